@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/image.h"
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string_view>
+
+namespace complexion {
+
+/// The state images on disk, each with the image it was written from: as long as the file is the very one that was
+/// written, reading it gives that image back without decoding, and so without a lossy format's loss.
+class StateImageFiles {
+public:
+    /// Writes `image`; false when that failed. An earlier file at `path` is replaced.
+    bool write(const Image& image, const std::filesystem::path& path, std::string_view format);
+
+    /// The image in the file at `path`; nothing when it cannot be read or decoded.
+    std::optional<Image> read(const std::filesystem::path& path) const;
+
+    /// Deletes the file. On failure prints "Remove failed: " and the system's description.
+    void remove(const std::filesystem::path& path);
+
+private:
+    /// What tells whether a file is still the one that was written.
+    struct Identity {
+        std::uint64_t device = 0;
+        std::uint64_t inode = 0;
+        std::int64_t size = 0;
+        std::int64_t modifiedNanoseconds = 0;
+        std::int64_t changedNanoseconds = 0;
+        bool operator==(const Identity&) const = default;
+    };
+    static std::optional<Identity> identify(const std::filesystem::path& path);
+
+    struct Written {
+        Image image;
+        Identity identity;
+    };
+    std::map<std::filesystem::path, Written> m_written;
+};
+
+/// Deletes the file at `path`; on failure prints "Remove failed: " and the system's description on standard output.
+void removeFile(const std::filesystem::path& path);
+
+} // namespace complexion

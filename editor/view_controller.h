@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "view/image_fit.h"
+#include "editor/edit_settings.h"
+#include "editor/platform.h"
+#include "editor/state_image_files.h"
+#include "imaging/image.h"
+#include "view/color_well.h"
+#include "view/custom_image_view.h"
+#include "view/dialogs.h"
+#include "view/notification_center.h"
+#include "view/stepper.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QObject>
+#include <QPointer>
+#include <QSlider>
+#include <QWidget>
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace complexion {
+
+/// A mouse event in the root view's coordinates.
+struct MouseEvent {
+    Point locationInWindow; // of the root view, in points, bottom-left origin
+    double deltaX = 0;      // movement since the previous event, in points; positive to the right
+    double deltaY = 0;      // positive downward
+};
+
+/// The controller of the one window: the working image and where it came from, the edit history, and what every
+/// control does. Held by a shared pointer: work in the background keeps it alive.
+///
+/// Its operations stand in one source file for each intention: history, opening, retouch, zoom, saving, settings
+/// and window. All run on the main thread, except RetouchAtPoint.
+class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
+    Q_OBJECT
+
+public:
+    /// `view` is the root view; it and the services outlive the controller's work.
+    ViewController(QWidget* view, Dialogs& dialogs, Platform& platform, Queues& queues);
+    ~ViewController() override;
+
+    // The edit history.
+
+    /// Paths of the state images, oldest first; the files belong to the list.
+    std::vector<std::filesystem::path> stateImagesPath;
+    /// The history's bound: compared with `currenState`, so that the list holds at most one path more.
+    std::int64_t numberOfStates = 50;
+    /// Index of the state that the working image is at; -1 before there is a history.
+    std::int64_t currenState = -1;
+
+    // The working image and its source.
+
+    /// The working image, without any effect. Read by repairs in the background, replaced on the main thread.
+    Image originalImage() const;
+    void setOriginalImage(const Image& image);
+    std::string originalImageName;           // file name without folder and extension
+    std::filesystem::path originalImagePath; // empty while no photo is open
+    std::string originalImageExtension;      // as it stands in the path, case kept
+
+    /// True while a repair is being computed.
+    std::atomic<bool> imageProcessing = false;
+
+    // Outlets. The window's view hierarchy owns the controls; reaching one that is gone is fatal.
+
+    QPointer<QWidget> view;
+    QPointer<CustomImageView> imageView;
+    QPointer<QWidget> boxHint;
+    QPointer<QWidget> boxHelp;
+    QPointer<QWidget> boxSelectImage;
+    QPointer<QWidget> boxResetImage;
+    QPointer<QWidget> boxSaveImage;
+    QPointer<QWidget> boxZoomIn;
+    QPointer<QWidget> boxZoomOut;
+    QPointer<QWidget> boxResetZoom;
+    QPointer<QWidget> boxUndo;
+    QPointer<QWidget> boxRedo;
+    QPointer<QWidget> boxEditSettings;
+    QPointer<QCheckBox> checkAutodetectColor;
+    QPointer<ColorWell> colorWellCustomColor;
+    QPointer<QLineEdit> textFieldEditAreaSize;
+    QPointer<Stepper> stepperEditAreaSize;
+    QPointer<QSlider> sliderThreshold;
+    QPointer<QComboBox> comboEffect;
+
+    // The window's life.
+
+    /// Gives the root view its colour.
+    void awakeFromNib();
+    /// Dresses the controls and gives the settings their start values. The outlets are connected by then.
+    void viewDidLoad();
+    /// Whether the window may close: asks when an image is shown.
+    bool windowShouldClose();
+    /// Deletes the state images.
+    void windowWillClose();
+
+    // Actions. `sender` is the control or menu item that sends it; it may be null.
+
+    void OnAppQuit(QObject* sender);
+    void OnVideoTutorial(QObject* sender);
+    void OnSelectImage(QObject* sender);
+    void OnResetImage(QObject* sender);
+    void OnSaveImage(QObject* sender);
+    void OnZoomIn(QObject* sender);
+    void OnZoomOut(QObject* sender);
+    void OnResetZoom(QObject* sender);
+    void OnUndo(QObject* sender);
+    void OnRedo(QObject* sender);
+    void OnEditAreaSizeChanged(QObject* sender);
+    void OnEffectSelected(QObject* sender);
+
+    // The mouse, in the root view.
+
+    void mouseDown(const MouseEvent& event);
+    void mouseUp(const MouseEvent& event);
+    void mouseDragged(const MouseEvent& event);
+
+    // Opening.
+
+    /// Loads the file that a "DragPerformed" notification names.
+    void DragPerformed(const Notification& notification);
+    /// Opens a file as the application is asked to by the system ("Open with"); shows the load-failure alert when
+    /// it is no image.
+    void OpenFile(const std::filesystem::path& path);
+
+    // Retouch.
+
+    void HandleClick(const MouseEvent& event);
+    /// Repairs the working image at a point in its own coordinates. Runs on a background thread.
+    void RetouchAtPoint(Point point);
+    void FinishRetouch(const std::optional<Image>& result);
+
+    // Zoom.
+
+    void ResetZoom();
+    void RepositionImageInVisibleArea();
+    /// Keeps the zoom ratio and the centre when the root view changes from one size to another.
+    void visibleAreaResized(PointSize from, PointSize to);
+
+    // Effects.
+
+    /// Shows the working image through the selected effect.
+    void ApplyEffectsOnPreview();
+
+    // History.
+
+    std::filesystem::path MakeStateImagePath();
+    void BeginEditHistory();
+    void PushStateImage();
+    void RemoveStateImages();
+    void RemoveStateImageWithImagePath(const std::filesystem::path& path);
+
+    // What is possible now, for the look of the controls.
+
+    bool hasImage() const;
+    bool canUndo() const;
+    bool canRedo() const;
+
+Q_SIGNALS:
+    /// Something that the controls' look or the window's title depends on has changed.
+    void stateChanged();
+    /// Work that may take long begins, told in words for the user; the window paints a sign at once.
+    void longWorkBegan(const QString& what);
+    void longWorkEnded();
+
+private:
+};
+
+} // namespace complexion

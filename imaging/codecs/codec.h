@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+#include "imaging/image.h"
+#include "imaging/result.h"
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace complexion {
+
+/// One file format: how it is recognised, measured, read and written. Each format has one instance, in the
+/// table of `codecs()`. No operation throws; files and pictures are never trusted.
+struct Codec {
+    /// The format's name, for messages and tests.
+    std::string_view name;
+
+    /// Whether a file that starts with these bytes is of this format.
+    bool (*recognizes)(ByteView file);
+
+    /// The size in pixels of every picture (page, frame) in the file, upright, in the file's order, from its
+    /// headers; an error when the file is not of this format.
+    Result<std::vector<PixelSize>> (*measure)(ByteView file);
+
+    /// The file's first picture, upright, in its own RGB space (grey, CMYK and deeper sources are converted);
+    /// its size in points follows the density that the file states, 72 pixels per inch where it states none.
+    Result<Image> (*decode)(ByteView file);
+
+    /// The image as a file of this format with one pixel per pixel, no metadata but the colour profile, and a
+    /// density of 72 pixels per inch where the format has a place for it. An error when the format cannot hold
+    /// the picture. May keep bytes beside the image's bands for the next call.
+    Result<FileContents> (*encode)(const Image& image);
+};
+
+/// All formats.
+std::span<const Codec* const> codecs();
+
+/// The format that a file's content is of, whatever its name; null when it is none of ours.
+const Codec* codecForContent(ByteView file);
+
+/// The format that a file-name extension stands for ("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp": lower
+/// case only); null for any other text.
+const Codec* codecForExtension(std::string_view extension);
+
+/// Pictures of more pixels than this are refused before memory is taken for them.
+inline constexpr std::int64_t kLargestArea = 1'000'000'000;
+
+/// Whether a picture of this size can be decoded: both sides positive, the area within bounds.
+inline bool isDecodableSize(std::int64_t width, std::int64_t height) {
+    return width > 0 && height > 0 && width <= kLargestArea / height;
+}
+
+/// The size in points of a picture of `pixels`, at a density in pixels per inch; densities that are not
+/// positive and finite count as 72.
+PointSize sizeAtDensity(PixelSize pixels, double horizontal, double vertical);
+
+extern const Codec kJpegCodec;
+extern const Codec kPngCodec;
+extern const Codec kTiffCodec;
+extern const Codec kGifCodec;
+extern const Codec kBmpCodec;
+
+} // namespace complexion

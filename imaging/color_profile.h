@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace complexion {
+
+/// A colour as red, green and blue in 0 to 1, in the space that its context names.
+struct RgbColor {
+    double red = 0;
+    double green = 0;
+    double blue = 0;
+    bool operator==(const RgbColor&) const = default;
+};
+
+/// The RGB space that an image's values are in: sRGB, or the one of an ICC profile.
+class ColorProfile {
+public:
+    /// sRGB.
+    ColorProfile() = default;
+
+    /// The space of an ICC profile; sRGB when `icc` is not a usable RGB profile.
+    static ColorProfile fromIcc(std::span<const std::uint8_t> icc);
+
+    bool isSrgb() const { return m_icc == nullptr; }
+
+    /// The profile's bytes, to be embedded in files; empty for sRGB.
+    std::span<const std::uint8_t> icc() const;
+
+    /// A colour of sRGB in this space, clamped to 0 .. 1 (relative colorimetric); itself in sRGB.
+    RgbColor fromSrgb(RgbColor color) const;
+
+    bool operator==(const ColorProfile& other) const;
+
+private:
+    std::shared_ptr<const std::vector<std::uint8_t>> m_icc;
+};
+
+} // namespace complexion

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/result.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace complexion {
+
+using Bytes = std::vector<std::uint8_t>;
+using ByteView = std::span<const std::uint8_t>;
+
+/// The bytes of a file to be written, in parts, so that bytes which are kept elsewhere need no copy.
+struct FileContents {
+    std::vector<std::shared_ptr<const Bytes>> parts;
+
+    void append(Bytes bytes) { parts.push_back(std::make_shared<const Bytes>(std::move(bytes))); }
+    std::uint64_t size() const;
+};
+
+/// A whole regular file; anything else that stands at `path` (folder, pipe, device) is an error.
+Result<Bytes> readFile(const std::filesystem::path& path);
+
+/// Writes to a temporary file beside `path` and moves it over `path` in one step. False, with whatever stood at
+/// `path` untouched and no temporary file left, when that fails. A new file has the usual mode (0666 less the
+/// umask).
+bool writeFileAtomically(const std::filesystem::path& path, const FileContents& contents);
+
+/// Has the system put the file's bytes and its folder's entry on the disk; false when it reports an error.
+bool flushToDisk(const std::filesystem::path& path);
+
+} // namespace complexion

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <mutex>
+
+namespace complexion {
+
+/// A place beside immutable pixels for something computed from them, so that it is computed once.
+/// Holds one value of the owner's own kind; safe to use from any thread.
+class Memo {
+public:
+    struct Value {
+        Value() = default;
+        Value(const Value&) = delete;
+        Value& operator=(const Value&) = delete;
+        virtual ~Value() = default;
+    };
+
+    /// The value kept, if it is of type T; otherwise null.
+    template <class T>
+    std::shared_ptr<const T> get() const {
+        const std::scoped_lock lock(m_mutex);
+        return std::dynamic_pointer_cast<const T>(m_value);
+    }
+
+    void set(std::shared_ptr<const Value> value) {
+        const std::scoped_lock lock(m_mutex);
+        m_value = std::move(value);
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::shared_ptr<const Value> m_value;
+};
+
+} // namespace complexion

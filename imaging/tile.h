@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/geometry.h"
+#include "imaging/memo.h"
+#include "imaging/rgba32.h"
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace complexion {
+
+/// A block of pixels, rows packed, top row first.
+struct PixelBlock {
+    PixelSize size;
+    std::unique_ptr<RGBA32[]> pixels;
+
+    /// A block whose pixels are not set yet.
+    static PixelBlock uninitialized(PixelSize size);
+
+    const RGBA32* row(int index) const { return pixels.get() + std::ptrdiff_t{index} * size.width; }
+    RGBA32* row(int index) { return pixels.get() + std::ptrdiff_t{index} * size.width; }
+};
+
+/// The block at half its width and height (rounded up), each pixel the rounded mean of 2 by 2.
+PixelBlock halved(const PixelBlock& block);
+
+/// The immutable unit of sharing between images: at most 256 by 64 pixels, less at the right and bottom edge.
+class Tile {
+public:
+    static constexpr int kWidth = 256;
+    static constexpr int kHeight = 64;
+    /// Level n is a tile halved n times; at the last, a whole tile is 4 by 1 pixels.
+    static constexpr int kLastLevel = 6;
+
+    explicit Tile(PixelBlock block) : m_block(std::move(block)) {}
+
+    const PixelBlock& block() const { return m_block; }
+
+    /// The tile halved `level` times, 1 .. kLastLevel; computed at the first call and kept.
+    std::shared_ptr<const PixelBlock> level(int level) const;
+
+    /// Gives back the memory of the levels; they are computed again when asked for.
+    void forgetLevels() const;
+
+private:
+    PixelBlock m_block;
+    mutable std::mutex m_mutex;
+    mutable std::array<std::shared_ptr<const PixelBlock>, kLastLevel> m_levels;
+};
+
+/// An immutable row of tiles, the unit of encoding and of parallel work.
+class Band {
+public:
+    explicit Band(std::vector<std::shared_ptr<const Tile>> tiles) : m_tiles(std::move(tiles)) {}
+
+    const std::vector<std::shared_ptr<const Tile>>& tiles() const { return m_tiles; }
+    int height() const { return m_tiles.front()->block().size.height; }
+
+    /// The band's bytes as an encoder last wrote them.
+    Memo& encoded() const { return m_encoded; }
+
+private:
+    std::vector<std::shared_ptr<const Tile>> m_tiles;
+    mutable Memo m_encoded;
+};
+
+using BandList = std::vector<std::shared_ptr<const Band>>;
+
+} // namespace complexion

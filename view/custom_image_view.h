@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/image.h"
+#include "view/dialogs.h"
+#include "view/frame.h"
+
+#include <QWidget>
+
+#include <array>
+#include <optional>
+#include <string_view>
+
+class QMimeData;
+
+namespace complexion {
+
+/// Shows an image scaled in proportion into its `frame`, and accepts a dropped image file, which it announces with
+/// the "DragPerformed" notification.
+///
+/// The widget covers the root view; the photo is painted into `frame`, a rectangle of its own in the root view's
+/// bottom-up coordinates, which zoom and pan move without any rounding to whole pixels. Mouse events pass on to
+/// the root view.
+class CustomImageView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CustomImageView(QWidget* parent = nullptr);
+
+    /// Who asks before an open image is replaced. Needed before the first drop.
+    void setDialogs(Dialogs* dialogs) { m_dialogs = dialogs; }
+
+    const std::vector<std::string_view>& acceptedTypes() const { return m_acceptedTypes; }
+
+    const std::optional<Image>& image() const { return m_image; }
+    /// Shows another image; repaints what differs.
+    void setImage(std::optional<Image> image);
+
+    Frame frame() const { return m_frame; }
+    void setFrame(const Frame& frame);
+
+    /// Decides about a drop; true when "DragPerformed" was posted. A drag without any type list, or one that
+    /// promises a file address and has none, is fatal.
+    bool performDragOperation(const QMimeData* pasteboard);
+
+Q_SIGNALS:
+    void imageChanged();
+    void frameChanged();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    std::vector<std::string_view> m_acceptedTypes;
+    Dialogs* m_dialogs = nullptr;
+    std::optional<Image> m_image;
+    Frame m_frame;
+};
+
+} // namespace complexion
