@@ -30,10 +30,8 @@ private:
 
 } // namespace
 
-Image inScreenColors(const Image& image) {
-    if (image.profile().isSrgb())
-        return image;
-    return image.transformed(std::make_shared<const ToScreen>(image.profile()));
+std::shared_ptr<const PixelTransform> screenTransform(const ColorProfile& profile) {
+    return profile.isSrgb() ? nullptr : std::make_shared<const ToScreen>(profile);
 }
 
 } // namespace complexion

@@ -5,8 +5,8 @@
 
 namespace complexion {
 
-/// The image in the colours that the screen shows, sRGB, converted where it is read (relative colorimetric); the
-/// same object for an image of sRGB.
-Image inScreenColors(const Image& image);
+/// What turns pixels of `profile` into the colours that the screen shows, sRGB (relative colorimetric); null for a
+/// profile that is sRGB.
+std::shared_ptr<const PixelTransform> screenTransform(const ColorProfile& profile);
 
 } // namespace complexion

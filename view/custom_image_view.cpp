@@ -80,6 +80,14 @@ QTransform CustomImageView::pixelsToWidget() const {
     return transform;
 }
 
+Image CustomImageView::inScreenColors(const Image& image) {
+    if (!(image.profile() == m_screenProfile)) {
+        m_screenProfile = image.profile();
+        m_toScreen = screenTransform(m_screenProfile);
+    }
+    return m_toScreen ? image.transformed(m_toScreen) : image;
+}
+
 void CustomImageView::setImage(std::optional<Image> image) {
     const bool comparable = m_image && image && m_image->size() == image->size();
     const PixelRect changed = comparable ? m_image->difference(*image) : PixelRect{};

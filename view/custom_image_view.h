@@ -53,6 +53,7 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    Image inScreenColors(const Image& image);
     bool isAcceptedType(const std::string& extension) const;
     /// The scaling from image pixels to the widget's top-down coordinates.
     QTransform pixelsToWidget() const;
@@ -61,6 +62,8 @@ private:
     Dialogs* m_dialogs = nullptr;
     std::optional<Image> m_image;
     std::optional<Image> m_onScreen; // the image in the screen's colours
+    ColorProfile m_screenProfile;    // the profile that m_toScreen is for
+    std::shared_ptr<const PixelTransform> m_toScreen;
     Frame m_frame;
 };
 
