@@ -17,13 +17,9 @@ std::string lowerCase(std::string text) {
     return text;
 }
 
-/// A white box at place `index` of a row along the root view's top.
-QWidget* makeBox(QWidget* root, int index) {
-    auto* const box = new QWidget(root);
-    QPalette palette;
-    palette.setColor(QPalette::Window, Qt::white);
-    box->setPalette(palette);
-    box->setAutoFillBackground(true);
+/// A box at place `index` of a row along the root view's top.
+Box* makeBox(QWidget* root, int index) {
+    auto* const box = new Box(root);
     box->setGeometry(index * kBoxSide, 0, kBoxSide, kBoxSide);
     return box;
 }
@@ -45,7 +41,7 @@ EditorTest::EditorTest() : root(std::make_unique<QWidget>()) {
         &controller->boxZoomOut,    &controller->boxResetZoom, &controller->boxUndo,
         &controller->boxRedo,       &controller->boxEditSettings,
     };
-    for (QPointer<QWidget>* const outlet : outlets) {
+    for (QPointer<Box>* const outlet : outlets) {
         boxes.push_back(makeBox(root.get(), static_cast<int>(boxes.size())));
         *outlet = boxes.back();
     }
@@ -55,8 +51,8 @@ EditorTest::EditorTest() : root(std::make_unique<QWidget>()) {
     controller->textFieldEditAreaSize = new QLineEdit(settings);
     controller->stepperEditAreaSize = new Stepper(settings);
     controller->stepperEditAreaSize->setRange(1, 500);
-    controller->sliderThreshold = new QSlider(settings);
-    controller->sliderThreshold->setRange(0, 100);
+    controller->sliderThreshold = new Slider(settings);
+    controller->sliderThreshold->setFloatRange(0, 100);
     controller->comboEffect = new QComboBox(settings);
 }
 

@@ -98,7 +98,7 @@ protected:
     ManualQueues queues;
     std::unique_ptr<QWidget> root;
     CustomImageView* imageView = nullptr;
-    std::vector<QWidget*> boxes; // all eleven, in the order of the controller's outlets
+    std::vector<Box*> boxes; // all eleven, in the order of the controller's outlets
     std::shared_ptr<ViewController> controller;
 };
 

@@ -390,12 +390,12 @@ TEST_F(Opening, AReloadOfADeletedFileShowsTheLoadFailureAndLeavesEverything) {
 TEST_F(Opening, TheSettingsOfTheRepairOutliveAnotherPhoto) {
     openThroughPanel(makePhoto("first.png"));
     controller->stepperEditAreaSize->setIntegerValue(33);
-    controller->sliderThreshold->setValue(44);
+    controller->sliderThreshold->setFloatValue(44.5F);
     controller->checkAutodetectColor->setChecked(false);
     controller->colorWellCustomColor->setColor(QColor(1, 2, 3));
     openThroughPanel(makePhoto("second.png"));
     EXPECT_EQ(controller->stepperEditAreaSize->integerValue(), 33);
-    EXPECT_EQ(controller->sliderThreshold->value(), 44);
+    EXPECT_EQ(controller->sliderThreshold->floatValue(), 44.5F);
     EXPECT_FALSE(controller->checkAutodetectColor->isChecked());
     EXPECT_EQ(controller->colorWellCustomColor->color(), QColor(1, 2, 3));
 }
@@ -403,7 +403,7 @@ TEST_F(Opening, TheSettingsOfTheRepairOutliveAnotherPhoto) {
 TEST_F(Opening, AMissingControlIsFatal) {
     const std::filesystem::path path = makePhoto();
     delete controller->comboEffect.data();
-    EXPECT_DEATH(controller->DragPerformed(dropped(path)), "comboEffect");
+    EXPECT_DEATH(controller->DragPerformed(dropped(path)), "gone");
 }
 
 } // namespace

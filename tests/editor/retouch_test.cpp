@@ -258,12 +258,16 @@ TEST_F(Retouch, TheThresholdIsTheSliders) {
     openThroughPanel(makePhoto("threshold.png", image));
     for (const int threshold : {0, 10, 11, 12, 100}) {
         SCOPED_TRACE(threshold);
-        controller->sliderThreshold->setValue(threshold);
+        controller->sliderThreshold->setFloatValue(static_cast<float>(threshold));
         clickPixel({30, 40});
         queues.runAll();
         EXPECT_TRUE(samePixels(controller->originalImage(), repaired(image, {30, 40}, 10, threshold)));
         reload();
     }
+    controller->sliderThreshold->setFloatValue(10.9F); // truncated, not rounded
+    clickPixel({30, 40});
+    queues.runAll();
+    EXPECT_TRUE(samePixels(controller->originalImage(), repaired(image, {30, 40}, 10, 10)));
     EXPECT_FALSE(samePixels(repaired(image, {30, 40}, 10, 10), repaired(image, {30, 40}, 10, 11)));
 }
 
@@ -306,7 +310,7 @@ TEST_F(Retouch, ControlsMayMoveWhileARepairReadsThem) {
     std::jthread background([this] { queues.runBackground(); });
     for (int i = 0; i < 200; ++i) {
         controller->stepperEditAreaSize->setIntegerValue(10 + i % 2);
-        controller->sliderThreshold->setValue(10 + i % 2);
+        controller->sliderThreshold->setFloatValue(static_cast<float>(10 + i % 2));
         controller->colorWellCustomColor->setColor(QColor(i, i, i));
         controller->checkAutodetectColor->setChecked(true);
     }
@@ -348,13 +352,13 @@ TEST_F(Retouch, AControlThatIsGoneIsFatal) {
             delete controller->imageView.data();
             queues.runAll();
         },
-        "imageView");
+        "gone");
     EXPECT_DEATH(
         {
             delete controller->imageView.data();
             click({200, 150});
         },
-        "imageView");
+        "gone");
 }
 
 // What becomes of the result.
