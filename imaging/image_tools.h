@@ -58,6 +58,10 @@ public:
     /// transparent pixels over black. Computed where it is read. Fatal for an image without pixels.
     static Image convertToGrayScale(const Image& inputImage);
 
+    /// The image through the photo effect of that name, computed where it is read. Fatal for an image without
+    /// pixels and for a name that is none of `photoEffect`'s ("Normal" is none).
+    static Image ApplyEffectOnImage(const Image& image, std::string_view effectName);
+
     // Geometry.
 
     /// The largest width and the largest height in pixels of all pictures in the file, upright; nothing when the
