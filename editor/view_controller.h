@@ -6,6 +6,7 @@
 #include "editor/platform.h"
 #include "editor/state_image_files.h"
 #include "imaging/image.h"
+#include "view/box.h"
 #include "view/color_well.h"
 #include "view/custom_image_view.h"
 #include "view/dialogs.h"
@@ -76,17 +77,17 @@ public:
 
     QPointer<QWidget> view;
     QPointer<CustomImageView> imageView;
-    QPointer<QWidget> boxHint;
-    QPointer<QWidget> boxHelp;
-    QPointer<QWidget> boxSelectImage;
-    QPointer<QWidget> boxResetImage;
-    QPointer<QWidget> boxSaveImage;
-    QPointer<QWidget> boxZoomIn;
-    QPointer<QWidget> boxZoomOut;
-    QPointer<QWidget> boxResetZoom;
-    QPointer<QWidget> boxUndo;
-    QPointer<QWidget> boxRedo;
-    QPointer<QWidget> boxEditSettings;
+    QPointer<Box> boxHint;
+    QPointer<Box> boxHelp;
+    QPointer<Box> boxSelectImage;
+    QPointer<Box> boxResetImage;
+    QPointer<Box> boxSaveImage;
+    QPointer<Box> boxZoomIn;
+    QPointer<Box> boxZoomOut;
+    QPointer<Box> boxResetZoom;
+    QPointer<Box> boxUndo;
+    QPointer<Box> boxRedo;
+    QPointer<Box> boxEditSettings;
     QPointer<QCheckBox> checkAutodetectColor;
     QPointer<ColorWell> colorWellCustomColor;
     QPointer<QLineEdit> textFieldEditAreaSize;
