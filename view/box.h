@@ -5,14 +5,19 @@
 
 namespace complexion {
 
-/// A panel over the photo.
+/// A rounded dark panel that floats over the photo. A press on it stays with it and never reaches what lies below.
 class Box : public QWidget {
     Q_OBJECT
 
 public:
-    using QWidget::QWidget;
+    explicit Box(QWidget* parent = nullptr);
+
+    /// How opaque the panel itself is, 0 to 1. What stands on it stays opaque, so that text keeps its contrast.
     double alpha() const { return m_alpha; }
-    void setAlpha(double alpha) { m_alpha = alpha; }
+    void setAlpha(double alpha);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     double m_alpha = 1;
