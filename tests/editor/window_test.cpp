@@ -151,16 +151,6 @@ TEST_F(Window, AStateFileThatCannotBeDeletedIsReportedAndTheCloseGoesOn) {
     EXPECT_TRUE(stateFiles().empty());
 }
 
-TEST_F(Window, ARepairThatFinishesAfterTheWindowIsClosedLeavesNoFile) {
-    openThroughPanel(makePhoto());
-    clickPixel(blemishes()[0]);
-    queues.runBackground();
-    dialogs.expectQuestion(kExitQuestion, kFirstButton);
-    EXPECT_TRUE(close());
-    queues.runAll();
-    EXPECT_TRUE(stateFiles().empty());
-}
-
 // Quitting.
 
 TEST_F(Window, QuittingWithoutAPhotoAsksNothing) {
