@@ -4,6 +4,7 @@
 #include "editor/outlet.h"
 #include "editor/tutorial_address.h"
 #include "editor/view_controller.h"
+#include "view/text_font.h"
 
 #include <QCloseEvent>
 #include <QPalette>
@@ -20,15 +21,6 @@ constexpr const char* kExitQuestion =
 
 constexpr int kStartEditAreaSize = 10;
 constexpr float kStartThreshold = 10;
-
-QFont checkBoxFont() {
-    QFont font;
-    font.setFamilies({QStringLiteral("Futura"), QStringLiteral("Jost"), QStringLiteral("URW Gothic"),
-                      font.family()});
-    // 13 units of 1/96 inch, so that it follows the desktop's text scale.
-    font.setPointSizeF(13 * 72.0 / 96.0);
-    return font;
-}
 
 } // namespace
 
@@ -50,7 +42,7 @@ void ViewController::viewDidLoad() {
 
     QCheckBox& autodetect = reach(checkAutodetectColor);
     autodetect.setText(QStringLiteral("Autodetect Color"));
-    autodetect.setFont(checkBoxFont());
+    autodetect.setFont(textFont());
     QPalette palette = autodetect.palette();
     palette.setColor(QPalette::WindowText, Qt::white);
     autodetect.setPalette(palette);
