@@ -90,8 +90,8 @@ void paintStrands(QPainter& painter, const Lock& lock, HashedNumbers& numbers) {
         stop(0.78, tone + 0.16 * shine);
         stop(0.9, tone * 0.8, 0.8F);
         stop(1, tone * 0.7, 0);
-        painter.setOpacity(numbers.between(0.25, 0.7));
-        painter.setPen(QPen(gradient, numbers.between(0.8, 2.4), Qt::SolidLine, Qt::RoundCap));
+        painter.setOpacity(numbers.between(0.35, 0.85));
+        painter.setPen(QPen(gradient, numbers.between(1.0, 3.2), Qt::SolidLine, Qt::RoundCap));
         painter.drawPath(curve.path());
     }
     painter.setOpacity(1);
@@ -334,10 +334,10 @@ void paintHairBehind(QImage& picture) {
     HashedNumbers numbers(501);
     const Lock left{{{600, 300}, {430, 420}, {420, 800}, {450, 1130}},
                     {{596, 226}, {290, 240}, {318, 800}, {322, 1170}},
-                    1500,
+                    700,
                     0.5};
-    const Lock right{mirrored(left.inner), mirrored(left.outer), 1500, 0.4};
-    const Lock nape{left.inner, right.inner, 1200, 0.2};
+    const Lock right{mirrored(left.inner), mirrored(left.outer), 700, 0.4};
+    const Lock nape{left.inner, right.inner, 500, 0.2};
     for (const Lock& lock : {left, right, nape}) {
         paintLockBody(painter, lock);
         paintStrands(painter, lock, numbers);
@@ -351,20 +351,20 @@ void paintHairInFront(QImage& picture) {
     // From a parting right of the middle, over the temples, down to the shoulders.
     const Lock left{{{640, 306}, {470, 350}, {372, 520}, {388, 780}},
                     {{644, 222}, {330, 190}, {318, 520}, {316, 820}},
-                    1500,
+                    700,
                     1.0};
     const Lock right{{{640, 306}, {760, 350}, {826, 500}, {812, 760}},
                      {{640, 222}, {850, 200}, {888, 520}, {886, 820}},
-                     1300,
+                     700,
                      0.75};
     const Lock leftFall{{{388, 560}, {372, 800}, {430, 980}, {432, 1190}},
                         {{331, 545}, {308, 800}, {304, 1000}, {330, 1216}},
-                        1500,
+                        700,
                         0.6,
                         true};
     const Lock rightFall{{{812, 560}, {828, 800}, {776, 980}, {780, 1190}},
                          {{873, 545}, {896, 800}, {898, 1000}, {876, 1216}},
-                         1400,
+                         700,
                          0.45,
                          true};
     const std::array locks{leftFall, rightFall, left, right};
