@@ -1,2 +1,98 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+
+// Bringing a photo into the editor: by the open panel, by a drop, from the desktop, and again from its file.
+#include "editor/outlet.h"
 #include "editor/view_controller.h"
+#include "imaging/image_tools.h"
+
+namespace complexion {
+
+void ViewController::showLoadFailure() {
+    m_dialogs.runAlert({.messageText = "",
+                        .informativeText = "The image could not be loaded.",
+                        .style = AlertStyle::Warning,
+                        .buttons = {"OK"}});
+}
+
+void ViewController::OnSelectImage(QObject*) {
+    if (!originalImagePath.empty() &&
+        runQuestion("All unsaved changes will be lost. Are you sure you want to select a new image?") ==
+            kSecondButton)
+        return;
+    OpenPanel panel;
+    panel.allowedFileTypes.assign(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end());
+    const PanelAnswer answer = m_dialogs.runOpenPanel(panel);
+    if (!answer.confirmed)
+        return;
+    if (answer.url)
+        loadImage(*answer.url);
+    else
+        showLoadFailure();
+}
+
+void ViewController::DragPerformed(const Notification& notification) {
+    if (!notification.userInfo)
+        fatal("a DragPerformed notification without user information");
+    const auto path = notification.userInfo->find(kPathKey);
+    if (path == notification.userInfo->end())
+        showLoadFailure();
+    else
+        loadImage(path->second);
+}
+
+void ViewController::OpenFile(const std::filesystem::path& path) {
+    loadImage(path);
+}
+
+std::optional<Image> ViewController::decodeSource(const std::filesystem::path& path) {
+    Q_EMIT longWorkBegan(tr("Opening the photo…"));
+    std::optional<Image> image = ImageTools::DecodeImage(path);
+    if (image && ImageTools::ImageActualSize(path))
+        image = ImageTools::BringImageToActualSize(*image, path);
+    else
+        image.reset();
+    Q_EMIT longWorkEnded();
+    return image;
+}
+
+void ViewController::loadImage(const std::filesystem::path& path) {
+    // Decoded before the first step that changes anything.
+    const std::optional<Image> image = decodeSource(path);
+    if (!image) {
+        showLoadFailure();
+        return;
+    }
+    reach(boxHint).hide();
+    reach(boxHelp).hide();
+    reach(comboEffect).setCurrentIndex(0);
+    const std::string extension = path.extension().string();
+    originalImageName = path.stem().string();
+    originalImageExtension = extension.empty() ? "" : extension.substr(1);
+    originalImagePath = path;
+    ++m_photoNumber;
+    setOriginalImage(*image);
+    ApplyEffectsOnPreview();
+    ResetZoom();
+    Q_EMIT longWorkBegan(tr("Opening the photo…"));
+    BeginEditHistory();
+    Q_EMIT longWorkEnded();
+}
+
+void ViewController::OnResetImage(QObject*) {
+    if (originalImagePath.empty() ||
+        runQuestion("All unsaved changes will be lost. Are you sure you want to reload the image?") ==
+            kSecondButton)
+        return;
+    const std::optional<Image> image = decodeSource(originalImagePath);
+    if (!image) {
+        showLoadFailure();
+        return;
+    }
+    reach(comboEffect).setCurrentIndex(0);
+    ++m_photoNumber;
+    setOriginalImage(*image);
+    ApplyEffectsOnPreview();
+    BeginEditHistory();
+}
+
+} // namespace complexion

@@ -1,2 +1,53 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+
+// Saving what the image view shows, in the source's own format, with its metadata.
+#include "editor/outlet.h"
 #include "editor/view_controller.h"
+#include "imaging/files.h"
+#include "imaging/image_tools.h"
+
+namespace complexion {
+
+void ViewController::OnSaveImage(QObject*) {
+    if (originalImagePath.empty())
+        return;
+    const std::string format = stateImageFormat();
+    const PanelAnswer answer = m_dialogs.runSavePanel(
+        {.allowedFileTypes = {format}, .nameFieldStringValue = originalImageName + "_retouched." + format});
+    if (!answer.confirmed)
+        return;
+    if (!answer.url)
+        fatal("a confirmed save panel names no file");
+    const std::filesystem::path& path = *answer.url;
+
+    removeFile(path);
+    const std::optional<Image> shown = reach(imageView).image();
+    if (!shown)
+        fatal("the image to save is gone");
+
+    Q_EMIT longWorkBegan(tr("Saving the photo…"));
+    // The pixels are turned back to how the source stores them, for the tag that is copied after them.
+    const Image stored =
+        turnedForStorage(*shown, ImageTools::CarriedOrientation(originalImagePath, format));
+    bool saved = ImageTools::SaveImage(stored, path, format);
+    if (saved) {
+        ImageTools::ChangeImageExif(originalImagePath, path);
+        // A format that cannot hold the picture leaves no file, and that counts as saved.
+        std::error_code ignored;
+        saved = flushToDisk(path) || !std::filesystem::exists(path, ignored);
+    }
+    Q_EMIT longWorkEnded();
+
+    if (saved)
+        m_dialogs.runAlert({.messageText = "",
+                            .informativeText = "Image saved successfully.",
+                            .style = AlertStyle::Informational,
+                            .buttons = {"OK"}});
+    else
+        m_dialogs.runAlert({.messageText = "",
+                            .informativeText = "Could not save the image.",
+                            .style = AlertStyle::Warning,
+                            .buttons = {"OK"}});
+}
+
+} // namespace complexion

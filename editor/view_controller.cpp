@@ -1,2 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/view_controller.h"
+
+#include "editor/outlet.h"
+
+namespace complexion {
+
+ViewController::ViewController(QWidget* rootView, Dialogs& dialogs, Platform& platform, Queues& queues)
+    : view(rootView), m_dialogs(dialogs), m_platform(platform), m_queues(queues) {}
+
+ViewController::~ViewController() = default;
+
+Image ViewController::originalImage() const {
+    const std::scoped_lock lock(m_originalImageMutex);
+    return m_originalImage;
+}
+
+void ViewController::setOriginalImage(const Image& image) {
+    Image previous = image;
+    {
+        const std::scoped_lock lock(m_originalImageMutex);
+        std::swap(previous, m_originalImage);
+    }
+    previous.forgetComputedUnlessShared(image);
+}
+
+bool ViewController::hasImage() const {
+    return reach(imageView).image().has_value();
+}
+
+int ViewController::runQuestion(const char* informativeText) {
+    return m_dialogs.runAlert({.messageText = "",
+                               .informativeText = informativeText,
+                               .style = AlertStyle::Warning,
+                               .buttons = {"Yes", "No"}});
+}
+
+} // namespace complexion

@@ -6,10 +6,12 @@
 #include "editor/platform.h"
 #include "editor/state_image_files.h"
 #include "imaging/image.h"
+#include "view/box.h"
 #include "view/color_well.h"
 #include "view/custom_image_view.h"
 #include "view/dialogs.h"
 #include "view/notification_center.h"
+#include "view/slider.h"
 #include "view/stepper.h"
 
 #include <QCheckBox>
@@ -17,9 +19,9 @@
 #include <QLineEdit>
 #include <QObject>
 #include <QPointer>
-#include <QSlider>
 #include <QWidget>
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
@@ -30,6 +32,10 @@
 #include <vector>
 
 namespace complexion {
+
+/// The titles of the effect pop-up, in order; the first means none, the others are names of effects.
+inline constexpr std::array<const char*, 9> kEffectTitles = {"Normal", "Chrome", "Fade",    "Instant", "Mono",
+                                                             "Noir",   "Process", "Tonal", "Transfer"};
 
 /// A mouse event in the root view's coordinates.
 struct MouseEvent {
@@ -76,22 +82,22 @@ public:
 
     QPointer<QWidget> view;
     QPointer<CustomImageView> imageView;
-    QPointer<QWidget> boxHint;
-    QPointer<QWidget> boxHelp;
-    QPointer<QWidget> boxSelectImage;
-    QPointer<QWidget> boxResetImage;
-    QPointer<QWidget> boxSaveImage;
-    QPointer<QWidget> boxZoomIn;
-    QPointer<QWidget> boxZoomOut;
-    QPointer<QWidget> boxResetZoom;
-    QPointer<QWidget> boxUndo;
-    QPointer<QWidget> boxRedo;
-    QPointer<QWidget> boxEditSettings;
+    QPointer<Box> boxHint;
+    QPointer<Box> boxHelp;
+    QPointer<Box> boxSelectImage;
+    QPointer<Box> boxResetImage;
+    QPointer<Box> boxSaveImage;
+    QPointer<Box> boxZoomIn;
+    QPointer<Box> boxZoomOut;
+    QPointer<Box> boxResetZoom;
+    QPointer<Box> boxUndo;
+    QPointer<Box> boxRedo;
+    QPointer<Box> boxEditSettings;
     QPointer<QCheckBox> checkAutodetectColor;
     QPointer<ColorWell> colorWellCustomColor;
     QPointer<QLineEdit> textFieldEditAreaSize;
     QPointer<Stepper> stepperEditAreaSize;
-    QPointer<QSlider> sliderThreshold;
+    QPointer<Slider> sliderThreshold;
     QPointer<QComboBox> comboEffect;
 
     // The window's life.
@@ -100,7 +106,7 @@ public:
     void awakeFromNib();
     /// Dresses the controls and gives the settings their start values. The outlets are connected by then.
     void viewDidLoad();
-    /// Whether the window may close: asks when an image is shown.
+    /// Whether the window may close: asks when an image is shown. The window itself asks, once viewDidLoad has run.
     bool windowShouldClose();
     /// Deletes the state images.
     void windowWillClose();
@@ -174,7 +180,38 @@ Q_SIGNALS:
     void longWorkBegan(const QString& what);
     void longWorkEnded();
 
+protected:
+    /// Watches the window for its closing.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
+    int runQuestion(const char* informativeText);
+    void showLoadFailure();
+    std::string stateImageFormat() const;
+    PointSize visibleArea() const;
+
+    /// The file at `path` decoded and at its actual size; nothing when it is no picture.
+    std::optional<Image> decodeSource(const std::filesystem::path& path);
+    /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no picture.
+    void loadImage(const std::filesystem::path& path);
+    void stepTo(std::int64_t state);
+    void mirrorSettings();
+
+    Dialogs& m_dialogs;
+    Platform& m_platform;
+    Queues& m_queues;
+    NotificationCenter::Registration m_dragPerformed;
+
+    std::uint64_t clickStartTime = 0; // uptime in nanoseconds, of the last press
+    std::uint64_t clickEndTime = 0;   // and of the last release
+
+    EditSettingsMirror m_settings;
+    StateImageFiles m_stateImages;
+
+    mutable std::mutex m_originalImageMutex;
+    Image m_originalImage;
+    /// Which photo is open: counts every load and reload, so that a repair of an earlier one can be told.
+    std::atomic<std::uint64_t> m_photoNumber = 0;
 };
 
 } // namespace complexion

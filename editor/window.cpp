@@ -1,2 +1,101 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+
+// Dressing the window's controls, and what guards its end.
+#include "editor/outlet.h"
+#include "editor/tutorial_address.h"
 #include "editor/view_controller.h"
+#include "view/text_font.h"
+
+#include <QCloseEvent>
+#include <QPalette>
+#include <QUrl>
+
+namespace complexion {
+
+namespace {
+
+constexpr double kBoxAlpha = 0.8;
+constexpr double kRootGray = 0.15;
+constexpr const char* kExitQuestion =
+    "All unsaved changes will be lost. Are you sure you want to exit the application?";
+
+constexpr int kStartEditAreaSize = 10;
+constexpr float kStartThreshold = 10;
+
+} // namespace
+
+void ViewController::awakeFromNib() {
+    QWidget& root = reach(view);
+    QPalette palette = root.palette();
+    palette.setColor(QPalette::Window, QColor::fromRgbF(kRootGray, kRootGray, kRootGray));
+    root.setPalette(palette);
+    root.setAutoFillBackground(true);
+}
+
+void ViewController::viewDidLoad() {
+    reach(view).window()->installEventFilter(this);
+    reach(imageView).setAcceptDrops(true);
+
+    for (const auto& box : {boxHint, boxHelp, boxSelectImage, boxResetImage, boxSaveImage, boxZoomIn, boxZoomOut,
+                            boxResetZoom, boxUndo, boxRedo, boxEditSettings})
+        reach(box).setAlpha(kBoxAlpha);
+
+    QCheckBox& autodetect = reach(checkAutodetectColor);
+    autodetect.setText(QStringLiteral("Autodetect Color"));
+    autodetect.setFont(textFont());
+    QPalette palette = autodetect.palette();
+    palette.setColor(QPalette::WindowText, Qt::white);
+    autodetect.setPalette(palette);
+
+    QComboBox& effects = reach(comboEffect);
+    effects.clear();
+    for (const char* title : kEffectTitles)
+        effects.addItem(QString::fromLatin1(title));
+
+    reach(boxHint).show();
+    reach(boxHelp).show();
+
+    autodetect.setChecked(true);
+    reach(textFieldEditAreaSize).setText(QString::number(kStartEditAreaSize));
+    reach(stepperEditAreaSize).setIntegerValue(kStartEditAreaSize);
+    reach(sliderThreshold).setFloatValue(kStartThreshold);
+    effects.setCurrentIndex(0);
+    mirrorSettings();
+
+    m_dragPerformed = NotificationCenter::defaultCenter().addObserver(
+        kDragPerformed, [this](const Notification& notification) { DragPerformed(notification); });
+    Q_EMIT stateChanged();
+}
+
+bool ViewController::windowShouldClose() {
+    return !hasImage() || runQuestion(kExitQuestion) != kSecondButton;
+}
+
+void ViewController::windowWillClose() {
+    RemoveStateImages();
+}
+
+bool ViewController::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Close)
+        return QObject::eventFilter(watched, event);
+    if (!windowShouldClose()) {
+        event->ignore();
+        return true;
+    }
+    windowWillClose();
+    return false;
+}
+
+void ViewController::OnAppQuit(QObject*) {
+    if (hasImage() && runQuestion(kExitQuestion) == kSecondButton)
+        return;
+    m_platform.terminate();
+}
+
+void ViewController::OnVideoTutorial(QObject*) {
+    const QUrl url(QString::fromUtf8(kTutorialAddress), QUrl::StrictMode);
+    if (url.isValid() && !url.scheme().isEmpty())
+        m_platform.openAddress(url.toString(QUrl::FullyEncoded).toStdString());
+}
+
+} // namespace complexion

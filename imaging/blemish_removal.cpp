@@ -1,2 +1,242 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/checked.h"
+#include "imaging/diagnostics.h"
 #include "imaging/image_tools.h"
+#include "imaging/pixel_buffer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <new>
+#include <numeric>
+
+namespace complexion {
+
+namespace {
+
+/// Opposite samples on the disc's rim that differ by more grey levels than this mean that it is not uniform.
+constexpr int kLargestRimDifference = 70;
+
+/// The edit disc: its centre as a place of the pixel buffer, its radius in pixels.
+struct Disc {
+    std::int64_t row = 0;
+    std::int64_t column = 0;
+    std::int64_t radius = 0;
+
+    /// Half the length of the disc's row `dy` rows off its centre: the columns within this of the centre's lie
+    /// inside; -1 when none does. Inside is: distance² < radius².
+    std::int64_t halfLength(std::int64_t dy) const {
+        const std::int64_t rest = checkedMultiply(radius, radius) - dy * dy - 1;
+        if (rest < 0)
+            return -1;
+        auto half = static_cast<std::int64_t>(std::sqrt(static_cast<double>(rest)));
+        while (half * half > rest)
+            --half;
+        while ((half + 1) * (half + 1) <= rest)
+            ++half;
+        return half;
+    }
+};
+
+Disc discAt(Point point, const Image& image, std::int64_t radius) {
+    return {.row = truncateToInt64(image.size().height - point.y, "the clicked row is out of range"),
+            .column = truncateToInt64(point.x, "the clicked column is out of range"),
+            .radius = radius};
+}
+
+/// The grey image as the bytes of one packed map, top row first, addressed in rows of the image's width in *points*.
+/// That is the pixels' own row length for an image of one point per pixel; for others the rows shift, as they do in
+/// the map's bytes. Places outside the map read as the nearest inside.
+class GrayMap {
+public:
+    explicit GrayMap(Image gray)
+        : m_gray(std::move(gray)), m_rowLength(truncateToInt64(m_gray.size().width, "the width is out of range")),
+          m_pixelWidth(m_gray.pixelSize().width), m_lastIndex(m_gray.pixelSize().area() - 1) {}
+
+    int at(std::int64_t row, std::int64_t column) const {
+        RGBA32 gray;
+        const std::int64_t index = indexOf(row, column);
+        m_gray.read(pixelsFrom(index, 1), &gray, 1);
+        return gray.red();
+    }
+
+    /// The `count` values from (row, column) on, to the right.
+    void readRun(std::int64_t row, std::int64_t column, std::int64_t count, std::vector<RGBA32>& run) const {
+        run.resize(static_cast<std::size_t>(count));
+        for (std::int64_t done = 0; done < count;) {
+            const std::int64_t place = column + done;
+            const std::int64_t index = indexOf(row, place);
+            const bool inside = place >= 0 && place < m_rowLength;
+            const std::int64_t length =
+                inside ? std::min({count - done, m_rowLength - place, m_pixelWidth - index % m_pixelWidth}) : 1;
+            m_gray.read(pixelsFrom(index, length), run.data() + done, length);
+            done += length;
+        }
+    }
+
+private:
+    std::int64_t indexOf(std::int64_t row, std::int64_t column) const {
+        const std::int64_t lastRow = m_gray.pixelSize().height - 1;
+        const std::int64_t lastColumn = std::max<std::int64_t>(0, m_rowLength - 1);
+        const std::int64_t index = checkedAdd(checkedMultiply(std::clamp<std::int64_t>(row, 0, lastRow), m_rowLength),
+                                              std::clamp<std::int64_t>(column, 0, lastColumn));
+        return std::clamp<std::int64_t>(index, 0, m_lastIndex);
+    }
+
+    PixelRect pixelsFrom(std::int64_t index, std::int64_t count) const {
+        return {static_cast<int>(index % m_pixelWidth), static_cast<int>(index / m_pixelWidth),
+                static_cast<int>(count), 1};
+    }
+
+    Image m_gray;
+    std::int64_t m_rowLength;
+    std::int64_t m_pixelWidth;
+    std::int64_t m_lastIndex;
+};
+
+/// Calls `visit(position, gray)` for each place of the disc, rows top to bottom, columns left to right.
+template <class Visit>
+void forEachInDisc(const Disc& disc, const GrayMap& map, Visit visit) {
+    std::vector<RGBA32> run;
+    for (std::int64_t dy = -disc.radius; dy < disc.radius; ++dy) {
+        const std::int64_t half = disc.halfLength(dy);
+        if (half < 0)
+            continue;
+        const std::int64_t row = disc.row + dy;
+        const std::int64_t first = disc.column - half;
+        map.readRun(row, first, 2 * half + 1, run);
+        for (std::size_t i = 0; i < run.size(); ++i)
+            visit(PixelPosition{row, first + static_cast<std::int64_t>(i)}, std::int64_t{run[i].red()});
+    }
+}
+
+std::int64_t meanGray(const Disc& disc, const GrayMap& map) {
+    std::int64_t sum = 0;
+    std::int64_t count = 0;
+    forEachInDisc(disc, map, [&](PixelPosition, std::int64_t gray) {
+        sum += gray;
+        ++count;
+    });
+    if (count == 0)
+        fatal("the edit disc holds no pixel");
+    return sum / count;
+}
+
+/// Eight samples on the rim, clockwise from the top: sample i lies opposite sample i + 4.
+std::array<int, 8> rimSamples(const Disc& disc, const GrayMap& map) {
+    const std::int64_t r = disc.radius;
+    const std::int64_t halfSquare = checkedMultiply(r, r) / 2;
+    const auto d = static_cast<std::int64_t>(std::sqrt(static_cast<double>(halfSquare)));
+    const auto at = [&](std::int64_t down, std::int64_t right) {
+        return map.at(disc.row + down, disc.column + right);
+    };
+    return {at(-r, 0), at(-d, d), at(0, r), at(d, d), at(r, 0), at(d, -d), at(0, -r), at(-d, -d)};
+}
+
+bool isUniform(const std::array<int, 8>& rim) {
+    for (std::size_t i = 0; i < 4; ++i)
+        if (std::abs(rim[i] - rim[i + 4]) > kLargestRimDifference)
+            return false;
+    return true;
+}
+
+/// The mean of the centre and its eight neighbours.
+int coreMean(const Disc& disc, const GrayMap& map) {
+    int sum = 0;
+    for (int dy = -1; dy <= 1; ++dy)
+        for (int dx = -1; dx <= 1; ++dx)
+            sum += map.at(disc.row + dy, disc.column + dx);
+    return sum / 9;
+}
+
+/// The mean colour of `positions`, all inside `rect`; integer division truncates.
+RGBA32 meanColor(const PixelBuffer& buffer, PixelRect rect, std::span<const PixelPosition> positions) {
+    const std::vector<RGBA32> pixels = buffer.sourcePixels(rect);
+    std::uint32_t red = 0;
+    std::uint32_t green = 0;
+    std::uint32_t blue = 0;
+    for (const PixelPosition position : positions) {
+        const RGBA32 pixel =
+            pixels[static_cast<std::size_t>((position.row - rect.y) * rect.width + position.column - rect.x)];
+        red = checkedAdd<std::uint32_t>(red, pixel.red());
+        green = checkedAdd<std::uint32_t>(green, pixel.green());
+        blue = checkedAdd<std::uint32_t>(blue, pixel.blue());
+    }
+    if (positions.empty())
+        fatal("there is no skin to take the colour from");
+    const auto count = static_cast<std::uint32_t>(positions.size());
+    return {static_cast<std::uint8_t>(red / count), static_cast<std::uint8_t>(green / count),
+            static_cast<std::uint8_t>(blue / count), 255};
+}
+
+std::uint8_t byteOf(double component) {
+    const double value = component * 255;
+    if (!std::isfinite(value) || value >= 256 || value <= -1)
+        fatal("a component of the custom colour is out of range");
+    return static_cast<std::uint8_t>(static_cast<int>(value));
+}
+
+RGBA32 opaque(RgbColor color) {
+    return {byteOf(color.red), byteOf(color.green), byteOf(color.blue), 255};
+}
+
+bool fitsInside(const Disc& disc, const PixelBuffer& buffer) {
+    // The last two comparisons include the edge: a disc that touches it is repaired.
+    return checkedSubtract(disc.column, disc.radius) >= 0 && checkedSubtract(disc.row, disc.radius) >= 0 &&
+           checkedAdd(disc.row, disc.radius) <= buffer.height() &&
+           checkedAdd(disc.column, disc.radius) <= buffer.width();
+}
+
+} // namespace
+
+std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point point, std::int64_t radius,
+                                                       std::int64_t colorType, RgbColor customColor,
+                                                       std::int64_t threshold) {
+    Result<PixelBuffer> buffer = PixelBuffer::open(image);
+    if (!buffer) {
+        printLine(buffer.error().message);
+        return std::nullopt;
+    }
+    const Disc disc = discAt(point, image, radius);
+    if (!fitsInside(disc, *buffer))
+        return image;
+
+    const PimplePixels pixels = FindPimplePixels(point, image, radius, threshold);
+    try {
+        if (!pixels.repair.empty() && colorType == kAutodetectColor) {
+            const PixelRect rect{static_cast<int>(disc.column - radius), static_cast<int>(disc.row - radius),
+                                 static_cast<int>(2 * radius), static_cast<int>(2 * radius)};
+            buffer->paint(pixels.repair, meanColor(*buffer, rect, pixels.sample));
+        } else if (!pixels.repair.empty() && colorType == kCustomColor) {
+            buffer->paint(pixels.repair, opaque(customColor));
+        }
+        return std::move(*buffer).close();
+    } catch (const std::bad_alloc&) {
+        printLine(PixelBuffer::kNoData);
+        return std::nullopt;
+    }
+}
+
+PimplePixels ImageTools::FindPimplePixels(Point point, const Image& image, std::int64_t radius,
+                                          std::int64_t threshold) {
+    const GrayMap map(convertToGrayScale(image));
+    const Disc disc = discAt(point, image, radius);
+    if (radius < 0)
+        fatal("the edit disc has a negative radius");
+    const std::int64_t mean = meanGray(disc, map);
+    const std::array<int, 8> rim = rimSamples(disc, map);
+    const int core = coreMean(disc, map);
+    if (!isUniform(rim))
+        return {};
+
+    const bool dark = std::accumulate(rim.begin(), rim.end(), 0) / 8 > core;
+    const std::int64_t limit = dark ? checkedSubtract(mean, threshold) : checkedAdd(mean, threshold);
+    PimplePixels pixels;
+    forEachInDisc(disc, map, [&](PixelPosition position, std::int64_t gray) {
+        const bool repair = dark ? gray < limit : gray > limit;
+        (repair ? pixels.repair : pixels.sample).push_back(position);
+    });
+    return pixels;
+}
+
+} // namespace complexion

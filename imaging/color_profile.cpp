@@ -1,40 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/color_profile.h"
 
-#include <lcms2.h>
+#include "imaging/lcms.h"
 
 #include <algorithm>
 
 namespace complexion {
 
-namespace {
-
-struct ProfileCloser {
-    void operator()(void* profile) const { cmsCloseProfile(profile); }
-};
-using Profile = std::unique_ptr<void, ProfileCloser>;
-
-struct TransformDeleter {
-    void operator()(void* transform) const { cmsDeleteTransform(transform); }
-};
-using Transform = std::unique_ptr<void, TransformDeleter>;
-
-Profile openProfile(std::span<const std::uint8_t> icc) {
-    return Profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
-}
-
-} // namespace
-
 ColorProfile ColorProfile::fromIcc(std::span<const std::uint8_t> icc) {
     ColorProfile profile;
-    const Profile opened = openProfile(icc);
+    const LcmsProfile opened = openLcmsProfile(icc);
     if (!opened || cmsGetColorSpace(opened.get()) != cmsSigRgbData)
         return profile;
-    const Profile srgb(cmsCreate_sRGBProfile());
+    const LcmsProfile srgb(cmsCreate_sRGBProfile());
     // A profile that cannot be used in both directions can be neither painted nor painted with.
-    const Transform toScreen(cmsCreateTransform(opened.get(), TYPE_RGB_8, srgb.get(), TYPE_RGB_8,
+    const LcmsTransform toScreen(cmsCreateTransform(opened.get(), TYPE_RGB_8, srgb.get(), TYPE_RGB_8,
                                                 INTENT_RELATIVE_COLORIMETRIC, 0));
-    const Transform fromScreen(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, opened.get(), TYPE_RGB_DBL,
+    const LcmsTransform fromScreen(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, opened.get(), TYPE_RGB_DBL,
                                                   INTENT_RELATIVE_COLORIMETRIC, 0));
     if (toScreen && fromScreen)
         profile.m_icc = std::make_shared<const std::vector<std::uint8_t>>(icc.begin(), icc.end());
@@ -48,9 +30,9 @@ std::span<const std::uint8_t> ColorProfile::icc() const {
 RgbColor ColorProfile::fromSrgb(RgbColor color) const {
     if (isSrgb())
         return color;
-    const Profile srgb(cmsCreate_sRGBProfile());
-    const Profile own = openProfile(icc());
-    const Transform transform(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, own.get(), TYPE_RGB_DBL,
+    const LcmsProfile srgb(cmsCreate_sRGBProfile());
+    const LcmsProfile own = openLcmsProfile(icc());
+    const LcmsTransform transform(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, own.get(), TYPE_RGB_DBL,
                                                  INTENT_RELATIVE_COLORIMETRIC, 0));
     const double in[3] = {color.red, color.green, color.blue};
     double out[3] = {};

@@ -1,2 +1,62 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/checked.h"
+#include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
+#include "imaging/resample.h"
+
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+/// The picture at another number of pixels, one point per pixel.
+Image drawnAt(const Image& image, PixelSize size) {
+    if (!image.hasPixels() || size.area() == 0)
+        return ImageBuilder(size).finish();
+    return resampled(image, size);
+}
+
+int pixelsFor(double points) {
+    const std::int64_t pixels = truncateToInt64(std::ceil(points), "an image's size is out of range");
+    if (pixels < 0 || pixels > kLargestArea)
+        fatal("an image's size is out of range");
+    return static_cast<int>(pixels);
+}
+
+} // namespace
+
+std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path& url) {
+    if (url.empty())
+        fatal("the file to measure is not named");
+    const Result<Bytes> file = readFile(url);
+    if (!file)
+        return std::nullopt;
+    const Codec* codec = codecForContent(*file);
+    if (!codec)
+        return std::nullopt;
+    const Result<std::vector<PixelSize>> pictures = codec->measure(*file);
+    if (!pictures)
+        return std::nullopt;
+    PointSize size;
+    for (const PixelSize picture : *pictures) {
+        size.width = std::max(size.width, static_cast<double>(picture.width));
+        size.height = std::max(size.height, static_cast<double>(picture.height));
+    }
+    return size;
+}
+
+Image ImageTools::BringImageToActualSize(const Image& image, const std::filesystem::path& url) {
+    const std::optional<PointSize> actual = ImageActualSize(url);
+    if (!actual)
+        fatal("the file that an image was decoded from cannot be measured");
+    if (*actual == image.size())
+        return image;
+    return drawnAt(image, {pixelsFor(actual->width), pixelsFor(actual->height)}).withSize(*actual);
+}
+
+Image ImageTools::ResizeImage(const Image& image, double width, double height) {
+    return drawnAt(image, {pixelsFor(width), pixelsFor(height)}).withSize({width, height});
+}
+
+} // namespace complexion

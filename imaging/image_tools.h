@@ -58,6 +58,10 @@ public:
     /// transparent pixels over black. Computed where it is read. Fatal for an image without pixels.
     static Image convertToGrayScale(const Image& inputImage);
 
+    /// The image through one of the photo effects ("Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal",
+    /// "Transfer"), computed where it is read. Fatal for an image without pixels and for any other name.
+    static Image ApplyEffectOnImage(const Image& image, std::string_view effectName);
+
     // Geometry.
 
     /// The largest width and the largest height in pixels of all pictures in the file, upright; nothing when the

@@ -20,8 +20,9 @@ public:
     Result(Error error) : m_state(std::in_place_index<1>, std::move(error)) {}
 
     explicit operator bool() const { return m_state.index() == 0; }
-    T& operator*() { return std::get<0>(m_state); }
-    const T& operator*() const { return std::get<0>(m_state); }
+    T& operator*() & { return std::get<0>(m_state); }
+    T&& operator*() && { return std::get<0>(std::move(m_state)); }
+    const T& operator*() const& { return std::get<0>(m_state); }
     T* operator->() { return &std::get<0>(m_state); }
     const T* operator->() const { return &std::get<0>(m_state); }
     const Error& error() const { return std::get<1>(m_state); }

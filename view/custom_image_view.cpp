@@ -1,2 +1,192 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/custom_image_view.h"
+
+#include "imaging/fatal.h"
+#include "imaging/image_tools.h"
+#include "imaging/screen_colors.h"
+#include "view/image_fit.h"
+#include "view/notification_center.h"
+
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QImage>
+#include <QMimeData>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QUrl>
+
+#include <algorithm>
+#include <bit>
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+
+namespace complexion {
+
+namespace {
+
+/// From this many device pixels per image pixel on, the image's pixels are shown as crisp squares.
+constexpr double kCrispScale = 4;
+
+/// Pixels around a painted part that smooth scaling looks at.
+constexpr int kSmoothingMargin = 2;
+
+/// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at least
+/// as fine as the screen.
+int levelFor(double scale) {
+    int level = 0;
+    while (level < Tile::kLastLevel && scale * (2 << level) <= 1)
+        ++level;
+    return level;
+}
+
+/// A part of the image's level as the toolkit's picture.
+QImage readPart(const Image& image, int level, PixelRect part) {
+    QImage picture(part.width, part.height, QImage::Format_ARGB32_Premultiplied);
+    auto* pixels = reinterpret_cast<RGBA32*>(picture.bits());
+    const std::ptrdiff_t stride = picture.bytesPerLine() / std::ptrdiff_t{sizeof(RGBA32)};
+    image.readLevel(level, part, pixels, stride);
+    for (int y = 0; y < part.height; ++y) {
+        RGBA32* row = pixels + y * stride;
+        for (int x = 0; x < part.width; ++x)
+            row[x].color = std::rotr(row[x].color, 8); // RRGGBBAA to AARRGGBB
+    }
+    return picture;
+}
+
+/// The path that an address of a local file stands for, byte for byte; empty for any other address.
+std::filesystem::path localPath(const QUrl& url) {
+    if (!url.isLocalFile())
+        return {};
+    const QByteArray path = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+    return path.toStdString();
+}
+
+} // namespace
+
+CustomImageView::CustomImageView(QWidget* parent)
+    : QWidget(parent),
+      m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
+    setAccessibleName(tr("Photo"));
+}
+
+QTransform CustomImageView::pixelsToWidget() const {
+    const PointSize points = m_image->size();
+    const PixelSize pixels = m_image->pixelSize();
+    const ImageFit fit = fitImage(points, {m_frame.width, m_frame.height});
+    QTransform transform;
+    transform.translate(m_frame.x + fit.offsetX, height() - (m_frame.y + m_frame.height) + fit.offsetY);
+    transform.scale(fit.scale * points.width / pixels.width, fit.scale * points.height / pixels.height);
+    return transform;
+}
+
+Image CustomImageView::inScreenColors(const Image& image) {
+    if (!(image.profile() == m_screenProfile)) {
+        m_screenProfile = image.profile();
+        m_toScreen = screenTransform(m_screenProfile);
+    }
+    return m_toScreen ? image.transformed(m_toScreen) : image;
+}
+
+void CustomImageView::setImage(std::optional<Image> image) {
+    const bool comparable = m_image && image && m_image->size() == image->size();
+    const PixelRect changed = comparable ? m_image->difference(*image) : PixelRect{};
+    m_image = std::move(image);
+    m_onScreen = m_image && m_image->hasPixels() ? std::optional(inScreenColors(*m_image)) : std::nullopt;
+    if (!comparable) {
+        update();
+    } else if (!changed.isEmpty()) {
+        // A margin for the neighbours that smooth scaling blends with, at the coarsest level.
+        const QRectF area(changed.x, changed.y, changed.width, changed.height);
+        update(pixelsToWidget().mapRect(area).toAlignedRect().adjusted(-2, -2, 2, 2));
+    }
+}
+
+void CustomImageView::setFrame(const Frame& frame) {
+    if (m_frame == frame)
+        return;
+    m_frame = frame;
+    update();
+    Q_EMIT frameChanged();
+}
+
+void CustomImageView::paintEvent(QPaintEvent* event) {
+    if (!m_onScreen)
+        return;
+    const QTransform toWidget = pixelsToWidget();
+    const double devicePixelsPerPixel = std::min(toWidget.m11(), toWidget.m22()) * devicePixelRatioF();
+    if (!(devicePixelsPerPixel > 0))
+        return;
+    const int level = levelFor(devicePixelsPerPixel);
+    const PixelSize levelSize = m_onScreen->levelSize(level);
+    const QTransform levelToWidget = QTransform::fromScale(1 << level, 1 << level) * toWidget;
+
+    const QRect exposed = levelToWidget.inverted()
+                              .mapRect(QRectF(event->rect()))
+                              .toAlignedRect()
+                              .adjusted(-kSmoothingMargin, -kSmoothingMargin, kSmoothingMargin, kSmoothingMargin)
+                              .intersected(QRect(0, 0, levelSize.width, levelSize.height));
+    if (exposed.isEmpty())
+        return;
+    const QImage part =
+        readPart(*m_onScreen, level, {exposed.x(), exposed.y(), exposed.width(), exposed.height()});
+
+    QPainter painter(this);
+    // A level's last column and row may stand for pixels past the picture's edge.
+    const PixelSize pixels = m_onScreen->pixelSize();
+    painter.setClipRect(toWidget.mapRect(QRectF(0, 0, pixels.width, pixels.height)));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, devicePixelsPerPixel < kCrispScale);
+    painter.setTransform(levelToWidget, true);
+    painter.drawImage(exposed.topLeft(), part);
+}
+
+void CustomImageView::dragEnterEvent(QDragEnterEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void CustomImageView::dragMoveEvent(QDragMoveEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void CustomImageView::dropEvent(QDropEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(performDragOperation(event->mimeData()));
+}
+
+bool CustomImageView::isAcceptedType(const std::string& extension) const {
+    std::string lower = extension;
+    std::ranges::transform(lower, lower.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return std::ranges::find(m_acceptedTypes, lower) != m_acceptedTypes.end();
+}
+
+bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
+    if (!pasteboard)
+        fatal("a drag without a list of types");
+    if (!pasteboard->hasFormat(QStringLiteral("text/uri-list")))
+        return false;
+    const QList<QUrl> urls = pasteboard->urls();
+    if (urls.isEmpty())
+        fatal("a drag of an address without an address");
+    if (m_image) {
+        const int answer = m_dialogs->runAlert(
+            {.messageText = "",
+             .informativeText = "All unsaved changes will be lost. Are you sure you want to add a new image?",
+             .style = AlertStyle::Warning,
+             .buttons = {"Yes", "No"}});
+        if (answer == kSecondButton)
+            return false;
+    }
+    const std::filesystem::path path = localPath(urls.front());
+    const std::string extension = path.extension().string();
+    if (extension.empty() || !isAcceptedType(extension.substr(1)))
+        return false;
+    if (!ImageTools::DecodeImage(path))
+        return false;
+    NotificationCenter::defaultCenter().post({kDragPerformed, UserInfo{{kPathKey, path.string()}}});
+    return true;
+}
+
+} // namespace complexion

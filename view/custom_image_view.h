@@ -7,9 +7,9 @@
 
 #include <QWidget>
 
-#include <array>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 class QMimeData;
 
@@ -39,12 +39,11 @@ public:
     Frame frame() const { return m_frame; }
     void setFrame(const Frame& frame);
 
-    /// Decides about a drop; true when "DragPerformed" was posted. A drag without any type list, or one that
-    /// promises a file address and has none, is fatal.
+    /// Decides about a drop; true when "DragPerformed" was posted. A drag without any list of types, or one that
+    /// promises an address and has none, is fatal.
     bool performDragOperation(const QMimeData* pasteboard);
 
 Q_SIGNALS:
-    void imageChanged();
     void frameChanged();
 
 protected:
@@ -54,9 +53,17 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    Image inScreenColors(const Image& image);
+    bool isAcceptedType(const std::string& extension) const;
+    /// The scaling from image pixels to the widget's top-down coordinates.
+    QTransform pixelsToWidget() const;
+
     std::vector<std::string_view> m_acceptedTypes;
     Dialogs* m_dialogs = nullptr;
     std::optional<Image> m_image;
+    std::optional<Image> m_onScreen; // the image in the screen's colours
+    ColorProfile m_screenProfile;    // the profile that m_toScreen is for
+    std::shared_ptr<const PixelTransform> m_toScreen;
     Frame m_frame;
 };
 

@@ -47,6 +47,7 @@ private:
     int m_maximum = 100;
     int m_increment = 1;
     int m_heldDirection = 0; // +1 or -1 while an arrow is held down
+    int m_wheelTurned = 0;   // eighths of a degree, less than a notch
     int m_repeatTimer = 0;
 };
 

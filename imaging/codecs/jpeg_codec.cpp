@@ -1,14 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_decoder.h"
+#include "imaging/codecs/jpeg_encoder.h"
+#include "imaging/codecs/no_throw.h"
+
+#include <algorithm>
+#include <array>
 
 namespace complexion {
 
+namespace {
+
+/// SOI and the first byte of the marker that follows it.
+constexpr std::array<std::uint8_t, 3> kSignature = {0xFF, 0xD8, 0xFF};
+
+bool recognizes(ByteView file) {
+    return file.size() > kSignature.size() && std::ranges::equal(file.first(kSignature.size()), kSignature);
+}
+
+Result<std::vector<PixelSize>> measure(ByteView file) {
+    const Result<PixelSize> size = measureJpeg(file);
+    if (!size)
+        return size.error();
+    return std::vector<PixelSize>{*size};
+}
+
+} // namespace
+
 const Codec kJpegCodec = {
     .name = "JPEG",
-    .recognizes = [](ByteView) { return false; },
-    .measure = [](ByteView) -> Result<std::vector<PixelSize>> { return Error{"not written yet"}; },
-    .decode = [](ByteView) -> Result<Image> { return Error{"not written yet"}; },
-    .encode = [](const Image&) -> Result<FileContents> { return Error{"not written yet"}; },
+    .recognizes = recognizes,
+    .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
+    .decode = [](ByteView file) { return withoutThrowing([&] { return decodeJpeg(file); }); },
+    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeJpeg(image); }); },
 };
 
 } // namespace complexion

@@ -1,14 +1,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/no_throw.h"
+#include "imaging/codecs/png_chunks.h"
+#include "imaging/codecs/png_decoder.h"
+#include "imaging/codecs/png_encoder.h"
+
+#include <algorithm>
 
 namespace complexion {
 
+namespace {
+
+bool recognizes(ByteView file) {
+    return file.size() >= kPngSignature.size() &&
+           std::ranges::equal(file.first(kPngSignature.size()), kPngSignature);
+}
+
+Result<std::vector<PixelSize>> measure(ByteView file) {
+    const Result<PixelSize> size = measurePng(file);
+    if (!size)
+        return size.error();
+    return std::vector<PixelSize>{*size};
+}
+
+} // namespace
+
 const Codec kPngCodec = {
     .name = "PNG",
-    .recognizes = [](ByteView) { return false; },
-    .measure = [](ByteView) -> Result<std::vector<PixelSize>> { return Error{"not written yet"}; },
-    .decode = [](ByteView) -> Result<Image> { return Error{"not written yet"}; },
-    .encode = [](const Image&) -> Result<FileContents> { return Error{"not written yet"}; },
+    .recognizes = recognizes,
+    .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
+    .decode = [](ByteView file) { return withoutThrowing([&] { return decodePng(file); }); },
+    .encode = [](const Image& image) { return withoutThrowing([&] { return encodePng(image); }); },
 };
 
 } // namespace complexion

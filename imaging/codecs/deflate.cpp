@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/deflate.h"
+
+#include "imaging/fatal.h"
+
+#include <memory>
+
+#include <isa-l/igzip_lib.h>
+#include <zlib.h>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::uint32_t kLevel = 1;
+/// Room that incompressible bytes need beyond their own number, at least.
+constexpr std::size_t kSlack = 1024;
+
+} // namespace
+
+void appendDeflated(Bytes& out, ByteView bytes) {
+    const auto stream = std::make_unique_for_overwrite<isal_zstream>();
+    const auto levelBuffer = std::make_unique_for_overwrite<std::uint8_t[]>(ISAL_DEF_LVL1_DEFAULT);
+    isal_deflate_init(stream.get());
+    stream->level = kLevel;
+    stream->level_buf = levelBuffer.get();
+    stream->level_buf_size = ISAL_DEF_LVL1_DEFAULT;
+    stream->gzip_flag = IGZIP_DEFLATE;
+    stream->flush = FULL_FLUSH;
+    stream->next_in = const_cast<std::uint8_t*>(bytes.data()); // the library only reads it
+    stream->avail_in = static_cast<std::uint32_t>(bytes.size());
+
+    const std::size_t capacity = bytes.size() / 2 + kSlack;
+    const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+    do {
+        stream->next_out = buffer.get();
+        stream->avail_out = static_cast<std::uint32_t>(capacity);
+        if (isal_deflate(stream.get()) != COMP_OK)
+            fatal("the compression library refuses its parameters");
+        out.insert(out.end(), buffer.get(), buffer.get() + (capacity - stream->avail_out));
+    } while (stream->avail_out == 0);
+}
+
+std::uint32_t adlerOf(ByteView bytes) {
+    return isal_adler32(kAdlerOfNothing, bytes.data(), bytes.size());
+}
+
+std::uint32_t combinedAdler(std::uint32_t first, std::uint32_t second, std::uint64_t length) {
+    return static_cast<std::uint32_t>(adler32_combine(first, second, static_cast<z_off_t>(length)));
+}
+
+} // namespace complexion

@@ -1,0 +1,203 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/jpeg_compressor.h"
+
+#include "imaging/codecs/jpeg_errors.h"
+#include "imaging/tile.h"
+
+#include <jerror.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kQuality = 100;
+constexpr int kDotsPerInch = 72;
+constexpr std::size_t kEndOfImageSize = 2;
+/// A first guess at the coded size, and what the headers take beside a profile.
+constexpr std::size_t kExpectedBytesPerPixel = 1;
+constexpr std::size_t kHeaderSpace = 4096;
+
+/// The library's output in memory that grows. Written to inside guarded steps, so memory is the C library's
+/// and its lack is an error of libjpeg.
+struct MemoryDestination : jpeg_destination_mgr {
+    JOCTET* bytes = nullptr;
+    std::size_t capacity;
+
+    explicit MemoryDestination(std::size_t expectedSize)
+        : jpeg_destination_mgr(), capacity(std::max(expectedSize, kHeaderSpace)) {
+        init_destination = [](j_compress_ptr codec) { of(codec).grow(codec, 0); };
+        empty_output_buffer = [](j_compress_ptr codec) -> boolean {
+            MemoryDestination& self = of(codec);
+            const std::size_t used = self.capacity; // the library calls only when all is used
+            self.capacity *= 2;
+            self.grow(codec, used);
+            return TRUE;
+        };
+        term_destination = [](j_compress_ptr) {};
+    }
+    ~MemoryDestination() { std::free(bytes); }
+    MemoryDestination(const MemoryDestination&) = delete;
+    MemoryDestination& operator=(const MemoryDestination&) = delete;
+
+    ByteView written() const { return {bytes, capacity - free_in_buffer}; }
+
+private:
+    static MemoryDestination& of(j_compress_ptr codec) {
+        return *static_cast<MemoryDestination*>(codec->dest);
+    }
+
+    void grow(j_compress_ptr codec, std::size_t used) {
+        void* grown = std::realloc(bytes, capacity);
+        if (grown == nullptr)
+            ERREXIT1(codec, JERR_OUT_OF_MEMORY, 0);
+        bytes = static_cast<JOCTET*>(grown);
+        next_output_byte = bytes + used;
+        free_in_buffer = capacity - used;
+    }
+};
+
+void setCode(j_compress_ptr codec, JHUFF_TBL** place, const HuffmanCode& code) {
+    if (*place == nullptr)
+        *place = jpeg_alloc_huff_table(reinterpret_cast<j_common_ptr>(codec));
+    std::memcpy((*place)->bits, code.lengthCounts.data(), code.lengthCounts.size());
+    std::memcpy((*place)->huffval, code.symbols.data(), code.symbols.size());
+}
+
+HuffmanCode codeOf(const JHUFF_TBL& table) {
+    HuffmanCode code;
+    std::memcpy(code.lengthCounts.data(), table.bits, code.lengthCounts.size());
+    std::memcpy(code.symbols.data(), table.huffval, code.symbols.size());
+    return code;
+}
+
+/// The library's encoder of one picture. A step that fails leaves a message in `error()`.
+class Compressor {
+public:
+    Compressor(PixelSize size, std::size_t expectedBytes) : m_size(size), m_destination(expectedBytes) {
+        m_info.err = &m_errors;
+    }
+    ~Compressor() { jpeg_destroy_compress(&m_info); }
+    Compressor(const Compressor&) = delete;
+    Compressor& operator=(const Compressor&) = delete;
+
+    /// Sets all parameters; `tables` null: the library finds the best ones for the picture.
+    bool configure(const JpegTables* tables) {
+        return m_errors.guard.run([&] {
+            jpeg_create_compress(&m_info);
+            m_info.dest = &m_destination;
+            m_info.image_width = static_cast<JDIMENSION>(m_size.width);
+            m_info.image_height = static_cast<JDIMENSION>(m_size.height);
+            m_info.input_components = sizeof(RGBA32);
+            m_info.in_color_space = JCS_EXT_XBGR;
+            jpeg_set_defaults(&m_info);
+            jpeg_set_quality(&m_info, kQuality, TRUE);
+            for (int i = 0; i < m_info.num_components; ++i)
+                m_info.comp_info[i].h_samp_factor = m_info.comp_info[i].v_samp_factor = 1;
+            m_info.density_unit = 1; // per inch
+            m_info.X_density = m_info.Y_density = kDotsPerInch;
+            m_info.optimize_coding = tables == nullptr;
+            if (tables != nullptr)
+                for (std::size_t i = 0; i < 2; ++i) {
+                    setCode(&m_info, &m_info.dc_huff_tbl_ptrs[i], tables->dc[i]);
+                    setCode(&m_info, &m_info.ac_huff_tbl_ptrs[i], tables->ac[i]);
+                }
+        });
+    }
+
+    bool start(ByteView icc, int rowsPerInterval) {
+        return m_errors.guard.run([&] {
+            m_info.restart_in_rows = rowsPerInterval;
+            jpeg_start_compress(&m_info, TRUE);
+            if (!icc.empty())
+                jpeg_write_icc_profile(&m_info, icc.data(), static_cast<unsigned>(icc.size()));
+        });
+    }
+
+    bool writeRow(const RGBA32* row) {
+        return m_errors.guard.run([&] {
+            // The library's interface is older than const.
+            auto* samples = reinterpret_cast<JSAMPROW>(const_cast<RGBA32*>(row));
+            jpeg_write_scanlines(&m_info, &samples, 1);
+        });
+    }
+
+    bool writeAllRows(const RGBA32* rows) {
+        return m_errors.guard.run([&] {
+            while (m_info.next_scanline < m_info.image_height) {
+                auto* samples = reinterpret_cast<JSAMPROW>(
+                    const_cast<RGBA32*>(rows + std::size_t{m_info.next_scanline} * m_info.image_width));
+                jpeg_write_scanlines(&m_info, &samples, 1);
+            }
+            jpeg_finish_compress(&m_info);
+        });
+    }
+
+    ByteView written() const { return m_destination.written(); }
+
+    JpegTables tables() const {
+        JpegTables tables;
+        for (std::size_t i = 0; i < 2; ++i) {
+            tables.dc[i] = codeOf(*m_info.dc_huff_tbl_ptrs[i]);
+            tables.ac[i] = codeOf(*m_info.ac_huff_tbl_ptrs[i]);
+        }
+        return tables;
+    }
+
+    Error error() const { return Error{"JPEG: " + m_errors.guard.message()}; }
+
+private:
+    PixelSize m_size;
+    MemoryDestination m_destination;
+    JpegErrors m_errors;
+    jpeg_compress_struct m_info = {};
+};
+
+/// Where the entropy-coded bytes begin in a file that the library wrote: after the SOS segment.
+std::size_t scanStart(ByteView file) {
+    constexpr std::uint8_t kStartOfScan = 0xDA;
+    std::size_t position = 2; // after SOI
+    while (position + 4 <= file.size()) {
+        const std::uint8_t marker = file[position + 1];
+        position += 2 + (std::size_t{file[position + 2]} << 8 | file[position + 3]);
+        if (marker == kStartOfScan)
+            break;
+    }
+    return std::min(position, file.size());
+}
+
+std::size_t expectedBytes(PixelSize size) {
+    return static_cast<std::size_t>(size.area()) * kExpectedBytesPerPixel;
+}
+
+} // namespace
+
+Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tables) {
+    Compressor compressor(picture, icc.size() + kHeaderSpace);
+    const std::vector<RGBA32> anyRow(static_cast<std::size_t>(picture.width));
+    // The library writes the frame's and the scan's headers when the first row comes.
+    if (!compressor.configure(&tables) || !compressor.start(icc, Tile::kHeight / DCTSIZE) ||
+        !compressor.writeRow(anyRow.data()))
+        return compressor.error();
+    const ByteView header = compressor.written().first(scanStart(compressor.written()));
+    return Bytes(header.begin(), header.end());
+}
+
+Result<Bytes> jpegInterval(PixelSize size, const RGBA32* rows, const JpegTables& tables) {
+    Compressor compressor(size, expectedBytes(size) + kHeaderSpace);
+    if (!compressor.configure(&tables) || !compressor.start({}, 0) || !compressor.writeAllRows(rows))
+        return compressor.error();
+    const ByteView file = compressor.written();
+    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(scanStart(file)), file.end() - kEndOfImageSize);
+}
+
+Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows) {
+    Compressor compressor(size, expectedBytes(size));
+    if (!compressor.configure(nullptr) || !compressor.start({}, 0) || !compressor.writeAllRows(rows))
+        return compressor.error();
+    return compressor.tables();
+}
+
+} // namespace complexion

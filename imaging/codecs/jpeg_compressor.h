@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/jpeg_tables.h"
+#include "imaging/files.h"
+#include "imaging/geometry.h"
+#include "imaging/result.h"
+#include "imaging/rgba32.h"
+
+namespace complexion {
+
+// The pieces of a JPEG file of quality 100 without chroma subsampling whose restart intervals are bands of
+// Tile::kHeight rows. Transparent pixels are coded over black: as their premultiplied components are.
+
+/// The longest side that the format's library writes.
+inline constexpr int kLongestJpegSide = 65500;
+
+/// What stands before the first interval: headers with 72 dots per inch, `icc` unless empty, and `tables`.
+Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tables);
+
+/// The entropy-coded bytes of one interval: `rows` is `size` pixels, packed.
+Result<Bytes> jpegInterval(PixelSize size, const RGBA32* rows, const JpegTables& tables);
+
+/// The codes that are best for a picture of these pixels, for the symbols that occur in it only.
+Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows);
+
+} // namespace complexion

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+#include "imaging/image.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The upright size of a JPEG picture, from its headers.
+Result<PixelSize> measureJpeg(ByteView file);
+
+/// A JPEG picture (ITU-T T.81, Huffman or arithmetic, sequential or progressive, 8 bits), as `Codec::decode`
+/// says. Of a truncated or damaged file the part that can be decoded; what is missing is grey.
+Result<Image> decodeJpeg(ByteView file);
+
+} // namespace complexion

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+#include "imaging/image.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The image as a JPEG file: quality 100, no chroma subsampling, each band a restart interval. Bands are
+/// coded on all cores; what they were coded to is kept beside them, and the picture's code tables beside the
+/// picture.
+Result<FileContents> encodeJpeg(const Image& image);
+
+} // namespace complexion

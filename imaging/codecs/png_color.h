@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+
+#include <array>
+#include <optional>
+
+namespace complexion {
+
+/// A place in the CIE chromaticity diagram.
+struct Chromaticity {
+    double x = 0;
+    double y = 0;
+};
+
+/// The white point and primaries of a cHRM chunk.
+struct Primaries {
+    Chromaticity white;
+    Chromaticity red;
+    Chromaticity green;
+    Chromaticity blue;
+};
+
+/// The ICC profile of the space that a gAMA chunk (`fileGamma`, the exponent that encoded light has) and a
+/// cHRM chunk describe; what is missing is as in sRGB. Empty where they mean sRGB, closely, or nothing
+/// possible.
+Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries);
+
+} // namespace complexion

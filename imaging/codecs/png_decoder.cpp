@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/png_decoder.h"
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/device_colors.h"
+#include "imaging/codecs/jump_guard.h"
+#include "imaging/codecs/png_chunks.h"
+#include "imaging/codecs/png_color.h"
+#include "imaging/metadata/exif_basics.h"
+#include "imaging/orientation.h"
+
+#include <cstring>
+
+#include <png.h>
+
+namespace complexion {
+
+namespace {
+
+constexpr png_uint_32 kLongestSide = 1'000'000;
+constexpr png_alloc_size_t kLargestChunk = 64 << 20; // decompressed: a colour profile, say
+constexpr double kMetresPerInch = 0.0254;
+/// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
+constexpr std::uint64_t kMostExpansion = 1032;
+constexpr std::int64_t kSmallArea = 32'000'000;
+
+/// Text and other chunks that decoding does not look at, so that nobody unpacks them.
+constexpr std::array<png_byte, 40> kIgnoredChunks = {
+    't', 'E', 'X', 't', 0, 'z', 'T', 'X', 't', 0, 'i', 'T', 'X', 't', 0, 's', 'P', 'L', 'T', 0,
+    'h', 'I', 'S', 'T', 0, 't', 'I', 'M', 'E', 0, 'e', 'X', 'I', 'f', 0, 'p', 'C', 'A', 'L', 0};
+
+/// The library's decoder on one file. A step that fails leaves a message in `error()`.
+class PngReader {
+public:
+    explicit PngReader(ByteView file) : m_unread(file) {
+        m_png = png_create_read_struct(
+            PNG_LIBPNG_VER_STRING, this,
+            [](png_structp png, png_const_charp message) {
+                of(png_get_error_ptr(png)).m_guard.fail(message);
+            },
+            [](png_structp, png_const_charp) {});
+        if (m_png != nullptr)
+            m_info = png_create_info_struct(m_png);
+    }
+    ~PngReader() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+    PngReader(const PngReader&) = delete;
+    PngReader& operator=(const PngReader&) = delete;
+
+    /// Reads up to the image data.
+    bool readHeader() {
+        if (m_info == nullptr)
+            return false;
+        return m_guard.run([this] {
+            png_set_read_fn(m_png, this, [](png_structp png, png_bytep out, std::size_t count) {
+                PngReader& self = of(png_get_io_ptr(png));
+                if (self.m_unread.size() < count)
+                    png_error(png, "the file ends early");
+                std::memcpy(out, self.m_unread.data(), count);
+                self.m_unread = self.m_unread.subspan(count);
+            });
+            png_set_user_limits(m_png, kLongestSide, kLongestSide);
+            png_set_chunk_malloc_max(m_png, kLargestChunk);
+            png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, kIgnoredChunks.data(),
+                                        static_cast<int>(kIgnoredChunks.size() / 5));
+            png_set_benign_errors(m_png, 1);
+            // What a checksum at the end finds wrong is shown long before.
+            png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
+            png_read_info(m_png, m_info);
+        });
+    }
+
+    PixelSize size() const {
+        return {static_cast<int>(png_get_image_width(m_png, m_info)),
+                static_cast<int>(png_get_image_height(m_png, m_info))};
+    }
+    std::uint64_t unpackedSize() const {
+        return std::uint64_t{png_get_rowbytes(m_png, m_info)} * png_get_image_height(m_png, m_info);
+    }
+    bool hasAlpha() const {
+        return (png_get_color_type(m_png, m_info) & PNG_COLOR_MASK_ALPHA) != 0 ||
+               png_get_valid(m_png, m_info, PNG_INFO_tRNS) != 0;
+    }
+    bool isGrey() const { return (png_get_color_type(m_png, m_info) & PNG_COLOR_MASK_COLOR) == 0; }
+
+    Density density() const {
+        png_uint_32 across = 0;
+        png_uint_32 down = 0;
+        int unit = PNG_RESOLUTION_UNKNOWN;
+        if (png_get_pHYs(m_png, m_info, &across, &down, &unit) == 0 || unit != PNG_RESOLUTION_METER)
+            return {};
+        return {across * kMetresPerInch, down * kMetresPerInch};
+    }
+
+    /// The ICC profile of the picture's values, embedded or described by other chunks; empty for sRGB.
+    Bytes icc() const {
+        png_charp name = nullptr;
+        int compression = 0;
+        png_bytep profile = nullptr;
+        png_uint_32 length = 0;
+        if (png_get_iCCP(m_png, m_info, &name, &compression, &profile, &length) != 0)
+            return {profile, profile + length};
+        if (png_get_valid(m_png, m_info, PNG_INFO_sRGB) != 0)
+            return {};
+        return profileOfGammaAndPrimaries(fileGamma(), primaries());
+    }
+
+    /// Has the library give rows in our pixel layout, not premultiplied.
+    bool start() {
+        return m_guard.run([this] {
+            png_set_expand(m_png);
+            png_set_scale_16(m_png);
+            png_set_gray_to_rgb(m_png);
+            png_set_bgr(m_png);
+            if (hasAlpha())
+                png_set_swap_alpha(m_png);
+            else
+                png_set_add_alpha(m_png, 255, PNG_FILLER_BEFORE);
+            m_passes = png_set_interlace_handling(m_png);
+            png_read_update_info(m_png, m_info);
+            if (png_get_rowbytes(m_png, m_info) != png_get_image_width(m_png, m_info) * sizeof(RGBA32))
+                m_guard.fail("unexpected row size");
+        });
+    }
+
+    /// How often all rows must be read: more than once where the picture is interlaced.
+    int passes() const { return m_passes; }
+
+    /// Reads the next row. Each pass of an interlaced picture paints its pixels over larger ones of the
+    /// passes before, which must still stand in `row`.
+    bool readRow(RGBA32* row) {
+        auto* bytes = reinterpret_cast<png_bytep>(row);
+        return m_guard.run([&] {
+            if (m_passes > 1)
+                png_read_row(m_png, nullptr, bytes);
+            else
+                png_read_row(m_png, bytes, nullptr);
+        });
+    }
+
+    Error error() const { return Error{"PNG: " + m_guard.message()}; }
+
+private:
+    static PngReader& of(png_voidp self) { return *static_cast<PngReader*>(self); }
+
+    std::optional<double> fileGamma() const {
+        double gamma = 0;
+        return png_get_gAMA(m_png, m_info, &gamma) != 0 ? std::optional(gamma) : std::nullopt;
+    }
+
+    std::optional<Primaries> primaries() const {
+        Primaries p;
+        if (png_get_cHRM(m_png, m_info, &p.white.x, &p.white.y, &p.red.x, &p.red.y, &p.green.x, &p.green.y,
+                         &p.blue.x, &p.blue.y) == 0)
+            return std::nullopt;
+        return p;
+    }
+
+    ByteView m_unread;
+    JumpGuard m_guard;
+    png_structp m_png = nullptr;
+    png_infop m_info = nullptr;
+    int m_passes = 1;
+};
+
+/// Reads the header and refuses what would not fit.
+Result<PixelSize> readCheckedHeader(PngReader& reader, ByteView file) {
+    if (!reader.readHeader())
+        return reader.error();
+    const PixelSize size = reader.size();
+    if (!isDecodableSize(size.width, size.height))
+        return Error{"PNG: the picture is too large"};
+    if (size.area() > kSmallArea && reader.unpackedSize() / kMostExpansion > file.size())
+        return Error{"PNG: the file is too short for the size that it states"};
+    return size;
+}
+
+/// Makes our pixels of rows as the library gives them.
+class PixelFinisher {
+public:
+    PixelFinisher(bool hasAlpha, std::optional<GreyTable> grey) : m_hasAlpha(hasAlpha), m_grey(grey) {}
+
+    void finish(std::span<RGBA32> pixels) const {
+        if (m_grey)
+            for (RGBA32& pixel : pixels)
+                pixel.color = ((*m_grey)[pixel.red()].color & ~kAlphaBits) | pixel.alpha();
+        if (m_hasAlpha)
+            for (RGBA32& pixel : pixels)
+                pixel = premultipliedPixel(pixel);
+    }
+
+private:
+    static constexpr std::uint32_t kAlphaBits = 255;
+
+    static RGBA32 premultipliedPixel(RGBA32 pixel) {
+        const std::uint8_t alpha = pixel.alpha();
+        return alpha == 255 ? pixel
+                            : RGBA32(premultiplied(pixel.red(), alpha), premultiplied(pixel.green(), alpha),
+                                     premultiplied(pixel.blue(), alpha), alpha);
+    }
+
+    bool m_hasAlpha;
+    std::optional<GreyTable> m_grey;
+};
+
+Result<Image> readProgressively(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
+    ImageBuilder builder(size);
+    PixelBlock rows = PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)});
+    bool readable = true;
+    for (int y = 0; y < size.height && readable; y += Tile::kHeight) {
+        const int wanted = std::min(Tile::kHeight, size.height - y);
+        int count = 0;
+        while (readable && count < wanted) {
+            readable = reader.readRow(rows.row(count));
+            count += readable ? 1 : 0;
+        }
+        if (y + count == 0)
+            return reader.error();
+        finisher.finish({rows.row(0), rows.row(count)});
+        builder.setRows(y, count, rows.pixels.get());
+    }
+    return builder.finish();
+}
+
+Result<Image> readInterlaced(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
+    std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
+    const auto row = [&](int y) { return pixels.data() + std::ptrdiff_t{y} * size.width; };
+    bool readable = true;
+    for (int pass = 0; pass < reader.passes() && readable; ++pass)
+        for (int y = 0; y < size.height && readable; ++y) {
+            readable = reader.readRow(row(y));
+            if (!readable && pass == 0 && y == 0)
+                return reader.error();
+        }
+    finisher.finish(pixels);
+    ImageBuilder builder(size);
+    builder.setRows(0, size.height, pixels.data());
+    return builder.finish();
+}
+
+Orientation exifOrientation(const std::optional<ByteView>& exif) {
+    return exif ? readExifBasics(*exif).orientation : Orientation::TopLeft;
+}
+
+} // namespace
+
+Result<PixelSize> measurePng(ByteView file) {
+    PngReader reader(file);
+    const Result<PixelSize> size = readCheckedHeader(reader, file);
+    if (!size)
+        return size;
+    return uprightSize(*size, exifOrientation(findPngChunk(file, pngChunkType("eXIf"))));
+}
+
+Result<Image> decodePng(ByteView file) {
+    PngReader reader(file);
+    const Result<PixelSize> size = readCheckedHeader(reader, file);
+    if (!size)
+        return size.error();
+    const Density density = reader.density();
+    const Bytes icc = reader.icc();
+    const std::optional<GreyTable> grey = reader.isGrey() ? greyTable(icc) : std::nullopt;
+    const PixelFinisher finisher(reader.hasAlpha(), grey); // before the library counts what it adds
+    if (!reader.start())
+        return reader.error();
+    const Result<Image> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
+                                                     : readProgressively(reader, *size, finisher);
+    if (!stored)
+        return stored;
+    return turnedUpright(stored->withProfile(ColorProfile::fromIcc(icc))
+                             .withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
+                         exifOrientation(findPngChunk(file, pngChunkType("eXIf"))));
+}
+
+} // namespace complexion

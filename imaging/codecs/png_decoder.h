@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+#include "imaging/image.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The upright size of a PNG picture, from its headers.
+Result<PixelSize> measurePng(ByteView file);
+
+/// A PNG picture (ISO/IEC 15948; of an animation the default image), as `Codec::decode` says. Of a truncated
+/// or damaged file the rows that can be decoded; what is missing is transparent.
+Result<Image> decodePng(ByteView file);
+
+} // namespace complexion

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+#include "imaging/geometry.h"
+#include "imaging/rgba32.h"
+
+#include <span>
+
+namespace complexion {
+
+/// Whether every pixel is.
+bool isOpaque(std::span<const RGBA32> pixels);
+
+/// Packed rows as the image data of a PNG file before compression (ISO/IEC 15948, clause 9): for each row its
+/// filter's number and its filtered samples, RGB or, with alpha, RGBA that are not premultiplied. The first
+/// row does not look at the row above it.
+Bytes filteredRows(PixelSize size, const RGBA32* rows, bool withAlpha);
+
+} // namespace complexion

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/image.h"
+
+#include <memory>
+#include <string_view>
+
+namespace complexion {
+
+/// The photo effect of a name ("Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"),
+/// null for any other text. One effect is one object for the whole run: images made by it can be compared by
+/// it.
+std::shared_ptr<const PixelTransform> photoEffect(std::string_view name);
+
+} // namespace complexion
