@@ -9,7 +9,6 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace complexion {
@@ -22,13 +21,37 @@ constexpr double kHeadlineSize = 26;
 constexpr int kHintMarginX = 40;
 constexpr int kHintMarginY = 26;
 constexpr int kHintGap = 6;
-constexpr double kHintCornerRadius = 10; // the box's
-constexpr double kHoverLight = 0.06;
 
 constexpr int kDrawingSize = 28;
 constexpr int kHelpMarginX = 28;
 constexpr int kHelpMarginY = 20;
 constexpr int kHelpGap = 16;
+constexpr int kTutorialIconSize = 20;
+
+constexpr double kCornerRadius = 10; // the box's
+constexpr float kHoverLight = 0.06F;
+constexpr float kPressedDark = 0.3F;
+constexpr double kRingWidth = 2;
+
+/// Lightens a button of a card under the mouse, darkens it while it is pressed, and rings it when it has the
+/// focus.
+void paintButtonState(QPainter& painter, const QAbstractButton& button) {
+    const QRectF area(button.rect());
+    if (button.isEnabled() && (button.isDown() || button.underMouse())) {
+        QColor tint = button.isDown() ? QColor(Qt::black) : QColor(Qt::white);
+        tint.setAlphaF(button.isDown() ? kPressedDark : kHoverLight);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(tint);
+        painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);
+    }
+    if (button.hasFocus()) {
+        painter.setPen(QPen(button.palette().color(QPalette::Highlight), kRingWidth));
+        painter.setBrush(Qt::NoBrush);
+        constexpr double kInset = kRingWidth / 2;
+        painter.drawRoundedRect(area.adjusted(kInset, kInset, -kInset, -kInset), kCornerRadius - kInset,
+                                kCornerRadius - kInset);
+    }
+}
 
 /// Two centred lines, the first of them large, as a button.
 class HintButton : public QAbstractButton {
@@ -53,7 +76,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        paintState(painter);
+        paintButtonState(painter, *this);
         const int headlineHeight = QFontMetrics(textFont(kHeadlineSize)).height();
         const QRect lines = rect().adjusted(0, kHintMarginY, 0, -kHintMarginY);
         painter.setPen(palette().color(QPalette::Text));
@@ -66,22 +89,6 @@ protected:
     }
 
 private:
-    void paintState(QPainter& painter) {
-        if (isDown() || underMouse()) {
-            QColor tint = isDown() ? QColor(Qt::black) : QColor(Qt::white);
-            tint.setAlphaF(static_cast<float>(isDown() ? 0.3 : kHoverLight));
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(tint);
-            painter.drawRoundedRect(QRectF(rect()), kHintCornerRadius, kHintCornerRadius);
-        }
-        if (hasFocus()) {
-            painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kHintCornerRadius - 1,
-                                    kHintCornerRadius - 1);
-        }
-    }
-
     QString m_headline;
     QString m_line;
 };
@@ -103,6 +110,48 @@ private:
     QString m_name;
 };
 
+/// The tutorial's line, a button: its icon and text stand in line with the drawings and lines above.
+class TutorialButton : public QAbstractButton {
+public:
+    TutorialButton(QAction* action, QWidget* parent) : QAbstractButton(parent) {
+        setObjectName(u"buttonVideoTutorial"_s);
+        setText(action->text());
+        setAccessibleName(action->text());
+        setFocusPolicy(Qt::TabFocus);
+        setAttribute(Qt::WA_Hover);
+        const auto follow = [this, action] {
+            setEnabled(action->isEnabled());
+            setToolTip(action->toolTip());
+            setCursor(action->isEnabled() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+        };
+        connect(action, &QAction::changed, this, follow);
+        connect(this, &QAbstractButton::clicked, action, &QAction::trigger);
+        follow();
+    }
+
+    QSize sizeHint() const override {
+        return {textLeft() + fontMetrics().horizontalAdvance(text()) + kHelpGap,
+                std::max(kTutorialIconSize, fontMetrics().height()) + kHelpGap};
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintButtonState(painter, *this);
+        const QColor color =
+            palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Text);
+        painter.drawPixmap(kHelpMarginX + (kDrawingSize - kTutorialIconSize) / 2,
+                           (height() - kTutorialIconSize) / 2,
+                           linePixmap(u"play"_s, kTutorialIconSize, color, devicePixelRatioF()));
+        painter.setPen(color);
+        painter.drawText(rect().adjusted(textLeft(), 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, text());
+    }
+
+private:
+    static int textLeft() { return kHelpMarginX + kDrawingSize + kHelpGap; }
+};
+
 } // namespace
 
 Box* makeHintCard(QWidget* parent, QAction* selectImage) {
@@ -119,10 +168,14 @@ Box* makeHintCard(QWidget* parent, QAction* selectImage) {
 Box* makeHelpCard(QWidget* parent, QAction* videoTutorial) {
     auto* box = new Box(parent);
     box->setObjectName(u"boxHelp"_s);
-    auto* grid = new QGridLayout(box);
-    grid->setContentsMargins(kHelpMarginX, kHelpMarginY, kHelpMarginX, kHelpMarginY);
+    auto* column = new QVBoxLayout(box);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    auto* grid = new QGridLayout;
+    grid->setContentsMargins(kHelpMarginX, kHelpMarginY, kHelpMarginX, kHelpMarginY / 2);
     grid->setHorizontalSpacing(kHelpGap);
     grid->setVerticalSpacing(kHelpGap * 3 / 4);
+    column->addLayout(grid);
     const std::pair<QString, QString> lines[] = {
         {u"help-size"_s, u"Set the edit area a little larger than the blemish."_s},
         {u"help-click"_s, u"Click the blemish: it takes on the skin around it."_s},
@@ -134,13 +187,8 @@ Box* makeHelpCard(QWidget* parent, QAction* videoTutorial) {
         grid->addWidget(new QLabel(text), row, 1);
         ++row;
     }
-    auto* tutorial = new QToolButton;
-    tutorial->setObjectName(u"buttonVideoTutorial"_s);
-    tutorial->setDefaultAction(videoTutorial);
-    tutorial->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    tutorial->setIconSize({20, 20});
-    tutorial->setAccessibleName(u"Video tutorial"_s);
-    grid->addWidget(tutorial, row, 1, Qt::AlignLeft);
+    grid->setColumnStretch(1, 1);
+    column->addWidget(new TutorialButton(videoTutorial, box));
     return box;
 }
 

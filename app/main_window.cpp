@@ -3,6 +3,7 @@
 
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
 #include <QTimer>
 
 namespace complexion {
@@ -12,7 +13,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr QSize kSmallestSize(900, 600);
-constexpr QSize kUsualSize(1180, 780);
+constexpr QSize kUsualSize(1440, 960);
+constexpr QSize kLeftOfScreen(48, 72); // for the window's frame and what else stands there
 
 } // namespace
 
@@ -26,7 +28,7 @@ MainWindow::MainWindow()
     makeMenus();
     const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());
     setMinimumSize(kSmallestSize.expandedTo(needed));
-    resize(kUsualSize.expandedTo(minimumSize()));
+    resize(kUsualSize.boundedTo(screen()->availableSize() - kLeftOfScreen).expandedTo(minimumSize()));
     showState({});
     m_root->imageView()->setFocus();
 }

@@ -35,26 +35,36 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
+constexpr int kControlPadding = 8; // above and below the text of a control, together
+constexpr int kLabelGap = 2;
+constexpr int kCheckBoxIndent = 6; // the style's frame and padding of a check box
 constexpr double kLabelSize = 11;
 
-/// A control row under its label.
-QWidget* makeGroup(const QString& title, QLayout* controls) {
+/// A row of controls under its label. Rows of one font are of one height, so that all stand on one line.
+/// `indent` is how far inside its frame the first control shows its edge.
+QWidget* makeGroup(const QString& title, QLayout* controls, int indent = 0) {
     auto* group = new QWidget;
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
+    label->setContentsMargins(indent, 0, 0, 0);
     auto* column = new QVBoxLayout(group);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(2);
+    column->setSpacing(kLabelGap);
     column->addWidget(label);
     column->addLayout(controls);
     return group;
 }
 
-QHBoxLayout* makeRow(int gap) {
+int controlHeight() {
+    return QFontMetrics(textFont()).height() + kControlPadding;
+}
+
+QHBoxLayout* makeControlRow(int gap) {
     auto* row = new QHBoxLayout;
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(gap);
+    row->addStrut(controlHeight());
     return row;
 }
 
@@ -66,7 +76,8 @@ int widthOf(const QWidget& widget, const QString& text) {
 
 SettingsBar::SettingsBar(QWidget* parent) : Box(parent) {
     const auto half = [](QWidget* first, QWidget* second) {
-        auto* row = makeRow(kGroupGap);
+        auto* row = new QHBoxLayout;
+        row->setSpacing(kGroupGap);
         row->addWidget(first);
         row->addWidget(second);
         return row;
@@ -79,7 +90,7 @@ SettingsBar::SettingsBar(QWidget* parent) : Box(parent) {
 
 QSize SettingsBar::arrange(int width) {
     m_halves->setDirection(QBoxLayout::LeftToRight);
-    m_halves->setSpacing(kGroupGap);
+    m_halves->setSpacing(kGroupGap - kCheckBoxIndent);
     if (m_halves->sizeHint().width() > width) {
         m_halves->setDirection(QBoxLayout::TopToBottom);
         m_halves->setSpacing(kRowGap);
@@ -89,6 +100,7 @@ QSize SettingsBar::arrange(int width) {
 
 QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize = new QLineEdit;
+    textFieldEditAreaSize->setFixedHeight(controlHeight());
     textFieldEditAreaSize->setObjectName(u"textFieldEditAreaSize"_s);
     textFieldEditAreaSize->setAccessibleName(u"Edit area size"_s);
     textFieldEditAreaSize->setToolTip(u"Radius of the disc that a click repairs, in pixels of the photo"_s);
@@ -99,12 +111,13 @@ QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize->installEventFilter(this);
 
     stepperEditAreaSize = new Stepper;
+    stepperEditAreaSize->setFixedHeight(controlHeight());
     stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
     stepperEditAreaSize->setRange(kSmallestEditArea, kLargestEditArea);
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
 
-    auto* row = makeRow(kGap / 2);
+    auto* row = makeControlRow(kGap / 2);
     row->addWidget(textFieldEditAreaSize);
     row->addWidget(stepperEditAreaSize);
     return makeGroup(u"Edit area size"_s, row);
@@ -128,7 +141,7 @@ QWidget* SettingsBar::makeThresholdGroup() {
     connect(sliderThreshold, &Slider::floatValueChanged, number, showNumber);
     showNumber(sliderThreshold->floatValue());
 
-    auto* row = makeRow(kGap);
+    auto* row = makeControlRow(kGap);
     row->addWidget(sliderThreshold);
     row->addWidget(number);
     return makeGroup(u"Threshold"_s, row);
@@ -141,6 +154,7 @@ QWidget* SettingsBar::makeColorGroup() {
     checkAutodetectColor->setToolTip(u"Take the color of the skin around the blemish"_s);
 
     colorWellCustomColor = new ColorWell;
+    colorWellCustomColor->setFixedHeight(controlHeight());
     colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
     colorWellCustomColor->setAccessibleName(u"Custom color"_s);
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
@@ -152,21 +166,22 @@ QWidget* SettingsBar::makeColorGroup() {
     connect(checkAutodetectColor, &QCheckBox::toggled, colorWellCustomColor, offerColor);
     offerColor(checkAutodetectColor->isChecked());
 
-    auto* row = makeRow(kGap);
+    auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
     row->addWidget(colorWellCustomColor);
-    return makeGroup(u"Color"_s, row);
+    return makeGroup(u"Color"_s, row, kCheckBoxIndent);
 }
 
 QWidget* SettingsBar::makeEffectGroup() {
     comboEffect = new QComboBox;
+    comboEffect->setFixedHeight(controlHeight());
     comboEffect->setObjectName(u"comboEffect"_s);
     comboEffect->setAccessibleName(u"Effect"_s);
     comboEffect->setToolTip(u"Effect on the whole photo; it is saved with it"_s);
     comboEffect->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     comboEffect->setMinimumContentsLength(9);
 
-    auto* row = makeRow(0);
+    auto* row = makeControlRow(0);
     row->addWidget(comboEffect);
     return makeGroup(u"Effect"_s, row);
 }
