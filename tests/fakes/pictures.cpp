@@ -69,6 +69,25 @@ Image filled(PixelSize size, RGBA32 pixel) {
     return painted(size, [pixel](int, int) { return pixel; });
 }
 
+Image noise(PixelSize size, std::uint32_t seed) {
+    return painted(size, [=](int row, int column) {
+        std::uint32_t x = seed * 2654435761U + static_cast<std::uint32_t>(row) * 40503U +
+                          static_cast<std::uint32_t>(column) * 69069U;
+        x ^= x >> 15;
+        x *= 2246822519U;
+        x ^= x >> 13;
+        return RGBA32(x | 255);
+    });
+}
+
+Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int skin) {
+    return painted(size, [=](int row, int column) {
+        const std::int64_t y = row - centre.row;
+        const std::int64_t x = column - centre.column;
+        return grey(x * x + y * y < std::int64_t{radius} * radius ? spot : skin);
+    });
+}
+
 Image skinWithBlemishes(PixelSize size, const std::vector<PixelPosition>& centres) {
     return painted(size, [&centres](int row, int column) {
         for (const PixelPosition& centre : centres) {

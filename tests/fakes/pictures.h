@@ -27,6 +27,12 @@ Image painted(PixelSize size, const std::function<RGBA32(int row, int column)>& 
 
 Image filled(PixelSize size, RGBA32 pixel);
 
+/// A picture in which no two near pixels are equal, opaque, the same at every run.
+Image noise(PixelSize size, std::uint32_t seed = 1);
+
+/// Skin of one grey with one disc of another in it.
+Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int skin);
+
 /// Skin with round blemishes about some places.
 Image skinWithBlemishes(PixelSize size, const std::vector<PixelPosition>& centres);
 

@@ -5,7 +5,7 @@
 
 #include <lcms2.h>
 
-namespace complexion::test {
+namespace complexion {
 
 inline Bytes bytesOfProfile(cmsHPROFILE profile) {
     cmsUInt32Number size = 0;
@@ -35,4 +35,4 @@ inline Bytes grayProfile() {
     return bytes;
 }
 
-} // namespace complexion::test
+} // namespace complexion
