@@ -5,6 +5,7 @@
 #include "imaging/image.h"
 
 #include <optional>
+#include <vector>
 
 namespace complexion {
 
