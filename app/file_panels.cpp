@@ -86,7 +86,7 @@ bool SaveFilePanel::mayReplace(const QString& path) {
     const int answer = m_dialogs.runAlert({.messageText = "",
                                            .informativeText = question.arg(file.fileName()).toStdString(),
                                            .style = AlertStyle::Warning,
-                                           .buttons = {"Replace", "Cancel"}});
+                                           .buttons = {"Yes", "No"}});
     return answer != kSecondButton;
 }
 

@@ -133,7 +133,7 @@ QWidget* SettingsBar::makeThresholdGroup() {
     sliderThreshold->setMinimumWidth(kSliderWidth);
 
     auto* number = new QLabel;
-    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     number->setFixedWidth(widthOf(*number, u"100"_s) + 2);
     const auto showNumber = [number](float value) {
         number->setText(QString::number(static_cast<int>(std::floor(value)))); // what a repair will use
