@@ -11,8 +11,8 @@ namespace complexion {
 
 namespace {
 
-/// SOI and the first byte of the marker that follows it.
-constexpr std::array<std::uint8_t, 3> kSignature = {0xFF, 0xD8, 0xFF};
+/// SOI. A marker should follow at once; readers skip what stands between.
+constexpr std::array<std::uint8_t, 2> kSignature = {0xFF, 0xD8};
 
 bool recognizes(ByteView file) {
     return file.size() > kSignature.size() && std::ranges::equal(file.first(kSignature.size()), kSignature);

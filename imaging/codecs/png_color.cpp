@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/png_color.h"
 
-#include <lcms2.h>
-
 #include <algorithm>
 #include <cmath>
 #include <memory>
+
+#include <lcms2.h>
+#include <zlib.h>
 
 namespace complexion {
 
@@ -67,7 +68,39 @@ Bytes savedProfile(void* profile) {
     return bytes;
 }
 
+/// The end of an inflation, whatever it came to.
+struct Inflation {
+    z_stream stream = {};
+    ~Inflation() { inflateEnd(&stream); }
+};
+
 } // namespace
+
+Bytes unpackedProfile(ByteView chunk) {
+    constexpr std::size_t kLongestName = 79;
+    constexpr std::size_t kLargestProfile = 16 << 20;
+    const auto nameEnd = std::ranges::find(chunk.first(std::min(chunk.size(), kLongestName + 1)), 0);
+    const auto start =
+        static_cast<std::size_t>(nameEnd - chunk.begin()) + 2; // the end of the name, the method
+    if (start >= chunk.size())
+        return {};
+    Inflation inflation;
+    inflation.stream.next_in = const_cast<Bytef*>(chunk.data() + start); // the library only reads it
+    inflation.stream.avail_in = static_cast<uInt>(chunk.size() - start);
+    if (inflateInit(&inflation.stream) != Z_OK)
+        return {};
+    Bytes profile;
+    int state = Z_OK;
+    while (state == Z_OK && profile.size() < kLargestProfile) {
+        constexpr std::size_t kStep = 16 << 10;
+        profile.resize(profile.size() + kStep);
+        inflation.stream.next_out = profile.data() + (profile.size() - kStep);
+        inflation.stream.avail_out = kStep;
+        state = inflate(&inflation.stream, Z_NO_FLUSH);
+        profile.resize(profile.size() - inflation.stream.avail_out);
+    }
+    return state == Z_STREAM_END ? profile : Bytes();
+}
 
 Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries) {
     if (fileGamma && (*fileGamma < kLeastFileGamma || *fileGamma > kMostFileGamma))

@@ -8,6 +8,9 @@
 
 namespace complexion {
 
+/// The ICC profile in the data of an iCCP chunk; empty when it is damaged or absurdly large.
+Bytes unpackedProfile(ByteView chunk);
+
 /// A place in the CIE chromaticity diagram.
 struct Chromaticity {
     double x = 0;

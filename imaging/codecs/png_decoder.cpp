@@ -18,16 +18,16 @@ namespace complexion {
 namespace {
 
 constexpr png_uint_32 kLongestSide = 1'000'000;
-constexpr png_alloc_size_t kLargestChunk = 64 << 20; // decompressed: a colour profile, say
+constexpr png_alloc_size_t kLargestChunk = 64 << 20;
 constexpr double kMetresPerInch = 0.0254;
 /// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
 constexpr std::uint64_t kMostExpansion = 1032;
 constexpr std::int64_t kSmallArea = 32'000'000;
 
-/// Text and other chunks that decoding does not look at, so that nobody unpacks them.
-constexpr std::array<png_byte, 40> kIgnoredChunks = {
-    't', 'E', 'X', 't', 0, 'z', 'T', 'X', 't', 0, 'i', 'T', 'X', 't', 0, 's', 'P', 'L', 'T', 0,
-    'h', 'I', 'S', 'T', 0, 't', 'I', 'M', 'E', 0, 'e', 'X', 'I', 'f', 0, 'p', 'C', 'A', 'L', 0};
+/// Chunks that the library need not look at: nobody asks it for text, and what the profile is worth is judged
+/// by the colour library, which is less strict.
+constexpr std::string_view kIgnoredChunks("tEXt\0zTXt\0iTXt\0sPLT\0hIST\0tIME\0eXIf\0pCAL\0iCCP", 45);
+constexpr int kIgnoredChunkCount = 9;
 
 /// The library's decoder on one file. A step that fails leaves a message in `error()`.
 class PngReader {
@@ -60,8 +60,9 @@ public:
             });
             png_set_user_limits(m_png, kLongestSide, kLongestSide);
             png_set_chunk_malloc_max(m_png, kLargestChunk);
-            png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, kIgnoredChunks.data(),
-                                        static_cast<int>(kIgnoredChunks.size() / 5));
+            png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER,
+                                        reinterpret_cast<png_const_bytep>(kIgnoredChunks.data()),
+                                        kIgnoredChunkCount);
             png_set_benign_errors(m_png, 1);
             // What a checksum at the end finds wrong is shown long before.
             png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
@@ -91,17 +92,10 @@ public:
         return {across * kMetresPerInch, down * kMetresPerInch};
     }
 
-    /// The ICC profile of the picture's values, embedded or described by other chunks; empty for sRGB.
-    Bytes icc() const {
-        png_charp name = nullptr;
-        int compression = 0;
-        png_bytep profile = nullptr;
-        png_uint_32 length = 0;
-        if (png_get_iCCP(m_png, m_info, &name, &compression, &profile, &length) != 0)
-            return {profile, profile + length};
-        if (png_get_valid(m_png, m_info, PNG_INFO_sRGB) != 0)
-            return {};
-        return profileOfGammaAndPrimaries(fileGamma(), primaries());
+    /// The ICC profile that describes the picture's values as its gAMA and cHRM chunks do; empty for sRGB.
+    Bytes describedProfile() const {
+        const bool srgb = png_get_valid(m_png, m_info, PNG_INFO_sRGB) != 0;
+        return srgb ? Bytes() : profileOfGammaAndPrimaries(fileGamma(), primaries());
     }
 
     /// Has the library give rows in our pixel layout, not premultiplied.
@@ -172,6 +166,23 @@ Result<PixelSize> readCheckedHeader(PngReader& reader, ByteView file) {
     if (size.area() > kSmallArea && reader.unpackedSize() / kMostExpansion > file.size())
         return Error{"PNG: the file is too short for the size that it states"};
     return size;
+}
+
+/// The space of a picture's values, and the conversion of grey ones to sRGB where they have a space of their
+/// own.
+struct SourceColors {
+    ColorProfile profile;
+    std::optional<GreyTable> grey;
+};
+
+SourceColors sourceColors(const PngReader& reader, ByteView file) {
+    const std::optional<ByteView> chunk = findPngChunk(file, pngChunkType("iCCP"));
+    const Bytes embedded = chunk ? unpackedProfile(*chunk) : Bytes();
+    if (std::optional<GreyTable> grey = reader.isGrey() ? greyTable(embedded) : std::nullopt)
+        return {.profile = {}, .grey = grey};
+    const ColorProfile profile = ColorProfile::fromIcc(embedded);
+    return {.profile = profile.isSrgb() ? ColorProfile::fromIcc(reader.describedProfile()) : profile,
+            .grey = {}};
 }
 
 /// Makes our pixels of rows as the library gives them.
@@ -257,16 +268,15 @@ Result<Image> decodePng(ByteView file) {
     if (!size)
         return size.error();
     const Density density = reader.density();
-    const Bytes icc = reader.icc();
-    const std::optional<GreyTable> grey = reader.isGrey() ? greyTable(icc) : std::nullopt;
-    const PixelFinisher finisher(reader.hasAlpha(), grey); // before the library counts what it adds
+    const SourceColors colors = sourceColors(reader, file);
+    const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before the library counts what it adds
     if (!reader.start())
         return reader.error();
     const Result<Image> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
                                                      : readProgressively(reader, *size, finisher);
     if (!stored)
         return stored;
-    return turnedUpright(stored->withProfile(ColorProfile::fromIcc(icc))
+    return turnedUpright(stored->withProfile(colors.profile)
                              .withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
                          exifOrientation(findPngChunk(file, pngChunkType("eXIf"))));
 }
