@@ -4,9 +4,9 @@
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
+#include "app/private_folder.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
-#include "app/private_folder.h"
 #include "app/window_dialogs.h"
 
 #include <QApplication>

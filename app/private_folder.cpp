@@ -17,8 +17,7 @@ Result<PrivateFolder> PrivateFolder::create() {
     return PrivateFolder(name);
 }
 
-PrivateFolder::PrivateFolder(PrivateFolder&& other) noexcept
-    : m_path(std::exchange(other.m_path, {})) {}
+PrivateFolder::PrivateFolder(PrivateFolder&& other) noexcept : m_path(std::exchange(other.m_path, {})) {}
 
 PrivateFolder::~PrivateFolder() {
     std::error_code ignored; // nobody is left to be told
