@@ -5,14 +5,16 @@
 
 namespace complexion {
 
-/// A rounded dark panel that floats over the photo. A press on it stays with it and never reaches what lies below.
+/// A rounded dark panel that floats over the photo. A press on it stays with it and never reaches what lies
+/// below.
 class Box : public QWidget {
     Q_OBJECT
 
 public:
     explicit Box(QWidget* parent = nullptr);
 
-    /// How opaque the panel itself is, 0 to 1. What stands on it stays opaque, so that text keeps its contrast.
+    /// How opaque the panel itself is, 0 to 1. What stands on it stays opaque, so that text keeps its
+    /// contrast.
     double alpha() const { return m_alpha; }
     void setAlpha(double alpha);
 

@@ -44,7 +44,7 @@ void ColorWell::paintEvent(QPaintEvent*) {
     // The swatch keeps its distance from the frame, so that a dark colour shows its edge on the dark box.
     const double line = hasFocus() ? 2 : 1;
     const QRectF frame = QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2);
-    const QPalette::ColorRole role = hasFocus()               ? QPalette::Highlight
+    const QPalette::ColorRole role = hasFocus()                 ? QPalette::Highlight
                                      : underMouse() || isDown() ? QPalette::Text
                                                                 : QPalette::Light;
     painter.setPen(QPen(palette().color(QPalette::Active, role), line));

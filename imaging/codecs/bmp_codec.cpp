@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/codec.h"
+#include "imaging/codecs/bmp_codec.h"
 
 namespace complexion {
 
 const Codec kBmpCodec = {
     .name = "BMP",
-    .recognizes = [](ByteView) { return false; },
-    .measure = [](ByteView) -> Result<std::vector<PixelSize>> { return Error{"not written yet"}; },
-    .decode = [](ByteView) -> Result<Image> { return Error{"not written yet"}; },
-    .encode = [](const Image&) -> Result<FileContents> { return Error{"not written yet"}; },
+    .recognizes = isBmp,
+    .measure = measureBmp,
+    .decode = decodeBmp,
+    .encode = encodeBmp,
 };
 
 } // namespace complexion

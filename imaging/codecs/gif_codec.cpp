@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/codec.h"
+#include "imaging/codecs/gif_codec.h"
 
 namespace complexion {
 
 const Codec kGifCodec = {
     .name = "GIF",
-    .recognizes = [](ByteView) { return false; },
-    .measure = [](ByteView) -> Result<std::vector<PixelSize>> { return Error{"not written yet"}; },
-    .decode = [](ByteView) -> Result<Image> { return Error{"not written yet"}; },
-    .encode = [](const Image&) -> Result<FileContents> { return Error{"not written yet"}; },
+    .recognizes = isGif,
+    .measure = measureGif,
+    .decode = decodeGif,
+    .encode = encodeGif,
 };
 
 } // namespace complexion

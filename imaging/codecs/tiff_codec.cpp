@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/codec.h"
+#include "imaging/codecs/tiff_codec.h"
 
 namespace complexion {
 
 const Codec kTiffCodec = {
     .name = "TIFF",
-    .recognizes = [](ByteView) { return false; },
-    .measure = [](ByteView) -> Result<std::vector<PixelSize>> { return Error{"not written yet"}; },
-    .decode = [](ByteView) -> Result<Image> { return Error{"not written yet"}; },
-    .encode = [](const Image&) -> Result<FileContents> { return Error{"not written yet"}; },
+    .recognizes = isTiff,
+    .measure = measureTiff,
+    .decode = decodeTiff,
+    .encode = encodeTiff,
 };
 
 } // namespace complexion

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-namespace complexion::test {
+namespace complexion {
 
 /// All parts of a file in one.
 inline Bytes joined(const FileContents& contents) {
@@ -46,4 +46,4 @@ inline Bytes exifBlock(int orientation, std::optional<int> dotsPerInch = std::nu
     return block;
 }
 
-} // namespace complexion::test
+} // namespace complexion

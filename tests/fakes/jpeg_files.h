@@ -11,7 +11,7 @@
 
 #include <jpeglib.h>
 
-namespace complexion::test {
+namespace complexion {
 
 /// How a test wants a JPEG file written by the library itself.
 struct JpegRecipe {
@@ -95,4 +95,4 @@ inline std::vector<std::uint8_t> rgbSamples(const Image& image) {
     return samples;
 }
 
-} // namespace complexion::test
+} // namespace complexion

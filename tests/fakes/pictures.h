@@ -3,58 +3,56 @@
 
 #include "imaging/image.h"
 
+#include <gmock/gmock.h>
+
+#include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
 
-namespace complexion::test {
+namespace complexion {
 
-/// An opaque grey pixel.
-inline RGBA32 gray(int level) {
+/// Pixels of grey level `level`, opaque.
+constexpr RGBA32 grey(int level) {
     const auto component = static_cast<std::uint8_t>(level);
     return {component, component, component, 255};
 }
 
-/// A picture whose pixels are a function of row and column.
-inline Image picture(PixelSize size, const std::function<RGBA32(int row, int column)>& pixel) {
-    std::vector<RGBA32> pixels;
-    pixels.reserve(static_cast<std::size_t>(size.area()));
-    for (int row = 0; row < size.height; ++row)
-        for (int column = 0; column < size.width; ++column)
-            pixels.push_back(pixel(row, column));
-    return Image::fromPixels(size, pixels);
-}
+inline constexpr RGBA32 kSkin = grey(180);
+inline constexpr RGBA32 kBlemish = grey(40);
+inline constexpr int kBlemishRadius = 3; // pixels
 
-inline Image flat(PixelSize size, RGBA32 color) {
-    return picture(size, [=](int, int) { return color; });
-}
+/// The picture whose pixel at (row, column) is `at` of them.
+Image painted(PixelSize size, const std::function<RGBA32(int row, int column)>& at);
 
-/// A picture in which no two near pixels are equal, the same at every run.
-inline Image noise(PixelSize size, std::uint32_t seed = 1) {
-    return picture(size, [=](int row, int column) {
-        std::uint32_t x = seed * 2654435761U + static_cast<std::uint32_t>(row) * 40503U +
-                          static_cast<std::uint32_t>(column) * 69069U;
-        x ^= x >> 15;
-        x *= 2246822519U;
-        x ^= x >> 13;
-        return RGBA32(x | 255);
-    });
-}
+Image filled(PixelSize size, RGBA32 pixel);
 
-/// Skin of one grey with a dark or light disc in it.
-inline Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int skin) {
-    return picture(size, [=](int row, int column) {
-        const std::int64_t dy = row - centre.row;
-        const std::int64_t dx = column - centre.column;
-        return gray(dx * dx + dy * dy < std::int64_t{radius} * radius ? spot : skin);
-    });
-}
+/// A picture in which no two near pixels are equal, opaque, the same at every run.
+Image noise(PixelSize size, std::uint32_t seed = 1);
 
-/// All pixels, packed, top row first.
-inline std::vector<RGBA32> pixelsOf(const Image& image) {
-    const PixelSize size = image.pixelSize();
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
-    image.read({0, 0, size.width, size.height}, pixels.data(), size.width);
-    return pixels;
-}
+/// Skin of one grey with one disc of another in it.
+Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int skin);
 
-} // namespace complexion::test
+/// Skin with round blemishes about some places.
+Image skinWithBlemishes(PixelSize size, const std::vector<PixelPosition>& centres);
+
+/// All pixels, row by row.
+std::vector<RGBA32> pixelsOf(const Image& image);
+
+/// Whether two pictures have the same size and pixels; tells where they first differ.
+testing::AssertionResult samePixels(const Image& actual, const Image& expected);
+
+/// The same but for differences of at most `tolerance` in any component.
+testing::AssertionResult nearlySamePixels(const Image& actual, const Image& expected, int tolerance);
+
+/// The picture in a file; an empty one, and a failed test, when it cannot be decoded.
+Image decoded(const std::filesystem::path& path);
+
+/// Whole small files, for tests.
+std::string contentsOf(const std::filesystem::path& path);
+void writeFile(const std::filesystem::path& path, const std::string& contents);
+
+/// A JPEG or PNG file's bytes with an EXIF block put in: the orientation, and an artist's name.
+std::string withExif(const std::string& file, int orientation, const std::string& artist);
+
+} // namespace complexion

@@ -5,7 +5,7 @@
 
 #include <lcms2.h>
 
-namespace complexion::test {
+namespace complexion {
 
 inline Bytes bytesOfProfile(cmsHPROFILE profile) {
     cmsUInt32Number size = 0;
@@ -62,4 +62,4 @@ inline Bytes cmykProfile() {
     return bytesOfProfile(profile);
 }
 
-} // namespace complexion::test
+} // namespace complexion

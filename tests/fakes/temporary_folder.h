@@ -1,37 +1,44 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <string>
+#include <vector>
 
-namespace complexion::test {
+namespace complexion {
 
-/// A new empty folder that goes away with everything in it at the end of the test.
+/// A new folder that is removed, with all that is in it, when its owner goes.
+///
+/// The program that a death test starts makes its folders inside the one that its parent made last, because what
+/// aborts cannot clean up.
 class TemporaryFolder {
 public:
-    TemporaryFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "complexion-test-XXXXXX").string();
-        if (!::mkdtemp(name.data()))
-            std::abort();
-        m_path = name;
-    }
+    TemporaryFolder();
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
+    ~TemporaryFolder();
 
     const std::filesystem::path& path() const { return m_path; }
 
-    /// How many entries the folder holds.
-    std::ptrdiff_t count() const {
-        return std::distance(std::filesystem::directory_iterator(m_path), std::filesystem::directory_iterator());
-    }
-
 private:
     std::filesystem::path m_path;
+    std::string m_parent;
 };
 
-} // namespace complexion::test
+/// The names of all files in a folder, sorted.
+std::vector<std::string> filesIn(const std::filesystem::path& folder);
+
+/// Makes a folder read-only for this thread as long as it lives, even where the tests run as root.
+class ReadOnly {
+public:
+    explicit ReadOnly(std::filesystem::path folder);
+    ReadOnly(const ReadOnly&) = delete;
+    ReadOnly& operator=(const ReadOnly&) = delete;
+    ~ReadOnly();
+
+private:
+    std::filesystem::path m_folder;
+    std::filesystem::perms m_before;
+};
+
+} // namespace complexion

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "fakes/pictures.h"
+#include "tests/fakes/pictures.h"
 #include "imaging/image_tools.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 #include <new>
 #include <random>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 constexpr RgbColor kRed = {1, 0, 0};
@@ -86,12 +86,12 @@ Image plainRepair(const Image& image, std::int64_t cy, std::int64_t cx, std::int
 TEST(RemovePimple, PaintsADarkSpotInTheMeanColorOfTheSkinAround) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180);
     const Image result = repaired(image, 30, 30, 10, 20);
-    EXPECT_EQ(pixelsOf(result), pixelsOf(flat({60, 60}, gray(180))));
+    EXPECT_EQ(pixelsOf(result), pixelsOf(filled({60, 60}, grey(180))));
 }
 
 TEST(RemovePimple, PaintsALightSpotToo) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 240, 120);
-    EXPECT_EQ(pixelsOf(repaired(image, 30, 30, 10, 20)), pixelsOf(flat({60, 60}, gray(120))));
+    EXPECT_EQ(pixelsOf(repaired(image, 30, 30, 10, 20)), pixelsOf(filled({60, 60}, grey(120))));
 }
 
 TEST(RemovePimple, EqualsThePlainRuleOverRandomPicturesAndSettings) {
@@ -99,7 +99,7 @@ TEST(RemovePimple, EqualsThePlainRuleOverRandomPicturesAndSettings) {
     for (int round = 0; round < 60; ++round) {
         const PixelSize size{static_cast<int>(40 + random() % 300), static_cast<int>(40 + random() % 100)};
         const int skin = static_cast<int>(80 + random() % 120);
-        const Image image = picture(size, [&](int row, int column) {
+        const Image image = painted(size, [&](int row, int column) {
             const int wave = (row * 7 + column * 3) % 23 + static_cast<int>(random() % 9);
             const int spot = (row % 37 < 6 && column % 41 < 6) ? -50 : 0;
             return RGBA32(static_cast<std::uint8_t>(skin + wave + spot), static_cast<std::uint8_t>(skin + spot),
@@ -146,7 +146,7 @@ TEST(RemovePimple, ADiscThatReachesOverTheBorderGivesTheVeryImageWithoutAWord) {
 }
 
 TEST(RemovePimple, ADiscThatTouchesTheBottomOrRightEdgeIsAccepted) {
-    const Image image = flat({60, 50}, gray(100));
+    const Image image = filled({60, 50}, grey(100));
     EXPECT_FALSE(repaired(image, 40, 30, 10, 10).isSameObject(image));
     EXPECT_FALSE(repaired(image, 25, 50, 10, 10).isSameObject(image));
     EXPECT_FALSE(repaired(image, 40, 50, 10, 10).isSameObject(image));
@@ -156,19 +156,19 @@ TEST(RemovePimple, SamplesPastTheLastRowOrColumnReadTheNearestPixelInside) {
     // The right and bottom rim samples fall on column 60 and row 50. What stands there is the edge pixel: 71 levels
     // from the sample opposite it makes the disc uneven, 70 does not.
     for (const int difference : {70, 71}) {
-        const Image right = picture({60, 50}, [&](int row, int column) {
-            return gray(row == 25 && column == 59 ? 100 + difference : (row == 25 && column == 50 ? 0 : 100));
+        const Image right = painted({60, 50}, [&](int row, int column) {
+            return grey(row == 25 && column == 59 ? 100 + difference : (row == 25 && column == 50 ? 0 : 100));
         });
         EXPECT_EQ(ImageTools::FindPimplePixels(at(right, 25, 50), right, 10, 10).repair.empty(), difference == 71);
-        const Image bottom = picture({60, 50}, [&](int row, int column) {
-            return gray(row == 49 && column == 30 ? 100 + difference : (row == 40 && column == 30 ? 0 : 100));
+        const Image bottom = painted({60, 50}, [&](int row, int column) {
+            return grey(row == 49 && column == 30 ? 100 + difference : (row == 40 && column == 30 ? 0 : 100));
         });
         EXPECT_EQ(ImageTools::FindPimplePixels(at(bottom, 40, 30), bottom, 10, 10).repair.empty(), difference == 71);
     }
 }
 
 TEST(RemovePimple, RadiusOneIsTheCentrePixelWithItsNeighboursForARim) {
-    const Image image = picture({9, 9}, [](int row, int column) { return gray(row == 4 && column == 4 ? 40 : 180); });
+    const Image image = painted({9, 9}, [](int row, int column) { return grey(row == 4 && column == 4 ? 40 : 180); });
     const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 4, 4), image, 1, 10);
     // The mean is the pixel's own grey: nothing is darker than it by more than the threshold.
     EXPECT_TRUE(pixels.repair.empty());
@@ -176,7 +176,7 @@ TEST(RemovePimple, RadiusOneIsTheCentrePixelWithItsNeighboursForARim) {
 }
 
 TEST(RemovePimple, AFlatAreaComesBackPixelForPixelAsANewImage) {
-    const Image image = flat({60, 60}, gray(150));
+    const Image image = filled({60, 60}, grey(150));
     for (const std::int64_t threshold : {0, 10}) {
         const Image result = repaired(image, 30, 30, 10, threshold);
         EXPECT_FALSE(result.isSameObject(image));
@@ -186,9 +186,9 @@ TEST(RemovePimple, AFlatAreaComesBackPixelForPixelAsANewImage) {
 
 TEST(RemovePimple, OppositeRimSamplesMayDifferBySeventyLevelsAndNoMore) {
     for (const int difference : {70, 71}) {
-        const Image image = picture({60, 60}, [&](int row, int column) {
+        const Image image = painted({60, 60}, [&](int row, int column) {
             const bool spot = (row - 30) * (row - 30) + (column - 30) * (column - 30) < 9;
-            return gray(spot ? 20 : (row == 20 && column == 30 ? 100 + difference : 100));
+            return grey(spot ? 20 : (row == 20 && column == 30 ? 100 + difference : 100));
         });
         const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 30, 30), image, 10, 10);
         EXPECT_EQ(pixels.repair.empty(), difference == 71);
@@ -197,7 +197,7 @@ TEST(RemovePimple, OppositeRimSamplesMayDifferBySeventyLevelsAndNoMore) {
 }
 
 TEST(RemovePimple, AnUnevenDiscIsLeftAloneInANewImage) {
-    const Image image = picture({60, 60}, [](int, int column) { return gray(column < 30 ? 20 : 220); });
+    const Image image = painted({60, 60}, [](int, int column) { return grey(column < 30 ? 20 : 220); });
     testing::internal::CaptureStdout();
     const Image result = repaired(image, 30, 30, 10, 10);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -231,7 +231,7 @@ TEST(RemovePimple, AThresholdOf255RepairsNothing) {
 }
 
 TEST(RemovePimpleDeathTest, ANegativeThresholdThatLeavesNoSkinIsFatal) {
-    const Image image = flat({60, 60}, gray(100));
+    const Image image = filled({60, 60}, grey(100));
     EXPECT_DEATH(repaired(image, 30, 30, 10, -1), "no skin");
     // With a colour chosen there is no need for skin.
     EXPECT_EQ(repaired(image, 30, 30, 10, -1, kCustomColor).pixel(30, 30), RGBA32(0xFF0000FF));
@@ -260,7 +260,7 @@ TEST(RemovePimpleDeathTest, ACustomColorOutOfRangeIsFatal) {
 
 TEST(RemovePimple, TheMeanIsOfStoredComponentsAndIsWrittenOpaque) {
     const RGBA32 skin(90, 80, 70, 128); // premultiplied
-    const Image image = picture({60, 60}, [&](int row, int column) {
+    const Image image = painted({60, 60}, [&](int row, int column) {
         return (row - 30) * (row - 30) + (column - 30) * (column - 30) < 9 ? RGBA32(0, 0, 0, 128) : skin;
     });
     EXPECT_EQ(repaired(image, 30, 30, 10, 5).pixel(30, 30), RGBA32(90, 80, 70, 255));
@@ -272,9 +272,9 @@ TEST(RemovePimple, TheGrayMapHasRowsOfThePointWidthAndTheBufferOfThePixelWidth) 
     const auto inSpot = [](std::int64_t row, std::int64_t column) {
         return (row - 15) * (row - 15) + (column - 10) * (column - 10) < 9;
     };
-    const Image image = picture({40, 40}, [&](int row, int column) {
+    const Image image = painted({40, 40}, [&](int row, int column) {
                             const int index = row * 40 + column;
-                            return gray(inSpot(index / 20, index % 20) ? 40 : 180);
+                            return grey(inSpot(index / 20, index % 20) ? 40 : 180);
                         }).withSize({20, 40});
     const PimplePixels pixels = ImageTools::FindPimplePixels({10, 40 - 15}, image, 6, 20);
     EXPECT_EQ(pixels.repair.size(), 25U);
@@ -301,7 +301,7 @@ TEST(RemovePimple, AnImageWithoutPixelsGivesNoImageAndSaysSo) {
 }
 
 TEST(RemovePimpleDeathTest, ABrokenDiscIsFatal) {
-    const Image image = flat({60, 60}, gray(100));
+    const Image image = filled({60, 60}, grey(100));
     EXPECT_DEATH(repaired(image, 30, 30, 0, 10), "no pixel");
     EXPECT_DEATH(repaired(image, 30, 30, -3, 10), "negative radius");
     EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {std::nan(""), 5}, 1, 1, kRed, 10), "out of range");
@@ -312,8 +312,8 @@ TEST(RemovePimpleDeathTest, ABrokenDiscIsFatal) {
 
 TEST(RemovePimple, ASpotOnTheCornerOfFourTilesIsRepairedWhole) {
     const Image image = spotted({520, 140}, {64, 256}, 6, 40, 180);
-    EXPECT_EQ(pixelsOf(repaired(image, 64, 256, 12, 20)), pixelsOf(flat({520, 140}, gray(180))));
+    EXPECT_EQ(pixelsOf(repaired(image, 64, 256, 12, 20)), pixelsOf(filled({520, 140}, grey(180))));
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

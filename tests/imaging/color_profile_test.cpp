@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/color_profile.h"
 
-#include "fakes/pictures.h"
-#include "fakes/profiles.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/profiles.h"
 #include "imaging/screen_colors.h"
 
 #include <gtest/gtest.h>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 TEST(ColorProfile, IsSrgbWhenThereIsNoUsableRgbProfile) {
@@ -50,4 +50,4 @@ TEST(ScreenColors, AnSrgbImageNeedsNoConversion) {
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

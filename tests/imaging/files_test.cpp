@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/files.h"
 
-#include "fakes/temporary_folder.h"
+#include "tests/fakes/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 #include <string>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 FileContents contentsOf(const std::string& text) {
@@ -29,7 +29,7 @@ TEST(WriteFileAtomically, WritesAllPartsAndLeavesNoOtherFile) {
     const TemporaryFolder folder;
     ASSERT_TRUE(writeFileAtomically(folder.path() / "a", contentsOf("skin deep")));
     EXPECT_EQ(textOf(folder.path() / "a"), "skin deep");
-    EXPECT_EQ(folder.count(), 1);
+    EXPECT_EQ(filesIn(folder.path()).size(), 1U);
 }
 
 TEST(WriteFileAtomically, ReplacesAnExistingFile) {
@@ -56,7 +56,7 @@ TEST(WriteFileAtomically, AFolderAtTheTargetIsLeftAloneAndNothingElseStays) {
     std::filesystem::create_directory(folder.path() / "a");
     EXPECT_FALSE(writeFileAtomically(folder.path() / "a", contentsOf("x")));
     EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "a"));
-    EXPECT_EQ(folder.count(), 1);
+    EXPECT_EQ(filesIn(folder.path()).size(), 1U);
 }
 
 TEST(WriteFileAtomically, GivesTheModeThatNewFilesHave) {
@@ -85,4 +85,4 @@ TEST(FlushToDisk, TellsWhetherTheFileIsThere) {
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

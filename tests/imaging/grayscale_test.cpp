@@ -1,24 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "fakes/pictures.h"
+#include "tests/fakes/pictures.h"
 #include "imaging/image_tools.h"
 
 #include <gtest/gtest.h>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 TEST(ConvertToGrayScale, WeighsTheComponentsAsDeviceGrayDoes) {
-    const Image image = picture({3, 1}, [](int, int column) {
+    const Image image = painted({3, 1}, [](int, int column) {
         return std::array{RGBA32(255, 0, 0, 255), RGBA32(0, 255, 0, 255), RGBA32(0, 0, 255, 255)}[static_cast<std::size_t>(column)];
     });
     const Image grayImage = ImageTools::convertToGrayScale(image);
-    EXPECT_EQ(grayImage.pixel(0, 0), gray((77 * 255 + 128) >> 8));
-    EXPECT_EQ(grayImage.pixel(0, 1), gray((151 * 255 + 128) >> 8));
-    EXPECT_EQ(grayImage.pixel(0, 2), gray((28 * 255 + 128) >> 8));
+    EXPECT_EQ(grayImage.pixel(0, 0), grey((77 * 255 + 128) >> 8));
+    EXPECT_EQ(grayImage.pixel(0, 1), grey((151 * 255 + 128) >> 8));
+    EXPECT_EQ(grayImage.pixel(0, 2), grey((28 * 255 + 128) >> 8));
 }
 
 TEST(ConvertToGrayScale, GivesEveryGrayItself) {
-    const Image image = picture({256, 1}, [](int, int column) { return gray(column); });
+    const Image image = painted({256, 1}, [](int, int column) { return grey(column); });
     EXPECT_EQ(pixelsOf(ImageTools::convertToGrayScale(image)), pixelsOf(image));
 }
 
@@ -30,9 +30,9 @@ TEST(ConvertToGrayScale, KeepsThePixelsAndThePointsOfA144DpiImage) {
 
 TEST(ConvertToGrayScale, ShowsTransparentPixelsOverBlackAndIsOpaque) {
     const Image grayImage = ImageTools::convertToGrayScale(
-        picture({2, 1}, [](int, int column) { return column == 0 ? RGBA32() : RGBA32(100, 100, 100, 100); }));
-    EXPECT_EQ(grayImage.pixel(0, 0), gray(0));
-    EXPECT_EQ(grayImage.pixel(0, 1), gray(100));
+        painted({2, 1}, [](int, int column) { return column == 0 ? RGBA32() : RGBA32(100, 100, 100, 100); }));
+    EXPECT_EQ(grayImage.pixel(0, 0), grey(0));
+    EXPECT_EQ(grayImage.pixel(0, 1), grey(100));
 }
 
 TEST(ConvertToGrayScaleDeathTest, AnImageWithoutPixelsIsFatal) {
@@ -40,4 +40,4 @@ TEST(ConvertToGrayScaleDeathTest, AnImageWithoutPixelsIsFatal) {
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/image.h"
 
-#include "fakes/pictures.h"
+#include "tests/fakes/pictures.h"
 #include "imaging/pixel_buffer.h"
 
 #include <gtest/gtest.h>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 const std::vector<PixelSize> kOddSizes = {{1, 1},    {1, 200},  {300, 1},   {255, 63},
@@ -45,7 +45,7 @@ TEST(Image, GivesBackThePixelsItWasMadeOf) {
 }
 
 TEST(Image, IsOnePointPerPixelUnlessToldOtherwise) {
-    const Image image = flat({300, 200}, gray(9));
+    const Image image = filled({300, 200}, grey(9));
     EXPECT_EQ(image.size(), (PointSize{300, 200}));
     EXPECT_EQ(image.withSize({150, 100}).size(), (PointSize{150, 100}));
     EXPECT_EQ(image.withSize({150, 100}).pixelSize(), (PixelSize{300, 200}));
@@ -65,7 +65,7 @@ TEST(Image, ReadsAnyRectangleAcrossTiles) {
 }
 
 TEST(ImageDeathTest, ReadingOutsideThePictureIsFatal) {
-    const Image image = flat({10, 10}, gray(1));
+    const Image image = filled({10, 10}, grey(1));
     RGBA32 pixel;
     EXPECT_DEATH(image.read({10, 0, 1, 1}, &pixel, 1), "outside the picture");
 }
@@ -113,7 +113,7 @@ TEST(Image, DifferenceIsTheTilesThatAnEditTouched) {
     const Image before = noise({1000, 300});
     PixelBuffer buffer = *PixelBuffer::open(before);
     const std::vector<PixelPosition> places = {{70, 300}};
-    buffer.paint(places, gray(5));
+    buffer.paint(places, grey(5));
     const Image after = std::move(buffer).close();
     EXPECT_EQ(after.difference(before), (PixelRect{256, 64, 256, 64}));
     EXPECT_TRUE(before.difference(before.withSize({1, 1})).isEmpty());
@@ -131,7 +131,7 @@ TEST(Image, AnEditSharesAllOtherTilesWithItsSource) {
     const Image before = noise({1000, 300});
     PixelBuffer buffer = *PixelBuffer::open(before);
     const std::vector<PixelPosition> places = {{70, 300}};
-    buffer.paint(places, gray(5));
+    buffer.paint(places, grey(5));
     const Image after = std::move(buffer).close();
     for (std::size_t band = 0; band < before.bands().size(); ++band)
         EXPECT_EQ(before.bands()[band] == after.bands()[band], band != 1) << "band " << band;
@@ -141,13 +141,13 @@ TEST(Image, AnEditSharesAllOtherTilesWithItsSource) {
 
 TEST(ImageBuilder, RowsThatWereNeverSetAreTransparent) {
     ImageBuilder builder({300, 130});
-    const std::vector<RGBA32> row(300, gray(7));
+    const std::vector<RGBA32> row(300, grey(7));
     builder.setRows(70, 1, row.data());
     const Image image = builder.finish();
-    EXPECT_EQ(image.pixel(70, 299), gray(7));
+    EXPECT_EQ(image.pixel(70, 299), grey(7));
     EXPECT_EQ(image.pixel(69, 299), RGBA32());
     EXPECT_EQ(image.pixel(129, 0), RGBA32());
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

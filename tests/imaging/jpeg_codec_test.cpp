@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "fakes/coded_files.h"
-#include "fakes/jpeg_files.h"
-#include "fakes/pictures.h"
-#include "fakes/profiles.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/orientation.h"
 #include "imaging/pixel_buffer.h"
+#include "tests/fakes/coded_files.h"
+#include "tests/fakes/jpeg_files.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/profiles.h"
 
 #include <gmock/gmock.h>
 
@@ -13,16 +13,6 @@
 
 namespace complexion {
 namespace {
-
-using test::exifBlock;
-using test::joined;
-using test::jpegFile;
-using test::JpegRecipe;
-using test::jpegSamples;
-using test::noise;
-using test::picture;
-using test::pixelsOf;
-using test::rgbSamples;
 
 Bytes encoded(const Image& image) {
     const Result<FileContents> file = kJpegCodec.encode(image);
@@ -38,7 +28,7 @@ Image decoded(ByteView file) {
 
 /// Soft colours that differ everywhere, as a photo's do.
 Image soft(PixelSize size) {
-    return picture(size, [](int row, int column) {
+    return painted(size, [](int row, int column) {
         return RGBA32(static_cast<std::uint8_t>(40 + (row * 3 + column) % 200),
                       static_cast<std::uint8_t>(20 + (row + column * 2) % 220),
                       static_cast<std::uint8_t>(row * column % 256), 255);
@@ -138,7 +128,7 @@ TEST(JpegCodec, AfterAnEditOnlyTouchedBandsAreCodedAgain) {
 }
 
 TEST(JpegCodec, CodesForAllSymbolsSurviveEditsThatNeedNewOnes) {
-    const Image image = test::flat({256, 256}, RGBA32(128, 128, 128, 255));
+    const Image image = filled({256, 256}, RGBA32(128, 128, 128, 255));
     (void)encoded(image);
     const Image rough = image.withBands([&] {
         BandList bands = image.bands();
@@ -167,7 +157,7 @@ TEST(JpegCodec, ComputedPixelsAreCodedAndNothingOfThemIsKept) {
 }
 
 TEST(JpegCodec, TransparentPixelsAreCodedOverBlack) {
-    const Image image = test::flat({16, 16}, RGBA32(100, 50, 25, 128));
+    const Image image = filled({16, 16}, RGBA32(100, 50, 25, 128));
     const Image back = decoded(encoded(image));
     EXPECT_EQ(back.pixel(8, 8).alpha(), 255);
     EXPECT_NEAR(back.pixel(8, 8).red(), 100, 1);
@@ -183,7 +173,7 @@ TEST(JpegCodec, TheFileStatesOnePixelAPoint) {
 }
 
 TEST(JpegCodec, AProfileOfManySegmentsComesBack) {
-    const Bytes icc = test::bytesOfProfile([] {
+    const Bytes icc = bytesOfProfile([] {
         cmsHPROFILE profile = cmsCreate_sRGBProfile();
         cmsMLU* text = cmsMLUalloc(nullptr, 1);
         cmsMLUsetASCII(text, "en", "US", std::string(100'000, 'x').c_str());
@@ -198,10 +188,10 @@ TEST(JpegCodec, AProfileOfManySegmentsComesBack) {
 }
 
 TEST(JpegCodec, SidesBeyondTheFormatAreAnError) {
-    EXPECT_FALSE(kJpegCodec.encode(test::flat({65501, 1}, test::gray(9))));
-    EXPECT_FALSE(kJpegCodec.encode(test::flat({1, 65501}, test::gray(9))));
+    EXPECT_FALSE(kJpegCodec.encode(filled({65501, 1}, grey(9))));
+    EXPECT_FALSE(kJpegCodec.encode(filled({1, 65501}, grey(9))));
     EXPECT_FALSE(kJpegCodec.encode(Image()));
-    EXPECT_EQ(decoded(encoded(test::flat({65500, 9}, test::gray(9)))).pixelSize(), (PixelSize{65500, 9}));
+    EXPECT_EQ(decoded(encoded(filled({65500, 9}, grey(9)))).pixelSize(), (PixelSize{65500, 9}));
 }
 
 TEST(JpegCodec, ProgressiveArithmeticAndRestartedFilesAreTheLibrarys) {
@@ -229,13 +219,13 @@ TEST(JpegCodec, GreyBecomesRgb) {
     const JpegRecipe recipe = {
         .size = {16, 16}, .components = 1, .samples = JCS_GRAYSCALE, .exif = {}, .icc = {}};
     const Image image = decoded(jpegFile(recipe, std::vector<std::uint8_t>(256, 77)));
-    EXPECT_EQ(image.pixel(3, 3), test::gray(77));
+    EXPECT_EQ(image.pixel(3, 3), grey(77));
 }
 
 TEST(JpegCodec, GreyInASpaceOfItsOwnBecomesSrgb) {
     const cmsCIExyY white = {0.3127, 0.3290, 1};
     cmsToneCurve* linear = cmsBuildGamma(nullptr, 1);
-    const Bytes icc = test::bytesOfProfile(cmsCreateGrayProfile(&white, linear));
+    const Bytes icc = bytesOfProfile(cmsCreateGrayProfile(&white, linear));
     cmsFreeToneCurve(linear);
     const JpegRecipe recipe = {
         .size = {16, 16}, .components = 1, .samples = JCS_GRAYSCALE, .exif = {}, .icc = icc};
@@ -272,7 +262,7 @@ TEST(JpegCodec, CmykWithoutAProfileIsWhatInksLetThrough) {
 }
 
 TEST(JpegCodec, CmykIsConvertedByItsProfile) {
-    const Bytes icc = test::cmykProfile();
+    const Bytes icc = cmykProfile();
     const std::array<std::uint8_t, 4> inks = {20, 51, 200, 51};
     cmsHPROFILE source = cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size()));
     cmsHPROFILE srgb = cmsCreate_sRGBProfile();
@@ -385,7 +375,7 @@ TEST(JpegCodec, DamagedBytesNeverDoHarm) {
     const JpegRecipe recipe = {.size = {50, 40},
                                .quality = 70,
                                .exif = exifBlock(6, 300),
-                               .icc = test::wideProfile(),
+                               .icc = wideProfile(),
                                .adjust = [](jpeg_compress_struct& info) { jpeg_simple_progression(&info); }};
     const Bytes whole = jpegFile(recipe, rgbSamples(soft({50, 40})));
     std::uint32_t random = 1;

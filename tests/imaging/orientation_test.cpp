@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/orientation.h"
 
-#include "fakes/pictures.h"
+#include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 const std::vector<Orientation> kAll = {
@@ -19,30 +19,30 @@ const std::vector<Orientation> kAll = {
 constexpr int kUpright[3][2] = {{1, 2}, {3, 0}, {4, 0}};
 
 Image stored(Orientation orientation) {
-    const auto upright = [](int row, int column) { return gray(kUpright[row][column]); };
+    const auto upright = [](int row, int column) { return grey(kUpright[row][column]); };
     switch (orientation) {
     case Orientation::TopLeft:
-        return picture({2, 3}, [&](int r, int c) { return upright(r, c); });
+        return painted({2, 3}, [&](int r, int c) { return upright(r, c); });
     case Orientation::TopRight: // the 0th column is the right side
-        return picture({2, 3}, [&](int r, int c) { return upright(r, 1 - c); });
+        return painted({2, 3}, [&](int r, int c) { return upright(r, 1 - c); });
     case Orientation::BottomRight:
-        return picture({2, 3}, [&](int r, int c) { return upright(2 - r, 1 - c); });
+        return painted({2, 3}, [&](int r, int c) { return upright(2 - r, 1 - c); });
     case Orientation::BottomLeft:
-        return picture({2, 3}, [&](int r, int c) { return upright(2 - r, c); });
+        return painted({2, 3}, [&](int r, int c) { return upright(2 - r, c); });
     case Orientation::LeftTop: // the 0th row is the left side, the 0th column the top
-        return picture({3, 2}, [&](int r, int c) { return upright(c, r); });
+        return painted({3, 2}, [&](int r, int c) { return upright(c, r); });
     case Orientation::RightTop: // the 0th row is the right side, the 0th column the top
-        return picture({3, 2}, [&](int r, int c) { return upright(c, 1 - r); });
+        return painted({3, 2}, [&](int r, int c) { return upright(c, 1 - r); });
     case Orientation::RightBottom:
-        return picture({3, 2}, [&](int r, int c) { return upright(2 - c, 1 - r); });
+        return painted({3, 2}, [&](int r, int c) { return upright(2 - c, 1 - r); });
     case Orientation::LeftBottom:
-        return picture({3, 2}, [&](int r, int c) { return upright(2 - c, r); });
+        return painted({3, 2}, [&](int r, int c) { return upright(2 - c, r); });
     }
     return {};
 }
 
 TEST(Orientation, EveryStoredOrderIsTurnedUpright) {
-    const Image upright = picture({2, 3}, [](int r, int c) { return gray(kUpright[r][c]); });
+    const Image upright = painted({2, 3}, [](int r, int c) { return grey(kUpright[r][c]); });
     for (const Orientation orientation : kAll)
         EXPECT_EQ(pixelsOf(turnedUpright(stored(orientation), orientation)), pixelsOf(upright))
             << static_cast<int>(orientation);
@@ -76,4 +76,4 @@ TEST(Orientation, ValuesThatMeanNothingAreUpright) {
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/pixel_buffer.h"
 
-#include "fakes/pictures.h"
+#include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
 
-namespace complexion::test {
+namespace complexion {
 namespace {
 
 TEST(RGBA32, HoldsRedInItsHighestByteAndAlphaInItsLowest) {
@@ -49,16 +49,16 @@ TEST(PixelBuffer, HasTheFullPixelSizeOfAnImageOfOtherPoints) {
 
 TEST(PixelBuffer, RowZeroColumnZeroIsTheTopLeftPixel) {
     const Image image =
-        picture({3, 2}, [](int row, int column) { return gray(10 * row + column); });
+        painted({3, 2}, [](int row, int column) { return grey(10 * row + column); });
     const PixelBuffer buffer = *PixelBuffer::open(image);
-    EXPECT_EQ(buffer.pixel({0, 0}), gray(0));
-    EXPECT_EQ(buffer.pixel({0, 2}), gray(2));
-    EXPECT_EQ(buffer.pixel({1, 0}), gray(10));
+    EXPECT_EQ(buffer.pixel({0, 0}), grey(0));
+    EXPECT_EQ(buffer.pixel({0, 2}), grey(2));
+    EXPECT_EQ(buffer.pixel({1, 0}), grey(10));
 }
 
 TEST(PixelBuffer, APixelPaintedOpaqueOverATransparentOneIsFullyOpaque) {
     const RGBA32 halfRed(128, 0, 0, 128); // red at half opacity, premultiplied
-    PixelBuffer buffer = *PixelBuffer::open(flat({4, 4}, halfRed));
+    PixelBuffer buffer = *PixelBuffer::open(filled({4, 4}, halfRed));
     EXPECT_EQ(buffer.pixel({1, 1}), halfRed);
     const std::vector<PixelPosition> places = {{1, 1}};
     buffer.paint(places, RGBA32(10, 20, 30, 255));
@@ -72,13 +72,13 @@ TEST(PixelBuffer, PaintingChangesTheBufferAndNeverTheSource) {
     const std::vector<RGBA32> before = pixelsOf(image);
     PixelBuffer buffer = *PixelBuffer::open(image);
     const std::vector<PixelPosition> places = {{0, 0}, {63, 255}, {64, 256}, {199, 599}};
-    buffer.paint(places, gray(3));
-    EXPECT_EQ(buffer.pixel({64, 256}), gray(3));
+    buffer.paint(places, grey(3));
+    EXPECT_EQ(buffer.pixel({64, 256}), grey(3));
     const Image closed = std::move(buffer).close();
     EXPECT_EQ(pixelsOf(image), before);
     std::vector<RGBA32> expected = before;
     for (const PixelPosition place : places)
-        expected[static_cast<std::size_t>(place.row * 600 + place.column)] = gray(3);
+        expected[static_cast<std::size_t>(place.row * 600 + place.column)] = grey(3);
     EXPECT_EQ(pixelsOf(closed), expected);
 }
 
@@ -96,4 +96,4 @@ TEST(PixelBuffer, AnImageWithoutPixelsYieldsNoBitmap) {
 }
 
 } // namespace
-} // namespace complexion::test
+} // namespace complexion

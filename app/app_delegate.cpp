@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/app_delegate.h"
+
+namespace complexion {
+
+namespace {
+
+/// Neither the start nor the end needs anything.
+void nothingToDo() {}
+
+} // namespace
+
+void AppDelegate::applicationDidFinishLaunching() {
+    nothingToDo();
+}
+
+void AppDelegate::applicationWillTerminate() {
+    nothingToDo();
+}
+
+bool AppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
+    return true;
+}
+
+} // namespace complexion

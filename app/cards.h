@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "view/box.h"
+
+class QAction;
+
+namespace complexion {
+
+/// What is said before a photo is open: drop one, or choose one. The whole card is one button, which triggers
+/// `selectImage`.
+Box* makeHintCard(QWidget* parent, QAction* selectImage);
+
+/// How it works, in three lines with small drawings, and the video tutorial.
+Box* makeHelpCard(QWidget* parent, QAction* videoTutorial);
+
+} // namespace complexion

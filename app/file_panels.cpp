@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/file_panels.h"
+
+#include <QFileInfo>
+#include <QLineEdit>
+
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QSize kUsualSize(860, 540);
+
+/// The toolkit matches the patterns in any letter case.
+QString filterFor(const QString& what, const std::vector<std::string>& extensions) {
+    QStringList patterns;
+    for (const std::string& extension : extensions)
+        patterns += u"*.%1"_s.arg(QString::fromStdString(extension));
+    return u"%1 (%2)"_s.arg(what, patterns.join(u' '));
+}
+
+} // namespace
+
+QString withExtension(const QString& name, const std::vector<std::string>& extensions) {
+    if (extensions.empty())
+        return name;
+    for (const std::string& extension : extensions)
+        if (name.endsWith(u"."_s + QString::fromStdString(extension), Qt::CaseInsensitive))
+            return name;
+    const QString first = QString::fromStdString(extensions.front());
+    return name.endsWith(u'.') ? name + first : name + u'.' + first;
+}
+
+OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, QWidget* parent)
+    : QFileDialog(parent, u"Select image"_s, folder) {
+    setOption(QFileDialog::DontUseNativeDialog);
+    setAcceptMode(QFileDialog::AcceptOpen);
+    setFileMode(QFileDialog::ExistingFile);
+    setNameFilter(filterFor(u"Photos"_s, panel.allowedFileTypes));
+    resize(kUsualSize);
+}
+
+SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, std::filesystem::path source,
+                             Dialogs& dialogs, QWidget* parent)
+    : QFileDialog(parent, u"Save image"_s, folder),
+      m_extensions(panel.allowedFileTypes),
+      m_source(std::move(source)),
+      m_dialogs(dialogs) {
+    setOption(QFileDialog::DontUseNativeDialog);
+    setOption(QFileDialog::DontConfirmOverwrite); // asked here, once the name is complete
+    setAcceptMode(QFileDialog::AcceptSave);
+    setFileMode(QFileDialog::AnyFile);
+    setNameFilter(filterFor(u"Photos"_s, panel.allowedFileTypes));
+    selectFile(QFile::decodeName(panel.nameFieldStringValue.c_str()));
+    resize(kUsualSize);
+}
+
+void SaveFilePanel::accept() {
+    const QStringList chosen = selectedFiles();
+    if (chosen.isEmpty() || chosen.front().isEmpty() || QFileInfo(chosen.front()).isDir()) {
+        QFileDialog::accept(); // stays open, in the folder that was named
+        return;
+    }
+    const QString path = withExtension(chosen.front(), m_extensions);
+    if (auto* name = findChild<QLineEdit*>(u"fileNameEdit"_s))
+        name->setText(withExtension(name->text(), m_extensions));
+    if (QFileInfo(path).isDir() || !mayReplace(path))
+        return;
+    QFileDialog::accept();
+}
+
+bool SaveFilePanel::mayReplace(const QString& path) {
+    const QFileInfo file(path);
+    if (!file.exists())
+        return true;
+    std::error_code notTheSame;
+    const bool isSource =
+        std::filesystem::equivalent(QFile::encodeName(path).toStdString(), m_source, notTheSame);
+    const QString question =
+        isSource
+            ? u"“%1” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?"_s
+            : u"“%1” already exists. Do you want to replace it?"_s;
+    const int answer = m_dialogs.runAlert({.messageText = "",
+                                           .informativeText = question.arg(file.fileName()).toStdString(),
+                                           .style = AlertStyle::Warning,
+                                           .buttons = {"Replace", "Cancel"}});
+    return answer != kSecondButton;
+}
+
+} // namespace complexion

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/icons.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QSvgRenderer>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+QString drawingPath(const QString& name) {
+    return u":/icons/%1.svg"_s.arg(name);
+}
+
+/// The drawing as a stencil that `color` is poured through; `size` in device pixels.
+QPixmap tinted(const QString& name, const QSize& size, const QColor& color) {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QSvgRenderer drawing(drawingPath(name));
+    drawing.setAspectRatioMode(Qt::KeepAspectRatio);
+    drawing.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), color);
+    return pixmap;
+}
+
+QColor stateColor(QIcon::Mode mode) {
+    const QPalette palette = QGuiApplication::palette();
+    switch (mode) {
+    case QIcon::Disabled:
+        return palette.color(QPalette::Disabled, QPalette::ButtonText);
+    case QIcon::Selected:
+        return palette.color(QPalette::HighlightedText);
+    default:
+        return palette.color(QPalette::Active, QPalette::ButtonText);
+    }
+}
+
+/// Draws a stencil at the very size that is asked for, so that it is sharp at every pixel ratio.
+class LineIconEngine : public QIconEngine {
+public:
+    explicit LineIconEngine(QString name) : m_name(std::move(name)) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const double ratio = painter->device()->devicePixelRatioF();
+        QPixmap pixmap = tinted(m_name, rect.size() * ratio, stateColor(mode));
+        pixmap.setDevicePixelRatio(ratio);
+        painter->drawPixmap(rect.topLeft(), pixmap);
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        return tinted(m_name, size, stateColor(mode));
+    }
+
+    QIconEngine* clone() const override { return new LineIconEngine(m_name); }
+
+private:
+    QString m_name;
+};
+
+} // namespace
+
+QIcon lineIcon(const QString& name) {
+    return QIcon(new LineIconEngine(name));
+}
+
+QPixmap linePixmap(const QString& name, int size, const QColor& color, double devicePixelRatio) {
+    QPixmap pixmap = tinted(name, QSize(size, size) * devicePixelRatio, color);
+    pixmap.setDevicePixelRatio(devicePixelRatio);
+    return pixmap;
+}
+
+QIcon applicationIcon() {
+    return QIcon(drawingPath(u"complexion"_s));
+}
+
+} // namespace complexion

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/look.h"
+
+#include "view/text_font.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFontInfo>
+#include <QPalette>
+#include <QProxyStyle>
+
+#include <algorithm>
+
+// Outside of any namespace, as the macro demands: the resources stand in a static library.
+static void loadResources() {
+    Q_INIT_RESOURCE(app);
+}
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// The pixel size of a desktop's text at its usual setting, 10 points at 96 dots per inch.
+constexpr double kUsualSystemTextSize = 40.0 / 3;
+
+constexpr QRgb kText = 0xFFF2F2F2;
+constexpr QRgb kSecondaryText = 0xFFB4B4BA;
+constexpr QRgb kDisabledText = 0x66F2F2F2; // 40 %
+constexpr QRgb kPanel = 0xFF141416;
+constexpr QRgb kDialog = 0xFF1E1E21;
+constexpr QRgb kButton = 0xFF2C2C31;
+constexpr QRgb kEdge = 0xFF707078; // 3:1 against the panel
+constexpr QRgb kAccent = 0xFFF0A58C;
+
+QPalette darkRoom() {
+    QPalette palette;
+    const auto set = [&palette](QPalette::ColorRole role, QRgb color) {
+        palette.setColor(role, QColor::fromRgba(color));
+    };
+    set(QPalette::Window, kDialog);
+    set(QPalette::WindowText, kText);
+    set(QPalette::Base, kPanel);
+    set(QPalette::AlternateBase, kDialog);
+    set(QPalette::Text, kText);
+    set(QPalette::PlaceholderText, kSecondaryText);
+    set(QPalette::Button, kButton);
+    set(QPalette::ButtonText, kText);
+    set(QPalette::BrightText, kText);
+    set(QPalette::Light, kEdge);
+    set(QPalette::Midlight, 0xFF3A3A40);
+    set(QPalette::Mid, 0xFF3A3A40);
+    set(QPalette::Dark, 0xFF0E0E10);
+    set(QPalette::Shadow, 0xFF000000);
+    set(QPalette::Highlight, kAccent);
+    set(QPalette::HighlightedText, kPanel);
+    set(QPalette::Link, kAccent);
+    set(QPalette::LinkVisited, kAccent);
+    set(QPalette::ToolTipBase, kButton);
+    set(QPalette::ToolTipText, kText);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor::fromRgba(kDisabledText));
+    return palette;
+}
+
+/// The base style where the desktop toolkits agree on another behaviour.
+class DarkRoomStyle : public QProxyStyle {
+public:
+    DarkRoomStyle() : QProxyStyle(u"Fusion"_s) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        switch (hint) {
+        case SH_Slider_AbsoluteSetButtons: // a click on the groove goes there
+            return Qt::LeftButton;
+        case SH_EtchDisabledText:
+            return 0;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, data);
+        }
+    }
+};
+
+} // namespace
+
+double systemFontScale() {
+    const double size = QFontInfo(QApplication::font()).pixelSize();
+    return std::clamp(size / kUsualSystemTextSize, 1.0, 2.0);
+}
+
+void applyLook(QApplication& application, double fontScale) {
+    loadResources();
+    QApplication::setStyle(new DarkRoomStyle);
+    QApplication::setPalette(darkRoom());
+    QApplication::setFont(applicationFont(fontScale));
+    QFile sheet(u":/look.qss"_s);
+    if (sheet.open(QIODevice::ReadOnly))
+        application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
+}
+
+} // namespace complexion

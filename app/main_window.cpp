@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/main_window.h"
+
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QTimer>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QSize kSmallestSize(900, 600);
+constexpr QSize kUsualSize(1440, 960);
+constexpr QSize kLeftOfScreen(48, 72); // for the window's frame and what else stands there
+
+} // namespace
+
+MainWindow::MainWindow()
+    : m_actions(new Actions(this)),
+      m_root(new RootView),
+      m_contents(new WindowContents(m_root, *m_actions)),
+      m_busySign(new BusySign(m_root)) {
+    setCentralWidget(m_root);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    makeMenus();
+    const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());
+    setMinimumSize(kSmallestSize.expandedTo(needed));
+    resize(kUsualSize.boundedTo(screen()->availableSize() - kLeftOfScreen).expandedTo(minimumSize()));
+    showState({});
+    m_root->imageView()->setFocus();
+}
+
+void MainWindow::makeMenus() {
+    QMenu* file = menuBar()->addMenu(u"&File"_s);
+    file->addActions({m_actions->selectImage, m_actions->resetImage, m_actions->saveImage});
+    file->addSeparator();
+    file->addAction(m_actions->quit);
+    QMenu* edit = menuBar()->addMenu(u"&Edit"_s);
+    edit->addActions({m_actions->undo, m_actions->redo});
+    QMenu* view = menuBar()->addMenu(u"&View"_s);
+    view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom});
+    QMenu* help = menuBar()->addMenu(u"&Help"_s);
+    help->addActions({m_actions->videoTutorial, m_actions->about});
+}
+
+void MainWindow::showState(const WindowState& state) {
+    m_actions->showState(state);
+    setWindowTitle(state.fileName.isEmpty() ? u"Complexion"_s : u"%1 — Complexion"_s.arg(state.fileName));
+}
+
+void MainWindow::paintEvent(QPaintEvent* event) {
+    QMainWindow::paintEvent(event);
+    if (m_hasAppeared)
+        return;
+    m_hasAppeared = true;
+    // After this first picture has reached the screen.
+    QTimer::singleShot(0, this, &MainWindow::appeared);
+}
+
+} // namespace complexion

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/actions.h"
+#include "app/busy_sign.h"
+#include "app/root_view.h"
+#include "app/window_contents.h"
+
+#include <QMainWindow>
+
+namespace complexion {
+
+/// The one window: a menu bar over the root view.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    MainWindow();
+
+    Actions& actions() { return *m_actions; }
+    RootView& rootView() { return *m_root; }
+    WindowContents& contents() { return *m_contents; }
+    BusySign& busySign() { return *m_busySign; }
+
+    /// The title names the photo; the commands offer what is possible.
+    void showState(const WindowState& state);
+
+Q_SIGNALS:
+    /// The window stands on the screen for the first time.
+    void appeared();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void makeMenus();
+
+    Actions* m_actions;
+    RootView* m_root;
+    WindowContents* m_contents;
+    BusySign* m_busySign;
+    bool m_hasAppeared = false;
+};
+
+} // namespace complexion

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/rail.h"
+
+#include <QAction>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kIconSize = 20;
+
+} // namespace
+
+Box* makeRailBox(QWidget* parent, QAction* action, const QString& objectName, const QString& accessibleName) {
+    auto* box = new Box(parent);
+    box->setObjectName(objectName);
+    box->resize(kRailBoxSize, kRailBoxSize);
+
+    auto* button = new QToolButton;
+    button->setDefaultAction(action);
+    button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    button->setIconSize({kIconSize, kIconSize});
+    button->setFixedSize(kRailBoxSize, kRailBoxSize);
+    button->setAutoRaise(true);
+    button->setAccessibleName(accessibleName);
+    auto* layout = new QVBoxLayout(box);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(button);
+    return box;
+}
+
+} // namespace complexion

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/root_view.h"
+
+#include <QCoreApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMouseEvent>
+#include <QResizeEvent>
+
+namespace complexion {
+
+namespace {
+
+PointSize pointSize(const QSize& size) {
+    return {static_cast<double>(size.width()), static_cast<double>(size.height())};
+}
+
+} // namespace
+
+RootView::RootView(QWidget* parent) : QWidget(parent), m_imageView(new CustomImageView(this)) {
+    setAcceptDrops(true);
+    m_imageView->setObjectName(QStringLiteral("imageView"));
+    m_imageView->setFocusPolicy(Qt::StrongFocus);
+    m_imageView->setGeometry(rect());
+    const PointSize area = pointSize(size());
+    m_imageView->setFrame({0, 0, area.width, area.height});
+}
+
+MouseEvent RootView::converted(const QMouseEvent& event) {
+    const QPointF position = event.position();
+    const QPointF moved = position - m_lastPosition;
+    m_lastPosition = position;
+    return {{position.x(), height() - position.y()}, moved.x(), moved.y()};
+}
+
+void RootView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_isPressed = true;
+    m_lastPosition = event->position();
+    Q_EMIT mouseDown(converted(*event));
+}
+
+void RootView::mouseDoubleClickEvent(QMouseEvent* event) {
+    // Two clicks in quick succession are two clicks.
+    mousePressEvent(event);
+}
+
+void RootView::mouseMoveEvent(QMouseEvent* event) {
+    if (m_isPressed)
+        Q_EMIT mouseDragged(converted(*event));
+}
+
+void RootView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || !m_isPressed)
+        return;
+    m_isPressed = false;
+    Q_EMIT mouseUp(converted(*event));
+}
+
+// A drag over a box or the root view counts as one over the photo.
+
+void RootView::dragEnterEvent(QDragEnterEvent* event) {
+    QCoreApplication::sendEvent(m_imageView, event);
+}
+
+void RootView::dragMoveEvent(QDragMoveEvent* event) {
+    QCoreApplication::sendEvent(m_imageView, event);
+}
+
+void RootView::dropEvent(QDropEvent* event) {
+    QCoreApplication::sendEvent(m_imageView, event);
+}
+
+void RootView::resizeEvent(QResizeEvent* event) {
+    m_imageView->setGeometry(rect());
+    const PointSize to = pointSize(event->size());
+    if (event->oldSize().isValid())
+        Q_EMIT visibleAreaResized(pointSize(event->oldSize()), to);
+    else
+        m_imageView->setFrame({0, 0, to.width, to.height});
+}
+
+} // namespace complexion

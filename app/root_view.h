@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/view_controller.h"
+
+#include <QPointF>
+#include <QWidget>
+
+namespace complexion {
+
+/// The window's content: the photo over all of it, boxes above. Tells of the left mouse button in its own
+/// bottom-up coordinates, hands drags on to the image view wherever they fall, and tells when its size
+/// changes.
+class RootView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit RootView(QWidget* parent = nullptr);
+
+    CustomImageView* imageView() const { return m_imageView; }
+
+Q_SIGNALS:
+    void mouseDown(const MouseEvent& event);
+    void mouseUp(const MouseEvent& event);
+    void mouseDragged(const MouseEvent& event);
+    void visibleAreaResized(PointSize from, PointSize to);
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    MouseEvent converted(const QMouseEvent& event);
+
+    CustomImageView* m_imageView;
+    QPointF m_lastPosition; // of the mouse while the left button is down
+    bool m_isPressed = false;
+};
+
+} // namespace complexion

@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/settings_bar.h"
+
+#include "view/color_well.h"
+#include "view/slider.h"
+#include "view/stepper.h"
+#include "view/text_font.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRegularExpressionValidator>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kSmallestEditArea = 1; // pixels of the photo
+constexpr int kLargestEditArea = 500;
+constexpr float kLargestThreshold = 100; // grey levels
+constexpr QRgb kStartColor = 0xFFE3B59D; // a skin tone
+
+constexpr int kMarginX = 20;
+constexpr int kMarginY = 7;
+constexpr int kGroupGap = 28;
+constexpr int kGap = 8;
+constexpr int kRowGap = 10;
+constexpr int kSliderWidth = 132;
+constexpr int kControlPadding = 8; // above and below the text of a control, together
+constexpr int kLabelGap = 2;
+constexpr int kCheckBoxIndent = 6; // the style's frame and padding of a check box
+constexpr double kLabelSize = 11;
+
+/// A row of controls under its label. Rows of one font are of one height, so that all stand on one line.
+/// `indent` is how far inside its frame the first control shows its edge.
+QWidget* makeGroup(const QString& title, QLayout* controls, int indent = 0) {
+    auto* group = new QWidget;
+    auto* label = new QLabel(title);
+    label->setFont(textFont(kLabelSize));
+    label->setForegroundRole(QPalette::PlaceholderText);
+    label->setContentsMargins(indent, 0, 0, 0);
+    auto* column = new QVBoxLayout(group);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(kLabelGap);
+    column->addWidget(label);
+    column->addLayout(controls);
+    return group;
+}
+
+int controlHeight() {
+    return QFontMetrics(textFont()).height() + kControlPadding;
+}
+
+QHBoxLayout* makeControlRow(int gap) {
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(gap);
+    row->addStrut(controlHeight());
+    return row;
+}
+
+int widthOf(const QWidget& widget, const QString& text) {
+    return widget.fontMetrics().horizontalAdvance(text);
+}
+
+} // namespace
+
+SettingsBar::SettingsBar(QWidget* parent) : Box(parent) {
+    const auto half = [](QWidget* first, QWidget* second) {
+        auto* row = new QHBoxLayout;
+        row->setSpacing(kGroupGap);
+        row->addWidget(first);
+        row->addWidget(second);
+        return row;
+    };
+    m_halves = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    m_halves->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
+    m_halves->addLayout(half(makeSizeGroup(), makeThresholdGroup()));
+    m_halves->addLayout(half(makeColorGroup(), makeEffectGroup()));
+}
+
+QSize SettingsBar::arrange(int width) {
+    m_halves->setDirection(QBoxLayout::LeftToRight);
+    m_halves->setSpacing(kGroupGap - kCheckBoxIndent);
+    if (m_halves->sizeHint().width() > width) {
+        m_halves->setDirection(QBoxLayout::TopToBottom);
+        m_halves->setSpacing(kRowGap);
+    }
+    return m_halves->sizeHint();
+}
+
+QWidget* SettingsBar::makeSizeGroup() {
+    textFieldEditAreaSize = new QLineEdit;
+    textFieldEditAreaSize->setFixedHeight(controlHeight());
+    textFieldEditAreaSize->setObjectName(u"textFieldEditAreaSize"_s);
+    textFieldEditAreaSize->setAccessibleName(u"Edit area size"_s);
+    textFieldEditAreaSize->setToolTip(u"Radius of the disc that a click repairs, in pixels of the photo"_s);
+    textFieldEditAreaSize->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(u"\\d{0,6}"_s), textFieldEditAreaSize));
+    textFieldEditAreaSize->setAcceptDrops(false); // a photo dropped here is for the photo's view
+    textFieldEditAreaSize->setFixedWidth(widthOf(*textFieldEditAreaSize, u"00000"_s) + 20);
+    textFieldEditAreaSize->installEventFilter(this);
+
+    stepperEditAreaSize = new Stepper;
+    stepperEditAreaSize->setFixedHeight(controlHeight());
+    stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
+    stepperEditAreaSize->setRange(kSmallestEditArea, kLargestEditArea);
+    stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
+    stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
+
+    auto* row = makeControlRow(kGap / 2);
+    row->addWidget(textFieldEditAreaSize);
+    row->addWidget(stepperEditAreaSize);
+    return makeGroup(u"Edit area size"_s, row);
+}
+
+QWidget* SettingsBar::makeThresholdGroup() {
+    sliderThreshold = new Slider;
+    sliderThreshold->setObjectName(u"sliderThreshold"_s);
+    sliderThreshold->setAccessibleName(u"Threshold"_s);
+    sliderThreshold->setToolTip(u"How much a pixel must differ from the skin around it to be repaired"_s);
+    sliderThreshold->setFloatRange(0, kLargestThreshold);
+    sliderThreshold->setFloatSteps(1, 10);
+    sliderThreshold->setMinimumWidth(kSliderWidth);
+
+    auto* number = new QLabel;
+    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    number->setFixedWidth(widthOf(*number, u"100"_s) + 2);
+    const auto showNumber = [number](float value) {
+        number->setText(QString::number(static_cast<int>(std::floor(value)))); // what a repair will use
+    };
+    connect(sliderThreshold, &Slider::floatValueChanged, number, showNumber);
+    showNumber(sliderThreshold->floatValue());
+
+    auto* row = makeControlRow(kGap);
+    row->addWidget(sliderThreshold);
+    row->addWidget(number);
+    return makeGroup(u"Threshold"_s, row);
+}
+
+QWidget* SettingsBar::makeColorGroup() {
+    checkAutodetectColor = new QCheckBox(u"Autodetect Color"_s);
+    checkAutodetectColor->setObjectName(u"checkAutodetectColor"_s);
+    checkAutodetectColor->setAccessibleName(u"Autodetect Color"_s);
+    checkAutodetectColor->setToolTip(u"Take the color of the skin around the blemish"_s);
+
+    colorWellCustomColor = new ColorWell;
+    colorWellCustomColor->setFixedHeight(controlHeight());
+    colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
+    colorWellCustomColor->setAccessibleName(u"Custom color"_s);
+    colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
+    const auto offerColor = [this](bool autodetect) {
+        colorWellCustomColor->setEnabled(!autodetect);
+        colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
+                                                    : u"Custom color"_s);
+    };
+    connect(checkAutodetectColor, &QCheckBox::toggled, colorWellCustomColor, offerColor);
+    offerColor(checkAutodetectColor->isChecked());
+
+    auto* row = makeControlRow(kGap);
+    row->addWidget(checkAutodetectColor);
+    row->addWidget(colorWellCustomColor);
+    return makeGroup(u"Color"_s, row, kCheckBoxIndent);
+}
+
+QWidget* SettingsBar::makeEffectGroup() {
+    comboEffect = new QComboBox;
+    comboEffect->setFixedHeight(controlHeight());
+    comboEffect->setObjectName(u"comboEffect"_s);
+    comboEffect->setAccessibleName(u"Effect"_s);
+    comboEffect->setToolTip(u"Effect on the whole photo; it is saved with it"_s);
+    comboEffect->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    comboEffect->setMinimumContentsLength(9);
+
+    auto* row = makeControlRow(0);
+    row->addWidget(comboEffect);
+    return makeGroup(u"Effect"_s, row);
+}
+
+bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != textFieldEditAreaSize)
+        return Box::eventFilter(watched, event);
+    const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
+    const bool steps = key && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down ||
+                               key->key() == Qt::Key_PageUp || key->key() == Qt::Key_PageDown);
+    if (!steps && event->type() != QEvent::Wheel)
+        return false;
+    QCoreApplication::sendEvent(stepperEditAreaSize, event);
+    return true;
+}
+
+} // namespace complexion

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/window_contents.h"
+
+#include "app/cards.h"
+#include "app/rail.h"
+
+#include <QEvent>
+#include <QLayout>
+
+#include <algorithm>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kEdge = 16;     // from the root view's edge
+constexpr int kGap = 8;       // between boxes of a group
+constexpr int kGroupGap = 24; // between groups
+/// Left of the settings and the cards: the rail and its distances.
+constexpr int kRailSpace = kEdge + kRailBoxSize + kEdge;
+
+/// The start of a piece of `length` that is centred in the window if it then stays right of the rail.
+int centredBesideRail(int length, int width) {
+    return std::max((width - length) / 2, std::min(kRailSpace, width - kEdge - length));
+}
+
+} // namespace
+
+WindowContents::WindowContents(RootView* root, const Actions& actions) : QObject(root), m_root(root) {
+    boxSelectImage = makeRailBox(root, actions.selectImage, u"boxSelectImage"_s, u"Select image"_s);
+    boxResetImage = makeRailBox(root, actions.resetImage, u"boxResetImage"_s, u"Reload image"_s);
+    boxSaveImage = makeRailBox(root, actions.saveImage, u"boxSaveImage"_s, u"Save image"_s);
+    boxUndo = makeRailBox(root, actions.undo, u"boxUndo"_s, u"Undo"_s);
+    boxRedo = makeRailBox(root, actions.redo, u"boxRedo"_s, u"Redo"_s);
+    boxZoomIn = makeRailBox(root, actions.zoomIn, u"boxZoomIn"_s, u"Zoom in"_s);
+    boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, u"Zoom out"_s);
+    boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, u"Reset zoom"_s);
+    boxEditSettings = new SettingsBar(root);
+    boxEditSettings->setObjectName(u"boxEditSettings"_s);
+    boxHint = makeHintCard(root, actions.selectImage);
+    boxHelp = makeHelpCard(root, actions.videoTutorial);
+    root->installEventFilter(this);
+    arrange();
+}
+
+bool WindowContents::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+        arrange();
+    return QObject::eventFilter(watched, event);
+}
+
+int WindowContents::railHeight() const {
+    constexpr int kBoxes = 8;
+    constexpr int kGroups = 3;
+    return kBoxes * kRailBoxSize + (kBoxes - kGroups) * kGap + (kGroups - 1) * kGroupGap;
+}
+
+QSize WindowContents::smallestSize() {
+    const QSize hint = boxHint->sizeHint();
+    const QSize help = boxHelp->sizeHint();
+    const QSize bar = boxEditSettings->arrange(0); // the narrower arrangement
+    const int width = std::max({hint.width(), help.width(), bar.width()});
+    const int height = hint.height() + kEdge + help.height() + kEdge + bar.height();
+    return {kRailSpace + width + kEdge, kEdge + std::max(railHeight(), height) + kEdge};
+}
+
+void WindowContents::arrange() {
+    const int width = m_root->width();
+    const int height = m_root->height();
+
+    const QSize bar = boxEditSettings->arrange(width - kRailSpace - kEdge);
+    boxEditSettings->setGeometry(centredBesideRail(bar.width(), width), height - kEdge - bar.height(),
+                                 bar.width(), bar.height());
+
+    int y = std::max(kEdge, (height - railHeight()) / 2);
+    for (Box* box : {boxSelectImage, boxResetImage, boxSaveImage, boxUndo, boxRedo, boxZoomIn, boxZoomOut,
+                     boxResetZoom}) {
+        const bool startsGroup = box == boxUndo || box == boxZoomIn;
+        y += startsGroup ? kGroupGap - kGap : 0;
+        box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);
+        y += kRailBoxSize + kGap;
+    }
+
+    // The cards are of one width and stand a little above the middle of what the bar leaves free.
+    const QSize hint = boxHint->sizeHint();
+    const QSize help = boxHelp->sizeHint();
+    const int cardWidth = std::max(hint.width(), help.width());
+    const int free = height - kEdge - bar.height() - hint.height() - kEdge - help.height();
+    const int left = centredBesideRail(cardWidth, width);
+    const int top = std::max(kEdge, free * 9 / 20);
+    boxHint->setGeometry(left, top, cardWidth, hint.height());
+    boxHelp->setGeometry(left, top + hint.height() + kEdge, cardWidth, help.height());
+}
+
+} // namespace complexion

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/actions.h"
+#include "app/root_view.h"
+#include "app/settings_bar.h"
+
+#include <array>
+
+namespace complexion {
+
+/// The boxes over the photo and where they stand: a rail of buttons at the left, the settings at the bottom,
+/// and in the middle, before a photo is open, the cards. No box covers another.
+class WindowContents : public QObject {
+    Q_OBJECT
+
+public:
+    /// Puts the boxes into `root` and keeps them in place when its size changes.
+    WindowContents(RootView* root, const Actions& actions);
+
+    Box* boxSelectImage;
+    Box* boxResetImage;
+    Box* boxSaveImage;
+    Box* boxUndo;
+    Box* boxRedo;
+    Box* boxZoomIn;
+    Box* boxZoomOut;
+    Box* boxResetZoom;
+    SettingsBar* boxEditSettings;
+    Box* boxHint;
+    Box* boxHelp;
+
+    /// The size below which `root` has no room for all of it.
+    QSize smallestSize();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    int railHeight() const;
+    void arrange();
+
+    RootView* m_root;
+};
+
+} // namespace complexion

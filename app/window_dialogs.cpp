@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/window_dialogs.h"
+
+#include "app/alert_dialog.h"
+#include "app/file_panels.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace complexion {
+
+WindowDialogs::WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source)
+    : m_window(window), m_source(std::move(source)) {}
+
+int WindowDialogs::runAlert(const Alert& alert) {
+    // A panel that asks is what the question belongs to.
+    QWidget* const parent = QApplication::activeModalWidget();
+    AlertDialog dialog(alert, parent ? parent : m_window.data());
+    dialog.exec();
+    return dialog.answer();
+}
+
+PanelAnswer WindowDialogs::runOpenPanel(const OpenPanel& panel) {
+    OpenFilePanel dialog(panel, startFolder(), m_window);
+    const int result = dialog.exec();
+    return finish(result, dialog.selectedFiles());
+}
+
+PanelAnswer WindowDialogs::runSavePanel(const SavePanel& panel) {
+    SaveFilePanel dialog(panel, startFolder(), m_source(), *this, m_window);
+    const int result = dialog.exec();
+    return finish(result, dialog.selectedFiles());
+}
+
+QString WindowDialogs::startFolder() const {
+    if (!m_lastFolder.isEmpty())
+        return m_lastFolder;
+    const std::filesystem::path source = m_source();
+    if (!source.empty())
+        return QFile::decodeName(source.parent_path().c_str());
+    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+}
+
+PanelAnswer WindowDialogs::finish(int result, const QStringList& chosen) {
+    if (result != QDialog::Accepted)
+        return {};
+    if (chosen.isEmpty())
+        return {.confirmed = true, .url = std::nullopt};
+    m_lastFolder = QFileInfo(chosen.front()).absolutePath();
+    return {.confirmed = true, .url = QFile::encodeName(chosen.front()).toStdString()};
+}
+
+} // namespace complexion

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/codec.h"
+
+namespace complexion {
+
+// The operations of kBmpCodec.
+
+bool isBmp(ByteView file);
+Result<std::vector<PixelSize>> measureBmp(ByteView file);
+Result<Image> decodeBmp(ByteView file);
+Result<FileContents> encodeBmp(const Image& image);
+
+} // namespace complexion

@@ -1,0 +1,167 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/bmp_codec.h"
+#include "imaging/codecs/bmp_header.h"
+#include "imaging/codecs/bmp_rle.h"
+#include "imaging/codecs/little_endian.h"
+#include "imaging/parallel.h"
+
+#include <bit>
+
+namespace complexion {
+
+namespace {
+
+using bmp::Compression;
+using bmp::Header;
+using little_endian::read16;
+using little_endian::read32;
+
+/// One component's bits in a pixel, brought to 8 bits.
+class Field {
+public:
+    Field() = default;
+    explicit Field(std::uint32_t mask)
+        : m_mask(mask), m_shift(mask == 0 ? 0 : std::countr_zero(mask)), m_highest(mask >> m_shift) {
+        for (std::uint32_t value = 0; value < m_table.size() && value <= m_highest; ++value)
+            m_table[value] = scaled(value);
+    }
+
+    bool exists() const { return m_mask != 0; }
+
+    std::uint8_t of(std::uint32_t pixel) const {
+        const std::uint32_t value = (pixel & m_mask) >> m_shift;
+        return value < m_table.size() ? m_table[value] : scaled(value);
+    }
+
+private:
+    std::uint8_t scaled(std::uint32_t value) const {
+        if (m_highest == 0)
+            return 0;
+        return static_cast<std::uint8_t>((std::uint64_t{value} * 255 + m_highest / 2) / m_highest);
+    }
+
+    std::uint32_t m_mask = 0;
+    int m_shift = 0;
+    std::uint32_t m_highest = 0;
+    std::array<std::uint8_t, 256> m_table = {};
+};
+
+/// Turns uncompressed rows into pixels.
+class RowReader {
+public:
+    explicit RowReader(const Header& header) : m_header(header) {
+        for (std::size_t i = 0; i < m_fields.size(); ++i)
+            m_fields[i] = Field(header.masks[i]);
+    }
+
+    void read(ByteView row, std::vector<RGBA32>& out) const {
+        if (m_header.bits <= 8)
+            readIndexed(row, out);
+        else if (m_header.bits == 24)
+            for (std::size_t x = 0; x < out.size(); ++x)
+                out[x] = RGBA32(row[3 * x + 2], row[3 * x + 1], row[3 * x], 255);
+        else if (m_header.bits == 16)
+            for (std::size_t x = 0; x < out.size(); ++x)
+                out[x] = fromFields(read16(row, 2 * x));
+        else
+            for (std::size_t x = 0; x < out.size(); ++x)
+                out[x] = fromFields(read32(row, 4 * x));
+    }
+
+private:
+    void readIndexed(ByteView row, std::vector<RGBA32>& out) const {
+        const auto bits = static_cast<std::size_t>(m_header.bits);
+        const unsigned mask = (1U << bits) - 1;
+        for (std::size_t x = 0; x < out.size(); ++x) {
+            const std::size_t bit = x * bits;
+            out[x] = m_header.palette[row[bit / 8] >> (8 - bits - bit % 8) & mask];
+        }
+    }
+
+    RGBA32 fromFields(std::uint32_t pixel) const {
+        const std::uint8_t alpha = m_fields[3].exists() ? m_fields[3].of(pixel) : std::uint8_t{255};
+        return {premultiplied(m_fields[0].of(pixel), alpha), premultiplied(m_fields[1].of(pixel), alpha),
+                premultiplied(m_fields[2].of(pixel), alpha), alpha};
+    }
+
+    const Header& m_header;
+    std::array<Field, 4> m_fields;
+};
+
+/// Decodes the rows that are whole in the file. False when not one is.
+bool decodeRows(ByteView pixels, const Header& header, ImageBuilder& builder) {
+    const std::size_t rowBytes = header.rowBytes();
+    const auto height = static_cast<std::size_t>(header.size.height);
+    // The last row's padding may be missing.
+    const std::size_t neededBytes =
+        (static_cast<std::size_t>(header.size.width) * static_cast<std::size_t>(header.bits) + 7) / 8;
+    const std::size_t whole =
+        pixels.size() < neededBytes ? 0 : std::min(height, (pixels.size() - neededBytes) / rowBytes + 1);
+    const RowReader reader(header);
+    const int bands = (header.size.height + Tile::kHeight - 1) / Tile::kHeight;
+    parallelFor(bands, [&](int band) {
+        std::vector<RGBA32> row(static_cast<std::size_t>(header.size.width));
+        const int end = std::min(header.size.height, (band + 1) * Tile::kHeight);
+        for (int y = band * Tile::kHeight; y < end; ++y) {
+            const auto stored = static_cast<std::size_t>(header.topDown ? y : header.size.height - 1 - y);
+            if (stored >= whole)
+                continue;
+            reader.read(pixels.subspan(stored * rowBytes, neededBytes), row);
+            builder.setRows(y, 1, row.data());
+        }
+    });
+    return whole > 0;
+}
+
+/// The codec of a whole file of another format that stands in the pixels' place; null for pixels.
+const Codec* embeddedCodec(const Header& header) {
+    if (header.compression == Compression::Jpeg)
+        return &kJpegCodec;
+    return header.compression == Compression::Png ? &kPngCodec : nullptr;
+}
+
+bool isRunLengthCoded(const Header& header) {
+    return header.compression == Compression::Rle4 || header.compression == Compression::Rle8 ||
+           header.compression == Compression::Rle24;
+}
+
+Image atDensity(const Image& image, const Header& header) {
+    return image.withSize(sizeAtDensity(image.pixelSize(), header.horizontalDensity, header.verticalDensity));
+}
+
+} // namespace
+
+bool isBmp(ByteView file) {
+    // Two letters are little; the high bytes of the picture header's size must be zero.
+    return file.size() > bmp::kFileHeaderSize + 4 && file[0] == 'B' && file[1] == 'M' &&
+           read32(file, bmp::kFileHeaderSize) >= bmp::kCoreHeaderSize &&
+           read32(file, bmp::kFileHeaderSize) < 0x10000;
+}
+
+Result<std::vector<PixelSize>> measureBmp(ByteView file) {
+    const Result<Header> header = bmp::readHeader(file);
+    if (!header)
+        return header.error();
+    if (const Codec* codec = embeddedCodec(*header))
+        return codec->measure(file.subspan(header->pixelsAt));
+    return std::vector{header->size};
+}
+
+Result<Image> decodeBmp(ByteView file) {
+    const Result<Header> header = bmp::readHeader(file);
+    if (!header)
+        return header.error();
+    const ByteView pixels = file.subspan(header->pixelsAt);
+    if (const Codec* codec = embeddedCodec(*header)) {
+        const Result<Image> image = codec->decode(pixels);
+        return image ? Result<Image>(atDensity(*image, *header)) : image;
+    }
+    ImageBuilder builder(header->size);
+    const bool any = isRunLengthCoded(*header) ? bmp::decodeRuns(pixels, *header, builder)
+                                               : decodeRows(pixels, *header, builder);
+    if (!any)
+        return Error{"BMP file ends before its pixels"};
+    return atDensity(builder.finish().withProfile(header->profile), *header);
+}
+
+} // namespace complexion

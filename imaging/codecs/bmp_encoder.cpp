@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/bmp_codec.h"
+#include "imaging/codecs/bmp_format.h"
+#include "imaging/codecs/little_endian.h"
+#include "imaging/parallel.h"
+
+#include <limits>
+
+namespace complexion {
+
+namespace {
+
+using little_endian::append16;
+using little_endian::append32;
+
+constexpr std::size_t kHeadersSize = bmp::kFileHeaderSize + bmp::kV5HeaderSize;
+constexpr std::uint32_t kBitsPerPixel = 32;
+constexpr std::uint32_t kPixelsPerMeter = 2835; // 72 to the inch
+constexpr std::uint32_t kIntentPerceptual = 4;
+constexpr std::size_t kEndpointsAndGammasSize = 9 * 4 + 3 * 4;
+
+/// A band's rows, bottom row first, as blue, green, red, alpha, not premultiplied.
+struct EncodedBand : Memo::Value {
+    explicit EncodedBand(Bytes encoded) : bytes(std::make_shared<const Bytes>(std::move(encoded))) {}
+    std::shared_ptr<const Bytes> bytes;
+};
+
+Bytes encodedRows(const Image& image, PixelRect rect) {
+    const auto width = static_cast<std::size_t>(rect.width);
+    Bytes bytes(width * static_cast<std::size_t>(rect.height) * 4);
+    std::vector<RGBA32> row(width);
+    std::uint8_t* out = bytes.data();
+    for (int y = rect.bottom() - 1; y >= rect.y; --y) {
+        image.read({rect.x, y, rect.width, 1}, row.data(), rect.width);
+        for (const RGBA32 pixel : row) {
+            const std::uint8_t alpha = pixel.alpha();
+            const bool opaque = alpha == 255;
+            *out++ = opaque ? pixel.blue() : unpremultiplied(pixel.blue(), alpha);
+            *out++ = opaque ? pixel.green() : unpremultiplied(pixel.green(), alpha);
+            *out++ = opaque ? pixel.red() : unpremultiplied(pixel.red(), alpha);
+            *out++ = alpha;
+        }
+    }
+    return bytes;
+}
+
+std::shared_ptr<const Bytes> encodedBand(const Image& image, int index) {
+    const std::shared_ptr<const Band> stored = image.storedBand(index);
+    if (stored)
+        if (const auto kept = stored->encoded().get<EncodedBand>())
+            return kept->bytes;
+    const auto band = std::make_shared<const EncodedBand>(encodedRows(image, image.bandRect(index)));
+    if (stored)
+        stored->encoded().set(band);
+    return band->bytes;
+}
+
+/// The file header and a version 5 picture header.
+Bytes headers(PixelSize size, std::uint32_t pixelBytes, std::uint32_t profileBytes) {
+    Bytes bytes = {'B', 'M'};
+    append32(bytes, static_cast<std::uint32_t>(kHeadersSize) + pixelBytes + profileBytes);
+    append32(bytes, 0); // reserved
+    append32(bytes, kHeadersSize);
+
+    append32(bytes, bmp::kV5HeaderSize);
+    append32(bytes, static_cast<std::uint32_t>(size.width));
+    append32(bytes, static_cast<std::uint32_t>(size.height)); // positive: bottom row first
+    append16(bytes, 1);                                       // planes
+    append16(bytes, kBitsPerPixel);
+    append32(bytes, static_cast<std::uint32_t>(bmp::Compression::BitFields));
+    append32(bytes, pixelBytes);
+    append32(bytes, kPixelsPerMeter);
+    append32(bytes, kPixelsPerMeter);
+    append32(bytes, 0); // colours in the palette
+    append32(bytes, 0); // colours that matter
+    append32(bytes, 0x00FF0000);
+    append32(bytes, 0x0000FF00);
+    append32(bytes, 0x000000FF);
+    append32(bytes, 0xFF000000);
+    append32(bytes, profileBytes > 0 ? bmp::kColorSpaceEmbedded : bmp::kColorSpaceSrgb);
+    bytes.resize(bytes.size() + kEndpointsAndGammasSize); // of use to calibrated spaces only
+    append32(bytes, kIntentPerceptual);
+    append32(bytes,
+             profileBytes > 0 ? bmp::kV5HeaderSize + pixelBytes : 0); // from the picture header's start
+    append32(bytes, profileBytes);
+    append32(bytes, 0); // reserved
+    return bytes;
+}
+
+} // namespace
+
+Result<FileContents> encodeBmp(const Image& image) {
+    if (!image.hasPixels())
+        return Error{"a BMP file needs pixels"};
+    const auto pixelBytes = static_cast<std::uint64_t>(image.pixelSize().area()) * 4;
+    const auto icc = image.profile().icc();
+    if (kHeadersSize + pixelBytes + icc.size() > std::numeric_limits<std::uint32_t>::max())
+        return Error{"the picture is too large for a BMP file"};
+
+    const int count = image.bandCount();
+    FileContents contents;
+    contents.append(headers(image.pixelSize(), static_cast<std::uint32_t>(pixelBytes),
+                            static_cast<std::uint32_t>(icc.size())));
+    contents.parts.resize(1 + static_cast<std::size_t>(count));
+    parallelFor(count, [&](int index) {
+        contents.parts[static_cast<std::size_t>(count - index)] = encodedBand(image, index);
+    });
+    if (!icc.empty())
+        contents.append(Bytes(icc.begin(), icc.end()));
+    return contents;
+}
+
+} // namespace complexion

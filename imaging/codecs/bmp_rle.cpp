@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/bmp_rle.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace complexion::bmp {
+
+namespace {
+
+/// The code's bytes from front to back.
+class Code {
+public:
+    explicit Code(ByteView bytes) : m_bytes(bytes) {}
+
+    /// The next `count` bytes; nothing when they are not there.
+    std::optional<ByteView> take(std::size_t count) {
+        if (m_bytes.size() < count)
+            return std::nullopt;
+        const ByteView taken = m_bytes.first(count);
+        m_bytes = m_bytes.subspan(count);
+        return taken;
+    }
+
+private:
+    ByteView m_bytes;
+};
+
+class RunDecoder {
+public:
+    RunDecoder(ByteView code, const Header& header, ImageBuilder& builder)
+        : m_code(code),
+          m_header(header),
+          m_builder(builder),
+          m_background(header.palette[0]),
+          m_row(static_cast<std::size_t>(header.size.width), m_background) {}
+
+    bool run() {
+        const bool complete = decode();
+        // After the code's end marker the rest is background; a file that was cut ends with the row begun.
+        if (complete)
+            while (m_y < m_header.size.height)
+                finishRow();
+        else if (m_x > 0 && m_y < m_header.size.height)
+            finishRow();
+        return m_y > 0;
+    }
+
+private:
+    /// False when the code ends without its end marker.
+    bool decode() {
+        while (m_y < m_header.size.height) {
+            const auto pair = m_code.take(2);
+            if (!pair)
+                return false;
+            const int count = (*pair)[0];
+            const int value = (*pair)[1];
+            if (count > 0) {
+                if (!repeat(count, static_cast<std::uint8_t>(value)))
+                    return false;
+            } else if (value == kEndOfRow) {
+                finishRow();
+            } else if (value == kEndOfPicture) {
+                return true;
+            } else if (value == kMove) {
+                if (!move())
+                    return false;
+            } else if (!copy(value)) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool repeat(int count, std::uint8_t value) {
+        RGBA32 even = m_header.palette[value];
+        RGBA32 odd = even;
+        if (m_header.bits == 4) {
+            even = m_header.palette[value >> 4];
+            odd = m_header.palette[value & 15];
+        } else if (m_header.bits == 24) {
+            const auto rest = m_code.take(2);
+            if (!rest)
+                return false;
+            even = odd = RGBA32((*rest)[1], (*rest)[0], value, 255);
+        }
+        for (int i = 0; i < count; ++i)
+            put(i % 2 == 0 ? even : odd);
+        return true;
+    }
+
+    bool copy(int count) {
+        const std::size_t bytes = (static_cast<std::size_t>(count * m_header.bits) + 7) / 8;
+        const auto pixels = m_code.take(bytes);
+        if (!pixels)
+            return false;
+        for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+            if (m_header.bits == 24)
+                put(RGBA32((*pixels)[3 * i + 2], (*pixels)[3 * i + 1], (*pixels)[3 * i], 255));
+            else if (m_header.bits == 8)
+                put(m_header.palette[(*pixels)[i]]);
+            else
+                put(m_header.palette[(*pixels)[i / 2] >> (i % 2 == 0 ? 4 : 0) & 15]);
+        }
+        // Copied pixels are padded to whole 16-bit words; the last pad may be missing.
+        return bytes % 2 == 0 || m_code.take(1) || m_y >= m_header.size.height;
+    }
+
+    bool move() {
+        const auto by = m_code.take(2);
+        if (!by)
+            return false;
+        const int column = m_x + (*by)[0];
+        for (int i = 0; i < (*by)[1] && m_y < m_header.size.height; ++i)
+            finishRow();
+        m_x = std::min(column, m_header.size.width);
+        return true;
+    }
+
+    void put(RGBA32 pixel) {
+        if (m_x < m_header.size.width)
+            m_row[static_cast<std::size_t>(m_x++)] = pixel;
+    }
+
+    void finishRow() {
+        m_builder.setRows(m_header.topDown ? m_y : m_header.size.height - 1 - m_y, 1, m_row.data());
+        std::ranges::fill(m_row, m_background);
+        ++m_y;
+        m_x = 0;
+    }
+
+    static constexpr int kEndOfRow = 0;
+    static constexpr int kEndOfPicture = 1;
+    static constexpr int kMove = 2;
+
+    Code m_code;
+    const Header& m_header;
+    ImageBuilder& m_builder;
+    RGBA32 m_background;
+    std::vector<RGBA32> m_row;
+    int m_x = 0;
+    int m_y = 0; // rows finished, in the file's order
+};
+
+} // namespace
+
+bool decodeRuns(ByteView code, const Header& header, ImageBuilder& builder) {
+    return RunDecoder(code, header, builder).run();
+}
+
+} // namespace complexion::bmp

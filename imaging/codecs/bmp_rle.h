@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/bmp_format.h"
+#include "imaging/image.h"
+
+namespace complexion::bmp {
+
+/// Decodes run-length coded pixels (4, 8 or 24 bits) into `builder`. Pixels that the code leaves out have the
+/// palette's first colour; rows below the point where the file ends stay unset. False when not one row is
+/// there.
+bool decodeRuns(ByteView code, const Header& header, ImageBuilder& builder);
+
+} // namespace complexion::bmp

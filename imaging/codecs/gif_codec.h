@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/codec.h"
+
+namespace complexion {
+
+// The operations of kGifCodec.
+
+bool isGif(ByteView file);
+Result<std::vector<PixelSize>> measureGif(ByteView file);
+Result<Image> decodeGif(ByteView file);
+Result<FileContents> encodeGif(const Image& image);
+
+} // namespace complexion

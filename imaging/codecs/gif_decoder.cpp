@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/gif_codec.h"
+#include "imaging/codecs/little_endian.h"
+#include "imaging/codecs/plausible_area.h"
+
+#include <gif_lib.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <optional>
+
+namespace complexion {
+
+namespace {
+
+using little_endian::read16;
+
+constexpr std::size_t kScreenHeaderSize = 13;
+constexpr std::size_t kFrameHeaderSize = 9;
+constexpr std::uint8_t kExtension = 0x21;
+constexpr std::uint8_t kFrame = 0x2C;
+// A code of 12 bits can stand for a string as long as the table has entries.
+constexpr std::int64_t kMostPixelsPerByte = 4096;
+
+/// The bytes of a colour table, from the flags byte that announces it.
+std::size_t colorTableSize(std::uint8_t flags) {
+    return (flags & 0x80) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
+}
+
+/// The place after a chain of data blocks that begins at `at`; the file's end when the chain is cut.
+std::size_t endOfBlocks(ByteView file, std::size_t at) {
+    while (at < file.size() && file[at] != 0)
+        at += std::size_t{1} + file[at];
+    return std::min(at + 1, file.size());
+}
+
+/// The picture area: the canvas; the first frame's extent when the file states none.
+PixelSize canvasSize(PixelSize screen, const PixelRect& frame) {
+    return {screen.width > 0 ? screen.width : frame.right(),
+            screen.height > 0 ? screen.height : frame.bottom()};
+}
+
+struct Source {
+    ByteView rest;
+};
+
+int readFromMemory(GifFileType* gif, GifByteType* out, int count) {
+    ByteView& rest = static_cast<Source*>(gif->UserData)->rest;
+    const std::size_t taken = std::min(rest.size(), static_cast<std::size_t>(std::max(count, 0)));
+    std::memcpy(out, rest.data(), taken);
+    rest = rest.subspan(taken);
+    return static_cast<int>(taken);
+}
+
+struct GifCloser {
+    void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
+};
+using Gif = std::unique_ptr<GifFileType, GifCloser>;
+
+/// The transparent index that an extension states, if it is a graphics control extension; -1 for none.
+std::optional<int> transparentIndex(int code, const GifByteType* extension) {
+    GraphicsControlBlock control;
+    if (code != GRAPHICS_EXT_FUNC_CODE || !extension ||
+        DGifExtensionToGCB(extension[0], extension + 1, &control) != GIF_OK)
+        return std::nullopt;
+    return control.TransparentColor;
+}
+
+/// Reads on to the first frame's description. Gives its transparent index, -1 for none; nothing when there is
+/// no frame.
+std::optional<int> seekFirstFrame(GifFileType* gif) {
+    int transparent = NO_TRANSPARENT_COLOR;
+    for (;;) {
+        GifRecordType type = UNDEFINED_RECORD_TYPE;
+        if (DGifGetRecordType(gif, &type) != GIF_OK)
+            return std::nullopt;
+        if (type == IMAGE_DESC_RECORD_TYPE)
+            return DGifGetImageDesc(gif) == GIF_OK ? std::optional(transparent) : std::nullopt;
+        if (type != EXTENSION_RECORD_TYPE)
+            return std::nullopt;
+        int code = 0;
+        GifByteType* extension = nullptr;
+        if (DGifGetExtension(gif, &code, &extension) != GIF_OK)
+            return std::nullopt;
+        transparent = transparentIndex(code, extension).value_or(transparent);
+        while (extension)
+            if (DGifGetExtensionNext(gif, &extension) != GIF_OK)
+                return std::nullopt;
+    }
+}
+
+std::array<RGBA32, 256> paletteOf(const GifFileType* gif, int transparent) {
+    std::array<RGBA32, 256> palette;
+    const ColorMapObject* map = gif->Image.ColorMap ? gif->Image.ColorMap : gif->SColorMap;
+    for (std::size_t i = 0; i < palette.size(); ++i) {
+        // A file without any table leaves the colours to the reader: greys. Colours beyond a table are black.
+        const auto grey = static_cast<std::uint8_t>(i);
+        palette[i] = map ? RGBA32(0, 0, 0, 255) : RGBA32(grey, grey, grey, 255);
+        if (map && i < static_cast<std::size_t>(map->ColorCount))
+            palette[i] = RGBA32(map->Colors[i].Red, map->Colors[i].Green, map->Colors[i].Blue, 255);
+    }
+    if (transparent >= 0 && transparent < static_cast<int>(palette.size()))
+        palette[static_cast<std::size_t>(transparent)] = RGBA32();
+    return palette;
+}
+
+/// The order in which a frame's rows are stored.
+std::vector<int> rowOrder(int height, bool interlaced) {
+    struct Pass {
+        int first;
+        int step;
+    };
+    static constexpr std::array<Pass, 4> kInterlaced = {{{0, 8}, {4, 8}, {2, 4}, {1, 2}}};
+    std::vector<int> order;
+    order.reserve(static_cast<std::size_t>(height));
+    if (!interlaced)
+        for (int y = 0; y < height; ++y)
+            order.push_back(y);
+    else
+        for (const Pass pass : kInterlaced)
+            for (int y = pass.first; y < height; y += pass.step)
+                order.push_back(y);
+    return order;
+}
+
+/// Decodes the frame that `gif` stands at into its place on the canvas. False when not one row can be
+/// decoded.
+bool decodeFrame(GifFileType* gif, int transparent, PixelSize canvas, ImageBuilder& builder) {
+    const GifImageDesc& frame = gif->Image;
+    const std::array<RGBA32, 256> palette = paletteOf(gif, transparent);
+    const PixelRect shown = PixelRect{frame.Left, frame.Top, frame.Width, frame.Height}.intersected(
+        {0, 0, canvas.width, canvas.height});
+    std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
+    std::vector<RGBA32> row(static_cast<std::size_t>(canvas.width));
+    bool any = false;
+    for (const int y : rowOrder(frame.Height, frame.Interlace)) {
+        // A damaged row is left out together with all that come after it.
+        if (DGifGetLine(gif, indices.data(), frame.Width) != GIF_OK)
+            break;
+        any = true;
+        const int target = frame.Top + y;
+        if (target >= canvas.height)
+            continue;
+        for (int x = 0; x < shown.width; ++x)
+            row[static_cast<std::size_t>(shown.x + x)] = palette[indices[static_cast<std::size_t>(x)]];
+        builder.setRows(target, 1, row.data());
+    }
+    return any;
+}
+
+} // namespace
+
+bool isGif(ByteView file) {
+    return file.size() >= GIF_STAMP_LEN && (std::memcmp(file.data(), GIF87_STAMP, GIF_STAMP_LEN) == 0 ||
+                                            std::memcmp(file.data(), GIF89_STAMP, GIF_STAMP_LEN) == 0);
+}
+
+Result<std::vector<PixelSize>> measureGif(ByteView file) {
+    if (!isGif(file) || file.size() < kScreenHeaderSize)
+        return Error{"not a GIF file"};
+    PixelSize canvas{read16(file, 6), read16(file, 8)};
+    std::vector<PixelSize> sizes;
+    std::size_t at = kScreenHeaderSize + colorTableSize(file[10]);
+    while (at < file.size()) {
+        const std::uint8_t block = file[at++];
+        if (block == kExtension) {
+            at = endOfBlocks(file, at + 1);
+        } else if (block == kFrame && at + kFrameHeaderSize < file.size()) {
+            if (sizes.empty())
+                canvas = canvasSize(canvas, {read16(file, at), read16(file, at + 2), read16(file, at + 4),
+                                             read16(file, at + 6)});
+            sizes.push_back(canvas);
+            at += kFrameHeaderSize + colorTableSize(file[at + 8]);
+            at = endOfBlocks(file, at + 1); // behind the code size
+        } else {
+            break;
+        }
+    }
+    return sizes;
+}
+
+Result<Image> decodeGif(ByteView file) {
+    if (!isGif(file))
+        return Error{"not a GIF file"};
+    Source source{file};
+    int error = 0;
+    const Gif gif(DGifOpen(&source, readFromMemory, &error));
+    if (!gif)
+        return Error{"damaged GIF header"};
+    const std::optional<int> transparent = seekFirstFrame(gif.get());
+    if (!transparent)
+        return Error{"GIF file without a frame"};
+    const GifImageDesc& frame = gif->Image;
+    const PixelSize canvas =
+        canvasSize({gif->SWidth, gif->SHeight}, {frame.Left, frame.Top, frame.Width, frame.Height});
+    if (!isPlausibleArea(canvas.width, canvas.height, file.size(), kMostPixelsPerByte))
+        return Error{"GIF picture of an impossible size"};
+    ImageBuilder builder(canvas);
+    if (!decodeFrame(gif.get(), *transparent, canvas, builder))
+        return Error{"GIF file ends before its pixels"};
+    return builder.finish();
+}
+
+} // namespace complexion

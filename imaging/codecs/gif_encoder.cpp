@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/gif_codec.h"
+#include "imaging/codecs/indexed_image.h"
+
+#include <cgif.h>
+
+#include <limits>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kLongestSide = std::numeric_limits<std::uint16_t>::max();
+
+int appendToBytes(void* bytes, const std::uint8_t* data, const std::size_t count) {
+    auto& out = *static_cast<Bytes*>(bytes);
+    out.insert(out.end(), data, data + count);
+    return 0;
+}
+
+} // namespace
+
+Result<FileContents> encodeGif(const Image& image) {
+    const PixelSize size = image.pixelSize();
+    if (!image.hasPixels() || size.width > kLongestSide || size.height > kLongestSide)
+        return Error{"a GIF file cannot hold a picture of this size"};
+    Result<IndexedImage> indexed = indexedImage(image);
+    if (!indexed)
+        return indexed.error();
+
+    std::vector<std::uint8_t> palette;
+    for (const RGBA32 color : indexed->palette)
+        palette.insert(palette.end(), {color.red(), color.green(), color.blue()});
+    Bytes bytes;
+    CGIF_Config file = {};
+    file.pGlobalPalette = palette.data();
+    file.numGlobalPaletteEntries = static_cast<std::uint16_t>(indexed->palette.size());
+    // The library writes the block that names the transparent colour into animations only, even of a single
+    // frame.
+    file.attrFlags = indexed->hasTransparency ? CGIF_ATTR_IS_ANIMATED | CGIF_ATTR_NO_LOOP : 0;
+    file.width = static_cast<std::uint16_t>(size.width);
+    file.height = static_cast<std::uint16_t>(size.height);
+    file.pWriteFn = appendToBytes;
+    file.pContext = &bytes;
+    CGIF* gif = cgif_newgif(&file);
+    if (!gif)
+        return Error{"the GIF file cannot be begun"};
+    CGIF_FrameConfig frame = {};
+    frame.attrFlags = indexed->hasTransparency ? CGIF_FRAME_ATTR_HAS_ALPHA : 0;
+    frame.transIndex = 0;
+    frame.pImageData = indexed->indices.data();
+    const bool added = cgif_addframe(gif, &frame) == CGIF_OK;
+    const bool closed = cgif_close(gif) == CGIF_OK;
+    if (!added || !closed)
+        return Error{"the GIF file cannot be finished"};
+    FileContents contents;
+    contents.append(std::move(bytes));
+    return contents;
+}
+
+} // namespace complexion

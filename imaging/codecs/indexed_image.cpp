@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/indexed_image.h"
+
+#include <libimagequant.h>
+
+#include <array>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::size_t kMostColors = 256;
+constexpr std::uint8_t kLeastOpaqueAlpha = 128;
+// libimagequant: 1 is slowest, 10 fastest; 3 is as good as 1 to the eye at a fraction of its time.
+constexpr int kQuantizerSpeed = 3;
+constexpr int kBestQuality = 100;
+
+/// The pixel as an opaque colour; the clear pixel when it is nearer to transparent.
+RGBA32 withoutHalfTransparency(RGBA32 pixel) {
+    const std::uint8_t alpha = pixel.alpha();
+    if (alpha == 255)
+        return pixel;
+    if (alpha < kLeastOpaqueAlpha)
+        return {};
+    return {unpremultiplied(pixel.red(), alpha), unpremultiplied(pixel.green(), alpha),
+            unpremultiplied(pixel.blue(), alpha), 255};
+}
+
+std::vector<RGBA32> readRow(const Image& image, int y) {
+    std::vector<RGBA32> row(static_cast<std::size_t>(image.pixelSize().width));
+    image.read({0, y, image.pixelSize().width, 1}, row.data(), image.pixelSize().width);
+    for (RGBA32& pixel : row)
+        pixel = withoutHalfTransparency(pixel);
+    return row;
+}
+
+/// Up to 256 colours by a hash table with open addressing.
+class ColorTable {
+public:
+    /// The colour's index; nothing when it would be one too many.
+    std::optional<std::uint8_t> index(RGBA32 color) {
+        std::size_t slot = (color.color * 2654435761U) >> (32 - kSlotBits); // Knuth's multiplicative hash
+        while (m_slots[slot] != kFree) {
+            if (m_colors[m_slots[slot]] == color)
+                return static_cast<std::uint8_t>(m_slots[slot]);
+            slot = (slot + 1) % m_slots.size();
+        }
+        if (m_colors.size() == kMostColors)
+            return std::nullopt;
+        m_slots[slot] = static_cast<std::uint16_t>(m_colors.size());
+        m_colors.push_back(color);
+        return static_cast<std::uint8_t>(m_slots[slot]);
+    }
+
+    const std::vector<RGBA32>& colors() const { return m_colors; }
+
+private:
+    static constexpr int kSlotBits = 10;
+    static constexpr std::uint16_t kFree = 0xFFFF;
+
+    static std::array<std::uint16_t, 1 << kSlotBits> allFree() {
+        std::array<std::uint16_t, 1 << kSlotBits> slots;
+        slots.fill(kFree);
+        return slots;
+    }
+
+    std::array<std::uint16_t, 1 << kSlotBits> m_slots = allFree();
+    std::vector<RGBA32> m_colors;
+};
+
+/// What reading all pixels once finds out.
+struct Survey {
+    bool hasTransparency = false;
+    std::optional<IndexedImage> exact; // when the colours are few enough
+};
+
+Survey survey(const Image& image) {
+    Survey found;
+    ColorTable table;
+    IndexedImage exact;
+    exact.size = image.pixelSize();
+    exact.indices.reserve(static_cast<std::size_t>(exact.size.area()));
+    bool few = true;
+    for (int y = 0; y < exact.size.height && (few || !found.hasTransparency); ++y)
+        for (const RGBA32 pixel : readRow(image, y)) {
+            found.hasTransparency = found.hasTransparency || pixel.alpha() == 0;
+            if (!few)
+                continue;
+            const std::optional<std::uint8_t> index = table.index(pixel);
+            few = index.has_value();
+            if (few)
+                exact.indices.push_back(*index);
+        }
+    if (few) {
+        exact.palette = table.colors();
+        exact.hasTransparency = found.hasTransparency;
+        found.exact = std::move(exact);
+    }
+    return found;
+}
+
+/// Makes the transparent colour, wherever it stands, the first one.
+void moveTransparencyToFront(IndexedImage& image) {
+    const auto clear = std::ranges::find(image.palette, RGBA32());
+    if (clear == image.palette.end() || clear == image.palette.begin())
+        return;
+    const auto at = static_cast<std::uint8_t>(clear - image.palette.begin());
+    std::swap(image.palette.front(), *clear);
+    for (std::uint8_t& index : image.indices)
+        if (index == 0)
+            index = at;
+        else if (index == at)
+            index = 0;
+}
+
+struct QuantizerDeleter {
+    void operator()(liq_attr* attributes) const { liq_attr_destroy(attributes); }
+    void operator()(liq_image* image) const { liq_image_destroy(image); }
+    void operator()(liq_result* result) const { liq_result_destroy(result); }
+};
+template <class T>
+using Quantizer = std::unique_ptr<T, QuantizerDeleter>;
+
+/// Gives libimagequant a row. Transparent pixels show the colour beside them, so that they draw no colour of
+/// the palette to themselves and no dithering error flows out of them.
+void giveRow(liq_color out[], int y, int /*width*/, void* image) {
+    RGBA32 last(0, 0, 0, 255);
+    for (const RGBA32 pixel : readRow(*static_cast<const Image*>(image), y)) {
+        if (pixel.alpha() != 0)
+            last = pixel;
+        *out++ = {last.red(), last.green(), last.blue(), 255};
+    }
+}
+
+Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
+    const PixelSize size = image.pixelSize();
+    const Error failed{"the picture's colours cannot be reduced"};
+    const Quantizer<liq_attr> attributes(liq_attr_create());
+    if (!attributes)
+        return failed;
+    liq_set_max_colors(attributes.get(), static_cast<int>(kMostColors) - (hasTransparency ? 1 : 0));
+    liq_set_speed(attributes.get(), kQuantizerSpeed);
+    liq_set_quality(attributes.get(), 0, kBestQuality);
+    const Quantizer<liq_image> source(liq_image_create_custom(
+        attributes.get(), giveRow, const_cast<Image*>(&image), size.width, size.height, 0));
+    liq_result* made = nullptr;
+    if (!source || liq_image_quantize(source.get(), attributes.get(), &made) != LIQ_OK)
+        return failed;
+    const Quantizer<liq_result> result(made);
+    IndexedImage indexed{size, {}, hasTransparency, {}};
+    indexed.indices.resize(static_cast<std::size_t>(size.area()));
+    liq_set_dithering_level(result.get(), 1);
+    if (liq_write_remapped_image(result.get(), source.get(), indexed.indices.data(),
+                                 indexed.indices.size()) != LIQ_OK)
+        return failed;
+
+    const liq_palette* palette = liq_get_palette(result.get());
+    if (hasTransparency)
+        indexed.palette.emplace_back();
+    for (unsigned i = 0; i < palette->count; ++i)
+        indexed.palette.emplace_back(palette->entries[i].r, palette->entries[i].g, palette->entries[i].b,
+                                     std::uint8_t{255});
+    if (hasTransparency) {
+        auto index = indexed.indices.begin();
+        for (int y = 0; y < size.height; ++y)
+            for (const RGBA32 pixel : readRow(image, y)) {
+                *index = pixel.alpha() == 0 ? std::uint8_t{0} : static_cast<std::uint8_t>(*index + 1);
+                ++index;
+            }
+    }
+    return indexed;
+}
+
+} // namespace
+
+Result<IndexedImage> indexedImage(const Image& image) {
+    Survey found = survey(image);
+    if (!found.exact)
+        return quantized(image, found.hasTransparency);
+    moveTransparencyToFront(*found.exact);
+    return std::move(*found.exact);
+}
+
+} // namespace complexion

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/srgb_conversion.h"
+
+#include <lcms2.h>
+
+namespace complexion {
+
+namespace {
+
+struct ProfileCloser {
+    void operator()(void* profile) const { cmsCloseProfile(profile); }
+};
+using Profile = std::unique_ptr<void, ProfileCloser>;
+
+Profile openProfile(ByteView icc) {
+    return Profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
+}
+
+std::shared_ptr<void> transformFrom(const Profile& source, cmsColorSpaceSignature space,
+                                    cmsUInt32Number format) {
+    if (!source || cmsGetColorSpace(source.get()) != space)
+        return nullptr;
+    const Profile srgb(cmsCreate_sRGBProfile());
+    // Without the cache of the last colour a transform has no state and serves several threads.
+    cmsHTRANSFORM transform = cmsCreateTransform(source.get(), format, srgb.get(), TYPE_RGB_8,
+                                                 INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOCACHE);
+    if (!transform)
+        return nullptr;
+    return {transform, cmsDeleteTransform};
+}
+
+} // namespace
+
+std::optional<SrgbConversion> SrgbConversion::fromCmyk(ByteView icc) {
+    auto transform = transformFrom(openProfile(icc), cmsSigCmykData, TYPE_CMYK_8);
+    return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
+}
+
+std::optional<SrgbConversion> SrgbConversion::fromGrey(ByteView icc) {
+    auto transform = transformFrom(openProfile(icc), cmsSigGrayData, TYPE_GRAY_8);
+    return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
+}
+
+std::optional<SrgbConversion> SrgbConversion::fromLab() {
+    auto transform = transformFrom(Profile(cmsCreateLab4Profile(nullptr)), cmsSigLabData, TYPE_Lab_8);
+    return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
+}
+
+void SrgbConversion::convert(const std::uint8_t* colors, std::uint8_t* rgb, std::size_t count) const {
+    cmsDoTransform(m_transform.get(), colors, rgb, static_cast<cmsUInt32Number>(count));
+}
+
+} // namespace complexion

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/codec.h"
+
+namespace complexion {
+
+// The operations of kTiffCodec.
+
+bool isTiff(ByteView file);
+Result<std::vector<PixelSize>> measureTiff(ByteView file);
+Result<Image> decodeTiff(ByteView file);
+Result<FileContents> encodeTiff(const Image& image);
+
+} // namespace complexion

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/plausible_area.h"
+#include "imaging/codecs/tiff_blocks.h"
+#include "imaging/codecs/tiff_codec.h"
+
+#include <cstring>
+
+namespace complexion {
+
+namespace {
+
+// No scanner's feeder holds more; a file's directories may form an endless chain.
+constexpr std::size_t kMostPages = 4096;
+// Of a large picture at least one row in this many must be there, or memory is taken for nothing.
+constexpr int kLeastShare = 64;
+
+bool startsWith(ByteView file, const char* magic) {
+    constexpr std::size_t kMagicSize = 4;
+    return file.size() >= kMagicSize && std::memcmp(file.data(), magic, kMagicSize) == 0;
+}
+
+} // namespace
+
+bool isTiff(ByteView file) {
+    return startsWith(file, "II*\0") || startsWith(file, "MM\0*") || startsWith(file, "II+\0") ||
+           startsWith(file, "MM\0+"); // the last two: BigTIFF
+}
+
+Result<std::vector<PixelSize>> measureTiff(ByteView file) {
+    const Result<tiff::File> opened = tiff::File::open(file);
+    if (!opened)
+        return opened.error();
+    std::vector<PixelSize> sizes;
+    do
+        sizes.push_back(tiff::uprightPageSize(*opened));
+    while (sizes.size() < kMostPages && TIFFReadDirectory(opened->handle()) != 0);
+    return sizes;
+}
+
+Result<Image> decodeTiff(ByteView file) {
+    const Result<tiff::File> opened = tiff::File::open(file);
+    if (!opened)
+        return opened.error();
+    const Result<tiff::Page> page = tiff::readPage(*opened);
+    if (!page)
+        return page.error();
+    ImageBuilder builder(page->size);
+    std::optional<tiff::PixelConverter> converter = tiff::PixelConverter::create(*opened, *page);
+    const Result<int> rows = converter ? tiff::readBlocks(*opened, *page, *converter, builder)
+                                       : tiff::readByLibrary(*opened, *page, builder);
+    if (!rows)
+        return rows.error();
+    if (*rows == 0 || (page->size.area() > kHarmlessArea && *rows < page->size.height / kLeastShare))
+        return Error{"TIFF file without readable pixels"};
+    const Image stored =
+        builder.finish()
+            .withProfile(page->icc.empty() ? ColorProfile() : ColorProfile::fromIcc(page->icc))
+            .withSize(sizeAtDensity(page->size, page->density.horizontal, page->density.vertical));
+    return turnedUpright(stored, page->orientation);
+}
+
+} // namespace complexion

@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/tiff_file.h"
+
+#include "imaging/codecs/plausible_area.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace complexion::tiff {
+
+struct File::Source {
+    ByteView bytes;
+    std::uint64_t position = 0;
+};
+
+void File::SourceDeleter::operator()(Source* source) const {
+    delete source;
+}
+
+/// What the library calls to read. The file is mapped: it reads strips straight from memory.
+struct File::Procedures {
+    static tmsize_t read(thandle_t handle, void* out, tmsize_t count) {
+        auto& source = *static_cast<Source*>(handle);
+        if (count <= 0 || source.position >= source.bytes.size())
+            return 0;
+        const std::size_t taken =
+            std::min(static_cast<std::size_t>(count), source.bytes.size() - source.position);
+        std::memcpy(out, source.bytes.data() + source.position, taken);
+        source.position += taken;
+        return static_cast<tmsize_t>(taken);
+    }
+    static tmsize_t write(thandle_t /*handle*/, void* /*data*/, tmsize_t /*count*/) { return 0; }
+    static toff_t seek(thandle_t handle, toff_t offset, int whence) {
+        auto& source = *static_cast<Source*>(handle);
+        const std::uint64_t base =
+            whence == SEEK_SET ? 0 : (whence == SEEK_CUR ? source.position : source.bytes.size());
+        source.position = base + offset;
+        return source.position;
+    }
+    static int close(thandle_t /*handle*/) { return 0; }
+    static toff_t size(thandle_t handle) { return static_cast<Source*>(handle)->bytes.size(); }
+    static int map(thandle_t handle, void** base, toff_t* size) {
+        const ByteView bytes = static_cast<Source*>(handle)->bytes;
+        *base =
+            const_cast<std::uint8_t*>(bytes.data()); // opened for reading: the library writes nothing there
+        *size = bytes.size();
+        return 1;
+    }
+    static void unmap(thandle_t /*handle*/, void* /*base*/, toff_t /*size*/) {}
+    static int silence(TIFF* /*handle*/, void* /*user*/, const char* /*module*/, const char* /*format*/,
+                       va_list /*arguments*/) {
+        return 1; // handled: the process-wide handler is not called
+    }
+};
+
+File::File(std::unique_ptr<Source> source, TIFF* handle) : m_source(source.release()), m_handle(handle) {}
+
+ByteView File::bytes() const {
+    return m_source->bytes;
+}
+
+Result<File> File::open(ByteView bytes) {
+    struct OptionsDeleter {
+        void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
+    };
+    const std::unique_ptr<TIFFOpenOptions, OptionsDeleter> options(TIFFOpenOptionsAlloc());
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kLargestAllocation);
+    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), Procedures::silence, nullptr);
+    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), Procedures::silence, nullptr);
+    auto source = std::make_unique<Source>(Source{bytes});
+    TIFF* handle = TIFFClientOpenExt("memory", "r", source.get(), Procedures::read, Procedures::write,
+                                     Procedures::seek, Procedures::close, Procedures::size, Procedures::map,
+                                     Procedures::unmap, options.get());
+    if (!handle)
+        return Error{"damaged TIFF directory"};
+    return File(std::move(source), handle);
+}
+
+namespace {
+
+template <class Value>
+Value tag(TIFF* handle, std::uint32_t number, Value absent) {
+    Value value{};
+    return TIFFGetFieldDefaulted(handle, number, &value) == 1 ? value : absent;
+}
+
+std::int64_t storedSide(TIFF* handle, std::uint32_t number) {
+    return tag<std::uint32_t>(handle, number, 0);
+}
+
+Orientation orientationOf(TIFF* handle) {
+    return orientationFromTag(tag<std::uint16_t>(handle, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT));
+}
+
+Density densityOf(TIFF* handle) {
+    constexpr double kCentimetersPerInch = 2.54;
+    const auto unit = tag<std::uint16_t>(handle, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    if (unit != RESUNIT_INCH && unit != RESUNIT_CENTIMETER)
+        return {};
+    const double scale = unit == RESUNIT_CENTIMETER ? kCentimetersPerInch : 1;
+    return {tag<float>(handle, TIFFTAG_XRESOLUTION, 0) * scale,
+            tag<float>(handle, TIFFTAG_YRESOLUTION, 0) * scale};
+}
+
+ByteView iccOf(TIFF* handle) {
+    std::uint32_t length = 0;
+    void* data = nullptr;
+    if (TIFFGetField(handle, TIFFTAG_ICCPROFILE, &length, &data) != 1)
+        return {};
+    return {static_cast<const std::uint8_t*>(data), length};
+}
+
+int colorSamplesOf(std::uint16_t photometric) {
+    switch (photometric) {
+    case PHOTOMETRIC_RGB:
+    case PHOTOMETRIC_YCBCR:
+    case PHOTOMETRIC_CIELAB:
+    case PHOTOMETRIC_ICCLAB:
+    case PHOTOMETRIC_LOGLUV:
+        return 3;
+    case PHOTOMETRIC_SEPARATED:
+        return 4;
+    default:
+        return 1;
+    }
+}
+
+/// Finds the alpha sample among those that are no colours.
+void findAlpha(TIFF* handle, Page& page) {
+    std::uint16_t count = 0;
+    const std::uint16_t* kinds = nullptr;
+    TIFFGetFieldDefaulted(handle, TIFFTAG_EXTRASAMPLES, &count, &kinds);
+    for (int i = 0; i < count; ++i) {
+        const int sample = page.samples - count + i;
+        if (sample < page.colorSamples ||
+            (kinds[i] != EXTRASAMPLE_ASSOCALPHA && kinds[i] != EXTRASAMPLE_UNASSALPHA))
+            continue;
+        page.alpha = kinds[i] == EXTRASAMPLE_ASSOCALPHA ? Alpha::Associated : Alpha::Straight;
+        page.alphaSample = sample;
+        return;
+    }
+    // Some writers leave the tag out; the one sample more is alpha then.
+    if (count == 0 && page.samples == page.colorSamples + 1) {
+        page.alpha = Alpha::Straight;
+        page.alphaSample = page.colorSamples;
+    }
+}
+
+/// How many bytes of samples a byte of a page's data can stand for, at most; as many as there may be pixels
+/// where the coding sets no bound.
+std::int64_t mostBytesPerByte(std::uint16_t compression) {
+    constexpr std::int64_t kCutFile = 64; // a file that was cut may have lost nearly everything
+    constexpr std::int64_t kCompressed = 4096;
+    switch (compression) {
+    case COMPRESSION_NONE:
+        return kCutFile;
+    case COMPRESSION_LZW:
+    case COMPRESSION_PACKBITS:
+    case COMPRESSION_DEFLATE:
+    case COMPRESSION_ADOBE_DEFLATE:
+    case COMPRESSION_JPEG:
+    case COMPRESSION_OJPEG:
+        return kCompressed;
+    default:
+        return kLargestArea;
+    }
+}
+
+bool isPlausible(const File& file, const Page& page, std::int64_t width, std::int64_t height) {
+    const std::int64_t bitsPerPixel = std::int64_t{page.bits} * page.samples;
+    const std::int64_t perByte =
+        std::max<std::int64_t>(1, mostBytesPerByte(page.compression) * 8 / bitsPerPixel);
+    return isPlausibleArea(width, height, file.bytes().size(), perByte);
+}
+
+} // namespace
+
+PixelSize uprightPageSize(const File& file) {
+    const auto side = [&](std::uint32_t number) {
+        return static_cast<int>(std::min<std::int64_t>(storedSide(file.handle(), number), INT32_MAX));
+    };
+    return uprightSize({side(TIFFTAG_IMAGEWIDTH), side(TIFFTAG_IMAGELENGTH)}, orientationOf(file.handle()));
+}
+
+Result<Page> readPage(const File& file) {
+    TIFF* handle = file.handle();
+    constexpr int kMostBits = 64;
+    Page page;
+    page.bits = tag<std::uint16_t>(handle, TIFFTAG_BITSPERSAMPLE, 1);
+    page.samples = tag<std::uint16_t>(handle, TIFFTAG_SAMPLESPERPIXEL, 1);
+    page.compression = tag<std::uint16_t>(handle, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    if (page.bits < 1 || page.bits > kMostBits || page.samples < 1)
+        return Error{"TIFF samples of an impossible size"};
+    const std::int64_t width = storedSide(handle, TIFFTAG_IMAGEWIDTH);
+    const std::int64_t height = storedSide(handle, TIFFTAG_IMAGELENGTH);
+    if (!isPlausible(file, page, width, height))
+        return Error{"TIFF picture of an impossible size"};
+    if (TIFFIsCODECConfigured(page.compression) == 0)
+        return Error{"TIFF compression that is not known"};
+    page.size = {static_cast<int>(width), static_cast<int>(height)};
+    page.planar =
+        tag<std::uint16_t>(handle, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE &&
+        page.samples > 1;
+    page.sampleFormat = tag<std::uint16_t>(handle, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
+    if (page.sampleFormat == SAMPLEFORMAT_VOID)
+        page.sampleFormat = SAMPLEFORMAT_UINT;
+
+    // A file need not say what its samples mean; then their number tells.
+    page.photometric = page.samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
+    TIFFGetField(handle, TIFFTAG_PHOTOMETRIC, &page.photometric);
+    if (page.photometric == PHOTOMETRIC_YCBCR && page.compression == COMPRESSION_JPEG && !page.planar) {
+        TIFFSetField(handle, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+        page.photometric = PHOTOMETRIC_RGB;
+    }
+    page.colorSamples = colorSamplesOf(page.photometric);
+    if (page.samples < page.colorSamples)
+        return Error{"TIFF pixels without all their colours"};
+    findAlpha(handle, page);
+    page.orientation = orientationOf(handle);
+    page.density = densityOf(handle);
+    page.icc = iccOf(handle);
+    return page;
+}
+
+} // namespace complexion::tiff

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/bmp_metadata.h"
+
+#include "imaging/metadata/byte_order.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+// The file header is 14 bytes long; then comes BITMAPINFOHEADER or one of its successors, which begins with
+// its length and has the pixels per metre, across and down, 24 bytes on.
+constexpr std::size_t kHeaderLengthOffset = 14;
+constexpr std::size_t kAcrossOffset = 38;
+constexpr std::size_t kDownOffset = 42;
+constexpr std::uint64_t kShortestHeader = 40;
+constexpr double kCentimetresPerMetre = 100;
+
+bool hasResolutionFields(ByteView file) {
+    return file.size() >= kHeaderLengthOffset + kShortestHeader &&
+           numberAt(file, kHeaderLengthOffset, 4, ByteOrder::LittleEndian) >= kShortestHeader;
+}
+
+double perMetre(double value, Resolution::Unit unit) {
+    constexpr double kInchesPerMetre = kCentimetresPerMetre / 2.54;
+    return value * (unit == Resolution::Unit::Inch ? kInchesPerMetre : kCentimetresPerMetre);
+}
+
+} // namespace
+
+PictureMetadata readBmpMetadata(ByteView file) {
+    PictureMetadata metadata;
+    if (!hasResolutionFields(file))
+        return metadata;
+    const auto number = [file](std::size_t offset) {
+        return static_cast<std::int32_t>(numberAt(file, offset, 4, ByteOrder::LittleEndian));
+    };
+    const std::int32_t across = number(kAcrossOffset);
+    const std::int32_t down = number(kDownOffset);
+    if (across > 0 && down > 0)
+        metadata.resolution = Resolution{across / kCentimetresPerMetre, down / kCentimetresPerMetre,
+                                         Resolution::Unit::Centimetre};
+    return metadata;
+}
+
+Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView written) {
+    if (!hasResolutionFields(written))
+        return Error{"the BMP file to give metadata to is damaged"};
+    Bytes file(written.begin(), written.end());
+    if (const auto& resolution = metadata.resolution;
+        resolution && resolution->unit != Resolution::Unit::None) {
+        const auto set = [&](std::size_t offset, double value) {
+            const double rounded = std::round(perMetre(value, resolution->unit));
+            setNumberAt(file, offset, 4, ByteOrder::LittleEndian,
+                        static_cast<std::uint64_t>(std::clamp(rounded, 1.0, static_cast<double>(INT32_MAX))));
+        };
+        set(kAcrossOffset, resolution->across);
+        set(kDownOffset, resolution->down);
+    }
+    FileContents contents;
+    contents.append(std::move(file));
+    return contents;
+}
+
+} // namespace complexion

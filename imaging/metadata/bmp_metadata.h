@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/metadata/picture_metadata.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The metadata of a BMP file: its resolution is all that it can hold.
+PictureMetadata readBmpMetadata(ByteView file);
+
+/// `written`, a BMP file, with the resolution of `metadata`.
+Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView written);
+
+} // namespace complexion

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/carrying.h"
+
+#include "imaging/metadata/bmp_metadata.h"
+#include "imaging/metadata/exif_basics.h"
+#include "imaging/metadata/gif_metadata.h"
+#include "imaging/metadata/jpeg_metadata.h"
+#include "imaging/metadata/png_metadata.h"
+#include "imaging/metadata/tiff_metadata.h"
+
+#include <array>
+
+namespace complexion {
+
+namespace {
+
+/// What metadata does in files of one format.
+struct Carrier {
+    Container container;
+    PictureMetadata (*read)(ByteView file);
+    /// From a file of the same format.
+    Result<FileContents> (*withBlocksOf)(ByteView source, ByteView written, ThumbnailMaker& maker);
+    /// From any other.
+    Result<FileContents> (*withMetadata)(const PictureMetadata& metadata, ByteView written,
+                                         ThumbnailMaker& maker);
+    /// The EXIF block that a file of this format gets, but for its thumbnail; null where it gets none.
+    Bytes (*exifToCarry)(const PictureMetadata& metadata);
+};
+
+constexpr std::array<Carrier, 5> kCarriers = {{
+    {Container::Jpeg, readJpegMetadata, withJpegSegmentsOf, withJpegMetadata, exifForJpeg},
+    {Container::Png, readPngMetadata, withPngChunksOf, withPngMetadata, exifForPng},
+    {Container::Tiff, readTiffMetadata,
+     [](ByteView source, ByteView written, ThumbnailMaker&) { return withTiffTagsOf(source, written); },
+     [](const PictureMetadata& metadata, ByteView written, ThumbnailMaker&) {
+         return withTiffMetadata(metadata, written);
+     },
+     exifForTiff},
+    {Container::Gif, readGifMetadata,
+     [](ByteView source, ByteView written, ThumbnailMaker&) { return withGifBlocksOf(source, written); },
+     [](const PictureMetadata& metadata, ByteView written, ThumbnailMaker&) {
+         return withGifMetadata(metadata, written);
+     },
+     nullptr},
+    {Container::Bmp, readBmpMetadata,
+     [](ByteView source, ByteView written, ThumbnailMaker&) {
+         return withBmpMetadata(readBmpMetadata(source), written);
+     },
+     [](const PictureMetadata& metadata, ByteView written, ThumbnailMaker&) {
+         return withBmpMetadata(metadata, written);
+     },
+     nullptr},
+}};
+
+const Carrier& carrierOf(Container container) {
+    return kCarriers[static_cast<std::size_t>(container)];
+}
+
+static_assert([] {
+    for (std::size_t i = 0; i < kCarriers.size(); ++i)
+        if (static_cast<std::size_t>(kCarriers[i].container) != i)
+            return false;
+    return true;
+}());
+
+} // namespace
+
+Result<FileContents> withMetadataOf(ByteView source, ByteView written) {
+    const auto from = containerOf(source);
+    const auto into = containerOf(written);
+    if (!from || !into)
+        return Error{"not a picture file"};
+    ThumbnailMaker maker(written);
+    return from == into ? carrierOf(*into).withBlocksOf(source, written, maker)
+                        : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, maker);
+}
+
+Orientation carriedOrientation(ByteView source, Container target) {
+    const auto from = containerOf(source);
+    const auto exifToCarry = carrierOf(target).exifToCarry;
+    if (!from || !exifToCarry)
+        return Orientation::TopLeft;
+    return readExifBasics(exifToCarry(carrierOf(*from).read(source))).orientation;
+}
+
+} // namespace complexion

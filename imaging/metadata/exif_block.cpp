@@ -1,0 +1,152 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/exif_block.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+/// First and last number of tags that are left behind: TIFF 6.0, its technical notes, TIFF/EP, TIFF/IT,
+/// DNG 1.6 and the registered private tags.
+constexpr std::array<std::pair<unsigned, unsigned>, 29> kCodingTags = {{
+    {254, 266},     // kind of picture, size, depth, compression, colour model, thresholds, bit order
+    {273, 273},     // strips: where,
+    {277, 281},     // samples, rows, how long, least and greatest value
+    {284, 284},     // planes
+    {288, 293},     // free space, grey response, fax coding
+    {297, 297},     // page number of many
+    {300, 301},     // colour response, transfer function
+    {317, 328},     // predictor, white point, primaries, colour map, halftones, tiles, fax errors
+    {330, 330},     // further pictures
+    {332, 334},     // inks
+    {336, 347},     // dot range, extra samples, sample format and range, clip path, JPEG tables
+    {351, 351},     // other versions of the picture
+    {400, 405},     // profiles of fax coding
+    {433, 435},     // colour decoding
+    {512, 532},     // JPEG coding of TIFF 6.0, YCbCr
+    {559, 559},     // rows of each strip
+    {32781, 32781}, // the full version of the picture, in another file
+    {32995, 32998}, // matte, sample type, depth, tile depth
+    {33421, 33422}, // colour filter of raw pixels
+    {34016, 34032}, // coding of prepress pictures
+    {34232, 34232}, // sequence of frames
+    {34675, 34675}, // colour profile
+    {34732, 34732}, // layers of a raster
+    {37398, 37399}, // raw pixels
+    {37439, 37439}, // scale of high-range pixels
+    {37724, 37724}, // an editor's layers: the picture before
+    {50706, 50781}, // DNG: how raw pixels become a picture
+    {50827, 50837}, // DNG, goes on
+    {50840, 51125}, // DNG, goes on
+}};
+
+// A maker note's place is kept when it ends before this offset: the hole that may stay before it is never
+// longer.
+constexpr std::uint64_t kFarthestMakerNote = 60'000;
+
+bool isBigType(unsigned wanted) {
+    return wanted >= type::kLong8 && wanted <= type::kDirectory8;
+}
+
+void addValueLengths(const TiffDirectory& directory, std::vector<std::size_t>& lengths) {
+    for (const TiffEntry& entry : directory.entries) {
+        if (entry.child)
+            addValueLengths(*entry.child, lengths);
+        else
+            lengths.push_back(entry.value.size());
+    }
+}
+
+/// The length up to which all values together, with their tables, take at most `limit` bytes.
+std::size_t longestThatFits(const TiffDirectory& directory, std::size_t limit) {
+    constexpr std::size_t kEntryLength = 12;
+    // The header, the tables' counts and links, and what aligning to even offsets costs for each value.
+    constexpr std::size_t kFrame = 64;
+    std::vector<std::size_t> lengths;
+    addValueLengths(directory, lengths);
+    std::sort(lengths.begin(), lengths.end());
+    std::size_t total = kFrame;
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+        total += kEntryLength + lengths[i] + 1;
+        if (total > limit)
+            return lengths[i] - std::min<std::size_t>(lengths[i], 1);
+    }
+    return limit;
+}
+
+TiffDirectory withoutLongValues(const TiffDirectory& directory, std::size_t longest) {
+    TiffDirectory result = directory;
+    std::erase_if(result.entries,
+                  [longest](const TiffEntry& entry) { return !entry.child && entry.value.size() > longest; });
+    for (TiffEntry& entry : result.entries)
+        if (entry.child)
+            entry.child = std::make_shared<const TiffDirectory>(withoutLongValues(*entry.child, longest));
+    return result;
+}
+
+} // namespace
+
+bool isCodingTag(unsigned wanted) {
+    return std::any_of(kCodingTags.begin(), kCodingTags.end(), [wanted](const auto& range) {
+        return range.first <= wanted && wanted <= range.second;
+    });
+}
+
+CarriedTags carriedTags(ByteView structure) {
+    CarriedTags tags;
+    const auto header = readTiffHeader(structure);
+    if (!header)
+        return tags;
+    tags.order = header->order;
+    tags.directory = readTiffDirectory(structure, *header, header->firstDirectory);
+    std::erase_if(tags.directory.entries, [](const TiffEntry& entry) {
+        return isCodingTag(entry.tag) || entry.type == type::kDirectory8 ||
+               (entry.type == type::kDirectory && !entry.child);
+    });
+    return tags;
+}
+
+const TiffEntry* makerNoteOf(const TiffDirectory& directory) {
+    const TiffEntry* exif = directory.find(tag::kExifDirectory);
+    return exif && exif->child ? exif->child->find(tag::kMakerNote) : nullptr;
+}
+
+TiffDirectory withoutBigValues(const TiffDirectory& directory) {
+    TiffDirectory result = directory;
+    std::erase_if(result.entries,
+                  [](const TiffEntry& entry) { return !entry.child && isBigType(entry.type); });
+    for (TiffEntry& entry : result.entries)
+        if (entry.child)
+            entry.child = std::make_shared<const TiffDirectory>(withoutBigValues(*entry.child));
+    return result;
+}
+
+Bytes exifBlock(const CarriedTags& tags) {
+    if (tags.isEmpty())
+        return {};
+    const TiffDirectory directory = withoutBigValues(tags.directory);
+    TiffLayout layout(tags.order, false);
+    if (const TiffEntry* note = makerNoteOf(directory);
+        note && note->valueOffset + note->value.size() <= kFarthestMakerNote)
+        layout.placeAt(note->valueOffset, note->value);
+    return layout.finish(layout.placeDirectory(directory));
+}
+
+Bytes exifWithin(ByteView exif, std::size_t limit) {
+    if (exif.size() <= limit)
+        return {exif.begin(), exif.end()};
+    CarriedTags tags;
+    const auto header = readTiffHeader(exif);
+    if (!header)
+        return {};
+    tags.order = header->order;
+    tags.directory = readTiffDirectory(exif, *header, header->firstDirectory);
+    tags.directory = withoutLongValues(tags.directory, longestThatFits(tags.directory, limit));
+    Bytes block = exifBlock(tags);
+    return block.size() <= limit ? block : Bytes();
+}
+
+} // namespace complexion

@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/exif_thumbnail.h"
+
+#include "imaging/metadata/jpeg_segments.h"
+#include "imaging/metadata/tiff_structure.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+namespace complexion {
+
+namespace {
+
+// A thumbnail's directory is the second; some cameras add one or two.
+constexpr std::size_t kMostDirectories = 8;
+// EXIF wants 160 by 120; nobody's thumbnail is larger than this.
+constexpr int kLargestThumbnailSide = 1024;
+
+struct Range {
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    std::uint64_t length() const { return end - begin; }
+};
+
+/// An EXIF block's chain of directories: the main one, the thumbnail's, rarely more.
+struct Chain {
+    TiffHeader header;
+    std::vector<TiffDirectory> directories;
+};
+
+std::optional<Chain> readChain(ByteView exif) {
+    const auto header = readTiffHeader(exif);
+    if (!header || header->isBig)
+        return std::nullopt;
+    Chain chain{*header, {}};
+    std::uint64_t offset = header->firstDirectory;
+    while (offset != 0 && chain.directories.size() < kMostDirectories) {
+        const bool isKnown =
+            std::any_of(chain.directories.begin(), chain.directories.end(),
+                        [offset](const TiffDirectory& known) { return known.offset == offset; });
+        if (isKnown)
+            break;
+        chain.directories.push_back(readTiffDirectory(exif, *header, offset));
+        offset = chain.directories.back().next;
+    }
+    return chain;
+}
+
+/// Adds where the directory's table, its values and those of the directories in it lie.
+void addRanges(const TiffDirectory& directory, const TiffHeader& header, std::vector<Range>& ranges) {
+    ranges.push_back({directory.offset, directory.offset + directory.length});
+    for (const TiffEntry& entry : directory.entries) {
+        if (entry.child)
+            addRanges(*entry.child, header, ranges);
+        else if (entry.value.size() > header.offsetLength())
+            ranges.push_back({entry.valueOffset, entry.valueOffset + entry.value.size()});
+    }
+}
+
+/// The bytes of the pictures that a directory points to, as far as the block reaches.
+std::vector<Range> pictureRanges(const TiffDirectory& directory, ByteView exif, ByteOrder order) {
+    std::vector<Range> ranges;
+    const auto add = [&](unsigned offsetTag, unsigned lengthTag) {
+        const TiffEntry* offsets = directory.find(offsetTag);
+        const TiffEntry* lengths = directory.find(lengthTag);
+        if (!offsets || !lengths)
+            return;
+        const std::vector<std::uint64_t> begins = allNumbers(*offsets, order);
+        const std::vector<std::uint64_t> counts = allNumbers(*lengths, order);
+        for (std::size_t i = 0; i < begins.size() && i < counts.size(); ++i)
+            if (begins[i] < exif.size())
+                ranges.push_back({begins[i], begins[i] + std::min(counts[i], exif.size() - begins[i])});
+    };
+    add(tag::kJpegOffset, tag::kJpegLength);
+    add(tag::kStripOffsets, tag::kStripByteCounts);
+    return ranges;
+}
+
+/// The same bytes as ranges in order that do not touch.
+std::vector<Range> merged(std::vector<Range> ranges) {
+    std::sort(ranges.begin(), ranges.end(), [](const Range& a, const Range& b) { return a.begin < b.begin; });
+    std::vector<Range> result;
+    for (const Range& range : ranges) {
+        if (!result.empty() && range.begin <= result.back().end)
+            result.back().end = std::max(result.back().end, range.end);
+        else
+            result.push_back(range);
+    }
+    return result;
+}
+
+/// What the header and the first `count` directories take.
+std::vector<Range> keptRanges(const Chain& chain, std::size_t count) {
+    std::vector<Range> ranges = {{0, chain.header.headerLength()}};
+    for (std::size_t i = 0; i < count; ++i)
+        addRanges(chain.directories[i], chain.header, ranges);
+    return merged(std::move(ranges));
+}
+
+/// Zeroes the `pictures` except where something else lies; `kept` is merged.
+void blank(Bytes& exif, std::vector<Range> pictures, const std::vector<Range>& kept) {
+    const auto zero = [&exif](std::uint64_t begin, std::uint64_t end) {
+        if (begin < end)
+            std::fill(exif.begin() + static_cast<std::ptrdiff_t>(begin),
+                      exif.begin() + static_cast<std::ptrdiff_t>(end), std::uint8_t{0});
+    };
+    for (const Range& picture : merged(std::move(pictures))) {
+        std::uint64_t position = picture.begin;
+        auto other = std::partition_point(kept.begin(), kept.end(),
+                                          [position](const Range& range) { return range.end <= position; });
+        for (; other != kept.end() && other->begin < picture.end; ++other) {
+            zero(position, other->begin);
+            position = std::max(position, other->end);
+        }
+        zero(position, picture.end);
+    }
+}
+
+void blankPictures(Bytes& exif, const Chain& chain, std::size_t firstDirectory,
+                   const std::vector<Range>& kept) {
+    for (std::size_t i = firstDirectory; i < chain.directories.size(); ++i)
+        blank(exif, pictureRanges(chain.directories[i], exif, chain.header.order), kept);
+}
+
+/// Ends the chain after `directory`.
+void unlinkNext(Bytes& exif, const Chain& chain, const TiffDirectory& directory) {
+    const std::size_t length = chain.header.offsetLength();
+    if (directory.linkOffset != 0 && directory.linkOffset + length <= exif.size())
+        setNumberAt(exif, directory.linkOffset, length, chain.header.order, 0);
+}
+
+/// Sets a single number that stands in its entry.
+void setNumber(Bytes& exif, const TiffEntry& entry, ByteOrder order, std::uint64_t number) {
+    setNumberAt(exif, entry.valueOffset, tiffTypeLength(entry.type), order, number);
+}
+
+bool isSingleNumber(const TiffEntry* entry, std::uint64_t largest) {
+    if (!entry || entry->count != 1)
+        return false;
+    return entry->type == type::kLong || (entry->type == type::kShort && largest <= UINT16_MAX);
+}
+
+/// A picture that the main directory points to is one of the pixels before as well.
+void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>& kept) {
+    const TiffDirectory& main = chain.directories.front();
+    blank(exif, pictureRanges(main, exif, chain.header.order), kept);
+    if (const TiffEntry* length = main.find(tag::kJpegLength); isSingleNumber(length, 0))
+        setNumber(exif, *length, chain.header.order, 0);
+}
+
+bool overlaps(const Range& range, const std::vector<Range>& others) {
+    return std::any_of(others.begin(), others.end(), [&range](const Range& other) {
+        return range.begin < other.end && other.begin < range.end;
+    });
+}
+
+/// Puts the new thumbnail in; false when it has no place.
+bool putThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::size_t lengthLimit,
+                  const std::vector<Range>& kept) {
+    const TiffDirectory& directory = chain.directories[1];
+    const ByteOrder order = chain.header.order;
+    const TiffEntry* offset = directory.find(tag::kJpegOffset);
+    const TiffEntry* length = directory.find(tag::kJpegLength);
+    if (!isSingleNumber(offset, lengthLimit) || !isSingleNumber(length, lengthLimit))
+        return false;
+    Range old{firstNumber(*offset, order), 0};
+    old.end = old.begin + firstNumber(*length, order);
+    if (old.end > exif.size() || overlaps(old, kept))
+        return false;
+    const auto size = jpegPixelSize(slice(exif, old.begin, old.length()));
+    if (!size || std::max(size->width, size->height) > kLargestThumbnailSide)
+        return false;
+
+    Bytes thumbnail = maker.jpeg(*size, old.length());
+    if (thumbnail.empty() && lengthLimit > exif.size())
+        thumbnail = maker.jpeg(*size, lengthLimit - exif.size());
+    if (thumbnail.empty())
+        return false;
+    std::fill(exif.begin() + static_cast<std::ptrdiff_t>(old.begin),
+              exif.begin() + static_cast<std::ptrdiff_t>(old.end), std::uint8_t{0});
+    setNumber(exif, *length, order, thumbnail.size());
+    if (thumbnail.size() <= old.length()) {
+        std::copy(thumbnail.begin(), thumbnail.end(), exif.begin() + static_cast<std::ptrdiff_t>(old.begin));
+    } else {
+        setNumber(exif, *offset, order, exif.size());
+        append(exif, thumbnail);
+    }
+    return true;
+}
+
+} // namespace
+
+void removeThumbnail(Bytes& exif) {
+    const auto chain = readChain(exif);
+    if (!chain || chain->directories.empty())
+        return;
+    const std::vector<Range> kept = keptRanges(*chain, 1);
+    removeMainPicture(exif, *chain, kept);
+    blankPictures(exif, *chain, 1, kept);
+    unlinkNext(exif, *chain, chain->directories.front());
+}
+
+void renewThumbnail(Bytes& exif, ThumbnailMaker& maker, std::size_t lengthLimit) {
+    const auto chain = readChain(exif);
+    if (!chain || chain->directories.size() < 2)
+        return removeThumbnail(exif);
+    const std::vector<Range> kept = keptRanges(*chain, 2);
+    if (!putThumbnail(exif, *chain, maker, lengthLimit, kept))
+        return removeThumbnail(exif);
+    removeMainPicture(exif, *chain, kept);
+    blankPictures(exif, *chain, 2, kept);
+    unlinkNext(exif, *chain, chain->directories[1]);
+}
+
+} // namespace complexion

@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/jpeg_metadata.h"
+
+#include "imaging/metadata/exif_basics.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/metadata/exif_thumbnail.h"
+#include "imaging/metadata/jpeg_segments.h"
+#include "imaging/metadata/photoshop_resources.h"
+#include "imaging/metadata/text_encoding.h"
+#include "imaging/metadata/tiff_structure.h"
+#include "imaging/metadata/xmp_packet.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace complexion {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+// What the payloads begin with. EXIF 2.32; XMP Specification Part 3; Photoshop's file format; JFIF 1.02.
+constexpr std::string_view kExifStart = "Exif\0\0"sv;
+constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
+constexpr std::string_view kPhotoshopStart = "Photoshop 3.0\0"sv;
+constexpr std::string_view kJfifStart = "JFIF\0"sv;
+
+// Within a JFIF payload, behind the version: unit, densities; then come the sides of a thumbnail and its
+// pixels.
+constexpr std::size_t kJfifUnit = 7;
+constexpr std::size_t kJfifAcross = 8;
+constexpr std::size_t kJfifDown = 10;
+constexpr std::size_t kJfifLength = 14;
+constexpr std::size_t kJfifThumbnail = 12;
+
+// What an EXIF block can hold in one segment.
+constexpr std::size_t kMostExifBytes = kMostSegmentBytes - kExifStart.size();
+
+bool isSegment(const JpegSegment& segment, std::uint8_t code, std::string_view start) {
+    return segment.marker == code && startsWith(segment.payload, start);
+}
+
+bool isExif(const JpegSegment& segment) {
+    return isSegment(segment, marker::app(1), kExifStart);
+}
+
+bool isPhotoshop(const JpegSegment& segment) {
+    return isSegment(segment, marker::app(13), kPhotoshopStart);
+}
+
+bool isJfif(const JpegSegment& segment) {
+    return isSegment(segment, marker::kApp0, kJfifStart) && segment.payload.size() >= kJfifLength;
+}
+
+/// Whether a segment of the numbers 2 to 5 holds a piece of a preview: some cameras put a JPEG file there, at
+/// most a short name before it, and go on in the next segments.
+bool isPreviewStart(const JpegSegment& segment) {
+    constexpr std::size_t kLongestName = 5;
+    return segment.marker >= marker::app(2) && segment.marker <= marker::app(5) &&
+           textOf(segment.payload).substr(0, kLongestName + 3).find("\xff\xd8\xff"sv) !=
+               std::string_view::npos;
+}
+
+struct SegmentKind {
+    int app;
+    std::string_view start;
+};
+
+/// Application segments that are left behind, because the new file has its own or because they speak of the
+/// coding or of other pictures in the file.
+constexpr std::array kLeftBehind = {
+    SegmentKind{0, "JFIF\0"sv},                        // its fields are taken over one by one
+    SegmentKind{0, "JFXX\0"sv},                        // a thumbnail
+    SegmentKind{0, "AVI1"sv},                          // field order of a video frame
+    SegmentKind{2, "ICC_PROFILE\0"sv},                 // SaveImage wrote the one that the pixels are in
+    SegmentKind{2, "MPF\0"sv},                         // offsets to further pictures behind this one
+    SegmentKind{2, "urn:iso:std:iso:ts:21496:-1\0"sv}, // a gain map, which is such a picture
+    SegmentKind{3, "_JPSJPS_"sv},                      // how two halves make a stereo picture's coding
+    SegmentKind{8, "SPIFF\0"sv},                       // size and coding
+    SegmentKind{11, ""sv},                             // residual pictures and signatures of the very bytes
+    SegmentKind{14, "Adobe"sv},                        // the coding's colour transform
+    SegmentKind{15, "Q "sv},                           // the coding's quality
+};
+
+bool isMetadata(const JpegSegment& segment) {
+    if (segment.marker == marker::kComment)
+        return true;
+    if (segment.marker < marker::app(0) || segment.marker > marker::app(15))
+        return false;
+    return std::none_of(kLeftBehind.begin(), kLeftBehind.end(), [&segment](const SegmentKind& kind) {
+        return isSegment(segment, marker::app(kind.app), kind.start);
+    });
+}
+
+/// The segments that belong to one block: those of `first`'s kind which directly follow and go on with it.
+template <class GoesOn>
+std::size_t blockEnd(const std::vector<JpegSegment>& segments, std::size_t first, GoesOn goesOn) {
+    std::size_t end = first + 1;
+    while (end < segments.size() && goesOn(segments[end]))
+        ++end;
+    return end;
+}
+
+/// The payloads of the segments [first, end) behind their starts, one after the other.
+Bytes joined(const std::vector<JpegSegment>& segments, std::size_t first, std::size_t end,
+             std::size_t startLength) {
+    Bytes block;
+    for (std::size_t i = first; i < end; ++i)
+        append(block, segments[i].payload.subspan(startLength));
+    return block;
+}
+
+std::size_t exifEnd(const std::vector<JpegSegment>& segments, std::size_t first) {
+    return blockEnd(segments, first, [](const JpegSegment& next) {
+        return isExif(next) && !readTiffHeader(next.payload.subspan(kExifStart.size()));
+    });
+}
+
+std::size_t photoshopEnd(const std::vector<JpegSegment>& segments, std::size_t first) {
+    return blockEnd(segments, first, [](const JpegSegment& next) {
+        return isPhotoshop(next) && !startsWith(next.payload.subspan(kPhotoshopStart.size()), "8BIM");
+    });
+}
+
+/// Appends `block` as segments that each begin with `start`.
+void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView block) {
+    const std::size_t most = kMostSegmentBytes - start.size();
+    for (std::size_t position = 0; position < block.size(); position += most) {
+        Bytes payload(start.begin(), start.end());
+        append(payload, slice(block, position, most));
+        append(to, jpegSegment(code, payload));
+    }
+}
+
+/// The metadata segments of a file as they are to stand in the new one.
+Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& maker) {
+    Bytes carried;
+    for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
+        const JpegSegment& segment = segments[i];
+        end = i + 1;
+        if (isPreviewStart(segment)) {
+            end = blockEnd(segments, i, [&segment](const JpegSegment& next) {
+                return next.marker >= segment.marker && next.marker <= marker::app(5);
+            });
+        } else if (isExif(segment)) {
+            end = exifEnd(segments, i);
+            Bytes exif = joined(segments, i, end, kExifStart.size());
+            renewThumbnail(exif, maker, std::max(kMostExifBytes, exif.size()));
+            appendBlock(carried, segment.marker, kExifStart, exif);
+        } else if (isSegment(segment, marker::app(1), kXmpStart)) {
+            appendBlock(carried, segment.marker, kXmpStart,
+                        xmpToCarry(segment.payload.subspan(kXmpStart.size())));
+        } else if (isPhotoshop(segment)) {
+            end = photoshopEnd(segments, i);
+            appendBlock(carried, segment.marker, kPhotoshopStart,
+                        resourcesToCarry(joined(segments, i, end, kPhotoshopStart.size())));
+        } else if (isMetadata(segment)) {
+            append(carried, segment.whole);
+        }
+    }
+    return carried;
+}
+
+/// A JFIF payload with the density, and no thumbnail.
+Bytes jfifWithDensity(const Resolution& resolution) {
+    static constexpr double kMost = UINT16_MAX;
+    const auto whole = [](double value) {
+        return static_cast<std::uint64_t>(std::lround(std::clamp(value, 1.0, kMost)));
+    };
+    Bytes payload(kJfifStart.begin(), kJfifStart.end());
+    appendNumber(payload, 2, ByteOrder::BigEndian, 0x0101);
+    appendNumber(payload, 1, ByteOrder::BigEndian, static_cast<std::uint64_t>(resolution.unit));
+    appendNumber(payload, 2, ByteOrder::BigEndian, whole(resolution.across));
+    appendNumber(payload, 2, ByteOrder::BigEndian, whole(resolution.down));
+    appendNumber(payload, 2, ByteOrder::BigEndian, 0);
+    return payload;
+}
+
+/// `written` with a JFIF segment of its own replaced and other metadata instead of what it may have.
+Result<FileContents> withSegments(ByteView written, const std::optional<Bytes>& jfif, ByteView metadata) {
+    const JpegSegments jpeg = splitJpeg(written);
+    if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != marker::kStartOfScan)
+        return Error{"the JPEG file to give metadata to is damaged"};
+    Bytes file = {0xff, marker::kStartOfImage};
+    file.reserve(written.size() + metadata.size() + kMostSegmentBytes);
+    Bytes others;
+    bool hasJfif = false;
+    for (const JpegSegment& segment : jpeg.segments) {
+        if (isJfif(segment) && !hasJfif) {
+            hasJfif = true;
+            append(file, jfif ? jpegSegment(segment.marker, *jfif)
+                              : Bytes(segment.whole.begin(), segment.whole.end()));
+        } else if (!isMetadata(segment)) {
+            append(others, segment.whole);
+        }
+    }
+    if (!hasJfif && jfif)
+        append(file, jpegSegment(marker::kApp0, *jfif));
+    append(file, metadata);
+    append(file, others);
+    append(file, jpeg.rest);
+    FileContents contents;
+    contents.append(std::move(file));
+    return contents;
+}
+
+const JpegSegment* findJfif(const std::vector<JpegSegment>& segments) {
+    const auto found = std::find_if(segments.begin(), segments.end(), isJfif);
+    return found == segments.end() ? nullptr : &*found;
+}
+
+std::optional<Resolution> jfifResolution(const JpegSegment& jfif) {
+    const auto number = [&jfif](std::size_t offset, std::size_t length) {
+        return numberAt(jfif.payload, offset, length, ByteOrder::BigEndian);
+    };
+    const std::uint64_t unit = number(kJfifUnit, 1);
+    Resolution resolution{static_cast<double>(number(kJfifAcross, 2)),
+                          static_cast<double>(number(kJfifDown, 2)), Resolution::Unit::None};
+    if (unit > static_cast<std::uint64_t>(Resolution::Unit::Centimetre) || resolution.across == 0 ||
+        resolution.down == 0)
+        return std::nullopt;
+    resolution.unit = static_cast<Resolution::Unit>(unit);
+    return resolution;
+}
+
+std::optional<Resolution> exifResolution(ByteView exif) {
+    const std::optional<Density> density = readExifBasics(exif).density;
+    if (!density)
+        return std::nullopt;
+    return Resolution{density->horizontal, density->vertical, Resolution::Unit::Inch};
+}
+
+/// The JFIF payload that says what the source says of its density; nothing when it says nothing.
+std::optional<Bytes> carriedJfif(const JpegSegments& source) {
+    if (const JpegSegment* jfif = findJfif(source.segments)) {
+        Bytes payload(jfif->payload.begin(), jfif->payload.begin() + kJfifThumbnail);
+        appendNumber(payload, 2, ByteOrder::BigEndian, 0);
+        return payload;
+    }
+    const auto exif = std::find_if(source.segments.begin(), source.segments.end(), isExif);
+    if (exif == source.segments.end())
+        return std::nullopt;
+    const auto resolution = exifResolution(exif->payload.subspan(kExifStart.size()));
+    return resolution ? std::optional(jfifWithDensity(*resolution)) : std::nullopt;
+}
+
+} // namespace
+
+PictureMetadata readJpegMetadata(ByteView file) {
+    PictureMetadata metadata;
+    const std::vector<JpegSegment> segments = splitJpeg(file).segments;
+    Bytes resources;
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+        const JpegSegment& segment = segments[i];
+        if (isExif(segment) && metadata.exif.empty()) {
+            metadata.exif = joined(segments, i, exifEnd(segments, i), kExifStart.size());
+        } else if (isSegment(segment, marker::app(1), kXmpStart) && metadata.xmp.empty()) {
+            metadata.xmp = xmpWithoutExtension(segment.payload.subspan(kXmpStart.size()));
+        } else if (isPhotoshop(segment)) {
+            append(resources, segment.payload.subspan(kPhotoshopStart.size()));
+        } else if (segment.marker == marker::kComment) {
+            metadata.notes.push_back({std::string(kCommentKeyword), utf8Of(segment.payload)});
+        }
+    }
+    metadata.iptc = iptcOfResources(resources);
+    metadata.photoshop = resourcesWithoutIptc(resources);
+    if (const JpegSegment* jfif = findJfif(segments))
+        metadata.resolution = jfifResolution(*jfif);
+    if (!metadata.resolution || metadata.resolution->unit == Resolution::Unit::None)
+        if (const auto fromExif = exifResolution(metadata.exif))
+            metadata.resolution = fromExif;
+    return metadata;
+}
+
+Bytes exifForJpeg(const PictureMetadata& metadata) {
+    return exifWithin(metadata.exif, kMostExifBytes);
+}
+
+Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
+    const JpegSegments jpeg = splitJpeg(source);
+    return withSegments(written, carriedJfif(jpeg), carriedSegments(jpeg.segments, maker));
+}
+
+Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
+                                      ThumbnailMaker& maker) {
+    Bytes segments;
+    if (Bytes exif = exifForJpeg(metadata); !exif.empty()) {
+        renewThumbnail(exif, maker, kMostExifBytes);
+        appendBlock(segments, marker::app(1), kExifStart, exif);
+    }
+    if (const Bytes xmp = xmpToCarry(metadata.xmp); xmp.size() <= kMostSegmentBytes - kXmpStart.size())
+        appendBlock(segments, marker::app(1), kXmpStart, xmp);
+    appendBlock(segments, marker::app(13), kPhotoshopStart,
+                resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc)));
+    for (const TextNote& note : metadata.notes)
+        appendBlock(segments, marker::kComment, {}, bytesOf(noteAsComment(note)));
+    return withSegments(
+        written, metadata.resolution ? std::optional(jfifWithDensity(*metadata.resolution)) : std::nullopt,
+        segments);
+}
+
+} // namespace complexion

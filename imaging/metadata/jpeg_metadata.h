@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/metadata/picture_metadata.h"
+#include "imaging/metadata/thumbnail_maker.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The metadata of a JPEG file.
+PictureMetadata readJpegMetadata(ByteView file);
+
+/// `written`, a JPEG file, with the metadata segments of `source`, another one, byte for byte and in their
+/// order, except what describes the coding or shows the picture before.
+Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker);
+
+/// `written`, a JPEG file, with metadata that comes from another format.
+Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
+                                      ThumbnailMaker& maker);
+
+/// The EXIF block that a JPEG file gets from `metadata`, but for its thumbnail.
+Bytes exifForJpeg(const PictureMetadata& metadata);
+
+} // namespace complexion

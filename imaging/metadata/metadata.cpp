@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/image_tools.h"
+
+#include "imaging/files.h"
+#include "imaging/metadata/carrying.h"
+#include "imaging/metadata/container.h"
+#include "imaging/metadata/creation_date.h"
+
+#include <iostream>
+
+namespace complexion {
+
+void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
+                                 const std::filesystem::path& croppedImagePath) {
+    const Result<Bytes> source = readFile(originalImagePath);
+    if (!source || !containerOf(*source))
+        return;
+    const Result<Bytes> written = readFile(croppedImagePath);
+    if (!written || !containerOf(*written))
+        return;
+    const CreationDate date = ImageCreationDate(originalImagePath);
+    const Result<FileContents> result = withMetadataOf(*source, *written);
+    if (!result || !writeFileAtomically(croppedImagePath, *result))
+        return;
+    if (!setCreationDate(croppedImagePath, date))
+        std::cout << "ERROR\n" << std::flush;
+}
+
+std::chrono::system_clock::time_point ImageTools::ImageCreationDate(const std::filesystem::path& path) {
+    return creationDate(path).value_or(std::chrono::system_clock::now());
+}
+
+Orientation ImageTools::CarriedOrientation(const std::filesystem::path& originalImagePath,
+                                           std::string_view format) {
+    const auto target = containerForExtension(format);
+    const Result<Bytes> source = readFile(originalImagePath);
+    return source && target ? carriedOrientation(*source, *target) : Orientation::TopLeft;
+}
+
+} // namespace complexion

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/png_chunks.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+#include <zlib.h>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::size_t kSignatureLength = 8;
+constexpr std::size_t kFrameLength = 12; // length, name and check sum around the data
+constexpr std::size_t kNameOffset = 4;
+constexpr std::size_t kDataOffset = 8;
+constexpr std::string_view kInternationalText = "iTXt";
+
+// Compressed texts are hostile beyond this.
+constexpr std::size_t kLongestText = std::size_t{64} << 20;
+
+std::uint32_t checkSum(ByteView bytes) {
+    return static_cast<std::uint32_t>(crc32_z(0, bytes.data(), bytes.size()));
+}
+
+/// The text of a zlib stream; nothing when it is damaged or too long.
+std::optional<std::string> inflated(ByteView compressed) {
+    z_stream stream = {};
+    if (inflateInit(&stream) != Z_OK)
+        return std::nullopt;
+    stream.next_in = const_cast<Bytef*>(compressed.data());
+    stream.avail_in = static_cast<uInt>(std::min<std::size_t>(compressed.size(), UINT32_MAX));
+    std::string text;
+    std::array<char, 16384> buffer;
+    int status = Z_OK;
+    while (status == Z_OK && text.size() <= kLongestText) {
+        stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
+        stream.avail_out = static_cast<uInt>(buffer.size());
+        status = inflate(&stream, Z_NO_FLUSH);
+        text.append(buffer.data(), buffer.size() - stream.avail_out);
+    }
+    inflateEnd(&stream);
+    return status == Z_STREAM_END ? std::optional(std::move(text)) : std::nullopt;
+}
+
+/// Takes what stands before the next zero, and the zero; nothing when there is none.
+std::optional<std::string_view> takenWord(std::string_view& rest) {
+    const std::size_t end = rest.find('\0');
+    if (end == std::string_view::npos)
+        return std::nullopt;
+    const std::string_view word = rest.substr(0, end);
+    rest.remove_prefix(end + 1);
+    return word;
+}
+
+std::optional<PngText> compressedText(std::string_view keyword, std::string_view stream, bool isUtf8) {
+    auto text = inflated(bytesOf(stream));
+    if (!text)
+        return std::nullopt;
+    return PngText{std::string(keyword), std::move(*text), isUtf8};
+}
+
+std::optional<PngText> internationalText(std::string_view keyword, std::string_view rest) {
+    if (rest.size() < 2)
+        return std::nullopt;
+    const bool isCompressed = rest[0] != 0;
+    rest.remove_prefix(2);
+    if (!takenWord(rest) || !takenWord(rest)) // language and translated keyword
+        return std::nullopt;
+    if (isCompressed)
+        return compressedText(keyword, rest, true);
+    return PngText{std::string(keyword), std::string(rest), true};
+}
+
+} // namespace
+
+std::vector<PngChunk> splitPng(ByteView file) {
+    std::vector<PngChunk> chunks;
+    std::uint64_t position = kSignatureLength;
+    while (position + kFrameLength <= file.size()) {
+        const std::uint64_t length = numberAt(file, position, 4, ByteOrder::BigEndian);
+        const ByteView whole = slice(file, position, length + kFrameLength);
+        if (whole.size() < length + kFrameLength)
+            break;
+        const PngChunk chunk{textOf(whole.subspan(kNameOffset, 4)), whole.subspan(kDataOffset, length),
+                             whole};
+        position += whole.size();
+        const bool isCritical = std::isupper(static_cast<unsigned char>(chunk.name[0])) != 0;
+        if (isCritical || numberAt(whole, kDataOffset + length, 4, ByteOrder::BigEndian) ==
+                              checkSum(whole.subspan(kNameOffset, length + 4)))
+            chunks.push_back(chunk);
+        if (chunk.name == "IEND")
+            break;
+    }
+    return chunks;
+}
+
+Bytes pngChunk(std::string_view name, ByteView data) {
+    Bytes chunk;
+    appendNumber(chunk, 4, ByteOrder::BigEndian, data.size());
+    append(chunk, bytesOf(name));
+    append(chunk, data);
+    appendNumber(chunk, 4, ByteOrder::BigEndian, checkSum(slice(chunk, kNameOffset)));
+    return chunk;
+}
+
+std::optional<PngText> pngText(const PngChunk& chunk) {
+    std::string_view rest = textOf(chunk.data);
+    const bool isPlain = chunk.name == "tEXt";
+    const bool isCompressed = chunk.name == "zTXt";
+    if (!isPlain && !isCompressed && chunk.name != kInternationalText)
+        return std::nullopt;
+    const auto keyword = takenWord(rest);
+    if (!keyword || keyword->empty())
+        return std::nullopt;
+    if (isPlain)
+        return PngText{std::string(*keyword), std::string(rest), false};
+    if (!isCompressed)
+        return internationalText(*keyword, rest);
+    return rest.empty() ? std::nullopt : compressedText(*keyword, rest.substr(1), false);
+}
+
+Bytes pngTextChunk(std::string_view keyword, std::string_view utf8) {
+    const bool isAscii = std::all_of(utf8.begin(), utf8.end(), [](char character) {
+        return static_cast<unsigned char>(character) < 0x80;
+    });
+    if (!isAscii)
+        return pngInternationalTextChunk(keyword, utf8);
+    Bytes data;
+    append(data, bytesOf(keyword));
+    data.push_back(0);
+    append(data, bytesOf(utf8));
+    return pngChunk("tEXt", data);
+}
+
+Bytes pngInternationalTextChunk(std::string_view keyword, std::string_view utf8) {
+    Bytes data;
+    append(data, bytesOf(keyword));
+    // The keyword's end; not compressed, by no method; no language; no translated keyword.
+    data.insert(data.end(), 5, 0);
+    append(data, bytesOf(utf8));
+    return pngChunk(kInternationalText, data);
+}
+
+Bytes bytesOfRawProfile(std::string_view text) {
+    // An empty line, the name, the length, then lines of figures.
+    for (int line = 0; line < 3; ++line) {
+        const std::size_t end = text.find('\n');
+        if (end == std::string_view::npos)
+            return {};
+        text.remove_prefix(end + 1);
+    }
+    Bytes profile;
+    int high = -1;
+    for (const char character : text) {
+        const auto figure = static_cast<unsigned char>(std::tolower(static_cast<unsigned char>(character)));
+        if (std::isxdigit(figure) == 0)
+            continue;
+        const int value = figure <= '9' ? figure - '0' : figure - 'a' + 10;
+        if (high < 0) {
+            high = value;
+        } else {
+            profile.push_back(static_cast<std::uint8_t>(high << 4 | value));
+            high = -1;
+        }
+    }
+    return profile;
+}
+
+Bytes pngRawProfileChunk(std::string_view kind, ByteView profile) {
+    constexpr std::string_view kFigures = "0123456789abcdef";
+    constexpr std::size_t kBytesPerLine = 36;
+    std::string length = std::to_string(profile.size());
+    length.insert(0, length.size() < 8 ? 8 - length.size() : 0, ' ');
+    std::string text = "\n" + std::string(kind) + "\n" + length;
+    for (std::size_t i = 0; i < profile.size(); ++i) {
+        if (i % kBytesPerLine == 0)
+            text += '\n';
+        text += kFigures[profile[i] >> 4];
+        text += kFigures[profile[i] & 15];
+    }
+    text += '\n';
+    return pngTextChunk("Raw profile type " + std::string(kind), text);
+}
+
+} // namespace complexion

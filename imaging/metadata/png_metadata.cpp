@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/png_metadata.h"
+
+#include "imaging/metadata/exif_thumbnail.h"
+#include "imaging/metadata/photoshop_resources.h"
+#include "imaging/metadata/png_chunks.h"
+#include "imaging/metadata/text_encoding.h"
+#include "imaging/metadata/tiff_structure.h"
+#include "imaging/metadata/xmp_packet.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+constexpr std::string_view kExifChunk = "eXIf";
+constexpr std::string_view kDensityChunk = "pHYs";
+constexpr std::string_view kXmpKeyword = "XML:com.adobe.xmp";
+constexpr std::string_view kRawProfile = "Raw profile type ";
+// What JPEG puts before an EXIF block and an XMP packet, and some software takes along.
+constexpr std::string_view kExifStart = "Exif\0\0"sv;
+constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
+
+constexpr double kCentimetresPerMetre = 100;
+constexpr double kCentimetresPerInch = 2.54;
+
+// An EXIF block may grow to this when its thumbnail does.
+constexpr std::size_t kRoomForThumbnail = 65536;
+
+/// Whether a chunk speaks of the picture and not of how its pixels are coded. Of the kinds that are not known
+/// the name tells: a lower-case last letter says that it may be copied to other pixels (PNG specification,
+/// "Safe-to-copy bit").
+bool isMetadata(std::string_view name) {
+    constexpr std::array kCarried = {"tIME"sv, "oFFs"sv, "pCAL"sv, "sCAL"sv};
+    // Range and light level of high-range pixels, by their former names.
+    constexpr std::array kLeft = {"cLLi"sv, "mDCv"sv};
+    const auto contains = [name](const auto& names) {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    const auto isLower = [name](std::size_t letter) { return name[letter] >= 'a' && name[letter] <= 'z'; };
+    return isLower(0) && (contains(kCarried) || (isLower(3) && !contains(kLeft)));
+}
+
+ByteView withoutStart(ByteView bytes, std::string_view start) {
+    return startsWith(bytes, start) ? bytes.subspan(start.size()) : bytes;
+}
+
+/// A profile that a text chunk holds.
+struct RawProfile {
+    std::string_view kind;
+    Bytes bytes;
+};
+
+std::optional<RawProfile> rawProfile(const PngText& text) {
+    if (!text.keyword.starts_with(kRawProfile))
+        return std::nullopt;
+    return RawProfile{std::string_view(text.keyword).substr(kRawProfile.size()),
+                      bytesOfRawProfile(text.text)};
+}
+
+bool isExifProfile(const RawProfile& profile) {
+    return profile.kind == "exif" || (profile.kind == "APP1" && startsWith(profile.bytes, kExifStart));
+}
+
+bool isXmpProfile(const RawProfile& profile) {
+    return profile.kind == "xmp" || (profile.kind == "APP1" && startsWith(profile.bytes, kXmpStart));
+}
+
+bool isPhotoshopProfile(const RawProfile& profile) {
+    return profile.kind == "8bim" || profile.kind == "iptc";
+}
+
+/// The EXIF block of the file: its own chunk, else the first profile in a text chunk.
+Bytes exifOf(const std::vector<PngChunk>& chunks) {
+    for (const PngChunk& chunk : chunks)
+        if (chunk.name == kExifChunk) {
+            const ByteView exif = withoutStart(chunk.data, kExifStart);
+            if (readTiffHeader(exif))
+                return {exif.begin(), exif.end()};
+        }
+    for (const PngChunk& chunk : chunks)
+        if (const auto text = pngText(chunk))
+            if (const auto profile = rawProfile(*text); profile && isExifProfile(*profile)) {
+                const ByteView exif = withoutStart(profile->bytes, kExifStart);
+                if (readTiffHeader(exif))
+                    return {exif.begin(), exif.end()};
+            }
+    return {};
+}
+
+Bytes exifChunk(Bytes exif, ThumbnailMaker& maker) {
+    if (exif.empty())
+        return {};
+    renewThumbnail(exif, maker, exif.size() + kRoomForThumbnail);
+    return pngChunk(kExifChunk, exif);
+}
+
+Bytes carriedProfile(const PngChunk& chunk, const RawProfile& profile) {
+    // The EXIF block goes into a chunk of its own; a colour profile of the pixels before goes nowhere.
+    if (isExifProfile(profile) || profile.kind == "icc" || profile.kind == "icm")
+        return {};
+    Bytes carried = profile.bytes;
+    if (isPhotoshopProfile(profile))
+        carried = startsWith(carried, "8BIM") ? resourcesToCarry(carried) : iptcToCarry(carried);
+    else if (isXmpProfile(profile))
+        carried = xmpToCarry(carried);
+    if (carried == profile.bytes)
+        return {chunk.whole.begin(), chunk.whole.end()};
+    return pngRawProfileChunk(profile.kind, carried);
+}
+
+/// The bytes with which a metadata chunk goes into the new file.
+Bytes carriedChunk(const PngChunk& chunk) {
+    if (const auto text = pngText(chunk)) {
+        if (const auto profile = rawProfile(*text))
+            return carriedProfile(chunk, *profile);
+        if (text->keyword == kXmpKeyword) {
+            const Bytes xmp = xmpToCarry(bytesOf(text->text));
+            if (textOf(xmp) != text->text)
+                return pngInternationalTextChunk(kXmpKeyword, textOf(xmp));
+        }
+    }
+    return {chunk.whole.begin(), chunk.whole.end()};
+}
+
+/// `written` with `metadata` before its pixels, instead of what it has of the kind.
+Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDensity) {
+    constexpr std::size_t kSignatureLength = 8;
+    const ByteView signature = slice(written, 0, kSignatureLength);
+    Bytes file(signature.begin(), signature.end());
+    file.reserve(written.size() + metadata.size());
+    bool isInserted = false;
+    bool isWhole = false;
+    for (const PngChunk& chunk : splitPng(written)) {
+        if (chunk.name == "IDAT" && !isInserted) {
+            append(file, metadata);
+            isInserted = true;
+        }
+        if (!isMetadata(chunk.name) || (chunk.name == kDensityChunk && !hasDensity))
+            append(file, chunk.whole);
+        isWhole = chunk.name == "IEND";
+    }
+    if (!isInserted || !isWhole)
+        return Error{"the PNG file to give metadata to is damaged"};
+    FileContents contents;
+    contents.append(std::move(file));
+    return contents;
+}
+
+std::optional<Resolution> resolutionOf(const PngChunk& density) {
+    const auto number = [&density](std::size_t offset, std::size_t length) {
+        return numberAt(density.data, offset, length, ByteOrder::BigEndian);
+    };
+    const auto across = static_cast<double>(number(0, 4));
+    const auto down = static_cast<double>(number(4, 4));
+    if (across <= 0 || down <= 0)
+        return std::nullopt;
+    if (number(8, 1) != 1)
+        return Resolution{across, down, Resolution::Unit::None};
+    return Resolution{across / kCentimetresPerMetre, down / kCentimetresPerMetre,
+                      Resolution::Unit::Centimetre};
+}
+
+Bytes densityChunk(const Resolution& resolution) {
+    const double perMetre = resolution.unit == Resolution::Unit::None ? 1
+                            : resolution.unit == Resolution::Unit::Inch
+                                ? kCentimetresPerMetre / kCentimetresPerInch
+                                : kCentimetresPerMetre;
+    Bytes data;
+    for (const double value : {resolution.across, resolution.down})
+        appendNumber(data, 4, ByteOrder::BigEndian,
+                     static_cast<std::uint64_t>(
+                         std::clamp(std::round(value * perMetre), 1.0, static_cast<double>(INT32_MAX))));
+    data.push_back(resolution.unit == Resolution::Unit::None ? 0 : 1);
+    return pngChunk(kDensityChunk, data);
+}
+
+void readProfile(const RawProfile& profile, PictureMetadata& metadata) {
+    if (isXmpProfile(profile) && metadata.xmp.empty()) {
+        const ByteView xmp = withoutStart(profile.bytes, kXmpStart);
+        metadata.xmp.assign(xmp.begin(), xmp.end());
+    } else if (isPhotoshopProfile(profile) && startsWith(profile.bytes, "8BIM")) {
+        append(metadata.iptc, iptcOfResources(profile.bytes));
+        append(metadata.photoshop, resourcesWithoutIptc(profile.bytes));
+    } else if (profile.kind == "iptc") {
+        append(metadata.iptc, profile.bytes);
+    }
+}
+
+} // namespace
+
+PictureMetadata readPngMetadata(ByteView file) {
+    PictureMetadata metadata;
+    const std::vector<PngChunk> chunks = splitPng(file);
+    metadata.exif = exifOf(chunks);
+    for (const PngChunk& chunk : chunks) {
+        if (chunk.name == kDensityChunk)
+            metadata.resolution = resolutionOf(chunk);
+        const auto text = pngText(chunk);
+        if (!text)
+            continue;
+        if (const auto profile = rawProfile(*text))
+            readProfile(*profile, metadata);
+        else if (text->keyword == kXmpKeyword)
+            metadata.xmp.assign(text->text.begin(), text->text.end());
+        else
+            metadata.notes.push_back(
+                {utf8FromLatin1(text->keyword), text->isUtf8 ? text->text : utf8FromLatin1(text->text)});
+    }
+    return metadata;
+}
+
+Bytes exifForPng(const PictureMetadata& metadata) {
+    return readTiffHeader(metadata.exif) ? metadata.exif : Bytes();
+}
+
+Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
+    const std::vector<PngChunk> chunks = splitPng(source);
+    Bytes metadata = exifChunk(exifOf(chunks), maker);
+    bool hasDensity = false;
+    for (const PngChunk& chunk : chunks) {
+        if (!isMetadata(chunk.name) || chunk.name == kExifChunk)
+            continue;
+        hasDensity = hasDensity || chunk.name == kDensityChunk;
+        append(metadata, carriedChunk(chunk));
+    }
+    return withChunks(written, metadata, hasDensity);
+}
+
+Result<FileContents> withPngMetadata(const PictureMetadata& source, ByteView written, ThumbnailMaker& maker) {
+    Bytes metadata = exifChunk(exifForPng(source), maker);
+    if (source.resolution)
+        append(metadata, densityChunk(*source.resolution));
+    if (!source.xmp.empty())
+        append(metadata, pngInternationalTextChunk(kXmpKeyword, textOf(xmpToCarry(source.xmp))));
+    if (const Bytes resources = resourcesToCarry(resourcesWithIptc(source.photoshop, source.iptc));
+        !resources.empty())
+        append(metadata, pngRawProfileChunk("iptc", resources));
+    for (const TextNote& note : source.notes)
+        append(metadata, pngTextChunk(note.keyword, note.text));
+    return withChunks(written, metadata, source.resolution.has_value());
+}
+
+} // namespace complexion

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/metadata/picture_metadata.h"
+#include "imaging/metadata/thumbnail_maker.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The metadata of a PNG file.
+PictureMetadata readPngMetadata(ByteView file);
+
+/// `written`, a PNG file, with the metadata chunks of `source`, another one, byte for byte and in their
+/// order, before its first IDAT chunk.
+Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker);
+
+/// `written`, a PNG file, with metadata that comes from another format.
+Result<FileContents> withPngMetadata(const PictureMetadata& metadata, ByteView written,
+                                     ThumbnailMaker& maker);
+
+/// The EXIF block that a PNG file gets from `metadata`, but for its thumbnail.
+Bytes exifForPng(const PictureMetadata& metadata);
+
+} // namespace complexion

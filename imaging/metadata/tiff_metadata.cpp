@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/tiff_metadata.h"
+
+#include "imaging/metadata/exif_block.h"
+#include "imaging/metadata/photoshop_resources.h"
+#include "imaging/metadata/tiff_structure.h"
+#include "imaging/metadata/xmp_packet.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+// TIFF's numbers for the units of resolution; Resolution counts from 0.
+constexpr std::uint64_t kUnitNone = 1;
+constexpr std::uint64_t kUnitInch = 2;
+
+constexpr std::array<std::pair<std::string_view, unsigned>, 5> kNoteTags = {{
+    {"Description", tag::kImageDescription},
+    {kCommentKeyword, tag::kImageDescription},
+    {"Author", tag::kArtist},
+    {"Copyright", tag::kCopyright},
+    {"Software", tag::kSoftware},
+}};
+
+void remove(TiffDirectory& directory, unsigned unwanted) {
+    std::erase_if(directory.entries, [unwanted](const TiffEntry& entry) { return entry.tag == unwanted; });
+}
+
+/// Takes the entry's value out of the directory.
+Bytes taken(TiffDirectory& directory, unsigned wanted) {
+    const TiffEntry* entry = directory.find(wanted);
+    Bytes value = entry ? entry->value : Bytes();
+    remove(directory, wanted);
+    return value;
+}
+
+void replaceValue(TiffDirectory& directory, unsigned wanted, Bytes (*carried)(ByteView)) {
+    for (TiffEntry& entry : directory.entries) {
+        if (entry.tag != wanted)
+            continue;
+        Bytes value = carried(entry.value);
+        if (value != entry.value)
+            entry = entryOfBytes(wanted, type::kByte, value);
+    }
+}
+
+double rationalOf(const TiffEntry* entry, ByteOrder order) {
+    if (!entry || entry->type != type::kRational)
+        return 0;
+    const auto denominator = static_cast<double>(numberAt(entry->value, 4, 4, order));
+    return denominator > 0 ? static_cast<double>(numberAt(entry->value, 0, 4, order)) / denominator : 0;
+}
+
+std::optional<Resolution> resolutionOf(const CarriedTags& tags) {
+    Resolution resolution;
+    resolution.across = rationalOf(tags.directory.find(tag::kXResolution), tags.order);
+    resolution.down = rationalOf(tags.directory.find(tag::kYResolution), tags.order);
+    if (resolution.across <= 0 || resolution.down <= 0)
+        return std::nullopt;
+    const TiffEntry* entry = tags.directory.find(tag::kResolutionUnit);
+    const std::uint64_t unit = entry ? firstNumber(*entry, tags.order) : kUnitInch;
+    if (unit < kUnitNone || unit > kUnitNone + 2)
+        return std::nullopt;
+    resolution.unit = static_cast<Resolution::Unit>(unit - kUnitNone);
+    return resolution;
+}
+
+TiffEntry rationalEntry(unsigned tag, double value, ByteOrder order) {
+    // Four decimals are finer than any density's meaning and leave room for 400,000 to the inch.
+    constexpr std::uint64_t kDenominator = 10'000;
+    const double whole = std::clamp(std::round(value), 0.0, static_cast<double>(UINT32_MAX));
+    TiffEntry entry;
+    entry.tag = tag;
+    entry.type = type::kRational;
+    entry.count = 1;
+    const bool isWhole = whole == value || value * kDenominator > UINT32_MAX;
+    appendNumber(entry.value, 4, order,
+                 static_cast<std::uint64_t>(isWhole ? whole : std::round(value * kDenominator)));
+    appendNumber(entry.value, 4, order, isWhole ? 1 : kDenominator);
+    return entry;
+}
+
+/// The entry with its numbers in the other byte order.
+TiffEntry turned(TiffEntry entry) {
+    const bool isRational = entry.type == type::kRational || entry.type == type::kSignedRational;
+    const std::size_t unit = isRational ? 4 : tiffTypeLength(entry.type);
+    for (std::size_t i = 0; i + unit <= entry.value.size(); i += unit)
+        std::reverse(entry.value.begin() + static_cast<std::ptrdiff_t>(i),
+                     entry.value.begin() + static_cast<std::ptrdiff_t>(i + unit));
+    return entry;
+}
+
+/// Whether samples of several bytes, whose order is the file's, are among the pixels.
+bool hasWideSamples(const TiffDirectory& directory, ByteOrder order) {
+    const TiffEntry* bits = directory.find(tag::kBitsPerSample);
+    const std::vector<std::uint64_t> numbers = bits ? allNumbers(*bits, order) : std::vector<std::uint64_t>();
+    return std::any_of(numbers.begin(), numbers.end(), [](std::uint64_t count) { return count > 8; });
+}
+
+/// Puts the strips (or tiles) into `layout` and their new places into `directory`; false when they are
+/// damaged.
+bool placeStrips(TiffLayout& layout, TiffDirectory& directory, ByteView written, const TiffHeader& header,
+                 unsigned offsetTag, unsigned lengthTag) {
+    const auto offsets = std::find_if(directory.entries.begin(), directory.entries.end(),
+                                      [offsetTag](const TiffEntry& entry) { return entry.tag == offsetTag; });
+    const TiffEntry* lengths = directory.find(lengthTag);
+    if (offsets == directory.entries.end() || !lengths)
+        return false;
+    const std::vector<std::uint64_t> begins = allNumbers(*offsets, header.order);
+    const std::vector<std::uint64_t> counts = allNumbers(*lengths, header.order);
+    if (begins.empty() || begins.size() != counts.size())
+        return false;
+    std::vector<std::uint64_t> places;
+    std::uint64_t total = 0;
+    for (std::size_t i = 0; i < begins.size(); ++i) {
+        const ByteView strip = slice(written, begins[i], counts[i]);
+        total += strip.size();
+        if (strip.size() < counts[i] || total > written.size())
+            return false;
+        places.push_back(layout.place(strip));
+    }
+    *offsets = entryOfNumbers(offsetTag, header.isBig ? type::kLong8 : type::kLong, places, header.order);
+    return true;
+}
+
+/// What `written` says of its coding, and what `tags` say of the picture.
+TiffDirectory merged(const TiffDirectory& written, const TiffDirectory& tags) {
+    TiffDirectory result = tags;
+    const bool hasResolution = tags.find(tag::kXResolution) || tags.find(tag::kYResolution);
+    for (const TiffEntry& entry : written.entries) {
+        const bool isResolution = entry.tag == tag::kXResolution || entry.tag == tag::kYResolution ||
+                                  entry.tag == tag::kResolutionUnit;
+        if (!(isResolution && hasResolution) && !tags.find(entry.tag))
+            result.entries.push_back(entry);
+    }
+    return result;
+}
+
+Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
+    const auto header = readTiffHeader(written);
+    if (!header)
+        return Error{"not a TIFF file"};
+    TiffDirectory directory = readTiffDirectory(written, *header, header->firstDirectory);
+    if (tags.order != header->order && hasWideSamples(directory, header->order))
+        return Error{"the samples' byte order is not the metadata's"};
+
+    // The source's byte order: only that way its maker note and its private values keep their meaning.
+    TiffLayout layout(tags.order, header->isBig);
+    if (const TiffEntry* note = makerNoteOf(tags.directory);
+        note && note->valueOffset <= written.size() && note->value.size() > header->offsetLength())
+        layout.placeAt(note->valueOffset, note->value);
+    const bool hasStrips =
+        placeStrips(layout, directory, written, *header, tag::kStripOffsets, tag::kStripByteCounts) ||
+        placeStrips(layout, directory, written, *header, tag::kTileOffsets, tag::kTileByteCounts);
+    if (!hasStrips)
+        return Error{"the TIFF file to give metadata to is damaged"};
+    if (tags.order != header->order)
+        std::transform(directory.entries.begin(), directory.entries.end(), directory.entries.begin(), turned);
+    const TiffDirectory all =
+        merged(directory, header->isBig ? tags.directory : withoutBigValues(tags.directory));
+    FileContents contents;
+    contents.append(layout.finish(layout.placeDirectory(all)));
+    return contents;
+}
+
+void addResolution(CarriedTags& tags, const Resolution& resolution) {
+    for (const unsigned old : {tag::kXResolution, tag::kYResolution, tag::kResolutionUnit})
+        remove(tags.directory, old);
+    std::vector<TiffEntry>& entries = tags.directory.entries;
+    entries.push_back(rationalEntry(tag::kXResolution, resolution.across, tags.order));
+    entries.push_back(rationalEntry(tag::kYResolution, resolution.down, tags.order));
+    const std::uint64_t unit = static_cast<std::uint64_t>(resolution.unit) + kUnitNone;
+    entries.push_back(entryOfNumbers(tag::kResolutionUnit, type::kShort, {unit}, tags.order));
+}
+
+/// Texts go where TIFF has a tag of that meaning which is still free.
+void addNotes(CarriedTags& tags, const std::vector<TextNote>& notes) {
+    for (const auto& [keyword, noteTag] : kNoteTags)
+        for (const TextNote& note : notes)
+            if (note.keyword == keyword && !tags.directory.find(noteTag)) {
+                Bytes text(note.text.begin(), note.text.end());
+                text.push_back(0);
+                tags.directory.entries.push_back(entryOfBytes(noteTag, type::kAscii, text));
+            }
+}
+
+} // namespace
+
+PictureMetadata readTiffMetadata(ByteView file) {
+    PictureMetadata metadata;
+    CarriedTags tags = carriedTags(file);
+    metadata.resolution = resolutionOf(tags);
+    metadata.xmp = taken(tags.directory, tag::kXmp);
+    const Bytes resources = taken(tags.directory, tag::kPhotoshop);
+    metadata.photoshop = resourcesWithoutIptc(resources);
+    metadata.iptc = taken(tags.directory, tag::kIptc);
+    if (metadata.iptc.empty())
+        metadata.iptc = iptcOfResources(resources);
+    metadata.exif = exifBlock(tags);
+    return metadata;
+}
+
+Bytes exifForTiff(const PictureMetadata& metadata) {
+    return exifBlock(carriedTags(metadata.exif));
+}
+
+Result<FileContents> withTiffTagsOf(ByteView source, ByteView written) {
+    CarriedTags tags = carriedTags(source);
+    replaceValue(tags.directory, tag::kXmp, xmpToCarry);
+    replaceValue(tags.directory, tag::kPhotoshop, resourcesToCarry);
+    replaceValue(tags.directory, tag::kIptc, iptcToCarry);
+    return withTags(tags, written);
+}
+
+Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView written) {
+    CarriedTags tags = carriedTags(metadata.exif);
+    if (metadata.exif.empty())
+        if (const auto header = readTiffHeader(written))
+            tags.order = header->order;
+    const auto add = [&tags](unsigned number, unsigned valueType, const Bytes& value) {
+        remove(tags.directory, number);
+        if (!value.empty())
+            tags.directory.entries.push_back(entryOfBytes(number, valueType, value));
+    };
+    add(tag::kXmp, type::kByte, xmpToCarry(metadata.xmp));
+    add(tag::kIptc, type::kByte, iptcToCarry(metadata.iptc));
+    add(tag::kPhotoshop, type::kByte, resourcesToCarry(metadata.photoshop));
+    if (metadata.resolution)
+        addResolution(tags, *metadata.resolution);
+    addNotes(tags, metadata.notes);
+    return withTags(tags, written);
+}
+
+} // namespace complexion

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/metadata/picture_metadata.h"
+#include "imaging/result.h"
+
+namespace complexion {
+
+/// The metadata of a TIFF file's first picture.
+PictureMetadata readTiffMetadata(ByteView file);
+
+/// `written`, a TIFF file of one picture, with the tags of the first picture of `source`, another one, that
+/// do not speak of the coding. The strips keep their bytes, not their places.
+Result<FileContents> withTiffTagsOf(ByteView source, ByteView written);
+
+/// `written`, a TIFF file of one picture, with metadata that comes from another format.
+Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView written);
+
+/// The tags that a TIFF file gets from the EXIF block of `metadata`, as such a block.
+Bytes exifForTiff(const PictureMetadata& metadata);
+
+} // namespace complexion

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/xmp_packet.h"
+
+#include "imaging/metadata/byte_order.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace complexion {
+
+namespace {
+
+// XMP Specification Part 1 and 2; "xap" is the prefix that older software gives the same names.
+constexpr std::array<std::string_view, 2> kThumbnailElements = {"xmp:Thumbnails", "xap:Thumbnails"};
+constexpr std::string_view kOrientationName = "tiff:Orientation";
+constexpr std::string_view kExtensionName = "xmpNote:HasExtendedXMP";
+
+Bytes bytesOfText(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+/// Overwrites every element of that name with blanks.
+void blankElements(std::string& xml, std::string_view name) {
+    const std::string open = "<" + std::string(name);
+    const std::string close = "</" + std::string(name) + ">";
+    for (std::size_t start = 0; (start = xml.find(open, start)) != std::string::npos;) {
+        std::size_t end = xml.find(close, start);
+        if (end != std::string::npos)
+            end += close.size();
+        else if ((end = xml.find("/>", start)) != std::string::npos)
+            end += 2;
+        else
+            return;
+        std::fill(xml.begin() + static_cast<std::ptrdiff_t>(start),
+                  xml.begin() + static_cast<std::ptrdiff_t>(end), ' ');
+        start = end;
+    }
+}
+
+/// Where the value of the attribute or the element `name` begins, from `from` on.
+std::size_t findValue(const std::string& xml, std::string_view name, std::size_t from) {
+    for (std::size_t at = from; (at = xml.find(name, at)) != std::string::npos; at += name.size()) {
+        std::size_t value = at + name.size();
+        if (value < xml.size() && xml[value] == '>' && at > 0 && xml[at - 1] == '<')
+            return value + 1;
+        while (value < xml.size() && (xml[value] == ' ' || xml[value] == '='))
+            ++value;
+        if (value < xml.size() && (xml[value] == '"' || xml[value] == '\''))
+            return value + 1;
+    }
+    return std::string::npos;
+}
+
+} // namespace
+
+Bytes xmpToCarry(ByteView packet) {
+    std::string xml(textOf(packet));
+    for (const std::string_view element : kThumbnailElements)
+        blankElements(xml, element);
+    return bytesOfText(xml);
+}
+
+Bytes xmpUpright(ByteView packet) {
+    std::string xml(textOf(packet));
+    for (std::size_t at = 0; (at = findValue(xml, kOrientationName, at)) != std::string::npos; ++at)
+        if (at < xml.size() && xml[at] >= '1' && xml[at] <= '8')
+            xml[at] = '1';
+    return bytesOfText(xml);
+}
+
+Bytes xmpWithoutExtension(ByteView packet) {
+    std::string xml(textOf(packet));
+    const std::size_t at = xml.find(kExtensionName);
+    if (at != std::string::npos) {
+        const bool isElement = at > 0 && xml[at - 1] == '<';
+        if (isElement) {
+            blankElements(xml, kExtensionName);
+        } else if (const std::size_t value = findValue(xml, kExtensionName, at); value != std::string::npos) {
+            const std::size_t end = xml.find(xml[value - 1], value);
+            if (end != std::string::npos)
+                xml.replace(at, end + 1 - at, end + 1 - at, ' ');
+        }
+    }
+    return bytesOfText(xml);
+}
+
+} // namespace complexion

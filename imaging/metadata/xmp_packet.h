@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+
+namespace complexion {
+
+/// An XMP packet without the thumbnails in it, which show the picture before: they become blanks, so that the
+/// packet keeps its length.
+Bytes xmpToCarry(ByteView packet);
+
+/// A packet whose tiff:Orientation, if it has one, says upright: for files that hold no other orientation.
+Bytes xmpUpright(ByteView packet);
+
+/// A packet that does not say that more of it stands elsewhere (JPEG's extended XMP).
+Bytes xmpWithoutExtension(ByteView packet);
+
+} // namespace complexion

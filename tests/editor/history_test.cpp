@@ -1,0 +1,388 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/editor/editor_fixture.h"
+
+#include <cmath>
+#include <limits>
+
+namespace complexion {
+
+namespace {
+
+class EditHistory : public EditorTest {
+protected:
+    /// A photo is open whose states are small and quickly written.
+    void openSmallPhoto(const std::string& name = "small.png") {
+        openThroughPanel(makePhoto(name, filled({4, 3}, kSkin)));
+    }
+
+    /// Records `count` changes, each another grey.
+    void change(int count) {
+        for (int i = 0; i < count; ++i) {
+            controller->setOriginalImage(filled({4, 3}, grey(++m_level % 256)));
+            controller->PushStateImage();
+        }
+    }
+
+    std::size_t count() const { return controller->stateImagesPath.size(); }
+
+    /// Every file of the folder is listed, and every listed file is there.
+    void expectFilesAreTheListed() const {
+        std::vector<std::string> listed;
+        for (const auto& path : controller->stateImagesPath) {
+            EXPECT_EQ(path.parent_path(), platform.states());
+            listed.push_back(path.filename());
+        }
+        EXPECT_THAT(stateFiles(), testing::UnorderedElementsAreArray(listed));
+    }
+
+private:
+    int m_level = 0;
+};
+
+class NewController : public EditHistory {
+protected:
+    void SetUp() override {}
+};
+
+TEST_F(NewController, HasNoHistoryAndNoPhoto) {
+    EXPECT_TRUE(controller->stateImagesPath.empty());
+    EXPECT_EQ(controller->numberOfStates, 50);
+    EXPECT_EQ(controller->currenState, -1);
+    EXPECT_EQ(controller->originalImage().size(), (PointSize{0, 0}));
+    EXPECT_EQ(controller->originalImageName, "");
+    EXPECT_EQ(controller->originalImagePath, "");
+    EXPECT_EQ(controller->originalImageExtension, "");
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_FALSE(controller->hasImage());
+    EXPECT_FALSE(controller->canUndo());
+    EXPECT_FALSE(controller->canRedo());
+}
+
+TEST_F(NewController, HasNoOutletsOfItsOwn) {
+    const ViewController bare(root.get(), dialogs, platform, queues);
+    EXPECT_EQ(bare.view, root.get());
+    EXPECT_TRUE(bare.imageView.isNull());
+    EXPECT_TRUE(bare.boxHint.isNull());
+    EXPECT_TRUE(bare.boxEditSettings.isNull());
+    EXPECT_TRUE(bare.comboEffect.isNull());
+    EXPECT_TRUE(bare.stepperEditAreaSize.isNull());
+}
+
+TEST_F(EditHistory, StateImagesAreNamedByTheMillisecondAndTheExtensionInLowerCase) {
+    platform.wallClock = 1479282091.234;
+    openSmallPhoto("Portrait.PNG");
+    EXPECT_EQ(controller->originalImageExtension, "PNG");
+    ASSERT_EQ(count(), 1U);
+    EXPECT_EQ(controller->stateImagesPath[0], platform.states() / "stateImage1479282091234.png");
+    EXPECT_TRUE(contentsOf(controller->stateImagesPath[0]).starts_with("\x89PNG"));
+}
+
+TEST_F(EditHistory, AStateImagesMillisecondsAreTruncated) {
+    platform.wallClock = 1479282091.2349;
+    controller->originalImageExtension = "jpg";
+    EXPECT_EQ(controller->MakeStateImagePath().filename(), "stateImage1479282091234.jpg");
+    platform.wallClock = -0.0019;
+    EXPECT_EQ(controller->MakeStateImagePath().filename(), "stateImage-1.jpg");
+}
+
+TEST_F(EditHistory, WithoutAnExtensionAStateImagesNameEndsInABareDot) {
+    platform.wallClock = 12;
+    EXPECT_EQ(controller->MakeStateImagePath().filename(), "stateImage12000.");
+}
+
+TEST_F(EditHistory, ATimeOutsideTheIntegersIsFatal) {
+    platform.wallClock = 1e300;
+    EXPECT_DEATH(controller->MakeStateImagePath(), "");
+    platform.wallClock = -1e300;
+    EXPECT_DEATH(controller->MakeStateImagePath(), "");
+    platform.wallClock = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_DEATH(controller->MakeStateImagePath(), "");
+}
+
+TEST_F(EditHistory, ALoadedPhotoIsStateZero) {
+    openSmallPhoto();
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 0);
+    expectFilesAreTheListed();
+    EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
+}
+
+TEST_F(EditHistory, EveryStateFileHoldsThePictureAsItStoodThen) {
+    openSmallPhoto();
+    change(3);
+    EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.at(0)), filled({4, 3}, kSkin)));
+    EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.at(1)), filled({4, 3}, grey(1))));
+    EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.at(2)), filled({4, 3}, grey(2))));
+    EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.at(3)), filled({4, 3}, grey(3))));
+}
+
+TEST_F(EditHistory, GrowsToOneStateMoreThanItsBoundAndThenForgetsTheOldest) {
+    openSmallPhoto();
+    change(49);
+    EXPECT_EQ(count(), 50U);
+    EXPECT_EQ(controller->currenState, 49);
+    change(1);
+    EXPECT_EQ(count(), 51U);
+    EXPECT_EQ(controller->currenState, 50);
+    expectFilesAreTheListed();
+
+    for (int more = 0; more < 3; ++more) {
+        const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+        change(1);
+        EXPECT_EQ(count(), 51U);
+        EXPECT_EQ(controller->currenState, 50);
+        EXPECT_FALSE(std::filesystem::exists(before.front()));
+        EXPECT_TRUE(std::equal(before.begin() + 1, before.end(), controller->stateImagesPath.begin()));
+        expectFilesAreTheListed();
+        EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
+    }
+}
+
+TEST_F(EditHistory, TheBoundIsComparedWithTheCurrentStateNotWithTheLength) {
+    controller->numberOfStates = 3;
+    openSmallPhoto();
+    change(5);
+    EXPECT_EQ(count(), 4U);
+    EXPECT_EQ(controller->currenState, 3);
+    controller->OnUndo(nullptr);
+    change(1);
+    EXPECT_EQ(count(), 4U);
+    EXPECT_EQ(controller->currenState, 3);
+    change(1);
+    EXPECT_EQ(count(), 4U);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, PushAfterUndoForgetsRedoLastStateFirst) {
+    openSmallPhoto();
+    change(5);
+    controller->currenState = 2;
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    FolderWatch watch(platform.states());
+
+    change(1);
+
+    EXPECT_EQ(count(), 4U);
+    EXPECT_EQ(controller->currenState, 3);
+    EXPECT_THAT(watch.events(),
+                testing::ElementsAre("-" + before[5].filename().string(), "-" + before[4].filename().string(),
+                                     "-" + before[3].filename().string(),
+                                     "+" + currentPath().filename().string()));
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AFullHistoryForgetsItsOldestStateOnlyAfterTheNewOneIsWritten) {
+    controller->numberOfStates = 2;
+    openSmallPhoto();
+    change(2);
+    const std::string oldest = controller->stateImagesPath.front().filename();
+    FolderWatch watch(platform.states());
+    change(1);
+    EXPECT_THAT(watch.events(), testing::ElementsAre("+" + currentPath().filename().string(), "-" + oldest));
+}
+
+TEST_F(EditHistory, AnotherPhotosFilesGoBeforeItsFirstStateIsWritten) {
+    openSmallPhoto("first.png");
+    change(2);
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    FolderWatch watch(platform.states());
+
+    openSmallPhoto("second.png");
+
+    EXPECT_EQ(count(), 1U);
+    EXPECT_THAT(watch.events(),
+                testing::ElementsAre("-" + before[0].filename().string(), "-" + before[1].filename().string(),
+                                     "-" + before[2].filename().string(),
+                                     "+" + currentPath().filename().string()));
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AStateThatCannotBeWrittenIsLeftOutButTheLaterStatesAreGone) {
+    openSmallPhoto();
+    change(4);
+    controller->currenState = 2;
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    platform.loseTemporaryDirectory();
+    controller->imageProcessing = true;
+
+    change(1);
+
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_EQ(controller->currenState, 2);
+    EXPECT_THAT(controller->stateImagesPath, testing::ElementsAre(before[0], before[1], before[2]));
+    expectFilesAreTheListed();
+    EXPECT_FALSE(controller->canRedo());
+}
+
+TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
+    controller->numberOfStates = 3;
+    openSmallPhoto();
+    change(3);
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    platform.loseTemporaryDirectory();
+    controller->imageProcessing = true;
+
+    change(1);
+
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_EQ(controller->currenState, 3);
+    EXPECT_EQ(controller->stateImagesPath, before);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
+    openThroughPanel(makePhoto());
+    platform.loseTemporaryDirectory();
+    retouch(0);
+    EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
+    EXPECT_TRUE(shown().isSameObject(controller->originalImage()));
+    EXPECT_FALSE(controller->imageProcessing);
+}
+
+TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexAsItWas) {
+    platform.loseTemporaryDirectory();
+    openSmallPhoto();
+    EXPECT_EQ(count(), 0U);
+    EXPECT_EQ(controller->currenState, -1);
+    EXPECT_TRUE(controller->hasImage());
+
+    platform.findTemporaryDirectory();
+    change(1);
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 0);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
+    openSmallPhoto("first.png");
+    change(3);
+    platform.loseTemporaryDirectory();
+    openSmallPhoto("second.png");
+    EXPECT_EQ(count(), 0U);
+    EXPECT_EQ(controller->currenState, 3); // outside the list
+
+    expectUntouchedBy([this] {
+        controller->OnUndo(nullptr);
+        controller->OnRedo(nullptr);
+    });
+    EXPECT_FALSE(controller->canUndo());
+    EXPECT_FALSE(controller->canRedo());
+
+    platform.findTemporaryDirectory();
+    change(1);
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 4);
+    expectUntouchedBy([this] {
+        controller->OnUndo(nullptr);
+        controller->OnRedo(nullptr);
+    });
+}
+
+TEST_F(EditHistory, AFullHistoryWithoutAnEntryIsFatal) {
+    openSmallPhoto();
+    controller->RemoveStateImages();
+    controller->stateImagesPath.clear();
+    controller->currenState = controller->numberOfStates;
+    EXPECT_DEATH(controller->PushStateImage(), "");
+}
+
+TEST_F(EditHistory, PushingClearsTheBusyFlag) {
+    openSmallPhoto();
+    controller->imageProcessing = true;
+    change(1);
+    EXPECT_FALSE(controller->imageProcessing);
+
+    controller->numberOfStates = 1;
+    controller->imageProcessing = true;
+    change(1); // the history is full
+    EXPECT_FALSE(controller->imageProcessing);
+}
+
+TEST_F(EditHistory, TwoStatesOfOneMillisecondShareAFileThatHoldsTheLater) {
+    platform.wallClockStep = 0;
+    openSmallPhoto();
+    change(1);
+    ASSERT_EQ(count(), 2U);
+    EXPECT_EQ(controller->stateImagesPath[0], controller->stateImagesPath[1]);
+    EXPECT_EQ(controller->currenState, 1);
+    EXPECT_EQ(stateFiles().size(), 1U);
+    EXPECT_TRUE(samePixels(decoded(currentPath()), filled({4, 3}, grey(1))));
+
+    controller->OnUndo(nullptr);
+    EXPECT_EQ(controller->currenState, 0);
+    EXPECT_TRUE(samePixels(controller->originalImage(), filled({4, 3}, grey(1))));
+}
+
+TEST_F(EditHistory, RemoveStateImagesDeletesTheFilesFirstToLastAndKeepsTheList) {
+    openSmallPhoto();
+    change(2);
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    FolderWatch watch(platform.states());
+
+    EXPECT_EQ(printedBy([this] { controller->RemoveStateImages(); }), "");
+
+    EXPECT_THAT(watch.events(),
+                testing::ElementsAre("-" + before[0].filename().string(), "-" + before[1].filename().string(),
+                                     "-" + before[2].filename().string()));
+    EXPECT_EQ(controller->stateImagesPath, before);
+    EXPECT_EQ(controller->currenState, 2);
+    EXPECT_TRUE(stateFiles().empty());
+}
+
+TEST_F(EditHistory, AFileThatIsGoneIsReportedOnOneLineAndTheNextIsDeleted) {
+    openSmallPhoto();
+    change(2);
+    std::filesystem::remove(controller->stateImagesPath[1]);
+
+    const std::string printed = printedBy([this] { controller->RemoveStateImages(); });
+
+    EXPECT_THAT(printed, testing::MatchesRegex("Remove failed: [^\n]+\n"));
+    EXPECT_TRUE(stateFiles().empty());
+}
+
+TEST_F(EditHistory, RemovingOneStateImageLeavesTheListAlone) {
+    openSmallPhoto();
+    change(1);
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    EXPECT_EQ(printedBy([&] { controller->RemoveStateImageWithImagePath(before[0]); }), "");
+    EXPECT_FALSE(std::filesystem::exists(before[0]));
+    EXPECT_TRUE(std::filesystem::exists(before[1]));
+    EXPECT_EQ(controller->stateImagesPath, before);
+    EXPECT_THAT(printedBy([&] { controller->RemoveStateImageWithImagePath(before[0]); }),
+                testing::StartsWith("Remove failed: "));
+}
+
+TEST_F(EditHistory, AnotherPhotoIsOpenedEvenWhenOldStatesCannotBeDeleted) {
+    openSmallPhoto("first.png");
+    change(2);
+    for (const auto& path : controller->stateImagesPath)
+        std::filesystem::remove(path);
+    const std::string printed = printedBy([this] { openSmallPhoto("second.png"); });
+    EXPECT_THAT(printed, testing::MatchesRegex("(Remove failed: [^\n]+\n)(Remove failed: [^\n]+\n)(Remove "
+                                               "failed: [^\n]+\n)"));
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 0);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, EffectsAndSavingAreNotRecorded) {
+    openThroughPanel(makePhoto());
+    retouch(0);
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    selectEffect(5);
+    save(platform.photos() / "portrait_retouched.png");
+    EXPECT_EQ(controller->stateImagesPath, before);
+    EXPECT_EQ(controller->currenState, 1);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AnActionThatEndsTheApplicationDeletesNoStateOfItsOwn) {
+    openSmallPhoto();
+    dialogs.expectQuestion(kExitQuestion, kFirstButton);
+    controller->OnAppQuit(nullptr);
+    EXPECT_EQ(stateFiles().size(), 1U);
+}
+
+} // namespace
+
+} // namespace complexion

@@ -1,0 +1,269 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Drives Complexion's real window on a virtual display: controls are found by their accessible names, mouse and keys
+are real X events. Everything waits for a condition, nothing sleeps for luck.
+
+Must run on a D-Bus session of its own: dbus-run-session -- /usr/bin/python3 ...
+"""
+
+import math
+import os
+import signal
+import subprocess
+import time
+from pathlib import Path
+
+from PIL import Image, ImageChops
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+POLL_SECONDS = 0.02
+WAIT_SECONDS = 20
+
+
+def wait_until(condition, what, seconds=WAIT_SECONDS):
+    """The first true value of condition(); fails after a while, naming what was waited for."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {seconds} s in vain for {what}")
+        time.sleep(POLL_SECONDS)
+
+
+def output_of(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+class VirtualDesktop:
+    """An X server with a window manager and the accessibility bus. `folder` takes what programs on it write beside
+    their own files: settings, logs."""
+
+    def __init__(self, folder, width=1280, height=800):
+        self.folder = Path(folder)
+        self.size = f"{width}x{height}x24"
+        self.processes = []
+
+    def __enter__(self):
+        try:
+            self._start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            process.terminate()
+        for process in reversed(self.processes):
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+
+    def _run(self, name, *command, **options):
+        with open(self.folder / f"{name}.log", "wb") as log:
+            process = subprocess.Popen(command, stdout=log, stderr=log, **options)
+        self.processes.append(process)
+        return process
+
+    def _start(self):
+        reader, writer = os.pipe()
+        self._run("xserver", "Xvfb", "-displayfd", str(writer), "-screen", "0", self.size, "-nolisten", "tcp",
+                  pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader) as display:
+            number = display.readline().strip()
+        if not number:
+            raise AssertionError("the virtual display does not start: " + (self.folder / "xserver.log").read_text())
+        runtime = self.folder / "runtime"
+        runtime.mkdir(mode=0o700, exist_ok=True)
+        os.environ.pop("WAYLAND_DISPLAY", None)
+        os.environ.update(DISPLAY=f":{number}", XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
+                          XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
+                          XDG_DATA_HOME=str(self.folder / "data"))
+        self._run("window-manager", "openbox")
+        self._run("accessibility", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
+        wait_until(lambda: "window id" in output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                   "the window manager")
+        wait_until(lambda: "AT_SPI_BUS" in output_of("xprop", "-root", "AT_SPI_BUS"), "the accessibility bus")
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-window", "root", str(path)], check=True)
+
+
+class Complexion:
+    """The program under test, with a temporary folder of its own."""
+
+    def __init__(self, desktop, program=ROOT / "build/release/app/complexion"):
+        self.desktop = desktop
+        self.program = program
+        self.temporary = desktop.folder / "temporary"
+        self.output = desktop.folder / "complexion.log"
+        self.process = None
+
+    def start(self, *files):
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi
+        self.atspi = Atspi
+        self.temporary.mkdir(exist_ok=True)
+        environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", TMPDIR=str(self.temporary))
+        with open(self.output, "wb") as log:
+            self.process = subprocess.Popen([self.program, *map(str, files)], stdout=log, stderr=log,
+                                            env=environment)
+        wait_until(lambda: self.is_showing("Photo"), "the window")
+        # The window manager gives the focus; keys typed before go nowhere.
+        wait_until(lambda: self._focused_process() == self.process.pid, "the window's focus")
+        if files:
+            self.wait_for_photo()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        if self.process and self.process.poll() is None:
+            self.process.send_signal(signal.SIGKILL)
+            self.process.wait()
+
+    # Looking.
+
+    def _application(self):
+        desktop = self.atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            if application and application.get_process_id() == self.process.pid:
+                application.set_cache_mask(self.atspi.Cache.NONE)
+                return application
+        return None
+
+    def _all(self, accessible):
+        yield accessible
+        for index in range(accessible.get_child_count()):
+            child = accessible.get_child_at_index(index)
+            if child:
+                yield from self._all(child)
+
+    def find(self, name, role=None):
+        """The control of that accessible name that is on the screen; none while there is none."""
+        if self.process.poll() is not None:
+            raise AssertionError(f"the program has ended with {self.process.returncode}: {self.output.read_text()}")
+        try:
+            application = self._application()
+            for accessible in self._all(application) if application else ():
+                if accessible.get_name() == name and role in (None, accessible.get_role_name()) and \
+                        accessible.get_state_set().contains(self.atspi.StateType.SHOWING):
+                    return accessible
+        except self._gone():
+            pass  # it went while it was looked at
+        return None
+
+    def _gone(self):
+        from gi.repository import GLib
+        return GLib.Error
+
+    def is_showing(self, name, role=None):
+        return self.find(name, role) is not None
+
+    def wait_for(self, name, role=None):
+        return wait_until(lambda: self.find(name, role), f"“{name}”")
+
+    def wait_until_gone(self, name):
+        wait_until(lambda: not self.is_showing(name), f"“{name}” to go")
+
+    def is_enabled(self, name):
+        return self.wait_for(name).get_state_set().contains(self.atspi.StateType.ENABLED)
+
+    def wait_for_photo(self):
+        wait_until(lambda: self.is_enabled("Save image"), "the photo")
+
+    def state_images(self):
+        return sorted(self.temporary.glob("**/stateImage*"))
+
+    def _focused_process(self):
+        try:
+            return int(output_of("xdotool", "getwindowfocus", "getwindowpid"))
+        except (subprocess.CalledProcessError, ValueError):
+            return None
+
+    # Acting.
+
+    def press(self, name):
+        """Clicks the middle of a control."""
+        rect = self.wait_for(name).get_extents(self.atspi.CoordType.SCREEN)
+        self.click_at(rect.x + rect.width // 2, rect.y + rect.height // 2)
+
+    def click_at(self, x, y):
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True)
+
+    def keys(self, *keys):
+        subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
+
+    def type(self, text):
+        subprocess.run(["xdotool", "type", "--delay", "2", text], check=True)
+
+    def click_photo(self, x, y, width, height):
+        """Clicks on pixel (x, y), counted from the top left, of the fitted photo of that size. Returns the pixel that
+        the screen's coarser grid makes of it."""
+        rect = self.wait_for("Photo").get_extents(self.atspi.CoordType.SCREEN)
+        scale = min(rect.width / width, rect.height / height)
+        left = rect.x + (rect.width - width * scale) / 2
+        top = rect.y + (rect.height - height * scale) / 2
+        screen_x = round(left + (x + 0.5) * scale)
+        screen_y = round(top + (y + 0.5) * scale)
+        self.click_at(screen_x, screen_y)
+        return math.floor((screen_x - left) / scale), math.floor((screen_y - top) / scale)
+
+    def retouch(self, x, y, width, height):
+        """Clicks as click_photo does and waits for the repair to be recorded."""
+        before = len(self.state_images())
+        place = self.click_photo(x, y, width, height)
+        wait_until(lambda: len(self.state_images()) > before, f"the repair at {x}, {y}")
+        return place
+
+    def save(self, path=None):
+        """Saves through the panel, under the name it proposes when none is given."""
+        self.keys("ctrl+s")
+        self.wait_for("Save image", "dialog")
+        if path:
+            self.keys("ctrl+a")
+            self.type(str(path))
+        self.keys("Return")
+        self.answer("Image saved successfully.", "OK")
+
+    def answer(self, question, button):
+        self.wait_for(question)
+        self.press(button)
+        self.wait_until_gone(question)
+
+    def ask_to_close(self):
+        self.keys("alt+F4")
+
+    def wait_for_end(self):
+        return self.process.wait(WAIT_SECONDS)
+
+
+def changed_pixels(before, after):
+    """Where two pictures of one size differ, as a list of (x, y, difference of the component that differs most)."""
+    with Image.open(before) as one, Image.open(after) as other:
+        one, other = one.convert("RGB"), other.convert("RGB")
+    if one.size != other.size:
+        raise AssertionError(f"sizes differ: {one.size}, {other.size}")
+    red, green, blue = ImageChops.difference(one, other).split()
+    most = ImageChops.lighter(ImageChops.lighter(red, green), blue)
+    pixels = most.load()
+    left, top, right, bottom = most.getbbox() or (0, 0, 0, 0)
+    return [(x, y, pixels[x, y]) for y in range(top, bottom) for x in range(left, right) if pixels[x, y]]
+
+
+def check_only_discs_changed(before, after, places, radius):
+    """Fails unless every change lies in a disc around one of `places`, and every disc has changed."""
+    touched = set()
+    for x, y, _ in changed_pixels(before, after):
+        inside = [place for place in places if math.dist(place, (x, y)) <= radius]
+        if not inside:
+            raise AssertionError(f"pixel {x}, {y} has changed, outside every disc")
+        touched.update(inside)
+    if missing := set(places) - touched:
+        raise AssertionError(f"nothing has changed around {sorted(missing)}")

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/fakes/fake_platform.h"
+
+namespace complexion {
+
+FakePlatform::FakePlatform() : m_states(m_folder.path() / "states"), m_photos(m_folder.path() / "photos") {
+    std::filesystem::create_directory(m_states);
+    std::filesystem::create_directory(m_photos);
+}
+
+double FakePlatform::secondsSince1970() {
+    const double now = wallClock;
+    wallClock += wallClockStep;
+    return now;
+}
+
+std::filesystem::path FakePlatform::temporaryDirectory() {
+    return m_lost ? m_folder.path() / "lost" : m_states;
+}
+
+} // namespace complexion

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/fakes/pictures.h"
+
+#include "imaging/image_tools.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace complexion {
+
+namespace {
+
+void appendBigEndian(std::string& bytes, std::uint32_t value, int count) {
+    for (int shift = 8 * (count - 1); shift >= 0; shift -= 8)
+        bytes.push_back(static_cast<char>((value >> shift) & 255));
+}
+
+/// The checksum of PNG chunks (PNG 1.2, annex D), bit by bit.
+std::uint32_t crc32(const std::string& bytes) {
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (const char byte : bytes) {
+        crc ^= static_cast<std::uint8_t>(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            crc = (crc >> 1) ^ ((crc & 1) ? 0xEDB88320U : 0);
+    }
+    return ~crc;
+}
+
+/// A TIFF structure of one directory: Orientation (274, a SHORT) and Artist (315, ASCII).
+std::string exifBlock(int orientation, std::string artist) {
+    artist.push_back('\0');
+    artist.resize(std::max<std::size_t>(artist.size(), 5)); // longer than what fits into the entry itself
+    constexpr std::uint32_t kDirectory = 8;
+    constexpr std::uint32_t kAfterDirectory = kDirectory + 2 + 2 * 12 + 4;
+    std::string bytes = "MM";
+    appendBigEndian(bytes, 42, 2);
+    appendBigEndian(bytes, kDirectory, 4);
+    appendBigEndian(bytes, 2, 2);
+    appendBigEndian(bytes, 274, 2);
+    appendBigEndian(bytes, 3, 2);
+    appendBigEndian(bytes, 1, 4);
+    appendBigEndian(bytes, static_cast<std::uint32_t>(orientation), 2);
+    appendBigEndian(bytes, 0, 2);
+    appendBigEndian(bytes, 315, 2);
+    appendBigEndian(bytes, 2, 2);
+    appendBigEndian(bytes, static_cast<std::uint32_t>(artist.size()), 4);
+    appendBigEndian(bytes, kAfterDirectory, 4);
+    appendBigEndian(bytes, 0, 4);
+    return bytes + artist;
+}
+
+int difference(std::uint8_t a, std::uint8_t b) {
+    return std::abs(a - b);
+}
+
+} // namespace
+
+Image painted(PixelSize size, const std::function<RGBA32(int, int)>& at) {
+    std::vector<RGBA32> pixels;
+    pixels.reserve(static_cast<std::size_t>(size.area()));
+    for (int row = 0; row < size.height; ++row)
+        for (int column = 0; column < size.width; ++column)
+            pixels.push_back(at(row, column));
+    return Image::fromPixels(size, pixels);
+}
+
+Image filled(PixelSize size, RGBA32 pixel) {
+    return painted(size, [pixel](int, int) { return pixel; });
+}
+
+Image noise(PixelSize size, std::uint32_t seed) {
+    return painted(size, [=](int row, int column) {
+        std::uint32_t x = seed * 2654435761U + static_cast<std::uint32_t>(row) * 40503U +
+                          static_cast<std::uint32_t>(column) * 69069U;
+        x ^= x >> 15;
+        x *= 2246822519U;
+        x ^= x >> 13;
+        return RGBA32(x | 255);
+    });
+}
+
+Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int skin) {
+    return painted(size, [=](int row, int column) {
+        const std::int64_t y = row - centre.row;
+        const std::int64_t x = column - centre.column;
+        return grey(x * x + y * y < std::int64_t{radius} * radius ? spot : skin);
+    });
+}
+
+Image skinWithBlemishes(PixelSize size, const std::vector<PixelPosition>& centres) {
+    return painted(size, [&centres](int row, int column) {
+        for (const PixelPosition& centre : centres) {
+            const std::int64_t y = row - centre.row;
+            const std::int64_t x = column - centre.column;
+            if (x * x + y * y <= kBlemishRadius * kBlemishRadius)
+                return kBlemish;
+        }
+        return kSkin;
+    });
+}
+
+std::vector<RGBA32> pixelsOf(const Image& image) {
+    const PixelSize size = image.pixelSize();
+    std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
+    if (!pixels.empty())
+        image.read({0, 0, size.width, size.height}, pixels.data(), size.width);
+    return pixels;
+}
+
+testing::AssertionResult samePixels(const Image& actual, const Image& expected) {
+    return nearlySamePixels(actual, expected, 0);
+}
+
+testing::AssertionResult nearlySamePixels(const Image& actual, const Image& expected, int tolerance) {
+    const PixelSize size = actual.pixelSize();
+    if (size != expected.pixelSize())
+        return testing::AssertionFailure() << size.width << " by " << size.height << " pixels instead of "
+                                           << expected.pixelSize().width << " by "
+                                           << expected.pixelSize().height;
+    const std::vector<RGBA32> a = pixelsOf(actual);
+    const std::vector<RGBA32> e = pixelsOf(expected);
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (difference(a[i].red(), e[i].red()) > tolerance ||
+            difference(a[i].green(), e[i].green()) > tolerance ||
+            difference(a[i].blue(), e[i].blue()) > tolerance ||
+            difference(a[i].alpha(), e[i].alpha()) > tolerance)
+            return testing::AssertionFailure()
+                   << std::hex << "the pixel at row " << std::dec << i / static_cast<std::size_t>(size.width)
+                   << ", column " << i % static_cast<std::size_t>(size.width) << " is " << std::hex
+                   << a[i].color << " instead of " << e[i].color;
+    return testing::AssertionSuccess();
+}
+
+Image decoded(const std::filesystem::path& path) {
+    const std::optional<Image> image = ImageTools::DecodeImage(path);
+    EXPECT_TRUE(image.has_value()) << path << " cannot be decoded";
+    return image.value_or(Image());
+}
+
+std::string contentsOf(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file.good()) << path;
+    std::ostringstream contents;
+    contents << file.rdbuf();
+    return contents.str();
+}
+
+void writeFile(const std::filesystem::path& path, const std::string& contents) {
+    std::ofstream file(path, std::ios::binary);
+    file << contents;
+    ASSERT_TRUE(file.flush().good()) << path;
+}
+
+std::string withExif(const std::string& file, int orientation, const std::string& artist) {
+    const std::string exif = exifBlock(orientation, artist);
+    if (file.starts_with("\xFF\xD8")) {
+        // The block's own segment, directly after the start of the image (EXIF 2.3, 4.5.4).
+        using namespace std::string_literals;
+        const std::string contents = "Exif\0\0"s + exif;
+        std::string segment = "\xFF\xE1";
+        appendBigEndian(segment, static_cast<std::uint32_t>(contents.size() + 2), 2);
+        return file.substr(0, 2) + segment + contents + file.substr(2);
+    }
+    // A PNG's chunk, directly after its header: 8 bytes of signature, 25 of IHDR.
+    constexpr std::size_t kAfterHeader = 33;
+    std::string chunk;
+    appendBigEndian(chunk, static_cast<std::uint32_t>(exif.size()), 4);
+    chunk += "eXIf" + exif;
+    appendBigEndian(chunk, crc32("eXIf" + exif), 4);
+    return file.substr(0, kAfterHeader) + chunk + file.substr(kAfterHeader);
+}
+
+} // namespace complexion

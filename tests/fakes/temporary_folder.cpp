@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/fakes/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sys/fsuid.h>
+#include <unistd.h>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+constexpr const char* kParentVariable = "COMPLEXION_TEST_PARENT_FOLDER";
+constexpr unsigned kNobody = 65534;
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder() {
+    const char* parent = std::getenv(kParentVariable);
+    m_parent = parent ? parent : "";
+    const std::filesystem::path within =
+        parent ? std::filesystem::path(parent) : std::filesystem::temp_directory_path();
+    std::string name = within / "complexion_test_XXXXXX";
+    if (!mkdtemp(name.data()))
+        throw std::filesystem::filesystem_error("mkdtemp", name, {errno, std::generic_category()});
+    m_path = name;
+    // Others may read: see ReadOnly.
+    std::filesystem::permissions(m_path, std::filesystem::perms(0755));
+    setenv(kParentVariable, m_path.c_str(), 1);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    if (m_parent.empty())
+        unsetenv(kParentVariable);
+    else
+        setenv(kParentVariable, m_parent.c_str(), 1);
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
+}
+
+std::vector<std::string> filesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename());
+    std::ranges::sort(names);
+    return names;
+}
+
+ReadOnly::ReadOnly(std::filesystem::path folder)
+    : m_folder(std::move(folder)), m_before(std::filesystem::status(m_folder).permissions()) {
+    std::filesystem::permissions(m_folder, std::filesystem::perms(0555));
+    // Root writes everywhere; this thread's file accesses are somebody else's for a while.
+    if (geteuid() == 0) {
+        setfsgid(kNobody);
+        setfsuid(kNobody);
+    }
+}
+
+ReadOnly::~ReadOnly() {
+    if (geteuid() == 0) {
+        setfsuid(0);
+        setfsgid(0);
+    }
+    std::error_code ignored;
+    std::filesystem::permissions(m_folder, m_before, ignored);
+}
+
+} // namespace complexion

@@ -1,0 +1,513 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "view/custom_image_view.h"
+#include "imaging/image_tools.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/temporary_folder.h"
+#include "view/notification_center.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QImage>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QUrl>
+
+namespace complexion {
+
+namespace {
+
+constexpr const char* kDropQuestion =
+    "All unsaved changes will be lost. Are you sure you want to add a new image?";
+
+// The drop.
+
+class Drop : public testing::Test {
+protected:
+    Drop() {
+        view.setDialogs(&dialogs);
+        view.resize(100, 100);
+        observer = NotificationCenter::defaultCenter().addObserver(
+            kDragPerformed, [this](const Notification& notification) { posted.push_back(notification); });
+    }
+
+    std::filesystem::path makeFile(const std::string& name) {
+        const std::filesystem::path png = folder.path() / "source";
+        EXPECT_TRUE(ImageTools::SaveImage(filled({8, 6}, kSkin), png, "png"));
+        const std::filesystem::path path = folder.path() / name;
+        std::filesystem::rename(png, path);
+        return path;
+    }
+
+    bool drop(const QUrl& url) {
+        QMimeData data;
+        data.setUrls({url});
+        return view.performDragOperation(&data);
+    }
+    bool drop(const std::filesystem::path& path) {
+        return drop(QUrl::fromLocalFile(QString::fromStdString(path)));
+    }
+
+    void showAnImage() { view.setImage(filled({10, 10}, kBlemish)); }
+    void expectPostedOnly(const std::filesystem::path& path) {
+        ASSERT_EQ(posted.size(), 1U);
+        EXPECT_EQ(posted[0].name, "DragPerformed");
+        ASSERT_TRUE(posted[0].userInfo.has_value());
+        EXPECT_EQ(*posted[0].userInfo, (UserInfo{{"path", path.string()}}));
+    }
+
+    TemporaryFolder folder;
+    FakeDialogs dialogs;
+    CustomImageView view;
+    NotificationCenter::Registration observer;
+    std::vector<Notification> posted;
+};
+
+TEST_F(Drop, TheAcceptedTypesStandInTheirOrder) {
+    EXPECT_THAT(view.acceptedTypes(),
+                testing::ElementsAre("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp"));
+}
+
+TEST_F(Drop, OnAnEmptyViewAPhotoIsAnnouncedWithoutAQuestion) {
+    const std::filesystem::path path = makeFile("photo.JPG");
+    EXPECT_TRUE(drop(path));
+    expectPostedOnly(path);
+    EXPECT_EQ(dialogs.shown(), 0);
+    EXPECT_FALSE(view.image().has_value()); // the decoded picture was only a test
+}
+
+TEST_F(Drop, EveryAcceptedTypeInAnyCaseIsTaken) {
+    for (const char* name :
+         {"a.jpg", "a.jpeg", "a.png", "a.tiff", "a.tif", "a.gif", "a.bmp", "a.PNG", "a.Tiff", "a.b.GIF"}) {
+        SCOPED_TRACE(name);
+        posted.clear();
+        const std::filesystem::path path = makeFile(name);
+        EXPECT_TRUE(drop(path));
+        expectPostedOnly(path);
+    }
+}
+
+TEST_F(Drop, OverAnOpenPhotoYesAnnouncesTheFile) {
+    showAnImage();
+    dialogs.expectQuestion(kDropQuestion, kFirstButton);
+    const std::filesystem::path path = makeFile("photo.png");
+    EXPECT_TRUE(drop(path));
+    expectPostedOnly(path);
+}
+
+TEST_F(Drop, OverAnOpenPhotoNoRefusesTheFile) {
+    showAnImage();
+    dialogs.expectQuestion(kDropQuestion, kSecondButton);
+    EXPECT_FALSE(drop(makeFile("photo.png")));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, AnyAnswerButNoIsYes) {
+    showAnImage();
+    dialogs.expectQuestion(kDropQuestion, 1002);
+    EXPECT_TRUE(drop(makeFile("photo.png")));
+}
+
+TEST_F(Drop, ATextFileIsAskedAboutFirstAndThenRefusedSilently) {
+    showAnImage();
+    const Image before = *view.image();
+    dialogs.expectQuestion(kDropQuestion, kFirstButton);
+    EXPECT_FALSE(drop(makeFile("notes.txt")));
+    EXPECT_TRUE(posted.empty());
+    EXPECT_TRUE(view.image()->isSameObject(before));
+}
+
+TEST_F(Drop, OnAnEmptyViewATextFileIsRefusedWithoutAWord) {
+    EXPECT_FALSE(drop(makeFile("notes.txt")));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, ANameWithoutAnExtensionIsRefused) {
+    EXPECT_FALSE(drop(makeFile("photo")));
+    EXPECT_FALSE(drop(makeFile("photo.")));
+    EXPECT_FALSE(drop(makeFile(".png")));
+    EXPECT_FALSE(drop(folder.path()));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, AnImageFileWithoutAnImageIsRefusedSilently) {
+    writeFile(folder.path() / "fake.png", "this is no picture");
+    EXPECT_FALSE(drop(folder.path() / "fake.png"));
+    showAnImage();
+    dialogs.expectQuestion(kDropQuestion, kFirstButton);
+    EXPECT_FALSE(drop(folder.path() / "fake.png"));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, AFileThatIsNotThereIsRefused) {
+    EXPECT_FALSE(drop(folder.path() / "missing.png"));
+    std::filesystem::create_directory(folder.path() / "folder.png");
+    EXPECT_FALSE(drop(folder.path() / "folder.png"));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, AnAddressThatIsNoLocalFileIsRefused) {
+    EXPECT_FALSE(drop(QUrl(QStringLiteral("https://example.org/photo.png"))));
+    EXPECT_FALSE(drop(QUrl(QStringLiteral("mailto:somebody@example.org"))));
+    EXPECT_FALSE(drop(QUrl(QStringLiteral("photo.png"))));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, WhatIsNoAddressIsRefusedWithoutAQuestion) {
+    showAnImage();
+    QMimeData text;
+    text.setText(QStringLiteral("/tmp/photo.png"));
+    EXPECT_FALSE(view.performDragOperation(&text));
+    QMimeData colour;
+    colour.setColorData(QColor(Qt::red));
+    EXPECT_FALSE(view.performDragOperation(&colour));
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, OfSeveralFilesTheFirstIsTaken) {
+    const std::filesystem::path first = makeFile("first.png");
+    const std::filesystem::path second = makeFile("second.png");
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(first)),
+                  QUrl::fromLocalFile(QString::fromStdString(second))});
+    EXPECT_TRUE(view.performDragOperation(&data));
+    expectPostedOnly(first);
+}
+
+TEST_F(Drop, APathIsAnnouncedByteForByte) {
+    const std::filesystem::path spaced = makeFile("a photo, 100% #1?.png");
+    EXPECT_TRUE(drop(spaced));
+    expectPostedOnly(spaced);
+    posted.clear();
+
+    const std::filesystem::path umlaut = makeFile("m\xC3\xBCnchen.png");
+    EXPECT_TRUE(drop(umlaut));
+    expectPostedOnly(umlaut);
+    posted.clear();
+
+    // A name of Latin-1 bytes, as file managers hand it over.
+    const std::filesystem::path latin = makeFile("m\xFCnchen.png");
+    const QByteArray address = QByteArray("file://") + folder.path().c_str() + "/m%FCnchen.png";
+    EXPECT_TRUE(drop(QUrl::fromEncoded(address)));
+    expectPostedOnly(latin);
+}
+
+TEST_F(Drop, ADragWithoutAListOfTypesIsFatal) {
+    EXPECT_DEATH(view.performDragOperation(nullptr), "types");
+}
+
+TEST_F(Drop, AnAddressThatWasPromisedAndIsNotThereIsFatal) {
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"), QByteArray());
+    EXPECT_DEATH(view.performDragOperation(&data), "address");
+}
+
+TEST_F(Drop, WhateverIsDraggedTheCursorShowsTheCopyBadge) {
+    view.setAcceptDrops(true);
+    QMimeData text;
+    text.setText(QStringLiteral("no file at all"));
+    QMimeData file;
+    file.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path() / "notes.txt"))});
+    for (QMimeData* data : {&text, &file}) {
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+        enter.setAccepted(false);
+        QCoreApplication::sendEvent(&view, &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        EXPECT_EQ(enter.dropAction(), Qt::CopyAction);
+        QDragMoveEvent move({6, 6}, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
+        move.setAccepted(false);
+        QCoreApplication::sendEvent(&view, &move);
+        EXPECT_TRUE(move.isAccepted());
+        EXPECT_EQ(move.dropAction(), Qt::CopyAction);
+    }
+    EXPECT_TRUE(posted.empty());
+}
+
+TEST_F(Drop, TheToolkitsDropEventIsTakenOrRefused) {
+    view.setAcceptDrops(true);
+    const std::filesystem::path path = makeFile("photo.png");
+    QMimeData good;
+    good.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &good, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&view, &dropped);
+    EXPECT_TRUE(dropped.isAccepted());
+    EXPECT_EQ(dropped.dropAction(), Qt::CopyAction);
+    expectPostedOnly(path);
+
+    QMimeData bad;
+    bad.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path() / "notes.txt"))});
+    QDropEvent refused(QPointF(5, 5), Qt::CopyAction, &bad, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&view, &refused);
+    EXPECT_FALSE(refused.isAccepted());
+    EXPECT_EQ(posted.size(), 1U);
+}
+
+// Painting.
+
+class Painting : public testing::Test {
+protected:
+    Painting() {
+        QPalette palette;
+        palette.setColor(QPalette::Window, QColor(1, 2, 3));
+        root.setPalette(palette);
+        root.setAutoFillBackground(true);
+        root.resize(80, 60);
+        view = new CustomImageView(&root);
+        view->setGeometry(root.rect());
+    }
+
+    QColor at(int x, int y) { return root.grab().toImage().pixelColor(x, y); }
+
+    /// Left half red, right half green; its lower half darker.
+    static Image halves(PixelSize size) {
+        return painted(size, [size](int row, int column) {
+            const auto level = static_cast<std::uint8_t>(row < size.height / 2 ? 250 : 100);
+            return column < size.width / 2 ? RGBA32(level, 0, 0, 255) : RGBA32(0, level, 0, 255);
+        });
+    }
+
+    const QColor background{1, 2, 3};
+    const QColor red{250, 0, 0};
+    const QColor green{0, 250, 0};
+    const QColor darkRed{100, 0, 0};
+    const QColor darkGreen{0, 100, 0};
+    QWidget root;
+    CustomImageView* view = nullptr;
+};
+
+TEST_F(Painting, WithoutAnImageNothingIsPainted) {
+    view->setFrame({0, 0, 80, 60});
+    EXPECT_EQ(at(40, 30), background);
+}
+
+TEST_F(Painting, AtOnePointPerPixelEveryPixelIsPaintedAsItIs) {
+    const Image image = painted({80, 60}, [](int row, int column) {
+        return RGBA32(static_cast<std::uint8_t>(row * 4), static_cast<std::uint8_t>(column * 3),
+                      static_cast<std::uint8_t>((row * 31 + column * 17) % 256), 255);
+    });
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(image);
+    const QImage picture = root.grab().toImage();
+    ASSERT_EQ(picture.size(), QSize(80, 60));
+    for (int row = 0; row < 60; ++row)
+        for (int column = 0; column < 80; ++column) {
+            const RGBA32 pixel = image.pixel(row, column);
+            ASSERT_EQ(picture.pixelColor(column, row), QColor(pixel.red(), pixel.green(), pixel.blue()))
+                << row << ", " << column;
+        }
+}
+
+TEST_F(Painting, TheImageIsFittedIntoTheFrame) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(halves({40, 30}));
+    EXPECT_EQ(at(20, 15), red);
+    EXPECT_EQ(at(60, 15), green);
+    EXPECT_EQ(at(20, 45), darkRed);
+    EXPECT_EQ(at(60, 45), darkGreen);
+    EXPECT_EQ(at(0, 0), red);
+    EXPECT_EQ(at(79, 59), darkGreen);
+}
+
+TEST_F(Painting, TheMarginsBesideTheImageStayAsTheyAre) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(halves({40, 10})); // 80 by 20 points, 20 above and below
+    EXPECT_EQ(at(20, 18), background);
+    EXPECT_EQ(at(20, 22), red);
+    EXPECT_EQ(at(60, 37), darkGreen);
+    EXPECT_EQ(at(60, 42), background);
+
+    view->setImage(halves({10, 30})); // 20 by 60 points, 30 left and right
+    EXPECT_EQ(at(28, 15), background);
+    EXPECT_EQ(at(32, 15), red);
+    EXPECT_EQ(at(47, 15), green);
+    EXPECT_EQ(at(52, 15), background);
+}
+
+TEST_F(Painting, TheFrameIsCountedFromTheBottomLeft) {
+    view->setFrame({10, 5, 40, 30}); // from 10 to 50 across, from 25 to 55 down
+    view->setImage(halves({40, 30}));
+    EXPECT_EQ(at(9, 30), background);
+    EXPECT_EQ(at(10, 25), red);
+    EXPECT_EQ(at(12, 23), background);
+    EXPECT_EQ(at(48, 53), darkGreen);
+    EXPECT_EQ(at(48, 56), background);
+    EXPECT_EQ(at(51, 30), background);
+}
+
+TEST_F(Painting, AZoomedFrameShowsItsPart) {
+    // Four times the size of the view, whose middle shows the image's middle.
+    view->setFrame({-120, -90, 320, 240});
+    view->setImage(halves({80, 60}));
+    EXPECT_EQ(at(20, 15), red);
+    EXPECT_EQ(at(60, 15), green);
+    EXPECT_EQ(at(20, 45), darkRed);
+    EXPECT_EQ(at(60, 45), darkGreen);
+    // The top right quarter alone.
+    view->setFrame({-240, -180, 320, 240});
+    EXPECT_EQ(at(5, 5), green);
+    EXPECT_EQ(at(5, 55), green);
+    EXPECT_EQ(at(75, 55), green);
+}
+
+TEST_F(Painting, FarZoomedInAPixelIsASquareOfItsColour) {
+    view->setFrame({0, 0, 800, 600});
+    view->setImage(painted({80, 60}, [](int row, int column) { return (row + column) % 2 ? kSkin : kBlemish; }));
+    // Ten points a pixel, seen from the image's bottom left corner.
+    const QColor skin(180, 180, 180);
+    const QColor dark(40, 40, 40);
+    EXPECT_EQ(at(5, 55), skin); // row 59, column 0
+    EXPECT_EQ(at(15, 55), dark);
+    EXPECT_EQ(at(5, 45), dark);
+    EXPECT_EQ(at(75, 5), skin); // row 54, column 7
+}
+
+TEST_F(Painting, ALargePhotoIsScaledDownWithoutAShift) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(halves({1600, 1200}));
+    EXPECT_EQ(at(36, 26), red);
+    EXPECT_EQ(at(43, 26), green);
+    EXPECT_EQ(at(36, 33), darkRed);
+    EXPECT_EQ(at(43, 33), darkGreen);
+    EXPECT_EQ(at(0, 0), red);
+    EXPECT_EQ(at(79, 59), darkGreen);
+}
+
+TEST_F(Painting, FineDetailOfALargePhotoIsAveragedNotSkipped) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(painted({640, 480}, [](int row, int column) { return (row + column) % 2 ? grey(200) : grey(100); }));
+    const QImage picture = root.grab().toImage();
+    for (int y = 5; y < 55; y += 5)
+        for (int x = 5; x < 75; x += 5)
+            EXPECT_NEAR(picture.pixelColor(x, y).red(), 150, 3) << x << ", " << y;
+}
+
+TEST_F(Painting, TransparentPixelsShowWhatIsBehind) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(painted({80, 60}, [](int, int column) {
+        return column < 40 ? RGBA32(0, 0, 0, 0) : RGBA32(100, 0, 0, 128); // premultiplied
+    }));
+    EXPECT_EQ(at(20, 30), background);
+    EXPECT_NEAR(at(60, 30).red(), 100, 1);
+    EXPECT_NEAR(at(60, 30).green(), 1, 1);
+}
+
+TEST_F(Painting, AnImageInPointsOfAnotherSizeIsFittedByItsPoints) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(halves({80, 60}).withSize({60, 60})); // shown 60 points wide, 10 beside
+    EXPECT_EQ(at(8, 20), background);
+    EXPECT_EQ(at(12, 20), red);
+    EXPECT_EQ(at(67, 20), green);
+    EXPECT_EQ(at(72, 20), background);
+}
+
+TEST_F(Painting, AnotherImageIsPaintedAndNoneAgain) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(filled({80, 60}, kSkin));
+    EXPECT_EQ(at(40, 30), QColor(180, 180, 180));
+    view->setImage(filled({80, 60}, kBlemish));
+    EXPECT_EQ(at(40, 30), QColor(40, 40, 40));
+    view->setImage(std::nullopt);
+    EXPECT_EQ(at(40, 30), background);
+}
+
+TEST_F(Painting, AnImageWithoutPixelsPaintsNothing) {
+    view->setFrame({0, 0, 80, 60});
+    view->setImage(Image());
+    EXPECT_EQ(at(40, 30), background);
+    view->setImage(Image::empty({40, 30}));
+    EXPECT_EQ(at(40, 30), background);
+}
+
+TEST_F(Painting, AFrameOfNoSizePaintsNothing) {
+    view->setImage(halves({80, 60}));
+    view->setFrame({0, 0, 0, 0});
+    EXPECT_EQ(at(40, 30), background);
+}
+
+TEST_F(Painting, AnotherFrameIsAnnouncedOnceAndTheSameNotAtAll) {
+    int announced = 0;
+    QObject::connect(view, &CustomImageView::frameChanged, view, [&] { ++announced; });
+    view->setFrame({1, 2, 3, 4});
+    EXPECT_EQ(announced, 1);
+    EXPECT_EQ(view->frame(), (Frame{1, 2, 3, 4}));
+    view->setFrame({1, 2, 3, 4});
+    EXPECT_EQ(announced, 1);
+}
+
+/// A widget that counts the mouse presses that reach it.
+class Counting : public QWidget {
+public:
+    int presses = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent*) override { ++presses; }
+};
+
+TEST(Mouse, PressesOnTheViewReachTheRootView) {
+    Counting root;
+    root.resize(80, 60);
+    CustomImageView view(&root);
+    view.setGeometry(root.rect());
+    QMouseEvent press(QEvent::MouseButtonPress, {5, 5}, {5, 5}, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&view, &press);
+    EXPECT_EQ(root.presses, 1);
+}
+
+/// Which part of the view an update asked to be painted again.
+class PaintedAgain : public Painting {
+protected:
+    /// Shows `next` after `first` and gives the region that is painted because of it.
+    QRegion paintedFor(const Image& first, const Image& next) {
+        class Recorder : public QObject {
+        public:
+            QRegion region;
+
+        protected:
+            bool eventFilter(QObject*, QEvent* event) override {
+                if (event->type() == QEvent::Paint)
+                    region += static_cast<QPaintEvent*>(event)->region();
+                return false;
+            }
+        };
+        root.show();
+        view->setImage(first);
+        QApplication::processEvents();
+        Recorder recorder;
+        view->installEventFilter(&recorder);
+        view->setImage(next);
+        QApplication::processEvents();
+        view->removeEventFilter(&recorder);
+        return recorder.region;
+    }
+};
+
+TEST_F(PaintedAgain, OnlyTheTileThatDiffersIsPaintedAgain) {
+    root.resize(800, 600);
+    view->setGeometry(root.rect());
+    view->setFrame({0, 0, 800, 600});
+    const Image first = filled({800, 600}, kSkin);
+    auto bands = first.bands();
+    // The pixel at (row 300, column 500): band 4, tile 1 of it.
+    const auto band = bands[4];
+    auto tiles = band->tiles();
+    PixelBlock block = PixelBlock::uninitialized(tiles[1]->block().size);
+    std::fill_n(block.row(0), block.size.area(), kSkin);
+    block.row(300 - 4 * Tile::kHeight)[500 - Tile::kWidth] = kBlemish;
+    tiles[1] = std::make_shared<const Tile>(std::move(block));
+    bands[4] = std::make_shared<const Band>(tiles);
+    const QRegion region = paintedFor(first, first.withBands(bands));
+    EXPECT_TRUE(region.contains(QPoint(500, 300)));
+    EXPECT_LT(region.boundingRect().width(), 300);
+    EXPECT_LT(region.boundingRect().height(), 100);
+    EXPECT_EQ(at(500, 300), QColor(40, 40, 40));
+}
+
+TEST_F(PaintedAgain, TheSameImageIsNotPaintedAgain) {
+    view->setFrame({0, 0, 80, 60});
+    const Image image = halves({80, 60});
+    EXPECT_TRUE(paintedFor(image, image).isEmpty());
+}
+
+} // namespace
+
+} // namespace complexion
