@@ -1,8 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Drives Complexion's real window on a virtual display: controls are found by their accessible names, mouse and keys
 are real X events. Everything waits for a condition, nothing sleeps for luck.
-
-Must run on a D-Bus session of its own: dbus-run-session -- /usr/bin/python3 ...
 """
 
 import math
@@ -36,8 +34,8 @@ def output_of(*command):
 
 
 class VirtualDesktop:
-    """An X server with a window manager and the accessibility bus. `folder` takes what programs on it write beside
-    their own files: settings, logs."""
+    """An X server with a window manager, a session bus and the accessibility bus. `folder` takes what programs on it
+    write beside their own files: settings, logs."""
 
     def __init__(self, folder, width=1280, height=800):
         self.folder = Path(folder)
@@ -68,21 +66,28 @@ class VirtualDesktop:
         self.processes.append(process)
         return process
 
-    def _start(self):
+    def _run_and_read_line(self, name, *command):
+        """Starts a program that announces itself by a line on a file descriptor: the command's {}."""
         reader, writer = os.pipe()
-        self._run("xserver", "Xvfb", "-displayfd", str(writer), "-screen", "0", self.size, "-nolisten", "tcp",
-                  pass_fds=[writer])
+        self._run(name, *(part.format(writer) for part in command), pass_fds=[writer])
         os.close(writer)
-        with os.fdopen(reader) as display:
-            number = display.readline().strip()
-        if not number:
-            raise AssertionError("the virtual display does not start: " + (self.folder / "xserver.log").read_text())
+        with os.fdopen(reader) as announced:
+            line = announced.readline().strip()
+        if not line:
+            raise AssertionError(f"{command[0]} does not start: " + (self.folder / f"{name}.log").read_text())
+        return line
+
+    def _start(self):
         runtime = self.folder / "runtime"
         runtime.mkdir(mode=0o700, exist_ok=True)
         os.environ.pop("WAYLAND_DISPLAY", None)
-        os.environ.update(DISPLAY=f":{number}", XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
+        os.environ.update(XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
                           XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
                           XDG_DATA_HOME=str(self.folder / "data"))
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(
+            "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={}")
+        os.environ["DISPLAY"] = ":" + self._run_and_read_line(
+            "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp")
         self._run("window-manager", "openbox")
         self._run("accessibility", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
         wait_until(lambda: "window id" in output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
