@@ -88,7 +88,7 @@ class VirtualDesktop:
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(
             "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={}")
         os.environ["DISPLAY"] = ":" + self._run_and_read_line(
-            "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp")
+            "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp", "-noreset")
         self._run("window-manager", "openbox")
         self._run("accessibility", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
         wait_until(lambda: "window id" in output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
