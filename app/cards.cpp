@@ -189,6 +189,7 @@ Box* makeHelpCard(QWidget* parent, QAction* videoTutorial) {
     }
     grid->setColumnStretch(1, 1);
     column->addWidget(new TutorialButton(videoTutorial, box));
+    column->addSpacing(kHelpMarginY / 2);
     return box;
 }
 

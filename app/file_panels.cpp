@@ -3,6 +3,8 @@
 
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QStandardPaths>
+#include <QUrl>
 
 #include <utility>
 
@@ -20,6 +22,18 @@ QString filterFor(const QString& what, const std::vector<std::string>& extension
     for (const std::string& extension : extensions)
         patterns += u"*.%1"_s.arg(QString::fromStdString(extension));
     return u"%1 (%2)"_s.arg(what, patterns.join(u' '));
+}
+
+/// The folders where photos usually are, as far as they exist.
+QList<QUrl> usualPlaces() {
+    QList<QUrl> places;
+    for (const auto location : {QStandardPaths::HomeLocation, QStandardPaths::DesktopLocation,
+                                QStandardPaths::DownloadLocation, QStandardPaths::PicturesLocation}) {
+        const QUrl place = QUrl::fromLocalFile(QStandardPaths::writableLocation(location));
+        if (QFileInfo(place.toLocalFile()).isDir() && !places.contains(place))
+            places += place;
+    }
+    return places;
 }
 
 } // namespace
@@ -40,6 +54,7 @@ OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, QWid
     setAcceptMode(QFileDialog::AcceptOpen);
     setFileMode(QFileDialog::ExistingFile);
     setNameFilter(filterFor(u"Photos"_s, panel.allowedFileTypes));
+    setSidebarUrls(usualPlaces());
     resize(kUsualSize);
 }
 
@@ -55,6 +70,7 @@ SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, std:
     setFileMode(QFileDialog::AnyFile);
     setNameFilter(filterFor(u"Photos"_s, panel.allowedFileTypes));
     selectFile(QFile::decodeName(panel.nameFieldStringValue.c_str()));
+    setSidebarUrls(usualPlaces());
     resize(kUsualSize);
 }
 
@@ -86,7 +102,7 @@ bool SaveFilePanel::mayReplace(const QString& path) {
     const int answer = m_dialogs.runAlert({.messageText = "",
                                            .informativeText = question.arg(file.fileName()).toStdString(),
                                            .style = AlertStyle::Warning,
-                                           .buttons = {"Replace", "Cancel"}});
+                                           .buttons = {"Yes", "No"}});
     return answer != kSecondButton;
 }
 

@@ -74,6 +74,8 @@ public:
         switch (hint) {
         case SH_Slider_AbsoluteSetButtons: // a click on the groove goes there
             return Qt::LeftButton;
+        case SH_ComboBox_Popup: // all of a list is seen at once
+        case SH_DialogButtonBox_ButtonsHaveIcons:
         case SH_EtchDisabledText:
             return 0;
         default:

@@ -4,9 +4,9 @@
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
+#include "app/private_folder.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
-#include "app/temporary_folder.h"
 #include "app/window_dialogs.h"
 
 #include <QApplication>
@@ -30,7 +30,7 @@ int main(int argc, char** argv) {
     QObject::connect(&application, &QCoreApplication::aboutToQuit,
                      [&delegate] { delegate.applicationWillTerminate(); });
 
-    const Result<TemporaryFolder> folder = TemporaryFolder::create();
+    const Result<PrivateFolder> folder = PrivateFolder::create();
     if (!folder) {
         std::fprintf(stderr, "complexion: %s\n", folder.error().message.c_str());
         return 1;

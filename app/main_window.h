@@ -17,10 +17,10 @@ class MainWindow : public QMainWindow {
 public:
     MainWindow();
 
-    Actions& actions() { return *m_actions; }
-    RootView& rootView() { return *m_root; }
-    WindowContents& contents() { return *m_contents; }
-    BusySign& busySign() { return *m_busySign; }
+    Actions& actions() const { return *m_actions; }
+    RootView& rootView() const { return *m_root; }
+    WindowContents& contents() const { return *m_contents; }
+    BusySign& busySign() const { return *m_busySign; }
 
     /// The title names the photo; the commands offer what is possible.
     void showState(const WindowState& state);

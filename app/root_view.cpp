@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/root_view.h"
 
-#include <QCoreApplication>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMouseEvent>
@@ -58,18 +57,21 @@ void RootView::mouseReleaseEvent(QMouseEvent* event) {
     Q_EMIT mouseUp(converted(*event));
 }
 
-// A drag over a box or the root view counts as one over the photo.
+void RootView::handOn(QEvent* event) {
+    // Not sent: the application would send it back to the widget that it is dragged over.
+    static_cast<QObject*>(m_imageView)->event(event);
+}
 
 void RootView::dragEnterEvent(QDragEnterEvent* event) {
-    QCoreApplication::sendEvent(m_imageView, event);
+    handOn(event);
 }
 
 void RootView::dragMoveEvent(QDragMoveEvent* event) {
-    QCoreApplication::sendEvent(m_imageView, event);
+    handOn(event);
 }
 
 void RootView::dropEvent(QDropEvent* event) {
-    QCoreApplication::sendEvent(m_imageView, event);
+    handOn(event);
 }
 
 void RootView::resizeEvent(QResizeEvent* event) {

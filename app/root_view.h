@@ -37,6 +37,8 @@ protected:
 
 private:
     MouseEvent converted(const QMouseEvent& event);
+    /// Lets the image view answer to a drag over a box or the root view itself.
+    void handOn(QEvent* event);
 
     CustomImageView* m_imageView;
     QPointF m_lastPosition; // of the mouse while the left button is down

@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -37,19 +38,22 @@ constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
 constexpr int kControlPadding = 8; // above and below the text of a control, together
 constexpr int kLabelGap = 2;
-constexpr int kCheckBoxIndent = 6; // the style's frame and padding of a check box
+constexpr int kRingSpace =
+    6; // between the edge that a check box shows and its focus ring, which all groups align to
+constexpr int kOneRow = 4; // groups in a row
+constexpr int kTwoRows = 2;
 constexpr double kLabelSize = 11;
 
-/// A row of controls under its label. Rows of one font are of one height, so that all stand on one line.
-/// `indent` is how far inside its frame the first control shows its edge.
-QWidget* makeGroup(const QString& title, QLayout* controls, int indent = 0) {
+/// A row of controls under its label. Rows of one font are of one height, so that all stand on one line, and
+/// the label stands above the edge that the first control shows.
+QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
     auto* group = new QWidget;
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
-    label->setContentsMargins(indent, 0, 0, 0);
+    label->setContentsMargins(ringSpace, 0, 0, 0);
     auto* column = new QVBoxLayout(group);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(kRingSpace - ringSpace, 0, 0, 0);
     column->setSpacing(kLabelGap);
     column->addWidget(label);
     column->addLayout(controls);
@@ -74,28 +78,39 @@ int widthOf(const QWidget& widget, const QString& text) {
 
 } // namespace
 
-SettingsBar::SettingsBar(QWidget* parent) : Box(parent) {
-    const auto half = [](QWidget* first, QWidget* second) {
-        auto* row = new QHBoxLayout;
-        row->setSpacing(kGroupGap);
-        row->addWidget(first);
-        row->addWidget(second);
-        return row;
-    };
-    m_halves = new QBoxLayout(QBoxLayout::LeftToRight, this);
-    m_halves->setContentsMargins(kMarginX, kMarginY, kMarginX, kMarginY);
-    m_halves->addLayout(half(makeSizeGroup(), makeThresholdGroup()));
-    m_halves->addLayout(half(makeColorGroup(), makeEffectGroup()));
+SettingsBar::SettingsBar(QWidget* parent)
+    : Box(parent),
+      m_groups{makeSizeGroup(), makeThresholdGroup(), makeColorGroup(), makeEffectGroup()},
+      m_grid(new QGridLayout(this)) {
+    m_grid->setContentsMargins(kMarginX - kRingSpace, kMarginY, kMarginX, kMarginY);
+    m_grid->setHorizontalSpacing(kGroupGap - kRingSpace);
+    m_grid->setVerticalSpacing(kRowGap);
+    setColumns(kOneRow);
 }
 
 QSize SettingsBar::arrange(int width) {
-    m_halves->setDirection(QBoxLayout::LeftToRight);
-    m_halves->setSpacing(kGroupGap - kCheckBoxIndent);
-    if (m_halves->sizeHint().width() > width) {
-        m_halves->setDirection(QBoxLayout::TopToBottom);
-        m_halves->setSpacing(kRowGap);
+    setColumns(widthOfOneRow() <= width ? kOneRow : kTwoRows);
+    return m_grid->sizeHint();
+}
+
+int SettingsBar::widthOfOneRow() const {
+    const QMargins margins = m_grid->contentsMargins();
+    int width = margins.left() + margins.right() + (kOneRow - 1) * m_grid->horizontalSpacing();
+    for (const QWidget* group : m_groups)
+        width += group->sizeHint().width();
+    return width;
+}
+
+void SettingsBar::setColumns(int columns) {
+    // Moving a group asks for a new arrangement, which ends up here again.
+    if (columns == m_columns)
+        return;
+    m_columns = columns;
+    int place = 0;
+    for (QWidget* group : m_groups) {
+        m_grid->addWidget(group, place / columns, place % columns); // moves it
+        ++place;
     }
-    return m_halves->sizeHint();
 }
 
 QWidget* SettingsBar::makeSizeGroup() {
@@ -120,6 +135,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     auto* row = makeControlRow(kGap / 2);
     row->addWidget(textFieldEditAreaSize);
     row->addWidget(stepperEditAreaSize);
+    row->addStretch();
     return makeGroup(u"Edit area size"_s, row);
 }
 
@@ -133,7 +149,7 @@ QWidget* SettingsBar::makeThresholdGroup() {
     sliderThreshold->setMinimumWidth(kSliderWidth);
 
     auto* number = new QLabel;
-    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     number->setFixedWidth(widthOf(*number, u"100"_s) + 2);
     const auto showNumber = [number](float value) {
         number->setText(QString::number(static_cast<int>(std::floor(value)))); // what a repair will use
@@ -169,7 +185,8 @@ QWidget* SettingsBar::makeColorGroup() {
     auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
     row->addWidget(colorWellCustomColor);
-    return makeGroup(u"Color"_s, row, kCheckBoxIndent);
+    row->addStretch();
+    return makeGroup(u"Color"_s, row, kRingSpace);
 }
 
 QWidget* SettingsBar::makeEffectGroup() {

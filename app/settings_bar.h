@@ -3,9 +3,11 @@
 
 #include "view/box.h"
 
-class QBoxLayout;
+#include <array>
+
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 
@@ -41,7 +43,12 @@ private:
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
-    QBoxLayout* m_halves;
+    int widthOfOneRow() const;
+    void setColumns(int columns);
+
+    std::array<QWidget*, 4> m_groups;
+    QGridLayout* m_grid;
+    int m_columns = 0; // of groups, 0 before they are placed
 };
 
 } // namespace complexion

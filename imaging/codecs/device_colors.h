@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
+#include "imaging/codecs/srgb_conversion.h"
 #include "imaging/rgba32.h"
 
 #include <array>
-#include <cstdint>
-#include <memory>
-#include <optional>
 
 namespace complexion {
 
@@ -18,22 +15,19 @@ using GreyTable = std::array<RGBA32, 256>;
 /// profile.
 std::optional<GreyTable> greyTable(ByteView icc);
 
-/// Converts 8-bit CMYK samples to opaque sRGB pixels.
-class CmykConverter {
+/// Converts rows of 8-bit CMYK samples in which 255 stands for no ink.
+class InvertedCmyk {
 public:
     /// By the ICC profile `icc` if it is a usable CMYK profile, otherwise as ideal inks print: a channel is
-    /// what its ink and the black let through. `inverted`: 255 stands for no ink.
-    CmykConverter(ByteView icc, bool inverted);
-    ~CmykConverter();
-    CmykConverter(const CmykConverter&) = delete;
-    CmykConverter& operator=(const CmykConverter&) = delete;
+    /// what its ink and the black let through.
+    explicit InvertedCmyk(ByteView icc) : m_conversion(SrgbConversion::fromCmyk(icc)) {}
 
-    /// Converts `count` pixels of 4 samples each. Safe to call from several threads at once.
-    void convert(const std::uint8_t* samples, int count, RGBA32* out) const;
+    /// Makes the opaque sRGB pixel of the four samples that stand in each pixel's place. May be used from
+    /// several threads.
+    void convert(std::span<RGBA32> row) const;
 
 private:
-    void* m_transform = nullptr; // the colour library's; null without a profile
-    bool m_inverted;
+    std::optional<SrgbConversion> m_conversion;
 };
 
 } // namespace complexion

@@ -4,6 +4,7 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jpeg_errors.h"
+#include "imaging/codecs/plausible_area.h"
 #include "imaging/metadata/exif_basics.h"
 #include "imaging/orientation.h"
 #include "imaging/parallel.h"
@@ -30,7 +31,6 @@ constexpr std::int64_t kMostScannedPixels = 8'000'000'000;
 /// A block of 64 pixels takes at least a bit for each component's first coefficient, save in a picture of one
 /// colour that only an arithmetic coder can squeeze further.
 constexpr std::int64_t kMostPixelsPerByte = 512;
-constexpr std::int64_t kSmallArea = 32'000'000;
 /// What the library shows where data is missing: all coefficients 0.
 constexpr RGBA32 kMissing(128, 128, 128, 255);
 
@@ -153,10 +153,8 @@ Result<PixelSize> readCheckedHeader(Decompressor& decompressor, ByteView file) {
     if (!decompressor.readHeader())
         return decompressor.error();
     const PixelSize size = decompressor.size();
-    if (!isDecodableSize(size.width, size.height))
-        return Error{"JPEG: the picture is too large"};
-    if (size.area() > kSmallArea && size.area() / kMostPixelsPerByte > std::ssize(file))
-        return Error{"JPEG: the file is too short for the size that it states"};
+    if (!isPlausibleArea(size.width, size.height, file.size(), kMostPixelsPerByte))
+        return Error{"JPEG: the picture is too large, or the file too short for it"};
     return size;
 }
 
@@ -199,15 +197,9 @@ private:
 
 Result<Image> readCmyk(RowReader& reader, ByteView icc) {
     // Every writer of note stores inverted inks, with the Adobe segment or without.
-    const CmykConverter converter(icc, true);
+    const InvertedCmyk inks(icc);
     return reader.read([&](PixelBlock& rows, int count) {
-        parallelFor(count, [&](int row) {
-            // A pixel's four samples become the pixel in the same place.
-            RGBA32* pixels = rows.row(row);
-            std::vector<std::uint8_t> samples(static_cast<std::size_t>(rows.size.width) * sizeof(RGBA32));
-            std::memcpy(samples.data(), pixels, samples.size());
-            converter.convert(samples.data(), rows.size.width, pixels);
-        });
+        parallelFor(count, [&](int row) { inks.convert({rows.row(row), rows.row(row + 1)}); });
     });
 }
 

@@ -4,6 +4,7 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jump_guard.h"
+#include "imaging/codecs/plausible_area.h"
 #include "imaging/codecs/png_chunks.h"
 #include "imaging/codecs/png_color.h"
 #include "imaging/metadata/exif_basics.h"
@@ -21,8 +22,7 @@ constexpr png_uint_32 kLongestSide = 1'000'000;
 constexpr png_alloc_size_t kLargestChunk = 64 << 20;
 constexpr double kMetresPerInch = 0.0254;
 /// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
-constexpr std::uint64_t kMostExpansion = 1032;
-constexpr std::int64_t kSmallArea = 32'000'000;
+constexpr std::int64_t kMostExpansion = 1032;
 
 /// Chunks that the library need not look at: nobody asks it for text, and what the profile is worth is judged
 /// by the colour library, which is less strict.
@@ -74,8 +74,8 @@ public:
         return {static_cast<int>(png_get_image_width(m_png, m_info)),
                 static_cast<int>(png_get_image_height(m_png, m_info))};
     }
-    std::uint64_t unpackedSize() const {
-        return std::uint64_t{png_get_rowbytes(m_png, m_info)} * png_get_image_height(m_png, m_info);
+    std::int64_t bitsPerPixel() const {
+        return std::int64_t{png_get_bit_depth(m_png, m_info)} * png_get_channels(m_png, m_info);
     }
     bool hasAlpha() const {
         return (png_get_color_type(m_png, m_info) & PNG_COLOR_MASK_ALPHA) != 0 ||
@@ -161,10 +161,8 @@ Result<PixelSize> readCheckedHeader(PngReader& reader, ByteView file) {
     if (!reader.readHeader())
         return reader.error();
     const PixelSize size = reader.size();
-    if (!isDecodableSize(size.width, size.height))
-        return Error{"PNG: the picture is too large"};
-    if (size.area() > kSmallArea && reader.unpackedSize() / kMostExpansion > file.size())
-        return Error{"PNG: the file is too short for the size that it states"};
+    if (!isPlausibleArea(size.width, size.height, file.size(), kMostExpansion * 8 / reader.bitsPerPixel()))
+        return Error{"PNG: the picture is too large, or the file too short for it"};
     return size;
 }
 

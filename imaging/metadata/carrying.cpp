@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/carrying.h"
 
+#include "imaging/codecs/no_throw.h"
 #include "imaging/metadata/bmp_metadata.h"
 #include "imaging/metadata/exif_basics.h"
 #include "imaging/metadata/gif_metadata.h"
@@ -70,9 +71,11 @@ Result<FileContents> withMetadataOf(ByteView source, ByteView written) {
     const auto into = containerOf(written);
     if (!from || !into)
         return Error{"not a picture file"};
-    ThumbnailMaker maker(written);
-    return from == into ? carrierOf(*into).withBlocksOf(source, written, maker)
-                        : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, maker);
+    return withoutThrowing([&] {
+        ThumbnailMaker maker(written);
+        return from == into ? carrierOf(*into).withBlocksOf(source, written, maker)
+                            : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, maker);
+    });
 }
 
 Orientation carriedOrientation(ByteView source, Container target) {

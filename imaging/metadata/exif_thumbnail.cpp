@@ -144,7 +144,10 @@ bool isSingleNumber(const TiffEntry* entry, std::uint64_t largest) {
 /// A picture that the main directory points to is one of the pixels before as well.
 void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>& kept) {
     const TiffDirectory& main = chain.directories.front();
-    blank(exif, pictureRanges(main, exif, chain.header.order), kept);
+    const std::vector<Range> pictures = pictureRanges(main, exif, chain.header.order);
+    if (pictures.empty())
+        return;
+    blank(exif, pictures, kept);
     if (const TiffEntry* length = main.find(tag::kJpegLength); isSingleNumber(length, 0))
         setNumber(exif, *length, chain.header.order, 0);
 }
@@ -155,9 +158,13 @@ bool overlaps(const Range& range, const std::vector<Range>& others) {
     });
 }
 
-/// Puts the new thumbnail in; false when it has no place.
-bool putThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::size_t lengthLimit,
-                  const std::vector<Range>& kept) {
+bool isThumbnailSize(PixelSize size) {
+    return size.area() > 0 && std::max(size.width, size.height) <= kLargestThumbnailSide;
+}
+
+/// Puts a JPEG file in the place of the old one; false when that is none or the new one has no place.
+bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::size_t lengthLimit,
+                      const std::vector<Range>& kept) {
     const TiffDirectory& directory = chain.directories[1];
     const ByteOrder order = chain.header.order;
     const TiffEntry* offset = directory.find(tag::kJpegOffset);
@@ -169,7 +176,7 @@ bool putThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::s
     if (old.end > exif.size() || overlaps(old, kept))
         return false;
     const auto size = jpegPixelSize(slice(exif, old.begin, old.length()));
-    if (!size || std::max(size->width, size->height) > kLargestThumbnailSide)
+    if (!size || !isThumbnailSize(*size))
         return false;
 
     Bytes thumbnail = maker.jpeg(*size, old.length());
@@ -189,6 +196,44 @@ bool putThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::s
     return true;
 }
 
+/// The size of a thumbnail in one strip of bare RGB bytes; nothing for other kinds.
+std::optional<PixelSize> rgbThumbnailSize(const TiffDirectory& directory, ByteOrder order) {
+    constexpr std::uint64_t kUncompressed = 1;
+    constexpr std::uint64_t kRgb = 2;
+    const auto number = [&](unsigned wanted, std::uint64_t fallback) {
+        const TiffEntry* entry = directory.find(wanted);
+        return entry ? firstNumber(*entry, order) : fallback;
+    };
+    const TiffEntry* bits = directory.find(tag::kBitsPerSample);
+    const bool isRgb = number(tag::kCompression, 0) == kUncompressed &&
+                       number(tag::kPhotometricInterpretation, 0) == kRgb &&
+                       number(tag::kPlanarConfiguration, 1) == 1 && bits &&
+                       allNumbers(*bits, order) == std::vector<std::uint64_t>{8, 8, 8};
+    const std::uint64_t width = number(tag::kImageWidth, 0);
+    const std::uint64_t height = number(tag::kImageLength, 0);
+    if (!isRgb || width > kLargestThumbnailSide || height > kLargestThumbnailSide)
+        return std::nullopt;
+    const PixelSize size{static_cast<int>(width), static_cast<int>(height)};
+    return isThumbnailSize(size) ? std::optional(size) : std::nullopt;
+}
+
+/// Puts RGB bytes in the place of the old ones; false when there are none such.
+bool putRgbThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, const std::vector<Range>& kept) {
+    const TiffDirectory& directory = chain.directories[1];
+    const auto size = rgbThumbnailSize(directory, chain.header.order);
+    const std::vector<Range> strips = pictureRanges(directory, exif, chain.header.order);
+    if (!size || strips.size() != 1 ||
+        strips.front().length() != 3 * static_cast<std::uint64_t>(size->area()) ||
+        overlaps(strips.front(), kept))
+        return false;
+    const std::vector<RGBA32> pixels = maker.pixels(*size);
+    auto out = exif.begin() + static_cast<std::ptrdiff_t>(strips.front().begin);
+    for (const RGBA32 pixel : pixels)
+        for (const std::uint8_t component : {pixel.red(), pixel.green(), pixel.blue()})
+            *out++ = component;
+    return !pixels.empty();
+}
+
 } // namespace
 
 void removeThumbnail(Bytes& exif) {
@@ -206,7 +251,8 @@ void renewThumbnail(Bytes& exif, ThumbnailMaker& maker, std::size_t lengthLimit)
     if (!chain || chain->directories.size() < 2)
         return removeThumbnail(exif);
     const std::vector<Range> kept = keptRanges(*chain, 2);
-    if (!putThumbnail(exif, *chain, maker, lengthLimit, kept))
+    if (!putJpegThumbnail(exif, *chain, maker, lengthLimit, kept) &&
+        !putRgbThumbnail(exif, *chain, maker, kept))
         return removeThumbnail(exif);
     removeMainPicture(exif, *chain, kept);
     blankPictures(exif, *chain, 2, kept);

@@ -177,26 +177,28 @@ Bytes jfifWithDensity(const Resolution& resolution) {
     return payload;
 }
 
-/// `written` with a JFIF segment of its own replaced and other metadata instead of what it may have.
-Result<FileContents> withSegments(ByteView written, const std::optional<Bytes>& jfif, ByteView metadata) {
+/// What becomes of the JFIF segment of the new file.
+struct Jfif {
+    enum Fate { Kept, Replaced, Removed } fate = Kept;
+    Bytes payload;
+};
+
+/// `written` with `metadata` instead of what it may have of the kind.
+Result<FileContents> withSegments(ByteView written, const Jfif& jfif, ByteView metadata) {
     const JpegSegments jpeg = splitJpeg(written);
     if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != marker::kStartOfScan)
         return Error{"the JPEG file to give metadata to is damaged"};
     Bytes file = {0xff, marker::kStartOfImage};
     file.reserve(written.size() + metadata.size() + kMostSegmentBytes);
     Bytes others;
-    bool hasJfif = false;
+    if (jfif.fate == Jfif::Replaced)
+        append(file, jpegSegment(marker::kApp0, jfif.payload));
     for (const JpegSegment& segment : jpeg.segments) {
-        if (isJfif(segment) && !hasJfif) {
-            hasJfif = true;
-            append(file, jfif ? jpegSegment(segment.marker, *jfif)
-                              : Bytes(segment.whole.begin(), segment.whole.end()));
-        } else if (!isMetadata(segment)) {
+        if (!isJfif(segment) && !isMetadata(segment))
             append(others, segment.whole);
-        }
+        else if (isJfif(segment) && jfif.fate == Jfif::Kept)
+            append(file, segment.whole);
     }
-    if (!hasJfif && jfif)
-        append(file, jpegSegment(marker::kApp0, *jfif));
     append(file, metadata);
     append(file, others);
     append(file, jpeg.rest);
@@ -231,18 +233,16 @@ std::optional<Resolution> exifResolution(ByteView exif) {
     return Resolution{density->horizontal, density->vertical, Resolution::Unit::Inch};
 }
 
-/// The JFIF payload that says what the source says of its density; nothing when it says nothing.
-std::optional<Bytes> carriedJfif(const JpegSegments& source) {
+/// What becomes of the JFIF segment of the new file. Cameras write none: EXIF wants to come first and tells
+/// the density itself, and offsets in maker notes count on its place.
+Jfif carriedJfif(const JpegSegments& source) {
     if (const JpegSegment* jfif = findJfif(source.segments)) {
         Bytes payload(jfif->payload.begin(), jfif->payload.begin() + kJfifThumbnail);
         appendNumber(payload, 2, ByteOrder::BigEndian, 0);
-        return payload;
+        return {Jfif::Replaced, std::move(payload)};
     }
-    const auto exif = std::find_if(source.segments.begin(), source.segments.end(), isExif);
-    if (exif == source.segments.end())
-        return std::nullopt;
-    const auto resolution = exifResolution(exif->payload.subspan(kExifStart.size()));
-    return resolution ? std::optional(jfifWithDensity(*resolution)) : std::nullopt;
+    const bool hasExif = std::any_of(source.segments.begin(), source.segments.end(), isExif);
+    return {hasExif ? Jfif::Removed : Jfif::Kept, {}};
 }
 
 } // namespace
@@ -295,9 +295,10 @@ Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView 
                 resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc)));
     for (const TextNote& note : metadata.notes)
         appendBlock(segments, marker::kComment, {}, bytesOf(noteAsComment(note)));
-    return withSegments(
-        written, metadata.resolution ? std::optional(jfifWithDensity(*metadata.resolution)) : std::nullopt,
-        segments);
+    Jfif jfif;
+    if (metadata.resolution)
+        jfif = {Jfif::Replaced, jfifWithDensity(*metadata.resolution)};
+    return withSegments(written, jfif, segments);
 }
 
 } // namespace complexion

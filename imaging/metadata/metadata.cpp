@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/image_tools.h"
 
+#include "imaging/codecs/no_throw.h"
 #include "imaging/files.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/container.h"
@@ -10,13 +11,27 @@
 
 namespace complexion {
 
+namespace {
+
+/// A file's bytes when it can be opened as a picture.
+Result<Bytes> readPicture(const std::filesystem::path& path) {
+    return withoutThrowing([&]() -> Result<Bytes> {
+        Result<Bytes> file = readFile(path);
+        if (file && !containerOf(*file))
+            return Error{"not a picture file"};
+        return file;
+    });
+}
+
+} // namespace
+
 void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
                                  const std::filesystem::path& croppedImagePath) {
-    const Result<Bytes> source = readFile(originalImagePath);
-    if (!source || !containerOf(*source))
+    const Result<Bytes> source = readPicture(originalImagePath);
+    if (!source)
         return;
-    const Result<Bytes> written = readFile(croppedImagePath);
-    if (!written || !containerOf(*written))
+    const Result<Bytes> written = readPicture(croppedImagePath);
+    if (!written)
         return;
     const CreationDate date = ImageCreationDate(originalImagePath);
     const Result<FileContents> result = withMetadataOf(*source, *written);
@@ -33,7 +48,7 @@ std::chrono::system_clock::time_point ImageTools::ImageCreationDate(const std::f
 Orientation ImageTools::CarriedOrientation(const std::filesystem::path& originalImagePath,
                                            std::string_view format) {
     const auto target = containerForExtension(format);
-    const Result<Bytes> source = readFile(originalImagePath);
+    const Result<Bytes> source = readPicture(originalImagePath);
     return source && target ? carriedOrientation(*source, *target) : Orientation::TopLeft;
 }
 

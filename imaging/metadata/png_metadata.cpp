@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/png_metadata.h"
 
+#include "imaging/codecs/png_chunks.h"
 #include "imaging/metadata/exif_thumbnail.h"
 #include "imaging/metadata/photoshop_resources.h"
-#include "imaging/metadata/png_chunks.h"
+#include "imaging/metadata/png_structure.h"
 #include "imaging/metadata/text_encoding.h"
 #include "imaging/metadata/tiff_structure.h"
 #include "imaging/metadata/xmp_packet.h"
@@ -130,9 +131,7 @@ Bytes carriedChunk(const PngChunk& chunk) {
 
 /// `written` with `metadata` before its pixels, instead of what it has of the kind.
 Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDensity) {
-    constexpr std::size_t kSignatureLength = 8;
-    const ByteView signature = slice(written, 0, kSignatureLength);
-    Bytes file(signature.begin(), signature.end());
+    Bytes file(kPngSignature.begin(), kPngSignature.end());
     file.reserve(written.size() + metadata.size());
     bool isInserted = false;
     bool isWhole = false;

@@ -2,18 +2,15 @@
 #include "imaging/metadata/thumbnail_maker.h"
 
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_errors.h"
 #include "imaging/resample.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <csetjmp>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <vector>
-
-#include <jpeglib.h>
 
 namespace complexion {
 
@@ -25,25 +22,15 @@ constexpr std::array<int, 8> kQualities = {92, 85, 78, 70, 60, 50, 35, 20};
 // What is off by less than this part of the thumbnail's side is stretched instead of getting a hairline bar.
 constexpr double kUnseenStretch = 0.02;
 
-struct JpegFailure {
-    jpeg_error_mgr manager;
-    std::jmp_buf back;
-};
-
-[[noreturn]] void giveUp(j_common_ptr info) {
-    std::longjmp(reinterpret_cast<JpegFailure*>(info->err)->back, 1); // NOLINT(cert-err52-cpp)
-}
-
-void encode(std::vector<RGBA32>& pixels, PixelSize size, int quality, unsigned char** data,
-            unsigned long* length) {
+Bytes encoded(std::vector<RGBA32>& pixels, PixelSize size, int quality) {
+    JpegErrors errors;
     jpeg_compress_struct info = {};
-    JpegFailure failure = {};
-    info.err = jpeg_std_error(&failure.manager);
-    failure.manager.error_exit = giveUp;
-    failure.manager.output_message = [](j_common_ptr) {};
-    if (setjmp(failure.back) == 0) { // NOLINT(cert-err52-cpp)
+    info.err = &errors;
+    unsigned char* data = nullptr;
+    unsigned long length = 0;
+    const bool isDone = errors.guard.run([&] {
         jpeg_create_compress(&info);
-        jpeg_mem_dest(&info, data, length);
+        jpeg_mem_dest(&info, &data, &length);
         info.image_width = static_cast<JDIMENSION>(size.width);
         info.image_height = static_cast<JDIMENSION>(size.height);
         info.input_components = 4;
@@ -58,17 +45,11 @@ void encode(std::vector<RGBA32>& pixels, PixelSize size, int quality, unsigned c
             jpeg_write_scanlines(&info, &row, 1);
         }
         jpeg_finish_compress(&info);
-    } else {
-        *length = 0;
-    }
+    });
+    Bytes file;
+    if (isDone)
+        file.assign(data, data + length);
     jpeg_destroy_compress(&info);
-}
-
-Bytes encoded(std::vector<RGBA32>& pixels, PixelSize size, int quality) {
-    unsigned char* data = nullptr;
-    unsigned long length = 0;
-    encode(pixels, size, quality, &data, &length);
-    Bytes file(data, data + length);
     std::free(data); // NOLINT(cppcoreguidelines-no-malloc): the library's own allocation
     return file;
 }
@@ -98,19 +79,26 @@ const Image* ThumbnailMaker::picture() {
     return m_picture ? &*m_picture : nullptr;
 }
 
-Bytes ThumbnailMaker::jpeg(PixelSize size, std::size_t lengthLimit) {
+std::vector<RGBA32> ThumbnailMaker::pixels(PixelSize size) {
     const Image* whole = picture();
-    if (!whole || size.width <= 0 || size.height <= 0)
+    if (!whole || size.area() <= 0)
         return {};
     const PixelSize fitted = fittedSize(whole->pixelSize(), size);
-    const Image small = resampled(*whole, fitted);
     std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()), RGBA32(0, 0, 0, 255));
     const int left = (size.width - fitted.width) / 2;
     const int top = (size.height - fitted.height) / 2;
-    small.read({0, 0, fitted.width, fitted.height}, pixels.data() + std::ptrdiff_t{top} * size.width + left,
-               size.width);
+    resampled(*whole, fitted)
+        .read({0, 0, fitted.width, fitted.height}, pixels.data() + std::ptrdiff_t{top} * size.width + left,
+              size.width);
+    return pixels;
+}
+
+Bytes ThumbnailMaker::jpeg(PixelSize size, std::size_t lengthLimit) {
+    std::vector<RGBA32> rows = pixels(size);
+    if (rows.empty())
+        return {};
     for (const int quality : kQualities)
-        if (Bytes file = encoded(pixels, size, quality); !file.empty() && file.size() <= lengthLimit)
+        if (Bytes file = encoded(rows, size, quality); !file.empty() && file.size() <= lengthLimit)
             return file;
     return {};
 }

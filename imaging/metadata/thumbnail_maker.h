@@ -5,6 +5,7 @@
 #include "imaging/image.h"
 
 #include <optional>
+#include <vector>
 
 namespace complexion {
 
@@ -14,9 +15,12 @@ public:
     /// `file` has to outlive the maker.
     explicit ThumbnailMaker(ByteView file) : m_file(file) {}
 
-    /// The picture as a JPEG file of `size` and at most `lengthLimit` bytes, as good as that allows. A
-    /// picture of another shape gets black bars, as cameras do it. Empty when the file cannot be decoded or
-    /// no quality is small enough.
+    /// The picture as packed rows of `size`; one of another shape gets black bars, as cameras do it. Empty
+    /// when the file cannot be decoded.
+    std::vector<RGBA32> pixels(PixelSize size);
+
+    /// The same as a JPEG file of at most `lengthLimit` bytes, as good as that allows. Empty also when no
+    /// quality is small enough.
     Bytes jpeg(PixelSize size, std::size_t lengthLimit);
 
 private:

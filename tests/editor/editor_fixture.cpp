@@ -36,9 +36,9 @@ EditorTest::EditorTest() : root(std::make_unique<QWidget>()) {
     controller = std::make_shared<ViewController>(root.get(), dialogs, platform, queues);
     controller->imageView = imageView;
     const auto outlets = {
-        &controller->boxHint,       &controller->boxHelp,   &controller->boxSelectImage,
-        &controller->boxResetImage, &controller->boxSaveImage, &controller->boxZoomIn,
-        &controller->boxZoomOut,    &controller->boxResetZoom, &controller->boxUndo,
+        &controller->boxHint,       &controller->boxHelp,         &controller->boxSelectImage,
+        &controller->boxResetImage, &controller->boxSaveImage,    &controller->boxZoomIn,
+        &controller->boxZoomOut,    &controller->boxResetZoom,    &controller->boxUndo,
         &controller->boxRedo,       &controller->boxEditSettings,
     };
     for (QPointer<Box>* const outlet : outlets) {
@@ -58,7 +58,7 @@ EditorTest::EditorTest() : root(std::make_unique<QWidget>()) {
 
 EditorTest::~EditorTest() {
     // Work that was never run may hold the controller.
-    queues = {};
+    queues.clear();
 }
 
 void EditorTest::SetUp() {
@@ -183,8 +183,9 @@ void EditorTest::expectUntouchedBy(const std::function<void()>& work) {
     EXPECT_TRUE(everything() == before);
     EXPECT_TRUE(controller->originalImage().isSameObject(working));
     ASSERT_EQ(imageView->image().has_value(), onScreen.has_value());
-    if (onScreen)
+    if (onScreen) {
         EXPECT_TRUE(imageView->image()->isSameObject(*onScreen));
+    }
 }
 
 } // namespace complexion

@@ -75,7 +75,8 @@ protected:
     /// The picture on the screen.
     Image shown() const;
 
-    /// What an operation must not change when it is refused: history, picture, source, effect, boxes, zoom, files.
+    /// What an operation must not change when it is refused: history, picture, source, effect, boxes, zoom,
+    /// files.
     struct Everything {
         std::vector<std::filesystem::path> paths;
         std::int64_t currenState = 0;

@@ -62,8 +62,8 @@ TEST_F(Settings, TheStepperFollowsTheField) {
 TEST_F(Settings, ATypedSizeIsTheNextClicksRadius) {
     // A dark pixel 20 away from the blemish: only a large disc reaches it.
     const Image image = painted(kPhotoSize, [](int row, int column) {
-        const bool dark = (std::abs(row - 30) <= 1 && std::abs(column - 40) <= 1) ||
-                          (row == 43 && column == 55);
+        const bool dark =
+            (std::abs(row - 30) <= 1 && std::abs(column - 40) <= 1) || (row == 43 && column == 55);
         return dark ? kBlemish : kSkin;
     });
     openThroughPanel(makePhoto("far.png", image));
@@ -92,8 +92,8 @@ TEST_F(Settings, ATypedSizeIsClampedToTheSteppersBounds) {
 }
 
 TEST_F(Settings, WhatIsNoNumberLeavesTheSizeWithinItsBounds) {
-    for (const char* text : {"", "abc", "1e3", "9999999999", "99999999999999999999999", "-99999999999999999999",
-                             "12.5", " 25 "}) {
+    for (const char* text : {"", "abc", "1e3", "9999999999", "99999999999999999999999",
+                             "-99999999999999999999", "12.5", " 25 "}) {
         SCOPED_TRACE(text);
         type(QString::fromLatin1(text));
         EXPECT_GE(stepperValue(), 1);
@@ -123,10 +123,10 @@ TEST_F(Settings, TheEffectsStandInTheirOrder) {
     QStringList titles;
     for (int i = 0; i < controller->comboEffect->count(); ++i)
         titles.append(controller->comboEffect->itemText(i));
-    EXPECT_EQ(titles, QStringList({QStringLiteral("Normal"), QStringLiteral("Chrome"), QStringLiteral("Fade"),
-                                   QStringLiteral("Instant"), QStringLiteral("Mono"), QStringLiteral("Noir"),
-                                   QStringLiteral("Process"), QStringLiteral("Tonal"),
-                                   QStringLiteral("Transfer")}));
+    EXPECT_EQ(titles,
+              QStringList({QStringLiteral("Normal"), QStringLiteral("Chrome"), QStringLiteral("Fade"),
+                           QStringLiteral("Instant"), QStringLiteral("Mono"), QStringLiteral("Noir"),
+                           QStringLiteral("Process"), QStringLiteral("Tonal"), QStringLiteral("Transfer")}));
 }
 
 TEST_F(Settings, EachEffectShowsTheWorkingImageThroughIt) {

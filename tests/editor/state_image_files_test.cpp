@@ -96,8 +96,9 @@ TEST_F(StateFiles, AnUnholdableImageOverAnEarlierFileIsNotTakenForIt) {
     EXPECT_TRUE(files.write(filled({65501, 1}, kSkin), path("state.jpg"), "jpg"));
     const auto read = files.read(path("state.jpg"));
     // Whatever stands in the file is what is read, never a picture that is not in it.
-    if (read)
+    if (read) {
         EXPECT_TRUE(samePixels(*read, decoded(path("state.jpg"))));
+    }
 }
 
 TEST_F(StateFiles, RemovingDeletesTheFileSilently) {

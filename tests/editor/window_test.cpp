@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/editor_fixture.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QImage>
 #include <QUrl>

@@ -11,9 +11,9 @@
 
 namespace complexion {
 
-/// Dialogs that are answered by a script: each expected one with its answer, in order. A dialog that the script
-/// does not expect fails the test and is answered as a user would who wants to be left alone; so does, at the end,
-/// an expected one that was never shown.
+/// Dialogs that are answered by a script: each expected one with its answer, in order. A dialog that the
+/// script does not expect fails the test and is answered as a user would who wants to be left alone; so does,
+/// at the end, an expected one that was never shown.
 class FakeDialogs : public Dialogs {
 public:
     ~FakeDialogs() override;

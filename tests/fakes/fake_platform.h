@@ -16,8 +16,8 @@ public:
 
     /// The uptime in nanoseconds.
     std::uint64_t uptime = 5'000'000'000'000;
-    /// The wall clock, in seconds since 1970, and how far it goes on whenever it is read. The step is a binary
-    /// fraction, so that the clock's milliseconds are exact.
+    /// The wall clock, in seconds since 1970, and how far it goes on whenever it is read. The step is a
+    /// binary fraction, so that the clock's milliseconds are exact.
     double wallClock = 1479282091;
     double wallClockStep = 1.0 / 64;
 

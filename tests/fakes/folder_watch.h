@@ -15,8 +15,8 @@ public:
     FolderWatch& operator=(const FolderWatch&) = delete;
     ~FolderWatch();
 
-    /// "+NAME" for a file that appeared under its name, "-NAME" for one that was deleted, since the last call.
-    /// Temporary files of an atomic write do not count.
+    /// "+NAME" for a file that appeared under its name, "-NAME" for one that was deleted, since the last
+    /// call. Temporary files of an atomic write do not count.
     std::vector<std::string> events();
 
 private:

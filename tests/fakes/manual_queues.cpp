@@ -21,4 +21,9 @@ void ManualQueues::runAll() {
     }
 }
 
+void ManualQueues::clear() {
+    m_background.clear();
+    m_main.clear();
+}
+
 } // namespace complexion

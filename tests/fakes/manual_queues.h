@@ -18,6 +18,8 @@ public:
     void runMain() { runFirst(m_main); }
     /// Runs until nothing is left, background work first.
     void runAll();
+    /// Drops all work.
+    void clear();
 
     void submitBackground(std::function<void()> work) override { m_background.push_back(std::move(work)); }
     void submitMain(std::function<void()> work) override { m_main.push_back(std::move(work)); }

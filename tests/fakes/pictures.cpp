@@ -115,9 +115,9 @@ testing::AssertionResult samePixels(const Image& actual, const Image& expected) 
 testing::AssertionResult nearlySamePixels(const Image& actual, const Image& expected, int tolerance) {
     const PixelSize size = actual.pixelSize();
     if (size != expected.pixelSize())
-        return testing::AssertionFailure() << size.width << " by " << size.height << " pixels instead of "
-                                           << expected.pixelSize().width << " by "
-                                           << expected.pixelSize().height;
+        return testing::AssertionFailure()
+               << size.width << " by " << size.height << " pixels instead of " << expected.pixelSize().width
+               << " by " << expected.pixelSize().height;
     const std::vector<RGBA32> a = pixelsOf(actual);
     const std::vector<RGBA32> e = pixelsOf(expected);
     for (std::size_t i = 0; i < a.size(); ++i)

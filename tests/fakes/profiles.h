@@ -35,4 +35,31 @@ inline Bytes grayProfile() {
     return bytes;
 }
 
+/// A CMYK profile whose inks are paler than ideal ones: all of black leaves a tenth of the light.
+inline Bytes cmykProfile() {
+    cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+    cmsSetProfileVersion(profile, 2.4);
+    cmsSetDeviceClass(profile, cmsSigOutputClass);
+    cmsSetColorSpace(profile, cmsSigCmykData);
+    cmsSetPCS(profile, cmsSigLabData);
+    cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 4, 3);
+    cmsStage* table = cmsStageAllocCLut16bit(nullptr, 5, 4, 3, nullptr);
+    const auto sample = [](const cmsUInt16Number in[], cmsUInt16Number out[], void*) -> cmsInt32Number {
+        const double c = in[0] / 65535.0;
+        const double m = in[1] / 65535.0;
+        const double y = in[2] / 65535.0;
+        const double k = in[3] / 65535.0;
+        const double light = 1 - k * 0.9;
+        const cmsCIELab lab = {95 * light * (1 - 0.2 * c) * (1 - 0.3 * m) * (1 - 0.05 * y),
+                               light * (60 * m - 30 * c), light * (70 * y - 35 * c)};
+        cmsFloat2LabEncodedV2(out, &lab);
+        return 1;
+    };
+    cmsStageSampleCLut16bit(table, sample, nullptr, 0);
+    cmsPipelineInsertStage(pipeline, cmsAT_END, table);
+    cmsWriteTag(profile, cmsSigAToB0Tag, pipeline);
+    cmsPipelineFree(pipeline);
+    return bytesOfProfile(profile);
+}
+
 } // namespace complexion

@@ -9,8 +9,8 @@ namespace complexion {
 
 /// A new folder that is removed, with all that is in it, when its owner goes.
 ///
-/// The program that a death test starts makes its folders inside the one that its parent made last, because what
-/// aborts cannot clean up.
+/// The program that a death test starts makes its folders inside the one that its parent made last, because
+/// what aborts cannot clean up.
 class TemporaryFolder {
 public:
     TemporaryFolder();

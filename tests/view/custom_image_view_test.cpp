@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "view/custom_image_view.h"
 #include "imaging/image_tools.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
+#include "view/custom_image_view.h"
 #include "view/notification_center.h"
 
 #include <QApplication>
@@ -351,7 +351,8 @@ TEST_F(Painting, AZoomedFrameShowsItsPart) {
 
 TEST_F(Painting, FarZoomedInAPixelIsASquareOfItsColour) {
     view->setFrame({0, 0, 800, 600});
-    view->setImage(painted({80, 60}, [](int row, int column) { return (row + column) % 2 ? kSkin : kBlemish; }));
+    view->setImage(
+        painted({80, 60}, [](int row, int column) { return (row + column) % 2 ? kSkin : kBlemish; }));
     // Ten points a pixel, seen from the image's bottom left corner.
     const QColor skin(180, 180, 180);
     const QColor dark(40, 40, 40);
@@ -374,7 +375,8 @@ TEST_F(Painting, ALargePhotoIsScaledDownWithoutAShift) {
 
 TEST_F(Painting, FineDetailOfALargePhotoIsAveragedNotSkipped) {
     view->setFrame({0, 0, 80, 60});
-    view->setImage(painted({640, 480}, [](int row, int column) { return (row + column) % 2 ? grey(200) : grey(100); }));
+    view->setImage(
+        painted({640, 480}, [](int row, int column) { return (row + column) % 2 ? grey(200) : grey(100); }));
     const QImage picture = root.grab().toImage();
     for (int y = 5; y < 55; y += 5)
         for (int x = 5; x < 75; x += 5)
@@ -448,7 +450,8 @@ TEST(Mouse, PressesOnTheViewReachTheRootView) {
     root.resize(80, 60);
     CustomImageView view(&root);
     view.setGeometry(root.rect());
-    QMouseEvent press(QEvent::MouseButtonPress, {5, 5}, {5, 5}, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QMouseEvent press(QEvent::MouseButtonPress, {5, 5}, {5, 5}, Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
     QCoreApplication::sendEvent(&view, &press);
     EXPECT_EQ(root.presses, 1);
 }

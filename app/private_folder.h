@@ -8,21 +8,21 @@
 namespace complexion {
 
 /// A new folder that only this user can enter (mode 0700), removed with everything in it when its owner goes.
-class TemporaryFolder {
+class PrivateFolder {
 public:
     /// Made in $TMPDIR, or in /var/tmp, which is meant for large files, where /tmp is often memory.
-    static Result<TemporaryFolder> create();
+    static Result<PrivateFolder> create();
 
-    TemporaryFolder(TemporaryFolder&& other) noexcept;
-    TemporaryFolder& operator=(TemporaryFolder&&) = delete;
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder();
+    PrivateFolder(PrivateFolder&& other) noexcept;
+    PrivateFolder& operator=(PrivateFolder&&) = delete;
+    PrivateFolder(const PrivateFolder&) = delete;
+    PrivateFolder& operator=(const PrivateFolder&) = delete;
+    ~PrivateFolder();
 
     const std::filesystem::path& path() const { return m_path; }
 
 private:
-    explicit TemporaryFolder(std::filesystem::path path) : m_path(std::move(path)) {}
+    explicit PrivateFolder(std::filesystem::path path) : m_path(std::move(path)) {}
 
     std::filesystem::path m_path; // empty once moved from
 };

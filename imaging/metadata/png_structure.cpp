@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/metadata/png_chunks.h"
+#include "imaging/metadata/png_structure.h"
+
+#include "imaging/codecs/png_chunks.h"
 
 #include <algorithm>
 #include <array>
@@ -98,10 +100,8 @@ std::vector<PngChunk> splitPng(ByteView file) {
 
 Bytes pngChunk(std::string_view name, ByteView data) {
     Bytes chunk;
-    appendNumber(chunk, 4, ByteOrder::BigEndian, data.size());
-    append(chunk, bytesOf(name));
-    append(chunk, data);
-    appendNumber(chunk, 4, ByteOrder::BigEndian, checkSum(slice(chunk, kNameOffset)));
+    appendPngChunk(chunk, static_cast<std::uint32_t>(numberAt(bytesOf(name), 0, 4, ByteOrder::BigEndian)),
+                   data);
     return chunk;
 }
 

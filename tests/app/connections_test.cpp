@@ -1,0 +1,309 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/connections.h"
+
+#include "imaging/image_tools.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_platform.h"
+#include "tests/fakes/manual_queues.h"
+#include "tests/fakes/pictures.h"
+
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QToolButton>
+#include <QUrl>
+
+#include <gmock/gmock.h>
+
+namespace complexion {
+namespace {
+
+constexpr const char* kExitQuestion =
+    "All unsaved changes will be lost. Are you sure you want to exit the application?";
+
+/// The whole window with its controller, on a system that answers as told.
+class Connections : public testing::Test {
+protected:
+    Connections() {
+        connectWindow(window, *controller, dialogs);
+        window.resize(1000, 700);
+        window.show();
+    }
+
+    ~Connections() override { controller->windowWillClose(); }
+
+    SettingsBar& bar() { return *window.contents().boxEditSettings; }
+
+    void open() {
+        const std::filesystem::path path = platform.photos() / "face.png";
+        ASSERT_TRUE(ImageTools::SaveImage(skinWithBlemishes({200, 140}, {{70, 100}}), path, "png"));
+        controller->OpenFile(path);
+        ASSERT_TRUE(controller->hasImage());
+    }
+
+    /// A real press and release, as fast as the frozen clock tells.
+    void click(QWidget& widget, const QPoint& place) {
+        QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, place);
+    }
+
+    FakePlatform platform;
+    FakeDialogs dialogs;
+    ManualQueues queues;
+    MainWindow window;
+    std::shared_ptr<ViewController> controller =
+        std::make_shared<ViewController>(&window.rootView(), dialogs, platform, queues);
+};
+
+TEST_F(Connections, StartValuesStandInTheControls) {
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("10"));
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
+    EXPECT_EQ(bar().sliderThreshold->floatValue(), 10.0F);
+    EXPECT_TRUE(bar().checkAutodetectColor->isChecked());
+    EXPECT_EQ(bar().comboEffect->count(), 9);
+    EXPECT_EQ(bar().comboEffect->currentText(), QStringLiteral("Normal"));
+    EXPECT_TRUE(window.contents().boxHint->isVisible());
+    EXPECT_TRUE(window.contents().boxHelp->isVisible());
+    EXPECT_EQ(window.contents().boxUndo->alpha(), 0.8);
+}
+
+TEST_F(Connections, CommandsAreOfferedWhenTheyArePossible) {
+    const Actions& actions = window.actions();
+    EXPECT_TRUE(actions.selectImage->isEnabled());
+    for (const QAction* action : {actions.resetImage, actions.saveImage, actions.undo, actions.redo,
+                                  actions.zoomIn, actions.zoomOut, actions.resetZoom})
+        EXPECT_FALSE(action->isEnabled()) << action->text().toStdString();
+    EXPECT_EQ(actions.saveImage->toolTip(), QStringLiteral("Save image: no photo is open (Ctrl+S)"));
+    open();
+    for (const QAction* action : {actions.resetImage, actions.saveImage, actions.zoomIn})
+        EXPECT_TRUE(action->isEnabled()) << action->text().toStdString();
+    EXPECT_EQ(actions.saveImage->toolTip(), QStringLiteral("Save image (Ctrl+S)"));
+    EXPECT_FALSE(actions.undo->isEnabled());
+    EXPECT_EQ(actions.undo->toolTip(), QStringLiteral("Undo: nothing to take back (Ctrl+Z)"));
+    click(window.rootView(), window.rootView().rect().center());
+    queues.runAll();
+    EXPECT_TRUE(actions.undo->isEnabled());
+    actions.undo->trigger();
+    EXPECT_FALSE(actions.undo->isEnabled());
+    EXPECT_TRUE(actions.redo->isEnabled());
+}
+
+TEST_F(Connections, TheTitleNamesThePhoto) {
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("Complexion"));
+    open();
+    EXPECT_EQ(window.windowTitle(), QStringLiteral("face.png — Complexion"));
+}
+
+TEST_F(Connections, TheStepperMovesTheField) {
+    Stepper& stepper = *bar().stepperEditAreaSize;
+    click(stepper, {stepper.width() / 2, 3});
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("11"));
+    click(stepper, {stepper.width() / 2, stepper.height() - 3});
+    click(stepper, {stepper.width() / 2, stepper.height() - 3});
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("9"));
+}
+
+TEST_F(Connections, ATypedSizeSetsTheStepper) {
+    QLineEdit& field = *bar().textFieldEditAreaSize;
+    field.selectAll();
+    QTest::keyClicks(&field, QStringLiteral("25"));
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
+    QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 25);
+}
+
+TEST_F(Connections, ATypedSizeIsClampedToTheSteppersBounds) {
+    QLineEdit& field = *bar().textFieldEditAreaSize;
+    for (const auto& [typed, counts] : {std::pair("999", 500), std::pair("0", 1), std::pair("000000", 1)}) {
+        field.selectAll();
+        QTest::keyClicks(&field, QString::fromLatin1(typed));
+        QTest::keyClick(&field, Qt::Key_Return);
+        EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), counts);
+        EXPECT_EQ(field.text(), QString::number(counts));
+    }
+}
+
+TEST_F(Connections, AnEmptiedFieldKeepsTheSize) {
+    QLineEdit& field = *bar().textFieldEditAreaSize;
+    field.selectAll();
+    QTest::keyClick(&field, Qt::Key_Delete);
+    QTest::keyClick(&field, Qt::Key_Return);
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
+    EXPECT_EQ(field.text(), QStringLiteral("10"));
+}
+
+TEST_F(Connections, ArrowKeysInTheFieldStep) {
+    QLineEdit& field = *bar().textFieldEditAreaSize;
+    QTest::keyClick(&field, Qt::Key_Up);
+    EXPECT_EQ(field.text(), QStringLiteral("11"));
+    QTest::keyClick(&field, Qt::Key_PageDown);
+    EXPECT_EQ(field.text(), QStringLiteral("1"));
+}
+
+TEST_F(Connections, SettingAControlFromCodeSendsNoAction) {
+    open();
+    bar().comboEffect->setCurrentIndex(4);
+    EXPECT_TRUE(window.rootView().imageView()->image()->isSameObject(controller->originalImage()));
+    bar().stepperEditAreaSize->setIntegerValue(77);
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("10"));
+}
+
+TEST_F(Connections, ChoosingAnEffectShowsIt) {
+    open();
+    QTest::keyClick(bar().comboEffect, Qt::Key_Down);
+    EXPECT_EQ(bar().comboEffect->currentText(), QStringLiteral("Chrome"));
+    EXPECT_FALSE(window.rootView().imageView()->image()->isSameObject(controller->originalImage()));
+}
+
+TEST_F(Connections, TheCustomColorIsOfferedWithoutAutodetection) {
+    EXPECT_FALSE(bar().colorWellCustomColor->isEnabled());
+    QTest::mouseClick(bar().checkAutodetectColor, Qt::LeftButton, Qt::NoModifier,
+                      {10, bar().checkAutodetectColor->height() / 2});
+    EXPECT_TRUE(bar().colorWellCustomColor->isEnabled());
+}
+
+TEST_F(Connections, AClickOnThePhotoIsARepair) {
+    open();
+    click(*window.rootView().imageView(), window.rootView().rect().center());
+    EXPECT_EQ(queues.backgroundCount(), 1U);
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+}
+
+TEST_F(Connections, TheSecondClickOfADoubleClickIsARepairToo) {
+    open();
+    QWidget& photo = *window.rootView().imageView();
+    const QPoint center = photo.rect().center();
+    click(photo, center);
+    QTest::mouseDClick(&photo, Qt::LeftButton, Qt::NoModifier, center);
+    QTest::mouseRelease(&photo, Qt::LeftButton, Qt::NoModifier, center);
+    EXPECT_EQ(queues.backgroundCount(), 2U);
+}
+
+TEST_F(Connections, OtherMouseButtonsDoNotRepair) {
+    open();
+    QTest::mouseClick(window.rootView().imageView(), Qt::RightButton);
+    QTest::mouseClick(window.rootView().imageView(), Qt::MiddleButton);
+    EXPECT_EQ(queues.backgroundCount(), 0U);
+}
+
+TEST_F(Connections, APressOnABoxNeverReachesThePhoto) {
+    open();
+    const WindowContents& contents = window.contents();
+    for (Box* box : std::vector<Box*>{contents.boxUndo, contents.boxZoomIn, contents.boxEditSettings}) {
+        click(*box, {2, box->height() / 2});
+        click(*box, box->rect().center());
+        for (QWidget* widget : box->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            click(*widget, {1, 1});
+    }
+    EXPECT_EQ(queues.backgroundCount(), 0U);
+}
+
+TEST_F(Connections, MousePlacesCountFromTheBottomLeft) {
+    std::vector<MouseEvent> events;
+    const auto record = [&events](const MouseEvent& event) { events.push_back(event); };
+    RootView& root = window.rootView();
+    QObject::connect(&root, &RootView::mouseDown, &root, record);
+    QObject::connect(&root, &RootView::mouseDragged, &root, record);
+    QObject::connect(&root, &RootView::mouseUp, &root, record);
+    QTest::mousePress(root.imageView(), Qt::LeftButton, Qt::NoModifier, {300, 100});
+    QTest::mouseMove(root.imageView(), {307, 104});
+    QTest::mouseRelease(root.imageView(), Qt::LeftButton, Qt::NoModifier, {307, 104});
+    ASSERT_EQ(events.size(), 3U);
+    const double height = root.height();
+    EXPECT_EQ(events[0].locationInWindow, (Point{300, height - 100}));
+    EXPECT_EQ(events[1].locationInWindow, (Point{307, height - 104}));
+    EXPECT_EQ(events[1].deltaX, 7);
+    EXPECT_EQ(events[1].deltaY, 4);
+    EXPECT_EQ(events[2].deltaX, 0);
+}
+
+TEST_F(Connections, AResizeKeepsAFittedPhotoFitted) {
+    open();
+    window.resize(1300, 820);
+    const QSize area = window.rootView().size();
+    EXPECT_EQ(window.rootView().imageView()->frame(),
+              (Frame{0, 0, static_cast<double>(area.width()), static_cast<double>(area.height())}));
+}
+
+TEST_F(Connections, ADropOnABoxCountsAsOneOnThePhoto) {
+    const std::filesystem::path path = platform.photos() / "dropped.png";
+    ASSERT_TRUE(ImageTools::SaveImage(filled({60, 40}, kSkin), path, "png"));
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path.string()))});
+    const QPoint place = window.contents().boxHint->geometry().center();
+    RootView& root = window.rootView();
+    EXPECT_FALSE(window.contents().boxHint->acceptDrops());
+    EXPECT_FALSE(bar().textFieldEditAreaSize->acceptDrops());
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&root, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&root, &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_EQ(controller->originalImagePath, path);
+    EXPECT_FALSE(window.contents().boxHint->isVisible());
+}
+
+TEST_F(Connections, AClickOnTheHintCardOpensThePanel) {
+    dialogs.expectOpenPanel(cancelled());
+    click(*window.contents().boxHint->findChild<QAbstractButton*>(), {20, 20});
+    EXPECT_EQ(dialogs.shown(), 1);
+}
+
+TEST_F(Connections, AButtonAndItsShortcutAreOneCommand) {
+    dialogs.expectOpenPanel(cancelled());
+    click(*window.contents().boxSelectImage->findChild<QToolButton*>(), {20, 20});
+    dialogs.expectOpenPanel(cancelled());
+    QApplication::setActiveWindow(&window);
+    QTest::keySequence(&window, QKeySequence::Open);
+    EXPECT_EQ(dialogs.shown(), 2);
+}
+
+TEST_F(Connections, ClosingAsksOnceAndNoKeepsTheWindow) {
+    open();
+    dialogs.expectQuestion(kExitQuestion, kSecondButton);
+    EXPECT_FALSE(window.close());
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(dialogs.shown(), 1);
+    EXPECT_EQ(filesIn(platform.states()).size(), 1U);
+}
+
+TEST_F(Connections, ClosingWithYesDeletesTheStates) {
+    open();
+    dialogs.expectQuestion(kExitQuestion, kFirstButton);
+    EXPECT_TRUE(window.close());
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_TRUE(filesIn(platform.states()).empty());
+    controller->stateImagesPath.clear();
+}
+
+TEST_F(Connections, QuittingAsksOnce) {
+    open();
+    dialogs.expectQuestion(kExitQuestion, kSecondButton);
+    window.actions().quit->trigger();
+    EXPECT_EQ(platform.terminations, 0);
+    dialogs.expectQuestion(kExitQuestion, kFirstButton);
+    window.actions().quit->trigger();
+    EXPECT_EQ(platform.terminations, 1);
+    EXPECT_EQ(dialogs.shown(), 2);
+}
+
+TEST_F(Connections, LongWorkShowsASign) {
+    Q_EMIT controller->longWorkBegan(QStringLiteral("Opening the photo…"));
+    Q_EMIT controller->longWorkBegan(QStringLiteral("Writing…"));
+    EXPECT_TRUE(window.busySign().isVisible());
+    EXPECT_EQ(window.busySign().text(), QStringLiteral("Writing…"));
+    ASSERT_TRUE(QApplication::overrideCursor());
+    EXPECT_EQ(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    Q_EMIT controller->longWorkEnded();
+    EXPECT_TRUE(window.busySign().isVisible());
+    Q_EMIT controller->longWorkEnded();
+    EXPECT_FALSE(window.busySign().isVisible());
+    EXPECT_FALSE(QApplication::overrideCursor());
+}
+
+} // namespace
+} // namespace complexion

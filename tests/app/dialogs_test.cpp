@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/alert_dialog.h"
+#include "app/file_panels.h"
+#include "app/window_dialogs.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/temporary_folder.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+namespace complexion {
+namespace {
+
+const Alert kQuestion{.messageText = "",
+                      .informativeText = "Are you sure?",
+                      .style = AlertStyle::Warning,
+                      .buttons = {"Yes", "No"}};
+const Alert kOutcome{.messageText = "",
+                     .informativeText = "Image saved successfully.",
+                     .style = AlertStyle::Informational,
+                     .buttons = {"OK"}};
+
+/// What an alert of real dialogs gives when `answer` is done to it.
+template <class Answer>
+int answered(const Alert& alert, const Answer& answer) {
+    WindowDialogs dialogs(nullptr, [] { return std::filesystem::path(); });
+    QTimer::singleShot(0, [&answer] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        ASSERT_TRUE(dialog);
+        answer(*dialog);
+    });
+    return dialogs.runAlert(alert);
+}
+
+void press(QWidget& dialog, const char* title) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>())
+        if (button->text() == QString::fromLatin1(title))
+            return button->click();
+    ADD_FAILURE() << "no button " << title;
+}
+
+void type(QWidget& dialog, Qt::Key key) {
+    QTest::keyClick(&dialog, key);
+}
+
+TEST(Alert, AnswersWithTheButtonThatWasPressed) {
+    EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { press(dialog, "Yes"); }), kFirstButton);
+    EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { press(dialog, "No"); }), kSecondButton);
+    EXPECT_EQ(answered(kOutcome, [](QWidget& dialog) { press(dialog, "OK"); }), kFirstButton);
+}
+
+TEST(Alert, EscapeMeansNo) {
+    EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { type(dialog, Qt::Key_Escape); }), kSecondButton);
+    EXPECT_EQ(answered(kOutcome, [](QWidget& dialog) { type(dialog, Qt::Key_Escape); }), kFirstButton);
+}
+
+TEST(Alert, ClosingItMeansNo) {
+    EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { dialog.close(); }), kSecondButton);
+}
+
+TEST(Alert, ReturnMeansTheFirstButton) {
+    EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { type(dialog, Qt::Key_Return); }), kFirstButton);
+}
+
+TEST(Alert, ShowsItsTextAndItsButtonsInOrder) {
+    const AlertDialog dialog(kQuestion);
+    const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
+    ASSERT_EQ(labels.size(), 1);
+    EXPECT_EQ(labels.front()->text(), QStringLiteral("Are you sure?"));
+    const QList<QPushButton*> buttons = dialog.findChildren<QPushButton*>();
+    ASSERT_EQ(buttons.size(), 2);
+    EXPECT_EQ(buttons[0]->text(), QStringLiteral("Yes"));
+    EXPECT_TRUE(buttons[0]->isDefault());
+    EXPECT_EQ(buttons[1]->text(), QStringLiteral("No"));
+}
+
+TEST(SavePanel, PutsTheExtensionOnATypedName) {
+    EXPECT_EQ(withExtension(QStringLiteral("a"), {"jpg"}), QStringLiteral("a.jpg"));
+    EXPECT_EQ(withExtension(QStringLiteral("a."), {"jpg"}), QStringLiteral("a.jpg"));
+    EXPECT_EQ(withExtension(QStringLiteral("a.jpg"), {"jpg"}), QStringLiteral("a.jpg"));
+    EXPECT_EQ(withExtension(QStringLiteral("a.JPG"), {"jpg"}), QStringLiteral("a.JPG"));
+    EXPECT_EQ(withExtension(QStringLiteral("a.png"), {"jpg"}), QStringLiteral("a.png.jpg"));
+    EXPECT_EQ(withExtension(QStringLiteral("day.2"), {"tiff"}), QStringLiteral("day.2.tiff"));
+}
+
+/// A save panel for a JPEG in a folder of its own.
+class RunningSavePanel : public testing::Test {
+protected:
+    void show() { panel.show(); }
+
+    void typeName(const char* text) {
+        auto* name = panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        ASSERT_TRUE(name);
+        name->setText(QString::fromLatin1(text));
+    }
+
+    std::string chosenFile() { return panel.selectedFiles().value(0).toStdString(); }
+
+    TemporaryFolder folder;
+    FakeDialogs dialogs;
+    std::filesystem::path source = folder.path() / "a.jpg";
+    SaveFilePanel panel{SavePanel{.allowedFileTypes = {"jpg"}, .nameFieldStringValue = "a_retouched.jpg"},
+                        QString::fromStdString(folder.path().string()), source, dialogs};
+};
+
+TEST_F(RunningSavePanel, ProposesTheNameWithItsExtension) {
+    panel.show();
+    EXPECT_EQ(panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(),
+              QStringLiteral("a_retouched.jpg"));
+    panel.accept();
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+    EXPECT_EQ(chosenFile(), folder.path() / "a_retouched.jpg");
+}
+
+TEST_F(RunningSavePanel, GivesTheNameWithTheExtensionPutOn) {
+    panel.show();
+    typeName("b.png");
+    panel.accept();
+    EXPECT_EQ(chosenFile(), folder.path() / "b.png.jpg");
+}
+
+TEST_F(RunningSavePanel, AsksAboutTheNameThatWillBeWritten) {
+    writeFile(folder.path() / "b.jpg", "old");
+    panel.show();
+    typeName("b");
+    dialogs.expectQuestion("“b.jpg” already exists. Do you want to replace it?", kSecondButton);
+    panel.accept();
+    EXPECT_EQ(panel.result(), QDialog::Rejected);
+    EXPECT_TRUE(panel.isVisible());
+    dialogs.expectQuestion("“b.jpg” already exists. Do you want to replace it?", kFirstButton);
+    panel.accept();
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+    EXPECT_EQ(chosenFile(), folder.path() / "b.jpg");
+}
+
+TEST_F(RunningSavePanel, SaysPlainlyThatTheOpenedPhotoWouldBeReplaced) {
+    writeFile(source, "the photo");
+    panel.show();
+    typeName("a");
+    dialogs.expectQuestion(
+        "“a.jpg” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?",
+        kSecondButton);
+    panel.accept();
+    EXPECT_TRUE(panel.isVisible());
+}
+
+TEST_F(RunningSavePanel, StaysOpenForTheNameOfAFolder) {
+    std::filesystem::create_directory(folder.path() / "inner");
+    panel.show();
+    typeName("inner");
+    panel.accept();
+    EXPECT_TRUE(panel.isVisible());
+}
+
+} // namespace
+} // namespace complexion

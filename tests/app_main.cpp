@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/look.h"
+
+#include <QApplication>
+
+#include <gmock/gmock.h>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    QApplication application(argc, argv);
+    complexion::applyLook(application, 1);
+    return RUN_ALL_TESTS();
+}
