@@ -247,7 +247,9 @@ class Complexion:
         self.wait_until_gone(question)
 
     def ask_to_close(self):
-        self.keys("alt+F4")
+        """What the window's close button does, through the window manager."""
+        window = output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[0]
+        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
 
     def answer_to_end(self, question, button):
         """Answers a question with which the program ends; fails when it does not end well."""
