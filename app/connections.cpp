@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/connections.h"
 
-#include "editor/tutorial_address.h"
-
 #include <QCoreApplication>
 #include <QFile>
 
@@ -37,7 +35,7 @@ WindowState stateOf(const ViewController& controller) {
     return {.hasImage = controller.hasImage(),
             .canUndo = controller.canUndo(),
             .canRedo = controller.canRedo(),
-            .hasTutorial = *kTutorialAddress != '\0',
+            .hasTutorial = !controller.tutorialAddress.empty(),
             .fileName = QFile::decodeName(name.c_str())};
 }
 

@@ -23,10 +23,13 @@ std::int64_t nanoseconds(const timespec& time) {
 
 bool StateImageFiles::write(const Image& image, const std::filesystem::path& path, std::string_view format) {
     m_written.erase(path);
+    const std::optional<Identity> earlier = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
-    if (const std::optional<Identity> identity = identify(path))
-        m_written.insert_or_assign(path, Written{image, *identity});
+    // A picture that its format cannot hold counts as saved and leaves whatever stood there before.
+    const std::optional<Identity> now = identify(path);
+    if (now && now != earlier)
+        m_written.insert_or_assign(path, Written{image, *now});
     return true;
 }
 

@@ -2,11 +2,13 @@
 #include "editor/view_controller.h"
 
 #include "editor/outlet.h"
+#include "editor/tutorial_address.h"
 
 namespace complexion {
 
 ViewController::ViewController(QWidget* rootView, Dialogs& dialogs, Platform& platform, Queues& queues)
-    : view(rootView), m_dialogs(dialogs), m_platform(platform), m_queues(queues) {}
+    : tutorialAddress(kTutorialAddress),
+      view(rootView), m_dialogs(dialogs), m_platform(platform), m_queues(queues) {}
 
 ViewController::~ViewController() = default;
 

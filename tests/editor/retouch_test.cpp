@@ -253,7 +253,7 @@ TEST_F(Retouch, TheThresholdIsTheSliders) {
     const Image image = painted(kPhotoSize, [](int row, int column) {
         if (std::abs(row - 30) <= 1 && std::abs(column - 40) <= 1)
             return grey(100);
-        return grey(180 - std::max(0, 8 - std::max(std::abs(row - 30), std::abs(column - 40))) * 4);
+        return grey(180 - std::max(0, 20 - (row - 30) * (row - 30) - (column - 40) * (column - 40)));
     });
     openThroughPanel(makePhoto("threshold.png", image));
     for (const int threshold : {0, 10, 11, 12, 100}) {
