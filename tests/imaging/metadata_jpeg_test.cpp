@@ -147,6 +147,14 @@ TEST(JpegMetadata, ThumbnailThatIsNoPictureIsTakenOutAndNothingMoves) {
     EXPECT_FALSE(contains(result, "the face before"));
 }
 
+TEST(JpegMetadata, AValueInThePlaceOfTheLinkToTheThumbnailStays) {
+    // One entry, whose value begins where the link would be and reads as an offset.
+    const std::string block = "II*\0\x08\0\0\0"s + littleNumber(1, 2) + littleNumber(305, 2) +
+                              littleNumber(2, 2) + littleNumber(8, 4) + littleNumber(22, 4) +
+                              "\x08\0\0\0text"s + std::string(40, 'x');
+    EXPECT_TRUE(contains(carried(photo(exifSegment(block)), plainJpeg()), exifSegment(block)));
+}
+
 TEST(JpegMetadata, ThumbnailsOfPhotoshopAndXmpAreLeftBehind) {
     const std::string kept = resource(0x0404, "\x1c\x02\x78\0\3abc"s);
     const std::string source =
