@@ -29,6 +29,31 @@ struct Chain {
     std::vector<TiffDirectory> directories;
 };
 
+/// Adds where the directory's table, its values and those of the directories in it lie.
+void addRanges(const TiffDirectory& directory, const TiffHeader& header, std::vector<Range>& ranges) {
+    ranges.push_back({directory.offset, directory.offset + directory.length});
+    for (const TiffEntry& entry : directory.entries) {
+        if (entry.child)
+            addRanges(*entry.child, header, ranges);
+        else if (entry.value.size() > header.offsetLength())
+            ranges.push_back({entry.valueOffset, entry.valueOffset + entry.value.size()});
+    }
+}
+
+bool overlaps(const Range& range, const std::vector<Range>& others) {
+    return std::any_of(others.begin(), others.end(), [&range](const Range& other) {
+        return range.begin < other.end && other.begin < range.end;
+    });
+}
+
+/// Some software leaves the link to the next directory out: there is a value in its place.
+bool hasLink(const TiffDirectory& directory, const TiffHeader& header) {
+    std::vector<Range> values;
+    addRanges(directory, header, values);
+    values.erase(values.begin()); // its own table
+    return !overlaps({directory.linkOffset, directory.linkOffset + header.offsetLength()}, values);
+}
+
 std::optional<Chain> readChain(ByteView exif) {
     const auto header = readTiffHeader(exif);
     if (!header || header->isBig)
@@ -42,20 +67,10 @@ std::optional<Chain> readChain(ByteView exif) {
         if (isKnown)
             break;
         chain.directories.push_back(readTiffDirectory(exif, *header, offset));
-        offset = chain.directories.back().next;
+        const TiffDirectory& last = chain.directories.back();
+        offset = hasLink(last, *header) ? last.next : 0;
     }
     return chain;
-}
-
-/// Adds where the directory's table, its values and those of the directories in it lie.
-void addRanges(const TiffDirectory& directory, const TiffHeader& header, std::vector<Range>& ranges) {
-    ranges.push_back({directory.offset, directory.offset + directory.length});
-    for (const TiffEntry& entry : directory.entries) {
-        if (entry.child)
-            addRanges(*entry.child, header, ranges);
-        else if (entry.value.size() > header.offsetLength())
-            ranges.push_back({entry.valueOffset, entry.valueOffset + entry.value.size()});
-    }
 }
 
 /// The bytes of the pictures that a directory points to, as far as the block reaches.
@@ -126,7 +141,8 @@ void blankPictures(Bytes& exif, const Chain& chain, std::size_t firstDirectory,
 /// Ends the chain after `directory`.
 void unlinkNext(Bytes& exif, const Chain& chain, const TiffDirectory& directory) {
     const std::size_t length = chain.header.offsetLength();
-    if (directory.linkOffset != 0 && directory.linkOffset + length <= exif.size())
+    if (directory.linkOffset != 0 && directory.linkOffset + length <= exif.size() &&
+        hasLink(directory, chain.header))
         setNumberAt(exif, directory.linkOffset, length, chain.header.order, 0);
 }
 
@@ -150,12 +166,6 @@ void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>
     blank(exif, pictures, kept);
     if (const TiffEntry* length = main.find(tag::kJpegLength); isSingleNumber(length, 0))
         setNumber(exif, *length, chain.header.order, 0);
-}
-
-bool overlaps(const Range& range, const std::vector<Range>& others) {
-    return std::any_of(others.begin(), others.end(), [&range](const Range& other) {
-        return range.begin < other.end && other.begin < range.end;
-    });
 }
 
 bool isThumbnailSize(PixelSize size) {

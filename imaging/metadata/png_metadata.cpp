@@ -223,7 +223,8 @@ Result<FileContents> withPngChunksOf(ByteView source, ByteView written, Thumbnai
     Bytes metadata = exifChunk(exifOf(chunks), maker);
     bool hasDensity = false;
     for (const PngChunk& chunk : chunks) {
-        if (!isMetadata(chunk.name) || chunk.name == kExifChunk)
+        const bool isSecondDensity = chunk.name == kDensityChunk && hasDensity;
+        if (!isMetadata(chunk.name) || chunk.name == kExifChunk || isSecondDensity)
             continue;
         hasDensity = hasDensity || chunk.name == kDensityChunk;
         append(metadata, carriedChunk(chunk));

@@ -20,7 +20,7 @@ constexpr std::size_t kDataOffset = 8;
 constexpr std::string_view kInternationalText = "iTXt";
 
 // Compressed texts are hostile beyond this.
-constexpr std::size_t kLongestText = std::size_t{64} << 20;
+constexpr std::size_t kLongestText = std::size_t{16} << 20;
 
 std::uint32_t checkSum(ByteView bytes) {
     return static_cast<std::uint32_t>(crc32_z(0, bytes.data(), bytes.size()));

@@ -19,6 +19,9 @@ namespace {
 constexpr std::uint64_t kUnitNone = 1;
 constexpr std::uint64_t kUnitInch = 2;
 
+// What may stay empty before a maker note that is kept in its place.
+constexpr std::uint64_t kLargestHole = 65'536;
+
 constexpr std::array<std::pair<std::string_view, unsigned>, 5> kNoteTags = {{
     {"Description", tag::kImageDescription},
     {kCommentKeyword, tag::kImageDescription},
@@ -152,7 +155,8 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     // The source's byte order: only that way its maker note and its private values keep their meaning.
     TiffLayout layout(tags.order, header->isBig);
     if (const TiffEntry* note = makerNoteOf(tags.directory);
-        note && note->valueOffset <= written.size() && note->value.size() > header->offsetLength())
+        note && note->valueOffset <= written.size() + kLargestHole &&
+        note->value.size() > header->offsetLength())
         layout.placeAt(note->valueOffset, note->value);
     const bool hasStrips =
         placeStrips(layout, directory, written, *header, tag::kStripOffsets, tag::kStripByteCounts) ||

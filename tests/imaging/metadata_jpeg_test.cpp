@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/carrying.h"
+#include "tests/fakes/pictures.h"
+#include "tests/imaging/metadata_samples.h"
+
+#include <gtest/gtest.h>
+
+namespace complexion {
+namespace {
+
+using namespace std::string_literals;
+
+const std::string kExifStart = "Exif\0\0"s;
+const std::string kXmpStart = "http://ns.adobe.com/xap/1.0/\0"s;
+const std::string kPhotoshopStart = "Photoshop 3.0\0"s;
+
+std::string plainJpeg(const Image& image = noise({64, 48})) {
+    return encodedAs(kJpegCodec, image);
+}
+
+/// A photo with some segments.
+std::string photo(const std::string& segments) {
+    return withSegments(plainJpeg(filled({64, 48}, grey(20))), segments);
+}
+
+std::string exifSegment(const std::string& block) {
+    return jpegSegmentOf(0xe1, kExifStart + block);
+}
+
+std::string resource(int id, const std::string& data) {
+    return "8BIM" + bigNumber(static_cast<std::uint64_t>(id), 2) + "\0\0"s + bigNumber(data.size(), 4) +
+           data + std::string(data.size() % 2, '\0');
+}
+
+/// The JPEG file that the thumbnail's directory of an EXIF block in `jpeg` points to, if it begins as one.
+std::string thumbnailIn(const std::string& jpeg) {
+    const std::size_t start = jpeg.find("\xff\xd8\xff", 2);
+    return start == std::string::npos ? std::string() : jpeg.substr(start);
+}
+
+TEST(JpegMetadata, ExifWithMakerNoteIsCopiedByteForByte) {
+    for (const bool isBigEndian : {false, true}) {
+        const std::string segment = exifSegment(cameraExif(6, isBigEndian).bytes());
+        EXPECT_TRUE(contains(carried(photo(segment), plainJpeg()), segment));
+    }
+}
+
+TEST(JpegMetadata, ScansKeepTheirBytes) {
+    SampleTiff exif = cameraExif(3);
+    exif.thumbnail = plainJpeg(filled({16, 12}, grey(9)));
+    const std::string written = plainJpeg();
+    EXPECT_TRUE(scansOf(carried(photo(exifSegment(exif.bytes())), written)) == scansOf(written));
+}
+
+TEST(JpegMetadata, SegmentsComeInTheirOrderByteForByte) {
+    const std::string segments =
+        exifSegment(cameraExif(1).bytes()) + jpegSegmentOf(0xe1, kXmpStart + "<x:xmpmeta>main</x:xmpmeta>") +
+        jpegSegmentOf(0xe1, "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'A') + "rest of it") +
+        jpegSegmentOf(0xe2, "FPXR\0flash"s) + jpegSegmentOf(0xec, "Ducky\0\1"s) +
+        jpegSegmentOf(0xed, kPhotoshopStart + resource(0x0404, "\x1c\x02\x78\0\3abc"s) +
+                                resource(0x03ed, "16 bytes here..")) +
+        jpegSegmentOf(0xfe, "first comment") + jpegSegmentOf(0xfe, "second");
+    EXPECT_TRUE(contains(carried(photo(segments), plainJpeg()), segments));
+}
+
+TEST(JpegMetadata, WhatDescribesTheCodingOrOtherPicturesIsLeftBehind) {
+    const std::string left[] = {
+        jpegSegmentOf(0xe0, "JFXX\0\x10thumbnail"s),
+        jpegSegmentOf(0xe2, "ICC_PROFILE\0\1\1old profile"s),
+        jpegSegmentOf(0xe2, "MPF\0index"s),
+        jpegSegmentOf(0xe2, "urn:iso:std:iso:ts:21496:-1\0gain"s),
+        jpegSegmentOf(0xe3, "\xff\xd8\xff\xdbpreview"s) + jpegSegmentOf(0xe4, "more of the preview"),
+        jpegSegmentOf(0xeb, "JP signature"),
+        jpegSegmentOf(0xee, "Adobe\0\x64\0\0\0\0\1"s),
+    };
+    for (const std::string& segment : left)
+        EXPECT_TRUE(carried(photo(segment), plainJpeg()) == plainJpeg()) << segment;
+}
+
+TEST(JpegMetadata, TheProfileOfTheWrittenFileStays) {
+    const std::string profile = jpegSegmentOf(0xe2, "ICC_PROFILE\0\1\1new profile"s);
+    const std::string comment = jpegSegmentOf(0xfe, "comment");
+    EXPECT_TRUE(carried(photo(comment), withSegments(plainJpeg(), profile)) ==
+                withSegments(plainJpeg(), comment + profile));
+}
+
+TEST(JpegMetadata, DensityIsTheSources) {
+    std::string source = plainJpeg();
+    source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 and 200 to the inch
+    EXPECT_EQ(carried(source, plainJpeg()).substr(13, 5), source.substr(13, 5));
+}
+
+TEST(JpegMetadata, ExifComesFirstWhereTheSourceHasNoJfif) {
+    const std::string exif = exifSegment(cameraExif(1).bytes());
+    const std::string source = withSegments(plainJpeg(), exif, false);
+    EXPECT_TRUE(carried(source, plainJpeg()) == source);
+}
+
+TEST(JpegMetadata, ASecondTimeGivesTheSameFile) {
+    const std::string source = photo(exifSegment(cameraExif(5).bytes()) + jpegSegmentOf(0xfe, "comment"));
+    const std::string once = carried(source, plainJpeg());
+    EXPECT_TRUE(carried(source, once) == once);
+}
+
+TEST(JpegMetadata, ThumbnailShowsTheResultAtItsOldSizeAndPlace) {
+    SampleTiff exif = cameraExif(1);
+    exif.thumbnail = plainJpeg(noise({40, 30}));
+    const std::string old = exif.bytes();
+    const std::string result =
+        carried(photo(exifSegment(old)), plainJpeg(filled({80, 60}, RGBA32(200, 90, 60, 255))));
+    EXPECT_TRUE(contains(result, kExifStart + old.substr(0, old.size() - exif.thumbnail.size() - 8)));
+
+    const Result<Image> thumbnail = kJpegCodec.decode(viewOf(thumbnailIn(result)));
+    ASSERT_TRUE(thumbnail);
+    EXPECT_TRUE(nearlySamePixels(*thumbnail, filled({40, 30}, RGBA32(200, 90, 60, 255)), 6));
+}
+
+TEST(JpegMetadata, ThumbnailOfAnotherShapeGetsBars) {
+    SampleTiff exif = cameraExif(1);
+    exif.thumbnail = plainJpeg(noise({40, 30}));
+    const std::string result =
+        carried(photo(exifSegment(exif.bytes())), plainJpeg(filled({80, 40}, grey(250))));
+    const Result<Image> thumbnail = kJpegCodec.decode(viewOf(thumbnailIn(result)));
+    ASSERT_TRUE(thumbnail);
+    ASSERT_EQ(thumbnail->pixelSize(), (PixelSize{40, 30}));
+    EXPECT_LT(thumbnail->pixel(1, 20).red(), 20);
+    EXPECT_GT(thumbnail->pixel(15, 20).red(), 235);
+    EXPECT_LT(thumbnail->pixel(28, 20).red(), 20);
+}
+
+TEST(JpegMetadata, ThumbnailThatCannotBeShorterGoesToTheBlocksEnd) {
+    SampleTiff exif = cameraExif(1);
+    exif.thumbnail = plainJpeg(filled({40, 30}, grey(7)));
+    exif.thumbnail.resize(exif.thumbnail.size() / 2); // too short for any picture, and still of a known size
+    const std::string result = carried(photo(exifSegment(exif.bytes())), plainJpeg(noise({40, 30})));
+    const Result<Image> thumbnail = kJpegCodec.decode(viewOf(thumbnailIn(result)));
+    ASSERT_TRUE(thumbnail);
+    EXPECT_EQ(thumbnail->pixelSize(), (PixelSize{40, 30}));
+}
+
+TEST(JpegMetadata, ThumbnailThatIsNoPictureIsTakenOutAndNothingMoves) {
+    SampleTiff exif = cameraExif(1);
+    const std::string without = exif.bytes();
+    exif.thumbnail = "the face before, in a way that nobody can read";
+    const std::string result = carried(photo(exifSegment(exif.bytes())), plainJpeg());
+    EXPECT_TRUE(contains(result, without));
+    EXPECT_FALSE(contains(result, "the face before"));
+}
+
+TEST(JpegMetadata, AValueInThePlaceOfTheLinkToTheThumbnailStays) {
+    // One entry, whose value begins where the link would be and reads as an offset.
+    const std::string block = "II*\0\x08\0\0\0"s + littleNumber(1, 2) + littleNumber(305, 2) +
+                              littleNumber(2, 2) + littleNumber(8, 4) + littleNumber(22, 4) +
+                              "\x08\0\0\0text"s + std::string(40, 'x');
+    EXPECT_TRUE(contains(carried(photo(exifSegment(block)), plainJpeg()), exifSegment(block)));
+}
+
+TEST(JpegMetadata, ThumbnailsOfPhotoshopAndXmpAreLeftBehind) {
+    const std::string kept = resource(0x0404, "\x1c\x02\x78\0\3abc"s);
+    const std::string source =
+        photo(jpegSegmentOf(0xed, kPhotoshopStart + resource(0x040c, "the face before") + kept) +
+              jpegSegmentOf(0xe1, kXmpStart + "<a/><xmp:Thumbnails>the face before</xmp:Thumbnails><b/>"));
+    const std::string result = carried(source, plainJpeg());
+    EXPECT_FALSE(contains(result, "the face before"));
+    EXPECT_TRUE(contains(result, jpegSegmentOf(0xed, kPhotoshopStart + kept)));
+    EXPECT_TRUE(contains(result, "<a/>" + std::string(48, ' ') + "<b/>"));
+}
+
+TEST(JpegMetadata, DamagedSegmentsDoNotKeepTheOthersBack) {
+    const std::string comment = jpegSegmentOf(0xfe, "comment");
+    const std::string broken = exifSegment("II*\0\xff\xff\xff\xff"s) + exifSegment("") +
+                               jpegSegmentOf(0xed, kPhotoshopStart + "8BIM\4\4\0\0\xff\xff\xff\xff"s);
+    EXPECT_TRUE(contains(carried(photo(broken + comment), plainJpeg()), comment));
+}
+
+TEST(JpegMetadata, AFileThatEndsBeforeItsPictureTakesNone) {
+    const std::string written = plainJpeg();
+    const std::string cut = written.substr(0, written.find("\xff\xda"));
+    ASSERT_GT(cut.size(), 100U);
+    const std::string source = photo(jpegSegmentOf(0xfe, "comment"));
+    EXPECT_FALSE(withMetadataOf(viewOf(source), viewOf(cut)));
+}
+
+} // namespace
+} // namespace complexion

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/carrying.h"
+#include "imaging/metadata/exif_block.h"
+#include "imaging/metadata/jpeg_metadata.h"
+#include "imaging/metadata/photoshop_resources.h"
+#include "tests/fakes/pictures.h"
+#include "tests/imaging/metadata_samples.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace complexion {
+namespace {
+
+/// The files below a folder of the photographs that COMPLEXION_TEST_PHOTOS names; none where it is not set.
+std::vector<std::filesystem::path> photos(const std::string& folder) {
+    std::vector<std::filesystem::path> files;
+    if (const char* root = std::getenv("COMPLEXION_TEST_PHOTOS"))
+        for (const auto& entry :
+             std::filesystem::recursive_directory_iterator(root / std::filesystem::path(folder)))
+            if (entry.is_regular_file())
+                files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+/// The values of a directory and of those in it, in their order, with their tags.
+void addValues(const TiffDirectory& directory, std::vector<std::pair<unsigned, Bytes>>& values) {
+    for (const TiffEntry& entry : directory.entries) {
+        if (entry.child)
+            addValues(*entry.child, values);
+        // Where a thumbnail in the main directory lies and how long it is goes with the thumbnail.
+        else if (entry.tag != tag::kJpegLength)
+            values.emplace_back(entry.tag, entry.value);
+    }
+}
+
+std::vector<std::pair<unsigned, Bytes>> valuesOf(ByteView exif) {
+    std::vector<std::pair<unsigned, Bytes>> values;
+    if (const auto header = readTiffHeader(exif))
+        addValues(readTiffDirectory(exif, *header, header->firstDirectory), values);
+    return values;
+}
+
+std::uint64_t makerNoteOffset(ByteView exif) {
+    const auto header = readTiffHeader(exif);
+    if (!header)
+        return 0;
+    const TiffDirectory directory = readTiffDirectory(exif, *header, header->firstDirectory);
+    const TiffEntry* note = makerNoteOf(directory);
+    return note ? note->valueOffset : 0;
+}
+
+TEST(MetadataOfPhotographs, ComesBackWhole) {
+    const std::vector<std::filesystem::path> files = photos("exif");
+    if (files.empty())
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
+    const std::string written = encodedAs(kJpegCodec, noise({64, 48}));
+    for (const std::filesystem::path& path : files) {
+        SCOPED_TRACE(path.filename());
+        const std::string source = contentsOf(path);
+        const PictureMetadata before = readJpegMetadata(viewOf(source));
+        const PictureMetadata after = readJpegMetadata(viewOf(carried(source, written)));
+        EXPECT_TRUE(valuesOf(after.exif) == valuesOf(before.exif));
+        EXPECT_EQ(makerNoteOffset(after.exif), makerNoteOffset(before.exif));
+        EXPECT_TRUE(after.iptc == before.iptc);
+        EXPECT_TRUE(after.photoshop == resourcesToCarry(before.photoshop));
+        EXPECT_EQ(after.xmp.size(), before.xmp.size());
+        EXPECT_TRUE(after.notes == before.notes);
+        if (before.resolution) {
+            EXPECT_EQ(after.resolution, before.resolution);
+        }
+    }
+}
+
+TEST(MetadataOfPhotographs, DamagedFilesDoNoHarm) {
+    const std::vector<std::filesystem::path> files = photos("hostile");
+    if (files.empty())
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
+    const Image small = noise({8, 8});
+    const std::string targets[] = {encodedAs(kJpegCodec, small), encodedAs(kPngCodec, small),
+                                   encodedAs(kGifCodec, small), encodedAs(kBmpCodec, small)};
+    for (const std::filesystem::path& path : files) {
+        SCOPED_TRACE(path.filename());
+        const std::string source = contentsOf(path);
+        if (!containerOf(viewOf(source)))
+            continue;
+        for (const std::string& target : targets) {
+            EXPECT_TRUE(withMetadataOf(viewOf(source), viewOf(target)));
+            // The other way round it may be refused.
+            if (withMetadataOf(viewOf(target), viewOf(source)))
+                continue;
+        }
+    }
+}
+
+} // namespace
+} // namespace complexion

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/carrying.h"
+#include "imaging/metadata/png_metadata.h"
+#include "tests/fakes/pictures.h"
+#include "tests/imaging/metadata_samples.h"
+
+#include <gtest/gtest.h>
+
+#include <zlib.h>
+
+namespace complexion {
+namespace {
+
+using namespace std::string_literals;
+
+std::string plainPng(const Image& image = noise({20, 10})) {
+    return encodedAs(kPngCodec, image);
+}
+
+std::string photo(const std::string& chunks) {
+    return withChunks(plainPng(filled({20, 10}, grey(3))), chunks);
+}
+
+std::string hexadecimal(const std::string& bytes) {
+    std::string figures;
+    for (const char byte : bytes) {
+        figures += "0123456789abcdef"[static_cast<unsigned char>(byte) >> 4];
+        figures += "0123456789abcdef"[byte & 15];
+    }
+    return figures;
+}
+
+std::string rawProfile(const std::string& kind, const std::string& bytes) {
+    return pngChunkOf("tEXt", "Raw profile type " + kind + "\0\n"s + kind + "\n      " +
+                                  std::to_string(bytes.size()) + "\n" + hexadecimal(bytes) + "\n");
+}
+
+std::string zlibStream(const std::string& text) {
+    std::string stream(compressBound(text.size()), '\0');
+    uLongf length = stream.size();
+    compress(reinterpret_cast<Bytef*>(stream.data()), &length, reinterpret_cast<const Bytef*>(text.data()),
+             text.size());
+    return stream.substr(0, length);
+}
+
+TEST(PngMetadata, ChunksComeInTheirOrderByteForByte) {
+    const std::string chunks =
+        pngChunkOf("eXIf", cameraExif(8).bytes()) + pngChunkOf("tEXt", "Author\0somebody"s) +
+        pngChunkOf("zTXt", "Comment\0\0"s + zlibStream("compressed")) +
+        pngChunkOf("iTXt", "XML:com.adobe.xmp\0\0\0\0\0<x:xmpmeta/>"s) +
+        pngChunkOf("pHYs", bigNumber(11811, 4) + bigNumber(5906, 4) + '\1') +
+        pngChunkOf("tIME", "\7\xe0\1\2\3\4\5") + pngChunkOf("oFFs", std::string(9, '\1')) +
+        pngChunkOf("prVt", "private and safe to copy");
+    EXPECT_TRUE(contains(carried(photo(chunks), plainPng()), chunks));
+}
+
+TEST(PngMetadata, PixelsKeepTheirBytes) {
+    const std::string written = plainPng(noise({300, 200}));
+    const std::string result = carried(photo(pngChunkOf("tEXt", "Author\0somebody"s)), written);
+    EXPECT_TRUE(pixelChunksOf(result) == pixelChunksOf(written));
+    EXPECT_EQ(result.size(), written.size() + 12 + 15);
+}
+
+TEST(PngMetadata, WhatDescribesTheCodingIsLeftBehind) {
+    for (const std::string name : {"gAMA", "cHRM", "sRGB", "iCCP", "sBIT", "bKGD", "hIST", "tRNS", "sPLT",
+                                   "acTL", "dSIG", "cLLi", "prVT"})
+        EXPECT_TRUE(carried(photo(pngChunkOf(name, "anything")), plainPng()) == plainPng()) << name;
+    EXPECT_TRUE(carried(photo(rawProfile("icc", "profile")), plainPng()) == plainPng());
+}
+
+TEST(PngMetadata, ExifInATextGoesIntoItsOwnChunk) {
+    const std::string exif = cameraExif(6).bytes();
+    const std::string result = carried(photo(rawProfile("exif", "Exif\0\0"s + exif)), plainPng());
+    EXPECT_TRUE(contains(result, pngChunkOf("eXIf", exif)));
+    EXPECT_FALSE(contains(result, "Raw profile"));
+}
+
+TEST(PngMetadata, ThumbnailShowsTheResult) {
+    SampleTiff exif = cameraExif(1);
+    exif.thumbnail = encodedAs(kJpegCodec, noise({40, 20}));
+    const std::string result = carried(photo(pngChunkOf("eXIf", exif.bytes())),
+                                       plainPng(filled({80, 40}, RGBA32(20, 200, 90, 255))));
+    const std::size_t start = result.find("\xff\xd8\xff");
+    ASSERT_NE(start, std::string::npos);
+    const Result<Image> thumbnail = kJpegCodec.decode(viewOf(result.substr(start)));
+    ASSERT_TRUE(thumbnail);
+    EXPECT_TRUE(nearlySamePixels(*thumbnail, filled({40, 20}, RGBA32(20, 200, 90, 255)), 6));
+}
+
+TEST(PngMetadata, DensityIsTheSourcesOrElseTheWrittenFiles) {
+    const auto density = [](unsigned across) {
+        return pngChunkOf("pHYs", bigNumber(across, 4) + bigNumber(2835, 4) + '\1');
+    };
+    std::string bare = plainPng();
+    const std::size_t own = bare.find("pHYs");
+    ASSERT_NE(own, std::string::npos);
+    bare.erase(own - 4, density(0).size());
+    EXPECT_TRUE(carried(bare, withChunks(bare, density(1000))) == withChunks(bare, density(1000)));
+    EXPECT_FALSE(
+        contains(carried(withChunks(bare, density(2000)), withChunks(bare, density(1000))), density(1000)));
+    const std::string twice = withChunks(bare, density(2000) + density(3000));
+    EXPECT_TRUE(contains(carried(twice, bare), density(2000)));
+    EXPECT_FALSE(contains(carried(twice, bare), density(3000)));
+}
+
+TEST(PngMetadata, ChunksWithAWrongSumAreLeftBehindAndNoOthers) {
+    std::string wrong = pngChunkOf("tEXt", "Author\0wrong"s);
+    wrong.back() = static_cast<char>(wrong.back() + 1);
+    const std::string right = pngChunkOf("tEXt", "Title\0right"s);
+    const std::string result = carried(photo(wrong + right), plainPng());
+    EXPECT_TRUE(contains(result, right));
+    EXPECT_FALSE(contains(result, "wrong"));
+}
+
+TEST(PngMetadata, ATextThatInflatesWithoutEndIsNotRead) {
+    const std::string bomb = pngChunkOf("zTXt", "Comment\0\0"s + zlibStream(std::string(20'000'000, 'x')));
+    const std::string source = photo(bomb);
+    EXPECT_TRUE(readPngMetadata(viewOf(source)).notes.empty());
+    EXPECT_TRUE(contains(carried(source, plainPng()), bomb));
+}
+
+TEST(PngMetadata, AFileWithoutAnEndTakesNone) {
+    const std::string written = plainPng();
+    const std::string source = photo(pngChunkOf("tEXt", "Author\0somebody"s));
+    EXPECT_FALSE(withMetadataOf(viewOf(source), viewOf(written.substr(0, written.size() - 12))));
+}
+
+} // namespace
+} // namespace complexion

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/codec.h"
+#include "imaging/files.h"
+#include "imaging/image.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace complexion {
+
+/// Files for the tests of metadata, put together byte by byte and apart from the code that is tested. Bytes
+/// are kept in strings, which compare and print well.
+
+/// A number of `length` bytes, most significant byte first or last.
+std::string bigNumber(std::uint64_t value, int length);
+std::string littleNumber(std::uint64_t value, int length);
+
+/// One tag: the value's bytes are in the byte order of its structure.
+struct SampleTag {
+    unsigned tag = 0;
+    unsigned type = 0;
+    std::uint32_t count = 0;
+    std::string value;
+};
+
+/// Makes TIFF structures: an EXIF block, or a TIFF file of one strip.
+struct SampleTiff {
+    bool isBigEndian = false;
+    std::vector<SampleTag> main;
+    std::vector<SampleTag> exif;
+    std::vector<SampleTag> gps;
+    /// A JPEG file in a second directory.
+    std::string thumbnail;
+    /// The strip of a file of `width` by one grey pixels.
+    std::string strip;
+
+    std::string number(std::uint64_t value, int length) const;
+    SampleTag shortTag(unsigned tag, unsigned value) const;
+    SampleTag longTag(unsigned tag, std::uint32_t value) const;
+    SampleTag rationalTag(unsigned tag, std::uint32_t numerator, std::uint32_t denominator) const;
+    static SampleTag textTag(unsigned tag, std::string_view text);
+    static SampleTag bytesTag(unsigned tag, std::string_view bytes);
+
+    std::string bytes() const;
+};
+
+/// A camera's block: make, orientation, 300 to the inch, exposure, maker note, position; a thumbnail if one
+/// is given.
+SampleTiff cameraExif(int orientation, bool isBigEndian = false);
+inline constexpr std::string_view kSampleMakerNote = "Maker note with offsets of its own, 40 B.";
+
+std::string jpegSegmentOf(int marker, std::string_view payload);
+/// A JPEG file with segments put in behind its first one (JFIF), or instead of it.
+std::string withSegments(const std::string& jpeg, const std::string& segments, bool keepsJfif = true);
+/// From the last scan on: the whole picture in the files of these tests.
+std::string scansOf(const std::string& jpeg);
+
+std::string pngChunkOf(std::string_view name, std::string_view data);
+/// A PNG file with chunks put in behind its header.
+std::string withChunks(const std::string& png, const std::string& chunks);
+/// All IDAT chunks.
+std::string pixelChunksOf(const std::string& png);
+
+/// The image as a file of a format, without metadata.
+std::string encodedAs(const Codec& codec, const Image& image);
+
+/// Whether `part` stands in `bytes`. (The usual matchers would print files whole.)
+bool contains(const std::string& bytes, std::string_view part);
+
+ByteView viewOf(const std::string& bytes);
+std::string stringOf(const FileContents& contents);
+
+/// `written` with the metadata of `source`; a failed test and nothing when that is refused.
+std::string carried(const std::string& source, const std::string& written);
+
+} // namespace complexion
