@@ -7,6 +7,7 @@ import math
 import os
 import signal
 import subprocess
+import tempfile
 import time
 from pathlib import Path
 
@@ -36,7 +37,7 @@ def output_of(*command):
 
 class VirtualDesktop:
     """An X server with a window manager, a session bus and the accessibility bus. `folder` takes what programs on it
-    write beside their own files: settings, logs."""
+    write beside their own files: settings, logs. One a process: the accessibility library keeps to its first bus."""
 
     def __init__(self, folder, width=1280, height=800):
         self.folder = Path(folder)
@@ -105,7 +106,7 @@ class Complexion:
     def __init__(self, desktop, program=BUILD / "app/complexion"):
         self.desktop = desktop
         self.program = program
-        self.temporary = desktop.folder / "temporary"
+        self.temporary = Path(tempfile.mkdtemp(prefix="temporary-", dir=desktop.folder))
         self.output = desktop.folder / "complexion.log"
         self.process = None
 
@@ -114,7 +115,6 @@ class Complexion:
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
         self.atspi = Atspi
-        self.temporary.mkdir(exist_ok=True)
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", TMPDIR=str(self.temporary))
         with open(self.output, "wb") as log:
             self.process = subprocess.Popen([self.program, *map(str, files)], stdout=log, stderr=log,

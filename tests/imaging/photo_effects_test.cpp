@@ -9,6 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -223,7 +226,7 @@ void expectProcess(const Image& picture) {
 void expectTransfer(const Image& picture) {
     const Measured measured = measure(picture, "Transfer");
     EXPECT_THAT(measured.shift[1], Gt(3)) << "towards yellow";
-    EXPECT_THAT(measured.shadowShift[0], Gt(1)) << "shadows towards red";
+    EXPECT_THAT(measured.shift[0] + measured.shift[1], Gt(3)) << "towards yellow and red";
 }
 
 /// How many pixels of the halved levels are further than 3 levels from the halved full result.
@@ -281,6 +284,7 @@ TEST(PhotoEffects, ProcessTurnsTowardsCyanBlue) {
 TEST(PhotoEffects, TransferTurnsWarmAndLiftsBlacks) {
     expectTransfer(colorChart());
     EXPECT_THAT(darkestComponent(blackThrough("Transfer")), Gt(15));
+    EXPECT_THAT(labOf(blackThrough("Transfer")).a, Gt(1)) << "lifted towards red";
 }
 
 TEST(PhotoEffects, ASmoothRampStaysMonotonicAndKeepsItsLevels) {
@@ -370,6 +374,28 @@ TEST(PhotoEffects, AreOneObjectEach) {
 TEST(PhotoEffects, OtherNamesHaveNone) {
     for (const char* name : {"mono", "Normal", "", "Monochrome", "Chrome "})
         EXPECT_EQ(photoEffect(name), nullptr) << name;
+}
+
+TEST(PhotoEffects, KeepTheirLooksOnRealPortraits) {
+    const char* folder = std::getenv("COMPLEXION_TEST_PHOTOS");
+    if (!folder)
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
+    const std::filesystem::path portraits = std::filesystem::path(folder) / "portraits";
+    for (const char* name : {"interfaces/005.jpg", "interfaces/025.jpg", "interfaces/028.jpg",
+                             "interfaces/080.jpg", "kodak/kodim04.png"}) {
+        SCOPED_TRACE(name);
+        const std::optional<Image> picture = ImageTools::DecodeImage(portraits / name);
+        ASSERT_TRUE(picture);
+        const Image small = Image::fromPixels(picture->levelSize(1), pixelsOf(*picture, 1));
+        expectChrome(small);
+        expectFade(small);
+        expectInstant(small);
+        expectBlackAndWhites(small);
+        expectProcess(small);
+        expectTransfer(small);
+        for (const std::string effect : kEffects)
+            EXPECT_LT(shareFarFromFullResult(*picture, effect, 2), 0.02) << effect;
+    }
 }
 
 TEST(ApplyEffectOnImage, KeepsTheSizesAndTheProfileAndLeavesTheSource) {
