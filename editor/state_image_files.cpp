@@ -23,9 +23,12 @@ std::int64_t nanoseconds(const timespec& time) {
 
 bool StateImageFiles::write(const Image& image, const std::filesystem::path& path, std::string_view format) {
     m_written.erase(path);
+    const std::optional<Identity> before = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
-    if (const std::optional<Identity> identity = identify(path))
+    // A format that cannot hold the picture leaves no file, or the earlier one as it stood.
+    const std::optional<Identity> identity = identify(path);
+    if (identity && identity != before)
         m_written.insert_or_assign(path, Written{image, *identity});
     return true;
 }

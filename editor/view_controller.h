@@ -5,6 +5,7 @@
 #include "editor/edit_settings.h"
 #include "editor/platform.h"
 #include "editor/state_image_files.h"
+#include "editor/tutorial_address.h"
 #include "imaging/image.h"
 #include "view/box.h"
 #include "view/color_well.h"
@@ -77,6 +78,9 @@ public:
 
     /// True while a repair is being computed.
     std::atomic<bool> imageProcessing = false;
+
+    /// The address of the page with the video tutorial; one that is no address opens nothing.
+    std::string tutorialAddress = kTutorialAddress;
 
     // Outlets. The window's view hierarchy owns the controls; reaching one that is gone is fatal.
 

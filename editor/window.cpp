@@ -2,7 +2,6 @@
 
 // Dressing the window's controls, and what guards its end.
 #include "editor/outlet.h"
-#include "editor/tutorial_address.h"
 #include "editor/view_controller.h"
 #include "view/text_font.h"
 
@@ -93,7 +92,7 @@ void ViewController::OnAppQuit(QObject*) {
 }
 
 void ViewController::OnVideoTutorial(QObject*) {
-    const QUrl url(QString::fromUtf8(kTutorialAddress), QUrl::StrictMode);
+    const QUrl url(QString::fromStdString(tutorialAddress), QUrl::StrictMode);
     if (url.isValid() && !url.scheme().isEmpty())
         m_platform.openAddress(url.toString(QUrl::FullyEncoded).toStdString());
 }
