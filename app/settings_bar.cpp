@@ -89,13 +89,23 @@ SettingsBar::SettingsBar(QWidget* parent)
 }
 
 QSize SettingsBar::arrange(int width) {
-    setColumns(kOneRow);
-    if (m_grid->sizeHint().width() > width)
-        setColumns(kTwoRows);
+    setColumns(widthOfOneRow() <= width ? kOneRow : kTwoRows);
     return m_grid->sizeHint();
 }
 
+int SettingsBar::widthOfOneRow() const {
+    const QMargins margins = m_grid->contentsMargins();
+    int width = margins.left() + margins.right() + (kOneRow - 1) * m_grid->horizontalSpacing();
+    for (const QWidget* group : m_groups)
+        width += group->sizeHint().width();
+    return width;
+}
+
 void SettingsBar::setColumns(int columns) {
+    // Moving a group asks for a new arrangement, which ends up here again.
+    if (columns == m_columns)
+        return;
+    m_columns = columns;
     int place = 0;
     for (QWidget* group : m_groups) {
         m_grid->addWidget(group, place / columns, place % columns); // moves it

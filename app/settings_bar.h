@@ -43,10 +43,12 @@ private:
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
+    int widthOfOneRow() const;
     void setColumns(int columns);
 
     std::array<QWidget*, 4> m_groups;
     QGridLayout* m_grid;
+    int m_columns = 0; // of groups, 0 before they are placed
 };
 
 } // namespace complexion

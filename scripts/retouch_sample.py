@@ -15,7 +15,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/end-to-end"))
 
-from window_driver import Complexion, VirtualDesktop, check_only_discs_changed  # noqa: E402
+from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed  # noqa: E402
 
 OUT = ROOT / "out"
 SIZE = (1200, 1500)
@@ -35,7 +35,7 @@ def retouch_sample():
     for path in (before, after, screenshot):
         path.unlink(missing_ok=True)
     spots = OUT / "blemishes.csv"
-    subprocess.run([ROOT / "build/release/tools/sample_portrait", before, spots], check=True)
+    subprocess.run([BUILD / "tools/sample_portrait", before, spots], check=True)
     with open(spots, newline="") as file:
         blemishes = [tuple(float(row[key]) for key in ("x", "y", "radius")) for row in csv.DictReader(file)]
     with tempfile.TemporaryDirectory() as folder, VirtualDesktop(folder) as desktop, Complexion(desktop) as program:
@@ -44,8 +44,8 @@ def retouch_sample():
         desktop.screenshot(screenshot)
         program.save()
         program.ask_to_close()
-        program.answer("All unsaved changes will be lost. Are you sure you want to exit the application?", "Yes")
-        program.wait_for_end()
+        program.answer_to_end("All unsaved changes will be lost. Are you sure you want to exit the application?",
+                              "Yes")
     check_only_discs_changed(before, after, places, RADIUS)
     print(before, after, screenshot, sep="\n")
 

@@ -13,7 +13,7 @@ build=(
 )
 # A virtual display, and what drives the window on it from outside.
 window=(
-    xvfb openbox xdotool x11-utils imagemagick dbus at-spi2-core
+    xvfb openbox xdotool wmctrl x11-utils imagemagick dbus at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core
 )
 tests=(libgtest-dev libgmock-dev libimage-exiftool-perl)

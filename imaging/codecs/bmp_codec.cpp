@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/bmp_codec.h"
 
+#include "imaging/codecs/no_throw.h"
+
 namespace complexion {
 
 const Codec kBmpCodec = {
     .name = "BMP",
     .recognizes = isBmp,
-    .measure = measureBmp,
-    .decode = decodeBmp,
-    .encode = encodeBmp,
+    .measure = [](ByteView file) { return withoutThrowing([&] { return measureBmp(file); }); },
+    .decode = [](ByteView file) { return withoutThrowing([&] { return decodeBmp(file); }); },
+    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeBmp(image); }); },
 };
 
 } // namespace complexion

@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-// The operations of kBmpCodec.
+// The operations of kBmpCodec, which may throw when memory is lacking.
 
 bool isBmp(ByteView file);
 Result<std::vector<PixelSize>> measureBmp(ByteView file);

@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-// The operations of kGifCodec.
+// The operations of kGifCodec, which may throw when memory is lacking.
 
 bool isGif(ByteView file);
 Result<std::vector<PixelSize>> measureGif(ByteView file);

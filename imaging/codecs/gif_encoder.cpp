@@ -5,6 +5,7 @@
 #include <cgif.h>
 
 #include <limits>
+#include <new>
 
 namespace complexion {
 
@@ -13,8 +14,13 @@ namespace {
 constexpr int kLongestSide = std::numeric_limits<std::uint16_t>::max();
 
 int appendToBytes(void* bytes, const std::uint8_t* data, const std::size_t count) {
-    auto& out = *static_cast<Bytes*>(bytes);
-    out.insert(out.end(), data, data + count);
+    // No exception may pass through the library, which is C.
+    try {
+        auto& out = *static_cast<Bytes*>(bytes);
+        out.insert(out.end(), data, data + count);
+    } catch (const std::bad_alloc&) {
+        return -1;
+    }
     return 0;
 }
 

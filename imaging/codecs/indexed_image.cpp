@@ -3,9 +3,11 @@
 
 #include <libimagequant.h>
 
+#include <algorithm>
 #include <array>
-#include <cstring>
+#include <atomic>
 #include <memory>
+#include <new>
 #include <optional>
 
 namespace complexion {
@@ -124,14 +126,27 @@ struct QuantizerDeleter {
 template <class T>
 using Quantizer = std::unique_ptr<T, QuantizerDeleter>;
 
+/// What libimagequant asks for its rows; it asks from several threads.
+struct RowSource {
+    const Image& image;
+    std::atomic<bool> failed = false;
+};
+
 /// Gives libimagequant a row. Transparent pixels show the colour beside them, so that they draw no colour of
 /// the palette to themselves and no dithering error flows out of them.
-void giveRow(liq_color out[], int y, int /*width*/, void* image) {
-    RGBA32 last(0, 0, 0, 255);
-    for (const RGBA32 pixel : readRow(*static_cast<const Image*>(image), y)) {
-        if (pixel.alpha() != 0)
-            last = pixel;
-        *out++ = {last.red(), last.green(), last.blue(), 255};
+void giveRow(liq_color out[], int y, int width, void* rowSource) {
+    auto& source = *static_cast<RowSource*>(rowSource);
+    // No exception may pass through the library, which is C.
+    try {
+        RGBA32 last(0, 0, 0, 255);
+        for (const RGBA32 pixel : readRow(source.image, y)) {
+            if (pixel.alpha() != 0)
+                last = pixel;
+            *out++ = {last.red(), last.green(), last.blue(), 255};
+        }
+    } catch (const std::bad_alloc&) {
+        source.failed = true;
+        std::fill_n(out, width, liq_color{0, 0, 0, 255});
     }
 }
 
@@ -144,8 +159,9 @@ Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
     liq_set_max_colors(attributes.get(), static_cast<int>(kMostColors) - (hasTransparency ? 1 : 0));
     liq_set_speed(attributes.get(), kQuantizerSpeed);
     liq_set_quality(attributes.get(), 0, kBestQuality);
-    const Quantizer<liq_image> source(liq_image_create_custom(
-        attributes.get(), giveRow, const_cast<Image*>(&image), size.width, size.height, 0));
+    RowSource rows{image};
+    const Quantizer<liq_image> source(
+        liq_image_create_custom(attributes.get(), giveRow, &rows, size.width, size.height, 0));
     liq_result* made = nullptr;
     if (!source || liq_image_quantize(source.get(), attributes.get(), &made) != LIQ_OK)
         return failed;
@@ -154,7 +170,8 @@ Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
     indexed.indices.resize(static_cast<std::size_t>(size.area()));
     liq_set_dithering_level(result.get(), 1);
     if (liq_write_remapped_image(result.get(), source.get(), indexed.indices.data(),
-                                 indexed.indices.size()) != LIQ_OK)
+                                 indexed.indices.size()) != LIQ_OK ||
+        rows.failed)
         return failed;
 
     const liq_palette* palette = liq_get_palette(result.get());

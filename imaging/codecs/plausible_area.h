@@ -7,8 +7,8 @@
 
 namespace complexion {
 
-/// Pictures up to this many pixels (256 MiB of memory) are decoded whatever the size of their file.
-inline constexpr std::int64_t kHarmlessArea = std::int64_t{64} << 20;
+/// Pictures up to this many pixels (64 MiB of memory) are decoded whatever the size of their file.
+inline constexpr std::int64_t kHarmlessArea = std::int64_t{16} << 20;
 
 /// Whether a picture of this size can be decoded and its file of `fileSize` bytes is long enough to hold it,
 /// when a byte codes no more than `pixelsPerByte` pixels. A file of a few bytes shall not take gigabytes of

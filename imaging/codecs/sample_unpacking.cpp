@@ -88,7 +88,7 @@ std::uint8_t fromUnitRange(double value) {
 
 /// round(value / 257) without a division.
 std::uint8_t from16Bits(std::uint32_t value) {
-    return static_cast<std::uint8_t>((value + 128 - (value >> 8)) >> 8);
+    return static_cast<std::uint8_t>((value + 128 - ((value + 128) >> 8)) >> 8);
 }
 
 template <class Sample>

@@ -17,13 +17,13 @@ Profile openProfile(ByteView icc) {
 }
 
 std::shared_ptr<void> transformFrom(const Profile& source, cmsColorSpaceSignature space,
-                                    cmsUInt32Number format) {
+                                    cmsUInt32Number format, cmsUInt32Number flags = 0) {
     if (!source || cmsGetColorSpace(source.get()) != space)
         return nullptr;
     const Profile srgb(cmsCreate_sRGBProfile());
     // Without the cache of the last colour a transform has no state and serves several threads.
     cmsHTRANSFORM transform = cmsCreateTransform(source.get(), format, srgb.get(), TYPE_RGB_8,
-                                                 INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOCACHE);
+                                                 INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOCACHE | flags);
     if (!transform)
         return nullptr;
     return {transform, cmsDeleteTransform};
@@ -42,7 +42,9 @@ std::optional<SrgbConversion> SrgbConversion::fromGrey(ByteView icc) {
 }
 
 std::optional<SrgbConversion> SrgbConversion::fromLab() {
-    auto transform = transformFrom(Profile(cmsCreateLab4Profile(nullptr)), cmsSigLabData, TYPE_Lab_8);
+    // The table that would be interpolated for speed errs by a level at black and white.
+    auto transform =
+        transformFrom(Profile(cmsCreateLab4Profile(nullptr)), cmsSigLabData, TYPE_Lab_8, cmsFLAGS_NOOPTIMIZE);
     return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
 }
 

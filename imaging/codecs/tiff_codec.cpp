@@ -1,14 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/tiff_codec.h"
 
+#include "imaging/codecs/no_throw.h"
+
 namespace complexion {
 
 const Codec kTiffCodec = {
     .name = "TIFF",
     .recognizes = isTiff,
-    .measure = measureTiff,
-    .decode = decodeTiff,
-    .encode = encodeTiff,
+    .measure = [](ByteView file) { return withoutThrowing([&] { return measureTiff(file); }); },
+    .decode = [](ByteView file) { return withoutThrowing([&] { return decodeTiff(file); }); },
+    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeTiff(image); }); },
 };
 
 } // namespace complexion

@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-// The operations of kTiffCodec.
+// The operations of kTiffCodec, which may throw when memory is lacking.
 
 bool isTiff(ByteView file);
 Result<std::vector<PixelSize>> measureTiff(ByteView file);

@@ -19,6 +19,13 @@ bool startsWith(ByteView file, const char* magic) {
     return file.size() >= kMagicSize && std::memcmp(file.data(), magic, kMagicSize) == 0;
 }
 
+/// Whether the pixels are still in the profile's space: other colours than RGB have been converted.
+bool keepsProfile(const tiff::Page& page) {
+    return !page.icc.empty() &&
+           (page.photometric == PHOTOMETRIC_RGB || page.photometric == PHOTOMETRIC_PALETTE ||
+            page.photometric == PHOTOMETRIC_YCBCR);
+}
+
 } // namespace
 
 bool isTiff(ByteView file) {
@@ -54,7 +61,7 @@ Result<Image> decodeTiff(ByteView file) {
         return Error{"TIFF file without readable pixels"};
     const Image stored =
         builder.finish()
-            .withProfile(page->icc.empty() ? ColorProfile() : ColorProfile::fromIcc(page->icc))
+            .withProfile(keepsProfile(*page) ? ColorProfile::fromIcc(page->icc) : ColorProfile())
             .withSize(sizeAtDensity(page->size, page->density.horizontal, page->density.vertical));
     return turnedUpright(stored, page->orientation);
 }

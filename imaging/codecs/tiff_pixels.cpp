@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/tiff_pixels.h"
 
+#include "imaging/codecs/device_colors.h"
+
 #include <algorithm>
 
 namespace complexion::tiff {
 
 namespace {
 
-constexpr std::size_t kGreys = 256;
+constexpr std::size_t kGreys = GreyTable().size();
 constexpr int kMostPaletteBits = 16;
 
 /// Few writers mean it when they mark integers as signed, and other readers ignore it: only deep greys are
@@ -83,18 +85,12 @@ bool PixelConverter::readPalette(const File& file) {
 }
 
 void PixelConverter::makeGreys() {
-    std::array<std::uint8_t, kGreys> greys;
-    std::array<std::uint8_t, kGreys * 3> rgb;
+    const std::optional<GreyTable> byProfile = m_page.icc.empty() ? std::nullopt : greyTable(m_page.icc);
     for (std::size_t i = 0; i < kGreys; ++i) {
-        const std::size_t grey = m_page.photometric == PHOTOMETRIC_MINISWHITE ? kGreys - 1 - i : i;
-        greys[i] = static_cast<std::uint8_t>(grey);
-        std::fill_n(rgb.begin() + static_cast<std::ptrdiff_t>(3 * i), 3, greys[i]);
+        const std::size_t level = m_page.photometric == PHOTOMETRIC_MINISWHITE ? kGreys - 1 - i : i;
+        const auto grey = static_cast<std::uint8_t>(level);
+        m_palette.push_back(byProfile ? (*byProfile)[level] : RGBA32(grey, grey, grey, 255));
     }
-    if (!m_page.icc.empty())
-        if (const auto conversion = SrgbConversion::fromGrey(m_page.icc))
-            conversion->convert(greys.data(), rgb.data(), kGreys);
-    for (std::size_t i = 0; i < kGreys; ++i)
-        m_palette.emplace_back(rgb[3 * i], rgb[3 * i + 1], rgb[3 * i + 2], std::uint8_t{255});
 }
 
 SampleUnpacker::Walk PixelConverter::walk(std::size_t used, std::size_t count, std::size_t outStep) const {

@@ -205,7 +205,7 @@ PictureMetadata readGifMetadata(ByteView file) {
         if (extension.label == kCommentLabel) {
             metadata.notes.push_back({std::string(kCommentKeyword), utf8Of(joined(extension.whole, 2))});
         } else if (extension.isApplication(kXmpApplication) && metadata.xmp.empty()) {
-            metadata.xmp = xmpOf(extension);
+            metadata.xmp = xmpInUtf8(xmpOf(extension));
         } else if (extension.isApplication(kResourcesApplication) ||
                    extension.isApplication(kIptcApplication)) {
             const Bytes data = joined(extension.whole, kApplicationHeaderLength);
@@ -233,7 +233,8 @@ Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView w
         append(extensions, Bytes{kExtension, kCommentLabel});
         appendSubBlocks(extensions, bytesOf(noteAsComment(note)));
     }
-    if (!metadata.xmp.empty())
+    // A zero in the packet would end it for readers of sub-blocks.
+    if (!metadata.xmp.empty() && std::find(metadata.xmp.begin(), metadata.xmp.end(), 0) == metadata.xmp.end())
         appendXmp(extensions, xmpUpright(xmpToCarry(metadata.xmp)));
     if (const Bytes resources = resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc));
         !resources.empty()) {

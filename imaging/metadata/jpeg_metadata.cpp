@@ -256,7 +256,7 @@ PictureMetadata readJpegMetadata(ByteView file) {
         if (isExif(segment) && metadata.exif.empty()) {
             metadata.exif = joined(segments, i, exifEnd(segments, i), kExifStart.size());
         } else if (isSegment(segment, marker::app(1), kXmpStart) && metadata.xmp.empty()) {
-            metadata.xmp = xmpWithoutExtension(segment.payload.subspan(kXmpStart.size()));
+            metadata.xmp = xmpWithoutExtension(xmpInUtf8(segment.payload.subspan(kXmpStart.size())));
         } else if (isPhotoshop(segment)) {
             append(resources, segment.payload.subspan(kPhotoshopStart.size()));
         } else if (segment.marker == marker::kComment) {

@@ -1,9 +1,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/text_encoding.h"
 
-#include "imaging/metadata/byte_order.h"
-
 namespace complexion {
+
+namespace {
+
+void appendUtf8(std::string& text, std::uint32_t code) {
+    const auto append = [&text](std::uint32_t byte) { text += static_cast<char>(byte); };
+    const auto appendSixBits = [&](int shift) { append(0x80 | (code >> shift & 0x3f)); };
+    if (code < 0x80) {
+        append(code);
+    } else if (code < 0x800) {
+        append(0xc0 | code >> 6);
+        appendSixBits(0);
+    } else if (code < 0x10000) {
+        append(0xe0 | code >> 12);
+        appendSixBits(6);
+        appendSixBits(0);
+    } else {
+        append(0xf0 | code >> 18);
+        appendSixBits(12);
+        appendSixBits(6);
+        appendSixBits(0);
+    }
+}
+
+} // namespace
 
 bool isUtf8(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
@@ -26,13 +48,25 @@ bool isUtf8(std::string_view text) {
 
 std::string utf8FromLatin1(std::string_view text) {
     std::string result;
-    for (const char character : text) {
-        const auto code = static_cast<unsigned char>(character);
-        if (code < 0x80) {
-            result += character;
+    for (const char character : text)
+        appendUtf8(result, static_cast<unsigned char>(character));
+    return result;
+}
+
+std::string utf8FromUtf16(ByteView text, ByteOrder order) {
+    constexpr std::uint32_t kReplacement = 0xfffd;
+    const auto isHigh = [](std::uint64_t unit) { return unit >= 0xd800 && unit < 0xdc00; };
+    const auto isLow = [](std::uint64_t unit) { return unit >= 0xdc00 && unit < 0xe000; };
+    std::string result;
+    for (std::size_t i = 0; i + 1 < text.size(); i += 2) {
+        const std::uint64_t unit = numberAt(text, i, 2, order);
+        const std::uint64_t next = numberAt(text, i + 2, 2, order);
+        if (isHigh(unit) && isLow(next)) {
+            appendUtf8(result,
+                       static_cast<std::uint32_t>(0x10000 + ((unit - 0xd800) << 10) + (next - 0xdc00)));
+            i += 2;
         } else {
-            result += static_cast<char>(0xc0 | code >> 6);
-            result += static_cast<char>(0x80 | (code & 0x3f));
+            appendUtf8(result, isHigh(unit) || isLow(unit) ? kReplacement : static_cast<std::uint32_t>(unit));
         }
     }
     return result;

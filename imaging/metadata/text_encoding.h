@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
+#include "imaging/metadata/byte_order.h"
 
 #include <string>
 #include <string_view>
@@ -15,5 +15,8 @@ bool isUtf8(std::string_view text);
 std::string utf8Of(ByteView text);
 
 std::string utf8FromLatin1(std::string_view text);
+
+/// Text of 16-bit units; half surrogate pairs become the replacement character.
+std::string utf8FromUtf16(ByteView text, ByteOrder order);
 
 } // namespace complexion

@@ -6,7 +6,6 @@
 
 #include <optional>
 #include <vector>
-
 namespace complexion {
 
 /// Makes thumbnails of a picture file; decodes it when the first one is asked for.

@@ -195,7 +195,7 @@ PictureMetadata readTiffMetadata(ByteView file) {
     PictureMetadata metadata;
     CarriedTags tags = carriedTags(file);
     metadata.resolution = resolutionOf(tags);
-    metadata.xmp = taken(tags.directory, tag::kXmp);
+    metadata.xmp = xmpInUtf8(taken(tags.directory, tag::kXmp));
     const Bytes resources = taken(tags.directory, tag::kPhotoshop);
     metadata.photoshop = resourcesWithoutIptc(resources);
     metadata.iptc = taken(tags.directory, tag::kIptc);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/xmp_packet.h"
 
-#include "imaging/metadata/byte_order.h"
+#include "imaging/metadata/text_encoding.h"
 
 #include <algorithm>
 #include <array>
@@ -11,6 +11,8 @@
 namespace complexion {
 
 namespace {
+
+using namespace std::string_view_literals;
 
 // XMP Specification Part 1 and 2; "xap" is the prefix that older software gives the same names.
 constexpr std::array<std::string_view, 2> kThumbnailElements = {"xmp:Thumbnails", "xap:Thumbnails"};
@@ -55,10 +57,27 @@ std::size_t findValue(const std::string& xml, std::string_view name, std::size_t
 
 } // namespace
 
+Bytes xmpInUtf8(ByteView packet) {
+    // An XML text begins with "<" or with the byte order mark.
+    std::string xml;
+    if (startsWith(packet, "\xfe\xff"sv) || startsWith(packet, "\0<"sv))
+        xml = utf8FromUtf16(packet, ByteOrder::BigEndian);
+    else if (startsWith(packet, "\xff\xfe"sv) || startsWith(packet, "<\0"sv))
+        xml = utf8FromUtf16(packet, ByteOrder::LittleEndian);
+    else
+        xml = textOf(packet);
+    while (!xml.empty() && xml.back() == '\0')
+        xml.pop_back();
+    return bytesOfText(xml);
+}
+
 Bytes xmpToCarry(ByteView packet) {
-    std::string xml(textOf(packet));
+    const Bytes utf8 = xmpInUtf8(packet);
+    std::string xml(textOf(utf8));
     for (const std::string_view element : kThumbnailElements)
         blankElements(xml, element);
+    if (xml == textOf(utf8))
+        return {packet.begin(), packet.end()};
     return bytesOfText(xml);
 }
 

@@ -13,6 +13,7 @@ from pathlib import Path
 from PIL import Image, ImageChops
 
 ROOT = Path(__file__).resolve().parent.parent.parent
+BUILD = Path(os.environ.get("COMPLEXION_BUILD", ROOT / "build/release"))
 POLL_SECONDS = 0.02
 WAIT_SECONDS = 20
 
@@ -87,7 +88,7 @@ class VirtualDesktop:
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(
             "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={}")
         os.environ["DISPLAY"] = ":" + self._run_and_read_line(
-            "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp")
+            "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp", "-noreset")
         self._run("window-manager", "openbox")
         self._run("accessibility", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
         wait_until(lambda: "window id" in output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
@@ -101,7 +102,7 @@ class VirtualDesktop:
 class Complexion:
     """The program under test, with a temporary folder of its own."""
 
-    def __init__(self, desktop, program=ROOT / "build/release/app/complexion"):
+    def __init__(self, desktop, program=BUILD / "app/complexion"):
         self.desktop = desktop
         self.program = program
         self.temporary = desktop.folder / "temporary"
@@ -229,13 +230,16 @@ class Complexion:
 
     def save(self, path=None):
         """Saves through the panel, under the name it proposes when none is given."""
+        self.start_saving(path)
+        self.answer("Image saved successfully.", "OK")
+
+    def start_saving(self, path=None):
         self.keys("ctrl+s")
         self.wait_for("Save image", "dialog")
         if path:
             self.keys("ctrl+a")
             self.type(str(path))
         self.keys("Return")
-        self.answer("Image saved successfully.", "OK")
 
     def answer(self, question, button):
         self.wait_for(question)
@@ -243,10 +247,17 @@ class Complexion:
         self.wait_until_gone(question)
 
     def ask_to_close(self):
-        self.keys("alt+F4")
+        """What the window's close button does, through the window manager."""
+        window = output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[0]
+        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
 
-    def wait_for_end(self):
-        return self.process.wait(WAIT_SECONDS)
+    def answer_to_end(self, question, button):
+        """Answers a question with which the program ends; fails when it does not end well."""
+        self.wait_for(question)
+        self.press(button)
+        status = self.process.wait(WAIT_SECONDS)
+        if status != 0:
+            raise AssertionError(f"the program has ended with {status}: {self.output.read_text()}")
 
 
 def changed_pixels(before, after):
