@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QImage>
-#include <QUrl>
 
 namespace complexion {
 
@@ -182,13 +181,13 @@ TEST_F(Window, TheTutorialIsOpenedInTheBrowser) {
     EXPECT_EQ(dialogs.shown(), 0);
 }
 
-TEST_F(Window, AnInvalidTutorialAddressDoesNothing) {
-    for (const char* address : {"", "no address", "http://[", "%"}) {
+TEST_F(Window, ATutorialAddressThatIsNoneOpensNothing) {
+    for (const char* address : {"", "no address", "https://exa mple.org/", "https://[1/"}) {
+        SCOPED_TRACE(address);
         controller->tutorialAddress = address;
         controller->OnVideoTutorial(nullptr);
+        EXPECT_TRUE(platform.addresses.empty());
     }
-    EXPECT_TRUE(platform.addresses.empty());
-    EXPECT_EQ(dialogs.shown(), 0);
 }
 
 } // namespace
