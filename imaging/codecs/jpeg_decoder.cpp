@@ -243,7 +243,7 @@ Result<Image> decodeJpeg(ByteView file) {
         return Error{"JPEG: the file ends before the picture"};
     const ExifBasics exif = decompressor.exif();
     const Density density = exif.density.value_or(decompressor.jfifDensity());
-    const Result<Image> stored = readPixels(decompressor, *size);
+    Result<Image> stored = readPixels(decompressor, *size);
     if (!stored)
         return stored;
     return turnedUpright(stored->withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),

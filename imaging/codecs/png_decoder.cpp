@@ -26,8 +26,8 @@ constexpr std::int64_t kMostExpansion = 1032;
 
 /// Chunks that the library need not look at: nobody asks it for text, and what the profile is worth is judged
 /// by the colour library, which is less strict.
-constexpr std::string_view kIgnoredChunks("tEXt\0zTXt\0iTXt\0sPLT\0hIST\0tIME\0eXIf\0pCAL\0iCCP", 45);
-constexpr int kIgnoredChunkCount = 9;
+constexpr char kIgnoredChunks[] = "tEXt\0zTXt\0iTXt\0sPLT\0hIST\0tIME\0eXIf\0pCAL\0iCCP";
+constexpr int kIgnoredChunkCount = sizeof kIgnoredChunks / 5; // four letters and an end each
 
 /// The library's decoder on one file. A step that fails leaves a message in `error()`.
 class PngReader {
@@ -61,7 +61,7 @@ public:
             png_set_user_limits(m_png, kLongestSide, kLongestSide);
             png_set_chunk_malloc_max(m_png, kLargestChunk);
             png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER,
-                                        reinterpret_cast<png_const_bytep>(kIgnoredChunks.data()),
+                                        reinterpret_cast<png_const_bytep>(kIgnoredChunks),
                                         kIgnoredChunkCount);
             png_set_benign_errors(m_png, 1);
             // What a checksum at the end finds wrong is shown long before.
@@ -176,7 +176,7 @@ struct SourceColors {
 SourceColors sourceColors(const PngReader& reader, ByteView file) {
     const std::optional<ByteView> chunk = findPngChunk(file, pngChunkType("iCCP"));
     const Bytes embedded = chunk ? unpackedProfile(*chunk) : Bytes();
-    if (std::optional<GreyTable> grey = reader.isGrey() ? greyTable(embedded) : std::nullopt)
+    if (const std::optional<GreyTable> grey = reader.isGrey() ? greyTable(embedded) : std::nullopt)
         return {.profile = {}, .grey = grey};
     const ColorProfile profile = ColorProfile::fromIcc(embedded);
     return {.profile = profile.isSrgb() ? ColorProfile::fromIcc(reader.describedProfile()) : profile,
@@ -254,7 +254,7 @@ Orientation exifOrientation(const std::optional<ByteView>& exif) {
 
 Result<PixelSize> measurePng(ByteView file) {
     PngReader reader(file);
-    const Result<PixelSize> size = readCheckedHeader(reader, file);
+    Result<PixelSize> size = readCheckedHeader(reader, file);
     if (!size)
         return size;
     return uprightSize(*size, exifOrientation(findPngChunk(file, pngChunkType("eXIf"))));
@@ -270,8 +270,8 @@ Result<Image> decodePng(ByteView file) {
     const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before the library counts what it adds
     if (!reader.start())
         return reader.error();
-    const Result<Image> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
-                                                     : readProgressively(reader, *size, finisher);
+    Result<Image> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
+                                               : readProgressively(reader, *size, finisher);
     if (!stored)
         return stored;
     return turnedUpright(stored->withProfile(colors.profile)
