@@ -17,8 +17,8 @@ struct EditSettings {
     float threshold = 0;        // grey levels
 };
 
-/// The settings as the controls last wrote them on the main thread, for repairs that read them on another. Reading a
-/// setting whose control is gone is fatal, as reaching the control itself would be.
+/// The settings as the controls last wrote them on the main thread, for repairs that read them on another.
+/// Reading a setting whose control is gone is fatal, as reaching the control itself would be.
 class EditSettingsMirror {
 public:
     void setRadius(std::optional<std::int64_t> radius);

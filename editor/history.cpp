@@ -79,7 +79,8 @@ void ViewController::RemoveStateImageWithImagePath(const std::filesystem::path& 
     m_stateImages.remove(path);
 }
 
-// After a first state that could not be written, `currenState` may lie outside the list: the index itself is checked.
+// After a first state that could not be written, `currenState` may lie outside the list: the index itself is
+// checked.
 
 bool ViewController::canUndo() const {
     return hasImage() && !imageProcessing && isIndexOf(currenState - 1, stateImagesPath);

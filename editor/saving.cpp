@@ -27,8 +27,7 @@ void ViewController::OnSaveImage(QObject*) {
 
     Q_EMIT longWorkBegan(tr("Saving the photo…"));
     // The pixels are turned back to how the source stores them, for the tag that is copied after them.
-    const Image stored =
-        turnedForStorage(*shown, ImageTools::CarriedOrientation(originalImagePath, format));
+    const Image stored = turnedForStorage(*shown, ImageTools::CarriedOrientation(originalImagePath, format));
     bool saved = ImageTools::SaveImage(stored, path, format);
     if (saved) {
         ImageTools::ChangeImageExif(originalImagePath, path);

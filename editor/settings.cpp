@@ -32,8 +32,8 @@ void ViewController::OnEditAreaSizeChanged(QObject* sender) {
         bool isNumber = false;
         const qlonglong typed = field.text().toLongLong(&isNumber);
         if (isNumber)
-            stepper.setIntegerValue(static_cast<int>(
-                std::clamp<qlonglong>(typed, stepper.minimum(), stepper.maximum())));
+            stepper.setIntegerValue(
+                static_cast<int>(std::clamp<qlonglong>(typed, stepper.minimum(), stepper.maximum())));
     }
     // What was typed may have been no number, or out of bounds: the field shows what counts.
     field.setText(QString::number(stepper.integerValue()));

@@ -10,8 +10,8 @@
 
 namespace complexion {
 
-/// The state images on disk, each with the image it was written from: as long as the file is the very one that was
-/// written, reading it gives that image back without decoding, and so without a lossy format's loss.
+/// The state images on disk, each with the image it was written from: as long as the file is the very one
+/// that was written, reading it gives that image back without decoding, and so without a lossy format's loss.
 class StateImageFiles {
 public:
     /// Writes `image`; false when that failed. An earlier file at `path` is replaced.
@@ -42,7 +42,8 @@ private:
     std::map<std::filesystem::path, Written> m_written;
 };
 
-/// Deletes the file at `path`; on failure prints "Remove failed: " and the system's description on standard output.
+/// Deletes the file at `path`; on failure prints "Remove failed: " and the system's description on standard
+/// output.
 void removeFile(const std::filesystem::path& path);
 
 } // namespace complexion

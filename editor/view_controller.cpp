@@ -8,7 +8,10 @@ namespace complexion {
 
 ViewController::ViewController(QWidget* rootView, Dialogs& dialogs, Platform& platform, Queues& queues)
     : tutorialAddress(kTutorialAddress),
-      view(rootView), m_dialogs(dialogs), m_platform(platform), m_queues(queues) {}
+      view(rootView),
+      m_dialogs(dialogs),
+      m_platform(platform),
+      m_queues(queues) {}
 
 ViewController::~ViewController() = default;
 

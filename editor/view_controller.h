@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "view/image_fit.h"
 #include "editor/edit_settings.h"
 #include "editor/platform.h"
 #include "editor/state_image_files.h"
@@ -10,6 +9,7 @@
 #include "view/color_well.h"
 #include "view/custom_image_view.h"
 #include "view/dialogs.h"
+#include "view/image_fit.h"
 #include "view/notification_center.h"
 #include "view/slider.h"
 #include "view/stepper.h"
@@ -34,7 +34,7 @@
 namespace complexion {
 
 /// The titles of the effect pop-up, in order; the first means none, the others are names of effects.
-inline constexpr std::array<const char*, 9> kEffectTitles = {"Normal", "Chrome", "Fade",    "Instant", "Mono",
+inline constexpr std::array<const char*, 9> kEffectTitles = {"Normal", "Chrome",  "Fade",  "Instant", "Mono",
                                                              "Noir",   "Process", "Tonal", "Transfer"};
 
 /// A mouse event in the root view's coordinates.
@@ -44,11 +44,11 @@ struct MouseEvent {
     double deltaY = 0;      // positive downward
 };
 
-/// The controller of the one window: the working image and where it came from, the edit history, and what every
-/// control does. Held by a shared pointer: work in the background keeps it alive.
+/// The controller of the one window: the working image and where it came from, the edit history, and what
+/// every control does. Held by a shared pointer: work in the background keeps it alive.
 ///
-/// Its operations stand in one source file for each intention: history, opening, retouch, zoom, saving, settings
-/// and window. All run on the main thread, except RetouchAtPoint.
+/// Its operations stand in one source file for each intention: history, opening, retouch, zoom, saving,
+/// settings and window. All run on the main thread, except RetouchAtPoint.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
     Q_OBJECT
 
@@ -109,7 +109,8 @@ public:
     void awakeFromNib();
     /// Dresses the controls and gives the settings their start values. The outlets are connected by then.
     void viewDidLoad();
-    /// Whether the window may close: asks when an image is shown. The window itself asks, once viewDidLoad has run.
+    /// Whether the window may close: asks when an image is shown. The window itself asks, once viewDidLoad
+    /// has run.
     bool windowShouldClose();
     /// Deletes the state images.
     void windowWillClose();
@@ -139,8 +140,8 @@ public:
 
     /// Loads the file that a "DragPerformed" notification names.
     void DragPerformed(const Notification& notification);
-    /// Opens a file as the application is asked to by the system ("Open with"); shows the load-failure alert when
-    /// it is no image.
+    /// Opens a file as the application is asked to by the system ("Open with"); shows the load-failure alert
+    /// when it is no image.
     void OpenFile(const std::filesystem::path& path);
 
     // Retouch.
@@ -195,7 +196,8 @@ private:
 
     /// The file at `path` decoded and at its actual size; nothing when it is no picture.
     std::optional<Image> decodeSource(const std::filesystem::path& path);
-    /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no picture.
+    /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no
+    /// picture.
     void loadImage(const std::filesystem::path& path);
     void stepTo(std::int64_t state);
     void mirrorSettings();

@@ -35,8 +35,8 @@ void ViewController::viewDidLoad() {
     reach(view).window()->installEventFilter(this);
     reach(imageView).setAcceptDrops(true);
 
-    for (const auto& box : {boxHint, boxHelp, boxSelectImage, boxResetImage, boxSaveImage, boxZoomIn, boxZoomOut,
-                            boxResetZoom, boxUndo, boxRedo, boxEditSettings})
+    for (const auto& box : {boxHint, boxHelp, boxSelectImage, boxResetImage, boxSaveImage, boxZoomIn,
+                            boxZoomOut, boxResetZoom, boxUndo, boxRedo, boxEditSettings})
         reach(box).setAlpha(kBoxAlpha);
 
     QCheckBox& autodetect = reach(checkAutodetectColor);

@@ -40,8 +40,7 @@ void ViewController::visibleAreaResized(PointSize from, PointSize to) {
 }
 
 void ViewController::mouseDragged(const MouseEvent& event) {
-    reach(imageView).setFrame(
-        panned(reach(imageView).frame(), visibleArea(), event.deltaX, event.deltaY));
+    reach(imageView).setFrame(panned(reach(imageView).frame(), visibleArea(), event.deltaX, event.deltaY));
 }
 
 } // namespace complexion

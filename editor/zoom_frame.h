@@ -6,8 +6,8 @@
 
 namespace complexion {
 
-// The rules of zoom and pan: how the image view's frame moves in the visible area, the root view. The zoom ratio is
-// the frame's width over the area's; 1 fits the photo into the area.
+// The rules of zoom and pan: how the image view's frame moves in the visible area, the root view. The zoom
+// ratio is the frame's width over the area's; 1 fits the photo into the area.
 
 inline constexpr double kZoomInFactor = 1.1;
 inline constexpr double kZoomOutFactor = 0.9;
@@ -20,15 +20,16 @@ Frame zoomed(const Frame& frame, PointSize visibleArea, double factor);
 /// The frame at zoom ratio 1, without a gap.
 Frame fitted(const Frame& frame, PointSize visibleArea);
 
-/// The frame moved so that it leaves no gap in the visible area; one that is smaller than the area is pinned to the
-/// left and bottom edges.
+/// The frame moved so that it leaves no gap in the visible area; one that is smaller than the area is pinned
+/// to the left and bottom edges.
 Frame repositioned(const Frame& frame, PointSize visibleArea);
 
-/// The frame after a drag by (`deltaX`, `deltaY`), y downward. Each axis on its own: a step that would open a gap is
-/// dropped whole.
+/// The frame after a drag by (`deltaX`, `deltaY`), y downward. Each axis on its own: a step that would open a
+/// gap is dropped whole.
 Frame panned(const Frame& frame, PointSize visibleArea, double deltaX, double deltaY);
 
-/// The frame when the visible area changes its size: the same zoom ratio about the same centre, without a gap.
+/// The frame when the visible area changes its size: the same zoom ratio about the same centre, without a
+/// gap.
 Frame resized(const Frame& frame, PointSize from, PointSize to);
 
 } // namespace complexion

@@ -23,8 +23,8 @@ struct Disc {
     std::int64_t column = 0;
     std::int64_t radius = 0;
 
-    /// Half the length of the disc's row `dy` rows off its centre: the columns within this of the centre's lie
-    /// inside; -1 when none does. Inside is: distance² < radius².
+    /// Half the length of the disc's row `dy` rows off its centre: the columns within this of the centre's
+    /// lie inside; -1 when none does. Inside is: distance² < radius².
     std::int64_t halfLength(std::int64_t dy) const {
         const std::int64_t rest = checkedMultiply(radius, radius) - dy * dy - 1;
         if (rest < 0)
@@ -44,14 +44,16 @@ Disc discAt(Point point, const Image& image, std::int64_t radius) {
             .radius = radius};
 }
 
-/// The grey image as the bytes of one packed map, top row first, addressed in rows of the image's width in *points*.
-/// That is the pixels' own row length for an image of one point per pixel; for others the rows shift, as they do in
-/// the map's bytes. Places outside the map read as the nearest inside.
+/// The grey image as the bytes of one packed map, top row first, addressed in rows of the image's width in
+/// *points*. That is the pixels' own row length for an image of one point per pixel; for others the rows
+/// shift, as they do in the map's bytes. Places outside the map read as the nearest inside.
 class GrayMap {
 public:
     explicit GrayMap(Image gray)
-        : m_gray(std::move(gray)), m_rowLength(truncateToInt64(m_gray.size().width, "the width is out of range")),
-          m_pixelWidth(m_gray.pixelSize().width), m_lastIndex(m_gray.pixelSize().area() - 1) {}
+        : m_gray(std::move(gray)),
+          m_rowLength(truncateToInt64(m_gray.size().width, "the width is out of range")),
+          m_pixelWidth(m_gray.pixelSize().width),
+          m_lastIndex(m_gray.pixelSize().area() - 1) {}
 
     int at(std::int64_t row, std::int64_t column) const {
         RGBA32 gray;
@@ -68,7 +70,8 @@ public:
             const std::int64_t index = indexOf(row, place);
             const bool inside = place >= 0 && place < m_rowLength;
             const std::int64_t length =
-                inside ? std::min({count - done, m_rowLength - place, m_pixelWidth - index % m_pixelWidth}) : 1;
+                inside ? std::min({count - done, m_rowLength - place, m_pixelWidth - index % m_pixelWidth})
+                       : 1;
             m_gray.read(pixelsFrom(index, length), run.data() + done, length);
             done += length;
         }
@@ -78,8 +81,9 @@ private:
     std::int64_t indexOf(std::int64_t row, std::int64_t column) const {
         const std::int64_t lastRow = m_gray.pixelSize().height - 1;
         const std::int64_t lastColumn = std::max<std::int64_t>(0, m_rowLength - 1);
-        const std::int64_t index = checkedAdd(checkedMultiply(std::clamp<std::int64_t>(row, 0, lastRow), m_rowLength),
-                                              std::clamp<std::int64_t>(column, 0, lastColumn));
+        const std::int64_t index =
+            checkedAdd(checkedMultiply(std::clamp<std::int64_t>(row, 0, lastRow), m_rowLength),
+                       std::clamp<std::int64_t>(column, 0, lastColumn));
         return std::clamp<std::int64_t>(index, 0, m_lastIndex);
     }
 

@@ -15,9 +15,9 @@ ColorProfile ColorProfile::fromIcc(std::span<const std::uint8_t> icc) {
     const LcmsProfile srgb(cmsCreate_sRGBProfile());
     // A profile that cannot be used in both directions can be neither painted nor painted with.
     const LcmsTransform toScreen(cmsCreateTransform(opened.get(), TYPE_RGB_8, srgb.get(), TYPE_RGB_8,
-                                                INTENT_RELATIVE_COLORIMETRIC, 0));
+                                                    INTENT_RELATIVE_COLORIMETRIC, 0));
     const LcmsTransform fromScreen(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, opened.get(), TYPE_RGB_DBL,
-                                                  INTENT_RELATIVE_COLORIMETRIC, 0));
+                                                      INTENT_RELATIVE_COLORIMETRIC, 0));
     if (toScreen && fromScreen)
         profile.m_icc = std::make_shared<const std::vector<std::uint8_t>>(icc.begin(), icc.end());
     return profile;
@@ -33,7 +33,7 @@ RgbColor ColorProfile::fromSrgb(RgbColor color) const {
     const LcmsProfile srgb(cmsCreate_sRGBProfile());
     const LcmsProfile own = openLcmsProfile(icc());
     const LcmsTransform transform(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, own.get(), TYPE_RGB_DBL,
-                                                 INTENT_RELATIVE_COLORIMETRIC, 0));
+                                                     INTENT_RELATIVE_COLORIMETRIC, 0));
     const double in[3] = {color.red, color.green, color.blue};
     double out[3] = {};
     cmsDoTransform(transform.get(), in, out, 1);

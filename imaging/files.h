@@ -25,9 +25,9 @@ struct FileContents {
 /// A whole regular file; anything else that stands at `path` (folder, pipe, device) is an error.
 Result<Bytes> readFile(const std::filesystem::path& path);
 
-/// Writes to a temporary file beside `path` and moves it over `path` in one step. False, with whatever stood at
-/// `path` untouched and no temporary file left, when that fails. A new file has the usual mode (0666 less the
-/// umask).
+/// Writes to a temporary file beside `path` and moves it over `path` in one step. False, with whatever stood
+/// at `path` untouched and no temporary file left, when that fails. A new file has the usual mode (0666 less
+/// the umask).
 bool writeFileAtomically(const std::filesystem::path& path, const FileContents& contents);
 
 /// Has the system put the file's bytes and its folder's entry on the disk; false when it reports an error.

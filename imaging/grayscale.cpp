@@ -6,8 +6,8 @@ namespace complexion {
 
 namespace {
 
-/// Device RGB to device grey as page-description languages define it, 0.30 R + 0.59 G + 0.11 B, in 256ths. Stored
-/// components are premultiplied: the grey is that of the picture over black.
+/// Device RGB to device grey as page-description languages define it, 0.30 R + 0.59 G + 0.11 B, in 256ths.
+/// Stored components are premultiplied: the grey is that of the picture over black.
 class Grayscale final : public PixelTransform {
 public:
     void apply(std::span<RGBA32> pixels) const override {

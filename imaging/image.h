@@ -71,8 +71,8 @@ public:
 
     RGBA32 pixel(int row, int column) const;
 
-    /// A rectangle outside which this image and `other` have the same pixels, found by comparing tiles' identity.
-    /// The whole picture when they differ in size or kind.
+    /// A rectangle outside which this image and `other` have the same pixels, found by comparing tiles'
+    /// identity. The whole picture when they differ in size or kind.
     PixelRect difference(const Image& other) const;
 
     int bandCount() const;
@@ -104,7 +104,8 @@ class ImageBuilder {
 public:
     explicit ImageBuilder(PixelSize size);
 
-    /// Sets `count` rows from `firstRow` on, packed. Rows of different bands may be set from different threads.
+    /// Sets `count` rows from `firstRow` on, packed. Rows of different bands may be set from different
+    /// threads.
     void setRows(int firstRow, int count, const RGBA32* rows);
 
     /// The image, at one point per pixel; rows that were never set are transparent.

@@ -44,8 +44,8 @@ bool ImageTools::SaveImage(const Image& image, const std::filesystem::path& path
         return false;
     try {
         const Result<FileContents> file = codec->encode(raster);
-        // A format that cannot hold the picture gives no file, and that counts as success: whoever needs the file
-        // looks for it.
+        // A format that cannot hold the picture gives no file, and that counts as success: whoever needs the
+        // file looks for it.
         return !file || writeFileAtomically(path, *file);
     } catch (const std::bad_alloc&) {
         return false;

@@ -55,8 +55,8 @@ Image turned(const Image& image, Turn turn) {
         const int height = std::min(Tile::kHeight, to.height - y);
         // The band's rows before mirroring, and the part of the source that they come from.
         const int first = turn.mirrorRows ? to.height - y - height : y;
-        const PixelRect part =
-            turn.transpose ? PixelRect{first, 0, height, from.height} : PixelRect{0, first, from.width, height};
+        const PixelRect part = turn.transpose ? PixelRect{first, 0, height, from.height}
+                                              : PixelRect{0, first, from.width, height};
         PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
         image.read(part, source.pixels.get(), part.width);
         PixelBlock out = PixelBlock::uninitialized({to.width, height});

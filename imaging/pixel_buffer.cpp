@@ -28,8 +28,7 @@ int rowInTile(PixelPosition position) {
 Result<PixelBuffer> PixelBuffer::open(const Image& image) {
     if (!image.hasPixels())
         return Error{kNoBitmap};
-    const std::int64_t bytesPerRow =
-        checkedMultiply(std::int64_t{image.pixelSize().width}, kBytesPerPixel);
+    const std::int64_t bytesPerRow = checkedMultiply(std::int64_t{image.pixelSize().width}, kBytesPerPixel);
     (void)checkedMultiply(bytesPerRow, std::int64_t{image.pixelSize().height});
     try {
         return PixelBuffer(image.materialized());

@@ -31,8 +31,8 @@ constexpr double kCrispScale = 4;
 /// Pixels around a painted part that smooth scaling looks at.
 constexpr int kSmoothingMargin = 2;
 
-/// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at least
-/// as fine as the screen.
+/// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at
+/// least as fine as the screen.
 int levelFor(double scale) {
     int level = 0;
     while (level < Tile::kLastLevel && scale * (2 << level) <= 1)
@@ -65,8 +65,7 @@ std::filesystem::path localPath(const QUrl& url) {
 } // namespace
 
 CustomImageView::CustomImageView(QWidget* parent)
-    : QWidget(parent),
-      m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
+    : QWidget(parent), m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
     setAccessibleName(tr("Photo"));
 }
 
@@ -121,11 +120,12 @@ void CustomImageView::paintEvent(QPaintEvent* event) {
     const PixelSize levelSize = m_onScreen->levelSize(level);
     const QTransform levelToWidget = QTransform::fromScale(1 << level, 1 << level) * toWidget;
 
-    const QRect exposed = levelToWidget.inverted()
-                              .mapRect(QRectF(event->rect()))
-                              .toAlignedRect()
-                              .adjusted(-kSmoothingMargin, -kSmoothingMargin, kSmoothingMargin, kSmoothingMargin)
-                              .intersected(QRect(0, 0, levelSize.width, levelSize.height));
+    const QRect exposed =
+        levelToWidget.inverted()
+            .mapRect(QRectF(event->rect()))
+            .toAlignedRect()
+            .adjusted(-kSmoothingMargin, -kSmoothingMargin, kSmoothingMargin, kSmoothingMargin)
+            .intersected(QRect(0, 0, levelSize.width, levelSize.height));
     if (exposed.isEmpty())
         return;
     const QImage part =

@@ -15,12 +15,12 @@ class QMimeData;
 
 namespace complexion {
 
-/// Shows an image scaled in proportion into its `frame`, and accepts a dropped image file, which it announces with
-/// the "DragPerformed" notification.
+/// Shows an image scaled in proportion into its `frame`, and accepts a dropped image file, which it announces
+/// with the "DragPerformed" notification.
 ///
-/// The widget covers the root view; the photo is painted into `frame`, a rectangle of its own in the root view's
-/// bottom-up coordinates, which zoom and pan move without any rounding to whole pixels. Mouse events pass on to
-/// the root view.
+/// The widget covers the root view; the photo is painted into `frame`, a rectangle of its own in the root
+/// view's bottom-up coordinates, which zoom and pan move without any rounding to whole pixels. Mouse events
+/// pass on to the root view.
 class CustomImageView : public QWidget {
     Q_OBJECT
 
@@ -39,8 +39,8 @@ public:
     Frame frame() const { return m_frame; }
     void setFrame(const Frame& frame);
 
-    /// Decides about a drop; true when "DragPerformed" was posted. A drag without any list of types, or one that
-    /// promises an address and has none, is fatal.
+    /// Decides about a drop; true when "DragPerformed" was posted. A drag without any list of types, or one
+    /// that promises an address and has none, is fatal.
     bool performDragOperation(const QMimeData* pasteboard);
 
 Q_SIGNALS:

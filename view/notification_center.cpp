@@ -8,8 +8,7 @@ namespace complexion {
 NotificationCenter::Registration::Registration(Registration&& other) noexcept
     : m_center(std::exchange(other.m_center, nullptr)), m_id(other.m_id) {}
 
-NotificationCenter::Registration&
-NotificationCenter::Registration::operator=(Registration&& other) noexcept {
+NotificationCenter::Registration& NotificationCenter::Registration::operator=(Registration&& other) noexcept {
     if (this != &other) {
         end();
         m_center = std::exchange(other.m_center, nullptr);

@@ -17,7 +17,8 @@ struct Notification {
     std::optional<UserInfo> userInfo;
 };
 
-/// Posted when a file was dropped on the image view and accepted; its user information has the one key "path".
+/// Posted when a file was dropped on the image view and accepted; its user information has the one key
+/// "path".
 inline constexpr const char* kDragPerformed = "DragPerformed";
 inline constexpr const char* kPathKey = "path";
 

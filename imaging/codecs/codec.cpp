@@ -11,7 +11,8 @@ namespace {
 
 constexpr double kPointsPerInch = 72;
 
-constexpr std::array<const Codec*, 5> kCodecs = {&kJpegCodec, &kPngCodec, &kTiffCodec, &kGifCodec, &kBmpCodec};
+constexpr std::array<const Codec*, 5> kCodecs = {&kJpegCodec, &kPngCodec, &kTiffCodec, &kGifCodec,
+                                                 &kBmpCodec};
 
 constexpr std::array<std::pair<std::string_view, const Codec*>, 7> kExtensions = {{
     {"jpg", &kJpegCodec},

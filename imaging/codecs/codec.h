@@ -29,8 +29,8 @@ struct Codec {
     Result<Image> (*decode)(ByteView file);
 
     /// The image as a file of this format with one pixel per pixel, no metadata but the colour profile, and a
-    /// density of 72 pixels per inch where the format has a place for it. An error when the format cannot hold
-    /// the picture. May keep bytes beside the image's bands for the next call.
+    /// density of 72 pixels per inch where the format has a place for it. An error when the format cannot
+    /// hold the picture. May keep bytes beside the image's bands for the next call.
     Result<FileContents> (*encode)(const Image& image);
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/fakes/pictures.h"
 #include "imaging/image_tools.h"
+#include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -22,12 +22,14 @@ Point at(const Image& image, std::int64_t row, std::int64_t column) {
 
 Image repaired(const Image& image, std::int64_t row, std::int64_t column, std::int64_t radius,
                std::int64_t threshold, std::int64_t colorType = 1, RgbColor color = kRed) {
-    return ImageTools::RemovePimpleFromImage(image, at(image, row, column), radius, colorType, color, threshold)
+    return ImageTools::RemovePimpleFromImage(image, at(image, row, column), radius, colorType, color,
+                                             threshold)
         .value();
 }
 
 /// The rule of the repair written down plainly, for images of one point per pixel.
-Image plainRepair(const Image& image, std::int64_t cy, std::int64_t cx, std::int64_t r, std::int64_t threshold) {
+Image plainRepair(const Image& image, std::int64_t cy, std::int64_t cx, std::int64_t r,
+                  std::int64_t threshold) {
     const std::int64_t width = image.pixelSize().width;
     const std::int64_t height = image.pixelSize().height;
     const std::vector<RGBA32> grays = pixelsOf(ImageTools::convertToGrayScale(image));
@@ -47,8 +49,9 @@ Image plainRepair(const Image& image, std::int64_t cy, std::int64_t cx, std::int
             }
     const std::int64_t mean = sum / std::ssize(disc);
     const auto d = static_cast<std::int64_t>(std::sqrt(static_cast<double>(r * r / 2)));
-    const std::int64_t ring[8] = {value(cy - r, cx), value(cy - d, cx + d), value(cy, cx + r), value(cy + d, cx + d),
-                                  value(cy + r, cx), value(cy + d, cx - d), value(cy, cx - r), value(cy - d, cx - d)};
+    const std::int64_t ring[8] = {value(cy - r, cx),     value(cy - d, cx + d), value(cy, cx + r),
+                                  value(cy + d, cx + d), value(cy + r, cx),     value(cy + d, cx - d),
+                                  value(cy, cx - r),     value(cy - d, cx - d)};
     std::int64_t ringSum = 0;
     for (int i = 0; i < 8; ++i)
         ringSum += ring[i];
@@ -78,8 +81,9 @@ Image plainRepair(const Image& image, std::int64_t cy, std::int64_t cx, std::int
         }
     }
     for (const std::size_t index : repair)
-        pixels[index] = RGBA32(static_cast<std::uint8_t>(red / count), static_cast<std::uint8_t>(green / count),
-                               static_cast<std::uint8_t>(blue / count), 255);
+        pixels[index] =
+            RGBA32(static_cast<std::uint8_t>(red / count), static_cast<std::uint8_t>(green / count),
+                   static_cast<std::uint8_t>(blue / count), 255);
     return Image::fromPixels(image.pixelSize(), pixels);
 }
 
@@ -102,12 +106,15 @@ TEST(RemovePimple, EqualsThePlainRuleOverRandomPicturesAndSettings) {
         const Image image = painted(size, [&](int row, int column) {
             const int wave = (row * 7 + column * 3) % 23 + static_cast<int>(random() % 9);
             const int spot = (row % 37 < 6 && column % 41 < 6) ? -50 : 0;
-            return RGBA32(static_cast<std::uint8_t>(skin + wave + spot), static_cast<std::uint8_t>(skin + spot),
+            return RGBA32(static_cast<std::uint8_t>(skin + wave + spot),
+                          static_cast<std::uint8_t>(skin + spot),
                           static_cast<std::uint8_t>(skin - wave + spot), 255);
         });
         const auto r = static_cast<std::int64_t>(1 + random() % 20);
-        const auto cy = static_cast<std::int64_t>(r + random() % static_cast<unsigned>(size.height - 2 * r + 1));
-        const auto cx = static_cast<std::int64_t>(r + random() % static_cast<unsigned>(size.width - 2 * r + 1));
+        const auto cy =
+            static_cast<std::int64_t>(r + random() % static_cast<unsigned>(size.height - 2 * r + 1));
+        const auto cx =
+            static_cast<std::int64_t>(r + random() % static_cast<unsigned>(size.width - 2 * r + 1));
         const auto threshold = static_cast<std::int64_t>(random() % 20);
         const Point point{static_cast<double>(cx), image.size().height - static_cast<double>(cy)};
         const Image result = ImageTools::RemovePimpleFromImage(image, point, r, 1, kRed, threshold).value();
@@ -129,7 +136,8 @@ TEST(RemovePimple, ChangesNoPixelOutsideTheRepairList) {
     const Image result = repaired(image, 30, 30, 10, 20, kCustomColor);
     for (int row = 0; row < 60; ++row)
         for (int column = 0; column < 60; ++column) {
-            const bool listed = std::ranges::find(pixels.repair, PixelPosition{row, column}) != pixels.repair.end();
+            const bool listed =
+                std::ranges::find(pixels.repair, PixelPosition{row, column}) != pixels.repair.end();
             EXPECT_EQ(result.pixel(row, column), listed ? RGBA32(0xFF0000FF) : image.pixel(row, column));
         }
 }
@@ -138,8 +146,7 @@ TEST(RemovePimple, ADiscThatReachesOverTheBorderGivesTheVeryImageWithoutAWord) {
     const Image image = spotted({60, 50}, {25, 30}, 4, 40, 180);
     testing::internal::CaptureStdout();
     for (const auto& [row, column] : {std::pair{9, 30}, {25, 9}, {41, 30}, {25, 51}}) {
-        const auto result =
-            ImageTools::RemovePimpleFromImage(image, at(image, row, column), 10, 1, kRed, 10);
+        const auto result = ImageTools::RemovePimpleFromImage(image, at(image, row, column), 10, 1, kRed, 10);
         EXPECT_TRUE(result->isSameObject(image)) << row << "," << column;
     }
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -153,22 +160,25 @@ TEST(RemovePimple, ADiscThatTouchesTheBottomOrRightEdgeIsAccepted) {
 }
 
 TEST(RemovePimple, SamplesPastTheLastRowOrColumnReadTheNearestPixelInside) {
-    // The right and bottom rim samples fall on column 60 and row 50. What stands there is the edge pixel: 71 levels
-    // from the sample opposite it makes the disc uneven, 70 does not.
+    // The right and bottom rim samples fall on column 60 and row 50. What stands there is the edge pixel: 71
+    // levels from the sample opposite it makes the disc uneven, 70 does not.
     for (const int difference : {70, 71}) {
         const Image right = painted({60, 50}, [&](int row, int column) {
             return grey(row == 25 && column == 59 ? 100 + difference : (row == 25 && column == 50 ? 0 : 100));
         });
-        EXPECT_EQ(ImageTools::FindPimplePixels(at(right, 25, 50), right, 10, 10).repair.empty(), difference == 71);
+        EXPECT_EQ(ImageTools::FindPimplePixels(at(right, 25, 50), right, 10, 10).repair.empty(),
+                  difference == 71);
         const Image bottom = painted({60, 50}, [&](int row, int column) {
             return grey(row == 49 && column == 30 ? 100 + difference : (row == 40 && column == 30 ? 0 : 100));
         });
-        EXPECT_EQ(ImageTools::FindPimplePixels(at(bottom, 40, 30), bottom, 10, 10).repair.empty(), difference == 71);
+        EXPECT_EQ(ImageTools::FindPimplePixels(at(bottom, 40, 30), bottom, 10, 10).repair.empty(),
+                  difference == 71);
     }
 }
 
 TEST(RemovePimple, RadiusOneIsTheCentrePixelWithItsNeighboursForARim) {
-    const Image image = painted({9, 9}, [](int row, int column) { return grey(row == 4 && column == 4 ? 40 : 180); });
+    const Image image =
+        painted({9, 9}, [](int row, int column) { return grey(row == 4 && column == 4 ? 40 : 180); });
     const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 4, 4), image, 1, 10);
     // The mean is the pixel's own grey: nothing is darker than it by more than the threshold.
     EXPECT_TRUE(pixels.repair.empty());
@@ -267,8 +277,8 @@ TEST(RemovePimple, TheMeanIsOfStoredComponentsAndIsWrittenOpaque) {
 }
 
 TEST(RemovePimple, TheGrayMapHasRowsOfThePointWidthAndTheBufferOfThePixelWidth) {
-    // 40 by 40 pixels at 20 by 40 points: place (r, c) of the grey map is the picture's pixel r * 20 + c, counted
-    // through its rows of 40. A spot that is round in the map's rows:
+    // 40 by 40 pixels at 20 by 40 points: place (r, c) of the grey map is the picture's pixel r * 20 + c,
+    // counted through its rows of 40. A spot that is round in the map's rows:
     const auto inSpot = [](std::int64_t row, std::int64_t column) {
         return (row - 15) * (row - 15) + (column - 10) * (column - 10) < 9;
     };
@@ -304,7 +314,8 @@ TEST(RemovePimpleDeathTest, ABrokenDiscIsFatal) {
     const Image image = filled({60, 60}, grey(100));
     EXPECT_DEATH(repaired(image, 30, 30, 0, 10), "no pixel");
     EXPECT_DEATH(repaired(image, 30, 30, -3, 10), "negative radius");
-    EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {std::nan(""), 5}, 1, 1, kRed, 10), "out of range");
+    EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {std::nan(""), 5}, 1, 1, kRed, 10),
+                 "out of range");
     EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {5, 1e300}, 1, 1, kRed, 10), "out of range");
     EXPECT_DEATH(repaired(image, 30, 30, std::numeric_limits<std::int64_t>::min(), 10), "overflow");
     EXPECT_DEATH(repaired(image, 30, 30, 5, std::numeric_limits<std::int64_t>::max()), "overflow");

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/color_profile.h"
 
+#include "imaging/screen_colors.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
-#include "imaging/screen_colors.h"
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,8 @@ TEST(ColorProfile, AScreenColorBroughtIntoAWideSpaceAndBackIsTheSameOnTheScreen)
     const ColorProfile profile = ColorProfile::fromIcc(wideProfile());
     const RgbColor inSpace = profile.fromSrgb({200 / 255.0, 120 / 255.0, 90 / 255.0});
     EXPECT_LT(inSpace.red, 200 / 255.0); // a wider space needs less of a colour
-    RGBA32 pixel(static_cast<std::uint8_t>(inSpace.red * 255 + 0.5), static_cast<std::uint8_t>(inSpace.green * 255 + 0.5),
+    RGBA32 pixel(static_cast<std::uint8_t>(inSpace.red * 255 + 0.5),
+                 static_cast<std::uint8_t>(inSpace.green * 255 + 0.5),
                  static_cast<std::uint8_t>(inSpace.blue * 255 + 0.5), 255);
     screenTransform(profile)->apply({&pixel, 1});
     EXPECT_NEAR(pixel.red(), 200, 2);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/fakes/pictures.h"
 #include "imaging/image_tools.h"
+#include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,8 @@ namespace {
 
 TEST(ConvertToGrayScale, WeighsTheComponentsAsDeviceGrayDoes) {
     const Image image = painted({3, 1}, [](int, int column) {
-        return std::array{RGBA32(255, 0, 0, 255), RGBA32(0, 255, 0, 255), RGBA32(0, 0, 255, 255)}[static_cast<std::size_t>(column)];
+        return std::array{RGBA32(255, 0, 0, 255), RGBA32(0, 255, 0, 255),
+                          RGBA32(0, 0, 255, 255)}[static_cast<std::size_t>(column)];
     });
     const Image grayImage = ImageTools::convertToGrayScale(image);
     EXPECT_EQ(grayImage.pixel(0, 0), grey((77 * 255 + 128) >> 8));

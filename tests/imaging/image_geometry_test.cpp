@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/image_tools.h"
 #include "tests/fakes/photo_files.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
-#include "imaging/image_tools.h"
 
 #include <gtest/gtest.h>
 
@@ -84,7 +84,8 @@ TEST(BringImageToActualSize, PagesOfUnequalSizesStretchTheFirstToTheLargestSides
 TEST(BringImageToActualSize, AFileWithoutAnyPictureGivesAnEmptyImage) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "empty.gif", std::string("GIF89a\5\0\5\0\0\0\0;", 14));
-    const Image actual = ImageTools::BringImageToActualSize(filled({3, 3}, grey(1)), folder.path() / "empty.gif");
+    const Image actual =
+        ImageTools::BringImageToActualSize(filled({3, 3}, grey(1)), folder.path() / "empty.gif");
     EXPECT_EQ(actual.size(), (PointSize{0, 0}));
     EXPECT_FALSE(actual.hasPixels());
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/image.h"
 
-#include "tests/fakes/pictures.h"
 #include "imaging/pixel_buffer.h"
+#include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -54,7 +54,8 @@ TEST(Image, IsOnePointPerPixelUnlessToldOtherwise) {
 TEST(Image, ReadsAnyRectangleAcrossTiles) {
     const Image image = noise({600, 150});
     const std::vector<RGBA32> all = pixelsOf(image);
-    for (const PixelRect rect : {PixelRect{250, 60, 20, 10}, PixelRect{0, 0, 600, 1}, PixelRect{599, 0, 1, 150}}) {
+    for (const PixelRect rect :
+         {PixelRect{250, 60, 20, 10}, PixelRect{0, 0, 600, 1}, PixelRect{599, 0, 1, 150}}) {
         std::vector<RGBA32> part(static_cast<std::size_t>(rect.width * rect.height));
         image.read(rect, part.data(), rect.width);
         for (int y = 0; y < rect.height; ++y)

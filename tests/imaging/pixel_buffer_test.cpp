@@ -48,8 +48,7 @@ TEST(PixelBuffer, HasTheFullPixelSizeOfAnImageOfOtherPoints) {
 }
 
 TEST(PixelBuffer, RowZeroColumnZeroIsTheTopLeftPixel) {
-    const Image image =
-        painted({3, 2}, [](int row, int column) { return grey(10 * row + column); });
+    const Image image = painted({3, 2}, [](int row, int column) { return grey(10 * row + column); });
     const PixelBuffer buffer = *PixelBuffer::open(image);
     EXPECT_EQ(buffer.pixel({0, 0}), grey(0));
     EXPECT_EQ(buffer.pixel({0, 2}), grey(2));
