@@ -32,7 +32,10 @@ void BusySign::begin(const QString& what) {
 }
 
 void BusySign::end() {
-    if (m_depth == 0 || --m_depth > 0)
+    if (m_depth == 0)
+        return;
+    --m_depth;
+    if (m_depth > 0)
         return;
     QGuiApplication::restoreOverrideCursor();
     hide();

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 // Outside of any namespace, as the macro demands: the resources stand in a static library.
+// NOLINTNEXTLINE(misc-use-anonymous-namespace)
 static void loadResources() {
     Q_INIT_RESOURCE(app);
 }
@@ -93,6 +94,7 @@ double systemFontScale() {
 
 void applyLook(QApplication& application, double fontScale) {
     loadResources();
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns it from here on
     QApplication::setStyle(new DarkRoomStyle);
     QApplication::setPalette(darkRoom());
     QApplication::setFont(applicationFont(fontScale));
