@@ -9,7 +9,8 @@ build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev libgl-dev
     libjpeg62-turbo-dev libpng-dev libisal-dev zlib1g-dev libtiff-dev
-    libgif-dev libimagequant-dev libcgif-dev liblcms2-dev libexiv2-dev
+    libgif-dev libimagequant-dev libcgif-dev liblcms2-dev
+    fonts-urw-base35
 )
 # A virtual display, and what drives the window on it from outside.
 window=(
