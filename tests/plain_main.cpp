@@ -3,5 +3,7 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    // Death tests fork, and there are several threads.
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
     return RUN_ALL_TESTS();
 }

@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: GPL-3.0-or-later
-#include <gmock/gmock.h>
-
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    // Death tests fork; the pixel work runs on several threads.
-    testing::FLAGS_gtest_death_test_style = "threadsafe";
-    return RUN_ALL_TESTS();
-}
