@@ -9,9 +9,20 @@
 namespace complexion {
 
 /// `written`, a picture file, with the metadata of `source`, of the same or another format: its blocks byte
-/// for byte where the formats are the same, otherwise what the format of `written` has a place for. Left
-/// behind is what describes the coding of the source's pixels, its colour profile, and every other picture in
-/// it. The bytes that code the pixels of `written` are kept. An error when `written` is damaged.
+/// for byte where the formats are the same, otherwise what the format of `written` has a place for. The bytes
+/// that code the pixels of `written` are kept. An error when `written` is damaged.
+///
+/// Left behind is
+/// - what describes the coding of the source's pixels or their colours: jpeg_metadata.cpp, png_metadata.cpp
+/// and
+///   gif_metadata.cpp name the blocks, exif_block.cpp the TIFF tags;
+/// - every other picture in the source, because it shows the one before: further pages and frames, previews,
+/// gain
+///   maps, layers, thumbnails of Photoshop, XMP and IPTC. The thumbnail of an EXIF block is made anew, or
+///   goes where that cannot be done;
+/// - what stands behind a JPEG file's end, and signatures over the source's bytes;
+/// - blocks whose check sums are wrong, and entries that point outside the file.
+/// Maker notes are never changed: a preview within one stays.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written);
 
 /// The orientation that `source`'s metadata will have in a file of the format `target`.

@@ -133,9 +133,22 @@ void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView 
     }
 }
 
+const JpegSegment* findJfif(const std::vector<JpegSegment>& segments) {
+    const auto found = std::find_if(segments.begin(), segments.end(), isJfif);
+    return found == segments.end() ? nullptr : &*found;
+}
+
+Bytes jfifWithoutThumbnail(ByteView payload) {
+    const ByteView fields = payload.first(kJfifThumbnail);
+    Bytes bare(fields.begin(), fields.end());
+    appendNumber(bare, 2, ByteOrder::BigEndian, 0);
+    return bare;
+}
+
 /// The metadata segments of a file as they are to stand in the new one.
 Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& maker) {
     Bytes carried;
+    const JpegSegment* jfif = findJfif(segments);
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
         const JpegSegment& segment = segments[i];
         end = i + 1;
@@ -143,6 +156,8 @@ Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& 
             end = blockEnd(segments, i, [&segment](const JpegSegment& next) {
                 return next.marker >= segment.marker && next.marker <= marker::app(5);
             });
+        } else if (&segment == jfif) {
+            append(carried, jpegSegment(segment.marker, jfifWithoutThumbnail(segment.payload)));
         } else if (isExif(segment)) {
             end = exifEnd(segments, i);
             Bytes exif = joined(segments, i, end, kExifStart.size());
@@ -207,11 +222,6 @@ Result<FileContents> withSegments(ByteView written, const Jfif& jfif, ByteView m
     return contents;
 }
 
-const JpegSegment* findJfif(const std::vector<JpegSegment>& segments) {
-    const auto found = std::find_if(segments.begin(), segments.end(), isJfif);
-    return found == segments.end() ? nullptr : &*found;
-}
-
 std::optional<Resolution> jfifResolution(const JpegSegment& jfif) {
     const auto number = [&jfif](std::size_t offset, std::size_t length) {
         return numberAt(jfif.payload, offset, length, ByteOrder::BigEndian);
@@ -233,16 +243,12 @@ std::optional<Resolution> exifResolution(ByteView exif) {
     return Resolution{density->horizontal, density->vertical, Resolution::Unit::Inch};
 }
 
-/// What becomes of the JFIF segment of the new file. Cameras write none: EXIF wants to come first and tells
-/// the density itself, and offsets in maker notes count on its place.
-Jfif carriedJfif(const JpegSegments& source) {
-    if (const JpegSegment* jfif = findJfif(source.segments)) {
-        Bytes payload(jfif->payload.begin(), jfif->payload.begin() + kJfifThumbnail);
-        appendNumber(payload, 2, ByteOrder::BigEndian, 0);
-        return {Jfif::Replaced, std::move(payload)};
-    }
-    const bool hasExif = std::any_of(source.segments.begin(), source.segments.end(), isExif);
-    return {hasExif ? Jfif::Removed : Jfif::Kept, {}};
+/// Whether the file takes the JFIF segment's place into its own hands: by having one, or as cameras do by
+/// having EXIF alone, which wants to come first, tells the density itself, and has maker notes whose offsets
+/// count on its place.
+bool decidesOnJfif(const std::vector<JpegSegment>& segments) {
+    return std::any_of(segments.begin(), segments.end(),
+                       [](const JpegSegment& segment) { return isJfif(segment) || isExif(segment); });
 }
 
 } // namespace
@@ -279,7 +285,8 @@ Bytes exifForJpeg(const PictureMetadata& metadata) {
 
 Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
     const JpegSegments jpeg = splitJpeg(source);
-    return withSegments(written, carriedJfif(jpeg), carriedSegments(jpeg.segments, maker));
+    return withSegments(written, {decidesOnJfif(jpeg.segments) ? Jfif::Removed : Jfif::Kept, {}},
+                        carriedSegments(jpeg.segments, maker));
 }
 
 Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,

@@ -96,6 +96,13 @@ TEST(JpegMetadata, ExifComesFirstWhereTheSourceHasNoJfif) {
     EXPECT_TRUE(carried(source, plainJpeg()) == source);
 }
 
+TEST(JpegMetadata, JfifStandsWhereTheSourceHasIt) {
+    const std::string plain = plainJpeg();
+    const std::string segments = exifSegment(cameraExif(1).bytes()) + plain.substr(2, 18);
+    const std::string source = withSegments(plain, segments, false);
+    EXPECT_TRUE(carried(source, plain) == source);
+}
+
 TEST(JpegMetadata, ASecondTimeGivesTheSameFile) {
     const std::string source = photo(exifSegment(cameraExif(5).bytes()) + jpegSegmentOf(0xfe, "comment"));
     const std::string once = carried(source, plainJpeg());
