@@ -20,6 +20,8 @@ void ViewController::OnSaveImage(QObject*) {
         fatal("a confirmed save panel names no file");
     const std::filesystem::path& path = *answer.url;
 
+    // The photo itself may be what is replaced, and its metadata is still to be read.
+    const HeldFile source(originalImagePath);
     removeFile(path);
     const std::optional<Image> shown = reach(imageView).image();
     if (!shown)
@@ -27,10 +29,10 @@ void ViewController::OnSaveImage(QObject*) {
 
     Q_EMIT longWorkBegan(tr("Saving the photo…"));
     // The pixels are turned back to how the source stores them, for the tag that is copied after them.
-    const Image stored = turnedForStorage(*shown, ImageTools::CarriedOrientation(originalImagePath, format));
+    const Image stored = turnedForStorage(*shown, ImageTools::CarriedOrientation(source.path(), format));
     bool saved = ImageTools::SaveImage(stored, path, format);
     if (saved) {
-        ImageTools::ChangeImageExif(originalImagePath, path);
+        ImageTools::ChangeImageExif(source.path(), path);
         // A format that cannot hold the picture leaves no file, and that counts as saved.
         std::error_code ignored;
         saved = flushToDisk(path) || !std::filesystem::exists(path, ignored);

@@ -126,4 +126,19 @@ bool flushToDisk(const std::filesystem::path& path) {
     return file && folder && ::fsync(file.get()) == 0 && ::fsync(folder.get()) == 0;
 }
 
+HeldFile::HeldFile(const std::filesystem::path& path)
+    : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)), m_path(path) {
+    if (m_descriptor < 0)
+        return;
+    const std::filesystem::path held = "/proc/self/fd/" + std::to_string(m_descriptor);
+    std::error_code ignored;
+    if (std::filesystem::exists(held, ignored))
+        m_path = held;
+}
+
+HeldFile::~HeldFile() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
 } // namespace complexion

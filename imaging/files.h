@@ -33,4 +33,20 @@ bool writeFileAtomically(const std::filesystem::path& path, const FileContents& 
 /// Has the system put the file's bytes and its folder's entry on the disk; false when it reports an error.
 bool flushToDisk(const std::filesystem::path& path);
 
+/// A file that stays readable when its name is taken away: one that may be replaced while it is still needed.
+class HeldFile {
+public:
+    explicit HeldFile(const std::filesystem::path& path);
+    HeldFile(const HeldFile&) = delete;
+    HeldFile& operator=(const HeldFile&) = delete;
+    ~HeldFile();
+
+    /// A path that reads the file for as long as it is held; the file's own where it could not be opened.
+    const std::filesystem::path& path() const { return m_path; }
+
+private:
+    int m_descriptor;
+    std::filesystem::path m_path;
+};
+
 } // namespace complexion

@@ -290,6 +290,16 @@ TEST_F(Saving, TheSourceItselfMayBeReplaced) {
     EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
 }
 
+TEST_F(Saving, ThePhotoThatIsReplacedGivesItsMetadataAndItsTurn) {
+    const std::filesystem::path path = makePhoto("portrait.png");
+    writeFile(path, withExif(contentsOf(path), 6, "A photographer of faces"));
+    openThroughPanel(path);
+    retouch(0);
+    saveWith({{"png"}, "portrait_retouched.png"}, chosen(path), kSaveSuccess);
+    EXPECT_NE(contentsOf(path).find("A photographer of faces"), std::string::npos);
+    EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
+}
+
 // What is carried over.
 
 TEST_F(Saving, TheSourcesMetadataIsInTheSavedFile) {
