@@ -8,7 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <cmath>
+#include <csignal>
 #include <limits>
 
 namespace complexion {
@@ -93,6 +96,32 @@ TEST(SaveImage, AFileThatCannotBeWrittenLeavesTheOldOneIntact) {
     EXPECT_FALSE(ImageTools::SaveImage(noise({7, 7}), folder.path() / "a.png", "png"));
     EXPECT_TRUE(std::filesystem::is_directory(folder.path() / "a.png"));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(SaveImage, AFolderThatMayNotBeWrittenLeavesTheOldFileIntact) {
+    const TemporaryFolder folder;
+    writeFile(folder.path() / "a.png", "an older file");
+    {
+        const ReadOnly readOnly(folder.path());
+        EXPECT_FALSE(ImageTools::SaveImage(noise({7, 7}), folder.path() / "a.png", "png"));
+    }
+    EXPECT_EQ(contentsOf(folder.path() / "a.png"), "an older file");
+}
+
+TEST(SaveImage, AFileThatDoesNotFitLeavesTheOldFileIntactAndNoOther) {
+    const TemporaryFolder folder;
+    writeFile(folder.path() / "a.png", "an older file");
+    // A limit on the size of files stands for a disk that is full in the middle of writing.
+    const auto before = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit small = {.rlim_cur = 1000, .rlim_max = limit.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    EXPECT_FALSE(ImageTools::SaveImage(noise({70, 70}), folder.path() / "a.png", "png"));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    std::signal(SIGXFSZ, before);
+    EXPECT_EQ(contentsOf(folder.path() / "a.png"), "an older file");
+    EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"a.png"});
 }
 
 TEST(SaveImage, APictureThatTheFormatCannotHoldCountsAsSavedWithoutAFile) {
