@@ -94,8 +94,8 @@ double systemFontScale() {
 
 void applyLook(QApplication& application, double fontScale) {
     loadResources();
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns it from here on
-    QApplication::setStyle(new DarkRoomStyle);
+    QApplication::setStyle(new DarkRoomStyle); // the application owns it from here on
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): told of the line above
     QApplication::setPalette(darkRoom());
     QApplication::setFont(applicationFont(fontScale));
     QFile sheet(u":/look.qss"_s);
