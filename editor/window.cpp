@@ -81,8 +81,8 @@ bool ViewController::eventFilter(QObject* watched, QEvent* event) {
     event->setAccepted(closes);
     if (closes)
         windowWillClose();
-    // Never handed on: when a filter joins the window's filters while the question is shown (the menu bar's does
-    // on Alt), the event comes here a second time.
+    // Never handed on: when a filter joins the window's filters while the question is shown (the menu bar's
+    // does on Alt), the event comes here a second time.
     return true;
 }
 
