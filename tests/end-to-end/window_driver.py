@@ -196,20 +196,20 @@ class Complexion:
 
     # Acting.
 
-    def press(self, name):
+    def press(self, name, role=None):
         """Clicks the middle of a control."""
-        rect = self.wait_for(name).get_extents(self.atspi.CoordType.SCREEN)
-        self.click_at(rect.x + rect.width // 2, rect.y + rect.height // 2)
+        x, y, width, height = self.screen_area(name, role)
+        self.click_at(x + width // 2, y + height // 2)
+
+    def choose_effect(self, title):
+        self.press("Effect", "combo box")
+        self.type(title)  # goes to the list, which finds the title
+        self.keys("Return")
 
     def screen_area(self, name, role=None):
         """Where a control stands on the screen: x, y, width, height."""
         rect = self.wait_for(name, role).get_extents(self.atspi.CoordType.SCREEN)
         return rect.x, rect.y, rect.width, rect.height
-
-    def pixel_on_screen(self, x, y):
-        """The colour that the screen shows."""
-        text = output_of("import", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8", "rgb:-", text=False)
-        return tuple(text)
 
     def photo_on_screen(self):
         """The photo with what lies over it, as the screen shows it."""
