@@ -77,12 +77,13 @@ void ViewController::windowWillClose() {
 bool ViewController::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Close)
         return QObject::eventFilter(watched, event);
-    if (!windowShouldClose()) {
-        event->ignore();
-        return true;
-    }
-    windowWillClose();
-    return false;
+    const bool closes = windowShouldClose();
+    event->setAccepted(closes);
+    if (closes)
+        windowWillClose();
+    // Never handed on: when a filter joins the window's filters while the question is shown (the menu bar's
+    // does on Alt), the event comes here a second time.
+    return true;
 }
 
 void ViewController::OnAppQuit(QObject*) {

@@ -112,6 +112,18 @@ TEST_F(Window, WithAPhotoNoKeepsItOpenWithItsPictureAndHistory) {
     EXPECT_EQ(platform.terminations, 0);
 }
 
+TEST_F(Window, AFilterThatJoinsTheWindowDuringTheQuestionDoesNotMakeItAskTwice) {
+    openThroughPanel(makePhoto());
+    const int before = dialogs.shown();
+    QObject filter;
+    dialogs.expectQuestion(kExitQuestion, kFirstButton);
+    dialogs.whileItIsShown([&] { root->installEventFilter(&filter); });
+
+    EXPECT_TRUE(close());
+
+    EXPECT_EQ(dialogs.shown(), before + 1);
+}
+
 TEST_F(Window, WithAPhotoYesDeletesEveryStateFile) {
     openThroughPanel(makePhoto());
     retouch(0);

@@ -17,6 +17,7 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 BUILD = Path(os.environ.get("COMPLEXION_BUILD", ROOT / "build/release"))
 POLL_SECONDS = 0.02
 WAIT_SECONDS = 20
+LONGEST_CLICK_SECONDS = 0.2
 
 
 def wait_until(condition, what, seconds=WAIT_SECONDS):
@@ -31,8 +32,8 @@ def wait_until(condition, what, seconds=WAIT_SECONDS):
         time.sleep(POLL_SECONDS)
 
 
-def output_of(*command):
-    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+def output_of(*command, text=True):
+    return subprocess.run(command, check=True, capture_output=True, text=text).stdout
 
 
 class VirtualDesktop:
@@ -195,13 +196,44 @@ class Complexion:
 
     # Acting.
 
-    def press(self, name):
+    def press(self, name, role=None):
         """Clicks the middle of a control."""
-        rect = self.wait_for(name).get_extents(self.atspi.CoordType.SCREEN)
-        self.click_at(rect.x + rect.width // 2, rect.y + rect.height // 2)
+        x, y, width, height = self.screen_area(name, role)
+        self.click_at(x + width // 2, y + height // 2)
+
+    def choose_effect(self, title):
+        self.press("Effect", "combo box")
+        self.type(title)  # goes to the list, which finds the title
+        self.keys("Return")
+
+    def screen_area(self, name, role=None):
+        """Where a control stands on the screen: x, y, width, height."""
+        rect = self.wait_for(name, role).get_extents(self.atspi.CoordType.SCREEN)
+        return rect.x, rect.y, rect.width, rect.height
+
+    def photo_on_screen(self):
+        """The photo with what lies over it, as the screen shows it."""
+        x, y, width, height = self.screen_area("Photo")
+        pixels = output_of("import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-",
+                           text=False)
+        return Image.frombytes("RGB", (width, height), pixels)
 
     def click_at(self, x, y):
         subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True)
+
+    def drag_photo(self, dx, dy, steps=8):
+        """Drags from the middle of the photo's view, longer than a click takes, by so many points in so many moves."""
+        x, y, width, height = self.screen_area("Photo")
+        moves = [part for _ in range(steps) for part in ("mousemove_relative", "--", str(dx // steps), str(dy // steps))]
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x + width // 2), str(y + height // 2), "mousedown", "1",
+                        *moves, "sleep", str(LONGEST_CLICK_SECONDS + 0.1), "mouseup", "1"], check=True)
+
+    def drop(self, address):
+        """Begins a drag of an address and lets it fall on the photo's view. Returns the drag, to wait for its end."""
+        drag = Drag(address)
+        x, y, width, height = self.screen_area("Photo")
+        drag.to(x + width // 2, y + height // 2)
+        return drag
 
     def keys(self, *keys):
         subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
@@ -258,6 +290,34 @@ class Complexion:
         status = self.process.wait(WAIT_SECONDS)
         if status != 0:
             raise AssertionError(f"the program has ended with {status}: {self.output.read_text()}")
+
+
+class Drag:
+    """A drag of one address out of another program's window."""
+
+    def __init__(self, address):
+        self.source = subprocess.Popen([BUILD / "tests/drag_source", address], stdout=subprocess.PIPE, text=True)
+        self._expect("ready")
+
+    def _line(self):
+        return self.source.stdout.readline().strip()
+
+    def _expect(self, line):
+        if (said := self._line()) != line:
+            raise AssertionError(f"the drag's source says “{said}” where it should say “{line}”")
+
+    def to(self, x, y):
+        """Moves to a place of the screen, where a copy must be offered, and lets go."""
+        subprocess.run(["xdotool", "mousemove", "--sync", "5", "5", "mousedown", "1"], check=True)
+        self._expect("dragging")
+        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
+        self._expect("copy offered")
+        subprocess.run(["xdotool", "mouseup", "1"], check=True)
+
+    def wait_for_end(self):
+        """Until the window has dealt with what was dropped."""
+        self._expect("finished")
+        self.source.wait(WAIT_SECONDS)
 
 
 def changed_pixels(before, after):

@@ -1,0 +1,271 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The whole editor, from outside: drops, the history, effects, zoom and pan, reloading and quitting."""
+
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from PIL import Image, ImageChops, ImageStat
+
+from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, wait_until
+
+SIZE = (1200, 1500)
+BLEMISHES = [(548, 418), (690, 690)]
+RADIUS = 10  # the edit area that the window starts with
+EFFECTS = ["Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"]
+BLACK_AND_WHITE = {"Mono", "Noir", "Tonal"}
+DROP_QUESTION = "All unsaved changes will be lost. Are you sure you want to add a new image?"
+RELOAD_QUESTION = "All unsaved changes will be lost. Are you sure you want to reload the image?"
+EXIT_QUESTION = "All unsaved changes will be lost. Are you sure you want to exit the application?"
+
+
+def is_black_and_white(image):
+    red, green, blue = image.split()
+    return ImageChops.difference(red, green).getbbox() is None and ImageChops.difference(red, blue).getbbox() is None
+
+
+def paint_map(path, mirrored=False):
+    """A photo whose every pixel says where it is."""
+    width, height = SIZE
+    pixels = bytes(value for y in range(height) for x in range(width)
+                   for value in (x % 256, y % 256, x // 256 + 16 * (y // 256)))
+    image = Image.frombytes("RGB", SIZE, pixels)
+    (image.transpose(Image.Transpose.FLIP_LEFT_RIGHT) if mirrored else image).save(path)
+
+
+def place_on_map(pixel):
+    red, green, blue = pixel
+    return red + 256 * (blue % 16), green + 256 * (blue // 16)
+
+
+class WholeEditorTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
+        cls.painted = cls.folder / "painted.png"
+        subprocess.run([BUILD / "tools/sample_portrait", cls.painted], check=True)
+
+    def setUp(self):
+        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
+        self.program = self.enterContext(Complexion(self.desktop))
+
+    def file(self, name, content):
+        path = self.photos / name
+        path.write_bytes(content)
+        return path
+
+    def drop(self, path, answer=None):
+        """Drops a file and waits until it is dealt with, answering the question that must come, if any."""
+        drag = self.program.drop(path.as_uri())
+        if answer:
+            self.program.answer(DROP_QUESTION, answer)
+        drag.wait_for_end()
+
+    def face(self):
+        """The middle of the photo on the screen, where nothing lies over it."""
+        photo = self.program.photo_on_screen()
+        middle, height = photo.width // 2, photo.height
+        return photo.crop((middle - height // 4, height // 8, middle + height // 4, height * 4 // 5))
+
+    def wait_for_face(self, expected, what):
+        wait_until(lambda: self.face() == expected, what)
+
+    def wait_for_another_face(self, *seen):
+        """The face once it looks like none of these and stays so."""
+        def another():
+            now = self.face()
+            return now if now not in seen and now == self.face() else None
+        return wait_until(another, "another picture")
+
+    def test_a_drop_opens_a_photo_and_refuses_everything_else(self):
+        notes = self.file("notes.txt", b"no photo")
+        fake = self.file("fake.png", b"no photo either")
+        photo = self.file("Face.final.PNG", self.painted.read_bytes())
+        program = self.program
+        program.start()
+        for refused in (notes, fake):
+            self.drop(refused)
+        program.drop("https://localhost/face.png").wait_for_end()
+        self.assertEqual(program.state_images(), [])
+        self.assertFalse(program.is_enabled("Save image"))
+        self.assertFalse(program.is_enabled("Zoom in"))
+
+        self.drop(photo)
+        program.wait_for_photo()
+        program.retouch(*BLEMISHES[0], *SIZE)
+        states = program.state_images()
+        self.assertEqual(len(states), 2)
+        shown = self.face()
+
+        self.drop(notes, answer="Yes")
+        self.drop(fake, answer="Yes")
+        self.drop(self.painted, answer="No")
+        self.assertEqual(program.state_images(), states)
+        self.assertTrue(program.is_enabled("Undo"))
+        self.wait_for_face(shown, "the photo that was open")
+
+        self.drop(self.painted, answer="Yes")
+        wait_until(lambda: not program.is_enabled("Undo"), "the dropped photo")
+        self.assertEqual(len(program.state_images()), 1)
+        self.assertFalse(set(program.state_images()) & set(states))
+
+    def test_undo_and_redo_show_and_save_the_recorded_pictures(self):
+        photo = self.file("face.png", self.painted.read_bytes())
+        program = self.program
+        program.start(photo)
+        faces, places = [self.face()], []
+        for blemish in BLEMISHES:
+            places.append(program.retouch(*blemish, *SIZE))
+            faces.append(self.wait_for_another_face(*faces))
+        program.keys("ctrl+z")
+        self.wait_for_face(faces[1], "the first repair")
+        program.press("Undo")
+        self.wait_for_face(faces[0], "the photo without repairs")
+        self.assertFalse(program.is_enabled("Undo"))
+        program.press("Redo")
+        self.wait_for_face(faces[1], "the first repair again")
+        self.assertTrue(program.is_enabled("Redo"))
+        program.save()
+        check_only_discs_changed(photo, photo.with_stem("face_retouched"), places[:1], RADIUS)
+        program.keys("ctrl+shift+z")
+        self.wait_for_face(faces[2], "the second repair again")
+        self.assertFalse(program.is_enabled("Redo"))
+
+        program.keys("ctrl+z")
+        self.wait_for_face(faces[1], "the first repair")
+        program.retouch(604, 492, *SIZE)
+        wait_until(lambda: not program.is_enabled("Redo"), "the undone repair to be forgotten")
+
+    def test_each_effect_is_shown_and_saved_and_leaves_the_photo_alone(self):
+        photo = self.file("face.png", self.painted.read_bytes())
+        program = self.program
+        program.start(photo)
+        program.retouch(*BLEMISHES[0], *SIZE)
+        program.keys("ctrl+z")
+        wait_until(lambda: not program.is_enabled("Undo"), "the photo without repairs")
+        states = program.state_images()
+        normal = self.face()
+        self.assertFalse(is_black_and_white(normal))
+        seen = [normal]
+        for effect in EFFECTS:
+            program.choose_effect(effect)
+            face = self.wait_for_another_face(*seen)
+            self.assertEqual(is_black_and_white(face), effect in BLACK_AND_WHITE, effect)
+            seen.append(face)
+
+        program.choose_effect("Noir")
+        self.wait_for_face(seen[1 + EFFECTS.index("Noir")], "the same picture as before")
+        program.save()
+        with Image.open(photo.with_stem("face_retouched")) as saved:
+            self.assertEqual(saved.size, SIZE)
+            self.assertTrue(is_black_and_white(saved.convert("RGB")))
+            self.assertGreater(ImageStat.Stat(saved.convert("L")).stddev[0], 20)
+        program.choose_effect("Normal")
+        self.wait_for_face(normal, "the photo without an effect")
+        self.assertEqual(program.state_images(), states)
+
+    def view_of_map(self):
+        """The pixel of the map in the middle of the screen's view, and points on the screen per pixel of the map."""
+        view = self.program.photo_on_screen()
+        x, y, reach = view.width // 2, view.height // 2, 200
+        left, middle, right = (place_on_map(view.getpixel((x + dx, y))) for dx in (-reach, 0, reach))
+        pixels = right[0] - left[0]
+        return middle, 2 * reach / pixels if pixels > 0 else None
+
+    def wait_for_scale(self, scale, what):
+        wait_until(lambda: (now := self.view_of_map()[1]) and abs(now / scale - 1) < 0.02, what)
+
+    def test_zoom_stops_at_its_limits_and_a_drag_pans(self):
+        photo = self.photos / "map.png"
+        paint_map(photo)
+        program = self.program
+        program.start(photo)
+        _, _, width, height = program.screen_area("Photo")
+        fitted_scale = min(width / SIZE[0], height / SIZE[1])
+        fitted = self.face()
+        program.press("Zoom out")
+        program.press("Zoom in")
+        self.wait_for_another_face(fitted)  # one step from the fitted size: the step out was none
+        program.keys(*["ctrl+plus"] * 23)
+        self.wait_for_scale(fitted_scale * 1.1 ** 24, "24 steps")
+        program.keys("ctrl+plus")
+        self.wait_for_scale(fitted_scale * 10, "the upper limit")
+        largest = program.photo_on_screen()
+        program.keys("ctrl+plus", "ctrl+minus", "ctrl+plus")
+        self.wait_for_scale(fitted_scale * 9.9, "a step out and one in") # 10 * 0.9 * 1.1
+        program.keys("ctrl+plus")
+        wait_until(lambda: program.photo_on_screen().size == largest.size and
+                   abs(self.view_of_map()[1] / (fitted_scale * 10) - 1) < 0.005, "the upper limit again")
+
+        states = program.state_images()
+        (x, y), scale = self.view_of_map()
+        program.drag_photo(-160, 80)
+        expected = x + 160 / scale, y - 80 / scale
+        wait_until(lambda: all(abs(now - then) <= 1 for now, then in zip(self.view_of_map()[0], expected)),
+                   f"the map's {expected} in the middle")
+        self.assertEqual(program.state_images(), states)  # a drag is no click
+
+        program.keys(*["ctrl+minus"] * 25)
+        self.wait_for_face(fitted, "the fitted photo")
+        program.keys("ctrl+plus", "ctrl+plus")
+        self.wait_for_another_face(fitted)
+        program.press("Reset zoom")
+        self.wait_for_face(fitted, "the fitted photo")
+
+    def test_reloading_asks_and_keeps_the_zoom(self):
+        photo = self.photos / "map.png"
+        paint_map(photo)
+        program = self.program
+        program.start(photo)
+        program.retouch(300, 400, *SIZE)
+        fitted = self.face()
+        program.press("Zoom in")
+        zoomed = self.wait_for_another_face(fitted)
+        states = program.state_images()
+        paint_map(photo, mirrored=True)
+
+        program.keys("ctrl+r")
+        program.answer(RELOAD_QUESTION, "No")
+        self.wait_for_face(zoomed, "the photo as it was")
+        self.assertEqual(program.state_images(), states)
+        self.assertTrue(program.is_enabled("Undo"))
+
+        program.press("Reload image")
+        program.answer(RELOAD_QUESTION, "Yes")
+        wait_until(lambda: not program.is_enabled("Undo"), "the photo's new content")
+        self.assertEqual(len(program.state_images()), 1)
+        reloaded = self.wait_for_another_face(zoomed)
+        program.press("Reset zoom")
+        self.wait_for_another_face(zoomed, reloaded)
+
+    def test_quitting_asks_once_and_leaves_nothing_behind(self):
+        program = self.program
+        program.start(self.file("face.png", self.painted.read_bytes()))
+        program.retouch(*BLEMISHES[0], *SIZE)
+        states = program.state_images()
+        for keys in ("ctrl+q", "alt+F4"):
+            program.keys(keys)
+            program.answer(EXIT_QUESTION, "No")
+            self.assertEqual(program.state_images(), states)
+            self.assertTrue(program.is_enabled("Undo"))
+        program.keys("ctrl+q")
+        program.answer_to_end(EXIT_QUESTION, "Yes")
+        self.assertEqual(list(program.temporary.iterdir()), [])
+
+    def test_closing_with_alt_held_asks_once(self):
+        self.program.start(self.file("face.png", self.painted.read_bytes()))
+        self.program.keys("alt+F4")
+        self.program.answer_to_end(EXIT_QUESTION, "Yes")
+        self.assertEqual(list(self.program.temporary.iterdir()), [])
+
+    def test_without_a_photo_quitting_asks_nothing(self):
+        self.program.start()
+        self.program.keys("ctrl+q")
+        self.assertEqual(self.program.process.wait(20), 0)
+        self.assertEqual(list(self.program.temporary.iterdir()), [])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
