@@ -67,12 +67,12 @@ std::size_t longestThatFits(const TiffDirectory& directory, std::size_t limit) {
     constexpr std::size_t kFrame = 64;
     std::vector<std::size_t> lengths;
     addValueLengths(directory, lengths);
-    std::sort(lengths.begin(), lengths.end());
+    std::ranges::sort(lengths);
     std::size_t total = kFrame;
-    for (std::size_t i = 0; i < lengths.size(); ++i) {
-        total += kEntryLength + lengths[i] + 1;
+    for (const std::size_t length : lengths) {
+        total += kEntryLength + length + 1;
         if (total > limit)
-            return lengths[i] - std::min<std::size_t>(lengths[i], 1);
+            return length - std::min<std::size_t>(length, 1);
     }
     return limit;
 }
@@ -90,9 +90,8 @@ TiffDirectory withoutLongValues(const TiffDirectory& directory, std::size_t long
 } // namespace
 
 bool isCodingTag(unsigned wanted) {
-    return std::any_of(kCodingTags.begin(), kCodingTags.end(), [wanted](const auto& range) {
-        return range.first <= wanted && wanted <= range.second;
-    });
+    return std::ranges::any_of(
+        kCodingTags, [wanted](const auto& range) { return range.first <= wanted && wanted <= range.second; });
 }
 
 CarriedTags carriedTags(ByteView structure) {
@@ -146,7 +145,9 @@ Bytes exifWithin(ByteView exif, std::size_t limit) {
     tags.directory = readTiffDirectory(exif, *header, header->firstDirectory);
     tags.directory = withoutLongValues(tags.directory, longestThatFits(tags.directory, limit));
     Bytes block = exifBlock(tags);
-    return block.size() <= limit ? block : Bytes();
+    if (block.size() > limit)
+        block.clear();
+    return block;
 }
 
 } // namespace complexion

@@ -41,9 +41,8 @@ void addRanges(const TiffDirectory& directory, const TiffHeader& header, std::ve
 }
 
 bool overlaps(const Range& range, const std::vector<Range>& others) {
-    return std::any_of(others.begin(), others.end(), [&range](const Range& other) {
-        return range.begin < other.end && other.begin < range.end;
-    });
+    return std::ranges::any_of(
+        others, [&range](const Range& other) { return range.begin < other.end && other.begin < range.end; });
 }
 
 /// Some software leaves the link to the next directory out: there is a value in its place.
@@ -61,9 +60,8 @@ std::optional<Chain> readChain(ByteView exif) {
     Chain chain{*header, {}};
     std::uint64_t offset = header->firstDirectory;
     while (offset != 0 && chain.directories.size() < kMostDirectories) {
-        const bool isKnown =
-            std::any_of(chain.directories.begin(), chain.directories.end(),
-                        [offset](const TiffDirectory& known) { return known.offset == offset; });
+        const bool isKnown = std::ranges::any_of(
+            chain.directories, [offset](const TiffDirectory& known) { return known.offset == offset; });
         if (isKnown)
             break;
         chain.directories.push_back(readTiffDirectory(exif, *header, offset));
@@ -94,7 +92,7 @@ std::vector<Range> pictureRanges(const TiffDirectory& directory, ByteView exif, 
 
 /// The same bytes as ranges in order that do not touch.
 std::vector<Range> merged(std::vector<Range> ranges) {
-    std::sort(ranges.begin(), ranges.end(), [](const Range& a, const Range& b) { return a.begin < b.begin; });
+    std::ranges::sort(ranges, [](const Range& a, const Range& b) { return a.begin < b.begin; });
     std::vector<Range> result;
     for (const Range& range : ranges) {
         if (!result.empty() && range.begin <= result.back().end)
@@ -122,8 +120,8 @@ void blank(Bytes& exif, std::vector<Range> pictures, const std::vector<Range>& k
     };
     for (const Range& picture : merged(std::move(pictures))) {
         std::uint64_t position = picture.begin;
-        auto other = std::partition_point(kept.begin(), kept.end(),
-                                          [position](const Range& range) { return range.end <= position; });
+        auto other = std::ranges::partition_point(
+            kept, [position](const Range& range) { return range.end <= position; });
         for (; other != kept.end() && other->begin < picture.end; ++other) {
             zero(position, other->begin);
             position = std::max(position, other->end);
@@ -198,7 +196,7 @@ bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, st
               exif.begin() + static_cast<std::ptrdiff_t>(old.end), std::uint8_t{0});
     setNumber(exif, *length, order, thumbnail.size());
     if (thumbnail.size() <= old.length()) {
-        std::copy(thumbnail.begin(), thumbnail.end(), exif.begin() + static_cast<std::ptrdiff_t>(old.begin));
+        std::ranges::copy(thumbnail, exif.begin() + static_cast<std::ptrdiff_t>(old.begin));
     } else {
         setNumber(exif, *offset, order, exif.size());
         append(exif, thumbnail);

@@ -99,7 +99,7 @@ bool isMetadata(const GifExtension& extension) {
     if (extension.label == kCommentLabel)
         return true;
     return extension.label == kApplicationLabel && extension.whole.size() > kApplicationHeaderLength &&
-           std::find(kLeftBehind.begin(), kLeftBehind.end(), extension.application()) == kLeftBehind.end();
+           std::ranges::find(kLeftBehind, extension.application()) == kLeftBehind.end();
 }
 
 /// The data of the sub-blocks from `position` on, one after the other.
@@ -234,7 +234,7 @@ Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView w
         appendSubBlocks(extensions, bytesOf(noteAsComment(note)));
     }
     // A zero in the packet would end it for readers of sub-blocks.
-    if (!metadata.xmp.empty() && std::find(metadata.xmp.begin(), metadata.xmp.end(), 0) == metadata.xmp.end())
+    if (!metadata.xmp.empty() && std::ranges::find(metadata.xmp, 0) == metadata.xmp.end())
         appendXmp(extensions, xmpUpright(xmpToCarry(metadata.xmp)));
     if (const Bytes resources = resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc));
         !resources.empty()) {

@@ -88,7 +88,7 @@ bool isMetadata(const JpegSegment& segment) {
         return true;
     if (segment.marker < marker::app(0) || segment.marker > marker::app(15))
         return false;
-    return std::none_of(kLeftBehind.begin(), kLeftBehind.end(), [&segment](const SegmentKind& kind) {
+    return std::ranges::none_of(kLeftBehind, [&segment](const SegmentKind& kind) {
         return isSegment(segment, marker::app(kind.app), kind.start);
     });
 }
@@ -134,7 +134,7 @@ void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView 
 }
 
 const JpegSegment* findJfif(const std::vector<JpegSegment>& segments) {
-    const auto found = std::find_if(segments.begin(), segments.end(), isJfif);
+    const auto found = std::ranges::find_if(segments, isJfif);
     return found == segments.end() ? nullptr : &*found;
 }
 
@@ -247,8 +247,8 @@ std::optional<Resolution> exifResolution(ByteView exif) {
 /// having EXIF alone, which wants to come first, tells the density itself, and has maker notes whose offsets
 /// count on its place.
 bool decidesOnJfif(const std::vector<JpegSegment>& segments) {
-    return std::any_of(segments.begin(), segments.end(),
-                       [](const JpegSegment& segment) { return isJfif(segment) || isExif(segment); });
+    return std::ranges::any_of(segments,
+                               [](const JpegSegment& segment) { return isJfif(segment) || isExif(segment); });
 }
 
 } // namespace

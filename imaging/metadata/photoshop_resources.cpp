@@ -44,8 +44,8 @@ std::uint64_t bigEndian(ByteView bytes, std::uint64_t offset, std::size_t length
 /// The resource at the start of `bytes`.
 std::optional<Resource> firstResource(ByteView bytes) {
     if (bytes.size() < kNameOffset + 2 ||
-        std::none_of(kSignatures.begin(), kSignatures.end(),
-                     [bytes](std::string_view signature) { return startsWith(bytes, signature); }))
+        std::ranges::none_of(kSignatures,
+                             [bytes](std::string_view signature) { return startsWith(bytes, signature); }))
         return std::nullopt;
     Resource resource;
     resource.id = static_cast<unsigned>(bigEndian(bytes, 4, 2));

@@ -40,9 +40,7 @@ bool isMetadata(std::string_view name) {
     constexpr std::array kCarried = {"tIME"sv, "oFFs"sv, "pCAL"sv, "sCAL"sv};
     // Range and light level of high-range pixels, by their former names.
     constexpr std::array kLeft = {"cLLi"sv, "mDCv"sv};
-    const auto contains = [name](const auto& names) {
-        return std::find(names.begin(), names.end(), name) != names.end();
-    };
+    const auto contains = [name](const auto& names) { return std::ranges::find(names, name) != names.end(); };
     const auto isLower = [name](std::size_t letter) { return name[letter] >= 'a' && name[letter] <= 'z'; };
     return isLower(0) && (contains(kCarried) || (isLower(3) && !contains(kLeft)));
 }

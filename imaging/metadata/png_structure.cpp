@@ -122,9 +122,8 @@ std::optional<PngText> pngText(const PngChunk& chunk) {
 }
 
 Bytes pngTextChunk(std::string_view keyword, std::string_view utf8) {
-    const bool isAscii = std::all_of(utf8.begin(), utf8.end(), [](char character) {
-        return static_cast<unsigned char>(character) < 0x80;
-    });
+    const bool isAscii = std::ranges::all_of(
+        utf8, [](char character) { return static_cast<unsigned char>(character) < 0x80; });
     if (!isAscii)
         return pngInternationalTextChunk(keyword, utf8);
     Bytes data;

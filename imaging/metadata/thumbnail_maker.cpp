@@ -40,8 +40,8 @@ Bytes encoded(std::vector<RGBA32>& pixels, PixelSize size, int quality) {
         info.optimize_coding = TRUE;
         jpeg_start_compress(&info, TRUE);
         while (info.next_scanline < info.image_height) {
-            JSAMPROW row = reinterpret_cast<JSAMPROW>(
-                pixels.data() + std::size_t{info.next_scanline} * static_cast<std::size_t>(size.width));
+            auto* row = reinterpret_cast<JSAMPROW>(pixels.data() + std::size_t{info.next_scanline} *
+                                                                       static_cast<std::size_t>(size.width));
             jpeg_write_scanlines(&info, &row, 1);
         }
         jpeg_finish_compress(&info);

@@ -102,15 +102,15 @@ TiffEntry turned(TiffEntry entry) {
 bool hasWideSamples(const TiffDirectory& directory, ByteOrder order) {
     const TiffEntry* bits = directory.find(tag::kBitsPerSample);
     const std::vector<std::uint64_t> numbers = bits ? allNumbers(*bits, order) : std::vector<std::uint64_t>();
-    return std::any_of(numbers.begin(), numbers.end(), [](std::uint64_t count) { return count > 8; });
+    return std::ranges::any_of(numbers, [](std::uint64_t count) { return count > 8; });
 }
 
 /// Puts the strips (or tiles) into `layout` and their new places into `directory`; false when they are
 /// damaged.
 bool placeStrips(TiffLayout& layout, TiffDirectory& directory, ByteView written, const TiffHeader& header,
                  unsigned offsetTag, unsigned lengthTag) {
-    const auto offsets = std::find_if(directory.entries.begin(), directory.entries.end(),
-                                      [offsetTag](const TiffEntry& entry) { return entry.tag == offsetTag; });
+    const auto offsets = std::ranges::find_if(
+        directory.entries, [offsetTag](const TiffEntry& entry) { return entry.tag == offsetTag; });
     const TiffEntry* lengths = directory.find(lengthTag);
     if (offsets == directory.entries.end() || !lengths)
         return false;
@@ -164,7 +164,7 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     if (!hasStrips)
         return Error{"the TIFF file to give metadata to is damaged"};
     if (tags.order != header->order)
-        std::transform(directory.entries.begin(), directory.entries.end(), directory.entries.begin(), turned);
+        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
     const TiffDirectory all =
         merged(directory, header->isBig ? tags.directory : withoutBigValues(tags.directory));
     FileContents contents;

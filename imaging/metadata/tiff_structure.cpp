@@ -92,8 +92,8 @@ private:
 } // namespace
 
 const TiffEntry* TiffDirectory::find(unsigned wanted) const {
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [wanted](const TiffEntry& entry) { return entry.tag == wanted; });
+    const auto found =
+        std::ranges::find_if(entries, [wanted](const TiffEntry& entry) { return entry.tag == wanted; });
     return found == entries.end() ? nullptr : &*found;
 }
 
@@ -130,18 +130,11 @@ TiffDirectory readTiffDirectory(ByteView structure, const TiffHeader& header, st
 }
 
 std::vector<std::uint64_t> allNumbers(const TiffEntry& entry, ByteOrder order) {
-    switch (entry.type) {
-    case type::kByte:
-    case type::kShort:
-    case type::kLong:
-    case type::kDirectory:
-    case type::kLong8:
-    case type::kDirectory8:
-        break;
-    default:
-        return {};
-    }
+    constexpr std::array kNumberTypes = {type::kByte,      type::kShort, type::kLong,
+                                         type::kDirectory, type::kLong8, type::kDirectory8};
     const std::size_t unit = tiffTypeLength(entry.type);
+    if (unit == 0 || std::ranges::find(kNumberTypes, entry.type) == kNumberTypes.end())
+        return {};
     std::vector<std::uint64_t> numbers(entry.value.size() / unit);
     for (std::size_t i = 0; i < numbers.size(); ++i)
         numbers[i] = numberAt(entry.value, i * unit, unit, order);
@@ -186,7 +179,7 @@ bool TiffLayout::placeAt(std::uint64_t offset, ByteView bytes) {
     m_fixedOffset = offset;
     m_fixedLength = bytes.size();
     m_bytes.resize(offset + bytes.size());
-    std::copy(bytes.begin(), bytes.end(), m_bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+    std::ranges::copy(bytes, m_bytes.begin() + static_cast<std::ptrdiff_t>(offset));
     return true;
 }
 
@@ -203,17 +196,17 @@ std::uint64_t TiffLayout::reserve(std::uint64_t length) {
 
 std::uint64_t TiffLayout::place(ByteView bytes) {
     const std::uint64_t offset = reserve(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), m_bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+    std::ranges::copy(bytes, m_bytes.begin() + static_cast<std::ptrdiff_t>(offset));
     return offset;
 }
 
 std::uint64_t TiffLayout::placeDirectory(const TiffDirectory& directory) {
     // TIFF 6.0 wants the entries in the order of their numbers.
     std::vector<const TiffEntry*> entries;
+    entries.reserve(directory.entries.size());
     for (const TiffEntry& entry : directory.entries)
         entries.push_back(&entry);
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const TiffEntry* a, const TiffEntry* b) { return a->tag < b->tag; });
+    std::ranges::stable_sort(entries, [](const TiffEntry* a, const TiffEntry* b) { return a->tag < b->tag; });
 
     const std::size_t entryLength = m_header.entryLength();
     const std::uint64_t table =
@@ -245,8 +238,7 @@ void TiffLayout::putEntry(std::size_t position, const TiffEntry& entry, std::uin
     if (valuePlace != 0)
         setNumberAt(m_bytes, field, offsetLength, order, valuePlace);
     else
-        std::copy(entry.value.begin(), entry.value.end(),
-                  m_bytes.begin() + static_cast<std::ptrdiff_t>(field));
+        std::ranges::copy(entry.value, m_bytes.begin() + static_cast<std::ptrdiff_t>(field));
 }
 
 Bytes TiffLayout::finish(std::uint64_t firstDirectory) {

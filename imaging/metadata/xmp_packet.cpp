@@ -3,7 +3,6 @@
 
 #include "imaging/metadata/text_encoding.h"
 
-#include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
@@ -23,21 +22,26 @@ Bytes bytesOfText(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
+/// Where the element `name` that begins at `start` ends; npos when it does not.
+std::size_t elementEnd(const std::string& xml, std::string_view name, std::size_t start) {
+    for (const std::string& close : {"</" + std::string(name) + ">", std::string("/>")}) {
+        const std::size_t end = xml.find(close, start);
+        if (end != std::string::npos)
+            return end + close.size();
+    }
+    return std::string::npos;
+}
+
 /// Overwrites every element of that name with blanks.
 void blankElements(std::string& xml, std::string_view name) {
     const std::string open = "<" + std::string(name);
-    const std::string close = "</" + std::string(name) + ">";
-    for (std::size_t start = 0; (start = xml.find(open, start)) != std::string::npos;) {
-        std::size_t end = xml.find(close, start);
-        if (end != std::string::npos)
-            end += close.size();
-        else if ((end = xml.find("/>", start)) != std::string::npos)
-            end += 2;
-        else
+    std::size_t start = xml.find(open);
+    while (start != std::string::npos) {
+        const std::size_t end = elementEnd(xml, name, start);
+        if (end == std::string::npos)
             return;
-        std::fill(xml.begin() + static_cast<std::ptrdiff_t>(start),
-                  xml.begin() + static_cast<std::ptrdiff_t>(end), ' ');
-        start = end;
+        xml.replace(start, end - start, end - start, ' ');
+        start = xml.find(open, end);
     }
 }
 
