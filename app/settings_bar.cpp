@@ -51,6 +51,7 @@ QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
+    label->setBuddy(controls->itemAt(0)->widget()); // assistive technology has the pop-up's name from it
     label->setContentsMargins(ringSpace, 0, 0, 0);
     auto* column = new QVBoxLayout(group);
     column->setContentsMargins(kRingSpace - ringSpace, 0, 0, 0);

@@ -25,6 +25,11 @@ def is_black_and_white(image):
     return ImageChops.difference(red, green).getbbox() is None and ImageChops.difference(red, blue).getbbox() is None
 
 
+def look_alike(one, other):
+    """Whether two pictures of the screen are the same but for the rounding of what was painted in parts."""
+    return max(high for _, high in ImageChops.difference(one, other).getextrema()) <= 2
+
+
 def paint_map(path, mirrored=False):
     """A photo whose every pixel says where it is."""
     width, height = SIZE
@@ -70,13 +75,13 @@ class WholeEditorTest(unittest.TestCase):
         return photo.crop((middle - height // 4, height // 8, middle + height // 4, height * 4 // 5))
 
     def wait_for_face(self, expected, what):
-        wait_until(lambda: self.face() == expected, what)
+        wait_until(lambda: look_alike(self.face(), expected), what)
 
     def wait_for_another_face(self, *seen):
         """The face once it looks like none of these and stays so."""
         def another():
             now = self.face()
-            return now if now not in seen and now == self.face() else None
+            return now if not any(look_alike(now, face) for face in seen) and now == self.face() else None
         return wait_until(another, "another picture")
 
     def test_a_drop_opens_a_photo_and_refuses_everything_else(self):
@@ -135,8 +140,9 @@ class WholeEditorTest(unittest.TestCase):
 
         program.keys("ctrl+z")
         self.wait_for_face(faces[1], "the first repair")
-        program.retouch(604, 492, *SIZE)
+        program.click_photo(604, 492, *SIZE)
         wait_until(lambda: not program.is_enabled("Redo"), "the undone repair to be forgotten")
+        self.assertEqual(len(program.state_images()), 3)
 
     def test_each_effect_is_shown_and_saved_and_leaves_the_photo_alone(self):
         photo = self.file("face.png", self.painted.read_bytes())
@@ -169,13 +175,13 @@ class WholeEditorTest(unittest.TestCase):
     def view_of_map(self):
         """The pixel of the map in the middle of the screen's view, and points on the screen per pixel of the map."""
         view = self.program.photo_on_screen()
-        x, y, reach = view.width // 2, view.height // 2, 200
+        x, y, reach = view.width // 2, view.height // 2, view.width * 35 // 100
         left, middle, right = (place_on_map(view.getpixel((x + dx, y))) for dx in (-reach, 0, reach))
         pixels = right[0] - left[0]
         return middle, 2 * reach / pixels if pixels > 0 else None
 
     def wait_for_scale(self, scale, what):
-        wait_until(lambda: (now := self.view_of_map()[1]) and abs(now / scale - 1) < 0.02, what)
+        wait_until(lambda: (now := self.view_of_map()[1]) and abs(now / scale - 1) < 0.008, what)  # of some 180 pixels, 1 more or less
 
     def test_zoom_stops_at_its_limits_and_a_drag_pans(self):
         photo = self.photos / "map.png"
@@ -193,11 +199,10 @@ class WholeEditorTest(unittest.TestCase):
         program.keys("ctrl+plus")
         self.wait_for_scale(fitted_scale * 10, "the upper limit")
         largest = program.photo_on_screen()
-        program.keys("ctrl+plus", "ctrl+minus", "ctrl+plus")
-        self.wait_for_scale(fitted_scale * 9.9, "a step out and one in") # 10 * 0.9 * 1.1
+        program.keys("ctrl+plus", "ctrl+minus", "ctrl+plus")  # 10 * 0.9 * 1.1
+        self.wait_for_scale(fitted_scale * 9.9, "a step out and one in")
         program.keys("ctrl+plus")
-        wait_until(lambda: program.photo_on_screen().size == largest.size and
-                   abs(self.view_of_map()[1] / (fitted_scale * 10) - 1) < 0.005, "the upper limit again")
+        wait_until(lambda: program.photo_on_screen() == largest, "the upper limit again")
 
         states = program.state_images()
         (x, y), scale = self.view_of_map()

@@ -18,6 +18,7 @@ BUILD = Path(os.environ.get("COMPLEXION_BUILD", ROOT / "build/release"))
 POLL_SECONDS = 0.02
 WAIT_SECONDS = 20
 LONGEST_CLICK_SECONDS = 0.2
+ANSWER_MILLISECONDS = 1000  # for a question over the accessibility bus; the library's 15 s also go to ended programs
 
 
 def wait_until(condition, what, seconds=WAIT_SECONDS):
@@ -115,6 +116,7 @@ class Complexion:
         import gi
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
+        Atspi.set_timeout(ANSWER_MILLISECONDS, ANSWER_MILLISECONDS)
         self.atspi = Atspi
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", TMPDIR=str(self.temporary))
         with open(self.output, "wb") as log:
@@ -153,13 +155,13 @@ class Complexion:
                 yield from self._all(child)
 
     def find(self, name, role=None):
-        """The control of that accessible name that is on the screen; none while there is none."""
+        """The control of that accessible name (any, when none is given) and role that is on the screen, or none."""
         if self.process.poll() is not None:
             raise AssertionError(f"the program has ended with {self.process.returncode}: {self.output.read_text()}")
         try:
             application = self._application()
             for accessible in self._all(application) if application else ():
-                if accessible.get_name() == name and role in (None, accessible.get_role_name()) and \
+                if name in (None, accessible.get_name()) and role in (None, accessible.get_role_name()) and \
                         accessible.get_state_set().contains(self.atspi.StateType.SHOWING):
                     return accessible
         except self._gone():
@@ -174,7 +176,7 @@ class Complexion:
         return self.find(name, role) is not None
 
     def wait_for(self, name, role=None):
-        return wait_until(lambda: self.find(name, role), f"“{name}”")
+        return wait_until(lambda: self.find(name, role), f"“{name or role}”")
 
     def wait_until_gone(self, name):
         wait_until(lambda: not self.is_showing(name), f"“{name}” to go")
@@ -184,6 +186,14 @@ class Complexion:
 
     def wait_for_photo(self):
         wait_until(lambda: self.is_enabled("Save image"), "the photo")
+
+    def wait_for_still_picture(self):
+        """Until the photo's view looks the same twice."""
+        wait_until(lambda: self.photo_on_screen() == self.photo_on_screen(), "a picture that stays")
+
+    def window(self):
+        """The window's number on the X server."""
+        return output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[0]
 
     def state_images(self):
         return sorted(self.temporary.glob("**/stateImage*"))
@@ -202,7 +212,7 @@ class Complexion:
         self.click_at(x + width // 2, y + height // 2)
 
     def choose_effect(self, title):
-        self.press("Effect", "combo box")
+        self.press(None, "combo box")  # named after the title that it shows
         self.type(title)  # goes to the list, which finds the title
         self.keys("Return")
 
@@ -280,8 +290,7 @@ class Complexion:
 
     def ask_to_close(self):
         """What the window's close button does, through the window manager."""
-        window = output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[0]
-        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
+        subprocess.run(["wmctrl", "-i", "-c", self.window()], check=True)
 
     def answer_to_end(self, question, button):
         """Answers a question with which the program ends; fails when it does not end well."""

@@ -1,0 +1,64 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Takes the README's pictures of the real window on a virtual display: empty, and with the sample portrait being
+retouched."""
+
+import csv
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(ROOT / "tests/end-to-end"))
+
+from window_driver import BUILD, Complexion, VirtualDesktop, wait_until  # noqa: E402
+
+IMAGES = ROOT / "docs/images"
+WINDOW = (1280, 800)
+PORTRAIT = (1200, 1500)
+LARGEST = 6  # radius of a blemish that is retouched; the larger ones are left for the picture
+ZOOM_STEPS = 5
+DRAG = (0, 120)  # from the portrait's middle to the face
+
+
+def arrange(program):
+    """Gives the window its size and moves the mouse out of it."""
+    window = program.window()
+    subprocess.run(["xdotool", "windowsize", "--sync", window, *map(str, WINDOW)], check=True)
+    wait_until(lambda: program.screen_area("Photo")[2] == WINDOW[0], "the window's size")
+    return window
+
+
+def take(program, window, path):
+    """The window's content, once it has come to rest."""
+    subprocess.run(["xdotool", "mousemove", "--sync", "0", "0"], check=True)
+    program.wait_for_still_picture()
+    subprocess.run(["import", "-window", window, "-strip", "-quality", "90", str(path)], check=True)
+    print(path.relative_to(ROOT))
+
+
+def main():
+    IMAGES.mkdir(parents=True, exist_ok=True)
+    with tempfile.TemporaryDirectory() as folder, \
+            VirtualDesktop(folder, WINDOW[0] + 80, WINDOW[1] + 100) as desktop:
+        portrait, spots = Path(folder, "portrait.png"), Path(folder, "blemishes.csv")
+        subprocess.run([BUILD / "tools/sample_portrait", portrait, spots], check=True)
+        with Complexion(desktop) as program:
+            program.start()
+            take(program, arrange(program), IMAGES / "empty-window.png")
+        with open(spots, newline="") as file:
+            blemishes = [tuple(float(row[key]) for key in ("x", "y", "radius")) for row in csv.DictReader(file)]
+        with Complexion(desktop) as program:
+            program.start(portrait)
+            window = arrange(program)
+            for x, y, radius in blemishes:
+                if radius <= LARGEST:
+                    program.retouch(x, y, *PORTRAIT)
+            program.keys(*["ctrl+plus"] * ZOOM_STEPS)
+            program.drag_photo(*DRAG)
+            take(program, window, IMAGES / "retouching.jpg")
+
+
+if __name__ == "__main__":
+    main()
