@@ -6,8 +6,8 @@
 #include <gmock/gmock.h>
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM",
-            "offscreen"); // wherever it is started, a window of these tests is seen by nobody
+    // Wherever it is started, a window of these tests is seen by nobody.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleMock(&argc, argv);
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     QApplication application(argc, argv);
