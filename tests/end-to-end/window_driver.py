@@ -229,13 +229,13 @@ class Complexion:
         return Image.frombytes("RGB", (width, height), pixels)
 
     def click_at(self, x, y):
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True)
 
     def drag_photo(self, dx, dy, steps=8):
         """Drags from the middle of the photo's view, longer than a click takes, by so many points in so many moves."""
         x, y, width, height = self.screen_area("Photo")
         moves = [part for _ in range(steps) for part in ("mousemove_relative", "--", str(dx // steps), str(dy // steps))]
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x + width // 2), str(y + height // 2), "mousedown", "1",
+        subprocess.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "mousedown", "1",
                         *moves, "sleep", str(LONGEST_CLICK_SECONDS + 0.1), "mouseup", "1"], check=True)
 
     def drop(self, address):
@@ -317,9 +317,9 @@ class Drag:
 
     def to(self, x, y):
         """Moves to a place of the screen, where a copy must be offered, and lets go."""
-        subprocess.run(["xdotool", "mousemove", "--sync", "5", "5", "mousedown", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
         self._expect("dragging")
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
         self._expect("copy offered")
         subprocess.run(["xdotool", "mouseup", "1"], check=True)
 
