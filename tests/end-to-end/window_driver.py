@@ -191,9 +191,12 @@ class Complexion:
         """Until the photo's view looks the same twice."""
         wait_until(lambda: self.photo_on_screen() == self.photo_on_screen(), "a picture that stays")
 
+    def windows(self):
+        """The numbers of the program's windows on the X server, the main one first."""
+        return output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()
+
     def window(self):
-        """The window's number on the X server."""
-        return output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[0]
+        return self.windows()[0]
 
     def state_images(self):
         return sorted(self.temporary.glob("**/stateImage*"))
@@ -211,10 +214,11 @@ class Complexion:
         x, y, width, height = self.screen_area(name, role)
         self.click_at(x + width // 2, y + height // 2)
 
-    def choose_effect(self, title):
+    def choose_effect(self, index):
         self.press(None, "combo box")  # named after the title that it shows
-        self.type(title)  # goes to the list, which finds the title
-        self.keys("Return")
+        wait_until(lambda: len(self.windows()) == 2, "the list of effects")
+        self.keys("Home", *["Down"] * index, "Return")
+        wait_until(lambda: len(self.windows()) == 1, "the list of effects to close")
 
     def screen_area(self, name, role=None):
         """Where a control stands on the screen: x, y, width, height."""
