@@ -32,7 +32,7 @@ def arrange(program):
 
 def take(program, window, path):
     """The window's content, once it has come to rest."""
-    subprocess.run(["xdotool", "mousemove", "--sync", "0", "0"], check=True)
+    subprocess.run(["xdotool", "mousemove", "0", "0"], check=True)
     program.wait_for_still_picture()
     subprocess.run(["import", "-window", window, "-strip", "-quality", "90", str(path)], check=True)
     print(path.relative_to(ROOT))

@@ -155,20 +155,20 @@ class WholeEditorTest(unittest.TestCase):
         normal = self.face()
         self.assertFalse(is_black_and_white(normal))
         seen = [normal]
-        for effect in EFFECTS:
-            program.choose_effect(effect)
+        for index, effect in enumerate(EFFECTS, start=1):
+            program.choose_effect(index)
             face = self.wait_for_another_face(*seen)
             self.assertEqual(is_black_and_white(face), effect in BLACK_AND_WHITE, effect)
             seen.append(face)
 
-        program.choose_effect("Noir")
+        program.choose_effect(1 + EFFECTS.index("Noir"))
         self.wait_for_face(seen[1 + EFFECTS.index("Noir")], "the same picture as before")
         program.save()
         with Image.open(photo.with_stem("face_retouched")) as saved:
             self.assertEqual(saved.size, SIZE)
             self.assertTrue(is_black_and_white(saved.convert("RGB")))
             self.assertGreater(ImageStat.Stat(saved.convert("L")).stddev[0], 20)
-        program.choose_effect("Normal")
+        program.choose_effect(0)
         self.wait_for_face(normal, "the photo without an effect")
         self.assertEqual(program.state_images(), states)
 

@@ -191,9 +191,12 @@ class Complexion:
         """Until the photo's view looks the same twice."""
         wait_until(lambda: self.photo_on_screen() == self.photo_on_screen(), "a picture that stays")
 
+    def windows(self):
+        """The numbers of the program's windows on the X server, the main one first."""
+        return output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()
+
     def window(self):
-        """The window's number on the X server."""
-        return output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()[0]
+        return self.windows()[0]
 
     def state_images(self):
         return sorted(self.temporary.glob("**/stateImage*"))
@@ -211,10 +214,11 @@ class Complexion:
         x, y, width, height = self.screen_area(name, role)
         self.click_at(x + width // 2, y + height // 2)
 
-    def choose_effect(self, title):
+    def choose_effect(self, index):
         self.press(None, "combo box")  # named after the title that it shows
-        self.type(title)  # goes to the list, which finds the title
-        self.keys("Return")
+        wait_until(lambda: len(self.windows()) == 2, "the list of effects")
+        self.keys("Home", *["Down"] * index, "Return")
+        wait_until(lambda: len(self.windows()) == 1, "the list of effects to close")
 
     def screen_area(self, name, role=None):
         """Where a control stands on the screen: x, y, width, height."""
@@ -229,13 +233,13 @@ class Complexion:
         return Image.frombytes("RGB", (width, height), pixels)
 
     def click_at(self, x, y):
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "click", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True)
 
     def drag_photo(self, dx, dy, steps=8):
         """Drags from the middle of the photo's view, longer than a click takes, by so many points in so many moves."""
         x, y, width, height = self.screen_area("Photo")
         moves = [part for _ in range(steps) for part in ("mousemove_relative", "--", str(dx // steps), str(dy // steps))]
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x + width // 2), str(y + height // 2), "mousedown", "1",
+        subprocess.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "mousedown", "1",
                         *moves, "sleep", str(LONGEST_CLICK_SECONDS + 0.1), "mouseup", "1"], check=True)
 
     def drop(self, address):
@@ -317,9 +321,9 @@ class Drag:
 
     def to(self, x, y):
         """Moves to a place of the screen, where a copy must be offered, and lets go."""
-        subprocess.run(["xdotool", "mousemove", "--sync", "5", "5", "mousedown", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
         self._expect("dragging")
-        subprocess.run(["xdotool", "mousemove", "--sync", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
         self._expect("copy offered")
         subprocess.run(["xdotool", "mouseup", "1"], check=True)
 
