@@ -28,6 +28,9 @@ namespace {
 /// From this many device pixels per image pixel on, the image's pixels are shown as crisp squares.
 constexpr double kCrispScale = 4;
 
+/// The type of a drag that carries addresses.
+const QString kAddressList = QStringLiteral("text/uri-list");
+
 /// Pixels around a painted part that smooth scaling looks at.
 constexpr int kSmoothingMargin = 2;
 
@@ -152,7 +155,11 @@ void CustomImageView::dragMoveEvent(QDragMoveEvent* event) {
 
 void CustomImageView::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);
-    event->setAccepted(performDragOperation(event->mimeData()));
+    // A program that ends in the middle of its drag leaves a promise of addresses without any: another
+    // program's end is not ours.
+    const QMimeData* pasteboard = event->mimeData();
+    const bool isBroken = pasteboard->hasFormat(kAddressList) && pasteboard->urls().isEmpty();
+    event->setAccepted(!isBroken && performDragOperation(pasteboard));
 }
 
 bool CustomImageView::isAcceptedType(const std::string& extension) const {
@@ -165,7 +172,7 @@ bool CustomImageView::isAcceptedType(const std::string& extension) const {
 bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
     if (!pasteboard)
         fatal("a drag without a list of types");
-    if (!pasteboard->hasFormat(QStringLiteral("text/uri-list")))
+    if (!pasteboard->hasFormat(kAddressList))
         return false;
     const QList<QUrl> urls = pasteboard->urls();
     if (urls.isEmpty())

@@ -244,6 +244,15 @@ TEST_F(Drop, TheToolkitsDropEventIsTakenOrRefused) {
     EXPECT_EQ(posted.size(), 1U);
 }
 
+TEST_F(Drop, ADragWhoseProgramHasEndedIsRefused) {
+    QMimeData broken;
+    broken.setData(QStringLiteral("text/uri-list"), {});
+    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &broken, Qt::LeftButton, Qt::NoModifier);
+    static_cast<QObject&>(view).event(&dropped);
+    EXPECT_FALSE(dropped.isAccepted());
+    EXPECT_TRUE(posted.empty());
+}
+
 // Painting.
 
 class Painting : public testing::Test {
