@@ -17,12 +17,26 @@ thread_local std::size_t largestAllocation = std::numeric_limits<std::size_t>::m
 
 } // namespace
 
-// This program's own allocation, so that a test can be short of memory.
+// This program's own allocation, so that a test can be short of memory. All forms are replaced: where only
+// some are, memory of one would be given back to another.
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return size > largestAllocation ? nullptr : std::malloc(size == 0 ? 1 : size);
+}
+
 void* operator new(std::size_t size) {
-    void* memory = size > largestAllocation ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* memory = operator new(size, std::nothrow);
     if (!memory)
         throw std::bad_alloc();
     return memory;
+}
+
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return operator new(size, std::nothrow);
 }
 
 void operator delete(void* memory) noexcept {
@@ -30,6 +44,14 @@ void operator delete(void* memory) noexcept {
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete[](void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
