@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// GIF89a specification.
+// GIF89a.
 constexpr std::size_t kHeaderLength = 13; // signature, version and the logical screen's descriptor
 constexpr std::size_t kScreenFlagsOffset = 10;
 constexpr std::size_t kAspectOffset = 12;

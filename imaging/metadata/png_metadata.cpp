@@ -34,7 +34,7 @@ constexpr double kCentimetresPerInch = 2.54;
 constexpr std::size_t kRoomForThumbnail = 65536;
 
 /// Whether a chunk speaks of the picture and not of how its pixels are coded. Of the kinds that are not known
-/// the name tells: a lower-case last letter says that it may be copied to other pixels (PNG specification,
+/// the name tells: a lower-case last letter says that it may be copied to other pixels (PNG,
 /// "Safe-to-copy bit").
 bool isMetadata(std::string_view name) {
     constexpr std::array kCarried = {"tIME"sv, "oFFs"sv, "pCAL"sv, "sCAL"sv};
