@@ -65,7 +65,7 @@ bool goTogether(int bits, Compression compression) {
 
 /// Sets the masks and gives the place behind them, where a palette would begin.
 std::size_t readMasks(ByteView file, const PictureHeader& picture, Header& header) {
-    std::size_t end = kFileHeaderSize + picture.size;
+    const std::size_t end = kFileHeaderSize + picture.size;
     header.masks = header.bits == 16 ? kMasks16 : kMasks32;
     const bool given =
         header.compression == Compression::BitFields || header.compression == Compression::AlphaBitFields;
@@ -124,7 +124,7 @@ ColorProfile embeddedProfile(ByteView file, const PictureHeader& picture) {
 Result<Header> readHeader(ByteView file) {
     if (file.size() < kFileHeaderSize + kCoreHeaderSize || file[0] != 'B' || file[1] != 'M')
         return Error{"not a BMP file"};
-    PictureHeader picture{file.subspan(kFileHeaderSize), read32(file, kFileHeaderSize)};
+    const PictureHeader picture{file.subspan(kFileHeaderSize), read32(file, kFileHeaderSize)};
     const bool core = picture.size == kCoreHeaderSize;
     if (picture.size > picture.bytes.size() ||
         (!core && picture.size < kInfoHeaderSize && picture.size != kShortOs2HeaderSize))

@@ -18,7 +18,7 @@ std::optional<GreyTable> greyTable(ByteView icc) {
     std::array<std::uint8_t, 256> levels;
     for (std::size_t i = 0; i < levels.size(); ++i)
         levels[i] = static_cast<std::uint8_t>(i);
-    std::array<std::uint8_t, 3 * 256> rgb;
+    std::array<std::uint8_t, std::size_t{3} * 256> rgb;
     conversion->convert(levels.data(), rgb.data(), levels.size());
     GreyTable table;
     for (std::size_t i = 0; i < levels.size(); ++i)

@@ -143,7 +143,8 @@ bool decodeFrame(GifFileType* gif, int transparent, PixelSize canvas, ImageBuild
         if (target >= canvas.height)
             continue;
         for (int x = 0; x < shown.width; ++x)
-            row[static_cast<std::size_t>(shown.x + x)] = palette[indices[static_cast<std::size_t>(x)]];
+            row[static_cast<std::size_t>(shown.x) + static_cast<std::size_t>(x)] =
+                palette[indices[static_cast<std::size_t>(x)]];
         builder.setRows(target, 1, row.data());
     }
     return any;

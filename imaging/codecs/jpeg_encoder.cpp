@@ -93,7 +93,7 @@ Result<CodedBandPointer> codedBand(const Image& image, int index, const Tables& 
 /// What is kept beside the band; null when that is nothing or was coded with other tables.
 CodedBandPointer keptBand(const Image& image, int index, const Tables& tables) {
     const std::shared_ptr<const Band> band = image.storedBand(index);
-    CodedBandPointer kept = band ? band->encoded().get<CodedBand>() : nullptr;
+    const CodedBandPointer kept = band ? band->encoded().get<CodedBand>() : nullptr;
     return kept && kept->tables == tables ? kept : nullptr;
 }
 

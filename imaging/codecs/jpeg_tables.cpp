@@ -42,6 +42,7 @@ void setHuffmanLengths(std::vector<Leaf>& leaves) {
         std::vector<std::size_t> leaves;
     };
     std::vector<Node> nodes;
+    nodes.reserve(leaves.size());
     for (std::size_t i = 0; i < leaves.size(); ++i)
         nodes.push_back({leaves[i].weight, {i}});
     const auto heavier = [](const Node& a, const Node& b) { return a.weight > b.weight; };

@@ -69,7 +69,7 @@ bool PixelConverter::chooseColors(const File& file) {
 bool PixelConverter::readPalette(const File& file) {
     std::array<const std::uint16_t*, 3> map = {};
     if (m_page.bits > kMostPaletteBits ||
-        TIFFGetField(file.handle(), TIFFTAG_COLORMAP, &map[0], &map[1], &map[2]) != 1)
+        TIFFGetField(file.handle(), TIFFTAG_COLORMAP, map.data(), &map[1], &map[2]) != 1)
         return false;
     const std::size_t count = std::size_t{1} << m_page.bits;
     // Entries have 16 bits, but some writers set them as if they had 8.
