@@ -7,9 +7,11 @@
 #include "app/private_folder.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
+#include "app/tutorial_page.h"
 #include "app/window_dialogs.h"
 
 #include <QApplication>
+#include <QLocale>
 
 #include <cstdio>
 #include <memory>
@@ -47,6 +49,9 @@ int main(int argc, char** argv) {
     });
     SystemQueues queues;
     controller = std::make_shared<ViewController>(&window.rootView(), dialogs, platform, queues);
+    if (controller->tutorialAddress.empty())
+        controller->tutorialAddress =
+            tutorialPageAddress(QCoreApplication::applicationDirPath(), QLocale().name().section(u'_', 0, 0));
     connectWindow(window, *controller, dialogs);
 
     if (argc > 1)

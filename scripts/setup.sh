@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Installs the Debian packages that are missing, for the purposes named: build, window, tests, check, package.
+# Installs the Debian packages that are missing, for the purposes named (the lists below).
 # Says what it installs; says nothing when nothing is missing.
 set -euo pipefail
 
@@ -20,17 +20,17 @@ window=(
 tests=(libgtest-dev libgmock-dev libimage-exiftool-perl)
 check=(clang-format-19 clang-tidy-19)
 package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
+system=(debootstrap) # makes a new system to try the package in
+coverage=(gcovr)
+film=(ffmpeg) # records the tutorial
 
 wanted=()
 for purpose in "$@"; do
     case $purpose in
-        build) wanted+=("${build[@]}") ;;
-        window) wanted+=("${window[@]}") ;;
-        tests) wanted+=("${tests[@]}") ;;
-        check) wanted+=("${check[@]}") ;;
-        package) wanted+=("${package[@]}") ;;
+        build | window | tests | check | package | system | coverage | film) declare -n packages=$purpose ;;
         *) echo "setup: unknown purpose: $purpose" >&2; exit 2 ;;
     esac
+    wanted+=("${packages[@]}")
 done
 
 command -v dpkg-query >/dev/null || {
@@ -39,8 +39,8 @@ command -v dpkg-query >/dev/null || {
 }
 installed=$(dpkg-query --show --showformat='${db:Status-Abbrev} ${Package}\n' | awk '$1 == "ii" { print $2 }')
 missing=()
-for package in "${wanted[@]}"; do
-    grep -qxF -- "$package" <<<"$installed" || missing+=("$package")
+for name in "${wanted[@]}"; do
+    grep -qxF -- "$name" <<<"$installed" || missing+=("$name")
 done
 [[ ${#missing[@]} -eq 0 ]] && exit 0
 

@@ -89,7 +89,8 @@ class VirtualDesktop:
                           XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
                           XDG_DATA_HOME=str(self.folder / "data"))
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(
-            "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address={}")
+            "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:dir={self.folder}",
+            "--print-address={}")
         os.environ["DISPLAY"] = ":" + self._run_and_read_line(
             "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp", "-noreset")
         self._run("window-manager", "openbox")
