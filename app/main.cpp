@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_delegate.h"
 #include "app/connections.h"
+#include "app/end_signals.h"
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
@@ -32,7 +33,8 @@ int main(int argc, char** argv) {
     QObject::connect(&application, &QCoreApplication::aboutToQuit,
                      [&delegate] { delegate.applicationWillTerminate(); });
 
-    const Result<PrivateFolder> folder = PrivateFolder::create();
+    // Static, so that it goes with exit() too: that is how the toolkit ends when it loses the display.
+    static const Result<PrivateFolder> folder = PrivateFolder::create();
     if (!folder) {
         std::fprintf(stderr, "complexion: %s\n", folder.error().message.c_str());
         return 1;
@@ -43,16 +45,19 @@ int main(int argc, char** argv) {
     WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; });
     // Ending asks nothing: who asks for it has asked the user. No close event is sent, so the window's
     // closing is announced here.
-    SystemPlatform platform(folder->path(), [&controller] {
+    const auto end = [&controller] {
         controller->windowWillClose();
         QCoreApplication::exit();
-    });
+    };
+    SystemPlatform platform(folder->path(), end);
     SystemQueues queues;
     controller = std::make_shared<ViewController>(&window.rootView(), dialogs, platform, queues);
     if (controller->tutorialAddress.empty())
         controller->tutorialAddress =
             tutorialPageAddress(QCoreApplication::applicationDirPath(), QLocale().name().section(u'_', 0, 0));
     connectWindow(window, *controller, dialogs);
+    const EndSignals endSignals;
+    QObject::connect(&endSignals, &EndSignals::received, end);
 
     if (argc > 1)
         QObject::connect(

@@ -8,9 +8,12 @@
 namespace complexion {
 
 /// A new folder that only this user can enter (mode 0700), removed with everything in it when its owner goes.
+/// It is locked as long as the process lives, however that ends; a folder without a lock was left by a
+/// process that was killed.
 class PrivateFolder {
 public:
-    /// Made in $TMPDIR, or in /var/tmp, which is meant for large files, where /tmp is often memory.
+    /// Made in $TMPDIR, or in /var/tmp, which is meant for large files, where /tmp is often memory. Removes
+    /// the folders there that killed runs of this user have left.
     static Result<PrivateFolder> create();
 
     PrivateFolder(PrivateFolder&& other) noexcept;
@@ -22,9 +25,10 @@ public:
     const std::filesystem::path& path() const { return m_path; }
 
 private:
-    explicit PrivateFolder(std::filesystem::path path) : m_path(std::move(path)) {}
+    PrivateFolder(std::filesystem::path path, int lock) : m_path(std::move(path)), m_lock(lock) {}
 
     std::filesystem::path m_path; // empty once moved from
+    int m_lock;                   // a file descriptor of the folder that holds the lock; negative for none
 };
 
 } // namespace complexion

@@ -26,6 +26,8 @@ bool StateImageFiles::write(const Image& image, const std::filesystem::path& pat
     const std::optional<Identity> earlier = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
+    // The pictures of a history are nobody else's to see.
+    ::chmod(path.c_str(), S_IRUSR | S_IWUSR);
     // A picture that its format cannot hold counts as saved and leaves whatever stood there before.
     const std::optional<Identity> now = identify(path);
     if (now && now != earlier)

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/private_folder.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
 #include "tests/fakes/pictures.h"
@@ -16,75 +15,6 @@
 
 namespace complexion {
 namespace {
-
-/// An environment variable's value for as long as it lives.
-class Environment {
-public:
-    Environment(const char* name, const std::string& value) : m_name(name) {
-        if (const char* before = std::getenv(name))
-            m_before = before;
-        setenv(name, value.c_str(), 1);
-    }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-    ~Environment() {
-        if (m_before)
-            setenv(m_name, m_before->c_str(), 1);
-        else
-            unsetenv(m_name);
-    }
-
-private:
-    const char* m_name;
-    std::optional<std::string> m_before;
-};
-
-TEST(PrivateFolder, OnlyTheUserMayEnter) {
-    const Result<PrivateFolder> folder = PrivateFolder::create();
-    ASSERT_TRUE(folder);
-    EXPECT_EQ(std::filesystem::status(folder->path()).permissions(), std::filesystem::perms::owner_all);
-}
-
-TEST(PrivateFolder, StandsInTheTemporaryDirectoryThatIsSet) {
-    const TemporaryFolder parent;
-    const Environment variable("TMPDIR", parent.path());
-    const Result<PrivateFolder> folder = PrivateFolder::create();
-    ASSERT_TRUE(folder);
-    EXPECT_EQ(folder->path().parent_path(), parent.path());
-}
-
-TEST(PrivateFolder, StandsInVarTmpWhenNoneIsSet) {
-    const Environment variable("TMPDIR", "");
-    const Result<PrivateFolder> folder = PrivateFolder::create();
-    ASSERT_TRUE(folder);
-    EXPECT_EQ(folder->path().parent_path(), "/var/tmp");
-}
-
-TEST(PrivateFolder, GoesWithAllThatIsInIt) {
-    std::filesystem::path path;
-    {
-        Result<PrivateFolder> folder = PrivateFolder::create();
-        ASSERT_TRUE(folder);
-        const PrivateFolder moved = std::move(*folder);
-        path = moved.path();
-        writeFile(path / "state", "x");
-        ASSERT_TRUE(std::filesystem::exists(path / "state"));
-    }
-    EXPECT_FALSE(std::filesystem::exists(path));
-}
-
-TEST(PrivateFolder, EachRunHasItsOwn) {
-    const Result<PrivateFolder> one = PrivateFolder::create();
-    const Result<PrivateFolder> other = PrivateFolder::create();
-    EXPECT_NE(one->path(), other->path());
-}
-
-TEST(PrivateFolder, SaysWhyThereIsNone) {
-    const Environment variable("TMPDIR", "/nowhere/at/all");
-    const Result<PrivateFolder> folder = PrivateFolder::create();
-    ASSERT_FALSE(folder);
-    EXPECT_THAT(folder.error().message, testing::HasSubstr("/nowhere/at/all"));
-}
 
 TEST(SystemPlatform, TheUptimeNeverGoesBack) {
     SystemPlatform platform("/", [] {});

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/end_signals.h"
+
+#include "imaging/fatal.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
+
+int writeEnd = -1; // of the pipe: all that a signal's handler may reach
+
+void tell(int) {
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(writeEnd, &byte, 1); // a full pipe has told it already
+}
+
+int openPipe(int (&pipe)[2]) {
+    if (::pipe2(pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        fatal("there is no pipe for the signals");
+    return pipe[0];
+}
+
+void handleSignals(void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    for (const int signal : kSignals)
+        ::sigaction(signal, &action, nullptr);
+}
+
+} // namespace
+
+EndSignals::EndSignals() : m_pipe(), m_notifier(openPipe(m_pipe), QSocketNotifier::Read) {
+    connect(&m_notifier, &QSocketNotifier::activated, this, &EndSignals::received);
+    writeEnd = m_pipe[1];
+    handleSignals(tell);
+}
+
+EndSignals::~EndSignals() {
+    handleSignals(SIG_DFL);
+    ::close(m_pipe[0]);
+    ::close(m_pipe[1]);
+}
+
+} // namespace complexion
