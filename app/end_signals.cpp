@@ -22,8 +22,8 @@ void tell(int) {
     [[maybe_unused]] const ssize_t written = ::write(writeEnd, &byte, 1); // a full pipe has told it already
 }
 
-int openPipe(int (&pipe)[2]) {
-    if (::pipe2(pipe, O_CLOEXEC | O_NONBLOCK) != 0)
+int openPipe(std::array<int, 2>& pipe) {
+    if (::pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         fatal("there is no pipe for the signals");
     return pipe[0];
 }
@@ -38,7 +38,7 @@ void handleSignals(void (*handler)(int)) {
 
 } // namespace
 
-EndSignals::EndSignals() : m_pipe(), m_notifier(openPipe(m_pipe), QSocketNotifier::Read) {
+EndSignals::EndSignals() : m_notifier(openPipe(m_pipe), QSocketNotifier::Read) {
     connect(&m_notifier, &QSocketNotifier::activated, this, &EndSignals::received);
     writeEnd = m_pipe[1];
     handleSignals(tell);

@@ -4,6 +4,8 @@
 #include <QObject>
 #include <QSocketNotifier>
 
+#include <array>
+
 namespace complexion {
 
 /// Tells the event loop that the system asks the process to end: SIGINT, SIGTERM or SIGHUP. One a process.
@@ -19,7 +21,7 @@ Q_SIGNALS:
     void received();
 
 private:
-    int m_pipe[2]; // read end, write end
+    std::array<int, 2> m_pipe = {}; // read end, write end
     QSocketNotifier m_notifier;
 };
 

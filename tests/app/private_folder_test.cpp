@@ -9,8 +9,8 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <optional>
 #include <fstream>
+#include <optional>
 
 namespace complexion {
 namespace {
