@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings_bar.h"
 
+#include "app/icons.h"
 #include "view/color_well.h"
 #include "view/slider.h"
 #include "view/stepper.h"
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -36,6 +38,7 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
+constexpr int kIconSize = 20;
 constexpr int kControlPadding = 8; // above and below the text of a control, together
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
@@ -175,19 +178,41 @@ QWidget* SettingsBar::makeColorGroup() {
     colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
     colorWellCustomColor->setAccessibleName(u"Custom color"_s);
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
-    const auto offerColor = [this](bool autodetect) {
-        colorWellCustomColor->setEnabled(!autodetect);
-        colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
-                                                    : u"Custom color"_s);
-    };
-    connect(checkAutodetectColor, &QCheckBox::toggled, colorWellCustomColor, offerColor);
-    offerColor(checkAutodetectColor->isChecked());
+    pipette = new QToolButton;
+    pipette->setIcon(lineIcon(u"pipette"_s));
+    pipette->setIconSize({kIconSize, kIconSize});
+    pipette->setFixedSize(controlHeight() + kGap / 2, controlHeight());
+    pipette->setCheckable(true);
+    pipette->setObjectName(u"pipette"_s);
+    pipette->setAccessibleName(u"Pick a color from the photo"_s);
+    connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::offerColors);
+    offerColors();
 
     auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
     row->addWidget(colorWellCustomColor);
+    row->addSpacing(-kGap / 2);
+    row->addWidget(pipette);
     row->addStretch();
     return makeGroup(u"Color"_s, row, kRingSpace);
+}
+
+void SettingsBar::offerColors() {
+    const bool autodetect = checkAutodetectColor->isChecked();
+    colorWellCustomColor->setEnabled(!autodetect);
+    colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
+                                                : u"Custom color"_s);
+    pipette->setEnabled(!autodetect && m_hasPhoto);
+    if (!pipette->isEnabled())
+        pipette->setChecked(false);
+    pipette->setToolTip(autodetect    ? u"Pick a color from the photo: used when Autodetect Color is off"_s
+                        : !m_hasPhoto ? u"Pick a color from the photo: no photo is open"_s
+                                      : u"Pick a color from the photo"_s);
+}
+
+void SettingsBar::setHasPhoto(bool hasPhoto) {
+    m_hasPhoto = hasPhoto;
+    offerColors();
 }
 
 QWidget* SettingsBar::makeEffectGroup() {

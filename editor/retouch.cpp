@@ -27,10 +27,14 @@ void ViewController::HandleClick(const MouseEvent& event) {
     clickEndTime = m_platform.monotonicNanoseconds();
     const double seconds =
         static_cast<double>(checkedSubtract(clickEndTime, clickStartTime)) / kNanosecondsPerSecond;
-    if (seconds > kLongestClickSeconds || !hasImage() || imageProcessing)
+    if (seconds > kLongestClickSeconds || !hasImage())
         return;
-    const Point point =
-        imagePointAt(event.locationInWindow, originalImage().size(), reach(imageView).frame());
+    BeginRetouch(imagePointAt(event.locationInWindow, originalImage().size(), reach(imageView).frame()));
+}
+
+void ViewController::BeginRetouch(Point point) {
+    if (!hasImage() || imageProcessing)
+        return;
     m_queues.submitBackground([self = shared_from_this(), point, photo = m_photoNumber.load()] {
         // A click on a photo that has been replaced since says nothing about the new one.
         if (photo == self->m_photoNumber)
@@ -38,17 +42,22 @@ void ViewController::HandleClick(const MouseEvent& event) {
     });
 }
 
+Repair ViewController::currentRepair() const {
+    return Repair::of(m_settings.read());
+}
+
 void ViewController::RetouchAtPoint(Point point) {
     imageProcessing = true;
     const std::uint64_t photo = m_photoNumber;
     const Image image = originalImage();
-    const Repair repair = Repair::of(m_settings.read());
-    const std::optional<Image> result = repair.applyTo(image, point);
-    m_queues.submitMain([self = shared_from_this(), result, photo] {
-        if (photo == self->m_photoNumber)
-            self->FinishRetouch(result);
-        else
+    const RepairReport report = runRepair(currentRepair(), image, point);
+    m_queues.submitMain([self = shared_from_this(), report, photo] {
+        if (photo != self->m_photoNumber) {
             self->imageProcessing = false;
+            return;
+        }
+        self->FinishRetouch(report.result);
+        Q_EMIT self->repairFinished(report);
     });
 }
 

@@ -60,10 +60,24 @@ Image CustomImageView::inScreenColors(const Image& image) {
 }
 
 void CustomImageView::setImage(std::optional<Image> image) {
-    const bool comparable = m_image && image && m_image->size() == image->size();
-    const PixelRect changed = comparable ? m_image->difference(*image) : PixelRect{};
+    const std::optional<Image> before = m_instead ? m_instead : m_image;
     m_image = std::move(image);
-    m_onScreen = m_image && m_image->hasPixels() ? std::optional(inScreenColors(*m_image)) : std::nullopt;
+    if (m_instead && !(m_image && m_image->size() == m_instead->size()))
+        m_instead.reset();
+    refresh(before);
+}
+
+void CustomImageView::showInstead(std::optional<Image> image) {
+    const std::optional<Image> before = m_instead ? m_instead : m_image;
+    m_instead = m_image && image && image->size() == m_image->size() ? std::move(image) : std::nullopt;
+    refresh(before);
+}
+
+void CustomImageView::refresh(const std::optional<Image>& before) {
+    const std::optional<Image>& now = m_instead ? m_instead : m_image;
+    const bool comparable = before && now && before->size() == now->size();
+    const PixelRect changed = comparable ? before->difference(*now) : PixelRect{};
+    m_onScreen = now && now->hasPixels() ? std::optional(inScreenColors(*now)) : std::nullopt;
     if (!comparable) {
         update();
     } else if (!changed.isEmpty()) {
