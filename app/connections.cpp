@@ -97,6 +97,7 @@ void connectHand(MainWindow& window, ViewController& controller) {
     QObject::connect(input, &PhotoInput::placeMoved, aim, &Aim::moveBy);
     QObject::connect(input, &PhotoInput::acted, aim, &Aim::act);
     QObject::connect(input, &PhotoInput::focusTaken, aim, &Aim::takeKeys);
+    QObject::connect(input, &PhotoInput::focusShown, &window.editDisc(), &EditDisc::setFocusShown);
     QObject::connect(input, &PhotoInput::zoomed, &controller, &ViewController::ZoomAbout);
     QObject::connect(input, &PhotoInput::sizeStepped, &controller, &ViewController::StepEditAreaSize);
     QObject::connect(input, &PhotoInput::thresholdStepped, &controller, &ViewController::StepThreshold);
@@ -149,8 +150,15 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     setOutlets(window, controller);
     window.rootView().imageView()->setDialogs(&dialogs);
 
-    QObject::connect(&controller, &ViewController::stateChanged, &window,
-                     [&window, &controller] { window.showState(stateOf(controller)); });
+    QObject::connect(&controller, &ViewController::stateChanged, &window, [&window, &controller] {
+        WindowState state = stateOf(controller);
+        // Undo and redo rest for the moments of a repair; their buttons need not blink.
+        if (controller.imageProcessing) {
+            state.canUndo = window.actions().undo->isEnabled();
+            state.canRedo = window.actions().redo->isEnabled();
+        }
+        window.showState(state);
+    });
     QObject::connect(
         &controller, &ViewController::stateChanged, window.contents().boxEditSettings,
         [&window, &controller] { window.contents().boxEditSettings->setHasPhoto(controller.hasImage()); });

@@ -66,11 +66,14 @@ bool PhotoInput::eventFilter(QObject*, QEvent* event) {
     case QEvent::KeyRelease:
         return releaseKey(*static_cast<QKeyEvent*>(event));
     case QEvent::FocusIn:
-        if (isTabbing(static_cast<QFocusEvent*>(event)->reason()))
+        if (isTabbing(static_cast<QFocusEvent*>(event)->reason())) {
+            Q_EMIT focusShown(true);
             Q_EMIT focusTaken();
+        }
         return false;
     case QEvent::FocusOut:
         setHandOut(false);
+        Q_EMIT focusShown(false);
         return false;
     default:
         return false;
@@ -79,6 +82,7 @@ bool PhotoInput::eventFilter(QObject*, QEvent* event) {
 
 bool PhotoInput::press(const QMouseEvent& event) {
     const bool isLeft = event.button() == Qt::LeftButton;
+    Q_EMIT focusShown(false);
     if (m_moving || m_isPickPressed)
         return true;
     if (event.button() == Qt::MiddleButton || (isLeft && m_isHandOut)) {

@@ -40,7 +40,8 @@ Q_SIGNALS:
     void placeMoved(int columns, int rows);        // in pixels of the photo, rows downward
     void acted();
     void cancelled();
-    void focusTaken(); // by the Tab key
+    void focusTaken();           // by the Tab key
+    void focusShown(bool shown); // from then on until the mouse is used or the focus goes
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

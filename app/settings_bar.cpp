@@ -38,7 +38,7 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
-constexpr int kIconSize = 20;
+constexpr int kIconSize = 16;
 constexpr int kControlPadding = 8; // above and below the text of a control, together
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
@@ -133,6 +133,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     stepperEditAreaSize->setFixedHeight(controlHeight());
     stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
     stepperEditAreaSize->setRange(kSmallestEditArea, kLargestEditArea);
+    stepperEditAreaSize->setAccessibleName(u"Edit area size in steps"_s);
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
 

@@ -16,9 +16,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kEdge = 16;     // from the root view's edge
-constexpr int kGap = 8;       // between boxes of a group
-constexpr int kGroupGap = 24; // between groups
+constexpr int kEdge = 16;         // from the root view's edge
+constexpr int kGap = 8;           // between boxes of a group
+constexpr int kGroupGap = 24;     // between groups
 constexpr double kBoxAlpha = 0.8; // as the controller sets the others
 /// Left of the settings and the cards: the rail and its distances.
 constexpr int kRailSpace = kEdge + kRailBoxSize + kEdge;

@@ -54,6 +54,7 @@ void ViewController::RetouchAtPoint(Point point) {
     m_queues.submitMain([self = shared_from_this(), report, photo] {
         if (photo != self->m_photoNumber) {
             self->imageProcessing = false;
+            Q_EMIT self->stateChanged();
             return;
         }
         self->FinishRetouch(report.result);

@@ -22,6 +22,7 @@ constexpr double kCrosshairGap = 4; // from the ring
 constexpr double kCrosshairLength = 7;
 constexpr double kMarkedRadius = 32; // from here on the centre is marked
 constexpr double kCentreMark = 3;    // half its length
+constexpr double kFocusLine = 2;
 constexpr double kSwatchRadius = 19;
 constexpr double kSwatchWidth = 10;
 constexpr double kSmallestOutlined = 7; // a disc with a smaller radius has no room for outlines
@@ -124,6 +125,13 @@ void EditDisc::setSwatch(std::optional<QColor> color) {
     refresh();
 }
 
+void EditDisc::setFocusShown(bool shown) {
+    if (m_isFocusShown == shown)
+        return;
+    m_isFocusShown = shown;
+    update();
+}
+
 void EditDisc::updateOutline() {
     m_outline = {};
     if (m_outlined.area.isEmpty() || shownRadius() < kSmallestOutlined)
@@ -151,10 +159,15 @@ void EditDisc::refresh() {
 }
 
 void EditDisc::paintEvent(QPaintEvent*) {
-    if (!m_place || !m_view->image())
-        return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    if (m_isFocusShown) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusLine));
+        constexpr double kInset = kFocusLine / 2;
+        painter.drawRect(QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset));
+    }
+    if (!m_place || !m_view->image())
+        return;
     if (m_swatch) {
         paintSwatch(painter);
         return;

@@ -45,6 +45,9 @@ public:
     /// A colour to show around the place instead of the disc, while one is picked.
     void setSwatch(std::optional<QColor> color);
 
+    /// Frames the view while the keys have come to it.
+    void setFocusShown(bool shown);
+
     /// The ring's radius in points, and its centre in the view's coordinates.
     double shownRadius() const;
     QPointF shownCentre() const;
@@ -68,6 +71,7 @@ private:
     PixelMask m_outlined;
     MaskOutline m_outline; // of m_outlined at the present zoom
     std::optional<QColor> m_swatch;
+    bool m_isFocusShown = false;
     QRect m_painted; // what the disc covered when it was painted last
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/stepper.h"
 
+#include <QAccessible>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -46,6 +47,8 @@ void Stepper::setIntegerValue(int value) {
         return;
     m_value = bounded;
     update();
+    QAccessibleValueChangeEvent changed(this, m_value);
+    QAccessible::updateAccessibility(&changed);
     Q_EMIT valueChanged(m_value);
 }
 
@@ -61,8 +64,12 @@ QSize Stepper::sizeHint() const {
 }
 
 void Stepper::step(int direction) {
+    setByUser(m_value + direction * m_increment);
+}
+
+void Stepper::setByUser(int value) {
     const int before = m_value;
-    setIntegerValue(m_value + direction * m_increment);
+    setIntegerValue(value);
     if (m_value != before)
         Q_EMIT triggered();
 }
