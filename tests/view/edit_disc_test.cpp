@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QPalette>
 
 #include <gtest/gtest.h>
 
@@ -26,6 +27,9 @@ protected:
         view.resize(kArea);
         view.setFrame({0, 0, 400, 300});
         view.setImage(filled(kPhoto, kSkin));
+        QPalette palette;
+        palette.setColor(QPalette::Highlight, QColor(0xF0, 0xA5, 0x8C));
+        view.setPalette(palette);
         disc = new EditDisc(&view);
     }
 
