@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/main_window.h"
 
-#include "view/accessibility.h"
-
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
@@ -27,7 +25,6 @@ MainWindow::MainWindow()
       m_busySign(new BusySign(m_root)),
       m_editDisc(new EditDisc(m_root->imageView())),
       m_photoInput(new PhotoInput(m_root->imageView())) {
-    installAccessibility();
     setCentralWidget(m_root);
     setContextMenuPolicy(Qt::NoContextMenu);
     makeMenus();

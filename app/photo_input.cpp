@@ -160,10 +160,14 @@ bool PhotoInput::gesture(const QNativeGestureEvent& event) {
     if (event.gestureType() != Qt::ZoomNativeGesture)
         return false;
     m_pinched *= 1 + event.value();
-    for (; m_pinched >= kZoomInFactor; m_pinched /= kZoomInFactor)
+    while (m_pinched >= kZoomInFactor) {
+        m_pinched /= kZoomInFactor;
         Q_EMIT zoomed(inRootView(event.position()), 1);
-    for (; m_pinched > 0 && m_pinched <= kZoomOutFactor; m_pinched /= kZoomOutFactor)
+    }
+    while (m_pinched > 0 && m_pinched <= kZoomOutFactor) {
+        m_pinched /= kZoomOutFactor;
         Q_EMIT zoomed(inRootView(event.position()), -1);
+    }
     return true;
 }
 

@@ -47,6 +47,13 @@ constexpr int kOneRow = 4; // groups in a row
 constexpr int kTwoRows = 2;
 constexpr double kLabelSize = 11;
 
+QWidget* firstWidgetOf(const QLayout& layout) {
+    for (int i = 0; i < layout.count(); ++i)
+        if (QWidget* widget = layout.itemAt(i)->widget())
+            return widget;
+    return nullptr;
+}
+
 /// A row of controls under its label. Rows of one font are of one height, so that all stand on one line, and
 /// the label stands above the edge that the first control shows.
 QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
@@ -54,7 +61,7 @@ QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
-    label->setBuddy(controls->itemAt(0)->widget()); // assistive technology has the pop-up's name from it
+    label->setBuddy(firstWidgetOf(*controls)); // assistive technology has the pop-up's name from it
     label->setContentsMargins(ringSpace, 0, 0, 0);
     auto* column = new QVBoxLayout(group);
     column->setContentsMargins(kRingSpace - ringSpace, 0, 0, 0);

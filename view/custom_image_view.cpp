@@ -4,6 +4,7 @@
 #include "imaging/fatal.h"
 #include "imaging/image_tools.h"
 #include "imaging/screen_colors.h"
+#include "view/accessibility.h"
 #include "view/image_fit.h"
 #include "view/image_painter.h"
 #include "view/notification_center.h"
@@ -38,6 +39,7 @@ std::filesystem::path localPath(const QUrl& url) {
 
 CustomImageView::CustomImageView(QWidget* parent)
     : QWidget(parent), m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
+    installAccessibility();
     setAccessibleName(tr("Photo"));
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/stepper.h"
 
+#include "view/accessibility.h"
+
 #include <QAccessible>
 #include <QFontMetrics>
 #include <QKeyEvent>
@@ -36,6 +38,7 @@ void drawArrow(QPainter& painter, const QRectF& area, int direction) {
 } // namespace
 
 Stepper::Stepper(QWidget* parent) : QWidget(parent) {
+    installAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     setAttribute(Qt::WA_Hover);
