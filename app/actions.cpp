@@ -42,6 +42,13 @@ Actions::Actions(QObject* parent) : QObject(parent) {
         makeAction(this, u"Zoom in"_s, u"zoom-in"_s, Keys{Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
     zoomOut = makeAction(this, u"Zoom out"_s, u"zoom-out"_s, Keys{Qt::CTRL | Qt::Key_Minus});
     resetZoom = makeAction(this, u"Reset zoom"_s, u"zoom-reset"_s, Keys{Qt::CTRL | Qt::Key_0});
+    actualPixels = makeAction(this, u"Actual pixels"_s, {}, Keys{Qt::CTRL | Qt::Key_1});
+    compare = makeAction(this, u"Show the original"_s, u"compare"_s, Keys{Qt::Key_B});
+    showPreview = makeAction(this, u"Preview the repair"_s, {}, {});
+    showPreview->setCheckable(true);
+    showPreview->setChecked(true);
+    largerArea = makeAction(this, u"Larger edit area"_s, {}, Keys{Qt::Key_BracketRight});
+    smallerArea = makeAction(this, u"Smaller edit area"_s, {}, Keys{Qt::Key_BracketLeft});
     videoTutorial = makeAction(this, u"Video tutorial"_s, u"play"_s, {QKeySequence::HelpContents});
     about = makeAction(this, u"About Complexion"_s, {}, {});
 
@@ -60,6 +67,8 @@ void Actions::showState(const WindowState& state) {
     offer(zoomIn, state.hasImage, u"Zoom in"_s, noPhoto);
     offer(zoomOut, state.hasImage, u"Zoom out"_s, noPhoto);
     offer(resetZoom, state.hasImage, u"Reset zoom"_s, noPhoto);
+    offer(actualPixels, state.hasImage, u"Actual pixels"_s, noPhoto);
+    offer(compare, state.hasImage, u"Hold to see the original"_s, noPhoto);
     offer(videoTutorial, state.hasTutorial, u"Video tutorial"_s, u"none comes with this build"_s);
 }
 

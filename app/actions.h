@@ -31,6 +31,11 @@ public:
     QAction* zoomIn;
     QAction* zoomOut;
     QAction* resetZoom;
+    QAction* actualPixels;
+    QAction* compare;     // lasts as long as it is held: see HeldCommand
+    QAction* showPreview; // checkable
+    QAction* largerArea;
+    QAction* smallerArea;
     QAction* videoTutorial;
     QAction* about;
 

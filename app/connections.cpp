@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/connections.h"
 
+#include "editor/aim.h"
+
 #include <QCoreApplication>
 #include <QFile>
+#include <QToolButton>
 
 namespace complexion {
 
@@ -55,6 +58,10 @@ void connectActions(const Actions& actions, ViewController& controller) {
     send(actions.zoomOut, &ViewController::OnZoomOut);
     send(actions.resetZoom, &ViewController::OnResetZoom);
     send(actions.videoTutorial, &ViewController::OnVideoTutorial);
+    QObject::connect(actions.largerArea, &QAction::triggered, &controller,
+                     [&controller] { controller.StepEditAreaSize(1); });
+    QObject::connect(actions.smallerArea, &QAction::triggered, &controller,
+                     [&controller] { controller.StepEditAreaSize(-1); });
 }
 
 /// Only what the user does sends an action; a control that is set from code sends none.
@@ -82,6 +89,52 @@ void connectMouse(RootView& root, ViewController& controller) {
     QObject::connect(&root, &RootView::visibleAreaResized, &controller, &ViewController::visibleAreaResized);
 }
 
+/// Where the hand is, what it does there, and what is shown for it.
+void connectHand(MainWindow& window, ViewController& controller) {
+    auto* const aim = new Aim(controller, &window.editDisc(), controller.queues(), &controller);
+    const PhotoInput* input = &window.photoInput();
+    QObject::connect(input, &PhotoInput::pointed, aim, &Aim::pointAt);
+    QObject::connect(input, &PhotoInput::placeMoved, aim, &Aim::moveBy);
+    QObject::connect(input, &PhotoInput::acted, aim, &Aim::act);
+    QObject::connect(input, &PhotoInput::focusTaken, aim, &Aim::takeKeys);
+    QObject::connect(input, &PhotoInput::focusShown, &window.editDisc(), &EditDisc::setFocusShown);
+    QObject::connect(input, &PhotoInput::zoomed, &controller, &ViewController::ZoomAbout);
+    QObject::connect(input, &PhotoInput::sizeStepped, &controller, &ViewController::StepEditAreaSize);
+    QObject::connect(input, &PhotoInput::thresholdStepped, &controller, &ViewController::StepThreshold);
+    QObject::connect(input, &PhotoInput::photoMoved, &controller, &ViewController::MovePhoto);
+    QObject::connect(aim, &Aim::placeChanged, &window.photoInput(),
+                     [&window, aim] { window.photoInput().setPointerHidden(aim->place().has_value()); });
+    QObject::connect(aim, &Aim::told, &window, [&window](const QString& what) {
+        window.rootView().imageView()->setAccessibleDescription(what);
+    });
+
+    const Actions& actions = window.actions();
+    QObject::connect(actions.showPreview, &QAction::toggled, aim, &Aim::setPreviewing);
+    QObject::connect(actions.actualPixels, &QAction::triggered, aim,
+                     [&controller, aim] { controller.ZoomToPixels(aim->shownPoint()); });
+    QObject::connect(window.contents().compare, &HeldCommand::held, &controller, &ViewController::ShowSource);
+}
+
+/// The pipette beside the colour well.
+void connectPipette(MainWindow& window, ViewController& controller) {
+    const SettingsBar& bar = *window.contents().boxEditSettings;
+    QToolButton* const pipette = bar.pipette;
+    auto* const aim = controller.findChild<Aim*>();
+    QObject::connect(pipette, &QToolButton::toggled, aim, [&window, aim](bool on) {
+        aim->setPicking(on);
+        window.photoInput().setPicking(on);
+        if (on)
+            window.rootView().imageView()->setFocus();
+    });
+    QObject::connect(&window.photoInput(), &PhotoInput::cancelled, pipette,
+                     [pipette] { pipette->setChecked(false); });
+    QObject::connect(aim, &Aim::picked, pipette,
+                     [pipette, well = bar.colorWellCustomColor](const QColor& color) {
+                         well->setColor(color);
+                         pipette->setChecked(false);
+                     });
+}
+
 void showAbout(Dialogs& dialogs) {
     dialogs.runAlert({.messageText = "Complexion " + QCoreApplication::applicationVersion().toStdString(),
                       .informativeText =
@@ -97,8 +150,18 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     setOutlets(window, controller);
     window.rootView().imageView()->setDialogs(&dialogs);
 
-    QObject::connect(&controller, &ViewController::stateChanged, &window,
-                     [&window, &controller] { window.showState(stateOf(controller)); });
+    QObject::connect(&controller, &ViewController::stateChanged, &window, [&window, &controller] {
+        WindowState state = stateOf(controller);
+        // Undo and redo rest for the moments of a repair; their buttons need not blink.
+        if (controller.imageProcessing) {
+            state.canUndo = window.actions().undo->isEnabled();
+            state.canRedo = window.actions().redo->isEnabled();
+        }
+        window.showState(state);
+    });
+    QObject::connect(
+        &controller, &ViewController::stateChanged, window.contents().boxEditSettings,
+        [&window, &controller] { window.contents().boxEditSettings->setHasPhoto(controller.hasImage()); });
     QObject::connect(&controller, &ViewController::longWorkBegan, &window.busySign(), &BusySign::begin);
     QObject::connect(&controller, &ViewController::longWorkEnded, &window.busySign(), &BusySign::end);
 
@@ -108,6 +171,8 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     connectActions(window.actions(), controller);
     connectSettings(*window.contents().boxEditSettings, controller);
     connectMouse(window.rootView(), controller);
+    connectHand(window, controller);
+    connectPipette(window, controller);
     QObject::connect(window.actions().about, &QAction::triggered, &window,
                      [&dialogs] { showAbout(dialogs); });
 }

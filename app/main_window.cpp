@@ -22,7 +22,9 @@ MainWindow::MainWindow()
     : m_actions(new Actions(this)),
       m_root(new RootView),
       m_contents(new WindowContents(m_root, *m_actions)),
-      m_busySign(new BusySign(m_root)) {
+      m_busySign(new BusySign(m_root)),
+      m_editDisc(new EditDisc(m_root->imageView())),
+      m_photoInput(new PhotoInput(m_root->imageView())) {
     setCentralWidget(m_root);
     setContextMenuPolicy(Qt::NoContextMenu);
     makeMenus();
@@ -40,14 +42,24 @@ void MainWindow::makeMenus() {
     file->addAction(m_actions->quit);
     QMenu* edit = menuBar()->addMenu(u"&Edit"_s);
     edit->addActions({m_actions->undo, m_actions->redo});
+    edit->addSeparator();
+    edit->addActions({m_actions->largerArea, m_actions->smallerArea});
     QMenu* view = menuBar()->addMenu(u"&View"_s);
-    view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom});
+    view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom, m_actions->actualPixels});
+    view->addSeparator();
+    view->addAction(m_actions->showPreview);
     QMenu* help = menuBar()->addMenu(u"&Help"_s);
     help->addActions({m_actions->videoTutorial, m_actions->about});
 }
 
 void MainWindow::showState(const WindowState& state) {
+    const QWidget* const focused = focusWidget();
+    const bool hadFocus = focused && focused->isEnabled();
     m_actions->showState(state);
+    // The toolkit would hand the focus of a button that can do nothing any more on to the next one, where the
+    // same key does something else.
+    if (hadFocus && !focused->isEnabled())
+        m_root->imageView()->setFocus();
     setWindowTitle(state.fileName.isEmpty() ? u"Complexion"_s : u"%1 — Complexion"_s.arg(state.fileName));
 }
 

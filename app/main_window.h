@@ -3,8 +3,10 @@
 
 #include "app/actions.h"
 #include "app/busy_sign.h"
+#include "app/photo_input.h"
 #include "app/root_view.h"
 #include "app/window_contents.h"
+#include "view/edit_disc.h"
 
 #include <QMainWindow>
 
@@ -21,6 +23,8 @@ public:
     RootView& rootView() const { return *m_root; }
     WindowContents& contents() const { return *m_contents; }
     BusySign& busySign() const { return *m_busySign; }
+    EditDisc& editDisc() const { return *m_editDisc; }
+    PhotoInput& photoInput() const { return *m_photoInput; }
 
     /// The title names the photo; the commands offer what is possible.
     void showState(const WindowState& state);
@@ -39,6 +43,8 @@ private:
     RootView* m_root;
     WindowContents* m_contents;
     BusySign* m_busySign;
+    EditDisc* m_editDisc;
+    PhotoInput* m_photoInput;
     bool m_hasAppeared = false;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings_bar.h"
 
+#include "app/icons.h"
 #include "view/color_well.h"
 #include "view/slider.h"
 #include "view/stepper.h"
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpressionValidator>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -36,6 +38,7 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
+constexpr int kIconSize = 16;
 constexpr int kControlPadding = 8; // above and below the text of a control, together
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
@@ -44,6 +47,13 @@ constexpr int kOneRow = 4; // groups in a row
 constexpr int kTwoRows = 2;
 constexpr double kLabelSize = 11;
 
+QWidget* firstWidgetOf(const QLayout& layout) {
+    for (int i = 0; i < layout.count(); ++i)
+        if (QWidget* widget = layout.itemAt(i)->widget())
+            return widget;
+    return nullptr;
+}
+
 /// A row of controls under its label. Rows of one font are of one height, so that all stand on one line, and
 /// the label stands above the edge that the first control shows.
 QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
@@ -51,7 +61,7 @@ QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
-    label->setBuddy(controls->itemAt(0)->widget()); // assistive technology has the pop-up's name from it
+    label->setBuddy(firstWidgetOf(*controls)); // assistive technology has the pop-up's name from it
     label->setContentsMargins(ringSpace, 0, 0, 0);
     auto* column = new QVBoxLayout(group);
     column->setContentsMargins(kRingSpace - ringSpace, 0, 0, 0);
@@ -130,6 +140,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     stepperEditAreaSize->setFixedHeight(controlHeight());
     stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
     stepperEditAreaSize->setRange(kSmallestEditArea, kLargestEditArea);
+    stepperEditAreaSize->setAccessibleName(u"Edit area size in steps"_s);
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
 
@@ -175,19 +186,41 @@ QWidget* SettingsBar::makeColorGroup() {
     colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
     colorWellCustomColor->setAccessibleName(u"Custom color"_s);
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
-    const auto offerColor = [this](bool autodetect) {
-        colorWellCustomColor->setEnabled(!autodetect);
-        colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
-                                                    : u"Custom color"_s);
-    };
-    connect(checkAutodetectColor, &QCheckBox::toggled, colorWellCustomColor, offerColor);
-    offerColor(checkAutodetectColor->isChecked());
+    pipette = new QToolButton;
+    pipette->setIcon(lineIcon(u"pipette"_s));
+    pipette->setIconSize({kIconSize, kIconSize});
+    pipette->setFixedSize(controlHeight() + kGap / 2, controlHeight());
+    pipette->setCheckable(true);
+    pipette->setObjectName(u"pipette"_s);
+    pipette->setAccessibleName(u"Pick a color from the photo"_s);
+    connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::offerColors);
+    offerColors();
 
     auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
     row->addWidget(colorWellCustomColor);
+    row->addSpacing(-kGap / 2);
+    row->addWidget(pipette);
     row->addStretch();
     return makeGroup(u"Color"_s, row, kRingSpace);
+}
+
+void SettingsBar::offerColors() {
+    const bool autodetect = checkAutodetectColor->isChecked();
+    colorWellCustomColor->setEnabled(!autodetect);
+    colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
+                                                : u"Custom color"_s);
+    pipette->setEnabled(!autodetect && m_hasPhoto);
+    if (!pipette->isEnabled())
+        pipette->setChecked(false);
+    pipette->setToolTip(autodetect    ? u"Pick a color from the photo: used when Autodetect Color is off"_s
+                        : !m_hasPhoto ? u"Pick a color from the photo: no photo is open"_s
+                                      : u"Pick a color from the photo"_s);
+}
+
+void SettingsBar::setHasPhoto(bool hasPhoto) {
+    m_hasPhoto = hasPhoto;
+    offerColors();
 }
 
 QWidget* SettingsBar::makeEffectGroup() {

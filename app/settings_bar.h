@@ -10,6 +10,7 @@ class QComboBox;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
+class QToolButton;
 
 namespace complexion {
 
@@ -29,7 +30,11 @@ public:
     Slider* sliderThreshold;
     QCheckBox* checkAutodetectColor;
     ColorWell* colorWellCustomColor;
+    QToolButton* pipette; // checked while a colour is picked from the photo
     QComboBox* comboEffect;
+
+    /// A colour can only be picked from a photo.
+    void setHasPhoto(bool hasPhoto);
 
     /// The size to take where `width` points are free.
     QSize arrange(int width);
@@ -43,11 +48,13 @@ private:
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
+    void offerColors();
     int widthOfOneRow() const;
     void setColumns(int columns);
 
     std::array<QWidget*, 4> m_groups;
     QGridLayout* m_grid;
+    bool m_hasPhoto = false;
     int m_columns = 0; // of groups, 0 before they are placed
 };
 

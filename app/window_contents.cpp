@@ -4,6 +4,7 @@
 #include "app/cards.h"
 #include "app/rail.h"
 
+#include <QAbstractButton>
 #include <QEvent>
 #include <QLayout>
 
@@ -15,9 +16,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kEdge = 16;     // from the root view's edge
-constexpr int kGap = 8;       // between boxes of a group
-constexpr int kGroupGap = 24; // between groups
+constexpr int kEdge = 16;         // from the root view's edge
+constexpr int kGap = 8;           // between boxes of a group
+constexpr int kGroupGap = 24;     // between groups
+constexpr double kBoxAlpha = 0.8; // as the controller sets the others
 /// Left of the settings and the cards: the rail and its distances.
 constexpr int kRailSpace = kEdge + kRailBoxSize + kEdge;
 
@@ -37,6 +39,9 @@ WindowContents::WindowContents(RootView* root, const Actions& actions) : QObject
     boxZoomIn = makeRailBox(root, actions.zoomIn, u"boxZoomIn"_s, u"Zoom in"_s);
     boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, u"Zoom out"_s);
     boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, u"Reset zoom"_s);
+    boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, u"Show the original"_s);
+    boxCompare->setAlpha(kBoxAlpha);
+    compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);
     boxHint = makeHintCard(root, actions.selectImage);
@@ -52,7 +57,7 @@ bool WindowContents::eventFilter(QObject* watched, QEvent* event) {
 }
 
 int WindowContents::railHeight() const {
-    constexpr int kBoxes = 8;
+    constexpr int kBoxes = 9;
     constexpr int kGroups = 3;
     return kBoxes * kRailBoxSize + (kBoxes - kGroups) * kGap + (kGroups - 1) * kGroupGap;
 }
@@ -76,7 +81,7 @@ void WindowContents::arrange() {
 
     int y = std::max(kEdge, (height - railHeight()) / 2);
     for (Box* box : {boxSelectImage, boxResetImage, boxSaveImage, boxUndo, boxRedo, boxZoomIn, boxZoomOut,
-                     boxResetZoom}) {
+                     boxResetZoom, boxCompare}) {
         const bool startsGroup = box == boxUndo || box == boxZoomIn;
         y += startsGroup ? kGroupGap - kGap : 0;
         box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);

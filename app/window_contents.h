@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/actions.h"
+#include "app/held_command.h"
 #include "app/root_view.h"
 #include "app/settings_bar.h"
 
@@ -26,6 +27,8 @@ public:
     Box* boxZoomIn;
     Box* boxZoomOut;
     Box* boxResetZoom;
+    Box* boxCompare;
+    HeldCommand* compare;
     SettingsBar* boxEditSettings;
     Box* boxHint;
     Box* boxHelp;

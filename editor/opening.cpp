@@ -71,6 +71,7 @@ void ViewController::loadImage(const std::filesystem::path& path) {
     originalImagePath = path;
     ++m_photoNumber;
     setOriginalImage(*image);
+    m_source = *image;
     ApplyEffectsOnPreview();
     ResetZoom();
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
@@ -91,6 +92,7 @@ void ViewController::OnResetImage(QObject*) {
     reach(comboEffect).setCurrentIndex(0);
     ++m_photoNumber;
     setOriginalImage(*image);
+    m_source = *image;
     ApplyEffectsOnPreview();
     BeginEditHistory();
 }

@@ -2,9 +2,9 @@
 
 // A short press on the photo is a click, and a click is a repair, computed in the background.
 #include "editor/outlet.h"
+#include "editor/repair.h"
 #include "editor/view_controller.h"
 #include "imaging/checked.h"
-#include "imaging/image_tools.h"
 
 namespace complexion {
 
@@ -27,10 +27,14 @@ void ViewController::HandleClick(const MouseEvent& event) {
     clickEndTime = m_platform.monotonicNanoseconds();
     const double seconds =
         static_cast<double>(checkedSubtract(clickEndTime, clickStartTime)) / kNanosecondsPerSecond;
-    if (seconds > kLongestClickSeconds || !hasImage() || imageProcessing)
+    if (seconds > kLongestClickSeconds || !hasImage())
         return;
-    const Point point =
-        imagePointAt(event.locationInWindow, originalImage().size(), reach(imageView).frame());
+    BeginRetouch(imagePointAt(event.locationInWindow, originalImage().size(), reach(imageView).frame()));
+}
+
+void ViewController::BeginRetouch(Point point) {
+    if (!hasImage() || imageProcessing)
+        return;
     m_queues.submitBackground([self = shared_from_this(), point, photo = m_photoNumber.load()] {
         // A click on a photo that has been replaced since says nothing about the new one.
         if (photo == self->m_photoNumber)
@@ -38,19 +42,23 @@ void ViewController::HandleClick(const MouseEvent& event) {
     });
 }
 
+Repair ViewController::currentRepair() const {
+    return Repair::of(m_settings.read());
+}
+
 void ViewController::RetouchAtPoint(Point point) {
     imageProcessing = true;
     const std::uint64_t photo = m_photoNumber;
     const Image image = originalImage();
-    const EditSettings settings = m_settings.read();
-    const std::optional<Image> result = ImageTools::RemovePimpleFromImage(
-        image, point, settings.radius, settings.colorType, image.profile().fromSrgb(settings.customColor),
-        truncateToInt64(settings.threshold, "the threshold is out of range"));
-    m_queues.submitMain([self = shared_from_this(), result, photo] {
-        if (photo == self->m_photoNumber)
-            self->FinishRetouch(result);
-        else
+    const RepairReport report = runRepair(currentRepair(), image, point);
+    m_queues.submitMain([self = shared_from_this(), report, photo] {
+        if (photo != self->m_photoNumber) {
             self->imageProcessing = false;
+            Q_EMIT self->stateChanged();
+            return;
+        }
+        self->FinishRetouch(report.result);
+        Q_EMIT self->repairFinished(report);
     });
 }
 

@@ -6,16 +6,36 @@
 #include "imaging/image_tools.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace complexion {
 
+namespace {
+
+/// One step of the edit area size is the size divided by this.
+constexpr int kStepPart = 10;
+
+} // namespace
+
 void ViewController::ApplyEffectsOnPreview() {
     const int index = reach(comboEffect).currentIndex();
-    if (index == 0)
-        reach(imageView).setImage(originalImage());
-    else if (index > 0 && index < std::ssize(kEffectTitles))
-        reach(imageView).setImage(
-            ImageTools::ApplyEffectOnImage(originalImage(), kEffectTitles[static_cast<std::size_t>(index)]));
+    if (index >= 0 && index < std::ssize(kEffectTitles))
+        reach(imageView).setImage(throughEffect(originalImage()));
+    if (m_isShowingSource)
+        reach(imageView).showInstead(m_source);
+    Q_EMIT stateChanged();
+}
+
+Image ViewController::throughEffect(const Image& image) const {
+    const int index = reach(comboEffect).currentIndex();
+    if (index <= 0 || index >= std::ssize(kEffectTitles))
+        return image;
+    return ImageTools::ApplyEffectOnImage(image, kEffectTitles[static_cast<std::size_t>(index)]);
+}
+
+void ViewController::ShowSource(bool on) {
+    m_isShowingSource = on && hasImage();
+    reach(imageView).showInstead(m_isShowingSource ? std::optional(m_source) : std::nullopt);
     Q_EMIT stateChanged();
 }
 
@@ -39,20 +59,41 @@ void ViewController::OnEditAreaSizeChanged(QObject* sender) {
     field.setText(QString::number(stepper.integerValue()));
 }
 
+void ViewController::StepEditAreaSize(int steps) {
+    Stepper& stepper = reach(stepperEditAreaSize);
+    const int direction = steps < 0 ? -1 : 1;
+    for (int i = 0; i < std::abs(steps); ++i)
+        stepper.setIntegerValue(stepper.integerValue() +
+                                direction * std::max(1, stepper.integerValue() / kStepPart));
+    OnEditAreaSizeChanged(&stepper);
+}
+
+void ViewController::StepThreshold(int steps) {
+    Slider& slider = reach(sliderThreshold);
+    slider.setFloatValue(slider.floatValue() + static_cast<float>(steps));
+}
+
 void ViewController::mirrorSettings() {
     const Stepper& stepper = reach(stepperEditAreaSize);
     m_settings.setRadius(stepper.integerValue());
-    connect(&stepper, &Stepper::valueChanged, this, [this](int value) { m_settings.setRadius(value); });
+    connect(&stepper, &Stepper::valueChanged, this, [this](int value) {
+        m_settings.setRadius(value);
+        Q_EMIT settingsChanged();
+    });
     connect(&stepper, &QObject::destroyed, this, [this] { m_settings.setRadius(std::nullopt); });
 
     const QCheckBox& autodetect = reach(checkAutodetectColor);
     m_settings.setColorType(autodetect.isChecked() ? 1 : 0);
-    connect(&autodetect, &QCheckBox::toggled, this, [this](bool on) { m_settings.setColorType(on ? 1 : 0); });
+    connect(&autodetect, &QCheckBox::toggled, this, [this](bool on) {
+        m_settings.setColorType(on ? 1 : 0);
+        Q_EMIT settingsChanged();
+    });
     connect(&autodetect, &QObject::destroyed, this, [this] { m_settings.setColorType(std::nullopt); });
 
     const ColorWell& well = reach(colorWellCustomColor);
     const auto mirrorColor = [this](const QColor& color) {
         m_settings.setCustomColor(RgbColor{color.redF(), color.greenF(), color.blueF()});
+        Q_EMIT settingsChanged();
     };
     mirrorColor(well.color());
     connect(&well, &ColorWell::colorChanged, this, mirrorColor);
@@ -60,8 +101,10 @@ void ViewController::mirrorSettings() {
 
     const Slider& threshold = reach(sliderThreshold);
     m_settings.setThreshold(threshold.floatValue());
-    connect(&threshold, &Slider::floatValueChanged, this,
-            [this](float value) { m_settings.setThreshold(value); });
+    connect(&threshold, &Slider::floatValueChanged, this, [this](float value) {
+        m_settings.setThreshold(value);
+        Q_EMIT settingsChanged();
+    });
     connect(&threshold, &QObject::destroyed, this, [this] { m_settings.setThreshold(std::nullopt); });
 }
 

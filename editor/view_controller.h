@@ -3,6 +3,7 @@
 
 #include "editor/edit_settings.h"
 #include "editor/platform.h"
+#include "editor/repair.h"
 #include "editor/state_image_files.h"
 #include "imaging/image.h"
 #include "view/box.h"
@@ -103,6 +104,8 @@ public:
     QPointer<Slider> sliderThreshold;
     QPointer<QComboBox> comboEffect;
 
+    Queues& queues() const { return m_queues; }
+
     // The window's life.
 
     /// Gives the root view its colour.
@@ -147,6 +150,11 @@ public:
     // Retouch.
 
     void HandleClick(const MouseEvent& event);
+    /// Begins a repair at a point of the working image, as a click there does: not without a photo, and not
+    /// while a repair is being computed.
+    void BeginRetouch(Point point);
+    /// What a click would do now.
+    Repair currentRepair() const;
     /// Repairs the working image at a point in its own coordinates. Runs on a background thread.
     void RetouchAtPoint(Point point);
     void FinishRetouch(const std::optional<Image>& result);
@@ -157,11 +165,34 @@ public:
     void RepositionImageInVisibleArea();
     /// Keeps the zoom ratio and the centre when the root view changes from one size to another.
     void visibleAreaResized(PointSize from, PointSize to);
+    /// Zooms in by so many steps, out by as many below zero, about a point of the root view.
+    void ZoomAbout(Point point, int steps);
+    /// Shows one pixel of the photo on one of the screen where the limits allow, about a point of the root
+    /// view.
+    void ZoomToPixels(Point about);
+    /// Moves the photo by a distance in points, y downward, as far as no gap opens.
+    void MovePhoto(double deltaX, double deltaY);
+    /// Moves the photo as little as it takes to show a point of it, and `margin` points around it, free of
+    /// the visible area's edges.
+    void Reveal(Point inImage, double margin);
 
     // Effects.
 
     /// Shows the working image through the selected effect.
     void ApplyEffectsOnPreview();
+    /// `image` through the selected effect; itself when none is.
+    Image throughEffect(const Image& image) const;
+
+    /// Shows the photo as it was opened while `on`. The working image and what is saved stay what they are.
+    void ShowSource(bool on);
+    bool isShowingSource() const { return m_isShowingSource; }
+
+    // Settings.
+
+    /// Changes the edit area size by so many steps, of a tenth of it but at least one pixel.
+    void StepEditAreaSize(int steps);
+    /// Changes the threshold by so many grey levels.
+    void StepThreshold(int steps);
 
     // History.
 
@@ -180,6 +211,10 @@ public:
 Q_SIGNALS:
     /// Something that the controls' look or the window's title depends on has changed.
     void stateChanged();
+    /// An edit setting is another one, whoever changed it.
+    void settingsChanged();
+    /// A repair has ended.
+    void repairFinished(const complexion::RepairReport& report);
     /// Work that may take long begins, told in words for the user; the window paints a sign at once.
     void longWorkBegan(const QString& what);
     void longWorkEnded();
@@ -215,6 +250,8 @@ private:
 
     mutable std::mutex m_originalImageMutex;
     Image m_originalImage;
+    Image m_source; // the photo as it was opened
+    bool m_isShowingSource = false;
     /// Which photo is open: counts every load and reload, so that a repair of an earlier one can be told.
     std::atomic<std::uint64_t> m_photoNumber = 0;
 };

@@ -1,15 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/zoom_frame.h"
 
+#include <algorithm>
+
 namespace complexion {
 
 namespace {
 
-constexpr double kCentringWeight = -0.5;
+/// Which part of a change of size is taken off the origin, for a step about the frame's centre.
+constexpr Point kCentringWeights{-0.5, -0.5};
 
-} // namespace
+/// The weights for a step about a point of the visible area.
+Point weightsAbout(const Frame& frame, Point about) {
+    return {-(about.x - frame.x) / frame.width, -(about.y - frame.y) / frame.height};
+}
 
-Frame zoomed(const Frame& frame, PointSize visibleArea, double factor) {
+Frame zoomedByWeights(const Frame& frame, PointSize visibleArea, double factor, Point weights) {
     Frame next = frame;
     const double ratio = frame.width / visibleArea.width * factor;
     if (ratio < kSmallestZoom) {
@@ -22,8 +28,27 @@ Frame zoomed(const Frame& frame, PointSize visibleArea, double factor) {
         next.width = frame.width * factor;
         next.height = frame.height * factor;
     }
-    next.x += (next.width - frame.width) * kCentringWeight;
-    next.y += (next.height - frame.height) * kCentringWeight;
+    next.x += (next.width - frame.width) * weights.x;
+    next.y += (next.height - frame.height) * weights.y;
+    return repositioned(next, visibleArea);
+}
+
+} // namespace
+
+Frame zoomed(const Frame& frame, PointSize visibleArea, double factor) {
+    return zoomedByWeights(frame, visibleArea, factor, kCentringWeights);
+}
+
+Frame zoomedAbout(const Frame& frame, PointSize visibleArea, double factor, Point about) {
+    return zoomedByWeights(frame, visibleArea, factor, weightsAbout(frame, about));
+}
+
+Frame zoomedTo(const Frame& frame, PointSize visibleArea, double ratio, Point about) {
+    const double held = std::clamp(ratio, kSmallestZoom, kLargestZoom);
+    const Point weights = weightsAbout(frame, about);
+    Frame next{frame.x, frame.y, visibleArea.width * held, visibleArea.height * held};
+    next.x += (next.width - frame.width) * weights.x;
+    next.y += (next.height - frame.height) * weights.y;
     return repositioned(next, visibleArea);
 }
 
@@ -53,6 +78,10 @@ Frame panned(const Frame& frame, PointSize visibleArea, double deltaX, double de
     if (y >= visibleArea.height - frame.height && y <= 0)
         next.y = y;
     return next;
+}
+
+Frame moved(const Frame& frame, PointSize visibleArea, double deltaX, double deltaY) {
+    return repositioned({frame.x + deltaX, frame.y - deltaY, frame.width, frame.height}, visibleArea);
 }
 
 Frame resized(const Frame& frame, PointSize from, PointSize to) {

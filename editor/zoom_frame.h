@@ -17,6 +17,12 @@ inline constexpr double kLargestZoom = 10.0;
 /// The frame after a zoom step by `factor` about its centre, held within the limits and without a gap.
 Frame zoomed(const Frame& frame, PointSize visibleArea, double factor);
 
+/// The same about a point of the visible area: what it shows stays under it unless that would open a gap.
+Frame zoomedAbout(const Frame& frame, PointSize visibleArea, double factor, Point about);
+
+/// The frame at zoom ratio `ratio`, brought within the limits, about a point of the visible area.
+Frame zoomedTo(const Frame& frame, PointSize visibleArea, double ratio, Point about);
+
 /// The frame at zoom ratio 1, without a gap.
 Frame fitted(const Frame& frame, PointSize visibleArea);
 
@@ -27,6 +33,9 @@ Frame repositioned(const Frame& frame, PointSize visibleArea);
 /// The frame after a drag by (`deltaX`, `deltaY`), y downward. Each axis on its own: a step that would open a
 /// gap is dropped whole.
 Frame panned(const Frame& frame, PointSize visibleArea, double deltaX, double deltaY);
+
+/// The frame moved by (`deltaX`, `deltaY`), y downward, as far as no gap opens.
+Frame moved(const Frame& frame, PointSize visibleArea, double deltaX, double deltaY);
 
 /// The frame when the visible area changes its size: the same zoom ratio about the same centre, without a
 /// gap.

@@ -36,8 +36,16 @@ public:
     /// Shows another image; repaints what differs.
     void setImage(std::optional<Image> image);
 
+    /// Paints another image of the same size in place of its own until it is told none. `image` stays what it
+    /// is; an image of another size ends it.
+    void showInstead(std::optional<Image> image);
+    bool isShowingInstead() const { return m_instead.has_value(); }
+
     Frame frame() const { return m_frame; }
     void setFrame(const Frame& frame);
+
+    /// The scaling from pixels of the image, which there must be, to the widget's top-down coordinates.
+    QTransform pixelsToWidget() const;
 
     /// Decides about a drop; true when "DragPerformed" was posted. A drag without any list of types, or one
     /// that promises an address and has none, is fatal.
@@ -55,13 +63,14 @@ protected:
 private:
     Image inScreenColors(const Image& image);
     bool isAcceptedType(const std::string& extension) const;
-    /// The scaling from image pixels to the widget's top-down coordinates.
-    QTransform pixelsToWidget() const;
+    /// Takes up what is to be painted now in place of `before`.
+    void refresh(const std::optional<Image>& before);
 
     std::vector<std::string_view> m_acceptedTypes;
     Dialogs* m_dialogs = nullptr;
     std::optional<Image> m_image;
-    std::optional<Image> m_onScreen; // the image in the screen's colours
+    std::optional<Image> m_instead;
+    std::optional<Image> m_onScreen; // what is painted, in the screen's colours
     ColorProfile m_screenProfile;    // the profile that m_toScreen is for
     std::shared_ptr<const PixelTransform> m_toScreen;
     Frame m_frame;

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/stepper.h"
 
+#include "view/accessibility.h"
+
+#include <QAccessible>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -35,6 +38,7 @@ void drawArrow(QPainter& painter, const QRectF& area, int direction) {
 } // namespace
 
 Stepper::Stepper(QWidget* parent) : QWidget(parent) {
+    installAccessibility();
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     setAttribute(Qt::WA_Hover);
@@ -46,6 +50,8 @@ void Stepper::setIntegerValue(int value) {
         return;
     m_value = bounded;
     update();
+    QAccessibleValueChangeEvent changed(this, m_value);
+    QAccessible::updateAccessibility(&changed);
     Q_EMIT valueChanged(m_value);
 }
 
@@ -61,8 +67,12 @@ QSize Stepper::sizeHint() const {
 }
 
 void Stepper::step(int direction) {
+    setByUser(m_value + direction * m_increment);
+}
+
+void Stepper::setByUser(int value) {
     const int before = m_value;
-    setIntegerValue(m_value + direction * m_increment);
+    setIntegerValue(value);
     if (m_value != before)
         Q_EMIT triggered();
 }

@@ -16,6 +16,9 @@ public:
     /// Sets the value, brought into the bounds. Sends `valueChanged` but no `triggered`.
     void setIntegerValue(int value);
 
+    /// The same as a user's own change: sends `triggered` when the value is another one.
+    void setByUser(int value);
+
     int minimum() const { return m_minimum; }
     int maximum() const { return m_maximum; }
     void setRange(int minimum, int maximum);

@@ -56,7 +56,7 @@ std::vector<Box*> boxes(const MainWindow& window) {
 TEST(WindowLayout, NoBoxCoversAnother) {
     forEveryWindow([](MainWindow& window) {
         const std::vector<Box*> all = boxes(window);
-        ASSERT_EQ(all.size(), 11U);
+        ASSERT_EQ(all.size(), 12U);
         for (std::size_t i = 0; i < all.size(); ++i)
             for (std::size_t j = i + 1; j < all.size(); ++j)
                 EXPECT_FALSE(all[i]->geometry().intersects(all[j]->geometry()))
@@ -133,9 +133,10 @@ TEST(WindowLayout, EveryControlHasItsName) {
     std::vector<std::string> names;
     for (const QWidget* widget : window.findChildren<QWidget*>())
         names.push_back(widget->accessibleName().toStdString());
-    for (const char* name : {"Select image", "Reload image", "Save image", "Undo", "Redo", "Zoom in",
-                             "Zoom out", "Reset zoom", "Edit area size", "Threshold", "Autodetect Color",
-                             "Custom color", "Effect", "Photo", "Video tutorial"})
+    for (const char* name :
+         {"Select image", "Reload image", "Save image", "Undo", "Redo", "Zoom in", "Zoom out", "Reset zoom",
+          "Show the original", "Edit area size", "Edit area size in steps", "Pick a color from the photo",
+          "Threshold", "Autodetect Color", "Custom color", "Effect", "Photo", "Video tutorial"})
         EXPECT_THAT(names, testing::Contains(name).Times(1));
 }
 

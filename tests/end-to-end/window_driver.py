@@ -169,6 +169,25 @@ class Complexion:
             pass  # it went while it was looked at
         return None
 
+    def all_of(self, role):
+        """All controls of a role that are on the screen."""
+        return [accessible for accessible in self._all(self._application())
+                if accessible.get_role_name() == role and
+                accessible.get_state_set().contains(self.atspi.StateType.SHOWING)]
+
+    def focused_name(self):
+        """The accessible name of the control that has the focus; its label's where it shows a value as its name."""
+        try:
+            for accessible in self._all(self._application()):
+                if accessible.get_state_set().contains(self.atspi.StateType.FOCUSED):
+                    for relation in accessible.get_relation_set():
+                        if relation.get_relation_type() == self.atspi.RelationType.LABELLED_BY:
+                            return relation.get_target(0).get_name()
+                    return accessible.get_name()
+        except self._gone():
+            pass  # it went while it was looked at
+        return None
+
     def _gone(self):
         from gi.repository import GLib
         return GLib.Error
@@ -227,8 +246,9 @@ class Complexion:
         return rect.x, rect.y, rect.width, rect.height
 
     def photo_on_screen(self):
-        """The photo with what lies over it, as the screen shows it."""
+        """The photo with what lies over it but the edit disc, as the screen shows it: the pointer is taken away."""
         x, y, width, height = self.screen_area("Photo")
+        subprocess.run(["xdotool", "mousemove", str(x + width - 1), str(y - 8)], check=True)
         pixels = output_of("import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-",
                            text=False)
         return Image.frombytes("RGB", (width, height), pixels)
@@ -293,6 +313,17 @@ class Complexion:
         self.press(button)
         self.wait_until_gone(question)
 
+    def confirm(self, question):
+        """Answers with the button that the Return key presses: the first."""
+        self.wait_for(question)
+        self.keys("Return")
+        self.wait_until_gone(question)
+
+    def confirm_to_end(self, question):
+        self.wait_for(question)
+        self.keys("Return")
+        self._wait_for_end()
+
     def ask_to_close(self):
         """What the window's close button does, through the window manager."""
         subprocess.run(["wmctrl", "-i", "-c", self.window()], check=True)
@@ -301,6 +332,9 @@ class Complexion:
         """Answers a question with which the program ends; fails when it does not end well."""
         self.wait_for(question)
         self.press(button)
+        self._wait_for_end()
+
+    def _wait_for_end(self):
         status = self.process.wait(WAIT_SECONDS)
         if status != 0:
             raise AssertionError(f"the program has ended with {status}: {self.output.read_text()}")

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/held_command.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QKeyEvent>
+
+namespace complexion {
+
+HeldCommand::HeldCommand(QAction* action, QAbstractButton* button) : QObject(button), m_button(button) {
+    action->setAutoRepeat(false);
+    connect(button, &QAbstractButton::pressed, this, [this] { setHeld(true); });
+    connect(button, &QAbstractButton::released, this, [this] { setHeld(false); });
+    // The button triggers its action too, before it announces its release.
+    connect(action, &QAction::triggered, this, [this] { setHeld(true); });
+    // A button that is disabled while it is down announces no release.
+    connect(action, &QAction::enabledChanged, this, [this](bool isEnabled) {
+        if (!isEnabled)
+            setHeld(false);
+    });
+}
+
+void HeldCommand::setHeld(bool isHeld) {
+    if (m_isHeld == isHeld)
+        return;
+    m_isHeld = isHeld;
+    if (isHeld)
+        QCoreApplication::instance()->installEventFilter(this);
+    else
+        QCoreApplication::instance()->removeEventFilter(this);
+    Q_EMIT held(isHeld);
+}
+
+bool HeldCommand::eventFilter(QObject* watched, QEvent* event) {
+    // Which key of the layout stands for the shortcut is the toolkit's knowledge: the first one that is let
+    // go.
+    const bool isKeyUp =
+        event->type() == QEvent::KeyRelease && !static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    if ((isKeyUp && !m_button->isDown()) || event->type() == QEvent::ApplicationDeactivate ||
+        event->type() == QEvent::WindowDeactivate)
+        setHeld(false);
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace complexion

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/aim.h"
+
+#include "editor/outlet.h"
+#include "editor/picked_color.h"
+#include "editor/repair_words.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kRestMilliseconds = 350;
+constexpr double kRevealMargin = 48; // points around a place that the keys have moved to
+
+DiscLook lookOf(RepairOutcome outcome) {
+    switch (outcome) {
+    case RepairOutcome::NothingToRepair:
+        return DiscLook::Idle;
+    case RepairOutcome::NotUniform:
+        return DiscLook::Uneven;
+    case RepairOutcome::TooCloseToBorder:
+        return DiscLook::OverBorder;
+    case RepairOutcome::Repaired:
+        return DiscLook::Repairs;
+    default:
+        return DiscLook::Plain;
+    }
+}
+
+} // namespace
+
+Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent)
+    : QObject(parent), m_controller(controller), m_disc(disc), m_preview(queues) {
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(kRestMilliseconds);
+    connect(&m_rest, &QTimer::timeout, this, &Aim::showResult);
+    connect(&m_preview, &RepairPreview::answered, this, &Aim::showAnswer);
+    connect(&controller, &ViewController::stateChanged, this, &Aim::follow);
+    connect(&controller, &ViewController::settingsChanged, this, &Aim::refresh);
+    connect(&controller, &ViewController::repairFinished, this, &Aim::tellRepair);
+    connect(&reach(controller.imageView), &CustomImageView::frameChanged, this, &Aim::follow);
+}
+
+void Aim::pointAt(std::optional<Point> inRootView) {
+    m_pointer = inRootView;
+    m_hasKeys = m_hasKeys && !inRootView;
+    follow();
+}
+
+void Aim::follow() {
+    const PixelSize size = m_controller.originalImage().pixelSize();
+    const auto isInside = [size](PixelPosition place) {
+        return place.row >= 0 && place.row < size.height && place.column >= 0 && place.column < size.width;
+    };
+    std::optional<PixelPosition> place = m_hasKeys ? m_place : std::nullopt;
+    if (m_pointer && !m_hasKeys && m_controller.hasImage()) {
+        const PointSize image = m_controller.originalImage().size();
+        const Point point = imagePointAt(*m_pointer, image, reach(m_controller.imageView).frame());
+        if (point.x >= 0 && point.y > 0)
+            place = pixelAt(point, image);
+    }
+    setPlace(place && isInside(*place) ? place : std::nullopt);
+}
+
+void Aim::takeKeys() {
+    if (m_hasKeys || !m_controller.hasImage())
+        return;
+    std::optional<PixelPosition> place = m_place;
+    if (!place) {
+        const QSize area = reach(m_controller.view).size();
+        const PointSize image = m_controller.originalImage().size();
+        place = pixelAt(imagePointAt({area.width() / 2.0, area.height() / 2.0}, image,
+                                     reach(m_controller.imageView).frame()),
+                        image);
+    }
+    m_hasKeys = true;
+    setPlace(place);
+}
+
+void Aim::moveBy(int columns, int rows) {
+    takeKeys();
+    if (!m_place)
+        return;
+    const PixelSize size = m_controller.originalImage().pixelSize();
+    setPlace(PixelPosition{std::clamp<std::int64_t>(m_place->row + rows, 0, size.height - 1),
+                           std::clamp<std::int64_t>(m_place->column + columns, 0, size.width - 1)});
+    m_controller.Reveal(middleOfPlace(), kRevealMargin);
+}
+
+void Aim::act() {
+    takeKeys();
+    if (!m_place)
+        return;
+    if (m_isPicking)
+        Q_EMIT picked(colorAtPlace());
+    else
+        m_controller.BeginRetouch(middleOfPlace());
+}
+
+Point Aim::middleOfPlace() const {
+    return {static_cast<double>(m_place->column) + 0.5,
+            m_controller.originalImage().size().height - static_cast<double>(m_place->row) - 0.5};
+}
+
+Point Aim::shownPoint() const {
+    const QSize area = reach(m_controller.view).size();
+    if (!m_place)
+        return {area.width() / 2.0, area.height() / 2.0};
+    const QPointF shown = reach(m_controller.imageView)
+                              .pixelsToWidget()
+                              .map(QPointF(static_cast<double>(m_place->column) + 0.5,
+                                           static_cast<double>(m_place->row) + 0.5));
+    return {shown.x(), area.height() - shown.y()};
+}
+
+void Aim::setPlace(std::optional<PixelPosition> place) {
+    const bool isAnother = place != m_place;
+    m_place = place;
+    refresh();
+    if (isAnother)
+        Q_EMIT placeChanged();
+}
+
+void Aim::setPreviewing(bool on) {
+    m_isPreviewing = on;
+    refresh();
+}
+
+void Aim::setPicking(bool on) {
+    m_isPicking = on;
+    refresh();
+}
+
+void Aim::refresh() {
+    if (!m_disc)
+        return;
+    const bool isShown = m_place && !m_controller.isShowingSource();
+    m_disc->setPlace(isShown ? m_place : std::nullopt,
+                     static_cast<double>(m_controller.currentRepair().radius));
+    m_disc->setSwatch(isShown && m_isPicking ? std::optional(colorAtPlace()) : std::nullopt);
+    if (isShown && m_isPreviewing && !m_isPicking)
+        m_preview.ask(RepairPreview::Question{m_controller.originalImage(), m_controller.currentRepair(),
+                                              middleOfPlace()});
+    else
+        m_preview.ask(std::nullopt);
+    if (m_preview.answer())
+        return;
+    hideResult();
+    m_disc->setLook(DiscLook::Plain);
+    m_disc->setOutlined({});
+}
+
+void Aim::showAnswer() {
+    if (!m_disc)
+        return;
+    const RepairReport& report = *m_preview.answer();
+    m_disc->setLook(lookOf(report.outcome));
+    m_disc->setOutlined(report.repainted);
+    m_rest.start();
+}
+
+void Aim::showResult() {
+    const RepairReport* report = m_preview.answer();
+    if (!report)
+        return;
+    if (m_hasKeys)
+        Q_EMIT told(tr("Column %1, row %2. %3")
+                        .arg(m_place->column + 1)
+                        .arg(m_place->row + 1)
+                        .arg(describe(*report, /*isDone*/ false)));
+    if (report->outcome != RepairOutcome::Repaired)
+        return;
+    m_isResultShown = true;
+    reach(m_controller.imageView).showInstead(m_controller.throughEffect(*report->result));
+    m_disc->setOutlined({});
+}
+
+void Aim::hideResult() {
+    m_rest.stop();
+    if (!std::exchange(m_isResultShown, false) || m_controller.isShowingSource())
+        return;
+    reach(m_controller.imageView).showInstead(std::nullopt);
+}
+
+void Aim::tellRepair(const RepairReport& report) {
+    Q_EMIT told(describe(report, /*isDone*/ true));
+}
+
+QColor Aim::colorAtPlace() const {
+    const double pixelsPerPoint = 1 / reach(m_controller.imageView).pixelsToWidget().m11();
+    return pickedColor(m_controller.originalImage(), *m_place, pixelsPerPoint);
+}
+
+} // namespace complexion

@@ -1,0 +1,322 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/connections.h"
+#include "editor/aim.h"
+#include "editor/picked_color.h"
+#include "imaging/image_tools.h"
+#include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/fake_platform.h"
+#include "tests/fakes/manual_queues.h"
+#include "tests/fakes/pictures.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QTest>
+#include <QToolButton>
+#include <QWheelEvent>
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+
+namespace complexion {
+namespace {
+
+/// The whole window with a photo, worked by hand.
+class Hand : public testing::Test {
+protected:
+    Hand() {
+        connectWindow(window, *controller, dialogs);
+        window.resize(1000, 700);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        const std::filesystem::path path = platform.photos() / "face.png";
+        EXPECT_TRUE(ImageTools::SaveImage(skinWithBlemishes({200, 140}, {{70, 100}}), path, "png"));
+        controller->OpenFile(path);
+        photo().setFocus();
+    }
+    ~Hand() override {
+        controller->windowWillClose();
+        queues.clear();
+    }
+
+    CustomImageView& photo() { return *window.rootView().imageView(); }
+    SettingsBar& bar() { return *window.contents().boxEditSettings; }
+    EditDisc& disc() { return window.editDisc(); }
+    QPoint middle() { return photo().rect().center(); }
+    double zoom() { return photo().frame().width / photo().width(); }
+
+    void turnWheel(int notches, Qt::KeyboardModifiers modifiers = {}, QPoint at = {400, 200},
+                   bool sideways = false) {
+        const QPoint angle = sideways ? QPoint(120 * notches, 0) : QPoint(0, 120 * notches);
+        QWheelEvent event(at, photo().mapToGlobal(at), {}, angle, Qt::NoButton, modifiers, Qt::NoScrollPhase,
+                          false);
+        QApplication::sendEvent(&photo(), &event);
+    }
+    void pinch(double value, QPoint at = {400, 200}) {
+        QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, at, at,
+                                  photo().mapToGlobal(at), value, {});
+        QApplication::sendEvent(&photo(), &event);
+    }
+    void drag(Qt::MouseButton button, QPoint by) {
+        QTest::mousePress(&photo(), button, {}, middle());
+        QTest::mouseMove(&photo(), middle() + by);
+        QMouseEvent move(QEvent::MouseMove, middle() + by, photo().mapToGlobal(middle() + by), Qt::NoButton,
+                         button, {});
+        QApplication::sendEvent(&photo(), &move);
+        QTest::mouseRelease(&photo(), button, {}, middle() + by);
+    }
+    void point(QPoint at) {
+        QMouseEvent move(QEvent::MouseMove, at, photo().mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(&photo(), &move);
+    }
+
+    FakePlatform platform;
+    FakeDialogs dialogs;
+    ManualQueues queues;
+    MainWindow window;
+    std::shared_ptr<ViewController> controller =
+        std::make_shared<ViewController>(&window.rootView(), dialogs, platform, queues);
+};
+
+TEST_F(Hand, TheDiscStandsForThePointerOverThePhoto) {
+    point(middle());
+    EXPECT_TRUE(disc().place().has_value());
+    EXPECT_EQ(photo().cursor().shape(), Qt::BlankCursor);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&photo(), &leave);
+    EXPECT_FALSE(disc().place().has_value());
+    EXPECT_EQ(photo().cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(Hand, TheWheelZoomsAboutThePointer) {
+    const QPoint at(300, 180);
+    const QPointF before = photo().pixelsToWidget().inverted().map(QPointF(at));
+    turnWheel(4, {}, at);
+    EXPECT_NEAR(zoom(), std::pow(1.1, 4), 1e-9);
+    const QPointF after = photo().pixelsToWidget().inverted().map(QPointF(at));
+    EXPECT_NEAR(after.x(), before.x(), 1e-6);
+    EXPECT_NEAR(after.y(), before.y(), 1e-6);
+    turnWheel(-4, {}, at);
+    EXPECT_NEAR(zoom(), std::max(1.0, std::pow(1.1 * 0.9, 4)), 1e-9);
+}
+
+TEST_F(Hand, APinchZoomsInTheSameSteps) {
+    pinch(0.06);
+    EXPECT_EQ(zoom(), 1);
+    pinch(0.06);
+    EXPECT_NEAR(zoom(), 1.1, 1e-9);
+    pinch(-0.15);
+    EXPECT_NEAR(zoom(), 1, 1e-9); // 0.99 is below the limit
+}
+
+TEST_F(Hand, ShiftAndTheWheelChangeTheSizeCtrlAndTheWheelTheThreshold) {
+    turnWheel(2, Qt::ShiftModifier);
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 12);
+    turnWheel(-1, Qt::ShiftModifier, {400, 200}, /*sideways*/ true);
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("11"));
+    turnWheel(3, Qt::ControlModifier);
+    EXPECT_EQ(bar().sliderThreshold->floatValue(), 13);
+    EXPECT_EQ(zoom(), 1);
+}
+
+TEST_F(Hand, BracketsAndPageKeysChangeTheSize) {
+    QTest::keyClick(&photo(), Qt::Key_BracketRight);
+    QTest::keyClick(&photo(), Qt::Key_PageUp);
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 12);
+    QTest::keyClick(&photo(), Qt::Key_BracketLeft);
+    QTest::keyClick(&photo(), Qt::Key_PageDown);
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
+}
+
+TEST_F(Hand, ZoomKeysZoom) {
+    QTest::keyClick(&photo(), Qt::Key_Plus, Qt::ControlModifier);
+    QTest::keyClick(&photo(), Qt::Key_Plus, Qt::ControlModifier | Qt::KeypadModifier);
+    EXPECT_NEAR(zoom(), 1.21, 1e-9);
+    QTest::keyClick(&photo(), Qt::Key_Minus, Qt::ControlModifier);
+    EXPECT_NEAR(zoom(), 1.21 * 0.9, 1e-9);
+    QTest::keyClick(&photo(), Qt::Key_0, Qt::ControlModifier);
+    EXPECT_EQ(zoom(), 1);
+}
+
+TEST_F(Hand, TheMiddleButtonMovesThePhotoAndNeverClicks) {
+    turnWheel(8);
+    const Frame before = photo().frame();
+    drag(Qt::MiddleButton, {-20, 10});
+    EXPECT_EQ(photo().frame(), (Frame{before.x - 20, before.y - 10, before.width, before.height}));
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 0);
+}
+
+TEST_F(Hand, TheSpaceBarMakesTheLeftButtonMoveThePhotoAndNeverClick) {
+    turnWheel(8);
+    QTest::keyPress(&photo(), Qt::Key_Space);
+    EXPECT_EQ(photo().cursor().shape(), Qt::OpenHandCursor);
+    EXPECT_FALSE(disc().place().has_value());
+    const Frame before = photo().frame();
+    drag(Qt::LeftButton, {-20, 10});
+    EXPECT_EQ(photo().frame(), (Frame{before.x - 20, before.y - 10, before.width, before.height}));
+    drag(Qt::LeftButton, {0, 0}); // as short as a click
+    QTest::keyRelease(&photo(), Qt::Key_Space);
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 0);
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+}
+
+TEST_F(Hand, ArrowKeysMoveTheDiscAndEnterRepairs) {
+    QTest::keyClick(&photo(), Qt::Key_Right);
+    const PixelPosition start = *disc().place();
+    QTest::keyClick(&photo(), Qt::Key_Right, Qt::ShiftModifier);
+    QTest::keyClick(&photo(), Qt::Key_Up);
+    EXPECT_EQ(disc().place(), (PixelPosition{start.row - 1, start.column + 10}));
+    QTest::keyClick(&photo(), Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_EQ(disc().place()->column, start.column + 10 - 100);
+    QTest::keyClick(&photo(), Qt::Key_Return);
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+}
+
+TEST_F(Hand, EnterOnAButtonDoesNotRepair) {
+    auto* const button = window.contents().boxZoomIn->findChild<QToolButton*>();
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Return);
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 0);
+}
+
+TEST_F(Hand, TheOriginalIsSeenWhileTheKeyIsHeld) {
+    QTest::keyPress(&photo(), Qt::Key_B);
+    EXPECT_TRUE(controller->isShowingSource());
+    QTest::keyRelease(&photo(), Qt::Key_B);
+    EXPECT_FALSE(controller->isShowingSource());
+}
+
+TEST_F(Hand, TheOriginalIsSeenWhileTheButtonIsHeld) {
+    auto* const button = window.contents().boxCompare->findChild<QToolButton*>();
+    QTest::mousePress(button, Qt::LeftButton);
+    EXPECT_TRUE(controller->isShowingSource());
+    QTest::mouseRelease(button, Qt::LeftButton);
+    EXPECT_FALSE(controller->isShowingSource());
+    button->setFocus();
+    QTest::keyPress(button, Qt::Key_Space);
+    EXPECT_TRUE(controller->isShowingSource());
+    QTest::keyRelease(button, Qt::Key_Space);
+    EXPECT_FALSE(controller->isShowingSource());
+}
+
+TEST_F(Hand, ThePipetteTakesTheColorAndRepairsNothing) {
+    bar().checkAutodetectColor->setChecked(false);
+    bar().pipette->click();
+    EXPECT_TRUE(photo().hasFocus());
+    point(middle());
+    const QColor there = pickedColor(controller->originalImage(), *disc().place(), 0.2);
+    EXPECT_NE(there, bar().colorWellCustomColor->color());
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(bar().colorWellCustomColor->color(), there);
+    EXPECT_EQ(controller->currenState, 0);
+    EXPECT_FALSE(bar().pipette->isChecked());
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+}
+
+TEST_F(Hand, ThePipetteIsPutBackByEscape) {
+    bar().checkAutodetectColor->setChecked(false);
+    const QColor before = bar().colorWellCustomColor->color();
+    bar().pipette->click();
+    QTest::keyClick(&photo(), Qt::Key_Escape);
+    EXPECT_FALSE(bar().pipette->isChecked());
+    EXPECT_EQ(bar().colorWellCustomColor->color(), before);
+}
+
+TEST_F(Hand, ThePipetteIsOfferedWithAPhotoAndACustomColor) {
+    EXPECT_FALSE(bar().pipette->isEnabled());
+    bar().checkAutodetectColor->setChecked(false);
+    EXPECT_TRUE(bar().pipette->isEnabled());
+    bar().pipette->click();
+    bar().checkAutodetectColor->setChecked(true);
+    EXPECT_FALSE(bar().pipette->isChecked());
+}
+
+TEST_F(Hand, TheViewMenuTurnsThePreviewOff) {
+    EXPECT_TRUE(window.actions().showPreview->isChecked());
+    window.actions().showPreview->trigger();
+    point(middle());
+    queues.runAll();
+    EXPECT_EQ(disc().look(), DiscLook::Plain);
+    window.actions().showPreview->trigger();
+    queues.runAll();
+    EXPECT_EQ(disc().look(), DiscLook::Repairs);
+}
+
+// For the keyboard and assistive technology.
+
+TEST_F(Hand, TabGoesFromThePhotoThroughTheButtonsToTheSettings) {
+    bar().checkAutodetectColor->setChecked(false);
+    std::vector<std::string> names;
+    for (int i = 0; i < 14; ++i) {
+        names.push_back(window.focusWidget()->accessibleName().toStdString());
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_THAT(names, testing::ElementsAre("Photo", "Select image", "Reload image", "Save image", "Zoom in",
+                                            "Zoom out", "Reset zoom", "Show the original", "Edit area size",
+                                            "Threshold", "Autodetect Color", "Custom color",
+                                            "Pick a color from the photo", "Effect"));
+    EXPECT_TRUE(photo().hasFocus());
+}
+
+TEST_F(Hand, AnUndoThatWasTheLastOneGivesTheFocusToThePhoto) {
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    auto* const undo = window.contents().boxUndo->findChild<QToolButton*>();
+    undo->setFocus();
+    QTest::keyClick(undo, Qt::Key_Space);
+    EXPECT_EQ(controller->currenState, 0);
+    EXPECT_TRUE(photo().hasFocus()); // not the redo button, which the same key would press
+}
+
+TEST_F(Hand, ARepairLeavesTheFocusOnTheUndoButton) {
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    auto* const undo = window.contents().boxUndo->findChild<QToolButton*>();
+    undo->setFocus();
+    QTest::mouseClick(&window.rootView(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 2);
+    EXPECT_TRUE(undo->hasFocus());
+}
+
+TEST_F(Hand, WhatARepairDidIsTold) {
+    QTest::keyClick(&photo(), Qt::Key_Right);
+    QTest::keyClick(&photo(), Qt::Key_Return);
+    queues.runAll();
+    EXPECT_THAT(photo().accessibleDescription().toStdString(), testing::StartsWith("Repaired "));
+    QTest::keyClick(&photo(), Qt::Key_Return);
+    queues.runAll();
+    EXPECT_EQ(photo().accessibleDescription(), QStringLiteral("Nothing to repair here."));
+}
+
+TEST_F(Hand, PressingThePhotoByAssistiveTechnologyRepairsAtTheDisc) {
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&photo());
+    ASSERT_NE(interface, nullptr);
+    EXPECT_EQ(interface->text(QAccessible::Name), QStringLiteral("Photo"));
+    interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+}
+
+TEST_F(Hand, TheStepperIsANumberForAssistiveTechnology) {
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(bar().stepperEditAreaSize);
+    ASSERT_NE(interface, nullptr);
+    EXPECT_EQ(interface->role(), QAccessible::SpinBox);
+    ASSERT_NE(interface->valueInterface(), nullptr);
+    EXPECT_EQ(interface->valueInterface()->currentValue().toInt(), 10);
+    EXPECT_EQ(interface->valueInterface()->maximumValue().toInt(), 500);
+    interface->valueInterface()->setCurrentValue(25);
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("25"));
+}
+
+} // namespace
+} // namespace complexion

@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/aim.h"
+
+#include "tests/editor/editor_fixture.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+
+namespace complexion {
+namespace {
+
+class AimTest : public EditorTest {
+protected:
+    void SetUp() override {
+        EditorTest::SetUp();
+        disc = new EditDisc(imageView);
+        aim = std::make_unique<Aim>(*controller, disc, queues);
+        QObject::connect(aim.get(), &Aim::told, aim.get(), [this](const QString& what) { told << what; });
+        QObject::connect(aim.get(), &Aim::picked, aim.get(), [this](const QColor& color) { picked = color; });
+    }
+
+    void open() { openThroughPanel(makePhoto()); }
+
+    void pointAtPixel(PixelPosition position) {
+        aim->pointAt(shownAt(position));
+        queues.runAll();
+    }
+
+    /// Until the hand has rested long enough.
+    void rest(const std::function<bool()>& isThere) {
+        QElapsedTimer timer;
+        timer.start();
+        while (!isThere() && timer.elapsed() < 5000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        EXPECT_TRUE(isThere());
+    }
+    void restForResult() {
+        rest([this] { return imageView->isShowingInstead(); });
+    }
+
+    EditDisc* disc = nullptr;
+    std::unique_ptr<Aim> aim;
+    QStringList told;
+    QColor picked;
+};
+
+TEST_F(AimTest, TheDiscFollowsTheMouseOverThePhoto) {
+    aim->pointAt(Point{200, 150});
+    EXPECT_FALSE(disc->place().has_value()); // no photo yet
+    open();
+    EXPECT_EQ(disc->place(), (PixelPosition{30, 40}));
+    aim->pointAt(shownAt({12, 34}));
+    EXPECT_EQ(disc->place(), (PixelPosition{12, 34}));
+    aim->pointAt(std::nullopt);
+    EXPECT_FALSE(disc->place().has_value());
+}
+
+TEST_F(AimTest, BesideThePhotoThereIsNoDisc) {
+    openThroughPanel(makePhoto("narrow.png", filled({60, 120}, kSkin)));
+    aim->pointAt(Point{10, 150});
+    EXPECT_FALSE(aim->place().has_value());
+    aim->pointAt(Point{390, 150});
+    EXPECT_FALSE(aim->place().has_value());
+    aim->pointAt(Point{200, 150});
+    EXPECT_TRUE(aim->place().has_value());
+}
+
+TEST_F(AimTest, TheDiscHasTheEditAreaSizeAsItsRadiusAndFollowsItsChanges) {
+    open();
+    aim->pointAt(shownAt({30, 40}));
+    EXPECT_EQ(disc->shownRadius(), 50); // ten pixels of five points
+    controller->StepEditAreaSize(2);
+    EXPECT_EQ(disc->shownRadius(), 60);
+    EXPECT_EQ(controller->textFieldEditAreaSize->text(), QStringLiteral("12"));
+}
+
+TEST_F(AimTest, TheSameMousePlaceIsAnotherPixelAfterAZoom) {
+    open();
+    const Point mouse{100, 100};
+    aim->pointAt(mouse);
+    const auto before = aim->place();
+    controller->ZoomAbout({400, 300}, 5);
+    EXPECT_NE(aim->place(), before);
+    const Point point = imagePointAt(mouse, controller->originalImage().size(), imageView->frame());
+    EXPECT_EQ(aim->place(), pixelAt(point, controller->originalImage().size()));
+}
+
+TEST_F(AimTest, ThePreviewIsWhatTheClickThenDoes) {
+    open();
+    pointAtPixel(blemishes()[0]);
+    EXPECT_EQ(disc->look(), DiscLook::Repairs);
+    const PixelMask outlined = disc->outlined();
+    EXPECT_GT(outlined.count(), 0);
+    const Image before = controller->originalImage();
+    restForResult();
+    EXPECT_TRUE(controller->originalImage().isSameObject(before));
+    EXPECT_TRUE(shown().isSameObject(before));
+
+    clickPixel(blemishes()[0]);
+    queues.runAll();
+    EXPECT_EQ(changedPixels(before, controller->originalImage()), outlined);
+}
+
+TEST_F(AimTest, EveryRefusalIsSeenBeforehand) {
+    const Image photo = painted(kPhotoSize, [](int row, int column) {
+        return row < 30 ? kSkin : column < 40 ? grey(40) : grey(120);
+    });
+    openThroughPanel(makePhoto("edges.png", photo));
+    pointAtPixel({15, 40});
+    EXPECT_EQ(disc->look(), DiscLook::Idle);
+    pointAtPixel({5, 40});
+    EXPECT_EQ(disc->look(), DiscLook::OverBorder);
+    pointAtPixel({45, 40});
+    EXPECT_EQ(disc->look(), DiscLook::Uneven);
+}
+
+TEST_F(AimTest, ASettingChangesThePreviewAtOnce) {
+    open();
+    pointAtPixel(blemishes()[0]);
+    EXPECT_EQ(disc->look(), DiscLook::Repairs);
+    controller->sliderThreshold->setFloatValue(100);
+    EXPECT_EQ(disc->look(), DiscLook::Plain); // not known yet
+    EXPECT_EQ(disc->outlined(), PixelMask{});
+    queues.runAll();
+    EXPECT_EQ(disc->look(), DiscLook::Repairs); // the disc's mean lies between spot and skin
+    controller->stepperEditAreaSize->setIntegerValue(2);
+    queues.runAll();
+    EXPECT_EQ(disc->look(), DiscLook::Idle);
+}
+
+TEST_F(AimTest, MovingOnTakesTheResultAway) {
+    open();
+    pointAtPixel(blemishes()[0]);
+    restForResult();
+    aim->pointAt(shownAt({30, 40}));
+    EXPECT_FALSE(imageView->isShowingInstead());
+}
+
+TEST_F(AimTest, AResultThatComesTooLateIsNotShown) {
+    open();
+    aim->pointAt(shownAt(blemishes()[0]));
+    queues.runBackground();
+    aim->pointAt(shownAt({55, 70}));
+    queues.runMain();
+    EXPECT_EQ(disc->look(), DiscLook::Plain);
+    EXPECT_EQ(disc->outlined(), PixelMask{});
+}
+
+TEST_F(AimTest, AfterTheClickThereIsNothingLeftToRepair) {
+    open();
+    pointAtPixel(blemishes()[0]);
+    restForResult();
+    clickPixel(blemishes()[0]);
+    queues.runAll();
+    EXPECT_FALSE(imageView->isShowingInstead());
+    EXPECT_EQ(disc->look(), DiscLook::Idle);
+    EXPECT_EQ(told.back(), QStringLiteral("Repaired 29 pixels."));
+}
+
+TEST_F(AimTest, ThePreviewCanBeTurnedOff) {
+    open();
+    aim->setPreviewing(false);
+    pointAtPixel(blemishes()[0]);
+    EXPECT_EQ(queues.backgroundCount(), 0U);
+    EXPECT_TRUE(disc->place().has_value());
+    EXPECT_EQ(disc->look(), DiscLook::Plain);
+    aim->setPreviewing(true);
+    queues.runAll();
+    EXPECT_EQ(disc->look(), DiscLook::Repairs);
+}
+
+TEST_F(AimTest, ThePreviewIsShownThroughTheEffect) {
+    open();
+    selectEffect(5);
+    const Image before = shown();
+    pointAtPixel(blemishes()[0]);
+    restForResult();
+    clickPixel(blemishes()[0]);
+    queues.runAll();
+    EXPECT_FALSE(samePixels(shown(), before));
+}
+
+// By the keys.
+
+TEST_F(AimTest, TheKeysMoveTheDiscFromTheMiddleOfWhatIsSeen) {
+    open();
+    aim->moveBy(0, 0);
+    EXPECT_EQ(aim->place(), (PixelPosition{30, 40}));
+    aim->moveBy(3, -2);
+    EXPECT_EQ(aim->place(), (PixelPosition{28, 43}));
+    aim->moveBy(-1000, 1000);
+    EXPECT_EQ(aim->place(), (PixelPosition{59, 0}));
+    aim->pointAt(shownAt({12, 34}));
+    EXPECT_EQ(aim->place(), (PixelPosition{12, 34}));
+    aim->moveBy(1, 0);
+    EXPECT_EQ(aim->place(), (PixelPosition{12, 35}));
+}
+
+TEST_F(AimTest, TheKeysDoNothingWithoutAPhoto) {
+    aim->moveBy(1, 1);
+    aim->act();
+    EXPECT_FALSE(aim->place().has_value());
+    EXPECT_EQ(queues.backgroundCount(), 0U);
+}
+
+TEST_F(AimTest, ThePhotoComesAlongWithTheDisc) {
+    open();
+    for (int i = 0; i < 10; ++i)
+        controller->OnZoomIn(nullptr);
+    aim->moveBy(0, 0);
+    aim->moveBy(39, 29);
+    const Point there = shownAt(*aim->place());
+    EXPECT_GT(there.x, 0);
+    EXPECT_LT(there.x, kRootSize.width);
+    EXPECT_GT(there.y, 0);
+    EXPECT_LT(there.y, kRootSize.height);
+}
+
+TEST_F(AimTest, ActingRepairsWhereTheDiscIsAndTellsOfIt) {
+    open();
+    aim->moveBy(0, 0);
+    aim->moveBy(static_cast<int>(blemishes()[0].column) - 40, static_cast<int>(blemishes()[0].row) - 30);
+    queues.runAll();
+    rest([this] { return !told.empty(); });
+    EXPECT_EQ(told.back(), QStringLiteral("Column 21, row 21. 29 pixels would be repaired."));
+    aim->act();
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+    EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
+    EXPECT_EQ(told.back(), QStringLiteral("Repaired 29 pixels."));
+    aim->act();
+    queues.runAll();
+    EXPECT_EQ(told.back(), QStringLiteral("Nothing to repair here."));
+}
+
+TEST_F(AimTest, ActingWhileARepairIsComputedIsForgotten) {
+    open();
+    aim->moveBy(0, 0);
+    queues.runAll();
+    aim->act();
+    queues.runBackground();
+    EXPECT_TRUE(controller->imageProcessing);
+    aim->act();
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+}
+
+// Picking a colour.
+
+TEST_F(AimTest, WhilePickingActingGivesTheColorAndRepairsNothing) {
+    openThroughPanel(makePhoto("plain.png", filled(kPhotoSize, {200, 150, 100, 255})));
+    aim->setPicking(true);
+    pointAtPixel({30, 40});
+    aim->act();
+    queues.runAll();
+    EXPECT_EQ(picked, QColor(200, 150, 100));
+    EXPECT_EQ(controller->currenState, 0);
+    EXPECT_EQ(disc->look(), DiscLook::Plain);
+}
+
+// Before and after.
+
+TEST_F(AimTest, TheOriginalHidesTheDiscAndItsPreview) {
+    open();
+    pointAtPixel(blemishes()[0]);
+    restForResult();
+    controller->ShowSource(true);
+    EXPECT_FALSE(disc->place().has_value());
+    EXPECT_TRUE(imageView->isShowingInstead());
+    controller->ShowSource(false);
+    EXPECT_FALSE(imageView->isShowingInstead());
+    EXPECT_TRUE(disc->place().has_value());
+}
+
+} // namespace
+} // namespace complexion

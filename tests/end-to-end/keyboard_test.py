@@ -1,0 +1,127 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The main job by the keyboard and the accessibility bus alone, without a mouse: as someone works who does not see the
+pointer, or cannot hold it."""
+
+import re
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, wait_until
+
+SIZE = (1200, 1500)
+BLEMISH = (548, 418)
+RADIUS = 10  # the edit area that the window starts with
+PLACE = re.compile(r"Column (\d+), row (\d+)\. (.*)")
+
+
+class KeyboardTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
+
+    def setUp(self):
+        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
+        self.photo = self.photos / "face.png"
+        subprocess.run([BUILD / "tools/sample_portrait", self.photo], check=True)
+        # The pointer rests outside of the window's photo, on the screen's last pixel.
+        subprocess.run(["xdotool", "mousemove", "1279", "799"], check=True)
+        self.program = self.enterContext(Complexion(self.desktop))
+
+    def focused(self):
+        return self.program.focused_name()
+
+    def tab_to(self, name):
+        """Presses Tab until a control has the focus; fails when the way comes round without it."""
+        seen = []
+        while (now := self.focused()) != name:
+            self.assertLess(len(seen), 40, f"Tab does not come to “{name}”, only to {seen}")
+            seen.append(now)
+            self.program.keys("Tab")
+            wait_until(lambda: self.focused() != now, f"the focus to leave “{now}”")
+
+    def told(self):
+        return self.program.wait_for("Photo").get_description()
+
+    def place(self):
+        """Where the disc is and what a click would do, as the photo tells it."""
+        match = wait_until(lambda: PLACE.fullmatch(self.told()), "the place to be told")
+        return int(match[1]) - 1, int(match[2]) - 1, match[3]
+
+    def move_disc_to(self, column, row):
+        """In steps of a hundred, ten and one pixels, as hands do it."""
+        self.program.keys("Right")
+        at = self.place()[:2]
+        for axis, target, forth, back in ((0, column, "Right", "Left"), (1, row, "Down", "Up")):
+            distance = target - at[axis]
+            key = forth if distance > 0 else back
+            for size, modifier in ((100, "ctrl+"), (10, "shift+"), (1, "")):
+                count, distance = divmod(abs(distance), size)
+                if count:
+                    self.program.keys(*[modifier + key] * count)
+        wait_until(lambda: self.place()[:2] == (column, row), f"the disc to come to {column}, {row}")
+
+    def test_a_blemish_is_repaired_and_the_result_saved_without_a_mouse(self):
+        # The photo is opened through the panel.
+        self.program.start()
+        self.program.keys("ctrl+o")
+        self.program.wait_for("Select image", "dialog")
+        wait_until(lambda: "name" in (self.focused() or ""), "the panel's field")
+        self.program.type(str(self.photo))
+        self.program.keys("Return")
+        self.program.wait_for_photo()
+
+        # A setting is set by its name and its keys.
+        self.tab_to("Threshold")
+        threshold = self.program.wait_for("Threshold", "slider")
+        self.program.keys("Right", "Right")
+        wait_until(lambda: threshold.get_value_iface().get_current_value() == 120, "the threshold to be 12")
+        self.assertEqual(self.program.wait_for("Edit area size in steps").get_value_iface().get_current_value(), RADIUS)
+
+        # The disc is brought to the blemish; the photo tells what would happen there, and then what has.
+        self.tab_to("Photo")
+        self.move_disc_to(*BLEMISH)
+        self.assertRegex(self.place()[2], r"\d+ pixels would be repaired\.")
+        self.program.keys("Return")
+        wait_until(lambda: re.fullmatch(r"Repaired \d+ pixels\.", self.told()), "the repair to be told")
+        self.assertEqual(len(self.program.state_images()), 2)
+
+        # Undone and done again by the buttons' own names.
+        self.tab_to("Undo")
+        self.program.keys("space")
+        wait_until(lambda: self.program.is_enabled("Redo"), "the undo")
+        self.assertEqual(self.focused(), "Photo")
+        self.tab_to("Redo")
+        self.program.keys("space")
+        wait_until(lambda: self.program.is_enabled("Undo"), "the redo")
+
+        self.program.start_saving()
+        self.program.confirm("Image saved successfully.")
+        saved = self.photos / "face_retouched.png"
+        check_only_discs_changed(self.photo, saved, [BLEMISH], RADIUS)
+        self.program.ask_to_close()
+        self.program.confirm_to_end("All unsaved changes will be lost. Are you sure you want to exit the "
+                                    "application?")
+
+    def test_the_photo_can_be_pressed_over_the_accessibility_bus(self):
+        self.program.start(self.photo)
+        photo = self.program.wait_for("Photo").get_action_iface()
+        names = [photo.get_action_name(index) for index in range(photo.get_n_actions())]
+        photo.do_action(names.index("Press"))
+        wait_until(lambda: len(self.program.state_images()) == 2, "the repair to be recorded")
+
+    def test_every_control_has_a_name_for_who_hears_it(self):
+        self.program.start(self.photo)
+        for role in ("push button", "toggle button", "check box", "slider", "spin button", "text", "canvas"):
+            for control in self.program.all_of(role):
+                self.assertTrue(control.get_name(), f"a {role} without a name")
+        effect = self.program.wait_for(None, "combo box")
+        labels = [relation.get_target(0).get_name() for relation in effect.get_relation_set()
+                  if relation.get_relation_type() == self.program.atspi.RelationType.LABELLED_BY]
+        self.assertEqual(labels, ["Effect"])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

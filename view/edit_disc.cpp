@@ -1,0 +1,242 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "view/edit_disc.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+// Lengths in points.
+constexpr double kLine = 1.5;       // the width of each of the two lines
+constexpr double kDashPeriod = 6;   // of a dotted ring, about
+constexpr double kDashShare = 0.45; // of the period that is drawn
+constexpr double kTinyRadius = 6;   // below, a crosshair shows the place
+constexpr double kCrosshairGap = 4; // from the ring
+constexpr double kCrosshairLength = 7;
+constexpr double kMarkedRadius = 32; // from here on the centre is marked
+constexpr double kCentreMark = 3;    // half its length
+constexpr double kFocusLine = 2;
+constexpr double kSwatchRadius = 19;
+constexpr double kSwatchWidth = 10;
+constexpr double kSmallestOutlined = 7; // a disc with a smaller radius has no room for outlines
+constexpr int kMargin = 4;              // around all of it, for soft edges
+
+constexpr QRgb kDark = 0xD0101012;
+constexpr QRgb kOutlineDark = 0x80101012;
+constexpr QRgb kWhite = 0xFFFFFFFF;
+
+/// A stroke of two lines: dark below and on both sides, light above.
+void strokeLine(QPainter& painter, const QLineF& line, const QColor& light) {
+    painter.setPen(QPen(QColor::fromRgba(kDark), 3 * kLine, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(line);
+    painter.setPen(QPen(light, kLine, Qt::SolidLine, Qt::RoundCap));
+    painter.drawLine(line);
+}
+
+/// A pen that draws a circle of `radius` in dashes that close without a seam.
+QPen dashedPen(const QColor& color, double radius) {
+    const double length = 2 * std::numbers::pi * radius;
+    const double period = length / std::max(8.0, 2 * std::round(length / kDashPeriod / 2)) / kLine;
+    QPen pen(color, kLine, Qt::CustomDashLine, Qt::FlatCap);
+    pen.setDashPattern({period * kDashShare, period * (1 - kDashShare)});
+    return pen;
+}
+
+void strokeCrosshair(QPainter& painter, QPointF centre, double radius, const QColor& light) {
+    const double from = radius + kCrosshairGap;
+    for (const QPointF direction : {QPointF(1, 0), QPointF(-1, 0), QPointF(0, 1), QPointF(0, -1)})
+        strokeLine(painter, {centre + direction * from, centre + direction * (from + kCrosshairLength)},
+                   light);
+}
+
+QRect around(QPointF centre, double reach) {
+    return QRectF(centre.x() - reach, centre.y() - reach, 2 * reach, 2 * reach)
+        .toAlignedRect()
+        .adjusted(-kMargin, -kMargin, kMargin, kMargin);
+}
+
+} // namespace
+
+EditDisc::EditDisc(CustomImageView* view) : QWidget(view), m_view(view) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setGeometry(view->rect());
+    view->installEventFilter(this);
+    connect(view, &CustomImageView::frameChanged, this, [this] {
+        updateOutline();
+        refresh();
+    });
+}
+
+bool EditDisc::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Resize)
+        setGeometry(m_view->rect());
+    return QWidget::eventFilter(watched, event);
+}
+
+double EditDisc::shownRadius() const {
+    return m_place && m_view->image() ? m_radius * m_view->pixelsToWidget().m11() : 0;
+}
+
+QPointF EditDisc::shownCentre() const {
+    if (!m_place || !m_view->image())
+        return {};
+    return m_view->pixelsToWidget().map(
+        QPointF(static_cast<double>(m_place->column) + 0.5, static_cast<double>(m_place->row) + 0.5));
+}
+
+void EditDisc::setPlace(std::optional<PixelPosition> place, double radius) {
+    if (m_place == place && m_radius == radius)
+        return;
+    m_place = place;
+    m_radius = radius;
+    m_look = DiscLook::Plain;
+    m_outlined = {};
+    m_outline = {};
+    refresh();
+}
+
+void EditDisc::setLook(DiscLook look) {
+    if (m_look == look)
+        return;
+    m_look = look;
+    refresh();
+}
+
+void EditDisc::setOutlined(PixelMask pixels) {
+    if (m_outlined == pixels)
+        return;
+    m_outlined = std::move(pixels);
+    updateOutline();
+    refresh();
+}
+
+void EditDisc::setSwatch(std::optional<QColor> color) {
+    if (m_swatch == color)
+        return;
+    m_swatch = color;
+    refresh();
+}
+
+void EditDisc::setFocusShown(bool shown) {
+    if (m_isFocusShown == shown)
+        return;
+    m_isFocusShown = shown;
+    update();
+}
+
+void EditDisc::updateOutline() {
+    m_outline = {};
+    if (m_outlined.area.isEmpty() || shownRadius() < kSmallestOutlined)
+        return;
+    const double ratio = devicePixelRatioF();
+    const QTransform toDevice = m_view->pixelsToWidget() * QTransform::fromScale(ratio, ratio);
+    const QRect visible = QRectF(QPointF(), QSizeF(size()) * ratio).toAlignedRect();
+    m_outline = outlineOf(m_outlined, toDevice, visible, std::max(1, qRound(ratio)),
+                          palette().color(QPalette::Highlight).rgba(), kOutlineDark);
+    m_outline.picture.setDevicePixelRatio(ratio);
+}
+
+QRect EditDisc::extent() const {
+    if (!m_place || !m_view->image())
+        return {};
+    const double radius = m_swatch ? kSwatchRadius + kSwatchWidth : shownRadius();
+    return around(shownCentre(), radius + 2 * kLine + kCrosshairGap + kCrosshairLength);
+}
+
+void EditDisc::refresh() {
+    const QRect now = extent();
+    update(m_painted);
+    update(now);
+    m_painted = now;
+}
+
+void EditDisc::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (m_isFocusShown) {
+        painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusLine));
+        constexpr double kInset = kFocusLine / 2;
+        painter.drawRect(QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset));
+    }
+    if (!m_place || !m_view->image())
+        return;
+    if (m_swatch) {
+        paintSwatch(painter);
+        return;
+    }
+    if (!m_outline.picture.isNull())
+        painter.drawImage(QPointF(m_outline.origin) / m_outline.picture.devicePixelRatio(),
+                          m_outline.picture);
+    paintDisc(painter);
+}
+
+void EditDisc::paintDisc(QPainter& painter) const {
+    const QPointF centre = shownCentre();
+    const double radius = shownRadius();
+    const bool isOffered = m_look == DiscLook::Plain || m_look == DiscLook::Repairs;
+    const QColor light =
+        isOffered ? palette().color(QPalette::Highlight).lighter(112) : QColor::fromRgba(kWhite);
+    painter.setBrush(Qt::NoBrush);
+    // The two lines meet at the very radius: the dark one outside of it, the light one inside.
+    const double outer = radius + kLine / 2;
+    const double inner = std::max(0.5, radius - kLine / 2);
+    painter.setPen(QPen(QColor::fromRgba(kDark), kLine));
+    painter.drawEllipse(centre, outer, outer);
+    const QRectF circle(centre.x() - inner, centre.y() - inner, 2 * inner, 2 * inner);
+    const QPen whole(light, kLine, Qt::SolidLine, Qt::FlatCap);
+    switch (m_look) {
+    case DiscLook::Plain:
+    case DiscLook::Repairs:
+        painter.setPen(whole);
+        painter.drawEllipse(circle);
+        break;
+    case DiscLook::Uneven: {
+        painter.setPen(dashedPen(light, inner));
+        painter.drawArc(circle, -90 * 16, 180 * 16);
+        painter.setPen(whole);
+        painter.drawArc(circle, 90 * 16, 180 * 16);
+        break;
+    }
+    case DiscLook::Idle:
+    case DiscLook::OverBorder:
+        painter.setPen(dashedPen(light, inner));
+        painter.drawEllipse(circle);
+        break;
+    }
+    if (m_look == DiscLook::OverBorder) {
+        const double reach = inner / std::numbers::sqrt2;
+        strokeLine(painter, {centre + QPointF(-reach, reach), centre + QPointF(reach, -reach)}, light);
+    }
+    if (radius < kTinyRadius)
+        strokeCrosshair(painter, centre, radius, light);
+    else if (radius >= kMarkedRadius && m_look != DiscLook::OverBorder && m_look != DiscLook::Repairs) {
+        strokeLine(painter, {centre - QPointF(kCentreMark, 0), centre + QPointF(kCentreMark, 0)}, light);
+        strokeLine(painter, {centre - QPointF(0, kCentreMark), centre + QPointF(0, kCentreMark)}, light);
+    }
+}
+
+void EditDisc::paintSwatch(QPainter& painter) const {
+    const QPointF centre = shownCentre();
+    const auto ring = [&](const QColor& color, double radius, double width) {
+        painter.setPen(QPen(color, width));
+        painter.drawEllipse(centre, radius, radius);
+    };
+    painter.setBrush(Qt::NoBrush);
+    ring(QColor::fromRgba(kDark), kSwatchRadius, kSwatchWidth + 4 * kLine);
+    ring(QColor::fromRgba(kWhite), kSwatchRadius, kSwatchWidth + 2 * kLine);
+    ring(*m_swatch, kSwatchRadius, kSwatchWidth);
+    strokeLine(painter, {centre - QPointF(kCentreMark, 0), centre + QPointF(kCentreMark, 0)},
+               QColor::fromRgba(kWhite));
+    strokeLine(painter, {centre - QPointF(0, kCentreMark), centre + QPointF(0, kCentreMark)},
+               QColor::fromRgba(kWhite));
+}
+
+} // namespace complexion
