@@ -25,8 +25,6 @@ inline constexpr std::uint32_t kV5HeaderSize = 124;
 inline constexpr std::uint32_t kColorSpaceSrgb = 0x73524742;     // "sRGB"
 inline constexpr std::uint32_t kColorSpaceEmbedded = 0x4D424544; // "MBED"
 
-inline constexpr double kInchesPerMeter = 1 / 0.0254;
-
 /// The numbers of the compression field; 3 and 4 mean kHuffman and kRle24 in OS/2 headers.
 enum class Compression : std::uint32_t {
     None = 0,

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/bmp_header.h"
 
+#include "imaging/codecs/codec.h"
 #include "imaging/codecs/little_endian.h"
 #include "imaging/codecs/plausible_area.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 namespace complexion::bmp {
@@ -101,14 +101,6 @@ void readPalette(ByteView file, const PictureHeader& picture, std::size_t begin,
         header.pixelsAt = begin + count * entrySize;
 }
 
-/// Whole pixels per metre cannot say what 72 to the inch is: a number that a whole density is rounded to
-/// means it.
-double pixelsPerInch(std::uint32_t pixelsPerMeter) {
-    const double density = pixelsPerMeter / kInchesPerMeter;
-    const double whole = std::round(density);
-    return std::round(whole * kInchesPerMeter) == pixelsPerMeter ? whole : density;
-}
-
 ColorProfile embeddedProfile(ByteView file, const PictureHeader& picture) {
     if (picture.size < kV5HeaderSize || picture.field32(56) != kColorSpaceEmbedded)
         return {};
@@ -143,8 +135,8 @@ Result<Header> readHeader(ByteView file) {
     header.compression = compressionOf(picture);
     if (!goTogether(header.bits, header.compression))
         return Error{"BMP picture of an unknown kind"};
-    header.horizontalDensity = pixelsPerInch(picture.field32(24));
-    header.verticalDensity = pixelsPerInch(picture.field32(28));
+    header.horizontalDensity = densityOfPixelsPerMetre(picture.field32(24));
+    header.verticalDensity = densityOfPixelsPerMetre(picture.field32(28));
     header.pixelsAt = read32(file, 10);
     const std::size_t paletteAt = readMasks(file, picture, header);
     readPalette(file, picture, paletteAt, header);

@@ -10,6 +10,7 @@ namespace complexion {
 namespace {
 
 constexpr double kPointsPerInch = 72;
+constexpr double kInchesPerMetre = 1 / 0.0254;
 
 constexpr std::array<const Codec*, 5> kCodecs = {&kJpegCodec, &kPngCodec, &kTiffCodec, &kGifCodec,
                                                  &kBmpCodec};
@@ -51,6 +52,12 @@ const Codec* codecForExtension(std::string_view extension) {
 PointSize sizeAtDensity(PixelSize pixels, double horizontal, double vertical) {
     return {pixels.width * kPointsPerInch / usableDensity(horizontal),
             pixels.height * kPointsPerInch / usableDensity(vertical)};
+}
+
+double densityOfPixelsPerMetre(std::uint32_t pixelsPerMetre) {
+    const double density = pixelsPerMetre / kInchesPerMetre;
+    const double whole = std::round(density);
+    return std::round(whole * kInchesPerMetre) == pixelsPerMetre ? whole : density;
 }
 
 } // namespace complexion

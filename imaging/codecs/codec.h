@@ -56,6 +56,10 @@ inline bool isDecodableSize(std::int64_t width, std::int64_t height) {
 /// positive and finite count as 72.
 PointSize sizeAtDensity(PixelSize pixels, double horizontal, double vertical);
 
+/// A density in pixels per inch from one in whole pixels per metre, which cannot say what 72 to the inch is:
+/// a number that a whole density is rounded to means that density. 0 when nothing is stated.
+double densityOfPixelsPerMetre(std::uint32_t pixelsPerMetre);
+
 extern const Codec kJpegCodec;
 extern const Codec kPngCodec;
 extern const Codec kTiffCodec;

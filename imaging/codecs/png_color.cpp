@@ -40,14 +40,22 @@ struct CurveDeleter {
 };
 using Curve = std::unique_ptr<cmsToneCurve, CurveDeleter>;
 
+/// The curve whose foot is linear and whose rest is ((x + offset) / (1 + offset))^exponent, from `foot` on.
+Curve curveWithFoot(double exponent, double offset, double slope, double foot) {
+    constexpr int kPowerWithLinearFoot = 4;
+    const std::array<cmsFloat64Number, 5> parameters = {exponent, 1 / (1 + offset), offset / (1 + offset),
+                                                        1 / slope, foot};
+    return Curve(cmsBuildParametricToneCurve(nullptr, kPowerWithLinearFoot, parameters.data()));
+}
+
+Curve srgbCurve() {
+    return curveWithFoot(2.4, 0.055, 12.92, 0.04045);
+}
+
 Curve curveOf(std::optional<double> fileGamma) {
     if (fileGamma)
         return Curve(cmsBuildGamma(nullptr, 1 / *fileGamma));
-    // The curve of sRGB: ((x + 0.055) / 1.055)^2.4 from 0.04045 on, x / 12.92 below.
-    constexpr int kPowerWithLinearFoot = 4;
-    constexpr std::array<cmsFloat64Number, 5> kParameters = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92,
-                                                             0.04045};
-    return Curve(cmsBuildParametricToneCurve(nullptr, kPowerWithLinearFoot, kParameters.data()));
+    return srgbCurve();
 }
 
 struct ProfileCloser {
@@ -66,6 +74,61 @@ Bytes savedProfile(void* profile) {
         return {};
     std::ranges::copy(kFixedTime, bytes.begin() + kTimeOffset);
     return bytes;
+}
+
+/// The bytes of the profile of such values; empty when none can be made.
+Bytes profileOf(const Primaries& used, const Curve& curve) {
+    const cmsCIExyY white = {used.white.x, used.white.y, 1};
+    const cmsCIExyYTRIPLE colors = {
+        {used.red.x, used.red.y, 1}, {used.green.x, used.green.y, 1}, {used.blue.x, used.blue.y, 1}};
+    std::array<cmsToneCurve*, 3> curves = {curve.get(), curve.get(), curve.get()};
+    const std::unique_ptr<void, ProfileCloser> profile(cmsCreateRGBProfile(&white, &colors, curves.data()));
+    return profile ? savedProfile(profile.get()) : Bytes();
+}
+
+// ITU-T H.273, tables 2 and 3.
+constexpr unsigned kPrimariesOfSrgb = 1;
+constexpr unsigned kTransferOfSrgb = 13;
+
+std::optional<Primaries> primariesOfCode(unsigned code) {
+    constexpr Chromaticity kD65 = {0.3127, 0.3290};
+    switch (code) {
+    case kPrimariesOfSrgb:
+        return kSrgbPrimaries;
+    case 5: // BT.601, 625 lines
+        return Primaries{kD65, {0.64, 0.33}, {0.29, 0.60}, {0.15, 0.06}};
+    case 6: // BT.601, 525 lines
+    case 7: // SMPTE 240M
+        return Primaries{kD65, {0.630, 0.340}, {0.310, 0.595}, {0.155, 0.070}};
+    case 9: // BT.2020
+        return Primaries{kD65, {0.708, 0.292}, {0.170, 0.797}, {0.131, 0.046}};
+    case 11: // DCI-P3
+        return Primaries{{0.314, 0.351}, {0.680, 0.320}, {0.265, 0.690}, {0.150, 0.060}};
+    case 12: // Display P3
+        return Primaries{kD65, {0.680, 0.320}, {0.265, 0.690}, {0.150, 0.060}};
+    default:
+        return std::nullopt;
+    }
+}
+
+Curve curveOfCode(unsigned code) {
+    switch (code) {
+    case 1:  // BT.709
+    case 6:  // BT.601
+    case 14: // BT.2020, 10 bits
+    case 15: // BT.2020, 12 bits
+        return curveWithFoot(1 / 0.45, 0.099, 4.5, 0.081);
+    case 4:
+        return Curve(cmsBuildGamma(nullptr, 2.2));
+    case 5:
+        return Curve(cmsBuildGamma(nullptr, 2.8));
+    case 8: // linear
+        return Curve(cmsBuildGamma(nullptr, 1));
+    case kTransferOfSrgb:
+        return srgbCurve();
+    default:
+        return nullptr;
+    }
 }
 
 /// The end of an inflation, whatever it came to.
@@ -111,14 +174,21 @@ Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::opt
     if (!fileGamma && !ownPrimaries)
         return {};
 
-    const Primaries& used = ownPrimaries ? *primaries : kSrgbPrimaries;
-    const cmsCIExyY white = {used.white.x, used.white.y, 1};
-    const cmsCIExyYTRIPLE colors = {
-        {used.red.x, used.red.y, 1}, {used.green.x, used.green.y, 1}, {used.blue.x, used.blue.y, 1}};
-    const Curve curve = curveOf(fileGamma);
-    std::array<cmsToneCurve*, 3> curves = {curve.get(), curve.get(), curve.get()};
-    const std::unique_ptr<void, ProfileCloser> profile(cmsCreateRGBProfile(&white, &colors, curves.data()));
-    return profile ? savedProfile(profile.get()) : Bytes();
+    return profileOf(ownPrimaries ? *primaries : kSrgbPrimaries, curveOf(fileGamma));
+}
+
+std::optional<Bytes> profileOfCodePoints(ByteView chunk) {
+    // Primaries, transfer function, matrix (0: these are red, green and blue), range (1: all values are
+    // used).
+    if (chunk.size() != 4 || chunk[2] != 0 || chunk[3] != 1)
+        return std::nullopt;
+    if (chunk[0] == kPrimariesOfSrgb && chunk[1] == kTransferOfSrgb)
+        return Bytes();
+    const std::optional<Primaries> primaries = primariesOfCode(chunk[0]);
+    const Curve curve = curveOfCode(chunk[1]);
+    if (!primaries || !curve)
+        return std::nullopt;
+    return profileOf(*primaries, curve);
 }
 
 } // namespace complexion

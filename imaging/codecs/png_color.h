@@ -30,4 +30,9 @@ struct Primaries {
 /// possible.
 Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries);
 
+/// The same of a cICP chunk (PNG, third edition; the numbers are those of ITU-T H.273): empty for sRGB,
+/// nothing for a chunk that is damaged or names values that no matrix and curve describe, as those of high
+/// dynamic range.
+std::optional<Bytes> profileOfCodePoints(ByteView chunk);
+
 } // namespace complexion

@@ -8,6 +8,7 @@
 #include "imaging/codecs/png_chunks.h"
 #include "imaging/codecs/png_color.h"
 #include "imaging/metadata/exif_basics.h"
+#include "imaging/metadata/png_metadata.h"
 #include "imaging/orientation.h"
 
 #include <cstring>
@@ -20,7 +21,6 @@ namespace {
 
 constexpr png_uint_32 kLongestSide = 1'000'000;
 constexpr png_alloc_size_t kLargestChunk = 64 << 20;
-constexpr double kMetresPerInch = 0.0254;
 /// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
 constexpr std::int64_t kMostExpansion = 1032;
 
@@ -89,7 +89,7 @@ public:
         int unit = PNG_RESOLUTION_UNKNOWN;
         if (png_get_pHYs(m_png, m_info, &across, &down, &unit) == 0 || unit != PNG_RESOLUTION_METER)
             return {};
-        return {across * kMetresPerInch, down * kMetresPerInch};
+        return {densityOfPixelsPerMetre(across), densityOfPixelsPerMetre(down)};
     }
 
     /// The ICC profile that describes the picture's values as its gAMA and cHRM chunks do; empty for sRGB.
@@ -173,7 +173,12 @@ struct SourceColors {
     std::optional<GreyTable> grey;
 };
 
+/// What a cICP chunk says comes before all else.
 SourceColors sourceColors(const PngReader& reader, ByteView file) {
+    if (const std::optional<ByteView> codes = findPngChunk(file, pngChunkType("cICP"));
+        codes && !reader.isGrey())
+        if (const std::optional<Bytes> described = profileOfCodePoints(*codes))
+            return {.profile = ColorProfile::fromIcc(*described), .grey = {}};
     const std::optional<ByteView> chunk = findPngChunk(file, pngChunkType("iCCP"));
     const Bytes embedded = chunk ? unpackedProfile(*chunk) : Bytes();
     if (const std::optional<GreyTable> grey = reader.isGrey() ? greyTable(embedded) : std::nullopt)
@@ -246,8 +251,8 @@ Result<Image> readInterlaced(PngReader& reader, PixelSize size, const PixelFinis
     return builder.finish();
 }
 
-Orientation exifOrientation(const std::optional<ByteView>& exif) {
-    return exif ? readExifBasics(*exif).orientation : Orientation::TopLeft;
+Orientation orientationOf(ByteView file) {
+    return readExifBasics(exifOfPng(file)).orientation;
 }
 
 } // namespace
@@ -257,7 +262,7 @@ Result<PixelSize> measurePng(ByteView file) {
     Result<PixelSize> size = readCheckedHeader(reader, file);
     if (!size)
         return size;
-    return uprightSize(*size, exifOrientation(findPngChunk(file, pngChunkType("eXIf"))));
+    return uprightSize(*size, orientationOf(file));
 }
 
 Result<Image> decodePng(ByteView file) {
@@ -276,7 +281,7 @@ Result<Image> decodePng(ByteView file) {
         return stored;
     return turnedUpright(stored->withProfile(colors.profile)
                              .withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
-                         exifOrientation(findPngChunk(file, pngChunkType("eXIf"))));
+                         orientationOf(file));
 }
 
 } // namespace complexion

@@ -13,6 +13,7 @@ constexpr unsigned kTagXResolution = 282;
 constexpr unsigned kTagYResolution = 283;
 constexpr unsigned kTagResolutionUnit = 296;
 constexpr unsigned kTypeShort = 3;
+constexpr unsigned kTypeLong = 4;
 constexpr unsigned kTypeRational = 5;
 constexpr unsigned kUnitCentimetre = 3;
 constexpr double kCentimetresPerInch = 2.54;
@@ -62,8 +63,10 @@ ExifBasics readExifBasics(ByteView exif) {
         const std::size_t value = entry + 8;
         switch (reader.number16(entry)) {
         case kTagOrientation:
-            if (type == kTypeShort)
-                basics.orientation = orientationFromTag(static_cast<int>(reader.number16(value)));
+            // Some writers take a wider type than the one prescribed.
+            if (type == kTypeShort || type == kTypeLong)
+                basics.orientation = orientationFromTag(
+                    static_cast<int>(type == kTypeShort ? reader.number16(value) : reader.number32(value)));
             break;
         case kTagXResolution:
             if (type == kTypeRational)

@@ -30,6 +30,10 @@ constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr double kCentimetresPerMetre = 100;
 constexpr double kCentimetresPerInch = 2.54;
 
+// Real files have at most one of each kind: EXIF, XMP, Photoshop, IPTC, a colour profile. Hostile ones have
+// many, each of which would be inflated.
+constexpr int kMostProfilesUnpacked = 8;
+
 // An EXIF block may grow to this when its thumbnail does.
 constexpr std::size_t kRoomForThumbnail = 65536;
 
@@ -82,13 +86,18 @@ Bytes exifOf(const std::vector<PngChunk>& chunks) {
             if (readTiffHeader(exif))
                 return {exif.begin(), exif.end()};
         }
-    for (const PngChunk& chunk : chunks)
+    int unpacked = 0;
+    for (const PngChunk& chunk : chunks) {
+        if (!startsWith(chunk.data, kRawProfile) || unpacked == kMostProfilesUnpacked)
+            continue;
+        ++unpacked;
         if (const auto text = pngText(chunk))
             if (const auto profile = rawProfile(*text); profile && isExifProfile(*profile)) {
                 const ByteView exif = withoutStart(profile->bytes, kExifStart);
                 if (readTiffHeader(exif))
                     return {exif.begin(), exif.end()};
             }
+    }
     return {};
 }
 
@@ -190,6 +199,10 @@ void readProfile(const RawProfile& profile, PictureMetadata& metadata) {
 }
 
 } // namespace
+
+Bytes exifOfPng(ByteView file) {
+    return exifOf(splitPng(file));
+}
 
 PictureMetadata readPngMetadata(ByteView file) {
     PictureMetadata metadata;

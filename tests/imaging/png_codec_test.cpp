@@ -349,7 +349,11 @@ TEST(PngCodec, PointsFollowTheDensity) {
         };
         return decoded(pngFile({.size = {30, 10}, .adjust = chunk}, std::vector<std::uint8_t>(900))).size();
     };
-    EXPECT_NEAR(sizeAt(11811, PNG_RESOLUTION_METER).width, 30 * 72 / 300.0, 1e-3);
+    // 11811 is what 300 to the inch is rounded to, 2835 what 72 is: one point for each pixel.
+    EXPECT_EQ(sizeAt(11811, PNG_RESOLUTION_METER), (PointSize{30 * 72 / 300.0, 10 * 72 / 300.0}));
+    EXPECT_EQ(sizeAt(2835, PNG_RESOLUTION_METER), (PointSize{30, 10}));
+    EXPECT_NEAR(sizeAt(10'000, PNG_RESOLUTION_METER).width, 30 * 72 / 254.0, 1e-9);
+    EXPECT_NEAR(sizeAt(10'010, PNG_RESOLUTION_METER).width, 30 * 72 / 254.254, 1e-9);
     EXPECT_EQ(sizeAt(11811, PNG_RESOLUTION_UNKNOWN), (PointSize{30, 10}));
     EXPECT_EQ(sizeAt(0, PNG_RESOLUTION_METER), (PointSize{30, 10}));
 }
