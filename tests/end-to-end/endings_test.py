@@ -4,27 +4,15 @@
 import signal
 import stat
 import subprocess
-import tempfile
 import unittest
-from pathlib import Path
 
-from window_driver import BUILD, Complexion, VirtualDesktop, wait_until
+from portrait_test_case import EXIT_QUESTION, SIZE, PortraitTestCase
+from window_driver import wait_until
 
-SIZE = (1200, 1500)
 BLEMISH = (548, 418)
 
 
-class EndingsTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
-        cls.painted = cls.folder / "painted.png"
-        subprocess.run([BUILD / "tools/sample_portrait", cls.painted], check=True)
-
-    def setUp(self):
-        self.program = self.enterContext(Complexion(self.desktop))
-
+class EndingsTest(PortraitTestCase):
     def start_and_retouch(self):
         self.program.start(self.painted)
         self.program.retouch(*BLEMISH, *SIZE)
@@ -51,7 +39,7 @@ class EndingsTest(unittest.TestCase):
     def test_a_signal_ends_a_question_that_is_open(self):
         self.start_and_retouch()
         self.program.ask_to_close()
-        self.program.wait_for("All unsaved changes will be lost. Are you sure you want to exit the application?")
+        self.program.wait_for(EXIT_QUESTION)
         self.program.process.terminate()
         self.assertEqual(self.program.process.wait(20), 0)
         self.assertEqual(self.left(), [])

@@ -3,18 +3,14 @@
 
 import json
 import subprocess
-import tempfile
 import unittest
-from pathlib import Path
 
 from PIL import Image, ImageChops, ImageDraw, ImageStat
 
-from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, changed_pixels
+from portrait_test_case import EXIT_QUESTION, RADIUS, SIZE, PortraitTestCase
+from window_driver import check_only_discs_changed, changed_pixels
 
-SIZE = (1200, 1500)
 BLEMISHES = [(548, 418), (690, 690), (470, 700)]
-RADIUS = 10  # the edit area that the window starts with
-CLOSING_QUESTION = "All unsaved changes will be lost. Are you sure you want to exit the application?"
 
 # What a camera and an archive write into a photo.
 METADATA = {
@@ -48,18 +44,7 @@ def outside_discs(places, reach):
     return mask
 
 
-class MainJobTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
-        cls.painted = cls.folder / "painted.png"
-        subprocess.run([BUILD / "tools/sample_portrait", cls.painted], check=True)
-
-    def setUp(self):
-        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
-        self.program = self.enterContext(Complexion(self.desktop))
-
+class MainJobTest(PortraitTestCase):
     def sample(self, name, **options):
         """The sample portrait in the format that the name says, with metadata."""
         path = self.photos / name
@@ -79,7 +64,7 @@ class MainJobTest(unittest.TestCase):
 
     def close(self):
         self.program.ask_to_close()
-        self.program.answer_to_end(CLOSING_QUESTION, "Yes")
+        self.program.answer_to_end(EXIT_QUESTION, "Yes")
 
     def test_a_png_changes_only_in_the_discs(self):
         photo = self.sample("face.png")
@@ -117,7 +102,7 @@ class MainJobTest(unittest.TestCase):
         self.program.retouch(*BLEMISHES[0], *SIZE)
         states = self.program.state_images()
         self.program.ask_to_close()
-        self.program.answer(CLOSING_QUESTION, "No")
+        self.program.answer(EXIT_QUESTION, "No")
         self.assertTrue(self.program.is_enabled("Undo"))
         self.assertEqual(self.program.state_images(), states)
 

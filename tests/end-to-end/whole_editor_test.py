@@ -1,23 +1,18 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """The whole editor, from outside: drops, the history, effects, zoom and pan, reloading and quitting."""
 
-import subprocess
-import tempfile
 import unittest
-from pathlib import Path
 
 from PIL import Image, ImageChops, ImageStat
 
-from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, wait_until
+from portrait_test_case import EXIT_QUESTION, RADIUS, SIZE, PortraitTestCase
+from window_driver import check_only_discs_changed, wait_until
 
-SIZE = (1200, 1500)
 BLEMISHES = [(548, 418), (690, 690)]
-RADIUS = 10  # the edit area that the window starts with
 EFFECTS = ["Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"]
 BLACK_AND_WHITE = {"Mono", "Noir", "Tonal"}
 DROP_QUESTION = "All unsaved changes will be lost. Are you sure you want to add a new image?"
 RELOAD_QUESTION = "All unsaved changes will be lost. Are you sure you want to reload the image?"
-EXIT_QUESTION = "All unsaved changes will be lost. Are you sure you want to exit the application?"
 
 
 def is_black_and_white(image):
@@ -44,18 +39,7 @@ def place_on_map(pixel):
     return red + 256 * (blue % 16), green + 256 * (blue // 16)
 
 
-class WholeEditorTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
-        cls.painted = cls.folder / "painted.png"
-        subprocess.run([BUILD / "tools/sample_portrait", cls.painted], check=True)
-
-    def setUp(self):
-        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
-        self.program = self.enterContext(Complexion(self.desktop))
-
+class WholeEditorTest(PortraitTestCase):
     def file(self, name, content):
         path = self.photos / name
         path.write_bytes(content)
