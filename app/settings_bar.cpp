@@ -38,7 +38,6 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
-constexpr int kIconSize = 16;
 constexpr int kControlPadding = 8; // above and below the text of a control, together
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
@@ -188,7 +187,8 @@ QWidget* SettingsBar::makeColorGroup() {
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
     pipette = new QToolButton;
     pipette->setIcon(lineIcon(u"pipette"_s));
-    pipette->setIconSize({kIconSize, kIconSize});
+    const int drawing = controlHeight() - kControlPadding;
+    pipette->setIconSize({drawing, drawing});
     pipette->setFixedSize(controlHeight() + kGap / 2, controlHeight());
     pipette->setCheckable(true);
     pipette->setObjectName(u"pipette"_s);
