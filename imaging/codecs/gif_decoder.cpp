@@ -2,6 +2,7 @@
 #include "imaging/codecs/gif_codec.h"
 #include "imaging/codecs/little_endian.h"
 #include "imaging/codecs/plausible_area.h"
+#include "imaging/metadata/gif_metadata.h"
 
 #include <gif_lib.h>
 
@@ -200,7 +201,7 @@ Result<Image> decodeGif(ByteView file) {
     ImageBuilder builder(canvas);
     if (!decodeFrame(gif.get(), *transparent, canvas, builder))
         return Error{"GIF file ends before its pixels"};
-    return builder.finish();
+    return builder.finish().withProfile(ColorProfile::fromIcc(profileOfGif(file)));
 }
 
 } // namespace complexion

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
 #include "imaging/codecs/indexed_image.h"
+#include "imaging/metadata/gif_metadata.h"
 
 #include <cgif.h>
 
@@ -59,6 +60,8 @@ Result<FileContents> encodeGif(const Image& image) {
     const bool closed = cgif_close(gif) == CGIF_OK;
     if (!added || !closed)
         return Error{"the GIF file cannot be finished"};
+    if (!image.profile().isSrgb())
+        return withGifProfile(image.profile().icc(), bytes);
     FileContents contents;
     contents.append(std::move(bytes));
     return contents;

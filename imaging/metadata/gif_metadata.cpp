@@ -37,9 +37,11 @@ constexpr std::size_t kXmpTrailerLength = 258;
 constexpr std::string_view kXmpApplication = "XMP DataXMP";
 constexpr std::string_view kResourcesApplication = "MGK8BIM0000";
 constexpr std::string_view kIptcApplication = "MGKIPTC0000";
+constexpr std::string_view kProfileApplication = "ICCRGBG1012"; // ICC.1, annex B
 
-/// Application blocks that are left behind: an animation's repetitions, a colour profile.
-constexpr std::array kLeftBehind = {"NETSCAPE2.0"sv, "ANIMEXTS1.0"sv, "ICCRGBG1012"sv};
+/// Application blocks that are left behind: an animation's repetitions; a colour profile, because SaveImage wrote the
+/// one that the pixels are in.
+constexpr std::array kLeftBehind = {"NETSCAPE2.0"sv, "ANIMEXTS1.0"sv, kProfileApplication};
 
 struct GifExtension {
     std::uint8_t label = 0;
@@ -195,6 +197,21 @@ Result<FileContents> withExtensions(ByteView written, ByteView extensions,
 }
 
 } // namespace
+
+Bytes profileOfGif(ByteView file) {
+    if (const auto gif = splitGif(file))
+        for (const GifExtension& extension : gif->extensions)
+            if (extension.isApplication(kProfileApplication))
+                return joined(extension.whole, kApplicationHeaderLength);
+    return {};
+}
+
+Result<FileContents> withGifProfile(ByteView icc, ByteView written) {
+    Bytes extension;
+    appendApplication(extension, kProfileApplication);
+    appendSubBlocks(extension, icc);
+    return withExtensions(written, extension, std::nullopt);
+}
 
 PictureMetadata readGifMetadata(ByteView file) {
     PictureMetadata metadata;

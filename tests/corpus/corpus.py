@@ -25,6 +25,7 @@ from pathlib import Path
 import numpy
 
 import independent_readers as readers
+import metadata_check
 from known_differences import reason_for
 
 BUILD = Path(os.environ.get("COMPLEXION_BUILD", Path(__file__).parents[2] / "build/release"))
@@ -118,7 +119,7 @@ def wrong_in_session(outcome, report, pixels):
         return "the click changed pixels outside its disc"
     if report["sizeDiffers"] != "0":
         return "the saved file has another size"
-    if extension != ".gif" and report["profileDiffers"] != "0":
+    if report["profileDiffers"] != "0":
         return "the saved file has another profile"
     most, mean = int(report["mostOpaque"]), float(report["mean"])
     if extension in (".png", ".tif", ".tiff", ".bmp") and most > 0:
@@ -131,6 +132,15 @@ def wrong_in_session(outcome, report, pixels):
     if extension == ".gif" and int(report["colors"]) <= GIF_COLORS and int(report["most"]) > 0:
         return f"untouched pixels of a GIF of few colours come back {report['most']} levels off"
     return ""
+
+
+def lost_metadata(outcome, photo, folder):
+    """What of the photo's metadata exiftool does not find in the saved file; another format holds less."""
+    saved = folder / ("saved" + photo.suffix.lower())
+    if outcome.hostile or not saved.exists() or format_of(saved) != outcome.format:
+        return ""
+    lost = metadata_check.lost_between(photo, saved, (folder / "opened.icc").stat().st_size > 0)
+    return f"{len(lost)} values of metadata are lost: {' '.join(lost[:5])}" if lost else ""
 
 
 def opened_pixels(report, folder):
@@ -178,6 +188,7 @@ def examine(photo, root):
         else:
             pixels = opened_pixels(report, folder)
             outcome.why = wrong_in_session(outcome, report, pixels)
+            outcome.why = outcome.why or lost_metadata(outcome, photo, folder)
             if outcome.seconds > SECONDS_TO_OPEN and not SANITIZED:
                 outcome.why = f"opened after {outcome.seconds} s"
             outcome.result = "wrong" if outcome.why else "opened"

@@ -24,6 +24,7 @@ KNOWN = {
     "libtiffpic-depth/flower-minisblack-24.tif": "ImageMagick takes 24 bits for 3 samples",
     "libtiffpic-depth/flower-rgb-contig-24.tif": "ImageMagick takes 24 bits for 3 samples",
     "libtiffpic-depth/flower-separated-contig-16.tif": "ImageMagick multiplies inks at 16 bits, the editor at 8",
+    "pillow/10ct_32bit_128.tiff": "floating point: 0 to 1 is black to white here, 0 to 255 in Pillow",
     "pillow/multipage-mmap.tiff": "unequal pages: the first is brought to the largest width and height",
     "twelvemonkeys/indexed-unspecified-extrasamples.tif": "ImageMagick takes the unspecified sample for alpha",
 }

@@ -12,7 +12,33 @@ import tempfile
 EXCEPTIONS = [(re.compile(pattern), reason) for pattern, reason in [
     (r"SourceFile|(ExifTool|System|Composite):.*", "speaks of the file, not of the picture"),
     (r"File:(?!Comment).*", "size, byte order and coding of the file"),
+    (r"(Adobe|Ducky|JPS|AVI1|SPIFF|Qualcomm):.*", "how the source's pixels are coded"),
+    (r"JFIF:(Thumbnail|JFIFVersion).*|JFXX:.*", "thumbnail; the version is that of the new file"),
+    (r"(MPF\d|MPImage\d):.*", "other pictures in the file, whose offsets no longer hold"),
+    (r"(FotoStation|PhotoMechanic|IPTC2|CanonVRD|Samsung|HDRGainMap\w*|XMP-(hdrgm|GContainer|Container)):.*",
+     "behind the JPEG file's end, or of other pictures there"),
+    (r"IFD1:.*", "the thumbnail: made anew, or gone where the source's is no picture"),
+    (r"IFD([2-9]|\d\d+):.*|SubIFD\d*:.*|GlobParamIFD:.*", "further pages and pictures"),
+    (r"IFD0:(BitsPerSample|CleanFaxData|ColorMap|ColorResponseUnit|Compression|DataType|DotRange|ExtraSamples|"
+     r"FillOrder|Free\w+|Gray\w+|HalftoneHints|ImageDepth|ImageHeight|ImageWidth|InkNames|InkSet|JPEG\w+|"
+     r"M(ax|in)SampleValue|NumberofInks|OldSubfileType|PageNumber|PhotometricInterpretation|PlanarConfiguration|"
+     r"Predictor|PrimaryChromaticities|ReferenceBlackWhite|RowsPerStrip|S(Max|Min)SampleValue|SampleFormat|"
+     r"SamplesPerPixel|StoNits|Strip(ByteCounts|Offsets)|SubfileType|T[46]Options|TargetPrinter|Thresholding|Tile\w+|"
+     r"TransferFunction|TransferRange|WhitePoint|YCbCr\w+)", "how the source's pixels are coded"),
+    (r"IFD0:(Other|Preview|Jpg)(Image|FromRaw)\w*|IFD0:Thumbnail\w+", "other pictures in the file"),
+    (r"Photoshop:(Layer\w+|NumSlices|Photoshop\w*Thumbnail|AlphaChannels\w+|\w*Thumbnail\w*)",
+     "layers and thumbnails: the picture before"),
+    (r"(XMP-xmp|XMP):Thumbnails?\w*", "thumbnail"),
+    (r"(PNG|PNG-APNG):(Animation\w+|AppleDataOffsets|BackgroundColor|BitDepth|ColorType|Compression|Filter|Interlace|"
+     r"Palette\w*|SignificantBits|SuggestedPalette|Transparency|ImageWidth|ImageHeight|StereoMode|FractalParameters|"
+     r"SRGBRendering|Gamma|WhitePoint[XY]|(Red|Green|Blue)[XY]|ProfileName|ICC_Profile|CICP\w*)|PNG-cICP:.*",
+     "how the source's pixels are coded; their colours go into a profile"),
+    (r"GIF:(Animation\w+|BackgroundColor|BitsPerPixel|ColorResolutionDepth|Duration|FrameCount|GIFVersion|HasColorMap|"
+     r"TransparentColor|ImageWidth|ImageHeight)", "how the source's pixels are coded; animation"),
 ]]
+
+# A colour profile is lost where it is none of the pixels': those of grey and CMYK sources, and unusable ones.
+PROFILE = re.compile(r"ICC[-_].*|.*:ICC_Profile\w*")
 
 SECONDS = 600
 
@@ -37,6 +63,13 @@ def exception_for(name):
     return next((reason for pattern, reason in EXCEPTIONS if pattern.fullmatch(name)), None)
 
 
-def lost(before, after):
+def lost(before, after, keeps_profile):
     """The names of values that `before` has and `after` has not, or has otherwise."""
-    return [name for name, values in before.items() if not exception_for(name) and after.get(name) != values]
+    return [name for name, values in before.items()
+            if not exception_for(name) and (keeps_profile or not PROFILE.fullmatch(name)) and after.get(name) != values]
+
+
+def lost_between(photo, saved, keeps_profile):
+    """The same of two files."""
+    found = readings([photo, saved])
+    return lost(found.get(str(photo), {}), found.get(str(saved), {}), keeps_profile)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
 
 #include <set>
@@ -159,6 +161,14 @@ TEST(GifCodec, FewColorsTooManyStayNearlyExact) {
     for (int x = 0; x < 257; ++x)
         exact += read.pixel(15, x) == image.pixel(15, x) ? 1 : 0;
     EXPECT_GT(exact, 240);
+}
+
+TEST(GifCodec, AProfileIsKept) {
+    const ColorProfile wide = ColorProfile::fromIcc(wideProfile());
+    const Image image = spotted({40, 30}, {10, 10}, 4, 60, 190).withProfile(wide);
+    EXPECT_EQ(throughFile(kGifCodec, image).profile(), wide);
+    expectSamePixels(throughFile(kGifCodec, image), image);
+    EXPECT_TRUE(throughFile(kGifCodec, image.withProfile({})).profile().isSrgb());
 }
 
 TEST(GifCodec, ATallPictureIsRefused) {
