@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Installs the Debian packages that are missing, for the purposes named: build, window, tests, check.
+# Installs the Debian packages that are missing, for the purposes named: build, window, tests, check, bench.
 # Says what it installs; says nothing when nothing is missing.
 set -euo pipefail
 
@@ -19,6 +19,7 @@ window=(
 )
 tests=(libgtest-dev libgmock-dev libimage-exiftool-perl)
 check=(clang-format-19 clang-tidy-19)
+bench=(libbenchmark-dev)
 
 wanted=()
 for purpose in "$@"; do
@@ -27,6 +28,7 @@ for purpose in "$@"; do
         window) wanted+=("${window[@]}") ;;
         tests) wanted+=("${tests[@]}") ;;
         check) wanted+=("${check[@]}") ;;
+        bench) wanted+=("${bench[@]}") ;;
         *) echo "setup: unknown purpose: $purpose" >&2; exit 2 ;;
     esac
 done
