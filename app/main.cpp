@@ -21,7 +21,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName(QStringLiteral("complexion"));
     QApplication::setApplicationDisplayName(QStringLiteral("Complexion"));
     QApplication::setApplicationVersion(QStringLiteral(COMPLEXION_VERSION));
-    QApplication::setDesktopFileName(QStringLiteral("complexion"));
+    QApplication::setDesktopFileName(QStringLiteral("org.complexion.complexion"));
     applyLook(application, systemFontScale());
     QApplication::setWindowIcon(applicationIcon());
 

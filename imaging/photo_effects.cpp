@@ -152,9 +152,11 @@ float cutOff(float level) {
     return low > 255 ? 255 : low;
 }
 
+/// `level`, which is not negative, rounded half up.
 std::uint32_t rounded(float level) {
+    constexpr float kHalf = 0.5F;
     // Through a signed integer: the only conversion that the baseline instruction set does several at a time.
-    return static_cast<std::uint32_t>(static_cast<std::int32_t>(level + 0.5F));
+    return static_cast<std::uint32_t>(static_cast<std::int32_t>(level + kHalf));
 }
 
 class PhotoEffect final : public PixelTransform {

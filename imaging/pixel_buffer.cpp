@@ -69,7 +69,7 @@ void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) 
     TileIndex current{-1, -1};
     PixelBlock* tile = nullptr;
     for (const PixelPosition position : positions) {
-        if (const TileIndex index = tileAt(position); index != current) {
+        if (const TileIndex index = tileAt(position); !tile || index != current) {
             current = index;
             tile = &touchedTile(index);
         }

@@ -3,6 +3,7 @@
 
 #include "imaging/parallel.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <vector>
@@ -125,7 +126,7 @@ private:
             for (int k = 0; k < span.count; ++k, from += kComponents)
                 for (std::size_t c = 0; c < kComponents; ++c)
                     sum[c] += weight[k] * from[c];
-            out = std::copy(sum.begin(), sum.end(), out);
+            out = std::ranges::copy(sum, out).out;
         }
     }
 

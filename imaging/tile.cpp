@@ -30,8 +30,8 @@ PixelBlock halved(const PixelBlock& block) {
         const RGBA32* upper = block.row(2 * row);
         const RGBA32* lower = block.row(std::min(2 * row + 1, block.size.height - 1));
         RGBA32* out = half.row(row);
-        const int pairs = block.size.width / 2;
-        for (int i = 0; i < pairs; ++i)
+        const std::ptrdiff_t pairs = block.size.width / 2;
+        for (std::ptrdiff_t i = 0; i < pairs; ++i)
             out[i].color =
                 mean(upper[2 * i].color, upper[2 * i + 1].color, lower[2 * i].color, lower[2 * i + 1].color);
         if (block.size.width % 2 != 0) {
@@ -53,10 +53,10 @@ std::shared_ptr<const PixelBlock> Tile::level(int level) const {
         std::size_t from = index;
         while (from > 0 && !m_levels[from - 1])
             --from;
-        PixelBlock block = halved(from == 0 ? m_block : *m_levels[from - 1]);
+        auto block = std::make_shared<const PixelBlock>(halved(from == 0 ? m_block : *m_levels[from - 1]));
         for (++from; from <= index; ++from)
-            block = halved(block);
-        m_levels[index] = std::make_shared<const PixelBlock>(std::move(block));
+            block = std::make_shared<const PixelBlock>(halved(*block));
+        m_levels[index] = std::move(block);
     }
     return m_levels[index];
 }

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Installs the Debian packages that are missing, for the purposes named: build, window, tests, check, bench.
+# Installs the Debian packages that are missing, for the purposes named: build, window, tests, check, package,
+# bench.
 # Says what it installs; says nothing when nothing is missing.
 set -euo pipefail
 
@@ -19,6 +20,7 @@ window=(
 )
 tests=(libgtest-dev libgmock-dev libimage-exiftool-perl)
 check=(clang-format-19 clang-tidy-19)
+package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 bench=(libbenchmark-dev)
 
 wanted=()
@@ -28,6 +30,7 @@ for purpose in "$@"; do
         window) wanted+=("${window[@]}") ;;
         tests) wanted+=("${tests[@]}") ;;
         check) wanted+=("${check[@]}") ;;
+        package) wanted+=("${package[@]}") ;;
         bench) wanted+=("${bench[@]}") ;;
         *) echo "setup: unknown purpose: $purpose" >&2; exit 2 ;;
     esac

@@ -319,7 +319,9 @@ void paintSweater(QImage& picture) {
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(34, 52, 58), 26, Qt::SolidLine, Qt::RoundCap));
     painter.drawPath(collar);
-    for (double along = 0; along <= 1; along += 0.009) {
+    constexpr int kRibs = 112;
+    for (int rib = 0; rib < kRibs; ++rib) {
+        const double along = 0.009 * rib;
         const QPointF at = collar.pointAtPercent(along);
         const double angle = collar.angleAtPercent(along) * std::numbers::pi / 180;
         const QPointF across(std::sin(angle) * 11, std::cos(angle) * 11);

@@ -186,7 +186,7 @@ Color skinColor(double x, double y) {
     };
     const double flush = 0.55 * (spot(-136, 726, 58, 44) + spot(136, 726, 58, 44)) +
                          0.35 * spot(0, 748, 36, 28) + 0.18 * spot(0, 944, 46, 28);
-    Color color = blended({236, 192, 166}, {224, 142, 124}, flush);
+    const Color color = blended({236, 192, 166}, {224, 142, 124}, flush);
     const double blotch = fractalNoise(x / 38, y / 38, 3, 11);
     return {color.red * (1 + 0.012 * blotch), color.green * (1 - 0.020 * blotch),
             color.blue * (1 - 0.024 * blotch)};

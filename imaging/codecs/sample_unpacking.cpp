@@ -83,7 +83,7 @@ double loadFloat(const std::uint8_t* row, std::size_t index, int bits) {
 std::uint8_t fromUnitRange(double value) {
     if (!(value > 0)) // also what is no number
         return 0;
-    return value >= 1 ? 255 : static_cast<std::uint8_t>(value * 255 + 0.5);
+    return value >= 1 ? 255 : static_cast<std::uint8_t>(std::lround(value * 255));
 }
 
 /// round(value / 257) without a division.
