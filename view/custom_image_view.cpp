@@ -5,57 +5,26 @@
 #include "imaging/image_tools.h"
 #include "imaging/screen_colors.h"
 #include "view/image_fit.h"
+#include "view/image_painter.h"
 #include "view/notification_center.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QImage>
 #include <QMimeData>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QUrl>
 
 #include <algorithm>
-#include <bit>
 #include <cctype>
-#include <cmath>
 #include <filesystem>
 
 namespace complexion {
 
 namespace {
 
-/// From this many device pixels per image pixel on, the image's pixels are shown as crisp squares.
-constexpr double kCrispScale = 4;
-
 /// The type of a drag that carries addresses.
 const QString kAddressList = QStringLiteral("text/uri-list");
-
-/// Pixels around a painted part that smooth scaling looks at.
-constexpr int kSmoothingMargin = 2;
-
-/// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at
-/// least as fine as the screen.
-int levelFor(double scale) {
-    int level = 0;
-    while (level < Tile::kLastLevel && scale * (2 << level) <= 1)
-        ++level;
-    return level;
-}
-
-/// A part of the image's level as the toolkit's picture.
-QImage readPart(const Image& image, int level, PixelRect part) {
-    QImage picture(part.width, part.height, QImage::Format_ARGB32_Premultiplied);
-    auto* pixels = reinterpret_cast<RGBA32*>(picture.bits());
-    const std::ptrdiff_t stride = picture.bytesPerLine() / std::ptrdiff_t{sizeof(RGBA32)};
-    image.readLevel(level, part, pixels, stride);
-    for (int y = 0; y < part.height; ++y) {
-        RGBA32* row = pixels + y * stride;
-        for (int x = 0; x < part.width; ++x)
-            row[x].color = std::rotr(row[x].color, 8); // RRGGBBAA to AARRGGBB
-    }
-    return picture;
-}
 
 /// The path that an address of a local file stands for, byte for byte; empty for any other address.
 std::filesystem::path localPath(const QUrl& url) {
@@ -115,32 +84,8 @@ void CustomImageView::setFrame(const Frame& frame) {
 void CustomImageView::paintEvent(QPaintEvent* event) {
     if (!m_onScreen)
         return;
-    const QTransform toWidget = pixelsToWidget();
-    const double devicePixelsPerPixel = std::min(toWidget.m11(), toWidget.m22()) * devicePixelRatioF();
-    if (!(devicePixelsPerPixel > 0))
-        return;
-    const int level = levelFor(devicePixelsPerPixel);
-    const PixelSize levelSize = m_onScreen->levelSize(level);
-    const QTransform levelToWidget = QTransform::fromScale(1 << level, 1 << level) * toWidget;
-
-    const QRect exposed =
-        levelToWidget.inverted()
-            .mapRect(QRectF(event->rect()))
-            .toAlignedRect()
-            .adjusted(-kSmoothingMargin, -kSmoothingMargin, kSmoothingMargin, kSmoothingMargin)
-            .intersected(QRect(0, 0, levelSize.width, levelSize.height));
-    if (exposed.isEmpty())
-        return;
-    const QImage part =
-        readPart(*m_onScreen, level, {exposed.x(), exposed.y(), exposed.width(), exposed.height()});
-
     QPainter painter(this);
-    // A level's last column and row may stand for pixels past the picture's edge.
-    const PixelSize pixels = m_onScreen->pixelSize();
-    painter.setClipRect(toWidget.mapRect(QRectF(0, 0, pixels.width, pixels.height)));
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, devicePixelsPerPixel < kCrispScale);
-    painter.setTransform(levelToWidget, true);
-    painter.drawImage(exposed.topLeft(), part);
+    paintImage(painter, *m_onScreen, pixelsToWidget(), event->rect());
 }
 
 void CustomImageView::dragEnterEvent(QDragEnterEvent* event) {

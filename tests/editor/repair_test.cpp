@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/repair.h"
+
+#include "imaging/image_tools.h"
+#include "tests/fakes/pictures.h"
+
+namespace complexion {
+namespace {
+
+constexpr PixelSize kSize{80, 60};
+constexpr PixelPosition kSpot{20, 30};
+
+Point middleOf(PixelPosition position) {
+    return {static_cast<double>(position.column) + 0.5,
+            static_cast<double>(kSize.height) - static_cast<double>(position.row) - 0.5};
+}
+
+Repair usual() {
+    return {.radius = 10, .colorType = kAutodetectColor, .customColor = {}, .threshold = 10};
+}
+
+Image face() {
+    return skinWithBlemishes(kSize, {kSpot});
+}
+
+TEST(Repair, TakesItsValuesFromTheSettings) {
+    const Repair repair =
+        Repair::of({.radius = 25, .colorType = kCustomColor, .customColor = {1, 0.5, 0}, .threshold = 10.9F});
+    EXPECT_EQ(repair, (Repair{25, kCustomColor, {1, 0.5, 0}, 10}));
+}
+
+TEST(Repair, TellsWhichPixelsItHasRepainted) {
+    const RepairReport report = runRepair(usual(), face(), middleOf(kSpot));
+    EXPECT_EQ(report.outcome, RepairOutcome::Repaired);
+    ASSERT_TRUE(report.result.has_value());
+    EXPECT_TRUE(samePixels(*report.result, filled(kSize, kSkin)));
+    const PimplePixels found = ImageTools::FindPimplePixels(middleOf(kSpot), face(), 10, 10);
+    EXPECT_EQ(report.repainted.count(), std::ssize(found.repair));
+    for (const PixelPosition place : found.repair)
+        EXPECT_TRUE(report.repainted.has(static_cast<int>(place.row), static_cast<int>(place.column)));
+}
+
+TEST(Repair, TellsOfADiscThatReachesOverTheBorder) {
+    const Image image = face();
+    const RepairReport report = runRepair(usual(), image, middleOf({5, 30}));
+    EXPECT_EQ(report.outcome, RepairOutcome::TooCloseToBorder);
+    EXPECT_TRUE(report.result->isSameObject(image));
+    EXPECT_EQ(runRepair(usual(), image, {-300, 4000}).outcome, RepairOutcome::TooCloseToBorder);
+}
+
+TEST(Repair, TellsOfSkinWithNothingToRepair) {
+    const RepairReport report = runRepair(usual(), face(), middleOf({40, 60}));
+    EXPECT_EQ(report.outcome, RepairOutcome::NothingToRepair);
+    EXPECT_EQ(report.repainted, PixelMask{});
+}
+
+TEST(Repair, TellsOfADiscThatIsNotUniform) {
+    const Image edge = painted(kSize, [](int, int column) { return column < 40 ? grey(60) : grey(60 + 71); });
+    EXPECT_EQ(runRepair(usual(), edge, middleOf({30, 40})).outcome, RepairOutcome::NotUniform);
+}
+
+TEST(Repair, WantsTheColorInTheImagesOwnSpace) {
+    const Repair repair{.radius = 10, .colorType = kCustomColor, .customColor = {1, 0, 0}, .threshold = 10};
+    const std::optional<Image> result = repair.applyTo(face(), middleOf(kSpot));
+    ASSERT_TRUE(result.has_value());
+    EXPECT_EQ(result->pixel(20, 30), RGBA32(255, 0, 0, 255));
+}
+
+TEST(Repair, HasItsCentreInThePixelThatHoldsThePoint) {
+    EXPECT_EQ(pixelAt({30.9, 39.1}, {80, 60}), (PixelPosition{20, 30}));
+    EXPECT_EQ(pixelAt({30.0, 40.0}, {80, 60}), (PixelPosition{20, 30}));
+    EXPECT_EQ(pixelAt({-0.9, 60.9}, {80, 60}), (PixelPosition{0, 0}));
+}
+
+} // namespace
+} // namespace complexion
