@@ -32,7 +32,7 @@ PrivateFolder newFolder() {
 TimedPlatform::TimedPlatform() : m_folder(newFolder()) {}
 
 std::uint64_t TimedPlatform::monotonicNanoseconds() {
-    return static_cast<std::uint64_t>(now() * 1e9);
+    return static_cast<std::uint64_t>((now() + m_ahead) * 1e9);
 }
 
 double TimedPlatform::secondsSince1970() {
@@ -131,10 +131,7 @@ double Editor::drag(QPointF distance) {
     sendMouse(QEvent::MouseButtonPress, middle, Qt::LeftButton);
     const double seconds =
         paintedAfter([&] { sendMouse(QEvent::MouseMove, middle + distance, Qt::LeftButton); });
-    // Held for so long that it is no click.
-    const double start = now();
-    while (now() - start < 0.25) {
-    }
+    m_platform.goOn(1); // held for so long that it is no click
     sendMouse(QEvent::MouseButtonRelease, middle + distance, Qt::NoButton);
     return seconds;
 }

@@ -31,6 +31,9 @@ public:
     /// Told when the editor is about to write a state: it asks for the time then, to name the file.
     std::function<void()> stateIsNamed = [] {};
 
+    /// Lets the uptime go on by some seconds.
+    void goOn(double seconds) { m_ahead += seconds; }
+
     std::uint64_t monotonicNanoseconds() override;
     double secondsSince1970() override;
     std::filesystem::path temporaryDirectory() override { return m_folder.path(); }
@@ -39,6 +42,7 @@ public:
 
 private:
     PrivateFolder m_folder;
+    double m_ahead = 0;                 // seconds
     double m_wallClock = 1'700'000'000; // goes on at each look, so that states' names differ
 };
 

@@ -175,18 +175,31 @@ PixelSize portraitSize(int megapixels) {
 }
 
 PlainPicture portrait(int megapixels) {
-    const Painting painting;
-    PlainPicture picture{portraitSize(megapixels), {}};
-    picture.pixels.resize(static_cast<std::size_t>(picture.size.area()));
-    parallelFor(picture.size.height, [&](int y) {
-        paintRow(painting, picture.size, y, picture.pixels.data() + std::ptrdiff_t{y} * picture.size.width);
-    });
+    const Image image = portraitImage(megapixels);
+    PlainPicture picture{image.pixelSize(),
+                         std::vector<RGBA32>(static_cast<std::size_t>(image.pixelSize().area()))};
+    image.read({0, 0, picture.size.width, picture.size.height}, picture.pixels.data(), picture.size.width);
     return picture;
 }
 
 Image portraitImage(int megapixels) {
-    const PlainPicture picture = portrait(megapixels);
-    return Image::fromPixels(picture.size, picture.pixels);
+    // The last one is kept: many rows in turn want the same.
+    static Image kept;
+    const PixelSize size = portraitSize(megapixels);
+    if (kept.pixelSize() != size) {
+        kept = Image();
+        const Painting painting;
+        ImageBuilder builder(size);
+        parallelFor((size.height + Tile::kHeight - 1) / Tile::kHeight, [&](int band) {
+            std::vector<RGBA32> row(static_cast<std::size_t>(size.width));
+            for (int y = band * Tile::kHeight; y < std::min(size.height, (band + 1) * Tile::kHeight); ++y) {
+                paintRow(painting, size, y, row.data());
+                builder.setRows(y, 1, row.data());
+            }
+        });
+        kept = builder.finish();
+    }
+    return kept;
 }
 
 std::filesystem::path portraitFile(int megapixels, Kind kind) {

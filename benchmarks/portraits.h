@@ -21,7 +21,7 @@ struct PlainPicture {
 /// The size of the portrait of so many megapixels: upright, as a camera's sensor has it.
 PixelSize portraitSize(int megapixels);
 
-/// The sample portrait at that size, with a camera's noise. Painted anew at every call.
+/// The sample portrait at that size, with a camera's noise.
 PlainPicture portrait(int megapixels);
 
 /// The portrait in the editor's own form.

@@ -46,6 +46,11 @@ void run(const Row& row, benchmark::State& state) {
     state.counters["goal_is_least"] = row.goal.isLeast ? 1 : 0;
     state.counters["subject_ms"] = medians.subject * kMillisecondsPerSecond;
     state.counters["reference_ms"] = medians.reference * kMillisecondsPerSecond;
+    const std::map<int, Samples::Medians> variants = samples.all();
+    if (variants.size() > 1)
+        for (const auto& [variant, part] : variants)
+            state.counters["subject_" + std::to_string(variant) + "_ms"] =
+                part.subject * kMillisecondsPerSecond;
     state.counters["round_processor_ms"] = median(processor) * kMillisecondsPerSecond;
 }
 
@@ -101,20 +106,27 @@ void Samples::add(double subject, double reference, int variant) {
     m_variants[variant].push_back({subject, reference});
 }
 
-Samples::Medians Samples::worst(const Goal& goal) const {
-    std::vector<Medians> all;
+std::map<int, Samples::Medians> Samples::all() const {
+    std::map<int, Medians> all;
     for (const auto& [variant, pairs] : m_variants) {
         const auto medianOf = [&pairs = pairs](const auto& part) {
             std::vector<double> parts;
             std::ranges::transform(pairs, std::back_inserter(parts), part);
             return median(parts);
         };
-        all.push_back({medianOf([](const Pair& pair) { return pair.subject / pair.reference; }),
-                       medianOf([](const Pair& pair) { return pair.subject; }),
-                       medianOf([](const Pair& pair) { return pair.reference; })});
+        all[variant] = {medianOf([](const Pair& pair) { return pair.subject / pair.reference; }),
+                        medianOf([](const Pair& pair) { return pair.subject; }),
+                        medianOf([](const Pair& pair) { return pair.reference; })};
     }
-    return *std::ranges::min_element(
-        all, [&](const Medians& a, const Medians& b) { return isWorse(a.value, b.value, goal); });
+    return all;
+}
+
+Samples::Medians Samples::worst(const Goal& goal) const {
+    const std::map<int, Medians> variants = all();
+    return std::ranges::min_element(
+               variants,
+               [&](const auto& a, const auto& b) { return isWorse(a.second.value, b.second.value, goal); })
+        ->second;
 }
 
 void addRow(const Row& row) {

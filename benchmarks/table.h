@@ -37,6 +37,8 @@ public:
         double reference = 0;
     };
     Medians worst(const Goal& goal) const;
+    /// Of each variant.
+    std::map<int, Medians> all() const;
 
 private:
     struct Pair {
