@@ -2,6 +2,7 @@
 #include "view/averaged_picture.h"
 
 #include "imaging/parallel.h"
+#include "imaging/wide_vectors.h"
 
 #include <algorithm>
 #include <array>
@@ -57,8 +58,8 @@ Coverage coverageOf(int begin, int end, double scale, double offset, double exte
 /// The mean of `weights.size()` rows of `count` bytes that lie `stride` bytes apart. The compiler turns the
 /// loop over bytes into one over several at a time.
 template <std::size_t Taps>
-void averageSomeRows(const std::uint8_t* rows, std::size_t stride, const std::uint16_t* weights,
-                     std::size_t count, std::uint8_t* out) {
+inline void averageSomeRows(const std::uint8_t* rows, std::size_t stride, const std::uint16_t* weights,
+                            std::size_t count, std::uint8_t* out) {
     std::array<std::uint16_t, Taps> weight; // a copy: bytes written to might be the weights' own
     std::copy_n(weights, Taps, weight.begin());
     for (std::size_t i = 0; i < count; ++i) {
@@ -69,6 +70,7 @@ void averageSomeRows(const std::uint8_t* rows, std::size_t stride, const std::ui
     }
 }
 
+COMPLEXION_WIDE_VECTORS
 void averageRows(const std::uint8_t* rows, std::size_t stride, std::span<const std::uint16_t> weights,
                  std::size_t count, std::uint8_t* out) {
     // A level is less than twice as fine as the screen: three cells at most, but at the coarsest.
