@@ -6,6 +6,8 @@
 #include "editor/view_controller.h"
 #include "imaging/checked.h"
 
+#include <QCoreApplication>
+
 namespace complexion {
 
 namespace {
@@ -67,6 +69,8 @@ void ViewController::FinishRetouch(const std::optional<Image>& result) {
         fatal("a repair gave no image");
     setOriginalImage(*result);
     ApplyEffectsOnPreview();
+    // Seen before the state is written, which takes as long as its file is large.
+    QCoreApplication::sendPostedEvents(reach(imageView).window(), QEvent::UpdateRequest);
     PushStateImage();
 }
 

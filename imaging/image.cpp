@@ -121,6 +121,18 @@ void Image::read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const {
 }
 
 void Image::readLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const {
+    readStoredLevel(level, rect, out, stride);
+    if (!m_content->transforms.empty())
+        for (int y = 0; y < rect.height; ++y)
+            transform({out + y * stride, static_cast<std::size_t>(rect.width)});
+}
+
+void Image::transform(std::span<RGBA32> pixels) const {
+    for (const auto& transform : m_content->transforms)
+        transform->apply(pixels);
+}
+
+void Image::readStoredLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const {
     if (rect.isEmpty())
         return;
     const PixelSize size = levelSize(level);
@@ -141,9 +153,6 @@ void Image::readLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t str
                         out + (y - rect.y) * stride + (part.x - rect.x));
         }
     }
-    for (const auto& transform : m_content->transforms)
-        for (int y = 0; y < rect.height; ++y)
-            transform->apply({out + y * stride, static_cast<std::size_t>(rect.width)});
 }
 
 PixelSize Image::levelSize(int level) const {

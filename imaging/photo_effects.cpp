@@ -3,6 +3,7 @@
 
 #include "imaging/fatal.h"
 #include "imaging/image_tools.h"
+#include "imaging/wide_vectors.h"
 
 #include <algorithm>
 #include <array>
@@ -159,6 +160,20 @@ std::uint32_t rounded(float level) {
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(level + kHalf));
 }
 
+/// The compiler turns this loop into one over several pixels at a time.
+COMPLEXION_WIDE_VECTORS
+void applyToOpaque(Recipe recipe, std::span<RGBA32> pixels) {
+    for (RGBA32& pixel : pixels) {
+        const auto red = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 24));
+        const auto green = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
+        const auto blue = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 8 & 255));
+        const float newRed = cutOff(recipe.red(mixed(recipe.mix.red, red, green, blue)));
+        const float newGreen = cutOff(recipe.green(mixed(recipe.mix.green, red, green, blue)));
+        const float newBlue = cutOff(recipe.blue(mixed(recipe.mix.blue, red, green, blue)));
+        pixel.color = rounded(newRed) << 24 | rounded(newGreen) << 16 | rounded(newBlue) << 8 | 255;
+    }
+}
+
 class PhotoEffect final : public PixelTransform {
 public:
     explicit PhotoEffect(const Recipe& recipe) : m_recipe(recipe) {}
@@ -168,26 +183,12 @@ public:
         for (const RGBA32& pixel : pixels)
             alphas &= pixel.color;
         if (alphas == 255)
-            applyToOpaque(pixels);
+            applyToOpaque(m_recipe, pixels);
         else
             applyToAny(pixels);
     }
 
 private:
-    /// The compiler turns this loop into one over several pixels at a time.
-    void applyToOpaque(std::span<RGBA32> pixels) const {
-        const Recipe recipe = m_recipe;
-        for (RGBA32& pixel : pixels) {
-            const auto red = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 24));
-            const auto green = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
-            const auto blue = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 8 & 255));
-            const float newRed = cutOff(recipe.red(mixed(recipe.mix.red, red, green, blue)));
-            const float newGreen = cutOff(recipe.green(mixed(recipe.mix.green, red, green, blue)));
-            const float newBlue = cutOff(recipe.blue(mixed(recipe.mix.blue, red, green, blue)));
-            pixel.color = rounded(newRed) << 24 | rounded(newGreen) << 16 | rounded(newBlue) << 8 | 255;
-        }
-    }
-
     /// The effect is one of the colour before premultiplication, which translucent pixels lack the levels
     /// for: so in floats, rounded once.
     void applyToAny(std::span<RGBA32> pixels) const {

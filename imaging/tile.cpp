@@ -2,6 +2,7 @@
 #include "imaging/tile.h"
 
 #include "imaging/fatal.h"
+#include "imaging/wide_vectors.h"
 
 namespace complexion {
 
@@ -18,6 +19,13 @@ std::uint32_t mean(std::uint32_t a, std::uint32_t b, std::uint32_t c, std::uint3
     return ((low >> 2) & kEvenComponents) | (((high >> 2) & kEvenComponents) << 8);
 }
 
+COMPLEXION_WIDE_VECTORS
+void halveRows(const RGBA32* upper, const RGBA32* lower, std::ptrdiff_t pairs, RGBA32* out) {
+    for (std::ptrdiff_t i = 0; i < pairs; ++i)
+        out[i].color =
+            mean(upper[2 * i].color, upper[2 * i + 1].color, lower[2 * i].color, lower[2 * i + 1].color);
+}
+
 } // namespace
 
 PixelBlock PixelBlock::uninitialized(PixelSize size) {
@@ -31,9 +39,7 @@ PixelBlock halved(const PixelBlock& block) {
         const RGBA32* lower = block.row(std::min(2 * row + 1, block.size.height - 1));
         RGBA32* out = half.row(row);
         const std::ptrdiff_t pairs = block.size.width / 2;
-        for (std::ptrdiff_t i = 0; i < pairs; ++i)
-            out[i].color =
-                mean(upper[2 * i].color, upper[2 * i + 1].color, lower[2 * i].color, lower[2 * i + 1].color);
+        halveRows(upper, lower, pairs, out);
         if (block.size.width % 2 != 0) {
             const int last = block.size.width - 1;
             out[pairs].color =

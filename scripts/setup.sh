@@ -23,11 +23,12 @@ package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream ma
 system=(debootstrap) # makes a new system to try the package in
 coverage=(gcovr)
 film=(ffmpeg) # records the tutorial
+bench=(libbenchmark-dev)
 
 wanted=()
 for purpose in "$@"; do
     case $purpose in
-        build | window | tests | check | package | system | coverage | film) declare -n packages=$purpose ;;
+        build | window | tests | check | package | system | coverage | film | bench) declare -n packages=$purpose ;;
         *) echo "setup: unknown purpose: $purpose" >&2; exit 2 ;;
     esac
     wanted+=("${packages[@]}")

@@ -2,8 +2,10 @@
 #include "view/averaged_picture.h"
 
 #include "imaging/parallel.h"
+#include "imaging/wide_vectors.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -15,7 +17,10 @@ namespace complexion {
 namespace {
 
 constexpr std::uint32_t kWhole = 256; // the sum of the weights of what a covered device pixel covers
+/// Device rows that one thread takes in a go, and for which it reads cells at once: those stay in the nearer
+/// cache.
 constexpr int kRowsAtOnce = 64;
+constexpr std::size_t kRowsReadFor = 8;
 constexpr std::int64_t kSmallArea = 128 * 128; // device pixels that are not worth a second thread
 
 /// What lies under each of a line of device pixels: `weights[i * taps ...]` of the cells from `first[i]` on.
@@ -50,39 +55,71 @@ Coverage coverageOf(int begin, int end, double scale, double offset, double exte
     return coverage;
 }
 
-/// The mean of rows of `count` bytes that lie `stride` bytes apart.
-void averageRows(const std::uint8_t* rows, std::size_t stride, std::span<const std::uint16_t> weights,
-                 std::size_t count, std::uint8_t* out) {
-    std::vector<std::uint16_t> sums(count, kWhole / 2);
-    for (std::size_t tap = 0; tap < weights.size(); ++tap) {
-        const std::uint16_t weight = weights[tap];
-        const std::uint8_t* row = rows + tap * stride;
-        if (weight == 0)
-            continue;
-        for (std::size_t i = 0; i < count; ++i)
-            sums[i] = static_cast<std::uint16_t>(sums[i] + row[i] * weight);
+/// The mean of `weights.size()` rows of `count` bytes that lie `stride` bytes apart. The compiler turns the
+/// loop over bytes into one over several at a time.
+template <std::size_t Taps>
+inline void averageSomeRows(const std::uint8_t* rows, std::size_t stride, const std::uint16_t* weights,
+                            std::size_t count, std::uint8_t* out) {
+    std::array<std::uint16_t, Taps> weight; // a copy: bytes written to might be the weights' own
+    std::copy_n(weights, Taps, weight.begin());
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint16_t sum = kWhole / 2;
+        for (std::size_t tap = 0; tap < Taps; ++tap)
+            sum = static_cast<std::uint16_t>(sum + rows[tap * stride + i] * weight[tap]);
+        out[i] = static_cast<std::uint8_t>(sum / kWhole);
     }
-    for (std::size_t i = 0; i < count; ++i)
-        out[i] = static_cast<std::uint8_t>(sums[i] / kWhole);
 }
 
-/// The means along a row of cells, as AARRGGBB. The four components of a pixel are added up side by side in
-/// one word, in 16 bits each.
-void averageCells(const RGBA32* cells, const Coverage& columns, QRgb* out) {
+COMPLEXION_WIDE_VECTORS
+void averageRows(const std::uint8_t* rows, std::size_t stride, std::span<const std::uint16_t> weights,
+                 std::size_t count, std::uint8_t* out) {
+    // A level is less than twice as fine as the screen: three cells at most, but at the coarsest.
+    if (weights.size() == 2)
+        return averageSomeRows<2>(rows, stride, weights.data(), count, out);
+    if (weights.size() == 3)
+        return averageSomeRows<3>(rows, stride, weights.data(), count, out);
+    for (std::size_t i = 0; i < count; ++i) {
+        std::uint32_t sum = kWhole / 2;
+        for (std::size_t tap = 0; tap < weights.size(); ++tap)
+            sum += std::uint32_t{rows[tap * stride + i]} * weights[tap];
+        out[i] = static_cast<std::uint8_t>(sum / kWhole);
+    }
+}
+
+/// The means along a row of cells. The four components of a pixel are added up side by side in one word, in
+/// 16 bits each.
+template <std::size_t Taps>
+void averageSomeCells(const RGBA32* cells, const Coverage& columns, RGBA32* out) {
     constexpr std::uint64_t kLanes = 0x00FF00FF00FF00FF;
     constexpr std::uint64_t kHalves = 0x0080008000800080;
+    const std::size_t taps = Taps == 0 ? columns.taps : Taps;
     const std::uint16_t* weight = columns.weights.data();
+    const int begin = columns.begin();
     for (const int first : columns.first) {
-        const RGBA32* const cell = cells + (first - columns.begin());
+        const RGBA32* const cell = cells + (first - begin);
         std::uint64_t sum = kHalves;
-        for (std::size_t tap = 0; tap < columns.taps; ++tap) {
+        for (std::size_t tap = 0; tap < taps; ++tap) {
             const std::uint64_t word = cell[tap].color;
             sum += ((word | word << 24) & kLanes) * *weight++; // alpha, green, blue, red
         }
         sum = (sum >> 8) & kLanes;
-        const auto rgba = static_cast<std::uint32_t>(sum | sum >> 24);
-        *out++ = std::rotr(rgba, 8);
+        *out++ = RGBA32(static_cast<std::uint32_t>(sum | sum >> 24));
     }
+}
+
+void averageCells(const RGBA32* cells, const Coverage& columns, RGBA32* out) {
+    if (columns.taps == 2)
+        averageSomeCells<2>(cells, columns, out);
+    else if (columns.taps == 3)
+        averageSomeCells<3>(cells, columns, out);
+    else
+        averageSomeCells<0>(cells, columns, out);
+}
+
+/// From the image's order of components to the toolkit's: RRGGBBAA to AARRGGBB.
+void turnIntoRgb(std::span<RGBA32> pixels) {
+    for (RGBA32& pixel : pixels)
+        pixel.color = std::rotr(pixel.color, 8);
 }
 
 } // namespace
@@ -103,25 +140,32 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
     uchar* const bits = picture.bits();
     const auto bytesPerLine = static_cast<std::size_t>(picture.bytesPerLine());
     const auto averageChunk = [&](int chunk) {
-        const auto begin = static_cast<std::size_t>(chunk) * kRowsAtOnce;
-        const std::size_t end = std::min(begin + kRowsAtOnce, rows.first.size());
-        const int firstRow = rows.first[begin];
-        const int endRow = rows.first[end - 1] + static_cast<int>(rows.taps);
-        std::vector<RGBA32> source(stride * static_cast<std::size_t>(endRow - firstRow));
-        const PixelRect inside =
-            PixelRect{columns.begin(), firstRow, static_cast<int>(stride), endRow - firstRow}.intersected(
-                {0, 0, cells.width, cells.height});
-        if (inside.isEmpty())
-            return;
-        image.readLevel(level, inside, source.data(), static_cast<std::ptrdiff_t>(stride));
+        std::vector<RGBA32> source;
         std::vector<RGBA32> mean(stride);
-        for (std::size_t y = begin; y < end; ++y) {
-            const RGBA32* const top =
-                source.data() + static_cast<std::size_t>(rows.first[y] - firstRow) * stride;
-            averageRows(reinterpret_cast<const std::uint8_t*>(top), stride * sizeof(RGBA32),
-                        std::span(rows.weights).subspan(y * rows.taps, rows.taps), stride * sizeof(RGBA32),
-                        reinterpret_cast<std::uint8_t*>(mean.data()));
-            averageCells(mean.data(), columns, reinterpret_cast<QRgb*>(bits + y * bytesPerLine));
+        const auto chunkBegin = static_cast<std::size_t>(chunk) * kRowsAtOnce;
+        const std::size_t chunkEnd = std::min(chunkBegin + kRowsAtOnce, rows.first.size());
+        for (std::size_t begin = chunkBegin; begin < chunkEnd; begin += kRowsReadFor) {
+            const std::size_t end = std::min(begin + kRowsReadFor, chunkEnd);
+            const int firstRow = rows.first[begin];
+            const int endRow = rows.first[end - 1] + static_cast<int>(rows.taps);
+            source.resize(stride * static_cast<std::size_t>(endRow - firstRow));
+            const PixelRect inside =
+                PixelRect{columns.begin(), firstRow, static_cast<int>(stride), endRow - firstRow}.intersected(
+                    {0, 0, cells.width, cells.height});
+            // The effect and the screen's colours are those of what is seen, which is less than what is read.
+            image.readStoredLevel(level, inside, source.data(), static_cast<std::ptrdiff_t>(stride));
+            for (std::size_t y = begin; y < end; ++y) {
+                const RGBA32* const top =
+                    source.data() + static_cast<std::size_t>(rows.first[y] - firstRow) * stride;
+                averageRows(reinterpret_cast<const std::uint8_t*>(top), stride * sizeof(RGBA32),
+                            std::span(rows.weights).subspan(y * rows.taps, rows.taps),
+                            stride * sizeof(RGBA32), reinterpret_cast<std::uint8_t*>(mean.data()));
+                const std::span<RGBA32> out(reinterpret_cast<RGBA32*>(bits + y * bytesPerLine),
+                                            columns.first.size());
+                averageCells(mean.data(), columns, out.data());
+                image.transform(out);
+                turnIntoRgb(out);
+            }
         }
     };
     const int chunks = (part.height() + kRowsAtOnce - 1) / kRowsAtOnce;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/image_painter.h"
 
+#include "imaging/parallel.h"
 #include "view/averaged_picture.h"
 
 #include <QImage>
@@ -15,6 +16,9 @@ namespace {
 
 /// Pixels around a painted part that smooth scaling looks at.
 constexpr int kSmoothingMargin = 2;
+
+constexpr int kRowsAtOnce = 64;
+constexpr std::int64_t kSmallArea = 128 * 128; // pixels that are not worth a second thread
 
 /// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at
 /// least as fine as the screen.
@@ -34,12 +38,22 @@ QImage readPart(const Image& image, const QRect& part) {
     QImage picture(part.width(), part.height(), QImage::Format_ARGB32_Premultiplied);
     auto* pixels = reinterpret_cast<RGBA32*>(picture.bits());
     const std::ptrdiff_t stride = picture.bytesPerLine() / std::ptrdiff_t{sizeof(RGBA32)};
-    image.read({part.x(), part.y(), part.width(), part.height()}, pixels, stride);
-    for (int y = 0; y < part.height(); ++y) {
-        RGBA32* row = pixels + y * stride;
-        for (int x = 0; x < part.width(); ++x)
-            row[x].color = std::rotr(row[x].color, 8); // RRGGBBAA to AARRGGBB
-    }
+    const auto readRows = [&](int chunk) {
+        const int begin = chunk * kRowsAtOnce;
+        const int end = std::min(begin + kRowsAtOnce, part.height());
+        for (int y = begin; y < end; ++y) {
+            RGBA32* row = pixels + y * stride;
+            image.read({part.x(), part.y() + y, part.width(), 1}, row, stride);
+            for (int x = 0; x < part.width(); ++x)
+                row[x].color = std::rotr(row[x].color, 8); // RRGGBBAA to AARRGGBB
+        }
+    };
+    const int chunks = (part.height() + kRowsAtOnce - 1) / kRowsAtOnce;
+    if (std::int64_t{part.width()} * part.height() > kSmallArea)
+        parallelFor(chunks, readRows);
+    else
+        for (int chunk = 0; chunk < chunks; ++chunk)
+            readRows(chunk);
     return picture;
 }
 

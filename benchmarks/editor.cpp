@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "benchmarks/editor.h"
+
+#include "app/connections.h"
+#include "benchmarks/stopwatch.h"
+#include "imaging/fatal.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+
+#include <cmath>
+
+namespace complexion::bench {
+
+namespace {
+
+constexpr QSize kWindowSize(1920, 1200);
+/// So low that the noise alone is repaired: a repair of much work.
+constexpr float kThreshold = 1;
+constexpr int kSkinColumns = 11;
+constexpr int kSkinRows = 8;
+
+PrivateFolder newFolder() {
+    Result<PrivateFolder> folder = PrivateFolder::create();
+    if (!folder)
+        fatal("no folder for state images can be made");
+    return *std::move(folder);
+}
+
+} // namespace
+
+TimedPlatform::TimedPlatform() : m_folder(newFolder()) {}
+
+std::uint64_t TimedPlatform::monotonicNanoseconds() {
+    return static_cast<std::uint64_t>((now() + m_ahead) * 1e9);
+}
+
+double TimedPlatform::secondsSince1970() {
+    stateIsNamed();
+    m_wallClock += 1.0 / 64;
+    return m_wallClock;
+}
+
+void WaitingQueues::runAll() {
+    while (!m_work.empty()) {
+        const std::function<void()> work = std::move(m_work.front());
+        m_work.pop_front();
+        work();
+    }
+}
+
+Editor::Editor()
+    : m_controller(std::make_shared<ViewController>(&m_window.rootView(), m_dialogs, m_platform, m_queues)) {
+    connectWindow(m_window, *m_controller, m_dialogs);
+    m_window.rootView().imageView()->installEventFilter(this);
+    m_controller->sliderThreshold->setFloatValue(kThreshold);
+    m_window.resize(kWindowSize);
+    m_window.show();
+    paintNow();
+}
+
+Editor::~Editor() {
+    m_controller->windowWillClose();
+}
+
+void Editor::paintNow() {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+}
+
+bool Editor::eventFilter(QObject* watched, QEvent* event) {
+    const std::optional<Image>& shown = m_controller->imageView->image();
+    if (event->type() == QEvent::Paint && shown && !(m_shownBefore && m_shownBefore->isSameObject(*shown)))
+        ++m_paintings;
+    return QObject::eventFilter(watched, event);
+}
+
+double Editor::untilPainted(const std::function<void()>& work) {
+    m_shownBefore = m_controller->imageView->image();
+    m_paintings = 0;
+    double paintedAt = 0;
+    m_platform.stateIsNamed = [&] {
+        if (m_paintings > 0)
+            paintedAt = now();
+    };
+    const double start = now();
+    work();
+    m_queues.runAll();
+    paintNow();
+    if (paintedAt == 0)
+        paintedAt = now();
+    m_platform.stateIsNamed = [] {};
+    if (m_paintings == 0)
+        fatal("what is measured until it is painted was not painted");
+    return paintedAt - start;
+}
+
+double Editor::open(const std::filesystem::path& photo) {
+    m_dialogs.chosen = photo;
+    return untilPainted([this] { m_controller->OnSelectImage(nullptr); });
+}
+
+void Editor::show(const Image& image) {
+    m_controller->boxHint->hide();
+    m_controller->boxHelp->hide();
+    m_controller->setOriginalImage(image);
+    m_controller->ApplyEffectsOnPreview();
+    m_controller->ResetZoom();
+    paintNow();
+}
+
+void Editor::save(const std::filesystem::path& target) {
+    m_dialogs.chosen = target;
+    m_controller->OnSaveImage(nullptr);
+}
+
+void Editor::sendMouse(QEvent::Type type, QPointF place, Qt::MouseButtons buttons) {
+    RootView& root = m_window.rootView();
+    QMouseEvent event(type, place, root.mapToGlobal(place),
+                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(&root, &event);
+}
+
+double Editor::click(QPointF place) {
+    sendMouse(QEvent::MouseButtonPress, place, Qt::LeftButton);
+    return untilPainted([&] { sendMouse(QEvent::MouseButtonRelease, place, Qt::NoButton); });
+}
+
+double Editor::drag(QPointF distance) {
+    const QPointF middle(kWindowSize.width() / 2.0, kWindowSize.height() / 2.0);
+    sendMouse(QEvent::MouseButtonPress, middle, Qt::LeftButton);
+    const double seconds =
+        paintedAfter([&] { sendMouse(QEvent::MouseMove, middle + distance, Qt::LeftButton); });
+    m_platform.goOn(1); // held for so long that it is no click
+    sendMouse(QEvent::MouseButtonRelease, middle + distance, Qt::NoButton);
+    return seconds;
+}
+
+double Editor::paintedAfter(const std::function<void()>& work) {
+    m_shownBefore.reset();
+    m_paintings = 0;
+    const double seconds = secondsOf([&] {
+        work();
+        paintNow();
+    });
+    if (m_paintings == 0)
+        fatal("what is measured until it is painted was not painted");
+    return seconds;
+}
+
+void Editor::zoomTo(double ratio) {
+    const auto current = [this] {
+        return m_controller->imageView->frame().width / m_window.rootView().width();
+    };
+    m_controller->ResetZoom();
+    while (current() < ratio && current() < 10) {
+        const double before = current();
+        m_controller->OnZoomIn(nullptr);
+        if (std::abs(current() - before) < 1e-9)
+            break;
+    }
+    paintNow();
+}
+
+void Editor::setRadius(int radius) {
+    m_controller->stepperEditAreaSize->setIntegerValue(radius);
+}
+
+QPointF Editor::nextSkin(QPointF spacing) {
+    const int column = m_skin % kSkinColumns;
+    const int row = m_skin / kSkinColumns % kSkinRows;
+    ++m_skin;
+    return {kWindowSize.width() / 2.0 + (column - kSkinColumns / 2) * spacing.x(),
+            kWindowSize.height() / 2.0 + (row - kSkinRows / 2) * spacing.y()};
+}
+
+} // namespace complexion::bench

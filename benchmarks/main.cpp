@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The speed table: ./bench says how it is called.
+#include "app/look.h"
+#include "benchmarks/memory.h"
+#include "benchmarks/portraits.h"
+#include "benchmarks/table.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <string_view>
+
+using namespace complexion;
+
+int main(int argc, char** argv) {
+    // Wherever it is started, the windows are seen by nobody, and never larger than they say.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("QT_SCALE_FACTOR", "1");
+    QApplication application(argc, argv);
+    applyLook(application, 1);
+
+    if (argc == 3 && std::string_view(argv[1]) == "--memory")
+        return bench::measureMemory(argv[2]);
+    if (argc < 2) {
+        std::fputs("usage: speed FOLDER [NAME|MEGAPIXELS]...\n", stderr);
+        return 2;
+    }
+    bench::setFolder(argv[1]);
+    bench::addClickRows();
+    bench::addStateRows();
+    bench::addEffectRows();
+    bench::addPaintingRows();
+    bench::addOpeningRows();
+    bench::addSavingRows();
+    bench::addMemoryRows();
+    bench::addStartRow();
+    bench::addNaiveRow();
+    return bench::runTable({argv + 2, argv + argc}, bench::folder() / "speed.json");
+}

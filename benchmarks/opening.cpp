@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What opening a photo costs: until it is seen, and until work on it can begin.
+#include "benchmarks/editor.h"
+#include "benchmarks/references.h"
+#include "benchmarks/stopwatch.h"
+#include "benchmarks/table.h"
+
+namespace complexion::bench {
+
+namespace {
+
+/// Seconds until a photo that is opened in a fresh editor is painted, and until its first state is written.
+struct Opening {
+    double first = 0;
+    double ready = 0;
+};
+
+Opening openAnew(const std::filesystem::path& photo) {
+    Editor editor;
+    Opening opening;
+    opening.ready = secondsOf([&] { opening.first = editor.open(photo); });
+    return opening;
+}
+
+Row openFirst(int megapixels) {
+    return {.name = rowName("open_first", megapixels),
+            .goal = atMost(1.15),
+            .rounds = 5,
+            .prepare = [=]() -> Round {
+                return [photo = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
+                    const double reference = decodeJpegSeconds(photo);
+                    samples.add(openAnew(photo).first, reference);
+                };
+            }};
+}
+
+/// The reference is the sum that the goal names, in the two-core machine's parts.
+Row openReady(int megapixels) {
+    return {
+        .name = rowName("open_ready", megapixels), .goal = atMost(1), .rounds = 5, .prepare = [=]() -> Round {
+            const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
+            return [picture, bytes = encodePlainly(*picture),
+                    photo = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
+                const double reference = 1.15 * decodeJpegSeconds(photo) + 0.6 * encodeJpegSeconds(*picture) +
+                                         1.2 * writeSeconds(bytes, Flush::No);
+                samples.add(openAnew(photo).ready, reference);
+            };
+        }};
+}
+
+Row openPng() {
+    return {.name = rowName("open_png", 24), .goal = atMost(1.1), .rounds = 5, .prepare = []() -> Round {
+                return [photo = portraitFile(24, Kind::Png)](Samples& samples) {
+                    const double reference = decodePngSeconds(photo);
+                    samples.add(openAnew(photo).first, reference);
+                };
+            }};
+}
+
+/// How many times faster than the library at its own level of compression.
+Row firstPngState() {
+    return {
+        .name = rowName("state_png_first", 24), .goal = atLeast(20), .rounds = 3, .prepare = []() -> Round {
+            const auto picture = std::make_shared<PlainPicture>(portrait(24));
+            return [picture, photo = portraitFile(24, Kind::Png)](Samples& samples) {
+                const double plain = secondsOf([&] { (void)encodePngPlainly(*picture, -1); });
+                const Opening opening = openAnew(photo);
+                samples.add(plain, opening.ready - opening.first);
+            };
+        }};
+}
+
+} // namespace
+
+void addOpeningRows() {
+    for (const int megapixels : kMegapixels) {
+        addRow(openFirst(megapixels));
+        addRow(openReady(megapixels));
+    }
+    addRow(openPng());
+    addRow(firstPngState());
+}
+
+} // namespace complexion::bench
