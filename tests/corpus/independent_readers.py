@@ -93,7 +93,8 @@ def by_pillow(path):
             image.load()
             if is_deep(image) and image.mode != "F":
                 image = eight_bits(image, max(bits))
-            upright = ImageOps.exif_transpose(image)
+            # A TIFF file's picture was turned as it was loaded.
+            upright = image if image.format == "TIFF" else ImageOps.exif_transpose(image)
             pictures = [picture for picture in (by_profile(upright, info.get("icc_profile")), upright) if picture]
             return kind, [premultiplied(numpy.asarray(picture.convert("RGBA"))) for picture in pictures]
     except Exception:  # whatever a foreign decoder comes up with: it refuses the file
@@ -110,11 +111,12 @@ def by_imagemagick(path):
             return None
         done = subprocess.run(["/usr/bin/convert", "-limit", "memory", "1GiB", "-limit", "area", "300MP",
                                f"{kind}:{path}[0]", "-auto-orient", "-colorspace", "sRGB", "-alpha", "on",
-                               "-depth", "8", "-write", "info:fd:2", "rgba:-"],
+                               "-depth", "8", "-format", "%w %h\\n", "-write", "info:fd:2", "rgba:-"],
                               capture_output=True, timeout=SECONDS, check=False)
         if done.returncode != 0:
             return None
-        width, height = (int(side) for side in done.stderr.decode(errors="replace").split(" ")[2].split("x"))
+        # The last line: before it there may be warnings.
+        width, height = (int(side) for side in done.stderr.split(b"\n")[-2].split())
         return premultiplied(numpy.frombuffer(done.stdout, numpy.uint8).reshape(height, width, 4))
     except (OSError, ValueError, IndexError, subprocess.TimeoutExpired):
         return None
