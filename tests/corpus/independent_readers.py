@@ -3,6 +3,7 @@
 RGB space, red, green, blue and alpha premultiplied."""
 
 import io
+import re
 import subprocess
 import warnings
 
@@ -115,10 +116,10 @@ def by_imagemagick(path):
                               capture_output=True, timeout=SECONDS, check=False)
         if done.returncode != 0:
             return None
-        # The last line: before it there may be warnings.
-        width, height = (int(side) for side in done.stderr.split(b"\n")[-2].split())
+        # Among warnings, before and behind.
+        width, height = (int(side) for side in re.search(rb"^(\d+) (\d+)$", done.stderr, re.MULTILINE).groups())
         return premultiplied(numpy.frombuffer(done.stdout, numpy.uint8).reshape(height, width, 4))
-    except (OSError, ValueError, IndexError, subprocess.TimeoutExpired):
+    except (OSError, ValueError, AttributeError, subprocess.TimeoutExpired):
         return None
 
 
