@@ -17,7 +17,10 @@ window=(
     xvfb openbox xdotool wmctrl x11-utils imagemagick dbus at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core
 )
-tests=(libgtest-dev libgmock-dev libimage-exiftool-perl imagemagick python3 python3-pil python3-numpy)
+tests=(
+    libgtest-dev libgmock-dev libimage-exiftool-perl
+    imagemagick libtiff-tools libjpeg-turbo-progs python3 python3-pil python3-numpy
+)
 check=(clang-format-19 clang-tidy-19)
 package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 system=(debootstrap) # makes a new system to try the package in

@@ -22,6 +22,7 @@ namespace complexion {
 ///   goes where that cannot be done;
 /// - what stands behind a JPEG file's end, and signatures over the source's bytes;
 /// - blocks whose check sums are wrong, and entries that point outside the file.
+/// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.
 /// Maker notes are never changed: a preview within one stays.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written);
 

@@ -39,8 +39,8 @@ constexpr std::string_view kResourcesApplication = "MGK8BIM0000";
 constexpr std::string_view kIptcApplication = "MGKIPTC0000";
 constexpr std::string_view kProfileApplication = "ICCRGBG1012"; // ICC.1, annex B
 
-/// Application blocks that are left behind: an animation's repetitions; a colour profile, because SaveImage wrote the
-/// one that the pixels are in.
+/// Application blocks that are left behind: an animation's repetitions; a colour profile, because SaveImage
+/// wrote the one that the pixels are in.
 constexpr std::array kLeftBehind = {"NETSCAPE2.0"sv, "ANIMEXTS1.0"sv, kProfileApplication};
 
 struct GifExtension {

@@ -3,6 +3,7 @@
 RGB space, red, green, blue and alpha premultiplied."""
 
 import io
+import re
 import subprocess
 import warnings
 
@@ -93,7 +94,8 @@ def by_pillow(path):
             image.load()
             if is_deep(image) and image.mode != "F":
                 image = eight_bits(image, max(bits))
-            upright = ImageOps.exif_transpose(image)
+            # A TIFF file's picture was turned as it was loaded.
+            upright = image if image.format == "TIFF" else ImageOps.exif_transpose(image)
             pictures = [picture for picture in (by_profile(upright, info.get("icc_profile")), upright) if picture]
             return kind, [premultiplied(numpy.asarray(picture.convert("RGBA"))) for picture in pictures]
     except Exception:  # whatever a foreign decoder comes up with: it refuses the file
@@ -110,13 +112,14 @@ def by_imagemagick(path):
             return None
         done = subprocess.run(["/usr/bin/convert", "-limit", "memory", "1GiB", "-limit", "area", "300MP",
                                f"{kind}:{path}[0]", "-auto-orient", "-colorspace", "sRGB", "-alpha", "on",
-                               "-depth", "8", "-write", "info:fd:2", "rgba:-"],
+                               "-depth", "8", "-format", "%w %h\\n", "-write", "info:fd:2", "rgba:-"],
                               capture_output=True, timeout=SECONDS, check=False)
         if done.returncode != 0:
             return None
-        width, height = (int(side) for side in done.stderr.decode(errors="replace").split(" ")[2].split("x"))
+        # Among warnings, before and behind.
+        width, height = (int(side) for side in re.search(rb"^(\d+) (\d+)$", done.stderr, re.MULTILINE).groups())
         return premultiplied(numpy.frombuffer(done.stdout, numpy.uint8).reshape(height, width, 4))
-    except (OSError, ValueError, IndexError, subprocess.TimeoutExpired):
+    except (OSError, ValueError, AttributeError, subprocess.TimeoutExpired):
         return None
 
 
