@@ -38,7 +38,10 @@ Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* pa
     m_rest.setInterval(kRestMilliseconds);
     connect(&m_rest, &QTimer::timeout, this, &Aim::showResult);
     connect(&m_preview, &RepairPreview::answered, this, &Aim::showAnswer);
-    connect(&controller, &ViewController::stateChanged, this, &Aim::follow);
+    connect(&controller, &ViewController::stateChanged, this, [this] {
+        follow();
+        keepResult(); // another effect may have been chosen
+    });
     connect(&controller, &ViewController::settingsChanged, this, &Aim::refresh);
     connect(&controller, &ViewController::repairFinished, this, &Aim::tellRepair);
     connect(&reach(controller.imageView), &CustomImageView::frameChanged, this, &Aim::follow);
@@ -174,8 +177,13 @@ void Aim::showResult() {
     if (report->outcome != RepairOutcome::Repaired)
         return;
     m_isResultShown = true;
-    reach(m_controller.imageView).showInstead(m_controller.throughEffect(*report->result));
+    keepResult();
     m_disc->setOutlined({});
+}
+
+void Aim::keepResult() {
+    if (m_isResultShown && m_preview.answer())
+        reach(m_controller.imageView).showInstead(m_controller.throughEffect(*m_preview.answer()->result));
 }
 
 void Aim::hideResult() {

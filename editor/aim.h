@@ -61,6 +61,8 @@ private:
     void ask();
     void showAnswer();
     void showResult();
+    /// Shows the result through the effect that is selected now, when it is shown at all.
+    void keepResult();
     void hideResult();
     void tellRepair(const RepairReport& report);
     QColor colorAtPlace() const;

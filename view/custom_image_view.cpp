@@ -101,7 +101,9 @@ void CustomImageView::paintEvent(QPaintEvent* event) {
     if (!m_onScreen)
         return;
     QPainter painter(this);
-    paintImage(painter, *m_onScreen, pixelsToWidget(), event->rect());
+    // Part by part: the disc's old place and its new one may lie far apart.
+    for (const QRect& part : event->region())
+        paintImage(painter, *m_onScreen, pixelsToWidget(), part);
 }
 
 void CustomImageView::dragEnterEvent(QDragEnterEvent* event) {

@@ -22,6 +22,7 @@ constexpr double kCrosshairGap = 4; // from the ring
 constexpr double kCrosshairLength = 7;
 constexpr double kMarkedRadius = 32; // from here on the centre is marked
 constexpr double kCentreMark = 3;    // half its length
+constexpr double kHollowRadius = 40;
 constexpr double kFocusLine = 2;
 constexpr double kSwatchRadius = 19;
 constexpr double kSwatchWidth = 10;
@@ -144,15 +145,31 @@ void EditDisc::updateOutline() {
     m_outline.picture.setDevicePixelRatio(ratio);
 }
 
-QRect EditDisc::extent() const {
+QRegion EditDisc::extent() const {
     if (!m_place || !m_view->image())
         return {};
-    const double radius = m_swatch ? kSwatchRadius + kSwatchWidth : shownRadius();
-    return around(shownCentre(), radius + 2 * kLine + kCrosshairGap + kCrosshairLength);
+    const QPointF centre = shownCentre();
+    if (m_swatch)
+        return around(centre, kSwatchRadius + kSwatchWidth);
+    const double radius = shownRadius();
+    QRegion region =
+        around(centre, radius + 2 * kLine + (radius < kTinyRadius ? kCrosshairGap + kCrosshairLength : 0));
+    if (radius < kHollowRadius || m_look == DiscLook::OverBorder)
+        return region;
+    // The photo inside of a large ring need not be painted again for it.
+    const double free = (radius - 2 * kLine) / std::numbers::sqrt2 - 2 * kMargin;
+    region -= around(centre, free);
+    region += around(centre, kCentreMark + 2 * kLine);
+    if (!m_outline.picture.isNull()) {
+        const double ratio = m_outline.picture.devicePixelRatio();
+        region += QRectF(QPointF(m_outline.origin) / ratio, m_outline.picture.deviceIndependentSize())
+                      .toAlignedRect();
+    }
+    return region;
 }
 
 void EditDisc::refresh() {
-    const QRect now = extent();
+    const QRegion now = extent();
     update(m_painted);
     update(now);
     m_painted = now;

@@ -7,6 +7,7 @@
 
 #include <QColor>
 #include <QImage>
+#include <QRegion>
 
 #include <optional>
 
@@ -57,7 +58,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QRect extent() const;
+    QRegion extent() const;
     /// Repaints what the disc covers now and covered before.
     void refresh();
     void paintDisc(QPainter& painter) const;
@@ -72,7 +73,7 @@ private:
     MaskOutline m_outline; // of m_outlined at the present zoom
     std::optional<QColor> m_swatch;
     bool m_isFocusShown = false;
-    QRect m_painted; // what the disc covered when it was painted last
+    QRegion m_painted; // what the disc covered when it was painted last
 };
 
 } // namespace complexion

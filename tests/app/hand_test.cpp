@@ -136,6 +136,9 @@ TEST_F(Hand, ZoomKeysZoom) {
     EXPECT_NEAR(zoom(), 1.21 * 0.9, 1e-9);
     QTest::keyClick(&photo(), Qt::Key_0, Qt::ControlModifier);
     EXPECT_EQ(zoom(), 1);
+    turnWheel(5);
+    QTest::keyClick(&photo(), Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(zoom(), 1); // a small photo: smaller would leave a gap
 }
 
 TEST_F(Hand, TheMiddleButtonMovesThePhotoAndNeverClicks) {

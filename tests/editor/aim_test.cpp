@@ -7,6 +7,8 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 
+#include <cmath>
+
 namespace complexion {
 namespace {
 
@@ -179,6 +181,25 @@ TEST_F(AimTest, ThePreviewIsShownThroughTheEffect) {
     clickPixel(blemishes()[0]);
     queues.runAll();
     EXPECT_FALSE(samePixels(shown(), before));
+}
+
+TEST_F(AimTest, AnotherEffectShowsTheSameResultThroughIt) {
+    const Image photo = painted(kPhotoSize, [](int row, int column) {
+        return std::hypot(row - 20, column - 20) < 3 ? RGBA32(90, 30, 30, 255) : RGBA32(220, 170, 140, 255);
+    });
+    openThroughPanel(makePhoto("colored.png", photo));
+    pointAtPixel({20, 20});
+    restForResult();
+    const auto seen = [this] {
+        QImage screen(root->size(), QImage::Format_RGB32);
+        root->render(&screen);
+        return screen.pixelColor(200, 150);
+    };
+    const QColor before = seen();
+    selectEffect(5);
+    EXPECT_TRUE(imageView->isShowingInstead());
+    EXPECT_NE(seen(), before);
+    EXPECT_EQ(seen().red(), seen().blue()); // black and white
 }
 
 // By the keys.

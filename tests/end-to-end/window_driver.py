@@ -245,10 +245,11 @@ class Complexion:
         rect = self.wait_for(name, role).get_extents(self.atspi.CoordType.SCREEN)
         return rect.x, rect.y, rect.width, rect.height
 
-    def photo_on_screen(self):
-        """The photo with what lies over it but the edit disc, as the screen shows it: the pointer is taken away."""
+    def photo_on_screen(self, with_disc=False):
+        """The photo with what lies over it, as the screen shows it. Without the edit disc: the pointer is taken away."""
         x, y, width, height = self.screen_area("Photo")
-        subprocess.run(["xdotool", "mousemove", str(x + width - 1), str(y - 8)], check=True)
+        if not with_disc:
+            subprocess.run(["xdotool", "mousemove", str(x + width - 1), str(y - 8)], check=True)
         pixels = output_of("import", "-window", "root", "-crop", f"{width}x{height}+{x}+{y}", "-depth", "8", "rgb:-",
                            text=False)
         return Image.frombytes("RGB", (width, height), pixels)

@@ -1,0 +1,133 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""What hands do over the photo with a real mouse: pointing, zooming where they look, moving the photo, comparing."""
+
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from PIL import Image, ImageChops
+
+from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, wait_until
+
+SIZE = (1200, 1500)
+BLEMISH = (690, 690)
+RADIUS = 10  # the edit area that the window starts with
+ZOOM_STEPS = 15
+
+
+def largest_difference(one, other):
+    return max(high for _, high in ImageChops.difference(one, other).getextrema())
+
+
+class HandTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
+        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
+
+    def setUp(self):
+        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
+        self.photo = self.photos / "face.png"
+        subprocess.run([BUILD / "tools/sample_portrait", self.photo], check=True)
+        self.program = self.enterContext(Complexion(self.desktop))
+        self.program.start(self.photo)
+        x, y, width, height = self.program.screen_area("Photo")
+        self.scale = min(width / SIZE[0], height / SIZE[1])
+        self.origin = x, y
+        self.left = (width - SIZE[0] * self.scale) / 2
+        self.top = (height - SIZE[1] * self.scale) / 2
+
+    def place_of(self, column, row):
+        """Where the fitted photo shows the middle of a pixel, in its view."""
+        return round(self.left + (column + 0.5) * self.scale), round(self.top + (row + 0.5) * self.scale)
+
+    def xdotool(self, *words):
+        subprocess.run(["xdotool", *map(str, words)], check=True)
+
+    def point_at(self, place):
+        x, y = place
+        self.xdotool("mousemove", self.origin[0] + x - 1, self.origin[1] + y, "sleep", 0.02,
+                     "mousemove", self.origin[0] + x, self.origin[1] + y)
+
+    def around(self, place, reach):
+        """The screen around a place of the photo's view, the disc included."""
+        x, y = place
+        return self.program.photo_on_screen(with_disc=True).crop((x - reach, y - reach, x + reach, y + reach))
+
+    def zoom_at(self, place):
+        self.point_at(place)
+        self.xdotool("click", "--repeat", ZOOM_STEPS, "--delay", 5, 4)
+        return self.scale * 1.1 ** ZOOM_STEPS
+
+    def test_the_disc_shows_what_the_click_then_does(self):
+        place = self.place_of(*BLEMISH)
+        bare = self.program.photo_on_screen()
+        zoom = self.zoom_at(place)
+        inside = int(RADIUS * zoom / 1.5) - 4  # of the ring and its outline, a square
+        before = self.around(place, inside)
+        # The photo did not move under the pointer: the blemish is darker than the skin, then it is gone.
+        wait_until(lambda: self.around(place, inside).convert("L").getextrema()[0] >
+                   before.convert("L").getextrema()[0] + 15, "the result in the disc")
+        preview = self.around(place, inside)
+        self.assertEqual(len(self.program.state_images()), 1)
+        self.xdotool("click", 1)
+        wait_until(lambda: len(self.program.state_images()) == 2, "the repair")
+        x, y = place
+        square = (x - inside, y - inside, x + inside, y + inside)
+        wait_until(lambda: largest_difference(self.program.photo_on_screen().crop(square), preview) <= 3,
+                   "what was shown before")
+
+        self.program.keys("ctrl+0")
+        self.assertGreater(largest_difference(self.program.photo_on_screen(), bare), 15)
+        self.program.save()
+        pixel = int((x - self.left) / self.scale), int((y - self.top) / self.scale)
+        check_only_discs_changed(self.photo, self.photos / "face_retouched.png", [pixel], RADIUS + 1)
+
+    def test_the_preview_never_reaches_the_saved_file(self):
+        self.point_at(self.place_of(*BLEMISH))
+        self.program.start_saving()
+        self.program.confirm("Image saved successfully.")
+        with Image.open(self.photo) as one, Image.open(self.photos / "face_retouched.png") as other:
+            self.assertEqual(one.convert("RGB").tobytes(), other.convert("RGB").tobytes())
+
+    def test_the_original_is_seen_while_the_key_is_held(self):
+        original = self.program.photo_on_screen()
+        self.program.retouch(*BLEMISH, *SIZE)
+        work = self.program.photo_on_screen()
+        self.assertGreater(largest_difference(original, work), 15)
+        x, y = self.place_of(*BLEMISH)
+        box = (x - 10, y - 10, x + 10, y + 10)
+
+        def shows(picture):
+            return largest_difference(self.program.photo_on_screen().crop(box), picture.crop(box)) <= 2
+
+        self.xdotool("keydown", "b")
+        wait_until(lambda: shows(original), "the original")
+        self.xdotool("keyup", "b")
+        wait_until(lambda: shows(work), "the work")
+
+    def test_the_middle_button_and_the_space_bar_move_the_photo_and_never_click(self):
+        place = self.place_of(*BLEMISH)
+        self.zoom_at(place)
+        start = self.program.photo_on_screen()
+        self.point_at(place)
+        self.xdotool("mousedown", 2, "mousemove_relative", "--", -40, 0, "mouseup", 2)
+        wait_until(lambda: largest_difference(self.program.photo_on_screen(), start) > 15, "the photo to move")
+        bare = self.program.photo_on_screen()
+        self.point_at(place)
+        self.xdotool("keydown", "space")
+        # A key takes the way over the accessibility bus and may come after the button that follows it at once.
+        wait_until(lambda: largest_difference(self.program.photo_on_screen(with_disc=True), bare) <= 3,
+                   "the disc to make room for the hand")
+        self.xdotool("mousedown", 1, "mousemove_relative", "--", 40, 0, "mouseup", 1, "keyup", "space")
+        # Back where it was; and a click after it is a click again.
+        wait_until(lambda: largest_difference(self.program.photo_on_screen(), start) <= 3, "the photo to come back")
+        self.assertEqual(len(self.program.state_images()), 1)
+        self.point_at(place)
+        self.xdotool("click", 1)
+        wait_until(lambda: len(self.program.state_images()) == 2, "the repair")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
