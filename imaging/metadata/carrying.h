@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/files.h"
+#include "imaging/image.h"
 #include "imaging/metadata/container.h"
 #include "imaging/orientation.h"
 #include "imaging/result.h"
@@ -23,7 +24,10 @@ namespace complexion {
 /// - what stands behind a JPEG file's end, and signatures over the source's bytes;
 /// - blocks whose check sums are wrong, and entries that point outside the file.
 /// Maker notes are never changed: a preview within one stays.
-Result<FileContents> withMetadataOf(ByteView source, ByteView written);
+///
+/// `picture`, unless empty, is what `written` shows, at any resolution: it then need not be decoded for a
+/// thumbnail.
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
 
 /// The orientation that `source`'s metadata will have in a file of the format `target`.
 Orientation carriedOrientation(ByteView source, Container target);
