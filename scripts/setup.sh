@@ -19,7 +19,7 @@ window=(
     python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core
 )
 tests=(libgtest-dev libgmock-dev libimage-exiftool-perl)
-check=(clang-format-19 clang-tidy-19)
+check=(clang-format-19 clang-tidy-19 valgrind)
 package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 bench=(libbenchmark-dev)
 
