@@ -58,7 +58,12 @@ public:
     }
 
 private:
-    QImage m_image = paintSamplePortrait().image;
+    static const QImage& painted() {
+        static const QImage image = paintSamplePortrait().image;
+        return image;
+    }
+
+    const QImage& m_image = painted();
 };
 
 /// Noise grows with the root of the light; this much at white, in levels.

@@ -5,8 +5,16 @@
 #include "editor/view_controller.h"
 #include "imaging/files.h"
 #include "imaging/image_tools.h"
+#include "imaging/resample.h"
 
 namespace complexion {
+
+namespace {
+
+/// The longer side of the picture that thumbnails are made from, in pixels: some times theirs.
+constexpr int kThumbnailSource = 1024;
+
+} // namespace
 
 void ViewController::OnSaveImage(QObject*) {
     if (originalImagePath.empty())
@@ -29,10 +37,12 @@ void ViewController::OnSaveImage(QObject*) {
 
     Q_EMIT longWorkBegan(tr("Saving the photo…"));
     // The pixels are turned back to how the source stores them, for the tag that is copied after them.
-    const Image stored = turnedForStorage(*shown, ImageTools::CarriedOrientation(source.path(), format));
+    const Orientation orientation = ImageTools::CarriedOrientation(source.path(), format);
+    const Image stored = turnedForStorage(*shown, orientation);
     bool saved = ImageTools::SaveImage(stored, path, format);
     if (saved) {
-        ImageTools::ChangeImageExif(source.path(), path);
+        ImageTools::ChangeImageExif(source.path(), path,
+                                    turnedForStorage(halvedTo(*shown, kThumbnailSource), orientation));
         // A format that cannot hold the picture leaves no file, and that counts as saved.
         std::error_code ignored;
         saved = flushToDisk(path) || !std::filesystem::exists(path, ignored);

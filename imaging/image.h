@@ -66,8 +66,8 @@ public:
     /// pixels.
     void readLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const;
 
-    /// The two halves of `readLevel`, for who has something to do between them: the pixels as they are stored, and
-    /// what they are transformed into when they are read.
+    /// The two halves of `readLevel`, for who has something to do between them: the pixels as they are
+    /// stored, and what they are transformed into when they are read.
     void readStoredLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const;
     void transform(std::span<RGBA32> pixels) const;
 

@@ -89,9 +89,10 @@ public:
 
     /// Gives the file at `croppedImagePath`, which SaveImage wrote, the metadata and the creation date of the
     /// photo at `originalImagePath`. Its pixels' coding is not touched. Prints "ERROR" when the date cannot
-    /// be set; does nothing when either file cannot be opened.
+    /// be set; does nothing when either file cannot be opened. `picture`, unless empty, is what the file
+    /// shows, at any resolution: it then need not be decoded for its thumbnail.
     static void ChangeImageExif(const std::filesystem::path& originalImagePath,
-                                const std::filesystem::path& croppedImagePath);
+                                const std::filesystem::path& croppedImagePath, const Image& picture = {});
 
     /// When the file was made; now, when its attributes cannot be read.
     static std::chrono::system_clock::time_point ImageCreationDate(const std::filesystem::path& path);

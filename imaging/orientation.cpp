@@ -7,6 +7,8 @@ namespace complexion {
 
 namespace {
 
+constexpr int kBlockColumns = 64;
+
 /// How a picture is turned: first the sides are swapped about the main diagonal, then it is mirrored.
 struct Turn {
     bool transpose = false;
@@ -60,12 +62,18 @@ Image turned(const Image& image, Turn turn) {
         PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
         image.read(part, source.pixels.get(), part.width);
         PixelBlock out = PixelBlock::uninitialized({to.width, height});
-        for (int row = 0; row < height; ++row) {
-            const int sourceRow = turn.mirrorRows ? height - 1 - row : row;
-            for (int column = 0; column < to.width; ++column) {
-                const int sourceColumn = turn.mirrorColumns ? to.width - 1 - column : column;
-                out.row(row)[column] = turn.transpose ? source.row(sourceColumn)[sourceRow]
-                                                      : source.row(sourceRow)[sourceColumn];
+        // In blocks: a row of the new picture is a column of the old, and every pixel of that lies in a cache
+        // line of its own, which is to be used up while it is near.
+        for (int begin = 0; begin < to.width; begin += kBlockColumns) {
+            const int end = std::min(begin + kBlockColumns, to.width);
+            for (int row = 0; row < height; ++row) {
+                const int sourceRow = turn.mirrorRows ? height - 1 - row : row;
+                RGBA32* const line = out.row(row);
+                for (int column = begin; column < end; ++column) {
+                    const int sourceColumn = turn.mirrorColumns ? to.width - 1 - column : column;
+                    line[column] = turn.transpose ? source.row(sourceColumn)[sourceRow]
+                                                  : source.row(sourceRow)[sourceColumn];
+                }
             }
         }
         builder.setRows(y, height, out.pixels.get());

@@ -180,4 +180,26 @@ Image resampled(const Image& image, PixelSize size) {
     return builder.finish().withProfile(image.profile());
 }
 
+Image halvedTo(const Image& image, int longSide) {
+    const auto longer = [&image](int level) {
+        const PixelSize size = image.levelSize(level);
+        return std::max(size.width, size.height);
+    };
+    int level = 0;
+    while (level < Tile::kLastLevel && longer(level + 1) >= longSide)
+        ++level;
+    if (level == 0)
+        return image;
+    const PixelSize size = image.levelSize(level);
+    ImageBuilder builder(size);
+    parallelFor((size.height + Tile::kHeight - 1) / Tile::kHeight, [&](int band) {
+        const int y = band * Tile::kHeight;
+        const PixelBlock rows =
+            PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height - y)});
+        image.readLevel(level, {0, y, size.width, rows.size.height}, rows.pixels.get(), size.width);
+        builder.setRows(y, rows.size.height, rows.pixels.get());
+    });
+    return builder.finish().withProfile(image.profile());
+}
+
 } // namespace complexion

@@ -11,4 +11,8 @@ namespace complexion {
 /// very pixels; one without pixels becomes transparent.
 Image resampled(const Image& image, PixelSize size);
 
+/// The whole picture halved as often as its longer side stays at least `longSide` pixels, at one point per
+/// pixel; the very image when that is never.
+Image halvedTo(const Image& image, int longSide);
+
 } // namespace complexion

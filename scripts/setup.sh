@@ -21,7 +21,7 @@ tests=(
     libgtest-dev libgmock-dev libimage-exiftool-perl
     imagemagick libtiff-tools libjpeg-turbo-progs python3 python3-pil python3-numpy
 )
-check=(clang-format-19 clang-tidy-19)
+check=(clang-format-19 clang-tidy-19 valgrind)
 package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 system=(debootstrap) # makes a new system to try the package in
 coverage=(gcovr)

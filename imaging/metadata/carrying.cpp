@@ -66,13 +66,13 @@ static_assert([] {
 
 } // namespace
 
-Result<FileContents> withMetadataOf(ByteView source, ByteView written) {
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture) {
     const auto from = containerOf(source);
     const auto into = containerOf(written);
     if (!from || !into)
         return Error{"not a picture file"};
     return withoutThrowing([&] {
-        ThumbnailMaker maker(written);
+        ThumbnailMaker maker(written, picture);
         return from == into ? carrierOf(*into).withBlocksOf(source, written, maker)
                             : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, maker);
     });

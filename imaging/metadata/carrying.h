@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/files.h"
+#include "imaging/image.h"
 #include "imaging/metadata/container.h"
 #include "imaging/orientation.h"
 #include "imaging/result.h"
@@ -24,7 +25,10 @@ namespace complexion {
 /// - blocks whose check sums are wrong, and entries that point outside the file.
 /// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.
 /// Maker notes are never changed: a preview within one stays.
-Result<FileContents> withMetadataOf(ByteView source, ByteView written);
+///
+/// `picture`, unless empty, is what `written` shows, at any resolution: it then need not be decoded for a
+/// thumbnail.
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
 
 /// The orientation that `source`'s metadata will have in a file of the format `target`.
 Orientation carriedOrientation(ByteView source, Container target);

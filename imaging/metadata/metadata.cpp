@@ -26,7 +26,7 @@ Result<Bytes> readPicture(const std::filesystem::path& path) {
 } // namespace
 
 void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
-                                 const std::filesystem::path& croppedImagePath) {
+                                 const std::filesystem::path& croppedImagePath, const Image& picture) {
     const Result<Bytes> source = readPicture(originalImagePath);
     if (!source)
         return;
@@ -34,7 +34,7 @@ void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
     if (!written)
         return;
     const CreationDate date = ImageCreationDate(originalImagePath);
-    const Result<FileContents> result = withMetadataOf(*source, *written);
+    const Result<FileContents> result = withMetadataOf(*source, *written, picture);
     if (!result || !writeFileAtomically(croppedImagePath, *result))
         return;
     if (!setCreationDate(croppedImagePath, date))

@@ -70,7 +70,7 @@ PixelSize fittedSize(PixelSize picture, PixelSize frame) {
 } // namespace
 
 const Image* ThumbnailMaker::picture() {
-    if (!m_isDecoded) {
+    if (!m_picture && !m_isDecoded) {
         m_isDecoded = true;
         if (const Codec* codec = codecForContent(m_file))
             if (Result<Image> decoded = codec->decode(m_file); decoded && decoded->hasPixels())

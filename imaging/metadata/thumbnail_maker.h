@@ -8,11 +8,15 @@
 #include <vector>
 namespace complexion {
 
-/// Makes thumbnails of a picture file; decodes it when the first one is asked for.
+/// Makes thumbnails of a picture file; decodes it when the first one is asked for and the picture is not at
+/// hand.
 class ThumbnailMaker {
 public:
-    /// `file` has to outlive the maker.
-    explicit ThumbnailMaker(ByteView file) : m_file(file) {}
+    /// `file` has to outlive the maker. `picture`, unless empty, is what is in it, at any resolution.
+    explicit ThumbnailMaker(ByteView file, const Image& picture = {}) : m_file(file) {
+        if (picture.hasPixels())
+            m_picture = picture;
+    }
 
     /// The picture as packed rows of `size`; one of another shape gets black bars, as cameras do it. Empty
     /// when the file cannot be decoded.
@@ -26,7 +30,7 @@ private:
     const Image* picture();
 
     ByteView m_file;
-    bool m_isDecoded = false;
+    bool m_isDecoded = false; // or cannot be
     std::optional<Image> m_picture;
 };
 

@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What is tiled, computed in parallel, computed when read, or remembered gives what plain loops over packed
+// rows give, to the last bit, for sizes about those of tiles and for random edits.
+#include "imaging/codecs/codec.h"
+#include "imaging/image_tools.h"
+#include "imaging/photo_effects.h"
+#include "imaging/resample.h"
+#include "tests/fakes/pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+namespace complexion {
+namespace {
+
+constexpr PixelSize kWide{65500, 3}; // the widest picture that every format takes
+
+std::vector<PixelSize> sizes() {
+    std::vector<PixelSize> all = {{1, 1}, {300, 1}, {1, 300}, kWide};
+    for (const int height : {63, 64, 65})
+        for (const int width : {255, 256, 257})
+            all.push_back({width, height});
+    std::mt19937 random(7);
+    for (int i = 0; i < 6; ++i)
+        all.push_back({static_cast<int>(random() % 700) + 1, static_cast<int>(random() % 200) + 1});
+    return all;
+}
+
+/// Packed rows, top row first.
+struct Plain {
+    PixelSize size;
+    std::vector<RGBA32> pixels;
+
+    RGBA32& at(std::int64_t row, std::int64_t column) {
+        return pixels[static_cast<std::size_t>(row * size.width + column)];
+    }
+    const RGBA32& at(std::int64_t row, std::int64_t column) const {
+        return pixels[static_cast<std::size_t>(row * size.width + column)];
+    }
+    Image image() const { return Image::fromPixels(size, pixels); }
+};
+
+/// Skin with grain: repairs of it are many small spots.
+Plain grainySkin(PixelSize size, bool opaque = true) {
+    Plain plain{size, {}};
+    std::mt19937 random(static_cast<unsigned>(size.width * 1000 + size.height));
+    for (std::int64_t i = 0; i < size.area(); ++i) {
+        const std::uint32_t grain = random();
+        const auto alpha = static_cast<std::uint8_t>(opaque ? 255 : grain >> 24);
+        const auto part = [&](std::uint32_t level) { return premultiplied(level, alpha); };
+        plain.pixels.emplace_back(part(180 + grain % 40), part(140 + grain / 40 % 40),
+                                  part(120 + grain / 1600 % 40), alpha);
+    }
+    return plain;
+}
+
+testing::AssertionResult equal(const Image& image, const Plain& plain) {
+    return samePixels(image, plain.image());
+}
+
+int greyOf(RGBA32 pixel) {
+    return (77 * pixel.red() + 151 * pixel.green() + 28 * pixel.blue() + 128) >> 8;
+}
+
+/// A click, with loops over the whole square about it; `row` and `column` are the disc's centre.
+void repairPlainly(Plain& plain, std::int64_t row, std::int64_t column, std::int64_t radius, int threshold) {
+    const auto grey = [&](std::int64_t r, std::int64_t c) {
+        return greyOf(plain.at(std::clamp<std::int64_t>(r, 0, plain.size.height - 1),
+                               std::clamp<std::int64_t>(c, 0, plain.size.width - 1)));
+    };
+    std::vector<PixelPosition> disc;
+    for (std::int64_t r = row - radius; r < row + radius; ++r)
+        for (std::int64_t c = column - radius; c < column + radius; ++c)
+            if ((c - column) * (c - column) + (r - row) * (r - row) < radius * radius)
+                disc.push_back({r, c});
+    std::int64_t sum = 0;
+    for (const PixelPosition p : disc)
+        sum += grey(p.row, p.column);
+    const std::int64_t mean = sum / std::ssize(disc);
+    const auto d = static_cast<std::int64_t>(std::sqrt(static_cast<double>(radius * radius / 2)));
+    const std::array<std::array<std::int64_t, 2>, 8> rim = {
+        {{-radius, 0}, {-d, d}, {0, radius}, {d, d}, {radius, 0}, {d, -d}, {0, -radius}, {-d, -d}}};
+    int ring = 0;
+    for (std::size_t i = 0; i < 8; ++i) {
+        ring += grey(row + rim[i][0], column + rim[i][1]);
+        if (i < 4 && std::abs(grey(row + rim[i][0], column + rim[i][1]) -
+                              grey(row + rim[i + 4][0], column + rim[i + 4][1])) > 70)
+            return;
+    }
+    int core = 0;
+    for (int r = -1; r <= 1; ++r)
+        for (int c = -1; c <= 1; ++c)
+            core += grey(row + r, column + c);
+    const bool dark = ring / 8 > core / 9;
+    std::array<std::uint32_t, 3> sums = {};
+    std::vector<PixelPosition> repair;
+    std::uint32_t samples = 0;
+    for (const PixelPosition p : disc) {
+        const int g = grey(p.row, p.column);
+        if (dark ? g < mean - threshold : g > mean + threshold) {
+            repair.push_back(p);
+            continue;
+        }
+        const RGBA32 pixel = plain.at(p.row, p.column);
+        sums = {sums[0] + pixel.red(), sums[1] + pixel.green(), sums[2] + pixel.blue()};
+        ++samples;
+    }
+    for (const PixelPosition p : repair)
+        plain.at(p.row, p.column) =
+            RGBA32(static_cast<std::uint8_t>(sums[0] / samples), static_cast<std::uint8_t>(sums[1] / samples),
+                   static_cast<std::uint8_t>(sums[2] / samples), 255);
+}
+
+/// Random clicks that fit into the picture; `after` is called with the image and the plain rows after each.
+template <class After>
+void editAtRandom(PixelSize size, int clicks, const After& after) {
+    Plain plain = grainySkin(size);
+    Image image = plain.image();
+    std::mt19937 random(11);
+    for (int i = 0; i < clicks; ++i) {
+        const int shorter = std::min(size.width, size.height);
+        const std::int64_t radius =
+            shorter < 2 ? 1 : static_cast<int>(random() % static_cast<unsigned>(shorter / 2)) + 1;
+        const std::int64_t row =
+            radius + static_cast<std::int64_t>(random() % 1000) * (size.height - 2 * radius) / 1000;
+        const std::int64_t column =
+            radius + static_cast<std::int64_t>(random() % 1000) * (size.width - 2 * radius) / 1000;
+        const int threshold = static_cast<int>(random() % 12);
+        const Point point{static_cast<double>(column) + 0.5, static_cast<double>(size.height - row) - 0.5};
+        const auto repaired =
+            ImageTools::RemovePimpleFromImage(image, point, radius, kAutodetectColor, {}, threshold);
+        ASSERT_TRUE(repaired);
+        image = *repaired;
+        if (row >= radius && column >= radius && row + radius <= size.height && column + radius <= size.width)
+            repairPlainly(plain, row, column, radius, threshold);
+        after(image, plain);
+    }
+}
+
+Bytes encoded(const Image& image, std::string_view format) {
+    const Result<FileContents> file = codecForExtension(format)->encode(image);
+    Bytes bytes;
+    EXPECT_TRUE(static_cast<bool>(file)) << format;
+    if (file)
+        for (const auto& part : file->parts)
+            bytes.insert(bytes.end(), part->begin(), part->end());
+    return bytes;
+}
+
+TEST(PlainResults, TilesReadBackAsTheRowsTheyWereMadeOf) {
+    std::mt19937 random(3);
+    for (const PixelSize size : sizes()) {
+        SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
+        const Plain plain = grainySkin(size, false);
+        const Image image = plain.image();
+        for (int i = 0; i < 10; ++i) {
+            PixelRect rect{static_cast<int>(random() % static_cast<unsigned>(size.width)),
+                           static_cast<int>(random() % static_cast<unsigned>(size.height)), 0, 0};
+            rect.width = static_cast<int>(random() % static_cast<unsigned>(size.width - rect.x)) + 1;
+            rect.height = static_cast<int>(random() % static_cast<unsigned>(size.height - rect.y)) + 1;
+            std::vector<RGBA32> read(static_cast<std::size_t>(rect.width) *
+                                     static_cast<std::size_t>(rect.height));
+            image.read(rect, read.data(), rect.width);
+            auto next = read.begin();
+            for (int row = rect.y; row < rect.bottom(); ++row, next += rect.width)
+                ASSERT_TRUE(std::equal(next, next + rect.width, &plain.at(row, rect.x))) << row;
+        }
+    }
+}
+
+TEST(PlainResults, LevelsAreTheWholePictureHalved) {
+    for (const PixelSize size : sizes()) {
+        SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
+        const Plain plain = grainySkin(size, false);
+        const Image image = plain.image();
+        PixelBlock whole = PixelBlock::uninitialized(size);
+        std::ranges::copy(plain.pixels, whole.pixels.get());
+        for (int level = 1; level <= Tile::kLastLevel; ++level) {
+            whole = halved(whole);
+            const PixelSize levelSize = image.levelSize(level);
+            ASSERT_EQ(levelSize, whole.size);
+            std::vector<RGBA32> read(static_cast<std::size_t>(levelSize.area()));
+            image.readLevel(level, {0, 0, levelSize.width, levelSize.height}, read.data(), levelSize.width);
+            ASSERT_TRUE(std::equal(read.begin(), read.end(), whole.pixels.get())) << "level " << level;
+        }
+    }
+}
+
+TEST(PlainResults, GreyAndEffectsAreThePlainLoopOverAllPixels) {
+    for (const PixelSize size : sizes())
+        for (const bool opaque : {true, false}) {
+            SCOPED_TRACE(testing::Message()
+                         << size.width << " by " << size.height << (opaque ? "" : ", translucent"));
+            const Plain plain = grainySkin(size, opaque);
+            Plain grey = plain;
+            for (RGBA32& pixel : grey.pixels)
+                pixel = complexion::grey(greyOf(pixel));
+            ASSERT_TRUE(equal(ImageTools::convertToGrayScale(plain.image()), grey));
+            for (const char* name : {"Chrome", "Noir", "Transfer"}) {
+                Plain through = plain;
+                for (RGBA32& pixel : through.pixels)
+                    photoEffect(name)->apply({&pixel, 1});
+                const Image lazy = ImageTools::ApplyEffectOnImage(plain.image(), name);
+                ASSERT_TRUE(equal(lazy, through)) << name;
+                ASSERT_TRUE(equal(lazy.materialized(), through)) << name;
+            }
+        }
+}
+
+TEST(PlainResults, RepairsAreThoseOfThePlainLoops) {
+    for (const PixelSize size : sizes()) {
+        SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
+        editAtRandom(size, size == kWide ? 3 : 8,
+                     [](const Image& image, const Plain& plain) { ASSERT_TRUE(equal(image, plain)); });
+    }
+}
+
+TEST(PlainResults, FilesFromRememberedBandsAreThoseOfTheWholePicture) {
+    for (const PixelSize size : sizes()) {
+        SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
+        editAtRandom(size, 3, [](const Image& image, const Plain& plain) {
+            for (const std::string_view format : {"png", "tiff", "bmp"})
+                ASSERT_TRUE(encoded(image, format) == encoded(plain.image(), format)) << format;
+        });
+        // The codes of a JPEG file are those of the picture that was opened; its pixels do not depend on
+        // them.
+        editAtRandom(size, 3, [](const Image& image, const Plain& plain) {
+            const Result<Image> remembered = kJpegCodec.decode(encoded(image, "jpg"));
+            const Result<Image> fresh = kJpegCodec.decode(encoded(plain.image(), "jpg"));
+            ASSERT_TRUE(remembered && fresh);
+            ASSERT_TRUE(samePixels(*remembered, *fresh));
+        });
+    }
+}
+
+TEST(PlainResults, LosslessFilesOfEditedPicturesComeBackPixelByPixel) {
+    for (const PixelSize size : sizes()) {
+        SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
+        editAtRandom(size, 2, [](const Image& image, const Plain& plain) {
+            for (const std::string_view format : {"png", "tiff", "bmp"}) {
+                const Result<Image> decoded = codecForExtension(format)->decode(encoded(image, format));
+                ASSERT_TRUE(static_cast<bool>(decoded)) << format;
+                ASSERT_TRUE(equal(*decoded, plain)) << format;
+            }
+        });
+    }
+}
+
+TEST(PlainResults, TurningMovesEveryPixelToItsPlace) {
+    for (const PixelSize size : sizes()) {
+        if (size.width > 1000)
+            continue; // as high as it is wide now, it would be slow under a sanitizer
+        SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
+        const Plain upright = grainySkin(size, false);
+        for (int tag = 1; tag <= 8; ++tag) {
+            const auto orientation = static_cast<Orientation>(tag);
+            const Plain stored = [&] {
+                Plain turned{uprightSize(size, orientation), upright.pixels};
+                // Row 0 lies at the right or the bottom, column 0 does (TIFF 6.0, Orientation).
+                const bool backDown = tag == 3 || tag == 4 || tag == 6 || tag == 7;
+                const bool backAlong = tag == 2 || tag == 3 || tag == 7 || tag == 8;
+                for (int row = 0; row < size.height; ++row)
+                    for (int column = 0; column < size.width; ++column) {
+                        const int along = swapsSides(orientation) ? row : column;
+                        const int down = swapsSides(orientation) ? column : row;
+                        turned.at(backDown ? turned.size.height - 1 - down : down,
+                                  backAlong ? turned.size.width - 1 - along : along) =
+                            upright.at(row, column);
+                    }
+                return turned;
+            }();
+            ASSERT_TRUE(equal(turnedForStorage(upright.image(), orientation), stored)) << tag;
+            ASSERT_TRUE(equal(turnedUpright(stored.image(), orientation), upright)) << tag;
+        }
+    }
+}
+
+TEST(PlainResults, AHalvedPictureIsItsLevel) {
+    const Plain plain = grainySkin({1300, 900}, false);
+    const Image image = plain.image();
+    EXPECT_TRUE(halvedTo(image, 651).isSameObject(image));
+    const Image half = halvedTo(image, 650);
+    PixelBlock whole = PixelBlock::uninitialized(plain.size);
+    std::ranges::copy(plain.pixels, whole.pixels.get());
+    const PixelBlock expected = halved(whole);
+    EXPECT_TRUE(
+        samePixels(half, Image::fromPixels(expected.size, {expected.pixels.get(),
+                                                           expected.pixels.get() + expected.size.area()})));
+}
+
+} // namespace
+} // namespace complexion
