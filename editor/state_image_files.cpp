@@ -26,11 +26,12 @@ bool StateImageFiles::write(const Image& image, const std::filesystem::path& pat
     const std::optional<Identity> earlier = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
+    // A picture that its format cannot hold counts as saved and leaves whatever stood there before.
+    if (identify(path) == earlier)
+        return true;
     // The pictures of a history are nobody else's to see.
     ::chmod(path.c_str(), S_IRUSR | S_IWUSR);
-    // A picture that its format cannot hold counts as saved and leaves whatever stood there before.
-    const std::optional<Identity> now = identify(path);
-    if (now && now != earlier)
+    if (const std::optional<Identity> now = identify(path))
         m_written.insert_or_assign(path, Written{image, *now});
     return true;
 }
