@@ -58,11 +58,11 @@ OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, QWid
     resize(kUsualSize);
 }
 
-SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, std::filesystem::path source,
-                             Dialogs& dialogs, QWidget* parent)
+SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guarded guarded, Dialogs& dialogs,
+                             QWidget* parent)
     : QFileDialog(parent, u"Save image"_s, folder),
       m_extensions(panel.allowedFileTypes),
-      m_source(std::move(source)),
+      m_guarded(std::move(guarded)),
       m_dialogs(dialogs) {
     setOption(QFileDialog::DontUseNativeDialog);
     setOption(QFileDialog::DontConfirmOverwrite); // asked here, once the name is complete
@@ -83,9 +83,23 @@ void SaveFilePanel::accept() {
     const QString path = withExtension(chosen.front(), m_extensions);
     if (auto* name = findChild<QLineEdit*>(u"fileNameEdit"_s))
         name->setText(withExtension(name->text(), m_extensions));
-    if (QFileInfo(path).isDir() || !mayReplace(path))
+    if (QFileInfo(path).isDir() || !wouldLast(path) || !mayReplace(path))
         return;
     QFileDialog::accept();
+}
+
+bool SaveFilePanel::wouldLast(const QString& path) {
+    std::error_code notTheSame;
+    const std::filesystem::path folder =
+        std::filesystem::path(QFile::encodeName(path).toStdString()).parent_path();
+    if (m_guarded.passing.empty() || !std::filesystem::equivalent(folder, m_guarded.passing, notTheSame))
+        return true;
+    m_dialogs.runAlert(
+        {.messageText = "",
+         .informativeText = "This folder is emptied when Complexion ends. Please choose another one.",
+         .style = AlertStyle::Warning,
+         .buttons = {"OK"}});
+    return false;
 }
 
 bool SaveFilePanel::mayReplace(const QString& path) {
@@ -94,7 +108,7 @@ bool SaveFilePanel::mayReplace(const QString& path) {
         return true;
     std::error_code notTheSame;
     const bool isSource =
-        std::filesystem::equivalent(QFile::encodeName(path).toStdString(), m_source, notTheSame);
+        std::filesystem::equivalent(QFile::encodeName(path).toStdString(), m_guarded.source, notTheSame);
     const QString question =
         isSource
             ? u"“%1” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?"_s

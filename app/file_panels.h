@@ -25,17 +25,24 @@ class SaveFilePanel : public QFileDialog {
     Q_OBJECT
 
 public:
-    /// `source` is the photo that is being retouched: replacing that one is asked for in plain words.
-    SaveFilePanel(const SavePanel& panel, const QString& folder, std::filesystem::path source,
-                  Dialogs& dialogs, QWidget* parent = nullptr);
+    /// What the panel is to be careful about.
+    struct Guarded {
+        /// The photo that is being retouched: replacing that one is asked for in plain words.
+        std::filesystem::path source;
+        /// A folder that goes when the program ends: nothing is saved in it. Empty for none.
+        std::filesystem::path passing;
+    };
+    SaveFilePanel(const SavePanel& panel, const QString& folder, Guarded guarded, Dialogs& dialogs,
+                  QWidget* parent = nullptr);
 
     void accept() override;
 
 private:
+    bool wouldLast(const QString& path);
     bool mayReplace(const QString& path);
 
     std::vector<std::string> m_extensions;
-    std::filesystem::path m_source;
+    Guarded m_guarded;
     Dialogs& m_dialogs;
 };
 

@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
 
     MainWindow window;
     std::shared_ptr<ViewController> controller;
-    WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; });
+    WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; }, folder->path());
     // Ending asks nothing: who asks for it has asked the user. No close event is sent, so the window's
     // closing is announced here.
     const auto end = [&controller] {

@@ -13,8 +13,9 @@
 
 namespace complexion {
 
-WindowDialogs::WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source)
-    : m_window(window), m_source(std::move(source)) {}
+WindowDialogs::WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source,
+                             std::filesystem::path passing)
+    : m_window(window), m_source(std::move(source)), m_passing(std::move(passing)) {}
 
 int WindowDialogs::runAlert(const Alert& alert) {
     // A panel that asks is what the question belongs to.
@@ -31,7 +32,7 @@ PanelAnswer WindowDialogs::runOpenPanel(const OpenPanel& panel) {
 }
 
 PanelAnswer WindowDialogs::runSavePanel(const SavePanel& panel) {
-    SaveFilePanel dialog(panel, startFolder(), m_source(), *this, m_window);
+    SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .passing = m_passing}, *this, m_window);
     const int result = dialog.exec();
     return finish(result, dialog.selectedFiles());
 }

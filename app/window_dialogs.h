@@ -14,7 +14,9 @@ namespace complexion {
 class WindowDialogs : public Dialogs {
 public:
     /// `source` gives the path of the open photo, empty without one: the panels start in its folder.
-    WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source);
+    /// `passing` is a folder that goes when the program ends: no result is saved there.
+    WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source,
+                  std::filesystem::path passing = {});
 
     int runAlert(const Alert& alert) override;
     PanelAnswer runOpenPanel(const OpenPanel& panel) override;
@@ -27,6 +29,7 @@ private:
 
     QPointer<QWidget> m_window;
     std::function<std::filesystem::path()> m_source;
+    std::filesystem::path m_passing;
     QString m_lastFolder; // of this run
 };
 

@@ -5,6 +5,8 @@
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
 
+#include <new>
+
 namespace complexion {
 
 void ViewController::showLoadFailure() {
@@ -46,11 +48,16 @@ void ViewController::OpenFile(const std::filesystem::path& path) {
 
 std::optional<Image> ViewController::decodeSource(const std::filesystem::path& path) {
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
-    std::optional<Image> image = ImageTools::DecodeImage(path);
-    if (image && ImageTools::ImageActualSize(path))
-        image = ImageTools::BringImageToActualSize(*image, path);
-    else
+    std::optional<Image> image;
+    try {
+        image = ImageTools::DecodeImage(path);
+        if (image && ImageTools::ImageActualSize(path))
+            image = ImageTools::BringImageToActualSize(*image, path);
+        else
+            image.reset();
+    } catch (const std::bad_alloc&) {
         image.reset();
+    }
     Q_EMIT longWorkEnded();
     return image;
 }

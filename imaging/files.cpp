@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 #include <numeric>
+#include <random>
 #include <string>
 
 namespace complexion {
@@ -27,6 +28,7 @@ public:
     }
     int get() const { return m_fd; }
     explicit operator bool() const { return m_fd >= 0; }
+    void reset(int fd) { m_fd = fd; } // of one that holds none
     /// Closes now; false when the system reports that bytes were lost.
     bool close() {
         const int result = ::close(m_fd);
@@ -65,6 +67,79 @@ std::filesystem::path folderOf(const std::filesystem::path& path) {
     return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
 }
 
+/// A file in the making beside its target. Where the file system can, it has no name until it is whole: a
+/// process that is killed leaves nothing of it. Goes with its owner unless it was moved.
+class NewFile {
+public:
+    explicit NewFile(const std::filesystem::path& folder)
+        : m_name((folder / kNamePattern).string()), m_file(openUnnamed(folder)), m_isNamed(!m_file) {
+        if (m_isNamed)
+            m_file.reset(::mkostemp(m_name.data(), O_CLOEXEC));
+        m_isNamed = m_isNamed && m_file;
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    ~NewFile() {
+        if (m_isNamed)
+            ::unlink(m_name.c_str());
+    }
+    explicit operator bool() const { return static_cast<bool>(m_file); }
+
+    bool write(const FileContents& contents) {
+        if (contents.size() > 0) {
+            // Reserving the space first is faster and finds a full disk early; not every file system can.
+            const int reserved = ::posix_fallocate(m_file.get(), 0, static_cast<off_t>(contents.size()));
+            if (reserved == ENOSPC || reserved == EFBIG)
+                return false;
+        }
+        for (const auto& part : contents.parts)
+            if (!writeAll(m_file.get(), *part))
+                return false;
+        return ::fchmod(m_file.get(), usualFileMode()) == 0;
+    }
+
+    bool moveTo(const std::filesystem::path& path) {
+        // File systems that report lost bytes only when a file is closed have no files without a name.
+        if (m_isNamed ? !m_file.close() : !giveName())
+            return false;
+        if (::rename(m_name.c_str(), path.c_str()) != 0)
+            return false;
+        m_isNamed = false;
+        return true;
+    }
+
+private:
+    // A short name: one made from the target's could be longer than the file system allows.
+    static constexpr const char* kNamePattern = ".cx-XXXXXX";
+    static constexpr std::size_t kRandomLetters = 6; // at its end
+    static constexpr const char* kOpenFiles = "/proc/self/fd/";
+
+    static int openUnnamed(const std::filesystem::path& folder) {
+        // Without the process's own files to see, there would be no way to name it.
+        return ::access(kOpenFiles, F_OK) == 0
+                   ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR)
+                   : -1;
+    }
+
+    /// A link cannot replace a file, so that even a file without a name needs one before it is moved.
+    bool giveName() {
+        const std::string self = kOpenFiles + std::to_string(m_file.get());
+        const std::string pattern = m_name;
+        std::random_device random;
+        do {
+            m_name = pattern;
+            for (std::size_t i = m_name.size() - kRandomLetters; i < m_name.size(); ++i)
+                m_name[i] = static_cast<char>('a' + random() % 26);
+            m_isNamed = ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, m_name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+        } while (!m_isNamed && errno == EEXIST);
+        return m_isNamed;
+    }
+
+    std::string m_name;
+    Descriptor m_file;
+    bool m_isNamed;
+};
+
 } // namespace
 
 std::uint64_t FileContents::size() const {
@@ -99,25 +174,8 @@ Result<Bytes> readFile(const std::filesystem::path& path) {
 }
 
 bool writeFileAtomically(const std::filesystem::path& path, const FileContents& contents) {
-    // A short name: one made from the target's could be longer than the file system allows.
-    std::string temporary = (folderOf(path) / ".cx-XXXXXX").string();
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file)
-        return false;
-    bool good = true;
-    if (contents.size() > 0) {
-        // Reserving the space first is faster and finds a full disk early; not every file system can.
-        const int reserved = ::posix_fallocate(file.get(), 0, static_cast<off_t>(contents.size()));
-        good = reserved != ENOSPC && reserved != EFBIG;
-    }
-    for (std::size_t i = 0; good && i < contents.parts.size(); ++i)
-        good = writeAll(file.get(), *contents.parts[i]);
-    good = good && ::fchmod(file.get(), usualFileMode()) == 0;
-    good = file.close() && good;
-    good = good && ::rename(temporary.c_str(), path.c_str()) == 0;
-    if (!good)
-        ::unlink(temporary.c_str());
-    return good;
+    NewFile file(folderOf(path));
+    return file && file.write(contents) && file.moveTo(path);
 }
 
 bool flushToDisk(const std::filesystem::path& path) {

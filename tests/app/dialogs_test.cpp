@@ -98,7 +98,10 @@ protected:
     void typeName(const char* text) {
         auto* name = panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_TRUE(name);
-        name->setText(QString::fromLatin1(text));
+        QApplication::setActiveWindow(&panel); // typing replaces a choice in the list only with the focus
+        name->setFocus();
+        name->selectAll();
+        QTest::keyClicks(name, QString::fromLatin1(text));
     }
 
     std::string chosenFile() { return panel.selectedFiles().value(0).toStdString(); }
@@ -106,8 +109,11 @@ protected:
     TemporaryFolder folder;
     FakeDialogs dialogs;
     std::filesystem::path source = folder.path() / "a.jpg";
+    std::filesystem::path passing = folder.path() / "history";
     SaveFilePanel panel{SavePanel{.allowedFileTypes = {"jpg"}, .nameFieldStringValue = "a_retouched.jpg"},
-                        QString::fromStdString(folder.path().string()), source, dialogs};
+                        QString::fromStdString(folder.path().string()),
+                        {.source = source, .passing = passing},
+                        dialogs};
 };
 
 TEST_F(RunningSavePanel, ProposesTheNameWithItsExtension) {
@@ -149,6 +155,39 @@ TEST_F(RunningSavePanel, SaysPlainlyThatTheOpenedPhotoWouldBeReplaced) {
         kSecondButton);
     panel.accept();
     EXPECT_TRUE(panel.isVisible());
+}
+
+TEST_F(RunningSavePanel, KnowsTheOpenedPhotoByItsOtherNames) {
+    writeFile(source, "the photo");
+    std::filesystem::create_symlink(source, folder.path() / "link.jpg");
+    std::filesystem::create_hard_link(source, folder.path() / "same.jpg");
+    panel.show();
+    for (const std::string name : {"link", "same"}) {
+        typeName(name.c_str());
+        dialogs.expectQuestion("“" + name +
+                                   ".jpg” is the photo that you opened. Saving here replaces it for good. Do "
+                                   "you want to replace it?",
+                               kSecondButton);
+        panel.accept();
+        EXPECT_TRUE(panel.isVisible());
+    }
+}
+
+TEST_F(RunningSavePanel, LetsNothingBeSavedWhereItWouldGoWithTheHistory) {
+    std::filesystem::create_directory(passing);
+    writeFile(passing / "stateImage1.jpg", "a state");
+    std::filesystem::create_directory_symlink(passing, folder.path() / "link");
+    panel.show();
+    for (const std::string name : {"history/stateImage1.jpg", "history/new", "link/new.jpg"}) {
+        typeName((folder.path() / name).c_str());
+        dialogs.expectAlert("This folder is emptied when Complexion ends. Please choose another one.",
+                            AlertStyle::Warning);
+        panel.accept();
+        EXPECT_TRUE(panel.isVisible()) << name;
+    }
+    typeName((folder.path() / "new").c_str());
+    panel.accept();
+    EXPECT_FALSE(panel.isVisible());
 }
 
 TEST_F(RunningSavePanel, StaysOpenForTheNameOfAFolder) {

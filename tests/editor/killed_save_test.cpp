@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A process that saves again and again is killed at random moments: whatever it leaves is whole.
+#include "tests/editor/editor_fixture.h"
+
+#include <sys/wait.h>
+
+#include <csignal>
+#include <fcntl.h>
+#include <map>
+#include <random>
+#include <unistd.h>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kKills = 200;
+constexpr PixelSize kSize{500, 350};
+constexpr const char* kArtist = "A photographer of faces";
+
+class KilledSave : public EditorTest {
+protected:
+    void expectSave() {
+        dialogs.expectSavePanel({{"png"}, "portrait_retouched.png"}, chosen(target));
+        dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
+    }
+
+    /// The shortest of some, and less than a second.
+    std::chrono::microseconds timeOfASave() {
+        std::chrono::microseconds shortest(999'999);
+        for (int i = 0; i < 5; ++i) {
+            const auto start = std::chrono::steady_clock::now();
+            save(target);
+            const auto time = std::chrono::steady_clock::now() - start;
+            shortest = std::min(shortest, std::chrono::duration_cast<std::chrono::microseconds>(time));
+        }
+        return shortest;
+    }
+
+    /// Runs saves in another process and kills it after that time.
+    void saveUntilKilledAfter(std::chrono::microseconds time) {
+        const pid_t saver = ::fork();
+        ASSERT_GE(saver, 0);
+        if (saver == 0) {
+            ::dup2(::open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+            for (;;) {
+                expectSave();
+                controller->OnSaveImage(nullptr);
+            }
+        }
+        const timespec wait{.tv_sec = 0, .tv_nsec = time.count() * 1000};
+        ::nanosleep(&wait, nullptr);
+        ASSERT_EQ(::kill(saver, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(::waitpid(saver, &status, 0), saver);
+        EXPECT_TRUE(WIFSIGNALED(status));
+    }
+
+    std::filesystem::path folder = platform.photos() / "album";
+    std::filesystem::path target = folder / "saved.png";
+};
+
+TEST_F(KilledSave, LeavesTheEarlierFileOrNoneOrAWholePicture) {
+    std::filesystem::create_directory(folder);
+    const std::filesystem::path source = makePhoto("portrait.png", noise(kSize));
+    writeFile(source, withExif(contentsOf(source), 1, kArtist));
+    openThroughPanel(source);
+    clickPixel({100, 100});
+    queues.runAll();
+    const std::string photoBytes = contentsOf(source);
+
+    // What may stand there: an earlier file, nothing, the pixels alone, or all of it.
+    ASSERT_TRUE(ImageTools::SaveImage(shown(), target, "png"));
+    const std::string pixels = contentsOf(target);
+    const std::chrono::microseconds oneSave = timeOfASave();
+    const std::string whole = contentsOf(target);
+    ASSERT_NE(whole, pixels);
+    ASSERT_TRUE(samePixels(decoded(target), shown()));
+    const std::map<std::string, std::string> names = {
+        {"an earlier file", "earlier"}, {"", "absent"}, {pixels, "pixels alone"}, {whole, "whole"}};
+
+    std::mt19937 random(1);
+    std::uniform_int_distribution<std::int64_t> moment(0,
+                                                       std::min<std::int64_t>(oneSave.count() * 2, 900'000));
+    std::map<std::string, int> found;
+    for (int i = 0; i < kKills && !HasFailure(); ++i) {
+        writeFile(target, "an earlier file");
+        saveUntilKilledAfter(std::chrono::microseconds(moment(random)));
+        const auto left = names.find(std::filesystem::exists(target) ? contentsOf(target) : "");
+        ASSERT_NE(left, names.end()) << "a torn file after kill " << i;
+        ++found[left->second];
+        ASSERT_EQ(contentsOf(source), photoBytes);
+        for (const std::string& name : filesIn(folder)) {
+            if (name == "saved.png")
+                continue;
+            ++found["a temporary file"];
+            std::filesystem::remove(folder / name);
+        }
+    }
+    EXPECT_GT(found["whole"] + found["pixels alone"] + found["absent"], 0) << "no save was interrupted";
+    for (const auto& [what, count] : found)
+        std::cout << what << ": " << count << '\n';
+    save(target);
+    EXPECT_EQ(contentsOf(target), whole);
+}
+
+} // namespace
+
+} // namespace complexion
