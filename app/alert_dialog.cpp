@@ -4,6 +4,7 @@
 #include "view/text_font.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -18,8 +19,13 @@ constexpr int kMargin = 24;
 constexpr int kGap = 8;
 constexpr int kSmallestButtonWidth = 88;
 
+/// An alert's text in the user's language; what was marked as an alert's text has a translation.
+QString translated(const std::string& text) {
+    return QCoreApplication::translate("Alerts", text.c_str());
+}
+
 QLabel* makeText(const std::string& text, double size) {
-    auto* label = new QLabel(QString::fromStdString(text));
+    auto* label = new QLabel(translated(text));
     label->setFont(textFont(size));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
@@ -32,7 +38,7 @@ QLabel* makeText(const std::string& text, double size) {
 AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     : QDialog(parent), m_answer(kFirstButton + static_cast<int>(alert.buttons.size()) - 1) {
     setWindowTitle(QStringLiteral("Complexion"));
-    setAccessibleName(QString::fromStdString(alert.informativeText));
+    setAccessibleName(translated(alert.informativeText));
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -48,7 +54,7 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     column->addLayout(row);
     int answer = kFirstButton;
     for (const std::string& title : alert.buttons) {
-        auto* button = new QPushButton(QString::fromStdString(title));
+        auto* button = new QPushButton(translated(title));
         button->setMinimumWidth(kSmallestButtonWidth);
         button->setDefault(answer == kFirstButton);
         button->setAutoDefault(true);

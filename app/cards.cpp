@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPainter>
@@ -16,6 +17,10 @@ namespace complexion {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+class Cards {
+    Q_DECLARE_TR_FUNCTIONS(Cards)
+};
 
 constexpr double kHeadlineSize = 26;
 constexpr int kHintMarginX = 40;
@@ -157,7 +162,7 @@ private:
 Box* makeHintCard(QWidget* parent, QAction* selectImage) {
     auto* box = new Box(parent);
     box->setObjectName(u"boxHint"_s);
-    auto* button = new HintButton(u"Drop a photo here"_s, u"or click to choose one"_s, box);
+    auto* button = new HintButton(Cards::tr("Drop a photo here"), Cards::tr("or click to choose one"), box);
     QObject::connect(button, &QAbstractButton::clicked, selectImage, &QAction::trigger);
     auto* column = new QVBoxLayout(box);
     column->setContentsMargins(0, 0, 0, 0);
@@ -177,9 +182,9 @@ Box* makeHelpCard(QWidget* parent, QAction* videoTutorial) {
     grid->setVerticalSpacing(kHelpGap * 3 / 4);
     column->addLayout(grid);
     const std::pair<QString, QString> lines[] = {
-        {u"help-size"_s, u"Set the edit area a little larger than the blemish."_s},
-        {u"help-click"_s, u"Click the blemish: it takes on the skin around it."_s},
-        {u"help-save"_s, u"Save a copy. Your photo stays as it is."_s},
+        {u"help-size"_s, Cards::tr("Set the edit area a little larger than the blemish.")},
+        {u"help-click"_s, Cards::tr("Click the blemish: it takes on the skin around it.")},
+        {u"help-save"_s, Cards::tr("Save a copy. Your photo stays as it is.")},
     };
     int row = 0;
     for (const auto& [drawing, text] : lines) {

@@ -137,11 +137,11 @@ void connectPipette(MainWindow& window, ViewController& controller) {
 
 void showAbout(Dialogs& dialogs) {
     dialogs.runAlert({.messageText = "Complexion " + QCoreApplication::applicationVersion().toStdString(),
-                      .informativeText =
-                          "Clears blemishes from portraits. Free software under the GNU General "
-                          "Public License, version 3 or later.",
+                      .informativeText = QT_TRANSLATE_NOOP(
+                          "Alerts", "Clears blemishes from portraits. Free software under the "
+                                    "GNU General Public License, version 3 or later."),
                       .style = AlertStyle::Informational,
-                      .buttons = {"OK"}});
+                      .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
 }
 
 } // namespace

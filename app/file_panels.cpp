@@ -49,18 +49,18 @@ QString withExtension(const QString& name, const std::vector<std::string>& exten
 }
 
 OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, QWidget* parent)
-    : QFileDialog(parent, u"Select image"_s, folder) {
+    : QFileDialog(parent, tr("Select image"), folder) {
     setOption(QFileDialog::DontUseNativeDialog);
     setAcceptMode(QFileDialog::AcceptOpen);
     setFileMode(QFileDialog::ExistingFile);
-    setNameFilter(filterFor(u"Photos"_s, panel.allowedFileTypes));
+    setNameFilter(filterFor(tr("Photos"), panel.allowedFileTypes));
     setSidebarUrls(usualPlaces());
     resize(kUsualSize);
 }
 
 SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guarded guarded, Dialogs& dialogs,
                              QWidget* parent)
-    : QFileDialog(parent, u"Save image"_s, folder),
+    : QFileDialog(parent, tr("Save image"), folder),
       m_extensions(panel.allowedFileTypes),
       m_guarded(std::move(guarded)),
       m_dialogs(dialogs) {
@@ -68,7 +68,7 @@ SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guar
     setOption(QFileDialog::DontConfirmOverwrite); // asked here, once the name is complete
     setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
-    setNameFilter(filterFor(u"Photos"_s, panel.allowedFileTypes));
+    setNameFilter(filterFor(tr("Photos"), panel.allowedFileTypes));
     selectFile(QFile::decodeName(panel.nameFieldStringValue.c_str()));
     setSidebarUrls(usualPlaces());
     resize(kUsualSize);
@@ -96,7 +96,8 @@ bool SaveFilePanel::wouldLast(const QString& path) {
         return true;
     m_dialogs.runAlert(
         {.messageText = "",
-         .informativeText = "This folder is emptied when Complexion ends. Please choose another one.",
+         .informativeText = QT_TRANSLATE_NOOP(
+             "Alerts", "This folder is emptied when Complexion ends. Please choose another one."),
          .style = AlertStyle::Warning,
          .buttons = {"OK"}});
     return false;
@@ -109,10 +110,9 @@ bool SaveFilePanel::mayReplace(const QString& path) {
     std::error_code notTheSame;
     const bool isSource =
         std::filesystem::equivalent(QFile::encodeName(path).toStdString(), m_guarded.source, notTheSame);
-    const QString question =
-        isSource
-            ? u"“%1” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?"_s
-            : u"“%1” already exists. Do you want to replace it?"_s;
+    const QString question = isSource ? tr("“%1” is the photo that you opened. Saving here replaces it for "
+                                           "good. Do you want to replace it?")
+                                      : tr("“%1” already exists. Do you want to replace it?");
     const int answer = m_dialogs.runAlert({.messageText = "",
                                            .informativeText = question.arg(file.fileName()).toStdString(),
                                            .style = AlertStyle::Warning,

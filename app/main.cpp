@@ -8,6 +8,7 @@
 #include "app/private_folder.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
+#include "app/translation.h"
 #include "app/tutorial_page.h"
 #include "app/window_dialogs.h"
 
@@ -25,6 +26,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationDisplayName(QStringLiteral("Complexion"));
     QApplication::setApplicationVersion(QStringLiteral(COMPLEXION_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.complexion.complexion"));
+    installTranslations(application, QLocale());
     applyLook(application, systemFontScale());
     QApplication::setWindowIcon(applicationIcon());
 

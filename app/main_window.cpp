@@ -36,19 +36,19 @@ MainWindow::MainWindow()
 }
 
 void MainWindow::makeMenus() {
-    QMenu* file = menuBar()->addMenu(u"&File"_s);
+    QMenu* file = menuBar()->addMenu(tr("&File"));
     file->addActions({m_actions->selectImage, m_actions->resetImage, m_actions->saveImage});
     file->addSeparator();
     file->addAction(m_actions->quit);
-    QMenu* edit = menuBar()->addMenu(u"&Edit"_s);
+    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
     edit->addActions({m_actions->undo, m_actions->redo});
     edit->addSeparator();
     edit->addActions({m_actions->largerArea, m_actions->smallerArea});
-    QMenu* view = menuBar()->addMenu(u"&View"_s);
+    QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom, m_actions->actualPixels});
     view->addSeparator();
     view->addAction(m_actions->showPreview);
-    QMenu* help = menuBar()->addMenu(u"&Help"_s);
+    QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addActions({m_actions->videoTutorial, m_actions->about});
 }
 

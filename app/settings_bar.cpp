@@ -127,8 +127,8 @@ QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize = new QLineEdit;
     textFieldEditAreaSize->setFixedHeight(controlHeight());
     textFieldEditAreaSize->setObjectName(u"textFieldEditAreaSize"_s);
-    textFieldEditAreaSize->setAccessibleName(u"Edit area size"_s);
-    textFieldEditAreaSize->setToolTip(u"Radius of the disc that a click repairs, in pixels of the photo"_s);
+    textFieldEditAreaSize->setAccessibleName(tr("Edit area size"));
+    textFieldEditAreaSize->setToolTip(tr("Radius of the disc that a click repairs, in pixels of the photo"));
     textFieldEditAreaSize->setValidator(
         new QRegularExpressionValidator(QRegularExpression(u"\\d{0,6}"_s), textFieldEditAreaSize));
     textFieldEditAreaSize->setAcceptDrops(false); // a photo dropped here is for the photo's view
@@ -139,7 +139,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     stepperEditAreaSize->setFixedHeight(controlHeight());
     stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
     stepperEditAreaSize->setRange(kSmallestEditArea, kLargestEditArea);
-    stepperEditAreaSize->setAccessibleName(u"Edit area size in steps"_s);
+    stepperEditAreaSize->setAccessibleName(tr("Edit area size in steps"));
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
 
@@ -147,14 +147,14 @@ QWidget* SettingsBar::makeSizeGroup() {
     row->addWidget(textFieldEditAreaSize);
     row->addWidget(stepperEditAreaSize);
     row->addStretch();
-    return makeGroup(u"Edit area size"_s, row);
+    return makeGroup(tr("Edit area size"), row);
 }
 
 QWidget* SettingsBar::makeThresholdGroup() {
     sliderThreshold = new Slider;
     sliderThreshold->setObjectName(u"sliderThreshold"_s);
-    sliderThreshold->setAccessibleName(u"Threshold"_s);
-    sliderThreshold->setToolTip(u"How much a pixel must differ from the skin around it to be repaired"_s);
+    sliderThreshold->setAccessibleName(tr("Threshold"));
+    sliderThreshold->setToolTip(tr("How much a pixel must differ from the skin around it to be repaired"));
     sliderThreshold->setFloatRange(0, kLargestThreshold);
     sliderThreshold->setFloatSteps(1, 10);
     sliderThreshold->setMinimumWidth(kSliderWidth);
@@ -171,19 +171,19 @@ QWidget* SettingsBar::makeThresholdGroup() {
     auto* row = makeControlRow(kGap);
     row->addWidget(sliderThreshold);
     row->addWidget(number);
-    return makeGroup(u"Threshold"_s, row);
+    return makeGroup(tr("Threshold"), row);
 }
 
 QWidget* SettingsBar::makeColorGroup() {
-    checkAutodetectColor = new QCheckBox(u"Autodetect Color"_s);
+    checkAutodetectColor = new QCheckBox(tr("Autodetect Color"));
     checkAutodetectColor->setObjectName(u"checkAutodetectColor"_s);
-    checkAutodetectColor->setAccessibleName(u"Autodetect Color"_s);
-    checkAutodetectColor->setToolTip(u"Take the color of the skin around the blemish"_s);
+    checkAutodetectColor->setAccessibleName(tr("Autodetect Color"));
+    checkAutodetectColor->setToolTip(tr("Take the color of the skin around the blemish"));
 
     colorWellCustomColor = new ColorWell;
     colorWellCustomColor->setFixedHeight(controlHeight());
     colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
-    colorWellCustomColor->setAccessibleName(u"Custom color"_s);
+    colorWellCustomColor->setAccessibleName(tr("Custom color"));
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
     pipette = new QToolButton;
     pipette->setIcon(lineIcon(u"pipette"_s));
@@ -192,7 +192,7 @@ QWidget* SettingsBar::makeColorGroup() {
     pipette->setFixedSize(controlHeight() + kGap / 2, controlHeight());
     pipette->setCheckable(true);
     pipette->setObjectName(u"pipette"_s);
-    pipette->setAccessibleName(u"Pick a color from the photo"_s);
+    pipette->setAccessibleName(tr("Pick a color from the photo"));
     connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::offerColors);
     offerColors();
 
@@ -202,20 +202,20 @@ QWidget* SettingsBar::makeColorGroup() {
     row->addSpacing(-kGap / 2);
     row->addWidget(pipette);
     row->addStretch();
-    return makeGroup(u"Color"_s, row, kRingSpace);
+    return makeGroup(tr("Color"), row, kRingSpace);
 }
 
 void SettingsBar::offerColors() {
     const bool autodetect = checkAutodetectColor->isChecked();
     colorWellCustomColor->setEnabled(!autodetect);
-    colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
-                                                : u"Custom color"_s);
+    colorWellCustomColor->setToolTip(autodetect ? tr("Custom color: used when Autodetect Color is off")
+                                                : tr("Custom color"));
     pipette->setEnabled(!autodetect && m_hasPhoto);
     if (!pipette->isEnabled())
         pipette->setChecked(false);
-    pipette->setToolTip(autodetect    ? u"Pick a color from the photo: used when Autodetect Color is off"_s
-                        : !m_hasPhoto ? u"Pick a color from the photo: no photo is open"_s
-                                      : u"Pick a color from the photo"_s);
+    pipette->setToolTip(autodetect    ? tr("Pick a color from the photo: used when Autodetect Color is off")
+                        : !m_hasPhoto ? tr("Pick a color from the photo: no photo is open")
+                                      : tr("Pick a color from the photo"));
 }
 
 void SettingsBar::setHasPhoto(bool hasPhoto) {
@@ -227,14 +227,14 @@ QWidget* SettingsBar::makeEffectGroup() {
     comboEffect = new QComboBox;
     comboEffect->setFixedHeight(controlHeight());
     comboEffect->setObjectName(u"comboEffect"_s);
-    comboEffect->setAccessibleName(u"Effect"_s);
-    comboEffect->setToolTip(u"Effect on the whole photo; it is saved with it"_s);
+    comboEffect->setAccessibleName(tr("Effect"));
+    comboEffect->setToolTip(tr("Effect on the whole photo; it is saved with it"));
     comboEffect->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     comboEffect->setMinimumContentsLength(9);
 
     auto* row = makeControlRow(0);
     row->addWidget(comboEffect);
-    return makeGroup(u"Effect"_s, row);
+    return makeGroup(tr("Effect"), row);
 }
 
 bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {

@@ -31,15 +31,15 @@ int centredBesideRail(int length, int width) {
 } // namespace
 
 WindowContents::WindowContents(RootView* root, const Actions& actions) : QObject(root), m_root(root) {
-    boxSelectImage = makeRailBox(root, actions.selectImage, u"boxSelectImage"_s, u"Select image"_s);
-    boxResetImage = makeRailBox(root, actions.resetImage, u"boxResetImage"_s, u"Reload image"_s);
-    boxSaveImage = makeRailBox(root, actions.saveImage, u"boxSaveImage"_s, u"Save image"_s);
-    boxUndo = makeRailBox(root, actions.undo, u"boxUndo"_s, u"Undo"_s);
-    boxRedo = makeRailBox(root, actions.redo, u"boxRedo"_s, u"Redo"_s);
-    boxZoomIn = makeRailBox(root, actions.zoomIn, u"boxZoomIn"_s, u"Zoom in"_s);
-    boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, u"Zoom out"_s);
-    boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, u"Reset zoom"_s);
-    boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, u"Show the original"_s);
+    boxSelectImage = makeRailBox(root, actions.selectImage, u"boxSelectImage"_s, tr("Select image"));
+    boxResetImage = makeRailBox(root, actions.resetImage, u"boxResetImage"_s, tr("Reload image"));
+    boxSaveImage = makeRailBox(root, actions.saveImage, u"boxSaveImage"_s, tr("Save image"));
+    boxUndo = makeRailBox(root, actions.undo, u"boxUndo"_s, tr("Undo"));
+    boxRedo = makeRailBox(root, actions.redo, u"boxRedo"_s, tr("Redo"));
+    boxZoomIn = makeRailBox(root, actions.zoomIn, u"boxZoomIn"_s, tr("Zoom in"));
+    boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, tr("Zoom out"));
+    boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, tr("Reset zoom"));
+    boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
     boxCompare->setAlpha(kBoxAlpha);
     compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     boxEditSettings = new SettingsBar(root);

@@ -11,14 +11,15 @@ namespace complexion {
 
 void ViewController::showLoadFailure() {
     m_dialogs.runAlert({.messageText = "",
-                        .informativeText = "The image could not be loaded.",
+                        .informativeText = QT_TRANSLATE_NOOP("Alerts", "The image could not be loaded."),
                         .style = AlertStyle::Warning,
-                        .buttons = {"OK"}});
+                        .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
 }
 
 void ViewController::OnSelectImage(QObject*) {
     if (!originalImagePath.empty() &&
-        runQuestion("All unsaved changes will be lost. Are you sure you want to select a new image?") ==
+        runQuestion(QT_TRANSLATE_NOOP(
+            "Alerts", "All unsaved changes will be lost. Are you sure you want to select a new image?")) ==
             kSecondButton)
         return;
     OpenPanel panel;
@@ -88,7 +89,8 @@ void ViewController::loadImage(const std::filesystem::path& path) {
 
 void ViewController::OnResetImage(QObject*) {
     if (originalImagePath.empty() ||
-        runQuestion("All unsaved changes will be lost. Are you sure you want to reload the image?") ==
+        runQuestion(QT_TRANSLATE_NOOP(
+            "Alerts", "All unsaved changes will be lost. Are you sure you want to reload the image?")) ==
             kSecondButton)
         return;
     const std::optional<Image> image = decodeSource(originalImagePath);

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/repair_words.h"
 
+#include <QCoreApplication>
+
 namespace complexion {
 
 namespace {
 
-using namespace Qt::StringLiterals;
+class RepairWords {
+    Q_DECLARE_TR_FUNCTIONS(RepairWords)
+};
 
 } // namespace
 
@@ -14,16 +18,19 @@ QString describe(const RepairReport& report, bool isDone) {
     switch (report.outcome) {
     case RepairOutcome::Repaired:
         if (count == 1)
-            return isDone ? u"Repaired one pixel."_s : u"One pixel would be repaired."_s;
-        return (isDone ? u"Repaired %1 pixels."_s : u"%1 pixels would be repaired."_s).arg(count);
+            return isDone ? RepairWords::tr("Repaired one pixel.")
+                          : RepairWords::tr("One pixel would be repaired.");
+        return (isDone ? RepairWords::tr("Repaired %1 pixels.")
+                       : RepairWords::tr("%1 pixels would be repaired."))
+            .arg(count);
     case RepairOutcome::NothingToRepair:
-        return u"Nothing to repair here."_s;
+        return RepairWords::tr("Nothing to repair here.");
     case RepairOutcome::NotUniform:
-        return u"Left as it is: the skin differs too much across the disc."_s;
+        return RepairWords::tr("Left as it is: the skin differs too much across the disc.");
     case RepairOutcome::TooCloseToBorder:
-        return u"Left as it is: too close to the edge of the photo."_s;
+        return RepairWords::tr("Left as it is: too close to the edge of the photo.");
     case RepairOutcome::NoMemory:
-        return u"Left as it is: there is not enough memory."_s;
+        return RepairWords::tr("Left as it is: there is not enough memory.");
     }
     return {};
 }

@@ -51,14 +51,14 @@ void ViewController::OnSaveImage(QObject*) {
 
     if (saved)
         m_dialogs.runAlert({.messageText = "",
-                            .informativeText = "Image saved successfully.",
+                            .informativeText = QT_TRANSLATE_NOOP("Alerts", "Image saved successfully."),
                             .style = AlertStyle::Informational,
-                            .buttons = {"OK"}});
+                            .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
     else
         m_dialogs.runAlert({.messageText = "",
-                            .informativeText = "Could not save the image.",
+                            .informativeText = QT_TRANSLATE_NOOP("Alerts", "Could not save the image."),
                             .style = AlertStyle::Warning,
-                            .buttons = {"OK"}});
+                            .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
 }
 
 } // namespace complexion

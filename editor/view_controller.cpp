@@ -34,10 +34,11 @@ bool ViewController::hasImage() const {
 }
 
 int ViewController::runQuestion(const char* informativeText) {
-    return m_dialogs.runAlert({.messageText = "",
-                               .informativeText = informativeText,
-                               .style = AlertStyle::Warning,
-                               .buttons = {"Yes", "No"}});
+    return m_dialogs.runAlert(
+        {.messageText = "",
+         .informativeText = informativeText,
+         .style = AlertStyle::Warning,
+         .buttons = {QT_TRANSLATE_NOOP("Alerts", "Yes"), QT_TRANSLATE_NOOP("Alerts", "No")}});
 }
 
 } // namespace complexion

@@ -35,8 +35,12 @@
 namespace complexion {
 
 /// The titles of the effect pop-up, in order; the first means none, the others are names of effects.
-inline constexpr std::array<const char*, 9> kEffectTitles = {"Normal", "Chrome",  "Fade",  "Instant", "Mono",
-                                                             "Noir",   "Process", "Tonal", "Transfer"};
+inline constexpr std::array<const char*, 9> kEffectTitles = {
+    QT_TRANSLATE_NOOP("Effects", "Normal"),  QT_TRANSLATE_NOOP("Effects", "Chrome"),
+    QT_TRANSLATE_NOOP("Effects", "Fade"),    QT_TRANSLATE_NOOP("Effects", "Instant"),
+    QT_TRANSLATE_NOOP("Effects", "Mono"),    QT_TRANSLATE_NOOP("Effects", "Noir"),
+    QT_TRANSLATE_NOOP("Effects", "Process"), QT_TRANSLATE_NOOP("Effects", "Tonal"),
+    QT_TRANSLATE_NOOP("Effects", "Transfer")};
 
 /// A mouse event in the root view's coordinates.
 struct MouseEvent {

@@ -6,6 +6,7 @@
 #include "view/text_font.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QPalette>
 #include <QUrl>
 
@@ -15,8 +16,8 @@ namespace {
 
 constexpr double kBoxAlpha = 0.8;
 constexpr double kRootGray = 0.15;
-constexpr const char* kExitQuestion =
-    "All unsaved changes will be lost. Are you sure you want to exit the application?";
+constexpr const char* kExitQuestion = QT_TRANSLATE_NOOP(
+    "Alerts", "All unsaved changes will be lost. Are you sure you want to exit the application?");
 
 constexpr int kStartEditAreaSize = 10;
 constexpr float kStartThreshold = 10;
@@ -40,7 +41,7 @@ void ViewController::viewDidLoad() {
         reach(box).setAlpha(kBoxAlpha);
 
     QCheckBox& autodetect = reach(checkAutodetectColor);
-    autodetect.setText(QStringLiteral("Autodetect Color"));
+    autodetect.setText(tr("Autodetect Color"));
     autodetect.setFont(textFont());
     QPalette palette = autodetect.palette();
     palette.setColor(QPalette::WindowText, Qt::white);
@@ -49,7 +50,7 @@ void ViewController::viewDidLoad() {
     QComboBox& effects = reach(comboEffect);
     effects.clear();
     for (const char* title : kEffectTitles)
-        effects.addItem(QString::fromLatin1(title));
+        effects.addItem(QCoreApplication::translate("Effects", title));
 
     reach(boxHint).show();
     reach(boxHelp).show();

@@ -7,7 +7,7 @@ set -euo pipefail
 
 build=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-svg-dev libgl-dev
+    qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
     libjpeg62-turbo-dev libpng-dev libisal-dev zlib1g-dev libtiff-dev
     libgif-dev libimagequant-dev libcgif-dev liblcms2-dev
     fonts-urw-base35

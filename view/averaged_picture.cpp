@@ -21,7 +21,7 @@ constexpr std::uint32_t kWhole = 256; // the sum of the weights of what a covere
 /// cache.
 constexpr int kRowsAtOnce = 64;
 constexpr std::size_t kRowsReadFor = 8;
-constexpr std::int64_t kSmallArea = 128 * 128; // device pixels that are not worth a second thread
+constexpr std::int64_t kSmallArea = 16'384; // device pixels that are not worth a second thread
 
 /// What lies under each of a line of device pixels: `weights[i * taps ...]` of the cells from `first[i]` on.
 struct Coverage {

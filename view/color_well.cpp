@@ -56,8 +56,8 @@ void ColorWell::paintEvent(QPaintEvent*) {
 }
 
 void ColorWell::openColorDialog() {
-    const QColor chosen = QColorDialog::getColor(m_color, window(), QStringLiteral("Custom color"),
-                                                 QColorDialog::DontUseNativeDialog);
+    const QColor chosen =
+        QColorDialog::getColor(m_color, window(), tr("Custom color"), QColorDialog::DontUseNativeDialog);
     setColor(chosen);
 }
 

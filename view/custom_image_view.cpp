@@ -143,7 +143,8 @@ bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
     if (m_image) {
         const int answer = m_dialogs->runAlert(
             {.messageText = "",
-             .informativeText = "All unsaved changes will be lost. Are you sure you want to add a new image?",
+             .informativeText = QT_TRANSLATE_NOOP(
+                 "Alerts", "All unsaved changes will be lost. Are you sure you want to add a new image?"),
              .style = AlertStyle::Warning,
              .buttons = {"Yes", "No"}});
         if (answer == kSecondButton)

@@ -1,0 +1,434 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>Alerts</name>
+    <message>
+        <source>Clears blemishes from portraits. Free software under the GNU General Public License, version 3 or later.</source>
+        <translation>Entfernt Hautunreinheiten aus Porträts. Freie Software unter der GNU General Public License, Version 3 oder später.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>This folder is emptied when Complexion ends. Please choose another one.</source>
+        <translation>Dieser Ordner wird geleert, wenn Complexion endet. Bitte einen anderen wählen.</translation>
+    </message>
+    <message>
+        <source>The image could not be loaded.</source>
+        <translation>Das Bild konnte nicht geladen werden.</translation>
+    </message>
+    <message>
+        <source>All unsaved changes will be lost. Are you sure you want to select a new image?</source>
+        <translation>Alle nicht gesicherten Änderungen gehen verloren. Wirklich ein neues Bild auswählen?</translation>
+    </message>
+    <message>
+        <source>All unsaved changes will be lost. Are you sure you want to reload the image?</source>
+        <translation>Alle nicht gesicherten Änderungen gehen verloren. Das Bild wirklich neu laden?</translation>
+    </message>
+    <message>
+        <source>Image saved successfully.</source>
+        <translation>Das Bild wurde gesichert.</translation>
+    </message>
+    <message>
+        <source>Could not save the image.</source>
+        <translation>Das Bild konnte nicht gesichert werden.</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>All unsaved changes will be lost. Are you sure you want to exit the application?</source>
+        <translation>Alle nicht gesicherten Änderungen gehen verloren. Das Programm wirklich beenden?</translation>
+    </message>
+    <message>
+        <source>All unsaved changes will be lost. Are you sure you want to add a new image?</source>
+        <translation>Alle nicht gesicherten Änderungen gehen verloren. Wirklich ein neues Bild öffnen?</translation>
+    </message>
+</context>
+<context>
+    <name>Cards</name>
+    <message>
+        <source>Drop a photo here</source>
+        <translation>Foto hierher ziehen</translation>
+    </message>
+    <message>
+        <source>or click to choose one</source>
+        <translation>oder klicken, um eines auszuwählen</translation>
+    </message>
+    <message>
+        <source>Set the edit area a little larger than the blemish.</source>
+        <translation>Den Bearbeitungsbereich etwas größer wählen als die Unreinheit.</translation>
+    </message>
+    <message>
+        <source>Click the blemish: it takes on the skin around it.</source>
+        <translation>Auf die Unreinheit klicken: Sie wird wie die Haut um sie herum.</translation>
+    </message>
+    <message>
+        <source>Save a copy. Your photo stays as it is.</source>
+        <translation>Eine Kopie sichern. Das Foto bleibt, wie es ist.</translation>
+    </message>
+</context>
+<context>
+    <name>Effects</name>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>Chrome</source>
+        <translation>Chrom</translation>
+    </message>
+    <message>
+        <source>Fade</source>
+        <translation>Verblasst</translation>
+    </message>
+    <message>
+        <source>Instant</source>
+        <translation>Sofortbild</translation>
+    </message>
+    <message>
+        <source>Mono</source>
+        <translation>Mono</translation>
+    </message>
+    <message>
+        <source>Noir</source>
+        <translation>Noir</translation>
+    </message>
+    <message>
+        <source>Process</source>
+        <translation>Prozess</translation>
+    </message>
+    <message>
+        <source>Tonal</source>
+        <translation>Tonal</translation>
+    </message>
+    <message>
+        <source>Transfer</source>
+        <translation>Transfer</translation>
+    </message>
+</context>
+<context>
+    <name>RepairWords</name>
+    <message>
+        <source>Repaired one pixel.</source>
+        <translation>Ein Pixel repariert.</translation>
+    </message>
+    <message>
+        <source>One pixel would be repaired.</source>
+        <translation>Ein Pixel würde repariert.</translation>
+    </message>
+    <message>
+        <source>Repaired %1 pixels.</source>
+        <translation>%1 Pixel repariert.</translation>
+    </message>
+    <message>
+        <source>%1 pixels would be repaired.</source>
+        <translation>%1 Pixel würden repariert.</translation>
+    </message>
+    <message>
+        <source>Nothing to repair here.</source>
+        <translation>Hier ist nichts zu reparieren.</translation>
+    </message>
+    <message>
+        <source>Left as it is: the skin differs too much across the disc.</source>
+        <translation>Unverändert: Die Haut ist innerhalb des Kreises zu verschieden.</translation>
+    </message>
+    <message>
+        <source>Left as it is: too close to the edge of the photo.</source>
+        <translation>Unverändert: zu nah am Rand des Fotos.</translation>
+    </message>
+    <message>
+        <source>Left as it is: there is not enough memory.</source>
+        <translation>Unverändert: Der Speicher reicht nicht aus.</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::Actions</name>
+    <message>
+        <source>Select image…</source>
+        <translation>Bild auswählen …</translation>
+    </message>
+    <message>
+        <source>Reload image</source>
+        <translation>Bild neu laden</translation>
+    </message>
+    <message>
+        <source>Save image…</source>
+        <translation>Bild sichern …</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>Zoom zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Actual pixels</source>
+        <translation>Originalgröße</translation>
+    </message>
+    <message>
+        <source>Show the original</source>
+        <translation>Original zeigen</translation>
+    </message>
+    <message>
+        <source>Preview the repair</source>
+        <translation>Vorschau der Reparatur</translation>
+    </message>
+    <message>
+        <source>Larger edit area</source>
+        <translation>Bearbeitungsbereich größer</translation>
+    </message>
+    <message>
+        <source>Smaller edit area</source>
+        <translation>Bearbeitungsbereich kleiner</translation>
+    </message>
+    <message>
+        <source>Video tutorial</source>
+        <translation>Video-Anleitung</translation>
+    </message>
+    <message>
+        <source>About Complexion</source>
+        <translation>Über Complexion</translation>
+    </message>
+    <message>
+        <source>no photo is open</source>
+        <translation>kein Foto ist geöffnet</translation>
+    </message>
+    <message>
+        <source>Select image</source>
+        <translation>Bild auswählen</translation>
+    </message>
+    <message>
+        <source>Save image</source>
+        <translation>Bild sichern</translation>
+    </message>
+    <message>
+        <source>nothing to take back</source>
+        <translation>nichts zurückzunehmen</translation>
+    </message>
+    <message>
+        <source>nothing to bring back</source>
+        <translation>nichts wiederherzustellen</translation>
+    </message>
+    <message>
+        <source>Hold to see the original</source>
+        <translation>Gedrückt halten, um das Original zu sehen</translation>
+    </message>
+    <message>
+        <source>none comes with this build</source>
+        <translation>keine liegt diesem Programm bei</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::Aim</name>
+    <message>
+        <source>Column %1, row %2. %3</source>
+        <translation>Spalte %1, Zeile %2. %3</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::ColorWell</name>
+    <message>
+        <source>Custom color</source>
+        <translation>Eigene Farbe</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::CustomImageView</name>
+    <message>
+        <source>Photo</source>
+        <translation>Foto</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::MainWindow</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::OpenFilePanel</name>
+    <message>
+        <source>Select image</source>
+        <translation>Bild auswählen</translation>
+    </message>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SaveFilePanel</name>
+    <message>
+        <source>Save image</source>
+        <translation>Bild sichern</translation>
+    </message>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
+    </message>
+    <message>
+        <source>“%1” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?</source>
+        <translation>„%1“ ist das geöffnete Foto selbst. Sichern ersetzt es endgültig. Soll es ersetzt werden?</translation>
+    </message>
+    <message>
+        <source>“%1” already exists. Do you want to replace it?</source>
+        <translation>„%1“ gibt es bereits. Soll die Datei ersetzt werden?</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SettingsBar</name>
+    <message>
+        <source>Edit area size</source>
+        <translation>Bearbeitungsbereich</translation>
+    </message>
+    <message>
+        <source>Radius of the disc that a click repairs, in pixels of the photo</source>
+        <translation>Radius des Kreises, den ein Klick repariert, in Pixeln des Fotos</translation>
+    </message>
+    <message>
+        <source>Edit area size in steps</source>
+        <translation>Bearbeitungsbereich in Schritten</translation>
+    </message>
+    <message>
+        <source>Threshold</source>
+        <translation>Schwelle</translation>
+    </message>
+    <message>
+        <source>How much a pixel must differ from the skin around it to be repaired</source>
+        <translation>Wie stark sich ein Pixel von der Haut um es herum unterscheiden muss, um repariert zu werden</translation>
+    </message>
+    <message>
+        <source>Autodetect Color</source>
+        <translation>Farbe erkennen</translation>
+    </message>
+    <message>
+        <source>Take the color of the skin around the blemish</source>
+        <translation>Die Farbe der Haut um die Unreinheit nehmen</translation>
+    </message>
+    <message>
+        <source>Custom color</source>
+        <translation>Eigene Farbe</translation>
+    </message>
+    <message>
+        <source>Pick a color from the photo</source>
+        <translation>Farbe aus dem Foto aufnehmen</translation>
+    </message>
+    <message>
+        <source>Color</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>Custom color: used when Autodetect Color is off</source>
+        <translation>Eigene Farbe: gilt, wenn „Farbe erkennen“ aus ist</translation>
+    </message>
+    <message>
+        <source>Pick a color from the photo: used when Autodetect Color is off</source>
+        <translation>Farbe aus dem Foto aufnehmen: gilt, wenn „Farbe erkennen“ aus ist</translation>
+    </message>
+    <message>
+        <source>Pick a color from the photo: no photo is open</source>
+        <translation>Farbe aus dem Foto aufnehmen: kein Foto ist geöffnet</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effekt</translation>
+    </message>
+    <message>
+        <source>Effect on the whole photo; it is saved with it</source>
+        <translation>Effekt auf das ganze Foto; er wird mit gesichert</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::ViewController</name>
+    <message>
+        <source>Opening the photo…</source>
+        <translation>Das Foto wird geöffnet …</translation>
+    </message>
+    <message>
+        <source>Saving the photo…</source>
+        <translation>Das Foto wird gesichert …</translation>
+    </message>
+    <message>
+        <source>Autodetect Color</source>
+        <translation>Farbe erkennen</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::WindowContents</name>
+    <message>
+        <source>Select image</source>
+        <translation>Bild auswählen</translation>
+    </message>
+    <message>
+        <source>Reload image</source>
+        <translation>Bild neu laden</translation>
+    </message>
+    <message>
+        <source>Save image</source>
+        <translation>Bild sichern</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>Zoom in</source>
+        <translation>Vergrößern</translation>
+    </message>
+    <message>
+        <source>Zoom out</source>
+        <translation>Verkleinern</translation>
+    </message>
+    <message>
+        <source>Reset zoom</source>
+        <translation>Zoom zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Show the original</source>
+        <translation>Original zeigen</translation>
+    </message>
+</context>
+</TS>

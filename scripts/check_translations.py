@@ -1,0 +1,54 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Fails when a text of the program has no translation, or a translation no text. With --update, takes new texts in and
+what is gone out."""
+
+import shutil
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+TRANSLATIONS = ROOT / "app/translations"
+LUPDATE = "/usr/lib/qt6/bin/lupdate"
+
+
+def update(file):
+    subprocess.run([LUPDATE, "-silent", "-no-obsolete", "-locations", "none", "-I", ".", "app", "editor", "view", "-ts",
+                    file], cwd=ROOT, check=True)
+
+
+def texts(file):
+    """Context and text of each message, with its translation; nothing for one that is not finished."""
+    return {(context.findtext("name"), message.findtext("source")):
+            None if message.find("translation").get("type") else message.findtext("translation")
+            for context in ElementTree.parse(file).iter("context") for message in context.iter("message")}
+
+
+def wrong_in(file):
+    with tempfile.TemporaryDirectory() as folder:
+        updated = Path(shutil.copy(file, folder))
+        update(updated)
+        now = texts(updated)
+    for (context, text), translation in now.items():
+        if not translation:
+            yield f"{file.name}: no translation in {context} of: {text}"
+    for context, text in texts(file).keys() - now.keys():
+        yield f"{file.name}: no such text in {context} any more: {text}"
+
+
+def main():
+    files = sorted(TRANSLATIONS.glob("*.ts"))
+    if sys.argv[1:] == ["--update"]:
+        for file in files:
+            update(file)
+        return 0
+    wrong = [line for file in files for line in wrong_in(file)]
+    print(*wrong, sep="\n", end="\n" if wrong else "", file=sys.stderr)
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
