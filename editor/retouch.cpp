@@ -2,9 +2,9 @@
 
 // A short press on the photo is a click, and a click is a repair, computed in the background.
 #include "editor/outlet.h"
+#include "editor/repair.h"
 #include "editor/view_controller.h"
 #include "imaging/checked.h"
-#include "imaging/image_tools.h"
 
 namespace complexion {
 
@@ -42,10 +42,7 @@ void ViewController::RetouchAtPoint(Point point) {
     imageProcessing = true;
     const std::uint64_t photo = m_photoNumber;
     const Image image = originalImage();
-    const EditSettings settings = m_settings.read();
-    const std::optional<Image> result = ImageTools::RemovePimpleFromImage(
-        image, point, settings.radius, settings.colorType, image.profile().fromSrgb(settings.customColor),
-        truncateToInt64(settings.threshold, "the threshold is out of range"));
+    const std::optional<Image> result = repaired(image, point, editSettings());
     m_queues.submitMain([self = shared_from_this(), result, photo] {
         if (photo == self->m_photoNumber)
             self->FinishRetouch(result);

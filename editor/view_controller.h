@@ -150,6 +150,8 @@ public:
     /// Repairs the working image at a point in its own coordinates. Runs on a background thread.
     void RetouchAtPoint(Point point);
     void FinishRetouch(const std::optional<Image>& result);
+    /// The settings that a repair which starts now works with. Read from any thread.
+    EditSettings editSettings() const { return m_settings.read(); }
 
     // Zoom.
 
