@@ -65,8 +65,8 @@ public:
           m_restoration(restoration),
           m_feather(std::max(kLeastFeather, kFeather * window.radius)) {}
 
-    void paint(PixelBuffer& buffer, PixelRect cells) {
-        const PixelRect part = healing::widened(cells, Restoration::kMargin - 1, m_window.cells.rect());
+    void paint(PixelBuffer& buffer) {
+        const PixelRect part = m_restoration.base.rect();
         const std::int64_t left = std::max<std::int64_t>(
             m_disc.column - m_disc.radius, m_window.pixels.x + std::int64_t{part.x} * m_window.step);
         const std::int64_t right = std::min<std::int64_t>(
@@ -122,25 +122,30 @@ private:
     }
 
     void blendCellRows(float y) {
-        const int lastRow = m_window.cells.height() - 1;
-        y = std::clamp(y, 0.0F, static_cast<float>(lastRow));
+        const PixelRect& rect = m_restoration.base.rect();
+        y = std::clamp(y, static_cast<float>(rect.y), static_cast<float>(rect.bottom() - 1));
         const int above = static_cast<int>(y);
+        const int below = std::min(above + 1, rect.bottom() - 1);
         const float share = y - static_cast<float>(above);
-        const Cell* upper = m_restoration.base.row(above);
-        const Cell* lower = m_restoration.base.row(std::min(above + 1, lastRow));
-        m_cells.resize(static_cast<std::size_t>(m_window.cells.width()));
-        for (std::size_t x = 0; x < m_cells.size(); ++x)
+        m_cells.resize(static_cast<std::size_t>(rect.width) + 1);
+        for (int i = 0; i < rect.width; ++i) {
+            const Cell& upper = m_restoration.base.at(rect.x + i, above);
+            const Cell& lower = m_restoration.base.at(rect.x + i, below);
+            Cell& cell = m_cells[static_cast<std::size_t>(i)];
             for (std::size_t c = 0; c < 4; ++c)
-                m_cells[x][c] = upper[x][c] + share * (lower[x][c] - upper[x][c]);
+                cell[c] = upper[c] + share * (lower[c] - upper[c]);
+        }
+        m_cells.back() = m_cells[m_cells.size() - 2];
     }
 
     Cell cellAt(std::int64_t column) const {
-        const int lastColumn = m_window.cells.width() - 1;
-        const float x = std::clamp(m_window.cellX(column), 0.0F, static_cast<float>(lastColumn));
-        const int before = static_cast<int>(x);
+        const PixelRect& rect = m_restoration.base.rect();
+        const float x = std::clamp(m_window.cellX(column) - static_cast<float>(rect.x), 0.0F,
+                                   static_cast<float>(rect.width - 1));
+        const auto before = static_cast<std::size_t>(x);
         const float share = x - static_cast<float>(before);
-        const Cell& left = m_cells[static_cast<std::size_t>(before)];
-        const Cell& right = m_cells[static_cast<std::size_t>(std::min(before + 1, lastColumn))];
+        const Cell& left = m_cells[before];
+        const Cell& right = m_cells[before + 1];
         Cell cell;
         for (std::size_t c = 0; c < 4; ++c)
             cell[c] = left[c] + share * (right[c] - left[c]);
@@ -197,7 +202,7 @@ private:
     float m_feather;
     std::vector<RGBA32> m_own;
     std::vector<RGBA32> m_source;
-    std::vector<Cell> m_cells; // a row of the restoration's, at the pixel row's height
+    std::vector<Cell> m_cells; // the restoration's at the pixel row's height, the last one twice
 };
 
 } // namespace
@@ -218,7 +223,7 @@ std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point poi
         const SkinWindow window = healing::readSkinWindow(image, disc);
         if (const auto blemish = healing::findBlemish(window, threshold)) {
             const Restoration restoration = healing::restoreDetail(window, *blemish);
-            Painter(image, disc, window, restoration).paint(*buffer, blemish->bounds);
+            Painter(image, disc, window, restoration).paint(*buffer);
         }
         return std::move(*buffer).close();
     } catch (const std::bad_alloc&) {

@@ -4,6 +4,7 @@
 #include "imaging/healing/blur.h"
 #include "imaging/healing/membrane.h"
 #include "imaging/healing/regions.h"
+#include "imaging/healing/watershed.h"
 
 #include <cmath>
 
@@ -28,8 +29,12 @@ constexpr float kGrowth = 0.03F;
 constexpr float kLeastGrowth = 0.6F;       // cells
 constexpr float kDiscMargin = 0.5F;        // cells that stay free inside the disc's rim
 constexpr float kBoundarySmoothing = 1.5F; // cells
+constexpr float kForeignEdge = 2.5F;       // cells around what is foreign that its colour reaches
 constexpr int kSkinMargin = 6;             // cells around the mask
 constexpr float kFullDisc = 0.9F;          // of the disc's cells
+constexpr float kRimWidth = 2;             // cells
+constexpr float kMostOfRim = 0.5F;         // of the rim's cells
+constexpr float kMostCutOff = 0.35F;       // of the region's edge
 constexpr int kRounds = 2;
 
 /// At this threshold the differences above are meant; they scale with it.
@@ -43,11 +48,11 @@ public:
         : m_window(window),
           m_smooth(std::move(smooth)),
           m_scale(scale),
-          m_field(window.around(kFieldReach)),
+          m_field(m_smooth.rect()),
           m_disc(window.around(1)),
-          m_difference(window.cells.width(), window.cells.height()),
-          m_blemish{.mask = {}, .bounds = {}, .model = model, .skin = {}, .unlikeSkin = {}} {
-        m_blemish.skin = CellGrid<Cell>(window.cells.width(), window.cells.height());
+          m_difference(m_field),
+          m_blemish{.mask = {}, .bounds = {}, .model = model, .skin = {}, .unlikeSkin = {}, .foreign = {}} {
+        m_blemish.skin = CellGrid<Cell>(m_field);
         forEachCell(m_field, [&](int x, int y) {
             const LogColor color = m_blemish.model.expected(x, y);
             m_blemish.skin.at(x, y) = {color[0], color[1], color[2], 1};
@@ -58,17 +63,19 @@ public:
         // The first round goes by the ring's surface, the next by the membrane, which follows the shading.
         for (int round = 0; round < kRounds; ++round) {
             measureDifferences();
-            if (!takeRegion())
+            if (!takeRegion() || isCutOff())
                 return std::nullopt;
             takeTint();
             takeRim();
             grow();
-            if (fillsDisc())
+            if (fillsDisc() || lacksSkinAround())
                 return std::nullopt;
             m_blemish.bounds = boundsOf(m_blemish.mask);
-            spanSkin(round + 1 == kRounds);
+            if (!spanSkin(round + 1 == kRounds))
+                return std::nullopt;
         }
         markUnlikeSkin();
+        m_blemish.foreign = std::move(m_foreign);
         return std::move(m_blemish);
     }
 
@@ -92,39 +99,57 @@ private:
         });
     }
 
-    /// Takes the region, of those that hold a seed, that is the strongest and nearest to the centre.
+    /// Takes the region around the seed that is the strongest and nearest to the centre. What of the region
+    /// belongs to something that comes in from outside the disc (hair, a lip, the face's edge) is left to
+    /// that.
     bool takeRegion() {
-        CellMask seen(m_smooth.width(), m_smooth.height());
-        std::vector<PixelPosition> open;
+        const float enough = kMostSeedDifference * kSeedDifference * m_scale;
+        PixelPosition seed;
         float best = 0;
-        const float least = kRegionDifference * m_scale;
         forEachCell(m_disc, [&](int x, int y) {
-            if (seen.at(x, y) || m_difference.at(x, y) < kSeedDifference * m_scale ||
-                m_window.distance(x, y) > kSeedReach)
+            const float r = m_window.distance(x, y);
+            if (r > kSeedReach || m_difference.at(x, y) < kSeedDifference * m_scale)
                 return;
-            CellMask region(m_smooth.width(), m_smooth.height());
-            region.at(x, y) = 1;
-            open.push_back({y, x});
-            growThrough(region, open, [&](int nextX, int nextY) {
-                return m_difference.at(nextX, nextY) >= least && insideDisc(nextX, nextY, kDiscMargin);
-            });
-            float score = 0;
-            forEachCell(m_disc, [&](int cellX, int cellY) {
-                if (!region.at(cellX, cellY))
-                    return;
-                seen.at(cellX, cellY) = 1;
-                const float r = m_window.distance(cellX, cellY);
-                const float nearness = std::max(0.0F, 1 - r * r);
-                score +=
-                    std::min(m_difference.at(cellX, cellY), kMostSeedDifference * kSeedDifference * m_scale) *
-                    nearness * nearness;
-            });
+            const float nearness = 1 - r * r;
+            const float score = std::min(m_difference.at(x, y), enough) * nearness * nearness;
             if (score > best) {
                 best = score;
-                m_blemish.mask = std::move(region);
+                seed = {y, x};
             }
         });
-        return best > 0;
+        if (best == 0)
+            return false;
+        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale, [&](int x, int y) {
+            return !insideDisc(x, y, 0) && m_difference.at(x, y) >= kSeedDifference * m_scale;
+        });
+        m_blemish.mask = CellMask(m_disc);
+        m_foreign = CellMask(m_field);
+        forEachCell(m_field, [&](int x, int y) {
+            const auto claim = static_cast<Claim>(claims.at(x, y));
+            if (claim == Claim::Foreign)
+                m_foreign.at(x, y) = 1;
+            else if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
+                m_blemish.mask.at(x, y) = 1;
+        });
+        return true;
+    }
+
+    /// Whether much of the region's edge is where something foreign was parted from it: what is left of it
+    /// would be repaired by halves.
+    bool isCutOff() const {
+        int edge = 0;
+        int cut = 0;
+        forEachMasked([&](int x, int y) {
+            bool atEdge = false;
+            bool atForeign = false;
+            forEachCell(widened({x, y, 1, 1}, 1, m_field), [&](int nextX, int nextY) {
+                atEdge = atEdge || !m_blemish.mask.valueAt(nextX, nextY);
+                atForeign = atForeign || m_foreign.at(nextX, nextY);
+            });
+            edge += atEdge ? 1 : 0;
+            cut += atForeign ? 1 : 0;
+        });
+        return static_cast<float>(cut) > kMostCutOff * static_cast<float>(edge);
     }
 
     void takeTint() {
@@ -156,15 +181,16 @@ private:
         std::vector<PixelPosition> open;
         forEachMasked([&](int x, int y) { open.push_back({y, x}); });
         growThrough(m_blemish.mask, open, [&](int x, int y) {
-            return insideDisc(x, y, kDiscMargin) && m_blemish.model.product(tint, offAt(x, y)) >= least;
+            return insideDisc(x, y, kDiscMargin) && !m_foreign.at(x, y) &&
+                   m_blemish.model.product(tint, offAt(x, y)) >= least;
         });
     }
 
     void grow() {
         const float growth = kLeastGrowth + kGrowth * m_window.radius;
-        const CellGrid<float> distance = distanceTo(m_blemish.mask);
+        const CellGrid<float> distance = distanceTo(m_blemish.mask, m_disc);
         forEachCell(m_disc, [&](int x, int y) {
-            if (distance.at(x, y) <= growth && insideDisc(x, y, 0.3F))
+            if (distance.at(x, y) <= growth && insideDisc(x, y, 0.3F) && !m_foreign.at(x, y))
                 m_blemish.mask.at(x, y) = 1;
         });
         fillHoles(m_blemish.mask);
@@ -180,23 +206,49 @@ private:
         return static_cast<float>(masked) > kFullDisc * static_cast<float>(cells);
     }
 
-    /// The last round wants the skin around the mask too as smooth as the membrane.
-    void spanSkin(bool around) {
-        CellGrid<Cell> known = m_window.cells;
-        forEachMasked([&](int x, int y) { known.at(x, y)[kWeight] = 0; });
-        const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_window.cells.rect());
-        CellGrid<Cell> skin = blurred(known, kBoundarySmoothing, bounds);
-        spanMembrane(skin, m_blemish.mask);
+    /// Whether the mask runs along much of the disc's rim: then it is no blemish that lies in the disc.
+    bool lacksSkinAround() const {
+        int rim = 0;
+        int masked = 0;
+        forEachCell(m_disc, [&](int x, int y) {
+            if (!insideDisc(x, y, kDiscMargin) || insideDisc(x, y, kRimWidth))
+                return;
+            ++rim;
+            masked += m_blemish.mask.at(x, y);
+        });
+        return static_cast<float>(masked) > kMostOfRim * static_cast<float>(rim);
+    }
+
+    /// The membrane is held by skin alone: across what is foreign it goes on as if that were not there. The
+    /// last round wants the skin around the mask too as smooth as the membrane.
+    /// False when there is no skin to hold it.
+    bool spanSkin(bool around) {
+        const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
+        const CellGrid<float> toForeign = distanceTo(m_foreign, bounds);
+        CellMask excluded = m_foreign;
         forEachCell(bounds, [&](int x, int y) {
-            if (m_blemish.mask.at(x, y) || (around && skin.at(x, y)[kWeight] > 0))
+            if (m_blemish.mask.valueAt(x, y) || toForeign.at(x, y) <= kForeignEdge)
+                excluded.at(x, y) = 1;
+        });
+        CellGrid<Cell> skin = blurred(m_window.cells, kBoundarySmoothing, bounds, excluded);
+        forEachCell(bounds, [&](int x, int y) {
+            if (excluded.at(x, y))
+                skin.at(x, y) = {};
+        });
+        if (!spanMembrane(skin))
+            return false;
+        forEachCell(bounds, [&](int x, int y) {
+            if (m_blemish.mask.valueAt(x, y) || (around && skin.at(x, y)[kWeight] > 0))
                 m_blemish.skin.at(x, y) = skin.at(x, y);
         });
+        return true;
     }
 
     void markUnlikeSkin() {
-        m_blemish.unlikeSkin = CellMask(m_smooth.width(), m_smooth.height());
+        m_blemish.unlikeSkin = CellMask(m_field);
         forEachCell(m_field, [&](int x, int y) {
-            m_blemish.unlikeSkin.at(x, y) = m_difference.at(x, y) >= kUnlikeSkinDifference ? 1 : 0;
+            m_blemish.unlikeSkin.at(x, y) =
+                m_foreign.at(x, y) || m_difference.at(x, y) >= kUnlikeSkinDifference ? 1 : 0;
         });
     }
 
@@ -214,6 +266,7 @@ private:
     PixelRect m_field;
     PixelRect m_disc;
     CellGrid<float> m_difference;
+    CellMask m_foreign; // what is no skin and reaches out of the disc
     Blemish m_blemish;
 };
 
@@ -223,7 +276,8 @@ std::optional<Blemish> findBlemish(const SkinWindow& window, std::int64_t thresh
     if (threshold >= kNothingDiffers)
         return std::nullopt;
     const float smoothing = std::clamp(kSmoothing * window.radius, kLeastSmoothing, kMostSmoothing);
-    CellGrid<Cell> smooth = blurred(window.cells, smoothing, window.around(kFieldReach));
+    CellGrid<Cell> smooth = blurred(window.cells, smoothing,
+                                    widened(window.around(kFieldReach), kSkinMargin, window.cells.rect()));
     const std::optional<SkinModel> model = SkinModel::fit(window, smooth);
     if (!model)
         return std::nullopt;

@@ -14,6 +14,7 @@ struct Blemish {
     SkinModel model;     // of the skin around
     CellGrid<Cell> skin; // in and near the mask: the membrane, the skin's colour without any detail
     CellMask unlikeSkin; // cells near the disc that differ from the skin, the blemish and others
+    CellMask foreign;    // those of them that reach out of the disc: no part of the blemish
     LogColor tint{};     // what the blemish's strong part differs from the skin by, in the mean
 };
 

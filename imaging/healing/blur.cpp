@@ -27,23 +27,41 @@ std::vector<float> halfKernel(float sigma) {
     return kernel;
 }
 
-/// One row of cells, their colours multiplied by their weights, with `reach` empty cells before and after.
-void weightRow(const Cell* cells, int count, int reach, std::vector<float>& row) {
-    row.assign(static_cast<std::size_t>(count + 2 * reach) * 4, 0);
-    float* out = row.data() + static_cast<std::ptrdiff_t>(reach) * 4;
-    for (int x = 0; x < count; ++x, out += 4) {
-        const Cell& cell = cells[x];
+/// The colours of a part of a row, multiplied by their weights; zero beyond the grid.
+void weightRow(const CellGrid<Cell>& grid, const CellMask& excluded, int y, int left, int right,
+               std::vector<float>& row) {
+    row.assign(static_cast<std::size_t>(right - left) * 4, 0);
+    const int first = std::max(left, grid.rect().x);
+    const int end = std::min(right, grid.rect().right());
+    float* out = row.data() + static_cast<std::ptrdiff_t>(first - left) * 4;
+    for (int x = first; x < end; ++x, out += 4) {
+        const Cell& cell = grid.at(x, y);
         const float weight = cell[kWeight];
         out[0] = cell[0] * weight;
         out[1] = cell[1] * weight;
         out[2] = cell[2] * weight;
         out[3] = weight;
     }
+    const PixelRect& hidden = excluded.rect();
+    if (y < hidden.y || y >= hidden.bottom())
+        return;
+    for (int x = std::max(first, hidden.x); x < std::min(end, hidden.right()); ++x)
+        if (excluded.at(x, y))
+            std::fill_n(row.data() + static_cast<std::ptrdiff_t>(x - left) * 4, 4, 0.0F);
 }
 
-void addScaled(float* sum, const float* one, const float* other, float factor, int count) {
+/// Adds to `count` sums the values about `middle`, `step` apart, by the kernel.
+void addKernel(float* sum, const float* middle, std::ptrdiff_t step, const std::vector<float>& kernel,
+               int count) {
     for (int i = 0; i < count; ++i)
-        sum[i] += factor * (one[i] + other[i]);
+        sum[i] = kernel[0] * middle[i];
+    for (std::size_t k = 1; k < kernel.size(); ++k) {
+        const float factor = kernel[k];
+        const float* before = middle - static_cast<std::ptrdiff_t>(k) * step;
+        const float* after = middle + static_cast<std::ptrdiff_t>(k) * step;
+        for (int i = 0; i < count; ++i)
+            sum[i] += factor * (before[i] + after[i]);
+    }
 }
 
 void divideByWeight(float* values, int count) {
@@ -58,7 +76,10 @@ void divideByWeight(float* values, int count) {
 
 } // namespace
 
-CellGrid<Cell> blurred(const CellGrid<Cell>& grid, float sigma, PixelRect where) {
+CellGrid<Cell> blurred(const CellGrid<Cell>& grid, float sigma, PixelRect where, const CellMask& excluded) {
+    CellGrid<Cell> result(where);
+    if (where.isEmpty())
+        return result;
     const std::vector<float> kernel = halfKernel(sigma);
     const int reach = static_cast<int>(kernel.size()) - 1;
     const int stride = where.width * 4;
@@ -66,25 +87,17 @@ CellGrid<Cell> blurred(const CellGrid<Cell>& grid, float sigma, PixelRect where)
     std::vector<float> across(static_cast<std::size_t>(stride) *
                               static_cast<std::size_t>(where.height + 2 * reach));
     std::vector<float> row;
-    for (int y = std::max(0, where.y - reach); y < std::min(grid.height(), where.bottom() + reach); ++y) {
-        weightRow(grid.row(y), grid.width(), reach, row);
-        const float* middle = row.data() + static_cast<std::ptrdiff_t>(where.x + reach) * 4;
+    const PixelRect& rect = grid.rect();
+    for (int y = std::max(rect.y, where.y - reach); y < std::min(rect.bottom(), where.bottom() + reach);
+         ++y) {
+        weightRow(grid, excluded, y, where.x - reach, where.right() + reach, row);
         float* sum = across.data() + static_cast<std::ptrdiff_t>(y - where.y + reach) * stride;
-        for (int i = 0; i < stride; ++i)
-            sum[i] = kernel[0] * middle[i];
-        for (int i = 1; i <= reach; ++i)
-            addScaled(sum, middle - std::ptrdiff_t{4} * i, middle + std::ptrdiff_t{4} * i,
-                      kernel[static_cast<std::size_t>(i)], stride);
+        addKernel(sum, row.data() + static_cast<std::ptrdiff_t>(reach) * 4, 4, kernel, stride);
     }
-    CellGrid<Cell> result(grid.width(), grid.height());
     for (int y = 0; y < where.height; ++y) {
         const float* middle = across.data() + static_cast<std::ptrdiff_t>(y + reach) * stride;
         float* sum = result.at(where.x, where.y + y).data();
-        for (int i = 0; i < stride; ++i)
-            sum[i] = kernel[0] * middle[i];
-        for (int i = 1; i <= reach; ++i)
-            addScaled(sum, middle - std::ptrdiff_t{i} * stride, middle + std::ptrdiff_t{i} * stride,
-                      kernel[static_cast<std::size_t>(i)], stride);
+        addKernel(sum, middle, stride, kernel, stride);
         divideByWeight(sum, where.width);
     }
     return result;

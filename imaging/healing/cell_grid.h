@@ -10,29 +10,32 @@
 
 namespace complexion::healing {
 
-/// A rectangle of values, row 0 at the top.
+/// Values for the places of a rectangle, which need not begin at (0, 0): grids of parts of one whole speak of
+/// the same places by the same coordinates.
 template <class T>
 class CellGrid {
 public:
     CellGrid() = default;
-    CellGrid(int width, int height, const T& value = {})
-        : m_width(width),
-          m_height(height),
-          m_values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), value) {}
+    explicit CellGrid(PixelRect rect, const T& value = {})
+        : m_rect(rect),
+          m_values(static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height), value) {}
 
-    int width() const { return m_width; }
-    int height() const { return m_height; }
-    PixelRect rect() const { return {0, 0, m_width, m_height}; }
-    bool contains(int x, int y) const { return x >= 0 && y >= 0 && x < m_width && y < m_height; }
+    const PixelRect& rect() const { return m_rect; }
+    bool contains(int x, int y) const {
+        return x >= m_rect.x && y >= m_rect.y && x < m_rect.right() && y < m_rect.bottom();
+    }
 
-    T* row(int y) { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
-    const T* row(int y) const { return m_values.data() + static_cast<std::ptrdiff_t>(y) * m_width; }
-    T& at(int x, int y) { return row(y)[x]; }
-    const T& at(int x, int y) const { return row(y)[x]; }
+    T& at(int x, int y) { return m_values[indexOf(x, y)]; }
+    const T& at(int x, int y) const { return m_values[indexOf(x, y)]; }
+    /// The value at a place, and none's where there is none.
+    T valueAt(int x, int y) const { return contains(x, y) ? at(x, y) : T{}; }
 
 private:
-    int m_width = 0;
-    int m_height = 0;
+    std::size_t indexOf(int x, int y) const {
+        return static_cast<std::size_t>((y - m_rect.y) * m_rect.width + x - m_rect.x);
+    }
+
+    PixelRect m_rect;
     std::vector<T> m_values;
 };
 

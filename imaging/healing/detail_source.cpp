@@ -110,10 +110,10 @@ public:
 private:
     void readAround() {
         const PixelRect rect = m_window.around(1.3F).intersected(
-            {0, 0, m_window.cells.width() - 1, m_window.cells.height() - 1});
+            {0, 0, m_window.cells.rect().width - 1, m_window.cells.rect().height - 1});
         forEachCell(rect, [&](int x, int y) {
-            if (!m_blemish.unlikeSkin.at(x, y) && !m_blemish.mask.at(x, y) && !m_blemish.mask.at(x + 1, y) &&
-                !m_blemish.mask.at(x, y + 1))
+            if (!m_blemish.unlikeSkin.valueAt(x, y) && !m_blemish.mask.valueAt(x, y) &&
+                !m_blemish.mask.valueAt(x + 1, y) && !m_blemish.mask.valueAt(x, y + 1))
                 m_around.add(m_detail, x, y);
         });
     }
@@ -121,8 +121,8 @@ private:
     bool liesInside(const DetailSource& source) const {
         const PixelRect& bounds = m_blemish.bounds;
         return bounds.x + source.dx >= 1 && bounds.y + source.dy >= 1 &&
-               bounds.right() + source.dx < m_window.cells.width() &&
-               bounds.bottom() + source.dy < m_window.cells.height();
+               bounds.right() + source.dx < m_window.cells.rect().width &&
+               bounds.bottom() + source.dy < m_window.cells.rect().height;
     }
 
     /// What speaks against a patch, and the gain that its detail needs.
@@ -139,7 +139,7 @@ private:
             const auto y = static_cast<int>(cell.row);
             const int sourceX = x + source.dx;
             const int sourceY = y + source.dy;
-            if (m_blemish.mask.at(sourceX, sourceY) || m_window.cells.at(sourceX, sourceY)[kWeight] == 0)
+            if (m_blemish.mask.valueAt(sourceX, sourceY) || m_window.cells.at(sourceX, sourceY)[kWeight] == 0)
                 return std::nullopt;
             texture.add(m_detail, sourceX, sourceY);
             const Cell& there = m_smooth.at(sourceX, sourceY);

@@ -8,54 +8,54 @@ namespace {
 constexpr float kFar = 1e6F;
 constexpr float kDiagonal = 1.41421356F;
 
-/// Shortens the distance at (x, y) by way of a neighbour.
-void shorten(CellGrid<float>& distance, int x, int y, int dx, int dy) {
-    if (!distance.contains(x + dx, y + dy))
-        return;
-    const float way = distance.at(x + dx, y + dy) + (dx != 0 && dy != 0 ? kDiagonal : 1);
-    distance.at(x, y) = std::min(distance.at(x, y), way);
-}
-
 } // namespace
 
 PixelRect boundsOf(const CellMask& mask) {
-    PixelRect bounds;
+    int left = mask.rect().right();
+    int top = mask.rect().bottom();
+    int right = mask.rect().x;
+    int bottom = mask.rect().y;
     forEachCell(mask.rect(), [&](int x, int y) {
-        if (mask.at(x, y))
-            bounds = bounds.united({x, y, 1, 1});
+        if (!mask.at(x, y))
+            return;
+        left = std::min(left, x);
+        right = std::max(right, x + 1);
+        top = std::min(top, y);
+        bottom = y + 1;
     });
-    return bounds;
+    return right > left ? PixelRect{left, top, right - left, bottom - top} : PixelRect{};
 }
 
-CellGrid<float> distanceTo(const CellMask& mask) {
-    CellGrid<float> distance(mask.width(), mask.height(), kFar);
-    forEachCell(mask.rect(), [&](int x, int y) {
-        if (mask.at(x, y)) {
-            distance.at(x, y) = 0;
-            return;
-        }
-        shorten(distance, x, y, -1, 0);
-        shorten(distance, x, y, -1, -1);
-        shorten(distance, x, y, 0, -1);
-        shorten(distance, x, y, 1, -1);
+CellGrid<float> distanceTo(const CellMask& mask, PixelRect where) {
+    // A frame of far cells around it spares the question of the edge.
+    CellGrid<float> distance({where.x - 1, where.y - 1, where.width + 2, where.height + 2}, kFar);
+    const std::ptrdiff_t stride = distance.rect().width;
+    forEachCell(where, [&](int x, int y) {
+        float* here = &distance.at(x, y);
+        const float* above = here - stride;
+        const float straight = std::min(here[-1], above[0]) + 1;
+        const float diagonal = std::min(above[-1], above[1]) + kDiagonal;
+        *here = mask.valueAt(x, y) ? 0 : std::min(straight, diagonal);
     });
-    for (int y = mask.height() - 1; y >= 0; --y)
-        for (int x = mask.width() - 1; x >= 0; --x) {
-            shorten(distance, x, y, 1, 0);
-            shorten(distance, x, y, 1, 1);
-            shorten(distance, x, y, 0, 1);
-            shorten(distance, x, y, -1, 1);
+    for (int y = where.bottom() - 1; y >= where.y; --y)
+        for (int x = where.right() - 1; x >= where.x; --x) {
+            float* here = &distance.at(x, y);
+            const float* below = here + stride;
+            const float straight = std::min(here[1], below[0]) + 1;
+            const float diagonal = std::min(below[-1], below[1]) + kDiagonal;
+            *here = std::min(*here, std::min(straight, diagonal));
         }
     return distance;
 }
 
 void fillHoles(CellMask& mask) {
-    const PixelRect bounds = widened(boundsOf(mask), 1, mask.rect());
-    CellMask outside(mask.width(), mask.height());
+    const PixelRect inner = boundsOf(mask);
+    const PixelRect bounds{inner.x - 1, inner.y - 1, inner.width + 2, inner.height + 2};
+    CellMask outside(bounds);
     std::vector<PixelPosition> open;
     const auto enter = [&](int x, int y) {
-        if (x < bounds.x || y < bounds.y || x >= bounds.right() || y >= bounds.bottom() || mask.at(x, y) ||
-            outside.at(x, y))
+        if (x < bounds.x || y < bounds.y || x >= bounds.right() || y >= bounds.bottom() ||
+            mask.valueAt(x, y) || outside.at(x, y))
             return;
         outside.at(x, y) = 1;
         open.push_back({y, x});
@@ -78,7 +78,7 @@ void fillHoles(CellMask& mask) {
         enter(x, y - 1);
         enter(x, y + 1);
     }
-    forEachCell(bounds, [&](int x, int y) {
+    forEachCell(inner, [&](int x, int y) {
         if (!outside.at(x, y))
             mask.at(x, y) = 1;
     });

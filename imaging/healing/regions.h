@@ -26,9 +26,9 @@ void growThrough(CellMask& mask, std::vector<PixelPosition>& open, const Belongs
     }
 }
 
-/// The distance of each cell to the mask, in cells; 0 in it. A chamfer distance with steps 1 and 1.4142
-/// (Borgefors, "Distance transformations in digital images", 1986), right within 8 %.
-CellGrid<float> distanceTo(const CellMask& mask);
+/// The distance of each cell of `where` to the mask, by way of `where`, in cells; 0 in it. A chamfer distance
+/// with steps 1 and 1.4142 (Borgefors, "Distance transformations in digital images", 1986), right within 8 %.
+CellGrid<float> distanceTo(const CellMask& mask, PixelRect where);
 
 /// Fills what of the grid the mask encloses.
 void fillHoles(CellMask& mask);

@@ -18,7 +18,9 @@ constexpr float kLeastDetailScale = 2;
 constexpr float kStainScale = 0.05F;
 constexpr float kLeastStainScale = 0.7F;
 
-constexpr float kRingEnd = 1.5F; // radii: detail up to here is what the repair's must be like
+constexpr int kMargin = 4;          // cells around the mask: for the feather and the interpolation
+constexpr float kOutOfReach = 1e3F; // cells
+constexpr float kRingEnd = 1.5F;    // radii: detail up to here is what the repair's must be like
 constexpr float kUnseenHue = 2e-5F;
 
 // A stain's own detail is as strong as the skin's around, within these ratios of the variances.
@@ -61,21 +63,21 @@ struct Separated {
 };
 
 Separated separate(const SkinWindow& window, const Blemish& blemish, float scale) {
-    const PixelRect part = widened(blemish.bounds, Restoration::kMargin, window.cells.rect());
+    const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const LogColor& tint = blemish.tint;
     const float square = blemish.model.product(tint, tint);
     const auto offAt = [&](int x, int y) { return difference(window.cells.at(x, y), blemish.skin.at(x, y)); };
     const auto isStained = [&](int x, int y) {
-        return blemish.mask.at(x, y) && window.cells.at(x, y)[kWeight] > 0;
+        return blemish.mask.valueAt(x, y) && window.cells.at(x, y)[kWeight] > 0;
     };
 
-    CellGrid<Cell> share(window.cells.width(), window.cells.height());
+    CellGrid<Cell> share(part);
     forEachCell(part, [&](int x, int y) {
         share.at(x, y) = {isStained(x, y) ? blemish.model.product(tint, offAt(x, y)) / square : 0, 0, 0, 1};
     });
     share = blurred(share, std::max(kLeastStainScale, kStainScale * window.radius), part);
 
-    CellGrid<Cell> rest(window.cells.width(), window.cells.height());
+    CellGrid<Cell> rest(blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
         if (!isStained(x, y))
             return;
@@ -85,9 +87,8 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
     });
     const CellGrid<Cell> smooth = blurred(rest, scale, blemish.bounds);
 
-    Separated result{.stain = CellGrid<Cell>(window.cells.width(), window.cells.height()),
-                     .detail = CellGrid<float>(window.cells.width(), window.cells.height()),
-                     .strength = {}};
+    Separated result{
+        .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
     forEachCell(part, [&](int x, int y) {
         const float t = share.at(x, y)[0];
         Cell& stain = result.stain.at(x, y);
@@ -112,21 +113,17 @@ struct Surroundings {
 };
 
 Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale) {
-    CellGrid<Cell> known = window.cells;
-    forEachCell(blemish.bounds, [&](int x, int y) {
-        if (blemish.mask.at(x, y))
-            known.at(x, y)[kWeight] = 0;
-    });
-    Surroundings around{.smooth = blurred(known, scale, known.rect()),
-                        .detail = CellGrid<float>(known.width(), known.height()),
+    const PixelRect& whole = window.cells.rect();
+    Surroundings around{.smooth = blurred(window.cells, scale, whole, blemish.mask),
+                        .detail = CellGrid<float>(whole),
                         .strength = {}};
-    forEachCell(known.rect(), [&](int x, int y) {
-        const Cell& cell = known.at(x, y);
-        if (cell[kWeight] == 0)
+    forEachCell(whole, [&](int x, int y) {
+        const Cell& cell = window.cells.at(x, y);
+        if (cell[kWeight] == 0 || blemish.mask.valueAt(x, y))
             return;
         const LogColor detail = difference(cell, around.smooth.at(x, y));
         around.detail.at(x, y) = detail[0] + detail[1] + detail[2];
-        if (window.distance(x, y) < kRingEnd && !blemish.unlikeSkin.at(x, y))
+        if (window.distance(x, y) < kRingEnd && !blemish.unlikeSkin.valueAt(x, y))
             around.strength.add(detail);
     });
     around.strength = around.strength.mean();
@@ -143,13 +140,17 @@ bool isLikeSkin(const Strength& own, const Strength& around) {
 
 Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     const float scale = std::max(kLeastDetailScale, kDetailScale * window.radius);
-    const PixelRect part = widened(blemish.bounds, Restoration::kMargin, window.cells.rect());
+    const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const Separated own = separate(window, blemish, scale);
     const Surroundings around = lookAround(window, blemish, scale);
-    const CellGrid<float> distance = distanceTo(blemish.mask);
+    const CellGrid<float> distance = distanceTo(blemish.mask, part);
 
-    Restoration result{.base = blemish.skin};
-    forEachCell(part, [&](int x, int y) { result.base.at(x, y)[kWeight] = distance.at(x, y); });
+    Restoration result{.base = CellGrid<Cell>(part)};
+    forEachCell(part, [&](int x, int y) {
+        result.base.at(x, y) = blemish.skin.at(x, y);
+        // The feather does not reach what is no skin.
+        result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
+    });
     if (isLikeSkin(own.strength, around.strength)) {
         const float ratio = std::sqrt(around.strength.brightness / own.strength.brightness);
         result.gain = std::clamp(kOwnStrength * ratio, kLeastOwnGain, kMostOwnGain);
@@ -171,8 +172,8 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     result.rows = source->dy * window.step;
     forEachCell(part, [&](int x, int y) {
         Cell& base = result.base.at(x, y);
-        const int sourceX = std::clamp(x + source->dx, 0, window.cells.width() - 1);
-        const int sourceY = std::clamp(y + source->dy, 0, window.cells.height() - 1);
+        const int sourceX = std::clamp(x + source->dx, 0, window.cells.rect().width - 1);
+        const int sourceY = std::clamp(y + source->dy, 0, window.cells.rect().height - 1);
         const Cell& smooth = around.smooth.at(sourceX, sourceY);
         for (std::size_t c = 0; c < 3; ++c)
             base[c] -= result.gain * smooth[c];

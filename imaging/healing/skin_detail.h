@@ -15,8 +15,6 @@ struct Restoration {
     int columns = 0; // pixels
     int rows = 0;
     float grain = 0; // standard deviation
-
-    static constexpr int kMargin = 4; // cells
 };
 
 /// Puts skin's detail on the membrane. Where the blemish is but a stain its own pores and hairs are still

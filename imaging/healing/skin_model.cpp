@@ -13,7 +13,7 @@ constexpr float kRingStart = 0.78F;
 constexpr float kRingEnd = 1.45F;
 constexpr float kRingFull = 1.05F;
 constexpr double kTrustAtEnd = 0.3;
-constexpr float kDenseRadius = 20; // cells; from here on every second row and column is enough
+constexpr float kDenseRadius = 12; // cells; from here on every second row and column is enough
 constexpr std::size_t kFewestSamples = 12;
 
 constexpr double kMadToDeviation = 1.4826; // of a normal distribution

@@ -64,7 +64,9 @@ float SkinWindow::cellY(std::int64_t row) const {
 SkinWindow readSkinWindow(const Image& image, const EditDisc& disc) {
     SkinWindow window;
     const auto radius = static_cast<int>(disc.radius);
-    const int step = std::max(1, (radius + SkinWindow::kLargestRadius - 1) / SkinWindow::kLargestRadius);
+    const int step = radius <= SkinWindow::kLargestRadius
+                         ? 1
+                         : (radius + SkinWindow::kReducedRadius - 1) / SkinWindow::kReducedRadius;
     const int reach = (static_cast<int>(kReachInRadii * radius) / step + kMarginInCells) * step;
     const PixelSize size = image.pixelSize();
     const PixelRect wanted = PixelRect{static_cast<int>(disc.column) - reach,
@@ -74,7 +76,7 @@ SkinWindow readSkinWindow(const Image& image, const EditDisc& disc) {
     const int rows = wanted.height / step;
     window.step = step;
     window.pixels = {wanted.x, wanted.y, columns * step, rows * step};
-    window.cells = CellGrid<Cell>(columns, rows);
+    window.cells = CellGrid<Cell>({0, 0, columns, rows});
     window.centerX = window.cellX(disc.column);
     window.centerY = window.cellY(disc.row);
     window.radius = static_cast<float>(radius) / static_cast<float>(step);
@@ -87,7 +89,8 @@ SkinWindow readSkinWindow(const Image& image, const EditDisc& disc) {
         std::ranges::fill(sums, CellSum{});
         for (int i = 0; i < step; ++i)
             addRow(strip.data() + static_cast<std::ptrdiff_t>(i) * window.pixels.width, step, sums);
-        std::ranges::transform(sums, window.cells.row(y), cellOf);
+        for (int x = 0; x < columns; ++x)
+            window.cells.at(x, y) = cellOf(sums[static_cast<std::size_t>(x)]);
     }
     return window;
 }

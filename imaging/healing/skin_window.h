@@ -7,11 +7,12 @@
 
 namespace complexion::healing {
 
-/// The picture around an edit disc as a grid of cells, each the mean of `step` by `step` pixels: every disc
-/// is looked at with at most kLargestRadius cells of radius, so that the cost of looking hardly grows with
-/// it.
+/// The picture around an edit disc as a grid of cells, each the mean of `step` by `step` pixels: a disc of
+/// more than kLargestRadius is looked at with about kReducedRadius cells of radius, so that the cost of
+/// looking hardly grows with it.
 struct SkinWindow {
     static constexpr int kLargestRadius = 32;
+    static constexpr int kReducedRadius = 20;
 
     int step = 1;         // pixels of a cell's side
     PixelRect pixels;     // what the grid covers, in the picture
