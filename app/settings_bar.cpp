@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/settings_bar.h"
 
+#include "editor/edit_settings.h"
 #include "view/color_well.h"
 #include "view/slider.h"
 #include "view/stepper.h"
@@ -40,8 +41,8 @@ constexpr int kControlPadding = 8; // above and below the text of a control, tog
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
     6; // between the edge that a check box shows and its focus ring, which all groups align to
-constexpr int kOneRow = 4; // groups in a row
-constexpr int kTwoRows = 2;
+constexpr int kOneRow = 5; // groups in a row
+constexpr int kTwoRows = 3;
 constexpr double kLabelSize = 11;
 
 /// A row of controls under its label. Rows of one font are of one height, so that all stand on one line, and
@@ -81,7 +82,7 @@ int widthOf(const QWidget& widget, const QString& text) {
 
 SettingsBar::SettingsBar(QWidget* parent)
     : Box(parent),
-      m_groups{makeSizeGroup(), makeThresholdGroup(), makeColorGroup(), makeEffectGroup()},
+      m_groups{makeSizeGroup(), makeThresholdGroup(), makeRepairGroup(), makeColorGroup(), makeEffectGroup()},
       m_grid(new QGridLayout(this)) {
     m_grid->setContentsMargins(kMarginX - kRingSpace, kMarginY, kMarginX, kMarginY);
     m_grid->setHorizontalSpacing(kGroupGap - kRingSpace);
@@ -164,30 +165,52 @@ QWidget* SettingsBar::makeThresholdGroup() {
     return makeGroup(u"Threshold"_s, row);
 }
 
+QWidget* SettingsBar::makeRepairGroup() {
+    comboRepair = new QComboBox;
+    comboRepair->setFixedHeight(controlHeight());
+    comboRepair->setObjectName(u"comboRepair"_s);
+    comboRepair->setAccessibleName(u"Repair"_s);
+    comboRepair->setToolTip(u"Paint a blemish in one color, or in the skin's own shading and texture"_s);
+    comboRepair->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    comboRepair->setMinimumContentsLength(9);
+
+    auto* row = makeControlRow(0);
+    row->addWidget(comboRepair);
+    row->addStretch();
+    return makeGroup(u"Repair"_s, row);
+}
+
 QWidget* SettingsBar::makeColorGroup() {
     checkAutodetectColor = new QCheckBox(u"Autodetect Color"_s);
     checkAutodetectColor->setObjectName(u"checkAutodetectColor"_s);
     checkAutodetectColor->setAccessibleName(u"Autodetect Color"_s);
-    checkAutodetectColor->setToolTip(u"Take the color of the skin around the blemish"_s);
 
     colorWellCustomColor = new ColorWell;
     colorWellCustomColor->setFixedHeight(controlHeight());
     colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
     colorWellCustomColor->setAccessibleName(u"Custom color"_s);
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
-    const auto offerColor = [this](bool autodetect) {
-        colorWellCustomColor->setEnabled(!autodetect);
-        colorWellCustomColor->setToolTip(autodetect ? u"Custom color: used when Autodetect Color is off"_s
-                                                    : u"Custom color"_s);
-    };
-    connect(checkAutodetectColor, &QCheckBox::toggled, colorWellCustomColor, offerColor);
-    offerColor(checkAutodetectColor->isChecked());
+    connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::offerColor);
+    connect(comboRepair, &QComboBox::currentIndexChanged, this, &SettingsBar::offerColor);
+    offerColor();
 
     auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
     row->addWidget(colorWellCustomColor);
     row->addStretch();
     return makeGroup(u"Color"_s, row, kRingSpace);
+}
+
+void SettingsBar::offerColor() {
+    const bool natural = comboRepair->currentIndex() == static_cast<int>(RepairStyle::Natural);
+    const bool autodetect = checkAutodetectColor->isChecked();
+    checkAutodetectColor->setEnabled(!natural);
+    checkAutodetectColor->setToolTip(natural ? u"The natural repair finds the skin's color itself"_s
+                                             : u"Take the color of the skin around the blemish"_s);
+    colorWellCustomColor->setEnabled(!natural && !autodetect);
+    colorWellCustomColor->setToolTip(natural      ? u"Custom color: used by the repair in a flat color"_s
+                                     : autodetect ? u"Custom color: used when Autodetect Color is off"_s
+                                                  : u"Custom color"_s);
 }
 
 QWidget* SettingsBar::makeEffectGroup() {

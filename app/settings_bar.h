@@ -28,6 +28,7 @@ public:
     Stepper* stepperEditAreaSize;
     Slider* sliderThreshold;
     QCheckBox* checkAutodetectColor;
+    QComboBox* comboRepair;
     ColorWell* colorWellCustomColor;
     QComboBox* comboEffect;
 
@@ -40,13 +41,16 @@ protected:
 private:
     QWidget* makeSizeGroup();
     QWidget* makeThresholdGroup();
+    QWidget* makeRepairGroup();
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
+    /// The colour's settings belong to the repair in one colour; what is not used says why.
+    void offerColor();
     int widthOfOneRow() const;
     void setColumns(int columns);
 
-    std::array<QWidget*, 4> m_groups;
+    std::array<QWidget*, 5> m_groups;
     QGridLayout* m_grid;
     int m_columns = 0; // of groups, 0 before they are placed
 };

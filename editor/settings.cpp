@@ -63,6 +63,12 @@ void ViewController::mirrorSettings() {
     connect(&threshold, &Slider::floatValueChanged, this,
             [this](float value) { m_settings.setThreshold(value); });
     connect(&threshold, &QObject::destroyed, this, [this] { m_settings.setThreshold(std::nullopt); });
+
+    const QComboBox& repair = reach(comboRepair);
+    const auto mirrorStyle = [this](int index) { m_settings.setStyle(static_cast<RepairStyle>(index)); };
+    mirrorStyle(repair.currentIndex());
+    connect(&repair, &QComboBox::currentIndexChanged, this, mirrorStyle);
+    connect(&repair, &QObject::destroyed, this, [this] { m_settings.setStyle(std::nullopt); });
 }
 
 } // namespace complexion

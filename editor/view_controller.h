@@ -37,6 +37,9 @@ namespace complexion {
 inline constexpr std::array<const char*, 9> kEffectTitles = {"Normal", "Chrome",  "Fade",  "Instant", "Mono",
                                                              "Noir",   "Process", "Tonal", "Transfer"};
 
+/// The titles of the repair pop-up, in the order of RepairStyle.
+inline constexpr std::array<const char*, 2> kRepairTitles = {"Flat color", "Natural"};
+
 /// A mouse event in the root view's coordinates.
 struct MouseEvent {
     Point locationInWindow; // of the root view, in points, bottom-left origin
@@ -101,6 +104,7 @@ public:
     QPointer<QLineEdit> textFieldEditAreaSize;
     QPointer<Stepper> stepperEditAreaSize;
     QPointer<Slider> sliderThreshold;
+    QPointer<QComboBox> comboRepair;
     QPointer<QComboBox> comboEffect;
 
     // The window's life.

@@ -51,6 +51,11 @@ void ViewController::viewDidLoad() {
     for (const char* title : kEffectTitles)
         effects.addItem(QString::fromLatin1(title));
 
+    QComboBox& repairs = reach(comboRepair);
+    repairs.clear();
+    for (const char* title : kRepairTitles)
+        repairs.addItem(QString::fromLatin1(title));
+
     reach(boxHint).show();
     reach(boxHelp).show();
 
@@ -59,6 +64,7 @@ void ViewController::viewDidLoad() {
     reach(stepperEditAreaSize).setIntegerValue(kStartEditAreaSize);
     reach(sliderThreshold).setFloatValue(kStartThreshold);
     effects.setCurrentIndex(0);
+    repairs.setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
     mirrorSettings();
 
     m_dragPerformed = NotificationCenter::defaultCenter().addObserver(

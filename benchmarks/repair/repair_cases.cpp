@@ -5,7 +5,7 @@
 // Repairs every case of a folder with each style, one click each at the usual threshold. CASES/cases.csv has
 // the columns name, x, y (the click, from the top left) and R (the radius), all in pixels; CASES/in/NAME.png
 // is read, OUT/flat/NAME.png and OUT/natural/NAME.png are written.
-#include "bench/repair/csv_rows.h"
+#include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
 
 #include <cstdio>

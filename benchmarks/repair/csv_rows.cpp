@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "bench/repair/csv_rows.h"
+#include "benchmarks/repair/csv_rows.h"
 
 #include <fstream>
 #include <sstream>
