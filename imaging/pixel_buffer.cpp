@@ -70,7 +70,7 @@ void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) 
     TileIndex current{-1, -1};
     PixelBlock* tile = nullptr;
     for (const PixelPosition position : positions) {
-        if (const TileIndex index = tileAt(position); index != current) {
+        if (const TileIndex index = tileAt(position); tile == nullptr || index != current) {
             current = index;
             tile = &touchedTile(index);
         }

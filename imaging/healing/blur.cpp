@@ -15,15 +15,16 @@ constexpr float kLeastWeight = 1e-4F;
 /// The Gaussian's middle and one side of it; the whole adds up to 1.
 std::vector<float> halfKernel(float sigma) {
     const int reach = std::max(1, static_cast<int>(std::ceil(kReachInSigmas * sigma)));
-    std::vector<double> exact;
+    std::vector<double> exact(static_cast<std::size_t>(reach) + 1);
     double sum = 0;
     for (int i = 0; i <= reach; ++i) {
-        exact.push_back(exponential(-i * i / (2.0 * sigma * sigma)));
-        sum += (i == 0 ? 1 : 2) * exact.back();
+        const double value = exponential(-i * i / (2.0 * sigma * sigma));
+        exact[static_cast<std::size_t>(i)] = value;
+        sum += (i == 0 ? 1 : 2) * value;
     }
-    std::vector<float> kernel;
-    for (const double value : exact)
-        kernel.push_back(static_cast<float>(value / sum));
+    std::vector<float> kernel(exact.size());
+    std::ranges::transform(exact, kernel.begin(),
+                           [sum](double value) { return static_cast<float>(value / sum); });
     return kernel;
 }
 

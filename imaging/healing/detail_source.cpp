@@ -91,7 +91,8 @@ public:
         for (int ring = 0; ring < kRings; ++ring)
             for (int i = 0; i < kDirections; ++i) {
                 const float distance = extent * (kNearest + kBetween * static_cast<float>(ring));
-                const auto turn = static_cast<std::size_t>(2 * i + ring % 2);
+                const auto turn =
+                    std::size_t{2} * static_cast<std::size_t>(i) + static_cast<std::size_t>(ring % 2);
                 const int dx = static_cast<int>(std::lround(distance * kCosines[turn]));
                 const int dy = static_cast<int>(std::lround(distance * kCosines[(turn + 24) % 32]));
                 DetailSource source{dx, dy};

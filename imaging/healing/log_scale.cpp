@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <numbers>
 
 namespace complexion::healing {
 
@@ -14,16 +15,17 @@ constexpr int kSteps = 4096; // of the inverse table; straight lines between the
 
 /// ln(x) for x >= 1, by the series of the inverse hyperbolic tangent.
 constexpr double naturalLogarithm(double x) {
-    constexpr double kLn2 = 0.69314718055994530942;
     double twos = 0;
-    for (; x > 1.5; x /= 2)
+    while (x > 1.5) {
+        x /= 2;
         ++twos;
+    }
     const double z = (x - 1) / (x + 1);
     double sum = 0;
     double power = z;
     for (int n = 1; n < 40; n += 2, power *= z * z)
         sum += power / n;
-    return twos * kLn2 + 2 * sum;
+    return twos * std::numbers::ln2 + 2 * sum;
 }
 
 constexpr double kLow = naturalLogarithm(kDarkOffset);

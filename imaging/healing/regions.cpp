@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/regions.h"
 
+#include <numbers>
+
 namespace complexion::healing {
 
 namespace {
 
 constexpr float kFar = 1e6F;
-constexpr float kDiagonal = 1.41421356F;
+constexpr float kDiagonal = std::numbers::sqrt2_v<float>;
 
 } // namespace
 
@@ -43,7 +45,7 @@ CellGrid<float> distanceTo(const CellMask& mask, PixelRect where) {
             const float* below = here + stride;
             const float straight = std::min(here[1], below[0]) + 1;
             const float diagonal = std::min(below[-1], below[1]) + kDiagonal;
-            *here = std::min(*here, std::min(straight, diagonal));
+            *here = std::min({*here, straight, diagonal});
         }
     return distance;
 }
