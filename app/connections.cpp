@@ -30,6 +30,7 @@ void setOutlets(MainWindow& window, ViewController& controller) {
     controller.textFieldEditAreaSize = contents.boxEditSettings->textFieldEditAreaSize;
     controller.stepperEditAreaSize = contents.boxEditSettings->stepperEditAreaSize;
     controller.sliderThreshold = contents.boxEditSettings->sliderThreshold;
+    controller.comboRepair = contents.boxEditSettings->comboRepair;
     controller.comboEffect = contents.boxEditSettings->comboEffect;
 }
 

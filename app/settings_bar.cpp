@@ -2,6 +2,7 @@
 #include "app/settings_bar.h"
 
 #include "app/icons.h"
+#include "editor/edit_settings.h"
 #include "view/color_well.h"
 #include "view/slider.h"
 #include "view/stepper.h"
@@ -42,8 +43,8 @@ constexpr int kControlPadding = 8; // above and below the text of a control, tog
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
     6; // between the edge that a check box shows and its focus ring, which all groups align to
-constexpr int kOneRow = 4; // groups in a row
-constexpr int kTwoRows = 2;
+constexpr int kOneRow = 5; // groups in a row
+constexpr int kTwoRows = 3;
 constexpr double kLabelSize = 11;
 
 QWidget* firstWidgetOf(const QLayout& layout) {
@@ -90,7 +91,7 @@ int widthOf(const QWidget& widget, const QString& text) {
 
 SettingsBar::SettingsBar(QWidget* parent)
     : Box(parent),
-      m_groups{makeSizeGroup(), makeThresholdGroup(), makeColorGroup(), makeEffectGroup()},
+      m_groups{makeSizeGroup(), makeThresholdGroup(), makeRepairGroup(), makeColorGroup(), makeEffectGroup()},
       m_grid(new QGridLayout(this)) {
     m_grid->setContentsMargins(kMarginX - kRingSpace, kMarginY, kMarginX, kMarginY);
     m_grid->setHorizontalSpacing(kGroupGap - kRingSpace);
@@ -174,11 +175,25 @@ QWidget* SettingsBar::makeThresholdGroup() {
     return makeGroup(tr("Threshold"), row);
 }
 
+QWidget* SettingsBar::makeRepairGroup() {
+    comboRepair = new QComboBox;
+    comboRepair->setFixedHeight(controlHeight());
+    comboRepair->setObjectName(u"comboRepair"_s);
+    comboRepair->setAccessibleName(tr("Repair"));
+    comboRepair->setToolTip(tr("Paint a blemish in one color, or in the skin's own shading and texture"));
+    comboRepair->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    comboRepair->setMinimumContentsLength(9);
+
+    auto* row = makeControlRow(0);
+    row->addWidget(comboRepair);
+    row->addStretch();
+    return makeGroup(tr("Repair"), row);
+}
+
 QWidget* SettingsBar::makeColorGroup() {
     checkAutodetectColor = new QCheckBox(tr("Autodetect Color"));
     checkAutodetectColor->setObjectName(u"checkAutodetectColor"_s);
     checkAutodetectColor->setAccessibleName(tr("Autodetect Color"));
-    checkAutodetectColor->setToolTip(tr("Take the color of the skin around the blemish"));
 
     colorWellCustomColor = new ColorWell;
     colorWellCustomColor->setFixedHeight(controlHeight());
@@ -194,6 +209,7 @@ QWidget* SettingsBar::makeColorGroup() {
     pipette->setObjectName(u"pipette"_s);
     pipette->setAccessibleName(tr("Pick a color from the photo"));
     connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::offerColors);
+    connect(comboRepair, &QComboBox::currentIndexChanged, this, &SettingsBar::offerColors);
     offerColors();
 
     auto* row = makeControlRow(kGap);
@@ -206,14 +222,20 @@ QWidget* SettingsBar::makeColorGroup() {
 }
 
 void SettingsBar::offerColors() {
+    const bool natural = comboRepair->currentIndex() == static_cast<int>(RepairStyle::Natural);
     const bool autodetect = checkAutodetectColor->isChecked();
-    colorWellCustomColor->setEnabled(!autodetect);
-    colorWellCustomColor->setToolTip(autodetect ? tr("Custom color: used when Autodetect Color is off")
-                                                : tr("Custom color"));
-    pipette->setEnabled(!autodetect && m_hasPhoto);
+    checkAutodetectColor->setEnabled(!natural);
+    checkAutodetectColor->setToolTip(natural ? tr("The natural repair finds the skin's color itself")
+                                             : tr("Take the color of the skin around the blemish"));
+    colorWellCustomColor->setEnabled(!natural && !autodetect);
+    colorWellCustomColor->setToolTip(natural      ? tr("Custom color: used by the repair in a flat color")
+                                     : autodetect ? tr("Custom color: used when Autodetect Color is off")
+                                                  : tr("Custom color"));
+    pipette->setEnabled(!natural && !autodetect && m_hasPhoto);
     if (!pipette->isEnabled())
         pipette->setChecked(false);
-    pipette->setToolTip(autodetect    ? tr("Pick a color from the photo: used when Autodetect Color is off")
+    pipette->setToolTip(natural       ? tr("Pick a color from the photo: used by the repair in a flat color")
+                        : autodetect  ? tr("Pick a color from the photo: used when Autodetect Color is off")
                         : !m_hasPhoto ? tr("Pick a color from the photo: no photo is open")
                                       : tr("Pick a color from the photo"));
 }

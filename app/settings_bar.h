@@ -29,6 +29,7 @@ public:
     Stepper* stepperEditAreaSize;
     Slider* sliderThreshold;
     QCheckBox* checkAutodetectColor;
+    QComboBox* comboRepair;
     ColorWell* colorWellCustomColor;
     QToolButton* pipette; // checked while a colour is picked from the photo
     QComboBox* comboEffect;
@@ -45,14 +46,16 @@ protected:
 private:
     QWidget* makeSizeGroup();
     QWidget* makeThresholdGroup();
+    QWidget* makeRepairGroup();
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
+    /// The colour's settings belong to the repair in one colour; what is not used says why.
     void offerColors();
     int widthOfOneRow() const;
     void setColumns(int columns);
 
-    std::array<QWidget*, 4> m_groups;
+    std::array<QWidget*, 5> m_groups;
     QGridLayout* m_grid;
     bool m_hasPhoto = false;
     int m_columns = 0; // of groups, 0 before they are placed

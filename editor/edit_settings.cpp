@@ -36,12 +36,18 @@ void EditSettingsMirror::setThreshold(std::optional<float> threshold) {
     m_threshold = threshold;
 }
 
+void EditSettingsMirror::setStyle(std::optional<RepairStyle> style) {
+    const std::scoped_lock lock(m_mutex);
+    m_style = style;
+}
+
 EditSettings EditSettingsMirror::read() const {
     const std::scoped_lock lock(m_mutex);
     return {.radius = present(m_radius, "stepperEditAreaSize is gone"),
             .colorType = present(m_colorType, "checkAutodetectColor is gone"),
             .customColor = present(m_customColor, "colorWellCustomColor is gone"),
-            .threshold = present(m_threshold, "sliderThreshold is gone")};
+            .threshold = present(m_threshold, "sliderThreshold is gone"),
+            .style = present(m_style, "comboRepair is gone")};
 }
 
 } // namespace complexion

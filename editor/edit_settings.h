@@ -9,12 +9,19 @@
 
 namespace complexion {
 
+/// The two ways to repair; their values are the places of their titles in the repair pop-up.
+enum class RepairStyle : std::int8_t {
+    FlatColor = 0, // one colour over what is darker or lighter than the disc
+    Natural = 1,   // the skin's own shading and detail over what differs from the skin around
+};
+
 /// What a repair is steered by, as it stands in the controls.
 struct EditSettings {
-    std::int64_t radius = 0;    // pixels
-    std::int64_t colorType = 0; // 1: detect the colour, 0: use customColor
-    RgbColor customColor;       // of sRGB
-    float threshold = 0;        // grey levels
+    std::int64_t radius = 0;                    // pixels
+    std::int64_t colorType = 0;                 // 1: detect the colour, 0: use customColor
+    RgbColor customColor;                       // of sRGB
+    float threshold = 0;                        // grey levels
+    RepairStyle style = RepairStyle::FlatColor; // with Natural, colorType and customColor have no part
 };
 
 /// The settings as the controls last wrote them on the main thread, for repairs that read them on another.
@@ -25,6 +32,7 @@ public:
     void setColorType(std::optional<std::int64_t> colorType);
     void setCustomColor(std::optional<RgbColor> customColor);
     void setThreshold(std::optional<float> threshold);
+    void setStyle(std::optional<RepairStyle> style);
 
     EditSettings read() const;
 
@@ -34,6 +42,7 @@ private:
     std::optional<std::int64_t> m_colorType;
     std::optional<RgbColor> m_customColor;
     std::optional<float> m_threshold;
+    std::optional<RepairStyle> m_style;
 };
 
 } // namespace complexion

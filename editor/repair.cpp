@@ -10,10 +10,13 @@ Repair Repair::of(const EditSettings& settings) {
     return {.radius = settings.radius,
             .colorType = settings.colorType,
             .customColor = settings.customColor,
+            .style = settings.style,
             .threshold = truncateToInt64(settings.threshold, "the threshold is out of range")};
 }
 
 std::optional<Image> Repair::applyTo(const Image& image, Point point) const {
+    if (style == RepairStyle::Natural)
+        return ImageTools::HealPimpleInImage(image, point, radius, threshold);
     return ImageTools::RemovePimpleFromImage(image, point, radius, colorType,
                                              image.profile().fromSrgb(customColor), threshold);
 }
@@ -29,7 +32,8 @@ RepairReport runRepair(const Repair& repair, const Image& image, Point point) {
         report.repainted = changedPixels(image, *report.result);
         if (!report.repainted.area.isEmpty())
             report.outcome = RepairOutcome::Repaired;
-        else if (ImageTools::FindPimplePixels(point, image, repair.radius, repair.threshold).sample.empty())
+        else if (repair.style == RepairStyle::FlatColor &&
+                 ImageTools::FindPimplePixels(point, image, repair.radius, repair.threshold).sample.empty())
             report.outcome = RepairOutcome::NotUniform;
     }
     return report;

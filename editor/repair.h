@@ -16,6 +16,7 @@ struct Repair {
     std::int64_t radius = 0;    // pixels
     std::int64_t colorType = 0; // 1: detect the colour, 0: use customColor
     RgbColor customColor;       // of sRGB
+    RepairStyle style = RepairStyle::FlatColor;
     std::int64_t threshold = 0; // grey levels
     bool operator==(const Repair&) const = default;
 

@@ -106,6 +106,12 @@ void ViewController::mirrorSettings() {
         Q_EMIT settingsChanged();
     });
     connect(&threshold, &QObject::destroyed, this, [this] { m_settings.setThreshold(std::nullopt); });
+
+    const QComboBox& repair = reach(comboRepair);
+    const auto mirrorStyle = [this](int index) { m_settings.setStyle(static_cast<RepairStyle>(index)); };
+    mirrorStyle(repair.currentIndex());
+    connect(&repair, &QComboBox::currentIndexChanged, this, mirrorStyle);
+    connect(&repair, &QObject::destroyed, this, [this] { m_settings.setStyle(std::nullopt); });
 }
 
 } // namespace complexion

@@ -42,6 +42,10 @@ inline constexpr std::array<const char*, 9> kEffectTitles = {
     QT_TRANSLATE_NOOP("Effects", "Process"), QT_TRANSLATE_NOOP("Effects", "Tonal"),
     QT_TRANSLATE_NOOP("Effects", "Transfer")};
 
+/// The titles of the repair pop-up, in the order of RepairStyle.
+inline constexpr std::array<const char*, 2> kRepairTitles = {QT_TRANSLATE_NOOP("Repairs", "Flat color"),
+                                                             QT_TRANSLATE_NOOP("Repairs", "Natural")};
+
 /// A mouse event in the root view's coordinates.
 struct MouseEvent {
     Point locationInWindow; // of the root view, in points, bottom-left origin
@@ -106,6 +110,7 @@ public:
     QPointer<QLineEdit> textFieldEditAreaSize;
     QPointer<Stepper> stepperEditAreaSize;
     QPointer<Slider> sliderThreshold;
+    QPointer<QComboBox> comboRepair;
     QPointer<QComboBox> comboEffect;
 
     Queues& queues() const { return m_queues; }
@@ -162,6 +167,8 @@ public:
     /// Repairs the working image at a point in its own coordinates. Runs on a background thread.
     void RetouchAtPoint(Point point);
     void FinishRetouch(const std::optional<Image>& result);
+    /// The settings that a repair which starts now works with. Read from any thread.
+    EditSettings editSettings() const { return m_settings.read(); }
 
     // Zoom.
 

@@ -52,6 +52,11 @@ void ViewController::viewDidLoad() {
     for (const char* title : kEffectTitles)
         effects.addItem(QCoreApplication::translate("Effects", title));
 
+    QComboBox& repairs = reach(comboRepair);
+    repairs.clear();
+    for (const char* title : kRepairTitles)
+        repairs.addItem(QCoreApplication::translate("Repairs", title));
+
     reach(boxHint).show();
     reach(boxHelp).show();
 
@@ -60,6 +65,7 @@ void ViewController::viewDidLoad() {
     reach(stepperEditAreaSize).setIntegerValue(kStartEditAreaSize);
     reach(sliderThreshold).setFloatValue(kStartThreshold);
     effects.setCurrentIndex(0);
+    repairs.setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
     mirrorSettings();
 
     m_dragPerformed = NotificationCenter::defaultCenter().addObserver(

@@ -3,6 +3,7 @@
 #include "imaging/diagnostics.h"
 #include "imaging/image_tools.h"
 #include "imaging/pixel_buffer.h"
+#include "imaging/repair_disc.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,33 +17,6 @@ namespace {
 
 /// Opposite samples on the disc's rim that differ by more grey levels than this mean that it is not uniform.
 constexpr int kLargestRimDifference = 70;
-
-/// The edit disc: its centre as a place of the pixel buffer, its radius in pixels.
-struct Disc {
-    std::int64_t row = 0;
-    std::int64_t column = 0;
-    std::int64_t radius = 0;
-
-    /// Half the length of the disc's row `dy` rows off its centre: the columns within this of the centre's
-    /// lie inside; -1 when none does. Inside is: distance² < radius².
-    std::int64_t halfLength(std::int64_t dy) const {
-        const std::int64_t rest = checkedMultiply(radius, radius) - dy * dy - 1;
-        if (rest < 0)
-            return -1;
-        auto half = static_cast<std::int64_t>(std::sqrt(static_cast<double>(rest)));
-        while (half * half > rest)
-            --half;
-        while ((half + 1) * (half + 1) <= rest)
-            ++half;
-        return half;
-    }
-};
-
-Disc discAt(Point point, const Image& image, std::int64_t radius) {
-    return {.row = truncateToInt64(image.size().height - point.y, "the clicked row is out of range"),
-            .column = truncateToInt64(point.x, "the clicked column is out of range"),
-            .radius = radius};
-}
 
 /// The grey image as the bytes of one packed map, top row first, addressed in rows of the image's width in
 /// *points*. That is the pixels' own row length for an image of one point per pixel; for others the rows
@@ -100,7 +74,7 @@ private:
 
 /// Calls `visit(position, gray)` for each place of the disc, rows top to bottom, columns left to right.
 template <class Visit>
-void forEachInDisc(const Disc& disc, const GrayMap& map, Visit visit) {
+void forEachInDisc(const RepairDisc& disc, const GrayMap& map, Visit visit) {
     std::vector<RGBA32> run;
     for (std::int64_t dy = -disc.radius; dy < disc.radius; ++dy) {
         const std::int64_t half = disc.halfLength(dy);
@@ -114,7 +88,7 @@ void forEachInDisc(const Disc& disc, const GrayMap& map, Visit visit) {
     }
 }
 
-std::int64_t meanGray(const Disc& disc, const GrayMap& map) {
+std::int64_t meanGray(const RepairDisc& disc, const GrayMap& map) {
     std::int64_t sum = 0;
     std::int64_t count = 0;
     forEachInDisc(disc, map, [&](PixelPosition, std::int64_t gray) {
@@ -127,7 +101,7 @@ std::int64_t meanGray(const Disc& disc, const GrayMap& map) {
 }
 
 /// Eight samples on the rim, clockwise from the top: sample i lies opposite sample i + 4.
-std::array<int, 8> rimSamples(const Disc& disc, const GrayMap& map) {
+std::array<int, 8> rimSamples(const RepairDisc& disc, const GrayMap& map) {
     const std::int64_t r = disc.radius;
     const std::int64_t halfSquare = checkedMultiply(r, r) / 2;
     const auto d = static_cast<std::int64_t>(std::sqrt(static_cast<double>(halfSquare)));
@@ -145,7 +119,7 @@ bool isUniform(const std::array<int, 8>& rim) {
 }
 
 /// The mean of the centre and its eight neighbours.
-int coreMean(const Disc& disc, const GrayMap& map) {
+int coreMean(const RepairDisc& disc, const GrayMap& map) {
     int sum = 0;
     for (int dy = -1; dy <= 1; ++dy)
         for (int dx = -1; dx <= 1; ++dx)
@@ -184,13 +158,6 @@ RGBA32 opaque(RgbColor color) {
     return {byteOf(color.red), byteOf(color.green), byteOf(color.blue), 255};
 }
 
-bool fitsInside(const Disc& disc, const PixelBuffer& buffer) {
-    // The last two comparisons include the edge: a disc that touches it is repaired.
-    return checkedSubtract(disc.column, disc.radius) >= 0 && checkedSubtract(disc.row, disc.radius) >= 0 &&
-           checkedAdd(disc.row, disc.radius) <= buffer.height() &&
-           checkedAdd(disc.column, disc.radius) <= buffer.width();
-}
-
 } // namespace
 
 std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point point, std::int64_t radius,
@@ -201,8 +168,8 @@ std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point
         printLine(buffer.error().message);
         return std::nullopt;
     }
-    const Disc disc = discAt(point, image, radius);
-    if (!fitsInside(disc, *buffer))
+    const RepairDisc disc = RepairDisc::at(point, image, radius);
+    if (!disc.fitsInside(image.pixelSize()))
         return image;
 
     const PimplePixels pixels = FindPimplePixels(point, image, radius, threshold);
@@ -224,7 +191,7 @@ std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point
 PimplePixels ImageTools::FindPimplePixels(Point point, const Image& image, std::int64_t radius,
                                           std::int64_t threshold) {
     const GrayMap map(convertToGrayScale(image));
-    const Disc disc = discAt(point, image, radius);
+    const RepairDisc disc = RepairDisc::at(point, image, radius);
     if (radius < 0)
         fatal("the edit disc has a negative radius");
     const std::int64_t mean = meanGray(disc, map);

@@ -48,6 +48,14 @@ public:
                                                       std::int64_t colorType, RgbColor customColor,
                                                       std::int64_t threshold);
 
+    /// Repairs the blemish around `point` as RemovePimpleFromImage does, but naturally: what differs from the
+    /// skin around the disc, near its centre, gets the colour, the shading and the detail that this skin
+    /// would have there. The smaller `threshold` (grey levels), the smaller a difference is repaired. Writes
+    /// no pixel outside the disc, keeps every pixel's alpha, and changes nothing where it finds no blemish or
+    /// no skin around it. The same arguments give the same pixels on every machine.
+    static std::optional<Image> HealPimpleInImage(const Image& image, Point point, std::int64_t radius,
+                                                  std::int64_t threshold);
+
     /// Sorts the disc's pixels; both lists are empty when the disc is not uniform across its centre.
     static PimplePixels FindPimplePixels(Point point, const Image& image, std::int64_t radius,
                                          std::int64_t threshold);

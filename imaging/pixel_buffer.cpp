@@ -3,6 +3,7 @@
 
 #include "imaging/checked.h"
 
+#include <algorithm>
 #include <new>
 
 namespace complexion {
@@ -74,6 +75,17 @@ void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) 
             tile = &touchedTile(index);
         }
         tile->row(rowInTile(position))[columnInTile(position)] = paint;
+    }
+}
+
+void PixelBuffer::paintRow(PixelPosition start, std::span<const RGBA32> pixels) {
+    while (!pixels.empty()) {
+        PixelBlock& tile = touchedTile(tileAt(start));
+        const int column = columnInTile(start);
+        const std::size_t count = std::min(pixels.size(), static_cast<std::size_t>(tile.size.width - column));
+        std::ranges::copy(pixels.first(count), tile.row(rowInTile(start)) + column);
+        pixels = pixels.subspan(count);
+        start.column += static_cast<std::int64_t>(count);
     }
 }
 

@@ -33,6 +33,9 @@ public:
     /// Gives every position of `positions` the pixel `paint`. Throws std::bad_alloc when memory is lacking.
     void paint(std::span<const PixelPosition> positions, RGBA32 paint);
 
+    /// Gives the pixels from `start` on, to the right, those of `pixels`. Throws std::bad_alloc as above.
+    void paintRow(PixelPosition start, std::span<const RGBA32> pixels);
+
     /// A new image of the buffer's pixels, with the source's size in points.
     Image close() &&;
 

@@ -69,6 +69,26 @@ TEST_F(Connections, StartValuesStandInTheControls) {
     EXPECT_EQ(window.contents().boxUndo->alpha(), 0.8);
 }
 
+TEST_F(Connections, TheNaturalRepairTakesNoColourAndTheControlsSayWhy) {
+    QComboBox& repair = *bar().comboRepair;
+    EXPECT_EQ(repair.currentText(), QStringLiteral("Flat color"));
+    EXPECT_TRUE(bar().checkAutodetectColor->isEnabled());
+    bar().checkAutodetectColor->setChecked(false);
+    EXPECT_TRUE(bar().colorWellCustomColor->isEnabled());
+
+    QTest::keyClick(&repair, Qt::Key_Down);
+    EXPECT_EQ(repair.currentText(), QStringLiteral("Natural"));
+    EXPECT_FALSE(bar().checkAutodetectColor->isEnabled());
+    EXPECT_FALSE(bar().colorWellCustomColor->isEnabled());
+    EXPECT_TRUE(bar().checkAutodetectColor->toolTip().contains(QStringLiteral("natural repair")));
+    EXPECT_TRUE(bar().colorWellCustomColor->toolTip().contains(QStringLiteral("flat color")));
+    EXPECT_EQ(controller->editSettings().style, RepairStyle::Natural);
+
+    QTest::keyClick(&repair, Qt::Key_Up);
+    EXPECT_TRUE(bar().checkAutodetectColor->isEnabled());
+    EXPECT_TRUE(bar().colorWellCustomColor->isEnabled());
+}
+
 TEST_F(Connections, CommandsAreOfferedWhenTheyArePossible) {
     const Actions& actions = window.actions();
     EXPECT_TRUE(actions.selectImage->isEnabled());

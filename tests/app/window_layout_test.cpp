@@ -35,6 +35,7 @@ void forEveryWindow(const Check& check) {
         applyLook(*qApp, scale);
         MainWindow window;
         window.contents().boxEditSettings->comboEffect->addItems({QStringLiteral("Transfer")});
+        window.contents().boxEditSettings->comboRepair->addItems({QStringLiteral("Flat color")});
         window.show();
         for (const QSize& size : windowSizes()) {
             window.resize(size);
@@ -136,7 +137,7 @@ TEST(WindowLayout, EveryControlHasItsName) {
     for (const char* name :
          {"Select image", "Reload image", "Save image", "Undo", "Redo", "Zoom in", "Zoom out", "Reset zoom",
           "Show the original", "Edit area size", "Edit area size in steps", "Pick a color from the photo",
-          "Threshold", "Autodetect Color", "Custom color", "Effect", "Photo", "Video tutorial"})
+          "Threshold", "Autodetect Color", "Custom color", "Repair", "Effect", "Photo", "Video tutorial"})
         EXPECT_THAT(names, testing::Contains(name).Times(1));
 }
 
@@ -146,7 +147,7 @@ TEST(WindowLayout, EveryOutletIsFoundByItsName) {
          {"imageView", "boxHint", "boxHelp", "boxSelectImage", "boxResetImage", "boxSaveImage", "boxZoomIn",
           "boxZoomOut", "boxResetZoom", "boxUndo", "boxRedo", "boxEditSettings", "checkAutodetectColor",
           "colorWellCustomColor", "textFieldEditAreaSize", "stepperEditAreaSize", "sliderThreshold",
-          "comboEffect"})
+          "comboRepair", "comboEffect"})
         EXPECT_EQ(window.findChildren<QWidget*>(QString::fromLatin1(name)).size(), 1) << name;
 }
 

@@ -53,6 +53,7 @@ EditorTest::EditorTest() : root(std::make_unique<QWidget>()) {
     controller->stepperEditAreaSize->setRange(1, 500);
     controller->sliderThreshold = new Slider(settings);
     controller->sliderThreshold->setFloatRange(0, 100);
+    controller->comboRepair = new QComboBox(settings);
     controller->comboEffect = new QComboBox(settings);
 }
 

@@ -26,7 +26,7 @@ Image face() {
 TEST(Repair, TakesItsValuesFromTheSettings) {
     const Repair repair =
         Repair::of({.radius = 25, .colorType = kCustomColor, .customColor = {1, 0.5, 0}, .threshold = 10.9F});
-    EXPECT_EQ(repair, (Repair{25, kCustomColor, {1, 0.5, 0}, 10}));
+    EXPECT_EQ(repair, (Repair{25, kCustomColor, {1, 0.5, 0}, RepairStyle::FlatColor, 10}));
 }
 
 TEST(Repair, TellsWhichPixelsItHasRepainted) {
@@ -57,6 +57,17 @@ TEST(Repair, TellsOfSkinWithNothingToRepair) {
 TEST(Repair, TellsOfADiscThatIsNotUniform) {
     const Image edge = painted(kSize, [](int, int column) { return column < 40 ? grey(60) : grey(60 + 71); });
     EXPECT_EQ(runRepair(usual(), edge, middleOf({30, 40})).outcome, RepairOutcome::NotUniform);
+}
+
+TEST(Repair, RepairsNaturallyWhereThatIsChosen) {
+    Repair natural = usual();
+    natural.style = RepairStyle::Natural;
+    const RepairReport report = runRepair(natural, face(), middleOf(kSpot));
+    EXPECT_EQ(report.outcome, RepairOutcome::Repaired);
+    const std::optional<Image> healed = ImageTools::HealPimpleInImage(face(), middleOf(kSpot), 10, 10);
+    ASSERT_TRUE(report.result.has_value() && healed.has_value());
+    EXPECT_TRUE(samePixels(*report.result, *healed));
+    EXPECT_NE(runRepair(usual(), face(), middleOf(kSpot)).repainted, report.repainted);
 }
 
 TEST(Repair, WantsTheColorInTheImagesOwnSpace) {

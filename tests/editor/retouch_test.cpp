@@ -293,6 +293,60 @@ TEST_F(Retouch, WithAutodetectionTheWellsColourIsNotUsed) {
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
 }
 
+TEST_F(Retouch, WithNaturalChosenTheBlemishIsHealed) {
+    // Shaded skin: the flat repair paints one colour, the natural one goes on with the shading.
+    const Image image = painted(kPhotoSize, [](int row, int column) {
+        const bool dark = std::abs(row - 30) <= 2 && std::abs(column - 40) <= 2;
+        return dark ? grey(60) : grey(120 + column);
+    });
+    openThroughPanel(makePhoto("shaded.png", image));
+    const Point point{40.5, 29.5};
+    const auto healed = ImageTools::HealPimpleInImage(image, point, 10, 10);
+    ASSERT_TRUE(healed.has_value());
+
+    controller->comboRepair->setCurrentIndex(1);
+    controller->checkAutodetectColor->setChecked(false); // belongs to the flat repair only
+    clickPixel({30, 40});
+    queues.runAll();
+    EXPECT_TRUE(samePixels(controller->originalImage(), *healed));
+    EXPECT_TRUE(nearlySamePixels(*healed,
+                                 painted(kPhotoSize, [](int, int column) { return grey(120 + column); }), 2));
+    EXPECT_TRUE(shown().isSameObject(controller->originalImage()));
+    EXPECT_TRUE(samePixels(decoded(currentPath()), *healed));
+    EXPECT_EQ(controller->currenState, 1);
+
+    controller->OnUndo(nullptr);
+    EXPECT_TRUE(samePixels(controller->originalImage(), image));
+    controller->OnRedo(nullptr);
+    EXPECT_TRUE(samePixels(controller->originalImage(), *healed));
+}
+
+TEST_F(Retouch, TheThresholdAndTheRadiusSteerTheNaturalRepairToo) {
+    openPhoto();
+    controller->comboRepair->setCurrentIndex(1);
+    controller->stepperEditAreaSize->setIntegerValue(12);
+    controller->sliderThreshold->setFloatValue(30.9F);
+    clickPixel(blemishes()[0]);
+    queues.runAll();
+    const auto expected =
+        ImageTools::HealPimpleInImage(photo(),
+                                      {static_cast<double>(blemishes()[0].column) + 0.5,
+                                       photo().size().height - static_cast<double>(blemishes()[0].row) - 0.5},
+                                      12, 30);
+    ASSERT_TRUE(expected.has_value());
+    EXPECT_FALSE(samePixels(*expected, photo()));
+    EXPECT_TRUE(samePixels(controller->originalImage(), *expected));
+}
+
+TEST_F(Retouch, FlatColourChosenAgainIsTheFlatRepair) {
+    openPhoto();
+    controller->comboRepair->setCurrentIndex(1);
+    controller->comboRepair->setCurrentIndex(0);
+    clickPixel(blemishes()[0]);
+    queues.runAll();
+    EXPECT_TRUE(samePixels(controller->originalImage(), repaired(photo(), blemishes()[0])));
+}
+
 TEST_F(Retouch, TheSettingsAreReadWhenTheWorkStarts) {
     openPhoto();
     clickPixel(blemishes()[0]);
@@ -347,6 +401,12 @@ TEST_F(Retouch, AControlThatIsGoneIsFatal) {
             queues.runAll();
         },
         "sliderThreshold");
+    EXPECT_DEATH(
+        {
+            delete controller->comboRepair.data();
+            queues.runAll();
+        },
+        "comboRepair");
     EXPECT_DEATH(
         {
             delete controller->imageView.data();

@@ -36,6 +36,8 @@ TEST_F(Settings, StartValues) {
     EXPECT_EQ(stepperValue(), 10);
     EXPECT_EQ(controller->sliderThreshold->floatValue(), 10.0F);
     EXPECT_EQ(controller->comboEffect->currentIndex(), 0);
+    EXPECT_EQ(controller->comboRepair->currentIndex(), 0);
+    EXPECT_EQ(controller->editSettings().style, RepairStyle::FlatColor);
 }
 
 TEST_F(Settings, TheColourWellKeepsTheColourOfItsLayout) {

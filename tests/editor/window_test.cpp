@@ -48,6 +48,8 @@ TEST_F(UnloadedWindow, LoadingDressesTheControls) {
     EXPECT_TRUE(imageView->acceptDrops());
     EXPECT_EQ(controller->comboEffect->count(), 9);
     EXPECT_EQ(controller->comboEffect->currentText(), QStringLiteral("Normal"));
+    EXPECT_EQ(controller->comboRepair->count(), 2);
+    EXPECT_EQ(controller->comboRepair->currentText(), QStringLiteral("Flat color"));
     EXPECT_TRUE(controller->checkAutodetectColor->isChecked());
     EXPECT_FALSE(imageView->image().has_value());
     EXPECT_EQ(dialogs.shown(), 0);
@@ -80,6 +82,7 @@ TEST_F(UnloadedWindow, AControlThatIsMissingAtTheLoadIsFatal) {
     EXPECT_DEATH(loadWithout(controller->textFieldEditAreaSize), "gone");
     EXPECT_DEATH(loadWithout(controller->stepperEditAreaSize), "gone");
     EXPECT_DEATH(loadWithout(controller->sliderThreshold), "gone");
+    EXPECT_DEATH(loadWithout(controller->comboRepair), "gone");
     EXPECT_DEATH(loadWithout(controller->comboEffect), "gone");
 }
 

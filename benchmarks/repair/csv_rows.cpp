@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "benchmarks/repair/csv_rows.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace complexion {
+
+namespace {
+
+std::vector<std::string> valuesOf(const std::string& line) {
+    std::vector<std::string> values;
+    std::istringstream stream(line);
+    for (std::string value; std::getline(stream, value, ',');)
+        values.push_back(value);
+    return values;
+}
+
+} // namespace
+
+std::optional<std::vector<CsvRow>> readCsv(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    std::string line;
+    if (!std::getline(file, line))
+        return std::nullopt;
+    const std::vector<std::string> names = valuesOf(line);
+    std::vector<CsvRow> rows;
+    while (std::getline(file, line)) {
+        const std::vector<std::string> values = valuesOf(line);
+        if (values.size() < names.size())
+            return std::nullopt;
+        CsvRow row;
+        for (std::size_t i = 0; i < names.size(); ++i)
+            row[names[i]] = values[i];
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+} // namespace complexion

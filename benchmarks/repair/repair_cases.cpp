@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Usage: repair_cases CASES OUT
+//
+// Repairs every case of a folder with each style, one click each at the usual threshold. CASES/cases.csv has
+// the columns name, x, y (the click, from the top left) and R (the radius), all in pixels; CASES/in/NAME.png
+// is read, OUT/flat/NAME.png and OUT/natural/NAME.png are written.
+#include "benchmarks/repair/csv_rows.h"
+#include "imaging/image_tools.h"
+
+#include <cstdio>
+
+namespace complexion {
+namespace {
+
+constexpr std::int64_t kUsualThreshold = 10;
+
+bool repairCase(const CsvRow& row, const std::filesystem::path& cases, const std::filesystem::path& out) {
+    const std::string file = row.at("name") + ".png";
+    const std::optional<Image> image = ImageTools::DecodeImage(cases / "in" / file);
+    if (!image)
+        return false;
+    const Point point{std::stod(row.at("x")) + 0.5, image->size().height - std::stod(row.at("y")) - 0.5};
+    const std::int64_t radius = std::stoll(row.at("R"));
+    const auto flat =
+        ImageTools::RemovePimpleFromImage(*image, point, radius, kAutodetectColor, {}, kUsualThreshold);
+    const auto natural = ImageTools::HealPimpleInImage(*image, point, radius, kUsualThreshold);
+    return flat && natural && ImageTools::SaveImage(*flat, out / "flat" / file, "png") &&
+           ImageTools::SaveImage(*natural, out / "natural" / file, "png");
+}
+
+int repairCases(const std::filesystem::path& cases, const std::filesystem::path& out) {
+    const auto rows = readCsv(cases / "cases.csv");
+    if (!rows) {
+        std::fprintf(stderr, "cannot read %s\n", (cases / "cases.csv").c_str());
+        return 1;
+    }
+    std::filesystem::create_directories(out / "flat");
+    std::filesystem::create_directories(out / "natural");
+    for (const CsvRow& row : *rows)
+        if (!repairCase(row, cases, out)) {
+            std::fprintf(stderr, "cannot repair %s\n", row.at("name").c_str());
+            return 1;
+        }
+    std::printf("%zu cases repaired\n", rows->size());
+    return 0;
+}
+
+} // namespace
+} // namespace complexion
+
+int main(int count, char** arguments) {
+    if (count != 3) {
+        std::fprintf(stderr, "usage: repair_cases CASES OUT\n");
+        return 2;
+    }
+    return complexion::repairCases(arguments[1], arguments[2]);
+}

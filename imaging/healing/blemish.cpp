@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/healing/blemish.h"
+
+#include "imaging/healing/blur.h"
+#include "imaging/healing/membrane.h"
+#include "imaging/healing/regions.h"
+#include "imaging/healing/watershed.h"
+
+#include <cmath>
+
+namespace complexion::healing {
+
+namespace {
+
+// Differences are in the skin's own deviations, lengths in radii unless they say cells.
+constexpr float kSmoothing = 0.06F;
+constexpr float kLeastSmoothing = 0.7F; // cells
+constexpr float kMostSmoothing = 3;     // cells
+constexpr float kFieldReach = 1.5F;     // differences are known as far as this
+constexpr float kSeedReach = 0.72F;     // a blemish has a seed this near the centre
+constexpr float kSeedDifference = 4.5F;
+constexpr float kRegionDifference = 2.6F;
+constexpr float kUnlikeSkinDifference = 4;
+constexpr float kMostSeedDifference = 3; // times the seed's: more says no more about where the blemish is
+constexpr float kStrongPart = 0.4F;      // of the largest difference
+constexpr float kRimShare = 0.06F;       // the rim ends where this share of the tint is left,
+constexpr float kRimDeviations = 2;      // or where the skin varies as much
+constexpr float kGrowth = 0.03F;
+constexpr float kLeastGrowth = 0.6F;       // cells
+constexpr float kDiscMargin = 0.5F;        // cells that stay free inside the disc's rim
+constexpr float kBoundarySmoothing = 1.5F; // cells
+constexpr float kForeignEdge = 2.5F;       // cells around what is foreign that its colour reaches
+constexpr int kSkinMargin = 6;             // cells around the mask
+constexpr float kFullDisc = 0.9F;          // of the disc's cells
+constexpr float kRimWidth = 2;             // cells
+constexpr float kMostOfRim = 0.5F;         // of the rim's cells
+constexpr float kMostCutOff = 0.35F;       // of the region's edge
+constexpr int kRounds = 2;
+
+/// At this threshold the differences above are meant; they scale with it.
+constexpr float kUsualThreshold = 10;
+constexpr float kThresholdStart = 5;
+constexpr std::int64_t kNothingDiffers = 255; // grey levels
+
+class Search {
+public:
+    Search(const SkinWindow& window, const SkinModel& model, CellGrid<Cell> smooth, float scale)
+        : m_window(window),
+          m_smooth(std::move(smooth)),
+          m_scale(scale),
+          m_field(m_smooth.rect()),
+          m_disc(window.around(1)),
+          m_difference(m_field),
+          m_blemish{.mask = {}, .bounds = {}, .model = model, .skin = {}, .unlikeSkin = {}, .foreign = {}} {
+        m_blemish.skin = CellGrid<Cell>(m_field);
+        forEachCell(m_field, [&](int x, int y) {
+            const LogColor color = m_blemish.model.expected(x, y);
+            m_blemish.skin.at(x, y) = {color[0], color[1], color[2], 1};
+        });
+    }
+
+    std::optional<Blemish> run() {
+        // The first round goes by the ring's surface, the next by the membrane, which follows the shading.
+        for (int round = 0; round < kRounds; ++round) {
+            measureDifferences();
+            if (!takeRegion() || isCutOff())
+                return std::nullopt;
+            takeTint();
+            takeRim();
+            grow();
+            if (fillsDisc() || lacksSkinAround())
+                return std::nullopt;
+            m_blemish.bounds = boundsOf(m_blemish.mask);
+            if (!spanSkin(round + 1 == kRounds))
+                return std::nullopt;
+        }
+        markUnlikeSkin();
+        m_blemish.foreign = std::move(m_foreign);
+        return std::move(m_blemish);
+    }
+
+private:
+    bool insideDisc(int x, int y, float margin) const {
+        return m_window.distance(x, y) * m_window.radius <= m_window.radius - margin;
+    }
+
+    LogColor offAt(int x, int y) const {
+        const Cell& cell = m_smooth.at(x, y);
+        if (cell[kWeight] == 0)
+            return {};
+        const Cell& skin = m_blemish.skin.at(x, y);
+        return {cell[0] - skin[0], cell[1] - skin[1], cell[2] - skin[2]};
+    }
+
+    void measureDifferences() {
+        forEachCell(m_field, [&](int x, int y) {
+            const LogColor off = offAt(x, y);
+            m_difference.at(x, y) = std::sqrt(std::max(0.0F, m_blemish.model.product(off, off)));
+        });
+    }
+
+    /// Takes the region around the seed that is the strongest and nearest to the centre. What of the region
+    /// belongs to something that comes in from outside the disc (hair, a lip, the face's edge) is left to
+    /// that.
+    bool takeRegion() {
+        const float enough = kMostSeedDifference * kSeedDifference * m_scale;
+        PixelPosition seed;
+        float best = 0;
+        forEachCell(m_disc, [&](int x, int y) {
+            const float r = m_window.distance(x, y);
+            if (r > kSeedReach || m_difference.at(x, y) < kSeedDifference * m_scale)
+                return;
+            const float nearness = 1 - r * r;
+            const float score = std::min(m_difference.at(x, y), enough) * nearness * nearness;
+            if (score > best) {
+                best = score;
+                seed = {y, x};
+            }
+        });
+        if (best == 0)
+            return false;
+        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale, [&](int x, int y) {
+            return !insideDisc(x, y, 0) && m_difference.at(x, y) >= kSeedDifference * m_scale;
+        });
+        m_blemish.mask = CellMask(m_disc);
+        m_foreign = CellMask(m_field);
+        forEachCell(m_field, [&](int x, int y) {
+            const auto claim = static_cast<Claim>(claims.at(x, y));
+            if (claim == Claim::Foreign)
+                m_foreign.at(x, y) = 1;
+            else if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
+                m_blemish.mask.at(x, y) = 1;
+        });
+        return true;
+    }
+
+    /// Whether much of the region's edge is where something foreign was parted from it: what is left of it
+    /// would be repaired by halves.
+    bool isCutOff() const {
+        int edge = 0;
+        int cut = 0;
+        forEachMasked([&](int x, int y) {
+            bool atEdge = false;
+            bool atForeign = false;
+            forEachCell(widened({x, y, 1, 1}, 1, m_field), [&](int nextX, int nextY) {
+                atEdge = atEdge || !m_blemish.mask.valueAt(nextX, nextY);
+                atForeign = atForeign || m_foreign.at(nextX, nextY);
+            });
+            edge += atEdge ? 1 : 0;
+            cut += atForeign ? 1 : 0;
+        });
+        return static_cast<float>(cut) > kMostCutOff * static_cast<float>(edge);
+    }
+
+    void takeTint() {
+        float largest = 0;
+        forEachMasked([&](int x, int y) { largest = std::max(largest, m_difference.at(x, y)); });
+        LogColor sum{};
+        float total = 0;
+        forEachMasked([&](int x, int y) {
+            const float weight = m_difference.at(x, y);
+            if (weight <= kStrongPart * largest)
+                return;
+            const LogColor off = offAt(x, y);
+            total += weight;
+            for (std::size_t c = 0; c < 3; ++c)
+                sum[c] += weight * off[c];
+        });
+        for (std::size_t c = 0; c < 3; ++c)
+            m_blemish.tint[c] = sum[c] / total;
+    }
+
+    /// Follows the tint outwards: what is too weak to be told from skin alone is told by being of that tint
+    /// and touching the blemish.
+    void takeRim() {
+        const LogColor& tint = m_blemish.tint;
+        const float square = m_blemish.model.product(tint, tint);
+        if (square <= 0)
+            return;
+        const float least = std::max(kRimShare, kRimDeviations * m_scale / std::sqrt(square)) * square;
+        std::vector<PixelPosition> open;
+        forEachMasked([&](int x, int y) { open.push_back({y, x}); });
+        growThrough(m_blemish.mask, open, [&](int x, int y) {
+            return insideDisc(x, y, kDiscMargin) && !m_foreign.at(x, y) &&
+                   m_blemish.model.product(tint, offAt(x, y)) >= least;
+        });
+    }
+
+    void grow() {
+        const float growth = kLeastGrowth + kGrowth * m_window.radius;
+        const CellGrid<float> distance = distanceTo(m_blemish.mask, m_disc);
+        forEachCell(m_disc, [&](int x, int y) {
+            if (distance.at(x, y) <= growth && insideDisc(x, y, 0.3F) && !m_foreign.at(x, y))
+                m_blemish.mask.at(x, y) = 1;
+        });
+        fillHoles(m_blemish.mask);
+    }
+
+    bool fillsDisc() const {
+        int cells = 0;
+        int masked = 0;
+        forEachCell(m_disc, [&](int x, int y) {
+            cells += insideDisc(x, y, 0.3F) ? 1 : 0;
+            masked += m_blemish.mask.at(x, y);
+        });
+        return static_cast<float>(masked) > kFullDisc * static_cast<float>(cells);
+    }
+
+    /// Whether the mask runs along much of the disc's rim: then it is no blemish that lies in the disc.
+    bool lacksSkinAround() const {
+        int rim = 0;
+        int masked = 0;
+        forEachCell(m_disc, [&](int x, int y) {
+            if (!insideDisc(x, y, kDiscMargin) || insideDisc(x, y, kRimWidth))
+                return;
+            ++rim;
+            masked += m_blemish.mask.at(x, y);
+        });
+        return static_cast<float>(masked) > kMostOfRim * static_cast<float>(rim);
+    }
+
+    /// The membrane is held by skin alone: across what is foreign it goes on as if that were not there. The
+    /// last round wants the skin around the mask too as smooth as the membrane.
+    /// False when there is no skin to hold it.
+    bool spanSkin(bool around) {
+        const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
+        const CellGrid<float> toForeign = distanceTo(m_foreign, bounds);
+        CellMask excluded = m_foreign;
+        forEachCell(bounds, [&](int x, int y) {
+            if (m_blemish.mask.valueAt(x, y) || toForeign.at(x, y) <= kForeignEdge)
+                excluded.at(x, y) = 1;
+        });
+        CellGrid<Cell> skin = blurred(m_window.cells, kBoundarySmoothing, bounds, excluded);
+        forEachCell(bounds, [&](int x, int y) {
+            if (excluded.at(x, y))
+                skin.at(x, y) = {};
+        });
+        if (!spanMembrane(skin))
+            return false;
+        forEachCell(bounds, [&](int x, int y) {
+            if (m_blemish.mask.valueAt(x, y) || (around && skin.at(x, y)[kWeight] > 0))
+                m_blemish.skin.at(x, y) = skin.at(x, y);
+        });
+        return true;
+    }
+
+    void markUnlikeSkin() {
+        m_blemish.unlikeSkin = CellMask(m_field);
+        forEachCell(m_field, [&](int x, int y) {
+            m_blemish.unlikeSkin.at(x, y) =
+                m_foreign.at(x, y) || m_difference.at(x, y) >= kUnlikeSkinDifference ? 1 : 0;
+        });
+    }
+
+    template <class Visit>
+    void forEachMasked(const Visit& visit) const {
+        forEachCell(m_disc, [&](int x, int y) {
+            if (m_blemish.mask.at(x, y))
+                visit(x, y);
+        });
+    }
+
+    const SkinWindow& m_window;
+    CellGrid<Cell> m_smooth;
+    float m_scale;
+    PixelRect m_field;
+    PixelRect m_disc;
+    CellGrid<float> m_difference;
+    CellMask m_foreign; // what is no skin and reaches out of the disc
+    Blemish m_blemish;
+};
+
+} // namespace
+
+std::optional<Blemish> findBlemish(const SkinWindow& window, std::int64_t threshold) {
+    if (threshold >= kNothingDiffers)
+        return std::nullopt;
+    const float smoothing = std::clamp(kSmoothing * window.radius, kLeastSmoothing, kMostSmoothing);
+    CellGrid<Cell> smooth = blurred(window.cells, smoothing,
+                                    widened(window.around(kFieldReach), kSkinMargin, window.cells.rect()));
+    const std::optional<SkinModel> model = SkinModel::fit(window, smooth);
+    if (!model)
+        return std::nullopt;
+    const float scale = (static_cast<float>(std::max<std::int64_t>(threshold, 0)) + kThresholdStart) /
+                        (kUsualThreshold + kThresholdStart);
+    return Search(window, *model, std::move(smooth), scale).run();
+}
+
+} // namespace complexion::healing

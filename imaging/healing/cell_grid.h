@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/geometry.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <vector>
+
+namespace complexion::healing {
+
+/// Values for the places of a rectangle, which need not begin at (0, 0): grids of parts of one whole speak of
+/// the same places by the same coordinates.
+template <class T>
+class CellGrid {
+public:
+    CellGrid() = default;
+    explicit CellGrid(PixelRect rect, const T& value = {})
+        : m_rect(rect),
+          m_values(static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height), value) {}
+
+    const PixelRect& rect() const { return m_rect; }
+    bool contains(int x, int y) const {
+        return x >= m_rect.x && y >= m_rect.y && x < m_rect.right() && y < m_rect.bottom();
+    }
+
+    T& at(int x, int y) { return m_values[indexOf(x, y)]; }
+    const T& at(int x, int y) const { return m_values[indexOf(x, y)]; }
+    /// The value at a place, and none's where there is none.
+    T valueAt(int x, int y) const { return contains(x, y) ? at(x, y) : T{}; }
+
+private:
+    std::size_t indexOf(int x, int y) const {
+        return static_cast<std::size_t>((y - m_rect.y) * m_rect.width + x - m_rect.x);
+    }
+
+    PixelRect m_rect;
+    std::vector<T> m_values;
+};
+
+/// Three components, red, green and blue, on the logarithmic scale of log_scale.h.
+using LogColor = std::array<float, 3>;
+
+/// A colour and, last, its weight: 0 where it is not known.
+using Cell = std::array<float, 4>;
+inline constexpr std::size_t kWeight = 3;
+
+/// 1 where a cell belongs to something, 0 elsewhere.
+using CellMask = CellGrid<unsigned char>;
+
+/// Calls `visit(x, y)` for each place of `rect`, row by row.
+template <class Visit>
+void forEachCell(PixelRect rect, const Visit& visit) {
+    for (int y = rect.y; y < rect.bottom(); ++y)
+        for (int x = rect.x; x < rect.right(); ++x)
+            visit(x, y);
+}
+
+/// `rect` made larger by `margin` on each side, within `whole`.
+inline PixelRect widened(PixelRect rect, int margin, PixelRect whole) {
+    return PixelRect{rect.x - margin, rect.y - margin, rect.width + 2 * margin, rect.height + 2 * margin}
+        .intersected(whole);
+}
+
+} // namespace complexion::healing

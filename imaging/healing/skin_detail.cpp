@@ -1,0 +1,184 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/healing/skin_detail.h"
+
+#include "imaging/healing/blur.h"
+#include "imaging/healing/detail_source.h"
+#include "imaging/healing/regions.h"
+
+#include <cmath>
+
+namespace complexion::healing {
+
+namespace {
+
+/// Detail is what a blur of this many radii takes away, and at least of this many cells.
+constexpr float kDetailScale = 0.1F;
+constexpr float kLeastDetailScale = 2;
+/// The stain is smooth on this scale.
+constexpr float kStainScale = 0.05F;
+constexpr float kLeastStainScale = 0.7F;
+
+constexpr int kMargin = 4;          // cells around the mask: for the feather and the interpolation
+constexpr float kOutOfReach = 1e3F; // cells
+constexpr float kRingEnd = 1.5F;    // radii: detail up to here is what the repair's must be like
+constexpr float kUnseenHue = 2e-5F;
+
+// A stain's own detail is as strong as the skin's around, within these ratios of the variances.
+constexpr float kWeakest = 0.35F;
+constexpr float kStrongest = 2;
+constexpr float kStrongestHue = 3;
+constexpr float kOwnStrength = 1.05F; // makes up for what goes with the stain
+constexpr float kLeastOwnGain = 0.7F;
+constexpr float kMostOwnGain = 2.2F;
+
+/// Mean squares of detail: of its brightness and of its hue.
+struct Strength {
+    float brightness = 0;
+    float hue = 0;
+    int cells = 0;
+
+    void add(const LogColor& detail) {
+        const float sum = detail[0] + detail[1] + detail[2];
+        const float redGreen = detail[0] - detail[1];
+        const float greenBlue = detail[1] - detail[2];
+        brightness += sum * sum;
+        hue += redGreen * redGreen + greenBlue * greenBlue;
+        ++cells;
+    }
+    Strength mean() const {
+        const auto count = static_cast<float>(std::max(cells, 1));
+        return {brightness / count, hue / count, cells};
+    }
+};
+
+LogColor difference(const Cell& a, const Cell& b) {
+    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+
+/// The blemish taken apart inside its mask: its stain, and the detail that is left without it.
+struct Separated {
+    CellGrid<Cell> stain;   // to be subtracted from the picture; goes on a little around the mask
+    CellGrid<float> detail; // its brightness
+    Strength strength;
+};
+
+Separated separate(const SkinWindow& window, const Blemish& blemish, float scale) {
+    const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
+    const LogColor& tint = blemish.tint;
+    const float square = blemish.model.product(tint, tint);
+    const auto offAt = [&](int x, int y) { return difference(window.cells.at(x, y), blemish.skin.at(x, y)); };
+    const auto isStained = [&](int x, int y) {
+        return blemish.mask.valueAt(x, y) && window.cells.at(x, y)[kWeight] > 0;
+    };
+
+    CellGrid<Cell> share(part);
+    forEachCell(part, [&](int x, int y) {
+        share.at(x, y) = {isStained(x, y) ? blemish.model.product(tint, offAt(x, y)) / square : 0, 0, 0, 1};
+    });
+    share = blurred(share, std::max(kLeastStainScale, kStainScale * window.radius), part);
+
+    CellGrid<Cell> rest(blemish.bounds);
+    forEachCell(blemish.bounds, [&](int x, int y) {
+        if (!isStained(x, y))
+            return;
+        const LogColor off = offAt(x, y);
+        const float t = share.at(x, y)[0];
+        rest.at(x, y) = {off[0] - t * tint[0], off[1] - t * tint[1], off[2] - t * tint[2], 1};
+    });
+    const CellGrid<Cell> smooth = blurred(rest, scale, blemish.bounds);
+
+    Separated result{
+        .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
+    forEachCell(part, [&](int x, int y) {
+        const float t = share.at(x, y)[0];
+        Cell& stain = result.stain.at(x, y);
+        stain = {t * tint[0], t * tint[1], t * tint[2], 0};
+        if (!isStained(x, y))
+            return;
+        const LogColor detail = difference(rest.at(x, y), smooth.at(x, y));
+        for (std::size_t c = 0; c < 3; ++c)
+            stain[c] += smooth.at(x, y)[c];
+        result.detail.at(x, y) = detail[0] + detail[1] + detail[2];
+        result.strength.add(detail);
+    });
+    result.strength = result.strength.mean();
+    return result;
+}
+
+/// The detail of the skin around the blemish.
+struct Surroundings {
+    CellGrid<Cell> smooth; // the picture without the blemish and without detail
+    CellGrid<float> detail;
+    Strength strength;
+};
+
+Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale) {
+    const PixelRect& whole = window.cells.rect();
+    Surroundings around{.smooth = blurred(window.cells, scale, whole, blemish.mask),
+                        .detail = CellGrid<float>(whole),
+                        .strength = {}};
+    forEachCell(whole, [&](int x, int y) {
+        const Cell& cell = window.cells.at(x, y);
+        if (cell[kWeight] == 0 || blemish.mask.valueAt(x, y))
+            return;
+        const LogColor detail = difference(cell, around.smooth.at(x, y));
+        around.detail.at(x, y) = detail[0] + detail[1] + detail[2];
+        if (window.distance(x, y) < kRingEnd && !blemish.unlikeSkin.valueAt(x, y))
+            around.strength.add(detail);
+    });
+    around.strength = around.strength.mean();
+    return around;
+}
+
+bool isLikeSkin(const Strength& own, const Strength& around) {
+    const float limit = std::max(around.brightness, 1e-9F);
+    return own.brightness > kWeakest * limit && own.brightness < kStrongest * limit &&
+           own.hue < kStrongestHue * (around.hue + kUnseenHue);
+}
+
+} // namespace
+
+Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
+    const float scale = std::max(kLeastDetailScale, kDetailScale * window.radius);
+    const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
+    const Separated own = separate(window, blemish, scale);
+    const Surroundings around = lookAround(window, blemish, scale);
+    const CellGrid<float> distance = distanceTo(blemish.mask, part);
+
+    Restoration result{.base = CellGrid<Cell>(part)};
+    forEachCell(part, [&](int x, int y) {
+        result.base.at(x, y) = blemish.skin.at(x, y);
+        // The feather does not reach what is no skin.
+        result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
+    });
+    if (isLikeSkin(own.strength, around.strength)) {
+        const float ratio = std::sqrt(around.strength.brightness / own.strength.brightness);
+        result.gain = std::clamp(kOwnStrength * ratio, kLeastOwnGain, kMostOwnGain);
+        forEachCell(part, [&](int x, int y) {
+            Cell& base = result.base.at(x, y);
+            for (std::size_t c = 0; c < 3; ++c)
+                base[c] -= result.gain * (base[c] + own.stain.at(x, y)[c]);
+        });
+        return result;
+    }
+    const std::optional<DetailSource> source = findDetailSource(window, blemish, around.smooth, around.detail,
+                                                                own.detail, around.strength.brightness);
+    if (!source) {
+        result.grain = std::sqrt(around.strength.brightness) / 3;
+        return result;
+    }
+    result.gain = source->gain;
+    result.columns = source->dx * window.step;
+    result.rows = source->dy * window.step;
+    forEachCell(part, [&](int x, int y) {
+        Cell& base = result.base.at(x, y);
+        const int sourceX = std::clamp(x + source->dx, 0, window.cells.rect().width - 1);
+        const int sourceY = std::clamp(y + source->dy, 0, window.cells.rect().height - 1);
+        const Cell& smooth = around.smooth.at(sourceX, sourceY);
+        for (std::size_t c = 0; c < 3; ++c)
+            base[c] -= result.gain * smooth[c];
+    });
+    return result;
+}
+
+} // namespace complexion::healing

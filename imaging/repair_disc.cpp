@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/repair_disc.h"
+
+#include "imaging/checked.h"
+
+#include <cmath>
+
+namespace complexion {
+
+RepairDisc RepairDisc::at(Point point, const Image& image, std::int64_t radius) {
+    return {.row = truncateToInt64(image.size().height - point.y, "the clicked row is out of range"),
+            .column = truncateToInt64(point.x, "the clicked column is out of range"),
+            .radius = radius};
+}
+
+bool RepairDisc::fitsInside(PixelSize size) const {
+    return checkedSubtract(column, radius) >= 0 && checkedSubtract(row, radius) >= 0 &&
+           checkedAdd(row, radius) <= size.height && checkedAdd(column, radius) <= size.width;
+}
+
+std::int64_t RepairDisc::halfLength(std::int64_t dy) const {
+    const std::int64_t rest = checkedMultiply(radius, radius) - dy * dy - 1;
+    if (rest < 0)
+        return -1;
+    auto half = static_cast<std::int64_t>(std::sqrt(static_cast<double>(rest)));
+    while (half * half > rest)
+        --half;
+    while ((half + 1) * (half + 1) <= rest)
+        ++half;
+    return half;
+}
+
+} // namespace complexion
