@@ -82,8 +82,9 @@ Bytes exifOf(const std::vector<PngChunk>& chunks) {
             if (readTiffHeader(exif))
                 return {exif.begin(), exif.end()};
         }
+    std::size_t budget = kMostInflatedText;
     for (const PngChunk& chunk : chunks)
-        if (const auto text = pngText(chunk))
+        if (const auto text = pngText(chunk, budget))
             if (const auto profile = rawProfile(*text); profile && isExifProfile(*profile)) {
                 const ByteView exif = withoutStart(profile->bytes, kExifStart);
                 if (readTiffHeader(exif))
@@ -114,8 +115,8 @@ Bytes carriedProfile(const PngChunk& chunk, const RawProfile& profile) {
 }
 
 /// The bytes with which a metadata chunk goes into the new file.
-Bytes carriedChunk(const PngChunk& chunk) {
-    if (const auto text = pngText(chunk)) {
+Bytes carriedChunk(const PngChunk& chunk, std::size_t& budget) {
+    if (const auto text = pngText(chunk, budget)) {
         if (const auto profile = rawProfile(*text))
             return carriedProfile(chunk, *profile);
         if (text->keyword == kXmpKeyword) {
@@ -195,10 +196,11 @@ PictureMetadata readPngMetadata(ByteView file) {
     PictureMetadata metadata;
     const std::vector<PngChunk> chunks = splitPng(file);
     metadata.exif = exifOf(chunks);
+    std::size_t budget = kMostInflatedText;
     for (const PngChunk& chunk : chunks) {
         if (chunk.name == kDensityChunk)
             metadata.resolution = resolutionOf(chunk);
-        const auto text = pngText(chunk);
+        const auto text = pngText(chunk, budget);
         if (!text)
             continue;
         if (const auto profile = rawProfile(*text))
@@ -220,12 +222,13 @@ Result<FileContents> withPngChunksOf(ByteView source, ByteView written, Thumbnai
     const std::vector<PngChunk> chunks = splitPng(source);
     Bytes metadata = exifChunk(exifOf(chunks), maker);
     bool hasDensity = false;
+    std::size_t budget = kMostInflatedText;
     for (const PngChunk& chunk : chunks) {
         const bool isSecondDensity = chunk.name == kDensityChunk && hasDensity;
         if (!isMetadata(chunk.name) || chunk.name == kExifChunk || isSecondDensity)
             continue;
         hasDensity = hasDensity || chunk.name == kDensityChunk;
-        append(metadata, carriedChunk(chunk));
+        append(metadata, carriedChunk(chunk, budget));
     }
     return withChunks(written, metadata, hasDensity);
 }
