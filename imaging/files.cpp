@@ -6,6 +6,7 @@
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <numeric>
@@ -53,6 +54,22 @@ bool writeAll(int fd, ByteView bytes) {
             return false;
         bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
+    return true;
+}
+
+/// Fills `bytes` from `position` on, and makes them as many as there are.
+bool readOn(int fd, Bytes& bytes, std::size_t position) {
+    while (position < bytes.size()) {
+        const ssize_t got = ::read(fd, bytes.data() + position, bytes.size() - position);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return false;
+        if (got == 0)
+            break;
+        position += static_cast<std::size_t>(got);
+    }
+    bytes.resize(position);
     return true;
 }
 
@@ -147,7 +164,7 @@ std::uint64_t FileContents::size() const {
                            [](std::uint64_t sum, const auto& part) { return sum + part->size(); });
 }
 
-Result<Bytes> readFile(const std::filesystem::path& path) {
+Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start)) {
     // Without O_NONBLOCK the opening of a named pipe would wait for a writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file)
@@ -157,19 +174,20 @@ Result<Bytes> readFile(const std::filesystem::path& path) {
         return systemError();
     if (!S_ISREG(status.st_mode))
         return Error{"not a regular file"};
-    Bytes bytes(static_cast<std::size_t>(status.st_size));
-    std::size_t filled = 0;
-    while (filled < bytes.size()) {
-        const ssize_t got = ::read(file.get(), bytes.data() + filled, bytes.size() - filled);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return systemError();
-        if (got == 0)
-            break;
-        filled += static_cast<std::size_t>(got);
-    }
-    bytes.resize(filled);
+    if (status.st_size > kLongestFile)
+        return Error{"a file of impossible length"};
+    const auto length = static_cast<std::size_t>(status.st_size);
+    Bytes bytes(isWanted ? std::min(length, kTellingBytes) : length);
+    if (!readOn(file.get(), bytes, 0))
+        return systemError();
+    if (!isWanted)
+        return bytes;
+    if (!isWanted(bytes))
+        return Error{"a file of another kind"};
+    const std::size_t start = bytes.size();
+    bytes.resize(length);
+    if (!readOn(file.get(), bytes, start))
+        return systemError();
     return bytes;
 }
 

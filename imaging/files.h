@@ -22,8 +22,14 @@ struct FileContents {
     std::uint64_t size() const;
 };
 
-/// A whole regular file; anything else that stands at `path` (folder, pipe, device) is an error.
-Result<Bytes> readFile(const std::filesystem::path& path);
+/// Longer files are refused before memory is taken for them.
+inline constexpr std::int64_t kLongestFile = std::int64_t{2} << 30;
+/// As many bytes of a file tell what it is.
+inline constexpr std::size_t kTellingBytes = 64;
+
+/// A whole regular file of at most kLongestFile bytes; anything else that stands at `path` (folder, pipe,
+/// device) is an error. So is a file whose first kTellingBytes `isWanted` does not want.
+Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start) = nullptr);
 
 /// Writes to a temporary file beside `path` and moves it over `path` in one step. False, with whatever stood
 /// at `path` untouched and no temporary file left, when that fails. A new file has the usual mode (0666 less

@@ -29,12 +29,10 @@ int pixelsFor(double points) {
 std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path& url) {
     if (url.empty())
         fatal("the file to measure is not named");
-    const Result<Bytes> file = readFile(url);
+    const Result<Bytes> file = readFile(url, isPictureFile);
     if (!file)
         return std::nullopt;
     const Codec* codec = codecForContent(*file);
-    if (!codec)
-        return std::nullopt;
     const Result<std::vector<PixelSize>> pictures = codec->measure(*file);
     if (!pictures)
         return std::nullopt;
@@ -43,6 +41,10 @@ std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path
         size.width = std::max(size.width, static_cast<double>(picture.width));
         size.height = std::max(size.height, static_cast<double>(picture.height));
     }
+    // The longest sides of several pictures may make one that is larger than each.
+    if (!pictures->empty() &&
+        !isDecodableSize(static_cast<std::int64_t>(size.width), static_cast<std::int64_t>(size.height)))
+        return std::nullopt;
     return size;
 }
 

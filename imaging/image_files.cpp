@@ -24,13 +24,10 @@ Image rasterOf(const Image& image) {
 
 std::optional<Image> ImageTools::DecodeImage(const std::filesystem::path& path) {
     try {
-        const Result<Bytes> file = readFile(path);
+        const Result<Bytes> file = readFile(path, isPictureFile);
         if (!file)
             return std::nullopt;
-        const Codec* codec = codecForContent(*file);
-        if (!codec)
-            return std::nullopt;
-        Result<Image> image = codec->decode(*file);
+        Result<Image> image = codecForContent(*file)->decode(*file);
         return image ? std::optional(std::move(*image)) : std::nullopt;
     } catch (const std::bad_alloc&) {
         return std::nullopt;

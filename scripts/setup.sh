@@ -25,13 +25,14 @@ check=(clang-format-19 clang-tidy-19 valgrind)
 package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 system=(debootstrap) # makes a new system to try the package in
 coverage=(gcovr)
+fuzz=(clang libclang-rt-14-dev)
 film=(ffmpeg) # records the tutorial
 bench=(libbenchmark-dev)
 
 wanted=()
 for purpose in "$@"; do
     case $purpose in
-        build | window | tests | check | package | system | coverage | film | bench) declare -n packages=$purpose ;;
+        build | window | tests | check | package | system | coverage | film | bench | fuzz) declare -n packages=$purpose ;;
         *) echo "setup: unknown purpose: $purpose" >&2; exit 2 ;;
     esac
     wanted+=("${packages[@]}")

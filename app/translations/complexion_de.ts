@@ -150,6 +150,17 @@
     </message>
 </context>
 <context>
+    <name>Repairs</name>
+    <message>
+        <source>Flat color</source>
+        <translation>Flächige Farbe</translation>
+    </message>
+    <message>
+        <source>Natural</source>
+        <translation>Natürlich</translation>
+    </message>
+</context>
+<context>
     <name>complexion::Actions</name>
     <message>
         <source>Select image…</source>
@@ -375,6 +386,26 @@
     <message>
         <source>Effect on the whole photo; it is saved with it</source>
         <translation>Effekt auf das ganze Foto; er wird mit gesichert</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation>Reparatur</translation>
+    </message>
+    <message>
+        <source>Paint a blemish in one color, or in the skin&apos;s own shading and texture</source>
+        <translation>Eine Unreinheit mit einer Farbe übermalen oder mit dem Verlauf und der Struktur der Haut</translation>
+    </message>
+    <message>
+        <source>The natural repair finds the skin&apos;s color itself</source>
+        <translation>Die natürliche Reparatur findet die Farbe der Haut selbst</translation>
+    </message>
+    <message>
+        <source>Custom color: used by the repair in a flat color</source>
+        <translation>Eigene Farbe: gilt bei der Reparatur mit flächiger Farbe</translation>
+    </message>
+    <message>
+        <source>Pick a color from the photo: used by the repair in a flat color</source>
+        <translation>Farbe aus dem Foto aufnehmen: gilt bei der Reparatur mit flächiger Farbe</translation>
     </message>
 </context>
 <context>

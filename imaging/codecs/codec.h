@@ -40,16 +40,24 @@ std::span<const Codec* const> codecs();
 /// The format that a file's content is of, whatever its name; null when it is none of ours.
 const Codec* codecForContent(ByteView file);
 
+/// Whether a file that starts with these bytes is of one of the formats.
+inline bool isPictureFile(ByteView start) {
+    return codecForContent(start) != nullptr;
+}
+
 /// The format that a file-name extension stands for ("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp": lower
 /// case only); null for any other text.
 const Codec* codecForExtension(std::string_view extension);
 
-/// Pictures of more pixels than this are refused before memory is taken for them.
-inline constexpr std::int64_t kLargestArea = 1'000'000'000;
+/// Pictures of more pixels than this (1 GiB of memory), or longer ones, are refused before memory is taken
+/// for them.
+inline constexpr std::int64_t kLargestArea = std::int64_t{1} << 28;
+inline constexpr std::int64_t kLongestPictureSide = 1'000'000;
 
-/// Whether a picture of this size can be decoded: both sides positive, the area within bounds.
+/// Whether a picture of this size can be decoded: both sides positive, sides and area within bounds.
 inline bool isDecodableSize(std::int64_t width, std::int64_t height) {
-    return width > 0 && height > 0 && width <= kLargestArea / height;
+    return width > 0 && height > 0 && width <= kLongestPictureSide && height <= kLongestPictureSide &&
+           width * height <= kLargestArea;
 }
 
 /// The size in points of a picture of `pixels`, at a density in pixels per inch; densities that are not

@@ -9,7 +9,6 @@
 #include "imaging/orientation.h"
 #include "imaging/parallel.h"
 
-#include <cstdlib>
 #include <cstring>
 
 namespace complexion {
@@ -18,9 +17,12 @@ namespace {
 
 constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr int kIccMarker = JPEG_APP0 + 2;
-constexpr unsigned kWholeMarker = 0xFFFF;
+constexpr std::size_t kMostIccParts = 255; // a byte counts them
 constexpr std::array<std::uint8_t, 5> kExifSignature = {'E', 'x', 'i', 'f', 0};
 constexpr std::size_t kExifHeaderSize = 6; // the signature and a padding byte
+constexpr std::array<std::uint8_t, 12> kIccSignature = {'I', 'C', 'C', '_', 'P', 'R',
+                                                        'O', 'F', 'I', 'L', 'E', 0};
+constexpr std::size_t kIccHeaderSize = 14; // the signature, the part's number from 1 on, the number of parts
 
 /// The coefficients of a picture in several scans are kept in memory until the last has come, 2 bytes each.
 constexpr long kMostCoefficientMemory = 2L << 30;
@@ -36,8 +38,46 @@ constexpr RGBA32 kMissing(128, 128, 128, 255);
 
 constexpr double kCentimetresPerInch = 2.54;
 
-struct Released {
-    void operator()(std::uint8_t* bytes) const { std::free(bytes); }
+template <std::size_t length>
+bool startsWith(ByteView bytes, const std::array<std::uint8_t, length>& signature) {
+    return bytes.size() >= length && std::memcmp(bytes.data(), signature.data(), length) == 0;
+}
+
+/// The application segments that matter. The library's own list of them costs the square of their number.
+class Segments {
+public:
+    Segments() { m_icc.reserve(kMostIccParts + 1); } // nothing may be thrown through the library
+
+    void add(int marker, ByteView payload) {
+        if (marker == kExifMarker && m_exif.empty() && payload.size() >= kExifHeaderSize &&
+            startsWith(payload, kExifSignature))
+            m_exif = payload.subspan(kExifHeaderSize);
+        else if (marker == kIccMarker && payload.size() >= kIccHeaderSize &&
+                 startsWith(payload, kIccSignature) && m_icc.size() <= kMostIccParts)
+            m_icc.push_back(payload);
+    }
+
+    ByteView exif() const { return m_exif; }
+
+    /// The embedded profile; empty without a complete one.
+    Bytes icc() const {
+        std::vector<ByteView> parts(m_icc.size());
+        for (const ByteView payload : m_icc) {
+            const std::size_t number = payload[kIccHeaderSize - 2];
+            if (payload[kIccHeaderSize - 1] != parts.size() || number < 1 || number > parts.size() ||
+                parts[number - 1].data() != nullptr)
+                return {};
+            parts[number - 1] = payload.subspan(kIccHeaderSize);
+        }
+        Bytes profile;
+        for (const ByteView part : parts)
+            profile.insert(profile.end(), part.begin(), part.end());
+        return profile;
+    }
+
+private:
+    ByteView m_exif;
+    std::vector<ByteView> m_icc;
 };
 
 /// The library's decoder on one file. A step that fails leaves a message in `error()`.
@@ -54,8 +94,9 @@ public:
             jpeg_create_decompress(&m_info);
             m_info.mem->max_memory_to_use = kMostCoefficientMemory;
             jpeg_mem_src(&m_info, m_file.data(), m_file.size());
-            jpeg_save_markers(&m_info, kExifMarker, kWholeMarker);
-            jpeg_save_markers(&m_info, kIccMarker, kWholeMarker);
+            m_info.client_data = &m_segments;
+            jpeg_set_marker_processor(&m_info, kExifMarker, readSegment);
+            jpeg_set_marker_processor(&m_info, kIccMarker, readSegment);
             jpeg_read_header(&m_info, TRUE);
         });
     }
@@ -70,11 +111,7 @@ public:
     bool hasKnownColors() const { return m_info.jpeg_color_space != JCS_UNKNOWN; }
 
     ExifBasics exif() const {
-        for (const jpeg_marker_struct* marker = m_info.marker_list; marker != nullptr; marker = marker->next)
-            if (marker->marker == kExifMarker && marker->data_length >= kExifHeaderSize &&
-                std::memcmp(marker->data, kExifSignature.data(), kExifSignature.size()) == 0)
-                return readExifBasics(ByteView(marker->data, marker->data_length).subspan(kExifHeaderSize));
-        return {};
+        return m_segments.exif().empty() ? ExifBasics() : readExifBasics(m_segments.exif());
     }
 
     Density jfifDensity() const {
@@ -87,15 +124,7 @@ public:
         return {m_info.X_density * unit, m_info.Y_density * unit};
     }
 
-    /// The embedded profile; empty without a complete one.
-    Bytes icc() {
-        JOCTET* bytes = nullptr;
-        unsigned length = 0;
-        if (!guard().run([&] { jpeg_read_icc_profile(&m_info, &bytes, &length); }) || bytes == nullptr)
-            return {};
-        const std::unique_ptr<std::uint8_t, Released> owner(bytes);
-        return {bytes, bytes + length};
-    }
+    Bytes icc() const { return m_segments.icc(); }
 
     /// Prepares the output of rows in our pixel layout, or of CMYK samples. Pictures in several scans are
     /// read whole here, as far as they can be.
@@ -126,6 +155,21 @@ public:
 private:
     JumpGuard& guard() { return m_errors.guard; }
 
+    /// What the library calls behind the marker of an application segment.
+    static boolean readSegment(j_decompress_ptr info) {
+        constexpr std::size_t kLengthLength = 2;
+        jpeg_source_mgr& source = *info->src;
+        const ByteView rest(source.next_input_byte, source.bytes_in_buffer);
+        const std::size_t length = rest.size() < kLengthLength ? 0 : std::size_t{rest[0]} << 8 | rest[1];
+        if (length < kLengthLength || length > rest.size())
+            return source.fill_input_buffer(info); // which makes an end of the picture
+        static_cast<Segments*>(info->client_data)
+            ->add(info->unread_marker, rest.subspan(kLengthLength, length - kLengthLength));
+        source.next_input_byte += length;
+        source.bytes_in_buffer -= length;
+        return TRUE;
+    }
+
     int mostScans() const {
         const std::int64_t affordable = kMostScannedPixels / size().area();
         return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMostScans));
@@ -144,6 +188,7 @@ private:
     }
 
     ByteView m_file;
+    Segments m_segments;
     JpegErrors m_errors;
     jpeg_decompress_struct m_info = {};
 };

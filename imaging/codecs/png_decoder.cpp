@@ -19,7 +19,6 @@ namespace complexion {
 
 namespace {
 
-constexpr png_uint_32 kLongestSide = 1'000'000;
 constexpr png_alloc_size_t kLargestChunk = 64 << 20;
 /// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
 constexpr std::int64_t kMostExpansion = 1032;
@@ -58,7 +57,7 @@ public:
                 std::memcpy(out, self.m_unread.data(), count);
                 self.m_unread = self.m_unread.subspan(count);
             });
-            png_set_user_limits(m_png, kLongestSide, kLongestSide);
+            png_set_user_limits(m_png, kLongestPictureSide, kLongestPictureSide);
             png_set_chunk_malloc_max(m_png, kLargestChunk);
             png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER,
                                         reinterpret_cast<png_const_bytep>(kIgnoredChunks),

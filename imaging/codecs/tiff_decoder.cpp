@@ -38,9 +38,12 @@ Result<std::vector<PixelSize>> measureTiff(ByteView file) {
     if (!opened)
         return opened.error();
     std::vector<PixelSize> sizes;
-    do
-        sizes.push_back(tiff::uprightPageSize(*opened));
-    while (sizes.size() < kMostPages && TIFFReadDirectory(opened->handle()) != 0);
+    std::size_t pages = 0;
+    do {
+        // Further pages that are nothing but a claim do not count.
+        if (pages == 0 || tiff::isPlausiblePage(*opened))
+            sizes.push_back(tiff::uprightPageSize(*opened));
+    } while (++pages < kMostPages && TIFFReadDirectory(opened->handle()) != 0);
     return sizes;
 }
 

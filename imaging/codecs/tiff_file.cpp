@@ -166,6 +166,21 @@ std::int64_t mostBytesPerByte(std::uint16_t compression) {
     }
 }
 
+/// A page of which nothing is known but how its samples are coded.
+Page pageCoding(TIFF* handle) {
+    Page page;
+    page.bits = tag<std::uint16_t>(handle, TIFFTAG_BITSPERSAMPLE, 1);
+    page.samples = tag<std::uint16_t>(handle, TIFFTAG_SAMPLESPERPIXEL, 1);
+    page.compression = tag<std::uint16_t>(handle, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    return page;
+}
+
+bool hasPossibleSamples(const Page& page) {
+    constexpr int kMostBits = 64;
+    constexpr int kMostSamples = 256; // no instrument has more channels; each costs every pixel
+    return page.bits >= 1 && page.bits <= kMostBits && page.samples >= 1 && page.samples <= kMostSamples;
+}
+
 bool isPlausible(const File& file, const Page& page, std::int64_t width, std::int64_t height) {
     const std::int64_t bitsPerPixel = std::int64_t{page.bits} * page.samples;
     const std::int64_t perByte =
@@ -182,14 +197,16 @@ PixelSize uprightPageSize(const File& file) {
     return uprightSize({side(TIFFTAG_IMAGEWIDTH), side(TIFFTAG_IMAGELENGTH)}, orientationOf(file.handle()));
 }
 
+bool isPlausiblePage(const File& file) {
+    const Page page = pageCoding(file.handle());
+    return hasPossibleSamples(page) && isPlausible(file, page, storedSide(file.handle(), TIFFTAG_IMAGEWIDTH),
+                                                   storedSide(file.handle(), TIFFTAG_IMAGELENGTH));
+}
+
 Result<Page> readPage(const File& file) {
     TIFF* handle = file.handle();
-    constexpr int kMostBits = 64;
-    Page page;
-    page.bits = tag<std::uint16_t>(handle, TIFFTAG_BITSPERSAMPLE, 1);
-    page.samples = tag<std::uint16_t>(handle, TIFFTAG_SAMPLESPERPIXEL, 1);
-    page.compression = tag<std::uint16_t>(handle, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
-    if (page.bits < 1 || page.bits > kMostBits || page.samples < 1)
+    Page page = pageCoding(handle);
+    if (!hasPossibleSamples(page))
         return Error{"TIFF samples of an impossible size"};
     const std::int64_t width = storedSide(handle, TIFFTAG_IMAGEWIDTH);
     const std::int64_t height = storedSide(handle, TIFFTAG_IMAGELENGTH);

@@ -60,6 +60,10 @@ struct Page {
 /// The size of the page that `file` stands at, turned upright.
 PixelSize uprightPageSize(const File& file);
 
+/// Whether the page that `file` stands at has a size that can be decoded and that the file is long enough
+/// for.
+bool isPlausiblePage(const File& file);
+
 /// Reads the tags of the page that `file` stands at. Its size is decodable and plausible for the file's
 /// length. JPEG data in YCbCr are announced, and will be read, as RGB.
 Result<Page> readPage(const File& file);

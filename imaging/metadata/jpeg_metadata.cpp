@@ -149,6 +149,7 @@ Bytes jfifWithoutThumbnail(ByteView payload) {
 Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& maker) {
     Bytes carried;
     const JpegSegment* jfif = findJfif(segments);
+    bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
         const JpegSegment& segment = segments[i];
         end = i + 1;
@@ -161,7 +162,12 @@ Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& 
         } else if (isExif(segment)) {
             end = exifEnd(segments, i);
             Bytes exif = joined(segments, i, end, kExifStart.size());
-            renewThumbnail(exif, maker, std::max(kMostExifBytes, exif.size()));
+            // One is enough: each that is made anew costs time.
+            if (hasExif)
+                removeThumbnail(exif);
+            else
+                renewThumbnail(exif, maker, std::max(kMostExifBytes, exif.size()));
+            hasExif = true;
             appendBlock(carried, segment.marker, kExifStart, exif);
         } else if (isSegment(segment, marker::app(1), kXmpStart)) {
             appendBlock(carried, segment.marker, kXmpStart,

@@ -16,10 +16,7 @@ namespace {
 /// A file's bytes when it can be opened as a picture.
 Result<Bytes> readPicture(const std::filesystem::path& path) {
     return withoutThrowing([&]() -> Result<Bytes> {
-        Result<Bytes> file = readFile(path);
-        if (file && !containerOf(*file))
-            return Error{"not a picture file"};
-        return file;
+        return readFile(path, [](ByteView start) { return containerOf(start).has_value(); });
     });
 }
 

@@ -30,10 +30,6 @@ constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr double kCentimetresPerMetre = 100;
 constexpr double kCentimetresPerInch = 2.54;
 
-// Real files have at most one of each kind: EXIF, XMP, Photoshop, IPTC, a colour profile. Hostile ones have
-// many, each of which would be inflated.
-constexpr int kMostProfilesUnpacked = 8;
-
 // An EXIF block may grow to this when its thumbnail does.
 constexpr std::size_t kRoomForThumbnail = 65536;
 
@@ -86,12 +82,11 @@ Bytes exifOf(const std::vector<PngChunk>& chunks) {
             if (readTiffHeader(exif))
                 return {exif.begin(), exif.end()};
         }
-    int unpacked = 0;
+    std::size_t budget = kMostInflatedText;
     for (const PngChunk& chunk : chunks) {
-        if (!startsWith(chunk.data, kRawProfile) || unpacked == kMostProfilesUnpacked)
+        if (!startsWith(chunk.data, kRawProfile))
             continue;
-        ++unpacked;
-        if (const auto text = pngText(chunk))
+        if (const auto text = pngText(chunk, budget))
             if (const auto profile = rawProfile(*text); profile && isExifProfile(*profile)) {
                 const ByteView exif = withoutStart(profile->bytes, kExifStart);
                 if (readTiffHeader(exif))
@@ -123,8 +118,8 @@ Bytes carriedProfile(const PngChunk& chunk, const RawProfile& profile) {
 }
 
 /// The bytes with which a metadata chunk goes into the new file.
-Bytes carriedChunk(const PngChunk& chunk) {
-    if (const auto text = pngText(chunk)) {
+Bytes carriedChunk(const PngChunk& chunk, std::size_t& budget) {
+    if (const auto text = pngText(chunk, budget)) {
         if (const auto profile = rawProfile(*text))
             return carriedProfile(chunk, *profile);
         if (text->keyword == kXmpKeyword) {
@@ -208,10 +203,11 @@ PictureMetadata readPngMetadata(ByteView file) {
     PictureMetadata metadata;
     const std::vector<PngChunk> chunks = splitPng(file);
     metadata.exif = exifOf(chunks);
+    std::size_t budget = kMostInflatedText;
     for (const PngChunk& chunk : chunks) {
         if (chunk.name == kDensityChunk)
             metadata.resolution = resolutionOf(chunk);
-        const auto text = pngText(chunk);
+        const auto text = pngText(chunk, budget);
         if (!text)
             continue;
         if (const auto profile = rawProfile(*text))
@@ -233,12 +229,13 @@ Result<FileContents> withPngChunksOf(ByteView source, ByteView written, Thumbnai
     const std::vector<PngChunk> chunks = splitPng(source);
     Bytes metadata = exifChunk(exifOf(chunks), maker);
     bool hasDensity = false;
+    std::size_t budget = kMostInflatedText;
     for (const PngChunk& chunk : chunks) {
         const bool isSecondDensity = chunk.name == kDensityChunk && hasDensity;
         if (!isMetadata(chunk.name) || chunk.name == kExifChunk || isSecondDensity)
             continue;
         hasDensity = hasDensity || chunk.name == kDensityChunk;
-        append(metadata, carriedChunk(chunk));
+        append(metadata, carriedChunk(chunk, budget));
     }
     return withChunks(written, metadata, hasDensity);
 }

@@ -19,15 +19,12 @@ constexpr std::size_t kNameOffset = 4;
 constexpr std::size_t kDataOffset = 8;
 constexpr std::string_view kInternationalText = "iTXt";
 
-// Compressed texts are hostile beyond this.
-constexpr std::size_t kLongestText = std::size_t{16} << 20;
-
 std::uint32_t checkSum(ByteView bytes) {
     return static_cast<std::uint32_t>(crc32_z(0, bytes.data(), bytes.size()));
 }
 
-/// The text of a zlib stream; nothing when it is damaged or too long.
-std::optional<std::string> inflated(ByteView compressed) {
+/// The text of a zlib stream; nothing when it is damaged or longer than `budget`, which it is taken from.
+std::optional<std::string> inflated(ByteView compressed, std::size_t& budget) {
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK)
         return std::nullopt;
@@ -36,14 +33,16 @@ std::optional<std::string> inflated(ByteView compressed) {
     std::string text;
     std::array<char, 16384> buffer;
     int status = Z_OK;
-    while (status == Z_OK && text.size() <= kLongestText) {
+    while (status == Z_OK && text.size() <= budget) {
         stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
         stream.avail_out = static_cast<uInt>(buffer.size());
         status = inflate(&stream, Z_NO_FLUSH);
         text.append(buffer.data(), buffer.size() - stream.avail_out);
     }
     inflateEnd(&stream);
-    return status == Z_STREAM_END ? std::optional(std::move(text)) : std::nullopt;
+    const bool isWhole = status == Z_STREAM_END && text.size() <= budget;
+    budget -= std::min(budget, text.size());
+    return isWhole ? std::optional(std::move(text)) : std::nullopt;
 }
 
 /// Takes what stands before the next zero, and the zero; nothing when there is none.
@@ -56,14 +55,16 @@ std::optional<std::string_view> takenWord(std::string_view& rest) {
     return word;
 }
 
-std::optional<PngText> compressedText(std::string_view keyword, std::string_view stream, bool isUtf8) {
-    auto text = inflated(bytesOf(stream));
+std::optional<PngText> compressedText(std::string_view keyword, std::string_view stream, bool isUtf8,
+                                      std::size_t& budget) {
+    auto text = inflated(bytesOf(stream), budget);
     if (!text)
         return std::nullopt;
     return PngText{std::string(keyword), std::move(*text), isUtf8};
 }
 
-std::optional<PngText> internationalText(std::string_view keyword, std::string_view rest) {
+std::optional<PngText> internationalText(std::string_view keyword, std::string_view rest,
+                                         std::size_t& budget) {
     if (rest.size() < 2)
         return std::nullopt;
     const bool isCompressed = rest[0] != 0;
@@ -71,7 +72,7 @@ std::optional<PngText> internationalText(std::string_view keyword, std::string_v
     if (!takenWord(rest) || !takenWord(rest)) // language and translated keyword
         return std::nullopt;
     if (isCompressed)
-        return compressedText(keyword, rest, true);
+        return compressedText(keyword, rest, true, budget);
     return PngText{std::string(keyword), std::string(rest), true};
 }
 
@@ -105,7 +106,7 @@ Bytes pngChunk(std::string_view name, ByteView data) {
     return chunk;
 }
 
-std::optional<PngText> pngText(const PngChunk& chunk) {
+std::optional<PngText> pngText(const PngChunk& chunk, std::size_t& budget) {
     std::string_view rest = textOf(chunk.data);
     const bool isPlain = chunk.name == "tEXt";
     const bool isCompressed = chunk.name == "zTXt";
@@ -117,8 +118,8 @@ std::optional<PngText> pngText(const PngChunk& chunk) {
     if (isPlain)
         return PngText{std::string(*keyword), std::string(rest), false};
     if (!isCompressed)
-        return internationalText(*keyword, rest);
-    return rest.empty() ? std::nullopt : compressedText(*keyword, rest.substr(1), false);
+        return internationalText(*keyword, rest, budget);
+    return rest.empty() ? std::nullopt : compressedText(*keyword, rest.substr(1), false, budget);
 }
 
 Bytes pngTextChunk(std::string_view keyword, std::string_view utf8) {

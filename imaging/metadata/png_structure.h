@@ -32,8 +32,12 @@ struct PngText {
     bool isUtf8 = false;
 };
 
-/// Nothing for other chunks and for damaged ones.
-std::optional<PngText> pngText(const PngChunk& chunk);
+/// As many bytes all compressed texts of a file have together: beyond this they are hostile.
+inline constexpr std::size_t kMostInflatedText = std::size_t{32} << 20;
+
+/// Nothing for other chunks and for damaged ones. A compressed text is taken from `budget`, and not read when
+/// it is longer than that.
+std::optional<PngText> pngText(const PngChunk& chunk, std::size_t& budget);
 
 /// An uncompressed chunk: iTXt, or tEXt where that can hold the text.
 Bytes pngTextChunk(std::string_view keyword, std::string_view utf8);

@@ -26,14 +26,14 @@ Box* makeBox(QWidget* root, int index) {
 
 } // namespace
 
-EditorTest::EditorTest() : root(std::make_unique<QWidget>()) {
+EditorTest::EditorTest(Queues* others) : root(std::make_unique<QWidget>()) {
     root->resize(static_cast<int>(kRootSize.width), static_cast<int>(kRootSize.height));
     imageView = new CustomImageView(root.get());
     imageView->setGeometry(root->rect());
     imageView->setFrame({0, 0, kRootSize.width, kRootSize.height});
     imageView->setDialogs(&dialogs);
 
-    controller = std::make_shared<ViewController>(root.get(), dialogs, platform, queues);
+    controller = std::make_shared<ViewController>(root.get(), dialogs, platform, others ? *others : queues);
     controller->imageView = imageView;
     const auto outlets = {
         &controller->boxHint,       &controller->boxHelp,         &controller->boxSelectImage,

@@ -36,7 +36,9 @@ inline constexpr const char* kSaveFailure = "Could not save the image.";
 /// The editor with real controls, and with the system around it played by the test.
 class EditorTest : public testing::Test {
 protected:
-    EditorTest();
+    EditorTest() : EditorTest(nullptr) {}
+    /// With other queues than the manual ones.
+    explicit EditorTest(Queues* others);
     ~EditorTest() override;
 
     /// Loads the controller, as the window does. Tests of what comes before override it.

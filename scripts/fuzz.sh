@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
+# Usage: scripts/fuzz.sh SECONDS [program]...
+#
+# Runs each fuzzing program (all of them when none is named: decode_jpeg, metadata_png, whole_way ...) for that long,
+# beginning with generated files and, where COMPLEXION_TEST_PHOTOS names a folder, with its small ones. What it
+# learns is kept in build/fuzz/corpus for the next run; a file that does harm is kept in build/fuzz/finds and named.
+set -uo pipefail
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+seconds=$1
+shift
+build=build/fuzz
+mkdir -p "$build/finds" "$build/seeds"
+"$build/tests/fuzz/fuzz_seeds" "$build/seeds" || exit 1
+
+programs=("$@")
+[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} whole_way)
+failed=0
+for program in "${programs[@]}"; do
+    mkdir -p "$build/corpus/$program"
+    seeds=("$build/seeds/${program#*_}")
+    [[ -d ${seeds[0]} ]] || seeds=("$build"/seeds/*)
+    if "$build/tests/fuzz/fuzz_$program" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=65536 \
+        -print_final_stats=1 -artifact_prefix="$build/finds/$program-" "$build/corpus/$program" "${seeds[@]}" \
+        >"$build/$program.log" 2>&1; then
+        awk -v name="$program" '/number_of_executed_units/ { runs = $2 } / cov: / { line = $0 }
+            END { sub(/.* cov: /, "", line); sub(/ .*/, "", line); print name ": " runs " files, " line " edges, nothing found" }' \
+            "$build/$program.log"
+    else
+        failed=1
+        echo "$program: found something"
+        tail -n 40 "$build/$program.log"
+    fi
+done
+exit "$failed"

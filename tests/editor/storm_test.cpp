@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The editor under everything at once, with repairs on real threads: for the thread sanitizer above all.
+#include "tests/editor/editor_fixture.h"
+
+#include <deque>
+#include <mutex>
+#include <random>
+#include <thread>
+
+namespace complexion {
+
+namespace {
+
+/// Background work on a thread of its own each; main work when the test says so, on the test's thread.
+class ThreadQueues : public Queues {
+public:
+    void submitBackground(std::function<void()> work) override { m_threads.emplace_back(std::move(work)); }
+    void submitMain(std::function<void()> work) override {
+        const std::scoped_lock lock(m_mutex);
+        m_main.push_back(std::move(work));
+    }
+
+    void runMain() {
+        for (;;) {
+            std::function<void()> work;
+            {
+                const std::scoped_lock lock(m_mutex);
+                if (m_main.empty())
+                    return;
+                work = std::move(m_main.front());
+                m_main.pop_front();
+            }
+            work();
+        }
+    }
+
+    void finish() {
+        m_threads.clear(); // waits for each
+        runMain();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::deque<std::function<void()>> m_main;
+    std::vector<std::jthread> m_threads;
+};
+
+struct OwnsThreadQueues {
+    ThreadQueues threads;
+};
+
+class Storm : private OwnsThreadQueues, public EditorTest {
+protected:
+    Storm() : EditorTest(&threads) {}
+
+    int upTo(int limit) { return static_cast<int>(m_random() % static_cast<std::uint32_t>(limit)); }
+
+    void doSomething() {
+        switch (upTo(12)) {
+        case 0:
+            return controller->OnUndo(nullptr);
+        case 1:
+            return controller->OnRedo(nullptr);
+        case 2:
+            return selectEffect(upTo(9));
+        case 3:
+            return upTo(4) == 0 ? save(platform.photos() / "saved.png") : threads.runMain();
+        case 4:
+            return upTo(8) == 0 ? reload() : controller->OnZoomIn(nullptr);
+        case 5:
+            controller->stepperEditAreaSize->setIntegerValue(1 + upTo(20));
+            controller->sliderThreshold->setFloatValue(static_cast<float>(upTo(40)));
+            controller->checkAutodetectColor->setChecked(upTo(2) == 0);
+            controller->colorWellCustomColor->setColor(QColor(upTo(256), upTo(256), upTo(256)));
+            return;
+        case 6:
+        case 7:
+            return threads.runMain();
+        default:
+            return clickPixel(blemishes()[static_cast<std::size_t>(upTo(3))]);
+        }
+    }
+
+    void finish() { threads.finish(); }
+
+private:
+    std::mt19937 m_random{1};
+};
+
+TEST_F(Storm, OfClicksUndosSavesAndEffectsEndsWithAWholeHistory) {
+    controller->numberOfStates = 6;
+    openThroughPanel(makePhoto());
+    for (int i = 0; i < 1500; ++i)
+        doSomething();
+    finish();
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_LE(controller->stateImagesPath.size(), 7U);
+    EXPECT_EQ(stateFiles().size(), controller->stateImagesPath.size());
+    for (const auto& path : controller->stateImagesPath)
+        decoded(path);
+    EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
+}
+
+} // namespace
+
+} // namespace complexion

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/codec.h"
+#include "imaging/fatal.h"
+
+#include <algorithm>
+
+namespace complexion::fuzz {
+
+/// Larger pictures take a fuzzer's time and show it nothing new.
+inline constexpr std::int64_t kLargestArea = 1 << 18;
+
+/// Whether all pictures that the file claims to hold are small enough to be decoded many times a second.
+inline bool isSmall(const Codec& codec, ByteView file) {
+    const Result<std::vector<PixelSize>> sizes = codec.measure(file);
+    return sizes && std::ranges::all_of(*sizes, [](PixelSize size) {
+               return size.width >= 0 && size.height >= 0 &&
+                      std::int64_t{size.width} * size.height <= kLargestArea;
+           });
+}
+
+inline void require(bool holds, const char* whatFails) {
+    if (!holds)
+        fatal(whatFails);
+}
+
+inline Bytes joined(const FileContents& contents) {
+    Bytes bytes;
+    for (const auto& part : contents.parts)
+        bytes.insert(bytes.end(), part->begin(), part->end());
+    return bytes;
+}
+
+inline std::vector<RGBA32> pixelsOf(const Image& image) {
+    const PixelSize size = image.pixelSize();
+    std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
+    image.read({0, 0, size.width, size.height}, pixels.data(), size.width);
+    return pixels;
+}
+
+} // namespace complexion::fuzz

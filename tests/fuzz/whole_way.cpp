@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The way of a photo through the program: opened, retouched, seen through an effect, encoded, given the
+// source's metadata, and opened again.
+#include "imaging/image_tools.h"
+#include "imaging/metadata/carrying.h"
+#include "tests/fuzz/small_pictures.h"
+
+using namespace complexion;
+
+namespace {
+
+constexpr std::int64_t kRadius = 6;
+constexpr std::int64_t kThreshold = 10;
+
+/// A click in the picture's middle, and on its edge.
+Image retouched(Image image) {
+    const PointSize size = image.size();
+    for (const Point point : {Point{size.width / 2, size.height / 2}, Point{0, size.height}}) {
+        const auto result =
+            ImageTools::RemovePimpleFromImage(image, point, kRadius, kAutodetectColor, {}, kThreshold);
+        fuzz::require(result.has_value(), "a repair gave no image");
+        image = *result;
+    }
+    return image;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const ByteView source(data, size);
+    const Codec* const codec = codecForContent(source);
+    if (!codec || !fuzz::isSmall(*codec, source))
+        return 0;
+    const Result<Image> opened = codec->decode(source);
+    if (!opened)
+        return 0;
+    const PixelSize pixels = opened->pixelSize();
+    const Image upright =
+        opened->withSize({static_cast<double>(pixels.width), static_cast<double>(pixels.height)});
+    const Image shown = ImageTools::ApplyEffectOnImage(retouched(upright), "Process");
+    const Container container = *containerOf(source);
+    const Image stored = turnedForStorage(shown, carriedOrientation(source, container));
+    const Result<FileContents> encoded = codec->encode(stored);
+    if (!encoded)
+        return 0; // more than the format can hold
+    const Result<FileContents> saved = withMetadataOf(source, fuzz::joined(*encoded));
+    fuzz::require(bool(saved), "metadata cannot be put into a file of ours");
+    const Result<Image> again = codec->decode(fuzz::joined(*saved));
+    fuzz::require(again && again->pixelSize() == pixels, "the saved file cannot be opened");
+    return 0;
+}
