@@ -91,8 +91,11 @@ class Film:
                 top + height / 2 + (y + 0.5 - PORTRAIT[1] / 2) * scale + self.offset[1])
 
     def press(self, name, role=None):
-        x, y, width, height = self.program.screen_area(name, role)
-        self.hand.glide(x + width / 2, y + height / 2)
+        self.press_control(self.program.wait_for(name, role))
+
+    def press_control(self, control):
+        rect = control.get_extents(self.program.atspi.CoordType.SCREEN)
+        self.hand.glide(rect.x + rect.width / 2, rect.y + rect.height / 2)
         self.hand.click()
 
     def start(self):
@@ -136,7 +139,7 @@ class Film:
             time.sleep(0.9)
 
     def effect(self):
-        self.press(None, "combo box")
+        self.press_control(self.program.combo_box("Effect"))
         time.sleep(0.8)
         self.program.keys("Home", *["Down"] * NOIR, "Return")
         time.sleep(1.2)

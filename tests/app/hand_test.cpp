@@ -259,13 +259,13 @@ TEST_F(Hand, TheViewMenuTurnsThePreviewOff) {
 TEST_F(Hand, TabGoesFromThePhotoThroughTheButtonsToTheSettings) {
     bar().checkAutodetectColor->setChecked(false);
     std::vector<std::string> names;
-    for (int i = 0; i < 14; ++i) {
+    for (int i = 0; i < 15; ++i) {
         names.push_back(window.focusWidget()->accessibleName().toStdString());
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
     }
     EXPECT_THAT(names, testing::ElementsAre("Photo", "Select image", "Reload image", "Save image", "Zoom in",
                                             "Zoom out", "Reset zoom", "Show the original", "Edit area size",
-                                            "Threshold", "Autodetect Color", "Custom color",
+                                            "Threshold", "Repair", "Autodetect Color", "Custom color",
                                             "Pick a color from the photo", "Effect"));
     EXPECT_TRUE(photo().hasFocus());
 }

@@ -67,7 +67,6 @@ TEST(Repair, RepairsNaturallyWhereThatIsChosen) {
     const std::optional<Image> healed = ImageTools::HealPimpleInImage(face(), middleOf(kSpot), 10, 10);
     ASSERT_TRUE(report.result.has_value() && healed.has_value());
     EXPECT_TRUE(samePixels(*report.result, *healed));
-    EXPECT_NE(runRepair(usual(), face(), middleOf(kSpot)).repainted, report.repainted);
 }
 
 TEST(Repair, WantsTheColorInTheImagesOwnSpace) {

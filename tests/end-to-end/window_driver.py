@@ -175,6 +175,17 @@ class Complexion:
                 if accessible.get_role_name() == role and
                 accessible.get_state_set().contains(self.atspi.StateType.SHOWING)]
 
+    def combo_box(self, label):
+        """The pop-up with that label: its own name is the title that it shows."""
+        def labelled():
+            for box in self.all_of("combo box"):
+                for relation in box.get_relation_set():
+                    if relation.get_relation_type() == self.atspi.RelationType.LABELLED_BY and \
+                            relation.get_target(0).get_name() == label:
+                        return box
+            return None
+        return wait_until(labelled, f"the pop-up “{label}”")
+
     def focused_name(self):
         """The accessible name of the control that has the focus; its label's where it shows a value as its name."""
         try:
@@ -231,11 +242,14 @@ class Complexion:
 
     def press(self, name, role=None):
         """Clicks the middle of a control."""
-        x, y, width, height = self.screen_area(name, role)
-        self.click_at(x + width // 2, y + height // 2)
+        self.press_middle(self.wait_for(name, role))
+
+    def press_middle(self, control):
+        rect = control.get_extents(self.atspi.CoordType.SCREEN)
+        self.click_at(rect.x + rect.width // 2, rect.y + rect.height // 2)
 
     def choose_effect(self, index):
-        self.press(None, "combo box")  # named after the title that it shows
+        self.press_middle(self.combo_box("Effect"))
         wait_until(lambda: len(self.windows()) == 2, "the list of effects")
         self.keys("Home", *["Down"] * index, "Return")
         wait_until(lambda: len(self.windows()) == 1, "the list of effects to close")
