@@ -33,7 +33,7 @@ struct PngText {
 };
 
 /// As many bytes all compressed texts of a file have together: beyond this they are hostile.
-inline constexpr std::size_t kMostInflatedText = std::size_t{32} << 20;
+inline constexpr std::size_t kMostInflatedText = std::size_t{16} << 20;
 
 /// Nothing for other chunks and for damaged ones. A compressed text is taken from `budget`, and not read when
 /// it is longer than that.
