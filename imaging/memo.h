@@ -10,6 +10,8 @@ namespace complexion {
 /// Holds one value of the owner's own kind; safe to use from any thread.
 class Memo {
 public:
+    /// Kinds of values have names of their own across all files: some compilers tell types of unnamed
+    /// namespaces apart by their names alone.
     struct Value {
         Value() = default;
         Value(const Value&) = delete;

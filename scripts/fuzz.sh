@@ -22,7 +22,7 @@ for program in "${programs[@]}"; do
     mkdir -p "$build/corpus/$program"
     seeds=("$build/seeds/${program#*_}")
     [[ -d ${seeds[0]} ]] || seeds=("$build"/seeds/*)
-    if "$build/tests/fuzz/fuzz_$program" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -max_len=65536 \
+    if "$build/tests/fuzz/fuzz_$program" -max_total_time="$seconds" -timeout=25 -rss_limit_mb=2048 -max_len=65536 \
         -print_final_stats=1 -artifact_prefix="$build/finds/$program-" "$build/corpus/$program" "${seeds[@]}" \
         >"$build/$program.log" 2>&1; then
         awk -v name="$program" '/number_of_executed_units/ { runs = $2 } / cov: / { line = $0 }

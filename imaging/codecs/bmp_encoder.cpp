@@ -20,8 +20,8 @@ constexpr std::uint32_t kIntentPerceptual = 4;
 constexpr std::size_t kEndpointsAndGammasSize = 9 * 4 + 3 * 4;
 
 /// A band's rows, bottom row first, as blue, green, red, alpha, not premultiplied.
-struct EncodedBand : Memo::Value {
-    explicit EncodedBand(Bytes encoded) : bytes(std::make_shared<const Bytes>(std::move(encoded))) {}
+struct BmpBand : Memo::Value {
+    explicit BmpBand(Bytes encoded) : bytes(std::make_shared<const Bytes>(std::move(encoded))) {}
     std::shared_ptr<const Bytes> bytes;
 };
 
@@ -47,9 +47,9 @@ Bytes encodedRows(const Image& image, PixelRect rect) {
 std::shared_ptr<const Bytes> encodedBand(const Image& image, int index) {
     const std::shared_ptr<const Band> stored = image.storedBand(index);
     if (stored)
-        if (const auto kept = stored->encoded().get<EncodedBand>())
+        if (const auto kept = stored->encoded().get<BmpBand>())
             return kept->bytes;
-    const auto band = std::make_shared<const EncodedBand>(encodedRows(image, image.bandRect(index)));
+    const auto band = std::make_shared<const BmpBand>(encodedRows(image, image.bandRect(index)));
     if (stored)
         stored->encoded().set(band);
     return band->bytes;

@@ -175,11 +175,32 @@ private:
         return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMostScans));
     }
 
+    /// What the library takes over from a second frame header before it refuses it.
+    struct Frame {
+        explicit Frame(const jpeg_decompress_struct& info)
+            : width(info.image_width),
+              height(info.image_height),
+              components(info.num_components),
+              precision(info.data_precision) {}
+        void restore(jpeg_decompress_struct& info) const {
+            info.image_width = width;
+            info.image_height = height;
+            info.num_components = components;
+            info.data_precision = precision;
+        }
+        JDIMENSION width;
+        JDIMENSION height;
+        int components;
+        int precision;
+    };
+
     bool startOutputOfAllScans() {
+        const Frame frame(m_info);
         const bool undamaged = guard().run([this] {
             while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= mostScans())
                 jpeg_consume_input(&m_info);
         });
+        frame.restore(m_info);
         // Asked for the scan before the one that it could not finish, the library reads no further, and shows
         // what it has of both.
         const bool finished = undamaged && jpeg_input_complete(&m_info);

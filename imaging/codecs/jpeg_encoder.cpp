@@ -11,18 +11,18 @@ namespace complexion {
 namespace {
 
 /// A picture's code tables, kept beside it.
-struct PictureTables : Memo::Value {
+struct JpegPictureTables : Memo::Value {
     JpegTables codes;
 };
-using Tables = std::shared_ptr<const PictureTables>;
+using Tables = std::shared_ptr<const JpegPictureTables>;
 
 constexpr int kBlockRows = 8;
 /// The tables are trained on this many pixels at least, in stripes spread over the picture.
 constexpr std::int64_t kSampleArea = 1'000'000;
 
 /// A band's restart interval, and the tables that it was coded with.
-struct CodedBand : Memo::Value {
-    CodedBand(Tables codedWith, Bytes bytes)
+struct JpegBand : Memo::Value {
+    JpegBand(Tables codedWith, Bytes bytes)
         : tables(std::move(codedWith)), interval(std::make_shared<const Bytes>(std::move(bytes))) {}
 
     Tables tables;
@@ -53,7 +53,7 @@ Result<Tables> trainedTables(const Image& image) {
     const Result<JpegTables> best = bestJpegTables(sample.size, sample.pixels.get());
     if (!best)
         return best.error();
-    auto tables = std::make_shared<PictureTables>();
+    auto tables = std::make_shared<JpegPictureTables>();
     for (std::size_t i = 0; i < 2; ++i) {
         tables->codes.dc[i] = completed(best->dc[i], dcSymbols());
         tables->codes.ac[i] = completed(best->ac[i], acSymbols());
@@ -66,7 +66,7 @@ Result<Tables> trainedTables(const Image& image) {
 Result<Tables> tablesFor(const Image& image) {
     if (!image.storedBand(0))
         return trainedTables(image);
-    if (Tables kept = image.encoderMemory().get<PictureTables>())
+    if (Tables kept = image.encoderMemory().get<JpegPictureTables>())
         return kept;
     Result<Tables> tables = trainedTables(image);
     if (tables)
@@ -74,9 +74,9 @@ Result<Tables> tablesFor(const Image& image) {
     return tables;
 }
 
-using CodedBandPointer = std::shared_ptr<const CodedBand>;
+using JpegBandPointer = std::shared_ptr<const JpegBand>;
 
-Result<CodedBandPointer> codedBand(const Image& image, int index, const Tables& tables) {
+Result<JpegBandPointer> codedBand(const Image& image, int index, const Tables& tables) {
     const std::shared_ptr<const Band> band = image.storedBand(index);
     const PixelRect rect = image.bandRect(index);
     const PixelBlock rows = PixelBlock::uninitialized({rect.width, rect.height});
@@ -84,16 +84,16 @@ Result<CodedBandPointer> codedBand(const Image& image, int index, const Tables& 
     Result<Bytes> interval = jpegInterval(rows.size, rows.pixels.get(), tables->codes);
     if (!interval)
         return interval.error();
-    auto coded = std::make_shared<const CodedBand>(tables, std::move(*interval));
+    auto coded = std::make_shared<const JpegBand>(tables, std::move(*interval));
     if (band)
         band->encoded().set(coded);
-    return CodedBandPointer(coded);
+    return JpegBandPointer(coded);
 }
 
 /// What is kept beside the band; null when that is nothing or was coded with other tables.
-CodedBandPointer keptBand(const Image& image, int index, const Tables& tables) {
+JpegBandPointer keptBand(const Image& image, int index, const Tables& tables) {
     const std::shared_ptr<const Band> band = image.storedBand(index);
-    const CodedBandPointer kept = band ? band->encoded().get<CodedBand>() : nullptr;
+    const JpegBandPointer kept = band ? band->encoded().get<JpegBand>() : nullptr;
     return kept && kept->tables == tables ? kept : nullptr;
 }
 
@@ -102,7 +102,7 @@ Result<std::vector<std::shared_ptr<const Bytes>>> intervals(const Image& image, 
     std::vector<std::shared_ptr<const Bytes>> result(static_cast<std::size_t>(image.bandCount()));
     std::vector<int> missing;
     for (int index = 0; index < image.bandCount(); ++index) {
-        if (const CodedBandPointer kept = keptBand(image, index, tables))
+        if (const JpegBandPointer kept = keptBand(image, index, tables))
             result[static_cast<std::size_t>(index)] = kept->interval;
         else
             missing.push_back(index);
@@ -110,7 +110,7 @@ Result<std::vector<std::shared_ptr<const Bytes>>> intervals(const Image& image, 
     std::vector<std::optional<Error>> errors(missing.size());
     parallelFor(static_cast<int>(missing.size()), [&](int i) {
         const int index = missing[static_cast<std::size_t>(i)];
-        const Result<CodedBandPointer> coded = codedBand(image, index, tables);
+        const Result<JpegBandPointer> coded = codedBand(image, index, tables);
         if (coded)
             result[static_cast<std::size_t>(index)] = (*coded)->interval;
         else

@@ -20,22 +20,22 @@ constexpr std::int64_t kLargestChunk = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t kRoomForPixel = 5; // bytes, with what incompressible data costs more
 
 /// A band's image data chunk, and what the whole file needs to know of it.
-struct CodedBand : Memo::Value {
+struct PngBand : Memo::Value {
     bool opaque = false;
     bool withAlpha = false;   // whether it is coded as RGBA
     std::uint32_t adler = 0;  // of the data before compression
     std::uint64_t length = 0; // of the data before compression
     std::shared_ptr<const Bytes> chunk;
 };
-using CodedBandPointer = std::shared_ptr<const CodedBand>;
+using PngBandPointer = std::shared_ptr<const PngBand>;
 
 /// Codes band `index`: as RGBA where it needs to be or `withAlpha` says so.
-CodedBandPointer codedBand(const Image& image, int index, bool withAlpha) {
+PngBandPointer codedBand(const Image& image, int index, bool withAlpha) {
     const PixelRect rect = image.bandRect(index);
     const PixelBlock rows = PixelBlock::uninitialized({rect.width, rect.height});
     image.read(rect, rows.pixels.get(), rect.width);
 
-    auto coded = std::make_shared<CodedBand>();
+    auto coded = std::make_shared<PngBand>();
     coded->opaque = isOpaque({rows.row(0), rows.row(rect.height)});
     coded->withAlpha = withAlpha || !coded->opaque;
     const Bytes filtered = filteredRows(rows.size, rows.pixels.get(), coded->withAlpha);
@@ -52,12 +52,12 @@ CodedBandPointer codedBand(const Image& image, int index, bool withAlpha) {
 }
 
 /// All bands, coded alike. What is kept of stored bands is used.
-std::vector<CodedBandPointer> codedBands(const Image& image) {
-    std::vector<CodedBandPointer> coded(static_cast<std::size_t>(image.bandCount()));
+std::vector<PngBandPointer> codedBands(const Image& image) {
+    std::vector<PngBandPointer> coded(static_cast<std::size_t>(image.bandCount()));
     std::atomic<bool> withAlpha = false;
     for (int index = 0; index < image.bandCount(); ++index)
         if (const std::shared_ptr<const Band> band = image.storedBand(index))
-            if (CodedBandPointer kept = band->encoded().get<CodedBand>()) {
+            if (PngBandPointer kept = band->encoded().get<PngBand>()) {
                 withAlpha = withAlpha || !kept->opaque;
                 coded[static_cast<std::size_t>(index)] = std::move(kept);
             }
@@ -69,7 +69,7 @@ std::vector<CodedBandPointer> codedBands(const Image& image) {
                 wanted.push_back(index);
         parallelFor(static_cast<int>(wanted.size()), [&](int i) {
             const int index = wanted[static_cast<std::size_t>(i)];
-            CodedBandPointer band = codedBand(image, index, withAlpha);
+            PngBandPointer band = codedBand(image, index, withAlpha);
             if (!band->opaque)
                 withAlpha = true;
             coded[static_cast<std::size_t>(index)] = std::move(band);
@@ -77,8 +77,8 @@ std::vector<CodedBandPointer> codedBands(const Image& image) {
     };
     // Whether the picture is opaque is known when all bands have been looked at. Those that were coded on
     // another guess are coded again: rarely any.
-    codeThose([](const CodedBandPointer& band) { return band == nullptr; });
-    codeThose([&](const CodedBandPointer& band) { return band->withAlpha != withAlpha; });
+    codeThose([](const PngBandPointer& band) { return band == nullptr; });
+    codeThose([&](const PngBandPointer& band) { return band->withAlpha != withAlpha; });
     return coded;
 }
 
@@ -136,11 +136,11 @@ Result<FileContents> encodePng(const Image& image) {
     // A band that does not compress takes a little more than its pixels' bytes.
     if (std::int64_t{image.pixelSize().width} * Tile::kHeight * kRoomForPixel > kLargestChunk)
         return Error{"PNG: the picture is too wide"};
-    const std::vector<CodedBandPointer> bands = codedBands(image);
+    const std::vector<PngBandPointer> bands = codedBands(image);
     FileContents file;
     file.append(fileStart(image, bands.front()->withAlpha));
     std::uint32_t adler = kAdlerOfNothing;
-    for (const CodedBandPointer& band : bands) {
+    for (const PngBandPointer& band : bands) {
         file.parts.push_back(band->chunk);
         adler = combinedAdler(adler, band->adler, band->length);
     }

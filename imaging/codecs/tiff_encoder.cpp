@@ -19,17 +19,17 @@ constexpr std::uint32_t kPixelsPerInch = 72;
 
 /// A band's rows as the samples of a strip: red, green, blue and, unless all bands are opaque, premultiplied
 /// alpha.
-struct EncodedBand : Memo::Value {
+struct TiffBand : Memo::Value {
     std::shared_ptr<const Bytes> bytes;
     std::size_t samples = 0;
     bool opaque = false;
 };
 
 /// Encodes with `samples` a pixel; with 0, as few as the band itself needs.
-std::shared_ptr<const EncodedBand> encodedRows(const Image& image, PixelRect rect, std::size_t samples) {
+std::shared_ptr<const TiffBand> encodedRows(const Image& image, PixelRect rect, std::size_t samples) {
     std::vector<RGBA32> pixels(static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height));
     image.read(rect, pixels.data(), rect.width);
-    auto band = std::make_shared<EncodedBand>();
+    auto band = std::make_shared<TiffBand>();
     band->opaque = std::ranges::all_of(pixels, [](RGBA32 pixel) { return pixel.alpha() == 255; });
     band->samples = samples != 0 ? samples : (band->opaque ? 3 : 4);
     Bytes bytes(pixels.size() * band->samples);
@@ -47,11 +47,10 @@ std::shared_ptr<const EncodedBand> encodedRows(const Image& image, PixelRect rec
 }
 
 /// The band as it is kept, if it has `samples` a pixel or any number will do (0); otherwise newly encoded.
-std::shared_ptr<const EncodedBand> encodedBand(const Image& image, int index, std::size_t samples) {
+std::shared_ptr<const TiffBand> encodedBand(const Image& image, int index, std::size_t samples) {
     const std::shared_ptr<const Band> stored = image.storedBand(index);
     if (stored)
-        if (auto kept = stored->encoded().get<EncodedBand>();
-            kept && (samples == 0 || kept->samples == samples))
+        if (auto kept = stored->encoded().get<TiffBand>(); kept && (samples == 0 || kept->samples == samples))
             return kept;
     auto band = encodedRows(image, image.bandRect(index), samples);
     if (stored)
@@ -59,7 +58,7 @@ std::shared_ptr<const EncodedBand> encodedBand(const Image& image, int index, st
     return band;
 }
 
-using EncodedBands = std::vector<std::shared_ptr<const EncodedBand>>;
+using EncodedBands = std::vector<std::shared_ptr<const TiffBand>>;
 
 /// All bands with the same samples: three when the whole picture is opaque, else four.
 EncodedBands encodedBands(const Image& image) {

@@ -194,6 +194,20 @@ TEST(JpegCodec, SidesBeyondTheFormatAreAnError) {
     EXPECT_EQ(decoded(encoded(filled({65500, 9}, grey(9)))).pixelSize(), (PixelSize{65500, 9}));
 }
 
+TEST(JpegCodec, ASecondFrameHeaderBetweenScansDoesNoHarm) {
+    // The library takes the sizes of such a header before it complains. Found by fuzzing.
+    Bytes file = jpegFile({.size = {100, 90},
+                           .exif = {},
+                           .icc = {},
+                           .adjust = [](jpeg_compress_struct& info) { jpeg_simple_progression(&info); }},
+                          rgbSamples(soft({100, 90})));
+    const Bytes scan = {0xFF, 0xDA};
+    const auto second = std::find_end(file.begin(), file.end(), scan.begin(), scan.end());
+    const Bytes frame = {0xFF, 0xC2, 0, 8, 8, 0xFF, 0xFF, 0xFF, 0xFF, 0}; // large, and of no component
+    file.insert(second, frame.begin(), frame.end());
+    EXPECT_EQ(decoded(file).pixelSize(), (PixelSize{100, 90}));
+}
+
 TEST(JpegCodec, ProgressiveArithmeticAndRestartedFilesAreTheLibrarys) {
     using Adjust = std::function<void(jpeg_compress_struct&)>;
     const std::vector<Adjust> ways = {
