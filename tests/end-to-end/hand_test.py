@@ -1,18 +1,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What hands do over the photo with a real mouse: pointing, zooming where they look, moving the photo, comparing."""
 
+import shutil
 import subprocess
-import tempfile
 import unittest
-from pathlib import Path
 
 from PIL import Image, ImageChops
 
-from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, wait_until
+from portrait_test_case import RADIUS, SIZE, PortraitTestCase
+from window_driver import check_only_discs_changed, wait_until
 
-SIZE = (1200, 1500)
 BLEMISH = (690, 690)
-RADIUS = 10  # the edit area that the window starts with
 ZOOM_STEPS = 15
 
 
@@ -20,17 +18,11 @@ def largest_difference(one, other):
     return max(high for _, high in ImageChops.difference(one, other).getextrema())
 
 
-class HandTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
-
+class HandTest(PortraitTestCase):
     def setUp(self):
-        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
+        super().setUp()
         self.photo = self.photos / "face.png"
-        subprocess.run([BUILD / "tools/sample_portrait", self.photo], check=True)
-        self.program = self.enterContext(Complexion(self.desktop))
+        shutil.copy(self.painted, self.photo)
         self.program.start(self.photo)
         x, y, width, height = self.program.screen_area("Photo")
         self.scale = min(width / SIZE[0], height / SIZE[1])

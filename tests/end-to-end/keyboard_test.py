@@ -3,32 +3,24 @@
 pointer, or cannot hold it."""
 
 import re
+import shutil
 import subprocess
-import tempfile
 import unittest
-from pathlib import Path
 
-from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed, wait_until
+from portrait_test_case import RADIUS, PortraitTestCase
+from window_driver import check_only_discs_changed, wait_until
 
-SIZE = (1200, 1500)
 BLEMISH = (548, 418)
-RADIUS = 10  # the edit area that the window starts with
 PLACE = re.compile(r"Column (\d+), row (\d+)\. (.*)")
 
 
-class KeyboardTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
-
+class KeyboardTest(PortraitTestCase):
     def setUp(self):
-        self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
+        super().setUp()
         self.photo = self.photos / "face.png"
-        subprocess.run([BUILD / "tools/sample_portrait", self.photo], check=True)
+        shutil.copy(self.painted, self.photo)
         # The pointer rests outside of the window's photo, on the screen's last pixel.
         subprocess.run(["xdotool", "mousemove", "1279", "799"], check=True)
-        self.program = self.enterContext(Complexion(self.desktop))
 
     def focused(self):
         return self.program.focused_name()
