@@ -112,6 +112,19 @@ class HandTest(PortraitTestCase):
         self.xdotool("click", 1)
         wait_until(lambda: len(self.program.state_images()) == 2, "the repair")
 
+    def test_the_space_bar_moves_the_photo_and_never_clicks(self):
+        place = self.place_of(*BLEMISH)
+        self.zoom_at(place)
+        bare = self.program.photo_on_screen()
+        self.point_at(place)
+        wait_until(lambda: largest_difference(self.program.photo_on_screen(with_disc=True), bare) > 15, "the disc")
+        # A key takes the way over the accessibility bus: a button that follows at once would overtake it.
+        self.xdotool("keydown", "space", "sleep", 0.5)
+        self.assertLessEqual(largest_difference(self.program.photo_on_screen(with_disc=True), bare), 3)
+        self.xdotool("mousedown", 1, "mousemove_relative", "--", 40, 0, "mouseup", 1, "sleep", 0.5, "keyup", "space")
+        wait_until(lambda: largest_difference(self.program.photo_on_screen(), bare) > 15, "the photo to move")
+        self.assertEqual(len(self.program.state_images()), 1)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)
