@@ -39,11 +39,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Image upright =
         opened->withSize({static_cast<double>(pixels.width), static_cast<double>(pixels.height)});
     const Image shown = ImageTools::ApplyEffectOnImage(retouched(upright), "Process");
-    const Container container = *containerOf(source);
-    const Image stored = turnedForStorage(shown, carriedOrientation(source, container));
+    const std::optional<Container> container = containerOf(source);
+    const Image stored = container ? turnedForStorage(shown, carriedOrientation(source, *container)) : shown;
     const Result<FileContents> encoded = codec->encode(stored);
     if (!encoded)
         return 0; // more than the format can hold
+    if (!container)
+        return 0; // too damaged to give metadata
     const Result<FileContents> saved = withMetadataOf(source, fuzz::joined(*encoded));
     fuzz::require(bool(saved), "metadata cannot be put into a file of ours");
     const Result<Image> again = codec->decode(fuzz::joined(*saved));
