@@ -47,6 +47,11 @@ void forgetCodedBands(const Image& image) {
         image.storedBand(i)->encoded().set(nullptr);
 }
 
+/// The transform that the encoder takes.
+void transformPrecisely(jpeg_compress_struct& info) {
+    info.dct_method = JDCT_FLOAT;
+}
+
 /// The file that one library call writes for the picture, with the codes of `like`.
 Bytes librarysFile(const Image& image, ByteView like, int rowsPerInterval) {
     jpeg_decompress_struct tables = {};
@@ -61,6 +66,7 @@ Bytes librarysFile(const Image& image, ByteView like, int rowsPerInterval) {
                 *info.dc_huff_tbl_ptrs[i] = *tables.dc_huff_tbl_ptrs[i];
                 *info.ac_huff_tbl_ptrs[i] = *tables.ac_huff_tbl_ptrs[i];
             }
+            transformPrecisely(info);
             info.restart_in_rows = rowsPerInterval;
             info.density_unit = 1;
             info.X_density = info.Y_density = 72;
@@ -90,7 +96,7 @@ TEST_P(JpegSizes, BandsCodedApartGiveTheFileOfOneLibraryCall) {
 
 TEST_P(JpegSizes, PixelsAreThoseOfAPlainEncoding) {
     for (const Image& image : {soft(GetParam()), noise(GetParam())}) {
-        const JpegRecipe plain = {.size = GetParam(), .exif = {}, .icc = {}};
+        const JpegRecipe plain = {.size = GetParam(), .exif = {}, .icc = {}, .adjust = transformPrecisely};
         const Bytes plainFile = jpegFile(plain, rgbSamples(image));
         EXPECT_EQ(jpegSamples(encoded(image), JCS_RGB), jpegSamples(plainFile, JCS_RGB));
     }
@@ -136,8 +142,8 @@ TEST(JpegCodec, CodesForAllSymbolsSurviveEditsThatNeedNewOnes) {
         return bands;
     }());
     const Bytes file = encoded(rough);
-    EXPECT_EQ(jpegSamples(file, JCS_RGB),
-              jpegSamples(jpegFile({.size = {256, 256}, .exif = {}, .icc = {}}, rgbSamples(rough)), JCS_RGB));
+    const JpegRecipe plain = {.size = {256, 256}, .exif = {}, .icc = {}, .adjust = transformPrecisely};
+    EXPECT_EQ(jpegSamples(file, JCS_RGB), jpegSamples(jpegFile(plain, rgbSamples(rough)), JCS_RGB));
 }
 
 class Inversion : public PixelTransform {
