@@ -35,11 +35,11 @@ std::optional<Image> ImageTools::DecodeImage(const std::filesystem::path& path) 
 }
 
 bool ImageTools::SaveImage(const Image& image, const std::filesystem::path& path, std::string_view format) {
-    const Image raster = rasterOf(image);
     const Codec* codec = codecForExtension(format);
-    if (!codec)
-        return false;
     try {
+        const Image raster = rasterOf(image);
+        if (!codec)
+            return false;
         const Result<FileContents> file = codec->encode(raster);
         // A format that cannot hold the picture gives no file, and that counts as success: whoever needs the
         // file looks for it.

@@ -34,8 +34,12 @@ void parallelFor(int count, const std::function<void(int)>& body) {
     };
     {
         std::vector<std::jthread> helpers;
-        for (int i = 1; i < threads; ++i)
-            helpers.emplace_back(work);
+        try {
+            helpers.reserve(static_cast<std::size_t>(threads));
+            for (int i = 1; i < threads; ++i)
+                helpers.emplace_back(work);
+        } catch (const std::exception&) { // memory or threads are lacking: those that run do it all
+        }
         work();
     }
     if (failure)

@@ -5,6 +5,7 @@
 
 #include <cgif.h>
 
+#include <cstdlib>
 #include <limits>
 #include <new>
 
@@ -13,6 +14,19 @@ namespace complexion {
 namespace {
 
 constexpr int kLongestSide = std::numeric_limits<std::uint16_t>::max();
+
+/// The library uses what it allocates without a look whether it was given any. For a picture it takes a copy
+/// of the indices, twice their codes at 16 bits, the bytes of those, and its dictionary.
+constexpr std::size_t kLibrarysBytesPerPixel = 8;
+constexpr std::size_t kLibrarysDictionary = std::size_t{8} << 20;
+
+bool isThereMemoryFor(PixelSize size) {
+    const auto pixels = static_cast<std::size_t>(size.area());
+    // Volatile, so that the compiler leaves the trial in place.
+    void* volatile trial = std::malloc(pixels * kLibrarysBytesPerPixel + kLibrarysDictionary);
+    std::free(trial);
+    return trial != nullptr;
+}
 
 int appendToBytes(void* bytes, const std::uint8_t* data, const std::size_t count) {
     // No exception may pass through the library, which is C.
@@ -34,6 +48,8 @@ Result<FileContents> encodeGif(const Image& image) {
     Result<IndexedImage> indexed = indexedImage(image);
     if (!indexed)
         return indexed.error();
+    if (!isThereMemoryFor(size))
+        return Error{"there is not enough memory to write the GIF file"};
 
     std::vector<std::uint8_t> palette;
     for (const RGBA32 color : indexed->palette)
