@@ -94,8 +94,8 @@ public:
             m_info.in_color_space = JCS_EXT_XBGR;
             jpeg_set_defaults(&m_info);
             jpeg_set_quality(&m_info, kQuality, TRUE);
-            // At quality 100 the integer transform's own rounding shows: the other loses a tenth less, in files
-            // that are a twentieth smaller, and takes no longer.
+            // At quality 100 the integer transform's own rounding shows: the other loses a tenth less, in
+            // files that are a twentieth smaller, and takes no longer.
             m_info.dct_method = JDCT_FLOAT;
             for (int i = 0; i < m_info.num_components; ++i)
                 m_info.comp_info[i].h_samp_factor = m_info.comp_info[i].v_samp_factor = 1;
