@@ -14,13 +14,7 @@ namespace complexion {
 
 namespace {
 
-using test::colorChart;
-using test::greyRamp;
-using test::kEffects;
-using test::kSkins;
-using test::opaque;
-using test::shareFarFromFullResult;
-using test::through;
+using namespace test;
 using testing::AllOf;
 using testing::Ge;
 using testing::Gt;
@@ -217,7 +211,7 @@ TEST(PhotoEffects, KeepTheirLooksOnRealPortraits) {
         SCOPED_TRACE(name);
         const std::optional<Image> picture = ImageTools::DecodeImage(portraits / name);
         ASSERT_TRUE(picture);
-        const Image small = Image::fromPixels(picture->levelSize(1), test::levelPixelsOf(*picture, 1));
+        const Image small = Image::fromPixels(picture->levelSize(1), levelPixelsOf(*picture, 1));
         expectChrome(small);
         expectFade(small);
         expectInstant(small);

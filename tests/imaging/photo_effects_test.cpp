@@ -12,13 +12,7 @@ namespace complexion {
 
 namespace {
 
-using test::colorChart;
-using test::greyRamp;
-using test::kEffects;
-using test::kSkins;
-using test::opaque;
-using test::shareFarFromFullResult;
-using test::through;
+using namespace test;
 
 TEST(PhotoEffects, ASmoothRampStaysMonotonicAndKeepsItsLevels) {
     for (const std::string effect : kEffects) {

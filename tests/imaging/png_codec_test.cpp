@@ -213,13 +213,7 @@ TEST(PngCodec, SizesThatTheFileCannotHoldAreRefusedEarly) {
         png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
         png_infop info = png_create_info_struct(png);
         Bytes file;
-        png_set_write_fn(
-            png, &file,
-            [](png_structp writer, png_bytep bytes, std::size_t count) {
-                Bytes& out = *static_cast<Bytes*>(png_get_io_ptr(writer));
-                out.insert(out.end(), bytes, bytes + count);
-            },
-            nullptr);
+        appendTo(file, png);
         png_set_IHDR(png, info, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_ADAM7,
                      PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_write_info(png, info);
