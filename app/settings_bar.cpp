@@ -39,6 +39,7 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
+constexpr int kPopUpLetters = 9;   // that a pop-up has room for, at least
 constexpr int kControlPadding = 8; // above and below the text of a control, together
 constexpr int kLabelGap = 2;
 constexpr int kRingSpace =
@@ -81,6 +82,23 @@ QHBoxLayout* makeControlRow(int gap) {
     row->setSpacing(gap);
     row->addStrut(controlHeight());
     return row;
+}
+
+QComboBox* makePopUp(const QString& objectName) {
+    auto* popUp = new QComboBox;
+    popUp->setFixedHeight(controlHeight());
+    popUp->setObjectName(objectName);
+    popUp->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    popUp->setMinimumContentsLength(kPopUpLetters);
+    return popUp;
+}
+
+QWidget* makePopUpGroup(const QString& title, QComboBox* popUp) {
+    popUp->setAccessibleName(title);
+    auto* row = makeControlRow(0);
+    row->addWidget(popUp);
+    row->addStretch();
+    return makeGroup(title, row);
 }
 
 int widthOf(const QWidget& widget, const QString& text) {
@@ -176,18 +194,9 @@ QWidget* SettingsBar::makeThresholdGroup() {
 }
 
 QWidget* SettingsBar::makeRepairGroup() {
-    comboRepair = new QComboBox;
-    comboRepair->setFixedHeight(controlHeight());
-    comboRepair->setObjectName(u"comboRepair"_s);
-    comboRepair->setAccessibleName(tr("Repair"));
+    comboRepair = makePopUp(u"comboRepair"_s);
     comboRepair->setToolTip(tr("Paint a blemish in one color, or in the skin's own shading and texture"));
-    comboRepair->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    comboRepair->setMinimumContentsLength(9);
-
-    auto* row = makeControlRow(0);
-    row->addWidget(comboRepair);
-    row->addStretch();
-    return makeGroup(tr("Repair"), row);
+    return makePopUpGroup(tr("Repair"), comboRepair);
 }
 
 QWidget* SettingsBar::makeColorGroup() {
@@ -246,17 +255,9 @@ void SettingsBar::setHasPhoto(bool hasPhoto) {
 }
 
 QWidget* SettingsBar::makeEffectGroup() {
-    comboEffect = new QComboBox;
-    comboEffect->setFixedHeight(controlHeight());
-    comboEffect->setObjectName(u"comboEffect"_s);
-    comboEffect->setAccessibleName(tr("Effect"));
+    comboEffect = makePopUp(u"comboEffect"_s);
     comboEffect->setToolTip(tr("Effect on the whole photo; it is saved with it"));
-    comboEffect->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    comboEffect->setMinimumContentsLength(9);
-
-    auto* row = makeControlRow(0);
-    row->addWidget(comboEffect);
-    return makeGroup(tr("Effect"), row);
+    return makePopUpGroup(tr("Effect"), comboEffect);
 }
 
 bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {

@@ -56,10 +56,17 @@ bool WindowContents::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
+std::array<std::vector<Box*>, 3> WindowContents::railGroups() const {
+    return {{{boxSelectImage, boxResetImage, boxSaveImage},
+             {boxUndo, boxRedo},
+             {boxZoomIn, boxZoomOut, boxResetZoom, boxCompare}}};
+}
+
 int WindowContents::railHeight() const {
-    constexpr int kBoxes = 9;
-    constexpr int kGroups = 3;
-    return kBoxes * kRailBoxSize + (kBoxes - kGroups) * kGap + (kGroups - 1) * kGroupGap;
+    int height = -kGroupGap;
+    for (const std::vector<Box*>& group : railGroups())
+        height += kGroupGap - kGap + static_cast<int>(group.size()) * (kRailBoxSize + kGap);
+    return height;
 }
 
 QSize WindowContents::smallestSize() {
@@ -80,12 +87,12 @@ void WindowContents::arrange() {
                                  bar.width(), bar.height());
 
     int y = std::max(kEdge, (height - railHeight()) / 2);
-    for (Box* box : {boxSelectImage, boxResetImage, boxSaveImage, boxUndo, boxRedo, boxZoomIn, boxZoomOut,
-                     boxResetZoom, boxCompare}) {
-        const bool startsGroup = box == boxUndo || box == boxZoomIn;
-        y += startsGroup ? kGroupGap - kGap : 0;
-        box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);
-        y += kRailBoxSize + kGap;
+    for (const std::vector<Box*>& group : railGroups()) {
+        for (Box* box : group) {
+            box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);
+            y += kRailBoxSize + kGap;
+        }
+        y += kGroupGap - kGap;
     }
 
     // The cards are of one width and stand a little above the middle of what the bar leaves free.

@@ -7,6 +7,7 @@
 #include "app/settings_bar.h"
 
 #include <array>
+#include <vector>
 
 namespace complexion {
 
@@ -40,6 +41,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// The rail's boxes from top to bottom, group by group.
+    std::array<std::vector<Box*>, 3> railGroups() const;
     int railHeight() const;
     void arrange();
 

@@ -38,10 +38,8 @@ public:
     void act();
 
     /// Whether what a click would do is shown beforehand.
-    bool isPreviewing() const { return m_isPreviewing; }
     void setPreviewing(bool on);
-
-    bool isPicking() const { return m_isPicking; }
+    /// Whether a click picks the colour at the place, which is then shown instead of the disc.
     void setPicking(bool on);
 
 Q_SIGNALS:

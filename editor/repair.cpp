@@ -3,6 +3,7 @@
 
 #include "imaging/checked.h"
 #include "imaging/image_tools.h"
+#include "imaging/repair_disc.h"
 
 namespace complexion {
 
@@ -40,8 +41,8 @@ RepairReport runRepair(const Repair& repair, const Image& image, Point point) {
 }
 
 PixelPosition pixelAt(Point point, PointSize image) {
-    return {.row = truncateToInt64(image.height - point.y, "the row is out of range"),
-            .column = truncateToInt64(point.x, "the column is out of range")};
+    const RepairDisc disc = RepairDisc::at(point, Image::empty(image), 0);
+    return {.row = disc.row, .column = disc.column};
 }
 
 } // namespace complexion

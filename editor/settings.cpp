@@ -108,7 +108,10 @@ void ViewController::mirrorSettings() {
     connect(&threshold, &QObject::destroyed, this, [this] { m_settings.setThreshold(std::nullopt); });
 
     const QComboBox& repair = reach(comboRepair);
-    const auto mirrorStyle = [this](int index) { m_settings.setStyle(static_cast<RepairStyle>(index)); };
+    const auto mirrorStyle = [this](int index) {
+        m_settings.setStyle(static_cast<RepairStyle>(index));
+        Q_EMIT settingsChanged();
+    };
     mirrorStyle(repair.currentIndex());
     connect(&repair, &QComboBox::currentIndexChanged, this, mirrorStyle);
     connect(&repair, &QObject::destroyed, this, [this] { m_settings.setStyle(std::nullopt); });

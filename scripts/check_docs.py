@@ -10,7 +10,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 LINK = re.compile(r"\]\(([^)#:]+)\)")  # to a file of the repository
 COMMAND = re.compile(r"^    (\.\S+)", re.MULTILINE)
-FILE = re.compile(r"`((?:app|editor|view|imaging|tests|tools|bench|packaging|docs|scripts)/[\w./-]*)`")
+FILE = re.compile(r"`((?:app|editor|view|imaging|tests|tools|benchmarks|packaging|docs|scripts)/[\w./-]*)`")
 STEP = re.compile(r'<li id="(\w+)" data-second="(\d+)">')
 
 

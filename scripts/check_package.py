@@ -13,13 +13,14 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/end-to-end"))
 
-from window_driver import BUILD, Complexion, VirtualDesktop, check_only_discs_changed  # noqa: E402
+import sample_portrait  # noqa: E402
+from picture_changes import check_only_discs_changed  # noqa: E402
+from virtual_desktop import VirtualDesktop  # noqa: E402
+from window_driver import EXIT_QUESTION, Complexion  # noqa: E402
 
 SYSTEM = ROOT / "build/package/system"
 APT = "/etc/apt"
-PORTRAIT = (1200, 1500)
 BLEMISH = (548, 418)
-RADIUS = 10  # the edit area that the window starts with
 
 
 def run(*command):
@@ -67,17 +68,17 @@ def do_main_job(stack, folder):
     start.write_text(f'#!/bin/sh\nexec chroot "{SYSTEM}" /usr/bin/complexion "$@"\n')
     start.chmod(0o755)
     portrait, saved = folder / "portrait.png", folder / "portrait_retouched.png"
-    run(BUILD / "tools/sample_portrait", portrait)
+    sample_portrait.paint(portrait)
     desktop = stack.enter_context(VirtualDesktop(folder))
     program = stack.enter_context(Complexion(desktop, start))
     program.start(portrait)
-    place = program.retouch(*BLEMISH, *PORTRAIT)
+    place = program.retouch(*BLEMISH, *sample_portrait.SIZE)
     program.save()
-    check_only_discs_changed(portrait, saved, [place], RADIUS)
+    check_only_discs_changed(portrait, saved, [place], sample_portrait.RADIUS)
     if not program.is_enabled("Video tutorial"):
         sys.exit("check_package: the tutorial is missing")
     program.ask_to_close()
-    program.answer_to_end("All unsaved changes will be lost. Are you sure you want to exit the application?", "Yes")
+    program.answer_to_end(EXIT_QUESTION, "Yes")
 
 
 def main():

@@ -3,7 +3,6 @@
 """Records the tutorial's film: the program at work on the sample portrait, in the real window on a virtual display.
 The steps and the seconds at which they begin are those of the tutorial's page."""
 
-import csv
 import os
 import subprocess
 import sys
@@ -15,18 +14,22 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/end-to-end"))
 
-from window_driver import BUILD, Complexion, VirtualDesktop, wait_until  # noqa: E402
+import sample_portrait  # noqa: E402
+from sample_portrait import SIZE  # noqa: E402
+from virtual_desktop import VirtualDesktop, wait_until  # noqa: E402
+from window_driver import Complexion  # noqa: E402
 
 PAGE = ROOT / "docs/tutorial/index.html"
 FILM = ROOT / "docs/tutorial/film.webm"
 SCREEN = (1280, 800)
 LENGTH = 32  # seconds
 FRAMES = 25  # a second
-PORTRAIT = (1200, 1500)
 ZOOM_STEPS = 6
+ZOOM_FACTOR = 1.1  # of one step
 DRAG = (0, 170)  # from the portrait's middle to the face
 ENOUGH = 18  # edit area for the largest blemish
-NOIR = 5  # place among the effects
+NATURAL = 1  # place among the repairs
+NOIR = 5  # and among the effects
 
 
 class Steps(HTMLParser):
@@ -76,8 +79,8 @@ class Film:
 
     def __init__(self, program, blemishes):
         self.program = program
-        self.small = [spot for spot in blemishes if spot[2] <= 6]
-        self.large = max(blemishes, key=lambda spot: spot[2])
+        self.small = [spot for spot in blemishes if spot.radius <= 6]
+        self.large, self.next = sorted(blemishes, key=lambda spot: -spot.radius)[:2]
         self.hand = Hand(SCREEN[0] * 0.7, SCREEN[1] * 0.8)
         self.area = program.screen_area("Photo")
         self.zoomed = 1.0
@@ -86,9 +89,9 @@ class Film:
     def place(self, x, y):
         """Where a pixel of the portrait stands on the screen now."""
         left, top, width, height = self.area
-        scale = min(width / PORTRAIT[0], height / PORTRAIT[1]) * self.zoomed
-        return (left + width / 2 + (x + 0.5 - PORTRAIT[0] / 2) * scale + self.offset[0],
-                top + height / 2 + (y + 0.5 - PORTRAIT[1] / 2) * scale + self.offset[1])
+        scale = min(width / SIZE[0], height / SIZE[1]) * self.zoomed
+        return (left + width / 2 + (x + 0.5 - SIZE[0] / 2) * scale + self.offset[0],
+                top + height / 2 + (y + 0.5 - SIZE[1] / 2) * scale + self.offset[1])
 
     def press(self, name, role=None):
         self.press_control(self.program.wait_for(name, role))
@@ -99,11 +102,11 @@ class Film:
         self.hand.click()
 
     def start(self):
-        self.hand.glide(*self.place(PORTRAIT[0] * 0.75, PORTRAIT[1] * 0.55), 1.0)
+        self.hand.glide(*self.place(SIZE[0] * 0.75, SIZE[1] * 0.55), 1.0)
 
     def click(self):
-        for x, y, _ in self.small[:4]:
-            self.hand.glide(*self.place(x, y), 0.6)
+        for spot in self.small[:4]:
+            self.hand.glide(*self.place(spot.x, spot.y), 0.6)
             time.sleep(0.3)
             self.hand.click()
             time.sleep(0.3)
@@ -114,8 +117,8 @@ class Film:
         for _ in range(ZOOM_STEPS):
             self.hand.click()
             time.sleep(0.12)
-        self.zoomed = 1 + 0.1 * ZOOM_STEPS
-        self.hand.glide(*self.place(PORTRAIT[0] / 2, PORTRAIT[1] / 2))
+        self.zoomed = ZOOM_FACTOR**ZOOM_STEPS
+        self.hand.glide(*self.place(SIZE[0] / 2, SIZE[1] / 2))
         self.hand.drag(*DRAG)
         self.offset = DRAG
 
@@ -128,10 +131,19 @@ class Film:
         self.program.type(str(ENOUGH))
         time.sleep(0.4)
         self.program.keys("Return")
-        self.hand.glide(*self.place(*self.large[:2]), 0.7)
+        self.click_away(self.large)
+
+    def click_away(self, spot):
+        self.hand.glide(*self.place(spot.x, spot.y), 0.7)
         time.sleep(0.7)
         self.hand.click()
         time.sleep(0.8)
+
+    def repair(self):
+        self.press_control(self.program.combo_box("Repair"))
+        time.sleep(0.5)
+        self.program.keys("Home", *["Down"] * NATURAL, "Return")
+        self.click_away(self.next)
 
     def undo(self):
         for name in ("Undo", "Redo"):
@@ -173,13 +185,13 @@ def encode(raw, film):
 
 
 def main():
+    subprocess.run([ROOT / "scripts/setup.sh", "build", "window", "film"], check=True)
+    subprocess.run([ROOT / "scripts/build.sh", "release", "complexion", "sample_portrait"], check=True)
     page = Steps()
     page.feed(PAGE.read_text())
     with tempfile.TemporaryDirectory() as folder, VirtualDesktop(folder, *SCREEN) as desktop:
-        portrait, spots, raw = (Path(folder, name) for name in ("portrait.png", "blemishes.csv", "raw.mkv"))
-        subprocess.run([BUILD / "tools/sample_portrait", portrait, spots], check=True)
-        with open(spots, newline="") as file:
-            blemishes = [tuple(float(row[key]) for key in ("x", "y", "radius")) for row in csv.DictReader(file)]
+        portrait, raw = Path(folder, "portrait.png"), Path(folder, "raw.mkv")
+        blemishes = sample_portrait.paint(portrait)
         with Complexion(desktop) as program:
             program.start(portrait)
             subprocess.run(["wmctrl", "-i", "-r", program.window(), "-b", "add,maximized_vert,maximized_horz"],

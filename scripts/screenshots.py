@@ -3,7 +3,6 @@
 """Takes the README's pictures of the real window on a virtual display: empty, and with the sample portrait being
 retouched."""
 
-import csv
 import subprocess
 import sys
 import tempfile
@@ -12,11 +11,12 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "tests/end-to-end"))
 
-from window_driver import BUILD, Complexion, VirtualDesktop, wait_until  # noqa: E402
+import sample_portrait  # noqa: E402
+from virtual_desktop import VirtualDesktop, wait_until  # noqa: E402
+from window_driver import Complexion  # noqa: E402
 
 IMAGES = ROOT / "docs/images"
 WINDOW = (1280, 800)
-PORTRAIT = (1200, 1500)
 LARGEST = 6  # radius of a blemish that is retouched; the larger ones are left for the picture
 ZOOM_STEPS = 5
 DRAG = (0, 120)  # from the portrait's middle to the face
@@ -42,19 +42,17 @@ def main():
     IMAGES.mkdir(parents=True, exist_ok=True)
     with tempfile.TemporaryDirectory() as folder, \
             VirtualDesktop(folder, WINDOW[0] + 80, WINDOW[1] + 100) as desktop:
-        portrait, spots = Path(folder, "portrait.png"), Path(folder, "blemishes.csv")
-        subprocess.run([BUILD / "tools/sample_portrait", portrait, spots], check=True)
+        portrait = Path(folder, "portrait.png")
+        blemishes = sample_portrait.paint(portrait)
         with Complexion(desktop) as program:
             program.start()
             take(program, arrange(program), IMAGES / "empty-window.png")
-        with open(spots, newline="") as file:
-            blemishes = [tuple(float(row[key]) for key in ("x", "y", "radius")) for row in csv.DictReader(file)]
         with Complexion(desktop) as program:
             program.start(portrait)
             window = arrange(program)
-            for x, y, radius in blemishes:
-                if radius <= LARGEST:
-                    program.retouch(x, y, *PORTRAIT)
+            for spot in blemishes:
+                if spot.radius <= LARGEST:
+                    program.retouch(spot.x, spot.y, *sample_portrait.SIZE)
             program.keys(*["ctrl+plus"] * ZOOM_STEPS)
             program.drag_photo(*DRAG)
             take(program, window, IMAGES / "retouching.jpg")

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tools/procedural_noise.h"
+#include "tools/sample_portrait_curves.h"
 #include "tools/sample_portrait_layers.h"
 
 #include <QPainter>
 #include <QPainterPath>
 
-#include <array>
 #include <cmath>
 #include <numbers>
 
@@ -15,87 +15,6 @@ namespace {
 
 constexpr double kEyeLine = 604;
 constexpr double kEyeDistance = 94; // of each eye from the axis
-
-/// A cubic Bézier curve.
-struct Curve {
-    QPointF from;
-    QPointF bend;
-    QPointF bendToo;
-    QPointF to;
-
-    QPainterPath path() const {
-        QPainterPath result(from);
-        result.cubicTo(bend, bendToo, to);
-        return result;
-    }
-};
-
-Curve between(const Curve& one, const Curve& other, double part) {
-    const auto point = [part](QPointF a, QPointF b) { return a + (b - a) * part; };
-    return {point(one.from, other.from), point(one.bend, other.bend), point(one.bendToo, other.bendToo),
-            point(one.to, other.to)};
-}
-
-Curve mirrored(const Curve& curve) {
-    const auto point = [](QPointF p) { return QPointF(2 * kFaceAxis - p.x(), p.y()); };
-    return {point(curve.from), point(curve.bend), point(curve.bendToo), point(curve.to)};
-}
-
-/// A lock of hair between two curves: its strands and how bright it is where the light falls on it.
-struct Lock {
-    Curve inner;
-    Curve outer;
-    int strands = 0;
-    double shine = 1;
-    bool fadesIn = false; // it continues another lock
-};
-
-QColor hairColor(double brightness) {
-    const double part = std::clamp(brightness, 0.0, 1.0);
-    return QColor::fromRgbF(static_cast<float>(0.10 + 0.42 * part), static_cast<float>(0.062 + 0.27 * part),
-                            static_cast<float>(0.045 + 0.155 * part));
-}
-
-void paintLockBody(QPainter& painter, const Lock& lock) {
-    QPainterPath body = lock.inner.path();
-    body.lineTo(lock.outer.to);
-    body.connectPath(lock.outer.path().toReversed());
-    painter.fillPath(body, hairColor(0.06));
-}
-
-void paintStrands(QPainter& painter, const Lock& lock, HashedNumbers& numbers) {
-    for (int strand = 0; strand < lock.strands; ++strand) {
-        const double part = numbers.next();
-        Curve curve = between(lock.inner, lock.outer, part);
-        const auto jitter = [&](QPointF& point, double by) {
-            point += QPointF(numbers.between(-by, by), numbers.between(-by, by));
-        };
-        jitter(curve.from, 3);
-        jitter(curve.bend, 9);
-        jitter(curve.bendToo, 12);
-        jitter(curve.to, 10);
-        curve.to.ry() += numbers.between(-70, 22);
-        const double tone = numbers.between(0.05, 0.42) * (0.7 + 0.5 * std::sin(part * 21));
-        const double shine = lock.shine * numbers.between(0.4, 1.0);
-        QLinearGradient gradient(curve.from, curve.to);
-        const auto stop = [&](double at, double brightness, float opacity = 1) {
-            QColor color = hairColor(brightness);
-            color.setAlphaF(opacity);
-            gradient.setColorAt(at, color);
-        };
-        stop(0, tone * 0.6, lock.fadesIn ? 0 : 1);
-        stop(0.22, tone + 0.30 * shine);
-        stop(0.36, tone + 0.42 * shine);
-        stop(0.55, tone * 0.9);
-        stop(0.78, tone + 0.16 * shine);
-        stop(0.9, tone * 0.8, 0.8F);
-        stop(1, tone * 0.7, 0);
-        painter.setOpacity(numbers.between(0.35, 0.85));
-        painter.setPen(QPen(gradient, numbers.between(1.0, 3.2), Qt::SolidLine, Qt::RoundCap));
-        painter.drawPath(curve.path());
-    }
-    painter.setOpacity(1);
-}
 
 QPainterPath eyeOutline() {
     QPainterPath path(QPointF(-50, 9));
@@ -198,28 +117,7 @@ void paintBrow(QPainter& painter, HashedNumbers& numbers) {
     }
 }
 
-} // namespace
-
-void paintEyes(QImage& picture) {
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (const bool isMirrored : {false, true}) {
-        HashedNumbers numbers(isMirrored ? 201 : 202);
-        painter.save();
-        painter.translate(kFaceAxis + (isMirrored ? -kEyeDistance : kEyeDistance), kEyeLine);
-        if (isMirrored)
-            painter.scale(-1, 1);
-        paintEye(painter, isMirrored, numbers);
-        paintBrow(painter, numbers);
-        painter.restore();
-    }
-}
-
-void paintMouth(QImage& picture) {
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.translate(kFaceAxis, 852);
-
+void paintLips(QPainter& painter) {
     QPainterPath upper(QPointF(-86, -5));
     upper.cubicTo(QPointF(-50, -12), QPointF(-26, -28), QPointF(-12, -26));
     upper.cubicTo(QPointF(-6, -25), QPointF(-4, -21), QPointF(0, -20));
@@ -250,6 +148,9 @@ void paintMouth(QImage& picture) {
         painter.fillPath(lower, below);
         painter.restore();
     }
+}
+
+void paintLinesAndGloss(QPainter& painter) {
     HashedNumbers numbers(301);
     for (int line = 0; line < 90; ++line) {
         const double x = numbers.between(-58, 58);
@@ -263,6 +164,9 @@ void paintMouth(QImage& picture) {
     gloss.setColorAt(1, QColor(255, 226, 216, 0));
     painter.setBrush(gloss);
     painter.drawEllipse(QPointF(-14, 17), 30, 9);
+}
+
+void paintMouthLine(QPainter& painter) {
     painter.setBrush(Qt::NoBrush);
     for (const double width : {4.4, 2.8, 1.4}) {
         painter.setPen(QPen(QColor(92, 34, 36, 90), width, Qt::SolidLine, Qt::RoundCap));
@@ -271,7 +175,9 @@ void paintMouth(QImage& picture) {
         line.cubicTo(QPointF(18, 1), QPointF(44, 5), QPointF(88, -6));
         painter.drawPath(line);
     }
-    // Nostrils.
+}
+
+void paintNostrils(QPainter& painter) {
     for (const double side : {-1.0, 1.0})
         for (const double size : {1.0, 0.75, 0.5}) {
             painter.save();
@@ -282,6 +188,33 @@ void paintMouth(QImage& picture) {
             painter.drawEllipse(QPointF(0, 0), 11 * size, 4.5 * size);
             painter.restore();
         }
+}
+
+} // namespace
+
+void paintEyes(QImage& picture) {
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (const bool isMirrored : {false, true}) {
+        HashedNumbers numbers(isMirrored ? 201 : 202);
+        painter.save();
+        painter.translate(kFaceAxis + (isMirrored ? -kEyeDistance : kEyeDistance), kEyeLine);
+        if (isMirrored)
+            painter.scale(-1, 1);
+        paintEye(painter, isMirrored, numbers);
+        paintBrow(painter, numbers);
+        painter.restore();
+    }
+}
+
+void paintMouthAndNostrils(QImage& picture) {
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(kFaceAxis, 852);
+    paintLips(painter);
+    paintLinesAndGloss(painter);
+    paintMouthLine(painter);
+    paintNostrils(painter);
 }
 
 void paintSweater(QImage& picture) {
@@ -328,52 +261,6 @@ void paintSweater(QImage& picture) {
         painter.setPen(QPen(QColor(120, 150, 154, 60), 2.4, Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(at - across, at + across);
     }
-}
-
-void paintHairBehind(QImage& picture) {
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    HashedNumbers numbers(501);
-    const Lock left{{{600, 300}, {430, 420}, {420, 800}, {450, 1130}},
-                    {{596, 226}, {290, 240}, {318, 800}, {322, 1170}},
-                    700,
-                    0.5};
-    const Lock right{mirrored(left.inner), mirrored(left.outer), 700, 0.4};
-    const Lock nape{left.inner, right.inner, 500, 0.2};
-    for (const Lock& lock : {left, right, nape}) {
-        paintLockBody(painter, lock);
-        paintStrands(painter, lock, numbers);
-    }
-}
-
-void paintHairInFront(QImage& picture) {
-    QPainter painter(&picture);
-    painter.setRenderHint(QPainter::Antialiasing);
-    HashedNumbers numbers(502);
-    // From a parting right of the middle, over the temples, down to the shoulders.
-    const Lock left{{{640, 306}, {470, 350}, {372, 520}, {388, 780}},
-                    {{644, 222}, {330, 190}, {318, 520}, {316, 820}},
-                    700,
-                    1.0};
-    const Lock right{{{640, 306}, {760, 350}, {826, 500}, {812, 760}},
-                     {{640, 222}, {850, 200}, {888, 520}, {886, 820}},
-                     700,
-                     0.75};
-    const Lock leftFall{{{388, 560}, {372, 800}, {430, 980}, {432, 1190}},
-                        {{331, 545}, {308, 800}, {304, 1000}, {330, 1216}},
-                        700,
-                        0.6,
-                        true};
-    const Lock rightFall{{{812, 560}, {828, 800}, {776, 980}, {780, 1190}},
-                         {{873, 545}, {896, 800}, {898, 1000}, {876, 1216}},
-                         700,
-                         0.45,
-                         true};
-    const std::array locks{leftFall, rightFall, left, right};
-    for (const Lock& lock : locks)
-        paintLockBody(painter, lock);
-    for (const Lock& lock : locks)
-        paintStrands(painter, lock, numbers);
 }
 
 } // namespace complexion

@@ -18,7 +18,7 @@ void paintHairBehind(QImage& picture);
 void paintSkin(QImage& picture);
 void paintBlemishes(QImage& picture, const std::vector<Blemish>& blemishes);
 void paintEyes(QImage& picture);
-void paintMouth(QImage& picture);
+void paintMouthAndNostrils(QImage& picture);
 void paintSweater(QImage& picture);
 void paintHairInFront(QImage& picture);
 /// What a sensor adds.

@@ -27,7 +27,7 @@ SamplePortrait paintSamplePortrait() {
     paintSkin(portrait.image);
     paintBlemishes(portrait.image, portrait.blemishes);
     paintEyes(portrait.image);
-    paintMouth(portrait.image);
+    paintMouthAndNostrils(portrait.image);
     paintSweater(portrait.image);
     paintHairInFront(portrait.image);
     paintGrain(portrait.image);

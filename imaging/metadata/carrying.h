@@ -15,12 +15,10 @@ namespace complexion {
 ///
 /// Left behind is
 /// - what describes the coding of the source's pixels or their colours: jpeg_metadata.cpp, png_metadata.cpp
-/// and
-///   gif_metadata.cpp name the blocks, exif_block.cpp the TIFF tags;
+///   and gif_metadata.cpp name the blocks, exif_block.cpp the TIFF tags;
 /// - every other picture in the source, because it shows the one before: further pages and frames, previews,
-/// gain
-///   maps, layers, thumbnails of Photoshop, XMP and IPTC. The thumbnail of an EXIF block is made anew, or
-///   goes where that cannot be done;
+///   gain maps, layers, thumbnails of Photoshop, XMP and IPTC. The thumbnail of an EXIF block is made anew,
+///   or goes where that cannot be done;
 /// - what stands behind a JPEG file's end, and signatures over the source's bytes;
 /// - blocks whose check sums are wrong, and entries that point outside the file.
 /// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.

@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/connections.h"
 
-#include "imaging/image_tools.h"
-#include "tests/fakes/fake_dialogs.h"
-#include "tests/fakes/fake_platform.h"
-#include "tests/fakes/manual_queues.h"
-#include "tests/fakes/pictures.h"
+#include "tests/app/window_fixture.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -24,37 +20,12 @@ namespace {
 constexpr const char* kExitQuestion =
     "All unsaved changes will be lost. Are you sure you want to exit the application?";
 
-/// The whole window with its controller, on a system that answers as told.
-class Connections : public testing::Test {
+class Connections : public WindowTest {
 protected:
-    Connections() {
-        connectWindow(window, *controller, dialogs);
-        window.resize(1000, 700);
-        window.show();
-    }
-
-    ~Connections() override { controller->windowWillClose(); }
-
-    SettingsBar& bar() { return *window.contents().boxEditSettings; }
-
-    void open() {
-        const std::filesystem::path path = platform.photos() / "face.png";
-        ASSERT_TRUE(ImageTools::SaveImage(skinWithBlemishes({200, 140}, {{70, 100}}), path, "png"));
-        controller->OpenFile(path);
-        ASSERT_TRUE(controller->hasImage());
-    }
-
     /// A real press and release, as fast as the frozen clock tells.
     void click(QWidget& widget, const QPoint& place) {
         QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, place);
     }
-
-    FakePlatform platform;
-    FakeDialogs dialogs;
-    ManualQueues queues;
-    MainWindow window;
-    std::shared_ptr<ViewController> controller =
-        std::make_shared<ViewController>(&window.rootView(), dialogs, platform, queues);
 };
 
 TEST_F(Connections, StartValuesStandInTheControls) {
@@ -165,7 +136,7 @@ TEST_F(Connections, ArrowKeysInTheFieldStep) {
 TEST_F(Connections, SettingAControlFromCodeSendsNoAction) {
     open();
     bar().comboEffect->setCurrentIndex(4);
-    EXPECT_TRUE(window.rootView().imageView()->image()->isSameObject(controller->originalImage()));
+    EXPECT_TRUE(photo().image()->isSameObject(controller->originalImage()));
     bar().stepperEditAreaSize->setIntegerValue(77);
     EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("10"));
 }
@@ -174,7 +145,7 @@ TEST_F(Connections, ChoosingAnEffectShowsIt) {
     open();
     QTest::keyClick(bar().comboEffect, Qt::Key_Down);
     EXPECT_EQ(bar().comboEffect->currentText(), QStringLiteral("Chrome"));
-    EXPECT_FALSE(window.rootView().imageView()->image()->isSameObject(controller->originalImage()));
+    EXPECT_FALSE(photo().image()->isSameObject(controller->originalImage()));
 }
 
 TEST_F(Connections, TheCustomColorIsOfferedWithoutAutodetection) {
@@ -186,7 +157,7 @@ TEST_F(Connections, TheCustomColorIsOfferedWithoutAutodetection) {
 
 TEST_F(Connections, AClickOnThePhotoIsARepair) {
     open();
-    click(*window.rootView().imageView(), window.rootView().rect().center());
+    click(photo(), window.rootView().rect().center());
     EXPECT_EQ(queues.backgroundCount(), 1U);
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
@@ -194,18 +165,17 @@ TEST_F(Connections, AClickOnThePhotoIsARepair) {
 
 TEST_F(Connections, TheSecondClickOfADoubleClickIsARepairToo) {
     open();
-    QWidget& photo = *window.rootView().imageView();
-    const QPoint center = photo.rect().center();
-    click(photo, center);
-    QTest::mouseDClick(&photo, Qt::LeftButton, Qt::NoModifier, center);
-    QTest::mouseRelease(&photo, Qt::LeftButton, Qt::NoModifier, center);
+    const QPoint center = photo().rect().center();
+    click(photo(), center);
+    QTest::mouseDClick(&photo(), Qt::LeftButton, Qt::NoModifier, center);
+    QTest::mouseRelease(&photo(), Qt::LeftButton, Qt::NoModifier, center);
     EXPECT_EQ(queues.backgroundCount(), 2U);
 }
 
 TEST_F(Connections, OtherMouseButtonsDoNotRepair) {
     open();
-    QTest::mouseClick(window.rootView().imageView(), Qt::RightButton);
-    QTest::mouseClick(window.rootView().imageView(), Qt::MiddleButton);
+    QTest::mouseClick(&photo(), Qt::RightButton);
+    QTest::mouseClick(&photo(), Qt::MiddleButton);
     queues.runAll(); // what a click would do is looked at
     EXPECT_EQ(controller->currenState, 0);
 }
@@ -245,7 +215,7 @@ TEST_F(Connections, AResizeKeepsAFittedPhotoFitted) {
     open();
     window.resize(1300, 820);
     const QSize area = window.rootView().size();
-    EXPECT_EQ(window.rootView().imageView()->frame(),
+    EXPECT_EQ(photo().frame(),
               (Frame{0, 0, static_cast<double>(area.width()), static_cast<double>(area.height())}));
 }
 

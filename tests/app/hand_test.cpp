@@ -1,12 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/connections.h"
 #include "editor/aim.h"
 #include "editor/picked_color.h"
-#include "imaging/image_tools.h"
-#include "tests/fakes/fake_dialogs.h"
-#include "tests/fakes/fake_platform.h"
-#include "tests/fakes/manual_queues.h"
-#include "tests/fakes/pictures.h"
+#include "tests/app/window_fixture.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -21,26 +16,15 @@
 namespace complexion {
 namespace {
 
-/// The whole window with a photo, worked by hand.
-class Hand : public testing::Test {
+/// The window with a photo, worked by hand.
+class Hand : public WindowTest {
 protected:
     Hand() {
-        connectWindow(window, *controller, dialogs);
-        window.resize(1000, 700);
-        window.show();
         QApplication::setActiveWindow(&window);
-        const std::filesystem::path path = platform.photos() / "face.png";
-        EXPECT_TRUE(ImageTools::SaveImage(skinWithBlemishes({200, 140}, {{70, 100}}), path, "png"));
-        controller->OpenFile(path);
+        open();
         photo().setFocus();
     }
-    ~Hand() override {
-        controller->windowWillClose();
-        queues.clear();
-    }
 
-    CustomImageView& photo() { return *window.rootView().imageView(); }
-    SettingsBar& bar() { return *window.contents().boxEditSettings; }
     EditDisc& disc() { return window.editDisc(); }
     QPoint middle() { return photo().rect().center(); }
     double zoom() { return photo().frame().width / photo().width(); }
@@ -69,13 +53,6 @@ protected:
         QMouseEvent move(QEvent::MouseMove, at, photo().mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
         QApplication::sendEvent(&photo(), &move);
     }
-
-    FakePlatform platform;
-    FakeDialogs dialogs;
-    ManualQueues queues;
-    MainWindow window;
-    std::shared_ptr<ViewController> controller =
-        std::make_shared<ViewController>(&window.rootView(), dialogs, platform, queues);
 };
 
 TEST_F(Hand, TheDiscStandsForThePointerOverThePhoto) {

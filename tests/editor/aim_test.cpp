@@ -131,6 +131,21 @@ TEST_F(AimTest, ASettingChangesThePreviewAtOnce) {
     EXPECT_EQ(disc->look(), DiscLook::Idle);
 }
 
+TEST_F(AimTest, TheOtherRepairIsForeseenAsSoonAsItIsChosen) {
+    open();
+    pointAtPixel(blemishes()[0]);
+    EXPECT_EQ(disc->look(), DiscLook::Repairs);
+    controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
+    EXPECT_EQ(disc->look(), DiscLook::Plain); // not known yet
+    queues.runAll();
+    EXPECT_EQ(disc->look(), DiscLook::Repairs);
+    const Image before = controller->originalImage();
+    const PixelMask outlined = disc->outlined();
+    clickPixel(blemishes()[0]);
+    queues.runAll();
+    EXPECT_EQ(changedPixels(before, controller->originalImage()), outlined);
+}
+
 TEST_F(AimTest, MovingOnTakesTheResultAway) {
     open();
     pointAtPixel(blemishes()[0]);

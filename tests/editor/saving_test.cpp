@@ -1,38 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/editor/editor_fixture.h"
-
-#include <sys/xattr.h>
+#include "tests/editor/saving_fixture.h"
 
 namespace complexion {
 
 namespace {
-
-class Saving : public EditorTest {
-protected:
-    std::filesystem::path target(const std::string& name) const { return platform.photos() / name; }
-
-    /// Runs the save action, expecting a panel that proposes `name` and is answered with `answer`, and then
-    /// an alert (or none, for an empty text). What it printed.
-    std::string saveWith(const SavePanel& panel, const PanelAnswer& answer, const char* alert) {
-        dialogs.expectSavePanel(panel, answer);
-        if (std::string_view(alert) == kSaveSuccess)
-            dialogs.expectAlert(alert, AlertStyle::Informational);
-        else if (*alert)
-            dialogs.expectAlert(alert, AlertStyle::Warning);
-        return printedBy([this] { controller->OnSaveImage(nullptr); });
-    }
-
-    /// A picture of four colours, one in each quarter, that no turn maps to itself.
-    static Image quarters(PixelSize size) {
-        return painted(size, [size](int row, int column) {
-            const bool top = row < size.height / 2;
-            const bool left = column < size.width / 2;
-            if (top)
-                return left ? RGBA32(200, 40, 40, 255) : RGBA32(40, 200, 40, 255);
-            return left ? RGBA32(40, 40, 200, 255) : RGBA32(220, 220, 220, 255);
-        });
-    }
-};
 
 TEST_F(Saving, WithoutAPhotoNothingIsShown) {
     EXPECT_EQ(printedBy([this] { controller->OnSaveImage(nullptr); }), "");
@@ -273,127 +244,12 @@ TEST_F(Saving, AnUnholdablePictureStillTakesTheEarlierFileAway) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(Saving, AMissingSourceCostsTheMetadataOnly) {
-    openThroughPanel(makePhoto());
-    retouch(0);
-    std::filesystem::remove(controller->originalImagePath);
-    const std::filesystem::path path = target("saved.png");
-    saveWith({{"png"}, "portrait_retouched.png"}, chosen(path), kSaveSuccess);
-    EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
-}
-
 TEST_F(Saving, TheSourceItselfMayBeReplaced) {
     const std::filesystem::path path = makePhoto();
     openThroughPanel(path);
     retouch(0);
     saveWith({{"png"}, "portrait_retouched.png"}, chosen(path), kSaveSuccess);
     EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
-}
-
-TEST_F(Saving, ThePhotoThatIsReplacedGivesItsMetadataAndItsTurn) {
-    const std::filesystem::path path = makePhoto("portrait.png");
-    writeFile(path, withExif(contentsOf(path), 6, "A photographer of faces"));
-    openThroughPanel(path);
-    retouch(0);
-    saveWith({{"png"}, "portrait_retouched.png"}, chosen(path), kSaveSuccess);
-    EXPECT_NE(contentsOf(path).find("A photographer of faces"), std::string::npos);
-    EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
-}
-
-// What is carried over.
-
-TEST_F(Saving, TheSourcesMetadataIsInTheSavedFile) {
-    for (const std::string extension : {"jpg", "png"}) {
-        SCOPED_TRACE(extension);
-        const std::filesystem::path source = makePhoto("portrait." + extension);
-        writeFile(source, withExif(contentsOf(source), 1, "A photographer of faces"));
-        openThroughPanel(source);
-        EXPECT_EQ(contentsOf(currentPath()).find("A photographer of faces"), std::string::npos);
-        retouch(0);
-        save(target("saved." + extension));
-        EXPECT_NE(contentsOf(target("saved." + extension)).find("A photographer of faces"),
-                  std::string::npos);
-        EXPECT_TRUE(nearlySamePixels(decoded(target("saved." + extension)), shown(), 4));
-    }
-}
-
-TEST_F(Saving, TheSourcesCreationDateIsTheSavedFiles) {
-    const std::filesystem::path source = makePhoto();
-    openThroughPanel(source);
-    save(target("saved.png"));
-    const auto time = ImageTools::ImageCreationDate(source);
-    const auto saved = ImageTools::ImageCreationDate(target("saved.png"));
-    if (getxattr(target("saved.png").c_str(), "user.crtime_usec", nullptr, 0) < 0)
-        GTEST_SKIP() << "the temporary folder's file system has no place for a creation date";
-    EXPECT_LT(std::chrono::abs(saved - time), std::chrono::microseconds(1));
-}
-
-TEST_F(Saving, AnOldCreationDateIsTheSavedFilesToo) {
-    const std::filesystem::path source = makePhoto();
-    // 2016-11-16 07:41:31.234 UTC, in microseconds, little-endian.
-    constexpr std::uint64_t kMicroseconds = 1'479'282'091'234'000;
-    std::array<unsigned char, 8> value{};
-    for (std::size_t i = 0; i < value.size(); ++i)
-        value[i] = static_cast<unsigned char>(kMicroseconds >> (8 * i));
-    if (setxattr(source.c_str(), "user.crtime_usec", value.data(), value.size(), 0) != 0)
-        GTEST_SKIP() << "the temporary folder's file system has no place for a creation date";
-    openThroughPanel(source);
-    save(target("saved.png"));
-    EXPECT_EQ(ImageTools::ImageCreationDate(target("saved.png")).time_since_epoch(),
-              std::chrono::microseconds(kMicroseconds));
-}
-
-TEST_F(Saving, APhotoStoredOnItsSideIsEditedUprightAndSavedOnItsSide) {
-    constexpr PixelSize kStored{64, 48};
-    for (int orientation = 1; orientation <= 8; ++orientation) {
-        SCOPED_TRACE(orientation);
-        const std::filesystem::path source = makePhoto("turned.png", quarters(kStored));
-        const Image stored = decoded(source);
-        writeFile(source, withExif(contentsOf(source), orientation, "photographer"));
-        const Image upright = turnedUpright(quarters(kStored), orientationFromTag(orientation));
-
-        openThroughPanel(source);
-        EXPECT_TRUE(samePixels(controller->originalImage(), upright));
-        EXPECT_TRUE(samePixels(decoded(currentPath()), upright));
-        EXPECT_EQ(contentsOf(currentPath()).find("eXIf"), std::string::npos);
-
-        save(target("saved.png"));
-        // A viewer that knows the tag shows it upright; the pixels lie as the source's did.
-        EXPECT_TRUE(samePixels(decoded(target("saved.png")), upright));
-        std::string untagged = contentsOf(target("saved.png"));
-        const std::size_t chunk = untagged.find("eXIf");
-        ASSERT_NE(chunk, std::string::npos);
-        const std::filesystem::path renamed = target("untagged.png");
-        const auto length = static_cast<unsigned char>(untagged[chunk - 1]) +
-                            (static_cast<std::size_t>(static_cast<unsigned char>(untagged[chunk - 2])) << 8);
-        untagged.erase(chunk - 4, length + 12);
-        writeFile(renamed, untagged);
-        EXPECT_TRUE(samePixels(decoded(renamed), stored));
-    }
-}
-
-TEST_F(Saving, AJpegStoredOnItsSideIsSavedOnItsSide) {
-    constexpr PixelSize kStored{64, 48};
-    const std::filesystem::path source = makePhoto("turned.jpg", quarters(kStored));
-    writeFile(source, withExif(contentsOf(source), 6, "photographer"));
-    const Image upright = turnedUpright(quarters(kStored), Orientation::RightTop);
-    openThroughPanel(source);
-    EXPECT_EQ(controller->originalImage().pixelSize(), (PixelSize{48, 64}));
-    EXPECT_TRUE(nearlySamePixels(controller->originalImage(), upright, 4));
-    save(target("saved.jpg"));
-    EXPECT_TRUE(nearlySamePixels(decoded(target("saved.jpg")), upright, 8));
-    EXPECT_NE(contentsOf(target("saved.jpg")).find("photographer"), std::string::npos);
-}
-
-TEST_F(Saving, AFormatWithoutAPlaceForTheTurnIsSavedUpright) {
-    // A PNG by its contents and a BMP by its name: what is written has no orientation.
-    const std::filesystem::path png = makePhoto("turned.png", quarters({64, 48}));
-    const std::filesystem::path source = target("turned.bmp");
-    writeFile(source, withExif(contentsOf(png), 6, "photographer"));
-    const Image upright = turnedUpright(quarters({64, 48}), Orientation::RightTop);
-    openThroughPanel(source);
-    save(target("saved.bmp"));
-    EXPECT_TRUE(samePixels(decoded(target("saved.bmp")), upright));
 }
 
 TEST_F(Saving, LongWorkIsAnnouncedAndEndsBeforeTheAlert) {

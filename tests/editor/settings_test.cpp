@@ -30,7 +30,7 @@ protected:
     void openColoured() { openThroughPanel(makePhoto("coloured.png", coloured())); }
 };
 
-TEST_F(Settings, StartValues) {
+TEST_F(Settings, BeginAtTheirStartValues) {
     EXPECT_TRUE(controller->checkAutodetectColor->isChecked());
     EXPECT_EQ(fieldText(), QStringLiteral("10"));
     EXPECT_EQ(stepperValue(), 10);

@@ -6,8 +6,10 @@ import stat
 import subprocess
 import unittest
 
-from portrait_test_case import EXIT_QUESTION, SIZE, PortraitTestCase
-from window_driver import wait_until
+from portrait_test_case import PortraitTestCase
+from sample_portrait import SIZE
+from virtual_desktop import wait_until
+from window_driver import EXIT_QUESTION
 
 BLEMISH = (548, 418)
 

@@ -7,8 +7,10 @@ import unittest
 
 from PIL import Image, ImageChops
 
-from portrait_test_case import RADIUS, SIZE, PortraitTestCase
-from window_driver import check_only_discs_changed, wait_until
+from picture_changes import check_only_discs_changed
+from portrait_test_case import PortraitTestCase
+from sample_portrait import RADIUS, SIZE
+from virtual_desktop import wait_until
 
 BLEMISH = (690, 690)
 ZOOM_STEPS = 15

@@ -7,8 +7,10 @@ import shutil
 import subprocess
 import unittest
 
-from portrait_test_case import RADIUS, PortraitTestCase
-from window_driver import check_only_discs_changed, wait_until
+from picture_changes import check_only_discs_changed
+from portrait_test_case import PortraitTestCase
+from sample_portrait import RADIUS
+from virtual_desktop import wait_until
 
 BLEMISH = (548, 418)
 PLACE = re.compile(r"Column (\d+), row (\d+)\. (.*)")

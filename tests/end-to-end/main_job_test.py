@@ -7,8 +7,10 @@ import unittest
 
 from PIL import Image, ImageChops, ImageDraw, ImageStat
 
-from portrait_test_case import EXIT_QUESTION, RADIUS, SIZE, PortraitTestCase
-from window_driver import check_only_discs_changed, changed_pixels
+from picture_changes import changed_pixels, check_only_discs_changed
+from portrait_test_case import PortraitTestCase
+from sample_portrait import RADIUS, SIZE
+from window_driver import EXIT_QUESTION
 
 BLEMISHES = [(548, 418), (690, 690), (470, 700)]
 

@@ -1,16 +1,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """What the end-to-end tests share: a desktop a class, and the program with a folder of photos a test."""
 
-import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 
-from window_driver import BUILD, Complexion, VirtualDesktop
-
-SIZE = (1200, 1500)  # of the sample portrait, in pixels
-RADIUS = 10  # the edit area that the window starts with
-EXIT_QUESTION = "All unsaved changes will be lost. Are you sure you want to exit the application?"
+import sample_portrait
+from virtual_desktop import VirtualDesktop
+from window_driver import Complexion
 
 
 class PortraitTestCase(unittest.TestCase):
@@ -19,7 +16,7 @@ class PortraitTestCase(unittest.TestCase):
         cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
         cls.painted = cls.folder / "painted.png"
-        subprocess.run([BUILD / "tools/sample_portrait", cls.painted], check=True)
+        sample_portrait.paint(cls.painted)
 
     def setUp(self):
         self.photos = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))

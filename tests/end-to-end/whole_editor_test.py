@@ -5,8 +5,11 @@ import unittest
 
 from PIL import Image, ImageChops, ImageStat
 
-from portrait_test_case import EXIT_QUESTION, RADIUS, SIZE, PortraitTestCase
-from window_driver import check_only_discs_changed, wait_until
+from picture_changes import check_only_discs_changed
+from portrait_test_case import PortraitTestCase
+from sample_portrait import RADIUS, SIZE
+from virtual_desktop import wait_until
+from window_driver import EXIT_QUESTION
 
 BLEMISHES = [(548, 418), (690, 690)]
 EFFECTS = ["Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"]

@@ -84,15 +84,4 @@ inline std::vector<std::uint8_t> jpegSamples(ByteView file, J_COLOR_SPACE space)
     return samples;
 }
 
-/// The picture's red, green and blue, packed: transparent pixels over black.
-inline std::vector<std::uint8_t> rgbSamples(const Image& image) {
-    const PixelSize size = image.pixelSize();
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
-    image.read({0, 0, size.width, size.height}, pixels.data(), size.width);
-    std::vector<std::uint8_t> samples;
-    for (const RGBA32 pixel : pixels)
-        samples.insert(samples.end(), {pixel.red(), pixel.green(), pixel.blue()});
-    return samples;
-}
-
 } // namespace complexion

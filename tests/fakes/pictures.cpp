@@ -108,6 +108,13 @@ std::vector<RGBA32> pixelsOf(const Image& image) {
     return pixels;
 }
 
+std::vector<std::uint8_t> rgbSamples(const Image& image) {
+    std::vector<std::uint8_t> samples;
+    for (const RGBA32 pixel : pixelsOf(image))
+        samples.insert(samples.end(), {pixel.red(), pixel.green(), pixel.blue()});
+    return samples;
+}
+
 testing::AssertionResult samePixels(const Image& actual, const Image& expected) {
     return nearlySamePixels(actual, expected, 0);
 }

@@ -39,6 +39,9 @@ Image skinWithBlemishes(PixelSize size, const std::vector<PixelPosition>& centre
 /// All pixels, row by row.
 std::vector<RGBA32> pixelsOf(const Image& image);
 
+/// The picture's red, green and blue, packed: transparent pixels over black.
+std::vector<std::uint8_t> rgbSamples(const Image& image);
+
 /// Whether two pictures have the same size and pixels; tells where they first differ.
 testing::AssertionResult samePixels(const Image& actual, const Image& expected);
 

@@ -25,6 +25,17 @@ struct PngRecipe {
     std::function<void(png_structp)> atEnd = [](png_structp) {};
 };
 
+/// Has what `png` writes appended to `file`.
+inline void appendTo(Bytes& file, png_structp png) {
+    png_set_write_fn(
+        png, &file,
+        [](png_structp writer, png_bytep bytes, std::size_t count) {
+            Bytes& out = *static_cast<Bytes*>(png_get_io_ptr(writer));
+            out.insert(out.end(), bytes, bytes + count);
+        },
+        nullptr);
+}
+
 /// The file of packed rows, 16-bit samples in big-endian order.
 inline Bytes pngFile(const PngRecipe& recipe, std::vector<std::uint8_t> samples) {
     png_structp png = png_create_write_struct(
@@ -33,13 +44,7 @@ inline Bytes pngFile(const PngRecipe& recipe, std::vector<std::uint8_t> samples)
         [](png_structp, png_const_charp) {});
     png_infop info = png_create_info_struct(png);
     Bytes file;
-    png_set_write_fn(
-        png, &file,
-        [](png_structp writer, png_bytep bytes, std::size_t count) {
-            Bytes& out = *static_cast<Bytes*>(png_get_io_ptr(writer));
-            out.insert(out.end(), bytes, bytes + count);
-        },
-        nullptr);
+    appendTo(file, png);
     png_set_IHDR(png, info, static_cast<png_uint_32>(recipe.size.width),
                  static_cast<png_uint_32>(recipe.size.height), recipe.depth, recipe.colorType,
                  recipe.interlaced ? PNG_INTERLACE_ADAM7 : PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,

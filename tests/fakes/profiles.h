@@ -27,9 +27,9 @@ inline Bytes wideProfile() {
     return bytes;
 }
 
-inline Bytes grayProfile() {
+inline Bytes grayProfile(double gamma = 2.2) {
     const cmsCIExyY white = {0.3127, 0.3290, 1};
-    cmsToneCurve* curve = cmsBuildGamma(nullptr, 2.2);
+    cmsToneCurve* curve = cmsBuildGamma(nullptr, gamma);
     const Bytes bytes = bytesOfProfile(cmsCreateGrayProfile(&white, curve));
     cmsFreeToneCurve(curve);
     return bytes;

@@ -3,6 +3,7 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/fatal.h"
+#include "tests/fakes/coded_files.h"
 
 #include <algorithm>
 
@@ -23,13 +24,6 @@ inline bool isSmall(const Codec& codec, ByteView file) {
 inline void require(bool holds, const char* whatFails) {
     if (!holds)
         fatal(whatFails);
-}
-
-inline Bytes joined(const FileContents& contents) {
-    Bytes bytes;
-    for (const auto& part : contents.parts)
-        bytes.insert(bytes.end(), part->begin(), part->end());
-    return bytes;
 }
 
 inline std::vector<RGBA32> pixelsOf(const Image& image) {

@@ -46,9 +46,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0; // more than the format can hold
     if (!container)
         return 0; // too damaged to give metadata
-    const Result<FileContents> saved = withMetadataOf(source, fuzz::joined(*encoded));
+    const Result<FileContents> saved = withMetadataOf(source, joined(*encoded));
     fuzz::require(bool(saved), "metadata cannot be put into a file of ours");
-    const Result<Image> again = codec->decode(fuzz::joined(*saved));
+    const Result<Image> again = codec->decode(joined(*saved));
     fuzz::require(again && again->pixelSize() == pixels, "the saved file cannot be opened");
     return 0;
 }

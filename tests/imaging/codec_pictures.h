@@ -2,11 +2,14 @@
 #pragma once
 
 #include "imaging/codecs/codec.h"
+#include "imaging/pixel_buffer.h"
+#include "tests/fakes/coded_files.h"
 #include "tests/fakes/pictures.h"
 
 #include <gmock/gmock.h>
 
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace complexion::test {
@@ -40,11 +43,13 @@ inline Image translucent(PixelSize size) {
     });
 }
 
-inline Bytes joined(const FileContents& contents) {
-    Bytes bytes;
-    for (const auto& part : contents.parts)
-        bytes.insert(bytes.end(), part->begin(), part->end());
-    return bytes;
+/// Soft colours that differ everywhere, as a photo's do.
+inline Image soft(PixelSize size) {
+    return painted(size, [](int row, int column) {
+        return RGBA32(static_cast<std::uint8_t>(40 + (row * 3 + column) % 200),
+                      static_cast<std::uint8_t>(20 + (row + column * 2) % 220),
+                      static_cast<std::uint8_t>(row * column % 256), 255);
+    });
 }
 
 /// The file that `codec` writes of an image.
@@ -66,6 +71,29 @@ inline Image throughFile(const Codec& codec, const Image& image) {
     return decoded(codec, encoded(codec, image));
 }
 
+/// The image with one pixel of another colour.
+inline Image withSpot(const Image& image, PixelPosition position, RGBA32 color = RGBA32(255, 0, 0, 255)) {
+    Result<PixelBuffer> buffer = PixelBuffer::open(image);
+    const std::vector<PixelPosition> spot = {position};
+    buffer->paint(spot, color);
+    return std::move(*buffer).close();
+}
+
+/// Has what was coded of the image's bands coded anew.
+inline void forgetCodedBands(const Image& image) {
+    for (int i = 0; i < image.bandCount(); ++i)
+        image.storedBand(i)->encoded().set(nullptr);
+}
+
+/// Makes pixels that are computed when they are looked at.
+class Inversion : public PixelTransform {
+public:
+    void apply(std::span<RGBA32> pixels) const override {
+        for (RGBA32& pixel : pixels)
+            pixel.color ^= 0xFFFFFF00;
+    }
+};
+
 inline void expectSamePixels(const Image& actual, const Image& expected) {
     EXPECT_TRUE(samePixels(actual, expected));
 }
@@ -73,6 +101,14 @@ inline void expectSamePixels(const Image& actual, const Image& expected) {
 /// Sizes at and around the edges of tiles and bands.
 inline const std::vector<PixelSize> kEdgeSizes = {{1, 1},    {1, 63},  {63, 1},  {255, 63}, {256, 64},
                                                   {257, 65}, {3, 129}, {513, 2}, {100, 64}, {5, 200}};
+
+/// Sizes with odd remainders, and what a test's name says of one.
+inline const auto kOddSizes = testing::Values(PixelSize{1, 1}, PixelSize{1, 200}, PixelSize{200, 1},
+                                              PixelSize{7, 9}, PixelSize{255, 63}, PixelSize{256, 64},
+                                              PixelSize{257, 65}, PixelSize{300, 700}, PixelSize{65, 1100});
+inline std::string nameOfSize(const testing::TestParamInfo<PixelSize>& test) {
+    return std::to_string(test.param.width) + "x" + std::to_string(test.param.height);
+}
 
 /// Every 64th of the file that is cut off is either refused or gives a picture of the right size.
 inline void expectCutFilesAreHarmless(const Codec& codec, const Bytes& file, PixelSize size) {
@@ -97,6 +133,21 @@ inline void expectDamageIsHarmless(const Codec& codec, const Bytes& file, std::s
             (void)codec.measure(damaged);
             (void)codec.decode(damaged);
         }
+}
+
+/// A few random bytes of the file are damaged, many times over; what is decoded has pixels.
+inline void expectRandomDamageIsHarmless(const Codec& codec, const Bytes& file, int bytesARound) {
+    constexpr int kRounds = 500;
+    std::uint32_t random = 1;
+    for (int round = 0; round < kRounds; ++round) {
+        Bytes damaged = file;
+        for (int i = 0; i < bytesARound; ++i) {
+            random = random * 1664525 + 1013904223; // Numerical Recipes' linear congruence
+            damaged[random % damaged.size()] = static_cast<std::uint8_t>(random >> 24);
+        }
+        const Result<Image> image = codec.decode(damaged);
+        EXPECT_TRUE(!image || image->hasPixels());
+    }
 }
 
 } // namespace complexion::test

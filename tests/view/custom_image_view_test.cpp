@@ -1,260 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/image_tools.h"
-#include "tests/fakes/fake_dialogs.h"
-#include "tests/fakes/pictures.h"
-#include "tests/fakes/temporary_folder.h"
 #include "view/custom_image_view.h"
-#include "view/notification_center.h"
+
+#include "tests/fakes/pictures.h"
 
 #include <QApplication>
-#include <QDragEnterEvent>
 #include <QImage>
-#include <QMimeData>
 #include <QMouseEvent>
-#include <QUrl>
 
 namespace complexion {
 
 namespace {
 
-constexpr const char* kDropQuestion =
-    "All unsaved changes will be lost. Are you sure you want to add a new image?";
-
-// The drop.
-
-class Drop : public testing::Test {
-protected:
-    Drop() {
-        view.setDialogs(&dialogs);
-        view.resize(100, 100);
-        observer = NotificationCenter::defaultCenter().addObserver(
-            kDragPerformed, [this](const Notification& notification) { posted.push_back(notification); });
-    }
-
-    std::filesystem::path makeFile(const std::string& name) {
-        const std::filesystem::path png = folder.path() / "source";
-        EXPECT_TRUE(ImageTools::SaveImage(filled({8, 6}, kSkin), png, "png"));
-        const std::filesystem::path path = folder.path() / name;
-        std::filesystem::rename(png, path);
-        return path;
-    }
-
-    bool drop(const QUrl& url) {
-        QMimeData data;
-        data.setUrls({url});
-        return view.performDragOperation(&data);
-    }
-    bool drop(const std::filesystem::path& path) {
-        return drop(QUrl::fromLocalFile(QString::fromStdString(path)));
-    }
-
-    void showAnImage() { view.setImage(filled({10, 10}, kBlemish)); }
-    void expectPostedOnly(const std::filesystem::path& path) {
-        ASSERT_EQ(posted.size(), 1U);
-        EXPECT_EQ(posted[0].name, "DragPerformed");
-        ASSERT_TRUE(posted[0].userInfo.has_value());
-        EXPECT_EQ(*posted[0].userInfo, (UserInfo{{"path", path.string()}}));
-    }
-
-    TemporaryFolder folder;
-    FakeDialogs dialogs;
-    CustomImageView view;
-    NotificationCenter::Registration observer;
-    std::vector<Notification> posted;
-};
-
-TEST_F(Drop, TheAcceptedTypesStandInTheirOrder) {
-    EXPECT_THAT(view.acceptedTypes(),
-                testing::ElementsAre("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp"));
-}
-
-TEST_F(Drop, OnAnEmptyViewAPhotoIsAnnouncedWithoutAQuestion) {
-    const std::filesystem::path path = makeFile("photo.JPG");
-    EXPECT_TRUE(drop(path));
-    expectPostedOnly(path);
-    EXPECT_EQ(dialogs.shown(), 0);
-    EXPECT_FALSE(view.image().has_value()); // the decoded picture was only a test
-}
-
-TEST_F(Drop, EveryAcceptedTypeInAnyCaseIsTaken) {
-    for (const char* name :
-         {"a.jpg", "a.jpeg", "a.png", "a.tiff", "a.tif", "a.gif", "a.bmp", "a.PNG", "a.Tiff", "a.b.GIF"}) {
-        SCOPED_TRACE(name);
-        posted.clear();
-        const std::filesystem::path path = makeFile(name);
-        EXPECT_TRUE(drop(path));
-        expectPostedOnly(path);
-    }
-}
-
-TEST_F(Drop, OverAnOpenPhotoYesAnnouncesTheFile) {
-    showAnImage();
-    dialogs.expectQuestion(kDropQuestion, kFirstButton);
-    const std::filesystem::path path = makeFile("photo.png");
-    EXPECT_TRUE(drop(path));
-    expectPostedOnly(path);
-}
-
-TEST_F(Drop, OverAnOpenPhotoNoRefusesTheFile) {
-    showAnImage();
-    dialogs.expectQuestion(kDropQuestion, kSecondButton);
-    EXPECT_FALSE(drop(makeFile("photo.png")));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, AnyAnswerButNoIsYes) {
-    showAnImage();
-    dialogs.expectQuestion(kDropQuestion, 1002);
-    EXPECT_TRUE(drop(makeFile("photo.png")));
-}
-
-TEST_F(Drop, ATextFileIsAskedAboutFirstAndThenRefusedSilently) {
-    showAnImage();
-    const Image before = *view.image();
-    dialogs.expectQuestion(kDropQuestion, kFirstButton);
-    EXPECT_FALSE(drop(makeFile("notes.txt")));
-    EXPECT_TRUE(posted.empty());
-    EXPECT_TRUE(view.image()->isSameObject(before));
-}
-
-TEST_F(Drop, OnAnEmptyViewATextFileIsRefusedWithoutAWord) {
-    EXPECT_FALSE(drop(makeFile("notes.txt")));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, ANameWithoutAnExtensionIsRefused) {
-    EXPECT_FALSE(drop(makeFile("photo")));
-    EXPECT_FALSE(drop(makeFile("photo.")));
-    EXPECT_FALSE(drop(makeFile(".png")));
-    EXPECT_FALSE(drop(folder.path()));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, AnImageFileWithoutAnImageIsRefusedSilently) {
-    writeFile(folder.path() / "fake.png", "this is no picture");
-    EXPECT_FALSE(drop(folder.path() / "fake.png"));
-    showAnImage();
-    dialogs.expectQuestion(kDropQuestion, kFirstButton);
-    EXPECT_FALSE(drop(folder.path() / "fake.png"));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, AFileThatIsNotThereIsRefused) {
-    EXPECT_FALSE(drop(folder.path() / "missing.png"));
-    std::filesystem::create_directory(folder.path() / "folder.png");
-    EXPECT_FALSE(drop(folder.path() / "folder.png"));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, AnAddressThatIsNoLocalFileIsRefused) {
-    EXPECT_FALSE(drop(QUrl(QStringLiteral("https://example.org/photo.png"))));
-    EXPECT_FALSE(drop(QUrl(QStringLiteral("mailto:somebody@example.org"))));
-    EXPECT_FALSE(drop(QUrl(QStringLiteral("photo.png"))));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, WhatIsNoAddressIsRefusedWithoutAQuestion) {
-    showAnImage();
-    QMimeData text;
-    text.setText(QStringLiteral("/tmp/photo.png"));
-    EXPECT_FALSE(view.performDragOperation(&text));
-    QMimeData colour;
-    colour.setColorData(QColor(Qt::red));
-    EXPECT_FALSE(view.performDragOperation(&colour));
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, OfSeveralFilesTheFirstIsTaken) {
-    const std::filesystem::path first = makeFile("first.png");
-    const std::filesystem::path second = makeFile("second.png");
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(first)),
-                  QUrl::fromLocalFile(QString::fromStdString(second))});
-    EXPECT_TRUE(view.performDragOperation(&data));
-    expectPostedOnly(first);
-}
-
-TEST_F(Drop, APathIsAnnouncedByteForByte) {
-    const std::filesystem::path spaced = makeFile("a photo, 100% #1?.png");
-    EXPECT_TRUE(drop(spaced));
-    expectPostedOnly(spaced);
-    posted.clear();
-
-    const std::filesystem::path umlaut = makeFile("m\xC3\xBCnchen.png");
-    EXPECT_TRUE(drop(umlaut));
-    expectPostedOnly(umlaut);
-    posted.clear();
-
-    // A name of Latin-1 bytes, as file managers hand it over.
-    const std::filesystem::path latin = makeFile("m\xFCnchen.png");
-    const QByteArray address = QByteArray("file://") + folder.path().c_str() + "/m%FCnchen.png";
-    EXPECT_TRUE(drop(QUrl::fromEncoded(address)));
-    expectPostedOnly(latin);
-}
-
-TEST_F(Drop, ADragWithoutAListOfTypesIsFatal) {
-    EXPECT_DEATH(view.performDragOperation(nullptr), "types");
-}
-
-TEST_F(Drop, AnAddressThatWasPromisedAndIsNotThereIsFatal) {
-    QMimeData data;
-    data.setData(QStringLiteral("text/uri-list"), QByteArray());
-    EXPECT_DEATH(view.performDragOperation(&data), "address");
-}
-
-TEST_F(Drop, WhateverIsDraggedTheCursorShowsTheCopyBadge) {
-    view.setAcceptDrops(true);
-    QMimeData text;
-    text.setText(QStringLiteral("no file at all"));
-    QMimeData file;
-    file.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path() / "notes.txt"))});
-    for (QMimeData* data : {&text, &file}) {
-        QDragEnterEvent enter({5, 5}, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
-        enter.setAccepted(false);
-        QCoreApplication::sendEvent(&view, &enter);
-        EXPECT_TRUE(enter.isAccepted());
-        EXPECT_EQ(enter.dropAction(), Qt::CopyAction);
-        QDragMoveEvent move({6, 6}, Qt::CopyAction | Qt::MoveAction, data, Qt::LeftButton, Qt::NoModifier);
-        move.setAccepted(false);
-        QCoreApplication::sendEvent(&view, &move);
-        EXPECT_TRUE(move.isAccepted());
-        EXPECT_EQ(move.dropAction(), Qt::CopyAction);
-    }
-    EXPECT_TRUE(posted.empty());
-}
-
-TEST_F(Drop, TheToolkitsDropEventIsTakenOrRefused) {
-    // Directly: the application would hand it to the target of the drag that goes on, and there is none.
-    const auto receive = [this](QEvent& event) { static_cast<QObject&>(view).event(&event); };
-    view.setAcceptDrops(true);
-    const std::filesystem::path path = makeFile("photo.png");
-    QMimeData good;
-    good.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
-    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &good, Qt::LeftButton, Qt::NoModifier);
-    receive(dropped);
-    EXPECT_TRUE(dropped.isAccepted());
-    EXPECT_EQ(dropped.dropAction(), Qt::CopyAction);
-    expectPostedOnly(path);
-
-    QMimeData bad;
-    bad.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path() / "notes.txt"))});
-    QDropEvent refused(QPointF(5, 5), Qt::CopyAction, &bad, Qt::LeftButton, Qt::NoModifier);
-    receive(refused);
-    EXPECT_FALSE(refused.isAccepted());
-    EXPECT_EQ(posted.size(), 1U);
-}
-
-TEST_F(Drop, ADragWhoseProgramHasEndedIsRefused) {
-    QMimeData broken;
-    broken.setData(QStringLiteral("text/uri-list"), {});
-    QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &broken, Qt::LeftButton, Qt::NoModifier);
-    static_cast<QObject&>(view).event(&dropped);
-    EXPECT_FALSE(dropped.isAccepted());
-    EXPECT_TRUE(posted.empty());
-}
-
-// Painting.
-
+/// A view of 80 by 60 points with a frame of its own size, over a coloured root view.
 class Painting : public testing::Test {
 protected:
     Painting() {
@@ -265,6 +22,7 @@ protected:
         root.resize(80, 60);
         view = new CustomImageView(&root);
         view->setGeometry(root.rect());
+        view->setFrame({0, 0, 80, 60});
     }
 
     QColor at(int x, int y) { return root.grab().toImage().pixelColor(x, y); }
@@ -287,7 +45,6 @@ protected:
 };
 
 TEST_F(Painting, WithoutAnImageNothingIsPainted) {
-    view->setFrame({0, 0, 80, 60});
     EXPECT_EQ(at(40, 30), background);
 }
 
@@ -296,7 +53,6 @@ TEST_F(Painting, AtOnePointPerPixelEveryPixelIsPaintedAsItIs) {
         return RGBA32(static_cast<std::uint8_t>(row * 4), static_cast<std::uint8_t>(column * 3),
                       static_cast<std::uint8_t>((row * 31 + column * 17) % 256), 255);
     });
-    view->setFrame({0, 0, 80, 60});
     view->setImage(image);
     const QImage picture = root.grab().toImage();
     ASSERT_EQ(picture.size(), QSize(80, 60));
@@ -309,7 +65,6 @@ TEST_F(Painting, AtOnePointPerPixelEveryPixelIsPaintedAsItIs) {
 }
 
 TEST_F(Painting, TheImageIsFittedIntoTheFrame) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(halves({40, 30}));
     EXPECT_EQ(at(20, 15), red);
     EXPECT_EQ(at(60, 15), green);
@@ -320,7 +75,6 @@ TEST_F(Painting, TheImageIsFittedIntoTheFrame) {
 }
 
 TEST_F(Painting, TheMarginsBesideTheImageStayAsTheyAre) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(halves({40, 10})); // 80 by 20 points, 20 above and below
     EXPECT_EQ(at(20, 18), background);
     EXPECT_EQ(at(20, 22), red);
@@ -374,7 +128,6 @@ TEST_F(Painting, FarZoomedInAPixelIsASquareOfItsColour) {
 }
 
 TEST_F(Painting, ALargePhotoIsScaledDownWithoutAShift) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(halves({1600, 1200}));
     EXPECT_EQ(at(36, 26), red);
     EXPECT_EQ(at(43, 26), green);
@@ -385,7 +138,6 @@ TEST_F(Painting, ALargePhotoIsScaledDownWithoutAShift) {
 }
 
 TEST_F(Painting, FineDetailOfALargePhotoIsAveragedNotSkipped) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(
         painted({640, 480}, [](int row, int column) { return (row + column) % 2 ? grey(200) : grey(100); }));
     const QImage picture = root.grab().toImage();
@@ -395,7 +147,6 @@ TEST_F(Painting, FineDetailOfALargePhotoIsAveragedNotSkipped) {
 }
 
 TEST_F(Painting, TransparentPixelsShowWhatIsBehind) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(painted({80, 60}, [](int, int column) {
         return column < 40 ? RGBA32(0, 0, 0, 0) : RGBA32(100, 0, 0, 128); // premultiplied
     }));
@@ -405,7 +156,6 @@ TEST_F(Painting, TransparentPixelsShowWhatIsBehind) {
 }
 
 TEST_F(Painting, AnImageInPointsOfAnotherSizeIsFittedByItsPoints) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(halves({80, 60}).withSize({60, 60})); // shown 60 points wide, 10 beside
     EXPECT_EQ(at(8, 20), background);
     EXPECT_EQ(at(12, 20), red);
@@ -414,7 +164,6 @@ TEST_F(Painting, AnImageInPointsOfAnotherSizeIsFittedByItsPoints) {
 }
 
 TEST_F(Painting, AnotherImageIsPaintedAndNoneAgain) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(filled({80, 60}, kSkin));
     EXPECT_EQ(at(40, 30), QColor(180, 180, 180));
     view->setImage(filled({80, 60}, kBlemish));
@@ -424,7 +173,6 @@ TEST_F(Painting, AnotherImageIsPaintedAndNoneAgain) {
 }
 
 TEST_F(Painting, AnImageWithoutPixelsPaintsNothing) {
-    view->setFrame({0, 0, 80, 60});
     view->setImage(Image());
     EXPECT_EQ(at(40, 30), background);
     view->setImage(Image::empty({40, 30}));
@@ -517,7 +265,6 @@ TEST_F(PaintedAgain, OnlyTheTileThatDiffersIsPaintedAgain) {
 }
 
 TEST_F(PaintedAgain, TheSameImageIsNotPaintedAgain) {
-    view->setFrame({0, 0, 80, 60});
     const Image image = halves({80, 60});
     EXPECT_TRUE(paintedFor(image, image).isEmpty());
 }

@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Photos that are dropped on the window, or handed over by the system.
+#include "tests/editor/opening_fixture.h"
+
+namespace complexion {
+
+namespace {
+
+TEST_F(Opening, ADroppedPhotoIsLoadedWithoutAQuestionOfTheEditor) {
+    const std::filesystem::path path = makePhoto();
+    controller->DragPerformed(dropped(path));
+    expectFreshlyOpened(path, photo());
+
+    workOnAPhoto();
+    const Image other = filled({40, 30}, grey(90));
+    const std::filesystem::path second = makePhoto("second.png", other);
+    controller->DragPerformed(dropped(second));
+    expectFreshlyOpened(second, other);
+}
+
+TEST_F(Opening, APhotoDroppedOnTheViewReachesTheEditorBeforeTheDropEnds) {
+    const std::filesystem::path path = makePhoto();
+    EXPECT_TRUE(drop(path));
+    expectFreshlyOpened(path, photo());
+}
+
+TEST_F(Opening, ADropOverAnOpenPhotoAsksOnceOnly) {
+    openThroughPanel(makePhoto("first.png"));
+    const int before = dialogs.shown();
+    const std::filesystem::path path = makePhoto("second.png");
+    EXPECT_TRUE(drop(path));
+    EXPECT_EQ(dialogs.shown(), before + 1);
+    expectFreshlyOpened(path, photo());
+}
+
+TEST_F(Opening, AnUndecodableDropIsRefusedSilentlyAndLeavesEverything) {
+    workOnAPhoto();
+    const std::filesystem::path path = undecodable();
+    expectUntouchedBy([&] { EXPECT_FALSE(drop(path)); });
+}
+
+TEST_F(Opening, AFileThatBecomesUndecodableAfterItsDropShowsTheLoadFailure) {
+    workOnAPhoto();
+    const std::filesystem::path path = undecodable();
+    expectUntouchedBy([&] {
+        dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
+        controller->DragPerformed(dropped(path));
+    });
+}
+
+TEST_F(Opening, ANotificationWithoutAPathShowsTheLoadFailure) {
+    workOnAPhoto();
+    expectUntouchedBy([this] {
+        dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
+        controller->DragPerformed({kDragPerformed, UserInfo{{"file", "photo.png"}}});
+    });
+}
+
+TEST_F(Opening, ANotificationWithoutUserInformationIsFatal) {
+    EXPECT_DEATH(controller->DragPerformed({kDragPerformed, std::nullopt}), "");
+}
+
+TEST_F(Opening, ADropIsNotHeardAfterTheControllerIsGone) {
+    const std::filesystem::path path = makePhoto();
+    controller.reset();
+    NotificationCenter::defaultCenter().post(dropped(path));
+    EXPECT_FALSE(imageView->image().has_value());
+}
+
+TEST_F(Opening, AnyBytesInAPathSurvive) {
+    const std::filesystem::path path = platform.photos() / "caf\xE9.png"; // Latin-1, no UTF-8
+    writeFile(path, contentsOf(makePhoto()));
+    controller->DragPerformed(dropped(path));
+    expectFreshlyOpened(path, photo());
+    EXPECT_EQ(controller->originalImageName, "caf\xE9");
+    EXPECT_EQ(controller->originalImageExtension, "png");
+}
+
+TEST_F(Opening, AMissingControlIsFatal) {
+    const std::filesystem::path path = makePhoto();
+    delete controller->comboEffect.data();
+    EXPECT_DEATH(controller->DragPerformed(dropped(path)), "gone");
+}
+
+// "Open with".
+
+TEST_F(Opening, AFileHandedOverByTheSystemIsLoaded) {
+    const std::filesystem::path path = makePhoto();
+    controller->OpenFile(path);
+    expectFreshlyOpened(path, photo());
+}
+
+TEST_F(Opening, AnUndecodableFileHandedOverByTheSystemShowsTheLoadFailure) {
+    const std::filesystem::path path = undecodable();
+    expectUntouchedBy([&] {
+        dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
+        controller->OpenFile(path);
+    });
+}
+
+} // namespace
+
+} // namespace complexion

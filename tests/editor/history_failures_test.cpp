@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// State files that cannot be written, or cannot be deleted.
+#include "tests/editor/history_fixture.h"
+
+namespace complexion {
+
+namespace {
+
+TEST_F(EditHistory, AStateThatCannotBeWrittenIsLeftOutButTheLaterStatesAreGone) {
+    openSmallPhoto();
+    change(4);
+    controller->currenState = 2;
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    platform.loseTemporaryDirectory();
+    controller->imageProcessing = true;
+
+    change(1);
+
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_EQ(controller->currenState, 2);
+    EXPECT_THAT(controller->stateImagesPath, testing::ElementsAre(before[0], before[1], before[2]));
+    expectFilesAreTheListed();
+    EXPECT_FALSE(controller->canRedo());
+}
+
+TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
+    controller->numberOfStates = 3;
+    openSmallPhoto();
+    change(3);
+    const std::vector<std::filesystem::path> before = controller->stateImagesPath;
+    platform.loseTemporaryDirectory();
+    controller->imageProcessing = true;
+
+    change(1);
+
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_EQ(controller->currenState, 3);
+    EXPECT_EQ(controller->stateImagesPath, before);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
+    openThroughPanel(makePhoto());
+    platform.loseTemporaryDirectory();
+    retouch(0);
+    EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
+    EXPECT_TRUE(shown().isSameObject(controller->originalImage()));
+    EXPECT_FALSE(controller->imageProcessing);
+}
+
+TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexAsItWas) {
+    platform.loseTemporaryDirectory();
+    openSmallPhoto();
+    EXPECT_EQ(count(), 0U);
+    EXPECT_EQ(controller->currenState, -1);
+    EXPECT_TRUE(controller->hasImage());
+
+    platform.findTemporaryDirectory();
+    change(1);
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 0);
+    expectFilesAreTheListed();
+}
+
+TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
+    openSmallPhoto("first.png");
+    change(3);
+    platform.loseTemporaryDirectory();
+    openSmallPhoto("second.png");
+    EXPECT_EQ(count(), 0U);
+    EXPECT_EQ(controller->currenState, 3); // outside the list
+
+    expectUntouchedBy([this] {
+        controller->OnUndo(nullptr);
+        controller->OnRedo(nullptr);
+    });
+    EXPECT_FALSE(controller->canUndo());
+    EXPECT_FALSE(controller->canRedo());
+
+    platform.findTemporaryDirectory();
+    change(1);
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 4);
+    expectUntouchedBy([this] {
+        controller->OnUndo(nullptr);
+        controller->OnRedo(nullptr);
+    });
+}
+
+TEST_F(EditHistory, AFullHistoryWithoutAnEntryIsFatal) {
+    openSmallPhoto();
+    controller->RemoveStateImages();
+    controller->stateImagesPath.clear();
+    controller->currenState = controller->numberOfStates;
+    EXPECT_DEATH(controller->PushStateImage(), "");
+}
+
+TEST_F(EditHistory, AFileThatIsGoneIsReportedOnOneLineAndTheNextIsDeleted) {
+    openSmallPhoto();
+    change(2);
+    std::filesystem::remove(controller->stateImagesPath[1]);
+
+    const std::string printed = printedBy([this] { controller->RemoveStateImages(); });
+
+    EXPECT_THAT(printed, testing::MatchesRegex("Remove failed: [^\n]+\n"));
+    EXPECT_TRUE(stateFiles().empty());
+}
+
+TEST_F(EditHistory, AnotherPhotoIsOpenedEvenWhenOldStatesCannotBeDeleted) {
+    openSmallPhoto("first.png");
+    change(2);
+    for (const auto& path : controller->stateImagesPath)
+        std::filesystem::remove(path);
+    const std::string printed = printedBy([this] { openSmallPhoto("second.png"); });
+    EXPECT_THAT(printed, testing::MatchesRegex("(Remove failed: [^\n]+\n)(Remove failed: [^\n]+\n)(Remove "
+                                               "failed: [^\n]+\n)"));
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(controller->currenState, 0);
+    expectFilesAreTheListed();
+}
+
+} // namespace
+
+} // namespace complexion

@@ -1,0 +1,92 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A desktop without a screen: an X server with a window manager, a session bus and the accessibility bus."""
+
+import os
+import subprocess
+import time
+from pathlib import Path
+
+POLL_SECONDS = 0.02
+WAIT_SECONDS = 20
+
+
+def wait_until(condition, what, seconds=WAIT_SECONDS):
+    """The first true value of condition(); fails after a while, naming what was waited for."""
+    end = time.monotonic() + seconds
+    while True:
+        value = condition()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"waited {seconds} s in vain for {what}")
+        time.sleep(POLL_SECONDS)
+
+
+def output_of(*command, text=True):
+    return subprocess.run(command, check=True, capture_output=True, text=text).stdout
+
+
+class VirtualDesktop:
+    """An X server with a window manager, a session bus and the accessibility bus. `folder` takes what programs on it
+    write beside their own files: settings, logs. One a process: the accessibility library keeps to its first bus."""
+
+    def __init__(self, folder, width=1280, height=800):
+        self.folder = Path(folder)
+        self.size = f"{width}x{height}x24"
+        self.processes = []
+
+    def __enter__(self):
+        try:
+            self._start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *_):
+        for process in reversed(self.processes):
+            process.terminate()
+        for process in reversed(self.processes):
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+
+    def _run(self, name, *command, **options):
+        with open(self.folder / f"{name}.log", "wb") as log:
+            process = subprocess.Popen(command, stdout=log, stderr=log, **options)
+        self.processes.append(process)
+        return process
+
+    def _run_and_read_line(self, name, *command):
+        """Starts a program that announces itself by a line on a file descriptor: the command's {}."""
+        reader, writer = os.pipe()
+        self._run(name, *(part.format(writer) for part in command), pass_fds=[writer])
+        os.close(writer)
+        with os.fdopen(reader) as announced:
+            line = announced.readline().strip()
+        if not line:
+            raise AssertionError(f"{command[0]} does not start: " + (self.folder / f"{name}.log").read_text())
+        return line
+
+    def _start(self):
+        runtime = self.folder / "runtime"
+        runtime.mkdir(mode=0o700, exist_ok=True)
+        os.environ.pop("WAYLAND_DISPLAY", None)
+        os.environ.update(XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
+                          XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
+                          XDG_DATA_HOME=str(self.folder / "data"))
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(
+            "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:dir={self.folder}",
+            "--print-address={}")
+        os.environ["DISPLAY"] = ":" + self._run_and_read_line(
+            "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp", "-noreset")
+        self._run("window-manager", "openbox")
+        self._run("accessibility", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
+        wait_until(lambda: "window id" in output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
+                   "the window manager")
+        wait_until(lambda: "AT_SPI_BUS" in output_of("xprop", "-root", "AT_SPI_BUS"), "the accessibility bus")
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-window", "root", str(path)], check=True)

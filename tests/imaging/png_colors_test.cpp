@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What becomes of the kinds of pixels and the colour spaces that a PNG file may have.
+#include "imaging/codecs/codec.h"
+#include "tests/fakes/png_files.h"
+#include "tests/fakes/profiles.h"
+#include "tests/imaging/codec_pictures.h"
+
+#include <array>
+
+namespace complexion {
+namespace {
+
+using test::decoded;
+using test::encoded;
+
+TEST(PngCodec, AllDepthsOfGreySpanBlackToWhite) {
+    for (const int depth : {1, 2, 4, 8, 16}) {
+        const PngRecipe recipe = {.size = {2, 1}, .colorType = PNG_COLOR_TYPE_GRAY, .depth = depth};
+        const std::uint8_t first = depth < 8 ? static_cast<std::uint8_t>(255U << (8 - depth)) : 255;
+        const std::vector<std::uint8_t> whiteThenBlack = {first, depth == 16 ? first : std::uint8_t{0}, 0, 0};
+        const Image image = decoded(kPngCodec, pngFile(recipe, whiteThenBlack));
+        EXPECT_EQ(image.pixel(0, 0), grey(255)) << depth;
+        EXPECT_EQ(image.pixel(0, 1), grey(0)) << depth;
+    }
+}
+
+TEST(PngCodec, SixteenBitsAreRoundedToEight) {
+    const PngRecipe recipe = {.size = {2, 1}, .depth = 16};
+    // 0x7FFF / 257 is 127.498; 0x8000 / 257 is 127.502.
+    const std::vector<std::uint8_t> samples = {0x7F, 0xFF, 0x80, 0x00, 0x00, 0x80,
+                                               0x00, 0x81, 0xFF, 0x7E, 0xFF, 0x7F};
+    const Image image = decoded(kPngCodec, pngFile(recipe, samples));
+    EXPECT_EQ(image.pixel(0, 0), RGBA32(127, 128, 0, 255));
+    EXPECT_EQ(image.pixel(0, 1), RGBA32(1, 254, 255, 255));
+}
+
+TEST(PngCodec, PalettesGiveTheirColorsAndTransparency) {
+    const PngRecipe recipe = {.size = {4, 1},
+                              .colorType = PNG_COLOR_TYPE_PALETTE,
+                              .depth = 2,
+                              .adjust = [](png_structp png, png_infop info) {
+                                  const std::array<png_color, 3> palette = {
+                                      {{255, 0, 0}, {0, 200, 0}, {9, 9, 255}}};
+                                  const std::array<png_byte, 2> alpha = {255, 128};
+                                  png_set_PLTE(png, info, palette.data(), 3);
+                                  png_set_tRNS(png, info, alpha.data(), 2, nullptr);
+                              }};
+    const Image image = decoded(kPngCodec, pngFile(recipe, {0b00011000}));
+    EXPECT_EQ(image.pixel(0, 0), RGBA32(255, 0, 0, 255));
+    EXPECT_EQ(image.pixel(0, 1), RGBA32(0, 100, 0, 128));
+    EXPECT_EQ(image.pixel(0, 2), RGBA32(9, 9, 255, 255));
+}
+
+TEST(PngCodec, AKeyColorIsTransparent) {
+    const PngRecipe recipe = {.size = {2, 1}, .adjust = [](png_structp png, png_infop info) {
+                                  png_color_16 key = {};
+                                  key.red = 10;
+                                  key.green = 20;
+                                  key.blue = 30;
+                                  png_set_tRNS(png, info, nullptr, 0, &key);
+                              }};
+    const Image image = decoded(kPngCodec, pngFile(recipe, {10, 20, 30, 10, 20, 31}));
+    EXPECT_EQ(image.pixel(0, 0), RGBA32());
+    EXPECT_EQ(image.pixel(0, 1), RGBA32(10, 20, 31, 255));
+}
+
+TEST(PngCodec, AlphaIsStoredPremultiplied) {
+    const PngRecipe rgba = {.size = {1, 1}, .colorType = PNG_COLOR_TYPE_RGB_ALPHA};
+    EXPECT_EQ(decoded(kPngCodec, pngFile(rgba, {200, 100, 255, 51})).pixel(0, 0), RGBA32(40, 20, 51, 51));
+    const PngRecipe greyAlpha = {.size = {1, 1}, .colorType = PNG_COLOR_TYPE_GRAY_ALPHA, .depth = 16};
+    EXPECT_EQ(decoded(kPngCodec, pngFile(greyAlpha, {200, 200, 51, 51})).pixel(0, 0), RGBA32(40, 40, 40, 51));
+}
+
+Bytes greyFile(const std::function<void(png_structp, png_infop)>& adjust, std::uint8_t level) {
+    return pngFile({.size = {1, 1}, .colorType = PNG_COLOR_TYPE_GRAY, .adjust = adjust}, {level});
+}
+
+TEST(PngCodec, GreyInASpaceOfItsOwnBecomesSrgb) {
+    const Bytes icc = grayProfile(1);
+    const auto embed = [&](png_structp png, png_infop info) {
+        png_set_iCCP(png, info, "grey", PNG_COMPRESSION_TYPE_BASE, icc.data(),
+                     static_cast<png_uint_32>(icc.size()));
+    };
+    const Image image = decoded(kPngCodec, greyFile(embed, 55));
+    // Linear 55 / 255 is 0.5015 of sRGB: 1.055 * (55 / 255)^(1 / 2.4) - 0.055.
+    EXPECT_NEAR(image.pixel(0, 0).green(), 128, 1);
+    EXPECT_TRUE(image.profile().isSrgb());
+}
+
+/// sRGB's grey that a picture's own grey looks like.
+double asSrgb(const ColorProfile& profile, double level) {
+    cmsHPROFILE own =
+        cmsOpenProfileFromMem(profile.icc().data(), static_cast<cmsUInt32Number>(profile.icc().size()));
+    cmsHPROFILE srgb = cmsCreate_sRGBProfile();
+    cmsHTRANSFORM transform =
+        cmsCreateTransform(own, TYPE_RGB_DBL, srgb, TYPE_RGB_DBL, INTENT_RELATIVE_COLORIMETRIC, 0);
+    const std::array<double, 3> in = {level, level, level};
+    std::array<double, 3> out = {};
+    cmsDoTransform(transform, in.data(), out.data(), 1);
+    cmsDeleteTransform(transform);
+    cmsCloseProfile(srgb);
+    cmsCloseProfile(own);
+    return out[1];
+}
+
+TEST(PngCodec, AGammaOfItsOwnBecomesAProfileAndLeavesPixelsAlone) {
+    const auto linear = [](png_structp png, png_infop info) { png_set_gAMA(png, info, 1); };
+    const Bytes file = pngFile({.size = {1, 1}, .adjust = linear}, {55, 55, 55});
+    const Image image = decoded(kPngCodec, file);
+    EXPECT_EQ(image.pixel(0, 0), grey(55));
+    ASSERT_FALSE(image.profile().isSrgb());
+    EXPECT_NEAR(asSrgb(image.profile(), 55 / 255.0), 128 / 255.0, 0.005);
+    EXPECT_EQ(decoded(kPngCodec, file).profile(), image.profile());
+    EXPECT_EQ(decoded(kPngCodec, encoded(kPngCodec, image)).profile(), image.profile());
+}
+
+TEST(PngCodec, WideChromaticitiesBecomeAProfile) {
+    const auto chunk = [](double redX) {
+        return [=](png_structp png, png_infop info) {
+            png_set_cHRM(png, info, 0.3127, 0.329, redX, 0.33, 0.3, 0.6, 0.15, 0.06);
+        };
+    };
+    EXPECT_FALSE(
+        decoded(kPngCodec, pngFile({.size = {1, 1}, .adjust = chunk(0.60)}, {9, 9, 9})).profile().isSrgb());
+    EXPECT_TRUE(
+        decoded(kPngCodec, pngFile({.size = {1, 1}, .adjust = chunk(0.64)}, {9, 9, 9})).profile().isSrgb());
+}
+
+TEST(PngCodec, TheGammaOfSrgbIsSrgb) {
+    const auto usual = [](png_structp png, png_infop info) { png_set_gAMA(png, info, 0.45455); };
+    EXPECT_TRUE(decoded(kPngCodec, pngFile({.size = {1, 1}, .adjust = usual}, {9, 9, 9})).profile().isSrgb());
+}
+
+TEST(PngCodec, AProfileComesBeforeTheGamma) {
+    const Bytes icc = wideProfile();
+    const auto both = [&](png_structp png, png_infop info) {
+        png_set_gAMA(png, info, 1);
+        png_set_iCCP(png, info, "wide", PNG_COMPRESSION_TYPE_BASE, icc.data(),
+                     static_cast<png_uint_32>(icc.size()));
+    };
+    EXPECT_EQ(decoded(kPngCodec, pngFile({.size = {1, 1}, .adjust = both}, {9, 9, 9})).profile(),
+              ColorProfile::fromIcc(icc));
+}
+
+} // namespace
+} // namespace complexion
