@@ -4,6 +4,7 @@
 #include "editor/outlet.h"
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
+#include "imaging/photo_files.h"
 
 #include <new>
 
@@ -51,11 +52,7 @@ std::optional<Image> ViewController::decodeSource(const std::filesystem::path& p
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
     std::optional<Image> image;
     try {
-        image = ImageTools::DecodeImage(path);
-        if (image && ImageTools::ImageActualSize(path))
-            image = ImageTools::BringImageToActualSize(*image, path);
-        else
-            image.reset();
+        image = openPhoto(path);
     } catch (const std::bad_alloc&) {
         image.reset();
     }

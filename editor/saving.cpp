@@ -5,6 +5,7 @@
 #include "editor/view_controller.h"
 #include "imaging/files.h"
 #include "imaging/image_tools.h"
+#include "imaging/photo_files.h"
 #include "imaging/resample.h"
 
 namespace complexion {
@@ -39,10 +40,9 @@ void ViewController::OnSaveImage(QObject*) {
     // The pixels are turned back to how the source stores them, for the tag that is copied after them.
     const Orientation orientation = ImageTools::CarriedOrientation(source.path(), format);
     const Image stored = turnedForStorage(*shown, orientation);
-    bool saved = ImageTools::SaveImage(stored, path, format);
+    bool saved = savePhoto(stored, path, format, source.path(),
+                           turnedForStorage(halvedTo(*shown, kThumbnailSource), orientation));
     if (saved) {
-        ImageTools::ChangeImageExif(source.path(), path,
-                                    turnedForStorage(halvedTo(*shown, kThumbnailSource), orientation));
         // A format that cannot hold the picture leaves no file, and that counts as saved.
         std::error_code ignored;
         saved = flushToDisk(path) || !std::filesystem::exists(path, ignored);

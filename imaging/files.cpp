@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstring>
 #include <numeric>
 #include <random>
@@ -45,14 +46,26 @@ Error systemError() {
     return Error{std::strerror(errno)};
 }
 
-bool writeAll(int fd, ByteView bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR)
+/// All parts, in few calls: each call costs about as much as the copying of 100 KB.
+bool writeAll(int fd, const FileContents& contents) {
+    std::vector<iovec> rest;
+    rest.reserve(contents.parts.size());
+    for (const auto& part : contents.parts)
+        if (!part->empty())
+            rest.push_back({const_cast<std::uint8_t*>(part->data()), part->size()}); // it is only read
+    for (std::span<iovec> left = rest; !left.empty();) {
+        const ssize_t result =
+            ::writev(fd, left.data(), static_cast<int>(std::min(left.size(), std::size_t{IOV_MAX})));
+        if (result < 0 && errno == EINTR)
             continue;
-        if (written <= 0)
+        if (result <= 0)
             return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(written));
+        auto written = static_cast<std::size_t>(result);
+        for (; !left.empty() && written >= left.front().iov_len; left = left.subspan(1))
+            written -= left.front().iov_len;
+        if (written > 0)
+            left.front() = {static_cast<std::uint8_t*>(left.front().iov_base) + written,
+                            left.front().iov_len - written};
     }
     return true;
 }
@@ -109,10 +122,7 @@ public:
             if (reserved == ENOSPC || reserved == EFBIG)
                 return false;
         }
-        for (const auto& part : contents.parts)
-            if (!writeAll(m_file.get(), *part))
-                return false;
-        return ::fchmod(m_file.get(), usualFileMode()) == 0;
+        return writeAll(m_file.get(), contents) && ::fchmod(m_file.get(), usualFileMode()) == 0;
     }
 
     bool moveTo(const std::filesystem::path& path) {

@@ -2,6 +2,7 @@
 #include "imaging/checked.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
+#include "imaging/photo_file_steps.h"
 #include "imaging/resample.h"
 
 #include <cmath>
@@ -26,14 +27,9 @@ int pixelsFor(double points) {
 
 } // namespace
 
-std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path& url) {
-    if (url.empty())
-        fatal("the file to measure is not named");
-    const Result<Bytes> file = readFile(url, isPictureFile);
-    if (!file)
-        return std::nullopt;
-    const Codec* codec = codecForContent(*file);
-    const Result<std::vector<PixelSize>> pictures = codec->measure(*file);
+std::optional<PointSize> actualSizeOf(ByteView file) {
+    const Codec* codec = codecForContent(file);
+    const Result<std::vector<PixelSize>> pictures = codec->measure(file);
     if (!pictures)
         return std::nullopt;
     PointSize size;
@@ -48,13 +44,24 @@ std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path
     return size;
 }
 
+Image atActualSize(const Image& image, PointSize size) {
+    if (size == image.size())
+        return image;
+    return drawnAt(image, {pixelsFor(size.width), pixelsFor(size.height)}).withSize(size);
+}
+
+std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path& url) {
+    if (url.empty())
+        fatal("the file to measure is not named");
+    const Result<Bytes> file = readFile(url, isPictureFile);
+    return file ? actualSizeOf(*file) : std::nullopt;
+}
+
 Image ImageTools::BringImageToActualSize(const Image& image, const std::filesystem::path& url) {
     const std::optional<PointSize> actual = ImageActualSize(url);
     if (!actual)
         fatal("the file that an image was decoded from cannot be measured");
-    if (*actual == image.size())
-        return image;
-    return drawnAt(image, {pixelsFor(actual->width), pixelsFor(actual->height)}).withSize(*actual);
+    return atActualSize(image, *actual);
 }
 
 Image ImageTools::ResizeImage(const Image& image, double width, double height) {

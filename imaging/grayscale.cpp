@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/fatal.h"
 #include "imaging/image_tools.h"
+#include "imaging/wide_vectors.h"
 
 namespace complexion {
 
@@ -8,16 +9,19 @@ namespace {
 
 /// Device RGB to device grey as page-description languages define it, 0.30 R + 0.59 G + 0.11 B, in 256ths.
 /// Stored components are premultiplied: the grey is that of the picture over black.
+COMPLEXION_WIDE_VECTORS
+void makeGray(RGBA32* pixels, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint32_t word = pixels[i].color;
+        const std::uint32_t gray =
+            (77 * (word >> 24) + 151 * (word >> 16 & 255) + 28 * (word >> 8 & 255) + 128) >> 8;
+        pixels[i].color = gray * 0x01010100U | 255;
+    }
+}
+
 class Grayscale final : public PixelTransform {
 public:
-    void apply(std::span<RGBA32> pixels) const override {
-        for (RGBA32& pixel : pixels) {
-            const std::uint32_t word = pixel.color;
-            const std::uint32_t gray =
-                (77 * (word >> 24) + 151 * (word >> 16 & 255) + 28 * (word >> 8 & 255) + 128) >> 8;
-            pixel.color = gray * 0x01010100U | 255;
-        }
-    }
+    void apply(std::span<RGBA32> pixels) const override { makeGray(pixels.data(), pixels.size()); }
 };
 
 } // namespace

@@ -2,15 +2,13 @@
 #include "imaging/checked.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
+#include "imaging/photo_file_steps.h"
 #include "imaging/resample.h"
 
 #include <new>
 
 namespace complexion {
 
-namespace {
-
-/// The image as it is encoded: one pixel per point, the size truncated to whole points.
 Image rasterOf(const Image& image) {
     const char* outOfRange = "an image's size is out of range";
     const std::int64_t width = truncateToInt64(image.size().width, outOfRange);
@@ -19,8 +17,6 @@ Image rasterOf(const Image& image) {
         fatal("no bitmap of this size can be made");
     return resampled(image, {static_cast<int>(width), static_cast<int>(height)});
 }
-
-} // namespace
 
 std::optional<Image> ImageTools::DecodeImage(const std::filesystem::path& path) {
     try {

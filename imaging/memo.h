@@ -26,14 +26,31 @@ public:
         return std::dynamic_pointer_cast<const T>(m_value);
     }
 
+    /// Whatever was outdated goes.
     void set(std::shared_ptr<const Value> value) {
         const std::scoped_lock lock(m_mutex);
         m_value = std::move(value);
+        m_outdated = nullptr;
+    }
+
+    /// The value of what these pixels were made from by an edit, if it is of type T and nothing has been set
+    /// since; otherwise null. The value itself has to know what pixels it speaks of.
+    template <class T>
+    std::shared_ptr<const T> getOutdated() const {
+        const std::scoped_lock lock(m_mutex);
+        return std::dynamic_pointer_cast<const T>(m_outdated);
+    }
+
+    /// Takes over what is kept beside the pixels that these were made from.
+    void setOutdated(const Memo& before) {
+        const std::scoped_lock lock(m_mutex, before.m_mutex);
+        m_outdated = before.m_value ? before.m_value : before.m_outdated;
     }
 
 private:
     mutable std::mutex m_mutex;
     std::shared_ptr<const Value> m_value;
+    std::shared_ptr<const Value> m_outdated;
 };
 
 } // namespace complexion

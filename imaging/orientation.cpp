@@ -3,11 +3,14 @@
 
 #include "imaging/parallel.h"
 
+#include <algorithm>
+#include <array>
+
 namespace complexion {
 
 namespace {
 
-constexpr int kBlockColumns = 64;
+constexpr int kPixelsOfCacheLine = 64 / sizeof(RGBA32);
 
 /// How a picture is turned: first the sides are swapped about the main diagonal, then it is mirrored.
 struct Turn {
@@ -47,41 +50,69 @@ Orientation inverse(Orientation orientation) {
     return orientation;
 }
 
+/// The part of the picture `from` that becomes `place` in the turned one, of size `to`.
+PixelRect sourceOf(PixelRect place, PixelSize to, Turn turn) {
+    const PixelRect mirrored{turn.mirrorColumns ? to.width - place.right() : place.x,
+                             turn.mirrorRows ? to.height - place.bottom() : place.y, place.width,
+                             place.height};
+    return turn.transpose ? PixelRect{mirrored.y, mirrored.x, mirrored.height, mirrored.width} : mirrored;
+}
+
+void mirror(const PixelBlock& source, Turn turn, PixelBlock& out) {
+    for (int row = 0; row < out.size.height; ++row) {
+        const RGBA32* const from = source.row(turn.mirrorRows ? out.size.height - 1 - row : row);
+        if (turn.mirrorColumns)
+            std::reverse_copy(from, from + out.size.width, out.row(row));
+        else
+            std::copy_n(from, out.size.width, out.row(row));
+    }
+}
+
+/// In stripes: a row of the new block is a column of the old, and every pixel of that lies in a cache line of
+/// its own, which is used up while it is near.
+void transpose(const PixelBlock& source, Turn turn, PixelBlock& out) {
+    for (int begin = 0; begin < source.size.width; begin += kPixelsOfCacheLine) {
+        const int count = std::min(kPixelsOfCacheLine, source.size.width - begin);
+        std::array<RGBA32*, kPixelsOfCacheLine> lines{};
+        for (int i = 0; i < count; ++i)
+            lines[static_cast<std::size_t>(i)] =
+                out.row(turn.mirrorRows ? out.size.height - 1 - (begin + i) : begin + i);
+        for (int column = 0; column < out.size.width; ++column) {
+            const RGBA32* const from =
+                source.row(turn.mirrorColumns ? out.size.width - 1 - column : column) + begin;
+            for (int i = 0; i < count; ++i)
+                lines[static_cast<std::size_t>(i)][column] = from[i];
+        }
+    }
+}
+
+std::shared_ptr<const Tile> turnedTile(const Image& image, Turn turn, PixelSize to, PixelRect place) {
+    const PixelRect part = sourceOf(place, to, turn);
+    const PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
+    image.read(part, source.pixels.get(), part.width);
+    PixelBlock out = PixelBlock::uninitialized({place.width, place.height});
+    (turn.transpose ? transpose : mirror)(source, turn, out);
+    return std::make_shared<const Tile>(std::move(out));
+}
+
+/// Tile by tile, so that both pictures' tiles are near while they are worked on.
 Image turned(const Image& image, Turn turn) {
     const PixelSize from = image.pixelSize();
     const PixelSize to = turn.transpose ? PixelSize{from.height, from.width} : from;
-    ImageBuilder builder(to);
-    const int bandCount = (to.height + Tile::kHeight - 1) / Tile::kHeight;
-    parallelFor(bandCount, [&](int band) {
+    BandList bands(
+        static_cast<std::size_t>(to.area() == 0 ? 0 : (to.height + Tile::kHeight - 1) / Tile::kHeight));
+    parallelFor(static_cast<int>(bands.size()), [&](int band) {
         const int y = band * Tile::kHeight;
-        const int height = std::min(Tile::kHeight, to.height - y);
-        // The band's rows before mirroring, and the part of the source that they come from.
-        const int first = turn.mirrorRows ? to.height - y - height : y;
-        const PixelRect part = turn.transpose ? PixelRect{first, 0, height, from.height}
-                                              : PixelRect{0, first, from.width, height};
-        PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
-        image.read(part, source.pixels.get(), part.width);
-        PixelBlock out = PixelBlock::uninitialized({to.width, height});
-        // In blocks: a row of the new picture is a column of the old, and every pixel of that lies in a cache
-        // line of its own, which is to be used up while it is near.
-        for (int begin = 0; begin < to.width; begin += kBlockColumns) {
-            const int end = std::min(begin + kBlockColumns, to.width);
-            for (int row = 0; row < height; ++row) {
-                const int sourceRow = turn.mirrorRows ? height - 1 - row : row;
-                RGBA32* const line = out.row(row);
-                for (int column = begin; column < end; ++column) {
-                    const int sourceColumn = turn.mirrorColumns ? to.width - 1 - column : column;
-                    line[column] = turn.transpose ? source.row(sourceColumn)[sourceRow]
-                                                  : source.row(sourceRow)[sourceColumn];
-                }
-            }
-        }
-        builder.setRows(y, height, out.pixels.get());
+        TileList tiles;
+        for (int x = 0; x < to.width; x += Tile::kWidth)
+            tiles.push_back(turnedTile(
+                image, turn, to,
+                {x, y, std::min(Tile::kWidth, to.width - x), std::min(Tile::kHeight, to.height - y)}));
+        bands[static_cast<std::size_t>(band)] = std::make_shared<const Band>(std::move(tiles));
     });
     const PointSize points = image.size();
-    return builder.finish()
-        .withSize(turn.transpose ? PointSize{points.height, points.width} : points)
-        .withProfile(image.profile());
+    return Image::fromBands(to, std::move(bands), image.profile())
+        .withSize(turn.transpose ? PointSize{points.height, points.width} : points);
 }
 
 } // namespace

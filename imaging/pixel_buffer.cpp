@@ -98,7 +98,7 @@ Image PixelBuffer::close() && {
         for (; touched != m_touched.end() && touched->first.band == band; ++touched)
             tiles[static_cast<std::size_t>(touched->first.column)] =
                 std::make_shared<const Tile>(std::move(touched->second));
-        slot = std::make_shared<const Band>(std::move(tiles));
+        slot = std::make_shared<const Band>(std::move(tiles), *slot);
     }
     return m_image.withBands(std::move(bands));
 }

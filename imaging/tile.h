@@ -51,19 +51,25 @@ private:
     mutable std::array<std::shared_ptr<const PixelBlock>, kLastLevel> m_levels;
 };
 
+using TileList = std::vector<std::shared_ptr<const Tile>>;
+
 /// An immutable row of tiles, the unit of encoding and of parallel work.
 class Band {
 public:
-    explicit Band(std::vector<std::shared_ptr<const Tile>> tiles) : m_tiles(std::move(tiles)) {}
+    explicit Band(TileList tiles) : m_tiles(std::move(tiles)) {}
+    /// The band that an edit makes of `before`; an encoder finds there what it need not do again.
+    Band(TileList tiles, const Band& before) : Band(std::move(tiles)) {
+        m_encoded.setOutdated(before.m_encoded);
+    }
 
-    const std::vector<std::shared_ptr<const Tile>>& tiles() const { return m_tiles; }
+    const TileList& tiles() const { return m_tiles; }
     int height() const { return m_tiles.front()->block().size.height; }
 
     /// The band's bytes as an encoder last wrote them.
     Memo& encoded() const { return m_encoded; }
 
 private:
-    std::vector<std::shared_ptr<const Tile>> m_tiles;
+    TileList m_tiles;
     mutable Memo m_encoded;
 };
 

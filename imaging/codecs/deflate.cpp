@@ -30,15 +30,17 @@ void appendDeflated(Bytes& out, ByteView bytes) {
     stream->next_in = const_cast<std::uint8_t*>(bytes.data()); // the library only reads it
     stream->avail_in = static_cast<std::uint32_t>(bytes.size());
 
-    const std::size_t capacity = bytes.size() / 2 + kSlack;
-    const auto buffer = std::make_unique_for_overwrite<std::uint8_t[]>(capacity);
+    std::size_t used = out.size();
+    std::size_t room = bytes.size() / 4 * 3 + kSlack; // photos take about 0.6 of their size
     do {
-        stream->next_out = buffer.get();
-        stream->avail_out = static_cast<std::uint32_t>(capacity);
+        out.resize(used + room);
+        stream->next_out = out.data() + used;
+        stream->avail_out = static_cast<std::uint32_t>(room);
         if (isal_deflate(stream.get()) != COMP_OK)
             fatal("the compression library refuses its parameters");
-        out.insert(out.end(), buffer.get(), buffer.get() + (capacity - stream->avail_out));
+        used += room - stream->avail_out;
     } while (stream->avail_out == 0);
+    out.resize(used);
 }
 
 std::uint32_t adlerOf(ByteView bytes) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
-#include "imaging/codecs/indexed_image.h"
+#include "imaging/codecs/remembered_indices.h"
 #include "imaging/metadata/gif_metadata.h"
 
 #include <cgif.h>
@@ -45,9 +45,10 @@ Result<FileContents> encodeGif(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels() || size.width > kLongestSide || size.height > kLongestSide)
         return Error{"a GIF file cannot hold a picture of this size"};
-    Result<IndexedImage> indexed = indexedImage(image);
-    if (!indexed)
-        return indexed.error();
+    const auto remembered = rememberedIndexedImage(image);
+    if (!remembered)
+        return remembered.error();
+    const IndexedImage* indexed = remembered->get();
     if (!isThereMemoryFor(size))
         return Error{"there is not enough memory to write the GIF file"};
 
@@ -71,7 +72,7 @@ Result<FileContents> encodeGif(const Image& image) {
     CGIF_FrameConfig frame = {};
     frame.attrFlags = indexed->hasTransparency ? CGIF_FRAME_ATTR_HAS_ALPHA : 0;
     frame.transIndex = 0;
-    frame.pImageData = indexed->indices.data();
+    frame.pImageData = const_cast<std::uint8_t*>(indexed->indices.data()); // it is only read
     const bool added = cgif_addframe(gif, &frame) == CGIF_OK;
     const bool closed = cgif_close(gif) == CGIF_OK;
     if (!added || !closed)

@@ -8,7 +8,6 @@
 #include <atomic>
 #include <memory>
 #include <new>
-#include <optional>
 
 namespace complexion {
 
@@ -19,17 +18,6 @@ constexpr std::uint8_t kLeastOpaqueAlpha = 128;
 // libimagequant: 1 is slowest, 10 fastest; 3 is as good as 1 to the eye at a fraction of its time.
 constexpr int kQuantizerSpeed = 3;
 constexpr int kBestQuality = 100;
-
-/// The pixel as an opaque colour; the clear pixel when it is nearer to transparent.
-RGBA32 withoutHalfTransparency(RGBA32 pixel) {
-    const std::uint8_t alpha = pixel.alpha();
-    if (alpha == 255)
-        return pixel;
-    if (alpha < kLeastOpaqueAlpha)
-        return {};
-    return {unpremultiplied(pixel.red(), alpha), unpremultiplied(pixel.green(), alpha),
-            unpremultiplied(pixel.blue(), alpha), 255};
-}
 
 std::vector<RGBA32> readRow(const Image& image, int y) {
     std::vector<RGBA32> row(static_cast<std::size_t>(image.pixelSize().width));
@@ -72,37 +60,6 @@ private:
     std::array<std::uint16_t, 1 << kSlotBits> m_slots = allFree();
     std::vector<RGBA32> m_colors;
 };
-
-/// What reading all pixels once finds out.
-struct Survey {
-    bool hasTransparency = false;
-    std::optional<IndexedImage> exact; // when the colours are few enough
-};
-
-Survey survey(const Image& image) {
-    Survey found;
-    ColorTable table;
-    IndexedImage exact;
-    exact.size = image.pixelSize();
-    exact.indices.reserve(static_cast<std::size_t>(exact.size.area()));
-    bool few = true;
-    for (int y = 0; y < exact.size.height && (few || !found.hasTransparency); ++y)
-        for (const RGBA32 pixel : readRow(image, y)) {
-            found.hasTransparency = found.hasTransparency || pixel.alpha() == 0;
-            if (!few)
-                continue;
-            const std::optional<std::uint8_t> index = table.index(pixel);
-            few = index.has_value();
-            if (few)
-                exact.indices.push_back(*index);
-        }
-    if (few) {
-        exact.palette = table.colors();
-        exact.hasTransparency = found.hasTransparency;
-        found.exact = std::move(exact);
-    }
-    return found;
-}
 
 /// Makes the transparent colour, wherever it stands, the first one.
 void moveTransparencyToFront(IndexedImage& image) {
@@ -150,6 +107,44 @@ void giveRow(liq_color out[], int y, int width, void* rowSource) {
     }
 }
 
+} // namespace
+
+RGBA32 withoutHalfTransparency(RGBA32 pixel) {
+    const std::uint8_t alpha = pixel.alpha();
+    if (alpha == 255)
+        return pixel;
+    if (alpha < kLeastOpaqueAlpha)
+        return {};
+    return {unpremultiplied(pixel.red(), alpha), unpremultiplied(pixel.green(), alpha),
+            unpremultiplied(pixel.blue(), alpha), 255};
+}
+
+ColorSurvey surveyedColors(const Image& image) {
+    ColorSurvey found;
+    ColorTable table;
+    IndexedImage exact;
+    exact.size = image.pixelSize();
+    exact.indices.reserve(static_cast<std::size_t>(exact.size.area()));
+    bool few = true;
+    for (int y = 0; y < exact.size.height && (few || !found.hasTransparency); ++y)
+        for (const RGBA32 pixel : readRow(image, y)) {
+            found.hasTransparency = found.hasTransparency || pixel.alpha() == 0;
+            if (!few)
+                continue;
+            const std::optional<std::uint8_t> index = table.index(pixel);
+            few = index.has_value();
+            if (few)
+                exact.indices.push_back(*index);
+        }
+    if (few) {
+        exact.palette = table.colors();
+        exact.hasTransparency = found.hasTransparency;
+        moveTransparencyToFront(exact);
+        found.exact = std::move(exact);
+    }
+    return found;
+}
+
 Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
     const PixelSize size = image.pixelSize();
     const Error failed{"the picture's colours cannot be reduced"};
@@ -191,13 +186,10 @@ Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
     return indexed;
 }
 
-} // namespace
-
 Result<IndexedImage> indexedImage(const Image& image) {
-    Survey found = survey(image);
+    ColorSurvey found = surveyedColors(image);
     if (!found.exact)
         return quantized(image, found.hasTransparency);
-    moveTransparencyToFront(*found.exact);
     return std::move(*found.exact);
 }
 

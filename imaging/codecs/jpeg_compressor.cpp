@@ -2,7 +2,6 @@
 #include "imaging/codecs/jpeg_compressor.h"
 
 #include "imaging/codecs/jpeg_errors.h"
-#include "imaging/tile.h"
 
 #include <jerror.h>
 
@@ -15,6 +14,9 @@ namespace {
 
 constexpr int kQuality = 100;
 constexpr int kDotsPerInch = 72;
+/// An interval is as little as can be coded again alone.
+constexpr int kBlockRowsOfInterval = 1;
+static_assert(kJpegBlockRows == DCTSIZE);
 constexpr std::size_t kEndOfImageSize = 2;
 /// A first guess at the coded size, and what the headers take beside a profile.
 constexpr std::size_t kExpectedBytesPerPixel = 1;
@@ -181,16 +183,17 @@ Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tabl
     Compressor compressor(picture, icc.size() + kHeaderSpace);
     const std::vector<RGBA32> anyRow(static_cast<std::size_t>(picture.width));
     // The library writes the frame's and the scan's headers when the first row comes.
-    if (!compressor.configure(&tables) || !compressor.start(icc, Tile::kHeight / DCTSIZE) ||
+    if (!compressor.configure(&tables) || !compressor.start(icc, kBlockRowsOfInterval) ||
         !compressor.writeRow(anyRow.data()))
         return compressor.error();
     const ByteView header = compressor.written().first(scanStart(compressor.written()));
     return Bytes(header.begin(), header.end());
 }
 
-Result<Bytes> jpegInterval(PixelSize size, const RGBA32* rows, const JpegTables& tables) {
+Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables& tables) {
     Compressor compressor(size, expectedBytes(size) + kHeaderSpace);
-    if (!compressor.configure(&tables) || !compressor.start({}, 0) || !compressor.writeAllRows(rows))
+    if (!compressor.configure(&tables) || !compressor.start({}, kBlockRowsOfInterval) ||
+        !compressor.writeAllRows(rows))
         return compressor.error();
     const ByteView file = compressor.written();
     return Bytes(file.begin() + static_cast<std::ptrdiff_t>(scanStart(file)), file.end() - kEndOfImageSize);

@@ -9,8 +9,11 @@
 
 namespace complexion {
 
-// The pieces of a JPEG file of quality 100 without chroma subsampling whose restart intervals are bands of
-// Tile::kHeight rows. Transparent pixels are coded over black: as their premultiplied components are.
+// The pieces of a JPEG file of quality 100 without chroma subsampling whose restart intervals are single
+// block rows. Transparent pixels are coded over black: as their premultiplied components are.
+
+/// The height of a row of blocks, in pixels.
+inline constexpr int kJpegBlockRows = 8;
 
 /// The longest side that the format's library writes.
 inline constexpr int kLongestJpegSide = 65500;
@@ -18,8 +21,9 @@ inline constexpr int kLongestJpegSide = 65500;
 /// What stands before the first interval: headers with 72 dots per inch, `icc` unless empty, and `tables`.
 Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tables);
 
-/// The entropy-coded bytes of one interval: `rows` is `size` pixels, packed.
-Result<Bytes> jpegInterval(PixelSize size, const RGBA32* rows, const JpegTables& tables);
+/// The entropy-coded bytes of `rows`, `size` pixels, packed: one interval for each block row, and the markers
+/// RST0, RST1, ... between them.
+Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables& tables);
 
 /// The codes that are best for a picture of these pixels, for the symbols that occur in it only.
 Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows);

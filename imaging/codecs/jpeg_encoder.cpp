@@ -1,50 +1,38 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_encoder.h"
 
+#include "imaging/codecs/jpeg_bands.h"
 #include "imaging/codecs/jpeg_compressor.h"
-#include "imaging/parallel.h"
-
-#include <optional>
 
 namespace complexion {
 
 namespace {
 
-/// A picture's code tables, kept beside it.
-struct JpegPictureTables : Memo::Value {
-    JpegTables codes;
-};
 using Tables = std::shared_ptr<const JpegPictureTables>;
 
-constexpr int kBlockRows = 8;
 /// The tables are trained on this many pixels at least, in stripes spread over the picture.
 constexpr std::int64_t kSampleArea = 1'000'000;
 
-/// A band's restart interval, and the tables that it was coded with.
-struct JpegBand : Memo::Value {
-    JpegBand(Tables codedWith, Bytes bytes)
-        : tables(std::move(codedWith)), interval(std::make_shared<const Bytes>(std::move(bytes))) {}
-
-    Tables tables;
-    std::shared_ptr<const Bytes> interval;
-};
+constexpr std::uint8_t kEndOfImage = 0xD9;
+constexpr std::uint8_t kLastRestart = 0xD7;
+static_assert(Tile::kHeight == 8 * kJpegBlockRows, "after eight intervals, RST7 comes");
 
 /// Stripes of block rows, spread evenly; a small picture whole.
 PixelBlock sampleOf(const Image& image) {
     const PixelSize size = image.pixelSize();
-    const std::int64_t stripeArea = std::int64_t{size.width} * kBlockRows;
+    const std::int64_t stripeArea = std::int64_t{size.width} * kJpegBlockRows;
     const std::int64_t wanted = (kSampleArea + stripeArea - 1) / stripeArea;
-    const std::int64_t all = size.height / kBlockRows;
+    const std::int64_t all = size.height / kJpegBlockRows;
     const bool whole = wanted >= all;
-    PixelBlock sample =
-        PixelBlock::uninitialized({size.width, whole ? size.height : static_cast<int>(wanted) * kBlockRows});
+    PixelBlock sample = PixelBlock::uninitialized(
+        {size.width, whole ? size.height : static_cast<int>(wanted) * kJpegBlockRows});
     if (whole) {
         image.read({0, 0, size.width, size.height}, sample.pixels.get(), size.width);
         return sample;
     }
     for (std::int64_t i = 0; i < wanted; ++i)
-        image.read({0, static_cast<int>(i * all / wanted) * kBlockRows, size.width, kBlockRows},
-                   sample.row(static_cast<int>(i) * kBlockRows), size.width);
+        image.read({0, static_cast<int>(i * all / wanted) * kJpegBlockRows, size.width, kJpegBlockRows},
+                   sample.row(static_cast<int>(i) * kJpegBlockRows), size.width);
     return sample;
 }
 
@@ -74,54 +62,6 @@ Result<Tables> tablesFor(const Image& image) {
     return tables;
 }
 
-using JpegBandPointer = std::shared_ptr<const JpegBand>;
-
-Result<JpegBandPointer> codedBand(const Image& image, int index, const Tables& tables) {
-    const std::shared_ptr<const Band> band = image.storedBand(index);
-    const PixelRect rect = image.bandRect(index);
-    const PixelBlock rows = PixelBlock::uninitialized({rect.width, rect.height});
-    image.read(rect, rows.pixels.get(), rect.width);
-    Result<Bytes> interval = jpegInterval(rows.size, rows.pixels.get(), tables->codes);
-    if (!interval)
-        return interval.error();
-    auto coded = std::make_shared<const JpegBand>(tables, std::move(*interval));
-    if (band)
-        band->encoded().set(coded);
-    return JpegBandPointer(coded);
-}
-
-/// What is kept beside the band; null when that is nothing or was coded with other tables.
-JpegBandPointer keptBand(const Image& image, int index, const Tables& tables) {
-    const std::shared_ptr<const Band> band = image.storedBand(index);
-    const JpegBandPointer kept = band ? band->encoded().get<JpegBand>() : nullptr;
-    return kept && kept->tables == tables ? kept : nullptr;
-}
-
-/// All intervals in order; nothing but an error when one could not be coded.
-Result<std::vector<std::shared_ptr<const Bytes>>> intervals(const Image& image, const Tables& tables) {
-    std::vector<std::shared_ptr<const Bytes>> result(static_cast<std::size_t>(image.bandCount()));
-    std::vector<int> missing;
-    for (int index = 0; index < image.bandCount(); ++index) {
-        if (const JpegBandPointer kept = keptBand(image, index, tables))
-            result[static_cast<std::size_t>(index)] = kept->interval;
-        else
-            missing.push_back(index);
-    }
-    std::vector<std::optional<Error>> errors(missing.size());
-    parallelFor(static_cast<int>(missing.size()), [&](int i) {
-        const int index = missing[static_cast<std::size_t>(i)];
-        const Result<JpegBandPointer> coded = codedBand(image, index, tables);
-        if (coded)
-            result[static_cast<std::size_t>(index)] = (*coded)->interval;
-        else
-            errors[static_cast<std::size_t>(i)] = coded.error();
-    });
-    for (const std::optional<Error>& error : errors)
-        if (error)
-            return *error;
-    return result;
-}
-
 } // namespace
 
 Result<FileContents> encodeJpeg(const Image& image) {
@@ -136,18 +76,17 @@ Result<FileContents> encodeJpeg(const Image& image) {
     Result<Bytes> header = jpegHeader(size, image.profile().icc(), (*tables)->codes);
     if (!header)
         return header.error();
-    const auto scan = intervals(image, *tables);
-    if (!scan)
-        return scan.error();
+    const auto bands = codedJpegBands(image, *tables);
+    if (!bands)
+        return bands.error();
 
-    constexpr std::uint8_t kFirstRestartMarker = 0xD0; // RST0 .. RST7, in turn
-    constexpr std::uint8_t kEndOfImage = 0xD9;
     FileContents file;
     file.append(std::move(*header));
-    for (std::size_t i = 0; i < scan->size(); ++i) {
+    const auto betweenBands = std::make_shared<const Bytes>(Bytes{0xFF, kLastRestart});
+    for (std::size_t i = 0; i < bands->size(); ++i) {
         if (i > 0)
-            file.append({0xFF, static_cast<std::uint8_t>(kFirstRestartMarker + (i - 1) % 8)});
-        file.parts.push_back((*scan)[i]);
+            file.parts.push_back(betweenBands);
+        file.parts.push_back((*bands)[i]);
     }
     file.append({0xFF, kEndOfImage});
     return file;

@@ -8,7 +8,6 @@ namespace complexion {
 namespace {
 
 constexpr std::size_t kFrameSize = 12; // length, type and CRC
-constexpr std::size_t kDataOffset = 8;
 
 std::uint32_t bigEndian(ByteView bytes) {
     return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
@@ -23,12 +22,20 @@ void appendBigEndian(Bytes& bytes, std::uint32_t number) {
 }
 
 void appendPngChunk(Bytes& bytes, std::uint32_t type, ByteView data) {
-    bytes.reserve(bytes.size() + data.size() + kFrameSize);
-    appendBigEndian(bytes, static_cast<std::uint32_t>(data.size()));
-    const auto checked = static_cast<std::ptrdiff_t>(bytes.size());
+    appendPngChunk(bytes, type, std::span(&data, 1));
+}
+
+void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> parts) {
+    std::size_t length = 0;
+    for (const ByteView part : parts)
+        length += part.size();
+    bytes.reserve(bytes.size() + length + kFrameSize);
+    appendBigEndian(bytes, static_cast<std::uint32_t>(length));
+    const std::size_t checked = bytes.size();
     appendBigEndian(bytes, type);
-    bytes.insert(bytes.end(), data.begin(), data.end());
-    appendBigEndian(bytes, crc32_gzip_refl(0, bytes.data() + checked, data.size() + sizeof type));
+    for (const ByteView part : parts)
+        bytes.insert(bytes.end(), part.begin(), part.end());
+    appendBigEndian(bytes, crc32_gzip_refl(0, bytes.data() + checked, bytes.size() - checked));
 }
 
 std::optional<ByteView> findPngChunk(ByteView file, std::uint32_t type) {
@@ -39,7 +46,7 @@ std::optional<ByteView> findPngChunk(ByteView file, std::uint32_t type) {
         if (length > chunk.size() - kFrameSize)
             break;
         if (bigEndian(chunk.subspan(4)) == type)
-            return chunk.subspan(kDataOffset, length);
+            return chunk.subspan(kPngDataOffset, length);
         position += kFrameSize + length;
     }
     return std::nullopt;

@@ -26,6 +26,11 @@ void appendBigEndian(Bytes& bytes, std::uint32_t number);
 
 /// Appends a whole chunk; `data` is at most 2^31 - 1 bytes.
 void appendPngChunk(Bytes& bytes, std::uint32_t type, ByteView data);
+/// The same of data in parts.
+void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> parts);
+
+/// Where a chunk's data begins.
+inline constexpr std::size_t kPngDataOffset = 8;
 
 /// The data of the file's first chunk of a type, wherever it stands; its CRC is not checked.
 std::optional<ByteView> findPngChunk(ByteView file, std::uint32_t type);

@@ -121,19 +121,21 @@ bool isOpaque(std::span<const RGBA32> pixels) {
     return all == 255;
 }
 
-Bytes filteredRows(PixelSize size, const RGBA32* rows, bool withAlpha) {
+Bytes filteredRows(PixelSize size, const RGBA32* rows, const RGBA32* above, bool withAlpha) {
     const std::ptrdiff_t pixel = withAlpha ? 4 : 3;
     const std::ptrdiff_t samples = pixel * size.width;
     Bytes out(static_cast<std::size_t>((samples + 1) * size.height));
     std::uint8_t* to = out.data();
     // Left of the first pixel, and above the first row, samples count as 0.
-    std::vector<std::uint8_t> above(static_cast<std::size_t>(pixel + samples));
-    std::vector<std::uint8_t> current(above.size());
-    for (int y = 0; y < size.height; ++y, std::swap(above, current)) {
+    std::vector<std::uint8_t> upper(static_cast<std::size_t>(pixel + samples));
+    std::vector<std::uint8_t> current(upper.size());
+    if (above != nullptr)
+        unpackRow(above, size.width, withAlpha, upper.data() + pixel);
+    for (int y = 0; y < size.height; ++y, std::swap(upper, current)) {
         unpackRow(rows + std::ptrdiff_t{y} * size.width, size.width, withAlpha, current.data() + pixel);
-        const Neighbours row = {current.data() + pixel, above.data() + pixel, pixel};
-        const auto filters = y == 0 ? std::span<const std::uint8_t>(kFirstRowFilters)
-                                    : std::span<const std::uint8_t>(kFilters);
+        const Neighbours row = {current.data() + pixel, upper.data() + pixel, pixel};
+        const auto filters = y == 0 && above == nullptr ? std::span<const std::uint8_t>(kFirstRowFilters)
+                                                        : std::span<const std::uint8_t>(kFilters);
         const std::uint8_t filter = bestFilter(filters, row, samples);
         *to++ = filter;
         forFiltered(filter, row, 0, samples, [to](std::ptrdiff_t i, std::uint8_t value) { to[i] = value; });

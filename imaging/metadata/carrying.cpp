@@ -53,6 +53,14 @@ constexpr std::array<Carrier, 5> kCarriers = {{
      nullptr},
 }};
 
+Bytes joined(const FileContents& file) {
+    Bytes bytes;
+    bytes.reserve(file.size());
+    for (const auto& part : file.parts)
+        bytes.insert(bytes.end(), part->begin(), part->end());
+    return bytes;
+}
+
 const Carrier& carrierOf(Container container) {
     return kCarriers[static_cast<std::size_t>(container)];
 }
@@ -76,6 +84,18 @@ Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Ima
         return from == into ? carrierOf(*into).withBlocksOf(source, written, maker)
                             : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, maker);
     });
+}
+
+Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture) {
+    // All that matters of a JPEG file stands in the encoder's first part, which ends where the coded bytes
+    // begin.
+    const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
+    if (containerOf(start) != Container::Jpeg || !picture.hasPixels())
+        return withoutThrowing([&] { return withMetadataOf(source, joined(written), picture); });
+    Result<FileContents> file = withMetadataOf(source, start, picture);
+    if (file)
+        file->parts.insert(file->parts.end(), written.parts.begin() + 1, written.parts.end());
+    return file;
 }
 
 Orientation carriedOrientation(ByteView source, Container target) {

@@ -28,6 +28,9 @@ namespace complexion {
 /// thumbnail.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
 
+/// The same of a file that is not written yet, as its format's encoder gives it.
+Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {});
+
 /// The orientation that `source`'s metadata will have in a file of the format `target`.
 Orientation carriedOrientation(ByteView source, Container target);
 

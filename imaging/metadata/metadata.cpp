@@ -6,6 +6,7 @@
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/container.h"
 #include "imaging/metadata/creation_date.h"
+#include "imaging/photo_file_steps.h"
 
 #include <iostream>
 
@@ -22,6 +23,11 @@ Result<Bytes> readPicture(const std::filesystem::path& path) {
 
 } // namespace
 
+void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
+    if (!setCreationDate(path, date))
+        std::cout << "ERROR\n" << std::flush;
+}
+
 void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
                                  const std::filesystem::path& croppedImagePath, const Image& picture) {
     const Result<Bytes> source = readPicture(originalImagePath);
@@ -34,8 +40,7 @@ void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
     const Result<FileContents> result = withMetadataOf(*source, *written, picture);
     if (!result || !writeFileAtomically(croppedImagePath, *result))
         return;
-    if (!setCreationDate(croppedImagePath, date))
-        std::cout << "ERROR\n" << std::flush;
+    carryCreationDate(croppedImagePath, date);
 }
 
 std::chrono::system_clock::time_point ImageTools::ImageCreationDate(const std::filesystem::path& path) {

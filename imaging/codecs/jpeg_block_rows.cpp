@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/jpeg_block_rows.h"
+
+#include "imaging/codecs/jpeg_scan.h"
+#include "imaging/metadata/jpeg_segments.h"
+#include "imaging/parallel.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+
+namespace complexion {
+
+namespace {
+
+/// So many rows are decoded in one go. The restart markers of each part have to begin with RST0.
+constexpr int kRowsOfPart = 4 * Tile::kHeight;
+static_assert(kRowsOfPart % (8 * DCTSIZE) == 0);
+
+// The frame header's payload (T.81, B.2.2): the precision, then the number of lines.
+constexpr std::size_t kLinesOffset = 1;
+constexpr std::size_t kFrameHeaderLength = 6; // at least
+
+constexpr std::array<std::uint8_t, 2> kEndOfImage = {0xFF, JPEG_EOI};
+
+bool isStartOfFrame(std::uint8_t marker) {
+    return marker == 0xC0 || marker == 0xC1; // sequential, Huffman coded
+}
+
+/// Whether a segment tells the decoder nothing about the coding.
+bool isComment(std::uint8_t code) {
+    constexpr int kAdobe = 14; // tells the colour transform, as the absence of JFIF does
+    return code == marker::kComment ||
+           (code > marker::app(0) && code <= marker::app(15) && code != marker::app(kAdobe));
+}
+
+/// The file's headers with another number of lines; empty when they are not plain.
+Bytes headersWithHeight(ByteView headers, int height) {
+    const JpegSegments jpeg = splitJpeg(headers);
+    Bytes bytes = {0xFF, marker::kStartOfImage};
+    int frames = 0;
+    for (const JpegSegment& segment : jpeg.segments) {
+        if (isComment(segment.marker))
+            continue;
+        bytes.insert(bytes.end(), segment.whole.begin(), segment.whole.end());
+        if (!isStartOfFrame(segment.marker) || segment.payload.size() < kFrameHeaderLength)
+            continue;
+        ++frames;
+        std::uint8_t* const payload = bytes.data() + bytes.size() - segment.payload.size();
+        payload[kLinesOffset] = static_cast<std::uint8_t>(height >> 8);
+        payload[kLinesOffset + 1] = static_cast<std::uint8_t>(height);
+    }
+    if (frames != 1 || jpeg.rest.size() < 2 || jpeg.rest[0] != 0xFF || jpeg.rest[1] != marker::kStartOfScan)
+        return {};
+    bytes.insert(bytes.end(), jpeg.rest.begin(), jpeg.rest.end());
+    return bytes;
+}
+
+/// Decodes the rows from `firstRow` on; false when anything is unusual.
+bool decodePart(const Bytes& headers, ByteView rest, PixelSize size, int firstRow, ImageBuilder& builder) {
+    JpegDecompressor decompressor(headers, rest);
+    if (!decompressor.readHeader() || decompressor.size() != size || !decompressor.hasBlockRowsApart() ||
+        !decompressor.start())
+        return false;
+    PixelBlock rows = PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)});
+    std::array<JSAMPROW, Tile::kHeight> pointers{};
+    for (int row = 0; row < rows.size.height; ++row)
+        pointers[static_cast<std::size_t>(row)] = reinterpret_cast<JSAMPROW>(rows.row(row));
+    for (int y = 0; y < size.height; y += Tile::kHeight) {
+        const int count = std::min(Tile::kHeight, size.height - y);
+        if (!decompressor.readRows(pointers.data(), count))
+            return false;
+        builder.setRows(firstRow + y, count, rows.pixels.get());
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<Image> decodeBlockRowsApart(const JpegDecompressor& header, ByteView file) {
+    const PixelSize size = header.size();
+    if (!header.hasBlockRowsApart() || size.height <= kRowsOfPart)
+        return std::nullopt;
+    const ByteView scan = header.scanData();
+    const RestartIntervals split = splitAtRestartMarkers(scan);
+    const auto blockRows = static_cast<std::size_t>((size.height + DCTSIZE - 1) / DCTSIZE);
+    // A decoder that goes through from first to last finds its way through missing and wrong markers.
+    if (split.intervals.size() != blockRows || !split.inTurn || split.rest.size() < kEndOfImage.size() ||
+        !std::equal(kEndOfImage.begin(), kEndOfImage.end(), split.rest.begin()))
+        return std::nullopt;
+
+    const ByteView headers = file.first(file.size() - scan.size());
+    ImageBuilder builder(size);
+    std::atomic<bool> isDone = true;
+    parallelFor((size.height + kRowsOfPart - 1) / kRowsOfPart, [&](int part) {
+        const int y = part * kRowsOfPart;
+        const int height = std::min(kRowsOfPart, size.height - y);
+        // To the file's end: how the library decodes damaged bytes depends on how many more there are.
+        const std::uint8_t* const first = split.intervals[static_cast<std::size_t>(y / DCTSIZE)].data();
+        const ByteView rest(first, file.data() + file.size());
+        const Bytes headersOfPart = headersWithHeight(headers, height);
+        if (!isDone || headersOfPart.empty() ||
+            !decodePart(headersOfPart, rest, {size.width, height}, y, builder))
+            isDone = false;
+    });
+    return isDone ? std::optional(builder.finish()) : std::nullopt;
+}
+
+} // namespace complexion

@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/jpeg_decompressor.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kExifMarker = JPEG_APP0 + 1;
+constexpr int kIccMarker = JPEG_APP0 + 2;
+constexpr std::size_t kMostIccParts = 255; // a byte counts them
+constexpr std::array<std::uint8_t, 5> kExifSignature = {'E', 'x', 'i', 'f', 0};
+constexpr std::size_t kExifHeaderSize = 6; // the signature and a padding byte
+constexpr std::array<std::uint8_t, 12> kIccSignature = {'I', 'C', 'C', '_', 'P', 'R',
+                                                        'O', 'F', 'I', 'L', 'E', 0};
+constexpr std::size_t kIccHeaderSize = 14; // the signature, the part's number from 1 on, the number of parts
+
+/// The coefficients of a picture in several scans are kept in memory until the last has come, 2 bytes each.
+constexpr long kMostCoefficientMemory = 2L << 30;
+/// Real pictures have some ten scans. Each costs a walk over the whole picture, even an empty one.
+constexpr int kMostScans = 500;
+constexpr int kAlwaysAllowedScans = 16;
+constexpr std::int64_t kMostScannedPixels = 8'000'000'000;
+
+constexpr double kCentimetresPerInch = 2.54;
+
+constexpr std::array<std::uint8_t, 2> kEndOfImage = {0xFF, JPEG_EOI};
+
+template <std::size_t length>
+bool startsWith(ByteView bytes, const std::array<std::uint8_t, length>& signature) {
+    return bytes.size() >= length && std::memcmp(bytes.data(), signature.data(), length) == 0;
+}
+
+/// What the library takes over from a second frame header before it refuses it.
+struct Frame {
+    explicit Frame(const jpeg_decompress_struct& info)
+        : width(info.image_width),
+          height(info.image_height),
+          components(info.num_components),
+          precision(info.data_precision) {}
+    void restore(jpeg_decompress_struct& info) const {
+        info.image_width = width;
+        info.image_height = height;
+        info.num_components = components;
+        info.data_precision = precision;
+    }
+    JDIMENSION width;
+    JDIMENSION height;
+    int components;
+    int precision;
+};
+
+} // namespace
+
+JpegApplicationSegments::JpegApplicationSegments() {
+    m_icc.reserve(kMostIccParts + 1); // nothing may be thrown through the library
+}
+
+void JpegApplicationSegments::add(int marker, ByteView payload) {
+    if (marker == kExifMarker && m_exif.empty() && payload.size() >= kExifHeaderSize &&
+        startsWith(payload, kExifSignature))
+        m_exif = payload.subspan(kExifHeaderSize);
+    else if (marker == kIccMarker && payload.size() >= kIccHeaderSize && startsWith(payload, kIccSignature) &&
+             m_icc.size() <= kMostIccParts)
+        m_icc.push_back(payload);
+}
+
+Bytes JpegApplicationSegments::icc() const {
+    std::vector<ByteView> parts(m_icc.size());
+    for (const ByteView payload : m_icc) {
+        const std::size_t number = payload[kIccHeaderSize - 2];
+        if (payload[kIccHeaderSize - 1] != parts.size() || number < 1 || number > parts.size() ||
+            parts[number - 1].data() != nullptr)
+            return {};
+        parts[number - 1] = payload.subspan(kIccHeaderSize);
+    }
+    Bytes profile;
+    for (const ByteView part : parts)
+        profile.insert(profile.end(), part.begin(), part.end());
+    return profile;
+}
+
+JpegDecompressor::PieceSource::PieceSource() : jpeg_source_mgr() {
+    init_source = [](j_decompress_ptr) {};
+    fill_input_buffer = [](j_decompress_ptr info) -> boolean {
+        auto& source = *static_cast<PieceSource*>(info->src);
+        const ByteView piece =
+            source.next < source.pieces.size() ? source.pieces[source.next++] : ByteView(kEndOfImage);
+        source.next_input_byte = piece.data();
+        source.bytes_in_buffer = piece.size();
+        return TRUE;
+    };
+    skip_input_data = [](j_decompress_ptr info, long count) {
+        auto& source = *static_cast<PieceSource*>(info->src);
+        for (auto left = static_cast<std::size_t>(std::max(count, 0L)); left > 0;) {
+            const std::size_t part = std::min(left, source.bytes_in_buffer);
+            source.next_input_byte += part;
+            source.bytes_in_buffer -= part;
+            left -= part;
+            if (left == 0 || source.next > source.pieces.size())
+                return;
+            source.fill_input_buffer(info);
+        }
+    };
+    resync_to_restart = jpeg_resync_to_restart;
+    term_source = [](j_decompress_ptr) {};
+}
+
+JpegDecompressor::JpegDecompressor(ByteView file) : m_file(file) {
+    m_info.err = &m_errors;
+}
+
+JpegDecompressor::JpegDecompressor(ByteView file, ByteView rest) : m_file(file), m_isInPieces(true) {
+    m_pieces.pieces = {file, rest};
+    m_info.err = &m_errors;
+}
+
+bool JpegDecompressor::readHeader() {
+    return guard().run([this] {
+        jpeg_create_decompress(&m_info);
+        m_info.mem->max_memory_to_use = kMostCoefficientMemory;
+        if (m_isInPieces)
+            m_info.src = &m_pieces;
+        else
+            jpeg_mem_src(&m_info, m_file.data(), m_file.size());
+        m_info.client_data = &m_segments;
+        jpeg_set_marker_processor(&m_info, kExifMarker, readSegment);
+        jpeg_set_marker_processor(&m_info, kIccMarker, readSegment);
+        jpeg_read_header(&m_info, TRUE);
+    });
+}
+
+bool JpegDecompressor::hasBlockRowsApart() const {
+    const auto isWhole = [](const jpeg_component_info& component) {
+        return component.h_samp_factor == 1 && component.v_samp_factor == 1;
+    };
+    return !m_info.progressive_mode && !m_info.arith_code && m_info.comps_in_scan == m_info.num_components &&
+           std::all_of(m_info.comp_info, m_info.comp_info + m_info.num_components, isWhole) &&
+           m_info.restart_interval == (m_info.image_width + DCTSIZE - 1) / DCTSIZE;
+}
+
+Density JpegDecompressor::jfifDensity() const {
+    constexpr int kPerInch = 1;
+    constexpr int kPerCentimetre = 2;
+    if (!m_info.saw_JFIF_marker || (m_info.density_unit != kPerInch && m_info.density_unit != kPerCentimetre))
+        return {};
+    const double unit = m_info.density_unit == kPerCentimetre ? kCentimetresPerInch : 1;
+    return {m_info.X_density * unit, m_info.Y_density * unit};
+}
+
+bool JpegDecompressor::start() {
+    m_info.out_color_space = isCmyk() ? JCS_CMYK : JCS_EXT_ABGR;
+    m_info.buffered_image = jpeg_has_multiple_scans(&m_info);
+    if (!guard().run([this] { jpeg_start_decompress(&m_info); }))
+        return false;
+    return !m_info.buffered_image || startOutputOfAllScans();
+}
+
+bool JpegDecompressor::readRows(JSAMPROW* rows, int count) {
+    const int end = nextRow() + count;
+    return guard().run([&] {
+        const int first = nextRow();
+        while (nextRow() < end)
+            if (jpeg_read_scanlines(&m_info, rows + (nextRow() - first),
+                                    static_cast<JDIMENSION>(end - nextRow())) == 0)
+                m_errors.guard.fail("no more rows");
+    });
+}
+
+boolean JpegDecompressor::readSegment(j_decompress_ptr info) {
+    constexpr std::size_t kLengthLength = 2;
+    jpeg_source_mgr& source = *info->src;
+    const ByteView rest(source.next_input_byte, source.bytes_in_buffer);
+    const std::size_t length = rest.size() < kLengthLength ? 0 : std::size_t{rest[0]} << 8 | rest[1];
+    if (length < kLengthLength || length > rest.size())
+        return source.fill_input_buffer(info); // which makes an end of the picture
+    static_cast<JpegApplicationSegments*>(info->client_data)
+        ->add(info->unread_marker, rest.subspan(kLengthLength, length - kLengthLength));
+    source.next_input_byte += length;
+    source.bytes_in_buffer -= length;
+    return TRUE;
+}
+
+int JpegDecompressor::mostScans() const {
+    const std::int64_t affordable = kMostScannedPixels / size().area();
+    return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMostScans));
+}
+
+bool JpegDecompressor::startOutputOfAllScans() {
+    const Frame frame(m_info);
+    const bool undamaged = guard().run([this] {
+        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= mostScans())
+            jpeg_consume_input(&m_info);
+    });
+    frame.restore(m_info);
+    // Asked for the scan before the one that it could not finish, the library reads no further, and shows
+    // what it has of both.
+    const bool finished = undamaged && jpeg_input_complete(&m_info);
+    const int scan = std::max(1, m_info.input_scan_number - (finished ? 0 : 1));
+    return guard().run([&] { jpeg_start_output(&m_info, scan); });
+}
+
+} // namespace complexion

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/jpeg_errors.h"
+#include "imaging/files.h"
+#include "imaging/geometry.h"
+#include "imaging/metadata/exif_basics.h"
+#include "imaging/result.h"
+
+#include <array>
+#include <vector>
+
+namespace complexion {
+
+/// The application segments of a JPEG file that matter. The library's own list of them costs the square of
+/// their number.
+class JpegApplicationSegments {
+public:
+    JpegApplicationSegments();
+
+    void add(int marker, ByteView payload);
+
+    /// The EXIF block behind its signature; empty without one.
+    ByteView exif() const { return m_exif; }
+
+    /// The embedded profile; empty without a complete one.
+    Bytes icc() const;
+
+private:
+    ByteView m_exif;
+    std::vector<ByteView> m_icc;
+};
+
+/// The library's decoder on one file. A step that fails leaves a message in `error()`.
+class JpegDecompressor {
+public:
+    explicit JpegDecompressor(ByteView file);
+    /// On a file in two pieces, the second from within the coded bytes on; its end is made up.
+    JpegDecompressor(ByteView file, ByteView rest);
+    ~JpegDecompressor() { jpeg_destroy_decompress(&m_info); }
+    JpegDecompressor(const JpegDecompressor&) = delete;
+    JpegDecompressor& operator=(const JpegDecompressor&) = delete;
+
+    /// Reads up to the first scan's coded bytes.
+    bool readHeader();
+
+    PixelSize size() const {
+        return {static_cast<int>(m_info.image_width), static_cast<int>(m_info.image_height)};
+    }
+    /// What follows the headers.
+    ByteView scanData() const { return {m_info.src->next_input_byte, m_info.src->bytes_in_buffer}; }
+    bool isCmyk() const { return m_info.jpeg_color_space == JCS_CMYK || m_info.jpeg_color_space == JCS_YCCK; }
+    bool isGrey() const { return m_info.jpeg_color_space == JCS_GRAYSCALE; }
+    bool hasKnownColors() const { return m_info.jpeg_color_space != JCS_UNKNOWN; }
+    /// Whether no pixel depends on another row of blocks: each is an interval of one scan, none is scaled.
+    bool hasBlockRowsApart() const;
+
+    ExifBasics exif() const {
+        return m_segments.exif().empty() ? ExifBasics() : readExifBasics(m_segments.exif());
+    }
+    Density jfifDensity() const;
+    Bytes icc() const { return m_segments.icc(); }
+
+    /// Prepares the output of rows in our pixel layout, or of CMYK samples. Pictures in several scans are
+    /// read whole here, as far as they can be.
+    bool start();
+
+    int nextRow() const { return static_cast<int>(m_info.output_scanline); }
+
+    /// Reads the next `count` rows; false when the picture could not be read on.
+    bool readRows(JSAMPROW* rows, int count);
+
+    Error error() const { return Error{"JPEG: " + m_errors.guard.message()}; }
+
+private:
+    /// Gives the library the pieces one after the other, then a made-up end.
+    struct PieceSource : jpeg_source_mgr {
+        PieceSource();
+        std::array<ByteView, 2> pieces;
+        std::size_t next = 0;
+    };
+
+    JumpGuard& guard() { return m_errors.guard; }
+    static boolean readSegment(j_decompress_ptr info);
+    int mostScans() const;
+    bool startOutputOfAllScans();
+
+    ByteView m_file;
+    PieceSource m_pieces;
+    bool m_isInPieces = false;
+    JpegApplicationSegments m_segments;
+    JpegErrors m_errors;
+    jpeg_decompress_struct m_info = {};
+};
+
+} // namespace complexion

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/files.h"
+#include "imaging/image.h"
+#include "imaging/metadata/creation_date.h"
+
+#include <optional>
+
+namespace complexion {
+
+// What the operations on photo files are made of.
+
+/// The largest width and the largest height in pixels of all pictures in a file of one of the formats;
+/// nothing when it cannot be decoded, or when a picture of that size could not.
+std::optional<PointSize> actualSizeOf(ByteView file);
+
+/// The image drawn at `size`, one point per pixel: the very image when its size in points is that already.
+Image atActualSize(const Image& image, PointSize size);
+
+/// The image as it is encoded: one pixel per point, the size truncated to whole points. Fatal when no bitmap
+/// of that size can be made.
+Image rasterOf(const Image& image);
+
+/// Gives the file at `path` a creation date; prints "ERROR" when that cannot be done.
+void carryCreationDate(const std::filesystem::path& path, CreationDate date);
+
+} // namespace complexion

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/photo_files.h"
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/no_throw.h"
+#include "imaging/image_tools.h"
+#include "imaging/metadata/carrying.h"
+#include "imaging/metadata/container.h"
+#include "imaging/metadata/creation_date.h"
+#include "imaging/photo_file_steps.h"
+
+#include <new>
+
+namespace complexion {
+
+namespace {
+
+Result<FileContents> withMetadataOfFile(const std::filesystem::path& source, const FileContents& written,
+                                        const Image& picture) {
+    return withoutThrowing([&]() -> Result<FileContents> {
+        const Result<Bytes> file =
+            readFile(source, [](ByteView start) { return containerOf(start).has_value(); });
+        if (!file)
+            return file.error();
+        return withMetadataOf(*file, written, picture);
+    });
+}
+
+} // namespace
+
+std::optional<Image> openPhoto(const std::filesystem::path& path) {
+    std::optional<Image> image;
+    std::optional<PointSize> size;
+    try {
+        const Result<Bytes> file = readFile(path, isPictureFile);
+        if (!file)
+            return std::nullopt;
+        const Codec& codec = *codecForContent(*file);
+        if (const Result<Image> decoded = codec.decode(*file))
+            image = *decoded;
+        size = actualSizeOf(*file);
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
+    return image && size ? std::optional(atActualSize(*image, *size)) : std::nullopt;
+}
+
+bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
+               const std::filesystem::path& source, const Image& picture) {
+    const Image raster = rasterOf(image);
+    const Codec* codec = codecForExtension(format);
+    if (!codec)
+        return false;
+    try {
+        const Result<FileContents> file = codec->encode(raster);
+        if (!file) {
+            // That counts as saved, and whatever stands there is given the metadata.
+            ImageTools::ChangeImageExif(source, path, picture);
+            return true;
+        }
+        const CreationDate date = ImageTools::ImageCreationDate(source);
+        const Result<FileContents> whole = withMetadataOfFile(source, *file, picture);
+        if (!whole || !writeFileAtomically(path, *whole))
+            return writeFileAtomically(path, *file);
+        carryCreationDate(path, date);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+} // namespace complexion

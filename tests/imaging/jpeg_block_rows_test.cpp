@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Files whose rows of blocks can be decoded apart, on all cores, decode as the library decodes them from
+// first to last, in order or not.
+#include "imaging/codecs/jpeg_block_rows.h"
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_scan.h"
+#include "tests/fakes/coded_files.h"
+#include "tests/fakes/jpeg_files.h"
+#include "tests/fakes/pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace complexion {
+namespace {
+
+Bytes ownFile(const Image& image) {
+    const Result<FileContents> file = kJpegCodec.encode(image);
+    EXPECT_TRUE(file);
+    return joined(*file);
+}
+
+/// Where the coded bytes begin.
+std::size_t scanStart(ByteView file) {
+    JpegDecompressor decompressor(file);
+    EXPECT_TRUE(decompressor.readHeader());
+    return file.size() - decompressor.scanData().size();
+}
+
+std::optional<Image> decodedApart(ByteView file) {
+    JpegDecompressor decompressor(file);
+    EXPECT_TRUE(decompressor.readHeader());
+    return decodeBlockRowsApart(decompressor, file);
+}
+
+testing::AssertionResult decodesAsTheLibraryDoes(ByteView file) {
+    const Result<Image> image = kJpegCodec.decode(file);
+    if (!image)
+        return testing::AssertionFailure() << image.error().message;
+    return rgbSamples(*image) == jpegSamples(file, JCS_RGB) ? testing::AssertionSuccess()
+                                                            : testing::AssertionFailure() << "other pixels";
+}
+
+/// `file` with its intervals changed by `change`, joined with the right markers.
+template <class Change>
+Bytes withIntervals(const Bytes& file, const Change& change) {
+    const std::size_t start = scanStart(file);
+    RestartIntervals split = splitAtRestartMarkers(ByteView(file).subspan(start));
+    change(split.intervals);
+    Bytes changed(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(start));
+    for (std::size_t i = 0; i < split.intervals.size(); ++i) {
+        if (i > 0)
+            appendRestartMarker(changed, i);
+        changed.insert(changed.end(), split.intervals[i].begin(), split.intervals[i].end());
+    }
+    changed.insert(changed.end(), split.rest.begin(), split.rest.end());
+    return changed;
+}
+
+TEST(RestartMarkers, PartAScan) {
+    const Bytes bytes = {1, 0xFF, 0, 2, 0xFF, 0xD0, 0xFF, 0xD1, 3, 0xFF, 0xD9, 4, 0xFF, 0xD2};
+    const RestartIntervals split = splitAtRestartMarkers(bytes);
+    ASSERT_EQ(split.intervals.size(), 3U);
+    EXPECT_EQ(Bytes(split.intervals[0].begin(), split.intervals[0].end()), (Bytes{1, 0xFF, 0, 2}));
+    EXPECT_TRUE(split.intervals[1].empty());
+    EXPECT_EQ(split.intervals[2].front(), 3);
+    EXPECT_TRUE(split.inTurn);
+    EXPECT_EQ(split.rest.size(), 5U);
+}
+
+TEST(RestartMarkers, OutOfTurnCutAndFilledScansAreSeen) {
+    EXPECT_FALSE(splitAtRestartMarkers(Bytes{1, 0xFF, 0xD1}).inTurn);
+    EXPECT_FALSE(splitAtRestartMarkers(Bytes{1, 0xFF, 0xD0, 0xFF, 0xD0}).inTurn);
+    EXPECT_TRUE(splitAtRestartMarkers(Bytes{1, 2}).rest.empty());
+    EXPECT_EQ(splitAtRestartMarkers(Bytes{1, 0xFF}).rest.size(), 1U);
+    EXPECT_EQ(splitAtRestartMarkers(Bytes{1, 0xFF, 0xFF, 0xD0}).rest.size(), 3U);
+    EXPECT_EQ(splitAtRestartMarkers({}).intervals.size(), 1U);
+}
+
+TEST(JpegBlockRows, OwnFilesAreDecodedApartAndAsTheLibraryDoes) {
+    for (const PixelSize size :
+         {PixelSize{1, 257}, PixelSize{300, 264}, PixelSize{257, 513}, PixelSize{64, 1111}}) {
+        const Bytes file = ownFile(noise(size));
+        const std::optional<Image> apart = decodedApart(file);
+        ASSERT_TRUE(apart);
+        EXPECT_EQ(rgbSamples(*apart), jpegSamples(file, JCS_RGB));
+        EXPECT_TRUE(samePixels(*kJpegCodec.decode(file), *apart));
+    }
+}
+
+TEST(JpegBlockRows, GreyFilesAreDecodedApart) {
+    const JpegRecipe recipe = {.size = {40, 600},
+                               .components = 1,
+                               .samples = JCS_GRAYSCALE,
+                               .exif = {},
+                               .icc = {},
+                               .adjust = [](jpeg_compress_struct& info) { info.restart_in_rows = 1; }};
+    std::vector<std::uint8_t> samples;
+    for (int i = 0; i < 40 * 600; ++i)
+        samples.push_back(static_cast<std::uint8_t>(i * i / 7));
+    const Bytes file = jpegFile(recipe, samples);
+    EXPECT_TRUE(decodedApart(file));
+    EXPECT_TRUE(decodesAsTheLibraryDoes(file));
+}
+
+TEST(JpegBlockRows, FilesOfOtherKindsAreNot) {
+    const auto fileWith = [](const std::function<void(jpeg_compress_struct&)>& adjust) {
+        return jpegFile({.size = {300, 600}, .exif = {}, .icc = {}, .adjust = adjust},
+                        rgbSamples(noise({300, 600})));
+    };
+    const std::vector<std::function<void(jpeg_compress_struct&)>> others = {
+        [](jpeg_compress_struct&) {}, [](jpeg_compress_struct& info) { info.restart_in_rows = 2; },
+        [](jpeg_compress_struct& info) { info.restart_interval = 19; },
+        [](jpeg_compress_struct& info) {
+            info.restart_in_rows = 1;
+            info.comp_info[0].h_samp_factor = info.comp_info[0].v_samp_factor = 2;
+        },
+        [](jpeg_compress_struct& info) {
+            info.restart_in_rows = 1;
+            jpeg_simple_progression(&info);
+        }};
+    for (const auto& adjust : others) {
+        const Bytes file = fileWith(adjust);
+        EXPECT_FALSE(decodedApart(file));
+        EXPECT_TRUE(decodesAsTheLibraryDoes(file));
+    }
+}
+
+TEST(JpegBlockRows, DisorderIsLeftToTheLibrary) {
+    const Bytes file = ownFile(noise({90, 700}));
+    std::vector<Bytes> disorders;
+    for (const std::size_t end : {file.size() - 1, file.size() - 2, file.size() / 2, file.size() / 3})
+        disorders.emplace_back(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(end));
+    disorders.push_back(withIntervals(file, [](auto& all) { all.erase(all.begin() + 40); }));
+    disorders.push_back(withIntervals(file, [](auto& all) { all.insert(all.begin() + 40, all[7]); }));
+    Bytes other = file;
+    const Bytes marker = {0xFF, 0xD4};
+    *(std::search(other.begin(), other.end(), marker.begin(), marker.end()) + 1) = 0xD6;
+    disorders.push_back(other);
+    for (const Bytes& disorder : disorders) {
+        EXPECT_FALSE(decodedApart(disorder));
+        EXPECT_TRUE(decodesAsTheLibraryDoes(disorder));
+    }
+}
+
+TEST(JpegBlockRows, DamageWithinIntervalsIsTheLibrarysToTheLastPixel) {
+    const Bytes file = ownFile(noise({200, 900}));
+    const std::size_t start = scanStart(file);
+    std::mt19937 random(9);
+    for (int i = 0; i < 60; ++i) {
+        Bytes damaged = file;
+        for (int spot = 0; spot < 1 + i % 40; ++spot) {
+            const std::size_t place = start + random() % (file.size() - start - 2);
+            // No marker comes or goes.
+            if (damaged[place] != 0xFF && damaged[place - 1] != 0xFF)
+                damaged[place] = static_cast<std::uint8_t>(random() % 0xFF);
+        }
+        ASSERT_TRUE(decodedApart(damaged));
+        ASSERT_TRUE(decodesAsTheLibraryDoes(damaged)) << i;
+    }
+}
+
+TEST(JpegBlockRows, IntervalsOfWrongLengthsAreTheLibrarysToo) {
+    const Bytes file = ownFile(noise({200, 900}));
+    const std::vector<std::function<void(std::vector<ByteView>&)>> changes = {
+        [](auto& all) { all[70] = {}; }, [](auto& all) { all[63] = all[63].first(all[63].size() / 2); },
+        [](auto& all) { std::swap(all[3], all[101]); }, [](auto& all) { all.back() = all.back().first(3); }};
+    for (const auto& change : changes) {
+        const Bytes changed = withIntervals(file, change);
+        EXPECT_TRUE(decodedApart(changed));
+        EXPECT_TRUE(decodesAsTheLibraryDoes(changed));
+    }
+}
+
+TEST(JpegBlockRows, RandomDamageAnywhereInTheScanIsHarmless) {
+    const Bytes file = ownFile(noise({120, 700}));
+    const std::size_t start = scanStart(file);
+    std::mt19937 random(10);
+    for (int i = 0; i < 60; ++i) {
+        Bytes damaged = file;
+        for (int spot = 0; spot < 6; ++spot)
+            damaged[start + random() % (file.size() - start)] =
+                static_cast<std::uint8_t>(random() % 3 == 0 ? 0xFF : random());
+        const Result<Image> image = kJpegCodec.decode(damaged);
+        ASSERT_TRUE(image);
+        if (const std::optional<Image> apart = decodedApart(damaged)) {
+            ASSERT_TRUE(rgbSamples(*apart) == jpegSamples(damaged, JCS_RGB)) << i;
+        }
+    }
+}
+
+} // namespace
+} // namespace complexion

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Opening and saving in one step give what their parts give one after the other.
+#include "imaging/photo_files.h"
+
+#include "imaging/image_tools.h"
+#include "imaging/metadata/creation_date.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/temporary_folder.h"
+#include "tests/imaging/metadata_samples.h"
+
+#include <gtest/gtest.h>
+
+namespace complexion {
+namespace {
+
+using namespace std::string_literals;
+
+constexpr CreationDate kDate{std::chrono::seconds(1234567890)};
+
+class PhotoFiles : public testing::Test {
+protected:
+    /// A photo of 300 dots per inch, on its side, with an artist.
+    std::filesystem::path photo(std::string_view format) const {
+        const std::filesystem::path path = folder.path() / ("photo." + std::string(format));
+        EXPECT_TRUE(ImageTools::SaveImage(noise({90, 70}), path, format));
+        if (format == "jpg" || format == "png")
+            writeFile(path, withExif(contentsOf(path), 6, "Nobody"));
+        setCreationDate(path, kDate);
+        return path;
+    }
+
+    std::string savedInSteps(const Image& image, std::string_view format,
+                             const std::filesystem::path& source) const {
+        const std::filesystem::path path = folder.path() / "steps";
+        if (ImageTools::SaveImage(image, path, format))
+            ImageTools::ChangeImageExif(source, path, image);
+        return taken(path);
+    }
+    std::string savedAtOnce(const Image& image, std::string_view format,
+                            const std::filesystem::path& source) const {
+        const std::filesystem::path path = folder.path() / "once";
+        EXPECT_TRUE(savePhoto(image, path, format, source, image));
+        return taken(path);
+    }
+
+    /// The file's bytes, date and mode; the file goes.
+    static std::string taken(const std::filesystem::path& path) {
+        if (!std::filesystem::exists(path))
+            return "no file";
+        const std::string bytes = contentsOf(path);
+        const bool isDated = creationDate(path) == kDate;
+        const auto mode = static_cast<int>(std::filesystem::status(path).permissions());
+        std::filesystem::remove(path);
+        return bytes + (isDated ? " of old" : " of now") + std::to_string(mode);
+    }
+
+    TemporaryFolder folder;
+};
+
+TEST_F(PhotoFiles, SavingAtOnceGivesTheFileOfTheSteps) {
+    for (const std::string_view from : {"jpg", "png", "tiff", "gif", "bmp"})
+        for (const std::string_view to : {"jpg", "png", "tiff", "gif", "bmp"}) {
+            const std::filesystem::path source = photo(from);
+            const Image image = noise({120, 80}, 2);
+            EXPECT_TRUE(savedAtOnce(image, to, source) == savedInSteps(image, to, source))
+                << from << " to " << to;
+        }
+}
+
+TEST_F(PhotoFiles, WithoutASourceTheFileIsSavedWithoutMetadata) {
+    const Image image = noise({20, 10});
+    for (const std::string_view to : {"jpg", "png"})
+        EXPECT_TRUE(savedAtOnce(image, to, folder.path() / "nothing") ==
+                    savedInSteps(image, to, folder.path() / "nothing"));
+}
+
+TEST_F(PhotoFiles, ADamagedSourceDoesNoHarm) {
+    const std::filesystem::path source = photo("jpg");
+    const std::string whole = contentsOf(source);
+    const Image image = noise({20, 10});
+    for (const std::size_t length : {3U, 20U, 60U, 200U}) {
+        writeFile(source, whole.substr(0, length));
+        for (const std::string_view to : {"jpg", "png"})
+            EXPECT_TRUE(savedAtOnce(image, to, source) == savedInSteps(image, to, source)) << length;
+    }
+}
+
+TEST_F(PhotoFiles, WhatCannotBeSavedIsToldAsSaveImageTellsIt) {
+    const std::filesystem::path path = folder.path() / "result";
+    EXPECT_FALSE(savePhoto(noise({4, 4}), path, "JPG", photo("jpg"), {}));
+    EXPECT_FALSE(savePhoto(noise({4, 4}), folder.path() / "none" / "result", "jpg", photo("jpg"), {}));
+    EXPECT_TRUE(
+        savePhoto(filled({1, 65600}, kSkin), path, "gif", photo("gif"), {})); // too tall for the format
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(PhotoFiles, OpeningAtOnceGivesThePictureOfTheSteps) {
+    for (const std::string_view format : ImageTools::kAcceptedTypes) {
+        const std::filesystem::path path = photo(format);
+        const std::optional<Image> once = openPhoto(path);
+        ASSERT_TRUE(once) << format;
+        const Image steps = ImageTools::BringImageToActualSize(*ImageTools::DecodeImage(path), path);
+        EXPECT_TRUE(samePixels(*once, steps)) << format;
+        EXPECT_EQ(once->size(), steps.size());
+        EXPECT_EQ(once->profile(), steps.profile());
+    }
+}
+
+TEST_F(PhotoFiles, APhotoOfAnotherDensityOpensAtOnePointAPixel) {
+    const std::filesystem::path path = folder.path() / "dense.jpg";
+    writeFile(path, withSegments(encodedAs(kJpegCodec, noise({90, 60})),
+                                 jpegSegmentOf(0xe1, "Exif\0\0"s + cameraExif(1).bytes()), false));
+    ASSERT_LT(ImageTools::DecodeImage(path)->size().width, 90); // 300 pixels to the inch
+    const std::optional<Image> image = openPhoto(path);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->size(), (PointSize{90, 60}));
+    EXPECT_TRUE(samePixels(*image, *ImageTools::DecodeImage(path)));
+}
+
+TEST_F(PhotoFiles, WhatCannotBeDecodedDoesNotOpen) {
+    EXPECT_FALSE(openPhoto(folder.path() / "nothing"));
+    EXPECT_FALSE(openPhoto(folder.path()));
+    const std::filesystem::path path = photo("png");
+    writeFile(path, contentsOf(path).substr(0, 30));
+    EXPECT_FALSE(openPhoto(path));
+}
+
+} // namespace
+} // namespace complexion
