@@ -47,11 +47,11 @@ std::optional<Image> openPhoto(const std::filesystem::path& path) {
 
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
                const std::filesystem::path& source, const Image& picture) {
-    const Image raster = rasterOf(image);
     const Codec* codec = codecForExtension(format);
-    if (!codec)
-        return false;
     try {
+        const Image raster = rasterOf(image);
+        if (!codec)
+            return false;
         const Result<FileContents> file = codec->encode(raster);
         if (!file) {
             // That counts as saved, and whatever stands there is given the metadata.
