@@ -87,7 +87,7 @@ public:
     /// True while a repair is being computed.
     std::atomic<bool> imageProcessing = false;
 
-    /// The address of the page with the video tutorial; empty when the program was built without one.
+    /// The address of the page with the video tutorial; empty where there is none.
     std::string tutorialAddress;
 
     // Outlets. The window's view hierarchy owns the controls; reaching one that is gone is fatal.
