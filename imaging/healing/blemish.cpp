@@ -51,12 +51,10 @@ public:
           m_field(m_smooth.rect()),
           m_disc(window.around(1)),
           m_difference(m_field),
+          m_reach(m_field),
           m_blemish{.mask = {}, .bounds = {}, .model = model, .skin = {}, .unlikeSkin = {}, .foreign = {}} {
-        m_blemish.skin = CellGrid<Cell>(m_field);
-        forEachCell(m_field, [&](int x, int y) {
-            const LogColor color = m_blemish.model.expected(x, y);
-            m_blemish.skin.at(x, y) = {color[0], color[1], color[2], 1};
-        });
+        m_blemish.skin = model.expected(m_field);
+        forEachCell(m_field, [&](int x, int y) { m_reach.at(x, y) = window.distance(x, y) * window.radius; });
     }
 
     std::optional<Blemish> run() {
@@ -80,9 +78,7 @@ public:
     }
 
 private:
-    bool insideDisc(int x, int y, float margin) const {
-        return m_window.distance(x, y) * m_window.radius <= m_window.radius - margin;
-    }
+    bool insideDisc(int x, int y, float margin) const { return m_reach.at(x, y) <= m_window.radius - margin; }
 
     LogColor offAt(int x, int y) const {
         const Cell& cell = m_smooth.at(x, y);
@@ -107,8 +103,8 @@ private:
         PixelPosition seed;
         float best = 0;
         forEachCell(m_disc, [&](int x, int y) {
-            const float r = m_window.distance(x, y);
-            if (r > kSeedReach || m_difference.at(x, y) < kSeedDifference * m_scale)
+            const float r = m_reach.at(x, y) / m_window.radius;
+            if (m_difference.at(x, y) < kSeedDifference * m_scale || r > kSeedReach)
                 return;
             const float nearness = 1 - r * r;
             const float score = std::min(m_difference.at(x, y), enough) * nearness * nearness;
@@ -119,11 +115,28 @@ private:
         });
         if (best == 0)
             return false;
-        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale, [&](int x, int y) {
-            return !insideDisc(x, y, 0) && m_difference.at(x, y) >= kSeedDifference * m_scale;
-        });
         m_blemish.mask = CellMask(m_disc);
         m_foreign = CellMask(m_field);
+        if (comesFromOutside())
+            shareWithForeign(seed);
+        else
+            takeAllAround(seed);
+        return true;
+    }
+
+    bool isForeign(int x, int y) const {
+        return m_difference.at(x, y) >= kSeedDifference * m_scale && !insideDisc(x, y, 0);
+    }
+
+    bool comesFromOutside() {
+        m_isParted = false;
+        forEachCell(m_field, [&](int x, int y) { m_isParted = m_isParted || isForeign(x, y); });
+        return m_isParted;
+    }
+
+    void shareWithForeign(PixelPosition seed) {
+        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale,
+                                          [&](int x, int y) { return isForeign(x, y); });
         forEachCell(m_field, [&](int x, int y) {
             const auto claim = static_cast<Claim>(claims.at(x, y));
             if (claim == Claim::Foreign)
@@ -131,12 +144,21 @@ private:
             else if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
                 m_blemish.mask.at(x, y) = 1;
         });
-        return true;
+    }
+
+    void takeAllAround(PixelPosition seed) {
+        std::vector<PixelPosition> open = {seed};
+        m_blemish.mask.at(static_cast<int>(seed.column), static_cast<int>(seed.row)) = 1;
+        growThrough(m_blemish.mask, open, [&](int x, int y) {
+            return m_difference.at(x, y) >= kRegionDifference * m_scale && insideDisc(x, y, kDiscMargin);
+        });
     }
 
     /// Whether much of the region's edge is where something foreign was parted from it: what is left of it
     /// would be repaired by halves.
     bool isCutOff() const {
+        if (!m_isParted)
+            return false;
         int edge = 0;
         int cut = 0;
         forEachMasked([&](int x, int y) {
@@ -224,12 +246,15 @@ private:
     /// False when there is no skin to hold it.
     bool spanSkin(bool around) {
         const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
-        const CellGrid<float> toForeign = distanceTo(m_foreign, bounds);
         CellMask excluded = m_foreign;
-        forEachCell(bounds, [&](int x, int y) {
-            if (m_blemish.mask.valueAt(x, y) || toForeign.at(x, y) <= kForeignEdge)
-                excluded.at(x, y) = 1;
-        });
+        forEachMasked([&](int x, int y) { excluded.at(x, y) = 1; });
+        if (m_isParted) {
+            const CellGrid<float> toForeign = distanceTo(m_foreign, bounds);
+            forEachCell(bounds, [&](int x, int y) {
+                if (toForeign.at(x, y) <= kForeignEdge)
+                    excluded.at(x, y) = 1;
+            });
+        }
         CellGrid<Cell> skin = blurred(m_window.cells, kBoundarySmoothing, bounds, excluded);
         forEachCell(bounds, [&](int x, int y) {
             if (excluded.at(x, y))
@@ -266,7 +291,9 @@ private:
     PixelRect m_field;
     PixelRect m_disc;
     CellGrid<float> m_difference;
-    CellMask m_foreign; // what is no skin and reaches out of the disc
+    CellGrid<float> m_reach; // from the disc's centre, in cells
+    bool m_isParted = false; // from what is foreign
+    CellMask m_foreign;      // what is no skin and reaches out of the disc
     Blemish m_blemish;
 };
 

@@ -112,18 +112,18 @@ struct Surroundings {
     Strength strength;
 };
 
-Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale) {
-    const PixelRect& whole = window.cells.rect();
-    Surroundings around{.smooth = blurred(window.cells, scale, whole, blemish.mask),
-                        .detail = CellGrid<float>(whole),
+/// As far as `where` reaches.
+Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale, PixelRect where) {
+    Surroundings around{.smooth = blurred(window.cells, scale, where, blemish.mask),
+                        .detail = CellGrid<float>(where),
                         .strength = {}};
-    forEachCell(whole, [&](int x, int y) {
+    forEachCell(where, [&](int x, int y) {
         const Cell& cell = window.cells.at(x, y);
         if (cell[kWeight] == 0 || blemish.mask.valueAt(x, y))
             return;
         const LogColor detail = difference(cell, around.smooth.at(x, y));
         around.detail.at(x, y) = detail[0] + detail[1] + detail[2];
-        if (window.distance(x, y) < kRingEnd && !blemish.unlikeSkin.valueAt(x, y))
+        if (!blemish.unlikeSkin.valueAt(x, y) && window.distance(x, y) < kRingEnd)
             around.strength.add(detail);
     });
     around.strength = around.strength.mean();
@@ -142,7 +142,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     const float scale = std::max(kLeastDetailScale, kDetailScale * window.radius);
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const Separated own = separate(window, blemish, scale);
-    const Surroundings around = lookAround(window, blemish, scale);
+    Surroundings around = lookAround(window, blemish, scale, window.around(kRingEnd));
     const CellGrid<float> distance = distanceTo(blemish.mask, part);
 
     Restoration result{.base = CellGrid<Cell>(part)};
@@ -161,6 +161,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
         });
         return result;
     }
+    around = lookAround(window, blemish, scale, window.cells.rect());
     const std::optional<DetailSource> source = findDetailSource(window, blemish, around.smooth, around.detail,
                                                                 own.detail, around.strength.brightness);
     if (!source) {
