@@ -13,8 +13,14 @@ namespace {
 constexpr double kReachInRadii = 2.2; // far enough for clean skin beside the largest blemish
 constexpr int kMarginInCells = 4;
 
-/// Sums of red, green, blue (premultiplied), alpha and the square of green over a cell's pixels.
+/// Sums over a cell's pixels: of red, green, blue (premultiplied) and alpha, and of the square of what green
+/// differs from the mean of its neighbours in the row by, twice that.
 constexpr std::size_t kSums = 5;
+constexpr float kDifferencesOfNoise = 6; // the square's expected value where there is noise of variance 1
+
+float greenOf(RGBA32 pixel) {
+    return static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
+}
 
 /// Such sums for a row of cells: a plane for each, so that several pixels are added at a time. In floats:
 /// they are exact for all cells but those of enormous discs.
@@ -45,15 +51,17 @@ private:
         float* __restrict green = red + width;
         float* __restrict blue = green + width;
         float* __restrict alpha = blue + width;
-        float* __restrict squares = alpha + width;
         for (std::size_t i = 0; i < width; ++i) {
             const std::uint32_t color = pixels[i].color;
-            const auto middle = static_cast<float>(static_cast<std::int32_t>(color >> 16 & 255));
             red[i] += static_cast<float>(static_cast<std::int32_t>(color >> 24));
-            green[i] += middle;
+            green[i] += greenOf(pixels[i]);
             blue[i] += static_cast<float>(static_cast<std::int32_t>(color >> 8 & 255));
             alpha[i] += static_cast<float>(static_cast<std::int32_t>(color & 255));
-            squares[i] += middle * middle;
+        }
+        float* __restrict squares = alpha + width;
+        for (std::size_t i = 1; i + 1 < width; ++i) {
+            const float difference = 2 * greenOf(pixels[i]) - greenOf(pixels[i - 1]) - greenOf(pixels[i + 1]);
+            squares[i] += difference * difference;
         }
     }
 
@@ -76,13 +84,13 @@ Cell cellOf(const std::array<float, kSums>& sum) {
     return {logOf(sum[0] * scale), logOf(sum[1] * scale), logOf(sum[2] * scale), 1};
 }
 
-/// The variance of a cell's pixels, to first order on the logarithmic scale; what is translucent has none.
+/// The strength of the grain in a cell, to first order on the logarithmic scale; what is translucent has
+/// none.
 float grainOf(const std::array<float, kSums>& sum, float pixels) {
     if (sum[3] != 255 * pixels)
         return 0;
-    const float spread = std::max(0.0F, sum[4] * pixels - sum[1] * sum[1]);
-    const float level = sum[1] + kDarkOffset * pixels;
-    return spread / (level * level); // both lack a division by the square of the pixels' number
+    const float level = sum[1] / pixels + kDarkOffset;
+    return sum[4] / (kDifferencesOfNoise * pixels * level * level);
 }
 
 } // namespace

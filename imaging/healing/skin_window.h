@@ -19,7 +19,8 @@ struct SkinWindow {
     int step = 1;         // pixels of a cell's side
     PixelRect pixels;     // what the grid covers, in the picture
     CellGrid<Cell> cells; // weight 0 where the picture is transparent
-    /// The variance, on the logarithmic scale, of the pixels in each cell; empty when a cell is one pixel.
+    /// How strong the pixels' grain is in each cell: the variance, on the logarithmic scale, of such noise. A
+    /// slope is no grain. Empty when a cell is one pixel.
     CellGrid<float> grain;
     float centerX = 0; // of the disc, in cells; whole numbers are the middles of cells
     float centerY = 0;
