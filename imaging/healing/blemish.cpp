@@ -35,6 +35,7 @@ constexpr float kFullDisc = 0.9F;          // of the disc's cells
 constexpr float kRimWidth = 2;             // cells
 constexpr float kMostOfRim = 0.5F;         // of the rim's cells
 constexpr float kMostCutOff = 0.35F;       // of the region's edge
+constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
 
 /// At this threshold the differences above are meant; they scale with it.
@@ -154,11 +155,13 @@ private:
         });
     }
 
-    /// Whether much of the region's edge is where something foreign was parted from it: what is left of it
-    /// would be repaired by halves.
+    /// Whether much of the region's edge is where something foreign was parted from it, and not in a valley
+    /// that parts them clearly: what is left of it would be repaired by halves.
     bool isCutOff() const {
         if (!m_isParted)
             return false;
+        float largest = 0;
+        forEachMasked([&](int x, int y) { largest = std::max(largest, m_difference.at(x, y)); });
         int edge = 0;
         int cut = 0;
         forEachMasked([&](int x, int y) {
@@ -169,7 +172,7 @@ private:
                 atForeign = atForeign || m_foreign.at(nextX, nextY);
             });
             edge += atEdge ? 1 : 0;
-            cut += atForeign ? 1 : 0;
+            cut += atForeign && m_difference.at(x, y) > kValley * largest ? 1 : 0;
         });
         return static_cast<float>(cut) > kMostCutOff * static_cast<float>(edge);
     }
