@@ -7,6 +7,7 @@
 #include "imaging/healing/watershed.h"
 
 #include <cmath>
+#include <utility>
 
 namespace complexion::healing {
 
@@ -35,6 +36,7 @@ constexpr float kFullDisc = 0.9F;          // of the disc's cells
 constexpr float kRimWidth = 2;             // cells
 constexpr float kMostOfRim = 0.5F;         // of the rim's cells
 constexpr float kMostCutOff = 0.35F;       // of the region's edge
+constexpr float kStrangeColor = 0.35F;     // of the logarithmic scale
 constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
 
@@ -74,7 +76,7 @@ public:
                 return std::nullopt;
         }
         markUnlikeSkin();
-        m_blemish.foreign = std::move(m_foreign);
+        m_blemish.foreign = std::move(m_strange);
         return std::move(m_blemish);
     }
 
@@ -118,10 +120,12 @@ private:
             return false;
         m_blemish.mask = CellMask(m_disc);
         m_foreign = CellMask(m_field);
+        m_strange = CellMask(m_field);
         if (comesFromOutside())
             shareWithForeign(seed);
         else
             takeAllAround(seed);
+        dropOpposite(seed);
         return true;
     }
 
@@ -140,9 +144,13 @@ private:
                                           [&](int x, int y) { return isForeign(x, y); });
         forEachCell(m_field, [&](int x, int y) {
             const auto claim = static_cast<Claim>(claims.at(x, y));
-            if (claim == Claim::Foreign)
+            if (claim == Claim::Foreign) {
+                const LogColor off = offAt(x, y);
                 m_foreign.at(x, y) = 1;
-            else if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
+                m_strange.at(x, y) =
+                    off[0] * off[0] + off[1] * off[1] + off[2] * off[2] > kStrangeColor * kStrangeColor;
+            }
+            if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
                 m_blemish.mask.at(x, y) = 1;
         });
     }
@@ -153,6 +161,23 @@ private:
         growThrough(m_blemish.mask, open, [&](int x, int y) {
             return m_difference.at(x, y) >= kRegionDifference * m_scale && insideDisc(x, y, kDiscMargin);
         });
+    }
+
+    /// Gives back what differs the other way than most of the region, towards its outside: the shading beside
+    /// a blemish, as a highlight beside a mole. What it encloses stays.
+    void dropOpposite(PixelPosition seed) {
+        takeTint();
+        const auto isAlike = [this](int x, int y) {
+            return m_blemish.model.product(m_blemish.tint, offAt(x, y)) > 0;
+        };
+        const auto seedX = static_cast<int>(seed.column);
+        const auto seedY = static_cast<int>(seed.row);
+        if (!isAlike(seedX, seedY))
+            return;
+        const CellMask region = std::exchange(m_blemish.mask, CellMask(m_disc));
+        std::vector<PixelPosition> open = {seed};
+        m_blemish.mask.at(seedX, seedY) = 1;
+        growThrough(m_blemish.mask, open, [&](int x, int y) { return region.at(x, y) && isAlike(x, y); });
     }
 
     /// Whether much of the region's edge is where something foreign was parted from it, and not in a valley
@@ -249,10 +274,10 @@ private:
     /// False when there is no skin to hold it.
     bool spanSkin(bool around) {
         const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
-        CellMask excluded = m_foreign;
+        CellMask excluded = m_strange;
         forEachMasked([&](int x, int y) { excluded.at(x, y) = 1; });
         if (m_isParted) {
-            const CellGrid<float> toForeign = distanceTo(m_foreign, bounds);
+            const CellGrid<float> toForeign = distanceTo(m_strange, bounds);
             forEachCell(bounds, [&](int x, int y) {
                 if (toForeign.at(x, y) <= kForeignEdge)
                     excluded.at(x, y) = 1;
@@ -296,6 +321,7 @@ private:
     CellGrid<float> m_difference;
     CellGrid<float> m_reach; // from the disc's centre, in cells
     bool m_isParted = false; // from what is foreign
+    CellMask m_strange;      // what of it has nothing of skin's colour; the rest may be shading
     CellMask m_foreign;      // what is no skin and reaches out of the disc
     Blemish m_blemish;
 };
