@@ -63,7 +63,7 @@ public:
     std::optional<Blemish> run() {
         // The first round goes by the ring's surface, the next by the membrane, which follows the shading.
         for (int round = 0; round < kRounds; ++round) {
-            measureDifferences();
+            measureDifferences(round == 0 ? m_field : m_blemish.bounds);
             if (!takeRegion() || isCutOff())
                 return std::nullopt;
             takeTint();
@@ -91,8 +91,8 @@ private:
         return {cell[0] - skin[0], cell[1] - skin[1], cell[2] - skin[2]};
     }
 
-    void measureDifferences() {
-        forEachCell(m_field, [&](int x, int y) {
+    void measureDifferences(PixelRect where) {
+        forEachCell(where, [&](int x, int y) {
             const LogColor off = offAt(x, y);
             m_difference.at(x, y) = std::sqrt(std::max(0.0F, m_blemish.model.product(off, off)));
         });
@@ -172,7 +172,9 @@ private:
         };
         const auto seedX = static_cast<int>(seed.column);
         const auto seedY = static_cast<int>(seed.row);
-        if (!isAlike(seedX, seedY))
+        bool anyOpposite = false;
+        forEachMasked([&](int x, int y) { anyOpposite = anyOpposite || !isAlike(x, y); });
+        if (!anyOpposite || !isAlike(seedX, seedY))
             return;
         const CellMask region = std::exchange(m_blemish.mask, CellMask(m_disc));
         std::vector<PixelPosition> open = {seed};
@@ -229,7 +231,11 @@ private:
             return;
         const float least = std::max(kRimShare, kRimDeviations * m_scale / std::sqrt(square)) * square;
         std::vector<PixelPosition> open;
-        forEachMasked([&](int x, int y) { open.push_back({y, x}); });
+        forEachMasked([&](int x, int y) {
+            if (!m_blemish.mask.valueAt(x - 1, y) || !m_blemish.mask.valueAt(x + 1, y) ||
+                !m_blemish.mask.valueAt(x, y - 1) || !m_blemish.mask.valueAt(x, y + 1))
+                open.push_back({y, x});
+        });
         growThrough(m_blemish.mask, open, [&](int x, int y) {
             return insideDisc(x, y, kDiscMargin) && !m_foreign.at(x, y) &&
                    m_blemish.model.product(tint, offAt(x, y)) >= least;

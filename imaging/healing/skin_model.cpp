@@ -13,7 +13,10 @@ constexpr float kRingStart = 0.78F;
 constexpr float kRingEnd = 1.45F;
 constexpr float kRingFull = 1.05F;
 constexpr double kTrustAtEnd = 0.3;
-constexpr float kDenseRadius = 12; // cells; from here on every second row and column is enough
+// In cells: from here on every second place is enough, like a chessboard's fields of one colour, and from
+// there on every second row and column.
+constexpr float kSparseRadius = 8;
+constexpr float kDenseRadius = 12;
 constexpr std::size_t kFewestSamples = 12;
 
 constexpr double kMadToDeviation = 1.4826; // of a normal distribution
@@ -44,9 +47,10 @@ float median(std::vector<float>& values) {
 std::vector<SkinModel::Sample> SkinModel::ringOf(const SkinWindow& window, const CellGrid<Cell>& smooth) {
     std::vector<Sample> ring;
     const PixelRect rect = window.around(kRingEnd);
-    const int stride = window.radius >= kDenseRadius ? 2 : 1;
-    for (int y = rect.y; y < rect.bottom(); y += stride)
-        for (int x = rect.x; x < rect.right(); x += stride) {
+    const int down = window.radius >= kDenseRadius ? 2 : 1;
+    const int right = window.radius >= kSparseRadius ? 2 : 1;
+    for (int y = rect.y; y < rect.bottom(); y += down)
+        for (int x = rect.x + (y - rect.y) % right; x < rect.right(); x += right) {
             const float r = window.distance(x, y);
             const Cell& cell = smooth.at(x, y);
             if (r < kRingStart || r > kRingEnd || cell[kWeight] == 0)
