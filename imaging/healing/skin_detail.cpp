@@ -28,9 +28,11 @@ constexpr float kNoGrain = 1e-9F;
 constexpr float kWeakest = 0.35F;
 constexpr float kStrongest = 2;
 constexpr float kStrongestHue = 3;
-constexpr float kStrongestPartsHue = 8; // so in no part of it: a highlight, a scab
-constexpr float kPartScale = 2;         // cells
-constexpr float kOwnStrength = 1.05F;   // makes up for what goes with the stain
+// Nor may it have spots of another hue than the skin's, a highlight's or a scab's.
+constexpr float kSpotScale = 1.5F; // cells
+constexpr float kStrongestSpotHue = 1.2F;
+constexpr float kUnseenSpotHue = 2e-4F;
+constexpr float kOwnStrength = 1.05F; // makes up for what goes with the stain
 constexpr float kLeastOwnGain = 0.7F;
 constexpr float kMostOwnGain = 2.2F;
 
@@ -66,7 +68,7 @@ struct Separated {
     CellGrid<Cell> stain;   // to be subtracted from the picture; goes on a little around the mask
     CellGrid<float> detail; // its brightness
     Strength strength;
-    float strongestHue = 0; // of any part of the mask
+    float strongestHue = 0; // of the detail's spots
 };
 
 Separated separate(const SkinWindow& window, const Blemish& blemish, float scale) {
@@ -105,7 +107,7 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
 
     Separated result{
         .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
-    CellGrid<Cell> hue(blemish.bounds);
+    CellGrid<Cell> details(blemish.bounds);
     forEachCell(part, [&](int x, int y) {
         const float t = share.at(x, y)[0];
         Cell& stain = result.stain.at(x, y);
@@ -117,13 +119,14 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
             stain[c] += smooth.at(x, y)[c];
         result.detail.at(x, y) = detail[0] + detail[1] + detail[2];
         result.strength.add(detail);
-        hue.at(x, y) = {Strength::hueOf(detail), 0, 0, 1};
+        details.at(x, y) = {detail[0], detail[1], detail[2], 1};
     });
     result.strength = result.strength.mean();
-    hue = blurred(hue, kPartScale, blemish.bounds);
+    details = blurred(details, kSpotScale, blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
+        const Cell& spot = details.at(x, y);
         if (blemish.mask.at(x, y))
-            result.strongestHue = std::max(result.strongestHue, hue.at(x, y)[0]);
+            result.strongestHue = std::max(result.strongestHue, Strength::hueOf({spot[0], spot[1], spot[2]}));
     });
     return result;
 }
@@ -184,7 +187,7 @@ bool isLikeSkin(const Separated& blemish, const Strength& around) {
     const float limit = std::max(around.brightness, 1e-9F);
     return own.brightness > kWeakest * limit && own.brightness < kStrongest * limit &&
            own.hue < kStrongestHue * (around.hue + kUnseenHue) &&
-           blemish.strongestHue < kStrongestPartsHue * (around.hue + kUnseenHue);
+           blemish.strongestHue < kStrongestSpotHue * around.hue + kUnseenSpotHue;
 }
 
 } // namespace
@@ -224,7 +227,8 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     const std::optional<DetailSource> source = findDetailSource(window, blemish, around.smooth, around.detail,
                                                                 own.detail, around.strength.brightness);
     if (!source) {
-        result.grain = std::sqrt(around.strength.brightness) / 3;
+        result.grain = window.step > 1 ? std::sqrt(measureFineGrain(window, blemish).around)
+                                       : std::sqrt(around.strength.brightness) / 3;
         return result;
     }
     result.gain = source->gain;
