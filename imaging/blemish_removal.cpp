@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/checked.h"
-#include "imaging/diagnostics.h"
 #include "imaging/image_tools.h"
 #include "imaging/pixel_buffer.h"
 #include "imaging/repair_disc.h"
@@ -8,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <new>
 #include <numeric>
 
 namespace complexion {
@@ -163,29 +161,16 @@ RGBA32 opaque(RgbColor color) {
 std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point point, std::int64_t radius,
                                                        std::int64_t colorType, RgbColor customColor,
                                                        std::int64_t threshold) {
-    Result<PixelBuffer> buffer = PixelBuffer::open(image);
-    if (!buffer) {
-        printLine(buffer.error().message);
-        return std::nullopt;
-    }
-    const RepairDisc disc = RepairDisc::at(point, image, radius);
-    if (!disc.fitsInside(image.pixelSize()))
-        return image;
-
-    const PimplePixels pixels = FindPimplePixels(point, image, radius, threshold);
-    try {
+    return repairInDisc(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
+        const PimplePixels pixels = FindPimplePixels(point, image, radius, threshold);
         if (!pixels.repair.empty() && colorType == kAutodetectColor) {
             const PixelRect rect{static_cast<int>(disc.column - radius), static_cast<int>(disc.row - radius),
                                  static_cast<int>(2 * radius), static_cast<int>(2 * radius)};
-            buffer->paint(pixels.repair, meanColor(*buffer, rect, pixels.sample));
+            buffer.paint(pixels.repair, meanColor(buffer, rect, pixels.sample));
         } else if (!pixels.repair.empty() && colorType == kCustomColor) {
-            buffer->paint(pixels.repair, opaque(customColor));
+            buffer.paint(pixels.repair, opaque(customColor));
         }
-        return std::move(*buffer).close();
-    } catch (const std::bad_alloc&) {
-        printLine(PixelBuffer::kNoData);
-        return std::nullopt;
-    }
+    });
 }
 
 PimplePixels ImageTools::FindPimplePixels(Point point, const Image& image, std::int64_t radius,

@@ -2,8 +2,10 @@
 #include "imaging/repair_disc.h"
 
 #include "imaging/checked.h"
+#include "imaging/diagnostics.h"
 
 #include <cmath>
+#include <new>
 
 namespace complexion {
 
@@ -28,6 +30,25 @@ std::int64_t RepairDisc::halfLength(std::int64_t dy) const {
     while ((half + 1) * (half + 1) <= rest)
         ++half;
     return half;
+}
+
+std::optional<Image> repairInDisc(const Image& image, Point point, std::int64_t radius,
+                                  const std::function<void(const RepairDisc&, PixelBuffer&)>& repair) {
+    Result<PixelBuffer> buffer = PixelBuffer::open(image);
+    if (!buffer) {
+        printLine(buffer.error().message);
+        return std::nullopt;
+    }
+    const RepairDisc disc = RepairDisc::at(point, image, radius);
+    if (!disc.fitsInside(image.pixelSize()))
+        return image;
+    try {
+        repair(disc, *buffer);
+        return std::move(*buffer).close();
+    } catch (const std::bad_alloc&) {
+        printLine(PixelBuffer::kNoData);
+        return std::nullopt;
+    }
 }
 
 } // namespace complexion

@@ -3,6 +3,10 @@
 
 #include "imaging/geometry.h"
 #include "imaging/image.h"
+#include "imaging/pixel_buffer.h"
+
+#include <functional>
+#include <optional>
 
 namespace complexion {
 
@@ -23,5 +27,11 @@ struct RepairDisc {
     /// lie inside; -1 when none does. Inside is: distance² < radius².
     std::int64_t halfLength(std::int64_t dy) const;
 };
+
+/// The image with what `repair` paints into the disc around `point`; the very image when that disc does not
+/// fit inside it. No image, and a line on standard output, when no pixel buffer can be had or memory is
+/// lacking.
+std::optional<Image> repairInDisc(const Image& image, Point point, std::int64_t radius,
+                                  const std::function<void(const RepairDisc&, PixelBuffer&)>& repair);
 
 } // namespace complexion

@@ -27,7 +27,7 @@ system=(debootstrap) # makes a new system to try the package in
 coverage=(gcovr)
 fuzz=(clang libclang-rt-14-dev)
 film=(ffmpeg) # records the tutorial
-bench=(libbenchmark-dev)
+bench=(libbenchmark-dev libopencv-photo-dev) # the latter only to be compared with
 
 wanted=()
 for purpose in "$@"; do

@@ -7,6 +7,7 @@
 #include "imaging/healing/watershed.h"
 
 #include <cmath>
+#include <utility>
 
 namespace complexion::healing {
 
@@ -35,6 +36,8 @@ constexpr float kFullDisc = 0.9F;          // of the disc's cells
 constexpr float kRimWidth = 2;             // cells
 constexpr float kMostOfRim = 0.5F;         // of the rim's cells
 constexpr float kMostCutOff = 0.35F;       // of the region's edge
+constexpr float kStrangeColor = 0.35F;     // of the logarithmic scale
+constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
 
 /// At this threshold the differences above are meant; they scale with it.
@@ -51,18 +54,16 @@ public:
           m_field(m_smooth.rect()),
           m_disc(window.around(1)),
           m_difference(m_field),
+          m_reach(m_field),
           m_blemish{.mask = {}, .bounds = {}, .model = model, .skin = {}, .unlikeSkin = {}, .foreign = {}} {
-        m_blemish.skin = CellGrid<Cell>(m_field);
-        forEachCell(m_field, [&](int x, int y) {
-            const LogColor color = m_blemish.model.expected(x, y);
-            m_blemish.skin.at(x, y) = {color[0], color[1], color[2], 1};
-        });
+        m_blemish.skin = model.expected(m_field);
+        forEachCell(m_field, [&](int x, int y) { m_reach.at(x, y) = window.distance(x, y) * window.radius; });
     }
 
     std::optional<Blemish> run() {
         // The first round goes by the ring's surface, the next by the membrane, which follows the shading.
         for (int round = 0; round < kRounds; ++round) {
-            measureDifferences();
+            measureDifferences(round == 0 ? m_field : m_blemish.bounds);
             if (!takeRegion() || isCutOff())
                 return std::nullopt;
             takeTint();
@@ -75,14 +76,12 @@ public:
                 return std::nullopt;
         }
         markUnlikeSkin();
-        m_blemish.foreign = std::move(m_foreign);
+        m_blemish.foreign = std::move(m_strange);
         return std::move(m_blemish);
     }
 
 private:
-    bool insideDisc(int x, int y, float margin) const {
-        return m_window.distance(x, y) * m_window.radius <= m_window.radius - margin;
-    }
+    bool insideDisc(int x, int y, float margin) const { return m_reach.at(x, y) <= m_window.radius - margin; }
 
     LogColor offAt(int x, int y) const {
         const Cell& cell = m_smooth.at(x, y);
@@ -92,8 +91,8 @@ private:
         return {cell[0] - skin[0], cell[1] - skin[1], cell[2] - skin[2]};
     }
 
-    void measureDifferences() {
-        forEachCell(m_field, [&](int x, int y) {
+    void measureDifferences(PixelRect where) {
+        forEachCell(where, [&](int x, int y) {
             const LogColor off = offAt(x, y);
             m_difference.at(x, y) = std::sqrt(std::max(0.0F, m_blemish.model.product(off, off)));
         });
@@ -107,8 +106,8 @@ private:
         PixelPosition seed;
         float best = 0;
         forEachCell(m_disc, [&](int x, int y) {
-            const float r = m_window.distance(x, y);
-            if (r > kSeedReach || m_difference.at(x, y) < kSeedDifference * m_scale)
+            const float r = m_reach.at(x, y) / m_window.radius;
+            if (m_difference.at(x, y) < kSeedDifference * m_scale || r > kSeedReach)
                 return;
             const float nearness = 1 - r * r;
             const float score = std::min(m_difference.at(x, y), enough) * nearness * nearness;
@@ -119,24 +118,77 @@ private:
         });
         if (best == 0)
             return false;
-        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale, [&](int x, int y) {
-            return !insideDisc(x, y, 0) && m_difference.at(x, y) >= kSeedDifference * m_scale;
-        });
         m_blemish.mask = CellMask(m_disc);
         m_foreign = CellMask(m_field);
-        forEachCell(m_field, [&](int x, int y) {
-            const auto claim = static_cast<Claim>(claims.at(x, y));
-            if (claim == Claim::Foreign)
-                m_foreign.at(x, y) = 1;
-            else if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
-                m_blemish.mask.at(x, y) = 1;
-        });
+        m_strange = CellMask(m_field);
+        if (comesFromOutside())
+            shareWithForeign(seed);
+        else
+            takeAllAround(seed);
+        dropOpposite(seed);
         return true;
     }
 
-    /// Whether much of the region's edge is where something foreign was parted from it: what is left of it
-    /// would be repaired by halves.
+    bool isForeign(int x, int y) const {
+        return m_difference.at(x, y) >= kSeedDifference * m_scale && !insideDisc(x, y, 0);
+    }
+
+    bool comesFromOutside() {
+        m_isParted = false;
+        forEachCell(m_field, [&](int x, int y) { m_isParted = m_isParted || isForeign(x, y); });
+        return m_isParted;
+    }
+
+    void shareWithForeign(PixelPosition seed) {
+        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale,
+                                          [&](int x, int y) { return isForeign(x, y); });
+        forEachCell(m_field, [&](int x, int y) {
+            const auto claim = static_cast<Claim>(claims.at(x, y));
+            if (claim == Claim::Foreign) {
+                const LogColor off = offAt(x, y);
+                m_foreign.at(x, y) = 1;
+                m_strange.at(x, y) =
+                    off[0] * off[0] + off[1] * off[1] + off[2] * off[2] > kStrangeColor * kStrangeColor;
+            }
+            if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
+                m_blemish.mask.at(x, y) = 1;
+        });
+    }
+
+    void takeAllAround(PixelPosition seed) {
+        std::vector<PixelPosition> open = {seed};
+        m_blemish.mask.at(static_cast<int>(seed.column), static_cast<int>(seed.row)) = 1;
+        growThrough(m_blemish.mask, open, [&](int x, int y) {
+            return m_difference.at(x, y) >= kRegionDifference * m_scale && insideDisc(x, y, kDiscMargin);
+        });
+    }
+
+    /// Gives back what differs the other way than most of the region, towards its outside: the shading beside
+    /// a blemish, as a highlight beside a mole. What it encloses stays.
+    void dropOpposite(PixelPosition seed) {
+        takeTint();
+        const auto isAlike = [this](int x, int y) {
+            return m_blemish.model.product(m_blemish.tint, offAt(x, y)) > 0;
+        };
+        const auto seedX = static_cast<int>(seed.column);
+        const auto seedY = static_cast<int>(seed.row);
+        bool anyOpposite = false;
+        forEachMasked([&](int x, int y) { anyOpposite = anyOpposite || !isAlike(x, y); });
+        if (!anyOpposite || !isAlike(seedX, seedY))
+            return;
+        const CellMask region = std::exchange(m_blemish.mask, CellMask(m_disc));
+        std::vector<PixelPosition> open = {seed};
+        m_blemish.mask.at(seedX, seedY) = 1;
+        growThrough(m_blemish.mask, open, [&](int x, int y) { return region.at(x, y) && isAlike(x, y); });
+    }
+
+    /// Whether much of the region's edge is where something foreign was parted from it, and not in a valley
+    /// that parts them clearly: what is left of it would be repaired by halves.
     bool isCutOff() const {
+        if (!m_isParted)
+            return false;
+        float largest = 0;
+        forEachMasked([&](int x, int y) { largest = std::max(largest, m_difference.at(x, y)); });
         int edge = 0;
         int cut = 0;
         forEachMasked([&](int x, int y) {
@@ -147,7 +199,7 @@ private:
                 atForeign = atForeign || m_foreign.at(nextX, nextY);
             });
             edge += atEdge ? 1 : 0;
-            cut += atForeign ? 1 : 0;
+            cut += atForeign && m_difference.at(x, y) > kValley * largest ? 1 : 0;
         });
         return static_cast<float>(cut) > kMostCutOff * static_cast<float>(edge);
     }
@@ -179,7 +231,11 @@ private:
             return;
         const float least = std::max(kRimShare, kRimDeviations * m_scale / std::sqrt(square)) * square;
         std::vector<PixelPosition> open;
-        forEachMasked([&](int x, int y) { open.push_back({y, x}); });
+        forEachMasked([&](int x, int y) {
+            if (!m_blemish.mask.valueAt(x - 1, y) || !m_blemish.mask.valueAt(x + 1, y) ||
+                !m_blemish.mask.valueAt(x, y - 1) || !m_blemish.mask.valueAt(x, y + 1))
+                open.push_back({y, x});
+        });
         growThrough(m_blemish.mask, open, [&](int x, int y) {
             return insideDisc(x, y, kDiscMargin) && !m_foreign.at(x, y) &&
                    m_blemish.model.product(tint, offAt(x, y)) >= least;
@@ -224,12 +280,15 @@ private:
     /// False when there is no skin to hold it.
     bool spanSkin(bool around) {
         const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
-        const CellGrid<float> toForeign = distanceTo(m_foreign, bounds);
-        CellMask excluded = m_foreign;
-        forEachCell(bounds, [&](int x, int y) {
-            if (m_blemish.mask.valueAt(x, y) || toForeign.at(x, y) <= kForeignEdge)
-                excluded.at(x, y) = 1;
-        });
+        CellMask excluded = m_strange;
+        forEachMasked([&](int x, int y) { excluded.at(x, y) = 1; });
+        if (m_isParted) {
+            const CellGrid<float> toForeign = distanceTo(m_strange, bounds);
+            forEachCell(bounds, [&](int x, int y) {
+                if (toForeign.at(x, y) <= kForeignEdge)
+                    excluded.at(x, y) = 1;
+            });
+        }
         CellGrid<Cell> skin = blurred(m_window.cells, kBoundarySmoothing, bounds, excluded);
         forEachCell(bounds, [&](int x, int y) {
             if (excluded.at(x, y))
@@ -266,7 +325,10 @@ private:
     PixelRect m_field;
     PixelRect m_disc;
     CellGrid<float> m_difference;
-    CellMask m_foreign; // what is no skin and reaches out of the disc
+    CellGrid<float> m_reach; // from the disc's centre, in cells
+    bool m_isParted = false; // from what is foreign
+    CellMask m_strange;      // what of it has nothing of skin's colour; the rest may be shading
+    CellMask m_foreign;      // what is no skin and reaches out of the disc
     Blemish m_blemish;
 };
 

@@ -2,6 +2,7 @@
 #include "imaging/healing/blur.h"
 
 #include "imaging/healing/log_scale.h"
+#include "imaging/wide_vectors.h"
 
 #include <cmath>
 
@@ -51,15 +52,16 @@ void weightRow(const CellGrid<Cell>& grid, const CellMask& excluded, int y, int 
             std::fill_n(row.data() + static_cast<std::ptrdiff_t>(x - left) * 4, 4, 0.0F);
 }
 
-/// Adds to `count` sums the values about `middle`, `step` apart, by the kernel.
-void addKernel(float* sum, const float* middle, std::ptrdiff_t step, const std::vector<float>& kernel,
-               int count) {
+/// Makes `count` sums of the values about `middle`, `step` apart, by a kernel that reaches `reach` steps.
+COMPLEXION_WIDE_VECTORS
+void applyKernel(float* __restrict sum, const float* middle, std::ptrdiff_t step, const float* kernel,
+                 int reach, int count) {
     for (int i = 0; i < count; ++i)
         sum[i] = kernel[0] * middle[i];
-    for (std::size_t k = 1; k < kernel.size(); ++k) {
+    for (int k = 1; k <= reach; ++k) {
         const float factor = kernel[k];
-        const float* before = middle - static_cast<std::ptrdiff_t>(k) * step;
-        const float* after = middle + static_cast<std::ptrdiff_t>(k) * step;
+        const float* before = middle - k * step;
+        const float* after = middle + k * step;
         for (int i = 0; i < count; ++i)
             sum[i] += factor * (before[i] + after[i]);
     }
@@ -67,11 +69,13 @@ void addKernel(float* sum, const float* middle, std::ptrdiff_t step, const std::
 
 void divideByWeight(float* values, int count) {
     for (int i = 0; i < count; ++i, values += 4) {
-        const bool known = values[kWeight] > kLeastWeight;
-        const float factor = known ? 1 / values[kWeight] : 0;
-        for (int c = 0; c < 3; ++c)
-            values[c] *= factor;
-        values[kWeight] = known ? 1 : 0;
+        const float weight = values[kWeight];
+        const bool known = weight > kLeastWeight;
+        const float factor = known ? 1 / weight : 0;
+        values[0] *= factor;
+        values[1] *= factor;
+        values[2] *= factor;
+        values[3] = known ? 1 : 0;
     }
 }
 
@@ -93,12 +97,13 @@ CellGrid<Cell> blurred(const CellGrid<Cell>& grid, float sigma, PixelRect where,
          ++y) {
         weightRow(grid, excluded, y, where.x - reach, where.right() + reach, row);
         float* sum = across.data() + static_cast<std::ptrdiff_t>(y - where.y + reach) * stride;
-        addKernel(sum, row.data() + static_cast<std::ptrdiff_t>(reach) * 4, 4, kernel, stride);
+        applyKernel(sum, row.data() + static_cast<std::ptrdiff_t>(reach) * 4, 4, kernel.data(), reach,
+                    stride);
     }
     for (int y = 0; y < where.height; ++y) {
         const float* middle = across.data() + static_cast<std::ptrdiff_t>(y + reach) * stride;
         float* sum = result.at(where.x, where.y + y).data();
-        addKernel(sum, middle, stride, kernel, stride);
+        applyKernel(sum, middle, stride, kernel.data(), reach, stride);
         divideByWeight(sum, where.width);
     }
     return result;

@@ -12,17 +12,19 @@ PixelRect boundsOf(const CellMask& mask);
 /// and corners.
 template <class Belongs>
 void growThrough(CellMask& mask, std::vector<PixelPosition>& open, const Belongs& belongs) {
+    const PixelRect& rect = mask.rect();
     while (!open.empty()) {
-        const PixelPosition place = open.back();
+        const auto x = static_cast<int>(open.back().column);
+        const auto y = static_cast<int>(open.back().row);
         open.pop_back();
-        const PixelRect near =
-            widened({static_cast<int>(place.column), static_cast<int>(place.row), 1, 1}, 1, mask.rect());
-        forEachCell(near, [&](int x, int y) {
-            if (mask.at(x, y) || !belongs(x, y))
-                return;
-            mask.at(x, y) = 1;
-            open.push_back({y, x});
-        });
+        for (int nextY = std::max(y - 1, rect.y); nextY < std::min(y + 2, rect.bottom()); ++nextY) {
+            unsigned char* row = &mask.at(rect.x, nextY) - rect.x;
+            for (int nextX = std::max(x - 1, rect.x); nextX < std::min(x + 2, rect.right()); ++nextX)
+                if (!row[nextX] && belongs(nextX, nextY)) {
+                    row[nextX] = 1;
+                    open.push_back({nextY, nextX});
+                }
+        }
     }
 }
 

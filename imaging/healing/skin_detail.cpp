@@ -15,18 +15,23 @@ namespace {
 constexpr float kDetailScale = 0.1F;
 constexpr float kLeastDetailScale = 2;
 /// The stain is smooth on this scale.
-constexpr float kStainScale = 0.05F;
+constexpr float kStainScale = 0.06F;
 constexpr float kLeastStainScale = 0.7F;
 
 constexpr int kMargin = 4;          // cells around the mask: for the feather and the interpolation
 constexpr float kOutOfReach = 1e3F; // cells
 constexpr float kRingEnd = 1.5F;    // radii: detail up to here is what the repair's must be like
 constexpr float kUnseenHue = 2e-5F;
+constexpr float kNoGrain = 1e-9F;
 
 // A stain's own detail is as strong as the skin's around, within these ratios of the variances.
 constexpr float kWeakest = 0.35F;
 constexpr float kStrongest = 2;
 constexpr float kStrongestHue = 3;
+// Nor may it have spots of another hue than the skin's, a highlight's or a scab's.
+constexpr float kSpotScale = 1.5F; // cells
+constexpr float kStrongestSpotHue = 1.2F;
+constexpr float kUnseenSpotHue = 2e-4F;
 constexpr float kOwnStrength = 1.05F; // makes up for what goes with the stain
 constexpr float kLeastOwnGain = 0.7F;
 constexpr float kMostOwnGain = 2.2F;
@@ -37,12 +42,15 @@ struct Strength {
     float hue = 0;
     int cells = 0;
 
-    void add(const LogColor& detail) {
-        const float sum = detail[0] + detail[1] + detail[2];
+    static float hueOf(const LogColor& detail) {
         const float redGreen = detail[0] - detail[1];
         const float greenBlue = detail[1] - detail[2];
+        return redGreen * redGreen + greenBlue * greenBlue;
+    }
+    void add(const LogColor& detail) {
+        const float sum = detail[0] + detail[1] + detail[2];
         brightness += sum * sum;
-        hue += redGreen * redGreen + greenBlue * greenBlue;
+        hue += hueOf(detail);
         ++cells;
     }
     Strength mean() const {
@@ -60,6 +68,7 @@ struct Separated {
     CellGrid<Cell> stain;   // to be subtracted from the picture; goes on a little around the mask
     CellGrid<float> detail; // its brightness
     Strength strength;
+    float strongestHue = 0; // of the detail's spots
 };
 
 Separated separate(const SkinWindow& window, const Blemish& blemish, float scale) {
@@ -75,7 +84,8 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
     forEachCell(part, [&](int x, int y) {
         share.at(x, y) = {isStained(x, y) ? blemish.model.product(tint, offAt(x, y)) / square : 0, 0, 0, 1};
     });
-    share = blurred(share, std::max(kLeastStainScale, kStainScale * window.radius), part);
+    const float stainScale = std::max(kLeastStainScale, kStainScale * window.radius);
+    share = blurred(share, stainScale, part);
 
     CellGrid<Cell> rest(blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
@@ -85,10 +95,19 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         const float t = share.at(x, y)[0];
         rest.at(x, y) = {off[0] - t * tint[0], off[1] - t * tint[1], off[2] - t * tint[2], 1};
     });
-    const CellGrid<Cell> smooth = blurred(rest, scale, blemish.bounds);
+    // A blemish has hues of its own beside its tint, finer than the skin's, which hardly has any.
+    CellGrid<Cell> smooth = blurred(rest, scale, blemish.bounds);
+    const CellGrid<Cell> hues = blurred(rest, stainScale, blemish.bounds);
+    forEachCell(blemish.bounds, [&](int x, int y) {
+        Cell& cell = smooth.at(x, y);
+        const Cell& hue = hues.at(x, y);
+        const float brighter = (cell[0] + cell[1] + cell[2] - hue[0] - hue[1] - hue[2]) / 3;
+        cell = {hue[0] + brighter, hue[1] + brighter, hue[2] + brighter, cell[kWeight]};
+    });
 
     Separated result{
         .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
+    CellGrid<Cell> details(blemish.bounds);
     forEachCell(part, [&](int x, int y) {
         const float t = share.at(x, y)[0];
         Cell& stain = result.stain.at(x, y);
@@ -100,8 +119,15 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
             stain[c] += smooth.at(x, y)[c];
         result.detail.at(x, y) = detail[0] + detail[1] + detail[2];
         result.strength.add(detail);
+        details.at(x, y) = {detail[0], detail[1], detail[2], 1};
     });
     result.strength = result.strength.mean();
+    details = blurred(details, kSpotScale, blemish.bounds);
+    forEachCell(blemish.bounds, [&](int x, int y) {
+        const Cell& spot = details.at(x, y);
+        if (blemish.mask.at(x, y))
+            result.strongestHue = std::max(result.strongestHue, Strength::hueOf({spot[0], spot[1], spot[2]}));
+    });
     return result;
 }
 
@@ -112,28 +138,56 @@ struct Surroundings {
     Strength strength;
 };
 
-Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale) {
-    const PixelRect& whole = window.cells.rect();
-    Surroundings around{.smooth = blurred(window.cells, scale, whole, blemish.mask),
-                        .detail = CellGrid<float>(whole),
+/// As far as `where` reaches.
+Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale, PixelRect where) {
+    Surroundings around{.smooth = blurred(window.cells, scale, where, blemish.mask),
+                        .detail = CellGrid<float>(where),
                         .strength = {}};
-    forEachCell(whole, [&](int x, int y) {
+    forEachCell(where, [&](int x, int y) {
         const Cell& cell = window.cells.at(x, y);
         if (cell[kWeight] == 0 || blemish.mask.valueAt(x, y))
             return;
         const LogColor detail = difference(cell, around.smooth.at(x, y));
         around.detail.at(x, y) = detail[0] + detail[1] + detail[2];
-        if (window.distance(x, y) < kRingEnd && !blemish.unlikeSkin.valueAt(x, y))
+        if (!blemish.unlikeSkin.valueAt(x, y) && window.distance(x, y) < kRingEnd)
             around.strength.add(detail);
     });
     around.strength = around.strength.mean();
     return around;
 }
 
-bool isLikeSkin(const Strength& own, const Strength& around) {
+float median(std::vector<float>& values) {
+    if (values.empty())
+        return 0;
+    const auto middle = values.begin() + std::ssize(values) / 2;
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
+
+/// The pixels' grain in the mask and in the skin around it. Medians: these are not moved by a few hairs.
+struct FineGrain {
+    float own = 0;
+    float around = 0;
+};
+
+FineGrain measureFineGrain(const SkinWindow& window, const Blemish& blemish) {
+    std::vector<float> own;
+    std::vector<float> around;
+    forEachCell(window.around(kRingEnd), [&](int x, int y) {
+        if (blemish.mask.valueAt(x, y))
+            own.push_back(window.grain.at(x, y));
+        else if (!blemish.unlikeSkin.valueAt(x, y) && window.distance(x, y) < kRingEnd)
+            around.push_back(window.grain.at(x, y));
+    });
+    return {.own = median(own), .around = median(around)};
+}
+
+bool isLikeSkin(const Separated& blemish, const Strength& around) {
+    const Strength& own = blemish.strength;
     const float limit = std::max(around.brightness, 1e-9F);
     return own.brightness > kWeakest * limit && own.brightness < kStrongest * limit &&
-           own.hue < kStrongestHue * (around.hue + kUnseenHue);
+           own.hue < kStrongestHue * (around.hue + kUnseenHue) &&
+           blemish.strongestHue < kStrongestSpotHue * around.hue + kUnseenSpotHue;
 }
 
 } // namespace
@@ -142,7 +196,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     const float scale = std::max(kLeastDetailScale, kDetailScale * window.radius);
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const Separated own = separate(window, blemish, scale);
-    const Surroundings around = lookAround(window, blemish, scale);
+    Surroundings around = lookAround(window, blemish, scale, window.around(kRingEnd));
     const CellGrid<float> distance = distanceTo(blemish.mask, part);
 
     Restoration result{.base = CellGrid<Cell>(part)};
@@ -151,20 +205,30 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
         // The feather does not reach what is no skin.
         result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
     });
-    if (isLikeSkin(own.strength, around.strength)) {
+    if (isLikeSkin(own, around.strength)) {
         const float ratio = std::sqrt(around.strength.brightness / own.strength.brightness);
-        result.gain = std::clamp(kOwnStrength * ratio, kLeastOwnGain, kMostOwnGain);
+        const float gain = std::clamp(kOwnStrength * ratio, kLeastOwnGain, kMostOwnGain);
+        result.gain = gain;
+        if (window.step > 1) {
+            const FineGrain fine = measureFineGrain(window, blemish);
+            result.gain = std::clamp(kOwnStrength * std::sqrt(fine.around / std::max(fine.own, kNoGrain)),
+                                     kLeastOwnGain, kMostOwnGain);
+        }
         forEachCell(part, [&](int x, int y) {
             Cell& base = result.base.at(x, y);
+            const Cell& cell = window.cells.at(x, y);
+            const Cell& stain = own.stain.at(x, y);
             for (std::size_t c = 0; c < 3; ++c)
-                base[c] -= result.gain * (base[c] + own.stain.at(x, y)[c]);
+                base[c] += gain * (cell[c] - base[c] - stain[c]) - result.gain * cell[c];
         });
         return result;
     }
+    around = lookAround(window, blemish, scale, window.cells.rect());
     const std::optional<DetailSource> source = findDetailSource(window, blemish, around.smooth, around.detail,
                                                                 own.detail, around.strength.brightness);
     if (!source) {
-        result.grain = std::sqrt(around.strength.brightness) / 3;
+        result.grain = window.step > 1 ? std::sqrt(measureFineGrain(window, blemish).around)
+                                       : std::sqrt(around.strength.brightness) / 3;
         return result;
     }
     result.gain = source->gain;

@@ -11,8 +11,8 @@ namespace complexion::healing {
 struct Restoration {
     CellGrid<Cell> base; // good in the mask's bounds widened by kMargin; the last value is the distance to
                          // the mask, in cells
-    float gain = 0;
-    int columns = 0; // pixels
+    float gain = 0;      // of what is finer than a cell; base holds the rest
+    int columns = 0;     // pixels
     int rows = 0;
     float grain = 0; // standard deviation
 };

@@ -13,7 +13,10 @@ constexpr float kRingStart = 0.78F;
 constexpr float kRingEnd = 1.45F;
 constexpr float kRingFull = 1.05F;
 constexpr double kTrustAtEnd = 0.3;
-constexpr float kDenseRadius = 12; // cells; from here on every second row and column is enough
+// In cells: from here on every second place is enough, like a chessboard's fields of one colour, and from
+// there on every second row and column.
+constexpr float kSparseRadius = 8;
+constexpr float kDenseRadius = 12;
 constexpr std::size_t kFewestSamples = 12;
 
 constexpr double kMadToDeviation = 1.4826; // of a normal distribution
@@ -44,16 +47,17 @@ float median(std::vector<float>& values) {
 std::vector<SkinModel::Sample> SkinModel::ringOf(const SkinWindow& window, const CellGrid<Cell>& smooth) {
     std::vector<Sample> ring;
     const PixelRect rect = window.around(kRingEnd);
-    const int stride = window.radius >= kDenseRadius ? 2 : 1;
-    for (int y = rect.y; y < rect.bottom(); y += stride)
-        for (int x = rect.x; x < rect.right(); x += stride) {
+    const int down = window.radius >= kDenseRadius ? 2 : 1;
+    const int right = window.radius >= kSparseRadius ? 2 : 1;
+    for (int y = rect.y; y < rect.bottom(); y += down)
+        for (int x = rect.x + (y - rect.y) % right; x < rect.right(); x += right) {
             const float r = window.distance(x, y);
             const Cell& cell = smooth.at(x, y);
             if (r < kRingStart || r > kRingEnd || cell[kWeight] == 0)
                 continue;
             const double outer = std::max(0.0F, (r - kRingFull) / (kRingEnd - kRingFull));
-            ring.push_back({.x = (static_cast<double>(x) - window.centerX) / window.radius,
-                            .y = (static_cast<double>(y) - window.centerY) / window.radius,
+            ring.push_back({.terms = termsAt((static_cast<double>(x) - window.centerX) / window.radius,
+                                             (static_cast<double>(y) - window.centerY) / window.radius),
                             .color = {cell[0], cell[1], cell[2]},
                             .trust = 1 - (1 - kTrustAtEnd) * outer});
         }
@@ -64,33 +68,36 @@ SkinModel::Terms SkinModel::termsAt(double x, double y) {
     return {1, x, y, x * x - y * y, 2 * x * y, x * x + y * y - 1};
 }
 
-LogColor SkinModel::surfaceAt(double x, double y) const {
-    const Terms terms = termsAt(x, y);
-    LogColor color;
-    for (std::size_t c = 0; c < 3; ++c) {
-        double sum = 0;
-        for (std::size_t i = 0; i < kTerms; ++i)
-            sum += m_surface[c][i] * terms[i];
-        color[c] = static_cast<float>(sum);
+CellGrid<Cell> SkinModel::expected(PixelRect where) const {
+    CellGrid<Cell> colors(where);
+    for (int row = where.y; row < where.bottom(); ++row) {
+        const double y = (static_cast<double>(row) - m_centerY) / m_radius;
+        // Along a row the surface is a parabola: constant + slope x + curve x^2.
+        std::array<std::array<double, 3>, 3> along{};
+        for (std::size_t c = 0; c < 3; ++c) {
+            const Terms& surface = m_surface[c];
+            along[c] = {surface[0] + surface[2] * y - surface[3] * y * y + surface[5] * (y * y - 1),
+                        surface[1] + 2 * surface[4] * y, surface[3] + surface[5]};
+        }
+        Cell* cell = &colors.at(where.x, row);
+        for (int column = where.x; column < where.right(); ++column, ++cell) {
+            const double x = (static_cast<double>(column) - m_centerX) / m_radius;
+            for (std::size_t c = 0; c < 3; ++c)
+                (*cell)[c] = static_cast<float>(along[c][0] + x * (along[c][1] + x * along[c][2]));
+            (*cell)[kWeight] = 1;
+        }
     }
-    return color;
+    return colors;
 }
 
-LogColor SkinModel::residual(const Sample& sample) const {
-    const LogColor surface = surfaceAt(sample.x, sample.y);
-    return {sample.color[0] - surface[0], sample.color[1] - surface[1], sample.color[2] - surface[2]};
-}
-
-LogColor SkinModel::expected(int x, int y) const {
-    return surfaceAt((static_cast<double>(x) - m_centerX) / m_radius,
-                     (static_cast<double>(y) - m_centerY) / m_radius);
-}
-
-float SkinModel::product(const LogColor& a, const LogColor& b) const {
-    const double red = m_inverse[0] * b[0] + m_inverse[1] * b[1] + m_inverse[2] * b[2];
-    const double green = m_inverse[1] * b[0] + m_inverse[3] * b[1] + m_inverse[4] * b[2];
-    const double blue = m_inverse[2] * b[0] + m_inverse[4] * b[1] + m_inverse[5] * b[2];
-    return static_cast<float>(a[0] * red + a[1] * green + a[2] * blue);
+void SkinModel::takeResiduals(std::vector<Sample>& ring) const {
+    for (Sample& sample : ring)
+        for (std::size_t c = 0; c < 3; ++c) {
+            double sum = 0;
+            for (std::size_t i = 0; i < kTerms; ++i)
+                sum += m_surface[c][i] * sample.terms[i];
+            sample.residual[c] = sample.color[c] - static_cast<float>(sum);
+        }
 }
 
 void SkinModel::startAtMedian(const std::vector<Sample>& ring) {
@@ -109,7 +116,7 @@ void SkinModel::startAtMedian(const std::vector<Sample>& ring) {
 
 void SkinModel::weigh(std::vector<Sample>& ring, double cutOff) const {
     for (Sample& sample : ring) {
-        const LogColor off = residual(sample);
+        const LogColor& off = sample.residual;
         double worst = 0;
         for (std::size_t c = 0; c < 3; ++c) {
             const double deviations = off[c] / m_spread[c];
@@ -127,7 +134,7 @@ bool SkinModel::fitSurface(const std::vector<Sample>& ring, bool curved) {
     for (const Sample& sample : ring) {
         if (sample.weight == 0)
             continue;
-        const Terms terms = termsAt(sample.x, sample.y);
+        const Terms& terms = sample.terms;
         total += sample.weight;
         for (std::size_t i = 0; i < kTerms; ++i) {
             const double weighted = sample.weight * terms[i];
@@ -172,19 +179,18 @@ void SkinModel::measureSpread(const std::vector<Sample>& ring) {
     for (const Sample& sample : ring) {
         if (sample.weight < 0.01)
             continue;
-        const LogColor residuals = residual(sample);
         for (std::size_t c = 0; c < 3; ++c)
-            off[c].push_back(std::abs(residuals[c]));
+            off[c].push_back(std::abs(sample.residual[c]));
     }
     for (std::size_t c = 0; c < 3; ++c)
         m_spread[c] = std::max(kSmallestSpread, static_cast<float>(kMadToDeviation * median(off[c])));
 }
 
 void SkinModel::measureCovariance(const std::vector<Sample>& ring) {
-    Symmetric3 sum{};
+    std::array<double, 6> sum{};
     double total = 1e-9;
     for (const Sample& sample : ring) {
-        const LogColor e = residual(sample);
+        const LogColor& e = sample.residual;
         const double weight = sample.weight;
         total += weight;
         sum[0] += weight * e[0] * e[0];
@@ -207,12 +213,14 @@ void SkinModel::measureCovariance(const std::vector<Sample>& ring) {
     const double second = rb * gb - rg * bb;
     const double third = rg * gb - rb * gg;
     const double determinant = rr * first + rg * second + rb * third; // positive: `unseen` is
-    m_inverse = {first / determinant,
-                 second / determinant,
-                 third / determinant,
-                 (rr * bb - rb * rb) / determinant,
-                 (rg * rb - rr * gb) / determinant,
-                 (rr * gg - rg * rg) / determinant};
+    const std::array<double, 6> inverse = {first / determinant,
+                                           second / determinant,
+                                           third / determinant,
+                                           (rr * bb - rb * rb) / determinant,
+                                           (rg * rb - rr * gb) / determinant,
+                                           (rr * gg - rg * rg) / determinant};
+    std::ranges::transform(inverse, m_inverse.begin(),
+                           [](double value) { return static_cast<float>(value); });
 }
 
 std::optional<SkinModel> SkinModel::fit(const SkinWindow& window, const CellGrid<Cell>& smooth) {
@@ -221,10 +229,12 @@ std::optional<SkinModel> SkinModel::fit(const SkinWindow& window, const CellGrid
         return std::nullopt;
     SkinModel model(window.centerX, window.centerY, window.radius);
     model.startAtMedian(ring);
+    model.takeResiduals(ring);
     for (std::size_t round = 0; round < kCutOffs.size(); ++round) {
         model.weigh(ring, kCutOffs[round]);
         if (!model.fitSurface(ring, round >= kPlaneRounds))
             return std::nullopt;
+        model.takeResiduals(ring);
         model.measureSpread(ring);
     }
     model.measureCovariance(ring);

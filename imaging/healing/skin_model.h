@@ -16,24 +16,29 @@ public:
     /// `smooth` is the window's cells, blurred. Nothing when the ring has too few known cells.
     static std::optional<SkinModel> fit(const SkinWindow& window, const CellGrid<Cell>& smooth);
 
-    /// The colour to be expected at a cell of the window it was fitted to.
-    LogColor expected(int x, int y) const;
+    /// The colours to be expected in a part of the window it was fitted to, all of weight 1.
+    CellGrid<Cell> expected(PixelRect where) const;
 
     /// The inner product in which the skin's own variation has unit length in every direction: a difference
     /// of brightness counts less than one of hue where the skin varies in brightness (Mahalanobis).
-    float product(const LogColor& a, const LogColor& b) const;
+    float product(const LogColor& a, const LogColor& b) const {
+        const float red = m_inverse[0] * b[0] + m_inverse[1] * b[1] + m_inverse[2] * b[2];
+        const float green = m_inverse[1] * b[0] + m_inverse[3] * b[1] + m_inverse[4] * b[2];
+        const float blue = m_inverse[2] * b[0] + m_inverse[4] * b[1] + m_inverse[5] * b[2];
+        return a[0] * red + a[1] * green + a[2] * blue;
+    }
 
 private:
     static constexpr std::size_t kTerms = 6;
     using Terms = std::array<double, kTerms>;
-    using Symmetric3 = std::array<double, 6>; // rr rg rb gg gb bb
+    using Symmetric3 = std::array<float, 6>; // rr rg rb gg gb bb
 
-    /// A cell of the ring; x and y in radii from the disc's centre.
+    /// A cell of the ring.
     struct Sample {
-        double x = 0;
-        double y = 0;
+        Terms terms{};
         LogColor color{};
-        double trust = 0; // by its place
+        LogColor residual{}; // what the surface leaves of it
+        double trust = 0;    // by its place
         double weight = 0;
     };
 
@@ -42,8 +47,7 @@ private:
 
     static std::vector<Sample> ringOf(const SkinWindow& window, const CellGrid<Cell>& smooth);
     static Terms termsAt(double x, double y);
-    LogColor surfaceAt(double x, double y) const;
-    LogColor residual(const Sample& sample) const;
+    void takeResiduals(std::vector<Sample>& ring) const;
     void startAtMedian(const std::vector<Sample>& ring);
     void weigh(std::vector<Sample>& ring, double cutOff) const;
     bool fitSurface(const std::vector<Sample>& ring, bool curved);

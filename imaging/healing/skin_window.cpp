@@ -2,6 +2,7 @@
 #include "imaging/healing/skin_window.h"
 
 #include "imaging/healing/log_scale.h"
+#include "imaging/wide_vectors.h"
 
 #include <cmath>
 
@@ -12,37 +13,87 @@ namespace {
 constexpr double kReachInRadii = 2.2; // far enough for clean skin beside the largest blemish
 constexpr int kMarginInCells = 4;
 
-/// Sums of premultiplied components and of alpha over a cell.
-using CellSum = std::array<std::uint32_t, 4>;
+/// Sums over a cell's pixels: of red, green, blue (premultiplied) and alpha, and of the square of what green
+/// differs from the mean of its neighbours in the row by, twice that.
+constexpr std::size_t kSums = 5;
+constexpr float kDifferencesOfNoise = 6; // the square's expected value where there is noise of variance 1
 
-void addRow(const RGBA32* pixels, int step, std::vector<CellSum>& sums) {
-    for (CellSum& sum : sums)
-        for (int i = 0; i < step; ++i, ++pixels) {
-            sum[0] += pixels->red();
-            sum[1] += pixels->green();
-            sum[2] += pixels->blue();
-            sum[3] += pixels->alpha();
-        }
+float greenOf(RGBA32 pixel) {
+    return static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
 }
 
-Cell cellOf(const CellSum& sum) {
+/// Such sums for a row of cells: a plane for each, so that several pixels are added at a time. In floats:
+/// they are exact for all cells but those of enormous discs.
+class RowSums {
+public:
+    RowSums(std::size_t pixels, std::size_t step)
+        : m_pixels(pixels), m_step(step), m_columns(kSums * pixels), m_sums(kSums * pixels) {}
+
+    /// Takes `step` rows of pixels.
+    void take(const RGBA32* strip) {
+        std::ranges::fill(m_columns, 0.0F);
+        for (std::size_t i = 0; i < m_step; ++i)
+            addPixels(strip + i * m_pixels, m_pixels, m_columns.data());
+        std::ranges::copy(m_columns, m_sums.begin());
+        for (std::size_t i = 1; i < m_step; ++i)
+            addValues(m_columns.data() + i, m_sums.data(), m_sums.size() - i);
+    }
+
+    std::array<float, kSums> ofCell(std::size_t index) const {
+        const float* sum = m_sums.data() + index * m_step;
+        return {sum[0], sum[m_pixels], sum[2 * m_pixels], sum[3 * m_pixels], sum[4 * m_pixels]};
+    }
+
+private:
+    COMPLEXION_WIDE_VECTORS
+    static void addPixels(const RGBA32* __restrict pixels, std::size_t width, float* sums) {
+        float* __restrict red = sums;
+        float* __restrict green = red + width;
+        float* __restrict blue = green + width;
+        float* __restrict alpha = blue + width;
+        for (std::size_t i = 0; i < width; ++i) {
+            const std::uint32_t color = pixels[i].color;
+            red[i] += static_cast<float>(static_cast<std::int32_t>(color >> 24));
+            green[i] += greenOf(pixels[i]);
+            blue[i] += static_cast<float>(static_cast<std::int32_t>(color >> 8 & 255));
+            alpha[i] += static_cast<float>(static_cast<std::int32_t>(color & 255));
+        }
+        float* __restrict squares = alpha + width;
+        for (std::size_t i = 1; i + 1 < width; ++i) {
+            const float difference = 2 * greenOf(pixels[i]) - greenOf(pixels[i - 1]) - greenOf(pixels[i + 1]);
+            squares[i] += difference * difference;
+        }
+    }
+
+    COMPLEXION_WIDE_VECTORS
+    static void addValues(const float* __restrict values, float* __restrict sums, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i)
+            sums[i] += values[i];
+    }
+
+    std::size_t m_pixels;
+    std::size_t m_step;
+    std::vector<float> m_columns;
+    std::vector<float> m_sums; // of `step` pixels from each on
+};
+
+Cell cellOf(const std::array<float, kSums>& sum) {
     if (sum[3] == 0)
         return {};
-    const float scale = 255.0F / static_cast<float>(sum[3]);
-    Cell cell;
-    for (std::size_t c = 0; c < 3; ++c)
-        cell[c] = logOf(static_cast<float>(sum[c]) * scale);
-    cell[kWeight] = 1;
-    return cell;
+    const float scale = 255 / sum[3];
+    return {logOf(sum[0] * scale), logOf(sum[1] * scale), logOf(sum[2] * scale), 1};
+}
+
+/// The strength of the grain in a cell, to first order on the logarithmic scale; what is translucent has
+/// none.
+float grainOf(const std::array<float, kSums>& sum, float pixels) {
+    if (sum[3] != 255 * pixels)
+        return 0;
+    const float level = sum[1] / pixels + kDarkOffset;
+    return sum[4] / (kDifferencesOfNoise * pixels * level * level);
 }
 
 } // namespace
-
-float SkinWindow::distance(int x, int y) const {
-    const float dx = static_cast<float>(x) - centerX;
-    const float dy = static_cast<float>(y) - centerY;
-    return std::sqrt(dx * dx + dy * dy) / radius;
-}
 
 PixelRect SkinWindow::around(float radii) const {
     const float reach = radii * radius;
@@ -81,16 +132,22 @@ SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc) {
     window.centerY = window.cellY(disc.row);
     window.radius = static_cast<float>(radius) / static_cast<float>(step);
 
-    std::vector<RGBA32> strip(static_cast<std::size_t>(window.pixels.width) * static_cast<std::size_t>(step));
-    std::vector<CellSum> sums(static_cast<std::size_t>(columns));
+    const auto side = static_cast<std::size_t>(step);
+    const auto pixelsOfCell = static_cast<float>(step) * static_cast<float>(step);
+    std::vector<RGBA32> strip(static_cast<std::size_t>(window.pixels.width) * side);
+    RowSums sums(static_cast<std::size_t>(window.pixels.width), side);
+    if (step > 1)
+        window.grain = CellGrid<float>(window.cells.rect());
     for (int y = 0; y < rows; ++y) {
         image.read({wanted.x, wanted.y + y * step, window.pixels.width, step}, strip.data(),
                    window.pixels.width);
-        std::ranges::fill(sums, CellSum{});
-        for (int i = 0; i < step; ++i)
-            addRow(strip.data() + static_cast<std::ptrdiff_t>(i) * window.pixels.width, step, sums);
-        for (int x = 0; x < columns; ++x)
-            window.cells.at(x, y) = cellOf(sums[static_cast<std::size_t>(x)]);
+        sums.take(strip.data());
+        for (int x = 0; x < columns; ++x) {
+            const std::array<float, kSums> sum = sums.ofCell(static_cast<std::size_t>(x));
+            window.cells.at(x, y) = cellOf(sum);
+            if (step > 1)
+                window.grain.at(x, y) = grainOf(sum, pixelsOfCell);
+        }
     }
     return window;
 }

@@ -5,24 +5,33 @@
 #include "imaging/image.h"
 #include "imaging/repair_disc.h"
 
+#include <cmath>
+
 namespace complexion::healing {
 
 /// The picture around an edit disc as a grid of cells, each the mean of `step` by `step` pixels: a disc of
 /// more than kLargestRadius is looked at with about kReducedRadius cells of radius, so that the cost of
 /// looking hardly grows with it.
 struct SkinWindow {
-    static constexpr int kLargestRadius = 32;
+    static constexpr int kLargestRadius = 20;
     static constexpr int kReducedRadius = 20;
 
     int step = 1;         // pixels of a cell's side
     PixelRect pixels;     // what the grid covers, in the picture
     CellGrid<Cell> cells; // weight 0 where the picture is transparent
-    float centerX = 0;    // of the disc, in cells; whole numbers are the middles of cells
+    /// How strong the pixels' grain is in each cell: the variance, on the logarithmic scale, of such noise. A
+    /// slope is no grain. Empty when a cell is one pixel.
+    CellGrid<float> grain;
+    float centerX = 0; // of the disc, in cells; whole numbers are the middles of cells
     float centerY = 0;
     float radius = 0; // in cells
 
     /// How far a cell lies from the disc's centre, in radii.
-    float distance(int x, int y) const;
+    float distance(int x, int y) const {
+        const float dx = static_cast<float>(x) - centerX;
+        const float dy = static_cast<float>(y) - centerY;
+        return std::sqrt(dx * dx + dy * dy) / radius;
+    }
 
     /// The cells within `radii` radii of the centre, as a rectangle.
     PixelRect around(float radii) const;

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/healing/painter.h"
+
+#include "imaging/healing/log_scale.h"
+#include "imaging/wide_vectors.h"
+
+#include <cmath>
+
+namespace complexion::healing {
+
+namespace {
+
+constexpr float kFeather = 0.05F;     // radii beyond the mask
+constexpr float kLeastFeather = 1.5F; // cells
+constexpr float kRimFeather = 1.5F;   // pixels inside the disc's rim
+constexpr float kLeastChange = 0.5F;  // levels: less changes nothing
+
+/// The order in which an ordered dither (Bayer, 1973) sets the 64 pixels of a square.
+constexpr std::array<std::uint8_t, 64> kDitherOrder = {
+    0,  32, 8,  40, 2,  34, 10, 42, 48, 16, 56, 24, 50, 18, 58, 26, 12, 44, 4,  36, 14, 46,
+    6,  38, 60, 28, 52, 20, 62, 30, 54, 22, 3,  35, 11, 43, 1,  33, 9,  41, 51, 19, 59, 27,
+    49, 17, 57, 25, 15, 47, 7,  39, 13, 45, 5,  37, 63, 31, 55, 23, 61, 29, 53, 21};
+
+/// Between 0 and 1; each component has a shifted pattern, so that they do not round together.
+float ditherAt(std::int64_t row, std::int64_t column, std::size_t component) {
+    const auto shift = static_cast<std::int64_t>(component);
+    const std::int64_t index = ((row + 5 * shift) & 7) * 8 + ((column + 3 * shift) & 7);
+    return (static_cast<float>(kDitherOrder[static_cast<std::size_t>(index)]) + 0.5F) / 64;
+}
+
+/// Noise of variance 1 that depends on the place alone: four bytes of a hashed word (Steele et al., "Fast
+/// splittable pseudorandom number generators", OOPSLA 2014), summed.
+float noiseAt(std::int64_t row, std::int64_t column) {
+    std::uint64_t hash =
+        static_cast<std::uint64_t>(row) * 0x9E3779B97F4A7C15U + static_cast<std::uint64_t>(column);
+    hash = (hash ^ (hash >> 30)) * 0xBF58476D1CE4E5B9U;
+    hash = (hash ^ (hash >> 27)) * 0x94D049BB133111EBU;
+    hash ^= hash >> 31;
+    const auto sum =
+        static_cast<float>((hash & 255) + ((hash >> 8) & 255) + ((hash >> 16) & 255) + ((hash >> 24) & 255));
+    constexpr float kDeviation = 147.8F; // of the sum of four even bytes
+    return (sum - 510) / kDeviation;
+}
+
+/// A row of pixels, each component in a plane of its own.
+struct PlaneRow {
+    std::array<std::vector<float>, 3> planes;
+
+    void resize(std::size_t width) {
+        for (std::vector<float>& plane : planes)
+            plane.resize(width);
+    }
+};
+
+/// The levels of pixels before premultiplication.
+void spreadLevels(const RGBA32* pixels, std::size_t count, PlaneRow& levels) {
+    float* __restrict red = levels.planes[0].data();
+    float* __restrict green = levels.planes[1].data();
+    float* __restrict blue = levels.planes[2].data();
+    std::uint32_t alphas = 255;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint32_t color = pixels[i].color;
+        alphas &= color;
+        red[i] = static_cast<float>(static_cast<std::int32_t>(color >> 24));
+        green[i] = static_cast<float>(static_cast<std::int32_t>(color >> 16 & 255));
+        blue[i] = static_cast<float>(static_cast<std::int32_t>(color >> 8 & 255));
+    }
+    if (alphas == 255)
+        return;
+    for (std::size_t i = 0; i < count; ++i) {
+        red[i] = unpremultiplied(pixels[i].red(), pixels[i].alpha());
+        green[i] = unpremultiplied(pixels[i].green(), pixels[i].alpha());
+        blue[i] = unpremultiplied(pixels[i].blue(), pixels[i].alpha());
+    }
+}
+
+/// One component of a row: from its own level towards that of base + gain * detail, dithered for rounding.
+/// `change` gathers the largest difference of any component.
+COMPLEXION_WIDE_VECTORS
+void mixComponent(const float* __restrict base, const float* __restrict detail, float gain,
+                  const float* __restrict share, const float* __restrict dither, const float* __restrict own,
+                  float* __restrict mixed, float* __restrict change, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const float value = componentOf(base[i] + gain * detail[i]);
+        const float off = share[i] * (value - own[i]);
+        const float size = off < 0 ? -off : off;
+        change[i] = size > change[i] ? size : change[i];
+        const float level = own[i] + off + dither[i];
+        const float low = level < 0 ? 0 : level;
+        mixed[i] = low > 255 ? 255 : low;
+    }
+}
+
+/// How far inside the disc the pixels of a row lie, in feathers of its rim; 1 is enough. `dx` is the first
+/// pixel's distance from the disc's middle column.
+COMPLEXION_WIDE_VECTORS
+void shareByDepth(float dx, float dy, float radius, float* share, int count) {
+    for (int i = 0; i < count; ++i) {
+        const float x = dx + static_cast<float>(i);
+        const float depth = (radius - std::sqrt(x * x + dy * dy)) / kRimFeather;
+        const float low = depth < 0 ? 0 : depth;
+        share[i] *= low > 1 ? 1 : low;
+    }
+}
+
+/// Paints row by row.
+class Painter {
+public:
+    Painter(const Image& image, const RepairDisc& disc, const SkinWindow& window,
+            const Restoration& restoration)
+        : m_image(image),
+          m_disc(disc),
+          m_window(window),
+          m_restoration(restoration),
+          m_feather(std::max(kLeastFeather, kFeather * window.radius)) {
+        const PixelRect part = m_restoration.base.rect();
+        m_left = std::max<std::int64_t>(m_disc.column - m_disc.radius,
+                                        m_window.pixels.x + std::int64_t{part.x} * m_window.step);
+        m_right = std::min<std::int64_t>(m_disc.column + m_disc.radius,
+                                         m_window.pixels.x + std::int64_t{part.right()} * m_window.step);
+    }
+
+    void paint(PixelBuffer& buffer) {
+        const PixelRect part = m_restoration.base.rect();
+        const std::int64_t top = std::max<std::int64_t>(
+            m_disc.row - m_disc.radius, m_window.pixels.y + std::int64_t{part.y} * m_window.step);
+        const std::int64_t bottom = std::min<std::int64_t>(
+            m_disc.row + m_disc.radius, m_window.pixels.y + std::int64_t{part.bottom()} * m_window.step);
+        if (m_right <= m_left)
+            return;
+        prepareColumns();
+        for (std::int64_t row = top; row < bottom; ++row)
+            paintRow(buffer, row);
+    }
+
+private:
+    void prepareColumns() {
+        const auto width = static_cast<std::size_t>(m_right - m_left);
+        const PixelRect& rect = m_restoration.base.rect();
+        m_columns.resize(width);
+        m_share.resize(width);
+        m_change.resize(width);
+        m_mixed.resize(width);
+        m_base.resize(width);
+        m_detail.resize(width);
+        m_ownLevels.resize(width);
+        m_own.resize(width);
+        m_source.resize(width);
+        m_cells.resize(static_cast<std::size_t>(rect.width) + 1);
+        for (std::size_t i = 0; i < width; ++i) {
+            const float x =
+                std::clamp(m_window.cellX(m_left + static_cast<std::int64_t>(i)) - static_cast<float>(rect.x),
+                           0.0F, static_cast<float>(rect.width - 1));
+            m_columns[i].before = static_cast<std::uint32_t>(x);
+            m_columns[i].share = x - static_cast<float>(m_columns[i].before);
+        }
+        for (std::size_t row = 0; row < m_dither.size(); ++row) {
+            m_dither[row].resize(width);
+            for (std::size_t c = 0; c < 3; ++c)
+                for (std::size_t i = 0; i < width; ++i)
+                    m_dither[row].planes[c][i] =
+                        ditherAt(static_cast<std::int64_t>(row), m_left + static_cast<std::int64_t>(i), c);
+        }
+    }
+
+    void paintRow(PixelBuffer& buffer, std::int64_t row) {
+        blendCellRows(m_window.cellY(row));
+        weighRow(row);
+        const auto isPainted = [](float share) { return share > 0; };
+        const auto begin = std::ranges::find_if(m_share, isPainted);
+        if (begin == m_share.end())
+            return;
+        const auto end = std::find_if(m_share.rbegin(), m_share.rend(), isPainted).base();
+        const auto first = static_cast<std::size_t>(begin - m_share.begin());
+        const auto count = static_cast<std::size_t>(end - begin);
+        m_image.read({static_cast<int>(m_left + begin - m_share.begin()), static_cast<int>(row),
+                      static_cast<int>(count), 1},
+                     m_own.data(), static_cast<std::ptrdiff_t>(count));
+        readSource(row, m_left + static_cast<std::int64_t>(first), count);
+        spreadRow(row, first, count);
+        for (std::size_t c = 0; c < 3; ++c)
+            mixComponent(m_base.planes[c].data(), m_detail.planes[c].data(), m_restoration.gain,
+                         m_share.data() + first,
+                         m_dither[static_cast<std::size_t>(row & 7)].planes[c].data() + first,
+                         m_ownLevels.planes[c].data(), m_mixed.planes[c].data(), m_change.data(), count);
+        writeRow(buffer, {row, m_left + static_cast<std::int64_t>(first)}, count);
+    }
+
+    /// The pixels that the detail is taken from; a place beyond the window reads as the nearest in it.
+    void readSource(std::int64_t row, std::int64_t left, std::size_t count) {
+        const PixelRect& pixels = m_window.pixels;
+        const auto clampedRow = static_cast<int>(
+            std::clamp<std::int64_t>(row + m_restoration.rows, pixels.y, pixels.bottom() - 1));
+        const auto wanted = static_cast<std::int64_t>(count);
+        const std::int64_t from = left + m_restoration.columns;
+        const auto first = static_cast<int>(std::clamp<std::int64_t>(from, pixels.x, pixels.right() - 1));
+        const auto end = static_cast<int>(std::clamp<std::int64_t>(from + wanted, first + 1, pixels.right()));
+        const std::int64_t skipped = first - from > 0 ? std::min<std::int64_t>(first - from, wanted - 1) : 0;
+        const std::int64_t read = std::min<std::int64_t>(end - first, wanted - skipped);
+        m_image.read({first, clampedRow, static_cast<int>(read), 1}, m_source.data() + skipped, read);
+        std::fill_n(m_source.begin(), skipped, m_source[static_cast<std::size_t>(skipped)]);
+        std::fill(m_source.begin() + skipped + read, m_source.begin() + wanted,
+                  m_source[static_cast<std::size_t>(skipped + read - 1)]);
+    }
+
+    void blendCellRows(float y) {
+        const PixelRect& rect = m_restoration.base.rect();
+        y = std::clamp(y, static_cast<float>(rect.y), static_cast<float>(rect.bottom() - 1));
+        const int above = static_cast<int>(y);
+        const int below = std::min(above + 1, rect.bottom() - 1);
+        const float share = y - static_cast<float>(above);
+        for (int i = 0; i < rect.width; ++i) {
+            const Cell& upper = m_restoration.base.at(rect.x + i, above);
+            const Cell& lower = m_restoration.base.at(rect.x + i, below);
+            Cell& cell = m_cells[static_cast<std::size_t>(i)];
+            for (std::size_t c = 0; c < 4; ++c)
+                cell[c] = upper[c] + share * (lower[c] - upper[c]);
+        }
+        m_cells.back() = m_cells[m_cells.size() - 2];
+    }
+
+    /// How much of the restoration each pixel gets: by its distance from the mask and its depth in the disc.
+    void weighRow(std::int64_t row) {
+        for (std::size_t i = 0; i < m_share.size(); ++i) {
+            const Cell* cell = m_cells.data() + m_columns[i].before;
+            const float distance =
+                cell[0][kWeight] + m_columns[i].share * (cell[1][kWeight] - cell[0][kWeight]);
+            const float share = 1 - distance / m_feather;
+            m_share[i] = share > 0 ? share : 0;
+        }
+        shareByDepth(static_cast<float>(m_left - m_disc.column), static_cast<float>(row - m_disc.row),
+                     static_cast<float>(m_disc.radius), m_share.data(), static_cast<int>(m_share.size()));
+    }
+
+    /// Lays the row's values out in planes.
+    void spreadRow(std::int64_t row, std::size_t first, std::size_t count) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const Column& column = m_columns[first + i];
+            const Cell* cell = m_cells.data() + column.before;
+            for (std::size_t c = 0; c < 3; ++c)
+                m_base.planes[c][i] = cell[0][c] + column.share * (cell[1][c] - cell[0][c]);
+        }
+        spreadLevels(m_own.data(), count, m_ownLevels);
+        spreadLevels(m_source.data(), count, m_detail);
+        for (std::vector<float>& plane : m_detail.planes)
+            for (std::size_t i = 0; i < count; ++i)
+                plane[i] = kLogOf[static_cast<std::size_t>(static_cast<int>(plane[i]))];
+        std::fill_n(m_change.begin(), count, 0.0F);
+        if (m_restoration.grain == 0)
+            return;
+        for (std::size_t i = 0; i < count; ++i) {
+            const float grain =
+                m_restoration.grain * noiseAt(row, m_left + static_cast<std::int64_t>(first + i));
+            for (std::vector<float>& plane : m_base.planes)
+                plane[i] += grain;
+        }
+    }
+
+    void writeRow(PixelBuffer& buffer, PixelPosition start, std::size_t count) {
+        std::size_t first = count;
+        std::size_t last = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::uint8_t alpha = m_own[i].alpha();
+            if (m_change[i] < kLeastChange || alpha == 0)
+                continue;
+            std::array<std::uint8_t, 3> bytes;
+            for (std::size_t c = 0; c < 3; ++c)
+                bytes[c] = premultiplied(
+                    static_cast<std::uint32_t>(static_cast<std::int32_t>(m_mixed.planes[c][i])), alpha);
+            const RGBA32 painted{bytes[0], bytes[1], bytes[2], alpha};
+            if (painted == m_own[i])
+                continue;
+            first = std::min(first, i);
+            last = i;
+            m_own[i] = painted;
+        }
+        if (first <= last)
+            buffer.paintRow({start.row, start.column + static_cast<std::int64_t>(first)},
+                            std::span(m_own).subspan(first, last + 1 - first));
+    }
+
+    /// Where a pixel column lies between the cells' middles.
+    struct Column {
+        std::uint32_t before = 0;
+        float share = 0;
+    };
+
+    const Image& m_image;
+    const RepairDisc& m_disc;
+    const SkinWindow& m_window;
+    const Restoration& m_restoration;
+    float m_feather;
+    std::int64_t m_left = 0;
+    std::int64_t m_right = 0;
+    std::vector<Column> m_columns;
+    std::array<PlaneRow, 8> m_dither;
+    std::vector<Cell> m_cells; // the restoration's at the pixel row's height, the last one twice
+    // Of the row that is painted; all but the first begin where its painted part does.
+    std::vector<float> m_share;
+    std::vector<float> m_change;
+    std::vector<RGBA32> m_own;
+    std::vector<RGBA32> m_source;
+    PlaneRow m_base;
+    PlaneRow m_detail;
+    PlaneRow m_ownLevels;
+    PlaneRow m_mixed;
+};
+
+} // namespace
+
+void paintRestoration(const Image& image, const RepairDisc& disc, const SkinWindow& window,
+                      const Restoration& restoration, PixelBuffer& buffer) {
+    Painter(image, disc, window, restoration).paint(buffer);
+}
+
+} // namespace complexion::healing

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/healing/detail_source.h"
+
+#include "imaging/healing/blur.h"
+#include "imaging/healing/skin_detail.h"
+#include "tests/imaging/natural_repair_skin.h"
+
+namespace complexion {
+namespace {
+
+using healing::Blemish;
+using healing::CellGrid;
+using healing::DetailSource;
+using healing::Restoration;
+using healing::SkinWindow;
+
+constexpr double kMottledRadius = 12;
+
+/// A blemish with a mottle of its own, which no skin has: its detail must come from elsewhere.
+Image mottled(const Image& clean, PixelPosition center, double radius = kMottledRadius) {
+    return painted(clean.pixelSize(), [&](int row, int column) {
+        const RGBA32 pixel = clean.pixel(row, column);
+        const double t = stainAt(row, column, center, radius);
+        const double mottle = (row / 2 + column / 2) % 2 == 0 ? 0.3 : 0.9;
+        const double factor = 1 + t * (mottle - 1);
+        return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
+                      byteOf(pixel.blue() * factor), 255);
+    });
+}
+
+SkinWindow windowOf(const Image& image, PixelPosition place, std::int64_t radius) {
+    return healing::readSkinWindow(image, RepairDisc::at(at(image, place), image, radius));
+}
+
+Restoration restorationOf(const Image& image, PixelPosition place, std::int64_t radius) {
+    const SkinWindow window = windowOf(image, place, radius);
+    const std::optional<Blemish> blemish = healing::findBlemish(window, kThreshold);
+    return blemish ? healing::restoreDetail(window, *blemish) : Restoration{};
+}
+
+/// The correlation of two parts of a picture's green, as far as they reach from their middles.
+double correlation(const Image& picture, PixelPosition a, PixelPosition b, int reach) {
+    const auto greenAt = [&picture](PixelPosition place, int dy, int dx) {
+        return static_cast<double>(
+            picture.pixel(static_cast<int>(place.row) + dy, static_cast<int>(place.column) + dx).green());
+    };
+    double count = 0;
+    double sumA = 0;
+    double sumB = 0;
+    double squareA = 0;
+    double squareB = 0;
+    double product = 0;
+    for (int dy = -reach; dy <= reach; ++dy)
+        for (int dx = -reach; dx <= reach; ++dx) {
+            const double valueA = greenAt(a, dy, dx);
+            const double valueB = greenAt(b, dy, dx);
+            ++count;
+            sumA += valueA;
+            sumB += valueB;
+            squareA += valueA * valueA;
+            squareB += valueB * valueB;
+            product += valueA * valueB;
+        }
+    return (product - sumA * sumB / count) /
+           std::sqrt((squareA - sumA * sumA / count) * (squareB - sumB * sumB / count));
+}
+
+/// The skin around a mottled blemish, as a search for its detail sees it.
+struct Neighbourhood {
+    SkinWindow window;
+    Blemish blemish;
+    CellGrid<healing::Cell> smooth;
+    CellGrid<float> detail;
+
+    static Neighbourhood ofMottledSkin() {
+        const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
+        SkinWindow window = windowOf(image, kCenter, kRadius);
+        Blemish blemish = healing::findBlemish(window, kThreshold).value();
+        const PixelRect whole = window.cells.rect();
+        Neighbourhood found{.window = window,
+                            .blemish = blemish,
+                            .smooth = healing::blurred(window.cells, 2, whole, blemish.mask),
+                            .detail = CellGrid<float>(whole)};
+        healing::forEachCell(whole, [&found](int x, int y) {
+            for (std::size_t c = 0; c < 3 && !found.blemish.mask.valueAt(x, y); ++c)
+                found.detail.at(x, y) += found.window.cells.at(x, y)[c] - found.smooth.at(x, y)[c];
+        });
+        return found;
+    }
+
+    std::optional<DetailSource> sourceWhere(const CellGrid<float>& present) const {
+        return healing::findDetailSource(window, blemish, smooth, detail, present, 0.01F);
+    }
+};
+
+TEST(NaturalRepair, APatchWhosePatternStandsThereAlreadyIsNotTakenAgain) {
+    const Neighbourhood skin = Neighbourhood::ofMottledSkin();
+    CellGrid<float> present(skin.blemish.bounds);
+    std::vector<DetailSource> taken;
+    for (int i = 0; i < 3; ++i) {
+        const std::optional<DetailSource> source = skin.sourceWhere(present);
+        ASSERT_TRUE(source.has_value());
+        for (const DetailSource& before : taken)
+            EXPECT_FALSE(before.dx == source->dx && before.dy == source->dy) << i;
+        taken.push_back(*source);
+        healing::forEachCell(present.rect(), [&](int x, int y) {
+            present.at(x, y) += skin.detail.at(x + source->dx, y + source->dy);
+        });
+    }
+}
+
+TEST(NaturalRepair, TheSamePlaceClickedTwiceDoesNotRepeatAPattern) {
+    const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
+    const Restoration first = restorationOf(image, kCenter, kRadius);
+    ASSERT_TRUE(first.columns != 0 || first.rows != 0);
+    const PixelPosition source{kCenter.row + first.rows, kCenter.column + first.columns};
+    const Image once = healed(image);
+    EXPECT_GT(correlation(once, kCenter, source, 7), 0.7);
+
+    // It gets spotted again, a little: the spot is repaired, and the pattern that stands there is not laid on
+    // it once more.
+    const Image spotted = painted(kSize, [&once](int row, int column) {
+        const RGBA32 pixel = once.pixel(row, column);
+        const double factor = 1 - 0.4 * stainAt(row, column, kCenter, 8);
+        return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
+                      byteOf(pixel.blue() * factor), 255);
+    });
+    const Restoration second = restorationOf(spotted, kCenter, kRadius);
+    EXPECT_GT(second.gain, 0);
+    EXPECT_FALSE(second.columns == first.columns && second.rows == first.rows);
+    const Image twice = healed(spotted);
+    EXPECT_LT(grainAround(twice, 6), 2 * grainAround(once, 6));
+    EXPECT_GT(grainAround(twice, 6), 0.5 * grainAround(once, 6));
+}
+
+TEST(NaturalRepair, TheDetailOfABlemishThatHasNoneOfSkinsComesFromCleanSkin) {
+    const Image clean = Skin{.grain = 5}.clean();
+    const Restoration restoration = restorationOf(mottled(clean, kCenter), kCenter, kRadius);
+    EXPECT_GT(restoration.gain, 0);
+    EXPECT_EQ(restoration.grain, 0);
+    // The patch lies wholly beside the blemish.
+    EXPECT_GT(std::hypot(restoration.columns, restoration.rows), kMottledRadius);
+}
+
+/// A picture that the disc fills: there is no room for a patch of clean skin in it.
+void expectMembraneWithGrain(int radius) {
+    SCOPED_TRACE(radius);
+    const PixelSize size{2 * radius, 2 * radius};
+    const PixelPosition middle{radius, radius};
+    const Image clean = painted(size, [](int row, int column) {
+        const double light = 6 * grainAt(row, column);
+        return RGBA32(byteOf(200 + light), byteOf(160 + light), byteOf(140 + light), 255);
+    });
+    const Image image = mottled(clean, middle, 0.55 * radius);
+    const Restoration restoration = restorationOf(image, middle, radius);
+    EXPECT_EQ(restoration.gain, 0);
+    EXPECT_GT(restoration.grain, 0);
+
+    const Image result = healed(image, middle, radius);
+    double sum = 0;
+    double square = 0;
+    double cleanSquare = 0;
+    double count = 0;
+    for (int dy = -radius / 4; dy <= radius / 4; ++dy)
+        for (int dx = -radius / 4; dx <= radius / 4; ++dx) {
+            const double level = result.pixel(radius + dy, radius + dx).green();
+            const double grain = 6 * grainAt(radius + dy, radius + dx);
+            sum += level;
+            square += level * level;
+            cleanSquare += grain * grain;
+            ++count;
+        }
+    const double mean = sum / count;
+    EXPECT_NEAR(mean, 160, 4);
+    const double ratio = (square / count - mean * mean) / (cleanSquare / count);
+    EXPECT_GT(ratio, 0.5);
+    EXPECT_LT(ratio, 2);
+}
+
+TEST(NaturalRepair, WithoutAGoodSourceTheMembraneGetsGrainAsStrongAsTheSkins) {
+    expectMembraneWithGrain(20);
+    expectMembraneWithGrain(48);
+}
+
+} // namespace
+} // namespace complexion

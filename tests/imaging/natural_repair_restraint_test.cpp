@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/imaging/natural_repair_skin.h"
+
+namespace complexion {
+namespace {
+
+TEST(NaturalRepair, NothingOutsideTheDiscIsTouched) {
+    const Skin skin;
+    const Image image = skin.picture();
+    for (const std::int64_t radius : {2, 5, 12, 20, 33, 41}) {
+        SCOPED_TRACE(radius);
+        expectUntouchedOutsideDisc(image, healed(image, kCenter, radius), kCenter, radius);
+    }
+}
+
+TEST(NaturalRepair, TheGivenImageStaysAndUntouchedTilesAreShared) {
+    const Image image = Skin{}.picture();
+    const std::vector<RGBA32> before = pixelsOf(image);
+    const Image result = healed(image);
+    EXPECT_EQ(before, pixelsOf(image));
+    EXPECT_FALSE(result.isSameObject(image));
+    EXPECT_EQ(image.storedBand(0)->tiles()[0], result.storedBand(0)->tiles()[0]);
+    EXPECT_NE(image.storedBand(1)->tiles()[0], result.storedBand(1)->tiles()[0]);
+}
+
+TEST(NaturalRepair, MostCleanPixelsOfTheDiscAreKeptExactly) {
+    const Skin skin{.radius = 8};
+    const Image clean = skin.clean();
+    const Image image = skin.picture();
+    const Image result = healed(image);
+    int kept = 0;
+    int count = 0;
+    for (int row = 60; row < 100; ++row)
+        for (int column = 80; column < 120; ++column)
+            if (std::hypot(row - 80, column - 100) < 20 &&
+                image.pixel(row, column) == clean.pixel(row, column)) {
+                ++count;
+                kept += result.pixel(row, column) == clean.pixel(row, column) ? 1 : 0;
+            }
+    EXPECT_GT(kept, count * 7 / 10);
+}
+
+TEST(NaturalRepair, CleanSkinIsLeftAlone) {
+    const Image image = Skin{}.clean();
+    EXPECT_TRUE(samePixels(healed(image), image));
+}
+
+TEST(NaturalRepair, AFlatColourIsLeftAlone) {
+    const Image image = filled(kSize, {190, 150, 130, 255});
+    EXPECT_TRUE(samePixels(healed(image), image));
+}
+
+TEST(NaturalRepair, ABlemishInAFlatColourBecomesThatColour) {
+    const Image image = skinWithBlemishes(kSize, {kCenter});
+    EXPECT_TRUE(samePixels(healed(image, kCenter, 10), filled(kSize, kSkin)));
+}
+
+TEST(NaturalRepair, ADiscThatIsAllBlemishIsLeftAlone) {
+    const Skin skin{.grain = 3, .radius = 60};
+    const Image image = skin.picture();
+    EXPECT_TRUE(samePixels(healed(image, kCenter, 12), image));
+}
+
+TEST(NaturalRepair, AThresholdOfAllLevelsRepairsNothing) {
+    const Image image = Skin{.grain = 0}.picture();
+    EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, 255), image));
+    EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, 100'000'000'000), image));
+}
+
+TEST(NaturalRepair, ALargerThresholdRepairsNoMorePixels) {
+    const Skin skin;
+    const Image image = skin.picture();
+    int previous = countOfChanged(image, healed(image, kCenter, kRadius, 0));
+    EXPECT_GT(previous, 400);
+    for (const std::int64_t threshold : {10, 30, 60, 100, 254}) {
+        const int changed = countOfChanged(image, healed(image, kCenter, kRadius, threshold));
+        EXPECT_LE(changed, previous + 10) << threshold;
+        previous = changed;
+    }
+    EXPECT_LT(previous, 100);
+}
+
+TEST(NaturalRepair, AThresholdBelowZeroIsTakenAsZero) {
+    const Image image = Skin{}.picture();
+    EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, -5), healed(image, kCenter, kRadius, 0)));
+}
+
+TEST(NaturalRepair, HairOverTheDiscIsLeftAlone) {
+    const Image hair = painted(kSize, [](int row, int column) {
+        const double strand =
+            std::sin((column + 0.6 * row) * 0.9) + 0.5 * std::sin((column + 0.5 * row) * 2.1);
+        return RGBA32(byteOf(60 + 30 * strand), byteOf(45 + 24 * strand), byteOf(35 + 18 * strand), 255);
+    });
+    EXPECT_TRUE(samePixels(healed(hair), hair));
+}
+
+TEST(NaturalRepair, HairBesideABlemishStaysAndDoesNotRunIntoTheSkin) {
+    const Skin skin{.grain = 3, .radius = 9};
+    const auto withHair = [](const Image& picture) {
+        return painted(kSize, [&picture](int row, int column) {
+            return column >= 115 ? RGBA32(30, 22, 18, 255) : picture.pixel(row, column);
+        });
+    };
+    const Image before = withHair(skin.picture());
+    const Image result = healed(before);
+    for (int row = 60; row < 100; ++row)
+        for (int column = 117; column < 120; ++column)
+            EXPECT_EQ(result.pixel(row, column), before.pixel(row, column)) << row << ", " << column;
+    const Image clean = withHair(skin.clean());
+    EXPECT_NEAR(meanAround(result, &RGBA32::green), meanAround(clean, &RGBA32::green), 3);
+}
+
+TEST(NaturalRepair, TheRepairDoesNotRepeatItselfWhenThePlaceIsClickedAgain) {
+    const Skin skin;
+    const Image once = healed(skin.picture());
+    const Image twice = healed(once);
+    // What is skin now stays, or next to all of it.
+    EXPECT_LT(countOfChanged(once, twice), 60);
+}
+
+TEST(NaturalRepair, ASecondBlemishInTheSamePlaceGetsOtherDetail) {
+    const Skin skin{.grain = 5};
+    const Image clean = skin.clean();
+    // A blot without any detail of its own, twice in one place.
+    const auto blotted = [](const Image& picture) {
+        return painted(kSize, [&picture](int row, int column) {
+            return std::hypot(row - 80, column - 100) < 10 ? RGBA32(90, 40, 40, 255)
+                                                           : picture.pixel(row, column);
+        });
+    };
+    const Image once = healed(blotted(clean));
+    const Image twice = healed(once);
+    EXPECT_LT(countOfChanged(once, twice), 60);
+    EXPECT_GT(grainAround(once, 6), 0.4 * grainAround(clean, 6));
+}
+
+TEST(NaturalRepair, HairBesideABlemishDoesNotKeepItFromBeingRepaired) {
+    // Very even skin that gets dark softly towards the hair, which the blemish nearly touches.
+    for (const int middle : {104, 107}) {
+        SCOPED_TRACE(middle);
+        const auto picture = [middle](double strength) {
+            return painted(kSize, [=](int row, int column) {
+                const double t = strength * stainAt(row, column, {80, middle}, 11);
+                const double hair = std::clamp((column - (middle == 104 ? 106 : 110)) / 16.0, 0.0, 1.0);
+                const double light = 1 - 0.9 * hair * hair + 0.004 * grainAt(row, column);
+                return RGBA32(byteOf(190 * light * (1 - 0.225 * t)), byteOf(140 * light * (1 - 0.45 * t)),
+                              byteOf(105 * light * (1 - 0.45 * t)), 255);
+            });
+        };
+        EXPECT_NEAR(meanAround(healed(picture(1)), &RGBA32::green), meanAround(picture(0), &RGBA32::green),
+                    6);
+    }
+}
+
+TEST(NaturalRepair, AHighlightBesideTheBlemishStays) {
+    const auto picture = [](double strength) {
+        return painted(kSize, [strength](int row, int column) {
+            const double t = strength * stainAt(row, column, kCenter, 11);
+            const double shine = 60 * std::exp(-std::pow(std::hypot(row - 58, column - 92) / 14, 2));
+            const double light = shine + 2 * grainAt(row, column);
+            return RGBA32(byteOf((180 + light) * (1 - 0.3 * t)), byteOf((135 + light) * (1 - 0.5 * t)),
+                          byteOf((115 + light) * (1 - 0.5 * t)), 255);
+        });
+    };
+    const Image clean = picture(0);
+    const Image result = healed(picture(1));
+    double worst = 0;
+    for (int row = 61; row < 99; row += 3)
+        for (int column = 81; column < 119; column += 3) {
+            double off = 0;
+            for (int i = 0; i < 9; ++i)
+                off += result.pixel(row + i / 3, column + i % 3).green() -
+                       clean.pixel(row + i / 3, column + i % 3).green();
+            worst = std::max(worst, std::abs(off) / 9);
+        }
+    EXPECT_LT(worst, 9);
+}
+
+} // namespace
+} // namespace complexion
