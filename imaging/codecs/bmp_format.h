@@ -25,7 +25,8 @@ inline constexpr std::uint32_t kV5HeaderSize = 124;
 inline constexpr std::uint32_t kColorSpaceSrgb = 0x73524742;     // "sRGB"
 inline constexpr std::uint32_t kColorSpaceEmbedded = 0x4D424544; // "MBED"
 
-/// The numbers of the compression field; 3 and 4 mean kHuffman and kRle24 in OS/2 headers.
+/// The numbers of the compression field; 3 and 4 mean Huffman codes and runs of 24-bit pixels in OS/2
+/// headers.
 enum class Compression : std::uint32_t {
     None = 0,
     Rle8 = 1,
