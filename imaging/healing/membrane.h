@@ -10,8 +10,7 @@ namespace complexion::healing {
 /// SIGGRAPH 2003; Georgiev, "Covariant derivatives and vision", ECCV 2006; what Farbman et al., "Coordinates
 /// for instant image cloning", SIGGRAPH 2009 approximate); at the grid's edge it is level. Solved by the
 /// cascadic multigrid method (Bornemann and Deuflhard, Numerische Mathematik 75, 1996): coarse grids first, a
-/// few relaxations on each. All cells are known then; false, with
-/// nothing done, when none was before.
+/// few relaxations on each. All cells are known then; false, with nothing done, when none was before.
 [[nodiscard]] bool spanMembrane(CellGrid<Cell>& colors);
 
 } // namespace complexion::healing
