@@ -91,6 +91,24 @@ void mixComponent(const float* __restrict base, const float* __restrict detail, 
     }
 }
 
+/// One value of cells of four, straight between the cells that begin at `before` and the next ones.
+COMPLEXION_WIDE_VECTORS
+void spreadCells(const float* __restrict cells, const std::int32_t* __restrict before,
+                 const float* __restrict share, float* __restrict out, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const float left = cells[before[i]];
+        const float right = cells[before[i] + 4];
+        out[i] = left + share[i] * (right - left);
+    }
+}
+
+/// Levels, whole, on the logarithmic scale.
+COMPLEXION_WIDE_VECTORS
+void takeLogarithms(const float* __restrict table, float* __restrict levels, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        levels[i] = table[static_cast<std::int32_t>(levels[i])];
+}
+
 /// How far inside the disc the pixels of a row lie, in feathers of its rim; 1 is enough. `dx` is the first
 /// pixel's distance from the disc's middle column.
 COMPLEXION_WIDE_VECTORS
@@ -137,7 +155,8 @@ private:
     void prepareColumns() {
         const auto width = static_cast<std::size_t>(m_right - m_left);
         const PixelRect& rect = m_restoration.base.rect();
-        m_columns.resize(width);
+        m_before.resize(width);
+        m_between.resize(width);
         m_share.resize(width);
         m_change.resize(width);
         m_mixed.resize(width);
@@ -151,8 +170,9 @@ private:
             const float x =
                 std::clamp(m_window.cellX(m_left + static_cast<std::int64_t>(i)) - static_cast<float>(rect.x),
                            0.0F, static_cast<float>(rect.width - 1));
-            m_columns[i].before = static_cast<std::uint32_t>(x);
-            m_columns[i].share = x - static_cast<float>(m_columns[i].before);
+            const int before = static_cast<int>(x);
+            m_before[i] = 4 * before;
+            m_between[i] = x - static_cast<float>(before);
         }
         for (std::size_t row = 0; row < m_dither.size(); ++row) {
             m_dither[row].resize(width);
@@ -170,7 +190,9 @@ private:
         const auto begin = std::ranges::find_if(m_share, isPainted);
         if (begin == m_share.end())
             return;
-        const auto end = std::find_if(m_share.rbegin(), m_share.rend(), isPainted).base();
+        auto end = m_share.end();
+        while (!isPainted(end[-1]))
+            --end;
         const auto first = static_cast<std::size_t>(begin - m_share.begin());
         const auto count = static_cast<std::size_t>(end - begin);
         m_image.read({static_cast<int>(m_left + begin - m_share.begin()), static_cast<int>(row),
@@ -221,12 +243,11 @@ private:
 
     /// How much of the restoration each pixel gets: by its distance from the mask and its depth in the disc.
     void weighRow(std::int64_t row) {
-        for (std::size_t i = 0; i < m_share.size(); ++i) {
-            const Cell* cell = m_cells.data() + m_columns[i].before;
-            const float distance =
-                cell[0][kWeight] + m_columns[i].share * (cell[1][kWeight] - cell[0][kWeight]);
-            const float share = 1 - distance / m_feather;
-            m_share[i] = share > 0 ? share : 0;
+        spreadCells(m_cells.front().data() + kWeight, m_before.data(), m_between.data(), m_share.data(),
+                    m_share.size());
+        for (float& value : m_share) {
+            const float share = 1 - value / m_feather;
+            value = share > 0 ? share : 0;
         }
         shareByDepth(static_cast<float>(m_left - m_disc.column), static_cast<float>(row - m_disc.row),
                      static_cast<float>(m_disc.radius), m_share.data(), static_cast<int>(m_share.size()));
@@ -234,17 +255,13 @@ private:
 
     /// Lays the row's values out in planes.
     void spreadRow(std::int64_t row, std::size_t first, std::size_t count) {
-        for (std::size_t i = 0; i < count; ++i) {
-            const Column& column = m_columns[first + i];
-            const Cell* cell = m_cells.data() + column.before;
-            for (std::size_t c = 0; c < 3; ++c)
-                m_base.planes[c][i] = cell[0][c] + column.share * (cell[1][c] - cell[0][c]);
-        }
+        for (std::size_t c = 0; c < 3; ++c)
+            spreadCells(m_cells.front().data() + c, m_before.data() + first, m_between.data() + first,
+                        m_base.planes[c].data(), count);
         spreadLevels(m_own.data(), count, m_ownLevels);
         spreadLevels(m_source.data(), count, m_detail);
         for (std::vector<float>& plane : m_detail.planes)
-            for (std::size_t i = 0; i < count; ++i)
-                plane[i] = kLogOf[static_cast<std::size_t>(static_cast<int>(plane[i]))];
+            takeLogarithms(kLogOf.data(), plane.data(), count);
         std::fill_n(m_change.begin(), count, 0.0F);
         if (m_restoration.grain == 0)
             return;
@@ -279,12 +296,6 @@ private:
                             std::span(m_own).subspan(first, last + 1 - first));
     }
 
-    /// Where a pixel column lies between the cells' middles.
-    struct Column {
-        std::uint32_t before = 0;
-        float share = 0;
-    };
-
     const Image& m_image;
     const RepairDisc& m_disc;
     const SkinWindow& m_window;
@@ -292,7 +303,10 @@ private:
     float m_feather;
     std::int64_t m_left = 0;
     std::int64_t m_right = 0;
-    std::vector<Column> m_columns;
+    // Where each pixel column lies between the cells' middles: four times the cell before, and the share of
+    // the next one.
+    std::vector<std::int32_t> m_before;
+    std::vector<float> m_between;
     std::array<PlaneRow, 8> m_dither;
     std::vector<Cell> m_cells; // the restoration's at the pixel row's height, the last one twice
     // Of the row that is painted; all but the first begin where its painted part does.

@@ -14,7 +14,7 @@ namespace complexion::healing {
 /// looking hardly grows with it.
 struct SkinWindow {
     static constexpr int kLargestRadius = 20;
-    static constexpr int kReducedRadius = 20;
+    static constexpr int kReducedRadius = 16;
 
     int step = 1;         // pixels of a cell's side
     PixelRect pixels;     // what the grid covers, in the picture
