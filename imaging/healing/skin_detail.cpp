@@ -3,6 +3,7 @@
 
 #include "imaging/healing/blur.h"
 #include "imaging/healing/detail_source.h"
+#include "imaging/healing/median.h"
 #include "imaging/healing/regions.h"
 
 #include <cmath>
@@ -154,14 +155,6 @@ Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float 
     });
     around.strength = around.strength.mean();
     return around;
-}
-
-float median(std::vector<float>& values) {
-    if (values.empty())
-        return 0;
-    const auto middle = values.begin() + std::ssize(values) / 2;
-    std::ranges::nth_element(values, middle);
-    return *middle;
 }
 
 /// The pixels' grain in the mask and in the skin around it. Medians: these are not moved by a few hairs.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/skin_model.h"
 
+#include "imaging/healing/median.h"
+
 #include <cmath>
 
 namespace complexion::healing {
@@ -33,14 +35,6 @@ constexpr double kNoCurve = 1e3;
 constexpr double kUnseen = 0.012;
 constexpr double kUnseenBlue = 1.5;       // times as much variance: the eye is weak in blue
 constexpr double kCutTailsVariance = 1.3; // makes up for the tails that the weights cut off
-
-float median(std::vector<float>& values) {
-    if (values.empty())
-        return 0;
-    const auto middle = values.begin() + std::ssize(values) / 2;
-    std::ranges::nth_element(values, middle);
-    return *middle;
-}
 
 } // namespace
 
