@@ -111,8 +111,11 @@ Image turned(const Image& image, Turn turn) {
         bands[static_cast<std::size_t>(band)] = std::make_shared<const Band>(std::move(tiles));
     });
     const PointSize points = image.size();
-    return Image::fromBands(to, std::move(bands), image.profile())
-        .withSize(turn.transpose ? PointSize{points.height, points.width} : points);
+    const Image result = Image::fromBands(to, std::move(bands), image.profile())
+                             .withSize(turn.transpose ? PointSize{points.height, points.width} : points);
+    // What an encoder has learned of the picture holds for it however it lies.
+    result.encoderMemory().set(image.encoderMemory().get<Memo::Value>());
+    return result;
 }
 
 } // namespace

@@ -31,7 +31,7 @@ void appendDeflated(Bytes& out, ByteView bytes) {
     stream->avail_in = static_cast<std::uint32_t>(bytes.size());
 
     std::size_t used = out.size();
-    std::size_t room = bytes.size() / 4 * 3 + kSlack; // photos take about 0.6 of their size
+    const std::size_t room = bytes.size() / 4 * 3 + kSlack; // photos take about 0.6 of their size
     do {
         out.resize(used + room);
         stream->next_out = out.data() + used;

@@ -117,6 +117,7 @@ void codePieces(const Image& image, std::vector<Plan>& plans, std::atomic<bool>&
 PngBandPointer carriedOut(const Plan& plan, const Image& image) {
     auto band = std::make_shared<PngBand>();
     std::vector<ByteView> parts;
+    parts.reserve(plan.pieces.size());
     for (const PngPiece& piece : plan.pieces)
         parts.push_back(piece.deflated);
     Bytes chunk;
