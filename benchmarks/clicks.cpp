@@ -61,7 +61,7 @@ Row clickOnScreen(const std::string& name, double zoom, QPointF spacing) {
                 return [=, editor = editorWith(100, zoom),
                         frame = std::make_shared<FrameReference>()](Samples& samples) {
                     const double reference = (*frame)();
-                    samples.add(editor->click(editor->nextSkin(spacing)), reference);
+                    samples.add(editor->clickOnSkin(spacing), reference);
                 };
             }};
 }
@@ -69,8 +69,8 @@ Row clickOnScreen(const std::string& name, double zoom, QPointF spacing) {
 Row clickOnScreenAgainstSmall(const std::string& name, double zoom, QPointF spacing) {
     return {.name = rowName(name, 100), .goal = atMost(1.3), .rounds = 15, .prepare = [=]() -> Round {
                 return [=, small = editorWith(12, zoom), large = editorWith(100, zoom)](Samples& samples) {
-                    const double reference = small->click(small->nextSkin(spacing));
-                    samples.add(large->click(large->nextSkin(spacing)), reference);
+                    const double reference = small->clickOnSkin(spacing);
+                    samples.add(large->clickOnSkin(spacing), reference);
                 };
             }};
 }

@@ -27,6 +27,12 @@ PrivateFolder newFolder() {
     return *std::move(folder);
 }
 
+double required(std::optional<double> seconds) {
+    if (!seconds)
+        fatal("what is measured until it is painted was not painted");
+    return *seconds;
+}
+
 } // namespace
 
 TimedPlatform::TimedPlatform() : m_folder(newFolder()) {}
@@ -75,7 +81,7 @@ bool Editor::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-double Editor::untilPainted(const std::function<void()>& work) {
+std::optional<double> Editor::untilPainted(const std::function<void()>& work) {
     m_shownBefore = m_controller->imageView->image();
     m_paintings = 0;
     double paintedAt = 0;
@@ -90,14 +96,12 @@ double Editor::untilPainted(const std::function<void()>& work) {
     if (paintedAt == 0)
         paintedAt = now();
     m_platform.stateIsNamed = [] {};
-    if (m_paintings == 0)
-        fatal("what is measured until it is painted was not painted");
-    return paintedAt - start;
+    return m_paintings > 0 ? std::optional(paintedAt - start) : std::nullopt;
 }
 
 double Editor::open(const std::filesystem::path& photo) {
     m_dialogs.chosen = photo;
-    return untilPainted([this] { m_controller->OnSelectImage(nullptr); });
+    return required(untilPainted([this] { m_controller->OnSelectImage(nullptr); }));
 }
 
 void Editor::show(const Image& image) {
@@ -121,9 +125,14 @@ void Editor::sendMouse(QEvent::Type type, QPointF place, Qt::MouseButtons button
     QCoreApplication::sendEvent(&root, &event);
 }
 
-double Editor::click(QPointF place) {
-    sendMouse(QEvent::MouseButtonPress, place, Qt::LeftButton);
-    return untilPainted([&] { sendMouse(QEvent::MouseButtonRelease, place, Qt::NoButton); });
+double Editor::clickOnSkin(QPointF spacing) {
+    std::optional<double> seconds;
+    for (int tried = 0; !seconds && tried < kSkinColumns * kSkinRows; ++tried) {
+        const QPointF place = nextSkin(spacing);
+        sendMouse(QEvent::MouseButtonPress, place, Qt::LeftButton);
+        seconds = untilPainted([&] { sendMouse(QEvent::MouseButtonRelease, place, Qt::NoButton); });
+    }
+    return required(seconds);
 }
 
 double Editor::drag(QPointF distance) {

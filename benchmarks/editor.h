@@ -74,9 +74,10 @@ public:
     /// Saves through the panel.
     void save(const std::filesystem::path& target);
 
-    /// Clicks at a place of the root view with the mouse; the seconds from the release until it is painted.
-    /// The state is written, too.
-    double click(QPointF place);
+    /// Clicks with the mouse at the next of many places on the skin, `spacing` points of the root view from
+    /// each other, where there is something to repair; the seconds from the release until it is painted. The
+    /// state is written, too.
+    double clickOnSkin(QPointF spacing);
     /// Drags by a distance; the seconds until that is painted.
     double drag(QPointF distance);
 
@@ -89,17 +90,15 @@ public:
     /// Steers the repairs: the radius in pixels.
     void setRadius(int radius);
 
-    /// The next of many places on the skin, in the root view, `spacing` points from each other.
-    QPointF nextSkin(QPointF spacing);
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     static void paintNow();
     /// Runs `work` with all that follows; the seconds until the photo was painted, be it before or after the
-    /// state is written.
-    double untilPainted(const std::function<void()>& work);
+    /// state is written; nothing when it was not.
+    std::optional<double> untilPainted(const std::function<void()>& work);
+    QPointF nextSkin(QPointF spacing);
     void sendMouse(QEvent::Type type, QPointF place, Qt::MouseButtons buttons);
 
     TimedPlatform m_platform;

@@ -58,7 +58,7 @@ int measureMemory(const std::filesystem::path& photo) {
     const double opened = residentBytes();
     editor.setRadius(kRadius);
     for (int i = 0; i < kClicks; ++i)
-        editor.click(editor.nextSkin(kSpacing));
+        editor.clickOnSkin(kSpacing);
     std::printf("%.0f %.0f %.0f\n", empty, opened, residentBytes());
     return 0;
 }

@@ -96,7 +96,7 @@ void addNaiveRow() {
                     });
                     const double own = secondsOf([&] {
                         for (int i = 0; i < kTimes; ++i)
-                            editor->click(editor->nextSkin({17, 40}));
+                            editor->clickOnSkin({17, 40});
                         for (int i = 0; i < kTimes; ++i)
                             editor->paintedAfter([&] { editor->controller().OnUndo(nullptr); });
                     });

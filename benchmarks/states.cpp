@@ -72,7 +72,7 @@ std::shared_ptr<Editor> editorWithHistory(int megapixels) {
     editor->open(portraitFile(megapixels, Kind::Jpeg));
     editor->setRadius(static_cast<int>(kRadius));
     for (int i = 0; i < 3; ++i)
-        editor->click(editor->nextSkin(kSpacing));
+        editor->clickOnSkin(kSpacing);
     return editor;
 }
 
