@@ -135,6 +135,11 @@ double Editor::clickOnSkin(QPointF spacing) {
     return required(seconds);
 }
 
+void Editor::undo() {
+    m_controller->OnUndo(nullptr);
+    paintNow();
+}
+
 double Editor::drag(QPointF distance) {
     const QPointF middle(kWindowSize.width() / 2.0, kWindowSize.height() / 2.0);
     sendMouse(QEvent::MouseButtonPress, middle, Qt::LeftButton);

@@ -78,6 +78,8 @@ public:
     /// each other, where there is something to repair; the seconds from the release until it is painted. The
     /// state is written, too.
     double clickOnSkin(QPointF spacing);
+    /// Steps back, also over a click that found nothing to repair, and paints what that changes.
+    void undo();
     /// Drags by a distance; the seconds until that is painted.
     double drag(QPointF distance);
 

@@ -98,7 +98,7 @@ void addNaiveRow() {
                         for (int i = 0; i < kTimes; ++i)
                             editor->clickOnSkin({17, 40});
                         for (int i = 0; i < kTimes; ++i)
-                            editor->paintedAfter([&] { editor->controller().OnUndo(nullptr); });
+                            editor->undo();
                     });
                     samples.add(plain, own);
                 };
