@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
+
+#include "imaging/codecs/gif_lzw.h"
 #include "imaging/codecs/little_endian.h"
 #include "imaging/codecs/plausible_area.h"
 #include "imaging/metadata/gif_metadata.h"
@@ -134,10 +136,11 @@ bool decodeFrame(GifFileType* gif, int transparent, PixelSize canvas, ImageBuild
         {0, 0, canvas.width, canvas.height});
     std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
     std::vector<RGBA32> row(static_cast<std::size_t>(canvas.width));
+    GifLzwDecoder decoder(gif);
     bool any = false;
     for (const int y : rowOrder(frame.Height, frame.Interlace)) {
         // A damaged row is left out together with all that come after it.
-        if (DGifGetLine(gif, indices.data(), frame.Width) != GIF_OK)
+        if (!decoder.read(indices))
             break;
         any = true;
         const int target = frame.Top + y;

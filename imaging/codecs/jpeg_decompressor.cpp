@@ -22,7 +22,7 @@ constexpr long kMostCoefficientMemory = 2L << 30;
 /// Real pictures have some ten scans. Each costs a walk over the whole picture, even an empty one.
 constexpr int kMostScans = 500;
 constexpr int kAlwaysAllowedScans = 16;
-constexpr std::int64_t kMostScannedPixels = 8'000'000'000;
+constexpr std::int64_t kMostScannedPixels = 4'000'000'000;
 
 constexpr double kCentimetresPerInch = 2.54;
 

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/gif_lzw.h"
+
+namespace complexion {
+
+namespace {
+
+constexpr int kMostIndexBits = 8;
+
+} // namespace
+
+GifLzwDecoder::GifLzwDecoder(GifFileType* gif) : m_gif(gif) {
+    int indexBits = 0;
+    GifByteType* block = nullptr;
+    m_isAtEnd = DGifGetCode(gif, &indexBits, &block) != GIF_OK || !block || indexBits < 1 ||
+                indexBits > kMostIndexBits;
+    if (m_isAtEnd)
+        return;
+    m_block = {block + 1, block[0]};
+    m_clearCode = std::size_t{1} << indexBits;
+    m_startWidth = indexBits + 1;
+    clear();
+}
+
+void GifLzwDecoder::clear() {
+    m_width = m_startWidth;
+    m_tableEnd = m_clearCode + 2;
+    m_previous.reset();
+}
+
+std::optional<std::uint8_t> GifLzwDecoder::nextByte() {
+    while (m_block.empty() && !m_isAtEnd) {
+        GifByteType* block = nullptr;
+        m_isAtEnd = DGifGetCodeNext(m_gif, &block) != GIF_OK || !block;
+        if (!m_isAtEnd)
+            m_block = {block + 1, block[0]};
+    }
+    if (m_isAtEnd)
+        return std::nullopt;
+    const std::uint8_t byte = m_block.front();
+    m_block = m_block.subspan(1);
+    return byte;
+}
+
+std::optional<std::size_t> GifLzwDecoder::nextCode() {
+    if (m_width == 0) // the frame has no codes
+        return std::nullopt;
+    while (m_bitCount < m_width) {
+        const std::optional<std::uint8_t> byte = nextByte();
+        if (!byte)
+            return std::nullopt;
+        m_bits |= std::uint32_t{*byte} << m_bitCount;
+        m_bitCount += 8;
+    }
+    const std::size_t code = m_bits & ((1U << m_width) - 1);
+    m_bits >>= m_width;
+    m_bitCount -= m_width;
+    return code;
+}
+
+bool GifLzwDecoder::takeString() {
+    std::optional<std::size_t> code = nextCode();
+    while (code == m_clearCode) {
+        clear();
+        code = nextCode();
+    }
+    // The code after the clearing one ends the frame. One that is not in the table may be the very next
+    // entry, which is the string before with its own first index behind it.
+    if (!code || code == m_clearCode + 1 || *code > m_tableEnd || (*code == m_tableEnd && !m_previous) ||
+        *code >= kTableSize)
+        return false;
+    const bool isNextEntry = *code == m_tableEnd;
+    if (isNextEntry)
+        ++m_stacked; // filled below
+    std::size_t entry = isNextEntry ? *m_previous : *code;
+    for (; entry >= m_clearCode; entry = m_prefix[entry])
+        m_stack[m_stacked++] = m_last[entry];
+    const auto first = static_cast<std::uint8_t>(entry);
+    m_stack[m_stacked++] = first;
+    if (isNextEntry)
+        m_stack[0] = first;
+    if (m_previous && m_tableEnd < kTableSize) {
+        m_prefix[m_tableEnd] = static_cast<std::uint16_t>(*m_previous);
+        m_last[m_tableEnd] = first;
+        ++m_tableEnd;
+        if (m_tableEnd == std::size_t{1} << m_width && m_width < kMostBits)
+            ++m_width;
+    }
+    m_previous = code;
+    return true;
+}
+
+bool GifLzwDecoder::read(std::span<std::uint8_t> indices) {
+    for (std::uint8_t& index : indices) {
+        if (m_stacked == 0 && !takeString())
+            return false;
+        index = m_stack[--m_stacked];
+    }
+    return true;
+}
+
+} // namespace complexion
