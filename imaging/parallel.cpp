@@ -10,6 +10,23 @@
 
 namespace complexion {
 
+namespace {
+
+/// `work` on so many threads, or on fewer when memory or threads are lacking.
+std::vector<std::jthread> startThreads(int count, const std::function<void()>& work) {
+    std::vector<std::jthread> threads;
+    try {
+        threads.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i)
+            threads.emplace_back(work);
+        return threads;
+    } catch (const std::exception&) {
+        return threads;
+    }
+}
+
+} // namespace
+
 void parallelFor(int count, const std::function<void(int)>& body) {
     const int cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
     const int threads = std::min(count, cores);
@@ -33,13 +50,7 @@ void parallelFor(int count, const std::function<void(int)>& body) {
         }
     };
     {
-        std::vector<std::jthread> helpers;
-        try {
-            helpers.reserve(static_cast<std::size_t>(threads));
-            for (int i = 1; i < threads; ++i)
-                helpers.emplace_back(work);
-        } catch (const std::exception&) { // memory or threads are lacking: those that run do it all
-        }
+        const std::vector<std::jthread> helpers = startThreads(threads - 1, work);
         work();
     }
     if (failure)
