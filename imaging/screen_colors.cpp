@@ -18,10 +18,10 @@ constexpr float kHighest = 255;
 constexpr double kMostLight = 1000; // of one primary, in the screen's white
 
 /// Red, green and blue, and one component more: the compiler's vector of four.
-typedef float Color __attribute__((vector_size(16)));
+using Color = float __attribute__((vector_size(16)));
 
 /// The components of `color`, which are none below 0, without their fractions.
-typedef std::int32_t WholeColor __attribute__((vector_size(16)));
+using WholeColor = std::int32_t __attribute__((vector_size(16)));
 WholeColor whole(Color color) {
     return __builtin_convertvector(color, WholeColor);
 }
@@ -181,7 +181,8 @@ public:
         for (int level = 0; level < kLevels; ++level) {
             const float place = static_cast<float>(level) * (kSide - 1) / kHighest;
             const int index = std::min(static_cast<int>(place), kSide - 2);
-            m_places[static_cast<std::size_t>(level)] = {index, place - static_cast<float>(index)};
+            m_places[static_cast<std::size_t>(level)] = {static_cast<std::size_t>(index),
+                                                         place - static_cast<float>(index)};
         }
     }
 
@@ -190,8 +191,7 @@ public:
             const Place red = m_places[pixel.red()];
             const Place green = m_places[pixel.green()];
             const Place blue = m_places[pixel.blue()];
-            const Color* const corner =
-                m_nodes.data() + (red.index * kSide + green.index) * kSide + blue.index;
+            const Color* const corner = &m_nodes[(red.index * kSide + green.index) * kSide + blue.index];
             const auto alongBlue = [&](int offset) {
                 return between(corner[offset], corner[offset + 1], blue.part);
             };
@@ -209,12 +209,12 @@ private:
     static constexpr int kSide = 33; // as the colour library takes
 
     struct Place {
-        int index = 0;
+        std::size_t index = 0;
         float part = 0;
     };
 
     static std::uint16_t node(int index) {
-        return static_cast<std::uint16_t>((index * int{UINT16_MAX} + (kSide - 1) / 2) / (kSide - 1));
+        return static_cast<std::uint16_t>((index * UINT16_MAX + (kSide - 1) / 2) / (kSide - 1));
     }
     static Color between(Color a, Color b, float part) { return a + (b - a) * part; }
 
