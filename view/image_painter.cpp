@@ -18,7 +18,7 @@ namespace {
 constexpr int kSmoothingMargin = 2;
 
 constexpr int kRowsAtOnce = 64;
-constexpr std::int64_t kSmallArea = 128 * 128; // pixels that are not worth a second thread
+constexpr std::int64_t kSmallArea = std::int64_t{128} * 128; // pixels that are not worth a second thread
 
 /// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at
 /// least as fine as the screen.
