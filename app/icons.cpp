@@ -5,6 +5,7 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 namespace complexion {
@@ -17,9 +18,15 @@ QString drawingPath(const QString& name) {
     return u":/icons/%1.svg"_s.arg(name);
 }
 
-/// The drawing as a stencil that `color` is poured through; `size` in device pixels.
+/// The drawing as a stencil that `color` is poured through; `size` in device pixels. Each is drawn once:
+/// buttons ask whenever they are painted.
 QPixmap tinted(const QString& name, const QSize& size, const QColor& color) {
-    QPixmap pixmap(size);
+    const QString key =
+        u"complexion/%1/%2x%3/%4"_s.arg(name).arg(size.width()).arg(size.height()).arg(color.rgba());
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
+    pixmap = QPixmap(size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -28,6 +35,8 @@ QPixmap tinted(const QString& name, const QSize& size, const QColor& color) {
     drawing.render(&painter, QRectF(QPointF(0, 0), QSizeF(size)));
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(pixmap.rect(), color);
+    painter.end();
+    QPixmapCache::insert(key, pixmap);
     return pixmap;
 }
 

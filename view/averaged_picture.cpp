@@ -9,6 +9,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <vector>
 
@@ -22,6 +23,15 @@ constexpr std::uint32_t kWhole = 256; // the sum of the weights of what a covere
 constexpr int kRowsAtOnce = 64;
 constexpr std::size_t kRowsReadFor = 8;
 constexpr std::int64_t kSmallArea = 16'384; // device pixels that are not worth a second thread
+
+/// Components side by side, in vectors of the compiler's own.
+constexpr std::size_t kMostTaps = 4;
+using TwoPixels = std::uint8_t __attribute__((vector_size(8)));
+using FourPixels = std::uint8_t __attribute__((vector_size(16)));
+using TwoCells = std::uint16_t __attribute__((vector_size(16)));
+
+/// What kMostTaps cells weigh: each weight four times, for as many components.
+using CellWeights = std::array<TwoCells, kMostTaps / 2>;
 
 /// What lies under each of a line of device pixels: `weights[i * taps ...]` of the cells from `first[i]` on.
 struct Coverage {
@@ -86,34 +96,71 @@ void averageRows(const std::uint8_t* rows, std::size_t stride, std::span<const s
     }
 }
 
-/// The means along a row of cells. The four components of a pixel are added up side by side in one word, in
-/// 16 bits each.
-template <std::size_t Taps>
-void averageSomeCells(const RGBA32* cells, const Coverage& columns, RGBA32* out) {
-    constexpr std::uint64_t kLanes = 0x00FF00FF00FF00FF;
-    constexpr std::uint64_t kHalves = 0x0080008000800080;
-    const std::size_t taps = Taps == 0 ? columns.taps : Taps;
-    const std::uint16_t* weight = columns.weights.data();
-    const int begin = columns.begin();
-    for (const int first : columns.first) {
-        const RGBA32* const cell = cells + (first - begin);
-        std::uint64_t sum = kHalves;
-        for (std::size_t tap = 0; tap < taps; ++tap) {
-            const std::uint64_t word = cell[tap].color;
-            sum += ((word | word << 24) & kLanes) * *weight++; // alpha, green, blue, red
-        }
-        sum = (sum >> 8) & kLanes;
-        *out++ = RGBA32(static_cast<std::uint32_t>(sum | sum >> 24));
+/// Of kMostTaps weighted cells the sum of the first and third, and that of the second and fourth.
+inline TwoCells halfSums(const RGBA32* cells, const CellWeights& weights) {
+    constexpr FourPixels kZeros = {};
+    FourPixels four;
+    std::memcpy(&four, cells, sizeof(four));
+    const auto low =
+        __builtin_shufflevector(four, kZeros, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+    const auto high =
+        __builtin_shufflevector(four, kZeros, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+    return std::bit_cast<TwoCells>(low) * weights[0] + std::bit_cast<TwoCells>(high) * weights[1];
+}
+
+/// The means of two device pixels, from the half sums of each.
+inline std::uint64_t twoMeans(TwoCells one, TwoCells other) {
+    const TwoCells sums = __builtin_shufflevector(one, other, 0, 1, 2, 3, 8, 9, 10, 11) +
+                          __builtin_shufflevector(one, other, 4, 5, 6, 7, 12, 13, 14, 15);
+    const auto means = (sums + std::uint16_t{kWhole / 2}) / std::uint16_t{kWhole};
+    return std::bit_cast<std::uint64_t>(__builtin_convertvector(means, TwoPixels));
+}
+
+/// The means along a row of cells, for up to kMostTaps of them, weighted and added up side by side. Reads
+/// kMostTaps cells from the first of each device pixel on.
+COMPLEXION_WIDE_VECTORS
+void averageFewCells(const RGBA32* cells, const Coverage& columns, const CellWeights* weights, RGBA32* out) {
+    const int* first = columns.first.data();
+    const int begin = *first;
+    const std::size_t count = columns.first.size();
+    for (std::size_t i = 0; i + 1 < count; i += 2) {
+        const std::uint64_t means = twoMeans(halfSums(cells + (first[i] - begin), weights[i]),
+                                             halfSums(cells + (first[i + 1] - begin), weights[i + 1]));
+        out[i].color = static_cast<std::uint32_t>(means);
+        out[i + 1].color = static_cast<std::uint32_t>(means >> 32);
+    }
+    if (count % 2 != 0) {
+        const TwoCells last = halfSums(cells + (first[count - 1] - begin), weights[count - 1]);
+        out[count - 1].color = static_cast<std::uint32_t>(twoMeans(last, last));
     }
 }
 
-void averageCells(const RGBA32* cells, const Coverage& columns, RGBA32* out) {
-    if (columns.taps == 2)
-        averageSomeCells<2>(cells, columns, out);
-    else if (columns.taps == 3)
-        averageSomeCells<3>(cells, columns, out);
-    else
-        averageSomeCells<0>(cells, columns, out);
+/// The same for any number of cells.
+void averageManyCells(const RGBA32* cells, const Coverage& columns, RGBA32* out) {
+    const std::uint16_t* weight = columns.weights.data();
+    const int begin = columns.begin();
+    for (const int first : columns.first) {
+        std::array<std::uint32_t, 4> sums = {kWhole / 2, kWhole / 2, kWhole / 2, kWhole / 2};
+        for (std::size_t tap = 0; tap < columns.taps; ++tap, ++weight) {
+            const RGBA32 cell = cells[static_cast<std::size_t>(first - begin) + tap];
+            sums[0] += *weight * cell.red();
+            sums[1] += *weight * cell.green();
+            sums[2] += *weight * cell.blue();
+            sums[3] += *weight * cell.alpha();
+        }
+        const auto mean = [&sums](std::size_t c) { return static_cast<std::uint8_t>(sums[c] / kWhole); };
+        *out++ = RGBA32(mean(0), mean(1), mean(2), mean(3));
+    }
+}
+
+/// What averageFewCells multiplies by: each weight four times, and none for what `columns` does not look at.
+std::vector<CellWeights> cellWeights(const Coverage& columns) {
+    std::vector<CellWeights> all(columns.taps <= kMostTaps ? columns.first.size() : 0);
+    for (std::size_t i = 0; i < all.size(); ++i)
+        for (std::size_t tap = 0; tap < columns.taps; ++tap)
+            for (std::size_t component = 0; component < 4; ++component)
+                all[i][tap / 2][tap % 2 * 4 + component] = columns.weights[i * columns.taps + tap];
+    return all;
 }
 
 /// From the image's order of components to the toolkit's: RRGGBBAA to AARRGGBB.
@@ -133,6 +180,7 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
     const Coverage columns =
         coverageOf(part.left(), part.right() + 1, toDevice.m11(), toDevice.dx(), extentX);
     const Coverage rows = coverageOf(part.top(), part.bottom() + 1, toDevice.m22(), toDevice.dy(), extentY);
+    const std::vector<CellWeights> columnWeights = cellWeights(columns);
     // Taps past the picture weigh nothing; they read cells that are not copied from it.
     const auto stride = static_cast<std::size_t>(columns.end() - columns.begin());
 
@@ -141,7 +189,7 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
     const auto bytesPerLine = static_cast<std::size_t>(picture.bytesPerLine());
     const auto averageChunk = [&](int chunk) {
         std::vector<RGBA32> source;
-        std::vector<RGBA32> mean(stride);
+        std::vector<RGBA32> mean(stride + kMostTaps);
         const auto chunkBegin = static_cast<std::size_t>(chunk) * kRowsAtOnce;
         const std::size_t chunkEnd = std::min(chunkBegin + kRowsAtOnce, rows.first.size());
         for (std::size_t begin = chunkBegin; begin < chunkEnd; begin += kRowsReadFor) {
@@ -162,7 +210,10 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
                             stride * sizeof(RGBA32), reinterpret_cast<std::uint8_t*>(mean.data()));
                 const std::span<RGBA32> out(reinterpret_cast<RGBA32*>(bits + y * bytesPerLine),
                                             columns.first.size());
-                averageCells(mean.data(), columns, out.data());
+                if (columnWeights.empty())
+                    averageManyCells(mean.data(), columns, out.data());
+                else
+                    averageFewCells(mean.data(), columns, columnWeights.data(), out.data());
                 image.transform(out);
                 turnIntoRgb(out);
             }
