@@ -6,16 +6,8 @@
 #include "imaging/files.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_files.h"
-#include "imaging/resample.h"
 
 namespace complexion {
-
-namespace {
-
-/// The longer side of the picture that thumbnails are made from, in pixels: some times theirs.
-constexpr int kThumbnailSource = 1024;
-
-} // namespace
 
 void ViewController::OnSaveImage(QObject*) {
     if (originalImagePath.empty())
@@ -37,11 +29,7 @@ void ViewController::OnSaveImage(QObject*) {
         fatal("the image to save is gone");
 
     Q_EMIT longWorkBegan(tr("Saving the photo…"));
-    // The pixels are turned back to how the source stores them, for the tag that is copied after them.
-    const Orientation orientation = ImageTools::CarriedOrientation(source.path(), format);
-    const Image stored = turnedForStorage(*shown, orientation);
-    bool saved = savePhoto(stored, path, format, source.path(),
-                           turnedForStorage(halvedTo(*shown, kThumbnailSource), orientation));
+    bool saved = savePhoto(*shown, path, format, source.path());
     if (saved) {
         // A format that cannot hold the picture leaves no file, and that counts as saved.
         std::error_code ignored;

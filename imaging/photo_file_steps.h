@@ -4,12 +4,21 @@
 #include "imaging/files.h"
 #include "imaging/image.h"
 #include "imaging/metadata/creation_date.h"
+#include "imaging/orientation.h"
 
 #include <optional>
+#include <string_view>
 
 namespace complexion {
 
 // What the operations on photo files are made of.
+
+/// A file's bytes when it can be opened and begins as a picture does.
+Result<Bytes> readPicture(const std::filesystem::path& path);
+
+/// The orientation that the metadata of `photo`, as readPicture gives it, will have in a file written as
+/// `format`.
+Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format);
 
 /// The largest width and the largest height in pixels of all pictures in a file of one of the formats;
 /// nothing when it cannot be decoded, or when a picture of that size could not.

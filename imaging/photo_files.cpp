@@ -2,12 +2,12 @@
 #include "imaging/photo_files.h"
 
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/no_throw.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
-#include "imaging/metadata/container.h"
 #include "imaging/metadata/creation_date.h"
+#include "imaging/orientation.h"
 #include "imaging/photo_file_steps.h"
+#include "imaging/resample.h"
 
 #include <new>
 
@@ -15,16 +15,8 @@ namespace complexion {
 
 namespace {
 
-Result<FileContents> withMetadataOfFile(const std::filesystem::path& source, const FileContents& written,
-                                        const Image& picture) {
-    return withoutThrowing([&]() -> Result<FileContents> {
-        const Result<Bytes> file =
-            readFile(source, [](ByteView start) { return containerOf(start).has_value(); });
-        if (!file)
-            return file.error();
-        return withMetadataOf(*file, written, picture);
-    });
-}
+/// The longer side of the picture that thumbnails are made from, in pixels: some times theirs.
+constexpr int kThumbnailSource = 1024;
 
 } // namespace
 
@@ -46,20 +38,24 @@ std::optional<Image> openPhoto(const std::filesystem::path& path) {
 }
 
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
-               const std::filesystem::path& source, const Image& picture) {
+               const std::filesystem::path& source) {
     const Codec* codec = codecForExtension(format);
     try {
-        const Image raster = rasterOf(image);
+        const Result<Bytes> photo = readPicture(source);
+        const Orientation orientation = carriedOrientationOf(photo, format);
+        const Image raster = rasterOf(turnedForStorage(image, orientation));
         if (!codec)
             return false;
         const Result<FileContents> file = codec->encode(raster);
+        const Image picture = turnedForStorage(halvedTo(image, kThumbnailSource), orientation);
         if (!file) {
             // That counts as saved, and whatever stands there is given the metadata.
             ImageTools::ChangeImageExif(source, path, picture);
             return true;
         }
         const CreationDate date = ImageTools::ImageCreationDate(source);
-        const Result<FileContents> whole = withMetadataOfFile(source, *file, picture);
+        const Result<FileContents> whole =
+            photo ? withMetadataOf(*photo, *file, picture) : Result<FileContents>(photo.error());
         if (!whole || !writeFileAtomically(path, *whole))
             return writeFileAtomically(path, *file);
         carryCreationDate(path, date);

@@ -16,10 +16,10 @@ namespace complexion {
 /// cannot be decoded or measured.
 std::optional<Image> openPhoto(const std::filesystem::path& path);
 
-/// SaveImage and, when that succeeds, ChangeImageExif with the photo at `source`: no other program sees the
-/// file without its metadata. The result is SaveImage's. `picture` is what the file shows, as ChangeImageExif
-/// has it.
+/// SaveImage of `image`, which is upright, with its pixels turned as CarriedOrientation says of the photo at
+/// `source`, and, when that succeeds, ChangeImageExif with that photo: no other program sees the file without
+/// its metadata. The result is SaveImage's.
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
-               const std::filesystem::path& source, const Image& picture);
+               const std::filesystem::path& source);
 
 } // namespace complexion

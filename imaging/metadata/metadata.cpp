@@ -12,16 +12,16 @@
 
 namespace complexion {
 
-namespace {
-
-/// A file's bytes when it can be opened as a picture.
 Result<Bytes> readPicture(const std::filesystem::path& path) {
     return withoutThrowing([&]() -> Result<Bytes> {
         return readFile(path, [](ByteView start) { return containerOf(start).has_value(); });
     });
 }
 
-} // namespace
+Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format) {
+    const auto target = containerForExtension(format);
+    return photo && target ? carriedOrientation(*photo, *target) : Orientation::TopLeft;
+}
 
 void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
     if (!setCreationDate(path, date))
@@ -49,9 +49,7 @@ std::chrono::system_clock::time_point ImageTools::ImageCreationDate(const std::f
 
 Orientation ImageTools::CarriedOrientation(const std::filesystem::path& originalImagePath,
                                            std::string_view format) {
-    const auto target = containerForExtension(format);
-    const Result<Bytes> source = readPicture(originalImagePath);
-    return source && target ? carriedOrientation(*source, *target) : Orientation::TopLeft;
+    return carriedOrientationOf(readPicture(originalImagePath), format);
 }
 
 } // namespace complexion

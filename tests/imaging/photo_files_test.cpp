@@ -5,6 +5,7 @@
 
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
+#include "imaging/orientation.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/imaging/metadata_samples.h"
@@ -33,14 +34,15 @@ protected:
     std::string savedInSteps(const Image& image, std::string_view format,
                              const std::filesystem::path& source) const {
         const std::filesystem::path path = folder.path() / "steps";
-        if (ImageTools::SaveImage(image, path, format))
-            ImageTools::ChangeImageExif(source, path, image);
+        const Image stored = turnedForStorage(image, ImageTools::CarriedOrientation(source, format));
+        if (ImageTools::SaveImage(stored, path, format))
+            ImageTools::ChangeImageExif(source, path, stored);
         return taken(path);
     }
     std::string savedAtOnce(const Image& image, std::string_view format,
                             const std::filesystem::path& source) const {
         const std::filesystem::path path = folder.path() / "once";
-        EXPECT_TRUE(savePhoto(image, path, format, source, image));
+        EXPECT_TRUE(savePhoto(image, path, format, source));
         return taken(path);
     }
 
@@ -88,10 +90,9 @@ TEST_F(PhotoFiles, ADamagedSourceDoesNoHarm) {
 
 TEST_F(PhotoFiles, WhatCannotBeSavedIsToldAsSaveImageTellsIt) {
     const std::filesystem::path path = folder.path() / "result";
-    EXPECT_FALSE(savePhoto(noise({4, 4}), path, "JPG", photo("jpg"), {}));
-    EXPECT_FALSE(savePhoto(noise({4, 4}), folder.path() / "none" / "result", "jpg", photo("jpg"), {}));
-    EXPECT_TRUE(
-        savePhoto(filled({1, 65600}, kSkin), path, "gif", photo("gif"), {})); // too tall for the format
+    EXPECT_FALSE(savePhoto(noise({4, 4}), path, "JPG", photo("jpg")));
+    EXPECT_FALSE(savePhoto(noise({4, 4}), folder.path() / "none" / "result", "jpg", photo("jpg")));
+    EXPECT_TRUE(savePhoto(filled({1, 65600}, kSkin), path, "gif", photo("gif"))); // too tall for the format
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
