@@ -27,9 +27,12 @@ std::vector<std::jthread> startThreads(int count, const std::function<void()>& w
 
 } // namespace
 
+int coreCount() {
+    return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+}
+
 void parallelFor(int count, const std::function<void(int)>& body) {
-    const int cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
-    const int threads = std::min(count, cores);
+    const int threads = std::min(count, coreCount());
     if (threads <= 1) {
         for (int i = 0; i < count; ++i)
             body(i);

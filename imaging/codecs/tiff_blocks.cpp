@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/tiff_blocks.h"
 
+#include "imaging/parallel.h"
+
 #include <algorithm>
+#include <atomic>
+#include <mutex>
 
 namespace complexion::tiff {
 
@@ -11,6 +15,8 @@ namespace {
 constexpr std::uint64_t kLargestWholeStrip = std::uint64_t{64} << 20;
 // What has to be read whole is refused above this size.
 constexpr std::uint64_t kLargestBlock = std::uint64_t{1} << 30;
+// Pictures of less than this many pixels are not worth a second thread.
+constexpr std::int64_t kSmallArea = std::int64_t{1} << 18;
 
 /// One block's samples, decoded.
 struct Block {
@@ -119,66 +125,144 @@ int stripHeight(const File& file, const Page& page) {
     return static_cast<int>(std::clamp<std::uint32_t>(rows, 1, static_cast<std::uint32_t>(page.size.height)));
 }
 
-Result<int> readTiles(const File& file, const Page& page, PixelConverter& converter, ImageBuilder& builder) {
-    std::uint32_t tileWidth = 0;
-    std::uint32_t tileHeight = 0;
-    TIFFGetField(file.handle(), TIFFTAG_TILEWIDTH, &tileWidth);
-    TIFFGetField(file.handle(), TIFFTAG_TILELENGTH, &tileHeight);
-    const std::uint64_t tileBytes = TIFFTileSize64(file.handle());
-    const std::uint64_t rowBytes = TIFFTileRowSize64(file.handle());
-    if (tileWidth == 0 || tileHeight == 0 || rowBytes == 0 || tileBytes == 0 || tileBytes > kLargestBlock)
-        return Error{"TIFF tiles of an impossible size"};
+/// How a page is divided into blocks: strips, or tiles side by side.
+struct Grid {
+    int blockWidth = 0; // in pixels; a strip is as wide as the page
+    int blockHeight = 0;
+    std::uint64_t blockBytes = 0;
+    std::uint64_t rowBytes = 0; // of one block
+    bool isTiled = false;
 
-    BlockReader reader(file, page, tileBytes, rowBytes);
-    BlockGroup group(page, converter);
-    const auto width = static_cast<std::uint32_t>(page.size.width);
-    const auto height = static_cast<std::uint32_t>(page.size.height);
-    int decoded = 0;
-    for (std::uint32_t y = 0; y < height; y += tileHeight) {
-        const auto rows = static_cast<int>(std::min(tileHeight, height - y));
-        std::vector<RGBA32> slab(std::size_t{width} * static_cast<std::size_t>(rows));
-        int decodedHere = 0;
-        for (std::uint32_t x = 0; x < width; x += tileWidth) {
-            const int good = group.read(reader, rows, [&](std::uint16_t sample) {
-                return TIFFComputeTile(file.handle(), x, y, 0, sample);
-            });
-            const std::size_t count = std::min(tileWidth, width - x);
-            for (int row = 0; row < good; ++row)
-                converter.convert(group.row(row, rowBytes),
-                                  std::span(slab).subspan(static_cast<std::size_t>(row) * width + x, count));
-            decodedHere = std::max(decodedHere, good);
-            if (width - x <= tileWidth)
-                break;
-        }
-        builder.setRows(static_cast<int>(y), decodedHere, slab.data());
-        decoded += decodedHere;
-        if (height - y <= tileHeight)
-            break;
-    }
-    return decoded;
+    int rowsOfBlocks(PixelSize size) const { return (size.height - 1) / blockHeight + 1; }
+};
+
+Result<Grid> gridOfTiles(const File& file, const Page& page) {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+    TIFFGetField(file.handle(), TIFFTAG_TILEWIDTH, &width);
+    TIFFGetField(file.handle(), TIFFTAG_TILELENGTH, &height);
+    Grid grid;
+    grid.blockBytes = TIFFTileSize64(file.handle());
+    grid.rowBytes = TIFFTileRowSize64(file.handle());
+    grid.isTiled = true;
+    if (width == 0 || height == 0 || grid.rowBytes == 0 || grid.blockBytes == 0 ||
+        grid.blockBytes > kLargestBlock)
+        return Error{"TIFF tiles of an impossible size"};
+    grid.blockWidth = static_cast<int>(std::min<std::uint32_t>(width, INT32_MAX));
+    grid.blockHeight = static_cast<int>(std::min(height, static_cast<std::uint32_t>(page.size.height)));
+    return grid;
 }
 
-int readStrips(const File& file, const Page& page, PixelConverter& converter, ImageBuilder& builder,
-               std::uint64_t stripBytes) {
-    const std::uint64_t rowBytes = TIFFScanlineSize64(file.handle());
-    const int height = stripHeight(file, page);
-    BlockReader reader(file, page, stripBytes, rowBytes);
-    BlockGroup group(page, converter);
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(page.size.width));
-    int decoded = 0;
-    for (int y = 0; y < page.size.height; y += height) {
-        const int rows = std::min(height, page.size.height - y);
-        const int good = group.read(reader, rows, [&](std::uint16_t sample) {
-            return TIFFComputeStrip(file.handle(), static_cast<std::uint32_t>(y), sample);
-        });
-        for (int row = 0; row < good; ++row) {
-            converter.convert(group.row(row, rowBytes), pixels);
-            builder.setRows(y + row, 1, pixels.data());
-        }
-        decoded += good;
-        if (page.size.height - y <= height)
-            break;
+Result<Grid> gridOfStrips(const File& file, const Page& page) {
+    Grid grid;
+    grid.blockWidth = page.size.width;
+    grid.blockHeight = stripHeight(file, page);
+    grid.blockBytes = TIFFVStripSize64(file.handle(), static_cast<std::uint32_t>(grid.blockHeight));
+    grid.rowBytes = TIFFScanlineSize64(file.handle());
+    if (grid.rowBytes == 0 || grid.blockBytes == 0 || grid.rowBytes > kLargestBlock)
+        return Error{"TIFF strips of an impossible size"};
+    return grid;
+}
+
+/// Rows that several threads decode.
+class RowSink {
+public:
+    explicit RowSink(ImageBuilder& builder) : m_builder(builder) {}
+
+    void setRows(int firstRow, int count, const RGBA32* rows) {
+        const std::scoped_lock lock(m_mutex); // blocks of two threads may share a band
+        m_builder.setRows(firstRow, count, rows);
     }
+
+private:
+    ImageBuilder& m_builder;
+    std::mutex m_mutex;
+};
+
+/// Decodes rows of blocks; each method gives the number of rows of pixels that something of could be decoded.
+class RowOfBlocksReader {
+public:
+    RowOfBlocksReader(const File& file, const Page& page, const Grid& grid, PixelConverter& converter,
+                      RowSink& sink)
+        : m_file(file),
+          m_page(page),
+          m_grid(grid),
+          m_converter(converter),
+          m_sink(sink),
+          m_reader(file, page, grid.blockBytes, grid.rowBytes),
+          m_group(page, converter) {}
+
+    int readAll(int begin, int end) {
+        int decoded = 0;
+        for (int index = begin; index < end; ++index) {
+            const int y = index * m_grid.blockHeight;
+            const int rows = std::min(m_grid.blockHeight, m_page.size.height - y);
+            decoded += m_grid.isTiled ? readTiles(y, rows) : readStrip(y, rows);
+        }
+        return decoded;
+    }
+
+private:
+    int readTiles(int y, int rows) {
+        const auto width = static_cast<std::size_t>(m_page.size.width);
+        const auto tileWidth = static_cast<std::size_t>(m_grid.blockWidth);
+        m_pixels.assign(width * static_cast<std::size_t>(rows), RGBA32());
+        int decoded = 0;
+        for (std::size_t x = 0; x < width; x += tileWidth) {
+            const int good = m_group.read(m_reader, rows, [&](std::uint16_t sample) {
+                return TIFFComputeTile(m_file.handle(), static_cast<std::uint32_t>(x),
+                                       static_cast<std::uint32_t>(y), 0, sample);
+            });
+            for (int row = 0; row < good; ++row)
+                m_converter.convert(m_group.row(row, m_grid.rowBytes),
+                                    std::span(m_pixels).subspan(static_cast<std::size_t>(row) * width + x,
+                                                                std::min(tileWidth, width - x)));
+            decoded = std::max(decoded, good);
+        }
+        m_sink.setRows(y, decoded, m_pixels.data());
+        return decoded;
+    }
+
+    int readStrip(int y, int rows) {
+        const int decoded = m_group.read(m_reader, rows, [&](std::uint16_t sample) {
+            return TIFFComputeStrip(m_file.handle(), static_cast<std::uint32_t>(y), sample);
+        });
+        m_pixels.resize(static_cast<std::size_t>(m_page.size.width));
+        for (int row = 0; row < decoded; ++row) {
+            m_converter.convert(m_group.row(row, m_grid.rowBytes), m_pixels);
+            m_sink.setRows(y + row, 1, m_pixels.data());
+        }
+        return decoded;
+    }
+
+    const File& m_file;
+    const Page& m_page;
+    const Grid& m_grid;
+    PixelConverter& m_converter;
+    RowSink& m_sink;
+    BlockReader m_reader;
+    BlockGroup m_group;
+    std::vector<RGBA32> m_pixels;
+};
+
+/// Decodes all blocks, on all cores. The library decodes one block of an open file at a time: each thread
+/// opens the file for itself.
+int readAllBlocks(const File& file, const Grid& grid, int rowsOfBlocks, RowSink& sink) {
+    const int shares = std::min(coreCount(), rowsOfBlocks);
+    std::atomic<int> decoded = 0;
+    parallelFor(shares, [&](int share) {
+        const Result<File> mine = File::open(file.bytes());
+        const Result<Page> page = mine ? readPage(*mine) : Result<Page>(mine.error());
+        if (!page)
+            return;
+        std::optional<PixelConverter> converter = PixelConverter::create(*mine, *page);
+        const auto boundary = [&](int index) {
+            return static_cast<int>(std::int64_t{rowsOfBlocks} * index / shares);
+        };
+        if (converter)
+            decoded += RowOfBlocksReader(*mine, *page, grid, *converter, sink)
+                           .readAll(boundary(share), boundary(share + 1));
+    });
     return decoded;
 }
 
@@ -204,65 +288,20 @@ int readRows(const File& file, const Page& page, PixelConverter& converter, Imag
 } // namespace
 
 Result<int> readBlocks(const File& file, const Page& page, PixelConverter& converter, ImageBuilder& builder) {
-    if (TIFFIsTiled(file.handle()) != 0)
-        return readTiles(file, page, converter, builder);
-    const std::uint64_t rowBytes = TIFFScanlineSize64(file.handle());
-    const auto height = static_cast<std::uint32_t>(stripHeight(file, page));
-    const std::uint64_t stripBytes = TIFFVStripSize64(file.handle(), height);
-    if (rowBytes == 0 || stripBytes == 0 || rowBytes > kLargestBlock)
-        return Error{"TIFF strips of an impossible size"};
-    if (stripBytes > kLargestWholeStrip && !page.planar)
+    const bool isTiled = TIFFIsTiled(file.handle()) != 0;
+    const Result<Grid> grid = isTiled ? gridOfTiles(file, page) : gridOfStrips(file, page);
+    if (!grid)
+        return grid.error();
+    if (!isTiled && grid->blockBytes > kLargestWholeStrip && !page.planar)
         return readRows(file, page, converter, builder);
-    if (stripBytes > kLargestBlock)
+    if (grid->blockBytes > kLargestBlock)
         return Error{"TIFF strips of an impossible size"};
-    return readStrips(file, page, converter, builder, stripBytes);
-}
-
-Result<int> readByLibrary(const File& file, const Page& page, ImageBuilder& builder) {
-    constexpr std::size_t kMessageSize = 1024; // the library's own
-    std::array<char, kMessageSize> message = {};
-    TIFF* handle = file.handle();
-    if (TIFFRGBAImageOK(handle, message.data()) == 0)
-        return Error{message.data()};
-    int height = stripHeight(file, page);
-    if (TIFFIsTiled(handle) != 0) {
-        std::uint32_t tileHeight = 0;
-        TIFFGetField(handle, TIFFTAG_TILELENGTH, &tileHeight);
-        height = static_cast<int>(
-            std::clamp<std::uint32_t>(tileHeight, 1, static_cast<std::uint32_t>(page.size.height)));
-    }
-    const std::uint64_t slabBytes = static_cast<std::uint64_t>(height) *
-                                    static_cast<std::uint64_t>(page.size.width) * sizeof(std::uint32_t);
-    if (slabBytes > kLargestBlock)
-        return Error{"TIFF strips of an impossible size"};
-
-    struct Image : TIFFRGBAImage {
-        ~Image() { TIFFRGBAImageEnd(this); }
-    };
-    auto image = std::make_unique<Image>();
-    if (TIFFRGBAImageBegin(image.get(), handle, 1, message.data()) == 0)
-        return Error{message.data()};
-    image->orientation = ORIENTATION_TOPLEFT; // the rows as they are stored, top row first
-    image->req_orientation = ORIENTATION_TOPLEFT;
-    std::vector<std::uint32_t> slab(static_cast<std::size_t>(slabBytes / sizeof(std::uint32_t)));
-    int decoded = 0;
-    for (int y = 0; y < page.size.height; y += height) {
-        const int rows = std::min(height, page.size.height - y);
-        image->row_offset = y;
-        std::ranges::fill(slab, 0);
-        if (TIFFRGBAImageGet(image.get(), slab.data(), static_cast<std::uint32_t>(page.size.width),
-                             static_cast<std::uint32_t>(rows)) == 0)
-            continue;
-        std::vector<RGBA32> pixels;
-        pixels.reserve(slab.size());
-        for (const std::uint32_t word : slab)
-            pixels.emplace_back(
-                static_cast<std::uint8_t>(TIFFGetR(word)), static_cast<std::uint8_t>(TIFFGetG(word)),
-                static_cast<std::uint8_t>(TIFFGetB(word)), static_cast<std::uint8_t>(TIFFGetA(word)));
-        builder.setRows(y, rows, pixels.data());
-        decoded += rows;
-    }
-    return decoded;
+    RowSink sink(builder);
+    const int rowsOfBlocks = grid->rowsOfBlocks(page.size);
+    const bool isWork = page.compression != COMPRESSION_NONE && page.size.area() > kSmallArea &&
+                        grid->blockBytes <= kLargestWholeStrip;
+    return isWork ? readAllBlocks(file, *grid, rowsOfBlocks, sink)
+                  : RowOfBlocksReader(file, page, *grid, converter, sink).readAll(0, rowsOfBlocks);
 }
 
 } // namespace complexion::tiff
