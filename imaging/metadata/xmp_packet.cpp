@@ -24,12 +24,12 @@ Bytes bytesOfText(const std::string& text) {
 
 /// Where the element `name` that begins at `start` ends; npos when it does not.
 std::size_t elementEnd(const std::string& xml, std::string_view name, std::size_t start) {
-    for (const std::string& close : {"</" + std::string(name) + ">", std::string("/>")}) {
-        const std::size_t end = xml.find(close, start);
-        if (end != std::string::npos)
-            return end + close.size();
+    std::size_t end = xml.find('>', start);
+    if (end != std::string::npos && xml[end - 1] != '/') {
+        end = xml.find("</" + std::string(name), end);
+        end = xml.find('>', end == std::string::npos ? xml.size() : end);
     }
-    return std::string::npos;
+    return end == std::string::npos ? end : end + 1;
 }
 
 /// Overwrites every element of that name with blanks.
@@ -46,7 +46,7 @@ void blankElements(std::string& xml, std::string_view name) {
 }
 
 /// Where the value of the attribute or the element `name` begins, from `from` on.
-std::size_t findValue(const std::string& xml, std::string_view name, std::size_t from) {
+std::size_t findValue(std::string_view xml, std::string_view name, std::size_t from) {
     for (std::size_t at = from; (at = xml.find(name, at)) != std::string::npos; at += name.size()) {
         std::size_t value = at + name.size();
         if (value < xml.size() && xml[value] == '>' && at > 0 && xml[at - 1] == '<')
@@ -91,6 +91,14 @@ Bytes xmpUpright(ByteView packet) {
         if (at < xml.size() && xml[at] >= '1' && xml[at] <= '8')
             xml[at] = '1';
     return bytesOfText(xml);
+}
+
+std::string_view xmpExtensionDigest(std::string_view packet) {
+    const std::size_t value = findValue(packet, kExtensionName, 0);
+    if (value == std::string_view::npos)
+        return {};
+    const std::string_view rest = packet.substr(value);
+    return rest.substr(0, rest.find_first_of("\"'<"));
 }
 
 Bytes xmpWithoutExtension(ByteView packet) {
