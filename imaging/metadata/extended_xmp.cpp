@@ -105,7 +105,7 @@ std::string withoutPadding(std::string_view packet) {
 std::string extensionNote(std::string_view prefix, std::string_view about, std::string_view extension) {
     const std::string rdf(prefix);
     return "<" + rdf + "Description " + std::string(about) +
-           " xmlns:xmpNote=\"http://ns.adobe.com/xmp/note/\" xmpNote:HasExtendedXMP=\"" +
+           R"( xmlns:xmpNote="http://ns.adobe.com/xmp/note/" xmpNote:HasExtendedXMP=")" +
            xmpDigest(extension) + "\"/>";
 }
 
@@ -210,7 +210,7 @@ DividedXmp allInExtension(std::string_view xml) {
 std::string xmpDigest(std::string_view packet) {
     static constexpr std::string_view kDigits = "0123456789ABCDEF";
     static constexpr std::size_t kStep = std::size_t{1} << 30; // the library counts in 32 bits
-    const cmsHANDLE digester = cmsMD5alloc(nullptr);
+    void* const digester = cmsMD5alloc(nullptr);
     if (!digester)
         throw std::bad_alloc();
     for (std::size_t at = 0; at < packet.size(); at += kStep) {
