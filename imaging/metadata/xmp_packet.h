@@ -10,7 +10,7 @@ namespace complexion {
 /// The packet in UTF-8, whichever of Unicode's forms it has, without zeros behind it.
 Bytes xmpInUtf8(ByteView packet);
 
-/// An XMP packet without the thumbnails in it, which show the picture before: they become blanks, so that the
+/// An XMP packet without the pictures in it, which show the one before: they become blanks, so that the
 /// packet keeps its length.
 Bytes xmpToCarry(ByteView packet);
 

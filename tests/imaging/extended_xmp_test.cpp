@@ -177,6 +177,18 @@ TEST(ExtendedXmp, ThumbnailsGoFromTheExtensionAndItsDigestIsThatOfTheRest) {
     EXPECT_EQ(carried(result, written(Container::Jpeg)), result);
 }
 
+TEST(ExtendedXmp, ThePhotoBeforeACameraBlurredItIsLeftBehind) {
+    const std::string extension = packetOf(
+        "<rdf:Description xmlns:GImage=\"g/\" GImage:Mime=\"image/jpeg\"\n GImage:Data = \"the face\"/>");
+    const std::string source = extendedPhoto(extension);
+    for (const Container container : {Container::Jpeg, Container::Png, Container::Tiff, Container::Gif}) {
+        const std::string result = carried(source, written(container));
+        EXPECT_FALSE(contains(result, "the face"));
+        EXPECT_TRUE(contains(xmpIn(result), "GImage:Mime=\"image/jpeg\""));
+        EXPECT_FALSE(contains(xmpIn(result), "GImage:Data"));
+    }
+}
+
 TEST(ExtendedXmp, AThumbnailOfOneTagIsNotTakenForTheStartOfAnother) {
     const std::string xmp = "<a/><xmp:Thumbnails/><b/><xmp:Thumbnails>face</xmp:Thumbnails ><c/>";
     const std::string source = jpegWith(jpegSegmentOf(0xe1, kMainStart + xmp));
