@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/connections.h"
 
+#include "app/file_names.h"
 #include "editor/aim.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QToolButton>
 
 namespace complexion {
@@ -40,7 +40,7 @@ WindowState stateOf(const ViewController& controller) {
             .canUndo = controller.canUndo(),
             .canRedo = controller.canRedo(),
             .hasTutorial = !controller.tutorialAddress.empty(),
-            .fileName = QFile::decodeName(name.c_str())};
+            .fileName = shownName(name)};
 }
 
 void connectActions(const Actions& actions, ViewController& controller) {

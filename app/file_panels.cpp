@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/file_panels.h"
 
+#include "app/file_names.h"
+
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QStandardPaths>
@@ -69,7 +71,7 @@ SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guar
     setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
     setNameFilter(filterFor(tr("Photos"), panel.allowedFileTypes));
-    selectFile(QFile::decodeName(panel.nameFieldStringValue.c_str()));
+    selectFile(shownName(panel.nameFieldStringValue));
     setSidebarUrls(usualPlaces());
     resize(kUsualSize);
 }

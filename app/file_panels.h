@@ -11,7 +11,9 @@ namespace complexion {
 /// letter case, otherwise with the first of them added.
 QString withExtension(const QString& name, const std::vector<std::string>& extensions);
 
-/// Chooses one existing file of the allowed types.
+/// Chooses one existing file of the allowed types. Files whose names are not UTF-8 are not in the list,
+/// because the toolkit leaves them out, and cannot be typed: they are opened by dropping them or from a
+/// command line.
 class OpenFilePanel : public QFileDialog {
     Q_OBJECT
 

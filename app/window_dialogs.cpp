@@ -2,6 +2,7 @@
 #include "app/window_dialogs.h"
 
 #include "app/alert_dialog.h"
+#include "app/file_names.h"
 #include "app/file_panels.h"
 
 #include <QApplication>
@@ -42,7 +43,7 @@ QString WindowDialogs::startFolder() const {
         return m_lastFolder;
     const std::filesystem::path source = m_source();
     if (!source.empty())
-        return QFile::decodeName(source.parent_path().c_str());
+        return reachableFolder(source.parent_path());
     return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
 }
 

@@ -23,6 +23,7 @@ constexpr std::size_t kScreenHeaderSize = 13;
 constexpr std::size_t kFrameHeaderSize = 9;
 constexpr std::uint8_t kExtension = 0x21;
 constexpr std::uint8_t kFrame = 0x2C;
+constexpr std::uint8_t kMostCodeSize = 8;
 // A code of 12 bits can stand for a string as long as the table has entries.
 constexpr std::int64_t kMostPixelsPerByte = 4096;
 
@@ -38,20 +39,46 @@ std::size_t endOfBlocks(ByteView file, std::size_t at) {
     return std::min(at + 1, file.size());
 }
 
+/// The place of the next frame's description from the record at `at` on; the file's end when there is none.
+std::size_t nextFrame(ByteView file, std::size_t at) {
+    while (at < file.size() && file[at] == kExtension)
+        at = endOfBlocks(file, at + 2);
+    return at < file.size() && file[at] == kFrame && at + 1 + kFrameHeaderSize < file.size() ? at + 1
+                                                                                             : file.size();
+}
+
+/// The place of the code size of the frame described at `frame`.
+std::size_t codeSizeOf(ByteView file, std::size_t frame) {
+    return frame + kFrameHeaderSize + colorTableSize(file[frame + 8]);
+}
+
 /// The picture area: the canvas; the first frame's extent when the file states none.
 PixelSize canvasSize(PixelSize screen, const PixelRect& frame) {
     return {screen.width > 0 ? screen.width : frame.right(),
             screen.height > 0 ? screen.height : frame.bottom()};
 }
 
+/// What the library reads. It refuses frames whose code size is not of the format, and is told another.
 struct Source {
     ByteView rest;
+    /// Of the first frame; null when the file has none.
+    const std::uint8_t* codeSize = nullptr;
 };
 
+const std::uint8_t* firstCodeSize(ByteView file) {
+    if (file.size() < kScreenHeaderSize)
+        return nullptr;
+    const std::size_t frame = nextFrame(file, kScreenHeaderSize + colorTableSize(file[10]));
+    const std::size_t at = frame < file.size() ? codeSizeOf(file, frame) : frame;
+    return at < file.size() ? &file[at] : nullptr;
+}
+
 int readFromMemory(GifFileType* gif, GifByteType* out, int count) {
-    ByteView& rest = static_cast<Source*>(gif->UserData)->rest;
+    auto& [rest, codeSize] = *static_cast<Source*>(gif->UserData);
     const std::size_t taken = std::min(rest.size(), static_cast<std::size_t>(std::max(count, 0)));
     std::memcpy(out, rest.data(), taken);
+    if (codeSize && codeSize >= rest.data() && codeSize < rest.data() + taken)
+        out[codeSize - rest.data()] = std::min(*codeSize, kMostCodeSize);
     rest = rest.subspan(taken);
     return static_cast<int>(taken);
 }
@@ -129,14 +156,14 @@ std::vector<int> rowOrder(int height, bool interlaced) {
 
 /// Decodes the frame that `gif` stands at into its place on the canvas. False when not one row can be
 /// decoded.
-bool decodeFrame(GifFileType* gif, int transparent, PixelSize canvas, ImageBuilder& builder) {
+bool decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canvas, ImageBuilder& builder) {
     const GifImageDesc& frame = gif->Image;
     const std::array<RGBA32, 256> palette = paletteOf(gif, transparent);
     const PixelRect shown = PixelRect{frame.Left, frame.Top, frame.Width, frame.Height}.intersected(
         {0, 0, canvas.width, canvas.height});
     std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
     std::vector<RGBA32> row(static_cast<std::size_t>(canvas.width));
-    GifLzwDecoder decoder(gif);
+    GifLzwDecoder decoder(gif, codeSize);
     bool any = false;
     for (const int y : rowOrder(frame.Height, frame.Interlace)) {
         // A damaged row is left out together with all that come after it.
@@ -167,20 +194,12 @@ Result<std::vector<PixelSize>> measureGif(ByteView file) {
     PixelSize canvas{read16(file, 6), read16(file, 8)};
     std::vector<PixelSize> sizes;
     std::size_t at = kScreenHeaderSize + colorTableSize(file[10]);
-    while (at < file.size()) {
-        const std::uint8_t block = file[at++];
-        if (block == kExtension) {
-            at = endOfBlocks(file, at + 1);
-        } else if (block == kFrame && at + kFrameHeaderSize < file.size()) {
-            if (sizes.empty())
-                canvas = canvasSize(canvas, {read16(file, at), read16(file, at + 2), read16(file, at + 4),
-                                             read16(file, at + 6)});
-            sizes.push_back(canvas);
-            at += kFrameHeaderSize + colorTableSize(file[at + 8]);
-            at = endOfBlocks(file, at + 1); // behind the code size
-        } else {
-            break;
-        }
+    while ((at = nextFrame(file, at)) < file.size()) {
+        if (sizes.empty())
+            canvas = canvasSize(
+                canvas, {read16(file, at), read16(file, at + 2), read16(file, at + 4), read16(file, at + 6)});
+        sizes.push_back(canvas);
+        at = endOfBlocks(file, codeSizeOf(file, at) + 1);
     }
     return sizes;
 }
@@ -188,7 +207,7 @@ Result<std::vector<PixelSize>> measureGif(ByteView file) {
 Result<Image> decodeGif(ByteView file) {
     if (!isGif(file))
         return Error{"not a GIF file"};
-    Source source{file};
+    Source source{file, firstCodeSize(file)};
     int error = 0;
     const Gif gif(DGifOpen(&source, readFromMemory, &error));
     if (!gif)
@@ -202,7 +221,8 @@ Result<Image> decodeGif(ByteView file) {
     if (!isPlausibleArea(canvas.width, canvas.height, file.size(), kMostPixelsPerByte))
         return Error{"GIF picture of an impossible size"};
     ImageBuilder builder(canvas);
-    if (!decodeFrame(gif.get(), *transparent, canvas, builder))
+    const int codeSize = source.codeSize ? *source.codeSize : 0;
+    if (!decodeFrame(gif.get(), *transparent, codeSize, canvas, builder))
         return Error{"GIF file ends before its pixels"};
     return builder.finish().withProfile(ColorProfile::fromIcc(profileOfGif(file)));
 }

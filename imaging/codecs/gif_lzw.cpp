@@ -5,15 +5,15 @@ namespace complexion {
 
 namespace {
 
-constexpr int kMostIndexBits = 8;
+constexpr std::size_t kIndexCount = 256;
 
 } // namespace
 
-GifLzwDecoder::GifLzwDecoder(GifFileType* gif) : m_gif(gif) {
-    int indexBits = 0;
+GifLzwDecoder::GifLzwDecoder(GifFileType* gif, int indexBits) : m_gif(gif) {
+    int toldBits = 0;
     GifByteType* block = nullptr;
-    m_isAtEnd = DGifGetCode(gif, &indexBits, &block) != GIF_OK || !block || indexBits < 1 ||
-                indexBits > kMostIndexBits;
+    m_isAtEnd =
+        DGifGetCode(gif, &toldBits, &block) != GIF_OK || !block || indexBits < 1 || indexBits >= kMostBits;
     if (m_isAtEnd)
         return;
     m_block = {block + 1, block[0]};
@@ -67,7 +67,7 @@ bool GifLzwDecoder::takeString() {
     // The code after the clearing one ends the frame. One that is not in the table may be the very next
     // entry, which is the string before with its own first index behind it.
     if (!code || code == m_clearCode + 1 || *code > m_tableEnd || (*code == m_tableEnd && !m_previous) ||
-        *code >= kTableSize)
+        *code >= kTableSize || (*code < m_clearCode && *code >= kIndexCount))
         return false;
     const bool isNextEntry = *code == m_tableEnd;
     if (isNextEntry)

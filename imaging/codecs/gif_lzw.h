@@ -16,7 +16,9 @@ namespace complexion {
 /// takes seconds a megabyte.
 class GifLzwDecoder {
 public:
-    explicit GifLzwDecoder(GifFileType* gif);
+    /// `indexBits`: the frame's code size. Some software writes more than the 8 of the format, as many as let
+    /// all codes have 12 bits; indices have no more than 8 all the same.
+    GifLzwDecoder(GifFileType* gif, int indexBits);
 
     /// The next indices of the frame. False, with some of them, when the codes are damaged or at their end.
     bool read(std::span<std::uint8_t> indices);

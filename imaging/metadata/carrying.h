@@ -11,7 +11,8 @@ namespace complexion {
 
 /// `written`, a picture file, with the metadata of `source`, of the same or another format: its blocks byte
 /// for byte where the formats are the same, otherwise what the format of `written` has a place for. The bytes
-/// that code the pixels of `written` are kept. An error when `written` is damaged.
+/// that code the pixels of `written` are kept. An error when `written` is damaged. An XMP packet that a JPEG
+/// file holds in parts is one packet in the other formats, and the other way round.
 ///
 /// Left behind is
 /// - what describes the coding of the source's pixels or their colours: jpeg_metadata.cpp, png_metadata.cpp

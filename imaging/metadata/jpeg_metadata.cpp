@@ -5,6 +5,7 @@
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/exif_thumbnail.h"
 #include "imaging/metadata/jpeg_segments.h"
+#include "imaging/metadata/jpeg_xmp.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/text_encoding.h"
 #include "imaging/metadata/tiff_structure.h"
@@ -20,9 +21,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// What the payloads begin with. EXIF 2.32; XMP Specification Part 3; Photoshop's file format; JFIF 1.02.
+// What the payloads begin with. EXIF 2.32; Photoshop's file format; JFIF 1.02.
 constexpr std::string_view kExifStart = "Exif\0\0"sv;
-constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr std::string_view kPhotoshopStart = "Photoshop 3.0\0"sv;
 constexpr std::string_view kJfifStart = "JFIF\0"sv;
 
@@ -149,6 +149,7 @@ Bytes jfifWithoutThumbnail(ByteView payload) {
 Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& maker) {
     Bytes carried;
     const JpegSegment* jfif = findJfif(segments);
+    const CarriedJpegXmp xmp(segments);
     bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
         const JpegSegment& segment = segments[i];
@@ -169,9 +170,8 @@ Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& 
                 renewThumbnail(exif, maker, std::max(kMostExifBytes, exif.size()));
             hasExif = true;
             appendBlock(carried, segment.marker, kExifStart, exif);
-        } else if (isSegment(segment, marker::app(1), kXmpStart)) {
-            appendBlock(carried, segment.marker, kXmpStart,
-                        xmpToCarry(segment.payload.subspan(kXmpStart.size())));
+        } else if (const auto xmpSegments = xmp.carried(segment)) {
+            append(carried, *xmpSegments);
         } else if (isPhotoshop(segment)) {
             end = photoshopEnd(segments, i);
             appendBlock(carried, segment.marker, kPhotoshopStart,
@@ -267,14 +267,13 @@ PictureMetadata readJpegMetadata(ByteView file) {
         const JpegSegment& segment = segments[i];
         if (isExif(segment) && metadata.exif.empty()) {
             metadata.exif = joined(segments, i, exifEnd(segments, i), kExifStart.size());
-        } else if (isSegment(segment, marker::app(1), kXmpStart) && metadata.xmp.empty()) {
-            metadata.xmp = xmpWithoutExtension(xmpInUtf8(segment.payload.subspan(kXmpStart.size())));
         } else if (isPhotoshop(segment)) {
             append(resources, segment.payload.subspan(kPhotoshopStart.size()));
         } else if (segment.marker == marker::kComment) {
             metadata.notes.push_back({std::string(kCommentKeyword), utf8Of(segment.payload)});
         }
     }
+    metadata.xmp = xmpOfJpeg(segments);
     metadata.iptc = iptcOfResources(resources);
     metadata.photoshop = resourcesWithoutIptc(resources);
     if (const JpegSegment* jfif = findJfif(segments))
@@ -302,8 +301,7 @@ Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView 
         renewThumbnail(exif, maker, kMostExifBytes);
         appendBlock(segments, marker::app(1), kExifStart, exif);
     }
-    if (const Bytes xmp = xmpToCarry(metadata.xmp); xmp.size() <= kMostSegmentBytes - kXmpStart.size())
-        appendBlock(segments, marker::app(1), kXmpStart, xmp);
+    append(segments, segmentsOfXmp(xmpWithoutExtension(xmpToCarry(metadata.xmp))));
     appendBlock(segments, marker::app(13), kPhotoshopStart,
                 resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc)));
     for (const TextNote& note : metadata.notes)

@@ -13,8 +13,9 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// XMP Specification Part 1 and 2; "xap" is the prefix that older software gives the same names.
-constexpr std::array<std::string_view, 2> kThumbnailElements = {"xmp:Thumbnails", "xap:Thumbnails"};
+// Pictures of the picture before: thumbnails (XMP Specification Part 1 and 2; "xap" is the prefix that older
+// software gives the same names), and the photo as it was before a camera blurred it by its depth map.
+constexpr std::array<std::string_view, 3> kPictures = {"xmp:Thumbnails", "xap:Thumbnails", "GImage:Data"};
 constexpr std::string_view kOrientationName = "tiff:Orientation";
 constexpr std::string_view kExtensionName = "xmpNote:HasExtendedXMP";
 
@@ -24,12 +25,12 @@ Bytes bytesOfText(const std::string& text) {
 
 /// Where the element `name` that begins at `start` ends; npos when it does not.
 std::size_t elementEnd(const std::string& xml, std::string_view name, std::size_t start) {
-    for (const std::string& close : {"</" + std::string(name) + ">", std::string("/>")}) {
-        const std::size_t end = xml.find(close, start);
-        if (end != std::string::npos)
-            return end + close.size();
+    std::size_t end = xml.find('>', start);
+    if (end != std::string::npos && xml[end - 1] != '/') {
+        end = xml.find("</" + std::string(name), end);
+        end = xml.find('>', end == std::string::npos ? xml.size() : end);
     }
-    return std::string::npos;
+    return end == std::string::npos ? end : end + 1;
 }
 
 /// Overwrites every element of that name with blanks.
@@ -45,16 +46,45 @@ void blankElements(std::string& xml, std::string_view name) {
     }
 }
 
+bool isBlank(char character) {
+    return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
+/// Where the value of an attribute begins whose name ends at `at`; npos when none follows.
+std::size_t attributeValue(std::string_view xml, std::size_t at) {
+    while (at < xml.size() && (isBlank(xml[at]) || xml[at] == '='))
+        ++at;
+    return at < xml.size() && (xml[at] == '"' || xml[at] == '\'') ? at + 1 : std::string_view::npos;
+}
+
+/// Overwrites every attribute of that name with blanks.
+void blankAttributes(std::string& xml, std::string_view name) {
+    std::size_t at = 0;
+    while ((at = xml.find(name, at)) != std::string::npos) {
+        const std::size_t behind = at + name.size();
+        const std::size_t value =
+            at > 0 && isBlank(xml[at - 1]) ? attributeValue(xml, behind) : std::string::npos;
+        const std::size_t close = value == std::string::npos ? value : xml.find(xml[value - 1], value);
+        if (close != std::string::npos)
+            xml.replace(at, close + 1 - at, close + 1 - at, ' ');
+        at = behind;
+    }
+}
+
+void blankProperty(std::string& xml, std::string_view name) {
+    blankElements(xml, name);
+    blankAttributes(xml, name);
+}
+
 /// Where the value of the attribute or the element `name` begins, from `from` on.
-std::size_t findValue(const std::string& xml, std::string_view name, std::size_t from) {
+std::size_t findValue(std::string_view xml, std::string_view name, std::size_t from) {
     for (std::size_t at = from; (at = xml.find(name, at)) != std::string::npos; at += name.size()) {
-        std::size_t value = at + name.size();
-        if (value < xml.size() && xml[value] == '>' && at > 0 && xml[at - 1] == '<')
-            return value + 1;
-        while (value < xml.size() && (xml[value] == ' ' || xml[value] == '='))
-            ++value;
-        if (value < xml.size() && (xml[value] == '"' || xml[value] == '\''))
-            return value + 1;
+        const std::size_t behind = at + name.size();
+        if (behind < xml.size() && xml[behind] == '>' && at > 0 && xml[at - 1] == '<')
+            return behind + 1;
+        const std::size_t value = attributeValue(xml, behind);
+        if (value != std::string_view::npos)
+            return value;
     }
     return std::string::npos;
 }
@@ -78,8 +108,8 @@ Bytes xmpInUtf8(ByteView packet) {
 Bytes xmpToCarry(ByteView packet) {
     const Bytes utf8 = xmpInUtf8(packet);
     std::string xml(textOf(utf8));
-    for (const std::string_view element : kThumbnailElements)
-        blankElements(xml, element);
+    for (const std::string_view name : kPictures)
+        blankProperty(xml, name);
     if (xml == textOf(utf8))
         return {packet.begin(), packet.end()};
     return bytesOfText(xml);
@@ -93,19 +123,17 @@ Bytes xmpUpright(ByteView packet) {
     return bytesOfText(xml);
 }
 
+std::string_view xmpExtensionDigest(std::string_view packet) {
+    const std::size_t value = findValue(packet, kExtensionName, 0);
+    if (value == std::string_view::npos)
+        return {};
+    const std::string_view rest = packet.substr(value);
+    return rest.substr(0, rest.find_first_of("\"'<"));
+}
+
 Bytes xmpWithoutExtension(ByteView packet) {
     std::string xml(textOf(packet));
-    const std::size_t at = xml.find(kExtensionName);
-    if (at != std::string::npos) {
-        const bool isElement = at > 0 && xml[at - 1] == '<';
-        if (isElement) {
-            blankElements(xml, kExtensionName);
-        } else if (const std::size_t value = findValue(xml, kExtensionName, at); value != std::string::npos) {
-            const std::size_t end = xml.find(xml[value - 1], value);
-            if (end != std::string::npos)
-                xml.replace(at, end + 1 - at, end + 1 - at, ' ');
-        }
-    }
+    blankProperty(xml, kExtensionName);
     return bytesOfText(xml);
 }
 

@@ -15,7 +15,6 @@ KNOWN = {
     "bmpsuite-q/rgba16-4444.bmp": MASK,
     "image-rs/V3_X4_R4_G4_B4_Top_Down.bmp": MASK,
     "image-rs/V5_A1_R5_G5_B5.bmp": "Pillow ignores the alpha mask; " + MASK,
-    "pillow/issue_2811.gif": "its LZW code size of 11 is beyond the format, and the library refuses it",
     "pillow/ultrahdr.jpg": "the file ends before the first pixel; ImageMagick shows grey for all of it",
     "pngsuite/tbbn0g04.png": ALPHA_OF_GREY,
     "pngsuite/tbwn0g16.png": ALPHA_OF_GREY,

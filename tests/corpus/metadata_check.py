@@ -29,6 +29,7 @@ EXCEPTIONS = [(re.compile(pattern), reason) for pattern, reason in [
     (r"Photoshop:(Layer\w+|NumSlices|Photoshop\w*Thumbnail|AlphaChannels\w+|\w*Thumbnail\w*)",
      "layers and thumbnails: the picture before"),
     (r"(XMP-xmp|XMP):Thumbnails?\w*", "thumbnail"),
+    (r"XMP-GImage:ImageData", "the picture before"),
     (r"(PNG|PNG-APNG):(Animation\w+|AppleDataOffsets|BackgroundColor|BitDepth|ColorType|Compression|Filter|Interlace|"
      r"Palette\w*|SignificantBits|SuggestedPalette|Transparency|ImageWidth|ImageHeight|StereoMode|FractalParameters|"
      r"SRGBRendering|Gamma|WhitePoint[XY]|(Red|Green|Blue)[XY]|ProfileName|ICC_Profile|CICP\w*)|PNG-cICP:.*",

@@ -46,6 +46,22 @@ private:
     int m_count = 0;
 };
 
+/// A packet with its extension in two pieces.
+std::string extendedXmpSegments() {
+    const std::string digest(32, 'A');
+    const std::string extension = "<r:RDF xmlns:r='r'><r:Description xmlns:b='b' b:C='c'><b:D>d</b:D>"
+                                  "<xmp:Thumbnails>face</xmp:Thumbnails></r:Description></r:RDF>";
+    const auto piece = [&](std::size_t from, std::size_t length) {
+        return jpegSegmentOf(0xe1, "http://ns.adobe.com/xmp/extension/\0"s + digest +
+                                       bigNumber(extension.size(), 4) + bigNumber(from, 4) +
+                                       extension.substr(from, length));
+    };
+    return jpegSegmentOf(0xe1, "http://ns.adobe.com/xap/1.0/\0<r:RDF xmlns:r='r'>"
+                               "<r:Description xmpNote:HasExtendedXMP='"s +
+                                   digest + "'/></r:RDF>") +
+           piece(0, 50) + piece(50, extension.size());
+}
+
 void addOurs(Seeds& seeds) {
     const Image faded = painted({40, 30}, [](int row, int column) {
         const auto alpha = static_cast<std::uint8_t>(row * 8);
@@ -69,6 +85,10 @@ void addOurs(Seeds& seeds) {
                         jpegSegmentOf(0xfe, "A comment"));
                 seeds.add(source);
                 seeds.add(carried(source, plain));
+                const std::string extended =
+                    withSegments(encodedAs(kJpegCodec, filled({8, 8}, kSkin)), extendedXmpSegments());
+                seeds.add(extended);
+                seeds.add(carried(extended, plain));
                 exif.strip = std::string(20, 'x');
                 seeds.add(exif.bytes());
             }

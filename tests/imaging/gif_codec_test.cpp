@@ -62,28 +62,29 @@ Bytes screen(int width, int height) {
             255};
 }
 
-/// A frame whose pixels are written as codes of 3 bits, with a clear code before every one.
-Bytes frame(PixelRect place, const std::vector<int>& indices, int flags = 0, const Bytes& table = {}) {
+/// A frame whose pixels are written as codes one bit longer than `codeSize`, with a clear code before every
+/// one.
+Bytes frame(PixelRect place, const std::vector<int>& indices, int flags = 0, const Bytes& table = {},
+            int codeSize = 2) {
     Bytes bytes = {0x2C, test::byteOf(place.x),      0, test::byteOf(place.y), 0, test::byteOf(place.width),
                    0,    test::byteOf(place.height), 0, test::byteOf(flags)};
     append(bytes, table);
-    bytes.push_back(2); // bits of an index
-    constexpr int kClearCode = 4;
-    constexpr int kEndCode = 5;
-    constexpr int kCodeBits = 3;
+    bytes.push_back(test::byteOf(codeSize));
+    const int clearCode = 1 << codeSize;
+    const int endCode = clearCode + 1;
     Bytes data;
     std::uint32_t word = 0;
     int bits = 0;
     const auto put = [&](int code) {
         word |= static_cast<std::uint32_t>(code) << bits;
-        for (bits += kCodeBits; bits >= 8; bits -= 8, word >>= 8)
+        for (bits += codeSize + 1; bits >= 8; bits -= 8, word >>= 8)
             data.push_back(static_cast<std::uint8_t>(word & 255));
     };
     for (const int index : indices) {
-        put(kClearCode);
+        put(clearCode);
         put(index);
     }
-    put(kEndCode);
+    put(endCode);
     data.push_back(static_cast<std::uint8_t>(word & 255));
     bytes.push_back(static_cast<std::uint8_t>(data.size()));
     append(bytes, data);
@@ -215,6 +216,31 @@ TEST(GifCodec, AFramesOwnTableIsTaken) {
     Bytes file = screen(1, 1);
     append(file, frame({0, 0, 1, 1}, {1}, 0x80, {1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(decoded(kGifCodec, file).pixel(0, 0), RGBA32(4, 5, 6, 255));
+}
+
+TEST(GifCodec, CodesAreTakenAsLongAsTheTableHoldsThem) {
+    for (const int codeSize : {2, 8, 9, 10, 11}) {
+        Bytes file = screen(3, 1);
+        append(file, transparentIndex(2));
+        append(file, frame({0, 0, 3, 1}, {0, 1, 2}, 0, {}, codeSize));
+        const Image image = decoded(kGifCodec, file);
+        EXPECT_EQ(image.pixel(0, 0), kRed) << codeSize;
+        EXPECT_EQ(image.pixel(0, 1), kGreen) << codeSize;
+        EXPECT_EQ(image.pixel(0, 2), kClear) << codeSize;
+    }
+    for (const int codeSize : {0, 12, 13}) {
+        Bytes file = screen(3, 1);
+        append(file, frame({0, 0, 3, 1}, {0, 1, 2}, 0, {}, codeSize));
+        EXPECT_FALSE(kGifCodec.decode(file)) << codeSize;
+    }
+}
+
+TEST(GifCodec, AnIndexBeyondEightBitsEndsTheFrame) {
+    Bytes file = screen(2, 2);
+    append(file, frame({0, 0, 2, 2}, {0, 1, 1, 256}, 0, {}, 10));
+    const Image image = decoded(kGifCodec, file);
+    EXPECT_EQ(image.pixel(0, 1), kGreen);
+    EXPECT_EQ(image.pixel(1, 0), kClear);
 }
 
 TEST(GifCodec, AFileWithoutAFrameListsNothing) {

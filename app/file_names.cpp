@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/file_names.h"
+
+#include <QFile>
+
+namespace complexion {
+
+namespace {
+
+// Control characters that Latin 1 has above ASCII.
+constexpr char16_t kFirstControl = 0x80;
+constexpr char16_t kLastControl = 0x9f;
+
+bool isReachable(const std::filesystem::path& path) {
+    return QFile::encodeName(QFile::decodeName(path.c_str())).toStdString() == path.native();
+}
+
+} // namespace
+
+QString shownName(const std::filesystem::path& name) {
+    if (isReachable(name))
+        return QFile::decodeName(name.c_str());
+    QString text = QString::fromLatin1(name.c_str());
+    for (QChar& character : text)
+        if (character >= kFirstControl && character <= kLastControl)
+            character = QChar::ReplacementCharacter;
+    return text;
+}
+
+QString reachableFolder(std::filesystem::path folder) {
+    while (!isReachable(folder) && folder.has_relative_path())
+        folder = folder.parent_path();
+    return QFile::decodeName(folder.c_str());
+}
+
+} // namespace complexion

@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/extended_xmp.h"
+
+#include "imaging/metadata/byte_order.h"
+#include "imaging/metadata/xml_elements.h"
+#include "imaging/metadata/xmp_packet.h"
+
+#include <lcms2_plugin.h>
+
+#include <algorithm>
+#include <new>
+#include <vector>
+
+namespace complexion {
+
+namespace {
+
+// What a damaged packet may ask for: attributes of the elements around the nodes, and bytes that naming their
+// namespaces at each node adds.
+constexpr std::size_t kMostNamespaces = 1000;
+constexpr std::size_t kMostAddedBytes = std::size_t{1} << 20;
+
+/// Where a packet's properties stand: nodes within RDF, which may stand in an element of XMP's own.
+struct XmpTree {
+    XmlElement root;
+    XmlElement rdf;
+
+    /// With its colon; empty without one.
+    std::string_view rdfPrefix() const { return rdf.name.substr(0, rdf.name.find(':') + 1); }
+};
+
+bool isRdf(const XmlElement& element) {
+    return element.name == "RDF" || element.name.ends_with(":RDF");
+}
+
+std::optional<XmpTree> xmpTree(std::string_view xml) {
+    const auto root = findXmlElement(xml, 0, xml.size());
+    if (!root)
+        return std::nullopt;
+    if (isRdf(*root))
+        return XmpTree{*root, *root};
+    const auto rdf = findXmlElement(xml, root->contentBegin, root->contentEnd);
+    if (!rdf || !isRdf(*rdf))
+        return std::nullopt;
+    return XmpTree{*root, *rdf};
+}
+
+std::string_view between(std::string_view xml, std::size_t begin, std::size_t end) {
+    return xml.substr(begin, end - begin);
+}
+
+bool isNamespace(const XmlAttribute& attribute) {
+    return attribute.name == "xmlns" || attribute.name.starts_with("xmlns:");
+}
+
+bool isAbout(const XmlAttribute& attribute) {
+    return attribute.name == "about" || attribute.name.ends_with(":about");
+}
+
+/// Whether an attribute says how a node is to be read, and is none of its properties.
+bool isContext(const XmlAttribute& attribute) {
+    return isNamespace(attribute) || isAbout(attribute) || attribute.name.starts_with("xml:") ||
+           attribute.name.starts_with("rdf:");
+}
+
+/// The namespaces that hold for all nodes; of two of one name the inner one. Nothing when there are so many
+/// that comparing them would take long.
+std::optional<std::vector<XmlAttribute>> namespacesOf(std::string_view xml, const XmpTree& tree) {
+    std::vector<XmlAttribute> found = xmlAttributes(xml, tree.rdf);
+    std::vector<XmlAttribute> outer;
+    if (tree.root.begin != tree.rdf.begin)
+        outer = xmlAttributes(xml, tree.root);
+    if (found.size() + outer.size() > kMostNamespaces)
+        return std::nullopt;
+    for (const XmlAttribute& attribute : outer)
+        if (std::ranges::find(found, attribute.name, &XmlAttribute::name) == found.end())
+            found.push_back(attribute);
+    std::erase_if(found, [](const XmlAttribute& attribute) { return !isNamespace(attribute); });
+    return found;
+}
+
+/// A node's text with namespaces that hold where it stood, unless it has its own of the name.
+std::string nodeWith(const std::vector<XmlAttribute>& outer, std::string_view xml, const XmlElement& node) {
+    const std::size_t behindName = node.begin + 1 + node.name.size();
+    const std::vector<XmlAttribute> own = xmlAttributes(xml, node);
+    std::string text(between(xml, node.begin, behindName));
+    for (const XmlAttribute& attribute : outer)
+        if (std::ranges::find(own, attribute.name, &XmlAttribute::name) == own.end())
+            text.append(" ").append(attribute.whole);
+    return text.append(between(xml, behindName, node.end));
+}
+
+/// The packet without the blanks that are left in it for whoever wants to add something.
+std::string withoutPadding(std::string_view packet) {
+    std::string text(packet);
+    const std::size_t trailer = text.rfind("<?xpacket end");
+    if (trailer == std::string::npos || trailer == 0)
+        return text;
+    const std::size_t last = text.find_last_not_of(" \t\r\n", trailer - 1);
+    const std::size_t begin = last == std::string::npos ? 0 : last + 1;
+    return text.replace(begin, trailer - begin, "\n");
+}
+
+/// The node that names the extension.
+std::string extensionNote(std::string_view prefix, std::string_view about, std::string_view extension) {
+    const std::string rdf(prefix);
+    return "<" + rdf + "Description " + std::string(about) +
+           R"( xmlns:xmpNote="http://ns.adobe.com/xmp/note/" xmpNote:HasExtendedXMP=")" +
+           xmpDigest(extension) + "\"/>";
+}
+
+/// One property of a node: an element, or an attribute of its start tag.
+struct Property {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::size_t node = 0; // its number
+    bool isElement = false;
+
+    std::size_t size() const { return end - begin; }
+};
+
+std::vector<Property> propertiesOf(std::string_view xml, const std::vector<XmlElement>& nodes) {
+    std::vector<Property> properties;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        for (const XmlAttribute& attribute : xmlAttributes(xml, nodes[i]))
+            if (!isContext(attribute)) {
+                const auto begin = static_cast<std::size_t>(attribute.whole.data() - xml.data());
+                properties.push_back({begin, begin + attribute.whole.size(), i, false});
+            }
+        for (const XmlElement& element : xmlChildren(xml, nodes[i]))
+            properties.push_back({element.begin, element.end, i, true});
+    }
+    return properties;
+}
+
+/// A node with these of its properties, in their order.
+std::string nodeOf(std::string_view xml, const XmlElement& node, std::span<const Property> properties) {
+    std::string tag = "<" + std::string(node.name);
+    for (const XmlAttribute& attribute : xmlAttributes(xml, node))
+        if (isContext(attribute))
+            tag.append(" ").append(attribute.whole);
+    std::string content;
+    for (const Property& property : properties) {
+        const std::string_view text = between(xml, property.begin, property.end);
+        if (property.isElement)
+            content.append(text);
+        else
+            tag.append(" ").append(text);
+    }
+    return tag + ">" + content + "</" + std::string(node.name) + ">";
+}
+
+/// Takes the largest properties out, until `surplus` bytes are gone; they come in their order. Nothing when
+/// all are too few.
+std::optional<std::vector<Property>> largest(std::vector<Property> properties, std::size_t surplus) {
+    std::ranges::stable_sort(properties, std::ranges::greater(), &Property::size);
+    std::size_t count = 0;
+    for (std::size_t gone = 0; gone < surplus; gone += properties[count++].size())
+        if (count == properties.size())
+            return std::nullopt;
+    properties.resize(count);
+    std::ranges::sort(properties, {}, &Property::begin);
+    return properties;
+}
+
+/// The packet divided by its properties, of which those that `moved` names, in their order, go into the
+/// extension.
+DividedXmp dividedBy(std::string_view xml, const XmpTree& tree, const std::vector<XmlElement>& nodes,
+                     std::span<const Property> moved, std::string_view about) {
+    const XmlElement& root = tree.root;
+    const bool hasOuter = root.begin != tree.rdf.begin;
+    DividedXmp divided;
+    std::string& extension = divided.extension;
+    if (hasOuter)
+        extension += between(xml, root.begin, root.contentBegin);
+    extension += between(xml, tree.rdf.begin, tree.rdf.contentBegin);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < moved.size();) {
+        const std::size_t node = moved[i].node;
+        std::size_t end = i;
+        for (; end < moved.size() && moved[end].node == node; ++end) {
+            divided.main += between(xml, kept, moved[end].begin);
+            kept = moved[end].end;
+        }
+        extension += nodeOf(xml, nodes[node], moved.subspan(i, end - i));
+        i = end;
+    }
+    extension += between(xml, tree.rdf.contentEnd, tree.rdf.end);
+    if (hasOuter)
+        extension += between(xml, root.contentEnd, root.end);
+    divided.main += between(xml, kept, tree.rdf.contentEnd);
+    divided.main += extensionNote(tree.rdfPrefix(), about, extension);
+    divided.main += xml.substr(tree.rdf.contentEnd);
+    return divided;
+}
+
+/// A packet that says nothing but where the other is.
+DividedXmp allInExtension(std::string_view xml) {
+    DividedXmp divided;
+    const auto root = findXmlElement(xml, 0, xml.size());
+    divided.extension = root ? between(xml, root->begin, root->end) : xml;
+    divided.main = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
+                   "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">" +
+                   extensionNote("rdf:", "rdf:about=\"\"", divided.extension) + "</rdf:RDF></x:xmpmeta>";
+    return divided;
+}
+
+} // namespace
+
+std::string xmpDigest(std::string_view packet) {
+    static constexpr std::string_view kDigits = "0123456789ABCDEF";
+    static constexpr std::size_t kStep = std::size_t{1} << 30; // the library counts in 32 bits
+    void* const digester = cmsMD5alloc(nullptr);
+    if (!digester)
+        throw std::bad_alloc();
+    for (std::size_t at = 0; at < packet.size(); at += kStep) {
+        const ByteView part = slice(bytesOf(packet), at, kStep);
+        cmsMD5add(digester, part.data(), static_cast<cmsUInt32Number>(part.size()));
+    }
+    cmsProfileID digest{};
+    cmsMD5finish(&digest, digester);
+    std::string digits;
+    for (const cmsUInt8Number byte : digest.ID8) {
+        digits += kDigits[byte >> 4];
+        digits += kDigits[byte & 15];
+    }
+    return digits;
+}
+
+DividedXmp dividedXmp(std::string_view packet, std::size_t most) {
+    if (packet.size() <= most)
+        return {std::string(packet), {}};
+    const std::string xml = withoutPadding(packet);
+    if (xml.size() <= most)
+        return {xml, {}};
+    const auto tree = xmpTree(xml);
+    if (!tree)
+        return allInExtension(xml);
+    const std::vector<XmlElement> nodes = xmlChildren(xml, tree->rdf);
+    // All nodes of a packet are about the same thing (XMP Specification Part 1).
+    std::string about = std::string(tree->rdfPrefix()) + "about=\"\"";
+    for (const XmlElement& node : nodes)
+        for (const XmlAttribute& attribute : xmlAttributes(xml, node))
+            if (isAbout(attribute))
+                about = attribute.whole;
+    const std::size_t surplus = xml.size() + extensionNote(tree->rdfPrefix(), about, {}).size() - most;
+    const auto moved = largest(propertiesOf(xml, nodes), surplus);
+    return moved ? dividedBy(xml, *tree, nodes, *moved, about) : allInExtension(xml);
+}
+
+std::optional<std::string> joinedXmp(std::string_view main, std::string_view extension) {
+    const auto mainTree = xmpTree(main);
+    const auto extensionTree = xmpTree(extension);
+    if (!mainTree || !extensionTree || mainTree->rdf.contentEnd == mainTree->rdf.end)
+        return std::nullopt;
+    const auto known = namespacesOf(main, *mainTree);
+    auto foreign = namespacesOf(extension, *extensionTree);
+    if (!known || !foreign)
+        return std::nullopt;
+    std::size_t foreignBytes = 0;
+    std::erase_if(*foreign, [&known](const XmlAttribute& attribute) {
+        return std::ranges::any_of(*known, [&attribute](const XmlAttribute& other) {
+            return other.name == attribute.name && other.value == attribute.value;
+        });
+    });
+    for (const XmlAttribute& attribute : *foreign)
+        foreignBytes += attribute.whole.size() + 1;
+    const std::vector<XmlElement> nodes = xmlChildren(extension, extensionTree->rdf);
+    if (foreignBytes > kMostAddedBytes || foreignBytes * nodes.size() > kMostAddedBytes)
+        return std::nullopt;
+    std::string joined(main.substr(0, mainTree->rdf.contentEnd));
+    for (const XmlElement& node : nodes)
+        joined += nodeWith(*foreign, extension, node);
+    joined += main.substr(mainTree->rdf.contentEnd);
+    const Bytes one = xmpWithoutExtension(bytesOf(joined));
+    return std::string(textOf(one));
+}
+
+} // namespace complexion

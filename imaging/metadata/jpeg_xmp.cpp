@@ -1,0 +1,165 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/metadata/jpeg_xmp.h"
+
+#include "imaging/metadata/extended_xmp.h"
+#include "imaging/metadata/xmp_packet.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace complexion {
+
+namespace {
+
+using namespace std::string_view_literals;
+
+// XMP Specification Part 3, "JPEG": what the payloads begin with; behind the extension's start come its
+// digest, its whole length, and the offset of the piece that follows.
+constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
+constexpr std::string_view kExtensionStart = "http://ns.adobe.com/xmp/extension/\0"sv;
+constexpr std::size_t kLengthOffset = kExtensionStart.size() + kXmpDigestLength;
+constexpr std::size_t kOffsetOffset = kLengthOffset + 4;
+constexpr std::size_t kPieceOffset = kOffsetOffset + 4;
+constexpr std::size_t kMostMainBytes = 65502;
+constexpr std::size_t kMostPieceBytes = 65400;
+
+/// The segments that hold the extension of that digest, in the order of their offsets. None unless they make
+/// it up without a gap or an overlap.
+std::vector<const JpegSegment*> piecesOf(const std::vector<JpegSegment>& segments, std::string_view digest) {
+    std::vector<const JpegSegment*> pieces;
+    for (const JpegSegment& segment : segments)
+        if (segment.marker == marker::app(1) && segment.payload.size() > kPieceOffset &&
+            startsWith(segment.payload, kExtensionStart) &&
+            startsWith(segment.payload.subspan(kExtensionStart.size()), digest))
+            pieces.push_back(&segment);
+    const auto number = [](const JpegSegment* piece, std::size_t offset) {
+        return numberAt(piece->payload, offset, 4, ByteOrder::BigEndian);
+    };
+    std::ranges::sort(pieces, {}, [&](const JpegSegment* piece) { return number(piece, kOffsetOffset); });
+    std::uint64_t end = 0;
+    for (const JpegSegment* piece : pieces) {
+        if (number(piece, kOffsetOffset) != end ||
+            number(piece, kLengthOffset) != number(pieces.front(), kLengthOffset))
+            return {};
+        end += piece->payload.size() - kPieceOffset;
+    }
+    if (!pieces.empty() && number(pieces.front(), kLengthOffset) != end)
+        return {};
+    return pieces;
+}
+
+/// The same for the extension that the packet `main` names.
+std::vector<const JpegSegment*> piecesFor(const std::vector<JpegSegment>& segments, ByteView main) {
+    const std::string_view digest = xmpExtensionDigest(textOf(main));
+    if (digest.size() != kXmpDigestLength)
+        return {};
+    return piecesOf(segments, digest);
+}
+
+Bytes joined(const std::vector<const JpegSegment*>& pieces) {
+    Bytes extension;
+    for (const JpegSegment* piece : pieces)
+        append(extension, piece->payload.subspan(kPieceOffset));
+    return extension;
+}
+
+ByteView packetIn(const JpegSegment& segment) {
+    return segment.payload.subspan(kXmpStart.size());
+}
+
+Bytes mainSegment(std::string_view packet) {
+    Bytes payload(kXmpStart.begin(), kXmpStart.end());
+    append(payload, bytesOf(packet));
+    return jpegSegment(marker::app(1), payload);
+}
+
+/// The segments of an extension, none of an empty one.
+Bytes extensionSegments(std::string_view extension) {
+    Bytes segments;
+    if (extension.empty() || extension.size() > UINT32_MAX)
+        return segments;
+    Bytes start(kExtensionStart.begin(), kExtensionStart.end());
+    append(start, bytesOf(xmpDigest(extension)));
+    appendNumber(start, 4, ByteOrder::BigEndian, extension.size());
+    for (std::size_t offset = 0; offset < extension.size(); offset += kMostPieceBytes) {
+        Bytes payload = start;
+        appendNumber(payload, 4, ByteOrder::BigEndian, offset);
+        append(payload, slice(bytesOf(extension), offset, kMostPieceBytes));
+        append(segments, jpegSegment(marker::app(1), payload));
+    }
+    return segments;
+}
+
+const JpegSegment* findMain(const std::vector<JpegSegment>& segments) {
+    const auto found = std::ranges::find_if(segments, isXmpSegment);
+    return found == segments.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+bool isXmpSegment(const JpegSegment& segment) {
+    return segment.marker == marker::app(1) && startsWith(segment.payload, kXmpStart);
+}
+
+Bytes xmpOfJpeg(const std::vector<JpegSegment>& segments) {
+    const JpegSegment* segment = findMain(segments);
+    if (!segment)
+        return {};
+    const Bytes main = xmpInUtf8(packetIn(*segment));
+    const Bytes extension = xmpInUtf8(joined(piecesFor(segments, main)));
+    if (const auto whole = joinedXmp(textOf(main), textOf(extension)))
+        return {whole->begin(), whole->end()};
+    return xmpWithoutExtension(main);
+}
+
+Bytes segmentsOfXmp(ByteView packet) {
+    if (packet.empty())
+        return {};
+    if (packet.size() <= kMostMainBytes)
+        return mainSegment(textOf(packet));
+    const Bytes one = xmpWithoutExtension(xmpInUtf8(packet));
+    const DividedXmp divided = dividedXmp(textOf(one), kMostMainBytes);
+    Bytes segments = mainSegment(divided.main);
+    append(segments, extensionSegments(divided.extension));
+    return segments;
+}
+
+CarriedJpegXmp::CarriedJpegXmp(const std::vector<JpegSegment>& segments) {
+    const JpegSegment* main = findMain(segments);
+    if (!main)
+        return;
+    const Bytes packet = xmpInUtf8(packetIn(*main));
+    std::vector<const JpegSegment*> pieces = piecesFor(segments, packet);
+    const Bytes extension = joined(pieces);
+    const Bytes changed = xmpToCarry(extension);
+    if (changed == extension)
+        return;
+    // The digest of what is there now, in the place of the old one.
+    const Bytes carriedMain = xmpToCarry(packet);
+    std::string text(textOf(carriedMain));
+    const std::string_view digest = xmpExtensionDigest(text);
+    if (digest.size() != kXmpDigestLength)
+        return;
+    text.replace(static_cast<std::size_t>(digest.data() - text.data()), digest.size(),
+                 xmpDigest(textOf(changed)));
+    m_anew = text.size() <= kMostMainBytes ? mainSegment(text) : segmentsOfXmp(bytesOf(text));
+    append(m_anew, extensionSegments(textOf(changed)));
+    m_main = main->whole;
+    m_pieces = std::move(pieces);
+    std::ranges::sort(m_pieces);
+}
+
+std::optional<Bytes> CarriedJpegXmp::carried(const JpegSegment& segment) const {
+    if (!m_main.empty() && segment.whole.data() == m_main.data())
+        return m_anew;
+    if (std::ranges::binary_search(m_pieces, &segment))
+        return Bytes();
+    if (!isXmpSegment(segment))
+        return std::nullopt;
+    const Bytes packet = xmpToCarry(packetIn(segment));
+    if (std::ranges::equal(packet, packetIn(segment)))
+        return Bytes(segment.whole.begin(), segment.whole.end());
+    return segmentsOfXmp(packet);
+}
+
+} // namespace complexion

@@ -1,0 +1,57 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""A photo whose name, and whose folder's name, are not UTF-8 is opened from the command line and by a drop, retouched
+and saved."""
+
+import os
+import shutil
+import unittest
+
+from picture_changes import check_only_discs_changed
+from portrait_test_case import PortraitTestCase
+from sample_portrait import RADIUS, SIZE
+from virtual_desktop import output_of, wait_until
+
+BLEMISH = (548, 418)
+# Latin 1: an e with an acute accent.
+OLD_NAME = os.fsdecode(b"caf\xe9")
+
+
+class NamesTest(PortraitTestCase):
+    def make_photo(self, path):
+        path.parent.mkdir(exist_ok=True)
+        shutil.copy(self.painted, path)
+        return path
+
+    def title(self):
+        return output_of("xdotool", "getwindowname", self.program.window()).strip()
+
+    def retouch_and_save(self, photo, saved):
+        self.assertEqual(self.title(), "café.png — Complexion")
+        place = self.program.retouch(*BLEMISH, *SIZE)
+        before = set(saved.parent.iterdir())
+        self.program.save()
+        self.assertEqual(set(saved.parent.iterdir()) - before, {saved})
+        check_only_discs_changed(photo, saved, [place], RADIUS)
+
+    def test_from_the_command_line(self):
+        photo = self.make_photo(self.photos / f"{OLD_NAME}.png")
+        self.program.start(photo)
+        self.retouch_and_save(photo, self.photos / "café_retouched.png")
+
+    def test_from_a_folder_that_the_save_panel_cannot_name(self):
+        photo = self.make_photo(self.photos / OLD_NAME / f"{OLD_NAME}.png")
+        self.program.start(photo)
+        self.retouch_and_save(photo, self.photos / "café_retouched.png")
+
+    def test_by_a_drop(self):
+        photo = self.make_photo(self.photos / f"{OLD_NAME}.png")
+        self.program.start()
+        drag = self.program.drop(photo.as_uri())
+        drag.wait_for_end()
+        self.program.wait_for_photo()
+        wait_until(lambda: self.title().startswith("caf"), "the photo's name")
+        self.retouch_and_save(photo, self.photos / "café_retouched.png")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
