@@ -25,7 +25,7 @@ std::vector<Written> writtenFiles() {
     const std::vector<RGBA32> grey(std::size_t{20} * 12, RGBA32(90, 120, 150, 255));
     std::vector<Written> files;
     for (const auto& [codec, container] : formats) {
-        Bytes file = joined(*codec->encode(Image::fromPixels({20, 12}, grey)));
+        Bytes file = codec->encode(Image::fromPixels({20, 12}, grey))->joined();
         const std::vector<RGBA32> pixels = fuzz::pixelsOf(*codec->decode(file));
         files.push_back({codec, container, std::move(file), pixels});
     }
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     carriedOrientation(source, written.container);
     const Result<FileContents> result = withMetadataOf(source, written.file);
     fuzz::require(bool(result), "whole files are refused");
-    const Bytes bytes = joined(*result);
+    const Bytes bytes = result->joined();
     const Result<Image> image = written.codec->decode(bytes);
     fuzz::require(image && image->pixelSize().area() == std::ssize(written.pixels),
                   "the file cannot be read any more");

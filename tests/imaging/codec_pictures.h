@@ -3,7 +3,6 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/pixel_buffer.h"
-#include "tests/fakes/coded_files.h"
 #include "tests/fakes/pictures.h"
 
 #include <gmock/gmock.h>
@@ -56,7 +55,7 @@ inline Image soft(PixelSize size) {
 inline Bytes encoded(const Codec& codec, const Image& image) {
     const Result<FileContents> contents = codec.encode(image);
     EXPECT_TRUE(contents) << contents.error().message;
-    return contents ? joined(*contents) : Bytes();
+    return contents ? contents->joined() : Bytes();
 }
 
 /// The image that `codec` reads from a file; an empty one, and a failure, when it cannot.

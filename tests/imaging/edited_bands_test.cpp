@@ -4,15 +4,15 @@
 #include "imaging/codecs/changed_rows.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/pixel_buffer.h"
-#include "tests/fakes/coded_files.h"
-#include "tests/fakes/pictures.h"
-
-#include <gtest/gtest.h>
+#include "tests/imaging/codec_pictures.h"
 
 #include <random>
 
 namespace complexion {
 namespace {
+
+using test::encoded;
+using test::forgetCodedBands;
 
 struct Number : Memo::Value {
     explicit Number(int n) : number(n) {}
@@ -23,17 +23,6 @@ Image withSpots(const Image& image, const std::vector<PixelPosition>& spots, RGB
     Result<PixelBuffer> buffer = PixelBuffer::open(image);
     buffer->paint(spots, color);
     return std::move(*buffer).close();
-}
-
-void forgetCodedBands(const Image& image) {
-    for (int i = 0; i < image.bandCount(); ++i)
-        image.storedBand(i)->encoded().set(nullptr);
-}
-
-Bytes encoded(const Codec& codec, const Image& image) {
-    const Result<FileContents> file = codec.encode(image);
-    EXPECT_TRUE(file);
-    return file ? joined(*file) : Bytes();
 }
 
 TEST(Memo, KeepsWhatIsOutdatedUntilSomethingNewIsSet) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 #include "imaging/orientation.h"
+#include "tests/fakes/exif_block.h"
 #include "tests/fakes/png_files.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"

@@ -7,14 +7,6 @@
 
 namespace complexion {
 
-/// All parts of a file in one.
-inline Bytes joined(const FileContents& contents) {
-    Bytes bytes;
-    for (const auto& part : contents.parts)
-        bytes.insert(bytes.end(), part->begin(), part->end());
-    return bytes;
-}
-
 /// A little-endian EXIF block with an orientation and, if given, a resolution in dots per inch.
 inline Bytes exifBlock(int orientation, std::optional<int> dotsPerInch = std::nullopt) {
     Bytes block = {'I', 'I', 42, 0, 8, 0, 0, 0};
