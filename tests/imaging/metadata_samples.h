@@ -12,8 +12,8 @@
 
 namespace complexion {
 
-/// Files for the tests of metadata, put together byte by byte and apart from the code that is tested. Bytes
-/// are kept in strings, which compare and print well.
+// Files for the tests of metadata, put together byte by byte and apart from the code that is tested. Bytes
+// are kept in strings, which compare and print well.
 
 /// A number of `length` bytes, most significant byte first or last.
 std::string bigNumber(std::uint64_t value, int length);
