@@ -2,7 +2,6 @@
 #pragma once
 
 #include "imaging/codecs/codec.h"
-#include "imaging/pixel_buffer.h"
 #include "tests/fakes/pictures.h"
 
 #include <gmock/gmock.h>
@@ -72,10 +71,7 @@ inline Image throughFile(const Codec& codec, const Image& image) {
 
 /// The image with one pixel of another colour.
 inline Image withSpot(const Image& image, PixelPosition position, RGBA32 color = RGBA32(255, 0, 0, 255)) {
-    Result<PixelBuffer> buffer = PixelBuffer::open(image);
-    const std::vector<PixelPosition> spot = {position};
-    buffer->paint(spot, color);
-    return std::move(*buffer).close();
+    return withPixels(image, {position}, color);
 }
 
 /// Has what was coded of the image's bands coded anew.

@@ -3,8 +3,8 @@
 // JPEG files of other programs: their kinds, colour spaces and damages.
 #include "imaging/codecs/codec.h"
 #include "imaging/orientation.h"
-#include "tests/fakes/exif_block.h"
 #include "tests/fakes/jpeg_files.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
 
