@@ -202,7 +202,7 @@ def examine(photo, root):
                 outcome.why = f"opened after {outcome.seconds} s"
             outcome.result = "wrong" if outcome.why else "opened"
         compare(outcome, pixels, folder, photo)
-    if reason := reason_for(outcome.path, outcome.result):
+    if reason := reason_for(photo.absolute().as_posix(), outcome.result):
         outcome.why = reason
         outcome.result = "differs" if outcome.result == "wrong" else outcome.result
     return outcome
@@ -214,14 +214,14 @@ def print_table(outcomes):
     enough = True
     rows = collections.defaultdict(list)
     for outcome in outcomes:
-        rows[("hostile" if outcome.broken else outcome.format)].append(outcome)
+        rows[("broken" if outcome.broken else outcome.format)].append(outcome)
     sound = [outcome for outcome in outcomes if not outcome.broken]
-    for name, row in [*sorted(rows.items()), ("all but hostile", sound)]:
+    for name, row in [*sorted(rows.items()), ("all but broken", sound)]:
         count = collections.Counter(outcome.result for outcome in row)
         by_others = [outcome for outcome in row if outcome.others]
         opened = sum(outcome.result != "refused" for outcome in by_others)
         share = opened / len(by_others) if by_others else 1
-        least = SHARE_OVER_ALL if row is sound else 0 if name == "hostile" else SHARE_OF_FORMAT
+        least = SHARE_OVER_ALL if row is sound else 0 if name == "broken" else SHARE_OF_FORMAT
         enough = enough and share >= least
         wrong = len(row) - count["opened"] - count["refused"] - count["differs"]
         print(f"{name:<16}{len(row):>7}{count['opened']:>8}{count['differs']:>9}{count['refused']:>9}{wrong:>7}"
