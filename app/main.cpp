@@ -16,9 +16,23 @@
 #include <QLocale>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 using namespace complexion;
+
+namespace {
+
+/// The path as given where the working folder is gone: a relative one then opens nothing, and the user is
+/// told so.
+std::filesystem::path absoluteIfPossible(const std::filesystem::path& path) {
+    std::error_code failed;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
+    return failed ? path : absolute;
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
@@ -62,9 +76,8 @@ int main(int argc, char** argv) {
     QObject::connect(&endSignals, &EndSignals::received, end);
 
     if (argc > 1)
-        QObject::connect(
-            &window, &MainWindow::appeared, controller.get(),
-            [&controller, path = std::filesystem::absolute(argv[1])] { controller->OpenFile(path); });
+        QObject::connect(&window, &MainWindow::appeared, controller.get(),
+                         [&controller, path = absoluteIfPossible(argv[1])] { controller->OpenFile(path); });
     window.show();
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();

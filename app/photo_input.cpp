@@ -9,14 +9,11 @@
 #include <QNativeGestureEvent>
 #include <QWheelEvent>
 
-#include <cstdlib>
-
 namespace complexion {
 
 namespace {
 
-constexpr int kWheelNotch = 120; // eighths of a degree for one step
-constexpr int kFarStep = 10;     // pixels of the photo
+constexpr int kFarStep = 10; // pixels of the photo
 constexpr int kFarthestStep = 100;
 
 bool isTabbing(Qt::FocusReason reason) {
@@ -126,23 +123,16 @@ bool PhotoInput::release(const QMouseEvent& event) {
     return true;
 }
 
-int PhotoInput::notches(int turned) {
-    m_wheelTurned += turned;
-    const int whole = m_wheelTurned / kWheelNotch;
-    m_wheelTurned -= whole * kWheelNotch;
-    return whole;
-}
-
 bool PhotoInput::turnWheel(QWheelEvent& event) {
     event.accept();
     const Qt::KeyboardModifiers modifiers = event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier);
     if (modifiers != m_wheelModifiers)
-        m_wheelTurned = 0;
+        m_wheel.reset();
     m_wheelModifiers = modifiers;
     // Some systems turn the wheel sideways while Shift is held.
     const QPoint angle = event.angleDelta();
     const bool isSideways = angle.y() == 0 && modifiers == Qt::ShiftModifier;
-    const int steps = notches(isSideways ? angle.x() : angle.y());
+    const int steps = m_wheel.add(isSideways ? angle.x() : angle.y());
     if (steps == 0)
         return true;
     if (modifiers == Qt::ShiftModifier)

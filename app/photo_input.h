@@ -3,6 +3,7 @@
 
 #include "imaging/geometry.h"
 #include "view/custom_image_view.h"
+#include "view/wheel_notches.h"
 
 #include <QObject>
 #include <QPointF>
@@ -58,16 +59,13 @@ private:
     void setHandOut(bool out);
     void showCursor();
 
-    /// Adds to what is left of the wheel's turn and takes the whole notches out.
-    int notches(int turned);
-
     CustomImageView* m_view;
     QPointF m_lastPosition;
     std::optional<Qt::MouseButton> m_moving; // the button that moves the photo
     double m_pinched = 1;                    // less than a zoom step
-    int m_wheelTurned = 0;                   // eighths of a degree, less than a notch
-    Qt::KeyboardModifiers m_wheelModifiers;
-    bool m_isHandOut = false; // the space bar is held down
+    WheelNotches m_wheel;                    // turned while the modifiers were
+    Qt::KeyboardModifiers m_wheelModifiers;  // these
+    bool m_isHandOut = false;                // the space bar is held down
     bool m_isPicking = false;
     bool m_isPickPressed = false;
     bool m_isPointerHidden = false;

@@ -16,10 +16,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kEdge = 16;         // from the root view's edge
-constexpr int kGap = 8;           // between boxes of a group
-constexpr int kGroupGap = 24;     // between groups
-constexpr double kBoxAlpha = 0.8; // as the controller sets the others
+constexpr int kEdge = 16;     // from the root view's edge
+constexpr int kGap = 8;       // between boxes of a group
+constexpr int kGroupGap = 24; // between groups
 /// Left of the settings and the cards: the rail and its distances.
 constexpr int kRailSpace = kEdge + kRailBoxSize + kEdge;
 
@@ -40,7 +39,7 @@ WindowContents::WindowContents(RootView* root, const Actions& actions) : QObject
     boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, tr("Zoom out"));
     boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, tr("Reset zoom"));
     boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
-    boxCompare->setAlpha(kBoxAlpha);
+    boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets the others'
     compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);

@@ -14,7 +14,6 @@ namespace complexion {
 
 namespace {
 
-constexpr double kBoxAlpha = 0.8;
 constexpr double kRootGray = 0.15;
 constexpr const char* kExitQuestion = QT_TRANSLATE_NOOP(
     "Alerts", "All unsaved changes will be lost. Are you sure you want to exit the application?");
@@ -38,7 +37,7 @@ void ViewController::viewDidLoad() {
 
     for (const auto& box : {boxHint, boxHelp, boxSelectImage, boxResetImage, boxSaveImage, boxZoomIn,
                             boxZoomOut, boxResetZoom, boxUndo, boxRedo, boxEditSettings})
-        reach(box).setAlpha(kBoxAlpha);
+        reach(box).setAlpha(Box::kAlphaOverPhoto);
 
     QCheckBox& autodetect = reach(checkAutodetectColor);
     autodetect.setText(tr("Autodetect Color"));

@@ -174,6 +174,14 @@ std::uint64_t FileContents::size() const {
                            [](std::uint64_t sum, const auto& part) { return sum + part->size(); });
 }
 
+Bytes FileContents::joined() const {
+    Bytes bytes;
+    bytes.reserve(size());
+    for (const auto& part : parts)
+        bytes.insert(bytes.end(), part->begin(), part->end());
+    return bytes;
+}
+
 Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start)) {
     // Without O_NONBLOCK the opening of a named pipe would wait for a writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));

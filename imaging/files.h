@@ -20,6 +20,8 @@ struct FileContents {
 
     void append(Bytes bytes) { parts.push_back(std::make_shared<const Bytes>(std::move(bytes))); }
     std::uint64_t size() const;
+    /// All parts in one.
+    Bytes joined() const;
 };
 
 /// Longer files are refused before memory is taken for them.

@@ -18,13 +18,15 @@ Image rasterOf(const Image& image) {
     return resampled(image, {static_cast<int>(width), static_cast<int>(height)});
 }
 
+std::optional<Image> decodedPicture(ByteView file) {
+    Result<Image> image = codecForContent(file)->decode(file);
+    return image ? std::optional(std::move(*image)) : std::nullopt;
+}
+
 std::optional<Image> ImageTools::DecodeImage(const std::filesystem::path& path) {
     try {
         const Result<Bytes> file = readFile(path, isPictureFile);
-        if (!file)
-            return std::nullopt;
-        Result<Image> image = codecForContent(*file)->decode(*file);
-        return image ? std::optional(std::move(*image)) : std::nullopt;
+        return file ? decodedPicture(*file) : std::nullopt;
     } catch (const std::bad_alloc&) {
         return std::nullopt;
     }

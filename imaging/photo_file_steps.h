@@ -13,12 +13,15 @@ namespace complexion {
 
 // What the operations on photo files are made of.
 
-/// A file's bytes when it can be opened and begins as a picture does.
+/// A file's bytes when it can be opened and begins as one that metadata is read from or written into.
 Result<Bytes> readPicture(const std::filesystem::path& path);
 
 /// The orientation that the metadata of `photo`, as readPicture gives it, will have in a file written as
 /// `format`.
 Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format);
+
+/// The first picture of a file of one of the formats; nothing when it cannot be decoded.
+std::optional<Image> decodedPicture(ByteView file);
 
 /// The largest width and the largest height in pixels of all pictures in a file of one of the formats;
 /// nothing when it cannot be decoded, or when a picture of that size could not.

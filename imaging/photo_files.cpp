@@ -27,9 +27,7 @@ std::optional<Image> openPhoto(const std::filesystem::path& path) {
         const Result<Bytes> file = readFile(path, isPictureFile);
         if (!file)
             return std::nullopt;
-        const Codec& codec = *codecForContent(*file);
-        if (const Result<Image> decoded = codec.decode(*file))
-            image = *decoded;
+        image = decodedPicture(*file);
         size = actualSizeOf(*file);
     } catch (const std::bad_alloc&) {
         return std::nullopt;

@@ -11,6 +11,9 @@ class Box : public QWidget {
     Q_OBJECT
 
 public:
+    /// The alpha of the boxes over the photo.
+    static constexpr double kAlphaOverPhoto = 0.8;
+
     explicit Box(QWidget* parent = nullptr);
 
     /// How opaque the panel itself is, 0 to 1. What stands on it stays opaque, so that text keeps its

@@ -19,8 +19,7 @@ namespace {
 
 constexpr int kFirstRepeatMilliseconds = 400; // an arrow held down begins to repeat
 constexpr int kNextRepeatMilliseconds = 50;
-constexpr int kPageSteps = 10;   // increments for Page Up and Page Down
-constexpr int kWheelNotch = 120; // eighths of a degree for one step
+constexpr int kPageSteps = 10; // increments for Page Up and Page Down
 constexpr double kCornerRadius = 6;
 constexpr double kArrowLine = 1.5;
 
@@ -135,9 +134,7 @@ void Stepper::timerEvent(QTimerEvent* event) {
 }
 
 void Stepper::wheelEvent(QWheelEvent* event) {
-    m_wheelTurned += event->angleDelta().y();
-    const int notches = m_wheelTurned / kWheelNotch;
-    m_wheelTurned -= notches * kWheelNotch;
+    const int notches = m_wheel.add(event->angleDelta().y());
     for (int i = 0; i < std::abs(notches); ++i)
         step(notches > 0 ? 1 : -1);
     event->accept();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "view/wheel_notches.h"
+
 #include <QWidget>
 
 namespace complexion {
@@ -50,7 +52,7 @@ private:
     int m_maximum = 100;
     int m_increment = 1;
     int m_heldDirection = 0; // +1 or -1 while an arrow is held down
-    int m_wheelTurned = 0;   // eighths of a degree, less than a notch
+    WheelNotches m_wheel;
     int m_repeatTimer = 0;
 };
 

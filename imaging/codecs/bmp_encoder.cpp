@@ -15,7 +15,6 @@ using little_endian::append32;
 
 constexpr std::size_t kHeadersSize = bmp::kFileHeaderSize + bmp::kV5HeaderSize;
 constexpr std::uint32_t kBitsPerPixel = 32;
-constexpr std::uint32_t kPixelsPerMeter = 2835; // 72 to the inch
 constexpr std::uint32_t kIntentPerceptual = 4;
 constexpr std::size_t kEndpointsAndGammasSize = 9 * 4 + 3 * 4;
 
@@ -69,8 +68,8 @@ Bytes headers(PixelSize size, std::uint32_t pixelBytes, std::uint32_t profileByt
     append16(bytes, kBitsPerPixel);
     append32(bytes, static_cast<std::uint32_t>(bmp::Compression::BitFields));
     append32(bytes, pixelBytes);
-    append32(bytes, kPixelsPerMeter);
-    append32(bytes, kPixelsPerMeter);
+    append32(bytes, kUsualPixelsPerMetre);
+    append32(bytes, kUsualPixelsPerMetre);
     append32(bytes, 0); // colours in the palette
     append32(bytes, 0); // colours that matter
     append32(bytes, 0x00FF0000);

@@ -3,6 +3,7 @@
 
 #include "imaging/files.h"
 #include "imaging/image.h"
+#include "imaging/metadata/container.h"
 #include "imaging/result.h"
 
 #include <span>
@@ -16,6 +17,9 @@ namespace complexion {
 struct Codec {
     /// The format's name, for messages and tests.
     std::string_view name;
+
+    /// The same format, as metadata knows it.
+    Container container;
 
     /// Whether a file that starts with these bytes is of this format.
     bool (*recognizes)(ByteView file);
@@ -67,6 +71,8 @@ PointSize sizeAtDensity(PixelSize pixels, double horizontal, double vertical);
 /// A density in pixels per inch from one in whole pixels per metre, which cannot say what 72 to the inch is:
 /// a number that a whole density is rounded to means that density. 0 when nothing is stated.
 double densityOfPixelsPerMetre(std::uint32_t pixelsPerMetre);
+/// As near as can be said to 72 to the inch, which our files state.
+inline constexpr std::uint32_t kUsualPixelsPerMetre = 2835;
 
 extern const Codec kJpegCodec;
 extern const Codec kPngCodec;

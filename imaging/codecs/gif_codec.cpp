@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
 
-#include "imaging/codecs/no_throw.h"
+#include "imaging/no_throw.h"
 
 namespace complexion {
 
 const Codec kGifCodec = {
     .name = "GIF",
+    .container = Container::Gif,
     .recognizes = isGif,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureGif(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeGif(file); }); },

@@ -5,6 +5,7 @@
 #include "imaging/codecs/little_endian.h"
 #include "imaging/codecs/plausible_area.h"
 #include "imaging/metadata/gif_metadata.h"
+#include "imaging/metadata/gif_structure.h"
 
 #include <gif_lib.h>
 
@@ -19,37 +20,23 @@ namespace {
 
 using little_endian::read16;
 
-constexpr std::size_t kScreenHeaderSize = 13;
 constexpr std::size_t kFrameHeaderSize = 9;
-constexpr std::uint8_t kExtension = 0x21;
-constexpr std::uint8_t kFrame = 0x2C;
 constexpr std::uint8_t kMostCodeSize = 8;
 // A code of 12 bits can stand for a string as long as the table has entries.
 constexpr std::int64_t kMostPixelsPerByte = 4096;
 
-/// The bytes of a colour table, from the flags byte that announces it.
-std::size_t colorTableSize(std::uint8_t flags) {
-    return (flags & 0x80) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
-}
-
-/// The place after a chain of data blocks that begins at `at`; the file's end when the chain is cut.
-std::size_t endOfBlocks(ByteView file, std::size_t at) {
-    while (at < file.size() && file[at] != 0)
-        at += std::size_t{1} + file[at];
-    return std::min(at + 1, file.size());
-}
-
 /// The place of the next frame's description from the record at `at` on; the file's end when there is none.
 std::size_t nextFrame(ByteView file, std::size_t at) {
-    while (at < file.size() && file[at] == kExtension)
-        at = endOfBlocks(file, at + 2);
-    return at < file.size() && file[at] == kFrame && at + 1 + kFrameHeaderSize < file.size() ? at + 1
-                                                                                             : file.size();
+    while (at < file.size() && file[at] == kGifExtension)
+        at = gifSubBlocksEnd(file, at + 2);
+    return at < file.size() && file[at] == kGifPicture && at + 1 + kFrameHeaderSize < file.size()
+               ? at + 1
+               : file.size();
 }
 
 /// The place of the code size of the frame described at `frame`.
 std::size_t codeSizeOf(ByteView file, std::size_t frame) {
-    return frame + kFrameHeaderSize + colorTableSize(file[frame + 8]);
+    return frame + kFrameHeaderSize + gifColorTableLength(file[frame + 8]);
 }
 
 /// The picture area: the canvas; the first frame's extent when the file states none.
@@ -66,9 +53,10 @@ struct Source {
 };
 
 const std::uint8_t* firstCodeSize(ByteView file) {
-    if (file.size() < kScreenHeaderSize)
+    if (file.size() < kGifHeaderLength)
         return nullptr;
-    const std::size_t frame = nextFrame(file, kScreenHeaderSize + colorTableSize(file[10]));
+    const std::size_t frame =
+        nextFrame(file, kGifHeaderLength + gifColorTableLength(file[kGifScreenFlagsOffset]));
     const std::size_t at = frame < file.size() ? codeSizeOf(file, frame) : frame;
     return at < file.size() ? &file[at] : nullptr;
 }
@@ -189,17 +177,17 @@ bool isGif(ByteView file) {
 }
 
 Result<std::vector<PixelSize>> measureGif(ByteView file) {
-    if (!isGif(file) || file.size() < kScreenHeaderSize)
+    if (!isGif(file) || file.size() < kGifHeaderLength)
         return Error{"not a GIF file"};
     PixelSize canvas{read16(file, 6), read16(file, 8)};
     std::vector<PixelSize> sizes;
-    std::size_t at = kScreenHeaderSize + colorTableSize(file[10]);
+    std::size_t at = kGifHeaderLength + gifColorTableLength(file[kGifScreenFlagsOffset]);
     while ((at = nextFrame(file, at)) < file.size()) {
         if (sizes.empty())
             canvas = canvasSize(
                 canvas, {read16(file, at), read16(file, at + 2), read16(file, at + 4), read16(file, at + 6)});
         sizes.push_back(canvas);
-        at = endOfBlocks(file, codeSizeOf(file, at) + 1);
+        at = gifSubBlocksEnd(file, codeSizeOf(file, at) + 1);
     }
     return sizes;
 }

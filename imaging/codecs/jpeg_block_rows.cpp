@@ -21,8 +21,6 @@ static_assert(kRowsOfPart % (8 * DCTSIZE) == 0);
 constexpr std::size_t kLinesOffset = 1;
 constexpr std::size_t kFrameHeaderLength = 6; // at least
 
-constexpr std::array<std::uint8_t, 2> kEndOfImage = {0xFF, JPEG_EOI};
-
 bool isStartOfFrame(std::uint8_t marker) {
     return marker == 0xC0 || marker == 0xC1; // sequential, Huffman coded
 }
@@ -85,8 +83,8 @@ std::optional<Image> decodeBlockRowsApart(const JpegDecompressor& header, ByteVi
     const RestartIntervals split = splitAtRestartMarkers(scan);
     const auto blockRows = static_cast<std::size_t>((size.height + DCTSIZE - 1) / DCTSIZE);
     // A decoder that goes through from first to last finds its way through missing and wrong markers.
-    if (split.intervals.size() != blockRows || !split.inTurn || split.rest.size() < kEndOfImage.size() ||
-        !std::equal(kEndOfImage.begin(), kEndOfImage.end(), split.rest.begin()))
+    if (split.intervals.size() != blockRows || !split.inTurn || split.rest.size() < kJpegEndOfImage.size() ||
+        !std::equal(kJpegEndOfImage.begin(), kJpegEndOfImage.end(), split.rest.begin()))
         return std::nullopt;
 
     const ByteView headers = file.first(file.size() - scan.size());

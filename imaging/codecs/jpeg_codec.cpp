@@ -2,7 +2,7 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_decoder.h"
 #include "imaging/codecs/jpeg_encoder.h"
-#include "imaging/codecs/no_throw.h"
+#include "imaging/no_throw.h"
 
 #include <algorithm>
 #include <array>
@@ -29,6 +29,7 @@ Result<std::vector<PixelSize>> measure(ByteView file) {
 
 const Codec kJpegCodec = {
     .name = "JPEG",
+    .container = Container::Jpeg,
     .recognizes = recognizes,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeJpeg(file); }); },

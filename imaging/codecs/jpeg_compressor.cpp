@@ -2,6 +2,8 @@
 #include "imaging/codecs/jpeg_compressor.h"
 
 #include "imaging/codecs/jpeg_errors.h"
+#include "imaging/codecs/jpeg_scan.h"
+#include "imaging/metadata/jpeg_segments.h"
 
 #include <jerror.h>
 
@@ -17,7 +19,6 @@ constexpr int kDotsPerInch = 72;
 /// An interval is as little as can be coded again alone.
 constexpr int kBlockRowsOfInterval = 1;
 static_assert(kJpegBlockRows == DCTSIZE);
-constexpr std::size_t kEndOfImageSize = 2;
 /// A first guess at the coded size, and what the headers take beside a profile.
 constexpr std::size_t kExpectedBytesPerPixel = 1;
 constexpr std::size_t kHeaderSpace = 4096;
@@ -162,12 +163,11 @@ private:
 
 /// Where the entropy-coded bytes begin in a file that the library wrote: after the SOS segment.
 std::size_t scanStart(ByteView file) {
-    constexpr std::uint8_t kStartOfScan = 0xDA;
     std::size_t position = 2; // after SOI
     while (position + 4 <= file.size()) {
-        const std::uint8_t marker = file[position + 1];
+        const std::uint8_t code = file[position + 1];
         position += 2 + (std::size_t{file[position + 2]} << 8 | file[position + 3]);
-        if (marker == kStartOfScan)
+        if (code == marker::kStartOfScan)
             break;
     }
     return std::min(position, file.size());
@@ -196,7 +196,8 @@ Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables
         !compressor.writeAllRows(rows))
         return compressor.error();
     const ByteView file = compressor.written();
-    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(scanStart(file)), file.end() - kEndOfImageSize);
+    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(scanStart(file)),
+                 file.end() - kJpegEndOfImage.size());
 }
 
 Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows) {

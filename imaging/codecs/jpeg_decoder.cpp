@@ -29,7 +29,7 @@ Result<PixelSize> readCheckedHeader(JpegDecompressor& decompressor, ByteView fil
     return size;
 }
 
-/// Reads all rows into `builder`, `convert`ed in place or from CMYK samples by bands.
+/// Reads the rows of a picture that has been started.
 class RowReader {
 public:
     RowReader(JpegDecompressor& decompressor, PixelSize size)

@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_decompressor.h"
 
+#include "imaging/codecs/jpeg_scan.h"
+#include "imaging/metadata/byte_order.h"
+
 #include <algorithm>
-#include <cstring>
+#include <string_view>
 
 namespace complexion {
 
 namespace {
 
+using namespace std::string_view_literals;
+
 constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr int kIccMarker = JPEG_APP0 + 2;
 constexpr std::size_t kMostIccParts = 255; // a byte counts them
-constexpr std::array<std::uint8_t, 5> kExifSignature = {'E', 'x', 'i', 'f', 0};
+constexpr std::string_view kExifSignature = "Exif\0"sv;
 constexpr std::size_t kExifHeaderSize = 6; // the signature and a padding byte
-constexpr std::array<std::uint8_t, 12> kIccSignature = {'I', 'C', 'C', '_', 'P', 'R',
-                                                        'O', 'F', 'I', 'L', 'E', 0};
+constexpr std::string_view kIccSignature = "ICC_PROFILE\0"sv;
 constexpr std::size_t kIccHeaderSize = 14; // the signature, the part's number from 1 on, the number of parts
 
 /// The coefficients of a picture in several scans are kept in memory until the last has come, 2 bytes each.
@@ -23,15 +27,6 @@ constexpr long kMostCoefficientMemory = 2L << 30;
 constexpr int kMostScans = 500;
 constexpr int kAlwaysAllowedScans = 16;
 constexpr std::int64_t kMostScannedPixels = 4'000'000'000;
-
-constexpr double kCentimetresPerInch = 2.54;
-
-constexpr std::array<std::uint8_t, 2> kEndOfImage = {0xFF, JPEG_EOI};
-
-template <std::size_t length>
-bool startsWith(ByteView bytes, const std::array<std::uint8_t, length>& signature) {
-    return bytes.size() >= length && std::memcmp(bytes.data(), signature.data(), length) == 0;
-}
 
 /// What the library takes over from a second frame header before it refuses it.
 struct Frame {
@@ -87,7 +82,7 @@ JpegDecompressor::PieceSource::PieceSource() : jpeg_source_mgr() {
     fill_input_buffer = [](j_decompress_ptr info) -> boolean {
         auto& source = *static_cast<PieceSource*>(info->src);
         const ByteView piece =
-            source.next < source.pieces.size() ? source.pieces[source.next++] : ByteView(kEndOfImage);
+            source.next < source.pieces.size() ? source.pieces[source.next++] : ByteView(kJpegEndOfImage);
         source.next_input_byte = piece.data();
         source.bytes_in_buffer = piece.size();
         return TRUE;

@@ -3,6 +3,7 @@
 
 #include "imaging/codecs/jpeg_bands.h"
 #include "imaging/codecs/jpeg_compressor.h"
+#include "imaging/codecs/jpeg_scan.h"
 
 namespace complexion {
 
@@ -13,9 +14,9 @@ using Tables = std::shared_ptr<const JpegPictureTables>;
 /// The tables are trained on this many pixels at least, in stripes spread over the picture.
 constexpr std::int64_t kSampleArea = 1'000'000;
 
-constexpr std::uint8_t kEndOfImage = 0xD9;
-constexpr std::uint8_t kLastRestart = 0xD7;
-static_assert(Tile::kHeight == 8 * kJpegBlockRows, "after eight intervals, RST7 comes");
+/// A band's intervals, of one block row each.
+constexpr std::size_t kIntervalsOfBand = Tile::kHeight / kJpegBlockRows;
+static_assert(kIntervalsOfBand == 8, "the markers RST0 to RST7 come round with each band");
 
 /// Stripes of block rows, spread evenly; a small picture whole.
 PixelBlock sampleOf(const Image& image) {
@@ -82,13 +83,15 @@ Result<FileContents> encodeJpeg(const Image& image) {
 
     FileContents file;
     file.append(std::move(*header));
-    const auto betweenBands = std::make_shared<const Bytes>(Bytes{0xFF, kLastRestart});
+    Bytes marker;
+    appendRestartMarker(marker, kIntervalsOfBand);
+    const auto betweenBands = std::make_shared<const Bytes>(std::move(marker));
     for (std::size_t i = 0; i < bands->size(); ++i) {
         if (i > 0)
             file.parts.push_back(betweenBands);
         file.parts.push_back((*bands)[i]);
     }
-    file.append({0xFF, kEndOfImage});
+    file.append({kJpegEndOfImage.begin(), kJpegEndOfImage.end()});
     return file;
 }
 

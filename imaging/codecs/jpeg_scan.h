@@ -3,9 +3,13 @@
 
 #include "imaging/files.h"
 
+#include <array>
 #include <vector>
 
 namespace complexion {
+
+/// The marker that ends a JPEG file.
+inline constexpr std::array<std::uint8_t, 2> kJpegEndOfImage = {0xFF, 0xD9};
 
 /// The entropy-coded bytes of a scan, parted at its restart markers (T.81, B.1.1 and E.1.4).
 struct RestartIntervals {

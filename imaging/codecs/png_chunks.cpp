@@ -7,8 +7,6 @@ namespace complexion {
 
 namespace {
 
-constexpr std::size_t kFrameSize = 12; // length, type and CRC
-
 std::uint32_t bigEndian(ByteView bytes) {
     return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
            bytes[3];
@@ -29,7 +27,7 @@ void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> 
     std::size_t length = 0;
     for (const ByteView part : parts)
         length += part.size();
-    bytes.reserve(bytes.size() + length + kFrameSize);
+    bytes.reserve(bytes.size() + length + kPngFrameSize);
     appendBigEndian(bytes, static_cast<std::uint32_t>(length));
     const std::size_t checked = bytes.size();
     appendBigEndian(bytes, type);
@@ -40,14 +38,14 @@ void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> 
 
 std::optional<ByteView> findPngChunk(ByteView file, std::uint32_t type) {
     std::size_t position = kPngSignature.size();
-    while (position <= file.size() && file.size() - position >= kFrameSize) {
+    while (position <= file.size() && file.size() - position >= kPngFrameSize) {
         const ByteView chunk = file.subspan(position);
         const std::size_t length = bigEndian(chunk);
-        if (length > chunk.size() - kFrameSize)
+        if (length > chunk.size() - kPngFrameSize)
             break;
-        if (bigEndian(chunk.subspan(4)) == type)
+        if (bigEndian(chunk.subspan(kPngTypeOffset)) == type)
             return chunk.subspan(kPngDataOffset, length);
-        position += kFrameSize + length;
+        position += kPngFrameSize + length;
     }
     return std::nullopt;
 }

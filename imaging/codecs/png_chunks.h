@@ -29,7 +29,10 @@ void appendPngChunk(Bytes& bytes, std::uint32_t type, ByteView data);
 /// The same of data in parts.
 void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> parts);
 
-/// Where a chunk's data begins.
+/// What a chunk has around its data: length, type and CRC.
+inline constexpr std::size_t kPngFrameSize = 12;
+/// Where a chunk's type begins, and where its data do.
+inline constexpr std::size_t kPngTypeOffset = 4;
 inline constexpr std::size_t kPngDataOffset = 8;
 
 /// The data of the file's first chunk of a type, wherever it stands; its CRC is not checked.

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/no_throw.h"
 #include "imaging/codecs/png_chunks.h"
 #include "imaging/codecs/png_decoder.h"
 #include "imaging/codecs/png_encoder.h"
+#include "imaging/no_throw.h"
 
 #include <algorithm>
 
@@ -27,6 +27,7 @@ Result<std::vector<PixelSize>> measure(ByteView file) {
 
 const Codec kPngCodec = {
     .name = "PNG",
+    .container = Container::Png,
     .recognizes = recognizes,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodePng(file); }); },

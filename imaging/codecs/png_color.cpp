@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/png_color.h"
 
+#include "imaging/codecs/inflate.h"
+#include "imaging/lcms.h"
+
 #include <algorithm>
 #include <cmath>
 #include <memory>
-
-#include <lcms2.h>
-#include <zlib.h>
 
 namespace complexion {
 
@@ -58,10 +58,6 @@ Curve curveOf(std::optional<double> fileGamma) {
     return srgbCurve();
 }
 
-struct ProfileCloser {
-    void operator()(void* profile) const { cmsCloseProfile(profile); }
-};
-
 /// The profile's bytes, the same whenever they are made: without the time of their making.
 Bytes savedProfile(void* profile) {
     constexpr std::size_t kTimeOffset = 24; // six 16-bit numbers, year to second (ICC.1, 7.2.8)
@@ -82,7 +78,7 @@ Bytes profileOf(const Primaries& used, const Curve& curve) {
     const cmsCIExyYTRIPLE colors = {
         {used.red.x, used.red.y, 1}, {used.green.x, used.green.y, 1}, {used.blue.x, used.blue.y, 1}};
     std::array<cmsToneCurve*, 3> curves = {curve.get(), curve.get(), curve.get()};
-    const std::unique_ptr<void, ProfileCloser> profile(cmsCreateRGBProfile(&white, &colors, curves.data()));
+    const LcmsProfile profile(cmsCreateRGBProfile(&white, &colors, curves.data()));
     return profile ? savedProfile(profile.get()) : Bytes();
 }
 
@@ -131,12 +127,6 @@ Curve curveOfCode(unsigned code) {
     }
 }
 
-/// The end of an inflation, whatever it came to.
-struct Inflation {
-    z_stream stream = {};
-    ~Inflation() { inflateEnd(&stream); }
-};
-
 } // namespace
 
 Bytes unpackedProfile(ByteView chunk) {
@@ -147,22 +137,8 @@ Bytes unpackedProfile(ByteView chunk) {
         static_cast<std::size_t>(nameEnd - chunk.begin()) + 2; // the end of the name, the method
     if (start >= chunk.size())
         return {};
-    Inflation inflation;
-    inflation.stream.next_in = const_cast<Bytef*>(chunk.data() + start); // the library only reads it
-    inflation.stream.avail_in = static_cast<uInt>(chunk.size() - start);
-    if (inflateInit(&inflation.stream) != Z_OK)
-        return {};
-    Bytes profile;
-    int state = Z_OK;
-    while (state == Z_OK && profile.size() < kLargestProfile) {
-        constexpr std::size_t kStep = 16 << 10;
-        profile.resize(profile.size() + kStep);
-        inflation.stream.next_out = profile.data() + (profile.size() - kStep);
-        inflation.stream.avail_out = kStep;
-        state = inflate(&inflation.stream, Z_NO_FLUSH);
-        profile.resize(profile.size() - inflation.stream.avail_out);
-    }
-    return state == Z_STREAM_END ? profile : Bytes();
+    Inflated profile = inflated(chunk.subspan(start), kLargestProfile);
+    return profile.isWhole ? std::move(profile.bytes) : Bytes();
 }
 
 Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/png_encoder.h"
 
+#include "imaging/codecs/codec.h"
 #include "imaging/codecs/deflate.h"
 #include "imaging/codecs/png_bands.h"
 #include "imaging/codecs/png_chunks.h"
@@ -15,7 +16,6 @@ namespace complexion {
 
 namespace {
 
-constexpr std::uint32_t kPixelsPerMetre = 2835; // 72 per inch
 constexpr std::int64_t kLargestChunk = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t kRoomForPixel = 5; // bytes, with what incompressible data costs more
 
@@ -47,8 +47,8 @@ Bytes fileStart(const Image& image, bool withAlpha) {
     appendPngChunk(file, pngChunkType("IHDR"), header);
     appendProfile(file, image.profile().icc());
     Bytes density;
-    appendBigEndian(density, kPixelsPerMetre);
-    appendBigEndian(density, kPixelsPerMetre);
+    appendBigEndian(density, kUsualPixelsPerMetre);
+    appendBigEndian(density, kUsualPixelsPerMetre);
     density.push_back(1); // per metre
     appendPngChunk(file, pngChunkType("pHYs"), density);
     appendPngChunk(file, pngChunkType("IDAT"), kZlibHeader);

@@ -1,26 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/srgb_conversion.h"
 
-#include <lcms2.h>
+#include "imaging/lcms.h"
 
 namespace complexion {
 
 namespace {
 
-struct ProfileCloser {
-    void operator()(void* profile) const { cmsCloseProfile(profile); }
-};
-using Profile = std::unique_ptr<void, ProfileCloser>;
-
-Profile openProfile(ByteView icc) {
-    return Profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
-}
-
-std::shared_ptr<void> transformFrom(const Profile& source, cmsColorSpaceSignature space,
+std::shared_ptr<void> transformFrom(const LcmsProfile& source, cmsColorSpaceSignature space,
                                     cmsUInt32Number format, cmsUInt32Number flags = 0) {
     if (!source || cmsGetColorSpace(source.get()) != space)
         return nullptr;
-    const Profile srgb(cmsCreate_sRGBProfile());
+    const LcmsProfile srgb(cmsCreate_sRGBProfile());
     // Without the cache of the last colour a transform has no state and serves several threads.
     cmsHTRANSFORM transform = cmsCreateTransform(source.get(), format, srgb.get(), TYPE_RGB_8,
                                                  INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOCACHE | flags);
@@ -32,19 +23,19 @@ std::shared_ptr<void> transformFrom(const Profile& source, cmsColorSpaceSignatur
 } // namespace
 
 std::optional<SrgbConversion> SrgbConversion::fromCmyk(ByteView icc) {
-    auto transform = transformFrom(openProfile(icc), cmsSigCmykData, TYPE_CMYK_8);
+    auto transform = transformFrom(openLcmsProfile(icc), cmsSigCmykData, TYPE_CMYK_8);
     return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
 }
 
 std::optional<SrgbConversion> SrgbConversion::fromGrey(ByteView icc) {
-    auto transform = transformFrom(openProfile(icc), cmsSigGrayData, TYPE_GRAY_8);
+    auto transform = transformFrom(openLcmsProfile(icc), cmsSigGrayData, TYPE_GRAY_8);
     return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
 }
 
 std::optional<SrgbConversion> SrgbConversion::fromLab() {
     // The table that would be interpolated for speed errs by a level at black and white.
-    auto transform =
-        transformFrom(Profile(cmsCreateLab4Profile(nullptr)), cmsSigLabData, TYPE_Lab_8, cmsFLAGS_NOOPTIMIZE);
+    auto transform = transformFrom(LcmsProfile(cmsCreateLab4Profile(nullptr)), cmsSigLabData, TYPE_Lab_8,
+                                   cmsFLAGS_NOOPTIMIZE);
     return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
 }
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/tiff_codec.h"
 
-#include "imaging/codecs/no_throw.h"
+#include "imaging/no_throw.h"
 
 namespace complexion {
 
 const Codec kTiffCodec = {
     .name = "TIFF",
+    .container = Container::Tiff,
     .recognizes = isTiff,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureTiff(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeTiff(file); }); },

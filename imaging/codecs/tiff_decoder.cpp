@@ -2,22 +2,20 @@
 #include "imaging/codecs/plausible_area.h"
 #include "imaging/codecs/tiff_blocks.h"
 #include "imaging/codecs/tiff_codec.h"
+#include "imaging/metadata/byte_order.h"
 
-#include <cstring>
+#include <string_view>
 
 namespace complexion {
 
 namespace {
 
+using namespace std::string_view_literals;
+
 // No scanner's feeder holds more; a file's directories may form an endless chain.
 constexpr std::size_t kMostPages = 4096;
 // Of a large picture at least one row in this many must be there, or memory is taken for nothing.
 constexpr int kLeastShare = 64;
-
-bool startsWith(ByteView file, const char* magic) {
-    constexpr std::size_t kMagicSize = 4;
-    return file.size() >= kMagicSize && std::memcmp(file.data(), magic, kMagicSize) == 0;
-}
 
 /// Whether the pixels are still in the profile's space: other colours than RGB have been converted.
 bool keepsProfile(const tiff::Page& page) {
@@ -29,8 +27,8 @@ bool keepsProfile(const tiff::Page& page) {
 } // namespace
 
 bool isTiff(ByteView file) {
-    return startsWith(file, "II*\0") || startsWith(file, "MM\0*") || startsWith(file, "II+\0") ||
-           startsWith(file, "MM\0+"); // the last two: BigTIFF
+    return startsWith(file, "II*\0"sv) || startsWith(file, "MM\0*"sv) || startsWith(file, "II+\0"sv) ||
+           startsWith(file, "MM\0+"sv); // the last two: BigTIFF
 }
 
 Result<std::vector<PixelSize>> measureTiff(ByteView file) {

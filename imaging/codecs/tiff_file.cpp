@@ -93,11 +93,10 @@ Orientation orientationOf(TIFF* handle) {
 }
 
 Density densityOf(TIFF* handle) {
-    constexpr double kCentimetersPerInch = 2.54;
     const auto unit = tag<std::uint16_t>(handle, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     if (unit != RESUNIT_INCH && unit != RESUNIT_CENTIMETER)
         return {};
-    const double scale = unit == RESUNIT_CENTIMETER ? kCentimetersPerInch : 1;
+    const double scale = unit == RESUNIT_CENTIMETER ? kCentimetresPerInch : 1;
     return {tag<float>(handle, TIFFTAG_XRESOLUTION, 0) * scale,
             tag<float>(handle, TIFFTAG_YRESOLUTION, 0) * scale};
 }

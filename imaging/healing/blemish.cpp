@@ -28,7 +28,8 @@ constexpr float kRimShare = 0.06F;       // the rim ends where this share of the
 constexpr float kRimDeviations = 2;      // or where the skin varies as much
 constexpr float kGrowth = 0.03F;
 constexpr float kLeastGrowth = 0.6F;       // cells
-constexpr float kDiscMargin = 0.5F;        // cells that stay free inside the disc's rim
+constexpr float kDiscMargin = 0.5F;        // cells that stay free inside the disc's rim,
+constexpr float kGrownDiscMargin = 0.3F;   // and that stay free of the grown mask
 constexpr float kBoundarySmoothing = 1.5F; // cells
 constexpr float kForeignEdge = 2.5F;       // cells around what is foreign that its colour reaches
 constexpr int kSkinMargin = 6;             // cells around the mask
@@ -246,7 +247,7 @@ private:
         const float growth = kLeastGrowth + kGrowth * m_window.radius;
         const CellGrid<float> distance = distanceTo(m_blemish.mask, m_disc);
         forEachCell(m_disc, [&](int x, int y) {
-            if (distance.at(x, y) <= growth && insideDisc(x, y, 0.3F) && !m_foreign.at(x, y))
+            if (distance.at(x, y) <= growth && insideDisc(x, y, kGrownDiscMargin) && !m_foreign.at(x, y))
                 m_blemish.mask.at(x, y) = 1;
         });
         fillHoles(m_blemish.mask);
@@ -256,7 +257,7 @@ private:
         int cells = 0;
         int masked = 0;
         forEachCell(m_disc, [&](int x, int y) {
-            cells += insideDisc(x, y, 0.3F) ? 1 : 0;
+            cells += insideDisc(x, y, kGrownDiscMargin) ? 1 : 0;
             masked += m_blemish.mask.at(x, y);
         });
         return static_cast<float>(masked) > kFullDisc * static_cast<float>(cells);

@@ -3,9 +3,6 @@
 
 #include "imaging/metadata/byte_order.h"
 
-#include <algorithm>
-#include <cmath>
-
 namespace complexion {
 
 namespace {
@@ -16,16 +13,10 @@ constexpr std::size_t kHeaderLengthOffset = 14;
 constexpr std::size_t kAcrossOffset = 38;
 constexpr std::size_t kDownOffset = 42;
 constexpr std::uint64_t kShortestHeader = 40;
-constexpr double kCentimetresPerMetre = 100;
 
 bool hasResolutionFields(ByteView file) {
     return file.size() >= kHeaderLengthOffset + kShortestHeader &&
            numberAt(file, kHeaderLengthOffset, 4, ByteOrder::LittleEndian) >= kShortestHeader;
-}
-
-double perMetre(double value, Resolution::Unit unit) {
-    constexpr double kInchesPerMetre = kCentimetresPerMetre / 2.54;
-    return value * (unit == Resolution::Unit::Inch ? kInchesPerMetre : kCentimetresPerMetre);
 }
 
 } // namespace
@@ -40,8 +31,8 @@ PictureMetadata readBmpMetadata(ByteView file) {
     const std::int32_t across = number(kAcrossOffset);
     const std::int32_t down = number(kDownOffset);
     if (across > 0 && down > 0)
-        metadata.resolution = Resolution{across / kCentimetresPerMetre, down / kCentimetresPerMetre,
-                                         Resolution::Unit::Centimetre};
+        metadata.resolution =
+            resolutionOfPixelsPerMetre(static_cast<std::uint32_t>(across), static_cast<std::uint32_t>(down));
     return metadata;
 }
 
@@ -52,9 +43,7 @@ Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView w
     if (const auto& resolution = metadata.resolution;
         resolution && resolution->unit != Resolution::Unit::None) {
         const auto set = [&](std::size_t offset, double value) {
-            const double rounded = std::round(perMetre(value, resolution->unit));
-            setNumberAt(file, offset, 4, ByteOrder::LittleEndian,
-                        static_cast<std::uint64_t>(std::clamp(rounded, 1.0, static_cast<double>(INT32_MAX))));
+            setNumberAt(file, offset, 4, ByteOrder::LittleEndian, pixelsPerMetre(value, resolution->unit));
         };
         set(kAcrossOffset, resolution->across);
         set(kDownOffset, resolution->down);

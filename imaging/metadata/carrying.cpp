@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/carrying.h"
 
-#include "imaging/codecs/no_throw.h"
 #include "imaging/metadata/bmp_metadata.h"
 #include "imaging/metadata/exif_basics.h"
 #include "imaging/metadata/gif_metadata.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "imaging/metadata/png_metadata.h"
 #include "imaging/metadata/tiff_metadata.h"
+#include "imaging/no_throw.h"
 
 #include <array>
 
@@ -53,14 +53,6 @@ constexpr std::array<Carrier, 5> kCarriers = {{
      nullptr},
 }};
 
-Bytes joined(const FileContents& file) {
-    Bytes bytes;
-    bytes.reserve(file.size());
-    for (const auto& part : file.parts)
-        bytes.insert(bytes.end(), part->begin(), part->end());
-    return bytes;
-}
-
 const Carrier& carrierOf(Container container) {
     return kCarriers[static_cast<std::size_t>(container)];
 }
@@ -91,7 +83,7 @@ Result<FileContents> withMetadataOf(ByteView source, const FileContents& written
     // begin.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
     if (containerOf(start) != Container::Jpeg || !picture.hasPixels())
-        return withoutThrowing([&] { return withMetadataOf(source, joined(written), picture); });
+        return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
     Result<FileContents> file = withMetadataOf(source, start, picture);
     if (file)
         file->parts.insert(file->parts.end(), written.parts.begin() + 1, written.parts.end());

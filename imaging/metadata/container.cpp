@@ -21,16 +21,6 @@ constexpr std::array<std::pair<std::string_view, Container>, 5> kSignatures = {{
     {"BM"sv, Container::Bmp},
 }};
 
-constexpr std::array<std::pair<std::string_view, Container>, 7> kExtensions = {{
-    {"jpg", Container::Jpeg},
-    {"jpeg", Container::Jpeg},
-    {"png", Container::Png},
-    {"tiff", Container::Tiff},
-    {"tif", Container::Tiff},
-    {"gif", Container::Gif},
-    {"bmp", Container::Bmp},
-}};
-
 } // namespace
 
 std::optional<Container> containerOf(ByteView file) {
@@ -39,13 +29,6 @@ std::optional<Container> containerOf(ByteView file) {
             return container;
     if (readTiffHeader(file))
         return Container::Tiff;
-    return std::nullopt;
-}
-
-std::optional<Container> containerForExtension(std::string_view extension) {
-    for (const auto& [name, container] : kExtensions)
-        if (name == extension)
-            return container;
     return std::nullopt;
 }
 

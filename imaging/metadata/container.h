@@ -4,7 +4,6 @@
 #include "imaging/files.h"
 
 #include <optional>
-#include <string_view>
 
 namespace complexion {
 
@@ -13,9 +12,5 @@ enum class Container { Jpeg, Png, Tiff, Gif, Bmp };
 
 /// The format that a file's first bytes tell, whatever its name; nothing for any other file.
 std::optional<Container> containerOf(ByteView file);
-
-/// The format that a file-name extension stands for ("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp": lower
-/// case only).
-std::optional<Container> containerForExtension(std::string_view extension);
 
 } // namespace complexion

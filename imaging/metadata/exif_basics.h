@@ -8,6 +8,8 @@
 
 namespace complexion {
 
+inline constexpr double kCentimetresPerInch = 2.54;
+
 /// Pixels per inch, across and down.
 struct Density {
     double horizontal = 0;

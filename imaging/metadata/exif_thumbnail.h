@@ -6,8 +6,8 @@
 
 namespace complexion {
 
-/// The thumbnail of an EXIF block lies in the block's second directory. Both operations work in place:
-/// nothing else moves, because maker notes hold offsets of their own into the block.
+// The thumbnail of an EXIF block lies in the block's second directory. Both operations work in place:
+// nothing else moves, because maker notes hold offsets of their own into the block.
 
 /// Takes the thumbnail out: its directory is unlinked, its bytes become zeros. Pictures in further
 /// directories go too.

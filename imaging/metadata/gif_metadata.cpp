@@ -2,6 +2,7 @@
 #include "imaging/metadata/gif_metadata.h"
 
 #include "imaging/metadata/byte_order.h"
+#include "imaging/metadata/gif_structure.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/text_encoding.h"
 #include "imaging/metadata/xmp_packet.h"
@@ -17,14 +18,9 @@ namespace {
 using namespace std::string_view_literals;
 
 // GIF89a.
-constexpr std::size_t kHeaderLength = 13; // signature, version and the logical screen's descriptor
-constexpr std::size_t kScreenFlagsOffset = 10;
 constexpr std::size_t kAspectOffset = 12;
 constexpr std::size_t kImageDescriptorLength = 10;
 constexpr std::size_t kImageFlagsOffset = 9;
-constexpr std::uint8_t kHasColorTable = 0x80;
-constexpr std::uint8_t kExtension = 0x21;
-constexpr std::uint8_t kImage = 0x2c;
 constexpr std::uint8_t kCommentLabel = 0xfe;
 constexpr std::uint8_t kApplicationLabel = 0xff;
 constexpr std::size_t kLongestSubBlock = 255;
@@ -59,37 +55,22 @@ struct GifBlocks {
     std::vector<GifExtension> extensions;
 };
 
-std::size_t colorTableLength(std::uint8_t flags) {
-    return (flags & kHasColorTable) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
-}
-
-/// The offset behind the sub-blocks at `position` and their end; the file's length when they have none.
-std::size_t subBlocksEnd(ByteView file, std::size_t position) {
-    while (position < file.size()) {
-        const std::size_t length = file[position];
-        position += 1 + length;
-        if (length == 0)
-            return position;
-    }
-    return file.size();
-}
-
 std::optional<GifBlocks> splitGif(ByteView file) {
-    if (file.size() < kHeaderLength)
+    if (file.size() < kGifHeaderLength)
         return std::nullopt;
     GifBlocks gif;
-    std::size_t position = kHeaderLength + colorTableLength(file[kScreenFlagsOffset]);
+    std::size_t position = kGifHeaderLength + gifColorTableLength(file[kGifScreenFlagsOffset]);
     gif.start = slice(file, 0, position);
     while (position + 2 < file.size()) {
         const std::size_t begin = position;
-        if (file[begin] == kExtension) {
-            position = subBlocksEnd(file, begin + 2);
+        if (file[begin] == kGifExtension) {
+            position = gifSubBlocksEnd(file, begin + 2);
             // One that the file's end cuts off has no closing zero.
             if (position <= file.size() && file[position - 1] == 0)
                 gif.extensions.push_back({file[begin + 1], file.subspan(begin, position - begin)});
-        } else if (file[begin] == kImage && begin + kImageDescriptorLength < file.size()) {
-            const std::size_t table = colorTableLength(file[begin + kImageFlagsOffset]);
-            position = subBlocksEnd(file, begin + kImageDescriptorLength + table + 1);
+        } else if (file[begin] == kGifPicture && begin + kImageDescriptorLength < file.size()) {
+            const std::size_t table = gifColorTableLength(file[begin + kImageFlagsOffset]);
+            position = gifSubBlocksEnd(file, begin + kImageDescriptorLength + table + 1);
         } else {
             break;
         }
@@ -124,7 +105,7 @@ void appendSubBlocks(Bytes& to, ByteView data) {
 }
 
 void appendApplication(Bytes& to, std::string_view name) {
-    append(to, Bytes{kExtension, kApplicationLabel, kApplicationNameLength});
+    append(to, Bytes{kGifExtension, kApplicationLabel, kApplicationNameLength});
     append(to, bytesOf(name));
 }
 
@@ -247,7 +228,7 @@ Result<FileContents> withGifBlocksOf(ByteView source, ByteView written) {
 Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView written) {
     Bytes extensions;
     for (const TextNote& note : metadata.notes) {
-        append(extensions, Bytes{kExtension, kCommentLabel});
+        append(extensions, Bytes{kGifExtension, kCommentLabel});
         appendSubBlocks(extensions, bytesOf(noteAsComment(note)));
     }
     // A zero in the packet would end it for readers of sub-blocks.

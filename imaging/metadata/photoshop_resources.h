@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-/// Photoshop's image resources ("8BIM" blocks one after the other), as JPEG, TIFF and others embed them.
+// Photoshop's image resources ("8BIM" blocks one after the other), as JPEG, TIFF and others embed them.
 
 /// The resources without those that speak of the pixels before: thumbnails and colour profile; EXIF blocks
 /// and XMP packets in them lose their thumbnails. The very bytes when there are none such. A damaged rest is

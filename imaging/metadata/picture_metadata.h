@@ -22,6 +22,11 @@ struct Resolution {
     bool operator==(const Resolution&) const = default;
 };
 
+/// A density as it stands in files that count whole pixels per metre; without a unit, the bare number.
+std::uint32_t pixelsPerMetre(double density, Resolution::Unit unit);
+/// The other way round.
+Resolution resolutionOfPixelsPerMetre(std::uint32_t across, std::uint32_t down);
+
 /// A text with the keyword that a PNG file gives it ("Comment", "Author" …), in UTF-8.
 struct TextNote {
     std::string keyword;

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace complexion {
 
@@ -26,9 +25,6 @@ constexpr std::string_view kRawProfile = "Raw profile type ";
 // What JPEG puts before an EXIF block and an XMP packet, and some software takes along.
 constexpr std::string_view kExifStart = "Exif\0\0"sv;
 constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
-
-constexpr double kCentimetresPerMetre = 100;
-constexpr double kCentimetresPerInch = 2.54;
 
 // An EXIF block may grow to this when its thumbnail does.
 constexpr std::size_t kRoomForThumbnail = 65536;
@@ -155,28 +151,21 @@ Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDen
 
 std::optional<Resolution> resolutionOf(const PngChunk& density) {
     const auto number = [&density](std::size_t offset, std::size_t length) {
-        return numberAt(density.data, offset, length, ByteOrder::BigEndian);
+        return static_cast<std::uint32_t>(numberAt(density.data, offset, length, ByteOrder::BigEndian));
     };
-    const auto across = static_cast<double>(number(0, 4));
-    const auto down = static_cast<double>(number(4, 4));
-    if (across <= 0 || down <= 0)
+    const std::uint32_t across = number(0, 4);
+    const std::uint32_t down = number(4, 4);
+    if (across == 0 || down == 0)
         return std::nullopt;
     if (number(8, 1) != 1)
-        return Resolution{across, down, Resolution::Unit::None};
-    return Resolution{across / kCentimetresPerMetre, down / kCentimetresPerMetre,
-                      Resolution::Unit::Centimetre};
+        return Resolution{static_cast<double>(across), static_cast<double>(down), Resolution::Unit::None};
+    return resolutionOfPixelsPerMetre(across, down);
 }
 
 Bytes densityChunk(const Resolution& resolution) {
-    const double perMetre = resolution.unit == Resolution::Unit::None ? 1
-                            : resolution.unit == Resolution::Unit::Inch
-                                ? kCentimetresPerMetre / kCentimetresPerInch
-                                : kCentimetresPerMetre;
     Bytes data;
     for (const double value : {resolution.across, resolution.down})
-        appendNumber(data, 4, ByteOrder::BigEndian,
-                     static_cast<std::uint64_t>(
-                         std::clamp(std::round(value * perMetre), 1.0, static_cast<double>(INT32_MAX))));
+        appendNumber(data, 4, ByteOrder::BigEndian, pixelsPerMetre(value, resolution.unit));
     data.push_back(resolution.unit == Resolution::Unit::None ? 0 : 1);
     return pngChunk(kDensityChunk, data);
 }

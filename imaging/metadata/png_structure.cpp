@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/png_structure.h"
 
+#include "imaging/codecs/inflate.h"
 #include "imaging/codecs/png_chunks.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
 
 #include <zlib.h>
@@ -13,10 +13,6 @@ namespace complexion {
 
 namespace {
 
-constexpr std::size_t kSignatureLength = 8;
-constexpr std::size_t kFrameLength = 12; // length, name and check sum around the data
-constexpr std::size_t kNameOffset = 4;
-constexpr std::size_t kDataOffset = 8;
 constexpr std::string_view kInternationalText = "iTXt";
 
 std::uint32_t checkSum(ByteView bytes) {
@@ -24,25 +20,10 @@ std::uint32_t checkSum(ByteView bytes) {
 }
 
 /// The text of a zlib stream; nothing when it is damaged or longer than `budget`, which it is taken from.
-std::optional<std::string> inflated(ByteView compressed, std::size_t& budget) {
-    z_stream stream = {};
-    if (inflateInit(&stream) != Z_OK)
-        return std::nullopt;
-    stream.next_in = const_cast<Bytef*>(compressed.data());
-    stream.avail_in = static_cast<uInt>(std::min<std::size_t>(compressed.size(), UINT32_MAX));
-    std::string text;
-    std::array<char, 16384> buffer;
-    int status = Z_OK;
-    while (status == Z_OK && text.size() <= budget) {
-        stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
-        stream.avail_out = static_cast<uInt>(buffer.size());
-        status = inflate(&stream, Z_NO_FLUSH);
-        text.append(buffer.data(), buffer.size() - stream.avail_out);
-    }
-    inflateEnd(&stream);
-    const bool isWhole = status == Z_STREAM_END && text.size() <= budget;
-    budget -= std::min(budget, text.size());
-    return isWhole ? std::optional(std::move(text)) : std::nullopt;
+std::optional<std::string> inflatedText(ByteView compressed, std::size_t& budget) {
+    const Inflated text = inflated(compressed, budget);
+    budget -= std::min(budget, text.bytes.size());
+    return text.isWhole ? std::optional(std::string(textOf(text.bytes))) : std::nullopt;
 }
 
 /// Takes what stands before the next zero, and the zero; nothing when there is none.
@@ -57,7 +38,7 @@ std::optional<std::string_view> takenWord(std::string_view& rest) {
 
 std::optional<PngText> compressedText(std::string_view keyword, std::string_view stream, bool isUtf8,
                                       std::size_t& budget) {
-    auto text = inflated(bytesOf(stream), budget);
+    auto text = inflatedText(bytesOf(stream), budget);
     if (!text)
         return std::nullopt;
     return PngText{std::string(keyword), std::move(*text), isUtf8};
@@ -80,18 +61,18 @@ std::optional<PngText> internationalText(std::string_view keyword, std::string_v
 
 std::vector<PngChunk> splitPng(ByteView file) {
     std::vector<PngChunk> chunks;
-    std::uint64_t position = kSignatureLength;
-    while (position + kFrameLength <= file.size()) {
+    std::uint64_t position = kPngSignature.size();
+    while (position + kPngFrameSize <= file.size()) {
         const std::uint64_t length = numberAt(file, position, 4, ByteOrder::BigEndian);
-        const ByteView whole = slice(file, position, length + kFrameLength);
-        if (whole.size() < length + kFrameLength)
+        const ByteView whole = slice(file, position, length + kPngFrameSize);
+        if (whole.size() < length + kPngFrameSize)
             break;
-        const PngChunk chunk{textOf(whole.subspan(kNameOffset, 4)), whole.subspan(kDataOffset, length),
+        const PngChunk chunk{textOf(whole.subspan(kPngTypeOffset, 4)), whole.subspan(kPngDataOffset, length),
                              whole};
         position += whole.size();
         const bool isCritical = std::isupper(static_cast<unsigned char>(chunk.name[0])) != 0;
-        if (isCritical || numberAt(whole, kDataOffset + length, 4, ByteOrder::BigEndian) ==
-                              checkSum(whole.subspan(kNameOffset, length + 4)))
+        if (isCritical || numberAt(whole, kPngDataOffset + length, 4, ByteOrder::BigEndian) ==
+                              checkSum(whole.subspan(kPngTypeOffset, length + 4)))
             chunks.push_back(chunk);
         if (chunk.name == "IEND")
             break;

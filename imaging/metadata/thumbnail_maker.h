@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <vector>
+
 namespace complexion {
 
 /// Makes thumbnails of a picture file; decodes it when the first one is asked for and the picture is not at

@@ -9,8 +9,8 @@
 
 namespace complexion {
 
-/// The directories of TIFF files and EXIF blocks (TIFF 6.0, BigTIFF, EXIF 2.32): tags with values in the byte
-/// order of their file.
+// The directories of TIFF files and EXIF blocks (TIFF 6.0, BigTIFF, EXIF 2.32): tags with values in the byte
+// order of their file.
 
 /// Tags by number, as far as this code gives one a meaning.
 namespace tag {
@@ -21,6 +21,7 @@ inline constexpr unsigned kCompression = 259;
 inline constexpr unsigned kPhotometricInterpretation = 262;
 inline constexpr unsigned kImageDescription = 270;
 inline constexpr unsigned kStripOffsets = 273;
+inline constexpr unsigned kOrientation = 274;
 inline constexpr unsigned kStripByteCounts = 279;
 inline constexpr unsigned kXResolution = 282;
 inline constexpr unsigned kYResolution = 283;
@@ -111,7 +112,7 @@ std::uint64_t firstNumber(const TiffEntry& entry, ByteOrder order);
 /// All numbers of such an entry.
 std::vector<std::uint64_t> allNumbers(const TiffEntry& entry, ByteOrder order);
 
-/// An entry made of numbers (BYTE, SHORT, LONG, LONG8) and one made of a text.
+/// An entry made of numbers (BYTE, SHORT, LONG, LONG8) and one made of bytes.
 TiffEntry entryOfNumbers(unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers,
                          ByteOrder order);
 TiffEntry entryOfBytes(unsigned tag, unsigned type, ByteView bytes);

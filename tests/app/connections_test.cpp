@@ -17,9 +17,6 @@
 namespace complexion {
 namespace {
 
-constexpr const char* kExitQuestion =
-    "All unsaved changes will be lost. Are you sure you want to exit the application?";
-
 class Connections : public WindowTest {
 protected:
     /// A real press and release, as fast as the frozen clock tells.

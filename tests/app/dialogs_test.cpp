@@ -23,7 +23,7 @@ const Alert kQuestion{.messageText = "",
                       .style = AlertStyle::Warning,
                       .buttons = {"Yes", "No"}};
 const Alert kOutcome{.messageText = "",
-                     .informativeText = "Image saved successfully.",
+                     .informativeText = kSaveSuccess,
                      .style = AlertStyle::Informational,
                      .buttons = {"OK"}};
 

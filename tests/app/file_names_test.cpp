@@ -113,10 +113,9 @@ TEST_F(NamesThatAreNotUtf8, ComingOutOfAPanelDamagedShowTheLoadFailureAndLoseNot
     open();
     const std::filesystem::path before = controller->originalImagePath;
     makePhoto(kOldName);
-    dialogs.expectQuestion("All unsaved changes will be lost. Are you sure you want to select a new image?",
-                           kFirstButton);
+    dialogs.expectQuestion(kSelectQuestion, kFirstButton);
     dialogs.expectOpenPanel(chosen(platform.photos() / "caf\xEF\xBF\xBD.png"));
-    dialogs.expectAlert("The image could not be loaded.", AlertStyle::Warning);
+    dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
     controller->OnSelectImage(nullptr);
     EXPECT_EQ(controller->originalImagePath, before);
     EXPECT_TRUE(controller->hasImage());

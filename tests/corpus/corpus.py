@@ -52,8 +52,10 @@ GIF_COLORS = 255
 
 @dataclasses.dataclass
 class Outcome:
-    path: str
+    path: str  # below the folder that is examined
     format: str
+    hostile: bool  # made to do harm: nobody else is asked to open it
+    broken: bool  # on purpose, hostile or not: may be refused
     result: str = ""  # opened; differs from others' reading for a known reason; refused; wrong; crashed; hung
     why: str = ""
     others: str = ""  # which of Pillow and ImageMagick open it
@@ -62,10 +64,17 @@ class Outcome:
     jpeg_mean: float = 0  # of what comes back from a JPEG file, where it is more than it should be
     apart: str = ""  # from the nearest reading of another program: most/mean
 
-    @property
-    def hostile(self):
-        """Broken on purpose: may be refused."""
-        return any(mark in self.path for mark in ("hostile/", "bmpsuite-b/", "pngsuite/x"))
+
+def stands_in(photo, *places):
+    """Whether a file's whole path goes through one of these, whichever folder is examined."""
+    return any(f"/{place}" in photo.as_posix() for place in places)
+
+
+def outcome_of(photo, root):
+    """What is known of a file before it is opened."""
+    hostile = stands_in(photo, "hostile/")
+    return Outcome(str(photo.relative_to(root)), format_of(photo), hostile,
+                   broken=hostile or stands_in(photo, "bmpsuite-b/", "pngsuite/x"))
 
 
 def format_of(path):
@@ -137,7 +146,7 @@ def wrong_in_session(outcome, report, pixels):
 def lost_metadata(outcome, photo, folder):
     """What of the photo's metadata exiftool does not find in the saved file; another format holds less."""
     saved = folder / ("saved" + photo.suffix.lower())
-    if outcome.hostile or not saved.exists() or format_of(saved) != outcome.format:
+    if outcome.broken or not saved.exists() or format_of(saved) != outcome.format:
         return ""
     lost = metadata_check.lost_between(photo, saved, (folder / "opened.icc").stat().st_size > 0)
     return f"{len(lost)} values of metadata are lost: {' '.join(lost[:5])}" if lost else ""
@@ -150,7 +159,7 @@ def opened_pixels(report, folder):
 
 def compare(outcome, pixels, folder, photo):
     """Sets what the others make of the file, and whether the pixels opened are the same."""
-    if "hostile/" in outcome.path:
+    if outcome.hostile:
         return
     kind, readings = readers.by_pillow(photo)
     magick = readers.by_imagemagick(photo)
@@ -171,7 +180,7 @@ def compare(outcome, pixels, folder, photo):
 
 
 def examine(photo, root):
-    outcome = Outcome(str(photo.relative_to(root)), format_of(photo))
+    outcome = outcome_of(photo, root)
     with tempfile.TemporaryDirectory() as name:
         folder = Path(name)
         pixels = None
@@ -193,7 +202,7 @@ def examine(photo, root):
                 outcome.why = f"opened after {outcome.seconds} s"
             outcome.result = "wrong" if outcome.why else "opened"
         compare(outcome, pixels, folder, photo)
-    if reason := reason_for(outcome.path, outcome.result):
+    if reason := reason_for(photo.absolute().as_posix(), outcome.result):
         outcome.why = reason
         outcome.result = "differs" if outcome.result == "wrong" else outcome.result
     return outcome
@@ -205,14 +214,14 @@ def print_table(outcomes):
     enough = True
     rows = collections.defaultdict(list)
     for outcome in outcomes:
-        rows[("hostile" if outcome.hostile else outcome.format)].append(outcome)
-    sound = [outcome for outcome in outcomes if not outcome.hostile]
-    for name, row in [*sorted(rows.items()), ("all but hostile", sound)]:
+        rows[("broken" if outcome.broken else outcome.format)].append(outcome)
+    sound = [outcome for outcome in outcomes if not outcome.broken]
+    for name, row in [*sorted(rows.items()), ("all but broken", sound)]:
         count = collections.Counter(outcome.result for outcome in row)
         by_others = [outcome for outcome in row if outcome.others]
         opened = sum(outcome.result != "refused" for outcome in by_others)
         share = opened / len(by_others) if by_others else 1
-        least = SHARE_OVER_ALL if row is sound else 0 if name == "hostile" else SHARE_OF_FORMAT
+        least = SHARE_OVER_ALL if row is sound else 0 if name == "broken" else SHARE_OF_FORMAT
         enough = enough and share >= least
         wrong = len(row) - count["opened"] - count["refused"] - count["differs"]
         print(f"{name:<16}{len(row):>7}{count['opened']:>8}{count['differs']:>9}{count['refused']:>9}{wrong:>7}"
@@ -239,7 +248,7 @@ def main():
 
     bad = 0
     for outcome in outcomes:
-        is_missed = outcome.result == "refused" and outcome.others and not outcome.hostile
+        is_missed = outcome.result == "refused" and outcome.others and not outcome.broken
         is_bad = outcome.result not in ("opened", "refused", "differs")
         bad += is_bad
         if options.all or is_bad or is_missed or outcome.result == "differs":

@@ -20,19 +20,6 @@ inline constexpr PointSize kRootSize{400, 300};
 /// Of the photo that most tests open; it fills the root view at five points per pixel.
 inline constexpr PixelSize kPhotoSize{80, 60};
 
-// The questions and alerts, word for word.
-inline constexpr const char* kSelectQuestion =
-    "All unsaved changes will be lost. Are you sure you want to select a new image?";
-inline constexpr const char* kReloadQuestion =
-    "All unsaved changes will be lost. Are you sure you want to reload the image?";
-inline constexpr const char* kDropQuestion =
-    "All unsaved changes will be lost. Are you sure you want to add a new image?";
-inline constexpr const char* kExitQuestion =
-    "All unsaved changes will be lost. Are you sure you want to exit the application?";
-inline constexpr const char* kLoadFailure = "The image could not be loaded.";
-inline constexpr const char* kSaveSuccess = "Image saved successfully.";
-inline constexpr const char* kSaveFailure = "Could not save the image.";
-
 /// The editor with real controls, and with the system around it played by the test.
 class EditorTest : public testing::Test {
 protected:

@@ -104,6 +104,20 @@ TEST_F(Settings, WhatIsNoNumberLeavesTheSizeWithinItsBounds) {
     }
 }
 
+TEST_F(Settings, TheEditAreaGrowsByTenthsWithinItsBounds) {
+    const auto sizeAfter = [this](int steps) {
+        controller->StepEditAreaSize(steps);
+        EXPECT_EQ(controller->textFieldEditAreaSize->text().toInt(),
+                  controller->stepperEditAreaSize->integerValue());
+        return controller->stepperEditAreaSize->integerValue();
+    };
+    EXPECT_EQ(sizeAfter(1), 11);
+    EXPECT_EQ(sizeAfter(-3), 8);
+    EXPECT_EQ(sizeAfter(-100), 1);
+    EXPECT_EQ(sizeAfter(1000), 500);
+    EXPECT_EQ(sizeAfter(-1), 450);
+}
+
 TEST_F(Settings, AControlOfTheSizeThatIsGoneIsFatal) {
     EXPECT_DEATH(
         {
@@ -117,6 +131,17 @@ TEST_F(Settings, AControlOfTheSizeThatIsGoneIsFatal) {
             controller->OnEditAreaSizeChanged(controller->textFieldEditAreaSize);
         },
         "gone");
+}
+
+// The threshold.
+
+TEST_F(Settings, TheThresholdMovesByGreyLevelsWithinItsBounds) {
+    controller->StepThreshold(3);
+    EXPECT_EQ(controller->sliderThreshold->floatValue(), 13);
+    controller->StepThreshold(-20);
+    EXPECT_EQ(controller->sliderThreshold->floatValue(), 0);
+    controller->StepThreshold(200);
+    EXPECT_EQ(controller->sliderThreshold->floatValue(), 100);
 }
 
 // Effects.

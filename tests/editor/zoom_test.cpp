@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the zoom's actions, the pointer and the keys do to the view's frame; the rules are
+// zoom_frame_test.cpp's.
 #include "editor/zoom_frame.h"
 #include "tests/editor/editor_fixture.h"
 
@@ -10,13 +13,6 @@ namespace {
 
 constexpr PointSize kArea{400, 300};
 constexpr Frame kFitted{0, 0, 400, 300};
-
-/// A frame of `ratio` times the area, with its centre in the area's.
-Frame centred(double ratio) {
-    const double width = kArea.width * ratio;
-    const double height = kArea.height * ratio;
-    return {(kArea.width - width) / 2, (kArea.height - height) / 2, width, height};
-}
 
 void expectNear(const Frame& actual, const Frame& expected) {
     EXPECT_NEAR(actual.x, expected.x, 1e-9);
@@ -31,152 +27,6 @@ void expectNoGap(const Frame& frame) {
     EXPECT_GE(frame.x + frame.width, kArea.width - 1e-9);
     EXPECT_GE(frame.y + frame.height, kArea.height - 1e-9);
 }
-
-// The rules.
-
-TEST(ZoomFrame, AStepInIsATenthAboutTheCentre) {
-    expectNear(zoomed(kFitted, kArea, kZoomInFactor), {-20, -15, 440, 330});
-}
-
-TEST(ZoomFrame, AStepOutIsATenthAboutTheCentre) {
-    expectNear(zoomed(centred(2), kArea, kZoomOutFactor), centred(1.8));
-}
-
-TEST(ZoomFrame, NothingIsSmallerThanTheArea) {
-    EXPECT_EQ(zoomed(kFitted, kArea, kZoomOutFactor), kFitted);
-    expectNear(zoomed(centred(1.05), kArea, kZoomOutFactor), kFitted);
-}
-
-TEST(ZoomFrame, ARatioOfExactlyOneAfterTheStepIsAnOrdinaryStep) {
-    // 1.25 is a binary fraction, and so is 0.8 of it within the last place: the ratio is not below 1.
-    const Frame frame{-50, -37.5, 500, 375};
-    expectNear(zoomed(frame, kArea, 0.8), kFitted);
-}
-
-TEST(ZoomFrame, TwentyFiveStepsInLandOnTenTimesTheArea) {
-    Frame frame = kFitted;
-    for (int i = 0; i < 24; ++i)
-        frame = zoomed(frame, kArea, kZoomInFactor);
-    EXPECT_NEAR(frame.width, kArea.width * std::pow(1.1, 24), 1e-6);
-    EXPECT_NEAR(frame.height, kArea.height * std::pow(1.1, 24), 1e-6);
-    frame = zoomed(frame, kArea, kZoomInFactor);
-    EXPECT_EQ(frame.width, 4000);
-    EXPECT_EQ(frame.height, 3000);
-    EXPECT_NEAR(frame.x, -1800, 1e-9);
-    EXPECT_NEAR(frame.y, -1350, 1e-9);
-    EXPECT_EQ(zoomed(frame, kArea, kZoomInFactor), frame);
-}
-
-TEST(ZoomFrame, OnlyTheWidthIsComparedWithTheLimits) {
-    // Three times as high as wide, in proportion to the area: the width alone decides.
-    const Frame tall{-200, -1350, 800, 3000};
-    expectNear(zoomed(tall, kArea, kZoomInFactor), {-240, -1500, 880, 3300});
-    const Frame tallest{-1900, -4350, 3900, 9000};
-    const Frame limited = zoomed(tallest, kArea, kZoomInFactor);
-    EXPECT_EQ(limited.width, 4000);
-    EXPECT_EQ(limited.height, 3000);
-    const Frame narrow{0, -100, 420, 900};
-    const Frame fittedNarrow = zoomed(narrow, kArea, kZoomOutFactor);
-    EXPECT_EQ(fittedNarrow, kFitted);
-}
-
-TEST(ZoomFrame, BothDirectionsKnowBothLimits) {
-    // A window that shrank or grew leaves a frame outside the limits.
-    EXPECT_EQ(zoomed({0, 0, 100, 75}, kArea, kZoomInFactor), kFitted);
-    const Frame limited = zoomed(centred(20), kArea, kZoomOutFactor);
-    EXPECT_EQ(limited.width, 4000);
-    EXPECT_EQ(limited.height, 3000);
-}
-
-TEST(ZoomFrame, AStepOutOfACornerLeavesNoGap) {
-    const Frame topRight{kArea.width - 800, kArea.height - 600, 800, 600};
-    const Frame next = zoomed(topRight, kArea, kZoomOutFactor);
-    expectNear(next, {kArea.width - 720, kArea.height - 540, 720, 540});
-    const Frame bottomLeft{0, 0, 800, 600};
-    expectNear(zoomed(bottomLeft, kArea, kZoomOutFactor), {0, 0, 720, 540});
-}
-
-TEST(ZoomFrame, FittingKeepsNoGap) {
-    EXPECT_EQ(fitted(centred(3), kArea), kFitted);
-    EXPECT_EQ(fitted({12, -7, 10, 10}, kArea), kFitted);
-}
-
-TEST(ZoomFrame, AFrameIsMovedBackIntoPlaceOnEachAxis) {
-    EXPECT_EQ(repositioned({10, -100, 800, 600}, kArea), (Frame{0, -100, 800, 600}));
-    EXPECT_EQ(repositioned({-401, -100, 800, 600}, kArea), (Frame{-400, -100, 800, 600}));
-    EXPECT_EQ(repositioned({-100, 5, 800, 600}, kArea), (Frame{-100, 0, 800, 600}));
-    EXPECT_EQ(repositioned({-100, -301, 800, 600}, kArea), (Frame{-100, -300, 800, 600}));
-    EXPECT_EQ(repositioned({-100, -100, 800, 600}, kArea), (Frame{-100, -100, 800, 600}));
-    EXPECT_EQ(repositioned({-400, -300, 800, 600}, kArea), (Frame{-400, -300, 800, 600}));
-}
-
-TEST(ZoomFrame, AFrameSmallerThanTheAreaIsPinnedToTheLeftAndBottom) {
-    EXPECT_EQ(repositioned({50, 40, 200, 100}, kArea), (Frame{0, 0, 200, 100}));
-    EXPECT_EQ(repositioned({-50, -40, 200, 100}, kArea), (Frame{0, 0, 200, 100}));
-    EXPECT_EQ(repositioned({500, 400, 200, 100}, kArea), (Frame{0, 0, 200, 100}));
-    EXPECT_EQ(repositioned({-100, 40, 800, 100}, kArea), (Frame{-100, 0, 800, 100}));
-}
-
-TEST(ZoomFrame, ADragMovesTheFrameWithThePointer) {
-    EXPECT_EQ(panned({-100, -100, 800, 600}, kArea, 7, 0), (Frame{-93, -100, 800, 600}));
-    EXPECT_EQ(panned({-100, -100, 800, 600}, kArea, 0, 7), (Frame{-100, -107, 800, 600})); // pointer down
-    EXPECT_EQ(panned({-100, -100, 800, 600}, kArea, -2.5, -1.25), (Frame{-102.5, -98.75, 800, 600}));
-}
-
-TEST(ZoomFrame, ADragMayReachTheEdgeButAStepBeyondIsDroppedWhole) {
-    const Frame frame{-5, -5, 800, 600};
-    EXPECT_EQ(panned(frame, kArea, 5, 0), (Frame{0, -5, 800, 600}));
-    EXPECT_EQ(panned(frame, kArea, 5.5, 0), frame);
-    EXPECT_EQ(panned(frame, kArea, 0, -5), (Frame{-5, 0, 800, 600}));
-    EXPECT_EQ(panned(frame, kArea, 0, -5.5), frame);
-    const Frame other{-395, -295, 800, 600};
-    EXPECT_EQ(panned(other, kArea, -5, 0), (Frame{-400, -295, 800, 600}));
-    EXPECT_EQ(panned(other, kArea, -6, 0), other);
-    EXPECT_EQ(panned(other, kArea, 0, 5), (Frame{-395, -300, 800, 600}));
-    EXPECT_EQ(panned(other, kArea, 0, 6), other);
-}
-
-TEST(ZoomFrame, ADiagonalDragAlongAnEdgeStillMovesTheOtherWay) {
-    EXPECT_EQ(panned({0, -100, 800, 600}, kArea, 3, 4), (Frame{0, -104, 800, 600}));
-    EXPECT_EQ(panned({-100, 0, 800, 600}, kArea, 3, -4), (Frame{-97, 0, 800, 600}));
-}
-
-TEST(ZoomFrame, WithoutZoomNothingMoves) {
-    EXPECT_EQ(panned(kFitted, kArea, 1, 1), kFitted);
-    EXPECT_EQ(panned(kFitted, kArea, -1, -1), kFitted);
-    EXPECT_EQ(panned(kFitted, kArea, 0, 0), kFitted);
-}
-
-TEST(ZoomFrame, AFittedPhotoStaysFittedInAnotherSizeOfWindow) {
-    expectNear(resized(kFitted, kArea, {1000, 500}), {0, 0, 1000, 500});
-    expectNear(resized(kFitted, kArea, {90, 700}), {0, 0, 90, 700});
-}
-
-TEST(ZoomFrame, AZoomedPhotoKeepsItsRatioAndCentreInAnotherSizeOfWindow) {
-    // The point in the middle of the area lies at 3/8 of the frame's width and 5/8 of its height.
-    const Frame frame{-100, -225, 800, 600};
-    const Frame next = resized(frame, kArea, {600, 500});
-    EXPECT_NEAR(next.width, 1200, 1e-9);
-    EXPECT_NEAR(next.height, 1000, 1e-9);
-    EXPECT_NEAR((300 - next.x) / next.width, 3.0 / 8, 1e-9);
-    EXPECT_NEAR((250 - next.y) / next.height, 5.0 / 8, 1e-9);
-}
-
-TEST(ZoomFrame, AnotherSizeOfWindowOpensNoGap) {
-    const Frame corner{0, -300, 800, 600};
-    const Frame next = resized(corner, kArea, {150, 800});
-    EXPECT_LE(next.x, 0);
-    EXPECT_LE(next.y, 0);
-    EXPECT_GE(next.x + next.width, 150);
-    EXPECT_GE(next.y + next.height, 800);
-}
-
-TEST(ZoomFrame, ThereAndBackAgainIsWhereItWas) {
-    const Frame frame{-130, -110, 880, 660};
-    expectNear(resized(resized(frame, kArea, {1000, 333}), {1000, 333}, kArea), frame);
-}
-
-// The actions.
 
 class Zoom : public EditorTest {
 protected:
@@ -313,6 +163,52 @@ TEST_F(Zoom, AViewThatIsGoneIsFatal) {
             drag(1, 1);
         },
         "gone");
+}
+
+class Looking : public EditorTest {};
+
+TEST_F(Looking, WithoutAPhotoNothingZooms) {
+    const Frame before = imageView->frame();
+    controller->ZoomAbout({10, 10}, 3);
+    controller->ZoomToPixels({10, 10});
+    EXPECT_EQ(imageView->frame(), before);
+}
+
+TEST_F(Looking, StepsAreThoseOfTheButtons) {
+    openThroughPanel(makePhoto());
+    controller->ZoomAbout({10, 10}, 3);
+    EXPECT_NEAR(imageView->frame().width, 400 * std::pow(1.1, 3), 1e-9);
+    controller->ZoomAbout({10, 10}, -1);
+    EXPECT_NEAR(imageView->frame().width, 400 * std::pow(1.1, 3) * 0.9, 1e-9);
+}
+
+TEST_F(Looking, OnePixelIsOneOfTheScreenAndOnItsGrid) {
+    // 1000 by 700 pixels: 0.4 points each when fitted.
+    openThroughPanel(makePhoto("large.png", filled({1000, 700}, kSkin)));
+    controller->ZoomToPixels({133, 71});
+    const QTransform shown = imageView->pixelsToWidget();
+    EXPECT_NEAR(shown.m11(), 1, 1e-12);
+    EXPECT_NEAR(shown.dx(), std::round(shown.dx()), 1e-9);
+    EXPECT_NEAR(shown.dy(), std::round(shown.dy()), 1e-9);
+}
+
+TEST_F(Looking, OnePixelStaysAsLargeAsTheLimitAllows) {
+    // Already five points a pixel when fitted: smaller would leave a gap.
+    openThroughPanel(makePhoto());
+    controller->ZoomToPixels({133, 71});
+    EXPECT_EQ(imageView->frame(), (Frame{0, 0, 400, 300}));
+}
+
+TEST_F(Looking, RevealingMovesThePhotoOnlyAsFarAsNeeded) {
+    openThroughPanel(makePhoto());
+    controller->ZoomAbout({200, 150}, 12);
+    const Frame before = imageView->frame();
+    controller->Reveal({40, 30}, 20);
+    EXPECT_EQ(imageView->frame(), before);
+    controller->Reveal({79.5, 30}, 20);
+    EXPECT_LT(imageView->frame().x, before.x);
+    EXPECT_EQ(imageView->frame().y, before.y);
+    EXPECT_NEAR(imageView->frame().x, kArea.width - imageView->frame().width, 20);
 }
 
 } // namespace

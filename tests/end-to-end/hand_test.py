@@ -11,6 +11,7 @@ from picture_changes import check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS, SIZE
 from virtual_desktop import wait_until
+from window_driver import SAVE_SUCCESS
 
 BLEMISH = (690, 690)
 ZOOM_STEPS = 15
@@ -81,7 +82,7 @@ class HandTest(PortraitTestCase):
     def test_the_preview_never_reaches_the_saved_file(self):
         self.point_at(self.place_of(*BLEMISH))
         self.program.start_saving()
-        self.program.confirm("Image saved successfully.")
+        self.program.confirm(SAVE_SUCCESS)
         with Image.open(self.photo) as one, Image.open(self.photos / "face_retouched.png") as other:
             self.assertEqual(one.convert("RGB").tobytes(), other.convert("RGB").tobytes())
 

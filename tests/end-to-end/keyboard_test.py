@@ -11,6 +11,7 @@ from picture_changes import check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS
 from virtual_desktop import wait_until
+from window_driver import EXIT_QUESTION, SAVE_SUCCESS
 
 BLEMISH = (548, 418)
 PLACE = re.compile(r"Column (\d+), row (\d+)\. (.*)")
@@ -92,12 +93,11 @@ class KeyboardTest(PortraitTestCase):
         wait_until(lambda: self.program.is_enabled("Undo"), "the redo")
 
         self.program.start_saving()
-        self.program.confirm("Image saved successfully.")
+        self.program.confirm(SAVE_SUCCESS)
         saved = self.photos / "face_retouched.png"
         check_only_discs_changed(self.photo, saved, [BLEMISH], RADIUS)
         self.program.ask_to_close()
-        self.program.confirm_to_end("All unsaved changes will be lost. Are you sure you want to exit the "
-                                    "application?")
+        self.program.confirm_to_end(EXIT_QUESTION)
 
     def test_the_photo_can_be_pressed_over_the_accessibility_bus(self):
         self.program.start(self.photo)

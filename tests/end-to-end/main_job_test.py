@@ -10,7 +10,7 @@ from PIL import Image, ImageChops, ImageDraw, ImageStat
 from picture_changes import changed_pixels, check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS, SIZE
-from window_driver import EXIT_QUESTION
+from window_driver import EXIT_QUESTION, SAVE_SUCCESS
 
 BLEMISHES = [(548, 418), (690, 690), (470, 700)]
 
@@ -115,7 +115,7 @@ class MainJobTest(PortraitTestCase):
         self.program.retouch(604, 492, *SIZE)
         self.program.start_saving()
         self.program.answer("“face_retouched.png” already exists. Do you want to replace it?", "Yes")
-        self.program.answer("Image saved successfully.", "OK")
+        self.program.answer(SAVE_SUCCESS, "OK")
         self.assertGreater(len(changed_pixels(photo, saved)), len(first))
 
 

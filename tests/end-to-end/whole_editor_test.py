@@ -9,7 +9,7 @@ from picture_changes import check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS, SIZE
 from virtual_desktop import wait_until
-from window_driver import EXIT_QUESTION
+from window_driver import BUILD, EXIT_QUESTION, LOAD_FAILURE, Complexion
 
 BLEMISHES = [(548, 418), (690, 690)]
 EFFECTS = ["Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"]
@@ -102,6 +102,17 @@ class WholeEditorTest(PortraitTestCase):
         wait_until(lambda: not program.is_enabled("Undo"), "the dropped photo")
         self.assertEqual(len(program.state_images()), 1)
         self.assertFalse(set(program.state_images()) & set(states))
+
+    def test_a_relative_path_whose_folder_is_gone_shows_the_load_failure(self):
+        gone = self.photos / "gone"
+        gone.mkdir()
+        script = self.file("start", f'#!/bin/sh\ncd "{gone}" && rmdir "{gone}" && exec "{BUILD}/app/complexion" face.png\n'
+                           .encode())
+        script.chmod(0o755)
+        with Complexion(self.desktop, script) as program:
+            program.start()
+            program.confirm(LOAD_FAILURE)
+            self.assertFalse(program.is_enabled("Save image"))
 
     def test_undo_and_redo_show_and_save_the_recorded_pictures(self):
         photo = self.file("face.png", self.painted.read_bytes())

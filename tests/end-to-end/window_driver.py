@@ -18,6 +18,8 @@ ROOT = Path(__file__).resolve().parent.parent.parent
 BUILD = Path(os.environ.get("COMPLEXION_BUILD", ROOT / "build/release"))
 LONGEST_CLICK_SECONDS = 0.2
 EXIT_QUESTION = "All unsaved changes will be lost. Are you sure you want to exit the application?"
+SAVE_SUCCESS = "Image saved successfully."
+LOAD_FAILURE = "The image could not be loaded."
 ANSWER_MILLISECONDS = 1000  # for a question over the accessibility bus; the library's 15 s also go to ended programs
 
 
@@ -231,7 +233,7 @@ class Complexion:
     def save(self, path=None):
         """Saves through the panel, under the name it proposes when none is given."""
         self.start_saving(path)
-        self.answer("Image saved successfully.", "OK")
+        self.answer(SAVE_SUCCESS, "OK")
 
     def start_saving(self, path=None):
         self.keys("ctrl+s")

@@ -11,6 +11,19 @@
 
 namespace complexion {
 
+// The questions and alerts, word for word.
+inline constexpr const char* kSelectQuestion =
+    "All unsaved changes will be lost. Are you sure you want to select a new image?";
+inline constexpr const char* kReloadQuestion =
+    "All unsaved changes will be lost. Are you sure you want to reload the image?";
+inline constexpr const char* kDropQuestion =
+    "All unsaved changes will be lost. Are you sure you want to add a new image?";
+inline constexpr const char* kExitQuestion =
+    "All unsaved changes will be lost. Are you sure you want to exit the application?";
+inline constexpr const char* kLoadFailure = "The image could not be loaded.";
+inline constexpr const char* kSaveSuccess = "Image saved successfully.";
+inline constexpr const char* kSaveFailure = "Could not save the image.";
+
 /// Dialogs that are answered by a script: each expected one with its answer, in order. A dialog that the
 /// script does not expect fails the test and is answered as a user would who wants to be left alone; so does,
 /// at the end, an expected one that was never shown.

@@ -2,6 +2,8 @@
 #include "tests/fakes/pictures.h"
 
 #include "imaging/image_tools.h"
+#include "imaging/pixel_buffer.h"
+#include "tests/fakes/metadata_samples.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -10,45 +12,6 @@
 namespace complexion {
 
 namespace {
-
-void appendBigEndian(std::string& bytes, std::uint32_t value, int count) {
-    for (int shift = 8 * (count - 1); shift >= 0; shift -= 8)
-        bytes.push_back(static_cast<char>((value >> shift) & 255));
-}
-
-/// The checksum of PNG chunks (PNG 1.2, annex D), bit by bit.
-std::uint32_t crc32(const std::string& bytes) {
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (const char byte : bytes) {
-        crc ^= static_cast<std::uint8_t>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = (crc >> 1) ^ ((crc & 1) ? 0xEDB88320U : 0);
-    }
-    return ~crc;
-}
-
-/// A TIFF structure of one directory: Orientation (274, a SHORT) and Artist (315, ASCII).
-std::string exifBlock(int orientation, std::string artist) {
-    artist.push_back('\0');
-    artist.resize(std::max<std::size_t>(artist.size(), 5)); // longer than what fits into the entry itself
-    constexpr std::uint32_t kDirectory = 8;
-    constexpr std::uint32_t kAfterDirectory = kDirectory + 2 + 2 * 12 + 4;
-    std::string bytes = "MM";
-    appendBigEndian(bytes, 42, 2);
-    appendBigEndian(bytes, kDirectory, 4);
-    appendBigEndian(bytes, 2, 2);
-    appendBigEndian(bytes, 274, 2);
-    appendBigEndian(bytes, 3, 2);
-    appendBigEndian(bytes, 1, 4);
-    appendBigEndian(bytes, static_cast<std::uint32_t>(orientation), 2);
-    appendBigEndian(bytes, 0, 2);
-    appendBigEndian(bytes, 315, 2);
-    appendBigEndian(bytes, 2, 2);
-    appendBigEndian(bytes, static_cast<std::uint32_t>(artist.size()), 4);
-    appendBigEndian(bytes, kAfterDirectory, 4);
-    appendBigEndian(bytes, 0, 4);
-    return bytes + artist;
-}
 
 int difference(std::uint8_t a, std::uint8_t b) {
     return std::abs(a - b);
@@ -159,23 +122,22 @@ void writeFile(const std::filesystem::path& path, const std::string& contents) {
     ASSERT_TRUE(file.flush().good()) << path;
 }
 
+Image withPixels(const Image& image, const std::vector<PixelPosition>& places, RGBA32 pixel) {
+    Result<PixelBuffer> buffer = PixelBuffer::open(image);
+    EXPECT_TRUE(static_cast<bool>(buffer));
+    buffer->paint(places, pixel);
+    return std::move(*buffer).close();
+}
+
 std::string withExif(const std::string& file, int orientation, const std::string& artist) {
-    const std::string exif = exifBlock(orientation, artist);
-    if (file.starts_with("\xFF\xD8")) {
-        // The block's own segment, directly after the start of the image (EXIF 2.3, 4.5.4).
-        using namespace std::string_literals;
-        const std::string contents = "Exif\0\0"s + exif;
-        std::string segment = "\xFF\xE1";
-        appendBigEndian(segment, static_cast<std::uint32_t>(contents.size() + 2), 2);
-        return file.substr(0, 2) + segment + contents + file.substr(2);
-    }
-    // A PNG's chunk, directly after its header: 8 bytes of signature, 25 of IHDR.
-    constexpr std::size_t kAfterHeader = 33;
-    std::string chunk;
-    appendBigEndian(chunk, static_cast<std::uint32_t>(exif.size()), 4);
-    chunk += "eXIf" + exif;
-    appendBigEndian(chunk, crc32("eXIf" + exif), 4);
-    return file.substr(0, kAfterHeader) + chunk + file.substr(kAfterHeader);
+    using namespace std::string_literals;
+    SampleTiff exif;
+    exif.isBigEndian = true;
+    exif.main = {exif.shortTag(274, static_cast<unsigned>(orientation)), SampleTiff::textTag(315, artist)};
+    if (!file.starts_with("\xFF\xD8"))
+        return withChunks(file, pngChunkOf("eXIf", exif.bytes()));
+    // The block's own segment, directly after the start of the image (EXIF 2.3, 4.5.4).
+    return file.substr(0, 2) + jpegSegmentOf(0xE1, "Exif\0\0"s + exif.bytes()) + file.substr(2);
 }
 
 } // namespace complexion

@@ -36,6 +36,9 @@ Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int sk
 /// Skin with round blemishes about some places.
 Image skinWithBlemishes(PixelSize size, const std::vector<PixelPosition>& centres);
 
+/// The picture with some of its pixels painted.
+Image withPixels(const Image& image, const std::vector<PixelPosition>& places, RGBA32 pixel);
+
 /// All pixels, row by row.
 std::vector<RGBA32> pixelsOf(const Image& image);
 

@@ -3,9 +3,9 @@
 // Writes the files that fuzzing begins with into a folder for each format: pictures of ours with and without
 // metadata, the hostile files of the tests, and the small ones of the photographs that COMPLEXION_TEST_PHOTOS
 // names.
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/imaging/hostile_files.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <algorithm>
 #include <cctype>

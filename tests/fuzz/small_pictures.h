@@ -3,7 +3,6 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/fatal.h"
-#include "tests/fakes/coded_files.h"
 
 #include <algorithm>
 

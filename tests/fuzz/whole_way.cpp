@@ -46,9 +46,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0; // more than the format can hold
     if (!container)
         return 0; // too damaged to give metadata
-    const Result<FileContents> saved = withMetadataOf(source, joined(*encoded));
+    const Result<FileContents> saved = withMetadataOf(source, encoded->joined());
     fuzz::require(bool(saved), "metadata cannot be put into a file of ours");
-    const Result<Image> again = codec->decode(joined(*saved));
+    const Result<Image> again = codec->decode(saved->joined());
     fuzz::require(again && again->pixelSize() == pixels, "the saved file cannot be opened");
     return 0;
 }

@@ -1,18 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/changed_pixels.h"
 
-#include "imaging/pixel_buffer.h"
 #include "tests/fakes/pictures.h"
 
 namespace complexion {
 namespace {
-
-Image withPainted(const Image& image, const std::vector<PixelPosition>& places, RGBA32 pixel) {
-    Result<PixelBuffer> buffer = PixelBuffer::open(image);
-    EXPECT_TRUE(static_cast<bool>(buffer));
-    buffer->paint(places, pixel);
-    return std::move(*buffer).close();
-}
 
 TEST(ChangedPixels, AreNoneInTheVeryImage) {
     const Image image = noise({300, 200});
@@ -21,14 +13,14 @@ TEST(ChangedPixels, AreNoneInTheVeryImage) {
 
 TEST(ChangedPixels, AreNoneWhereTheSameValuesWereWritten) {
     const Image image = filled({300, 200}, kSkin);
-    EXPECT_EQ(changedPixels(image, withPainted(image, {{10, 10}}, kSkin)), PixelMask{});
+    EXPECT_EQ(changedPixels(image, withPixels(image, {{10, 10}}, kSkin)), PixelMask{});
 }
 
 TEST(ChangedPixels, AreThoseWithAnotherValueInTheSmallestArea) {
     const Image image = filled({600, 300}, kSkin);
     // Across the borders of tiles, 256 by 64 pixels.
     const std::vector<PixelPosition> places = {{63, 255}, {64, 256}, {70, 250}};
-    const PixelMask mask = changedPixels(image, withPainted(image, places, kBlemish));
+    const PixelMask mask = changedPixels(image, withPixels(image, places, kBlemish));
     EXPECT_EQ(mask.area, (PixelRect{250, 63, 7, 8}));
     EXPECT_EQ(mask.count(), 3);
     for (const PixelPosition place : places)

@@ -2,8 +2,6 @@
 #pragma once
 
 #include "imaging/codecs/codec.h"
-#include "imaging/pixel_buffer.h"
-#include "tests/fakes/coded_files.h"
 #include "tests/fakes/pictures.h"
 
 #include <gmock/gmock.h>
@@ -56,7 +54,7 @@ inline Image soft(PixelSize size) {
 inline Bytes encoded(const Codec& codec, const Image& image) {
     const Result<FileContents> contents = codec.encode(image);
     EXPECT_TRUE(contents) << contents.error().message;
-    return contents ? joined(*contents) : Bytes();
+    return contents ? contents->joined() : Bytes();
 }
 
 /// The image that `codec` reads from a file; an empty one, and a failure, when it cannot.
@@ -73,10 +71,7 @@ inline Image throughFile(const Codec& codec, const Image& image) {
 
 /// The image with one pixel of another colour.
 inline Image withSpot(const Image& image, PixelPosition position, RGBA32 color = RGBA32(255, 0, 0, 255)) {
-    Result<PixelBuffer> buffer = PixelBuffer::open(image);
-    const std::vector<PixelPosition> spot = {position};
-    buffer->paint(spot, color);
-    return std::move(*buffer).close();
+    return withPixels(image, {position}, color);
 }
 
 /// Has what was coded of the image's bands coded anew.

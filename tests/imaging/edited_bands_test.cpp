@@ -3,38 +3,20 @@
 // What encoders keep of a band outlives an edit of it as far as the edit left the band alone.
 #include "imaging/codecs/changed_rows.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/pixel_buffer.h"
-#include "tests/fakes/coded_files.h"
-#include "tests/fakes/pictures.h"
-
-#include <gtest/gtest.h>
+#include "tests/imaging/codec_pictures.h"
 
 #include <random>
 
 namespace complexion {
 namespace {
 
+using test::encoded;
+using test::forgetCodedBands;
+
 struct Number : Memo::Value {
     explicit Number(int n) : number(n) {}
     int number;
 };
-
-Image withSpots(const Image& image, const std::vector<PixelPosition>& spots, RGBA32 color) {
-    Result<PixelBuffer> buffer = PixelBuffer::open(image);
-    buffer->paint(spots, color);
-    return std::move(*buffer).close();
-}
-
-void forgetCodedBands(const Image& image) {
-    for (int i = 0; i < image.bandCount(); ++i)
-        image.storedBand(i)->encoded().set(nullptr);
-}
-
-Bytes encoded(const Codec& codec, const Image& image) {
-    const Result<FileContents> file = codec.encode(image);
-    EXPECT_TRUE(file);
-    return file ? joined(*file) : Bytes();
-}
 
 TEST(Memo, KeepsWhatIsOutdatedUntilSomethingNewIsSet) {
     Memo before;
@@ -65,7 +47,7 @@ TEST(Memo, WhatWasOutdatedBeforeIsHandedOn) {
 TEST(ChangedRows, AreThoseOfThePixelsThatDiffer) {
     const Image image = noise({600, 60});
     const TileList before = image.storedBand(0)->tiles();
-    const Image edited = withSpots(image, {{8, 10}, {31, 500}, {59, 599}}, RGBA32(1, 2, 3, 255));
+    const Image edited = withPixels(image, {{8, 10}, {31, 500}, {59, 599}}, RGBA32(1, 2, 3, 255));
     EXPECT_EQ(changedRows(*edited.storedBand(0), before, 8),
               (std::vector<bool>{false, true, false, true, false, false, false, true}));
     EXPECT_EQ(changedRows(*edited.storedBand(0), before, 64), std::vector<bool>{true});
@@ -73,7 +55,7 @@ TEST(ChangedRows, AreThoseOfThePixelsThatDiffer) {
 
 TEST(ChangedRows, ATilePaintedInItsOwnColorsHasNone) {
     const Image image = noise({100, 64});
-    const Image same = withSpots(image, {{20, 30}}, image.pixel(20, 30));
+    const Image same = withPixels(image, {{20, 30}}, image.pixel(20, 30));
     ASSERT_NE(same.storedBand(0), image.storedBand(0));
     EXPECT_EQ(changedRows(*same.storedBand(0), image.storedBand(0)->tiles(), 8), std::vector<bool>(8, false));
 }
@@ -99,7 +81,7 @@ TEST(EditedBands, RandomEditsGiveTheFilesOfBandsThatWereNeverCoded) {
             // Each tenth colour is not opaque, so that a PNG file gets alpha and, when it is painted over,
             // loses it.
             const bool clear = random() % 10 == 0;
-            image = withSpots(image, spots, clear ? RGBA32() : RGBA32(200, 10, 10, 255));
+            image = withPixels(image, spots, clear ? RGBA32() : RGBA32(200, 10, 10, 255));
             if (random() % 3 == 0)
                 continue; // two edits and one encoding
             for (const Codec* codec : {&kPngCodec, &kJpegCodec}) {
@@ -114,7 +96,7 @@ TEST(EditedBands, RandomEditsGiveTheFilesOfBandsThatWereNeverCoded) {
 TEST(EditedBands, AnEditLeavesTheOtherBlockRowsBytesAlone) {
     const Image image = noise({500, 64});
     const Bytes before = encoded(kJpegCodec, image);
-    const Bytes after = encoded(kJpegCodec, withSpots(image, {{30, 100}}, RGBA32(0, 0, 0, 255)));
+    const Bytes after = encoded(kJpegCodec, withPixels(image, {{30, 100}}, RGBA32(0, 0, 0, 255)));
     // Block row 3 stands between the markers RST2 and RST3.
     const auto place = [](const Bytes& file, std::uint8_t code) {
         const Bytes marker = {0xFF, code};

@@ -6,8 +6,8 @@
 #include "imaging/metadata/jpeg_metadata.h"
 #include "imaging/metadata/png_metadata.h"
 #include "imaging/metadata/tiff_metadata.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <gtest/gtest.h>
 

@@ -32,6 +32,19 @@ TEST(WriteFileAtomically, WritesAllPartsAndLeavesNoOtherFile) {
     EXPECT_EQ(filesIn(folder.path()).size(), 1U);
 }
 
+TEST(WriteFileAtomically, WritesMorePartsThanTheSystemTakesAtOnceAndSkipsEmptyOnes) {
+    FileContents contents;
+    contents.append({});
+    for (int i = 0; i < 5000; ++i)
+        contents.append(Bytes(static_cast<std::size_t>(i % 7), static_cast<std::uint8_t>(i)));
+    contents.append({});
+    const TemporaryFolder folder;
+    ASSERT_TRUE(writeFileAtomically(folder.path() / "a", contents));
+    EXPECT_TRUE(*readFile(folder.path() / "a") == contents.joined());
+    ASSERT_TRUE(writeFileAtomically(folder.path() / "a", {}));
+    EXPECT_TRUE(readFile(folder.path() / "a")->empty());
+}
+
 TEST(WriteFileAtomically, ReplacesAnExistingFile) {
     const TemporaryFolder folder;
     ASSERT_TRUE(writeFileAtomically(folder.path() / "a", contentsOf("a long first text")));

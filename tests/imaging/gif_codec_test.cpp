@@ -96,7 +96,7 @@ Bytes transparentIndex(int index) {
     return {0x21, 0xF9, 4, 1, 0, 0, test::byteOf(index), 0};
 }
 
-TEST(GifCodec, ManyColorsAreWrittenExactly) {
+TEST(GifCodec, UpTo256ColorsAreWrittenExactly) {
     for (const PixelSize size : test::kEdgeSizes)
         for (const int count : {1, 2, 3, 17, 255, 256})
             expectSamePixels(throughFile(kGifCodec, withColors(size, count)), withColors(size, count));
@@ -172,7 +172,7 @@ TEST(GifCodec, AProfileIsKept) {
     EXPECT_TRUE(throughFile(kGifCodec, image.withProfile({})).profile().isSrgb());
 }
 
-TEST(GifCodec, ATallPictureIsRefused) {
+TEST(GifCodec, WhatIsTooTallOrEmptyIsRefused) {
     EXPECT_FALSE(kGifCodec.encode(colorful({1, 65536})));
     EXPECT_FALSE(kGifCodec.encode(Image::empty({5, 5})));
 }
@@ -241,6 +241,19 @@ TEST(GifCodec, AnIndexBeyondEightBitsEndsTheFrame) {
     const Image image = decoded(kGifCodec, file);
     EXPECT_EQ(image.pixel(0, 1), kGreen);
     EXPECT_EQ(image.pixel(1, 0), kClear);
+}
+
+TEST(GifCodec, AFrameWithoutCodesIsNoPictureWhateverComesBehindIt) {
+    constexpr std::uint8_t kCodeSize = 2;
+    constexpr std::uint8_t kEndOfBlocks = 0;
+    Bytes file = screen(2, 2);
+    append(file, {0x2C, 0, 0, 0, 0, 2, 0, 2, 0, 0, kCodeSize, kEndOfBlocks});
+    EXPECT_FALSE(kGifCodec.decode(file));
+    append(file, frame({0, 0, 2, 2}, {0, 1, 2, 3}));
+    EXPECT_FALSE(kGifCodec.decode(file));
+    const auto sizes = kGifCodec.measure(file);
+    ASSERT_TRUE(sizes);
+    EXPECT_THAT(*sizes, testing::ElementsAre(PixelSize{2, 2}, PixelSize{2, 2}));
 }
 
 TEST(GifCodec, AFileWithoutAFrameListsNothing) {

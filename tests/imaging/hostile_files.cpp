@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/imaging/hostile_files.h"
 
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/fakes/metadata_samples.h"
 #include "tests/imaging/hostile_files.h"
-#include "tests/imaging/metadata_samples.h"
 
 namespace complexion {
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
+#include "tests/fakes/full_disk.h"
 #include "tests/fakes/photo_files.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
@@ -8,10 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
 #include <cmath>
-#include <csignal>
 #include <limits>
 
 namespace complexion {
@@ -111,15 +109,10 @@ TEST(SaveImage, AFolderThatMayNotBeWrittenLeavesTheOldFileIntact) {
 TEST(SaveImage, AFileThatDoesNotFitLeavesTheOldFileIntactAndNoOther) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "a.png", "an older file");
-    // A limit on the size of files stands for a disk that is full in the middle of writing.
-    const auto before = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit = {};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &limit), 0);
-    const rlimit small = {.rlim_cur = 1000, .rlim_max = limit.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    EXPECT_FALSE(ImageTools::SaveImage(noise({70, 70}), folder.path() / "a.png", "png"));
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    std::signal(SIGXFSZ, before);
+    {
+        const FullDisk full(1000);
+        EXPECT_FALSE(ImageTools::SaveImage(noise({70, 70}), folder.path() / "a.png", "png"));
+    }
     EXPECT_EQ(contentsOf(folder.path() / "a.png"), "an older file");
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"a.png"});
 }

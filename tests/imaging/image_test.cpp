@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/image.h"
 
-#include "imaging/pixel_buffer.h"
 #include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
@@ -112,10 +111,7 @@ TEST(Image, TransformsAreAppliedInOrderWherePixelsAreRead) {
 
 TEST(Image, DifferenceIsTheTilesThatAnEditTouched) {
     const Image before = noise({1000, 300});
-    PixelBuffer buffer = *PixelBuffer::open(before);
-    const std::vector<PixelPosition> places = {{70, 300}};
-    buffer.paint(places, grey(5));
-    const Image after = std::move(buffer).close();
+    const Image after = withPixels(before, {{70, 300}}, grey(5));
     EXPECT_EQ(after.difference(before), (PixelRect{256, 64, 256, 64}));
     EXPECT_TRUE(before.difference(before.withSize({1, 1})).isEmpty());
     EXPECT_EQ(before.difference(noise({1000, 299})), (PixelRect{0, 0, 1000, 300}));
@@ -130,10 +126,7 @@ TEST(Image, DifferenceOfOneEffectIsThatOfTheSources) {
 
 TEST(Image, AnEditSharesAllOtherTilesWithItsSource) {
     const Image before = noise({1000, 300});
-    PixelBuffer buffer = *PixelBuffer::open(before);
-    const std::vector<PixelPosition> places = {{70, 300}};
-    buffer.paint(places, grey(5));
-    const Image after = std::move(buffer).close();
+    const Image after = withPixels(before, {{70, 300}}, grey(5));
     for (std::size_t band = 0; band < before.bands().size(); ++band)
         EXPECT_EQ(before.bands()[band] == after.bands()[band], band != 1) << "band " << band;
     for (std::size_t column = 0; column < 4; ++column)

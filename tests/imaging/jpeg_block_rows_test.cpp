@@ -6,22 +6,15 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_scan.h"
-#include "tests/fakes/coded_files.h"
 #include "tests/fakes/jpeg_files.h"
-#include "tests/fakes/pictures.h"
-
-#include <gtest/gtest.h>
+#include "tests/imaging/codec_pictures.h"
 
 #include <random>
 
 namespace complexion {
 namespace {
 
-Bytes ownFile(const Image& image) {
-    const Result<FileContents> file = kJpegCodec.encode(image);
-    EXPECT_TRUE(file);
-    return joined(*file);
-}
+using test::encoded;
 
 /// Where the coded bytes begin.
 std::size_t scanStart(ByteView file) {
@@ -83,7 +76,7 @@ TEST(RestartMarkers, OutOfTurnCutAndFilledScansAreSeen) {
 TEST(JpegBlockRows, OwnFilesAreDecodedApartAndAsTheLibraryDoes) {
     for (const PixelSize size :
          {PixelSize{1, 257}, PixelSize{300, 264}, PixelSize{257, 513}, PixelSize{64, 1111}}) {
-        const Bytes file = ownFile(noise(size));
+        const Bytes file = encoded(kJpegCodec, noise(size));
         const std::optional<Image> apart = decodedApart(file);
         ASSERT_TRUE(apart);
         EXPECT_EQ(rgbSamples(*apart), jpegSamples(file, JCS_RGB));
@@ -130,7 +123,7 @@ TEST(JpegBlockRows, FilesOfOtherKindsAreNot) {
 }
 
 TEST(JpegBlockRows, DisorderIsLeftToTheLibrary) {
-    const Bytes file = ownFile(noise({90, 700}));
+    const Bytes file = encoded(kJpegCodec, noise({90, 700}));
     std::vector<Bytes> disorders;
     for (const std::size_t end : {file.size() - 1, file.size() - 2, file.size() / 2, file.size() / 3})
         disorders.emplace_back(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(end));
@@ -147,7 +140,7 @@ TEST(JpegBlockRows, DisorderIsLeftToTheLibrary) {
 }
 
 TEST(JpegBlockRows, DamageWithinIntervalsIsTheLibrarysToTheLastPixel) {
-    const Bytes file = ownFile(noise({200, 900}));
+    const Bytes file = encoded(kJpegCodec, noise({200, 900}));
     const std::size_t start = scanStart(file);
     std::mt19937 random(9);
     for (int i = 0; i < 60; ++i) {
@@ -164,7 +157,7 @@ TEST(JpegBlockRows, DamageWithinIntervalsIsTheLibrarysToTheLastPixel) {
 }
 
 TEST(JpegBlockRows, IntervalsOfWrongLengthsAreTheLibrarysToo) {
-    const Bytes file = ownFile(noise({200, 900}));
+    const Bytes file = encoded(kJpegCodec, noise({200, 900}));
     const std::vector<std::function<void(std::vector<ByteView>&)>> changes = {
         [](auto& all) { all[70] = {}; }, [](auto& all) { all[63] = all[63].first(all[63].size() / 2); },
         [](auto& all) { std::swap(all[3], all[101]); }, [](auto& all) { all.back() = all.back().first(3); }};
@@ -176,7 +169,7 @@ TEST(JpegBlockRows, IntervalsOfWrongLengthsAreTheLibrarysToo) {
 }
 
 TEST(JpegBlockRows, RandomDamageAnywhereInTheScanIsHarmless) {
-    const Bytes file = ownFile(noise({120, 700}));
+    const Bytes file = encoded(kJpegCodec, noise({120, 700}));
     const std::size_t start = scanStart(file);
     std::mt19937 random(10);
     for (int i = 0; i < 60; ++i) {

@@ -2,7 +2,6 @@
 
 // How much of a photo is lost when its JPEG file is decoded and coded again.
 #include "imaging/codecs/codec.h"
-#include "tests/fakes/coded_files.h"
 #include "tests/fakes/jpeg_files.h"
 
 #include <gtest/gtest.h>
@@ -55,7 +54,7 @@ TEST_P(JpegLoss, APhotoCodedAgainLosesLittle) {
     ASSERT_TRUE(image);
     const Result<FileContents> file = kJpegCodec.encode(*image);
     ASSERT_TRUE(file);
-    EXPECT_LT(meanDifference(jpegSamples(joined(*file), JCS_RGB), jpegSamples(source, JCS_RGB)), 0.15);
+    EXPECT_LT(meanDifference(jpegSamples(file->joined(), JCS_RGB), jpegSamples(source, JCS_RGB)), 0.15);
 }
 
 TEST_P(JpegLoss, IsLessThanThatOfTheLibrarysOwnSettings) {
@@ -64,7 +63,7 @@ TEST_P(JpegLoss, IsLessThanThatOfTheLibrarysOwnSettings) {
     const Bytes plain = jpegFile({.size = kSize, .exif = {}, .icc = {}}, samples);
     const Result<FileContents> file = kJpegCodec.encode(*kJpegCodec.decode(source));
     ASSERT_TRUE(file);
-    EXPECT_LT(meanDifference(jpegSamples(joined(*file), JCS_RGB), samples),
+    EXPECT_LT(meanDifference(jpegSamples(file->joined(), JCS_RGB), samples),
               0.95 * meanDifference(jpegSamples(plain, JCS_RGB), samples));
 }
 

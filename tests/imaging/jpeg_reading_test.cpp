@@ -4,6 +4,7 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/orientation.h"
 #include "tests/fakes/jpeg_files.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
 

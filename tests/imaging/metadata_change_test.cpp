@@ -3,9 +3,9 @@
 #include "imaging/metadata/creation_date.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "tests/fakes/captured_output.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <gtest/gtest.h>
 

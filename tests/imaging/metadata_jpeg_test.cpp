@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/carrying.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "imaging/metadata/photoshop_resources.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <gtest/gtest.h>
 
@@ -90,9 +90,7 @@ TEST(MetadataOfPhotographs, DamagedFilesDoNoHarm) {
             continue;
         for (const std::string& target : targets) {
             EXPECT_TRUE(withMetadataOf(viewOf(source), viewOf(target)));
-            // The other way round it may be refused.
-            if (withMetadataOf(viewOf(target), viewOf(source)))
-                continue;
+            static_cast<void>(withMetadataOf(viewOf(target), viewOf(source))); // it may be refused
         }
     }
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/png_metadata.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <gtest/gtest.h>
 
@@ -19,20 +19,6 @@ std::string plainPng(const Image& image = noise({20, 10})) {
 
 std::string photo(const std::string& chunks) {
     return withChunks(plainPng(filled({20, 10}, grey(3))), chunks);
-}
-
-std::string hexadecimal(const std::string& bytes) {
-    std::string figures;
-    for (const char byte : bytes) {
-        figures += "0123456789abcdef"[static_cast<unsigned char>(byte) >> 4];
-        figures += "0123456789abcdef"[byte & 15];
-    }
-    return figures;
-}
-
-std::string rawProfile(const std::string& kind, const std::string& bytes) {
-    return pngChunkOf("tEXt", "Raw profile type " + kind + "\0\n"s + kind + "\n      " +
-                                  std::to_string(bytes.size()) + "\n" + hexadecimal(bytes) + "\n");
 }
 
 std::string zlibStream(const std::string& text) {
@@ -65,12 +51,12 @@ TEST(PngMetadata, WhatDescribesTheCodingIsLeftBehind) {
     for (const std::string name : {"gAMA", "cHRM", "sRGB", "iCCP", "sBIT", "bKGD", "hIST", "tRNS", "sPLT",
                                    "acTL", "dSIG", "cLLi", "prVT"})
         EXPECT_TRUE(carried(photo(pngChunkOf(name, "anything")), plainPng()) == plainPng()) << name;
-    EXPECT_TRUE(carried(photo(rawProfile("icc", "profile")), plainPng()) == plainPng());
+    EXPECT_TRUE(carried(photo(rawProfileChunkOf("icc", "profile")), plainPng()) == plainPng());
 }
 
 TEST(PngMetadata, ExifInATextGoesIntoItsOwnChunk) {
     const std::string exif = cameraExif(6).bytes();
-    const std::string result = carried(photo(rawProfile("exif", "Exif\0\0"s + exif)), plainPng());
+    const std::string result = carried(photo(rawProfileChunkOf("exif", "Exif\0\0"s + exif)), plainPng());
     EXPECT_TRUE(contains(result, pngChunkOf("eXIf", exif)));
     EXPECT_FALSE(contains(result, "Raw profile"));
 }

@@ -2,7 +2,7 @@
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/tiff_metadata.h"
 #include "imaging/metadata/tiff_structure.h"
-#include "tests/imaging/metadata_samples.h"
+#include "tests/fakes/metadata_samples.h"
 
 #include <gtest/gtest.h>
 

@@ -14,20 +14,6 @@ using healing::DetailSource;
 using healing::Restoration;
 using healing::SkinWindow;
 
-constexpr double kMottledRadius = 12;
-
-/// A blemish with a mottle of its own, which no skin has: its detail must come from elsewhere.
-Image mottled(const Image& clean, PixelPosition center, double radius = kMottledRadius) {
-    return painted(clean.pixelSize(), [&](int row, int column) {
-        const RGBA32 pixel = clean.pixel(row, column);
-        const double t = stainAt(row, column, center, radius);
-        const double mottle = (row / 2 + column / 2) % 2 == 0 ? 0.3 : 0.9;
-        const double factor = 1 + t * (mottle - 1);
-        return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
-                      byteOf(pixel.blue() * factor), 255);
-    });
-}
-
 SkinWindow windowOf(const Image& image, PixelPosition place, std::int64_t radius) {
     return healing::readSkinWindow(image, RepairDisc::at(at(image, place), image, radius));
 }

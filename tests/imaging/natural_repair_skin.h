@@ -71,6 +71,20 @@ struct Skin {
     Image clean() const { return picture(false); }
 };
 
+inline constexpr double kMottledRadius = 12;
+
+/// A blemish with a mottle of its own, which no skin has: its detail must come from elsewhere.
+inline Image mottled(const Image& clean, PixelPosition center, double radius = kMottledRadius) {
+    return painted(clean.pixelSize(), [&](int row, int column) {
+        const RGBA32 pixel = clean.pixel(row, column);
+        const double t = stainAt(row, column, center, radius);
+        const double mottle = (row / 2 + column / 2) % 2 == 0 ? 0.3 : 0.9;
+        const double factor = 1 + t * (mottle - 1);
+        return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
+                      byteOf(pixel.blue() * factor), 255);
+    });
+}
+
 /// The mean of a component over the places within `radius` of the centre.
 inline double meanAround(const Image& image, std::uint8_t (RGBA32::*component)() const, int radius = 8) {
     double sum = 0;

@@ -29,16 +29,9 @@ TEST(NaturalRepair, ShadingGoesOnAcrossTheRepair) {
 TEST(NaturalRepair, AMottledBlemishGetsTheGrainOfCleanSkin) {
     const Skin skin{.grain = 4};
     const Image clean = skin.clean();
-    const Image mottled = painted(kSize, [&clean](int row, int column) {
-        const RGBA32 pixel = clean.pixel(row, column);
-        const double t = stainAt(row, column, kCenter, 12);
-        const double mottle = (row / 2 + column / 2) % 2 == 0 ? 0.3 : 0.9;
-        const double factor = 1 + t * (mottle - 1);
-        return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
-                      byteOf(pixel.blue() * factor), 255);
-    });
-    const Image result = healed(mottled);
-    EXPECT_GT(grainAround(mottled), 20 * grainAround(clean));
+    const Image blemished = mottled(clean, kCenter);
+    const Image result = healed(blemished);
+    EXPECT_GT(grainAround(blemished), 20 * grainAround(clean));
     EXPECT_LT(grainAround(result), 2 * grainAround(clean));
     EXPECT_GT(grainAround(result), 0.4 * grainAround(clean));
     EXPECT_NEAR(meanAround(result, &RGBA32::green), meanAround(clean, &RGBA32::green), 3);

@@ -6,9 +6,9 @@
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/orientation.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
-#include "tests/imaging/metadata_samples.h"
 
 #include <gtest/gtest.h>
 

@@ -7,10 +7,10 @@
 #include "imaging/photo_effects.h"
 #include "imaging/resample.h"
 #include "tests/fakes/pictures.h"
+#include "tests/imaging/plain_repair.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <random>
 
 namespace complexion {
@@ -61,59 +61,6 @@ testing::AssertionResult equal(const Image& image, const Plain& plain) {
     return samePixels(image, plain.image());
 }
 
-int greyOf(RGBA32 pixel) {
-    return (77 * pixel.red() + 151 * pixel.green() + 28 * pixel.blue() + 128) >> 8;
-}
-
-/// A click, with loops over the whole square about it; `row` and `column` are the disc's centre.
-void repairPlainly(Plain& plain, std::int64_t row, std::int64_t column, std::int64_t radius, int threshold) {
-    const auto grey = [&](std::int64_t r, std::int64_t c) {
-        return greyOf(plain.at(std::clamp<std::int64_t>(r, 0, plain.size.height - 1),
-                               std::clamp<std::int64_t>(c, 0, plain.size.width - 1)));
-    };
-    std::vector<PixelPosition> disc;
-    for (std::int64_t r = row - radius; r < row + radius; ++r)
-        for (std::int64_t c = column - radius; c < column + radius; ++c)
-            if ((c - column) * (c - column) + (r - row) * (r - row) < radius * radius)
-                disc.push_back({r, c});
-    std::int64_t sum = 0;
-    for (const PixelPosition p : disc)
-        sum += grey(p.row, p.column);
-    const std::int64_t mean = sum / std::ssize(disc);
-    const auto d = static_cast<std::int64_t>(std::sqrt(static_cast<double>(radius * radius / 2)));
-    const std::array<std::array<std::int64_t, 2>, 8> rim = {
-        {{-radius, 0}, {-d, d}, {0, radius}, {d, d}, {radius, 0}, {d, -d}, {0, -radius}, {-d, -d}}};
-    int ring = 0;
-    for (std::size_t i = 0; i < 8; ++i) {
-        ring += grey(row + rim[i][0], column + rim[i][1]);
-        if (i < 4 && std::abs(grey(row + rim[i][0], column + rim[i][1]) -
-                              grey(row + rim[i + 4][0], column + rim[i + 4][1])) > 70)
-            return;
-    }
-    int core = 0;
-    for (int r = -1; r <= 1; ++r)
-        for (int c = -1; c <= 1; ++c)
-            core += grey(row + r, column + c);
-    const bool dark = ring / 8 > core / 9;
-    std::array<std::uint32_t, 3> sums = {};
-    std::vector<PixelPosition> repair;
-    std::uint32_t samples = 0;
-    for (const PixelPosition p : disc) {
-        const int g = grey(p.row, p.column);
-        if (dark ? g < mean - threshold : g > mean + threshold) {
-            repair.push_back(p);
-            continue;
-        }
-        const RGBA32 pixel = plain.at(p.row, p.column);
-        sums = {sums[0] + pixel.red(), sums[1] + pixel.green(), sums[2] + pixel.blue()};
-        ++samples;
-    }
-    for (const PixelPosition p : repair)
-        plain.at(p.row, p.column) =
-            RGBA32(static_cast<std::uint8_t>(sums[0] / samples), static_cast<std::uint8_t>(sums[1] / samples),
-                   static_cast<std::uint8_t>(sums[2] / samples), 255);
-}
-
 /// Random clicks that fit into the picture; `after` is called with the image and the plain rows after each.
 template <class After>
 void editAtRandom(PixelSize size, int clicks, const After& after) {
@@ -135,19 +82,15 @@ void editAtRandom(PixelSize size, int clicks, const After& after) {
         ASSERT_TRUE(repaired);
         image = *repaired;
         if (row >= radius && column >= radius && row + radius <= size.height && column + radius <= size.width)
-            repairPlainly(plain, row, column, radius, threshold);
+            repairPlainly(plain.pixels, plain.size, row, column, radius, threshold);
         after(image, plain);
     }
 }
 
 Bytes encoded(const Image& image, std::string_view format) {
     const Result<FileContents> file = codecForExtension(format)->encode(image);
-    Bytes bytes;
     EXPECT_TRUE(static_cast<bool>(file)) << format;
-    if (file)
-        for (const auto& part : file->parts)
-            bytes.insert(bytes.end(), part->begin(), part->end());
-    return bytes;
+    return file ? file->joined() : Bytes();
 }
 
 TEST(PlainResults, TilesReadBackAsTheRowsTheyWereMadeOf) {
@@ -197,7 +140,7 @@ TEST(PlainResults, GreyAndEffectsAreThePlainLoopOverAllPixels) {
             const Plain plain = grainySkin(size, opaque);
             Plain grey = plain;
             for (RGBA32& pixel : grey.pixels)
-                pixel = complexion::grey(greyOf(pixel));
+                pixel = complexion::grey(plainGrey(pixel));
             ASSERT_TRUE(equal(ImageTools::convertToGrayScale(plain.image()), grey));
             for (const char* name : {"Chrome", "Noir", "Transfer"}) {
                 Plain through = plain;

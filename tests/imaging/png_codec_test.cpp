@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 #include "imaging/orientation.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/png_files.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
@@ -10,6 +11,7 @@
 namespace complexion {
 namespace {
 
+using namespace std::string_literals;
 using test::decoded;
 using test::encoded;
 using test::forgetCodedBands;
@@ -170,6 +172,28 @@ TEST(PngCodec, PicturesAreTurnedUprightWhereverTheTagStands) {
             EXPECT_TRUE(samePixels(upright, turnedUpright(stored, orientationFromTag(tag)))) << tag;
             EXPECT_EQ(*kPngCodec.measure(file), std::vector{upright.pixelSize()});
         }
+}
+
+TEST(PngExif, InATextTurnsThePictureToo) {
+    const std::string plain = encodedAs(kPngCodec, noise({30, 20}));
+    const Image stored = decoded(kPngCodec, viewOf(plain));
+    for (const std::string& kind : {"exif"s, "APP1"s})
+        for (int value = 1; value <= 8; ++value) {
+            const std::string file =
+                withChunks(plain, rawProfileChunkOf(kind, "Exif\0\0"s + cameraExif(value).bytes()));
+            const Image expected = turnedUpright(stored, orientationFromTag(value));
+            EXPECT_EQ(pixelsOf(decoded(kPngCodec, viewOf(file))), pixelsOf(expected)) << kind << value;
+            EXPECT_EQ(*kPngCodec.measure(viewOf(file)), std::vector{expected.pixelSize()});
+        }
+}
+
+TEST(PngExif, OfItsOwnChunkComesBeforeOneInAText) {
+    const std::string plain = encodedAs(kPngCodec, noise({30, 20}));
+    const std::string file =
+        withChunks(plain, rawProfileChunkOf("exif", "Exif\0\0"s + cameraExif(6).bytes()) +
+                              pngChunkOf("eXIf", cameraExif(3).bytes()));
+    EXPECT_EQ(pixelsOf(decoded(kPngCodec, viewOf(file))),
+              pixelsOf(turnedUpright(decoded(kPngCodec, viewOf(plain)), Orientation::BottomRight)));
 }
 
 TEST(PngCodec, PointsFollowTheDensity) {

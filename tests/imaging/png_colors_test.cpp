@@ -2,6 +2,7 @@
 
 // What becomes of the kinds of pixels and the colour spaces that a PNG file may have.
 #include "imaging/codecs/codec.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/png_files.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
@@ -11,6 +12,7 @@
 namespace complexion {
 namespace {
 
+using namespace std::string_literals;
 using test::decoded;
 using test::encoded;
 
@@ -141,6 +143,51 @@ TEST(PngCodec, AProfileComesBeforeTheGamma) {
     };
     EXPECT_EQ(decoded(kPngCodec, pngFile({.size = {1, 1}, .adjust = both}, {9, 9, 9})).profile(),
               ColorProfile::fromIcc(icc));
+}
+
+// Code points of colour (cICP).
+
+/// A picture of one pixel with the wide profile and code points of colour.
+Image withCodePoints(const std::string& codePoints, int colorType = PNG_COLOR_TYPE_RGB) {
+    const Bytes icc = wideProfile();
+    const auto profile = [&](png_structp png, png_infop info) {
+        if (colorType == PNG_COLOR_TYPE_RGB)
+            png_set_iCCP(png, info, "wide", PNG_COMPRESSION_TYPE_BASE, icc.data(),
+                         static_cast<png_uint_32>(icc.size()));
+    };
+    const Bytes file = pngFile({.size = {1, 1}, .colorType = colorType, .adjust = profile}, {9, 9, 9});
+    return decoded(kPngCodec, viewOf(withChunks({file.begin(), file.end()}, pngChunkOf("cICP", codePoints))));
+}
+
+void expectNear(RgbColor actual, RgbColor expected) {
+    EXPECT_NEAR(actual.red, expected.red, 0.002);
+    EXPECT_NEAR(actual.green, expected.green, 0.002);
+    EXPECT_NEAR(actual.blue, expected.blue, 0.002);
+}
+
+TEST(PngCodePoints, ComeBeforeAProfile) {
+    EXPECT_TRUE(withCodePoints("\1\15\0\1"s).profile().isSrgb());
+    EXPECT_FALSE(withCodePoints("\14\15\0\1"s).profile() == ColorProfile::fromIcc(wideProfile()));
+}
+
+TEST(PngCodePoints, DescribeTheSpaceOfTheValues) {
+    // The red of sRGB in Display P3 and in BT.2020 with the curve of sRGB (CSS Color 4 gives the matrices).
+    expectNear(withCodePoints("\14\15\0\1"s).profile().fromSrgb({1, 0, 0}), {0.9175, 0.2003, 0.1386});
+    expectNear(withCodePoints("\11\15\0\1"s).profile().fromSrgb({1, 0, 0}), {0.8138, 0.2915, 0.1353});
+    // Middle grey is linear 0.2140: with the curve of BT.709 1.099 * 0.2140^0.45 - 0.099.
+    expectNear(withCodePoints("\1\10\0\1"s).profile().fromSrgb({0.5, 0.5, 0.5}), {0.2140, 0.2140, 0.2140});
+    expectNear(withCodePoints("\1\1\0\1"s).profile().fromSrgb({0.5, 0.5, 0.5}), {0.4500, 0.4500, 0.4500});
+}
+
+TEST(PngCodePoints, OfHighDynamicRangeOrDamagedLeaveTheProfile) {
+    const ColorProfile wide = ColorProfile::fromIcc(wideProfile());
+    for (const std::string& codePoints :
+         {"\11\20\0\1"s, "\11\22\0\1"s, "\2\15\0\1"s, "\14\15\1\1"s, "\14\15\0\0"s, "\14\15\0"s, ""s})
+        EXPECT_EQ(withCodePoints(codePoints).profile(), wide);
+}
+
+TEST(PngCodePoints, OfAGreyPictureAreNotUsed) {
+    EXPECT_TRUE(withCodePoints("\14\15\0\1"s, PNG_COLOR_TYPE_GRAY).profile().isSrgb());
 }
 
 } // namespace

@@ -1,24 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/resample.h"
 
-#include <gmock/gmock.h>
+#include "tests/fakes/pictures.h"
 
 #include <vector>
 
 namespace complexion {
 namespace {
-
-Image filled(PixelSize size, RGBA32 pixel) {
-    const std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()), pixel);
-    return Image::fromPixels(size, pixels);
-}
-
-std::vector<RGBA32> pixelsOf(const Image& image) {
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(image.pixelSize().area()));
-    image.read({0, 0, image.pixelSize().width, image.pixelSize().height}, pixels.data(),
-               image.pixelSize().width);
-    return pixels;
-}
 
 TEST(Resampled, TheSameSizeKeepsTheVeryPixelsAtOnePointPerPixel) {
     const Image image = filled({300, 70}, RGBA32(10, 20, 30, 255)).withSize({72, 16.8});

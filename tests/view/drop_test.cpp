@@ -17,9 +17,6 @@ namespace complexion {
 
 namespace {
 
-constexpr const char* kDropQuestion =
-    "All unsaved changes will be lost. Are you sure you want to add a new image?";
-
 class Drop : public testing::Test {
 protected:
     Drop() {

@@ -6,14 +6,15 @@
 #include "imaging/image.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace complexion {
 
-/// Files for the tests of metadata, put together byte by byte and apart from the code that is tested. Bytes
-/// are kept in strings, which compare and print well.
+// Files for the tests of metadata, put together byte by byte and apart from the code that is tested. Bytes
+// are kept in strings, which compare and print well.
 
 /// A number of `length` bytes, most significant byte first or last.
 std::string bigNumber(std::uint64_t value, int length);
@@ -51,6 +52,9 @@ struct SampleTiff {
 /// A camera's block: make, orientation, 300 to the inch, exposure, maker note, position; a thumbnail if one
 /// is given.
 SampleTiff cameraExif(int orientation, bool isBigEndian = false);
+/// A little-endian block with an orientation and, if given, a resolution in dots per inch.
+Bytes exifBlock(int orientation, std::optional<std::uint32_t> dotsPerInch = std::nullopt);
+
 inline constexpr std::string_view kSampleMakerNote = "Maker note with offsets of its own, 40 B.";
 
 std::string jpegSegmentOf(int marker, std::string_view payload);
@@ -62,6 +66,8 @@ std::string scansOf(const std::string& jpeg);
 std::string pngChunkOf(std::string_view name, std::string_view data);
 /// A PNG file with chunks put in behind its header.
 std::string withChunks(const std::string& png, const std::string& chunks);
+/// The text chunk in which older software keeps a profile, an EXIF block, or other bytes.
+std::string rawProfileChunkOf(const std::string& kind, const std::string& bytes);
 /// All IDAT chunks.
 std::string pixelChunksOf(const std::string& png);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/imaging/metadata_samples.h"
+#include "tests/fakes/metadata_samples.h"
 
 #include "imaging/metadata/carrying.h"
 
@@ -155,6 +155,16 @@ SampleTiff cameraExif(int orientation, bool isBigEndian) {
     return tiff;
 }
 
+Bytes exifBlock(int orientation, std::optional<std::uint32_t> dotsPerInch) {
+    SampleTiff tiff;
+    tiff.main = {tiff.shortTag(274, static_cast<unsigned>(orientation))};
+    if (dotsPerInch)
+        for (const unsigned resolution : {282U, 283U})
+            tiff.main.push_back(tiff.rationalTag(resolution, *dotsPerInch, 1));
+    const std::string block = tiff.bytes();
+    return {block.begin(), block.end()};
+}
+
 std::string jpegSegmentOf(int marker, std::string_view payload) {
     return '\xff' + std::string(1, static_cast<char>(marker)) + bigNumber(payload.size() + 2, 2) +
            std::string(payload);
@@ -179,6 +189,17 @@ std::string pngChunkOf(std::string_view name, std::string_view data) {
 std::string withChunks(const std::string& png, const std::string& chunks) {
     constexpr std::size_t kHeaderEnd = 33; // signature and IHDR
     return png.substr(0, kHeaderEnd) + chunks + png.substr(kHeaderEnd);
+}
+
+std::string rawProfileChunkOf(const std::string& kind, const std::string& bytes) {
+    constexpr std::string_view kFigures = "0123456789abcdef";
+    std::string text =
+        "Raw profile type " + kind + '\0' + "\n" + kind + "\n      " + std::to_string(bytes.size()) + "\n";
+    for (const char byte : bytes) {
+        text += kFigures[static_cast<unsigned char>(byte) >> 4];
+        text += kFigures[byte & 15];
+    }
+    return pngChunkOf("tEXt", text + "\n");
 }
 
 std::string pixelChunksOf(const std::string& png) {
@@ -212,10 +233,8 @@ ByteView viewOf(const std::string& bytes) {
 }
 
 std::string stringOf(const FileContents& contents) {
-    std::string bytes;
-    for (const auto& part : contents.parts)
-        bytes.append(part->begin(), part->end());
-    return bytes;
+    const Bytes bytes = contents.joined();
+    return {bytes.begin(), bytes.end()};
 }
 
 std::string carried(const std::string& source, const std::string& written) {

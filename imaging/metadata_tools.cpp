@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/image_tools.h"
-
-#include "imaging/codecs/no_throw.h"
+#include "imaging/codecs/codec.h"
 #include "imaging/files.h"
+#include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/container.h"
 #include "imaging/metadata/creation_date.h"
+#include "imaging/no_throw.h"
 #include "imaging/photo_file_steps.h"
 
 #include <iostream>
@@ -19,8 +19,8 @@ Result<Bytes> readPicture(const std::filesystem::path& path) {
 }
 
 Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format) {
-    const auto target = containerForExtension(format);
-    return photo && target ? carriedOrientation(*photo, *target) : Orientation::TopLeft;
+    const Codec* codec = codecForExtension(format);
+    return photo && codec ? carriedOrientation(*photo, codec->container) : Orientation::TopLeft;
 }
 
 void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
