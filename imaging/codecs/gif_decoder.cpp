@@ -28,7 +28,7 @@ constexpr std::int64_t kMostPixelsPerByte = 4096;
 /// The place of the next frame's description from the record at `at` on; the file's end when there is none.
 std::size_t nextFrame(ByteView file, std::size_t at) {
     while (at < file.size() && file[at] == kGifExtension)
-        at = gifSubBlocksEnd(file, at + 2);
+        at = gifSubBlocksEnd(file, at + 2).value_or(file.size());
     return at < file.size() && file[at] == kGifPicture && at + 1 + kFrameHeaderSize < file.size()
                ? at + 1
                : file.size();
@@ -187,7 +187,7 @@ Result<std::vector<PixelSize>> measureGif(ByteView file) {
             canvas = canvasSize(
                 canvas, {read16(file, at), read16(file, at + 2), read16(file, at + 4), read16(file, at + 6)});
         sizes.push_back(canvas);
-        at = gifSubBlocksEnd(file, codeSizeOf(file, at) + 1);
+        at = gifSubBlocksEnd(file, codeSizeOf(file, at) + 1).value_or(file.size());
     }
     return sizes;
 }

@@ -51,7 +51,7 @@ ExifBasics readExifBasics(ByteView exif) {
         switch (reader.number16(entry)) {
         case tag::kOrientation:
             // Some writers take a wider type than the one prescribed.
-            if (valueType == type::kShort || valueType == type::kLong)
+            if (reader.number32(entry + 4) == 1 && (valueType == type::kShort || valueType == type::kLong))
                 basics.orientation = orientationFromTag(static_cast<int>(
                     valueType == type::kShort ? reader.number16(value) : reader.number32(value)));
             break;

@@ -87,6 +87,12 @@ TiffDirectory withoutLongValues(const TiffDirectory& directory, std::size_t long
     return result;
 }
 
+/// Whether this is an orientation that readers of pictures and readers of tags may understand differently.
+bool isDoubtfulOrientation(const TiffEntry& entry) {
+    return entry.tag == tag::kOrientation &&
+           (entry.count != 1 || (entry.type != type::kShort && entry.type != type::kLong));
+}
+
 } // namespace
 
 bool isCodingTag(unsigned wanted) {
@@ -102,7 +108,7 @@ CarriedTags carriedTags(ByteView structure) {
     tags.order = header->order;
     tags.directory = readTiffDirectory(structure, *header, header->firstDirectory);
     std::erase_if(tags.directory.entries, [](const TiffEntry& entry) {
-        return isCodingTag(entry.tag) || entry.type == type::kDirectory8 ||
+        return isCodingTag(entry.tag) || isDoubtfulOrientation(entry) || entry.type == type::kDirectory8 ||
                (entry.type == type::kDirectory && !entry.child);
     });
     return tags;

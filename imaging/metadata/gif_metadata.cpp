@@ -64,13 +64,15 @@ std::optional<GifBlocks> splitGif(ByteView file) {
     while (position + 2 < file.size()) {
         const std::size_t begin = position;
         if (file[begin] == kGifExtension) {
-            position = gifSubBlocksEnd(file, begin + 2);
-            // One that the file's end cuts off has no closing zero.
-            if (position <= file.size() && file[position - 1] == 0)
-                gif.extensions.push_back({file[begin + 1], file.subspan(begin, position - begin)});
+            const auto end = gifSubBlocksEnd(file, begin + 2);
+            if (!end)
+                break;
+            position = *end;
+            gif.extensions.push_back({file[begin + 1], file.subspan(begin, position - begin)});
         } else if (file[begin] == kGifPicture && begin + kImageDescriptorLength < file.size()) {
             const std::size_t table = gifColorTableLength(file[begin + kImageFlagsOffset]);
-            position = gifSubBlocksEnd(file, begin + kImageDescriptorLength + table + 1);
+            position =
+                gifSubBlocksEnd(file, begin + kImageDescriptorLength + table + 1).value_or(file.size());
         } else {
             break;
         }

@@ -3,7 +3,7 @@
 
 #include "imaging/files.h"
 
-#include <algorithm>
+#include <optional>
 
 namespace complexion {
 
@@ -25,12 +25,12 @@ constexpr std::size_t gifColorTableLength(std::uint8_t flags) {
     return (flags & kHasColorTable) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
 }
 
-/// The place behind the sub-blocks that begin at `position` and the zero that closes them; the file's end
-/// when they are cut off.
-inline std::size_t gifSubBlocksEnd(ByteView file, std::size_t position) {
+/// The place behind the sub-blocks that begin at `position` and the zero that closes them; nothing when the
+/// file's end cuts them off.
+inline std::optional<std::size_t> gifSubBlocksEnd(ByteView file, std::size_t position) {
     while (position < file.size() && file[position] != 0)
         position += std::size_t{1} + file[position];
-    return std::min(position + 1, file.size());
+    return position < file.size() ? std::optional(position + 1) : std::nullopt;
 }
 
 } // namespace complexion

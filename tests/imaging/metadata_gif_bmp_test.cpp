@@ -51,6 +51,11 @@ TEST(GifMetadata, AnimationAndProfileAreLeftBehind) {
     EXPECT_EQ(carried(gif(blocks), gif("")), gif(""));
 }
 
+TEST(GifMetadata, WhatTheFilesEndCutsOffIsLeftBehindThoughItsLastByteIsZero) {
+    const std::string cut = gif("").substr(0, 19) + comment("whole") + "\x21\xfe\x17 is cut\0"s;
+    EXPECT_EQ(carried(cut, gif("")), gif(comment("whole")));
+}
+
 TEST(GifMetadata, XmpThumbnailIsBlanked) {
     const std::string result =
         carried(gif(xmpApplication("<a/><xmp:Thumbnails>face</xmp:Thumbnails><b/>")), gif(""));

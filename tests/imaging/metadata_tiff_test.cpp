@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace complexion {
 namespace {
 
@@ -60,6 +62,16 @@ struct Parsed {
     TiffHeader header;
     TiffDirectory directory;
 };
+
+TEST(TiffMetadata, AnOrientationThatReadersUnderstandDifferentlyIsNotCarried) {
+    const std::vector<SampleTag> doubtful = {{274, 3, 2, "\6\0\0\0"s}, {274, 1, 1, "\6"s}};
+    for (const SampleTag& orientation : doubtful) {
+        SampleTiff source = photo();
+        *std::ranges::find(source.main, 274U, &SampleTag::tag) = orientation;
+        EXPECT_EQ(Parsed(carried(source.bytes(), writtenTiff())).value(274), "none");
+        EXPECT_EQ(carriedOrientation(viewOf(source.bytes()), Container::Tiff), Orientation::TopLeft);
+    }
+}
 
 TEST(TiffMetadata, TagsOfThePictureAreTheSources) {
     for (const bool isBigEndian : {false, true}) {
