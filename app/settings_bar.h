@@ -55,9 +55,9 @@ private:
     int widthOfOneRow() const;
     void setColumns(int columns);
 
+    bool m_hasPhoto = false; // before the groups: making them asks for it
     std::array<QWidget*, 5> m_groups;
     QGridLayout* m_grid;
-    bool m_hasPhoto = false;
     int m_columns = 0; // of groups, 0 before they are placed
 };
 
