@@ -111,7 +111,10 @@ void appendApplication(Bytes& to, std::string_view name) {
     append(to, bytesOf(name));
 }
 
+/// Nothing when a zero in the packet would end it for readers of sub-blocks.
 void appendXmp(Bytes& to, ByteView xmp) {
+    if (std::ranges::find(xmp, 0) != xmp.end())
+        return;
     appendApplication(to, kXmpApplication);
     append(to, xmp);
     to.push_back(1);
@@ -233,8 +236,7 @@ Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView w
         append(extensions, Bytes{kGifExtension, kCommentLabel});
         appendSubBlocks(extensions, bytesOf(noteAsComment(note)));
     }
-    // A zero in the packet would end it for readers of sub-blocks.
-    if (!metadata.xmp.empty() && std::ranges::find(metadata.xmp, 0) == metadata.xmp.end())
+    if (!metadata.xmp.empty())
         appendXmp(extensions, xmpUpright(xmpToCarry(metadata.xmp)));
     if (const Bytes resources = resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc));
         !resources.empty()) {

@@ -62,6 +62,12 @@ TEST(GifMetadata, XmpThumbnailIsBlanked) {
     EXPECT_EQ(result, gif(xmpApplication("<a/>" + std::string(37, ' ') + "<b/>")));
 }
 
+TEST(GifMetadata, AChangedPacketWithAZeroIsLeftBehind) {
+    // Its own sub-blocks step over the zero; those of a changed packet need not.
+    const std::string packet = "\x05 \0  \x2f<xmp:Thumbnails>the face before</xmp:Thumbnails>"s;
+    EXPECT_EQ(carried(gif(xmpApplication(packet) + comment("behind")), gif("")), gif(comment("behind")));
+}
+
 TEST(GifMetadata, AnOldVersionBecomesTheOneThatHasExtensions) {
     EXPECT_EQ(carried(gif(comment("text")), gif("", "87a")), gif(comment("text")));
 }
