@@ -51,6 +51,9 @@ struct EditorModel {
         current = 0;
     }
 
+    /// Whether the next push is one that ends the program: the history is full, and has no state to drop.
+    bool endsAtPush() const { return writable && paths.empty() && current >= numberOfStates; }
+
     void push(const std::filesystem::path& path) {
         if (current < numberOfStates) {
             while (std::ssize(paths) - 1 > current) {

@@ -172,6 +172,8 @@ void RandomActions::startRepair() {
 void RandomActions::finishRepair() {
     action = "finish a repair";
     const std::filesystem::path statePath = nextPath();
+    if (model.endsAtPush()) // a test of its own shows that
+        loseDisk();
     queues.runMain();
     if (model.repairs.empty())
         return;
@@ -297,9 +299,7 @@ void RandomActions::disturb() {
         return;
     case 1:
         action = "no state can be written";
-        platform.loseTemporaryDirectory();
-        model.writable = false;
-        return;
+        return loseDisk();
     case 2:
         action = "change a photo";
         if (model.isOpen())
@@ -321,6 +321,11 @@ void RandomActions::disturb() {
         platform.findTemporaryDirectory();
         model.writable = true;
     }
+}
+
+void RandomActions::loseDisk() {
+    platform.loseTemporaryDirectory();
+    model.writable = false;
 }
 
 void RandomActions::refuseToClose() {

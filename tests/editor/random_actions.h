@@ -72,6 +72,7 @@ protected:
     void resizeWindow();
     void saveSomewhere();
     void disturb();
+    void loseDisk();
     void refuseToClose();
 
     void expectAgreement();
