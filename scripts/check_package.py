@@ -70,13 +70,15 @@ def do_main_job(stack, folder):
     portrait, saved = folder / "portrait.png", folder / "portrait_retouched.png"
     sample_portrait.paint(portrait)
     desktop = stack.enter_context(VirtualDesktop(folder))
+    with Complexion(desktop, start) as empty:  # which offers the tutorial until a photo is open
+        empty.start()
+        if not empty.is_enabled("Video tutorial"):
+            sys.exit("check_package: the tutorial is missing")
     program = stack.enter_context(Complexion(desktop, start))
     program.start(portrait)
     place = program.retouch(*BLEMISH, *sample_portrait.SIZE)
     program.save()
     check_only_discs_changed(portrait, saved, [place], sample_portrait.RADIUS)
-    if not program.is_enabled("Video tutorial"):
-        sys.exit("check_package: the tutorial is missing")
     program.ask_to_close()
     program.answer_to_end(EXIT_QUESTION, "Yes")
 

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace complexion {
 namespace {
 
@@ -44,6 +47,43 @@ TEST(ColorProfile, AScreenColorBroughtIntoAWideSpaceAndBackIsTheSameOnTheScreen)
     EXPECT_NEAR(pixel.green(), 120, 2);
     EXPECT_NEAR(pixel.blue(), 90, 2);
     EXPECT_EQ(pixel.alpha(), 255);
+}
+
+/// What the colour library makes of opaque pixels on the screen.
+std::vector<RGBA32> byTheLibrary(const Bytes& icc, std::vector<RGBA32> pixels) {
+    cmsHPROFILE from = cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size()));
+    cmsHPROFILE screen = cmsCreate_sRGBProfile();
+    cmsHTRANSFORM transform = cmsCreateTransform(from, TYPE_ABGR_8, screen, TYPE_ABGR_8,
+                                                 INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_COPY_ALPHA);
+    cmsDoTransform(transform, pixels.data(), pixels.data(), static_cast<cmsUInt32Number>(pixels.size()));
+    cmsDeleteTransform(transform);
+    cmsCloseProfile(screen);
+    cmsCloseProfile(from);
+    return pixels;
+}
+
+TEST(ScreenColors, AreWithinALevelOfTheColorLibrarysForCurvesAndForTables) {
+    std::vector<RGBA32> colors;
+    for (int red = 0; red < 256; red += 15)
+        for (int green = 3; green < 256; green += 12)
+            for (int blue = 0; blue < 256; blue += 17)
+                colors.emplace_back(static_cast<std::uint8_t>(red), static_cast<std::uint8_t>(green),
+                                    static_cast<std::uint8_t>(blue), std::uint8_t{255});
+    for (const Bytes& icc : {wideProfile(), tableProfile()}) {
+        const auto transform = screenTransform(ColorProfile::fromIcc(icc));
+        ASSERT_TRUE(transform);
+        std::vector<RGBA32> shown = colors;
+        transform->apply(shown);
+        const std::vector<RGBA32> expected = byTheLibrary(icc, colors);
+        int most = 0;
+        for (std::size_t i = 0; i < shown.size(); ++i)
+            most = std::max({most, std::abs(shown[i].red() - expected[i].red()),
+                             std::abs(shown[i].green() - expected[i].green()),
+                             std::abs(shown[i].blue() - expected[i].blue()),
+                             std::abs(shown[i].alpha() - expected[i].alpha())});
+        EXPECT_LE(most, 1);
+        EXPECT_FALSE(shown == colors);
+    }
 }
 
 TEST(ScreenColors, AnSrgbImageNeedsNoConversion) {
