@@ -4,8 +4,7 @@
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/table.h"
-
-#include <lcms2.h>
+#include "tests/fakes/profiles.h"
 
 #include <array>
 
@@ -16,15 +15,6 @@ namespace {
 constexpr std::array kZooms = {1.2, 2.0, 4.0, 7.0, 10.0};
 constexpr int kZoomSteps = 24; // from the fitted size to ten times it
 
-ColorProfile profileOf(cmsHPROFILE profile) {
-    cmsUInt32Number length = 0;
-    cmsSaveProfileToMem(profile, nullptr, &length);
-    Bytes bytes(length);
-    cmsSaveProfileToMem(profile, bytes.data(), &length);
-    cmsCloseProfile(profile);
-    return ColorProfile::fromIcc(bytes);
-}
-
 /// Primaries of SMPTE EG 432-1, white of D65, sRGB's curve.
 ColorProfile displayP3() {
     const cmsCIExyY white = {0.3127, 0.3290, 1};
@@ -34,41 +24,7 @@ ColorProfile displayP3() {
     cmsToneCurve* curves[3] = {curve, curve, curve};
     cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
     cmsFreeToneCurve(curve);
-    return profileOf(profile);
-}
-
-/// A table of 17 by 17 by 17 colours, as scanners and some cameras have it, for both directions.
-ColorProfile tableProfile() {
-    cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
-    cmsSetProfileVersion(profile, 2.4);
-    cmsSetDeviceClass(profile, cmsSigColorSpaceClass);
-    cmsSetColorSpace(profile, cmsSigRgbData);
-    cmsSetPCS(profile, cmsSigLabData);
-    cmsHPROFILE srgb = cmsCreate_sRGBProfile();
-    cmsHPROFILE lab = cmsCreateLab2Profile(nullptr);
-    const auto addTable = [&](cmsHPROFILE from, cmsUInt32Number fromFormat, cmsHPROFILE to,
-                              cmsUInt32Number toFormat, cmsTagSignature tag) {
-        cmsHTRANSFORM transform =
-            cmsCreateTransform(from, fromFormat, to, toFormat, INTENT_RELATIVE_COLORIMETRIC, 0);
-        cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 3, 3);
-        cmsStage* table = cmsStageAllocCLut16bit(nullptr, 17, 3, 3, nullptr);
-        cmsStageSampleCLut16bit(
-            table,
-            [](const cmsUInt16Number in[], cmsUInt16Number out[], void* cargo) -> cmsInt32Number {
-                cmsDoTransform(cargo, in, out, 1);
-                return 1;
-            },
-            transform, 0);
-        cmsPipelineInsertStage(pipeline, cmsAT_END, table);
-        cmsWriteTag(profile, tag, pipeline);
-        cmsPipelineFree(pipeline);
-        cmsDeleteTransform(transform);
-    };
-    addTable(srgb, TYPE_RGB_16, lab, TYPE_LabV2_16, cmsSigAToB0Tag);
-    addTable(lab, TYPE_LabV2_16, srgb, TYPE_RGB_16, cmsSigBToA0Tag);
-    cmsCloseProfile(srgb);
-    cmsCloseProfile(lab);
-    return profileOf(profile);
+    return ColorProfile::fromIcc(bytesOfProfile(profile));
 }
 
 std::shared_ptr<Editor> editorShowing(const ColorProfile& profile, bool withEffect) {
@@ -119,7 +75,8 @@ void addPaintingRows() {
         double limit; // in frames
     };
     constexpr std::array kSpaces = {Space{"srgb", [] { return ColorProfile(); }, 12},
-                                    Space{"p3", displayP3, 24}, Space{"table", tableProfile, 24}};
+                                    Space{"p3", displayP3, 24},
+                                    Space{"table", [] { return ColorProfile::fromIcc(tableProfile()); }, 24}};
     for (const Space& space : kSpaces)
         for (const bool withEffect : {false, true}) {
             const std::string ending = std::string("_") + space.name + (withEffect ? "_effect" : "");
