@@ -27,19 +27,7 @@ inline Bytes wideProfile() {
     return bytes;
 }
 
-/// Adds a table of 17 colours a side from or to Lab to a profile.
-inline void addTable(cmsHPROFILE profile, cmsTagSignature tag, cmsSAMPLER16 sample, cmsHTRANSFORM transform) {
-    cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 3, 3);
-    cmsStage* table = cmsStageAllocCLut16bit(nullptr, 17, 3, 3, nullptr);
-    cmsStageSampleCLut16bit(table, sample, transform, 0);
-    cmsPipelineInsertStage(pipeline, cmsAT_END, table);
-    cmsWriteTag(profile, tag, pipeline);
-    cmsPipelineFree(pipeline);
-    cmsDeleteTransform(transform);
-}
-
-/// An RGB profile that is tables, as scanners have it: sRGB, dimmed and a little warmer; not so on the way
-/// back.
+/// sRGB as tables of 17 colours a side, from and to Lab, as scanners and some cameras have it.
 inline Bytes tableProfile() {
     cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, 2.4);
@@ -48,23 +36,23 @@ inline Bytes tableProfile() {
     cmsSetPCS(profile, cmsSigLabData);
     cmsHPROFILE srgb = cmsCreate_sRGBProfile();
     cmsHPROFILE lab = cmsCreateLab2Profile(nullptr);
-    addTable(
-        profile, cmsSigAToB0Tag,
-        [](const cmsUInt16Number in[], cmsUInt16Number out[], void* cargo) -> cmsInt32Number {
-            cmsCIELab color;
-            cmsDoTransform(cargo, in, &color, 1);
-            color = {color.L * 0.9, color.a * 0.9, color.b * 0.9 + 2};
-            cmsFloat2LabEncodedV2(out, &color);
-            return 1;
-        },
-        cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_Lab_DBL, INTENT_RELATIVE_COLORIMETRIC, 0));
-    addTable(
-        profile, cmsSigBToA0Tag,
-        [](const cmsUInt16Number in[], cmsUInt16Number out[], void* cargo) -> cmsInt32Number {
+    const auto addTable = [profile](cmsTagSignature tag, cmsHTRANSFORM transform) {
+        cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 3, 3);
+        cmsStage* table = cmsStageAllocCLut16bit(nullptr, 17, 3, 3, nullptr);
+        const auto sample = [](const cmsUInt16Number in[], cmsUInt16Number out[],
+                               void* cargo) -> cmsInt32Number {
             cmsDoTransform(cargo, in, out, 1);
             return 1;
-        },
-        cmsCreateTransform(lab, TYPE_LabV2_16, srgb, TYPE_RGB_16, INTENT_RELATIVE_COLORIMETRIC, 0));
+        };
+        cmsStageSampleCLut16bit(table, sample, transform, 0);
+        cmsPipelineInsertStage(pipeline, cmsAT_END, table);
+        cmsWriteTag(profile, tag, pipeline);
+        cmsPipelineFree(pipeline);
+        cmsDeleteTransform(transform);
+    };
+    constexpr cmsUInt32Number kIntent = INTENT_RELATIVE_COLORIMETRIC;
+    addTable(cmsSigAToB0Tag, cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_LabV2_16, kIntent, 0));
+    addTable(cmsSigBToA0Tag, cmsCreateTransform(lab, TYPE_LabV2_16, srgb, TYPE_RGB_16, kIntent, 0));
     cmsCloseProfile(srgb);
     cmsCloseProfile(lab);
     return bytesOfProfile(profile);
