@@ -2,6 +2,7 @@
 """The painted portrait that stands for a photo: the program that paints it, its size and its blemishes."""
 
 import csv
+import shutil
 import subprocess
 import tempfile
 from pathlib import Path
@@ -21,8 +22,19 @@ class Blemish(NamedTuple):
 
 def paint(picture):
     """Writes the portrait and returns its blemishes."""
-    with tempfile.TemporaryDirectory() as folder:
-        places = Path(folder, "blemishes.csv")
-        subprocess.run([BUILD / "tools/sample_portrait", picture, places], check=True)
-        with open(places, newline="") as file:
-            return [Blemish(*(float(row[key]) for key in Blemish._fields)) for row in csv.DictReader(file)]
+    shutil.copyfile(_painted("png"), picture)
+    with open(_painted("csv"), newline="") as file:
+        return [Blemish(*(float(row[key]) for key in Blemish._fields)) for row in csv.DictReader(file)]
+
+
+def _painted(extension):
+    """What the program paints, kept beside it: it takes some seconds, and is the same every time."""
+    program = BUILD / "tools/sample_portrait"
+    kept = program.with_suffix("." + extension)
+    if not kept.exists() or kept.stat().st_mtime < program.stat().st_mtime:
+        with tempfile.TemporaryDirectory(dir=program.parent) as folder:
+            files = [Path(folder, program.name + end) for end in (".png", ".csv")]
+            subprocess.run([program, *files], check=True)
+            for file in files:
+                file.replace(program.parent / file.name)
+    return kept
