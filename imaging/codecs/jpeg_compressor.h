@@ -18,7 +18,8 @@ inline constexpr int kJpegBlockRows = 8;
 /// The longest side that the format's library writes.
 inline constexpr int kLongestJpegSide = 65500;
 
-/// What stands before the first interval: headers with 72 dots per inch, `icc` unless empty, and `tables`.
+/// What stands before the first interval: headers with 72 dots per inch (in a JFIF segment, or for red, green
+/// and blue, which that forbids, in an EXIF block), `icc` unless empty, and `tables`.
 Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tables);
 
 /// The entropy-coded bytes of `rows`, `size` pixels, packed: one interval for each block row, and the markers
@@ -26,6 +27,9 @@ Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tabl
 Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables& tables);
 
 /// The codes that are best for a picture of these pixels, for the symbols that occur in it only.
-Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows);
+Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows, JpegColors colors);
+
+/// A whole file of these pixels, as one interval.
+Result<Bytes> wholeJpeg(PixelSize size, const RGBA32* rows, JpegColors colors);
 
 } // namespace complexion

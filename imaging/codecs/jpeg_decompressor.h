@@ -50,6 +50,7 @@ public:
     /// What follows the headers.
     ByteView scanData() const { return {m_info.src->next_input_byte, m_info.src->bytes_in_buffer}; }
     bool isCmyk() const { return m_info.jpeg_color_space == JCS_CMYK || m_info.jpeg_color_space == JCS_YCCK; }
+    bool isRgb() const { return m_info.jpeg_color_space == JCS_RGB; }
     bool isGrey() const { return m_info.jpeg_color_space == JCS_GRAYSCALE; }
     bool hasKnownColors() const { return m_info.jpeg_color_space != JCS_UNKNOWN; }
     /// Whether no pixel depends on another row of blocks: each is an interval of one scan, none is scaled.

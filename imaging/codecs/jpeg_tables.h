@@ -15,8 +15,14 @@ struct HuffmanCode {
     bool operator==(const HuffmanCode&) const = default;
 };
 
-/// The four codes of a picture: element 0 is luminance, 1 both chrominances.
+/// What a file's three components are. The usual ones make smaller files; whoever wants back red, green and
+/// blue to the level had better store those.
+enum class JpegColors { YCbCr, Rgb };
+
+/// How a picture's components are coded. Element 0 of the codes is luminance, 1 both chrominances; red, green
+/// and blue all take element 0.
 struct JpegTables {
+    JpegColors colors = JpegColors::YCbCr;
     std::array<HuffmanCode, 2> dc;
     std::array<HuffmanCode, 2> ac;
 };

@@ -8,6 +8,7 @@
 #include "imaging/metadata/jpeg_xmp.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/text_encoding.h"
+#include "imaging/metadata/tiff_resolution.h"
 #include "imaging/metadata/tiff_structure.h"
 #include "imaging/metadata/xmp_packet.h"
 
@@ -133,6 +134,16 @@ void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView 
     }
 }
 
+/// Whether a file's components are red, green and blue themselves, as only Adobe's segment can say. It must
+/// have no JFIF segment then: that would say that they are not.
+bool isCodedInRgb(const std::vector<JpegSegment>& segments) {
+    constexpr std::size_t kTransform = 11; // where it stands in Adobe's segment; 0: none
+    return std::ranges::any_of(segments, [](const JpegSegment& segment) {
+        return isSegment(segment, marker::app(14), "Adobe"sv) && segment.payload.size() > kTransform &&
+               segment.payload[kTransform] == 0;
+    });
+}
+
 const JpegSegment* findJfif(const std::vector<JpegSegment>& segments) {
     const auto found = std::ranges::find_if(segments, isJfif);
     return found == segments.end() ? nullptr : &*found;
@@ -145,10 +156,49 @@ Bytes jfifWithoutThumbnail(ByteView payload) {
     return bare;
 }
 
-/// The metadata segments of a file as they are to stand in the new one.
-Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& maker) {
+std::optional<Resolution> jfifResolution(const JpegSegment& jfif) {
+    const auto number = [&jfif](std::size_t offset, std::size_t length) {
+        return numberAt(jfif.payload, offset, length, ByteOrder::BigEndian);
+    };
+    const std::uint64_t unit = number(kJfifUnit, 1);
+    Resolution resolution{static_cast<double>(number(kJfifAcross, 2)),
+                          static_cast<double>(number(kJfifDown, 2)), Resolution::Unit::None};
+    if (unit > static_cast<std::uint64_t>(Resolution::Unit::Centimetre) || resolution.across == 0 ||
+        resolution.down == 0)
+        return std::nullopt;
+    resolution.unit = static_cast<Resolution::Unit>(unit);
+    return resolution;
+}
+
+std::optional<Resolution> exifResolution(ByteView exif) {
+    const std::optional<Density> density = readExifBasics(exif).density;
+    if (!density)
+        return std::nullopt;
+    return Resolution{density->horizontal, density->vertical, Resolution::Unit::Inch};
+}
+
+/// The density that an EXIF block has to tell where there is no JFIF segment: not the one that files have
+/// which tell none.
+std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& resolution) {
+    constexpr Resolution kUsual = {72, 72, Resolution::Unit::Inch};
+    const bool isTold = resolution && resolution->unit != Resolution::Unit::None && *resolution != kUsual;
+    return isTold ? resolution : std::nullopt;
+}
+
+/// The EXIF block, with the density where it tells none itself.
+Bytes exifTellingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
+    return resolution && !exifResolution(exif) ? exifWithResolution(exif, *resolution) : std::move(exif);
+}
+
+/// The metadata segments of a file as they are to stand in the new one, which may be one that cannot have a
+/// JFIF segment.
+Bytes carriedSegments(const std::vector<JpegSegment>& segments, bool withJfif, ThumbnailMaker& maker) {
     Bytes carried;
     const JpegSegment* jfif = findJfif(segments);
+    const std::optional<Resolution> forExif =
+        withJfif || !jfif ? std::nullopt : resolutionForExif(jfifResolution(*jfif));
+    if (forExif && std::ranges::none_of(segments, isExif))
+        appendBlock(carried, marker::app(1), kExifStart, exifWithResolution({}, *forExif));
     const CarriedJpegXmp xmp(segments);
     bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
@@ -159,10 +209,11 @@ Bytes carriedSegments(const std::vector<JpegSegment>& segments, ThumbnailMaker& 
                 return next.marker >= segment.marker && next.marker <= marker::app(5);
             });
         } else if (&segment == jfif) {
-            append(carried, jpegSegment(segment.marker, jfifWithoutThumbnail(segment.payload)));
+            if (withJfif)
+                append(carried, jpegSegment(segment.marker, jfifWithoutThumbnail(segment.payload)));
         } else if (isExif(segment)) {
             end = exifEnd(segments, i);
-            Bytes exif = joined(segments, i, end, kExifStart.size());
+            Bytes exif = exifTellingResolution(joined(segments, i, end, kExifStart.size()), forExif);
             // One is enough: each that is made anew costs time.
             if (hasExif)
                 removeThumbnail(exif);
@@ -204,13 +255,12 @@ struct Jfif {
     Bytes payload;
 };
 
-/// `written` with `metadata` instead of what it may have of the kind.
-Result<FileContents> withSegments(ByteView written, const Jfif& jfif, ByteView metadata) {
-    const JpegSegments jpeg = splitJpeg(written);
+/// The file `jpeg` with `metadata` instead of what it may have of the kind.
+Result<FileContents> withSegments(const JpegSegments& jpeg, const Jfif& jfif, ByteView metadata) {
     if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != marker::kStartOfScan)
         return Error{"the JPEG file to give metadata to is damaged"};
     Bytes file = {0xff, marker::kStartOfImage};
-    file.reserve(written.size() + metadata.size() + kMostSegmentBytes);
+    file.reserve(jpeg.rest.size() + metadata.size() + 2 * kMostSegmentBytes);
     Bytes others;
     if (jfif.fate == Jfif::Replaced)
         append(file, jpegSegment(marker::kApp0, jfif.payload));
@@ -226,27 +276,6 @@ Result<FileContents> withSegments(ByteView written, const Jfif& jfif, ByteView m
     FileContents contents;
     contents.append(std::move(file));
     return contents;
-}
-
-std::optional<Resolution> jfifResolution(const JpegSegment& jfif) {
-    const auto number = [&jfif](std::size_t offset, std::size_t length) {
-        return numberAt(jfif.payload, offset, length, ByteOrder::BigEndian);
-    };
-    const std::uint64_t unit = number(kJfifUnit, 1);
-    Resolution resolution{static_cast<double>(number(kJfifAcross, 2)),
-                          static_cast<double>(number(kJfifDown, 2)), Resolution::Unit::None};
-    if (unit > static_cast<std::uint64_t>(Resolution::Unit::Centimetre) || resolution.across == 0 ||
-        resolution.down == 0)
-        return std::nullopt;
-    resolution.unit = static_cast<Resolution::Unit>(unit);
-    return resolution;
-}
-
-std::optional<Resolution> exifResolution(ByteView exif) {
-    const std::optional<Density> density = readExifBasics(exif).density;
-    if (!density)
-        return std::nullopt;
-    return Resolution{density->horizontal, density->vertical, Resolution::Unit::Inch};
 }
 
 /// Whether the file takes the JFIF segment's place into its own hands: by having one, or as cameras do by
@@ -289,15 +318,21 @@ Bytes exifForJpeg(const PictureMetadata& metadata) {
 }
 
 Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
-    const JpegSegments jpeg = splitJpeg(source);
-    return withSegments(written, {decidesOnJfif(jpeg.segments) ? Jfif::Removed : Jfif::Kept, {}},
-                        carriedSegments(jpeg.segments, maker));
+    const std::vector<JpegSegment> segments = splitJpeg(source).segments;
+    const JpegSegments jpeg = splitJpeg(written);
+    return withSegments(jpeg, {decidesOnJfif(segments) ? Jfif::Removed : Jfif::Kept, {}},
+                        carriedSegments(segments, !isCodedInRgb(jpeg.segments), maker));
 }
 
 Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
                                       ThumbnailMaker& maker) {
+    const JpegSegments jpeg = splitJpeg(written);
+    const bool withJfif = !isCodedInRgb(jpeg.segments);
     Bytes segments;
-    if (Bytes exif = exifForJpeg(metadata); !exif.empty()) {
+    Bytes exif = exifForJpeg(metadata);
+    if (!withJfif)
+        exif = exifTellingResolution(std::move(exif), resolutionForExif(metadata.resolution));
+    if (!exif.empty()) {
         renewThumbnail(exif, maker, kMostExifBytes);
         appendBlock(segments, marker::app(1), kExifStart, exif);
     }
@@ -307,9 +342,9 @@ Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView 
     for (const TextNote& note : metadata.notes)
         appendBlock(segments, marker::kComment, {}, bytesOf(noteAsComment(note)));
     Jfif jfif;
-    if (metadata.resolution)
+    if (metadata.resolution && withJfif)
         jfif = {Jfif::Replaced, jfifWithDensity(*metadata.resolution)};
-    return withSegments(written, jfif, segments);
+    return withSegments(jpeg, jfif, segments);
 }
 
 } // namespace complexion

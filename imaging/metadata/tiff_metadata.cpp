@@ -3,6 +3,7 @@
 
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/photoshop_resources.h"
+#include "imaging/metadata/tiff_resolution.h"
 #include "imaging/metadata/tiff_structure.h"
 #include "imaging/metadata/xmp_packet.h"
 
@@ -14,10 +15,6 @@
 namespace complexion {
 
 namespace {
-
-// TIFF's numbers for the units of resolution; Resolution counts from 0.
-constexpr std::uint64_t kUnitNone = 1;
-constexpr std::uint64_t kUnitInch = 2;
 
 // What may stay empty before a maker note that is kept in its place.
 constexpr std::uint64_t kLargestHole = 65'536;
@@ -50,42 +47,6 @@ void replaceValue(TiffDirectory& directory, unsigned wanted, Bytes (*carried)(By
         if (value != entry.value)
             entry = entryOfBytes(wanted, type::kByte, value);
     }
-}
-
-double rationalOf(const TiffEntry* entry, ByteOrder order) {
-    if (!entry || entry->type != type::kRational)
-        return 0;
-    const auto denominator = static_cast<double>(numberAt(entry->value, 4, 4, order));
-    return denominator > 0 ? static_cast<double>(numberAt(entry->value, 0, 4, order)) / denominator : 0;
-}
-
-std::optional<Resolution> resolutionOf(const CarriedTags& tags) {
-    Resolution resolution;
-    resolution.across = rationalOf(tags.directory.find(tag::kXResolution), tags.order);
-    resolution.down = rationalOf(tags.directory.find(tag::kYResolution), tags.order);
-    if (resolution.across <= 0 || resolution.down <= 0)
-        return std::nullopt;
-    const TiffEntry* entry = tags.directory.find(tag::kResolutionUnit);
-    const std::uint64_t unit = entry ? firstNumber(*entry, tags.order) : kUnitInch;
-    if (unit < kUnitNone || unit > kUnitNone + 2)
-        return std::nullopt;
-    resolution.unit = static_cast<Resolution::Unit>(unit - kUnitNone);
-    return resolution;
-}
-
-TiffEntry rationalEntry(unsigned tag, double value, ByteOrder order) {
-    // Four decimals are finer than any density's meaning and leave room for 400,000 to the inch.
-    constexpr std::uint64_t kDenominator = 10'000;
-    const double whole = std::clamp(std::round(value), 0.0, static_cast<double>(UINT32_MAX));
-    TiffEntry entry;
-    entry.tag = tag;
-    entry.type = type::kRational;
-    entry.count = 1;
-    const bool isWhole = whole == value || value * kDenominator > UINT32_MAX;
-    appendNumber(entry.value, 4, order,
-                 static_cast<std::uint64_t>(isWhole ? whole : std::round(value * kDenominator)));
-    appendNumber(entry.value, 4, order, isWhole ? 1 : kDenominator);
-    return entry;
 }
 
 /// The entry with its numbers in the other byte order.
@@ -172,16 +133,6 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     return contents;
 }
 
-void addResolution(CarriedTags& tags, const Resolution& resolution) {
-    for (const unsigned old : {tag::kXResolution, tag::kYResolution, tag::kResolutionUnit})
-        remove(tags.directory, old);
-    std::vector<TiffEntry>& entries = tags.directory.entries;
-    entries.push_back(rationalEntry(tag::kXResolution, resolution.across, tags.order));
-    entries.push_back(rationalEntry(tag::kYResolution, resolution.down, tags.order));
-    const std::uint64_t unit = static_cast<std::uint64_t>(resolution.unit) + kUnitNone;
-    entries.push_back(entryOfNumbers(tag::kResolutionUnit, type::kShort, {unit}, tags.order));
-}
-
 /// Texts go where TIFF has a tag of that meaning which is still free.
 void addNotes(CarriedTags& tags, const std::vector<TextNote>& notes) {
     for (const auto& [keyword, noteTag] : kNoteTags)
@@ -235,7 +186,7 @@ Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView 
     add(tag::kIptc, type::kByte, iptcToCarry(metadata.iptc));
     add(tag::kPhotoshop, type::kByte, resourcesToCarry(metadata.photoshop));
     if (metadata.resolution)
-        addResolution(tags, *metadata.resolution);
+        setResolution(tags, *metadata.resolution);
     addNotes(tags, metadata.notes);
     return withTags(tags, written);
 }

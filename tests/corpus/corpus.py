@@ -43,10 +43,7 @@ SECONDS_TO_OPEN = 60
 SECONDS_TO_HANG = 1200 if SANITIZED else 300  # for all of a session
 SHARE_OVER_ALL = 0.98
 SHARE_OF_FORMAT = 0.95
-# Levels. Pictures of strong colours, or whose colours were stored at half resolution, lose more than that in any JPEG
-# file of the highest quality: for them the loss must be no larger than another encoder's.
-MOST_MEAN_OF_JPEG = 0.15
-LIKE_THE_BEST = 1.25
+MOST_MEAN_OF_JPEG = 0.15  # levels
 GIF_COLORS = 255
 
 
@@ -61,7 +58,6 @@ class Outcome:
     others: str = ""  # which of Pillow and ImageMagick open it
     seconds: float = 0
     mebibytes: int = 0
-    jpeg_mean: float = 0  # of what comes back from a JPEG file, where it is more than it should be
     apart: str = ""  # from the nearest reading of another program: most/mean
 
 
@@ -111,7 +107,7 @@ def run_session(photo, folder):
     return ended, report
 
 
-def wrong_in_session(outcome, report, pixels):
+def wrong_in_session(outcome, report):
     """What the way from opening to reopening did that it must not; empty when all was right."""
     extension = Path(outcome.path).suffix.lower()
     if report.get("pointWidth") != report["width"] or report.get("pointHeight") != report["height"]:
@@ -134,10 +130,7 @@ def wrong_in_session(outcome, report, pixels):
     if extension in (".png", ".tif", ".tiff", ".bmp") and most > 0:
         return f"untouched pixels come back {most} levels off"
     if extension in (".jpg", ".jpeg") and mean >= MOST_MEAN_OF_JPEG:
-        outcome.jpeg_mean = mean
-        best = readers.coded_at_best(pixels)
-        if mean > best * LIKE_THE_BEST:
-            return f"untouched pixels come back {mean:.3f} levels off in the mean, {best:.3f} is possible"
+        return f"untouched pixels come back {mean:.3f} levels off in the mean"
     if extension == ".gif" and int(report["colors"]) <= GIF_COLORS and int(report["most"]) > 0:
         return f"untouched pixels of a GIF of few colours come back {report['most']} levels off"
     return ""
@@ -196,7 +189,7 @@ def examine(photo, root):
                 outcome.why = f"refused after {outcome.seconds} s with {outcome.mebibytes} MiB"
         else:
             pixels = opened_pixels(report, folder)
-            outcome.why = wrong_in_session(outcome, report, pixels)
+            outcome.why = wrong_in_session(outcome, report)
             outcome.why = outcome.why or lost_metadata(outcome, photo, folder)
             if outcome.seconds > SECONDS_TO_OPEN and not SANITIZED:
                 outcome.why = f"opened after {outcome.seconds} s"
@@ -255,10 +248,6 @@ def main():
             print(f"{outcome.result:8} {outcome.path}: {outcome.why or 'like others'}"
                   f"{' (opened by ' + outcome.others + ')' if is_missed else ''}")
     enough = print_table(outcomes)
-    lossy = [outcome for outcome in outcomes if outcome.jpeg_mean]
-    if lossy:
-        print(f"JPEG files that lose more than {MOST_MEAN_OF_JPEG} levels in the mean, like any of the highest quality:"
-              f" {len(lossy)}, at most {max(outcome.jpeg_mean for outcome in lossy):.3f}")
     slowest = max(outcomes, key=lambda outcome: outcome.seconds)
     largest = max(outcomes, key=lambda outcome: outcome.mebibytes)
     print(f"slowest to open: {slowest.seconds} s, {slowest.path}; most memory: {largest.mebibytes} MiB, {largest.path}")

@@ -134,14 +134,4 @@ def difference(pixels, reading):
     return int(by_pixel.max(initial=0)), float(apart.mean())
 
 
-def coded_at_best(pixels):
-    """What a JPEG file of the highest quality, all colours at full resolution, makes of opaque pixels: the mean of the
-    components' differences."""
-    picture = Image.fromarray(numpy.ascontiguousarray(pixels[..., :3]))
-    file = io.BytesIO()
-    picture.save(file, "JPEG", quality=100, subsampling=0)
-    with Image.open(file) as coded:
-        return float(numpy.abs(numpy.asarray(coded).astype(numpy.int16) - numpy.asarray(picture)).mean())
-
-
 ImageFile.LOAD_TRUNCATED_IMAGES = False

@@ -14,6 +14,7 @@ EXCEPTIONS = [(re.compile(pattern), reason) for pattern, reason in [
     (r"File:(?!Comment).*", "size, byte order and coding of the file"),
     (r"(Adobe|Ducky|JPS|AVI1|SPIFF|Qualcomm):.*", "how the source's pixels are coded"),
     (r"JFIF:(Thumbnail|JFIFVersion).*|JFXX:.*", "thumbnail; the version is that of the new file"),
+    (r"(Canon|PreviewIFD):PreviewImageStart", "counted from the file's beginning, and a JFIF segment more or less"),
     (r"(MPF\d|MPImage\d):.*", "other pictures in the file, whose offsets no longer hold"),
     (r"(FotoStation|PhotoMechanic|IPTC2|CanonVRD|Samsung|HDRGainMap\w*|XMP-(hdrgm|GContainer|Container)):.*",
      "behind the JPEG file's end, or of other pictures there"),
@@ -41,6 +42,8 @@ EXCEPTIONS = [(re.compile(pattern), reason) for pattern, reason in [
 # A colour profile is lost where it is none of the pixels': those of grey and CMYK sources, and unusable ones.
 PROFILE = re.compile(r"ICC[-_].*|.*:ICC_Profile\w*")
 
+RESOLUTION = ["XResolution", "YResolution", "ResolutionUnit"]
+
 SECONDS = 600
 
 
@@ -64,10 +67,26 @@ def exception_for(name):
     return next((reason for pattern, reason in EXCEPTIONS if pattern.fullmatch(name)), None)
 
 
+def has_its_density_in_exif(before, after):
+    """Whether a file that can have no JFIF segment, as its components are red, green and blue, tells the density that
+    the source's JFIF segment tells, or the source's own EXIF; a bare shape of the pixels is left out, and the
+    density that files have which tell none."""
+    exif = [after.get(f"IFD0:{name}") for name in RESOLUTION]
+    jfif = [before.get(f"JFIF:{name}") for name in RESOLUTION]
+    if "JFIF:XResolution" in after or None in jfif:
+        return False
+    units = {1: 2, 2: 3}  # EXIF's number of JFIF's unit
+    if jfif[2][0] not in units or jfif == [[72], [72], [1]] or before.get("IFD0:XResolution"):
+        return True
+    return exif == [jfif[0], jfif[1], [units[jfif[2][0]]]]
+
+
 def lost(before, after, keeps_profile):
     """The names of values that `before` has and `after` has not, or has otherwise."""
+    moved = [f"JFIF:{name}" for name in RESOLUTION] if has_its_density_in_exif(before, after) else []
     return [name for name, values in before.items()
-            if not exception_for(name) and (keeps_profile or not PROFILE.fullmatch(name)) and after.get(name) != values]
+            if not exception_for(name) and (keeps_profile or not PROFILE.fullmatch(name)) and name not in moved and
+            after.get(name) != values]
 
 
 def lost_between(photo, saved, keeps_profile):

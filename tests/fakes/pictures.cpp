@@ -32,6 +32,10 @@ Image filled(PixelSize size, RGBA32 pixel) {
     return painted(size, [pixel](int, int) { return pixel; });
 }
 
+Image shaded(PixelSize size) {
+    return painted(size, [](int row, int column) { return grey((row * 3 + column * 2) % 256); });
+}
+
 Image noise(PixelSize size, std::uint32_t seed) {
     return painted(size, [=](int row, int column) {
         std::uint32_t x = seed * 2654435761U + static_cast<std::uint32_t>(row) * 40503U +

@@ -30,6 +30,9 @@ Image filled(PixelSize size, RGBA32 pixel);
 /// A picture in which no two near pixels are equal, opaque, the same at every run.
 Image noise(PixelSize size, std::uint32_t seed = 1);
 
+/// The same in greys, which every format holds nearly as they are.
+Image shaded(PixelSize size);
+
 /// Skin of one grey with one disc of another in it.
 Image spotted(PixelSize size, PixelPosition centre, int radius, int spot, int skin);
 

@@ -5,13 +5,17 @@
 
 #include <lcms2.h>
 
+#include <algorithm>
+
 namespace complexion {
 
+/// The same bytes whenever they are made: without the time of their making (ICC.1, 7.2.8).
 inline Bytes bytesOfProfile(cmsHPROFILE profile) {
     cmsUInt32Number size = 0;
     cmsSaveProfileToMem(profile, nullptr, &size);
     Bytes bytes(size);
     cmsSaveProfileToMem(profile, bytes.data(), &size);
+    std::fill_n(bytes.begin() + 24, 12, std::uint8_t{1});
     cmsCloseProfile(profile);
     return bytes;
 }

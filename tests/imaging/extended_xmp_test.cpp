@@ -48,7 +48,7 @@ std::string pieceOf(const std::string& digest, std::uint64_t length, std::uint64
 }
 
 const Image& anyPicture() {
-    static const Image image = noise({8, 8});
+    static const Image image = shaded({8, 8});
     return image;
 }
 

@@ -128,7 +128,7 @@ void addJpegs(std::vector<HostileFile>& files) {
                          start + jpegTables() +
                              frameOf(static_cast<unsigned>(side), static_cast<unsigned>(side), 0xc2) + scans +
                              end});
-    const std::string jpeg = encodedAs(kJpegCodec, noise({32, 32}));
+    const std::string jpeg = encodedAs(kJpegCodec, shaded({32, 32}));
     const std::string filler(65'533, 'x');
     for (const int marker : {0xe1, 0xe2, 0xfe})
         files.push_back(

@@ -12,7 +12,7 @@ namespace {
 TEST(ImageActualSize, IsThePixelSizeWhateverTheDensity) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
-    writeJpeg(path, noise({300, 200}), 300);
+    writeJpeg(path, shaded({300, 200}), 300);
     EXPECT_EQ(ImageTools::ImageActualSize(path), (PointSize{300, 200}));
 }
 
@@ -45,7 +45,7 @@ TEST(ImageActualSizeDeathTest, AMissingAddressIsFatal) {
 TEST(BringImageToActualSize, APhotoAt300DpiBecomesANewImageOfOnePointPerPixel) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
-    writeJpeg(path, noise({300, 200}), 300);
+    writeJpeg(path, shaded({300, 200}), 300);
     const Image decoded = ImageTools::DecodeImage(path).value();
     EXPECT_EQ(decoded.size(), (PointSize{72, 48}));
     const Image actual = ImageTools::BringImageToActualSize(decoded, path);
@@ -57,7 +57,7 @@ TEST(BringImageToActualSize, APhotoAt300DpiBecomesANewImageOfOnePointPerPixel) {
 TEST(BringImageToActualSize, APhotoAt72DpiIsTheVeryImage) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
-    writeJpeg(path, noise({300, 200}), 72);
+    writeJpeg(path, shaded({300, 200}), 72);
     const Image decoded = ImageTools::DecodeImage(path).value();
     EXPECT_TRUE(ImageTools::BringImageToActualSize(decoded, path).isSameObject(decoded));
 }
@@ -65,7 +65,7 @@ TEST(BringImageToActualSize, APhotoAt72DpiIsTheVeryImage) {
 TEST(BringImageToActualSize, ASizeThatDiffersInTheLastFractionMakesANewImage) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
-    writeJpeg(path, noise({100, 50}), 72);
+    writeJpeg(path, shaded({100, 50}), 72);
     const Image decoded = ImageTools::DecodeImage(path)->withSize({99.9999999, 50});
     const Image actual = ImageTools::BringImageToActualSize(decoded, path);
     EXPECT_FALSE(actual.isSameObject(decoded));

@@ -2,15 +2,20 @@
 
 // How much of a photo is lost when its JPEG file is decoded and coded again.
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_decompressor.h"
+#include "imaging/metadata/byte_order.h"
+#include "imaging/metadata/jpeg_metadata.h"
 #include "tests/fakes/jpeg_files.h"
-
-#include <gtest/gtest.h>
+#include "tests/imaging/codec_pictures.h"
 
 #include <cstdlib>
 #include <random>
 
 namespace complexion {
 namespace {
+
+using test::decoded;
+using test::encoded;
 
 constexpr PixelSize kSize{320, 256};
 
@@ -65,6 +70,61 @@ TEST_P(JpegLoss, IsLessThanThatOfTheLibrarysOwnSettings) {
     ASSERT_TRUE(file);
     EXPECT_LT(meanDifference(jpegSamples(file->joined(), JCS_RGB), samples),
               0.95 * meanDifference(jpegSamples(plain, JCS_RGB), samples));
+}
+
+// Pictures that YCbCr does not hold.
+
+/// The colours that the file's components are.
+J_COLOR_SPACE colorsOf(ByteView file) {
+    JpegDecompressor decompressor(file);
+    EXPECT_TRUE(decompressor.readHeader());
+    return decompressor.isRgb() ? JCS_RGB : JCS_YCbCr;
+}
+
+/// A picture in whose middle is a square of noise in all colours.
+Image withStrongColors(int side) {
+    const Image strong = noise(kSize);
+    return painted(kSize, [&](int row, int column) {
+        const bool isInside =
+            std::abs(row - kSize.height / 2) < side / 2 && std::abs(column - kSize.width / 2) < side / 2;
+        return isInside ? strong.pixel(row, column) : grey(90 + row / 4);
+    });
+}
+
+TEST(JpegColors, APictureOfStrongColorsLosesAsLittleAsAnother) {
+    const Image image = noise(kSize);
+    const std::vector<std::uint8_t> samples = rgbSamples(image);
+    EXPECT_GT(meanDifference(jpegSamples(jpegFile({.size = kSize, .exif = {}, .icc = {}}, samples), JCS_RGB),
+                             samples),
+              0.15);
+    const Bytes file = encoded(kJpegCodec, image);
+    EXPECT_EQ(colorsOf(file), JCS_RGB);
+    EXPECT_LT(meanDifference(jpegSamples(file, JCS_RGB), samples), 0.1);
+    EXPECT_TRUE(nearlySamePixels(decoded(kJpegCodec, file), image, 2));
+}
+
+TEST(JpegColors, AreTheUsualOnesForAPhotoAndWhereOnlyLittleIsStrong) {
+    EXPECT_EQ(colorsOf(encoded(kJpegCodec, *kJpegCodec.decode(noisyFile(95)))), JCS_YCbCr);
+    EXPECT_EQ(colorsOf(encoded(kJpegCodec, withStrongColors(40))), JCS_YCbCr);
+    EXPECT_EQ(colorsOf(encoded(kJpegCodec, withStrongColors(240))), JCS_RGB);
+}
+
+TEST(JpegColors, StayThoseOfThePictureHoweverItIsEdited) {
+    const Image image = noise(kSize);
+    (void)encoded(kJpegCodec, image);
+    EXPECT_EQ(colorsOf(encoded(kJpegCodec, image.withBands(filled(kSize, grey(90)).bands()))), JCS_RGB);
+}
+
+TEST(JpegColors, AreTheUsualOnesForComputedPixels) {
+    EXPECT_EQ(colorsOf(encoded(kJpegCodec, noise(kSize).transformed(std::make_shared<test::Inversion>()))),
+              JCS_YCbCr);
+}
+
+TEST(JpegColors, OfRedGreenAndBlueComeWithTheDensityInExif) {
+    const Bytes file = encoded(kJpegCodec, noise(kSize).withSize({10, 10}));
+    EXPECT_EQ(readJpegMetadata(file).resolution, (Resolution{72, 72, Resolution::Unit::Inch}));
+    EXPECT_EQ(textOf(file).find("JFIF"), std::string_view::npos);
+    EXPECT_EQ(decoded(kJpegCodec, file).size(), (PointSize{kSize.width * 1.0, kSize.height * 1.0}));
 }
 
 } // namespace

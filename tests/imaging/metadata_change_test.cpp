@@ -31,7 +31,7 @@ constexpr CreationDate kDate{std::chrono::seconds(1234567890)};
 class ChangeImageExif : public testing::Test {
 protected:
     void SetUp() override {
-        writeFile(source, withSegments(encodedAs(kJpegCodec, noise({16, 16})),
+        writeFile(source, withSegments(encodedAs(kJpegCodec, shaded({16, 16})),
                                        jpegSegmentOf(0xe1, "Exif\0\0"s + cameraExif(6).bytes())));
         writeFile(written, plain);
     }

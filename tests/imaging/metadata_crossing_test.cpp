@@ -23,7 +23,7 @@ const std::string kXmp = "<x:xmpmeta tiff:Orientation=\"6\"/>";
 
 /// A photo with a block of every kind, 300 by 200 to the inch.
 std::string jpegPhoto(const std::string& xmp = kXmp) {
-    std::string jpeg = encodedAs(kJpegCodec, noise({8, 8}));
+    std::string jpeg = encodedAs(kJpegCodec, shaded({8, 8}));
     jpeg.replace(13, 5, "\1\x01\x2c\x00\xc8"s);
     return withSegments(jpeg, jpegSegmentOf(0xe1, "Exif\0\0"s + cameraExif(6).bytes()) +
                                   jpegSegmentOf(0xe1, "http://ns.adobe.com/xap/1.0/\0"s + xmp) +
@@ -74,7 +74,7 @@ TEST(MetadataAcrossFormats, FromTiffToJpegKeepsTheTags) {
     source.strip = "pixels";
     source.main.push_back(SampleTiff::bytesTag(700, kXmp));
     source.main.push_back(SampleTiff::bytesTag(33723, kIptc));
-    const std::string written = encodedAs(kJpegCodec, noise({20, 10}));
+    const std::string written = encodedAs(kJpegCodec, shaded({20, 10}));
     const std::string jpeg = carried(source.bytes(), written);
     const PictureMetadata metadata = readJpegMetadata(viewOf(jpeg));
     EXPECT_EQ(readExifBasics(metadata.exif).orientation, Orientation::BottomRight);
@@ -108,7 +108,7 @@ TEST(MetadataAcrossFormats, TextsOfAPngBecomeComments) {
     const std::string png =
         withChunks(encodedAs(kPngCodec, noise({9, 7})),
                    pngChunkOf("tEXt", "Comment\0plain"s) + pngChunkOf("tEXt", "Author\0caf\xe9"s));
-    const std::string jpeg = carried(png, encodedAs(kJpegCodec, noise({9, 7})));
+    const std::string jpeg = carried(png, encodedAs(kJpegCodec, shaded({9, 7})));
     EXPECT_TRUE(contains(jpeg, jpegSegmentOf(0xfe, "plain") + jpegSegmentOf(0xfe, "Author: caf\xc3\xa9")));
 }
 
@@ -117,7 +117,7 @@ TEST(MetadataAcrossFormats, AnExifBlockThatIsTooLongForJpegLosesItsLongestValues
     exif.main.push_back(SampleTiff::bytesTag(65001, std::string(70'000, 'x')));
     const std::string png = withChunks(encodedAs(kPngCodec, noise({9, 7})), pngChunkOf("eXIf", exif.bytes()));
     const PictureMetadata metadata =
-        readJpegMetadata(viewOf(carried(png, encodedAs(kJpegCodec, noise({9, 7})))));
+        readJpegMetadata(viewOf(carried(png, encodedAs(kJpegCodec, shaded({9, 7})))));
     EXPECT_LT(metadata.exif.size(), 65'528U);
     EXPECT_TRUE(contains(text(metadata.exif), kSampleMakerNote));
     EXPECT_EQ(readExifBasics(metadata.exif).orientation, Orientation::RightTop);
@@ -129,7 +129,7 @@ std::string sourceOf(Container container, int orientation) {
     SampleTiff exif = cameraExif(orientation, orientation % 2 == 0);
     switch (container) {
     case Container::Jpeg:
-        return withSegments(encodedAs(kJpegCodec, noise({8, 8})),
+        return withSegments(encodedAs(kJpegCodec, shaded({8, 8})),
                             jpegSegmentOf(0xe1, "Exif\0\0"s + exif.bytes()));
     case Container::Png:
         return withChunks(encodedAs(kPngCodec, noise({8, 8})), pngChunkOf("eXIf", exif.bytes()));
@@ -167,7 +167,7 @@ TEST(CarriedOrientation, IsWhatTheNewFileSaysWhateverTheFormats) {
                                                             : into == Container::Png ? kPngCodec
                                                             : into == Container::Gif ? kGifCodec
                                                                                      : kBmpCodec,
-                                                            noise({8, 8}));
+                                                            filled({8, 8}, grey(90)));
                 const bool isHeld = std::max(from, into) <= Container::Tiff;
                 const Orientation expected = isHeld ? orientationFromTag(value) : Orientation::TopLeft;
                 EXPECT_EQ(carriedOrientation(viewOf(source), into), expected);
@@ -180,7 +180,7 @@ TEST(CarriedOrientation, IsUprightForBlocksThatAreNotCarried) {
     std::string block = cameraExif(6).bytes();
     block[2] = 'U';
     const std::string source =
-        withSegments(encodedAs(kJpegCodec, noise({8, 8})), jpegSegmentOf(0xe1, "Exif\0\0"s + block));
+        withSegments(encodedAs(kJpegCodec, shaded({8, 8})), jpegSegmentOf(0xe1, "Exif\0\0"s + block));
     for (const Container into : {Container::Png, Container::Tiff}) {
         const std::string written =
             into == Container::Png ? encodedAs(kPngCodec, noise({8, 8})) : plainTiff();

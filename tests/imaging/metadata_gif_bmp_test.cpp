@@ -91,7 +91,7 @@ TEST(BmpMetadata, ResolutionIsTheSourcesAndNothingElseChanges) {
 }
 
 TEST(BmpMetadata, DensityCrossesFromJpeg) {
-    std::string source = encodedAs(kJpegCodec, noise({8, 8}));
+    std::string source = encodedAs(kJpegCodec, filled({8, 8}, grey(90)));
     source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 and 200 to the inch
     std::string expected = encodedAs(kBmpCodec, noise({7, 5}));
     const std::string written = expected;

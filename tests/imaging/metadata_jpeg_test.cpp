@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/carrying.h"
+#include "imaging/metadata/exif_basics.h"
+#include "imaging/metadata/jpeg_metadata.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 
@@ -14,7 +16,7 @@ const std::string kExifStart = "Exif\0\0"s;
 const std::string kXmpStart = "http://ns.adobe.com/xap/1.0/\0"s;
 const std::string kPhotoshopStart = "Photoshop 3.0\0"s;
 
-std::string plainJpeg(const Image& image = noise({64, 48})) {
+std::string plainJpeg(const Image& image = filled({64, 48}, grey(120))) {
     return encodedAs(kJpegCodec, image);
 }
 
@@ -88,6 +90,56 @@ TEST(JpegMetadata, DensityIsTheSources) {
     std::string source = plainJpeg();
     source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 and 200 to the inch
     EXPECT_EQ(carried(source, plainJpeg()).substr(13, 5), source.substr(13, 5));
+}
+
+// A file whose components are red, green and blue can have no JFIF segment: its density stands in EXIF.
+
+std::string rgbJpeg() {
+    return plainJpeg(noise({64, 48}));
+}
+
+/// A plain photo whose JFIF segment tells 300 and 200 to the unit of this number.
+std::string photoWithDensity(int unit, const std::string& segments = {}) {
+    std::string source = photo(segments);
+    source.replace(13, 5, bigNumber(static_cast<std::uint64_t>(unit), 1) + "\x01\x2c\x00\xc8"s);
+    return source;
+}
+
+TEST(JpegMetadata, DensityIsToldByExifWhereThereCanBeNoJfif) {
+    const std::string result = carried(photoWithDensity(1), rgbJpeg());
+    EXPECT_FALSE(contains(result, "JFIF"));
+    EXPECT_EQ(readJpegMetadata(viewOf(result)).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
+    const std::string centimetres = carried(photoWithDensity(2), rgbJpeg());
+    EXPECT_EQ(readExifBasics(readJpegMetadata(viewOf(centimetres)).exif).density, (Density{762, 508}));
+}
+
+TEST(JpegMetadata, ExifWithoutADensityTakesThatOfJfif) {
+    const std::string block =
+        "II*\0\x08\0\0\0\x01\0\x31\x01\x02\0\x04\0\0\0abc\0\0\0\0\0"s; // the software: "abc"
+    const std::string source = photoWithDensity(1, exifSegment(block));
+    EXPECT_TRUE(contains(carried(source, plainJpeg()), block));
+    const Bytes exif = readJpegMetadata(viewOf(carried(source, rgbJpeg()))).exif;
+    EXPECT_EQ(readExifBasics(exif).density, (Density{300, 200}));
+    EXPECT_TRUE(contains(std::string(exif.begin(), exif.end()), "abc"));
+}
+
+TEST(JpegMetadata, ExifThatTellsADensityStaysAsItIs) {
+    const std::string segment = exifSegment(cameraExif(6).bytes());
+    EXPECT_TRUE(contains(carried(photoWithDensity(1, segment), rgbJpeg()), segment));
+}
+
+TEST(JpegMetadata, OfABareShapeOrTheUsualDensityNoExifIsMade) {
+    EXPECT_FALSE(contains(carried(photoWithDensity(0), rgbJpeg()), "Exif"));
+    EXPECT_FALSE(contains(carried(photo({}), rgbJpeg()), "Exif"));
+}
+
+TEST(JpegMetadata, DensityOfAnotherFormatIsToldByExifToo) {
+    std::string bmp = encodedAs(kBmpCodec, noise({8, 8}));
+    bmp.replace(38, 8, littleNumber(11811, 4) + littleNumber(7874, 4));
+    const auto resolution = readJpegMetadata(viewOf(carried(bmp, rgbJpeg()))).resolution;
+    ASSERT_TRUE(resolution);
+    EXPECT_NEAR(resolution->across, 300, 0.01);
+    EXPECT_NEAR(resolution->down, 200, 0.01);
 }
 
 TEST(JpegMetadata, ExifComesFirstWhereTheSourceHasNoJfif) {

@@ -58,7 +58,7 @@ TEST(MetadataOfPhotographs, ComesBackWhole) {
     const std::vector<std::filesystem::path> files = photos("exif");
     if (files.empty())
         GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
-    const std::string written = encodedAs(kJpegCodec, noise({64, 48}));
+    const std::string written = encodedAs(kJpegCodec, shaded({64, 48}));
     for (const std::filesystem::path& path : files) {
         SCOPED_TRACE(path.filename());
         const std::string source = contentsOf(path);

@@ -63,7 +63,7 @@ TEST(PngMetadata, ExifInATextGoesIntoItsOwnChunk) {
 
 TEST(PngMetadata, ThumbnailShowsTheResult) {
     SampleTiff exif = cameraExif(1);
-    exif.thumbnail = encodedAs(kJpegCodec, noise({40, 20}));
+    exif.thumbnail = encodedAs(kJpegCodec, shaded({40, 20}));
     const std::string result = carried(photo(pngChunkOf("eXIf", exif.bytes())),
                                        plainPng(filled({80, 40}, RGBA32(20, 200, 90, 255))));
     const std::size_t start = result.find("\xff\xd8\xff");

@@ -110,7 +110,7 @@ TEST_F(PhotoFiles, OpeningAtOnceGivesThePictureOfTheSteps) {
 
 TEST_F(PhotoFiles, APhotoOfAnotherDensityOpensAtOnePointAPixel) {
     const std::filesystem::path path = folder.path() / "dense.jpg";
-    writeFile(path, withSegments(encodedAs(kJpegCodec, noise({90, 60})),
+    writeFile(path, withSegments(encodedAs(kJpegCodec, shaded({90, 60})),
                                  jpegSegmentOf(0xe1, "Exif\0\0"s + cameraExif(1).bytes()), false));
     ASSERT_LT(ImageTools::DecodeImage(path)->size().width, 90); // 300 pixels to the inch
     const std::optional<Image> image = openPhoto(path);
