@@ -50,8 +50,11 @@ struct Image::Content {
     PointSize points;
     ColorProfile profile;
     std::shared_ptr<const BandList> bands = std::make_shared<const BandList>();
+    std::shared_ptr<const PixelSource> source;                     // in place of bands, unless null
     std::vector<std::shared_ptr<const PixelTransform>> transforms; // applied in this order when read
     std::shared_ptr<Memo> encoderMemory = std::make_shared<Memo>();
+
+    bool isStored() const { return !source && transforms.empty(); }
 };
 
 Image::Image() : Image(std::make_shared<const Content>()) {}
@@ -68,6 +71,15 @@ Image Image::fromBands(PixelSize pixels, BandList bands, ColorProfile profile) {
     content.points = {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
     content.profile = std::move(profile);
     content.bands = std::make_shared<const BandList>(std::move(bands));
+    return Image(std::make_shared<const Content>(std::move(content)));
+}
+
+Image Image::fromSource(PixelSize pixels, std::shared_ptr<const PixelSource> source, ColorProfile profile) {
+    Content content;
+    content.pixels = pixels;
+    content.points = {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
+    content.profile = std::move(profile);
+    content.source = std::move(source);
     return Image(std::make_shared<const Content>(std::move(content)));
 }
 
@@ -106,6 +118,7 @@ Image Image::withProfile(ColorProfile profile) const {
 Image Image::withBands(BandList bands) const {
     Content content = *m_content;
     content.bands = std::make_shared<const BandList>(std::move(bands));
+    content.source = nullptr;
     content.transforms.clear();
     return Image(std::make_shared<const Content>(std::move(content)));
 }
@@ -113,7 +126,12 @@ Image Image::withBands(BandList bands) const {
 Image Image::transformed(std::shared_ptr<const PixelTransform> transform) const {
     Content content = *m_content;
     content.transforms.push_back(std::move(transform));
+    content.encoderMemory = std::make_shared<Memo>();
     return Image(std::make_shared<const Content>(std::move(content)));
+}
+
+bool Image::isTransformed() const {
+    return !m_content->transforms.empty();
 }
 
 void Image::read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const {
@@ -138,6 +156,12 @@ void Image::readStoredLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff
     const PixelSize size = levelSize(level);
     if (rect.intersected({0, 0, size.width, size.height}) != rect)
         fatal("pixels outside the picture are read");
+    if (m_content->source) {
+        if (level > 0)
+            fatal("a picture that is made when it is read has no levels");
+        m_content->source->read(rect, out, stride);
+        return;
+    }
     const int tileWidth = Tile::kWidth >> level;
     const int tileHeight = Tile::kHeight >> level;
     for (int band = rect.y / tileHeight; band * tileHeight < rect.bottom(); ++band) {
@@ -171,7 +195,7 @@ RGBA32 Image::pixel(int row, int column) const {
 PixelRect Image::difference(const Image& other) const {
     const PixelRect whole{0, 0, pixelSize().width, pixelSize().height};
     if (pixelSize() != other.pixelSize() || m_content->transforms != other.m_content->transforms ||
-        !(profile() == other.profile()))
+        !(profile() == other.profile()) || m_content->source || other.m_content->source)
         return whole;
     PixelRect changed;
     for (int index = 0; index < bandCount(); ++index) {
@@ -188,7 +212,7 @@ PixelRect Image::difference(const Image& other) const {
 }
 
 int Image::bandCount() const {
-    return static_cast<int>(m_content->bands->size());
+    return pixelSize().area() == 0 ? 0 : blocksFor(pixelSize().height, Tile::kHeight);
 }
 
 PixelRect Image::bandRect(int index) const {
@@ -197,26 +221,30 @@ PixelRect Image::bandRect(int index) const {
 }
 
 std::shared_ptr<const Band> Image::storedBand(int index) const {
-    return m_content->transforms.empty() ? (*m_content->bands)[static_cast<std::size_t>(index)] : nullptr;
+    return m_content->isStored() ? (*m_content->bands)[static_cast<std::size_t>(index)] : nullptr;
 }
 
 const BandList& Image::bands() const {
-    if (!m_content->transforms.empty())
+    if (!m_content->isStored())
         fatal("the bands of an image that is computed when read are asked for");
     return *m_content->bands;
 }
 
 Image Image::materialized() const {
-    if (m_content->transforms.empty())
+    if (m_content->isStored())
         return *this;
-    ImageBuilder builder(pixelSize());
+    BandList bands(static_cast<std::size_t>(bandCount()));
     parallelFor(bandCount(), [&](int index) {
-        const PixelRect rect = bandRect(index);
-        const PixelBlock rows = PixelBlock::uninitialized({rect.width, rect.height});
-        read(rect, rows.pixels.get(), rect.width);
-        builder.setRows(rect.y, rect.height, rows.pixels.get());
+        std::vector<PixelBlock> blocks = newBand(pixelSize(), index);
+        PixelRect place = bandRect(index);
+        for (PixelBlock& block : blocks) {
+            place.width = block.size.width;
+            read(place, block.pixels.get(), place.width);
+            place.x = place.right();
+        }
+        bands[static_cast<std::size_t>(index)] = bandOf(std::move(blocks));
     });
-    return builder.finish().withSize(size()).withProfile(profile());
+    return fromBands(pixelSize(), std::move(bands), profile()).withSize(size());
 }
 
 Memo& Image::encoderMemory() const {

@@ -25,6 +25,18 @@ public:
     virtual void apply(std::span<RGBA32> pixels) const = 0;
 };
 
+/// Pixels that are made when they are read.
+class PixelSource {
+public:
+    PixelSource() = default;
+    PixelSource(const PixelSource&) = delete;
+    PixelSource& operator=(const PixelSource&) = delete;
+    virtual ~PixelSource() = default;
+
+    /// Copies the pixels of `rect` to `out`, whose rows are `stride` pixels apart. Called from any thread.
+    virtual void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const = 0;
+};
+
 /// An immutable picture: tiles of pixels shared with other images, a size in points, and the colour space
 /// its values are in. Copying an Image copies a handle; the copy is the same object.
 class Image {
@@ -37,6 +49,11 @@ public:
 
     /// The image of a list of bands that cover `pixels`, at one point per pixel.
     static Image fromBands(PixelSize pixels, BandList bands, ColorProfile profile = {});
+
+    /// The image of pixels that are made when they are read, for going through it once: it has no halved
+    /// levels.
+    static Image fromSource(PixelSize pixels, std::shared_ptr<const PixelSource> source,
+                            ColorProfile profile = {});
 
     /// The image of packed rows, top row first, at one point per pixel.
     static Image fromPixels(PixelSize size, std::span<const RGBA32> pixels);
@@ -55,8 +72,10 @@ public:
     /// The same picture with other pixels; keeps the size in points, the profile and the encoders' memory.
     Image withBands(BandList bands) const;
 
-    /// The image whose pixels are `transform` of this one's, computed where and when they are read.
+    /// The image whose pixels are `transform` of this one's, computed where and when they are read. Another
+    /// picture: its encoders' memory is its own.
     Image transformed(std::shared_ptr<const PixelTransform> transform) const;
+    bool isTransformed() const;
 
     /// Copies the pixels of `rect`, which lies inside the picture, to `out`, whose rows are `stride` pixels
     /// apart.

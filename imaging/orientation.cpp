@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/orientation.h"
 
-#include "imaging/parallel.h"
-
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace complexion {
 
@@ -58,7 +57,19 @@ PixelRect sourceOf(PixelRect place, PixelSize to, Turn turn) {
     return turn.transpose ? PixelRect{mirrored.y, mirrored.x, mirrored.height, mirrored.width} : mirrored;
 }
 
-void mirror(const PixelBlock& source, Turn turn, PixelBlock& out) {
+PixelSize turnedSize(PixelSize size, Turn turn) {
+    return turn.transpose ? PixelSize{size.height, size.width} : size;
+}
+
+/// Where a block of pixels is to be put: rows `stride` pixels apart.
+struct PixelView {
+    RGBA32* pixels;
+    std::ptrdiff_t stride;
+    PixelSize size;
+    RGBA32* row(int index) const { return pixels + index * stride; }
+};
+
+void mirror(const PixelBlock& source, Turn turn, const PixelView& out) {
     for (int row = 0; row < out.size.height; ++row) {
         const RGBA32* const from = source.row(turn.mirrorRows ? out.size.height - 1 - row : row);
         if (turn.mirrorColumns)
@@ -70,7 +81,7 @@ void mirror(const PixelBlock& source, Turn turn, PixelBlock& out) {
 
 /// In stripes: a row of the new block is a column of the old, and every pixel of that lies in a cache line of
 /// its own, which is used up while it is near.
-void transpose(const PixelBlock& source, Turn turn, PixelBlock& out) {
+void transpose(const PixelBlock& source, Turn turn, const PixelView& out) {
     for (int begin = 0; begin < source.size.width; begin += kPixelsOfCacheLine) {
         const int count = std::min(kPixelsOfCacheLine, source.size.width - begin);
         std::array<RGBA32*, kPixelsOfCacheLine> lines{};
@@ -86,32 +97,43 @@ void transpose(const PixelBlock& source, Turn turn, PixelBlock& out) {
     }
 }
 
-std::shared_ptr<const Tile> turnedTile(const Image& image, Turn turn, PixelSize to, PixelRect place) {
-    const PixelRect part = sourceOf(place, to, turn);
-    const PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
-    image.read(part, source.pixels.get(), part.width);
-    PixelBlock out = PixelBlock::uninitialized({place.width, place.height});
-    (turn.transpose ? transpose : mirror)(source, turn, out);
-    return std::make_shared<const Tile>(std::move(out));
-}
+/// A picture turned while it is read.
+class TurnedPixels : public PixelSource {
+public:
+    TurnedPixels(Image image, Turn turn)
+        : m_image(std::move(image)), m_turn(turn), m_size(turnedSize(m_image.pixelSize(), turn)) {}
 
-/// Tile by tile, so that both pictures' tiles are near while they are worked on.
+    PixelSize size() const { return m_size; }
+
+    /// A tile at a time, so that what is read and what is written are near while they are worked on.
+    void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const override {
+        for (int y = rect.y; y < rect.bottom(); y += Tile::kHeight)
+            for (int x = rect.x; x < rect.right(); x += Tile::kWidth) {
+                const PixelRect place{x, y, std::min(Tile::kWidth, rect.right() - x),
+                                      std::min(Tile::kHeight, rect.bottom() - y)};
+                readBlock(place,
+                          {out + (y - rect.y) * stride + (x - rect.x), stride, {place.width, place.height}});
+            }
+    }
+
+private:
+    void readBlock(PixelRect place, const PixelView& out) const {
+        const PixelRect part = sourceOf(place, m_size, m_turn);
+        const PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
+        m_image.read(part, source.pixels.get(), part.width);
+        (m_turn.transpose ? transpose : mirror)(source, m_turn, out);
+    }
+
+    Image m_image;
+    Turn m_turn;
+    PixelSize m_size;
+};
+
+/// The picture turned, its pixels made when they are read.
 Image turned(const Image& image, Turn turn) {
-    const PixelSize from = image.pixelSize();
-    const PixelSize to = turn.transpose ? PixelSize{from.height, from.width} : from;
-    BandList bands(
-        static_cast<std::size_t>(to.area() == 0 ? 0 : (to.height + Tile::kHeight - 1) / Tile::kHeight));
-    parallelFor(static_cast<int>(bands.size()), [&](int band) {
-        const int y = band * Tile::kHeight;
-        TileList tiles;
-        for (int x = 0; x < to.width; x += Tile::kWidth)
-            tiles.push_back(turnedTile(
-                image, turn, to,
-                {x, y, std::min(Tile::kWidth, to.width - x), std::min(Tile::kHeight, to.height - y)}));
-        bands[static_cast<std::size_t>(band)] = std::make_shared<const Band>(std::move(tiles));
-    });
+    const auto source = std::make_shared<const TurnedPixels>(image, turn);
     const PointSize points = image.size();
-    const Image result = Image::fromBands(to, std::move(bands), image.profile())
+    const Image result = Image::fromSource(source->size(), source, image.profile())
                              .withSize(turn.transpose ? PointSize{points.height, points.width} : points);
     // What an encoder has learned of the picture holds for it however it lies.
     result.encoderMemory().set(image.encoderMemory().get<Memo::Value>());
@@ -121,11 +143,11 @@ Image turned(const Image& image, Turn turn) {
 } // namespace
 
 Image turnedUpright(const Image& stored, Orientation orientation) {
-    return orientation == Orientation::TopLeft ? stored : turned(stored, turnTo(orientation));
+    return orientation == Orientation::TopLeft ? stored : turned(stored, turnTo(orientation)).materialized();
 }
 
 Image turnedForStorage(const Image& upright, Orientation orientation) {
-    return turnedUpright(upright, inverse(orientation));
+    return orientation == Orientation::TopLeft ? upright : turned(upright, turnTo(inverse(orientation)));
 }
 
 } // namespace complexion
