@@ -185,9 +185,11 @@ std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& res
     return isTold ? resolution : std::nullopt;
 }
 
-/// The EXIF block, with the density where it tells none itself.
+/// The EXIF block, with the density where it tells none itself. One that is no such block stays as it is.
 Bytes exifTellingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
-    return resolution && !exifResolution(exif) ? exifWithResolution(exif, *resolution) : std::move(exif);
+    const bool canTell = exif.empty() || readTiffHeader(exif);
+    return resolution && canTell && !exifResolution(exif) ? exifWithResolution(exif, *resolution)
+                                                          : std::move(exif);
 }
 
 /// The metadata segments of a file as they are to stand in the new one, which may be one that cannot have a

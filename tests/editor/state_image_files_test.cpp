@@ -95,10 +95,9 @@ TEST_F(StateFiles, AnUnholdableImageOverAnEarlierFileIsNotTakenForIt) {
     ASSERT_TRUE(files.write(image, path("state.jpg"), "jpg"));
     EXPECT_TRUE(files.write(filled({65501, 1}, kSkin), path("state.jpg"), "jpg"));
     const auto read = files.read(path("state.jpg"));
-    // Whatever stands in the file is what is read, never a picture that is not in it.
-    if (read) {
-        EXPECT_TRUE(samePixels(*read, decoded(path("state.jpg"))));
-    }
+    // What stands in the file is what is read, never a picture that is not in it.
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(samePixels(*read, decoded(path("state.jpg"))));
 }
 
 TEST_F(StateFiles, RemovingDeletesTheFileSilently) {

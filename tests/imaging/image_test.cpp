@@ -109,6 +109,42 @@ TEST(Image, TransformsAreAppliedInOrderWherePixelsAreRead) {
     EXPECT_EQ(pixelsOf(inverted.materialized()), pixelsOf(inverted));
 }
 
+/// Pixels that tell their place.
+class Places final : public PixelSource {
+public:
+    void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const override {
+        for (int y = rect.y; y < rect.bottom(); ++y, out += stride)
+            for (int x = rect.x; x < rect.right(); ++x)
+                out[x - rect.x] = at(x, y);
+    }
+    static RGBA32 at(int x, int y) {
+        return {static_cast<std::uint8_t>(x), static_cast<std::uint8_t>(y),
+                static_cast<std::uint8_t>(x / 256), 255};
+    }
+};
+
+TEST(Image, OfASourceHasItsPixelsAndCanStoreThem) {
+    for (const PixelSize size : kOddSizes) {
+        const Image image = Image::fromSource(size, std::make_shared<const Places>());
+        EXPECT_EQ(image.bandCount(), (size.height + Tile::kHeight - 1) / Tile::kHeight);
+        EXPECT_EQ(image.storedBand(0), nullptr);
+        const Image expected = painted(size, [](int row, int column) { return Places::at(column, row); });
+        EXPECT_TRUE(samePixels(image, expected));
+        EXPECT_TRUE(samePixels(image.materialized(), expected));
+        EXPECT_NE(image.materialized().storedBand(0), nullptr);
+        const auto inverted = std::make_shared<const Inverted>();
+        EXPECT_TRUE(samePixels(image.transformed(inverted), expected.transformed(inverted)));
+        EXPECT_TRUE(samePixels(image.withBands(filled(size, grey(7)).bands()), filled(size, grey(7))));
+    }
+}
+
+TEST(ImageDeathTest, OfASourceHasNoBandsAndNoLevels) {
+    const Image image = Image::fromSource({300, 100}, std::make_shared<const Places>());
+    EXPECT_DEATH((void)image.bands(), "bands");
+    RGBA32 pixel;
+    EXPECT_DEATH(image.readLevel(1, {0, 0, 1, 1}, &pixel, 1), "levels");
+}
+
 TEST(Image, DifferenceIsTheTilesThatAnEditTouched) {
     const Image before = noise({1000, 300});
     const Image after = withPixels(before, {{70, 300}}, grey(5));

@@ -128,6 +128,11 @@ TEST(JpegMetadata, ExifThatTellsADensityStaysAsItIs) {
     EXPECT_TRUE(contains(carried(photoWithDensity(1, segment), rgbJpeg()), segment));
 }
 
+TEST(JpegMetadata, DamagedExifStaysAsItIsWhereItShouldTellTheDensity) {
+    const std::string segment = exifSegment("no structure");
+    EXPECT_TRUE(contains(carried(photoWithDensity(1, segment), rgbJpeg()), segment));
+}
+
 TEST(JpegMetadata, OfABareShapeOrTheUsualDensityNoExifIsMade) {
     EXPECT_FALSE(contains(carried(photoWithDensity(0), rgbJpeg()), "Exif"));
     EXPECT_FALSE(contains(carried(photo({}), rgbJpeg()), "Exif"));
