@@ -212,21 +212,14 @@ Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables
                  file.end() - kJpegEndOfImage.size());
 }
 
-Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows, JpegColors colors) {
-    Compressor compressor(size, expectedBytes(size));
-    if (!compressor.configure(colors, nullptr) || !compressor.start({}, 0) || !compressor.writeAllRows(rows))
-        return compressor.error();
-    JpegTables tables = compressor.tables();
-    tables.colors = colors;
-    return tables;
-}
-
-Result<Bytes> wholeJpeg(PixelSize size, const RGBA32* rows, JpegColors colors) {
+Result<JpegTrial> tryJpeg(PixelSize size, const RGBA32* rows, JpegColors colors) {
     Compressor compressor(size, expectedBytes(size));
     if (!compressor.configure(colors, nullptr) || !compressor.start({}, 0) || !compressor.writeAllRows(rows))
         return compressor.error();
     const ByteView file = compressor.written();
-    return Bytes(file.begin(), file.end());
+    JpegTrial trial{.tables = compressor.tables(), .file = Bytes(file.begin(), file.end())};
+    trial.tables.colors = colors;
+    return trial;
 }
 
 } // namespace complexion

@@ -26,10 +26,12 @@ Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tabl
 /// RST0, RST1, ... between them.
 Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables& tables);
 
-/// The codes that are best for a picture of these pixels, for the symbols that occur in it only.
-Result<JpegTables> bestJpegTables(PixelSize size, const RGBA32* rows, JpegColors colors);
-
-/// A whole file of these pixels, as one interval.
-Result<Bytes> wholeJpeg(PixelSize size, const RGBA32* rows, JpegColors colors);
+/// A picture's file, as one interval, and the codes in it: the best ones, for the symbols that occur in it
+/// only.
+struct JpegTrial {
+    JpegTables tables;
+    Bytes file;
+};
+Result<JpegTrial> tryJpeg(PixelSize size, const RGBA32* rows, JpegColors colors);
 
 } // namespace complexion

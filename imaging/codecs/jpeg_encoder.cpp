@@ -5,7 +5,6 @@
 #include "imaging/codecs/jpeg_compressor.h"
 #include "imaging/codecs/jpeg_decoder.h"
 #include "imaging/codecs/jpeg_scan.h"
-#include "imaging/parallel.h"
 
 #include <cstdlib>
 
@@ -46,13 +45,9 @@ PixelBlock sampleOf(const Image& image) {
     return sample;
 }
 
-/// The mean difference of red, green and blue, in levels, between pixels and what a file in YCbCr makes of
-/// them.
-Result<double> lossInYCbCr(const PixelBlock& pixels) {
-    const Result<Bytes> file = wholeJpeg(pixels.size, pixels.pixels.get(), JpegColors::YCbCr);
-    if (!file)
-        return file.error();
-    const Result<Image> decoded = decodeJpeg(*file);
+/// The mean difference of red, green and blue, in levels, between pixels and what is decoded of their file.
+Result<double> lossIn(ByteView file, const PixelBlock& pixels) {
+    const Result<Image> decoded = decodeJpeg(file);
     if (!decoded)
         return decoded.error();
     const PixelBlock back = PixelBlock::uninitialized(pixels.size);
@@ -67,54 +62,42 @@ Result<double> lossInYCbCr(const PixelBlock& pixels) {
     return static_cast<double>(sum) / static_cast<double>(3 * pixels.size.area());
 }
 
-/// What a picture's components are to be. Those of most photos are YCbCr; pictures of strong colours, or that
-/// were never stored as YCbCr, would lose too much.
-Result<JpegColors> colorsFor(const PixelBlock& sample) {
-    const Result<double> loss = lossInYCbCr(sample);
-    if (!loss)
-        return loss.error();
-    return *loss > kMostLoss ? JpegColors::Rgb : JpegColors::YCbCr;
-}
-
-Result<Tables> trainedTables(const PixelBlock& sample, JpegColors colors) {
-    const Result<JpegTables> best = bestJpegTables(sample.size, sample.pixels.get(), colors);
-    if (!best)
-        return best.error();
-    auto tables = std::make_shared<JpegPictureTables>();
-    tables->codes.colors = colors;
-    for (std::size_t i = 0; i < 2; ++i) {
-        tables->codes.dc[i] = completed(best->dc[i], dcSymbols());
-        tables->codes.ac[i] = completed(best->ac[i], acSymbols());
+/// The colours and codes that suit a picture. The components of most photos are YCbCr; pictures of strong
+/// colours, or that were never stored as YCbCr, would lose too much. Where an effect is on it, nothing has to
+/// come back as it was.
+Result<JpegTables> suitableTables(const Image& image) {
+    const PixelBlock sample = sampleOf(image);
+    const auto tried = [&sample](JpegColors colors) {
+        return tryJpeg(sample.size, sample.pixels.get(), colors);
+    };
+    Result<JpegTrial> trial = tried(JpegColors::YCbCr);
+    if (trial && !image.isTransformed()) {
+        const Result<double> loss = lossIn(trial->file, sample);
+        if (!loss)
+            return loss.error();
+        if (*loss > kMostLoss)
+            trial = tried(JpegColors::Rgb);
     }
-    return Tables(tables);
+    if (!trial)
+        return trial.error();
+    return trial->tables;
 }
 
-/// The colours and the codes that suit a picture.
-Result<Tables> tablesAsSuits(const PixelBlock& sample) {
-    Result<Tables> usual = Tables();
-    Result<JpegColors> colors = JpegColors::YCbCr;
-    parallelFor(2, [&](int i) {
-        if (i == 0)
-            usual = trainedTables(sample, JpegColors::YCbCr);
-        else
-            colors = colorsFor(sample);
-    });
-    if (!colors)
-        return colors.error();
-    return *colors == JpegColors::YCbCr ? usual : trainedTables(sample, *colors);
-}
-
-/// The picture's tables: chosen at its first encoding. Where an effect is on it, nothing has to come back as
-/// it was.
+/// The picture's tables: chosen at its first encoding, with codes for whatever an edit may bring.
 Result<Tables> tablesFor(const Image& image) {
     if (Tables kept = image.encoderMemory().get<JpegPictureTables>())
         return kept;
-    const PixelBlock sample = sampleOf(image);
-    Result<Tables> tables =
-        image.isTransformed() ? trainedTables(sample, JpegColors::YCbCr) : tablesAsSuits(sample);
-    if (tables)
-        image.encoderMemory().set(*tables);
-    return tables;
+    const Result<JpegTables> suitable = suitableTables(image);
+    if (!suitable)
+        return suitable.error();
+    auto tables = std::make_shared<JpegPictureTables>();
+    tables->codes.colors = suitable->colors;
+    for (std::size_t i = 0; i < 2; ++i) {
+        tables->codes.dc[i] = completed(suitable->dc[i], dcSymbols());
+        tables->codes.ac[i] = completed(suitable->ac[i], acSymbols());
+    }
+    image.encoderMemory().set(tables);
+    return Tables(tables);
 }
 
 } // namespace
