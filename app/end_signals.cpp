@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/end_signals.h"
 
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -3,7 +3,7 @@
 
 #include "app/connections.h"
 #include "benchmarks/stopwatch.h"
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <QCoreApplication>
 #include <QMouseEvent>

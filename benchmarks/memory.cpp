@@ -6,7 +6,7 @@
 #include "benchmarks/editor.h"
 #include "benchmarks/portraits.h"
 #include "benchmarks/table.h"
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <unistd.h>
 

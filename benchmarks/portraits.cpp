@@ -2,8 +2,8 @@
 #include "benchmarks/portraits.h"
 
 #include "benchmarks/references.h"
-#include "imaging/orientation.h"
-#include "imaging/parallel.h"
+#include "imaging/base/orientation.h"
+#include "imaging/base/parallel.h"
 #include "tools/sample_portrait_painter.h"
 
 #include <algorithm>

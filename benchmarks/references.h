@@ -2,7 +2,7 @@
 #pragma once
 
 #include "benchmarks/portraits.h"
-#include "imaging/files.h"
+#include "imaging/base/files.h"
 
 namespace complexion::bench {
 

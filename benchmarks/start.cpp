@@ -4,7 +4,7 @@
 #include "benchmarks/portraits.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <csignal>
 #include <fstream>

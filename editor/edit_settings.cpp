@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/edit_settings.h"
 
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 namespace complexion {
 

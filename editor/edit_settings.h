@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/color_profile.h"
+#include "imaging/base/color_profile.h"
 
 #include <cstdint>
 #include <mutex>

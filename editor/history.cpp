@@ -3,7 +3,7 @@
 // The edit history: every state of the working image as a file, and the steps back and forth.
 #include "editor/outlet.h"
 #include "editor/view_controller.h"
-#include "imaging/checked.h"
+#include "imaging/base/checked.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <QPointer>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/repair.h"
 
-#include "imaging/checked.h"
+#include "imaging/base/checked.h"
+#include "imaging/healing/repair_disc.h"
 #include "imaging/image_tools.h"
-#include "imaging/repair_disc.h"
 
 namespace complexion {
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "editor/edit_settings.h"
+#include "imaging/base/image.h"
 #include "imaging/changed_pixels.h"
-#include "imaging/image.h"
 
 #include <cstdint>
 #include <optional>

@@ -4,7 +4,7 @@
 #include "editor/outlet.h"
 #include "editor/repair.h"
 #include "editor/view_controller.h"
-#include "imaging/checked.h"
+#include "imaging/base/checked.h"
 
 #include <QCoreApplication>
 

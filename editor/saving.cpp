@@ -3,7 +3,7 @@
 // Saving what the image view shows, in the source's own format, with its metadata.
 #include "editor/outlet.h"
 #include "editor/view_controller.h"
-#include "imaging/files.h"
+#include "imaging/base/files.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_files.h"
 

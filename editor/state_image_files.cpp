@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/state_image_files.h"
 
-#include "imaging/diagnostics.h"
+#include "imaging/base/diagnostics.h"
 #include "imaging/image_tools.h"
 
 #include <sys/stat.h>

@@ -5,7 +5,7 @@
 #include "editor/platform.h"
 #include "editor/repair.h"
 #include "editor/state_image_files.h"
-#include "imaging/image.h"
+#include "imaging/base/image.h"
 #include "view/box.h"
 #include "view/color_well.h"
 #include "view/custom_image_view.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/checked.h"
+#include "imaging/base/checked.h"
+#include "imaging/base/pixel_buffer.h"
+#include "imaging/healing/repair_disc.h"
 #include "imaging/image_tools.h"
-#include "imaging/pixel_buffer.h"
-#include "imaging/repair_disc.h"
 
 #include <algorithm>
 #include <cmath>

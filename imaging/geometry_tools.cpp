@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/checked.h"
+#include "imaging/base/checked.h"
+#include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_file_steps.h"
-#include "imaging/resample.h"
 
 #include <cmath>
 

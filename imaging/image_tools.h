@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/color_profile.h"
-#include "imaging/geometry.h"
-#include "imaging/image.h"
-#include "imaging/orientation.h"
+#include "imaging/base/color_profile.h"
+#include "imaging/base/geometry.h"
+#include "imaging/base/image.h"
+#include "imaging/base/orientation.h"
 
 #include <array>
 #include <chrono>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/files.h"
+#include "imaging/base/no_throw.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/files.h"
+#include "imaging/containers/container.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
-#include "imaging/metadata/container.h"
 #include "imaging/metadata/creation_date.h"
-#include "imaging/no_throw.h"
 #include "imaging/photo_file_steps.h"
 
 #include <iostream>

@@ -2,7 +2,7 @@
 
 // The natural repair: what is not skin is found, the skin's colour is spanned across it like a membrane, and
 // the skin's detail is put on that. Each step stands, with its sources, in healing/.
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 #include "imaging/healing/painter.h"
 #include "imaging/image_tools.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/photo_effects.h"
 
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
+#include "imaging/base/wide_vectors.h"
 #include "imaging/image_tools.h"
-#include "imaging/wide_vectors.h"
 
 #include <algorithm>
 #include <array>

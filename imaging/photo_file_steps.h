@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
-#include "imaging/image.h"
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
+#include "imaging/base/orientation.h"
 #include "imaging/metadata/creation_date.h"
-#include "imaging/orientation.h"
 
 #include <optional>
 #include <string_view>

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/photo_files.h"
 
+#include "imaging/base/orientation.h"
+#include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/creation_date.h"
-#include "imaging/orientation.h"
 #include "imaging/photo_file_steps.h"
-#include "imaging/resample.h"
 
 #include <new>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/screen_colors.h"
 
-#include "imaging/lcms.h"
+#include "imaging/base/lcms.h"
 
 #include <algorithm>
 #include <array>

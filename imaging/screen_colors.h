@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/image.h"
+#include "imaging/base/image.h"
 
 namespace complexion {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/averaged_picture.h"
 
-#include "imaging/parallel.h"
-#include "imaging/wide_vectors.h"
+#include "imaging/base/parallel.h"
+#include "imaging/base/wide_vectors.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/custom_image_view.h"
 
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 #include "imaging/image_tools.h"
 #include "imaging/screen_colors.h"
 #include "view/accessibility.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/image_painter.h"
 
-#include "imaging/parallel.h"
+#include "imaging/base/parallel.h"
 #include "view/averaged_picture.h"
 
 #include <QImage>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/parallel.h"
 #include "imaging/codecs/bmp_codec.h"
-#include "imaging/codecs/bmp_header.h"
 #include "imaging/codecs/bmp_rle.h"
-#include "imaging/codecs/little_endian.h"
-#include "imaging/parallel.h"
+#include "imaging/containers/bmp_header.h"
+#include "imaging/containers/little_endian.h"
 
 #include <bit>
 

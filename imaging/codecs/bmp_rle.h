@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/codecs/bmp_format.h"
-#include "imaging/image.h"
+#include "imaging/base/image.h"
+#include "imaging/containers/bmp_format.h"
 
 namespace complexion::bmp {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/tile.h"
+#include "imaging/base/tile.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/deflate.h"
 
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
 
-#include "imaging/no_throw.h"
+#include "imaging/base/no_throw.h"
 
 namespace complexion {
 

@@ -2,10 +2,10 @@
 #include "imaging/codecs/gif_codec.h"
 
 #include "imaging/codecs/gif_lzw.h"
-#include "imaging/codecs/little_endian.h"
 #include "imaging/codecs/plausible_area.h"
+#include "imaging/containers/gif_structure.h"
+#include "imaging/containers/little_endian.h"
 #include "imaging/metadata/gif_metadata.h"
-#include "imaging/metadata/gif_structure.h"
 
 #include <gif_lib.h>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/image.h"
-#include "imaging/result.h"
+#include "imaging/base/image.h"
+#include "imaging/base/result.h"
 
 #include <cstdint>
 #include <optional>

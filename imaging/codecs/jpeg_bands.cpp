@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_bands.h"
 
+#include "imaging/base/parallel.h"
 #include "imaging/codecs/changed_rows.h"
 #include "imaging/codecs/jpeg_compressor.h"
 #include "imaging/codecs/jpeg_scan.h"
-#include "imaging/parallel.h"
 
 #include <utility>
 

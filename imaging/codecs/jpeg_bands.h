@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
+#include "imaging/base/result.h"
 #include "imaging/codecs/jpeg_tables.h"
-#include "imaging/files.h"
-#include "imaging/image.h"
-#include "imaging/result.h"
 
 #include <memory>
 #include <vector>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_block_rows.h"
 
+#include "imaging/base/parallel.h"
 #include "imaging/codecs/jpeg_scan.h"
-#include "imaging/metadata/jpeg_segments.h"
-#include "imaging/parallel.h"
+#include "imaging/containers/jpeg_segments.h"
 
 #include <algorithm>
 #include <array>

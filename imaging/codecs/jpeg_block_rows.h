@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/image.h"
 #include "imaging/codecs/jpeg_decompressor.h"
-#include "imaging/image.h"
 
 #include <optional>
 

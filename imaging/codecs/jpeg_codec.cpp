@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/no_throw.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_decoder.h"
 #include "imaging/codecs/jpeg_encoder.h"
-#include "imaging/no_throw.h"
 
 #include <algorithm>
 #include <array>

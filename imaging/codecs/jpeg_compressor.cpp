@@ -3,7 +3,7 @@
 
 #include "imaging/codecs/jpeg_errors.h"
 #include "imaging/codecs/jpeg_scan.h"
-#include "imaging/metadata/jpeg_segments.h"
+#include "imaging/containers/jpeg_segments.h"
 #include "imaging/metadata/tiff_resolution.h"
 
 #include <jerror.h>

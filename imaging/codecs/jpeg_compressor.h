@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/files.h"
+#include "imaging/base/geometry.h"
+#include "imaging/base/result.h"
+#include "imaging/base/rgba32.h"
 #include "imaging/codecs/jpeg_tables.h"
-#include "imaging/files.h"
-#include "imaging/geometry.h"
-#include "imaging/result.h"
-#include "imaging/rgba32.h"
 
 namespace complexion {
 

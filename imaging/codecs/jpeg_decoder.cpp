@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_decoder.h"
 
+#include "imaging/base/orientation.h"
+#include "imaging/base/parallel.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jpeg_block_rows.h"
 #include "imaging/codecs/jpeg_decompressor.h"
 #include "imaging/codecs/plausible_area.h"
-#include "imaging/orientation.h"
-#include "imaging/parallel.h"
 
 namespace complexion {
 

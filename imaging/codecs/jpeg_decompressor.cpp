@@ -2,7 +2,7 @@
 #include "imaging/codecs/jpeg_decompressor.h"
 
 #include "imaging/codecs/jpeg_scan.h"
-#include "imaging/metadata/byte_order.h"
+#include "imaging/containers/byte_order.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/png_bands.h"
 
+#include "imaging/base/parallel.h"
 #include "imaging/codecs/changed_rows.h"
 #include "imaging/codecs/deflate.h"
-#include "imaging/codecs/png_chunks.h"
 #include "imaging/codecs/png_filter.h"
-#include "imaging/parallel.h"
+#include "imaging/containers/png_chunks.h"
 
 #include <atomic>
 #include <utility>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
-#include "imaging/image.h"
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/no_throw.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/png_chunks.h"
 #include "imaging/codecs/png_decoder.h"
 #include "imaging/codecs/png_encoder.h"
-#include "imaging/no_throw.h"
+#include "imaging/containers/png_chunks.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/png_color.h"
 
-#include "imaging/codecs/inflate.h"
-#include "imaging/lcms.h"
+#include "imaging/base/lcms.h"
+#include "imaging/containers/inflate.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
+#include "imaging/base/files.h"
 
 #include <array>
 #include <optional>

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/png_decoder.h"
 
+#include "imaging/base/orientation.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jump_guard.h"
 #include "imaging/codecs/plausible_area.h"
-#include "imaging/codecs/png_chunks.h"
 #include "imaging/codecs/png_color.h"
-#include "imaging/metadata/exif_basics.h"
+#include "imaging/containers/exif_basics.h"
+#include "imaging/containers/png_chunks.h"
 #include "imaging/metadata/png_metadata.h"
-#include "imaging/orientation.h"
 
 #include <cstring>
 

@@ -4,7 +4,7 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/deflate.h"
 #include "imaging/codecs/png_bands.h"
-#include "imaging/codecs/png_chunks.h"
+#include "imaging/containers/png_chunks.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
-#include "imaging/image.h"
-#include "imaging/result.h"
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
+#include "imaging/base/result.h"
 
 namespace complexion {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
-#include "imaging/geometry.h"
-#include "imaging/rgba32.h"
+#include "imaging/base/files.h"
+#include "imaging/base/geometry.h"
+#include "imaging/base/rgba32.h"
 
 #include <span>
 

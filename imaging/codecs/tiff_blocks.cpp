@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/tiff_blocks.h"
 
-#include "imaging/parallel.h"
+#include "imaging/base/parallel.h"
 
 #include <algorithm>
 #include <atomic>

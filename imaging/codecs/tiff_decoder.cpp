@@ -2,7 +2,7 @@
 #include "imaging/codecs/plausible_area.h"
 #include "imaging/codecs/tiff_blocks.h"
 #include "imaging/codecs/tiff_codec.h"
-#include "imaging/metadata/byte_order.h"
+#include "imaging/containers/byte_order.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/little_endian.h"
+#include "imaging/base/parallel.h"
 #include "imaging/codecs/tiff_codec.h"
-#include "imaging/parallel.h"
+#include "imaging/containers/little_endian.h"
 
 #include <tiff.h>
 

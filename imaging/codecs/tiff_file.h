@@ -2,7 +2,7 @@
 #pragma once
 
 #include "imaging/codecs/codec.h"
-#include "imaging/metadata/exif_basics.h"
+#include "imaging/containers/exif_basics.h"
 
 #include <tiffio.h>
 

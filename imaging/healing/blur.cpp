@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/blur.h"
 
+#include "imaging/base/wide_vectors.h"
 #include "imaging/healing/log_scale.h"
-#include "imaging/wide_vectors.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/geometry.h"
+#include "imaging/base/geometry.h"
 
 #include <algorithm>
 #include <array>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/painter.h"
 
+#include "imaging/base/wide_vectors.h"
 #include "imaging/healing/log_scale.h"
 #include "imaging/healing/place_noise.h"
-#include "imaging/wide_vectors.h"
 
 #include <cmath>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/pixel_buffer.h"
 #include "imaging/healing/skin_detail.h"
-#include "imaging/pixel_buffer.h"
 
 namespace complexion::healing {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/image.h"
 #include "imaging/healing/cell_grid.h"
-#include "imaging/image.h"
-#include "imaging/repair_disc.h"
+#include "imaging/healing/repair_disc.h"
 
 #include <cmath>
 

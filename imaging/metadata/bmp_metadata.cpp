@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/bmp_metadata.h"
 
-#include "imaging/metadata/byte_order.h"
+#include "imaging/containers/byte_order.h"
 
 namespace complexion {
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/carrying.h"
 
+#include "imaging/base/no_throw.h"
+#include "imaging/containers/exif_basics.h"
 #include "imaging/metadata/bmp_metadata.h"
-#include "imaging/metadata/exif_basics.h"
 #include "imaging/metadata/gif_metadata.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "imaging/metadata/png_metadata.h"
 #include "imaging/metadata/tiff_metadata.h"
-#include "imaging/no_throw.h"
 
 #include <array>
 

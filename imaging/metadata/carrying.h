@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/files.h"
-#include "imaging/image.h"
-#include "imaging/metadata/container.h"
-#include "imaging/orientation.h"
-#include "imaging/result.h"
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
+#include "imaging/base/orientation.h"
+#include "imaging/base/result.h"
+#include "imaging/containers/container.h"
 
 namespace complexion {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/creation_date.h"
 
-#include "imaging/metadata/byte_order.h"
+#include "imaging/containers/byte_order.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/metadata/tiff_structure.h"
+#include "imaging/containers/tiff_structure.h"
 
 namespace complexion {
 

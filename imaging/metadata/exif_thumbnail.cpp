@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/exif_thumbnail.h"
 
-#include "imaging/metadata/jpeg_segments.h"
-#include "imaging/metadata/tiff_structure.h"
+#include "imaging/containers/jpeg_segments.h"
+#include "imaging/containers/tiff_structure.h"
 
 #include <algorithm>
 #include <optional>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/extended_xmp.h"
 
-#include "imaging/metadata/byte_order.h"
+#include "imaging/containers/byte_order.h"
 #include "imaging/metadata/xml_elements.h"
 #include "imaging/metadata/xmp_packet.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/gif_metadata.h"
 
-#include "imaging/metadata/byte_order.h"
-#include "imaging/metadata/gif_structure.h"
+#include "imaging/containers/byte_order.h"
+#include "imaging/containers/gif_structure.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/text_encoding.h"
 #include "imaging/metadata/xmp_packet.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/result.h"
 #include "imaging/metadata/picture_metadata.h"
-#include "imaging/result.h"
 
 namespace complexion {
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/jpeg_metadata.h"
 
-#include "imaging/metadata/exif_basics.h"
+#include "imaging/containers/exif_basics.h"
+#include "imaging/containers/jpeg_segments.h"
+#include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/exif_thumbnail.h"
-#include "imaging/metadata/jpeg_segments.h"
 #include "imaging/metadata/jpeg_xmp.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/text_encoding.h"
 #include "imaging/metadata/tiff_resolution.h"
-#include "imaging/metadata/tiff_structure.h"
 #include "imaging/metadata/xmp_packet.h"
 
 #include <algorithm>

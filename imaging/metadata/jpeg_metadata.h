@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/result.h"
 #include "imaging/metadata/picture_metadata.h"
 #include "imaging/metadata/thumbnail_maker.h"
-#include "imaging/result.h"
 
 namespace complexion {
 

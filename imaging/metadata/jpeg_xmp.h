@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/metadata/jpeg_segments.h"
+#include "imaging/containers/jpeg_segments.h"
 
 namespace complexion {
 

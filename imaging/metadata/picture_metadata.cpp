@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/picture_metadata.h"
 
-#include "imaging/metadata/exif_basics.h"
+#include "imaging/containers/exif_basics.h"
 
 #include <algorithm>
 #include <cmath>

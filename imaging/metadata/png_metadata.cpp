@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/png_metadata.h"
 
-#include "imaging/codecs/png_chunks.h"
+#include "imaging/containers/png_chunks.h"
+#include "imaging/containers/png_structure.h"
+#include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/exif_thumbnail.h"
 #include "imaging/metadata/photoshop_resources.h"
-#include "imaging/metadata/png_structure.h"
 #include "imaging/metadata/text_encoding.h"
-#include "imaging/metadata/tiff_structure.h"
 #include "imaging/metadata/xmp_packet.h"
 
 #include <algorithm>

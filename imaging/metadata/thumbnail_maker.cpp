@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/thumbnail_maker.h"
 
+#include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_errors.h"
-#include "imaging/resample.h"
 
 #include <algorithm>
 #include <array>

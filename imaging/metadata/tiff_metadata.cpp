@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/tiff_metadata.h"
 
+#include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/tiff_resolution.h"
-#include "imaging/metadata/tiff_structure.h"
 #include "imaging/metadata/xmp_packet.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/picked_color.h"
 
-#include "imaging/color_profile.h"
+#include "imaging/base/color_profile.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/files.h"
-#include "imaging/image.h"
 
 #include <cstdint>
 #include <optional>

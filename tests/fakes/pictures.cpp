@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/fakes/pictures.h"
 
+#include "imaging/base/pixel_buffer.h"
 #include "imaging/image_tools.h"
-#include "imaging/pixel_buffer.h"
 #include "tests/fakes/metadata_samples.h"
 
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/fatal.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/fatal.h"
 
 #include <algorithm>
 

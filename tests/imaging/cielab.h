@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/rgba32.h"
+#include "imaging/base/rgba32.h"
 
 #include <cmath>
 #include <numbers>

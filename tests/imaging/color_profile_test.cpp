@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/color_profile.h"
+#include "imaging/base/color_profile.h"
 
 #include "imaging/screen_colors.h"
 #include "tests/fakes/pictures.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/extended_xmp.h"
 
-#include "imaging/metadata/container.h"
+#include "imaging/containers/container.h"
 #include "imaging/metadata/gif_metadata.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "imaging/metadata/png_metadata.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/files.h"
+#include "imaging/base/files.h"
 
 #include "tests/fakes/temporary_folder.h"
 

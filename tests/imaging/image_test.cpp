@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/image.h"
+#include "imaging/base/image.h"
 
 #include "tests/fakes/pictures.h"
 

@@ -3,7 +3,7 @@
 // How much of a photo is lost when its JPEG file is decoded and coded again.
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_decompressor.h"
-#include "imaging/metadata/byte_order.h"
+#include "imaging/containers/byte_order.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "tests/fakes/jpeg_files.h"
 #include "tests/imaging/codec_pictures.h"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // JPEG files of other programs: their kinds, colour spaces and damages.
+#include "imaging/base/orientation.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/orientation.h"
 #include "tests/fakes/jpeg_files.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/profiles.h"

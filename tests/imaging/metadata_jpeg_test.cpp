@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/containers/exif_basics.h"
 #include "imaging/metadata/carrying.h"
-#include "imaging/metadata/exif_basics.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"

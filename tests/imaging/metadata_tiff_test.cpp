@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/tiff_metadata.h"
-#include "imaging/metadata/tiff_structure.h"
 #include "tests/fakes/metadata_samples.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/orientation.h"
+#include "imaging/base/orientation.h"
 
 #include "tests/fakes/pictures.h"
 

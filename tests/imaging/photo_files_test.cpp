@@ -3,9 +3,9 @@
 // Opening and saving in one step give what their parts give one after the other.
 #include "imaging/photo_files.h"
 
+#include "imaging/base/orientation.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
-#include "imaging/orientation.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/pixel_buffer.h"
+#include "imaging/base/pixel_buffer.h"
 
 #include "tests/fakes/pictures.h"
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/geometry.h"
-#include "imaging/rgba32.h"
+#include "imaging/base/geometry.h"
+#include "imaging/base/rgba32.h"
 
 #include <algorithm>
 #include <array>

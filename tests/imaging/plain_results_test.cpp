@@ -2,10 +2,10 @@
 
 // What is tiled, computed in parallel, computed when read, or remembered gives what plain loops over packed
 // rows give, to the last bit, for sizes about those of tiles and for random edits.
+#include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_effects.h"
-#include "imaging/resample.h"
 #include "tests/fakes/pictures.h"
 #include "tests/imaging/plain_repair.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/orientation.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/orientation.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/png_files.h"
 #include "tests/fakes/profiles.h"

@@ -3,7 +3,7 @@
 // A picture of too many colours keeps the ones chosen for it from edit to edit, as long as they fit.
 #include "imaging/codecs/remembered_indices.h"
 
-#include "imaging/pixel_buffer.h"
+#include "imaging/base/pixel_buffer.h"
 #include "tests/fakes/pictures.h"
 #include "tests/imaging/codec_pictures.h"
 

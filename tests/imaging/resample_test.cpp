@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/resample.h"
+#include "imaging/base/resample.h"
 
 #include "tests/fakes/pictures.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 
-#include "imaging/orientation.h"
+#include "imaging/base/orientation.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
 #include "tests/imaging/tiff_writer.h"

@@ -1,0 +1,238 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <numeric>
+#include <random>
+#include <string>
+
+namespace complexion {
+
+namespace {
+
+/// An open file descriptor, closed at the end of its scope.
+class Descriptor {
+public:
+    explicit Descriptor(int fd) : m_fd(fd) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    int get() const { return m_fd; }
+    explicit operator bool() const { return m_fd >= 0; }
+    void reset(int fd) { m_fd = fd; } // of one that holds none
+    /// Closes now; false when the system reports that bytes were lost.
+    bool close() {
+        const int result = ::close(m_fd);
+        m_fd = -1;
+        return result == 0;
+    }
+
+private:
+    int m_fd;
+};
+
+Error systemError() {
+    return Error{std::strerror(errno)};
+}
+
+/// All parts, in few calls: each call costs about as much as the copying of 100 KB.
+bool writeAll(int fd, const FileContents& contents) {
+    std::vector<iovec> rest;
+    rest.reserve(contents.parts.size());
+    for (const auto& part : contents.parts)
+        if (!part->empty())
+            rest.push_back({const_cast<std::uint8_t*>(part->data()), part->size()}); // it is only read
+    for (std::span<iovec> left = rest; !left.empty();) {
+        const ssize_t result =
+            ::writev(fd, left.data(), static_cast<int>(std::min(left.size(), std::size_t{IOV_MAX})));
+        if (result < 0 && errno == EINTR)
+            continue;
+        if (result <= 0)
+            return false;
+        auto written = static_cast<std::size_t>(result);
+        for (; !left.empty() && written >= left.front().iov_len; left = left.subspan(1))
+            written -= left.front().iov_len;
+        if (written > 0)
+            left.front() = {static_cast<std::uint8_t*>(left.front().iov_base) + written,
+                            left.front().iov_len - written};
+    }
+    return true;
+}
+
+/// Fills `bytes` from `position` on, and makes them as many as there are.
+bool readOn(int fd, Bytes& bytes, std::size_t position) {
+    while (position < bytes.size()) {
+        const ssize_t got = ::read(fd, bytes.data() + position, bytes.size() - position);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return false;
+        if (got == 0)
+            break;
+        position += static_cast<std::size_t>(got);
+    }
+    bytes.resize(position);
+    return true;
+}
+
+mode_t usualFileMode() {
+    // The mask can only be read by setting it; no other thread of this program creates files meanwhile.
+    const mode_t mask = ::umask(0077);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+std::filesystem::path folderOf(const std::filesystem::path& path) {
+    return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
+}
+
+/// A file in the making beside its target. Where the file system can, it has no name until it is whole: a
+/// process that is killed leaves nothing of it. Goes with its owner unless it was moved.
+class NewFile {
+public:
+    explicit NewFile(const std::filesystem::path& folder)
+        : m_name((folder / kNamePattern).string()), m_file(openUnnamed(folder)), m_isNamed(!m_file) {
+        if (m_isNamed)
+            m_file.reset(::mkostemp(m_name.data(), O_CLOEXEC));
+        m_isNamed = m_isNamed && m_file;
+    }
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
+    ~NewFile() {
+        if (m_isNamed)
+            ::unlink(m_name.c_str());
+    }
+    explicit operator bool() const { return static_cast<bool>(m_file); }
+
+    bool write(const FileContents& contents) {
+        if (contents.size() > 0) {
+            // Reserving the space first is faster and finds a full disk early; not every file system can.
+            const int reserved = ::posix_fallocate(m_file.get(), 0, static_cast<off_t>(contents.size()));
+            if (reserved == ENOSPC || reserved == EFBIG)
+                return false;
+        }
+        return writeAll(m_file.get(), contents) && ::fchmod(m_file.get(), usualFileMode()) == 0;
+    }
+
+    bool moveTo(const std::filesystem::path& path) {
+        // File systems that report lost bytes only when a file is closed have no files without a name.
+        if (m_isNamed ? !m_file.close() : !giveName())
+            return false;
+        if (::rename(m_name.c_str(), path.c_str()) != 0)
+            return false;
+        m_isNamed = false;
+        return true;
+    }
+
+private:
+    // A short name: one made from the target's could be longer than the file system allows.
+    static constexpr const char* kNamePattern = ".cx-XXXXXX";
+    static constexpr std::size_t kRandomLetters = 6; // at its end
+    static constexpr const char* kOpenFiles = "/proc/self/fd/";
+
+    static int openUnnamed(const std::filesystem::path& folder) {
+        // Without the process's own files to see, there would be no way to name it.
+        return ::access(kOpenFiles, F_OK) == 0
+                   ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR)
+                   : -1;
+    }
+
+    /// A link cannot replace a file, so that even a file without a name needs one before it is moved.
+    bool giveName() {
+        const std::string self = kOpenFiles + std::to_string(m_file.get());
+        const std::string pattern = m_name;
+        std::random_device random;
+        do {
+            m_name = pattern;
+            for (std::size_t i = m_name.size() - kRandomLetters; i < m_name.size(); ++i)
+                m_name[i] = static_cast<char>('a' + random() % 26);
+            m_isNamed = ::linkat(AT_FDCWD, self.c_str(), AT_FDCWD, m_name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+        } while (!m_isNamed && errno == EEXIST);
+        return m_isNamed;
+    }
+
+    std::string m_name;
+    Descriptor m_file;
+    bool m_isNamed;
+};
+
+} // namespace
+
+std::uint64_t FileContents::size() const {
+    return std::accumulate(parts.begin(), parts.end(), std::uint64_t{0},
+                           [](std::uint64_t sum, const auto& part) { return sum + part->size(); });
+}
+
+Bytes FileContents::joined() const {
+    Bytes bytes;
+    bytes.reserve(size());
+    for (const auto& part : parts)
+        bytes.insert(bytes.end(), part->begin(), part->end());
+    return bytes;
+}
+
+Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start)) {
+    // Without O_NONBLOCK the opening of a named pipe would wait for a writer.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file)
+        return systemError();
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0)
+        return systemError();
+    if (!S_ISREG(status.st_mode))
+        return Error{"not a regular file"};
+    if (status.st_size > kLongestFile)
+        return Error{"a file of impossible length"};
+    const auto length = static_cast<std::size_t>(status.st_size);
+    Bytes bytes(isWanted ? std::min(length, kTellingBytes) : length);
+    if (!readOn(file.get(), bytes, 0))
+        return systemError();
+    if (!isWanted)
+        return bytes;
+    if (!isWanted(bytes))
+        return Error{"a file of another kind"};
+    const std::size_t start = bytes.size();
+    bytes.resize(length);
+    if (!readOn(file.get(), bytes, start))
+        return systemError();
+    return bytes;
+}
+
+bool writeFileAtomically(const std::filesystem::path& path, const FileContents& contents) {
+    NewFile file(folderOf(path));
+    return file && file.write(contents) && file.moveTo(path);
+}
+
+bool flushToDisk(const std::filesystem::path& path) {
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY));
+    return file && folder && ::fsync(file.get()) == 0 && ::fsync(folder.get()) == 0;
+}
+
+HeldFile::HeldFile(const std::filesystem::path& path)
+    : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)), m_path(path) {
+    if (m_descriptor < 0)
+        return;
+    const std::filesystem::path held = "/proc/self/fd/" + std::to_string(m_descriptor);
+    std::error_code ignored;
+    if (std::filesystem::exists(held, ignored))
+        m_path = held;
+}
+
+HeldFile::~HeldFile() {
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+}
+
+} // namespace complexion

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/orientation.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kPixelsOfCacheLine = 64 / sizeof(RGBA32);
+
+/// How a picture is turned: first the sides are swapped about the main diagonal, then it is mirrored.
+struct Turn {
+    bool transpose = false;
+    bool mirrorColumns = false;
+    bool mirrorRows = false;
+};
+
+Turn turnTo(Orientation orientation) {
+    switch (orientation) {
+    case Orientation::TopLeft:
+        return {};
+    case Orientation::TopRight:
+        return {.mirrorColumns = true};
+    case Orientation::BottomRight:
+        return {.mirrorColumns = true, .mirrorRows = true};
+    case Orientation::BottomLeft:
+        return {.mirrorRows = true};
+    case Orientation::LeftTop:
+        return {.transpose = true};
+    case Orientation::RightTop:
+        return {.transpose = true, .mirrorColumns = true};
+    case Orientation::RightBottom:
+        return {.transpose = true, .mirrorColumns = true, .mirrorRows = true};
+    case Orientation::LeftBottom:
+        return {.transpose = true, .mirrorRows = true};
+    }
+    return {};
+}
+
+/// The turn that undoes `orientation`: all are their own inverse but the two quarter turns.
+Orientation inverse(Orientation orientation) {
+    if (orientation == Orientation::RightTop)
+        return Orientation::LeftBottom;
+    if (orientation == Orientation::LeftBottom)
+        return Orientation::RightTop;
+    return orientation;
+}
+
+/// The part of the picture `from` that becomes `place` in the turned one, of size `to`.
+PixelRect sourceOf(PixelRect place, PixelSize to, Turn turn) {
+    const PixelRect mirrored{turn.mirrorColumns ? to.width - place.right() : place.x,
+                             turn.mirrorRows ? to.height - place.bottom() : place.y, place.width,
+                             place.height};
+    return turn.transpose ? PixelRect{mirrored.y, mirrored.x, mirrored.height, mirrored.width} : mirrored;
+}
+
+PixelSize turnedSize(PixelSize size, Turn turn) {
+    return turn.transpose ? PixelSize{size.height, size.width} : size;
+}
+
+/// Where a block of pixels is to be put: rows `stride` pixels apart.
+struct PixelView {
+    RGBA32* pixels;
+    std::ptrdiff_t stride;
+    PixelSize size;
+    RGBA32* row(int index) const { return pixels + index * stride; }
+};
+
+void mirror(const PixelBlock& source, Turn turn, const PixelView& out) {
+    for (int row = 0; row < out.size.height; ++row) {
+        const RGBA32* const from = source.row(turn.mirrorRows ? out.size.height - 1 - row : row);
+        if (turn.mirrorColumns)
+            std::reverse_copy(from, from + out.size.width, out.row(row));
+        else
+            std::copy_n(from, out.size.width, out.row(row));
+    }
+}
+
+/// In stripes: a row of the new block is a column of the old, and every pixel of that lies in a cache line of
+/// its own, which is used up while it is near.
+void transpose(const PixelBlock& source, Turn turn, const PixelView& out) {
+    for (int begin = 0; begin < source.size.width; begin += kPixelsOfCacheLine) {
+        const int count = std::min(kPixelsOfCacheLine, source.size.width - begin);
+        std::array<RGBA32*, kPixelsOfCacheLine> lines{};
+        for (int i = 0; i < count; ++i)
+            lines[static_cast<std::size_t>(i)] =
+                out.row(turn.mirrorRows ? out.size.height - 1 - (begin + i) : begin + i);
+        for (int column = 0; column < out.size.width; ++column) {
+            const RGBA32* const from =
+                source.row(turn.mirrorColumns ? out.size.width - 1 - column : column) + begin;
+            for (int i = 0; i < count; ++i)
+                lines[static_cast<std::size_t>(i)][column] = from[i];
+        }
+    }
+}
+
+/// A picture turned while it is read.
+class TurnedPixels : public PixelSource {
+public:
+    TurnedPixels(Image image, Turn turn)
+        : m_image(std::move(image)), m_turn(turn), m_size(turnedSize(m_image.pixelSize(), turn)) {}
+
+    PixelSize size() const { return m_size; }
+
+    /// A tile at a time, so that what is read and what is written are near while they are worked on.
+    void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const override {
+        for (int y = rect.y; y < rect.bottom(); y += Tile::kHeight)
+            for (int x = rect.x; x < rect.right(); x += Tile::kWidth) {
+                const PixelRect place{x, y, std::min(Tile::kWidth, rect.right() - x),
+                                      std::min(Tile::kHeight, rect.bottom() - y)};
+                readBlock(place,
+                          {out + (y - rect.y) * stride + (x - rect.x), stride, {place.width, place.height}});
+            }
+    }
+
+private:
+    void readBlock(PixelRect place, const PixelView& out) const {
+        const PixelRect part = sourceOf(place, m_size, m_turn);
+        const PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
+        m_image.read(part, source.pixels.get(), part.width);
+        (m_turn.transpose ? transpose : mirror)(source, m_turn, out);
+    }
+
+    Image m_image;
+    Turn m_turn;
+    PixelSize m_size;
+};
+
+/// The picture turned, its pixels made when they are read.
+Image turned(const Image& image, Turn turn) {
+    const auto source = std::make_shared<const TurnedPixels>(image, turn);
+    const PointSize points = image.size();
+    const Image result = Image::fromSource(source->size(), source, image.profile())
+                             .withSize(turn.transpose ? PointSize{points.height, points.width} : points);
+    // What an encoder has learned of the picture holds for it however it lies.
+    result.encoderMemory().set(image.encoderMemory().get<Memo::Value>());
+    return result;
+}
+
+} // namespace
+
+Image turnedUpright(const Image& stored, Orientation orientation) {
+    return orientation == Orientation::TopLeft ? stored : turned(stored, turnTo(orientation)).materialized();
+}
+
+Image turnedForStorage(const Image& upright, Orientation orientation) {
+    return orientation == Orientation::TopLeft ? upright : turned(upright, turnTo(inverse(orientation)));
+}
+
+} // namespace complexion

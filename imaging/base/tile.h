@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/geometry.h"
+#include "imaging/base/memo.h"
+#include "imaging/base/rgba32.h"
+
+#include <array>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace complexion {
+
+/// A block of pixels, rows packed, top row first.
+struct PixelBlock {
+    PixelSize size;
+    std::unique_ptr<RGBA32[]> pixels;
+
+    /// A block whose pixels are not set yet.
+    static PixelBlock uninitialized(PixelSize size);
+
+    const RGBA32* row(int index) const { return pixels.get() + std::ptrdiff_t{index} * size.width; }
+    RGBA32* row(int index) { return pixels.get() + std::ptrdiff_t{index} * size.width; }
+};
+
+/// The block at half its width and height (rounded up), each pixel the rounded mean of 2 by 2.
+PixelBlock halved(const PixelBlock& block);
+
+/// The immutable unit of sharing between images: at most 256 by 64 pixels, less at the right and bottom edge.
+class Tile {
+public:
+    static constexpr int kWidth = 256;
+    static constexpr int kHeight = 64;
+    /// Level n is a tile halved n times; at the last, a whole tile is 4 by 1 pixels.
+    static constexpr int kLastLevel = 6;
+
+    explicit Tile(PixelBlock block) : m_block(std::move(block)) {}
+
+    const PixelBlock& block() const { return m_block; }
+
+    /// The tile halved `level` times, 1 .. kLastLevel; computed at the first call and kept.
+    std::shared_ptr<const PixelBlock> level(int level) const;
+
+    /// Gives back the memory of the levels; they are computed again when asked for.
+    void forgetLevels() const;
+
+private:
+    PixelBlock m_block;
+    mutable std::mutex m_mutex;
+    mutable std::array<std::shared_ptr<const PixelBlock>, kLastLevel> m_levels;
+};
+
+using TileList = std::vector<std::shared_ptr<const Tile>>;
+
+/// An immutable row of tiles, the unit of encoding and of parallel work.
+class Band {
+public:
+    explicit Band(TileList tiles) : m_tiles(std::move(tiles)) {}
+    /// The band that an edit makes of `before`; an encoder finds there what it need not do again.
+    Band(TileList tiles, const Band& before) : Band(std::move(tiles)) {
+        m_encoded.setOutdated(before.m_encoded);
+    }
+
+    const TileList& tiles() const { return m_tiles; }
+    int height() const { return m_tiles.front()->block().size.height; }
+
+    /// The band's bytes as an encoder last wrote them.
+    Memo& encoded() const { return m_encoded; }
+
+private:
+    TileList m_tiles;
+    mutable Memo m_encoded;
+};
+
+using BandList = std::vector<std::shared_ptr<const Band>>;
+
+} // namespace complexion

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/result.h"
+#include "imaging/containers/bmp_format.h"
+
+namespace complexion::bmp {
+
+/// Reads the headers, masks, palette and profile. The size is decodable and plausible for the file's length.
+Result<Header> readHeader(ByteView file);
+
+} // namespace complexion::bmp

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/containers/inflate.h"
+
+#include <algorithm>
+#include <limits>
+
+#include <zlib.h>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::size_t kStep = 16 << 10;
+
+/// Ends the library's work, whatever it came to.
+struct Inflation {
+    z_stream stream = {};
+    ~Inflation() { inflateEnd(&stream); }
+};
+
+} // namespace
+
+Inflated inflated(ByteView stream, std::size_t most) {
+    constexpr std::size_t kMostAtOnce = std::numeric_limits<uInt>::max();
+    Inflation inflation;
+    inflation.stream.next_in = const_cast<Bytef*>(stream.data()); // the library only reads it
+    inflation.stream.avail_in = static_cast<uInt>(std::min(stream.size(), kMostAtOnce));
+    if (inflateInit(&inflation.stream) != Z_OK)
+        return {};
+    Bytes bytes;
+    int state = Z_OK;
+    while (state == Z_OK && bytes.size() <= most) {
+        bytes.resize(bytes.size() + kStep);
+        inflation.stream.next_out = bytes.data() + (bytes.size() - kStep);
+        inflation.stream.avail_out = kStep;
+        state = inflate(&inflation.stream, Z_NO_FLUSH);
+        bytes.resize(bytes.size() - inflation.stream.avail_out);
+    }
+    const bool isWhole = state == Z_STREAM_END && bytes.size() <= most;
+    return {.bytes = std::move(bytes), .isWhole = isWhole};
+}
+
+} // namespace complexion

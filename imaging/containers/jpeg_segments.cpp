@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/containers/jpeg_segments.h"
+
+namespace complexion {
+
+namespace {
+
+constexpr std::uint8_t kMarkerStart = 0xff;
+constexpr std::size_t kLengthLength = 2;
+
+/// Whether a marker has no length and no payload: 01 (TEM) and D0 to D9 (restarts, start and end of the
+/// image).
+bool standsAlone(std::uint8_t code) {
+    return code == 0x01 || (code >= 0xd0 && code <= marker::kEndOfImage);
+}
+
+/// Start of frame 0 to 15 without the three codes in their range that mean tables (C4, C8, CC).
+bool isFrame(std::uint8_t code) {
+    return code >= 0xc0 && code <= 0xcf && code != 0xc4 && code != 0xc8 && code != 0xcc;
+}
+
+} // namespace
+
+JpegSegments splitJpeg(ByteView file) {
+    JpegSegments jpeg;
+    std::size_t position = 2;
+    while (position < file.size()) {
+        jpeg.rest = file.subspan(position);
+        std::size_t code = position;
+        while (code < file.size() && file[code] == kMarkerStart)
+            ++code;
+        if (code == position || code == file.size())
+            return jpeg;
+        const std::uint8_t found = file[code];
+        if (found == marker::kStartOfScan || found == 0 || standsAlone(found))
+            return jpeg;
+        const std::uint64_t length = numberAt(file, code + 1, kLengthLength, ByteOrder::BigEndian);
+        const ByteView whole = slice(file, code - 1, length + 2);
+        if (length < kLengthLength || whole.size() < length + 2)
+            return jpeg;
+        jpeg.segments.push_back({found, whole.subspan(2 + kLengthLength), whole});
+        position = code + 1 + length;
+    }
+    jpeg.rest = {};
+    return jpeg;
+}
+
+Bytes jpegSegment(std::uint8_t code, ByteView payload) {
+    Bytes segment;
+    segment.reserve(2 + kLengthLength + payload.size());
+    segment.push_back(kMarkerStart);
+    segment.push_back(code);
+    appendNumber(segment, kLengthLength, ByteOrder::BigEndian, payload.size() + kLengthLength);
+    append(segment, payload);
+    return segment;
+}
+
+std::optional<PixelSize> jpegPixelSize(ByteView file) {
+    if (!startsWith(file, "\xff\xd8"))
+        return std::nullopt;
+    for (const JpegSegment& segment : splitJpeg(file).segments)
+        if (isFrame(segment.marker) && segment.payload.size() >= 5) {
+            // Precision, then lines, then samples per line.
+            const auto lines = static_cast<int>(numberAt(segment.payload, 1, 2, ByteOrder::BigEndian));
+            const auto samples = static_cast<int>(numberAt(segment.payload, 3, 2, ByteOrder::BigEndian));
+            if (lines > 0 && samples > 0)
+                return PixelSize{samples, lines};
+        }
+    return std::nullopt;
+}
+
+} // namespace complexion

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/geometry.h"
+#include "imaging/containers/byte_order.h"
+
+#include <optional>
+#include <vector>
+
+namespace complexion {
+
+/// Marker codes of ITU-T T.81, second byte.
+namespace marker {
+inline constexpr std::uint8_t kStartOfImage = 0xd8;
+inline constexpr std::uint8_t kEndOfImage = 0xd9;
+inline constexpr std::uint8_t kStartOfScan = 0xda;
+inline constexpr std::uint8_t kApp0 = 0xe0;
+inline constexpr std::uint8_t kComment = 0xfe;
+
+constexpr std::uint8_t app(int number) {
+    return static_cast<std::uint8_t>(kApp0 + number);
+}
+} // namespace marker
+
+/// The most that one segment holds beside its marker and its length.
+inline constexpr std::size_t kMostSegmentBytes = 65533;
+
+/// One segment before the picture's first scan.
+struct JpegSegment {
+    std::uint8_t marker = 0;
+    ByteView payload;
+    /// Marker, length and payload, without fill bytes before the marker.
+    ByteView whole;
+};
+
+/// A JPEG file up to its first scan.
+struct JpegSegments {
+    std::vector<JpegSegment> segments;
+    /// From the first scan's marker on, or from where the file stops making sense.
+    ByteView rest;
+};
+
+JpegSegments splitJpeg(ByteView file);
+
+/// A segment's bytes; `payload` is at most kMostSegmentBytes long.
+Bytes jpegSegment(std::uint8_t marker, ByteView payload);
+
+/// The size that the file's frame header tells, as stored.
+std::optional<PixelSize> jpegPixelSize(ByteView file);
+
+} // namespace complexion
