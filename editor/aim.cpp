@@ -183,14 +183,15 @@ void Aim::showResult() {
 
 void Aim::keepResult() {
     if (m_isResultShown && m_preview.answer())
-        reach(m_controller.imageView).showInstead(m_controller.throughEffect(*m_preview.answer()->result));
+        reach(m_controller.imageView)
+            .showReplacement(m_controller.throughEffect(*m_preview.answer()->result));
 }
 
 void Aim::hideResult() {
     m_rest.stop();
     if (!std::exchange(m_isResultShown, false) || m_controller.isShowingSource())
         return;
-    reach(m_controller.imageView).showInstead(std::nullopt);
+    reach(m_controller.imageView).showReplacement(std::nullopt);
 }
 
 void Aim::tellRepair(const RepairReport& report) {

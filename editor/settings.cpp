@@ -22,7 +22,7 @@ void ViewController::ApplyEffectsOnPreview() {
     if (index >= 0 && index < std::ssize(kEffectTitles))
         reach(imageView).setImage(throughEffect(originalImage()));
     if (m_isShowingSource)
-        reach(imageView).showInstead(m_source);
+        reach(imageView).showReplacement(m_source);
     Q_EMIT stateChanged();
 }
 
@@ -35,7 +35,7 @@ Image ViewController::throughEffect(const Image& image) const {
 
 void ViewController::ShowSource(bool on) {
     m_isShowingSource = on && hasImage();
-    reach(imageView).showInstead(m_isShowingSource ? std::optional(m_source) : std::nullopt);
+    reach(imageView).showReplacement(m_isShowingSource ? std::optional(m_source) : std::nullopt);
     Q_EMIT stateChanged();
 }
 

@@ -26,7 +26,7 @@ public:
             QAccessibleWidget::doAction(name);
             return;
         }
-        // The same as the key at the same place.
+        // Same as pressing Return on the photo.
         for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
             QKeyEvent event(type, Qt::Key_Return, Qt::NoModifier);
             QCoreApplication::sendEvent(widget(), &event);

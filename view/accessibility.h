@@ -3,9 +3,9 @@
 
 namespace complexion {
 
-/// Lets assistive technology know the controls that are our own: the photo, which can be pressed at the
-/// disc's place, and the stepper, a number with bounds. Such a control calls it before anybody
-/// can ask about it; again does no harm.
+/// Describes the custom controls to assistive technology: the photo, whose press action repairs at the disc's
+/// position, and the stepper, a bounded number. Both call this from their constructors; repeated calls are
+/// harmless.
 void installAccessibility();
 
 } // namespace complexion

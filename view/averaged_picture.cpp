@@ -17,23 +17,24 @@ namespace complexion {
 
 namespace {
 
-constexpr std::uint32_t kWhole = 256; // the sum of the weights of what a covered device pixel covers
-/// Device rows that one thread takes in a go, and for which it reads cells at once: those stay in the nearer
-/// cache.
-constexpr int kRowsAtOnce = 64;
-constexpr std::size_t kRowsReadFor = 8;
-constexpr std::int64_t kSmallArea = 16'384; // device pixels that are not worth a second thread
+constexpr std::uint32_t kUnitWeight = 256; // the sum of a fully covered device pixel's weights
+/// Device rows per parallel task.
+constexpr int kRowsPerTask = 64;
+/// Device rows per read of mipmap cells: few enough that the cells stay in the L2 cache.
+constexpr std::size_t kRowsPerRead = 8;
+constexpr std::int64_t kMinParallelArea = 16'384; // device pixels; below, one thread is faster
 
-/// Components side by side, in vectors of the compiler's own.
-constexpr std::size_t kMostTaps = 4;
+// SIMD types of the compiler's vector extension; a cell is one pixel of a mipmap level.
+constexpr std::size_t kMaxTaps = 4;
 using TwoPixels = std::uint8_t __attribute__((vector_size(8)));
 using FourPixels = std::uint8_t __attribute__((vector_size(16)));
 using TwoCells = std::uint16_t __attribute__((vector_size(16)));
 
-/// What kMostTaps cells weigh: each weight four times, for as many components.
-using CellWeights = std::array<TwoCells, kMostTaps / 2>;
+/// The weights of kMaxTaps cells, each repeated for the four components.
+using CellWeights = std::array<TwoCells, kMaxTaps / 2>;
 
-/// What lies under each of a line of device pixels: `weights[i * taps ...]` of the cells from `first[i]` on.
+/// Box-filter weights along one axis: device pixel i averages `taps` cells from `first[i]` on, with the
+/// weights from `weights[i * taps]` on.
 struct Coverage {
     std::size_t taps = 1;
     std::vector<int> first;
@@ -43,9 +44,9 @@ struct Coverage {
     int end() const { return first.back() + static_cast<int>(taps); }
 };
 
-/// The coverage of the device pixels from `begin` to `end` by a picture that ends at `extent` cells, `scale`
-/// device pixels each, the first at `offset`. Weights are differences of rounded sums, so that those of a
-/// covered pixel add up to kWhole.
+/// The weights for device pixels `begin` to `end` (exclusive) over a picture of `extent` cells, each `scale`
+/// device pixels wide, the first at `offset`. Rounding the running sums makes the weights of a fully covered
+/// pixel add up to exactly kUnitWeight.
 Coverage coverageOf(int begin, int end, double scale, double offset, double extent) {
     Coverage coverage;
     coverage.taps = static_cast<std::size_t>(std::ceil(1 / scale)) + 1;
@@ -57,7 +58,7 @@ Coverage coverageOf(int begin, int end, double scale, double offset, double exte
         long sum = 0;
         for (std::size_t tap = 0; tap < coverage.taps; ++tap) {
             const double until = std::min(to, first + static_cast<double>(tap) + 1) - from;
-            const long rounded = std::max(sum, std::lround(std::min(1.0, until * scale) * kWhole));
+            const long rounded = std::max(sum, std::lround(std::min(1.0, until * scale) * kUnitWeight));
             coverage.weights.push_back(static_cast<std::uint16_t>(rounded - sum));
             sum = rounded;
         }
@@ -65,38 +66,39 @@ Coverage coverageOf(int begin, int end, double scale, double offset, double exte
     return coverage;
 }
 
-/// The mean of `weights.size()` rows of `count` bytes that lie `stride` bytes apart. The compiler turns the
-/// loop over bytes into one over several at a time.
+/// The weighted mean of `Taps` rows of `count` bytes, `stride` bytes apart. Written so that the compiler
+/// vectorises the loop over bytes.
 template <std::size_t Taps>
 inline void averageSomeRows(const std::uint8_t* rows, std::size_t stride, const std::uint16_t* weights,
                             std::size_t count, std::uint8_t* out) {
-    std::array<std::uint16_t, Taps> weight; // a copy: bytes written to might be the weights' own
+    std::array<std::uint16_t, Taps> weight; // a copy: `out` might alias the weights
     std::copy_n(weights, Taps, weight.begin());
     for (std::size_t i = 0; i < count; ++i) {
-        std::uint16_t sum = kWhole / 2;
+        std::uint16_t sum = kUnitWeight / 2;
         for (std::size_t tap = 0; tap < Taps; ++tap)
             sum = static_cast<std::uint16_t>(sum + rows[tap * stride + i] * weight[tap]);
-        out[i] = static_cast<std::uint8_t>(sum / kWhole);
+        out[i] = static_cast<std::uint8_t>(sum / kUnitWeight);
     }
 }
 
 COMPLEXION_WIDE_VECTORS
 void averageRows(const std::uint8_t* rows, std::size_t stride, std::span<const std::uint16_t> weights,
                  std::size_t count, std::uint8_t* out) {
-    // A level is less than twice as fine as the screen: three cells at most, but at the coarsest.
+    // Except for the coarsest one, a mipmap level is less than twice as fine as the screen: at most three
+    // taps.
     if (weights.size() == 2)
         return averageSomeRows<2>(rows, stride, weights.data(), count, out);
     if (weights.size() == 3)
         return averageSomeRows<3>(rows, stride, weights.data(), count, out);
     for (std::size_t i = 0; i < count; ++i) {
-        std::uint32_t sum = kWhole / 2;
+        std::uint32_t sum = kUnitWeight / 2;
         for (std::size_t tap = 0; tap < weights.size(); ++tap)
             sum += std::uint32_t{rows[tap * stride + i]} * weights[tap];
-        out[i] = static_cast<std::uint8_t>(sum / kWhole);
+        out[i] = static_cast<std::uint8_t>(sum / kUnitWeight);
     }
 }
 
-/// Of kMostTaps weighted cells the sum of the first and third, and that of the second and fourth.
+/// Two partial sums of kMaxTaps weighted cells: first plus third, second plus fourth.
 inline TwoCells halfSums(const RGBA32* cells, const CellWeights& weights) {
     constexpr FourPixels kZeros = {};
     FourPixels four;
@@ -108,16 +110,16 @@ inline TwoCells halfSums(const RGBA32* cells, const CellWeights& weights) {
     return std::bit_cast<TwoCells>(low) * weights[0] + std::bit_cast<TwoCells>(high) * weights[1];
 }
 
-/// The means of two device pixels, from the half sums of each.
+/// The means of two device pixels, from the partial sums of each.
 inline std::uint64_t twoMeans(TwoCells one, TwoCells other) {
     const TwoCells sums = __builtin_shufflevector(one, other, 0, 1, 2, 3, 8, 9, 10, 11) +
                           __builtin_shufflevector(one, other, 4, 5, 6, 7, 12, 13, 14, 15);
-    const auto means = (sums + std::uint16_t{kWhole / 2}) / std::uint16_t{kWhole};
+    const auto means = (sums + std::uint16_t{kUnitWeight / 2}) / std::uint16_t{kUnitWeight};
     return std::bit_cast<std::uint64_t>(__builtin_convertvector(means, TwoPixels));
 }
 
-/// The means along a row of cells, for up to kMostTaps of them, weighted and added up side by side. Reads
-/// kMostTaps cells from the first of each device pixel on.
+/// The weighted means along a row of cells, for at most kMaxTaps taps, vectorised. Always reads kMaxTaps
+/// cells from the first one of each device pixel.
 COMPLEXION_WIDE_VECTORS
 void averageFewCells(const RGBA32* cells, const Coverage& columns, const CellWeights* weights, RGBA32* out) {
     const int* first = columns.first.data();
@@ -135,12 +137,13 @@ void averageFewCells(const RGBA32* cells, const Coverage& columns, const CellWei
     }
 }
 
-/// The same for any number of cells.
+/// The same for any number of taps.
 void averageManyCells(const RGBA32* cells, const Coverage& columns, RGBA32* out) {
     const std::uint16_t* weight = columns.weights.data();
     const int begin = columns.begin();
     for (const int first : columns.first) {
-        std::array<std::uint32_t, 4> sums = {kWhole / 2, kWhole / 2, kWhole / 2, kWhole / 2};
+        std::array<std::uint32_t, 4> sums = {kUnitWeight / 2, kUnitWeight / 2, kUnitWeight / 2,
+                                             kUnitWeight / 2};
         for (std::size_t tap = 0; tap < columns.taps; ++tap, ++weight) {
             const RGBA32 cell = cells[static_cast<std::size_t>(first - begin) + tap];
             sums[0] += *weight * cell.red();
@@ -148,14 +151,15 @@ void averageManyCells(const RGBA32* cells, const Coverage& columns, RGBA32* out)
             sums[2] += *weight * cell.blue();
             sums[3] += *weight * cell.alpha();
         }
-        const auto mean = [&sums](std::size_t c) { return static_cast<std::uint8_t>(sums[c] / kWhole); };
+        const auto mean = [&sums](std::size_t c) { return static_cast<std::uint8_t>(sums[c] / kUnitWeight); };
         *out++ = RGBA32(mean(0), mean(1), mean(2), mean(3));
     }
 }
 
-/// What averageFewCells multiplies by: each weight four times, and none for what `columns` does not look at.
+/// The weights in the layout of averageFewCells, padded with zeros; empty if there are more than kMaxTaps
+/// taps.
 std::vector<CellWeights> cellWeights(const Coverage& columns) {
-    std::vector<CellWeights> all(columns.taps <= kMostTaps ? columns.first.size() : 0);
+    std::vector<CellWeights> all(columns.taps <= kMaxTaps ? columns.first.size() : 0);
     for (std::size_t i = 0; i < all.size(); ++i)
         for (std::size_t tap = 0; tap < columns.taps; ++tap)
             for (std::size_t component = 0; component < 4; ++component)
@@ -163,8 +167,8 @@ std::vector<CellWeights> cellWeights(const Coverage& columns) {
     return all;
 }
 
-/// From the image's order of components to the toolkit's: RRGGBBAA to AARRGGBB.
-void turnIntoRgb(std::span<RGBA32> pixels) {
+/// Converts from the image's component order to the toolkit's: RRGGBBAA to AARRGGBB.
+void convertToArgb(std::span<RGBA32> pixels) {
     for (RGBA32& pixel : pixels)
         pixel.color = std::rotr(pixel.color, 8);
 }
@@ -174,14 +178,14 @@ void turnIntoRgb(std::span<RGBA32> pixels) {
 QImage averagedPicture(const Image& image, int level, const QTransform& pixelsToDevice, const QRect& part) {
     const QTransform toDevice = QTransform::fromScale(1 << level, 1 << level) * pixelsToDevice;
     const PixelSize cells = image.levelSize(level);
-    // The last column and row of a level may stand for pixels past the picture's edge.
+    // The last column and row of a mipmap level may cover less than a whole cell of the picture.
     const double extentX = static_cast<double>(image.pixelSize().width) / (1 << level);
     const double extentY = static_cast<double>(image.pixelSize().height) / (1 << level);
     const Coverage columns =
         coverageOf(part.left(), part.right() + 1, toDevice.m11(), toDevice.dx(), extentX);
     const Coverage rows = coverageOf(part.top(), part.bottom() + 1, toDevice.m22(), toDevice.dy(), extentY);
     const std::vector<CellWeights> columnWeights = cellWeights(columns);
-    // Taps past the picture weigh nothing; they read cells that are not copied from it.
+    // Taps beyond the picture have weight zero; their cells in the buffer are never filled in.
     const auto stride = static_cast<std::size_t>(columns.end() - columns.begin());
 
     QImage picture(part.size(), QImage::Format_ARGB32_Premultiplied);
@@ -189,18 +193,18 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
     const auto bytesPerLine = static_cast<std::size_t>(picture.bytesPerLine());
     const auto averageChunk = [&](int chunk) {
         std::vector<RGBA32> source;
-        std::vector<RGBA32> mean(stride + kMostTaps);
-        const auto chunkBegin = static_cast<std::size_t>(chunk) * kRowsAtOnce;
-        const std::size_t chunkEnd = std::min(chunkBegin + kRowsAtOnce, rows.first.size());
-        for (std::size_t begin = chunkBegin; begin < chunkEnd; begin += kRowsReadFor) {
-            const std::size_t end = std::min(begin + kRowsReadFor, chunkEnd);
+        std::vector<RGBA32> mean(stride + kMaxTaps);
+        const auto chunkBegin = static_cast<std::size_t>(chunk) * kRowsPerTask;
+        const std::size_t chunkEnd = std::min(chunkBegin + kRowsPerTask, rows.first.size());
+        for (std::size_t begin = chunkBegin; begin < chunkEnd; begin += kRowsPerRead) {
+            const std::size_t end = std::min(begin + kRowsPerRead, chunkEnd);
             const int firstRow = rows.first[begin];
             const int endRow = rows.first[end - 1] + static_cast<int>(rows.taps);
             source.resize(stride * static_cast<std::size_t>(endRow - firstRow));
             const PixelRect inside =
                 PixelRect{columns.begin(), firstRow, static_cast<int>(stride), endRow - firstRow}.intersected(
                     {0, 0, cells.width, cells.height});
-            // The effect and the screen's colours are those of what is seen, which is less than what is read.
+            // Effect and colour conversion run after averaging: fewer pixels are shown than read.
             image.readStoredLevel(level, inside, source.data(), static_cast<std::ptrdiff_t>(stride));
             for (std::size_t y = begin; y < end; ++y) {
                 const RGBA32* const top =
@@ -215,12 +219,12 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
                 else
                     averageFewCells(mean.data(), columns, columnWeights.data(), out.data());
                 image.transform(out);
-                turnIntoRgb(out);
+                convertToArgb(out);
             }
         }
     };
-    const int chunks = (part.height() + kRowsAtOnce - 1) / kRowsAtOnce;
-    if (std::int64_t{part.width()} * part.height() > kSmallArea)
+    const int chunks = (part.height() + kRowsPerTask - 1) / kRowsPerTask;
+    if (std::int64_t{part.width()} * part.height() > kMinParallelArea)
         parallelFor(chunks, averageChunk);
     else
         for (int chunk = 0; chunk < chunks; ++chunk)

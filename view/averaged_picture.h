@@ -9,9 +9,9 @@
 
 namespace complexion {
 
-/// The device pixels `part` of an image that `pixelsToDevice` scales and moves: each is the mean of what it
-/// covers of the image's level `level`, weighted by the covered areas. A pixel that the image covers in part
-/// is that much transparent.
+/// Renders the device pixels `part` of an image placed by `pixelsToDevice` (scale and translation only). Each
+/// is the area-weighted mean of the cells of mipmap level `level` that it covers. Device pixels that the
+/// image covers only partly are partly transparent.
 QImage averagedPicture(const Image& image, int level, const QTransform& pixelsToDevice, const QRect& part);
 
 } // namespace complexion

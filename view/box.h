@@ -5,19 +5,17 @@
 
 namespace complexion {
 
-/// A rounded dark panel that floats over the photo. A press on it stays with it and never reaches what lies
-/// below.
+/// A rounded dark panel that floats over the photo. Mouse events on it never reach the photo below.
 class Box : public QWidget {
     Q_OBJECT
 
 public:
-    /// The alpha of the boxes over the photo.
+    /// The alpha of all boxes over the photo.
     static constexpr double kAlphaOverPhoto = 0.8;
 
     explicit Box(QWidget* parent = nullptr);
 
-    /// How opaque the panel itself is, 0 to 1. What stands on it stays opaque, so that text keeps its
-    /// contrast.
+    /// The opacity of the background, 0 to 1. The contents stay opaque, so that text keeps its contrast.
     double alpha() const { return m_alpha; }
     void setAlpha(double alpha);
 

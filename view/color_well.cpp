@@ -41,7 +41,7 @@ void ColorWell::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled())
         painter.setOpacity(kDisabledOpacity);
-    // The swatch keeps its distance from the frame, so that a dark colour shows its edge on the dark box.
+    // A gap between swatch and frame keeps the edge of a dark colour visible on the dark box.
     const double line = hasFocus() ? 2 : 1;
     const QRectF frame = QRectF(rect()).adjusted(line / 2, line / 2, -line / 2, -line / 2);
     const QPalette::ColorRole role = hasFocus()                 ? QPalette::Highlight

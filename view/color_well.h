@@ -6,7 +6,7 @@
 
 namespace complexion {
 
-/// Shows a colour (of sRGB); a click opens the colour dialog.
+/// Shows an sRGB colour; a click opens the colour dialog.
 class ColorWell : public QAbstractButton {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// The colour is another one, whoever changed it.
+    /// The colour has changed, by the user or by the program.
     void colorChanged(const QColor& color);
 
 protected:

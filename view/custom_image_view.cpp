@@ -24,10 +24,10 @@ namespace complexion {
 
 namespace {
 
-/// The type of a drag that carries addresses.
+/// The MIME type of a drag that carries URLs.
 const QString kAddressList = QStringLiteral("text/uri-list");
 
-/// The path that an address of a local file stands for, byte for byte; empty for any other address.
+/// The path of a file URL, byte for byte; empty for any other URL.
 std::filesystem::path localPath(const QUrl& url) {
     if (!url.isLocalFile())
         return {};
@@ -62,28 +62,28 @@ Image CustomImageView::inScreenColors(const Image& image) {
 }
 
 void CustomImageView::setImage(std::optional<Image> image) {
-    const std::optional<Image> before = m_instead ? m_instead : m_image;
+    const std::optional<Image> before = m_replacement ? m_replacement : m_image;
     m_image = std::move(image);
-    if (m_instead && !(m_image && m_image->size() == m_instead->size()))
-        m_instead.reset();
+    if (m_replacement && !(m_image && m_image->size() == m_replacement->size()))
+        m_replacement.reset();
     refresh(before);
 }
 
-void CustomImageView::showInstead(std::optional<Image> image) {
-    const std::optional<Image> before = m_instead ? m_instead : m_image;
-    m_instead = m_image && image && image->size() == m_image->size() ? std::move(image) : std::nullopt;
+void CustomImageView::showReplacement(std::optional<Image> image) {
+    const std::optional<Image> before = m_replacement ? m_replacement : m_image;
+    m_replacement = m_image && image && image->size() == m_image->size() ? std::move(image) : std::nullopt;
     refresh(before);
 }
 
 void CustomImageView::refresh(const std::optional<Image>& before) {
-    const std::optional<Image>& now = m_instead ? m_instead : m_image;
+    const std::optional<Image>& now = m_replacement ? m_replacement : m_image;
     const bool comparable = before && now && before->size() == now->size();
     const PixelRect changed = comparable ? before->difference(*now) : PixelRect{};
     m_onScreen = now && now->hasPixels() ? std::optional(inScreenColors(*now)) : std::nullopt;
     if (!comparable) {
         update();
     } else if (!changed.isEmpty()) {
-        // A margin for the neighbours that smooth scaling blends with, at the coarsest level.
+        // The margin covers neighbours that bilinear scaling blends in, at the coarsest mipmap level.
         const QRectF area(changed.x, changed.y, changed.width, changed.height);
         update(pixelsToWidget().mapRect(area).toAlignedRect().adjusted(-2, -2, 2, 2));
     }
@@ -101,7 +101,7 @@ void CustomImageView::paintEvent(QPaintEvent* event) {
     if (!m_onScreen)
         return;
     QPainter painter(this);
-    // Part by part: the disc's old place and its new one may lie far apart.
+    // Rectangle by rectangle: the old and the new position of the disc may be far apart.
     for (const QRect& part : event->region())
         paintImage(painter, *m_onScreen, pixelsToWidget(), part);
 }
@@ -118,8 +118,8 @@ void CustomImageView::dragMoveEvent(QDragMoveEvent* event) {
 
 void CustomImageView::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);
-    // A program that ends in the middle of its drag leaves a promise of addresses without any: another
-    // program's end is not ours.
+    // A program that dies in the middle of its drag leaves an offer of URLs without any. That must not end
+    // this program too.
     const QMimeData* pasteboard = event->mimeData();
     const bool isBroken = pasteboard->hasFormat(kAddressList) && pasteboard->urls().isEmpty();
     event->setAccepted(!isBroken && performDragOperation(pasteboard));
@@ -139,7 +139,7 @@ bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
         return false;
     const QList<QUrl> urls = pasteboard->urls();
     if (urls.isEmpty())
-        fatal("a drag of an address without an address");
+        fatal("a drag that offers URLs has none");
     if (m_image) {
         const int answer = m_dialogs->runAlert(
             {.messageText = "",

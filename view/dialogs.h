@@ -15,24 +15,24 @@ struct Alert {
     std::string messageText;
     std::string informativeText;
     AlertStyle style = AlertStyle::Warning;
-    std::vector<std::string> buttons; // in the order in which they were added
+    std::vector<std::string> buttons; // in display order
 
     bool operator==(const Alert&) const = default;
 };
 
-/// The answers to an alert: its first button, its second.
+/// The responses of an alert's first and second button.
 inline constexpr int kFirstButton = 1000;
 inline constexpr int kSecondButton = 1001;
 
-/// A modal dialog that chooses one existing file.
+/// A modal dialog for choosing one existing file.
 struct OpenPanel {
     std::vector<std::string> allowedFileTypes; // extensions, lower case
 
     bool operator==(const OpenPanel&) const = default;
 };
 
-/// A modal dialog that names a file to write. It shows the name with its extension, puts one of the allowed
-/// extensions on the name typed, and asks before a file that exists is replaced.
+/// A modal dialog for choosing where to save. It shows the file name with its extension, enforces one of the
+/// allowed extensions, and asks before an existing file is replaced.
 struct SavePanel {
     std::vector<std::string> allowedFileTypes; // extensions, lower case
     std::string nameFieldStringValue;          // the proposed file name, in the file system's encoding
@@ -40,13 +40,13 @@ struct SavePanel {
     bool operator==(const SavePanel&) const = default;
 };
 
-/// How a panel ended.
+/// The user's answer to a panel.
 struct PanelAnswer {
     bool confirmed = false;
     std::optional<std::filesystem::path> url; // a confirmed panel has one unless the choice has no local path
 };
 
-/// The questions that the editor and the image view put to the user.
+/// The modal dialogs that the editor and the image view show.
 class Dialogs {
 public:
     Dialogs() = default;
@@ -54,8 +54,8 @@ public:
     Dialogs& operator=(const Dialogs&) = delete;
     virtual ~Dialogs() = default;
 
-    /// Shows `alert` until it is answered: kFirstButton, kSecondButton. Escape answers with the second button
-    /// where there are two.
+    /// Shows `alert` and returns kFirstButton or kSecondButton. Escape counts as the second button if there
+    /// are two.
     virtual int runAlert(const Alert& alert) = 0;
     virtual PanelAnswer runOpenPanel(const OpenPanel& panel) = 0;
     virtual PanelAnswer runSavePanel(const SavePanel& panel) = 0;

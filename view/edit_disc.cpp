@@ -15,25 +15,25 @@ namespace {
 
 // Lengths in points.
 constexpr double kLine = 1.5;       // the width of each of the two lines
-constexpr double kDashPeriod = 6;   // of a dotted ring, about
-constexpr double kDashShare = 0.45; // of the period that is drawn
-constexpr double kTinyRadius = 6;   // below, a crosshair shows the place
+constexpr double kDashPeriod = 6;   // of a dashed ring, approximately
+constexpr double kDashShare = 0.45; // the drawn part of the period
+constexpr double kTinyRadius = 6;   // below, a crosshair marks the position
 constexpr double kCrosshairGap = 4; // from the ring
 constexpr double kCrosshairLength = 7;
-constexpr double kMarkedRadius = 32; // from here on the centre is marked
+constexpr double kMarkedRadius = 32; // at this radius and above, the centre is marked
 constexpr double kCentreMark = 3;    // half its length
 constexpr double kHollowRadius = 40;
 constexpr double kFocusLine = 2;
 constexpr double kSwatchRadius = 19;
 constexpr double kSwatchWidth = 10;
-constexpr double kSmallestOutlined = 7; // a disc with a smaller radius has no room for outlines
-constexpr int kMargin = 4;              // around all of it, for soft edges
+constexpr double kMinOutlinedRadius = 7; // smaller discs have no room for an outline
+constexpr int kMargin = 4;               // for antialiasing
 
 constexpr QRgb kDark = 0xD0101012;
 constexpr QRgb kOutlineDark = 0x80101012;
 constexpr QRgb kWhite = 0xFFFFFFFF;
 
-/// A stroke of two lines: dark below and on both sides, light above.
+/// Draws a light line over a wider dark one.
 void strokeLine(QPainter& painter, const QLineF& line, const QColor& light) {
     painter.setPen(QPen(QColor::fromRgba(kDark), 3 * kLine, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(line);
@@ -41,7 +41,7 @@ void strokeLine(QPainter& painter, const QLineF& line, const QColor& light) {
     painter.drawLine(line);
 }
 
-/// A pen that draws a circle of `radius` in dashes that close without a seam.
+/// A pen whose dashes fit a circle of `radius` without a seam.
 QPen dashedPen(const QColor& color, double radius) {
     const double length = 2 * std::numbers::pi * radius;
     const double period = length / std::max(8.0, 2 * std::round(length / kDashPeriod / 2)) / kLine;
@@ -135,7 +135,7 @@ void EditDisc::setFocusShown(bool shown) {
 
 void EditDisc::updateOutline() {
     m_outline = {};
-    if (m_outlined.area.isEmpty() || shownRadius() < kSmallestOutlined)
+    if (m_outlined.area.isEmpty() || shownRadius() < kMinOutlinedRadius)
         return;
     const double ratio = devicePixelRatioF();
     const QTransform toDevice = m_view->pixelsToWidget() * QTransform::fromScale(ratio, ratio);
@@ -156,7 +156,7 @@ QRegion EditDisc::extent() const {
         around(centre, radius + 2 * kLine + (radius < kTinyRadius ? kCrosshairGap + kCrosshairLength : 0));
     if (radius < kHollowRadius || m_look == DiscLook::OverBorder)
         return region;
-    // The photo inside of a large ring need not be painted again for it.
+    // The photo inside a large ring need not be repainted when the ring moves.
     const double free = (radius - 2 * kLine) / std::numbers::sqrt2 - 2 * kMargin;
     region -= around(centre, free);
     region += around(centre, kCentreMark + 2 * kLine);
@@ -202,7 +202,7 @@ void EditDisc::paintDisc(QPainter& painter) const {
     const QColor light =
         isOffered ? palette().color(QPalette::Highlight).lighter(112) : QColor::fromRgba(kWhite);
     painter.setBrush(Qt::NoBrush);
-    // The two lines meet at the very radius: the dark one outside of it, the light one inside.
+    // The dark line is just outside the radius, the light one just inside.
     const double outer = radius + kLine / 2;
     const double inner = std::max(0.5, radius - kLine / 2);
     painter.setPen(QPen(QColor::fromRgba(kDark), kLine));

@@ -13,27 +13,27 @@
 
 namespace complexion {
 
-/// What a click at the disc's place would do, for its look.
+/// What a click at the disc's position would do; decides how the ring is drawn.
 enum class DiscLook {
-    Plain,      // not known: a whole ring
-    Repairs,    // a whole ring with nothing in it that could hide the blemish
-    Idle,       // nothing to repair: a dotted ring
-    Uneven,     // the skin is not uniform: whole on one side, dotted on the other
-    OverBorder, // too close to the photo's edge: a dotted ring, struck through
+    Plain,      // not known yet: a solid ring
+    Repairs,    // a solid ring without a centre mark, which could hide the blemish
+    Idle,       // nothing to repair: a dashed ring
+    Uneven,     // the skin is not uniform: solid on one side, dashed on the other
+    OverBorder, // too close to the photo's edge: a dashed ring, struck through
 };
 
-/// The disc that a click edits, drawn over the photo at its very size: two lines side by side, one light and
-/// one dark, that are seen on any skin, and the outline of the pixels that would be repainted. Lets all mouse
-/// events through.
+/// The disc that a click edits, drawn over the photo at its exact size: a light and a dark line side by side,
+/// so that the ring is visible on any skin, and the outline of the pixels that would be repainted.
+/// Transparent to mouse events.
 class EditDisc : public QWidget {
     Q_OBJECT
 
 public:
     explicit EditDisc(CustomImageView* view);
 
-    /// The pixel of the photo that the disc is centred in; none hides it.
+    /// The pixel of the photo at the disc's centre; nullopt hides the disc.
     std::optional<PixelPosition> place() const { return m_place; }
-    /// Another place, or another radius in pixels of the photo, takes the look and the outline away.
+    /// Moves or resizes the disc (radius in pixels of the photo), which resets look and outline.
     void setPlace(std::optional<PixelPosition> place, double radius);
 
     DiscLook look() const { return m_look; }
@@ -43,10 +43,10 @@ public:
     const PixelMask& outlined() const { return m_outlined; }
     void setOutlined(PixelMask pixels);
 
-    /// A colour to show around the place instead of the disc, while one is picked.
+    /// Shows a ring of this colour instead of the disc, while a colour is being picked.
     void setSwatch(std::optional<QColor> color);
 
-    /// Frames the view while the keys have come to it.
+    /// Draws the focus frame, for keyboard focus.
     void setFocusShown(bool shown);
 
     /// The ring's radius in points, and its centre in the view's coordinates.
@@ -59,7 +59,7 @@ protected:
 
 private:
     QRegion extent() const;
-    /// Repaints what the disc covers now and covered before.
+    /// Repaints what the disc covers now and what it covered before.
     void refresh();
     void paintDisc(QPainter& painter) const;
     void paintSwatch(QPainter& painter) const;
@@ -70,10 +70,10 @@ private:
     double m_radius = 0;
     DiscLook m_look = DiscLook::Plain;
     PixelMask m_outlined;
-    MaskOutline m_outline; // of m_outlined at the present zoom
+    MaskOutline m_outline; // of m_outlined at the current zoom
     std::optional<QColor> m_swatch;
     bool m_isFocusShown = false;
-    QRegion m_painted; // what the disc covered when it was painted last
+    QRegion m_painted; // the extent at the last repaint
 };
 
 } // namespace complexion

@@ -6,7 +6,7 @@
 
 namespace complexion {
 
-/// How an image is fitted into a frame: scaled in proportion and centred.
+/// An image fitted into a frame: centred, with its aspect ratio kept.
 struct ImageFit {
     double scale = 1;   // frame points per image point
     double offsetX = 0; // of the image's bottom-left corner from the frame's
@@ -16,8 +16,8 @@ struct ImageFit {
 
 ImageFit fitImage(PointSize image, PointSize frame);
 
-/// A point of the root view as a point of the image that is fitted into `frame`. Points beside the image give
-/// points outside its size.
+/// Converts a point of the root view to a point of the image that is fitted into `frame`. A point beside the
+/// image gives one outside the image's bounds.
 Point imagePointAt(Point inRootView, PointSize image, const Frame& frame);
 
 } // namespace complexion

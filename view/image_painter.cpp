@@ -14,33 +14,33 @@ namespace complexion {
 
 namespace {
 
-/// Pixels around a painted part that smooth scaling looks at.
+/// Neighbouring pixels that bilinear scaling reads around a painted part.
 constexpr int kSmoothingMargin = 2;
 
-constexpr int kRowsAtOnce = 64;
-constexpr std::int64_t kSmallArea = std::int64_t{128} * 128; // pixels that are not worth a second thread
+constexpr int kRowsPerTask = 64;
+constexpr std::int64_t kMinParallelArea = std::int64_t{128} * 128; // pixels; below, one thread is faster
 
-/// The level of an image to paint at `scale` device pixels per image pixel: the coarsest one that is still at
-/// least as fine as the screen.
-int levelFor(double scale) {
+/// The mipmap level to paint from at `scale` device pixels per image pixel: the coarsest one that is at least
+/// as fine as the screen.
+int mipmapLevelFor(double scale) {
     int level = 0;
     while (level < Tile::kLastLevel && scale * (2 << level) <= 1)
         ++level;
     return level;
 }
 
-bool onlyScalesAndMoves(const QTransform& transform) {
+bool isScaleAndTranslation(const QTransform& transform) {
     return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
 }
 
-/// A part of the image as the toolkit's picture.
+/// A part of the image as a QImage.
 QImage readPart(const Image& image, const QRect& part) {
     QImage picture(part.width(), part.height(), QImage::Format_ARGB32_Premultiplied);
     auto* pixels = reinterpret_cast<RGBA32*>(picture.bits());
     const std::ptrdiff_t stride = picture.bytesPerLine() / std::ptrdiff_t{sizeof(RGBA32)};
     const auto readRows = [&](int chunk) {
-        const int begin = chunk * kRowsAtOnce;
-        const int end = std::min(begin + kRowsAtOnce, part.height());
+        const int begin = chunk * kRowsPerTask;
+        const int end = std::min(begin + kRowsPerTask, part.height());
         for (int y = begin; y < end; ++y) {
             RGBA32* row = pixels + y * stride;
             image.read({part.x(), part.y() + y, part.width(), 1}, row, stride);
@@ -48,8 +48,8 @@ QImage readPart(const Image& image, const QRect& part) {
                 row[x].color = std::rotr(row[x].color, 8); // RRGGBBAA to AARRGGBB
         }
     };
-    const int chunks = (part.height() + kRowsAtOnce - 1) / kRowsAtOnce;
-    if (std::int64_t{part.width()} * part.height() > kSmallArea)
+    const int chunks = (part.height() + kRowsPerTask - 1) / kRowsPerTask;
+    if (std::int64_t{part.width()} * part.height() > kMinParallelArea)
         parallelFor(chunks, readRows);
     else
         for (int chunk = 0; chunk < chunks; ++chunk)
@@ -57,7 +57,7 @@ QImage readPart(const Image& image, const QRect& part) {
     return picture;
 }
 
-/// At one device pixel per pixel and more.
+/// For scales of one device pixel per pixel and above.
 void paintEnlarged(QPainter& painter, const Image& image, const QTransform& toPainter, const QRectF& exposed,
                    bool smooth) {
     const PixelSize size = image.pixelSize();
@@ -76,7 +76,7 @@ void paintEnlarged(QPainter& painter, const Image& image, const QTransform& toPa
     painter.restore();
 }
 
-/// Below one device pixel per pixel, on a painter that only scales and moves.
+/// For scales below one device pixel per pixel, on a painter without rotation or shear.
 void paintAveraged(QPainter& painter, const Image& image, const QTransform& toPainter, const QRectF& exposed,
                    int level) {
     const QTransform toDevice = painter.deviceTransform();
@@ -103,8 +103,8 @@ void paintImage(QPainter& painter, const Image& image, const QTransform& toPaint
     const double scale = std::min(pixelsToDevice.m11(), pixelsToDevice.m22());
     if (!image.hasPixels() || !(scale > 0))
         return;
-    if (scale < 1 && onlyScalesAndMoves(pixelsToDevice))
-        paintAveraged(painter, image, toPainter, exposed, levelFor(scale));
+    if (scale < 1 && isScaleAndTranslation(pixelsToDevice))
+        paintAveraged(painter, image, toPainter, exposed, mipmapLevelFor(scale));
     else
         paintEnlarged(painter, image, toPainter, exposed, scale < kCrispScale);
 }

@@ -10,13 +10,13 @@ class QPainter;
 
 namespace complexion {
 
-/// From this many device pixels per image pixel on, the image's pixels are shown as crisp squares.
+/// At this many device pixels per image pixel and above, pixels are painted as sharp squares.
 inline constexpr double kCrispScale = 4;
 
-/// Paints what `exposed`, in the painter's coordinates, shows of `image`, which is in the screen's colours
-/// and scaled and placed by `toPainter`. Below one device pixel per pixel each device pixel is the mean of
-/// the picture that it covers, so that fine detail neither vanishes nor shimmers when the picture moves; up
-/// to kCrispScale the picture is smooth, and from there on crisp.
+/// Paints the part of `image` within `exposed`, in the painter's coordinates. `image` is in the screen's
+/// colour space; `toPainter` maps its pixels to the painter's coordinates. Below one device pixel per pixel
+/// each device pixel is the area mean of the image pixels it covers, so that fine detail neither vanishes nor
+/// shimmers while panning; up to kCrispScale scaling is bilinear, above it nearest-neighbour.
 void paintImage(QPainter& painter, const Image& image, const QTransform& toPainter, const QRectF& exposed);
 
 } // namespace complexion

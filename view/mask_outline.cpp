@@ -9,7 +9,7 @@ namespace complexion {
 
 namespace {
 
-/// The device pixels whose middles lie in pixels of a mask, for a rectangle of them.
+/// A mask resampled to device pixels: a device pixel is inside if its centre falls on a pixel of the mask.
 class DeviceMask {
 public:
     DeviceMask(const PixelMask& mask, const QTransform& pixelsToDevice, const QRect& rect)
@@ -31,8 +31,8 @@ public:
                         static_cast<std::size_t>(x)] != 0;
     }
 
-    /// Whether all four places `distance` off are as this one.
-    bool isAmidItsLike(int x, int y, int distance) const {
+    /// Whether the four neighbours at `distance` are all inside, or all outside, like this pixel.
+    bool isUniformAround(int x, int y, int distance) const {
         const bool inside = at(x, y);
         return at(x - distance, y) == inside && at(x + distance, y) == inside &&
                at(x, y - distance) == inside && at(x, y + distance) == inside;
@@ -60,7 +60,7 @@ MaskOutline outlineOf(const PixelMask& mask, const QTransform& pixelsToDevice, c
     for (int y = 0; y < rect.height(); ++y) {
         auto* const line = reinterpret_cast<QRgb*>(outline.picture.scanLine(y));
         for (int x = 0; x < rect.width(); ++x)
-            if (!inside.isAmidItsLike(x + width, y + width, width))
+            if (!inside.isUniformAround(x + width, y + width, width))
                 line[x] = inside.at(x + width, y + width) ? light : dark;
     }
     return outline;

@@ -9,14 +9,14 @@
 
 namespace complexion {
 
-/// The outline of a mask whose pixels `pixelsToDevice` scales and moves, in device pixels.
+/// A mask's outline, rendered in device pixels.
 struct MaskOutline {
     QPoint origin; // of the picture, in device pixels
     QImage picture;
 };
 
-/// A light line just inside the edge and a dark one just outside, `width` device pixels each; only what lies
-/// in `visible`, in device pixels.
+/// Draws a light line just inside the mask's edge and a dark one just outside, each `width` device pixels
+/// wide, clipped to `visible` (device pixels). `pixelsToDevice` scales and translates only.
 MaskOutline outlineOf(const PixelMask& mask, const QTransform& pixelsToDevice, const QRect& visible,
                       int width, QRgb light, QRgb dark);
 

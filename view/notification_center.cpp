@@ -39,7 +39,7 @@ NotificationCenter::Registration NotificationCenter::addObserver(std::string nam
 }
 
 void NotificationCenter::post(const Notification& notification) {
-    // A copy: an observer may add or end registrations.
+    // A copy: observers may add and remove registrations.
     const std::vector<Entry> entries = m_entries;
     for (const Entry& entry : entries)
         if (entry.name == notification.name)

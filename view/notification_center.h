@@ -9,7 +9,7 @@
 
 namespace complexion {
 
-/// What a notification tells, text by text.
+/// A notification's payload: text values by key.
 using UserInfo = std::map<std::string, std::string>;
 
 struct Notification {
@@ -17,17 +17,16 @@ struct Notification {
     std::optional<UserInfo> userInfo;
 };
 
-/// Posted when a file was dropped on the image view and accepted; its user information has the one key
-/// "path".
+/// Posted when the image view has accepted a dropped file. The user information has the single key "path".
 inline constexpr const char* kDragPerformed = "DragPerformed";
 inline constexpr const char* kPathKey = "path";
 
-/// Delivers notifications by name, synchronously, on the thread that posts. For the main thread only.
+/// Delivers notifications by name, synchronously. For the main thread only.
 class NotificationCenter {
 public:
     using Observer = std::function<void(const Notification&)>;
 
-    /// Ends its registration when it goes.
+    /// Removes its observer when destroyed.
     class Registration {
     public:
         Registration() = default;
@@ -46,7 +45,7 @@ public:
         int m_id = 0;
     };
 
-    /// The one of this process.
+    /// The instance of this process.
     static NotificationCenter& defaultCenter();
 
     [[nodiscard]] Registration addObserver(std::string name, Observer observer);

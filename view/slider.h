@@ -13,15 +13,16 @@ public:
     explicit Slider(QWidget* parent = nullptr);
 
     float floatValue() const;
-    /// Sets the value, brought into the bounds and to one decimal place. Sends no user's action.
+    /// Sets the value, clamped to the range and rounded to one decimal place. Does not count as a user
+    /// action.
     void setFloatValue(float value);
 
     void setFloatRange(float minimum, float maximum);
-    /// How far an arrow key, and a click beside the handle, move.
+    /// The steps of an arrow key and of a click beside the handle.
     void setFloatSteps(float single, float page);
 
 Q_SIGNALS:
-    /// The value is another one, whoever changed it.
+    /// The value has changed, by the user or by the program.
     void floatValueChanged(float value);
 };
 

@@ -7,7 +7,7 @@
 
 namespace complexion {
 
-/// An integer between two bounds, with a small arrow to raise it and one to lower it.
+/// A bounded integer with an arrow to raise it and one to lower it.
 class Stepper : public QWidget {
     Q_OBJECT
 
@@ -15,10 +15,10 @@ public:
     explicit Stepper(QWidget* parent = nullptr);
 
     int integerValue() const { return m_value; }
-    /// Sets the value, brought into the bounds. Sends `valueChanged` but no `triggered`.
+    /// Sets the value, clamped to the range. Emits `valueChanged`, but not `triggered`.
     void setIntegerValue(int value);
 
-    /// The same as a user's own change: sends `triggered` when the value is another one.
+    /// Sets the value on the user's behalf: also emits `triggered` if the value changes.
     void setByUser(int value);
 
     int minimum() const { return m_minimum; }
@@ -31,7 +31,7 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// The value is another one, whoever changed it.
+    /// The value has changed, by the user or by the program.
     void valueChanged(int value);
     /// The user changed the value.
     void triggered();

@@ -14,7 +14,7 @@ QFont geometricFont(double size) {
     font.setFamilies({QStringLiteral("Futura"), QStringLiteral("Jost"), QStringLiteral("Jost*"),
                       QStringLiteral("URW Gothic"), QStringLiteral("sans-serif")});
     font.setStyleHint(QFont::SansSerif);
-    // A point of layout is a pixel at device pixel ratio 1.
+    // A device-independent pixel is one pixel at device pixel ratio 1.
     font.setPixelSize(std::max(1, qRound(size)));
     return font;
 }

@@ -5,14 +5,14 @@
 
 namespace complexion {
 
-/// The size of the interface's text, in points of layout.
+/// The size of text in the window, in device-independent pixels.
 inline constexpr double kTextSize = 13;
 
-/// "Futura" or a font of its geometric kind, at `size` points of layout times the user's font scale, which
-/// the application's own font carries: it is `kTextSize` at scale 1.
+/// "Futura" or a similar geometric sans-serif, at `size` device-independent pixels times the user's font
+/// scale. The scale is taken from the application's font, which has `kTextSize` at scale 1.
 QFont textFont(double size = kTextSize);
 
-/// The font to give to the application for a font scale.
+/// The application's font for a font scale.
 QFont applicationFont(double scale);
 
 } // namespace complexion

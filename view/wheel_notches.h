@@ -3,11 +3,11 @@
 
 namespace complexion {
 
-/// Counts the notches of a wheel out of turns that may be smaller, as touchpads' are.
+/// Accumulates wheel deltas, which touchpads report in fractions of a notch, into whole notches.
 class WheelNotches {
 public:
-    /// Adds a turn, in eighths of a degree. Gives the whole notches that have come together, negative
-    /// backwards; the rest is kept.
+    /// Adds a delta in eighths of a degree. Returns the whole notches reached, negative backwards, and keeps
+    /// the remainder.
     int add(int turned) {
         m_turned += turned;
         const int whole = m_turned / kNotch;
@@ -15,7 +15,7 @@ public:
         return whole;
     }
 
-    /// Drops what is less than a notch.
+    /// Discards the remainder.
     void reset() { m_turned = 0; }
 
 private:

@@ -38,7 +38,7 @@ protected:
         EXPECT_TRUE(isThere());
     }
     void restForResult() {
-        rest([this] { return imageView->isShowingInstead(); });
+        rest([this] { return imageView->isShowingReplacement(); });
     }
 
     EditDisc* disc = nullptr;
@@ -151,7 +151,7 @@ TEST_F(AimTest, MovingOnTakesTheResultAway) {
     pointAtPixel(blemishes()[0]);
     restForResult();
     aim->pointAt(shownAt({30, 40}));
-    EXPECT_FALSE(imageView->isShowingInstead());
+    EXPECT_FALSE(imageView->isShowingReplacement());
 }
 
 TEST_F(AimTest, AResultThatComesTooLateIsNotShown) {
@@ -170,7 +170,7 @@ TEST_F(AimTest, AfterTheClickThereIsNothingLeftToRepair) {
     restForResult();
     clickPixel(blemishes()[0]);
     queues.runAll();
-    EXPECT_FALSE(imageView->isShowingInstead());
+    EXPECT_FALSE(imageView->isShowingReplacement());
     EXPECT_EQ(disc->look(), DiscLook::Idle);
     EXPECT_EQ(told.back(), QStringLiteral("Repaired 29 pixels."));
 }
@@ -212,7 +212,7 @@ TEST_F(AimTest, AnotherEffectShowsTheSameResultThroughIt) {
     };
     const QColor before = seen();
     selectEffect(5);
-    EXPECT_TRUE(imageView->isShowingInstead());
+    EXPECT_TRUE(imageView->isShowingReplacement());
     EXPECT_NE(seen(), before);
     EXPECT_EQ(seen().red(), seen().blue()); // black and white
 }
@@ -303,9 +303,9 @@ TEST_F(AimTest, TheOriginalHidesTheDiscAndItsPreview) {
     restForResult();
     controller->ShowSource(true);
     EXPECT_FALSE(disc->place().has_value());
-    EXPECT_TRUE(imageView->isShowingInstead());
+    EXPECT_TRUE(imageView->isShowingReplacement());
     controller->ShowSource(false);
-    EXPECT_FALSE(imageView->isShowingInstead());
+    EXPECT_FALSE(imageView->isShowingReplacement());
     EXPECT_TRUE(disc->place().has_value());
 }
 
