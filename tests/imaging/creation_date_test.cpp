@@ -2,6 +2,8 @@
 #include "imaging/metadata/creation_date.h"
 
 #include "imaging/image_tools.h"
+#include "imaging/photo_file_steps.h"
+#include "tests/fakes/captured_output.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -128,6 +130,18 @@ TEST(CreationDate, IsNowWhenTheFileCannotBeReached) {
 TEST(CreationDate, CannotBeSetOnAFileThatIsNotThere) {
     const TemporaryFolder folder;
     EXPECT_FALSE(setCreationDate(folder.path() / "missing", kDate));
+}
+
+TEST(CreationDate, ThatCannotBeCarriedIsSaidOnStandardOutput) {
+    const TemporaryFolder folder;
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(printedBy([&] { carryCreationDate(folder.path() / "missing", kDate); }), "ERROR\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(CreationDates, ThatCanBeCarriedAreCarriedWithoutAWord) {
+    EXPECT_EQ(printedBy([&] { carryCreationDate(file.path(), kDate); }), "");
+    EXPECT_EQ(creationDate(file.path()), kDate);
 }
 
 TEST(CreationDate, IsKeptOnAFileSystemInMemoryToo) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace complexion {
 namespace {
 
@@ -16,6 +18,18 @@ TEST(ConvertToGrayScale, WeighsTheComponentsAsDeviceGrayDoes) {
     EXPECT_EQ(grayImage.pixel(0, 0), grey((77 * 255 + 128) >> 8));
     EXPECT_EQ(grayImage.pixel(0, 1), grey((151 * 255 + 128) >> 8));
     EXPECT_EQ(grayImage.pixel(0, 2), grey((28 * 255 + 128) >> 8));
+}
+
+TEST(ConvertToGrayScale, RoundsTheWeighedSumOfEveryPixelHalfUp) {
+    const Image image = noise({300, 70});
+    const std::vector<RGBA32> colors = pixelsOf(image);
+    const std::vector<RGBA32> greys = pixelsOf(ImageTools::convertToGrayScale(image));
+    ASSERT_EQ(greys.size(), colors.size());
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        const double sum =
+            (77.0 * colors[i].red() + 151.0 * colors[i].green() + 28.0 * colors[i].blue()) / 256;
+        ASSERT_EQ(greys[i], grey(static_cast<int>(std::floor(sum + 0.5)))) << i;
+    }
 }
 
 TEST(ConvertToGrayScale, GivesEveryGrayItself) {

@@ -77,6 +77,13 @@ TEST(SaveImageDeathTest, ASizeThatNoBitmapCanHaveIsFatal) {
     EXPECT_DEATH(ImageTools::SaveImage(Image(), "a", "png"), "no bitmap");
 }
 
+TEST(SaveImageDeathTest, TheSizeIsJudgedBeforeTheFormat) {
+    const Image image = noise({4, 4});
+    EXPECT_DEATH(ImageTools::SaveImage(Image(), "a", "webp"), "no bitmap");
+    EXPECT_DEATH(ImageTools::SaveImage(image.withSize({std::nan(""), 4}), "a", "JPG"), "out of range");
+    EXPECT_DEATH(ImageTools::SaveImage(image.withSize({4, 0.9}), "a", ""), "no bitmap");
+}
+
 TEST(SaveImage, ReplacesAnExistingFile) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "a.png";

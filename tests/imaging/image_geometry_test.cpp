@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace complexion {
 namespace {
 
@@ -21,6 +23,23 @@ TEST(ImageActualSize, TakesTheLargestWidthAndTheLargestHeightOfAllPages) {
     const std::filesystem::path path = folder.path() / "pages.tiff";
     writeTiffPages(path, {{800, 100}, {200, 600}});
     EXPECT_EQ(ImageTools::ImageActualSize(path), (PointSize{800, 600}));
+}
+
+TEST(ImageActualSize, TakesThemFromWhicheverPage) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "pages.tiff";
+    for (const std::vector<PixelSize>& pages : std::vector<std::vector<PixelSize>>{
+             {{200, 600}, {800, 100}}, {{800, 600}, {7, 9}}, {{7, 9}, {800, 20}, {20, 600}, {9, 7}}}) {
+        writeTiffPages(path, pages);
+        EXPECT_EQ(ImageTools::ImageActualSize(path), (PointSize{800, 600})) << pages.size();
+    }
+}
+
+TEST(ImageActualSize, IsNothingForPagesWhoseSidesTogetherAreTooLarge) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "pages.tiff";
+    writeTiffPages(path, {{300'000, 1}, {1, 300'000}});
+    EXPECT_EQ(ImageTools::ImageActualSize(path), std::nullopt);
 }
 
 TEST(ImageActualSize, IsNothingForAFileThatCannotBeDecoded) {
@@ -105,6 +124,48 @@ TEST(ResizeImage, SqueezesTheWholePictureIntoTheNewSize) {
     EXPECT_EQ(resized.pixelSize(), (PixelSize{100, 100}));
     EXPECT_EQ(resized.pixel(50, 10), grey(40));
     EXPECT_EQ(resized.pixel(50, 90), grey(200));
+}
+
+TEST(BringImageToActualSize, AnotherHeightAloneMakesANewImageToo) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "photo.png";
+    ASSERT_TRUE(ImageTools::SaveImage(shaded({100, 50}), path, "png"));
+    const Image decoded = ImageTools::DecodeImage(path)->withSize({100, 50.5});
+    const Image actual = ImageTools::BringImageToActualSize(decoded, path);
+    EXPECT_FALSE(actual.isSameObject(decoded));
+    EXPECT_EQ(actual.size(), (PointSize{100, 50}));
+    EXPECT_EQ(actual.pixelSize(), (PixelSize{100, 50}));
+}
+
+TEST(ResizeImage, ToNothingGivesAnImageWithoutPixels) {
+    const Image image = filled({4, 4}, grey(9));
+    for (const PointSize size : {PointSize{0, 3}, PointSize{3, 0}, PointSize{0, 0}}) {
+        const Image resized = ImageTools::ResizeImage(image, size.width, size.height);
+        EXPECT_EQ(resized.size(), size);
+        EXPECT_FALSE(resized.hasPixels());
+    }
+}
+
+TEST(ResizeImage, OfAnImageWithoutPixelsIsClear) {
+    const Image resized = ImageTools::ResizeImage(Image::empty({7, 5}), 3, 2);
+    EXPECT_EQ(resized.size(), (PointSize{3, 2}));
+    EXPECT_EQ(pixelsOf(resized), std::vector<RGBA32>(6));
+}
+
+TEST(ResizeImageDeathTest, ASizeThatNoImageCanHaveIsFatal) {
+    const Image image = filled({4, 4}, grey(9));
+    EXPECT_DEATH((void)ImageTools::ResizeImage(image, -1, 3), "out of range");
+    EXPECT_DEATH((void)ImageTools::ResizeImage(image, 3, -1), "out of range");
+    EXPECT_DEATH((void)ImageTools::ResizeImage(image, 3e8, 0), "out of range");
+    EXPECT_DEATH((void)ImageTools::ResizeImage(image, 0, std::nan("")), "out of range");
+}
+
+TEST(ResizeImage, MayBeAsLongAsTheLargestPictureHasPixels) {
+    // 2^28 pixels in a row are the bound; none of them is made where the other side is nothing.
+    const Image image = filled({4, 4}, grey(9));
+    constexpr double kMaxSide = 268'435'456;
+    EXPECT_EQ(ImageTools::ResizeImage(image, kMaxSide, 0).size(), (PointSize{kMaxSide, 0}));
+    EXPECT_DEATH((void)ImageTools::ResizeImage(image, kMaxSide + 1, 0), "out of range");
 }
 
 TEST(ResizeImage, KeepsAFractionOfASizeInPoints) {

@@ -96,6 +96,13 @@ TEST_F(PhotoFiles, WhatCannotBeSavedIsToldAsSaveImageTellsIt) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
+TEST_F(PhotoFiles, TheSizeIsJudgedBeforeTheFormat) {
+    const std::filesystem::path source = photo("png");
+    EXPECT_DEATH(savePhoto(Image(), folder.path() / "result", "webp", source), "no bitmap");
+    EXPECT_DEATH(savePhoto(noise({4, 4}).withSize({4, 0.5}), folder.path() / "result", "JPG", source),
+                 "no bitmap");
+}
+
 TEST_F(PhotoFiles, OpeningAtOnceGivesThePictureOfTheSteps) {
     for (const std::string_view format : ImageTools::kAcceptedTypes) {
         const std::filesystem::path path = photo(format);

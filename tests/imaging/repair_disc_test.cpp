@@ -1,0 +1,136 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/repair_disc.h"
+
+#include "imaging/image_tools.h"
+#include "tests/fakes/captured_output.h"
+#include "tests/fakes/pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <new>
+
+namespace complexion {
+namespace {
+
+constexpr PixelSize kSize{60, 50};
+constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+
+RepairDisc discAt(Point point, std::int64_t radius = 3) {
+    return RepairDisc::at(point, filled(kSize, kSkin), radius);
+}
+
+TEST(RepairDisc, LiesAtThePointCountedFromTheTop) {
+    const RepairDisc disc = discAt({12.9, 50 - 20.9}, 7);
+    EXPECT_EQ(disc.row, 20);
+    EXPECT_EQ(disc.column, 12);
+    EXPECT_EQ(disc.radius, 7);
+}
+
+TEST(RepairDisc, TruncatesPlacesBeforeTheFirstPixelTowardsZero) {
+    EXPECT_EQ(discAt({-0.5, 10}).column, 0);
+    EXPECT_EQ(discAt({-1.5, 10}).column, -1);
+    EXPECT_EQ(discAt({10, 50.5}).row, 0);
+    EXPECT_EQ(discAt({10, 51.5}).row, -1);
+    // Such a disc is inside the picture as long as it has no radius, and holds no pixel then.
+    const Image image = filled(kSize, kSkin);
+    EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {-0.5, 10}, 0, 1, {}, 10), "no pixel");
+    EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {10, 50.5}, 0, 1, {}, 10), "no pixel");
+}
+
+TEST(RepairDisc, CountsRowsFromTheTopOfThePictureInPoints) {
+    const Image flat = filled({40, 40}, kSkin).withSize({40, 20});
+    EXPECT_EQ(RepairDisc::at({8, 15}, flat, 3).row, 5);
+    const Image tall = filled({40, 40}, kSkin).withSize({40, 90});
+    EXPECT_EQ(RepairDisc::at({8, 15}, tall, 3).row, 75);
+}
+
+TEST(RepairDiscDeathTest, APlaceBeyondAllNumbersIsFatal) {
+    EXPECT_DEATH(discAt({std::numeric_limits<double>::infinity(), 5}), "column is out of range");
+    EXPECT_DEATH(discAt({5, -std::numeric_limits<double>::infinity()}), "row is out of range");
+}
+
+TEST(RepairDisc, FitsInsideUpToTheEdgeOnEachSide) {
+    const auto fits = [](std::int64_t row, std::int64_t column) {
+        return RepairDisc{.row = row, .column = column, .radius = 10}.fitsInside(kSize);
+    };
+    EXPECT_TRUE(fits(25, 30));
+    EXPECT_TRUE(fits(25, 10));
+    EXPECT_FALSE(fits(25, 9));
+    EXPECT_TRUE(fits(10, 30));
+    EXPECT_FALSE(fits(9, 30));
+    EXPECT_TRUE(fits(40, 30));
+    EXPECT_FALSE(fits(41, 30));
+    EXPECT_TRUE(fits(25, 50));
+    EXPECT_FALSE(fits(25, 51));
+}
+
+TEST(RepairDiscDeathTest, AnEdgeBeyondAllNumbersIsFatal) {
+    const auto fits = [](RepairDisc disc) { return disc.fitsInside(kSize); };
+    EXPECT_DEATH(fits({.row = 5, .column = kMin, .radius = 1}), "overflow");
+    EXPECT_DEATH(fits({.row = kMin, .column = 5, .radius = 1}), "overflow");
+    EXPECT_DEATH(fits({.row = kMax, .column = 5, .radius = 1}), "overflow");
+    EXPECT_DEATH(fits({.row = 5, .column = kMax, .radius = 1}), "overflow");
+}
+
+TEST(RepairDisc, ARowReachesAsFarAsPlacesAreNearerThanTheRadius) {
+    for (std::int64_t radius = 0; radius <= 60; ++radius)
+        for (std::int64_t dy = -radius - 2; dy <= radius + 2; ++dy) {
+            std::int64_t half = -1;
+            while ((half + 1) * (half + 1) + dy * dy < radius * radius)
+                ++half;
+            EXPECT_EQ((RepairDisc{.row = 0, .column = 0, .radius = radius}.halfLength(dy)), half)
+                << "radius " << radius << ", row " << dy;
+        }
+}
+
+TEST(RepairDisc, ARowOfAHugeDiscIsExactWhereADoubleIsNot) {
+    // The squares of these do not fit the 53 bits of a double: its square root would be one too large.
+    for (const std::int64_t radius : {94'906'267LL, 1'000'000'007LL, 3'037'000'499LL}) {
+        const RepairDisc disc{.row = 0, .column = 0, .radius = radius};
+        EXPECT_EQ(disc.halfLength(0), radius - 1);
+        const std::int64_t half = disc.halfLength(radius / 3);
+        const std::int64_t rest = radius * radius - (radius / 3) * (radius / 3) - 1;
+        EXPECT_LE(half * half, rest);
+        EXPECT_GT((half + 1) * (half + 1), rest);
+    }
+}
+
+TEST(RepairDiscDeathTest, ARadiusWhoseSquareIsBeyondAllNumbersIsFatal) {
+    const RepairDisc disc{.row = 0, .column = 0, .radius = 3'037'000'500};
+    EXPECT_DEATH((void)disc.halfLength(0), "overflow");
+}
+
+TEST(RepairInDisc, PaintsWhatTheRepairPaints) {
+    const Image image = filled(kSize, kSkin);
+    const auto result = repairInDisc(image, {20, 25}, 5, [](const RepairDisc& disc, PixelBuffer& buffer) {
+        const std::vector<PixelPosition> centre = {{disc.row, disc.column}};
+        buffer.paint(centre, kBlemish);
+    });
+    ASSERT_TRUE(result);
+    EXPECT_TRUE(samePixels(*result, withPixels(image, {{25, 20}}, kBlemish)));
+}
+
+TEST(RepairInDisc, DoesNothingWhereTheDiscDoesNotFit) {
+    const Image image = filled(kSize, kSkin);
+    bool isAsked = false;
+    const auto result =
+        repairInDisc(image, {2, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isAsked = true; });
+    EXPECT_TRUE(result->isSameObject(image));
+    EXPECT_FALSE(isAsked);
+}
+
+TEST(RepairInDisc, ARepairThatLacksMemoryGivesNoImageAndSaysSo) {
+    std::optional<Image> result;
+    const std::string printed = printedBy([&] {
+        result = repairInDisc(filled(kSize, kSkin), {20, 25}, 5,
+                              [](const RepairDisc&, PixelBuffer&) { throw std::bad_alloc(); });
+    });
+    EXPECT_FALSE(result);
+    EXPECT_EQ(printed, "unable to get context data\n");
+}
+
+} // namespace
+} // namespace complexion
