@@ -2,7 +2,7 @@
 #pragma once
 
 #include "imaging/base/image.h"
-#include "view/frame.h"
+#include "tests/editor/zoom_model.h"
 
 #include <deque>
 #include <filesystem>
@@ -24,8 +24,7 @@ struct EditorModel {
     Image working;
     int photo = 0; // counts loads and reloads
     int effect = 0;
-    PointSize area; // the visible one
-    Frame frame;
+    ZoomModel zoom;
 
     struct Repair {
         int photo = 0;

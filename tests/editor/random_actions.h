@@ -28,8 +28,7 @@ protected:
         m_random.seed(GetParam().seed);
         controller->numberOfStates = GetParam().numberOfStates;
         model.numberOfStates = GetParam().numberOfStates;
-        model.area = kRootSize;
-        model.frame = imageView->frame();
+        model.zoom = {kRootSize.width, kRootSize.height, imageView->frame()};
         makeSource("first.png", skinWithBlemishes({48, 36}, {{12, 14}, {22, 33}}));
         makeSource("second.bmp", skinWithBlemishes({30, 50}, {{25, 15}, {13, 15}, {38, 12}}));
         makeSource("third.TIF", painted({64, 20}, [](int row, int column) {

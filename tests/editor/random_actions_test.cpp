@@ -22,7 +22,7 @@ void RandomActions::expectAgreement() {
     EXPECT_EQ(controller->boxHint->isHidden(), model.isOpen());
     EXPECT_EQ(controller->boxHelp->isHidden(), model.isOpen());
     EXPECT_EQ(controller->comboEffect->currentIndex(), model.effect);
-    EXPECT_EQ(imageView->frame(), model.frame);
+    EXPECT_EQ(imageView->frame(), model.zoom.image);
     expectFilesAgree();
     if (!model.isOpen())
         return;
