@@ -38,14 +38,22 @@ TEST(ImageActualSize, TakesThemFromWhicheverPage) {
 TEST(ImageActualSize, IsNothingForPagesWhoseSidesTogetherAreTooLarge) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "pages.tiff";
-    writeTiffPages(path, {{300'000, 1}, {1, 300'000}});
+    writeTiffPages(path, {{400'000, 1}, {1, 700}});
     EXPECT_EQ(ImageTools::ImageActualSize(path), std::nullopt);
+    writeTiffPages(path, {{700, 1}, {1, 400'000}});
+    EXPECT_EQ(ImageTools::ImageActualSize(path), std::nullopt);
+    for (const PixelSize size : {PixelSize{20'000, 5}, PixelSize{5, 20'000}}) {
+        writeTiffPages(path, {{size.width, 1}, {1, size.height}});
+        EXPECT_EQ(ImageTools::ImageActualSize(path), (PointSize{1.0 * size.width, 1.0 * size.height}));
+    }
 }
 
 TEST(ImageActualSize, IsNothingForAFileThatCannotBeDecoded) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "fake.png", "no picture at all");
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "fake.png"), std::nullopt);
+    writeFile(folder.path() / "begun.png", "\x89PNG\r\n\x1a\n, and no picture at all");
+    EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "begun.png"), std::nullopt);
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "missing.png"), std::nullopt);
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path()), std::nullopt);
 }
@@ -135,6 +143,11 @@ TEST(BringImageToActualSize, AnotherHeightAloneMakesANewImageToo) {
     EXPECT_FALSE(actual.isSameObject(decoded));
     EXPECT_EQ(actual.size(), (PointSize{100, 50}));
     EXPECT_EQ(actual.pixelSize(), (PixelSize{100, 50}));
+}
+
+TEST(ResizeImage, ToOnePixelGivesThePicturesColor) {
+    const Image resized = ImageTools::ResizeImage(filled({40, 40}, grey(90)), 1, 1);
+    EXPECT_EQ(pixelsOf(resized), std::vector<RGBA32>{grey(90)});
 }
 
 TEST(ResizeImage, ToNothingGivesAnImageWithoutPixels) {

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/image_tools.h"
+#include "imaging/photo_files.h"
 #include "tests/fakes/captured_output.h"
 #include "tests/fakes/pictures.h"
+#include "tests/fakes/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -102,6 +104,36 @@ TEST(LackingMemory, ForTheBufferItselfGivesNoImageAndSaysSo) {
     EXPECT_FALSE(result);
     EXPECT_EQ(printed, "unable to create context\n");
     EXPECT_TRUE(repaired(image));
+}
+
+class LackingMemoryForFiles : public testing::Test {
+protected:
+    LackingMemoryForFiles() {
+        EXPECT_TRUE(ImageTools::SaveImage(noise({300, 200}), m_photo, "bmp"));
+        EXPECT_TRUE(ImageTools::DecodeImage(m_photo));
+    }
+
+    TemporaryFolder m_folder;
+    std::filesystem::path m_photo = m_folder.path() / "photo.bmp";
+    std::filesystem::path m_target = m_folder.path() / "target";
+    // Twice as many pixels as points: it is scaled down before it is encoded.
+    Image m_dense = noise({600, 400}).withSize({300, 200});
+};
+
+TEST_F(LackingMemoryForFiles, NothingIsSavedAndThatIsSaid) {
+    {
+        const LackOfMemory lack(kLessThanATile);
+        EXPECT_FALSE(ImageTools::SaveImage(m_dense, m_target, "png"));
+        EXPECT_FALSE(savePhoto(m_dense, m_target, "png", m_photo));
+    }
+    EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo.bmp"});
+    EXPECT_TRUE(savePhoto(m_dense, m_target, "png", m_photo));
+}
+
+TEST_F(LackingMemoryForFiles, APhotoDoesNotOpen) {
+    const LackOfMemory lack(kLessThanATile);
+    EXPECT_FALSE(ImageTools::DecodeImage(m_photo));
+    EXPECT_FALSE(openPhoto(m_photo));
 }
 
 } // namespace

@@ -122,6 +122,18 @@ TEST(RepairInDisc, DoesNothingWhereTheDiscDoesNotFit) {
     EXPECT_FALSE(isAsked);
 }
 
+TEST(RepairInDisc, AnImageWithoutPixelsGivesNoImageAndSaysSo) {
+    bool isAsked = false;
+    std::optional<Image> result;
+    const std::string printed = printedBy([&] {
+        result =
+            repairInDisc(Image(), {20, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isAsked = true; });
+    });
+    EXPECT_FALSE(result);
+    EXPECT_FALSE(isAsked);
+    EXPECT_EQ(printed, "unable to get cgImage\n");
+}
+
 TEST(RepairInDisc, ARepairThatLacksMemoryGivesNoImageAndSaysSo) {
     std::optional<Image> result;
     const std::string printed = printedBy([&] {
