@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/repair_disc.h"
+#include "imaging/healing/repair_disc.h"
 
 #include "imaging/image_tools.h"
 #include "tests/fakes/captured_output.h"

@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Where the wheel, the keys and the moving ring bring the photo, to the point: frames worked out by hand.
+#include "tests/editor/editor_fixture.h"
+
+namespace complexion {
+
+namespace {
+
+constexpr Frame kZoomed{-300, -250, 1000, 750};
+
+/// A root view on a screen of two pixels a point.
+class FineView : public QWidget {
+protected:
+    int metric(PaintDeviceMetric kind) const override {
+        if (kind == PdmDevicePixelRatio)
+            return 2;
+        if (kind == PdmDevicePixelRatioScaled)
+            return static_cast<int>(2 * devicePixelRatioFScale());
+        return QWidget::metric(kind);
+    }
+};
+
+class LookingClosely : public EditorTest {
+protected:
+    void open(PixelSize size) { openThroughPanel(makePhoto("photo.png", filled(size, kSkin))); }
+
+    void expectFrame(const Frame& expected) const {
+        const Frame frame = imageView->frame();
+        EXPECT_NEAR(frame.x, expected.x, 1e-9);
+        EXPECT_NEAR(frame.y, expected.y, 1e-9);
+        EXPECT_NEAR(frame.width, expected.width, 1e-9);
+        EXPECT_NEAR(frame.height, expected.height, 1e-9);
+    }
+
+    /// The frame at which a point of the photo is shown with this margin, when it was shown zoomed.
+    Frame revealed(Point inImage, double margin) {
+        imageView->setFrame(kZoomed);
+        controller->Reveal(inImage, margin);
+        return imageView->frame();
+    }
+};
+
+TEST_F(LookingClosely, StepsKeepThePointTheyAreAbout) {
+    open({80, 60});
+    controller->ZoomAbout({100, 75}, 2);
+    expectFrame({100 - 0.25 * 484, 75 - 0.25 * 363, 484, 363});
+    controller->ZoomAbout({100, 75}, -1);
+    expectFrame({100 - 0.25 * 435.6, 75 - 0.25 * 326.7, 435.6, 326.7});
+    controller->ZoomAbout({100, 75}, 0);
+    expectFrame({100 - 0.25 * 435.6, 75 - 0.25 * 326.7, 435.6, 326.7});
+}
+
+TEST_F(LookingClosely, PixelsAreShownAtTheirSizeAboutThePoint) {
+    // Fitted, a pixel has 0.4 points: 2.5 times the area shows it at one. Above and below it are 25 points of
+    // margin.
+    open({1000, 700});
+    controller->ZoomToPixels({133, 71});
+    // The photo's corner would stand at -199.5, -81.5: on whole points it is at -200, -82.
+    expectFrame({-200, -107, 1000, 750});
+}
+
+TEST_F(LookingClosely, PixelsOfATallPhotoToo) {
+    // Fitted, a pixel has 0.3 points. Left and right of the photo are 950 / 3 points of margin.
+    open({700, 1000});
+    controller->ZoomToPixels({133, 71});
+    // The corner would stand at 6.33, -165.67.
+    expectFrame({6 - 950.0 / 3, -166, 4000.0 / 3, 1000});
+}
+
+TEST_F(LookingClosely, PixelsOfAFineScreenAreSmallerAndHaveAFinerGrid) {
+    open({1000, 700});
+    FineView fine;
+    fine.resize(400, 300);
+    controller->view = &fine;
+    controller->ZoomToPixels({133, 71});
+    // The corner would stand at -33.25, -5.25: on half points it is at -33.5, -5.5, with 12.5 of margin below
+    // it.
+    expectFrame({-33.5, -18, 500, 375});
+}
+
+TEST_F(LookingClosely, PixelsAtTheEdgeLeaveNoGap) {
+    open({1000, 700});
+    controller->ZoomToPixels({0, 0});
+    expectFrame({0, 0, 1000, 750});
+    controller->OnResetZoom(nullptr);
+    controller->ZoomToPixels({400, 300});
+    expectFrame({-600, -450, 1000, 750});
+}
+
+TEST_F(LookingClosely, ThePhotoMovesWithTheKeys) {
+    open({80, 60});
+    imageView->setFrame(kZoomed);
+    controller->MovePhoto(7, 5);
+    expectFrame({-293, -255, 1000, 750});
+}
+
+TEST_F(LookingClosely, RevealingMovesToTheMarginOfEachSide) {
+    open({80, 60});
+    // 12.5 points a pixel.
+    EXPECT_EQ(revealed({24.8, 40}, 20), (Frame{-290, -250, 1000, 750}));
+    EXPECT_EQ(revealed({55.2, 40}, 20), (Frame{-310, -250, 1000, 750}));
+    EXPECT_EQ(revealed({40, 20.8}, 20), (Frame{-300, -240, 1000, 750}));
+    EXPECT_EQ(revealed({40, 43.2}, 20), (Frame{-300, -260, 1000, 750}));
+    EXPECT_EQ(revealed({24.8, 20.8}, 20), (Frame{-290, -240, 1000, 750}));
+    EXPECT_EQ(revealed({40, 36}, 20), kZoomed);
+}
+
+TEST_F(LookingClosely, RevealingWithAMarginOfMoreThanHalfTheAreaCentres) {
+    open({80, 60});
+    EXPECT_EQ(revealed({30, 25}, 500), (Frame{-175, -162.5, 1000, 750}));
+}
+
+TEST_F(LookingClosely, RevealingCountsTheMarginsBesideThePhoto) {
+    open({80, 30}); // 187.5 points above and below it
+    EXPECT_EQ(revealed({40, 6}, 20), (Frame{-300, -242.5, 1000, 750}));
+    open({40, 60}); // 250 points left and right of it
+    EXPECT_EQ(revealed({4.8, 40}, 20), (Frame{-290, -250, 1000, 750}));
+}
+
+} // namespace
+
+} // namespace complexion

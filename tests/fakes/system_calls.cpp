@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/fakes/system_calls.h"
+
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <limits>
+#include <vector>
+
+namespace complexion {
+
+namespace {
+
+struct Fault {
+    int error = 0;
+    int skipped = 0;
+    int left = 0;
+    int failed = 0;
+};
+
+thread_local std::array<Fault, 9> faults;
+thread_local std::string lastRenamedPath;
+thread_local std::size_t longestTransfer = std::numeric_limits<std::size_t>::max();
+
+Fault& faultOf(SystemCall call) {
+    return faults[static_cast<std::size_t>(call)];
+}
+
+/// Whether this call is to fail, and with what.
+int errorOf(SystemCall call) {
+    Fault& fault = faultOf(call);
+    if (fault.left == 0 || fault.skipped-- > 0)
+        return 0;
+    fault.skipped = 0;
+    --fault.left;
+    ++fault.failed;
+    return fault.error;
+}
+
+/// The C library's function of this name.
+template <class Function>
+Function* original(Function*, const char* name) {
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
+}
+
+/// What the library's function returns; -1, and errno set, when this call is to fail.
+template <class Function, class... Arguments>
+auto calledOrFailed(SystemCall call, Function* self, const char* name, Arguments... arguments) {
+    if (const int error = errorOf(call)) {
+        errno = error;
+        return static_cast<decltype(self(arguments...))>(-1);
+    }
+    return original(self, name)(arguments...);
+}
+
+} // namespace
+
+const std::string& lastRenamed() {
+    return lastRenamedPath;
+}
+
+FailingCalls::FailingCalls(SystemCall call, int error, int times, int skipped) : m_call(call) {
+    faultOf(call) = {.error = error, .skipped = skipped, .left = times};
+}
+
+FailingCalls::~FailingCalls() {
+    faultOf(m_call) = {};
+}
+
+int FailingCalls::failed() const {
+    return faultOf(m_call).failed;
+}
+
+ShortTransfers::ShortTransfers(std::size_t most) {
+    longestTransfer = most;
+}
+
+ShortTransfers::~ShortTransfers() {
+    longestTransfer = std::numeric_limits<std::size_t>::max();
+}
+
+} // namespace complexion
+
+using namespace complexion;
+
+// The C library's names, found before its own as the program itself defines them.
+
+extern "C" {
+
+int access(const char* path, int mode) noexcept {
+    return calledOrFailed(SystemCall::Access, &access, "access", path, mode);
+}
+
+int close(int fd) {
+    return calledOrFailed(SystemCall::Close, &close, "close", fd);
+}
+
+int fchmod(int fd, mode_t mode) noexcept {
+    return calledOrFailed(SystemCall::Fchmod, &fchmod, "fchmod", fd, mode);
+}
+
+int fsync(int fd) {
+    return calledOrFailed(SystemCall::Fsync, &fsync, "fsync", fd);
+}
+
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
+    return calledOrFailed(SystemCall::Linkat, &linkat, "linkat", fromFolder, from, toFolder, to, flags);
+}
+
+int posix_fallocate(int fd, off_t offset, off_t length) {
+    if (const int error = errorOf(SystemCall::PosixFallocate))
+        return error;
+    return original(&posix_fallocate, "posix_fallocate")(fd, offset, length);
+}
+
+ssize_t read(int fd, void* buffer, std::size_t count) {
+    return calledOrFailed(SystemCall::Read, &read, "read", fd, buffer, std::min(count, longestTransfer));
+}
+
+int rename(const char* from, const char* to) noexcept {
+    lastRenamedPath = from;
+    return calledOrFailed(SystemCall::Rename, &rename, "rename", from, to);
+}
+
+ssize_t writev(int fd, const iovec* parts, int count) {
+    std::vector<iovec> taken(parts, parts + count);
+    std::size_t left = longestTransfer;
+    for (iovec& part : taken) {
+        part.iov_len = std::min(part.iov_len, left);
+        left -= part.iov_len;
+    }
+    return calledOrFailed(SystemCall::Writev, &writev, "writev", fd, static_cast<const iovec*>(taken.data()),
+                          count);
+}
+}

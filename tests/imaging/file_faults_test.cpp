@@ -1,0 +1,341 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Reading and writing files where the system's calls fail, are interrupted, or do less than they were asked
+// for.
+#include "imaging/base/files.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/system_calls.h"
+#include "tests/fakes/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <set>
+#include <string>
+
+namespace complexion {
+namespace {
+
+constexpr std::int64_t kLongest = std::int64_t{2} << 30;
+
+std::size_t openFiles() {
+    return filesIn("/proc/self/fd").size();
+}
+
+class FileFaults : public testing::Test {
+protected:
+    FileFaults() { writeFile(m_path, "an older file"); }
+
+    /// Parts of 0 to 6 bytes, 1500 bytes together.
+    static FileContents manyParts() {
+        FileContents contents;
+        for (int i = 0; i < 500; ++i)
+            contents.append(Bytes(static_cast<std::size_t>(i % 7), static_cast<std::uint8_t>(i)));
+        return contents;
+    }
+
+    bool write() const { return static_cast<bool>(writeFileAtomically(m_path, manyParts())); }
+
+    void expectWritten() const {
+        const Bytes whole = manyParts().joined();
+        EXPECT_EQ(contentsOf(m_path), std::string(whole.begin(), whole.end()));
+        EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo"});
+    }
+    void expectUntouched() const {
+        EXPECT_EQ(contentsOf(m_path), "an older file");
+        EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo"});
+    }
+
+    /// Writing fails and leaves the older file, and no other, when this call fails.
+    void expectFailureWith(SystemCall call, int error, int skipped = 0) const {
+        const std::size_t before = openFiles();
+        const FailingCalls failing(call, error, 1, skipped);
+        EXPECT_FALSE(write());
+        EXPECT_EQ(failing.failed(), 1);
+        expectUntouched();
+        EXPECT_EQ(openFiles(), before);
+    }
+
+    TemporaryFolder m_folder;
+    std::filesystem::path m_path = m_folder.path() / "photo";
+};
+
+// Writing.
+
+TEST_F(FileFaults, ADiskThatTakesLittleAtOnceGetsEveryByte) {
+    for (const std::size_t most : {1U, 3U, 6U, 7U, 100U}) {
+        const ShortTransfers transfers(most);
+        EXPECT_TRUE(write());
+    }
+    expectWritten();
+}
+
+TEST_F(FileFaults, AWriteThatIsInterruptedGoesOn) {
+    const ShortTransfers transfers(400);
+    const FailingCalls failing(SystemCall::Writev, EINTR, 3, 1);
+    EXPECT_TRUE(write());
+    EXPECT_EQ(failing.failed(), 3);
+    expectWritten();
+}
+
+TEST_F(FileFaults, AWriteThatFailsLeavesTheOlderFile) {
+    expectFailureWith(SystemCall::Writev, ENOSPC);
+    const ShortTransfers transfers(400);
+    expectFailureWith(SystemCall::Writev, EIO, 2);
+}
+
+TEST_F(FileFaults, AWriteThatTakesNothingFails) {
+    {
+        const ShortTransfers transfers(0);
+        EXPECT_FALSE(write());
+    }
+    expectUntouched();
+}
+
+TEST_F(FileFaults, SpaceThatIsMissingIsFoundBeforeAnythingIsWritten) {
+    expectFailureWith(SystemCall::PosixFallocate, ENOSPC);
+    expectFailureWith(SystemCall::PosixFallocate, EFBIG);
+}
+
+TEST_F(FileFaults, SpaceThatCannotBeReservedIsNotMissing) {
+    const FailingCalls failing(SystemCall::PosixFallocate, EOPNOTSUPP);
+    EXPECT_TRUE(write());
+    EXPECT_EQ(failing.failed(), 1);
+    expectWritten();
+}
+
+TEST_F(FileFaults, SpaceIsReservedForWhatHasBytesAlone) {
+    const FailingCalls failing(SystemCall::PosixFallocate, ENOSPC);
+    EXPECT_TRUE(writeFileAtomically(m_path, {}));
+    EXPECT_EQ(failing.failed(), 0);
+    EXPECT_EQ(contentsOf(m_path), "");
+    FileContents one;
+    one.append({'1'});
+    EXPECT_FALSE(writeFileAtomically(m_path, one));
+    EXPECT_EQ(failing.failed(), 1);
+    EXPECT_TRUE(writeFileAtomically(m_path, one));
+    EXPECT_EQ(contentsOf(m_path), "1");
+    // No byte more than there will be.
+    EXPECT_EQ(std::filesystem::file_size(m_path), 1U);
+}
+
+TEST_F(FileFaults, AModeThatCannotBeSetFails) {
+    expectFailureWith(SystemCall::Fchmod, EPERM);
+}
+
+TEST_F(FileFaults, ANameThatIsTakenIsTriedAnew) {
+    const FailingCalls failing(SystemCall::Linkat, EEXIST, 4);
+    EXPECT_TRUE(write());
+    EXPECT_EQ(failing.failed(), 4);
+    expectWritten();
+}
+
+TEST_F(FileFaults, ANameThatCannotBeGivenFails) {
+    expectFailureWith(SystemCall::Linkat, EACCES);
+}
+
+TEST_F(FileFaults, AMoveThatFailsLeavesNothing) {
+    expectFailureWith(SystemCall::Rename, EIO);
+}
+
+TEST_F(FileFaults, TheNameUntilTheMoveIsShortAndAtRandom) {
+    std::set<char> letters;
+    std::set<std::string> names;
+    for (int i = 0; i < 100; ++i) {
+        ASSERT_TRUE(write());
+        const std::string name = std::filesystem::path(lastRenamed()).filename();
+        EXPECT_EQ(std::filesystem::path(lastRenamed()).parent_path(), m_folder.path());
+        ASSERT_EQ(name.size(), 10U);
+        EXPECT_TRUE(name.starts_with(".cx-"));
+        letters.insert(name.begin() + 4, name.end());
+        names.insert(name);
+    }
+    EXPECT_GT(names.size(), 90U);
+    // 600 letters: that one of them is missing happens once in some hundred million runs.
+    EXPECT_EQ(std::string(letters.begin(), letters.end()), "abcdefghijklmnopqrstuvwxyz");
+}
+
+TEST_F(FileFaults, OpenFilesThatCannotBeSeenCostTheNamelessFileAlone) {
+    const mode_t before = ::umask(0027);
+    const std::size_t open = openFiles();
+    {
+        const FailingCalls failing(SystemCall::Access, ENOENT);
+        EXPECT_TRUE(write());
+        EXPECT_EQ(failing.failed(), 1);
+    }
+    ::umask(before);
+    expectWritten();
+    EXPECT_EQ(openFiles(), open);
+    EXPECT_EQ(std::filesystem::path(lastRenamed()).filename().string().size(), 10U);
+    struct stat status = {};
+    ASSERT_EQ(::stat(m_path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0640U);
+}
+
+TEST_F(FileFaults, ANamedFileGoesWhenItCannotBecomeTheTarget) {
+    for (const SystemCall call :
+         {SystemCall::Writev, SystemCall::Fchmod, SystemCall::Rename, SystemCall::Close}) {
+        const FailingCalls named(SystemCall::Access, ENOENT);
+        const FailingCalls failing(call, EIO);
+        EXPECT_FALSE(write());
+        EXPECT_EQ(failing.failed(), 1);
+        expectUntouched();
+    }
+}
+
+TEST_F(FileFaults, TheMaskOfNewFilesStaysWhatItWas) {
+    const mode_t before = ::umask(0);
+    EXPECT_TRUE(write());
+    EXPECT_EQ(::umask(0123), 0U);
+    struct stat status = {};
+    ASSERT_EQ(::stat(m_path.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0666U);
+    EXPECT_TRUE(write());
+    EXPECT_EQ(::umask(before), 0123U);
+}
+
+TEST_F(FileFaults, NothingStaysOpen) {
+    const std::size_t before = openFiles();
+    EXPECT_TRUE(write());
+    EXPECT_TRUE(readFile(m_path));
+    EXPECT_FALSE(readFile(m_folder.path()));
+    EXPECT_TRUE(flushToDisk(m_path));
+    EXPECT_EQ(openFiles(), before);
+}
+
+TEST_F(FileFaults, ATargetWithoutAFolderIsInTheCurrentOne) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.path());
+    EXPECT_TRUE(writeFileAtomically("photo", manyParts()));
+    EXPECT_TRUE(flushToDisk("photo"));
+    std::filesystem::current_path(before);
+    expectWritten();
+}
+
+TEST(FileContents, HaveTheSizeOfTheirParts) {
+    FileContents contents;
+    EXPECT_EQ(contents.size(), 0U);
+    EXPECT_TRUE(contents.joined().empty());
+    contents.append({1, 2, 3});
+    contents.append({});
+    contents.append({4});
+    EXPECT_EQ(contents.size(), 4U);
+    EXPECT_EQ(contents.joined(), (Bytes{1, 2, 3, 4}));
+}
+
+// Flushing.
+
+TEST_F(FileFaults, FlushingFailsWhenTheFileOrItsFolderCannotBeFlushed) {
+    EXPECT_TRUE(flushToDisk(m_path));
+    for (const int skipped : {0, 1}) {
+        const FailingCalls failing(SystemCall::Fsync, EIO, 1, skipped);
+        EXPECT_FALSE(flushToDisk(m_path));
+        EXPECT_EQ(failing.failed(), 1);
+    }
+    EXPECT_FALSE(flushToDisk(m_folder.path() / "none" / "photo"));
+}
+
+// Reading.
+
+TEST_F(FileFaults, ADiskThatGivesLittleAtOnceGivesEveryByte) {
+    ASSERT_TRUE(write());
+    for (const std::size_t most : {1U, 7U, 1000U}) {
+        const ShortTransfers transfers(most);
+        EXPECT_EQ(*readFile(m_path), manyParts().joined());
+        EXPECT_EQ(*readFile(m_path, [](ByteView) { return true; }), manyParts().joined());
+    }
+}
+
+TEST_F(FileFaults, AReadThatIsInterruptedGoesOn) {
+    ASSERT_TRUE(write());
+    const ShortTransfers transfers(700);
+    const FailingCalls failing(SystemCall::Read, EINTR, 3, 1);
+    EXPECT_EQ(*readFile(m_path), manyParts().joined());
+    EXPECT_EQ(failing.failed(), 3);
+}
+
+TEST_F(FileFaults, AReadThatFailsIsAnErrorThatSaysWhy) {
+    for (const int skipped : {0, 1}) {
+        const FailingCalls failing(SystemCall::Read, EIO, 1, skipped);
+        const ShortTransfers transfers(10);
+        const Result<Bytes> file = readFile(m_path);
+        ASSERT_FALSE(file);
+        EXPECT_EQ(file.error().message, std::strerror(EIO));
+    }
+    // The first bytes, and then the others.
+    ASSERT_TRUE(write());
+    for (const int skipped : {0, 1}) {
+        const FailingCalls failing(SystemCall::Read, EIO, 1, skipped);
+        const Result<Bytes> file = readFile(m_path, [](ByteView) { return true; });
+        ASSERT_FALSE(file);
+        EXPECT_EQ(file.error().message, std::strerror(EIO));
+    }
+}
+
+TEST_F(FileFaults, AFileThatBecameShorterIsReadAsFarAsItGoes) {
+    const ShortTransfers transfers(0);
+    const Result<Bytes> file = readFile(m_path);
+    ASSERT_TRUE(file);
+    EXPECT_TRUE(file->empty());
+}
+
+TEST_F(FileFaults, AFileIsJudgedByItsFirstSixtyFourBytes) {
+    static std::size_t seen;
+    const auto isWanted = [](ByteView start) {
+        seen = start.size();
+        return start.empty() || start[0] != 'x';
+    };
+    for (const std::size_t length : {0U, 1U, 63U, 64U, 65U, 5000U}) {
+        writeFile(m_path, std::string(length, 's'));
+        const Result<Bytes> file = readFile(m_path, isWanted);
+        ASSERT_TRUE(file);
+        EXPECT_EQ(*file, Bytes(length, 's'));
+        EXPECT_EQ(seen, std::min<std::size_t>(length, 64));
+    }
+    writeFile(m_path, std::string(100, 'x'));
+    EXPECT_FALSE(readFile(m_path, isWanted));
+}
+
+TEST_F(FileFaults, AFileOfTheGreatestLengthIsReadAndALongerOneIsNot) {
+    const auto isWanted = [](ByteView) { return false; };
+    ASSERT_EQ(::truncate(m_path.c_str(), kLongest), 0);
+    const Result<Bytes> longest = readFile(m_path, isWanted);
+    ASSERT_FALSE(longest);
+    EXPECT_EQ(longest.error().message, "a file of another kind");
+    ASSERT_EQ(::truncate(m_path.c_str(), kLongest + 1), 0);
+    const Result<Bytes> longer = readFile(m_path, isWanted);
+    ASSERT_FALSE(longer);
+    EXPECT_EQ(longer.error().message, "a file of impossible length");
+}
+
+TEST_F(FileFaults, WhatIsNoFileSaysSo) {
+    EXPECT_EQ(readFile(m_folder.path()).error().message, "not a regular file");
+    EXPECT_EQ(readFile(m_folder.path() / "missing").error().message, std::strerror(ENOENT));
+}
+
+// Holding.
+
+TEST_F(FileFaults, AHeldFileIsReadWhenItsNameIsGoneOrAnothers) {
+    const std::size_t before = openFiles();
+    {
+        const HeldFile held(m_path);
+        writeFile(m_folder.path() / "other", "another file");
+        std::filesystem::rename(m_folder.path() / "other", m_path);
+        EXPECT_EQ(contentsOf(held.path()), "an older file");
+        std::filesystem::remove(m_path);
+        EXPECT_EQ(contentsOf(held.path()), "an older file");
+    }
+    EXPECT_EQ(openFiles(), before);
+}
+
+TEST_F(FileFaults, AFileThatCannotBeHeldKeepsItsPath) {
+    const HeldFile held(m_folder.path() / "missing");
+    EXPECT_EQ(held.path(), m_folder.path() / "missing");
+}
+
+} // namespace
+} // namespace complexion
