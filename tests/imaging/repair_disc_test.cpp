@@ -126,8 +126,7 @@ TEST(RepairInDisc, AnImageWithoutPixelsGivesNoImageAndSaysSo) {
     bool isAsked = false;
     std::optional<Image> result;
     const std::string printed = printedBy([&] {
-        result =
-            repairInDisc(Image(), {20, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isAsked = true; });
+        result = repairInDisc(Image(), {20, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isAsked = true; });
     });
     EXPECT_FALSE(result);
     EXPECT_FALSE(isAsked);
