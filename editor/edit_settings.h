@@ -4,8 +4,6 @@
 #include "imaging/base/color_profile.h"
 
 #include <cstdint>
-#include <mutex>
-#include <optional>
 
 namespace complexion {
 
@@ -22,27 +20,6 @@ struct EditSettings {
     RgbColor customColor;                       // of sRGB
     float threshold = 0;                        // grey levels
     RepairStyle style = RepairStyle::FlatColor; // with Natural, colorType and customColor have no part
-};
-
-/// The settings as the controls last wrote them on the main thread, for repairs that read them on another.
-/// Reading a setting whose control is gone is fatal, as reaching the control itself would be.
-class EditSettingsMirror {
-public:
-    void setRadius(std::optional<std::int64_t> radius);
-    void setColorType(std::optional<std::int64_t> colorType);
-    void setCustomColor(std::optional<RgbColor> customColor);
-    void setThreshold(std::optional<float> threshold);
-    void setStyle(std::optional<RepairStyle> style);
-
-    EditSettings read() const;
-
-private:
-    mutable std::mutex m_mutex;
-    std::optional<std::int64_t> m_radius;
-    std::optional<std::int64_t> m_colorType;
-    std::optional<RgbColor> m_customColor;
-    std::optional<float> m_threshold;
-    std::optional<RepairStyle> m_style;
 };
 
 } // namespace complexion

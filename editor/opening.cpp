@@ -70,13 +70,7 @@ void ViewController::loadImage(const std::filesystem::path& path) {
     reach(boxHint).hide();
     reach(boxHelp).hide();
     reach(comboEffect).setCurrentIndex(0);
-    const std::string extension = path.extension().string();
-    originalImageName = path.stem().string();
-    originalImageExtension = extension.empty() ? "" : extension.substr(1);
-    originalImagePath = path;
-    ++m_photoNumber;
-    setOriginalImage(*image);
-    m_source = *image;
+    m_session.open(*image, path);
     ApplyEffectsOnPreview();
     ResetZoom();
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
@@ -96,9 +90,7 @@ void ViewController::OnResetImage(QObject*) {
         return;
     }
     reach(comboEffect).setCurrentIndex(0);
-    ++m_photoNumber;
-    setOriginalImage(*image);
-    m_source = *image;
+    m_session.reload(*image);
     ApplyEffectsOnPreview();
     BeginEditHistory();
 }

@@ -37,24 +37,26 @@ void ViewController::HandleClick(const MouseEvent& event) {
 void ViewController::BeginRetouch(Point point) {
     if (!hasImage() || imageProcessing)
         return;
-    m_queues.submitBackground([self = shared_from_this(), point, photo = m_photoNumber.load()] {
+    m_queues.submitBackground([self = shared_from_this(), point, photo = m_session.photoNumber()] {
         // A click on a photo that has been replaced since says nothing about the new one.
-        if (photo == self->m_photoNumber)
-            self->RetouchAtPoint(point);
+        self->retouch(point, self->m_session.beginRepair(photo));
     });
 }
 
 Repair ViewController::currentRepair() const {
-    return Repair::of(m_settings.read());
+    return Repair::of(m_session.settings());
 }
 
 void ViewController::RetouchAtPoint(Point point) {
-    imageProcessing = true;
-    const std::uint64_t photo = m_photoNumber;
-    const Image image = originalImage();
-    const RepairReport report = runRepair(currentRepair(), image, point);
-    m_queues.submitMain([self = shared_from_this(), report, photo] {
-        if (photo != self->m_photoNumber) {
+    retouch(point, m_session.beginRepair());
+}
+
+void ViewController::retouch(Point point, const std::optional<EditSession::Snapshot>& taken) {
+    if (!taken)
+        return;
+    const RepairReport report = runRepair(Repair::of(taken->settings), taken->image, point);
+    m_queues.submitMain([self = shared_from_this(), report, photo = taken->photo] {
+        if (photo != self->m_session.photoNumber()) {
             self->imageProcessing = false;
             Q_EMIT self->stateChanged();
             return;

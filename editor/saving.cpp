@@ -12,7 +12,7 @@ namespace complexion {
 void ViewController::OnSaveImage(QObject*) {
     if (originalImagePath.empty())
         return;
-    const std::string format = stateImageFormat();
+    const std::string format = m_session.stateFormat();
     const PanelAnswer answer = m_dialogs.runSavePanel(
         {.allowedFileTypes = {format}, .nameFieldStringValue = originalImageName + "_retouched." + format});
     if (!answer.confirmed)

@@ -22,7 +22,7 @@ void ViewController::ApplyEffectsOnPreview() {
     if (index >= 0 && index < std::ssize(kEffectTitles))
         reach(imageView).setImage(throughEffect(originalImage()));
     if (m_isShowingSource)
-        reach(imageView).showReplacement(m_source);
+        reach(imageView).showReplacement(m_session.source());
     Q_EMIT stateChanged();
 }
 
@@ -35,7 +35,7 @@ Image ViewController::throughEffect(const Image& image) const {
 
 void ViewController::ShowSource(bool on) {
     m_isShowingSource = on && hasImage();
-    reach(imageView).showReplacement(m_isShowingSource ? std::optional(m_source) : std::nullopt);
+    reach(imageView).showReplacement(m_isShowingSource ? std::optional(m_session.source()) : std::nullopt);
     Q_EMIT stateChanged();
 }
 
@@ -73,48 +73,33 @@ void ViewController::StepThreshold(int steps) {
     slider.setFloatValue(slider.floatValue() + static_cast<float>(steps));
 }
 
-void ViewController::mirrorSettings() {
-    const Stepper& stepper = reach(stepperEditAreaSize);
-    m_settings.setRadius(stepper.integerValue());
-    connect(&stepper, &Stepper::valueChanged, this, [this](int value) {
-        m_settings.setRadius(value);
-        Q_EMIT settingsChanged();
-    });
-    connect(&stepper, &QObject::destroyed, this, [this] { m_settings.setRadius(std::nullopt); });
-
-    const QCheckBox& autodetect = reach(checkAutodetectColor);
-    m_settings.setColorType(autodetect.isChecked() ? 1 : 0);
-    connect(&autodetect, &QCheckBox::toggled, this, [this](bool on) {
-        m_settings.setColorType(on ? 1 : 0);
-        Q_EMIT settingsChanged();
-    });
-    connect(&autodetect, &QObject::destroyed, this, [this] { m_settings.setColorType(std::nullopt); });
-
-    const ColorWell& well = reach(colorWellCustomColor);
-    const auto mirrorColor = [this](const QColor& color) {
-        m_settings.setCustomColor(RgbColor{color.redF(), color.greenF(), color.blueF()});
+void ViewController::followSettings() {
+    const auto read = [this] {
+        const bool allThere = stepperEditAreaSize && checkAutodetectColor && colorWellCustomColor &&
+                              sliderThreshold && comboRepair;
+        if (!allThere)
+            return;
+        const QColor color = colorWellCustomColor->color();
+        m_session.setSettings(EditSettings{
+            .radius = stepperEditAreaSize->integerValue(),
+            .colorType = checkAutodetectColor->isChecked() ? 1 : 0,
+            .customColor = {color.redF(), color.greenF(), color.blueF()},
+            .threshold = sliderThreshold->floatValue(),
+            .style = static_cast<RepairStyle>(comboRepair->currentIndex()),
+        });
         Q_EMIT settingsChanged();
     };
-    mirrorColor(well.color());
-    connect(&well, &ColorWell::colorChanged, this, mirrorColor);
-    connect(&well, &QObject::destroyed, this, [this] { m_settings.setCustomColor(std::nullopt); });
-
-    const Slider& threshold = reach(sliderThreshold);
-    m_settings.setThreshold(threshold.floatValue());
-    connect(&threshold, &Slider::floatValueChanged, this, [this](float value) {
-        m_settings.setThreshold(value);
-        Q_EMIT settingsChanged();
-    });
-    connect(&threshold, &QObject::destroyed, this, [this] { m_settings.setThreshold(std::nullopt); });
-
-    const QComboBox& repair = reach(comboRepair);
-    const auto mirrorStyle = [this](int index) {
-        m_settings.setStyle(static_cast<RepairStyle>(index));
-        Q_EMIT settingsChanged();
+    const auto follow = [this, read](const auto& control, auto changed, const char* name) {
+        connect(&reach(control), changed, this, read);
+        // A repair that needs the settings is then fatal.
+        connect(&reach(control), &QObject::destroyed, this, [this, name] { m_session.loseSettings(name); });
     };
-    mirrorStyle(repair.currentIndex());
-    connect(&repair, &QComboBox::currentIndexChanged, this, mirrorStyle);
-    connect(&repair, &QObject::destroyed, this, [this] { m_settings.setStyle(std::nullopt); });
+    follow(stepperEditAreaSize, &Stepper::valueChanged, "stepperEditAreaSize");
+    follow(checkAutodetectColor, &QCheckBox::toggled, "checkAutodetectColor");
+    follow(colorWellCustomColor, &ColorWell::colorChanged, "colorWellCustomColor");
+    follow(sliderThreshold, &Slider::floatValueChanged, "sliderThreshold");
+    follow(comboRepair, &QComboBox::currentIndexChanged, "comboRepair");
+    read();
 }
 
 } // namespace complexion

@@ -13,17 +13,9 @@
 
 namespace complexion {
 
-namespace {
-
-std::int64_t nanoseconds(const timespec& time) {
-    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-} // namespace
-
 bool StateImageFiles::write(const Image& image, const std::filesystem::path& path, std::string_view format) {
     m_written.erase(path);
-    const std::optional<Identity> earlier = identify(path);
+    const std::optional<FileIdentity> earlier = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
     // A picture that its format cannot hold counts as saved and leaves whatever stood there before.
@@ -31,7 +23,7 @@ bool StateImageFiles::write(const Image& image, const std::filesystem::path& pat
         return true;
     // The pictures of a history are nobody else's to see.
     ::chmod(path.c_str(), S_IRUSR | S_IWUSR);
-    if (const std::optional<Identity> now = identify(path))
+    if (const std::optional<FileIdentity> now = identify(path))
         m_written.insert_or_assign(path, Written{image, *now});
     return true;
 }
@@ -46,17 +38,6 @@ std::optional<Image> StateImageFiles::read(const std::filesystem::path& path) co
 void StateImageFiles::remove(const std::filesystem::path& path) {
     m_written.erase(path);
     removeFile(path);
-}
-
-std::optional<StateImageFiles::Identity> StateImageFiles::identify(const std::filesystem::path& path) {
-    struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0)
-        return std::nullopt;
-    return Identity{.device = status.st_dev,
-                    .inode = status.st_ino,
-                    .size = status.st_size,
-                    .modifiedNanoseconds = nanoseconds(status.st_mtim),
-                    .changedNanoseconds = nanoseconds(status.st_ctim)};
 }
 
 void removeFile(const std::filesystem::path& path) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "editor/file_identity.h"
 #include "imaging/base/image.h"
 
 #include <filesystem>
@@ -24,20 +25,9 @@ public:
     void remove(const std::filesystem::path& path);
 
 private:
-    /// What tells whether a file is still the one that was written.
-    struct Identity {
-        std::uint64_t device = 0;
-        std::uint64_t inode = 0;
-        std::int64_t size = 0;
-        std::int64_t modifiedNanoseconds = 0;
-        std::int64_t changedNanoseconds = 0;
-        bool operator==(const Identity&) const = default;
-    };
-    static std::optional<Identity> identify(const std::filesystem::path& path);
-
     struct Written {
         Image image;
-        Identity identity;
+        FileIdentity identity;
     };
     std::map<std::filesystem::path, Written> m_written;
 };

@@ -7,27 +7,14 @@
 namespace complexion {
 
 ViewController::ViewController(QWidget* rootView, Dialogs& dialogs, Platform& platform, Queues& queues)
-    : tutorialAddress(kTutorialAddress),
+    : m_session(platform),
+      tutorialAddress(kTutorialAddress),
       view(rootView),
       m_dialogs(dialogs),
       m_platform(platform),
       m_queues(queues) {}
 
 ViewController::~ViewController() = default;
-
-Image ViewController::originalImage() const {
-    const std::scoped_lock lock(m_originalImageMutex);
-    return m_originalImage;
-}
-
-void ViewController::setOriginalImage(const Image& image) {
-    Image previous = image;
-    {
-        const std::scoped_lock lock(m_originalImageMutex);
-        std::swap(previous, m_originalImage);
-    }
-    previous.forgetComputedUnlessShared(image);
-}
 
 bool ViewController::hasImage() const {
     return reach(imageView).image().has_value();

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "editor/edit_settings.h"
+#include "editor/edit_session.h"
 #include "editor/platform.h"
 #include "editor/repair.h"
-#include "editor/state_image_files.h"
 #include "imaging/base/image.h"
 #include "view/box.h"
 #include "view/color_well.h"
@@ -27,7 +26,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,39 +51,34 @@ struct MouseEvent {
     double deltaY = 0;      // positive downward
 };
 
-/// The controller of the one window: the working image and where it came from, the edit history, and what
-/// every control does. Held by a shared pointer: work in the background keeps it alive.
+/// The controller of the one window: what every control does to the session, and what the window then shows.
+/// Held by a shared pointer: work in the background keeps it alive.
 ///
-/// Its operations stand in one source file for each intention: history, opening, retouch, zoom, saving,
-/// settings and window. All run on the main thread, except RetouchAtPoint.
+/// Each source file has the operations of one intention: history, opening, retouch, zoom, saving, settings
+/// and window. All run on the main thread, except RetouchAtPoint.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
     Q_OBJECT
+
+    EditSession m_session; // first: the fields below refer to it
 
 public:
     /// `view` is the root view; it and the services outlive the controller's work.
     ViewController(QWidget* view, Dialogs& dialogs, Platform& platform, Queues& queues);
     ~ViewController() override;
 
-    // The edit history.
+    // The session's fields under the names that the window knows them by.
 
-    /// Paths of the state images, oldest first; the files belong to the list.
-    std::vector<std::filesystem::path> stateImagesPath;
-    /// The history's bound: compared with `currenState`, so that the list holds at most one path more.
-    std::int64_t numberOfStates = 50;
-    /// Index of the state that the working image is at; -1 before there is a history.
-    std::int64_t currenState = -1;
+    std::vector<std::filesystem::path>& stateImagesPath = m_session.history.paths;
+    std::int64_t& numberOfStates = m_session.history.bound;
+    std::int64_t& currenState = m_session.history.position;
 
-    // The working image and its source.
+    Image originalImage() const { return m_session.image(); }
+    void setOriginalImage(const Image& image) { m_session.setImage(image); }
+    std::string& originalImageName = m_session.name;
+    std::filesystem::path& originalImagePath = m_session.path;
+    std::string& originalImageExtension = m_session.extension;
 
-    /// The working image, without any effect. Read by repairs in the background, replaced on the main thread.
-    Image originalImage() const;
-    void setOriginalImage(const Image& image);
-    std::string originalImageName;           // file name without folder and extension
-    std::filesystem::path originalImagePath; // empty while no photo is open
-    std::string originalImageExtension;      // as it stands in the path, case kept
-
-    /// True while a repair is being computed.
-    std::atomic<bool> imageProcessing = false;
+    std::atomic<bool>& imageProcessing = m_session.isRepairing;
 
     /// The address of the page with the video tutorial; empty where there is none.
     std::string tutorialAddress;
@@ -168,7 +161,7 @@ public:
     void RetouchAtPoint(Point point);
     void FinishRetouch(const std::optional<Image>& result);
     /// The settings that a repair which starts now works with. Read from any thread.
-    EditSettings editSettings() const { return m_settings.read(); }
+    EditSettings editSettings() const { return m_session.settings(); }
 
     // Zoom.
 
@@ -237,7 +230,6 @@ protected:
 private:
     int runQuestion(const char* informativeText);
     void showLoadFailure();
-    std::string stateImageFormat() const;
     PointSize visibleArea() const;
 
     /// The file at `path` decoded and at its actual size; nothing when it is no picture.
@@ -245,8 +237,11 @@ private:
     /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no
     /// picture.
     void loadImage(const std::filesystem::path& path);
-    void stepTo(std::int64_t state);
-    void mirrorSettings();
+    /// Runs the repair that `taken` was taken for; nothing without it.
+    void retouch(Point point, const std::optional<EditSession::Snapshot>& taken);
+    /// Shows the working image after a step back or forth.
+    void showStep();
+    void followSettings();
 
     Dialogs& m_dialogs;
     Platform& m_platform;
@@ -256,15 +251,7 @@ private:
     std::uint64_t clickStartTime = 0; // uptime in nanoseconds, of the last press
     std::uint64_t clickEndTime = 0;   // and of the last release
 
-    EditSettingsMirror m_settings;
-    StateImageFiles m_stateImages;
-
-    mutable std::mutex m_originalImageMutex;
-    Image m_originalImage;
-    Image m_source; // the photo as it was opened
     bool m_isShowingSource = false;
-    /// Which photo is open: counts every load and reload, so that a repair of an earlier one can be told.
-    std::atomic<std::uint64_t> m_photoNumber = 0;
 };
 
 } // namespace complexion

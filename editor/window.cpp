@@ -65,7 +65,7 @@ void ViewController::viewDidLoad() {
     reach(sliderThreshold).setFloatValue(kStartThreshold);
     effects.setCurrentIndex(0);
     repairs.setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
-    mirrorSettings();
+    followSettings();
 
     m_dragPerformed = NotificationCenter::defaultCenter().addObserver(
         kDragPerformed, [this](const Notification& notification) { DragPerformed(notification); });

@@ -67,7 +67,7 @@ protected:
         case 3:
             return upTo(4) == 0 ? save(platform.photos() / "saved.png") : threads.runMain();
         case 4:
-            return upTo(8) == 0 ? reload() : controller->OnZoomIn(nullptr);
+            return upTo(8) == 0 ? load() : controller->OnZoomIn(nullptr);
         case 5:
             controller->stepperEditAreaSize->setIntegerValue(1 + upTo(20));
             controller->sliderThreshold->setFloatValue(static_cast<float>(upTo(40)));
@@ -82,15 +82,30 @@ protected:
         }
     }
 
+    /// Another photo or the same again, whatever repair is being computed.
+    void load() {
+        switch (upTo(3)) {
+        case 0:
+            return reload();
+        case 1:
+            return openThroughPanel(wide);
+        default:
+            EXPECT_TRUE(drop(narrow));
+        }
+    }
+
     void finish() { threads.finish(); }
+
+    std::filesystem::path wide = makePhoto();
+    std::filesystem::path narrow = makePhoto("narrow.png", skinWithBlemishes({50, 60}, blemishes()));
 
 private:
     std::mt19937 m_random{1};
 };
 
-TEST_F(Storm, OfClicksUndosSavesAndEffectsEndsWithAWholeHistory) {
+TEST_F(Storm, OfClicksLoadsUndosSavesAndEffectsEndsWithAWholeHistory) {
     controller->numberOfStates = 6;
-    openThroughPanel(makePhoto());
+    openThroughPanel(wide);
     for (int i = 0; i < 1500; ++i)
         doSomething();
     finish();
@@ -100,6 +115,7 @@ TEST_F(Storm, OfClicksUndosSavesAndEffectsEndsWithAWholeHistory) {
     for (const auto& path : controller->stateImagesPath)
         decoded(path);
     EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
+    EXPECT_EQ(controller->originalImage().pixelSize(), decoded(controller->originalImagePath).pixelSize());
 }
 
 } // namespace

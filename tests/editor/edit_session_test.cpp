@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The session without a window: one photo, its settings and its history.
+#include "editor/edit_session.h"
+#include "tests/fakes/captured_output.h"
+#include "tests/fakes/fake_platform.h"
+#include "tests/fakes/folder_watch.h"
+#include "tests/fakes/pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace complexion {
+
+namespace {
+
+class Session : public testing::Test {
+protected:
+    void open(const Image& image, const std::string& name = "face.PNG") {
+        session.open(image, platform.photos() / name);
+        session.beginHistory();
+    }
+    void change(int level) {
+        session.setImage(filled({4, 3}, grey(level)));
+        session.pushState();
+    }
+    int shownLevel() const { return session.image().pixel(0, 0).red(); }
+
+    FakePlatform platform;
+    EditSession session{platform};
+};
+
+TEST_F(Session, KnowsWhereThePhotoCameFrom) {
+    open(filled({4, 3}, grey(7)), "a.b.PNG");
+    EXPECT_EQ(session.path, platform.photos() / "a.b.PNG");
+    EXPECT_EQ(session.name, "a.b");
+    EXPECT_EQ(session.extension, "PNG");
+    EXPECT_EQ(session.stateFormat(), "png");
+    EXPECT_TRUE(session.source().isSameObject(session.image()));
+    open(filled({4, 3}, grey(7)), "plain");
+    EXPECT_EQ(session.extension, "");
+}
+
+TEST_F(Session, CountsEveryLoadAndReload) {
+    EXPECT_EQ(session.photoNumber(), 0U);
+    open(filled({4, 3}, grey(1)));
+    EXPECT_EQ(session.photoNumber(), 1U);
+    change(2);
+    EXPECT_EQ(session.photoNumber(), 1U);
+    session.reload(filled({4, 3}, grey(3)));
+    EXPECT_EQ(session.photoNumber(), 2U);
+    EXPECT_EQ(session.source().pixel(0, 0).red(), 3);
+}
+
+TEST_F(Session, ARepairOfAPhotoThatHasBeenReplacedDoesNotBegin) {
+    EditSettings settings;
+    settings.radius = 12;
+    session.setSettings(settings);
+    open(filled({4, 3}, grey(1)));
+    const std::uint64_t first = session.photoNumber();
+    open(filled({4, 3}, grey(2)));
+    EXPECT_FALSE(session.beginRepair(first).has_value());
+    EXPECT_FALSE(session.isRepairing);
+    const auto taken = session.beginRepair(session.photoNumber());
+    ASSERT_TRUE(taken.has_value());
+    EXPECT_TRUE(session.isRepairing);
+    EXPECT_EQ(taken->settings.radius, 12);
+    EXPECT_TRUE(taken->image.isSameObject(session.image()));
+}
+
+// Levels, numbers and radii are changed together; a worker must never see one without the others.
+TEST_F(Session, WhatAWorkerTakesBelongsTogether) {
+    std::vector<Image> photos;
+    for (int level = 0; level < 256; ++level)
+        photos.push_back(filled({1, 1}, grey(level)));
+    session.setSettings(EditSettings{});
+    session.open(photos[1], "1.png");
+    std::atomic<bool> isDone = false;
+    std::atomic<int> torn = 0;
+    std::atomic<int> seen = 0;
+    std::jthread worker([&] {
+        while (!isDone) {
+            const EditSession::Snapshot taken = *session.beginRepair();
+            torn += taken.image.pixel(0, 0).red() != static_cast<int>(taken.photo % 256);
+            ++seen;
+            // Not always asleep at the lock: it arrives at every moment of an opening.
+            for (volatile int pause = seen % 64; pause > 0;)
+                pause = pause - 1;
+        }
+    });
+    for (std::uint64_t i = 2; i < 100'000 || seen < 100'000; ++i)
+        session.reload(photos[i % 256]);
+    isDone = true;
+    worker.join();
+    EXPECT_EQ(torn, 0) << "of " << seen;
+}
+
+TEST_F(Session, StepsThroughItsStates) {
+    open(filled({4, 3}, grey(1)));
+    change(2);
+    change(3);
+    EXPECT_FALSE(session.redo());
+    EXPECT_TRUE(session.undo());
+    EXPECT_EQ(shownLevel(), 2);
+    EXPECT_TRUE(session.undo());
+    EXPECT_EQ(shownLevel(), 1);
+    EXPECT_FALSE(session.undo());
+    EXPECT_TRUE(session.redo());
+    EXPECT_EQ(shownLevel(), 2);
+    change(9);
+    EXPECT_FALSE(session.redo());
+    EXPECT_EQ(session.history.paths.size(), 3U);
+    EXPECT_EQ(filesIn(platform.states()).size(), 3U);
+}
+
+TEST_F(Session, DoesNotStepWhileARepairIsComputed) {
+    session.setSettings(EditSettings{});
+    open(filled({4, 3}, grey(1)));
+    change(2);
+    ASSERT_TRUE(session.beginRepair().has_value());
+    EXPECT_FALSE(session.undo());
+    session.pushState();
+    EXPECT_FALSE(session.isRepairing);
+    EXPECT_TRUE(session.undo());
+}
+
+TEST_F(Session, AStateThatCannotBeReadIsNotSteppedTo) {
+    open(filled({4, 3}, grey(1)));
+    change(2);
+    std::filesystem::remove(session.history.paths[0]);
+    EXPECT_FALSE(session.undo());
+    EXPECT_EQ(session.history.position, 1);
+    EXPECT_EQ(shownLevel(), 2);
+}
+
+TEST_F(Session, SettingsThatAreGoneAreFatal) {
+    open(filled({4, 3}, grey(1)));
+    EXPECT_DEATH(session.settings(), "");
+    EXPECT_DEATH(session.beginRepair(), "");
+}
+
+} // namespace
+
+} // namespace complexion
