@@ -41,10 +41,10 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
     try {
         const Result<Bytes> photo = readPicture(source);
         const Orientation orientation = carriedOrientationOf(photo, format);
-        const Image raster = rasterOf(turnedForStorage(image, orientation));
+        const Image raster = rasterOf(image);
         if (!codec)
             return false;
-        const Result<FileContents> file = codec->encode(raster);
+        const Result<FileContents> file = codec->encodeTurned(raster, orientation);
         const Image picture = turnedForStorage(halvedTo(image, kThumbnailSource), orientation);
         if (!file) {
             // That counts as saved, and whatever stands there is given the metadata.

@@ -142,6 +142,10 @@ Image turned(const Image& image, Turn turn) {
 
 } // namespace
 
+PixelRect storedPlace(PixelRect place, PixelSize upright, Orientation orientation) {
+    return sourceOf(place, upright, turnTo(orientation));
+}
+
 Image turnedUpright(const Image& stored, Orientation orientation) {
     return orientation == Orientation::TopLeft ? stored : turned(stored, turnTo(orientation)).materialized();
 }

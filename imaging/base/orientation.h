@@ -32,6 +32,9 @@ constexpr PixelSize uprightSize(PixelSize stored, Orientation orientation) {
     return swapsSides(orientation) ? PixelSize{stored.height, stored.width} : stored;
 }
 
+/// Where the pixels of `place`, a part of an upright picture of size `upright`, are stored.
+PixelRect storedPlace(PixelRect place, PixelSize upright, Orientation orientation);
+
 /// The upright picture of pixels stored with `orientation`; the same object for TopLeft.
 Image turnedUpright(const Image& stored, Orientation orientation);
 

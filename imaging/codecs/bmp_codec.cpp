@@ -11,7 +11,10 @@ const Codec kBmpCodec = {
     .recognizes = isBmp,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureBmp(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeBmp(file); }); },
-    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeBmp(image); }); },
+    .encodeTurned =
+        [](const Image& upright, Orientation orientation) {
+            return withoutThrowing([&] { return encodeBmp(turnedForStorage(upright, orientation)); });
+        },
 };
 
 } // namespace complexion

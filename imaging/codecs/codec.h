@@ -3,6 +3,7 @@
 
 #include "imaging/base/files.h"
 #include "imaging/base/image.h"
+#include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
 #include "imaging/containers/container.h"
 
@@ -32,10 +33,15 @@ struct Codec {
     /// its size in points follows the density that the file states, 72 pixels per inch where it states none.
     Result<Image> (*decode)(ByteView file);
 
-    /// The image as a file of this format with one pixel per pixel, no metadata but the colour profile, and a
-    /// density of 72 pixels per inch where the format has a place for it. An error when the format cannot
-    /// hold the picture. May keep bytes beside the image's bands for the next call.
-    Result<FileContents> (*encode)(const Image& image);
+    /// The image as a file of this format with one pixel per pixel, turned to be stored with `orientation`
+    /// (which the file does not state), no metadata but the colour profile, and a density of 72 pixels per
+    /// inch where the format has a place for it. An error when the format cannot hold the picture. May keep
+    /// bytes beside the image for the next call.
+    Result<FileContents> (*encodeTurned)(const Image& upright, Orientation orientation);
+
+    Result<FileContents> encode(const Image& image) const {
+        return encodeTurned(image, Orientation::TopLeft);
+    }
 };
 
 /// All formats.

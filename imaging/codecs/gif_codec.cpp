@@ -11,7 +11,10 @@ const Codec kGifCodec = {
     .recognizes = isGif,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureGif(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeGif(file); }); },
-    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeGif(image); }); },
+    .encodeTurned =
+        [](const Image& upright, Orientation orientation) {
+            return withoutThrowing([&] { return encodeGif(turnedForStorage(upright, orientation)); });
+        },
 };
 
 } // namespace complexion

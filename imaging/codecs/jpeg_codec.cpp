@@ -33,7 +33,10 @@ const Codec kJpegCodec = {
     .recognizes = recognizes,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeJpeg(file); }); },
-    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeJpeg(image); }); },
+    .encodeTurned =
+        [](const Image& upright, Orientation orientation) {
+            return withoutThrowing([&] { return encodeJpeg(upright, orientation); });
+        },
 };
 
 } // namespace complexion

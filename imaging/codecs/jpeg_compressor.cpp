@@ -2,87 +2,21 @@
 #include "imaging/codecs/jpeg_compressor.h"
 
 #include "imaging/codecs/jpeg_errors.h"
+#include "imaging/codecs/jpeg_output.h"
 #include "imaging/codecs/jpeg_scan.h"
 #include "imaging/containers/jpeg_segments.h"
-#include "imaging/metadata/tiff_resolution.h"
-
-#include <jerror.h>
-
-#include <cstdlib>
-#include <cstring>
 
 namespace complexion {
 
 namespace {
 
 constexpr int kQuality = 100;
-constexpr int kDotsPerInch = 72;
 /// An interval is as little as can be coded again alone.
 constexpr int kBlockRowsOfInterval = 1;
 static_assert(kJpegBlockRows == DCTSIZE);
 /// A first guess at the coded size, and what the headers take beside a profile.
 constexpr std::size_t kExpectedBytesPerPixel = 1;
 constexpr std::size_t kHeaderSpace = 4096;
-
-/// The library's output in memory that grows. Written to inside guarded steps, so memory is the C library's
-/// and its lack is an error of libjpeg.
-struct MemoryDestination : jpeg_destination_mgr {
-    JOCTET* bytes = nullptr;
-    std::size_t capacity;
-
-    explicit MemoryDestination(std::size_t expectedSize)
-        : jpeg_destination_mgr(), capacity(std::max(expectedSize, kHeaderSpace)) {
-        init_destination = [](j_compress_ptr codec) { of(codec).grow(codec, 0); };
-        empty_output_buffer = [](j_compress_ptr codec) -> boolean {
-            MemoryDestination& self = of(codec);
-            const std::size_t used = self.capacity; // the library calls only when all is used
-            self.capacity *= 2;
-            self.grow(codec, used);
-            return TRUE;
-        };
-        term_destination = [](j_compress_ptr) {};
-    }
-    ~MemoryDestination() { std::free(bytes); }
-    MemoryDestination(const MemoryDestination&) = delete;
-    MemoryDestination& operator=(const MemoryDestination&) = delete;
-
-    ByteView written() const { return {bytes, capacity - free_in_buffer}; }
-
-private:
-    static MemoryDestination& of(j_compress_ptr codec) {
-        return *static_cast<MemoryDestination*>(codec->dest);
-    }
-
-    void grow(j_compress_ptr codec, std::size_t used) {
-        void* grown = std::realloc(bytes, capacity);
-        if (grown == nullptr)
-            ERREXIT1(codec, JERR_OUT_OF_MEMORY, 0);
-        bytes = static_cast<JOCTET*>(grown);
-        next_output_byte = bytes + used;
-        free_in_buffer = capacity - used;
-    }
-};
-
-void setCode(j_compress_ptr codec, JHUFF_TBL** place, const HuffmanCode& code) {
-    if (*place == nullptr)
-        *place = jpeg_alloc_huff_table(reinterpret_cast<j_common_ptr>(codec));
-    std::memcpy((*place)->bits, code.lengthCounts.data(), code.lengthCounts.size());
-    std::memcpy((*place)->huffval, code.symbols.data(), code.symbols.size());
-}
-
-HuffmanCode codeOf(const JHUFF_TBL& table) {
-    HuffmanCode code;
-    std::memcpy(code.lengthCounts.data(), table.bits, code.lengthCounts.size());
-    std::memcpy(code.symbols.data(), table.huffval, code.symbols.size());
-    return code;
-}
-
-/// The payload of an EXIF segment that tells the density.
-Bytes exifOfDensity() {
-    Bytes payload = {'E', 'x', 'i', 'f', 0, 0};
-    append(payload, exifWithResolution({}, {kDotsPerInch, kDotsPerInch, Resolution::Unit::Inch}));
-    return payload;
-}
 
 /// The library's encoder of one picture. A step that fails leaves a message in `error()`.
 class Compressor {
@@ -111,19 +45,15 @@ public:
             m_info.dct_method = JDCT_FLOAT;
             for (int i = 0; i < m_info.num_components; ++i)
                 m_info.comp_info[i].h_samp_factor = m_info.comp_info[i].v_samp_factor = 1;
-            m_info.density_unit = 1; // per inch
-            m_info.X_density = m_info.Y_density = kDotsPerInch;
+            setDensity(&m_info);
             m_info.optimize_coding = tables == nullptr;
             if (tables != nullptr)
-                for (std::size_t i = 0; i < 2; ++i) {
-                    setCode(&m_info, &m_info.dc_huff_tbl_ptrs[i], tables->dc[i]);
-                    setCode(&m_info, &m_info.ac_huff_tbl_ptrs[i], tables->ac[i]);
-                }
+                setHuffmanCodes(&m_info, *tables);
         });
     }
 
     bool start(ByteView icc, int rowsPerInterval) {
-        const Bytes exif = m_info.write_JFIF_header ? Bytes() : exifOfDensity();
+        const Bytes exif = m_info.write_JFIF_header ? Bytes() : jpegExifOfDensity();
         return m_errors.guard.run([&] {
             m_info.restart_in_rows = rowsPerInterval;
             jpeg_start_compress(&m_info, TRUE);
@@ -155,35 +85,16 @@ public:
 
     ByteView written() const { return m_destination.written(); }
 
-    JpegTables tables() const {
-        JpegTables tables;
-        for (std::size_t i = 0; i < 2; ++i) {
-            tables.dc[i] = codeOf(*m_info.dc_huff_tbl_ptrs[i]);
-            tables.ac[i] = codeOf(*m_info.ac_huff_tbl_ptrs[i]);
-        }
-        return tables;
-    }
+    JpegTables tables() const { return huffmanCodesOf(m_info); }
 
     Error error() const { return Error{"JPEG: " + m_errors.guard.message()}; }
 
 private:
     PixelSize m_size;
-    MemoryDestination m_destination;
+    JpegMemoryDestination m_destination;
     JpegErrors m_errors;
     jpeg_compress_struct m_info = {};
 };
-
-/// Where the entropy-coded bytes begin in a file that the library wrote: after the SOS segment.
-std::size_t scanStart(ByteView file) {
-    std::size_t position = 2; // after SOI
-    while (position + 4 <= file.size()) {
-        const std::uint8_t code = file[position + 1];
-        position += 2 + (std::size_t{file[position + 2]} << 8 | file[position + 3]);
-        if (code == marker::kStartOfScan)
-            break;
-    }
-    return std::min(position, file.size());
-}
 
 std::size_t expectedBytes(PixelSize size) {
     return static_cast<std::size_t>(size.area()) * kExpectedBytesPerPixel;
@@ -198,7 +109,7 @@ Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tabl
     if (!compressor.configure(tables.colors, &tables) || !compressor.start(icc, kBlockRowsOfInterval) ||
         !compressor.writeRow(anyRow.data()))
         return compressor.error();
-    const ByteView header = compressor.written().first(scanStart(compressor.written()));
+    const ByteView header = compressor.written().first(jpegScanStart(compressor.written()));
     return Bytes(header.begin(), header.end());
 }
 
@@ -208,7 +119,7 @@ Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables
         !compressor.writeAllRows(rows))
         return compressor.error();
     const ByteView file = compressor.written();
-    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(scanStart(file)),
+    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(jpegScanStart(file)),
                  file.end() - kJpegEndOfImage.size());
 }
 

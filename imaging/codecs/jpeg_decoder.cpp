@@ -7,6 +7,7 @@
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jpeg_block_rows.h"
 #include "imaging/codecs/jpeg_decompressor.h"
+#include "imaging/codecs/jpeg_original.h"
 #include "imaging/codecs/plausible_area.h"
 
 namespace complexion {
@@ -81,9 +82,9 @@ Result<Image> readGreyInProfile(RowReader& reader, const GreyTable& table) {
     });
 }
 
-Result<Image> readPixels(JpegDecompressor& decompressor, ByteView file, PixelSize size) {
+Result<Image> readPixels(JpegDecompressor& decompressor, ByteView file, PixelSize size,
+                         const std::optional<GreyTable>& grey) {
     const Bytes icc = decompressor.icc();
-    const std::optional<GreyTable> grey = decompressor.isGrey() ? greyTable(icc) : std::nullopt;
     if (!decompressor.isCmyk() && !grey)
         if (const std::optional<Image> image = decodeBlockRowsApart(decompressor, file))
             return image->withProfile(ColorProfile::fromIcc(icc));
@@ -98,16 +99,14 @@ Result<Image> readPixels(JpegDecompressor& decompressor, ByteView file, PixelSiz
     return image ? image->withProfile(ColorProfile::fromIcc(icc)) : image;
 }
 
-} // namespace
+/// A picture, and what the file says of its storage.
+struct JpegPicture {
+    Image upright;
+    Orientation orientation;
+    bool hasPlainColors; // the library's pixels are the picture's
+};
 
-Result<PixelSize> measureJpeg(ByteView file) {
-    JpegDecompressor decompressor(file);
-    const Result<PixelSize> size = readCheckedHeader(decompressor, file);
-    return size ? uprightSize(*size, decompressor.exif().orientation) : size;
-}
-
-Result<Image> decodeJpeg(ByteView file) {
-    JpegDecompressor decompressor(file);
+Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file) {
     const Result<PixelSize> size = readCheckedHeader(decompressor, file);
     if (!size)
         return size.error();
@@ -117,11 +116,41 @@ Result<Image> decodeJpeg(ByteView file) {
         return Error{"JPEG: the file ends before the picture"};
     const ExifBasics exif = decompressor.exif();
     const Density density = exif.density.value_or(decompressor.jfifDensity());
-    Result<Image> stored = readPixels(decompressor, file, *size);
+    const std::optional<GreyTable> grey =
+        decompressor.isGrey() ? greyTable(decompressor.icc()) : std::nullopt;
+    Result<Image> stored = readPixels(decompressor, file, *size, grey);
     if (!stored)
-        return stored;
-    return turnedUpright(stored->withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
-                         exif.orientation);
+        return stored.error();
+    return JpegPicture{
+        .upright = turnedUpright(stored->withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
+                                 exif.orientation),
+        .orientation = exif.orientation,
+        .hasPlainColors = !grey && !decompressor.isCmyk()};
+}
+
+} // namespace
+
+Result<PixelSize> measureJpeg(ByteView file) {
+    JpegDecompressor decompressor(file);
+    const Result<PixelSize> size = readCheckedHeader(decompressor, file);
+    return size ? uprightSize(*size, decompressor.exif().orientation) : size;
+}
+
+Result<Image> decodeJpegPixels(ByteView file) {
+    JpegDecompressor decompressor(file);
+    const Result<JpegPicture> picture = decodePicture(decompressor, file);
+    return picture ? Result<Image>(picture->upright) : picture.error();
+}
+
+Result<Image> decodeJpeg(ByteView file) {
+    JpegDecompressor decompressor(file);
+    const Result<JpegPicture> picture = decodePicture(decompressor, file);
+    if (!picture)
+        return picture.error();
+    if (picture->hasPlainColors)
+        picture->upright.encoderMemory().set(
+            std::make_shared<JpegOriginal>(file, picture->upright, picture->orientation));
+    return picture->upright;
 }
 
 } // namespace complexion

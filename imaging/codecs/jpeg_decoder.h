@@ -11,7 +11,11 @@ namespace complexion {
 Result<PixelSize> measureJpeg(ByteView file);
 
 /// A JPEG picture (ITU-T T.81, Huffman or arithmetic, sequential or progressive, 8 bits), as `Codec::decode`
-/// says. Of a truncated or damaged file the part that can be decoded; what is missing is grey.
+/// says. Of a truncated or damaged file the part that can be decoded; what is missing is grey. The image
+/// remembers the file, for what an edit leaves as it is (see JpegOriginal).
 Result<Image> decodeJpeg(ByteView file);
+
+/// The same without remembering anything.
+Result<Image> decodeJpegPixels(ByteView file);
 
 } // namespace complexion

@@ -164,6 +164,24 @@ bool JpegDecompressor::readRows(JSAMPROW* rows, int count) {
     });
 }
 
+bool JpegDecompressor::readCoefficients() {
+    m_progress.progress_monitor = [](j_common_ptr codec) {
+        auto* const info = reinterpret_cast<j_decompress_ptr>(codec);
+        if (info->input_scan_number > mostScans(*info))
+            static_cast<JpegErrors*>(codec->err)->guard.fail("too many scans");
+    };
+    return guard().run([this] {
+        m_info.progress = &m_progress;
+        m_coefficients = jpeg_read_coefficients(&m_info);
+    });
+}
+
+JBLOCKROW JpegDecompressor::coefficientRow(int component, int row) {
+    // All rows are in memory, and stay where they are: the library has no other place for them.
+    return *m_info.mem->access_virt_barray(reinterpret_cast<j_common_ptr>(&m_info), m_coefficients[component],
+                                           static_cast<JDIMENSION>(row), 1, FALSE);
+}
+
 boolean JpegDecompressor::readSegment(j_decompress_ptr info) {
     constexpr std::size_t kLengthLength = 2;
     jpeg_source_mgr& source = *info->src;
@@ -178,15 +196,16 @@ boolean JpegDecompressor::readSegment(j_decompress_ptr info) {
     return TRUE;
 }
 
-int JpegDecompressor::mostScans() const {
-    const std::int64_t affordable = kMostScannedPixels / size().area();
+int JpegDecompressor::mostScans(const jpeg_decompress_struct& info) {
+    const std::int64_t area = std::int64_t{info.image_width} * info.image_height;
+    const std::int64_t affordable = kMostScannedPixels / area;
     return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMostScans));
 }
 
 bool JpegDecompressor::startOutputOfAllScans() {
     const Frame frame(m_info);
     const bool undamaged = guard().run([this] {
-        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= mostScans())
+        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= mostScans(m_info))
             jpeg_consume_input(&m_info);
     });
     frame.restore(m_info);

@@ -71,6 +71,18 @@ public:
     /// Reads the next `count` rows; false when the picture could not be read on.
     bool readRows(JSAMPROW* rows, int count);
 
+    /// In place of `start`: reads the coefficients of all scans, 2 bytes each. False when that is more than a
+    /// picture of any sense needs, and when the file cannot be read to its end.
+    bool readCoefficients();
+    /// A row of a component's blocks, quantised, wherever it lies in the component's last row of MCUs; valid
+    /// as long as this is.
+    JBLOCKROW coefficientRow(int component, int row);
+
+    /// Whether anything in what was read so far was out of order.
+    bool hasWarned() const { return m_errors.hasWarned; }
+    /// What the library knows of the file.
+    const jpeg_decompress_struct& info() const { return m_info; }
+
     Error error() const { return Error{"JPEG: " + m_errors.guard.message()}; }
 
 private:
@@ -83,12 +95,14 @@ private:
 
     JumpGuard& guard() { return m_errors.guard; }
     static boolean readSegment(j_decompress_ptr info);
-    int mostScans() const;
+    static int mostScans(const jpeg_decompress_struct& info);
     bool startOutputOfAllScans();
 
     ByteView m_file;
     PieceSource m_pieces;
     bool m_isInPieces = false;
+    jpeg_progress_mgr m_progress = {};
+    jvirt_barray_ptr* m_coefficients = nullptr; // of each component; the library's
     JpegApplicationSegments m_segments;
     JpegErrors m_errors;
     jpeg_decompress_struct m_info = {};

@@ -4,6 +4,7 @@
 #include "imaging/codecs/jpeg_bands.h"
 #include "imaging/codecs/jpeg_compressor.h"
 #include "imaging/codecs/jpeg_decoder.h"
+#include "imaging/codecs/jpeg_original.h"
 #include "imaging/codecs/jpeg_scan.h"
 
 #include <cstdlib>
@@ -47,7 +48,7 @@ PixelBlock sampleOf(const Image& image) {
 
 /// The mean difference of red, green and blue, in levels, between pixels and what is decoded of their file.
 Result<double> lossIn(ByteView file, const PixelBlock& pixels) {
-    const Result<Image> decoded = decodeJpeg(file);
+    const Result<Image> decoded = decodeJpegPixels(file);
     if (!decoded)
         return decoded.error();
     const PixelBlock back = PixelBlock::uninitialized(pixels.size);
@@ -85,7 +86,9 @@ Result<JpegTables> suitableTables(const Image& image) {
 
 /// The picture's tables: chosen at its first encoding, with codes for whatever an edit may bring.
 Result<Tables> tablesFor(const Image& image) {
-    if (Tables kept = image.encoderMemory().get<JpegPictureTables>())
+    const auto original = image.encoderMemory().get<JpegOriginal>();
+    Memo& memory = original ? original->plainMemory() : image.encoderMemory();
+    if (Tables kept = memory.get<JpegPictureTables>())
         return kept;
     const Result<JpegTables> suitable = suitableTables(image);
     if (!suitable)
@@ -96,13 +99,12 @@ Result<Tables> tablesFor(const Image& image) {
         tables->codes.dc[i] = completed(suitable->dc[i], dcSymbols());
         tables->codes.ac[i] = completed(suitable->ac[i], acSymbols());
     }
-    image.encoderMemory().set(tables);
+    memory.set(tables);
     return Tables(tables);
 }
 
-} // namespace
-
-Result<FileContents> encodeJpeg(const Image& image) {
+/// The file of an image's pixels.
+Result<FileContents> encodePixels(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels())
         return Error{"JPEG: there are no pixels"};
@@ -130,6 +132,16 @@ Result<FileContents> encodeJpeg(const Image& image) {
     }
     file.append({kJpegEndOfImage.begin(), kJpegEndOfImage.end()});
     return file;
+}
+
+} // namespace
+
+Result<FileContents> encodeJpeg(const Image& upright, Orientation orientation) {
+    if (const auto original = upright.encoderMemory().get<JpegOriginal>();
+        original && original->orientation() == orientation)
+        if (Result<FileContents> exact = original->encode(upright))
+            return exact;
+    return encodePixels(turnedForStorage(upright, orientation));
 }
 
 } // namespace complexion

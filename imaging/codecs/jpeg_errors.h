@@ -10,9 +10,10 @@
 namespace complexion {
 
 /// libjpeg's error handler of one codec object: errors end the guard's running step, warnings are silent
-/// (damaged pictures are shown as far as they go).
+/// (damaged pictures are shown as far as they go) but remembered.
 struct JpegErrors : jpeg_error_mgr {
     JumpGuard guard;
+    bool hasWarned = false;
 
     JpegErrors() : jpeg_error_mgr() {
         jpeg_std_error(this);
@@ -21,7 +22,10 @@ struct JpegErrors : jpeg_error_mgr {
             codec->err->format_message(codec, message);
             static_cast<JpegErrors*>(codec->err)->guard.fail(message);
         };
-        emit_message = [](j_common_ptr, int) {};
+        emit_message = [](j_common_ptr codec, int level) {
+            if (level < 0)
+                static_cast<JpegErrors*>(codec->err)->hasWarned = true;
+        };
         output_message = [](j_common_ptr) {};
     }
 };

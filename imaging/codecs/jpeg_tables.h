@@ -15,9 +15,9 @@ struct HuffmanCode {
     bool operator==(const HuffmanCode&) const = default;
 };
 
-/// What a file's three components are. The usual ones make smaller files; whoever wants back red, green and
+/// What a file's components are. The usual ones make smaller files; whoever wants back red, green and
 /// blue to the level had better store those.
-enum class JpegColors { YCbCr, Rgb };
+enum class JpegColors { YCbCr, Rgb, Grey };
 
 /// How a picture's components are coded. Element 0 of the codes is luminance, 1 both chrominances; red, green
 /// and blue all take element 0.

@@ -31,7 +31,10 @@ const Codec kPngCodec = {
     .recognizes = recognizes,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodePng(file); }); },
-    .encode = [](const Image& image) { return withoutThrowing([&] { return encodePng(image); }); },
+    .encodeTurned =
+        [](const Image& upright, Orientation orientation) {
+            return withoutThrowing([&] { return encodePng(turnedForStorage(upright, orientation)); });
+        },
 };
 
 } // namespace complexion

@@ -11,7 +11,10 @@ const Codec kTiffCodec = {
     .recognizes = isTiff,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureTiff(file); }); },
     .decode = [](ByteView file) { return withoutThrowing([&] { return decodeTiff(file); }); },
-    .encode = [](const Image& image) { return withoutThrowing([&] { return encodeTiff(image); }); },
+    .encodeTurned =
+        [](const Image& upright, Orientation orientation) {
+            return withoutThrowing([&] { return encodeTiff(turnedForStorage(upright, orientation)); });
+        },
 };
 
 } // namespace complexion

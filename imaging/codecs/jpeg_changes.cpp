@@ -1,0 +1,328 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/jpeg_changes.h"
+
+#include "imaging/codecs/jpeg_upsampling.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::size_t kMaxComponents = 3;
+using Weights = std::array<std::array<float, 3>, kMaxComponents>;
+
+/// Y, Cb and Cr of red, green and blue (JFIF 1.02), and the other way round.
+constexpr Weights kComponentsOfRgb = {{
+    {0.299F, 0.587F, 0.114F},
+    {-0.168735892F, -0.331264108F, 0.5F},
+    {0.5F, -0.418687589F, -0.081312411F},
+}};
+constexpr Weights kRgbOfComponents = {{
+    {1, 0, 1.402F},
+    {1, -0.344136286F, -0.714136286F},
+    {1, 1.772F, 0},
+}};
+constexpr Weights kSame = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+/// A pixel that was not painted must not move by more, in levels, without rounding.
+constexpr float kMaxMove = 15;
+/// Painted pixels that differ by more in the mean, in levels, are not what was painted.
+constexpr double kMaxPaintedError = 12;
+/// A pixel that was not painted should not move by more, in levels: with what rounding adds, that is below
+/// the limit.
+constexpr float kMaxSpill = 10;
+/// So often the pixels that moved more are given more weight before their samples are left alone.
+constexpr int kWeighings = 4;
+constexpr float kWeighing = 8;
+
+PixelRect grown(PixelRect mcus, int by, const JpegLayout& layout) {
+    return PixelRect{mcus.x - by, mcus.y - by, mcus.width + 2 * by, mcus.height + 2 * by}.intersected(
+        {0, 0, layout.mcusAcross, layout.mcusDown});
+}
+
+/// A window of MCUs with its pixels, and the changes of its components.
+class Window {
+public:
+    Window(const JpegLayout& layout, const JpegVersions& versions, PixelRect mcus)
+        : m_layout(layout), m_mcus(mcus), m_around(grown(mcus, 1, layout)) {
+        for (const JpegComponent& component : layout.components)
+            m_upsamplings.emplace_back(layout, component, mcus);
+        m_pixels = m_upsamplings.front().pixels();
+        for (int y = m_around.y; y < m_around.bottom(); ++y)
+            for (int x = m_around.x; x < m_around.right(); ++x)
+                m_isTouched.push_back(versions.isTouched(y, x) ? 1 : 0);
+        m_values.resize(layout.components.size(), std::vector<float>(pixelCount()));
+        m_changes.resize(layout.components.size());
+        m_isChanged.resize(pixelCount());
+    }
+
+    /// False when a component for a colour is lacking.
+    bool readPixels(const JpegVersions& versions) {
+        std::vector<RGBA32> before(pixelCount());
+        std::vector<RGBA32> after(pixelCount());
+        versions.before.read(m_pixels, before.data(), m_pixels.width);
+        versions.after.read(m_pixels, after.data(), m_pixels.width);
+        const Weights& weights = m_layout.colors == JpegColors::YCbCr ? kComponentsOfRgb : kSame;
+        for (std::size_t i = 0; i < before.size(); ++i) {
+            const RGBA32 one = before[i];
+            const RGBA32 other = after[i];
+            const std::array<float, 3> change = {static_cast<float>(other.red() - one.red()),
+                                                 static_cast<float>(other.green() - one.green()),
+                                                 static_cast<float>(other.blue() - one.blue())};
+            m_isChanged[i] = change[0] != 0 || change[1] != 0 || change[2] != 0;
+            if (m_layout.colors == JpegColors::Grey && m_isChanged[i] &&
+                (other.red() != other.green() || other.red() != other.blue()))
+                return false;
+            for (std::size_t c = 0; c < m_values.size(); ++c)
+                m_values[c][i] =
+                    weights[c][0] * change[0] + weights[c][1] * change[1] + weights[c][2] * change[2];
+        }
+        return true;
+    }
+
+    /// Finds the changes of all samples.
+    void solve() {
+        const bool allWhole = std::ranges::all_of(
+            m_layout.components, [](const JpegComponent& component) { return component.isWhole(); });
+        for (std::size_t c = 0; c < m_values.size(); ++c)
+            if (m_layout.components[c].isWhole())
+                m_changes[c] = m_values[c];
+        if (allWhole)
+            return;
+        std::vector<float> weights = touchedPixels();
+        std::vector<std::vector<char>> isFree;
+        for (std::size_t c = 0; c < m_values.size(); ++c)
+            isFree.push_back(freeSamples(c));
+        for (int round = 0;; ++round) {
+            solve(weights, isFree);
+            const std::vector<char> spills = findSpills(weights);
+            if (std::ranges::none_of(spills, [](char isSpilt) { return isSpilt != 0; }))
+                return;
+            if (round < kWeighings)
+                for (std::size_t i = 0; i < weights.size(); ++i)
+                    weights[i] *= spills[i] ? kWeighing : 1;
+            else
+                leaveAlone(spills, isFree);
+        }
+    }
+
+    /// In place of `solve`: the changes are known.
+    void setChanges(const std::function<const JpegMcuMoves&(int row, int column)>& movesOf) {
+        for (std::size_t c = 0; c < m_changes.size(); ++c)
+            m_changes[c].assign(static_cast<std::size_t>(m_upsamplings[c].samples().width) *
+                                    static_cast<std::size_t>(m_upsamplings[c].samples().height),
+                                0);
+        for (int row = m_mcus.y; row < m_mcus.bottom(); ++row)
+            for (int column = m_mcus.x; column < m_mcus.right(); ++column) {
+                if (!isTouched(row, column))
+                    continue;
+                auto moves = movesOf(row, column).begin();
+                forEachBlock(row, column, [&](std::size_t c, int y, int x) { setBlock(c, y, x, *moves++); });
+            }
+    }
+
+    /// Whether the pixels of `mcus` come out near what they should be.
+    bool isFaithful(PixelRect mcus) const {
+        const Weights& rgb = rgbOfComponents();
+        std::vector<std::vector<float>> spread(m_values.size());
+        for (std::size_t c = 0; c < m_values.size(); ++c)
+            spread[c] = m_upsamplings[c].up(m_changes[c]);
+        double sum = 0;
+        std::int64_t count = 0;
+        for (std::size_t i = 0; i < m_isChanged.size(); ++i) {
+            const int width = m_pixels.width;
+            const int column = (m_pixels.x + static_cast<int>(i) % width) / m_layout.mcu.width;
+            const int row = (m_pixels.y + static_cast<int>(i) / width) / m_layout.mcu.height;
+            if (PixelRect{column, row, 1, 1}.intersected(mcus).isEmpty() || !isTouched(row, column))
+                continue;
+            for (const std::array<float, 3>& color : rgb) {
+                float apart = 0; // of grey only the first colour counts
+                for (std::size_t c = 0; c < spread.size(); ++c)
+                    apart += color[c] * (spread[c][i] - m_values[c][i]);
+                if (m_isChanged[i])
+                    sum += std::abs(apart);
+                else if (std::abs(apart) > kMaxMove)
+                    return false;
+            }
+            count += m_isChanged[i] ? 1 : 0;
+        }
+        return sum <= kMaxPaintedError * 3 * static_cast<double>(count);
+    }
+
+    JpegMcuChange changeOf(int row, int column) const {
+        JpegMcuChange change;
+        forEachBlock(row, column, [&](std::size_t c, int y, int x) { change.push_back(blockAt(c, y, x)); });
+        return change;
+    }
+
+    bool isTouched(int row, int column) const {
+        const PixelRect place = PixelRect{column, row, 1, 1}.intersected(m_around);
+        return !place.isEmpty() && m_isTouched[static_cast<std::size_t>((row - m_around.y) * m_around.width +
+                                                                        column - m_around.x)] != 0;
+    }
+
+private:
+    /// Calls `visit` for each of an MCU's blocks, in the order of a scan, with its component and with the row
+    /// and the column of its first sample.
+    template <class Visit>
+    void forEachBlock(int row, int column, const Visit& visit) const {
+        for (std::size_t c = 0; c < m_changes.size(); ++c) {
+            const JpegComponent& component = m_layout.components[c];
+            for (int down = 0; down < component.blocksDown; ++down)
+                for (int across = 0; across < component.blocksAcross; ++across)
+                    visit(c, (row * component.blocksDown + down) * kJpegBlockSide,
+                          (column * component.blocksAcross + across) * kJpegBlockSide);
+        }
+    }
+
+    const Weights& rgbOfComponents() const {
+        return m_layout.colors == JpegColors::YCbCr ? kRgbOfComponents : kSame;
+    }
+
+    std::size_t pixelCount() const {
+        return static_cast<std::size_t>(m_pixels.width) * static_cast<std::size_t>(m_pixels.height);
+    }
+
+    /// 1 for the pixels of touched MCUs, 0 for all others.
+    std::vector<float> touchedPixels() const {
+        std::vector<float> weights;
+        weights.reserve(pixelCount());
+        for (int y = m_pixels.y; y < m_pixels.bottom(); ++y)
+            for (int x = m_pixels.x; x < m_pixels.right(); ++x)
+                weights.push_back(isTouched(y / m_layout.mcu.height, x / m_layout.mcu.width) ? 1.0F : 0.0F);
+        return weights;
+    }
+
+    /// Whether a sample lies in a touched MCU, with all those that it is blended with.
+    bool isFreeSample(const JpegComponent& component, int row, int column) const {
+        const int byRow = component.blendsDown() ? 1 : 0;
+        const int byColumn = component.blendsAcross() ? 1 : 0;
+        const PixelSize size = component.samples;
+        for (int y = std::max(0, row - byRow); y <= std::min(size.height - 1, row + byRow); ++y)
+            for (int x = std::max(0, column - byColumn); x <= std::min(size.width - 1, column + byColumn);
+                 ++x)
+                if (!isTouched(y / (component.blocksDown * kJpegBlockSide),
+                               x / (component.blocksAcross * kJpegBlockSide)))
+                    return false;
+        return true;
+    }
+
+    std::vector<char> freeSamples(std::size_t c) const {
+        const PixelRect rect = m_upsamplings[c].samples();
+        std::vector<char> isFree;
+        for (int y = rect.y; y < rect.bottom(); ++y)
+            for (int x = rect.x; x < rect.right(); ++x)
+                isFree.push_back(isFreeSample(m_layout.components[c], y, x) ? 1 : 0);
+        return isFree;
+    }
+
+    void solve(const std::vector<float>& weights, const std::vector<std::vector<char>>& isFree) {
+        for (std::size_t c = 0; c < m_values.size(); ++c)
+            if (!m_layout.components[c].isWhole())
+                m_changes[c] = m_upsamplings[c].nearestSamples(m_values[c], weights, isFree[c]);
+    }
+
+    /// The pixels of touched MCUs that are not painted and would move too far.
+    std::vector<char> findSpills(const std::vector<float>& weights) const {
+        std::vector<std::vector<float>> spread(m_values.size());
+        for (std::size_t c = 0; c < m_values.size(); ++c)
+            if (!m_layout.components[c].isWhole())
+                spread[c] = m_upsamplings[c].up(m_changes[c]);
+        const Weights& rgb = rgbOfComponents();
+        std::vector<char> spills(weights.size());
+        for (std::size_t i = 0; i < spills.size(); ++i) {
+            if (m_isChanged[i] || weights[i] == 0)
+                continue;
+            for (const std::array<float, 3>& color : rgb) {
+                float moved = 0;
+                for (std::size_t c = 0; c < spread.size(); ++c)
+                    moved += spread[c].empty() ? 0 : color[c] * spread[c][i];
+                if (std::abs(moved) > kMaxSpill)
+                    spills[i] = 1;
+            }
+        }
+        return spills;
+    }
+
+    void leaveAlone(const std::vector<char>& spills, std::vector<std::vector<char>>& isFree) const {
+        for (std::size_t c = 0; c < m_values.size(); ++c) {
+            const std::vector<char> parts = m_upsamplings[c].samplesOf(spills);
+            for (std::size_t i = 0; i < parts.size(); ++i)
+                if (parts[i])
+                    isFree[c][i] = 0;
+        }
+    }
+
+    /// The block whose first sample is that of `row` and `column`.
+    JpegBlockChange blockAt(std::size_t c, int row, int column) const {
+        const JpegComponent& component = m_layout.components[c];
+        const PixelRect rect = m_upsamplings[c].samples();
+        JpegBlockChange change;
+        for (int y = row; y < std::min(row + kJpegBlockSide, rect.bottom()); ++y)
+            for (int x = column; x < std::min(column + kJpegBlockSide, rect.right()); ++x) {
+                const auto i = static_cast<std::size_t>((y - row) * kJpegBlockSide + x - column);
+                change.samples[i] =
+                    m_changes[c][static_cast<std::size_t>((y - rect.y) * rect.width + x - rect.x)];
+                change.held[i] = !component.isWhole() && !isFreeSample(component, y, x);
+            }
+        return change;
+    }
+
+    void setBlock(std::size_t c, int row, int column, const JpegMcuMoves::value_type& moves) {
+        const PixelRect rect = m_upsamplings[c].samples();
+        for (int y = row; y < std::min(row + kJpegBlockSide, rect.bottom()); ++y)
+            for (int x = column; x < std::min(column + kJpegBlockSide, rect.right()); ++x)
+                m_changes[c][static_cast<std::size_t>((y - rect.y) * rect.width + x - rect.x)] =
+                    moves[static_cast<std::size_t>((y - row) * kJpegBlockSide + x - column)];
+    }
+
+    const JpegLayout& m_layout;
+    PixelRect m_mcus;
+    PixelRect m_around;            // the window with the MCUs beside it
+    std::vector<char> m_isTouched; // of all of these
+    std::vector<JpegUpsampling> m_upsamplings;
+    PixelRect m_pixels;
+    std::vector<std::vector<float>> m_values;  // each component's changes, pixel by pixel
+    std::vector<std::vector<float>> m_changes; // and sample by sample
+    std::vector<char> m_isChanged;
+};
+
+} // namespace
+
+std::optional<std::map<int, JpegMcuChange>> changesIn(const JpegLayout& layout, const JpegVersions& versions,
+                                                      PixelRect mcus) {
+    // With the MCUs beside them: what is done to these goes into the samples at the border.
+    Window window(layout, versions, grown(mcus, 1, layout));
+    if (!window.readPixels(versions))
+        return std::nullopt;
+    window.solve();
+    std::map<int, JpegMcuChange> changes;
+    for (int row = mcus.y; row < mcus.bottom(); ++row)
+        for (int column = mcus.x; column < mcus.right(); ++column)
+            if (window.isTouched(row, column))
+                changes.emplace(row * layout.mcusAcross + column, window.changeOf(row, column));
+    return changes;
+}
+
+bool isFaithful(const JpegLayout& layout, const JpegVersions& versions, PixelRect mcus,
+                const std::function<const JpegMcuMoves&(int row, int column)>& movesOf) {
+    Window window(layout, versions, grown(mcus, 1, layout));
+    if (!window.readPixels(versions))
+        return false;
+    window.setChanges(movesOf);
+    return window.isFaithful(mcus);
+}
+
+PixelRect touchedPart(const JpegVersions& versions, PixelRect mcus) {
+    PixelRect part;
+    for (int row = mcus.y; row < mcus.bottom(); ++row)
+        for (int column = mcus.x; column < mcus.right(); ++column)
+            if (versions.isTouched(row, column))
+                part = part.united({column, row, 1, 1});
+    return part;
+}
+
+} // namespace complexion

@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/jpeg_edit.h"
+
+#include "imaging/base/parallel.h"
+
+#include <algorithm>
+#include <atomic>
+#include <set>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+/// Chroma is solved for squares of so many MCUs, so that an edit costs no more than those that it touches.
+constexpr int kMcusOfSquare = 8;
+/// So far, in MCUs, the changes of one depend on others.
+constexpr int kReach = 2;
+
+constexpr std::uint32_t kColors = RGBA32(255, 255, 255, 0).color;
+
+bool haveSameColors(std::span<const RGBA32> one, std::span<const RGBA32> other) {
+    return std::ranges::equal(one, other,
+                              [](RGBA32 a, RGBA32 b) { return ((a.color ^ b.color) & kColors) == 0; });
+}
+
+std::vector<RGBA32> readPixels(const Image& image, PixelRect rect) {
+    std::vector<RGBA32> pixels(static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height));
+    image.read(rect, pixels.data(), rect.width);
+    return pixels;
+}
+
+/// Appends the numbers of the MCUs in which the two images differ within `rect`.
+void addDiffering(const JpegLayout& layout, const Image& one, const Image& other, PixelRect rect,
+                  std::vector<int>& mcus) {
+    const std::vector<RGBA32> before = readPixels(one, rect);
+    const std::vector<RGBA32> after = readPixels(other, rect);
+    for (int y = rect.y; y < rect.bottom(); ++y)
+        for (int x = rect.x; x < rect.right();) {
+            const int next = std::min(rect.right(), (x / layout.mcu.width + 1) * layout.mcu.width);
+            const auto i = static_cast<std::size_t>(y - rect.y) * static_cast<std::size_t>(rect.width) +
+                           static_cast<std::size_t>(x - rect.x);
+            const auto count = static_cast<std::size_t>(next - x);
+            if (!haveSameColors({before.data() + i, count}, {after.data() + i, count}))
+                mcus.push_back(y / layout.mcu.height * layout.mcusAcross + x / layout.mcu.width);
+            x = next;
+        }
+}
+
+JpegMcuMoves::value_type differenceOf(const JpegSamples& before, const JpegSamples& after) {
+    JpegMcuMoves::value_type moves{};
+    for (std::size_t i = 0; i < moves.size(); ++i)
+        moves[i] = static_cast<std::int16_t>(after[i] - before[i]);
+    return moves;
+}
+
+/// Calls `visit` with the place of each block of an MCU, in the order of a scan: the component's number, and
+/// the block's index in the row of MCUs.
+template <class Visit>
+void forEachBlock(const JpegLayout& layout, int column, const Visit& visit) {
+    for (std::size_t c = 0; c < layout.components.size(); ++c) {
+        const JpegComponent& component = layout.components[c];
+        for (int down = 0; down < component.blocksDown; ++down)
+            for (int across = 0; across < component.blocksAcross; ++across)
+                visit(c, blockIndex(layout, component, column, down, across));
+    }
+}
+
+} // namespace
+
+JpegEdit::JpegEdit(const CodedJpeg& jpeg, const Image& upright, Orientation orientation)
+    : m_jpeg(jpeg),
+      m_orientation(orientation),
+      m_source(turnedForStorage(upright, orientation)),
+      m_current(upright) {}
+
+const std::shared_ptr<const Bytes>& JpegEdit::row(int index) const {
+    const auto edited = m_rows.find(index);
+    return edited == m_rows.end() ? m_jpeg.rows[static_cast<std::size_t>(index)] : edited->second;
+}
+
+PixelRect JpegEdit::pixelsOf(int mcu) const {
+    const JpegLayout& layout = m_jpeg.layout;
+    return PixelRect{mcu % layout.mcusAcross * layout.mcu.width, mcu / layout.mcusAcross * layout.mcu.height,
+                     layout.mcu.width, layout.mcu.height}
+        .intersected({0, 0, layout.size.width, layout.size.height});
+}
+
+std::vector<int> JpegEdit::differingMcus(const Image& upright) const {
+    const Image before = turnedForStorage(m_current, m_orientation);
+    const Image after = turnedForStorage(upright, m_orientation);
+    std::vector<int> mcus;
+    for (int band = 0; band < upright.bandCount(); ++band) {
+        const TileList& ones = m_current.bands()[static_cast<std::size_t>(band)]->tiles();
+        const TileList& others = upright.bands()[static_cast<std::size_t>(band)]->tiles();
+        for (std::size_t column = 0; column < ones.size(); ++column) {
+            if (ones[column] == others[column])
+                continue;
+            const PixelSize size = ones[column]->block().size;
+            const PixelRect place{static_cast<int>(column) * Tile::kWidth, band * Tile::kHeight, size.width,
+                                  size.height};
+            addDiffering(m_jpeg.layout, before, after, storedPlace(place, upright.pixelSize(), m_orientation),
+                         mcus);
+        }
+    }
+    std::ranges::sort(mcus);
+    mcus.erase(std::unique(mcus.begin(), mcus.end()), mcus.end());
+    return mcus;
+}
+
+/// The touched parts of the squares of MCUs whose changes depend on one of `mcus`.
+std::vector<PixelRect> JpegEdit::squaresAround(const std::vector<int>& mcus,
+                                               const JpegVersions& versions) const {
+    const JpegLayout& layout = m_jpeg.layout;
+    std::set<std::pair<int, int>> squares;
+    const auto firstOf = [](int place) { return std::max(0, place - kReach) / kMcusOfSquare; };
+    const auto lastOf = [](int place, int count) {
+        return std::min(count - 1, place + kReach) / kMcusOfSquare;
+    };
+    for (const int mcu : mcus) {
+        const int row = mcu / layout.mcusAcross;
+        const int column = mcu % layout.mcusAcross;
+        for (int y = firstOf(row); y <= lastOf(row, layout.mcusDown); ++y)
+            for (int x = firstOf(column); x <= lastOf(column, layout.mcusAcross); ++x)
+                squares.emplace(y, x);
+    }
+    std::vector<PixelRect> parts;
+    for (const auto& [y, x] : squares) {
+        const PixelRect square{x * kMcusOfSquare, y * kMcusOfSquare, kMcusOfSquare, kMcusOfSquare};
+        const PixelRect part =
+            touchedPart(versions, square.intersected({0, 0, layout.mcusAcross, layout.mcusDown}));
+        if (!part.isEmpty())
+            parts.push_back(part);
+    }
+    return parts;
+}
+
+bool JpegEdit::isTouched(const Image& stored, int mcu) const {
+    const PixelRect rect = pixelsOf(mcu);
+    return !haveSameColors(readPixels(m_source, rect), readPixels(stored, rect));
+}
+
+std::optional<JpegEdit::McuRows> JpegEdit::readRows(const std::vector<int>& rows) const {
+    std::vector<Result<JpegMcuRow>> read(rows.size(), JpegMcuRow());
+    parallelFor(static_cast<int>(rows.size()), [&](int i) {
+        read[static_cast<std::size_t>(i)] = mcuRowOf(m_jpeg, rows[static_cast<std::size_t>(i)]);
+    });
+    McuRows result;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (!read[i])
+            return std::nullopt;
+        result.emplace(rows[i], std::move(*read[i]));
+    }
+    return result;
+}
+
+void JpegEdit::fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>& mcus) const {
+    std::vector<std::shared_ptr<const TouchedMcu>> fitted(mcus.size());
+    parallelFor(static_cast<int>(mcus.size()), [&](int i) {
+        const int mcu = mcus[static_cast<std::size_t>(i)];
+        const JpegMcuRow& row = rows.at(mcu / m_jpeg.layout.mcusAcross);
+        const auto before = m_touched.find(mcu);
+        auto after = std::make_shared<TouchedMcu>();
+        after->change = touched.at(mcu)->change;
+        forEachBlock(m_jpeg.layout, mcu % m_jpeg.layout.mcusAcross, [&](std::size_t c, std::size_t block) {
+            const std::size_t n = after->blocks.size();
+            const bool isKnown = before != m_touched.end() && before->second->change[n] == after->change[n];
+            after->blocks.push_back(
+                isKnown ? before->second->blocks[n]
+                        : fittedBlock(row[c][block], after->change[n].samples, after->change[n].held));
+            after->moves.push_back(
+                differenceOf(decodedSamples(row[c][block]), decodedSamples(after->blocks.back())));
+        });
+        fitted[static_cast<std::size_t>(i)] = std::move(after);
+    });
+    for (std::size_t i = 0; i < mcus.size(); ++i)
+        touched[mcus[i]] = std::move(fitted[i]);
+}
+
+std::optional<Error> JpegEdit::update(const Image& upright) {
+    const JpegLayout& layout = m_jpeg.layout;
+    const Image stored = turnedForStorage(upright, m_orientation);
+    const std::vector<int> differing = differingMcus(upright);
+    TouchedMcus touched = m_touched;
+    std::set<int> changedRows;
+    for (const int mcu : differing) {
+        changedRows.insert(mcu / layout.mcusAcross);
+        if (isTouched(stored, mcu))
+            touched.try_emplace(mcu);
+        else
+            touched.erase(mcu);
+    }
+
+    const JpegVersions versions = {
+        .before = m_source, .after = stored, .isTouched = [&](int row, int column) {
+            return touched.contains(row * layout.mcusAcross + column);
+        }};
+    const std::vector<PixelRect> squares = squaresAround(differing, versions);
+    std::vector<std::optional<std::map<int, JpegMcuChange>>> changes(squares.size());
+    parallelFor(static_cast<int>(squares.size()), [&](int i) {
+        const auto n = static_cast<std::size_t>(i);
+        changes[n] = changesIn(layout, versions, squares[n]);
+    });
+    std::vector<int> toFit;
+    for (auto& changesOfSquare : changes) {
+        if (!changesOfSquare)
+            return Error{"JPEG: a grey picture cannot hold colours"};
+        for (auto& [mcu, change] : *changesOfSquare) {
+            std::shared_ptr<const TouchedMcu>& place = touched.at(mcu);
+            if (place && place->change == change)
+                continue;
+            place = std::make_shared<const TouchedMcu>(TouchedMcu{std::move(change), {}, {}});
+            toFit.push_back(mcu);
+            changedRows.insert(mcu / layout.mcusAcross);
+        }
+    }
+
+    std::optional<McuRows> rows = readRows({changedRows.begin(), changedRows.end()});
+    if (!rows)
+        return Error{"JPEG: a row that was coded cannot be read"};
+    fit(*rows, touched, toFit);
+    std::atomic<bool> isGood = true;
+    parallelFor(static_cast<int>(squares.size()), [&](int i) {
+        if (!isFaithful(layout, versions, squares[static_cast<std::size_t>(i)],
+                        [&](int row, int column) -> const JpegMcuMoves& {
+                            return touched.at(row * layout.mcusAcross + column)->moves;
+                        }))
+            isGood = false;
+    });
+    if (!isGood)
+        return Error{"JPEG: the picture's chroma is too coarse for the edit"};
+    std::optional<CodedRows> coded = codeRows(std::move(*rows), touched);
+    if (!coded)
+        return Error{"JPEG: the edited picture is out of range"};
+    m_rows.swap(*coded);
+    m_touched.swap(touched);
+    m_current = Image::fromBands(upright.pixelSize(), upright.bands());
+    return std::nullopt;
+}
+
+std::optional<JpegEdit::CodedRows> JpegEdit::codeRows(McuRows rows, const TouchedMcus& touched) const {
+    const JpegLayout& layout = m_jpeg.layout;
+    CodedRows coded = m_rows;
+    std::vector<std::pair<int, JpegMcuRow*>> edited;
+    for (auto& [index, row] : rows) {
+        const auto first = touched.lower_bound(index * layout.mcusAcross);
+        const auto last = touched.lower_bound((index + 1) * layout.mcusAcross);
+        if (first == last)
+            coded.erase(index);
+        else
+            edited.emplace_back(index, &row);
+        for (auto mcu = first; mcu != last; ++mcu) {
+            auto block = mcu->second->blocks.begin();
+            forEachBlock(layout, mcu->first % layout.mcusAcross,
+                         [&](std::size_t c, std::size_t place) { row[c][place] = *block++; });
+        }
+    }
+    std::vector<Result<Bytes>> bytes(edited.size(), Bytes());
+    parallelFor(static_cast<int>(edited.size()), [&](int i) {
+        const auto& [index, row] = edited[static_cast<std::size_t>(i)];
+        bytes[static_cast<std::size_t>(i)] = fitsRestartInterval(layout, *row, index)
+                                                 ? codedMcuRow(m_jpeg, index, *row)
+                                                 : Result<Bytes>(Error{"out of range"});
+    });
+    for (std::size_t i = 0; i < edited.size(); ++i) {
+        if (!bytes[i])
+            return std::nullopt;
+        coded[edited[i].first] = std::make_shared<const Bytes>(std::move(*bytes[i]));
+    }
+    return coded;
+}
+
+} // namespace complexion

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/jpeg_original.h"
+
+#include "imaging/codecs/jpeg_coefficient_writer.h"
+#include "imaging/codecs/jpeg_scan.h"
+
+namespace complexion {
+
+JpegOriginal::JpegOriginal(ByteView file, const Image& upright, Orientation orientation)
+    : m_orientation(orientation),
+      // An image of its own: one that shares the picture's memory would own this object, and be owned by it.
+      m_upright(Image::fromBands(upright.pixelSize(), upright.bands())),
+      m_file(file.begin(), file.end()) {}
+
+const CodedJpeg* JpegOriginal::coded() const {
+    if (!m_coded) {
+        m_coded = codedExactly(m_file);
+        m_file = Bytes();
+    }
+    return *m_coded ? &**m_coded : nullptr;
+}
+
+Result<FileContents> JpegOriginal::encode(const Image& upright) const {
+    if (upright.pixelSize() != m_upright.pixelSize() || upright.bandCount() == 0 || !upright.storedBand(0))
+        return Error{"JPEG: not an edited image"};
+    const std::scoped_lock lock(m_mutex);
+    const CodedJpeg* const jpeg = coded();
+    if (!jpeg)
+        return m_coded->error();
+    if (!m_edit)
+        m_edit.emplace(*jpeg, m_upright, m_orientation);
+    if (std::optional<Error> error = m_edit->update(upright))
+        return std::move(*error);
+    Result<Bytes> header =
+        exactJpegHeader(jpeg->layout, jpeg->layout.size.height, upright.profile().icc(), jpeg->tables);
+    if (!header)
+        return header.error();
+    FileContents file;
+    file.append(std::move(*header));
+    for (int row = 0; row < jpeg->layout.mcusDown; ++row)
+        file.parts.push_back(m_edit->row(row));
+    file.append({kJpegEndOfImage.begin(), kJpegEndOfImage.end()});
+    return file;
+}
+
+} // namespace complexion

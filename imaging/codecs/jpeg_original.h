@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/files.h"
+#include "imaging/base/image.h"
+#include "imaging/base/orientation.h"
+#include "imaging/codecs/jpeg_coded_rows.h"
+#include "imaging/codecs/jpeg_edit.h"
+
+#include <mutex>
+#include <optional>
+
+namespace complexion {
+
+/// The JPEG file that a picture was opened from, kept beside all images that edits make of it. With it an
+/// edited image is coded so that all MCUs without a changed pixel come back as they were, to the bit.
+class JpegOriginal : public Memo::Value {
+public:
+    /// `upright` is the picture that `file` shows, stored with `orientation`.
+    JpegOriginal(ByteView file, const Image& upright, Orientation orientation);
+
+    Orientation orientation() const { return m_orientation; }
+
+    /// `upright`, an edited image, as the file; an error says why that cannot be done exactly. What was coded
+    /// last is kept: an edit costs the MCUs that it touches.
+    Result<FileContents> encode(const Image& upright) const;
+
+    /// Where the encoder keeps what it needs for images that cannot be coded exactly.
+    Memo& plainMemory() const { return m_plainMemory; }
+
+private:
+    const CodedJpeg* coded() const;
+
+    Orientation m_orientation;
+    Image m_upright;
+    mutable Memo m_plainMemory;
+
+    mutable std::mutex m_mutex; // of all that follows
+    mutable Bytes m_file;       // until it is coded
+    mutable std::optional<Result<CodedJpeg>> m_coded;
+    mutable std::optional<JpegEdit> m_edit;
+};
+
+} // namespace complexion
