@@ -4,6 +4,7 @@
 #include "imaging/base/orientation.h"
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/opening.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/creation_date.h"
@@ -27,7 +28,8 @@ std::optional<Image> openPhoto(const std::filesystem::path& path) {
         const Result<Bytes> file = readFile(path, isPictureFile);
         if (!file)
             return std::nullopt;
-        image = decodedPicture(*file);
+        if (Result<Image> opened = decodedForEditing(*file))
+            image = std::move(*opened);
         size = actualSizeOf(*file);
     } catch (const std::bad_alloc&) {
         return std::nullopt;

@@ -142,14 +142,18 @@ Result<Image> decodeJpegPixels(ByteView file) {
     return picture ? Result<Image>(picture->upright) : picture.error();
 }
 
-Result<Image> decodeJpeg(ByteView file) {
+Result<Image> decodeJpeg(ByteView file, JpegPreparation preparation) {
+    const auto original = std::make_shared<JpegOriginal>(file);
+    if (preparation == JpegPreparation::AtOnce && measureJpeg(file))
+        original->prepare();
     JpegDecompressor decompressor(file);
     const Result<JpegPicture> picture = decodePicture(decompressor, file);
     if (!picture)
         return picture.error();
-    if (picture->hasPlainColors)
-        picture->upright.encoderMemory().set(
-            std::make_shared<JpegOriginal>(file, picture->upright, picture->orientation));
+    if (picture->hasPlainColors) {
+        original->setPicture(picture->upright, picture->orientation);
+        picture->upright.encoderMemory().set(original);
+    }
     return picture->upright;
 }
 

@@ -242,7 +242,9 @@ std::optional<JpegEdit::CodedRows> JpegEdit::codeRows(McuRows rows, const Touche
     const JpegLayout& layout = m_jpeg.layout;
     CodedRows coded = m_rows;
     std::vector<std::pair<int, JpegMcuRow*>> edited;
-    for (auto& [index, row] : rows) {
+    for (auto& entry : rows) {
+        const int index = entry.first;
+        JpegMcuRow& row = entry.second;
         const auto first = touched.lower_bound(index * layout.mcusAcross);
         const auto last = touched.lower_bound((index + 1) * layout.mcusAcross);
         if (first == last)

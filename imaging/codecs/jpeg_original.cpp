@@ -1,32 +1,45 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_original.h"
 
+#include "imaging/base/no_throw.h"
 #include "imaging/codecs/jpeg_coefficient_writer.h"
 #include "imaging/codecs/jpeg_scan.h"
 
+#include <system_error>
+
 namespace complexion {
 
-JpegOriginal::JpegOriginal(ByteView file, const Image& upright, Orientation orientation)
-    : m_orientation(orientation),
-      // An image of its own: one that shares the picture's memory would own this object, and be owned by it.
-      m_upright(Image::fromBands(upright.pixelSize(), upright.bands())),
-      m_file(file.begin(), file.end()) {}
+void JpegOriginal::setPicture(const Image& upright, Orientation orientation) {
+    // An image of its own: one that shares the picture's memory would own this object, and be owned by it.
+    m_upright = Image::fromBands(upright.pixelSize(), upright.bands());
+    m_orientation = orientation;
+}
 
-const CodedJpeg* JpegOriginal::coded() const {
+void JpegOriginal::prepare() {
+    try {
+        m_preparation = std::async(std::launch::async, [this] {
+            const std::scoped_lock lock(m_mutex);
+            (void)coded();
+        });
+    } catch (const std::system_error&) { // no thread can be had: the first encoding does it
+    }
+}
+
+const Result<CodedJpeg>& JpegOriginal::coded() const {
     if (!m_coded) {
-        m_coded = codedExactly(m_file);
+        m_coded = withoutThrowing([this] { return codedExactly(m_file); });
         m_file = Bytes();
     }
-    return *m_coded ? &**m_coded : nullptr;
+    return *m_coded;
 }
 
 Result<FileContents> JpegOriginal::encode(const Image& upright) const {
     if (upright.pixelSize() != m_upright.pixelSize() || upright.bandCount() == 0 || !upright.storedBand(0))
         return Error{"JPEG: not an edited image"};
     const std::scoped_lock lock(m_mutex);
-    const CodedJpeg* const jpeg = coded();
+    const Result<CodedJpeg>& jpeg = coded();
     if (!jpeg)
-        return m_coded->error();
+        return jpeg.error();
     if (!m_edit)
         m_edit.emplace(*jpeg, m_upright, m_orientation);
     if (std::optional<Error> error = m_edit->update(upright))

@@ -7,6 +7,7 @@
 #include "imaging/codecs/jpeg_coded_rows.h"
 #include "imaging/codecs/jpeg_edit.h"
 
+#include <future>
 #include <mutex>
 #include <optional>
 
@@ -16,10 +17,14 @@ namespace complexion {
 /// edited image is coded so that all MCUs without a changed pixel come back as they were, to the bit.
 class JpegOriginal : public Memo::Value {
 public:
-    /// `upright` is the picture that `file` shows, stored with `orientation`.
-    JpegOriginal(ByteView file, const Image& upright, Orientation orientation);
+    explicit JpegOriginal(ByteView file) : m_file(file.begin(), file.end()) {}
 
+    /// Tells the picture that the file shows, stored with `orientation`. Before `encode`.
+    void setPicture(const Image& upright, Orientation orientation);
     Orientation orientation() const { return m_orientation; }
+
+    /// Begins to read the coefficients on another core; otherwise the first encoding does.
+    void prepare();
 
     /// `upright`, an edited image, as the file; an error says why that cannot be done exactly. What was coded
     /// last is kept: an edit costs the MCUs that it touches.
@@ -29,9 +34,9 @@ public:
     Memo& plainMemory() const { return m_plainMemory; }
 
 private:
-    const CodedJpeg* coded() const;
+    const Result<CodedJpeg>& coded() const;
 
-    Orientation m_orientation;
+    Orientation m_orientation = Orientation::TopLeft;
     Image m_upright;
     mutable Memo m_plainMemory;
 
@@ -39,6 +44,7 @@ private:
     mutable Bytes m_file;       // until it is coded
     mutable std::optional<Result<CodedJpeg>> m_coded;
     mutable std::optional<JpegEdit> m_edit;
+    std::future<void> m_preparation; // the last: its end is waited for before all others go
 };
 
 } // namespace complexion

@@ -24,6 +24,7 @@ from pathlib import Path
 
 import numpy
 
+import exact_jpeg
 import independent_readers as readers
 import metadata_check
 from known_differences import reason_for
@@ -59,6 +60,11 @@ class Outcome:
     seconds: float = 0
     mebibytes: int = 0
     apart: str = ""  # from the nearest reading of another program: most/mean
+    exact: str = ""  # of a saved JPEG file: "yes", or why it was coded anew
+    kind: str = ""  # the coding of a JPEG file
+    camera: bool = False  # a camera or a phone made it
+    pixels: int = 0
+    growth: float = 0  # bytes of the saved file by those of the photo
 
 
 def stands_in(photo, *places):
@@ -145,6 +151,19 @@ def lost_metadata(outcome, photo, folder):
     return f"{len(lost)} values of metadata are lost: {' '.join(lost[:5])}" if lost else ""
 
 
+def examine_coding(outcome, report, photo, folder):
+    """How a JPEG photo was saved; what is wrong when it should be as it was outside the click."""
+    saved = folder / ("saved" + photo.suffix.lower())
+    if outcome.format != "JPEG" or not saved.exists() or format_of(saved) != "JPEG":
+        return ""
+    outcome.exact = report.get("exact", "")
+    outcome.kind = exact_jpeg.kind_of(photo)
+    outcome.camera = stands_in(photo, "portraits/", "exif/")
+    outcome.pixels = int(report["width"]) * int(report["height"])
+    outcome.growth = saved.stat().st_size / photo.stat().st_size
+    return exact_jpeg.changed_outside(photo, saved) if outcome.exact == exact_jpeg.EXACT else ""
+
+
 def opened_pixels(report, folder):
     shape = (int(report["height"]), int(report["width"]), 4)
     return numpy.fromfile(folder / "opened.rgba", numpy.uint8).reshape(shape)
@@ -191,6 +210,7 @@ def examine(photo, root):
             pixels = opened_pixels(report, folder)
             outcome.why = wrong_in_session(outcome, report)
             outcome.why = outcome.why or lost_metadata(outcome, photo, folder)
+            outcome.why = outcome.why or examine_coding(outcome, report, photo, folder)
             if outcome.seconds > SECONDS_TO_OPEN and not SANITIZED:
                 outcome.why = f"opened after {outcome.seconds} s"
             outcome.result = "wrong" if outcome.why else "opened"
@@ -248,6 +268,7 @@ def main():
             print(f"{outcome.result:8} {outcome.path}: {outcome.why or 'like others'}"
                   f"{' (opened by ' + outcome.others + ')' if is_missed else ''}")
     enough = print_table(outcomes)
+    enough = exact_jpeg.print_table(outcomes) and enough
     slowest = max(outcomes, key=lambda outcome: outcome.seconds)
     largest = max(outcomes, key=lambda outcome: outcome.mebibytes)
     print(f"slowest to open: {slowest.seconds} s, {slowest.path}; most memory: {largest.mebibytes} MiB, {largest.path}")

@@ -5,6 +5,7 @@
 // FOLDER/opened.rgba (8 bits each, premultiplied) with their profile in FOLDER/opened.icc.
 #include "app/connections.h"
 #include "app/look.h"
+#include "imaging/codecs/jpeg_original.h"
 #include "imaging/image_tools.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/manual_queues.h"
@@ -154,6 +155,7 @@ public:
         tell("undoDiffers", m_controller->originalImage().isSameObject(opened) ? 0 : 1);
         m_controller->OnRedo(nullptr);
         tell("redoDiffers", m_controller->originalImage().isSameObject(clicked) ? 0 : 1);
+        tellCoding(clicked);
         m_controller->OnSaveImage(nullptr);
         tell("save", m_dialogs.shown());
         std::filesystem::path saved = m_folder / "saved";
@@ -194,6 +196,17 @@ private:
         tell("colors", colorCount(opened));
         tell("states", m_controller->stateImagesPath.size());
         writeOpened(opened, m_folder);
+    }
+
+    /// Whether the image is saved as the JPEG file that it was, but for what was clicked; or why not.
+    void tellCoding(const Image& clicked) {
+        const auto original = clicked.encoderMemory().get<JpegOriginal>();
+        if (!original) {
+            tell("exact", "not 8-bit grey, YCbCr or RGB");
+            return;
+        }
+        const Result<FileContents> file = original->encode(clicked);
+        tell("exact", file ? "yes" : file.error().message);
     }
 
     void clickInTheMiddle() {

@@ -2,69 +2,17 @@
 
 // What an edit leaves of a JPEG picture: every pixel outside the MCUs that it touches, to the bit.
 #include "imaging/codecs/jpeg_coded_rows.h"
-#include "imaging/codecs/jpeg_original.h"
-#include "imaging/codecs/jpeg_transform.h"
-#include "imaging/image_tools.h"
-#include "tests/fakes/jpeg_files.h"
-#include "tests/imaging/codec_pictures.h"
-
-#include <cmath>
-#include <cstdlib>
-#include <numeric>
-#include <random>
+#include "tests/imaging/exact_jpeg_fixture.h"
 
 namespace complexion {
 namespace {
 
 using test::decoded;
-using test::encoded;
+using test::fileOf;
+using test::Outcome;
+using test::outcomeOf;
 using test::withSpot;
-
-/// Shading, noise and colours that change within a few pixels, as skin, hair and cloth have them.
-std::vector<std::uint8_t> photoSamples(PixelSize size, int components) {
-    std::mt19937 engine(7);
-    std::normal_distribution<double> noise(0, 6);
-    std::vector<std::uint8_t> samples;
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x)
-            for (int c = 0; c < components; ++c)
-                samples.push_back(static_cast<std::uint8_t>(std::clamp(
-                    170 - 30 * c + 40 * std::sin(x / (9.0 + c)) * std::cos(y / 7.0) + noise(engine), 0.0,
-                    255.0)));
-    return samples;
-}
-
-/// A kind of file that the exact way takes.
-struct Kind {
-    const char* name;
-    int components = 3;
-    std::array<int, 6> sampling = {1, 1, 1, 1, 1, 1}; // across and down, of each component
-    void (*adjust)(jpeg_compress_struct&) = [](jpeg_compress_struct&) {};
-    int orientation = 1;
-    PixelSize size = {205, 147};
-};
-
-Bytes fileOf(const Kind& kind, int quality = 85) {
-    return jpegFile({.size = kind.size,
-                     .components = kind.components,
-                     .samples = kind.components == 1 ? JCS_GRAYSCALE : JCS_RGB,
-                     .quality = quality,
-                     .exif = {'M', 'M', 0, 42, 0, 0, 0, 8, 0, 1,
-                              1,   18,  0, 3,  0, 0, 0, 1, 0, static_cast<std::uint8_t>(kind.orientation),
-                              0,   0,   0, 0,  0, 0},
-                     .icc = {},
-                     .adjust =
-                         [&](jpeg_compress_struct& info) {
-                             for (int i = 0; i < kind.components; ++i) {
-                                 info.comp_info[i].h_samp_factor =
-                                     kind.sampling[static_cast<std::size_t>(2 * i)];
-                                 info.comp_info[i].v_samp_factor =
-                                     kind.sampling[static_cast<std::size_t>(2 * i + 1)];
-                             }
-                             kind.adjust(info);
-                         }},
-                    photoSamples(kind.size, kind.components));
-}
+using Kind = test::JpegKind;
 
 void codeRgb(jpeg_compress_struct& info) {
     jpeg_set_colorspace(&info, JCS_RGB);
@@ -156,47 +104,6 @@ Image retouched(const Image& image, int discs, unsigned seed) {
     return result;
 }
 
-/// Where two pictures' samples differ, with the size of an MCU: each pixel's MCU by its number.
-struct Outcome {
-    std::int64_t differentOutside = 0;
-    int mostUnpainted = 0;
-    double meanInside = 0;
-};
-
-Outcome outcomeOf(const std::vector<std::uint8_t>& source, const std::vector<std::uint8_t>& painted,
-                  const std::vector<std::uint8_t>& file, PixelSize size, PixelSize mcu) {
-    const int across = (size.width + mcu.width - 1) / mcu.width;
-    const int down = (size.height + mcu.height - 1) / mcu.height;
-    std::vector<bool> touched(static_cast<std::size_t>(across) * static_cast<std::size_t>(down));
-    const auto mcuOf = [&](std::size_t i) {
-        const int pixel = static_cast<int>(i / 3);
-        return static_cast<std::size_t>(pixel / size.width / mcu.height * across +
-                                        pixel % size.width / mcu.width);
-    };
-    for (std::size_t i = 0; i < source.size(); ++i)
-        if (source[i] != painted[i])
-            touched[mcuOf(i)] = true;
-    Outcome outcome;
-    std::int64_t sum = 0;
-    std::int64_t count = 0;
-    for (std::size_t i = 0; i < source.size(); ++i) {
-        const int apart = std::abs(painted[i] - file[i]);
-        if (!touched[mcuOf(i)]) {
-            outcome.differentOutside += apart != 0 ? 1 : 0;
-            continue;
-        }
-        sum += apart;
-        ++count;
-        const std::size_t pixel = i - i % 3;
-        if (std::equal(source.begin() + static_cast<std::ptrdiff_t>(pixel),
-                       source.begin() + static_cast<std::ptrdiff_t>(pixel + 3),
-                       painted.begin() + static_cast<std::ptrdiff_t>(pixel)))
-            outcome.mostUnpainted = std::max(outcome.mostUnpainted, apart);
-    }
-    outcome.meanInside = count > 0 ? static_cast<double>(sum) / static_cast<double>(count) : 0;
-    return outcome;
-}
-
 TEST_P(ExactJpeg, AnUneditedPictureComesBackToTheBit) {
     const Bytes source = fileOf(GetParam());
     const Bytes file = saved(decoded(kJpegCodec, source));
@@ -268,43 +175,6 @@ TEST_P(ExactJpeg, TenSavesInARowChangeNothingOutside) {
         turn = Orientation::TopLeft;
     }
     EXPECT_EQ(outcomeOf(source, painted, samplesOf(file), stored, mcu).differentOutside, 0);
-}
-
-TEST(ExactJpegWay, TheTransformIsTheLibrarysToTheBit) {
-    // One block for each of many random sets of coefficients, from tame ones to the edges of the range.
-    std::mt19937 random(5);
-    for (const int reach : {3, 40, 300, 1023}) {
-        JpegLayout layout{.size = {8 * 64, 8}, .colors = JpegColors::Grey, .components = {{}}, .mcu = {8, 8}};
-        layout.components[0].samples = layout.size;
-        layout.mcusAcross = 64;
-        layout.mcusDown = 1;
-        JpegMcuRow row = emptyMcuRow(layout);
-        for (JpegBlock& block : row[0])
-            for (std::size_t k = 0; k < (reach > 300 ? 4 : kJpegBlockArea); ++k)
-                block[k] = static_cast<std::int16_t>(static_cast<int>(random() % (2 * reach + 1)) - reach);
-        const Image image = decoded(kJpegCodec, fileOf({.name = "", .components = 1, .size = layout.size}));
-        Result<CodedJpeg> jpeg = codedExactly(fileOf({.name = "", .components = 1, .size = layout.size}));
-        ASSERT_TRUE(jpeg);
-        Bytes file = jpeg->header;
-        const Result<Bytes> coded = codedMcuRow(*jpeg, 0, row);
-        ASSERT_TRUE(coded);
-        file.insert(file.end(), coded->begin(), coded->end());
-        file.insert(file.end(), {0xFF, 0xD9});
-        const std::vector<std::uint8_t> samples = jpegSamples(file, JCS_GRAYSCALE);
-        for (std::size_t block = 0; block < row[0].size(); ++block) {
-            const JpegSamples made = decodedSamples(row[0][block]);
-            for (std::size_t i = 0; i < made.size(); ++i)
-                ASSERT_EQ(made[i], samples[i / 8 * 8 * 64 + block * 8 + i % 8]) << reach;
-        }
-    }
-}
-
-TEST(ExactJpegWay, TransformsUndoEachOther) {
-    JpegFloats samples{};
-    std::iota(samples.begin(), samples.end(), 60.0F);
-    const JpegFloats back = inverseTransform(forwardTransform(samples));
-    for (std::size_t i = 0; i < samples.size(); ++i)
-        EXPECT_NEAR(back[i], samples[i], 1e-3);
 }
 
 } // namespace

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/opening.h"
+
+#include "imaging/base/no_throw.h"
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_decoder.h"
+
+namespace complexion {
+
+Result<Image> decodedForEditing(ByteView file) {
+    const Codec* const codec = codecForContent(file);
+    if (!codec)
+        return Error{"not a picture file"};
+    if (codec != &kJpegCodec)
+        return codec->decode(file);
+    return withoutThrowing([&] { return decodeJpeg(file, JpegPreparation::AtOnce); });
+}
+
+} // namespace complexion

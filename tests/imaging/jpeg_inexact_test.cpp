@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What cannot be coded exactly as the JPEG file that it was, and is coded from its pixels instead.
+#include "imaging/codecs/jpeg_coded_rows.h"
+#include "imaging/codecs/jpeg_original.h"
+#include "imaging/image_tools.h"
+#include "tests/imaging/exact_jpeg_fixture.h"
+
+namespace complexion {
+namespace {
+
+using test::decoded;
+using test::encoded;
+using test::fileOf;
+using test::Outcome;
+using test::outcomeOf;
+using test::soft;
+using test::withSpot;
+
+/// Why an image that was edited cannot be coded exactly; empty where it can.
+std::string reasonOf(const Image& edited) {
+    const auto original = edited.encoderMemory().get<JpegOriginal>();
+    if (!original)
+        return "it remembers no file";
+    const Result<FileContents> file = original->encode(edited);
+    return file ? "" : file.error().message;
+}
+
+/// What is not coded exactly is coded from its pixels.
+void expectFallback(const Image& edited, const std::string& reason) {
+    EXPECT_THAT(reasonOf(edited), testing::HasSubstr(reason));
+    const Bytes file = encoded(kJpegCodec, edited);
+    const Result<CodedJpeg> coded = codedExactly(file);
+    ASSERT_TRUE(coded);
+    EXPECT_EQ(coded->layout.mcu, (PixelSize{8, 8}));
+    EXPECT_EQ(coded->layout.components.size(), 3U);
+}
+
+TEST(InexactJpeg, ColorsOnAGreyPictureFallBack) {
+    const Image image = decoded(kJpegCodec, fileOf({.name = "", .components = 1}));
+    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "");
+    expectFallback(withSpot(image, {9, 9}), "grey");
+    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "") << "undone, it is exact again";
+}
+
+TEST(InexactJpeg, AnEffectFallsBack) {
+    const Image image = decoded(kJpegCodec, fileOf({.name = "", .sampling = {2, 2, 1, 1, 1, 1}}));
+    expectFallback(ImageTools::ApplyEffectOnImage(image, "Process"), "remembers no file");
+    expectFallback(ImageTools::ApplyEffectOnImage(image, "Process").materialized(), "remembers no file");
+}
+
+TEST(InexactJpeg, ADamagedFileFallsBack) {
+    Bytes file = fileOf({.name = "", .sampling = {2, 2, 1, 1, 1, 1}});
+    file.resize(file.size() * 2 / 3);
+    expectFallback(decoded(kJpegCodec, file), "damaged");
+}
+
+TEST(InexactJpeg, AProgressiveFileWithoutItsLastScansFallsBack) {
+    static constexpr std::array<jpeg_scan_info, 2> kScans = {{
+        {3, {0, 1, 2}, 0, 0, 0, 1}, // DC but for its last bit
+        {3, {0, 1, 2}, 0, 0, 1, 0},
+    }};
+    const auto withoutAc = [](jpeg_compress_struct& info) {
+        info.scan_info = kScans.data();
+        info.num_scans = 1;
+    };
+    expectFallback(decoded(kJpegCodec, fileOf({.name = "", .adjust = withoutAc})), "refinements");
+}
+
+TEST(InexactJpeg, InksFallBack) {
+    const Bytes file =
+        jpegFile({.size = {40, 30}, .components = 4, .samples = JCS_CMYK, .exif = {}, .icc = {}},
+                 std::vector<std::uint8_t>(40 * 30 * 4, 200));
+    expectFallback(decoded(kJpegCodec, file), "remembers no file");
+}
+
+TEST(InexactJpeg, CoefficientsBeyondTheRangeFallBack) {
+    // Steps so coarse that what is rounded up leaves the range.
+    const auto coarse = [](jpeg_compress_struct& info) {
+        std::array<unsigned, DCTSIZE2> steps{};
+        steps.fill(250);
+        steps[0] = 16;
+        for (int table = 0; table < 2; ++table)
+            jpeg_add_quant_table(&info, table, steps.data(), 100, TRUE);
+    };
+    const JpegRecipe recipe = {
+        .size = {16, 16}, .components = 1, .samples = JCS_GRAYSCALE, .exif = {}, .icc = {}, .adjust = coarse};
+    std::vector<std::uint8_t> stripes(256);
+    for (std::size_t i = 0; i < stripes.size(); ++i)
+        stripes[i] = i % 8 < 4 ? 255 : 0;
+    const Image image = decoded(kJpegCodec, jpegFile(recipe, stripes));
+    EXPECT_THAT(reasonOf(image), testing::AnyOf("", testing::HasSubstr("range")));
+    std::vector<std::uint8_t> checks(256);
+    for (std::size_t i = 0; i < checks.size(); ++i)
+        checks[i] = (i + i / 16) % 2 == 0 ? 255 : 0;
+    expectFallback(decoded(kJpegCodec, jpegFile(recipe, checks)), "range");
+}
+
+TEST(InexactJpeg, AnotherSizeFallsBack) {
+    const Image image = decoded(kJpegCodec, fileOf({.name = ""}));
+    EXPECT_THAT(reasonOf(image.withBands(soft({64, 64}).bands())), testing::HasSubstr("not an edited image"));
+}
+
+TEST(InexactJpeg, HardEdgesOfStrongColorsMoveNoOtherPixelFar) {
+    for (const std::array<int, 6> sampling :
+         {std::array{2, 2, 1, 1, 1, 1}, std::array{2, 1, 1, 1, 1, 1}, std::array{4, 1, 1, 1, 1, 1}})
+        for (const int radius : {2, 5, 13}) {
+            const Bytes source = fileOf({.name = "", .sampling = sampling});
+            Image edited = decoded(kJpegCodec, source);
+            const std::vector<std::uint8_t> before = rgbSamples(edited);
+            std::vector<PixelPosition> disc;
+            for (int y = -radius; y <= radius; ++y)
+                for (int x = -radius; x <= radius; ++x)
+                    if (x * x + y * y <= radius * radius)
+                        disc.push_back({60 + y, 70 + x});
+            edited = withPixels(edited, disc, RGBA32(255, 0, 0, 255));
+            if (reasonOf(edited) != "") {
+                expectFallback(edited, "too coarse");
+                continue;
+            }
+            const Outcome outcome =
+                outcomeOf(before, rgbSamples(edited), jpegSamples(encoded(kJpegCodec, edited), JCS_RGB),
+                          edited.pixelSize(), codedExactly(source)->layout.mcu);
+            EXPECT_EQ(outcome.differentOutside, 0);
+            EXPECT_LE(outcome.mostUnpainted, 16);
+        }
+}
+
+} // namespace
+} // namespace complexion
