@@ -11,13 +11,6 @@ namespace complexion {
 
 namespace {
 
-/// The picture at another number of pixels, one point per pixel.
-Image drawnAt(const Image& image, PixelSize size) {
-    if (!image.hasPixels() || size.area() == 0)
-        return ImageBuilder(size).finish();
-    return resampled(image, size);
-}
-
 int pixelsFor(double points) {
     const std::int64_t pixels = truncateToInt64(std::ceil(points), "an image's size is out of range");
     if (pixels < 0 || pixels > kLargestArea)
@@ -47,7 +40,7 @@ std::optional<PointSize> actualSizeOf(ByteView file) {
 Image atActualSize(const Image& image, PointSize size) {
     if (size == image.size())
         return image;
-    return drawnAt(image, {pixelsFor(size.width), pixelsFor(size.height)}).withSize(size);
+    return resampled(image, {pixelsFor(size.width), pixelsFor(size.height)}).withSize(size);
 }
 
 std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path& url) {
@@ -65,7 +58,7 @@ Image ImageTools::BringImageToActualSize(const Image& image, const std::filesyst
 }
 
 Image ImageTools::ResizeImage(const Image& image, double width, double height) {
-    return drawnAt(image, {pixelsFor(width), pixelsFor(height)}).withSize({width, height});
+    return resampled(image, {pixelsFor(width), pixelsFor(height)}).withSize({width, height});
 }
 
 } // namespace complexion
