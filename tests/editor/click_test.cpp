@@ -42,6 +42,18 @@ TEST_F(Retouch, APressOfExactlyAFifthOfASecondIsAClick) {
     EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
+TEST_F(Retouch, APressOfANanosecondMoreThanAFifthOfASecondIsNoClick) {
+    openPhoto();
+    const Point place = shownAt(blemishes()[0]);
+    for (const std::uint64_t nanoseconds : {200'000'000U, 200'000'001U}) {
+        controller->mouseDown({.locationInWindow = place});
+        platform.uptime += nanoseconds;
+        controller->mouseUp({.locationInWindow = place});
+        EXPECT_EQ(queues.backgroundCount(), nanoseconds == 200'000'000 ? 1U : 0U);
+        queues.runAll();
+    }
+}
+
 TEST_F(Retouch, AClickMayComeOutOfNoTimeAtAll) {
     openPhoto();
     clickPixel(blemishes()[0], 0);

@@ -3,6 +3,8 @@
 // What becomes of a repair's result.
 #include "tests/editor/retouch_fixture.h"
 
+#include <QTest>
+
 namespace complexion {
 
 namespace {
@@ -29,6 +31,27 @@ TEST_F(Retouch, TheResultIsShownThroughTheEffectAndRecordedWithoutIt) {
     EXPECT_EQ(pixel.red(), pixel.green());
     EXPECT_EQ(pixel.red(), pixel.blue());
     EXPECT_EQ(pixel, shown().pixel(40, 60));
+}
+
+/// Counts how often what it filters is painted.
+class PaintCounter : public QObject {
+public:
+    int paints = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+TEST_F(Retouch, TheResultIsPaintedWithoutWaitingForTheEventLoop) {
+    openPhoto();
+    root->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(root.get()));
+    QCoreApplication::processEvents();
+    PaintCounter counter;
+    imageView->installEventFilter(&counter);
+    controller->FinishRetouch(filled(kPhotoSize, kSkin));
+    EXPECT_GT(counter.paints, 0);
 }
 
 TEST_F(Retouch, AStateThatCannotBeWrittenDoesNotUndoTheRetouch) {
