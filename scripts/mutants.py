@@ -24,7 +24,8 @@ import time
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from mutation_operators import function_bodies, mutants_of, with_all
+sys.dont_write_bytecode = True  # nothing is left in the tree
+from mutation_operators import function_bodies, mutants_of, with_all  # noqa: E402
 
 ROOT = Path(__file__).resolve().parent.parent
 BUILD = ROOT / "build/release"
@@ -267,6 +268,10 @@ def main(names):
     unknown = [name for name in names if name not in TESTS]
     if unknown:
         sys.exit(f"mutants: no tests are named for {', '.join(unknown)}")
+    gone = [name for file, tests in TESTS.items() for name in (file, *(f"tests/{test}" for test in tests))
+            if not (ROOT / name).exists()]
+    if gone:
+        sys.exit(f"mutants: the table names files that are gone: {', '.join(sorted(set(gone)))}")
     WORK.mkdir(parents=True, exist_ok=True)
     made = {}
 
