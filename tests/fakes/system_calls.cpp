@@ -27,6 +27,8 @@ struct Fault {
 
 thread_local std::array<Fault, 9> faults;
 thread_local std::string lastRenamedPath;
+thread_local int vainCloses = 0;
+thread_local int inheritableCalls = 0;
 thread_local std::size_t longestTransfer = std::numeric_limits<std::size_t>::max();
 
 Fault& faultOf(SystemCall call) {
@@ -42,6 +44,11 @@ int errorOf(SystemCall call) {
     --fault.left;
     ++fault.failed;
     return fault.error;
+}
+
+void countIfInheritable(int fd) {
+    const int flags = ::fcntl(fd, F_GETFD);
+    inheritableCalls += flags >= 0 && (flags & FD_CLOEXEC) == 0 ? 1 : 0;
 }
 
 /// The C library's function of this name.
@@ -61,6 +68,19 @@ auto calledOrFailed(SystemCall call, Function* self, const char* name, Arguments
 }
 
 } // namespace
+
+CountedCalls::CountedCalls() {
+    vainCloses = 0;
+    inheritableCalls = 0;
+}
+
+int CountedCalls::closedInVain() const {
+    return vainCloses;
+}
+
+int CountedCalls::inheritable() const {
+    return inheritableCalls;
+}
 
 const std::string& lastRenamed() {
     return lastRenamedPath;
@@ -99,14 +119,17 @@ int access(const char* path, int mode) noexcept {
 }
 
 int close(int fd) {
+    vainCloses += fcntl(fd, F_GETFD) < 0 ? 1 : 0;
     return calledOrFailed(SystemCall::Close, &close, "close", fd);
 }
 
 int fchmod(int fd, mode_t mode) noexcept {
+    countIfInheritable(fd);
     return calledOrFailed(SystemCall::Fchmod, &fchmod, "fchmod", fd, mode);
 }
 
 int fsync(int fd) {
+    countIfInheritable(fd);
     return calledOrFailed(SystemCall::Fsync, &fsync, "fsync", fd);
 }
 
@@ -121,6 +144,7 @@ int posix_fallocate(int fd, off_t offset, off_t length) {
 }
 
 ssize_t read(int fd, void* buffer, std::size_t count) {
+    countIfInheritable(fd);
     return calledOrFailed(SystemCall::Read, &read, "read", fd, buffer, std::min(count, longestTransfer));
 }
 
@@ -130,6 +154,7 @@ int rename(const char* from, const char* to) noexcept {
 }
 
 ssize_t writev(int fd, const iovec* parts, int count) {
+    countIfInheritable(fd);
     std::vector<iovec> taken(parts, parts + count);
     std::size_t left = longestTransfer;
     for (iovec& part : taken) {

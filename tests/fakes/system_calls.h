@@ -27,6 +27,16 @@ private:
     SystemCall m_call;
 };
 
+/// As long as it lives, what this thread does with descriptors is counted.
+class CountedCalls {
+public:
+    CountedCalls();
+    /// How often `close` was called with no open descriptor, though one was meant.
+    int closedInVain() const;
+    /// How many calls worked on a descriptor that a program started meanwhile would inherit.
+    int inheritable() const;
+};
+
 /// The path that the last `rename` on this thread was to move.
 const std::string& lastRenamed();
 

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -214,6 +215,80 @@ TEST_F(FileFaults, ATargetWithoutAFolderIsInTheCurrentOne) {
     EXPECT_TRUE(flushToDisk("photo"));
     std::filesystem::current_path(before);
     expectWritten();
+}
+
+TEST_F(FileFaults, PartsWithoutABytesAreNothingToWrite) {
+    FileContents contents;
+    contents.append({});
+    contents.append({});
+    EXPECT_TRUE(writeFileAtomically(m_path, contents));
+    EXPECT_EQ(contentsOf(m_path), "");
+}
+
+TEST_F(FileFaults, AnOldInterruptionIsNotTakenForAnother) {
+    const ShortTransfers transfers(0);
+    errno = EINTR;
+    EXPECT_FALSE(write());
+    errno = EINTR;
+    EXPECT_TRUE(readFile(m_path));
+}
+
+TEST_F(FileFaults, AFileThatHappensToHaveThePatternsNameStays) {
+    writeFile(m_folder.path() / ".cx-XXXXXX", "somebody's");
+    {
+        const FailingCalls failing(SystemCall::Writev, EIO);
+        EXPECT_FALSE(write());
+    }
+    EXPECT_TRUE(write());
+    EXPECT_EQ(contentsOf(m_folder.path() / ".cx-XXXXXX"), "somebody's");
+}
+
+TEST_F(FileFaults, WhereStandardInputIsClosedItsNumberIsAsGoodAsAnyOther) {
+    const int input = ::dup(0);
+    ::close(0);
+    const std::size_t before = openFiles();
+    EXPECT_TRUE(write());
+    EXPECT_TRUE(readFile(m_path));
+    EXPECT_TRUE(flushToDisk(m_path));
+    {
+        const FailingCalls named(SystemCall::Access, ENOENT);
+        EXPECT_TRUE(write());
+    }
+    {
+        const HeldFile held(m_path);
+        EXPECT_EQ(held.path(), "/proc/self/fd/0");
+        EXPECT_EQ(openFiles(), before + 1);
+    }
+    EXPECT_EQ(openFiles(), before);
+    ::dup2(input, 0);
+    ::close(input);
+    expectWritten();
+}
+
+TEST_F(FileFaults, NothingIsClosedTwiceAndNothingIsInherited) {
+    const CountedCalls counted;
+    EXPECT_TRUE(write());
+    EXPECT_TRUE(readFile(m_path));
+    EXPECT_TRUE(flushToDisk(m_path));
+    EXPECT_FALSE(readFile(m_folder.path() / "missing"));
+    EXPECT_FALSE(flushToDisk(m_folder.path() / "missing"));
+    {
+        const FailingCalls named(SystemCall::Access, ENOENT);
+        EXPECT_TRUE(write());
+    }
+    const HeldFile missing(m_folder.path() / "missing");
+    const HeldFile held(m_path);
+    const int descriptor = std::stoi(held.path().filename());
+    EXPECT_NE(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0);
+    EXPECT_EQ(counted.closedInVain(), 0);
+    EXPECT_EQ(counted.inheritable(), 0);
+}
+
+TEST_F(FileFaults, ANamedPipeIsNeitherWaitedForNorFlushed) {
+    const std::filesystem::path pipe = m_folder.path() / "pipe";
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_FALSE(flushToDisk(pipe));
+    const HeldFile held(pipe);
 }
 
 TEST(FileContents, HaveTheSizeOfTheirParts) {
