@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/files.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/system_calls.h"
+#include "tests/fakes/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace complexion {
+
+/// How many descriptors are open.
+inline std::size_t openFiles() {
+    return filesIn("/proc/self/fd").size();
+}
+
+/// A folder with one older file, and ways to write another in its place.
+class FileFaults : public testing::Test {
+protected:
+    FileFaults() { writeFile(m_path, "an older file"); }
+
+    /// Parts of 0 to 6 bytes, 1500 bytes together.
+    static FileContents manyParts() {
+        FileContents contents;
+        for (int i = 0; i < 500; ++i)
+            contents.append(Bytes(static_cast<std::size_t>(i % 7), static_cast<std::uint8_t>(i)));
+        return contents;
+    }
+
+    bool write() const { return static_cast<bool>(writeFileAtomically(m_path, manyParts())); }
+
+    void expectWritten() const {
+        const Bytes whole = manyParts().joined();
+        EXPECT_EQ(contentsOf(m_path), std::string(whole.begin(), whole.end()));
+        EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo"});
+    }
+    void expectUntouched() const {
+        EXPECT_EQ(contentsOf(m_path), "an older file");
+        EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo"});
+    }
+
+    /// Writing fails and leaves the older file, and no other, when this call fails.
+    void expectFailureWith(SystemCall call, int error, int skipped = 0) const {
+        const std::size_t before = openFiles();
+        const FailingCalls failing(call, error, 1, skipped);
+        EXPECT_FALSE(write());
+        EXPECT_EQ(failing.failed(), 1);
+        expectUntouched();
+        EXPECT_EQ(openFiles(), before);
+    }
+
+    TemporaryFolder m_folder;
+    std::filesystem::path m_path = m_folder.path() / "photo";
+};
+
+} // namespace complexion
