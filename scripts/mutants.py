@@ -4,7 +4,8 @@
 
 Makes small faults in the files that hold the program's rules, one at a time, and runs the file's own tests on each: a
 fault that no test notices is a survivor. Prints killed / all for each file, and its survivors. Fails when fewer than
-95 % are killed, or when a survivor is not listed in tests/equivalent_mutants.txt with the reason why it changes nothing.
+95 % are killed altogether, or when a survivor is not listed in tests/equivalent_mutants.txt with the reason why it
+changes nothing.
 
 The files themselves are never touched: a mutant is compiled from a copy, without optimisation, into a shared library
 that comes before the one with the rest of the program, made of what build/release has. Left out are mutants that do not
@@ -244,7 +245,7 @@ def equivalents():
 
 
 def examine(subject):
-    """Prints what became of a file's mutants. Whether all is well."""
+    """Prints what became of a file's mutants: how many were killed, how many there are, and whether the list agrees."""
     started = time.monotonic()
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         verdicts = list(pool.map(subject.verdict, subject.mutants))
@@ -266,7 +267,7 @@ def examine(subject):
     stale = sorted(subject.listed - alive)
     for before, after in stale:
         print(f"  listed as equivalent, and no survivor:\n- {before}\n+ {after}", flush=True)
-    return share >= GOAL and not unlisted and not stale
+    return killed, count, not unlisted and not stale
 
 
 def main(names):
@@ -286,8 +287,12 @@ def main(names):
         return made[folder]
 
     listed = equivalents()
-    well = [examine(Subject(name, programs, listed)) for name in names or TESTS]
-    return 0 if all(well) else 1
+    results = [examine(Subject(name, programs, listed)) for name in names or TESTS]
+    killed = sum(result[0] for result in results)
+    count = sum(result[1] for result in results)
+    share = 100 * killed / max(count, 1)
+    print(f"{'together':36}{killed:5} / {count:<5}{share:6.1f} %")
+    return 0 if all(result[2] for result in results) and (names or share >= GOAL) else 1
 
 
 if __name__ == "__main__":

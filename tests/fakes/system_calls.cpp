@@ -28,6 +28,7 @@ struct Fault {
 thread_local std::array<Fault, 9> faults;
 thread_local std::string lastRenamedPath;
 thread_local int vainCloses = 0;
+thread_local int vainUnlinks = 0;
 thread_local int inheritableCalls = 0;
 thread_local std::size_t longestTransfer = std::numeric_limits<std::size_t>::max();
 
@@ -71,11 +72,16 @@ auto calledOrFailed(SystemCall call, Function* self, const char* name, Arguments
 
 CountedCalls::CountedCalls() {
     vainCloses = 0;
+    vainUnlinks = 0;
     inheritableCalls = 0;
 }
 
 int CountedCalls::closedInVain() const {
     return vainCloses;
+}
+
+int CountedCalls::unlinkedInVain() const {
+    return vainUnlinks;
 }
 
 int CountedCalls::inheritable() const {
@@ -151,6 +157,12 @@ ssize_t read(int fd, void* buffer, std::size_t count) {
 int rename(const char* from, const char* to) noexcept {
     lastRenamedPath = from;
     return calledOrFailed(SystemCall::Rename, &rename, "rename", from, to);
+}
+
+int unlink(const char* path) noexcept {
+    const int result = original(&unlink, "unlink")(path);
+    vainUnlinks += result != 0 && errno == ENOENT ? 1 : 0;
+    return result;
 }
 
 ssize_t writev(int fd, const iovec* parts, int count) {

@@ -33,6 +33,8 @@ public:
     CountedCalls();
     /// How often `close` was called with no open descriptor, though one was meant.
     int closedInVain() const;
+    /// How often `unlink` was called with a name that no file has.
+    int unlinkedInVain() const;
     /// How many calls worked on a descriptor that a program started meanwhile would inherit.
     int inheritable() const;
 };

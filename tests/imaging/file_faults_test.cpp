@@ -223,11 +223,14 @@ TEST_F(FileFaults, NothingIsClosedTwiceAndNothingIsInherited) {
         const FailingCalls named(SystemCall::Access, ENOENT);
         EXPECT_TRUE(write());
     }
-    const HeldFile missing(m_folder.path() / "missing");
+    {
+        const HeldFile missing(m_folder.path() / "missing");
+    }
     const HeldFile held(m_path);
     const int descriptor = std::stoi(held.path().filename());
     EXPECT_NE(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0);
     EXPECT_EQ(counted.closedInVain(), 0);
+    EXPECT_EQ(counted.unlinkedInVain(), 0);
     EXPECT_EQ(counted.inheritable(), 0);
 }
 
