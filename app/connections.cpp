@@ -75,9 +75,10 @@ void connectSettings(const SettingsBar& bar, ViewController& controller) {
         if (field->text() != QString::number(stepper->integerValue()))
             controller.OnEditAreaSizeChanged(field);
     });
-    // A confirmed size is done with: the keys belong to the photo again.
-    QObject::connect(field, &QLineEdit::returnPressed, &controller,
-                     [&controller] { controller.imageView->setFocus(); });
+    // A size that is confirmed or cancelled is done with: the keys belong to the photo again.
+    const auto leaveField = [&controller] { controller.imageView->setFocus(); };
+    QObject::connect(field, &QLineEdit::returnPressed, &controller, leaveField);
+    QObject::connect(&bar, &SettingsBar::sizeEntryCancelled, &controller, leaveField);
     QComboBox* effects = bar.comboEffect;
     QObject::connect(effects, &QComboBox::activated, &controller,
                      [&controller, effects] { controller.OnEffectSelected(effects); });

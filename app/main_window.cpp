@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/main_window.h"
 
+#include <QEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
@@ -16,6 +17,22 @@ constexpr QSize kSmallestSize(900, 600);
 constexpr QSize kUsualSize(1440, 960);
 constexpr QSize kLeftOfScreen(48, 72); // for the window's frame and what else stands there
 
+/// The toolkit's menu bar takes the focus when Alt is pressed and let go with nothing in between. A turn of
+/// the wheel is something in between.
+class MenuBar : public QMenuBar {
+public:
+    using QMenuBar::QMenuBar;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Wheel) {
+            QEvent use(QEvent::Shortcut); // what the toolkit knows as a use of the key
+            QMenuBar::eventFilter(watched, &use);
+        }
+        return QMenuBar::eventFilter(watched, event);
+    }
+};
+
 } // namespace
 
 MainWindow::MainWindow()
@@ -26,6 +43,7 @@ MainWindow::MainWindow()
       m_editDisc(new EditDisc(m_root->imageView())),
       m_photoInput(new PhotoInput(m_root->imageView())) {
     setCentralWidget(m_root);
+    setMenuBar(new MenuBar);
     setContextMenuPolicy(Qt::NoContextMenu);
     makeMenus();
     const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());

@@ -93,11 +93,16 @@ bool PhotoInput::press(const QMouseEvent& event) {
     return m_isPickPressed;
 }
 
+void PhotoInput::movePhotoTo(QPointF position) {
+    const QPointF moved = position - m_lastPosition;
+    m_lastPosition = position;
+    if (!moved.isNull())
+        Q_EMIT photoMoved(moved.x(), moved.y());
+}
+
 bool PhotoInput::move(const QMouseEvent& event) {
     if (m_moving) {
-        const QPointF moved = event.position() - m_lastPosition;
-        m_lastPosition = event.position();
-        Q_EMIT photoMoved(moved.x(), moved.y());
+        movePhotoTo(event.position());
         return true;
     }
     if (!m_isHandOut)
@@ -106,17 +111,18 @@ bool PhotoInput::move(const QMouseEvent& event) {
 }
 
 bool PhotoInput::release(const QMouseEvent& event) {
-    if (m_moving) {
-        if (event.button() == *m_moving) {
-            m_moving.reset();
-            showCursor();
-            if (!m_isHandOut)
-                Q_EMIT pointed(inRootView(event.position()));
-        }
+    if (m_moving && event.button() == *m_moving) {
+        movePhotoTo(event.position()); // the last move may not have been told
+        m_moving.reset();
+        showCursor();
+        if (!m_isHandOut)
+            Q_EMIT pointed(inRootView(event.position()));
         return true;
     }
+    // Who had the press has the release: a button that was down before the photo began to move, or before
+    // the pipette was taken, is the root view's.
     if (!m_isPickPressed || event.button() != Qt::LeftButton)
-        return m_isPickPressed;
+        return false;
     m_isPickPressed = false;
     Q_EMIT pointed(inRootView(event.position()));
     Q_EMIT acted();

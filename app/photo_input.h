@@ -50,6 +50,7 @@ protected:
 private:
     Point inRootView(QPointF position) const;
     bool press(const QMouseEvent& event);
+    void movePhotoTo(QPointF position);
     bool move(const QMouseEvent& event);
     bool release(const QMouseEvent& event);
     bool turnWheel(QWheelEvent& event);

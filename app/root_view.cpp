@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/root_view.h"
 
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMouseEvent>
@@ -36,6 +37,8 @@ void RootView::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
     m_isPressed = true;
+    m_isDrag = false;
+    m_pressPosition = event->position();
     m_lastPosition = event->position();
     Q_EMIT mouseDown(converted(*event));
 }
@@ -45,16 +48,32 @@ void RootView::mouseDoubleClickEvent(QMouseEvent* event) {
     mousePressEvent(event);
 }
 
+bool RootView::isDrag(const QMouseEvent& event) {
+    const QPointF moved = event.position() - m_pressPosition;
+    if (moved.manhattanLength() >= QApplication::startDragDistance())
+        m_isDrag = true; // and remains one on its way back
+    return m_isDrag;
+}
+
 void RootView::mouseMoveEvent(QMouseEvent* event) {
-    if (m_isPressed)
-        Q_EMIT mouseDragged(converted(*event));
+    // A release can be lost to a dialog that opens meanwhile.
+    m_isPressed = m_isPressed && event->buttons().testFlag(Qt::LeftButton);
+    if (!m_isPressed)
+        return;
+    isDrag(*event);
+    Q_EMIT mouseDragged(converted(*event));
 }
 
 void RootView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !m_isPressed)
         return;
     m_isPressed = false;
-    Q_EMIT mouseUp(converted(*event));
+    // The release may be the first to tell of the way, or of its end: a busy program is spared the moves
+    // that others follow.
+    if (!isDrag(*event))
+        Q_EMIT mouseUp(converted(*event));
+    else if (event->position() != m_lastPosition)
+        Q_EMIT mouseDragged(converted(*event));
 }
 
 void RootView::handOn(QEvent* event) {

@@ -11,6 +11,9 @@ namespace complexion {
 /// The window's content: the photo over all of it, boxes above. Tells of the left mouse button in its own
 /// bottom-up coordinates, hands drags on to the image view wherever they fall, and tells when its size
 /// changes.
+///
+/// A press that moves as far as the toolkit's drag distance is a drag, however short it lasts: it moves the
+/// photo, and its release sends no `mouseUp`, so that no click comes of it.
 class RootView : public QWidget {
     Q_OBJECT
 
@@ -41,8 +44,13 @@ private:
     void handOn(QEvent* event);
 
     CustomImageView* m_imageView;
+    /// Whether the mouse is, or was during this press, a drag's distance away from where it was pressed.
+    bool isDrag(const QMouseEvent& event);
+
+    QPointF m_pressPosition;
     QPointF m_lastPosition; // of the mouse while the left button is down
     bool m_isPressed = false;
+    bool m_isDrag = false;
 };
 
 } // namespace complexion

@@ -115,6 +115,12 @@ SettingsBar::SettingsBar(QWidget* parent)
     m_grid->setHorizontalSpacing(kGroupGap - kRingSpace);
     m_grid->setVerticalSpacing(kRowGap);
     setColumns(kOneRow);
+    textFieldEditAreaSize->installEventFilter(this);
+    stepperEditAreaSize->installEventFilter(this);
+    for (QWidget* control : std::initializer_list<QWidget*>{sliderThreshold, comboRepair, comboEffect}) {
+        control->installEventFilter(this);
+        control->setFocusPolicy(Qt::StrongFocus); // the toolkit's own policy has the wheel take the focus
+    }
 }
 
 QSize SettingsBar::arrange(int width) {
@@ -148,11 +154,10 @@ QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize->setObjectName(u"textFieldEditAreaSize"_s);
     textFieldEditAreaSize->setAccessibleName(tr("Edit area size"));
     textFieldEditAreaSize->setToolTip(tr("Radius of the disc that a click repairs, in pixels of the photo"));
-    textFieldEditAreaSize->setValidator(
-        new QRegularExpressionValidator(QRegularExpression(u"\\d{0,6}"_s), textFieldEditAreaSize));
+    textFieldEditAreaSize->setValidator(new QRegularExpressionValidator(
+        QRegularExpression(u"\\d{0,6}([.,]\\d{0,6})?"_s), textFieldEditAreaSize));
     textFieldEditAreaSize->setAcceptDrops(false); // a photo dropped here is for the photo's view
     textFieldEditAreaSize->setFixedWidth(widthOf(*textFieldEditAreaSize, u"00000"_s) + 20);
-    textFieldEditAreaSize->installEventFilter(this);
 
     stepperEditAreaSize = new Stepper;
     stepperEditAreaSize->setFixedHeight(controlHeight());
@@ -261,14 +266,36 @@ QWidget* SettingsBar::makeEffectGroup() {
 }
 
 bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != textFieldEditAreaSize)
+    if (event->type() == QEvent::Wheel)
+        return turnWheel(watched, *event);
+    if (watched != textFieldEditAreaSize || event->type() != QEvent::KeyPress)
         return Box::eventFilter(watched, event);
-    const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
-    const bool steps = key && (key->key() == Qt::Key_Up || key->key() == Qt::Key_Down ||
-                               key->key() == Qt::Key_PageUp || key->key() == Qt::Key_PageDown);
-    if (!steps && event->type() != QEvent::Wheel)
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        QCoreApplication::sendEvent(stepperEditAreaSize, event);
+        return true;
+    case Qt::Key_Escape:
+        textFieldEditAreaSize->setText(QString::number(stepperEditAreaSize->integerValue()));
+        Q_EMIT sizeEntryCancelled();
+        return true;
+    default:
         return false;
-    QCoreApplication::sendEvent(stepperEditAreaSize, event);
+    }
+}
+
+bool SettingsBar::turnWheel(QObject* over, QEvent& event) {
+    const bool isSize = over == textFieldEditAreaSize || over == stepperEditAreaSize;
+    const QWidget* const owner = isSize ? textFieldEditAreaSize : qobject_cast<QWidget*>(over);
+    if (!owner || !owner->hasFocus()) {
+        event.ignore();
+        return true;
+    }
+    if (over != textFieldEditAreaSize)
+        return false;
+    QCoreApplication::sendEvent(stepperEditAreaSize, &event);
     return true;
 }
 

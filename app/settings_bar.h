@@ -40,10 +40,17 @@ public:
     /// The size to take where `width` points are free.
     QSize arrange(int width);
 
+Q_SIGNALS:
+    /// Escape has put the size that counts back into the field.
+    void sizeEntryCancelled();
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    /// Keeps the wheel from a control without the focus: it would change by the way. Returns whether the
+    /// event is dealt with.
+    bool turnWheel(QObject* over, QEvent& event);
     QWidget* makeSizeGroup();
     QWidget* makeThresholdGroup();
     QWidget* makeRepairGroup();

@@ -29,7 +29,9 @@ int centredBesideRail(int length, int width) {
 
 } // namespace
 
-WindowContents::WindowContents(RootView* root, const Actions& actions) : QObject(root), m_root(root) {
+WindowContents::WindowContents(RootView* root, const Actions& actions)
+    : QObject(root), m_root(root), m_railGround(new QWidget(root)) {
+    m_railGround->setAttribute(Qt::WA_NoMousePropagation);
     boxSelectImage = makeRailBox(root, actions.selectImage, u"boxSelectImage"_s, tr("Select image"));
     boxResetImage = makeRailBox(root, actions.resetImage, u"boxResetImage"_s, tr("Reload image"));
     boxSaveImage = makeRailBox(root, actions.saveImage, u"boxSaveImage"_s, tr("Save image"));
@@ -86,6 +88,7 @@ void WindowContents::arrange() {
                                  bar.width(), bar.height());
 
     int y = std::max(kEdge, (height - railHeight()) / 2);
+    m_railGround->setGeometry(kEdge, y, kRailBoxSize, railHeight());
     for (const std::vector<Box*>& group : railGroups()) {
         for (Box* box : group) {
             box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);

@@ -47,6 +47,7 @@ private:
     void arrange();
 
     RootView* m_root;
+    QWidget* m_railGround; // below the rail's boxes: a press between two of them ends here, not on the photo
 };
 
 } // namespace complexion

@@ -6,6 +6,7 @@
 #include "imaging/image_tools.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 
 namespace complexion {
@@ -50,10 +51,11 @@ void ViewController::OnEditAreaSizeChanged(QObject* sender) {
     QLineEdit& field = reach(textFieldEditAreaSize);
     if (sender == &field) {
         bool isNumber = false;
-        const qlonglong typed = field.text().toLongLong(&isNumber);
-        if (isNumber)
-            stepper.setIntegerValue(
-                static_cast<int>(std::clamp<qlonglong>(typed, stepper.minimum(), stepper.maximum())));
+        // A fraction is rounded, whichever of the two decimal separators it has.
+        const double typed = field.text().replace(u',', u'.').toDouble(&isNumber);
+        if (isNumber && std::isfinite(typed))
+            stepper.setIntegerValue(static_cast<int>(
+                std::clamp<double>(std::round(typed), stepper.minimum(), stepper.maximum())));
     }
     // What was typed may have been no number, or out of bounds: the field shows what counts.
     field.setText(QString::number(stepper.integerValue()));

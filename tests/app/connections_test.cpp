@@ -122,6 +122,33 @@ TEST_F(Connections, AnEmptiedFieldKeepsTheSize) {
     EXPECT_EQ(field.text(), QStringLiteral("10"));
 }
 
+TEST_F(Connections, ATypedFractionIsRounded) {
+    QLineEdit& field = *bar().textFieldEditAreaSize;
+    for (const auto& [typed, counts] :
+         {std::pair("12.7", 13), std::pair("12,7", 13), std::pair("12.5", 13), std::pair("12.49", 12),
+          std::pair("7.", 7), std::pair(".6", 1), std::pair("500.4", 500), std::pair("0.2", 1)}) {
+        field.selectAll();
+        QTest::keyClicks(&field, QString::fromLatin1(typed));
+        EXPECT_EQ(field.text(), QString::fromLatin1(typed));
+        QTest::keyClick(&field, Qt::Key_Return);
+        EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), counts) << typed;
+        EXPECT_EQ(field.text(), QString::number(counts));
+    }
+}
+
+TEST_F(Connections, EscapeInTheFieldRevertsIt) {
+    open();
+    QApplication::setActiveWindow(&window);
+    QLineEdit& field = *bar().textFieldEditAreaSize;
+    field.setFocus();
+    field.selectAll();
+    QTest::keyClicks(&field, QStringLiteral("25"));
+    QTest::keyClick(&field, Qt::Key_Escape);
+    EXPECT_EQ(field.text(), QStringLiteral("10"));
+    EXPECT_TRUE(photo().hasFocus());
+    EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
+}
+
 TEST_F(Connections, ArrowKeysInTheFieldStep) {
     QLineEdit& field = *bar().textFieldEditAreaSize;
     QTest::keyClick(&field, Qt::Key_Up);
@@ -197,14 +224,14 @@ TEST_F(Connections, MousePlacesCountFromTheBottomLeft) {
     QObject::connect(&root, &RootView::mouseDragged, &root, record);
     QObject::connect(&root, &RootView::mouseUp, &root, record);
     QTest::mousePress(root.imageView(), Qt::LeftButton, Qt::NoModifier, {300, 100});
-    QTest::mouseMove(root.imageView(), {307, 104});
-    QTest::mouseRelease(root.imageView(), Qt::LeftButton, Qt::NoModifier, {307, 104});
+    QTest::mouseMove(root.imageView(), {304, 102});
+    QTest::mouseRelease(root.imageView(), Qt::LeftButton, Qt::NoModifier, {304, 102});
     ASSERT_EQ(events.size(), 3U);
     const double height = root.height();
     EXPECT_EQ(events[0].locationInWindow, (Point{300, height - 100}));
-    EXPECT_EQ(events[1].locationInWindow, (Point{307, height - 104}));
-    EXPECT_EQ(events[1].deltaX, 7);
-    EXPECT_EQ(events[1].deltaY, 4);
+    EXPECT_EQ(events[1].locationInWindow, (Point{304, height - 102}));
+    EXPECT_EQ(events[1].deltaX, 4);
+    EXPECT_EQ(events[1].deltaY, 2);
     EXPECT_EQ(events[2].deltaX, 0);
 }
 

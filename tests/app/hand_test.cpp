@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/aim.h"
 #include "editor/picked_color.h"
-#include "tests/app/window_fixture.h"
+#include "tests/app/hand_fixture.h"
 
 #include <QAccessible>
-#include <QApplication>
-#include <QTest>
 #include <QToolButton>
-#include <QWheelEvent>
 
 #include <gmock/gmock.h>
 
@@ -15,45 +12,6 @@
 
 namespace complexion {
 namespace {
-
-/// The window with a photo, worked by hand.
-class Hand : public WindowTest {
-protected:
-    Hand() {
-        QApplication::setActiveWindow(&window);
-        open();
-        photo().setFocus();
-    }
-
-    EditDisc& disc() { return window.editDisc(); }
-    QPoint middle() { return photo().rect().center(); }
-    double zoom() { return photo().frame().width / photo().width(); }
-
-    void turnWheel(int notches, Qt::KeyboardModifiers modifiers = {}, QPoint at = {400, 200},
-                   bool sideways = false) {
-        const QPoint angle = sideways ? QPoint(120 * notches, 0) : QPoint(0, 120 * notches);
-        QWheelEvent event(at, photo().mapToGlobal(at), {}, angle, Qt::NoButton, modifiers, Qt::NoScrollPhase,
-                          false);
-        QApplication::sendEvent(&photo(), &event);
-    }
-    void pinch(double value, QPoint at = {400, 200}) {
-        QNativeGestureEvent event(Qt::ZoomNativeGesture, QPointingDevice::primaryPointingDevice(), 2, at, at,
-                                  photo().mapToGlobal(at), value, {});
-        QApplication::sendEvent(&photo(), &event);
-    }
-    void drag(Qt::MouseButton button, QPoint by) {
-        QTest::mousePress(&photo(), button, {}, middle());
-        QTest::mouseMove(&photo(), middle() + by);
-        QMouseEvent move(QEvent::MouseMove, middle() + by, photo().mapToGlobal(middle() + by), Qt::NoButton,
-                         button, {});
-        QApplication::sendEvent(&photo(), &move);
-        QTest::mouseRelease(&photo(), button, {}, middle() + by);
-    }
-    void point(QPoint at) {
-        QMouseEvent move(QEvent::MouseMove, at, photo().mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});
-        QApplication::sendEvent(&photo(), &move);
-    }
-};
 
 TEST_F(Hand, TheDiscStandsForThePointerOverThePhoto) {
     point(middle());

@@ -115,6 +115,54 @@ class HandTest(PortraitTestCase):
         self.xdotool("click", 1)
         wait_until(lambda: len(self.program.state_images()) == 2, "the repair")
 
+    def test_a_quick_pan_moves_the_photo_and_never_clicks(self):
+        place = self.place_of(*BLEMISH)
+        self.zoom_at(place)
+        for distance in (12, -12, 40, -40, 200, -200):
+            before = self.program.photo_on_screen()
+            self.point_at(place)
+            self.xdotool("mousedown", 1, "mousemove_relative", "--", distance // 2, 0,
+                         "mousemove_relative", "--", distance // 2, 0, "mouseup", 1)
+            wait_until(lambda: largest_difference(self.program.photo_on_screen(), before) > 15, "the photo to move")
+        # Each move was taken back: a click hits the blemish, and its repair is the only one.
+        self.point_at(place)
+        self.xdotool("click", 1)
+        wait_until(lambda: len(self.program.state_images()) > 1, "the repair")
+        self.program.wait_for_still_picture()
+        self.assertEqual(len(self.program.state_images()), 2)
+
+    def test_a_click_between_the_buttons_of_the_rail_repairs_nothing(self):
+        self.zoom_at(self.place_of(*BLEMISH))  # the photo is now behind the rail, too
+        rail = [self.program.screen_area(name) for name in
+                ("Select image", "Reload image", "Save image", "Undo", "Redo", "Zoom in", "Zoom out", "Reset zoom",
+                 "Show the original")]
+        for (x, upper, width, height), (_, lower, _, _) in zip(rail, rail[1:]):
+            self.assertGreater(lower, upper + height)
+            self.program.click_at(x + width // 2, (upper + height + lower) // 2)
+        self.point_at(self.place_of(*BLEMISH))
+        self.xdotool("click", 1)
+        wait_until(lambda: len(self.program.state_images()) > 1, "the repair")
+        self.program.wait_for_still_picture()
+        self.assertEqual(len(self.program.state_images()), 2)
+
+    def test_a_left_release_counts_while_the_right_button_is_held(self):
+        self.point_at(self.place_of(*BLEMISH))
+        self.xdotool("mousedown", 1, "mousedown", 2, "mouseup", 1)
+        wait_until(lambda: len(self.program.state_images()) == 2, "the repair")
+        self.xdotool("mouseup", 2)
+
+    def test_the_wheel_changes_no_setting_without_the_focus(self):
+        for control in (self.program.wait_for("Edit area size", "text"), self.program.wait_for("Threshold", "slider"),
+                        self.program.combo_box("Repair"), self.program.combo_box("Effect")):
+            area = control.get_extents(self.program.atspi.CoordType.SCREEN)
+            x, y, width, height = area.x, area.y, area.width, area.height
+            self.xdotool("mousemove", x + width // 2, y + height // 2, "click", "--repeat", 3, 5)
+            self.assertEqual(self.program.focused_name(), "Photo")
+        self.assertEqual(self.program.combo_box("Effect").get_name(), "Normal")
+        self.assertEqual(self.program.combo_box("Repair").get_name(), "Flat color")
+        self.assertEqual(self.program.wait_for("Threshold", "slider").get_current_value(), 100)
+        self.assertEqual(self.program.wait_for("Edit area size", "text").get_text(0, -1), "10")
+
     def test_the_space_bar_moves_the_photo_and_never_clicks(self):
         place = self.place_of(*BLEMISH)
         self.zoom_at(place)

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What the mouse must not do by the way: repair where the photo was moved, change a setting that it passes.
+#include "tests/app/hand_fixture.h"
+
+namespace complexion {
+namespace {
+
+TEST_F(Hand, AQuickPanIsNoClick) {
+    turnWheel(8);
+    const int distance = QApplication::startDragDistance();
+    int repairs = 0;
+    for (const int moved : {distance, distance + 3, 60, 200, -distance, -200}) {
+        const Frame before = photo().frame();
+        drag(Qt::LeftButton, {moved, 0}); // in no time
+        EXPECT_NE(photo().frame(), before) << moved;
+        queues.runAll();
+        EXPECT_EQ(controller->currenState, repairs) << moved;
+    }
+    drag(Qt::LeftButton, {distance - 1, 0}); // the hand that clicks trembles
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, ++repairs);
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, ++repairs);
+}
+
+TEST_F(Hand, APanThatEndsWhereItBeganIsNoClick) {
+    turnWheel(8);
+    QTest::mousePress(&photo(), Qt::LeftButton, {}, middle());
+    for (const QPoint by : {QPoint(0, 30), QPoint(0, 0)}) {
+        QMouseEvent move(QEvent::MouseMove, middle() + by, photo().mapToGlobal(middle() + by), Qt::NoButton,
+                         Qt::LeftButton, {});
+        QApplication::sendEvent(&photo(), &move);
+    }
+    QTest::mouseRelease(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 0);
+}
+
+TEST_F(Hand, AReleaseFarFromItsPressMovesThePhotoThoughNoMoveWasTold) {
+    turnWheel(8);
+    for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
+        const Frame before = photo().frame();
+        QTest::mousePress(&photo(), button, {}, middle());
+        QTest::mouseRelease(&photo(), button, {}, middle() + QPoint(-20, 10));
+        EXPECT_EQ(photo().frame(), (Frame{before.x - 20, before.y - 10, before.width, before.height}));
+        queues.runAll();
+        EXPECT_EQ(controller->currenState, 0);
+    }
+}
+
+TEST_F(Hand, ALeftReleaseWhileAnotherButtonIsHeldIsNotLost) {
+    for (const Qt::MouseButton other : {Qt::RightButton, Qt::MiddleButton}) {
+        const std::int64_t before = controller->currenState;
+        QTest::mousePress(&photo(), Qt::LeftButton, {}, middle());
+        QTest::mousePress(&photo(), other, {}, middle());
+        QTest::mouseRelease(&photo(), Qt::LeftButton, {}, middle());
+        queues.runAll();
+        EXPECT_EQ(controller->currenState, before + 1) << "with button " << other;
+        QTest::mouseRelease(&photo(), other, {}, middle());
+        // No button is down: the photo stays where it is.
+        const Frame frame = photo().frame();
+        turnWheel(1);
+        point(middle() + QPoint(40, 40));
+        turnWheel(-1);
+        EXPECT_EQ(photo().frame(), frame);
+    }
+}
+
+TEST_F(Hand, AButtonThatWasTakenForMovingNeverClicks) {
+    QTest::mousePress(&photo(), Qt::MiddleButton, {}, middle());
+    QTest::mousePress(&photo(), Qt::LeftButton, {}, middle());
+    QTest::mouseRelease(&photo(), Qt::MiddleButton, {}, middle());
+    QTest::mouseRelease(&photo(), Qt::LeftButton, {}, middle());
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 0);
+}
+
+TEST_F(Hand, AltAndTheWheelLeaveTheFocusWhereItWas) {
+    QTest::keyPress(&photo(), Qt::Key_Alt, Qt::AltModifier);
+    turnWheel(1, Qt::AltModifier, {400, 200}, /*sideways*/ true);
+    QTest::keyRelease(&photo(), Qt::Key_Alt);
+    EXPECT_EQ(window.focusWidget(), &photo());
+    // Alt alone opens the menus, as everywhere.
+    QTest::keyPress(&photo(), Qt::Key_Alt, Qt::AltModifier);
+    QTest::keyRelease(&photo(), Qt::Key_Alt);
+    EXPECT_NE(window.focusWidget(), &photo());
+}
+
+TEST_F(Hand, TheWheelOverAControlWithoutTheFocusChangesNothing) {
+    const auto turnOver = [](QWidget* control, int notches) {
+        const QPoint at = control->rect().center();
+        QWheelEvent event(at, control->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(control, &event);
+    };
+    const std::vector<QWidget*> controls = {bar().textFieldEditAreaSize, bar().stepperEditAreaSize,
+                                            bar().sliderThreshold, bar().comboRepair, bar().comboEffect};
+    const auto values = [this] {
+        return std::vector<double>{
+            double(bar().stepperEditAreaSize->integerValue()), bar().sliderThreshold->floatValue(),
+            double(bar().comboRepair->currentIndex()), double(bar().comboEffect->currentIndex())};
+    };
+    const std::vector<double> before = values();
+    for (QWidget* control : controls) {
+        EXPECT_FALSE(control->focusPolicy() & ~Qt::StrongFocus) << control->objectName().toStdString();
+        turnOver(control, -1);
+        EXPECT_EQ(values(), before) << control->objectName().toStdString();
+        EXPECT_TRUE(photo().hasFocus());
+    }
+    EXPECT_EQ(zoom(), 1);
+    for (QWidget* control : controls) {
+        (control == bar().stepperEditAreaSize ? bar().textFieldEditAreaSize : control)->setFocus();
+        const std::vector<double> start = values();
+        turnOver(control, -1);
+        EXPECT_NE(values(), start) << control->objectName().toStdString();
+    }
+}
+
+TEST_F(Hand, AClickBetweenTheButtonsOfTheRailRepairsNothing) {
+    const WindowContents& contents = window.contents();
+    const std::vector<Box*> boxes = {contents.boxSelectImage, contents.boxResetImage, contents.boxSaveImage,
+                                     contents.boxUndo,        contents.boxRedo,       contents.boxZoomIn,
+                                     contents.boxZoomOut,     contents.boxResetZoom,  contents.boxCompare};
+    for (std::size_t i = 1; i < boxes.size(); ++i) {
+        const QRect above = boxes[i - 1]->geometry();
+        const QRect below = boxes[i]->geometry();
+        ASSERT_GT(below.top(), above.bottom() + 1);
+        const QPoint gap(above.center().x(), (above.bottom() + below.top()) / 2);
+        QWidget* const hit = window.rootView().childAt(gap);
+        ASSERT_TRUE(hit);
+        QTest::mouseClick(hit, Qt::LeftButton, {}, hit->mapFrom(&window.rootView(), gap));
+        queues.runAll();
+        EXPECT_EQ(controller->currenState, 0) << "above box " << i;
+    }
+    EXPECT_EQ(zoom(), 1);
+}
+
+} // namespace
+} // namespace complexion
