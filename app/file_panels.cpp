@@ -2,9 +2,12 @@
 #include "app/file_panels.h"
 
 #include "app/file_names.h"
+#include "imaging/fatal.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -50,44 +53,93 @@ QString withExtension(const QString& name, const std::vector<std::string>& exten
     return name.endsWith(u'.') ? name + first : name + u'.' + first;
 }
 
-OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, QWidget* parent)
-    : QFileDialog(parent, tr("Select image"), folder) {
+FilePanel::FilePanel(const QString& title, const QString& folder, const std::vector<std::string>& extensions,
+                     QWidget* parent)
+    : QFileDialog(parent, title, folder) {
     setOption(QFileDialog::DontUseNativeDialog);
-    setAcceptMode(QFileDialog::AcceptOpen);
-    setFileMode(QFileDialog::ExistingFile);
-    setNameFilter(filterFor(tr("Photos"), panel.allowedFileTypes));
+    setNameFilter(filterFor(tr("Photos"), extensions));
     setSidebarUrls(usualPlaces());
     resize(kUsualSize);
+    m_name = findChild<QLineEdit*>(u"fileNameEdit"_s);
+    if (!m_name)
+        fatal("the toolkit's file panel has no field for the name");
+    m_name->setCompleter(nullptr); // it would put its own idea in the place of what was typed
+    for (QPushButton* button : findChildren<QPushButton*>())
+        button->installEventFilter(this);
+}
+
+bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
+    // The toolkit disables the button that accepts where its own reading of the text names no file.
+    auto* const button = qobject_cast<QPushButton*>(watched);
+    if (button && event->type() == QEvent::EnabledChange && !button->isEnabled() && !m_name->text().isEmpty())
+        button->setEnabled(true);
+    return QFileDialog::eventFilter(watched, event);
+}
+
+QString FilePanel::typedPath() const {
+    const QString text = m_name->text();
+    if (text.isEmpty() || text.startsWith(u'/'))
+        return text;
+    if (text.startsWith(u"~/"_s))
+        return QDir::homePath() + text.mid(1);
+    const QString folder = directory().absolutePath();
+    return folder.endsWith(u'/') ? folder + text : folder + u'/' + text;
+}
+
+void FilePanel::enter(const QString& folder) {
+    setDirectory(folder);
+    m_name->clear();
+}
+
+void FilePanel::choose(const QString& path) {
+    m_chosen = path;
+    QDialog::accept();
+}
+
+OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, Dialogs& dialogs, QWidget* parent)
+    : FilePanel(tr("Select image"), folder, panel.allowedFileTypes, parent), m_dialogs(dialogs) {
+    setAcceptMode(QFileDialog::AcceptOpen);
+    setFileMode(QFileDialog::ExistingFile);
+    setOption(QFileDialog::ReadOnly, !panel.canCreateDirectories); // no new folder, no renaming, no deleting
+}
+
+void OpenFilePanel::accept() {
+    const QString path = typedPath();
+    if (path.isEmpty())
+        return;
+    const QFileInfo file(path);
+    if (file.isDir())
+        return enter(path);
+    if (file.exists())
+        return choose(path);
+    m_dialogs.runAlert({.messageText = "",
+                        .informativeText = tr("There is no file “%1”.").arg(file.fileName()).toStdString(),
+                        .style = AlertStyle::Warning,
+                        .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
 }
 
 SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guarded guarded, Dialogs& dialogs,
                              QWidget* parent)
-    : QFileDialog(parent, tr("Save image"), folder),
+    : FilePanel(tr("Save image"), folder, panel.allowedFileTypes, parent),
       m_extensions(panel.allowedFileTypes),
       m_guarded(std::move(guarded)),
       m_dialogs(dialogs) {
-    setOption(QFileDialog::DontUseNativeDialog);
-    setOption(QFileDialog::DontConfirmOverwrite); // asked here, once the name is complete
     setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
-    setNameFilter(filterFor(tr("Photos"), panel.allowedFileTypes));
-    selectFile(shownName(panel.nameFieldStringValue));
-    setSidebarUrls(usualPlaces());
-    resize(kUsualSize);
+    nameField()->setText(shownName(panel.nameFieldStringValue));
+    nameField()->selectAll();
 }
 
 void SaveFilePanel::accept() {
-    const QStringList chosen = selectedFiles();
-    if (chosen.isEmpty() || chosen.front().isEmpty() || QFileInfo(chosen.front()).isDir()) {
-        QFileDialog::accept(); // stays open, in the folder that was named
+    const QString typed = typedPath();
+    if (typed.isEmpty())
         return;
-    }
-    const QString path = withExtension(chosen.front(), m_extensions);
-    if (auto* name = findChild<QLineEdit*>(u"fileNameEdit"_s))
-        name->setText(withExtension(name->text(), m_extensions));
-    if (QFileInfo(path).isDir() || !wouldLast(path) || !mayReplace(path))
-        return;
-    QFileDialog::accept();
+    if (typed.endsWith(u'/') || QFileInfo(typed).isDir())
+        return enter(typed);
+    const QString path = withExtension(typed, m_extensions);
+    nameField()->setText(withExtension(nameField()->text(), m_extensions));
+    if (!QFileInfo(path).isDir() && wouldLast(path) && mayReplace(path))
+        choose(path);
 }
 
 bool SaveFilePanel::wouldLast(const QString& path) {

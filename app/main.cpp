@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/app_delegate.h"
+#include "app/command_line.h"
 #include "app/connections.h"
 #include "app/end_signals.h"
 #include "app/icons.h"
@@ -14,10 +15,12 @@
 
 #include <QApplication>
 #include <QLocale>
+#include <QSettings>
 
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 using namespace complexion;
@@ -32,10 +35,30 @@ std::filesystem::path absoluteIfPossible(const std::filesystem::path& path) {
     return failed ? path : absolute;
 }
 
+/// The exit status where the command line asks for no window.
+std::optional<int> answerOnTerminal(const CommandLine& line) {
+    if (!line.mistake.empty()) {
+        std::fprintf(stderr, "complexion: %s\nTry 'complexion --help'.\n", line.mistake.c_str());
+        return CommandLine::kUsageError;
+    }
+    if (line.help)
+        std::fputs(helpText().c_str(), stdout);
+    else if (line.version)
+        std::puts("complexion " COMPLEXION_VERSION);
+    else
+        return std::nullopt;
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    QApplication application(argc, argv);
+    CommandLine line = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
+    if (const std::optional<int> status = answerOnTerminal(line))
+        return *status;
+    int toolkitCount = static_cast<int>(line.forToolkit.size());
+    line.forToolkit.push_back(nullptr);
+    QApplication application(toolkitCount, line.forToolkit.data());
     QApplication::setApplicationName(QStringLiteral("complexion"));
     QApplication::setApplicationDisplayName(QStringLiteral("Complexion"));
     QApplication::setApplicationVersion(QStringLiteral(COMPLEXION_VERSION));
@@ -56,6 +79,11 @@ int main(int argc, char** argv) {
         return 1;
     }
 
+    // The toolkit's panels keep the folders visited and the colours chosen. Here they go when the program
+    // ends.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       QString::fromStdString(folder->path().string()));
+
     MainWindow window;
     std::shared_ptr<ViewController> controller;
     WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; }, folder->path());
@@ -75,9 +103,10 @@ int main(int argc, char** argv) {
     const EndSignals endSignals;
     QObject::connect(&endSignals, &EndSignals::received, end);
 
-    if (argc > 1)
-        QObject::connect(&window, &MainWindow::appeared, controller.get(),
-                         [&controller, path = absoluteIfPossible(argv[1])] { controller->OpenFile(path); });
+    if (line.photo)
+        QObject::connect(
+            &window, &MainWindow::appeared, controller.get(),
+            [&controller, path = absoluteIfPossible(*line.photo)] { controller->OpenFile(path); });
     window.show();
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();

@@ -27,15 +27,15 @@ int WindowDialogs::runAlert(const Alert& alert) {
 }
 
 PanelAnswer WindowDialogs::runOpenPanel(const OpenPanel& panel) {
-    OpenFilePanel dialog(panel, startFolder(), m_window);
+    OpenFilePanel dialog(panel, startFolder(), *this, m_window);
     const int result = dialog.exec();
-    return finish(result, dialog.selectedFiles());
+    return finish(result, dialog.chosenPath());
 }
 
 PanelAnswer WindowDialogs::runSavePanel(const SavePanel& panel) {
     SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .passing = m_passing}, *this, m_window);
     const int result = dialog.exec();
-    return finish(result, dialog.selectedFiles());
+    return finish(result, dialog.chosenPath());
 }
 
 QString WindowDialogs::startFolder() const {
@@ -47,13 +47,11 @@ QString WindowDialogs::startFolder() const {
     return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
 }
 
-PanelAnswer WindowDialogs::finish(int result, const QStringList& chosen) {
+PanelAnswer WindowDialogs::finish(int result, const QString& chosen) {
     if (result != QDialog::Accepted)
         return {};
-    if (chosen.isEmpty())
-        return {.confirmed = true, .url = std::nullopt};
-    m_lastFolder = QFileInfo(chosen.front()).absolutePath();
-    return {.confirmed = true, .url = QFile::encodeName(chosen.front()).toStdString()};
+    m_lastFolder = QFileInfo(chosen).absolutePath();
+    return {.confirmed = true, .url = QFile::encodeName(chosen).toStdString()};
 }
 
 } // namespace complexion

@@ -25,7 +25,7 @@ public:
 private:
     QString startFolder() const;
     /// What a panel chose, and the folder for the next one.
-    PanelAnswer finish(int result, const QStringList& chosen);
+    PanelAnswer finish(int result, const QString& chosen);
 
     QPointer<QWidget> m_window;
     std::function<std::filesystem::path()> m_source;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/look.h"
+#include "tests/fakes/private_home.h"
 
 #include <QApplication>
 
@@ -8,6 +9,8 @@
 int main(int argc, char** argv) {
     // Wherever it is started, a window of these tests is seen by nobody.
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    // Static: the toolkit keeps its settings when it goes, after main.
+    static const complexion::PrivateHome home;
     testing::InitGoogleMock(&argc, argv);
     testing::FLAGS_gtest_death_test_style = "threadsafe";
     QApplication application(argc, argv);

@@ -27,6 +27,10 @@ inline constexpr int kSecondButton = 1001;
 /// A modal dialog for choosing one existing file.
 struct OpenPanel {
     std::vector<std::string> allowedFileTypes; // extensions, lower case
+    bool allowsMultipleSelection = false;
+    bool canChooseFiles = true;
+    bool canChooseDirectories = false;
+    bool canCreateDirectories = false; // nor rename or delete anything
 
     bool operator==(const OpenPanel&) const = default;
 };

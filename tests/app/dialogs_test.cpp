@@ -104,7 +104,7 @@ protected:
         QTest::keyClicks(name, QString::fromLatin1(text));
     }
 
-    std::string chosenFile() { return panel.selectedFiles().value(0).toStdString(); }
+    std::string chosenFile() { return panel.chosenPath().toStdString(); }
 
     TemporaryFolder folder;
     FakeDialogs dialogs;
@@ -188,6 +188,88 @@ TEST_F(RunningSavePanel, LetsNothingBeSavedWhereItWouldGoWithTheHistory) {
     typeName((folder.path() / "new").c_str());
     panel.accept();
     EXPECT_FALSE(panel.isVisible());
+}
+
+const std::vector<std::string>& hostileNames() {
+    static const std::vector<std::string> names = {"\"holiday.jpg\"",
+                                                   "a \"b\" c.jpg",
+                                                   "\"b\"",
+                                                   "\"",
+                                                   "\"\" \"\"",
+                                                   " both ends .jpg",
+                                                   " .jpg",
+                                                   "a;b.jpg",
+                                                   "two\nlines.jpg",
+                                                   "-rf.jpg",
+                                                   "--",
+                                                   "'single'.jpg",
+                                                   "back\\slash.jpg",
+                                                   "$HOME.jpg",
+                                                   "~",
+                                                   "*.jpg",
+                                                   "a%20b.jpg",
+                                                   "#1?.jpg",
+                                                   "file:x.jpg",
+                                                   "...",
+                                                   "\u00e9\u5199.jpg",
+                                                   std::string(251, 'n') + ".jpg"};
+    return names;
+}
+
+TEST_F(RunningSavePanel, ReturnsTheVeryPathThatItChecked) {
+    writeFile(folder.path() / "b.jpg", "another photo");
+    writeFile(folder.path() / "holiday.jpg", "another photo");
+    for (const std::string& name : hostileNames()) {
+        const QString completed = withExtension(QString::fromStdString(name), {"jpg"});
+        const std::filesystem::path file = folder.path() / completed.toStdString();
+        panel.show();
+        panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
+        panel.accept();
+        EXPECT_EQ(panel.result(), QDialog::Accepted) << name;
+        EXPECT_EQ(chosenFile(), file) << name;
+        writeFile(file, "exists now");
+        panel.setResult(QDialog::Rejected);
+        panel.show();
+        panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
+        dialogs.expectQuestion(
+            "“" + file.filename().string() + "” already exists. Do you want to replace it?", kFirstButton);
+        panel.accept();
+        EXPECT_EQ(chosenFile(), file) << name;
+    }
+}
+
+TEST_F(RunningSavePanel, ProposesHostileNamesAsTheyAre) {
+    for (const std::string& name : hostileNames()) {
+        SaveFilePanel proposing({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = name},
+                                QString::fromStdString(folder.path().string()), {}, dialogs);
+        proposing.show();
+        proposing.accept();
+        EXPECT_EQ(proposing.chosenPath().toStdString(),
+                  folder.path() / withExtension(QString::fromStdString(name), {"jpg"}).toStdString());
+    }
+}
+
+TEST_F(RunningSavePanel, AnOpenPanelTakesHostileNamesToo) {
+    for (const std::string& name : hostileNames()) {
+        const std::filesystem::path file = folder.path() / name;
+        writeFile(file, "a photo");
+        OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, QString::fromStdString(folder.path().string()),
+                              dialogs);
+        opening.show();
+        opening.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
+        for (const QPushButton* button : opening.findChildren<QPushButton*>())
+            EXPECT_TRUE(button->isEnabled()) << name;
+        opening.accept();
+        EXPECT_EQ(opening.result(), QDialog::Accepted) << name;
+        EXPECT_EQ(opening.chosenPath().toStdString(), file) << name;
+    }
+}
+
+TEST_F(RunningSavePanel, TheOpenPanelMakesRenamesAndDeletesNothing) {
+    EXPECT_FALSE(OpenPanel().canCreateDirectories);
+    const OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, QString::fromStdString(folder.path().string()),
+                                dialogs);
+    EXPECT_TRUE(opening.testOption(QFileDialog::ReadOnly));
 }
 
 TEST_F(RunningSavePanel, StaysOpenForTheNameOfAFolder) {

@@ -25,8 +25,8 @@ class NamesTest(PortraitTestCase):
     def title(self):
         return output_of("xdotool", "getwindowname", self.program.window()).strip()
 
-    def retouch_and_save(self, photo, saved):
-        self.assertEqual(self.title(), "café.png — Complexion")
+    def retouch_and_save(self, photo, saved, title="café.png"):
+        self.assertEqual(self.title(), f"{title} — Complexion")
         place = self.program.retouch(*BLEMISH, *SIZE)
         before = set(saved.parent.iterdir())
         self.program.save()
@@ -42,6 +42,31 @@ class NamesTest(PortraitTestCase):
         photo = self.make_photo(self.photos / OLD_NAME / f"{OLD_NAME}.png")
         self.program.start(photo)
         self.retouch_and_save(photo, self.photos / "café_retouched.png")
+
+    def test_quotation_marks_in_a_typed_name_are_part_of_it(self):
+        photo = self.make_photo(self.photos / "face.png")
+        other = self.photos / "holiday.jpg"
+        other.write_bytes(b"another photo")
+        self.program.start(photo)
+        self.program.save('"holiday.jpg"')
+        self.assertEqual(other.read_bytes(), b"another photo")
+        self.assertEqual({path.name for path in self.photos.iterdir()},
+                         {"face.png", "holiday.jpg", '"holiday.jpg".png'})
+
+    def test_quotation_marks_in_a_proposed_name_are_part_of_it(self):
+        photo = self.make_photo(self.photos / 'a "b" c.png')
+        self.program.start(photo)
+        self.retouch_and_save(photo, self.photos / 'a "b" c_retouched.png', title='a "b" c.png')
+
+    def test_a_name_with_quotation_marks_is_typed_into_the_open_panel(self):
+        photo = self.make_photo(self.photos / 'a "b" c.png')
+        self.program.start()
+        self.program.keys("ctrl+o")
+        self.program.wait_for("Select image", "dialog")
+        self.program.type(str(photo))
+        self.program.keys("Return")
+        self.program.wait_for_photo()
+        wait_until(lambda: self.title() == 'a "b" c.png — Complexion', "the photo's name")
 
     def test_by_a_drop(self):
         photo = self.make_photo(self.photos / f"{OLD_NAME}.png")

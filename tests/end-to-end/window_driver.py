@@ -32,6 +32,7 @@ class Complexion:
         self.temporary = Path(tempfile.mkdtemp(prefix="temporary-", dir=desktop.folder))
         self.output = desktop.folder / "complexion.log"
         self.process = None
+        self.environment = {}  # beyond the desktop's; None takes a variable away
 
     def start(self, *files):
         import gi
@@ -40,6 +41,7 @@ class Complexion:
         Atspi.set_timeout(ANSWER_MILLISECONDS, ANSWER_MILLISECONDS)
         self.atspi = Atspi
         environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", TMPDIR=str(self.temporary))
+        environment = {name: value for name, value in (environment | self.environment).items() if value is not None}
         with open(self.output, "wb") as log:
             self.process = subprocess.Popen([self.program, *map(str, files)], stdout=log, stderr=log,
                                             env=environment)
