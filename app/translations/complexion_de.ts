@@ -277,6 +277,13 @@
     </message>
 </context>
 <context>
+    <name>complexion::FilePanel</name>
+    <message>
+        <source>Photos</source>
+        <translation>Fotos</translation>
+    </message>
+</context>
+<context>
     <name>complexion::MainWindow</name>
     <message>
         <source>&amp;File</source>
@@ -302,8 +309,8 @@
         <translation>Bild auswählen</translation>
     </message>
     <message>
-        <source>Photos</source>
-        <translation>Fotos</translation>
+        <source>There is no file “%1”.</source>
+        <translation>Es gibt keine Datei „%1“.</translation>
     </message>
 </context>
 <context>
@@ -311,10 +318,6 @@
     <message>
         <source>Save image</source>
         <translation>Bild sichern</translation>
-    </message>
-    <message>
-        <source>Photos</source>
-        <translation>Fotos</translation>
     </message>
     <message>
         <source>“%1” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?</source>
