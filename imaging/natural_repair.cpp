@@ -3,6 +3,7 @@
 // The natural repair: what is not skin is found, the skin's colour is spanned across it like a membrane, and
 // the skin's detail is put on that. Each step stands, with its sources, in healing/.
 #include "imaging/base/fatal.h"
+#include "imaging/healing/extent.h"
 #include "imaging/healing/painter.h"
 #include "imaging/image_tools.h"
 
@@ -13,9 +14,10 @@ std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point poi
     return repairInDisc(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
         if (radius <= 0)
             fatal("the edit disc holds no pixel");
-        const healing::SkinWindow window = healing::readSkinWindow(image, disc);
-        if (const auto blemish = healing::findBlemish(window, threshold))
-            healing::paintRestoration(image, disc, window, healing::restoreDetail(window, *blemish), buffer);
+        const healing::FittedFinding finding = healing::findFittedBlemish(image, disc, threshold);
+        if (const auto* found = std::get_if<healing::FittedBlemish>(&finding))
+            healing::paintRestoration(image, found->disc, found->window,
+                                      healing::restoreDetail(found->window, found->blemish), buffer);
     });
 }
 

@@ -18,7 +18,7 @@ constexpr float kSmoothing = 0.06F;
 constexpr float kLeastSmoothing = 0.7F; // cells
 constexpr float kMostSmoothing = 3;     // cells
 constexpr float kFieldReach = 1.5F;     // differences are known as far as this
-constexpr float kSeedReach = 0.72F;     // a blemish has a seed this near the centre
+constexpr float kSeedReach = 0.72F;     // of the edit disc: a blemish has a seed this near the clicked place
 constexpr float kSeedDifference = 4.5F;
 constexpr float kRegionDifference = 2.6F;
 constexpr float kUnlikeSkinDifference = 4;
@@ -48,8 +48,10 @@ constexpr std::int64_t kNothingDiffers = 255; // grey levels
 
 class Search {
 public:
-    Search(const SkinWindow& window, const SkinModel& model, CellGrid<Cell> smooth, float scale)
+    Search(const SkinWindow& window, const ClickedPlace& place, const SkinModel& model, CellGrid<Cell> smooth,
+           float scale)
         : m_window(window),
+          m_place(place),
           m_smooth(std::move(smooth)),
           m_scale(scale),
           m_field(m_smooth.rect()),
@@ -61,20 +63,22 @@ public:
         forEachCell(m_field, [&](int x, int y) { m_reach.at(x, y) = window.distance(x, y) * window.radius; });
     }
 
-    std::optional<Blemish> run() {
+    Finding run() {
         // The first round goes by the ring's surface, the next by the membrane, which follows the shading.
         for (int round = 0; round < kRounds; ++round) {
             measureDifferences(round == 0 ? m_field : m_blemish.bounds);
-            if (!takeRegion() || isCutOff())
-                return std::nullopt;
+            if (!takeRegion())
+                return Refusal::NothingDiffers;
+            if (isCutOff())
+                return Refusal::ComesFromOutside;
             takeTint();
             takeRim();
             grow();
             if (fillsDisc() || lacksSkinAround())
-                return std::nullopt;
+                return Refusal::FillsDisc;
             m_blemish.bounds = boundsOf(m_blemish.mask);
             if (!spanSkin(round + 1 == kRounds))
-                return std::nullopt;
+                return Refusal::NoSkin;
         }
         markUnlikeSkin();
         m_blemish.foreign = std::move(m_strange);
@@ -107,8 +111,12 @@ private:
         PixelPosition seed;
         float best = 0;
         forEachCell(m_disc, [&](int x, int y) {
-            const float r = m_reach.at(x, y) / m_window.radius;
-            if (m_difference.at(x, y) < kSeedDifference * m_scale || r > kSeedReach)
+            if (m_difference.at(x, y) < kSeedDifference * m_scale)
+                return;
+            const float dx = static_cast<float>(x) - m_place.x;
+            const float dy = static_cast<float>(y) - m_place.y;
+            const float r = std::sqrt(dx * dx + dy * dy) / m_place.radius;
+            if (r > kSeedReach)
                 return;
             const float nearness = 1 - r * r;
             const float score = std::min(m_difference.at(x, y), enough) * nearness * nearness;
@@ -321,6 +329,7 @@ private:
     }
 
     const SkinWindow& m_window;
+    const ClickedPlace& m_place;
     CellGrid<Cell> m_smooth;
     float m_scale;
     PixelRect m_field;
@@ -335,18 +344,18 @@ private:
 
 } // namespace
 
-std::optional<Blemish> findBlemish(const SkinWindow& window, std::int64_t threshold) {
+Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold) {
     if (threshold >= kNothingDiffers)
-        return std::nullopt;
+        return Refusal::NothingDiffers;
     const float smoothing = std::clamp(kSmoothing * window.radius, kLeastSmoothing, kMostSmoothing);
     CellGrid<Cell> smooth = blurred(window.cells, smoothing,
                                     widened(window.around(kFieldReach), kSkinMargin, window.cells.rect()));
     const std::optional<SkinModel> model = SkinModel::fit(window, smooth);
     if (!model)
-        return std::nullopt;
+        return Refusal::NoSkin;
     const float scale = (static_cast<float>(std::max<std::int64_t>(threshold, 0)) + kThresholdStart) /
                         (kUsualThreshold + kThresholdStart);
-    return Search(window, *model, std::move(smooth), scale).run();
+    return Search(window, place, *model, std::move(smooth), scale).run();
 }
 
 } // namespace complexion::healing

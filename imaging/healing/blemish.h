@@ -3,7 +3,7 @@
 
 #include "imaging/healing/skin_model.h"
 
-#include <optional>
+#include <variant>
 
 namespace complexion::healing {
 
@@ -18,9 +18,27 @@ struct Blemish {
     LogColor tint{};     // what the blemish's strong part differs from the skin by, in the mean
 };
 
-/// What differs from the skin near the disc's centre by more than `threshold` steers (grey levels; 10 is
-/// usual, more makes less of it a blemish), grown to its soft rim. Nothing when there is none, and when the
-/// disc is so full of it that there is no skin to go by.
-std::optional<Blemish> findBlemish(const SkinWindow& window, std::int64_t threshold);
+/// Why there is nothing to repair.
+enum class Refusal {
+    NothingDiffers,   // no place near the disc's centre differs enough
+    ComesFromOutside, // what differs there belongs to something that reaches out of the disc
+    FillsDisc,        // what differs there leaves too little skin in the disc
+    NoSkin,           // there is no skin around to go by
+};
+
+/// A blemish, or why there is none.
+using Finding = std::variant<Blemish, Refusal>;
+
+/// The place that was clicked, where a blemish must have a part that clearly differs from the skin.
+struct ClickedPlace {
+    float x = 0; // in cells of the window that is searched, like the radius
+    float y = 0;
+    float radius = 0; // of the edit disc
+};
+
+/// What differs from the skin near the clicked place by more than `threshold` steers (grey levels; 10 is
+/// usual, more makes less of it a blemish), grown to its soft rim. It lies in the window's disc, which need
+/// not be the edit disc.
+Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold);
 
 } // namespace complexion::healing

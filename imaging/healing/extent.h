@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/healing/blemish.h"
+
+namespace complexion::healing {
+
+/// A blemish with the disc that fits it, from whose surroundings it was told.
+struct FittedBlemish {
+    RepairDisc disc;
+    SkinWindow window; // of that disc
+    Blemish blemish;
+};
+
+using FittedFinding = std::variant<FittedBlemish, Refusal>;
+
+/// Finds the blemish that was clicked with an edit disc that lies inside `image`, at its own scale: where the
+/// edit disc is filled by it or holds only a part of it, larger discs are tried, up to kMaxGrowth times the
+/// edit disc's radius; where it is much larger than the blemish, the disc is drawn in.
+FittedFinding findFittedBlemish(const Image& image, const RepairDisc& clicked, std::int64_t threshold);
+
+/// The largest disc that is tried, in radii of the edit disc.
+inline constexpr float kMaxGrowth = 2.8F;
+
+} // namespace complexion::healing
