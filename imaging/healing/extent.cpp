@@ -13,6 +13,7 @@ namespace {
 constexpr std::array<float, 6> kTrials = {1, 1.4F, 0.7F, 2, 0.5F, kMaxGrowth};
 
 constexpr std::int64_t kMinRadius = 4;
+constexpr float kMinDrawnIn = 8; // pixels: so small a disc holds little else than a blemish
 
 // The rim of a disc: what of the mask is there says that the disc is too small. In radii.
 constexpr float kRimStart = 0.85F;
@@ -164,14 +165,17 @@ private:
         }
     }
 
+    static float fittingRadius(const Trial& trial) {
+        return std::max(kFittingRadius * trial.radius + kFittingMargin, trial.reach / kFittingReach);
+    }
+
     void drawIn(Trial& best) {
         for (int round = 0; round < 2; ++round) {
-            const float fitting =
-                std::max(kFittingRadius * best.radius + kFittingMargin, best.reach / kFittingReach);
+            const float fitting = fittingRadius(best);
             const auto current = static_cast<float>(best.found.disc.radius);
             const float off = std::sqrt(square(best.x - 0.5F - static_cast<float>(best.found.disc.column)) +
                                         square(best.y - 0.5F - static_cast<float>(best.found.disc.row)));
-            if (std::max(fitting, static_cast<float>(kMinRadius)) > kDrawnIn * current && off < 0.3F * current)
+            if (std::max(fitting, kMinDrawnIn) > kDrawnIn * current && off < 0.3F * current)
                 return;
             const RepairDisc disc{static_cast<std::int64_t>(best.y), static_cast<std::int64_t>(best.x),
                                   std::max(kMinRadius, static_cast<std::int64_t>(std::ceil(fitting)))};

@@ -34,6 +34,9 @@ constexpr float kSpotScale = 1.5F; // cells
 constexpr float kStrongestSpotHue = 1.2F;
 constexpr float kUnseenSpotHue = 2e-4F;
 constexpr float kOwnStrength = 1.05F; // makes up for what goes with the stain
+/// Cells are means (an error of 1/24 of the second derivative) and are joined by straight lines (1/12 in the
+/// mean): the stain's flanks need as much more.
+constexpr float kCellError = 0.125F;
 constexpr float kLeastOwnGain = 0.7F;
 constexpr float kMostOwnGain = 2.2F;
 
@@ -64,6 +67,53 @@ LogColor difference(const Cell& a, const Cell& b) {
     return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }
 
+/// What detail has in common wherever a stain's share is the same. Texture has nothing in common there: it is
+/// what the blurs have left of the stain's flanks, and would show as a ring.
+class Flanks {
+public:
+    void add(float share, const LogColor& detail) {
+        Sum& sum = m_sums[static_cast<std::size_t>(placeOf(share) + 0.5F)];
+        for (std::size_t c = 0; c < 3; ++c)
+            sum.color[c] += detail[c];
+        ++sum.cells;
+    }
+
+    void finish() {
+        for (Sum& sum : m_sums)
+            for (float& value : sum.color)
+                value /= static_cast<float>(sum.cells) + kDoubt;
+    }
+
+    LogColor at(float share) const {
+        const float place = placeOf(share);
+        const auto before = std::min(static_cast<std::size_t>(place), kSteps - 2);
+        const float part = place - static_cast<float>(before);
+        LogColor color{};
+        for (std::size_t c = 0; c < 3; ++c) {
+            const float low = m_sums[before].color[c];
+            color[c] = low + part * (m_sums[before + 1].color[c] - low);
+        }
+        return color;
+    }
+
+private:
+    static constexpr std::size_t kSteps = 25;
+    static constexpr float kFirst = -0.1F; // share
+    static constexpr float kStep = 0.05F;
+    static constexpr float kDoubt = 8; // cells: few of them have texture in common by chance
+
+    struct Sum {
+        LogColor color{};
+        int cells = 0;
+    };
+
+    static float placeOf(float share) {
+        return std::clamp((share - kFirst) / kStep, 0.0F, static_cast<float>(kSteps - 1));
+    }
+
+    std::array<Sum, kSteps> m_sums{};
+};
+
 /// The blemish taken apart inside its mask: its stain, and the detail that is left without it.
 struct Separated {
     CellGrid<Cell> stain;   // to be subtracted from the picture; goes on a little around the mask
@@ -71,6 +121,18 @@ struct Separated {
     Strength strength;
     float strongestHue = 0; // of the detail's spots
 };
+
+/// A stain's share without the skin's detail. What one blur takes from the flanks of the stain, a second gives
+/// back ("twicing", Tukey, Exploratory Data Analysis, 1977): no ring is left along its outline.
+CellGrid<Cell> smoothShare(const CellGrid<Cell>& share, float scale) {
+    const PixelRect& part = share.rect();
+    CellGrid<Cell> smooth = blurred(share, scale, part);
+    CellGrid<Cell> missed = share;
+    forEachCell(part, [&](int x, int y) { missed.at(x, y)[0] -= smooth.at(x, y)[0]; });
+    missed = blurred(missed, scale, part);
+    forEachCell(part, [&](int x, int y) { smooth.at(x, y)[0] += missed.at(x, y)[0]; });
+    return smooth;
+}
 
 Separated separate(const SkinWindow& window, const Blemish& blemish, float scale) {
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
@@ -86,7 +148,7 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         share.at(x, y) = {isStained(x, y) ? blemish.model.product(tint, offAt(x, y)) / square : 0, 0, 0, 1};
     });
     const float stainScale = std::max(kLeastStainScale, kStainScale * window.radius);
-    share = blurred(share, stainScale, part);
+    share = window.step > 2 ? smoothShare(share, stainScale) : blurred(share, stainScale, part);
 
     CellGrid<Cell> rest(blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
@@ -106,6 +168,16 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         cell = {hue[0] + brighter, hue[1] + brighter, hue[2] + brighter, cell[kWeight]};
     });
 
+    Flanks flanks;
+    forEachCell(blemish.bounds, [&](int x, int y) {
+        if (isStained(x, y))
+            flanks.add(share.at(x, y)[0], difference(rest.at(x, y), smooth.at(x, y)));
+    });
+    if (window.step > 2)
+        flanks.finish();
+    else
+        flanks = {};
+
     Separated result{
         .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
     CellGrid<Cell> details(blemish.bounds);
@@ -115,9 +187,11 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         stain = {t * tint[0], t * tint[1], t * tint[2], 0};
         if (!isStained(x, y))
             return;
-        const LogColor detail = difference(rest.at(x, y), smooth.at(x, y));
+        const LogColor flank = flanks.at(t);
+        const LogColor all = difference(rest.at(x, y), smooth.at(x, y));
+        const LogColor detail = {all[0] - flank[0], all[1] - flank[1], all[2] - flank[2]};
         for (std::size_t c = 0; c < 3; ++c)
-            stain[c] += smooth.at(x, y)[c];
+            stain[c] += smooth.at(x, y)[c] + flank[c];
         result.detail.at(x, y) = detail[0] + detail[1] + detail[2];
         result.strength.add(detail);
         details.at(x, y) = {detail[0], detail[1], detail[2], 1};
@@ -175,6 +249,20 @@ FineGrain measureFineGrain(const SkinWindow& window, const Blemish& blemish) {
     return {.own = median(own), .around = median(around)};
 }
 
+/// What a value differs from the mean of its four neighbours by, four times that: Laplace's operator.
+LogColor bend(const CellGrid<Cell>& grid, int x, int y) {
+    const PixelRect& rect = grid.rect();
+    const Cell& left = grid.at(std::max(x - 1, rect.x), y);
+    const Cell& right = grid.at(std::min(x + 1, rect.right() - 1), y);
+    const Cell& above = grid.at(x, std::max(y - 1, rect.y));
+    const Cell& below = grid.at(x, std::min(y + 1, rect.bottom() - 1));
+    const Cell& here = grid.at(x, y);
+    LogColor sum{};
+    for (std::size_t c = 0; c < 3; ++c)
+        sum[c] = (left[c] + right[c]) + (above[c] + below[c]) - 4 * here[c];
+    return sum;
+}
+
 bool isLikeSkin(const Separated& blemish, const Strength& around) {
     const Strength& own = blemish.strength;
     const float limit = std::max(around.brightness, 1e-9F);
@@ -213,6 +301,9 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
             const Cell& stain = own.stain.at(x, y);
             for (std::size_t c = 0; c < 3; ++c)
                 base[c] += gain * (cell[c] - base[c] - stain[c]) - result.gain * cell[c];
+            if (window.step > 2)
+                for (std::size_t c = 0; c < 3; ++c)
+                    base[c] += result.gain * kCellError * bend(own.stain, x, y)[c];
         });
         return result;
     }
