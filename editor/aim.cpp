@@ -20,6 +20,9 @@ DiscLook lookOf(RepairOutcome outcome) {
     case RepairOutcome::NothingToRepair:
         return DiscLook::Idle;
     case RepairOutcome::NotUniform:
+    case RepairOutcome::ComesFromOutside:
+    case RepairOutcome::FillsDisc:
+    case RepairOutcome::NoSkin:
         return DiscLook::Uneven;
     case RepairOutcome::TooCloseToBorder:
         return DiscLook::OverBorder;

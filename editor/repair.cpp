@@ -22,6 +22,35 @@ std::optional<Image> Repair::applyTo(const Image& image, Point point) const {
                                              image.profile().fromSrgb(customColor), threshold);
 }
 
+namespace {
+
+/// Why a repair has changed nothing.
+RepairOutcome reasonFor(const Repair& repair, const Image& image, Point point) {
+    if (repair.style == RepairStyle::FlatColor)
+        return ImageTools::FindPimplePixels(point, image, repair.radius, repair.threshold).sample.empty()
+                   ? RepairOutcome::NotUniform
+                   : RepairOutcome::NothingToRepair;
+    const auto found = ImageTools::LocateBlemish(image, point, repair.radius, repair.threshold);
+    const auto* refusal = std::get_if<BlemishRefusal>(&found);
+    if (!refusal)
+        return RepairOutcome::NothingToRepair;
+    switch (*refusal) {
+    case BlemishRefusal::NothingDiffers:
+        return RepairOutcome::NothingToRepair;
+    case BlemishRefusal::ComesFromOutside:
+        return RepairOutcome::ComesFromOutside;
+    case BlemishRefusal::FillsDisc:
+        return RepairOutcome::FillsDisc;
+    case BlemishRefusal::NoSkin:
+        return RepairOutcome::NoSkin;
+    case BlemishRefusal::OverBorder:
+        return RepairOutcome::TooCloseToBorder;
+    }
+    return RepairOutcome::NothingToRepair;
+}
+
+} // namespace
+
 RepairReport runRepair(const Repair& repair, const Image& image, Point point) {
     RepairReport report;
     report.result = repair.applyTo(image, point);
@@ -31,11 +60,8 @@ RepairReport runRepair(const Repair& repair, const Image& image, Point point) {
         report.outcome = RepairOutcome::TooCloseToBorder;
     } else {
         report.repainted = changedPixels(image, *report.result);
-        if (!report.repainted.area.isEmpty())
-            report.outcome = RepairOutcome::Repaired;
-        else if (repair.style == RepairStyle::FlatColor &&
-                 ImageTools::FindPimplePixels(point, image, repair.radius, repair.threshold).sample.empty())
-            report.outcome = RepairOutcome::NotUniform;
+        report.outcome =
+            report.repainted.area.isEmpty() ? reasonFor(repair, image, point) : RepairOutcome::Repaired;
     }
     return report;
 }

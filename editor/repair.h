@@ -33,6 +33,9 @@ enum class RepairOutcome {
     Repaired,
     NothingToRepair,  // no pixel of the disc stands out by more than the threshold
     NotUniform,       // the skin differs too much across the disc
+    ComesFromOutside, // what differs there is part of something larger that reaches out of the disc
+    FillsDisc,        // what differs there leaves too little skin in the disc
+    NoSkin,           // there is no skin around to go by
     TooCloseToBorder, // the disc reaches over the photo's edge
     NoMemory,
 };

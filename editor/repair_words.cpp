@@ -27,6 +27,12 @@ QString describe(const RepairReport& report, bool isDone) {
         return RepairWords::tr("Nothing to repair here.");
     case RepairOutcome::NotUniform:
         return RepairWords::tr("Left as it is: the skin differs too much across the disc.");
+    case RepairOutcome::ComesFromOutside:
+        return RepairWords::tr("Left as it is: what differs here goes on outside the disc.");
+    case RepairOutcome::FillsDisc:
+        return RepairWords::tr("Left as it is: there is too little clean skin in the disc.");
+    case RepairOutcome::NoSkin:
+        return RepairWords::tr("Left as it is: there is no skin around to go by.");
     case RepairOutcome::TooCloseToBorder:
         return RepairWords::tr("Left as it is: too close to the edge of the photo.");
     case RepairOutcome::NoMemory:

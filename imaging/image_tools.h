@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace complexion {
@@ -25,6 +26,23 @@ struct PimplePixels {
 enum ColorType : std::int64_t {
     kCustomColor = 0,
     kAutodetectColor = 1,
+};
+
+/// A blemish, as the natural repair finds it.
+struct BlemishPlace {
+    PixelPosition middle;
+    double radius = 0; // pixels, of a disc as large as the blemish with its soft rim
+    double reach = 0;  // pixels from the middle to its farthest place
+    bool operator==(const BlemishPlace&) const = default;
+};
+
+/// Why the natural repair finds no blemish at a click.
+enum class BlemishRefusal {
+    NothingDiffers,   // no place near the click differs enough from the skin around
+    ComesFromOutside, // what differs there belongs to something larger that comes in from outside the disc
+    FillsDisc,        // what differs there leaves too little skin in the disc
+    NoSkin,           // there is no skin around to go by
+    OverBorder,       // the disc reaches over the picture's border
 };
 
 /// Stateless operations on images and image files. Failures are told by the result and at most one line on
@@ -49,12 +67,20 @@ public:
                                                       std::int64_t threshold);
 
     /// Repairs the blemish around `point` as RemovePimpleFromImage does, but naturally: what differs from the
-    /// skin around the disc, near its centre, gets the colour, the shading and the detail that this skin
-    /// would have there. The smaller `threshold` (grey levels), the smaller a difference is repaired. Writes
-    /// no pixel outside the disc, keeps every pixel's alpha, and changes nothing where it finds no blemish or
-    /// no skin around it. The same arguments give the same pixels on every machine.
+    /// skin around it, near the disc's centre, gets the colour, the shading and the detail that this skin
+    /// would have there. The smaller `threshold` (grey levels), the smaller a difference is repaired. A
+    /// blemish that the disc does not hold is repaired as a whole, also beyond the disc, as long as it ends
+    /// within kMaxHealingReach radii of the click. Keeps every pixel's alpha, and changes nothing where it
+    /// finds no blemish or no skin around it. The same arguments give the same pixels on every machine.
     static std::optional<Image> HealPimpleInImage(const Image& image, Point point, std::int64_t radius,
                                                   std::int64_t threshold);
+
+    /// How far from the click a natural repair paints at most, in radii of the edit disc.
+    static constexpr double kMaxHealingReach = 2.8;
+
+    /// The blemish that HealPimpleInImage repairs with the same arguments, or why it repairs none.
+    static std::variant<BlemishPlace, BlemishRefusal>
+    LocateBlemish(const Image& image, Point point, std::int64_t radius, std::int64_t threshold);
 
     /// Sorts the disc's pixels; both lists are empty when the disc is not uniform across its centre.
     static PimplePixels FindPimplePixels(Point point, const Image& image, std::int64_t radius,

@@ -21,4 +21,17 @@ std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point poi
     });
 }
 
+std::variant<BlemishPlace, BlemishRefusal>
+ImageTools::LocateBlemish(const Image& image, Point point, std::int64_t radius, std::int64_t threshold) {
+    const RepairDisc disc = RepairDisc::at(point, image, radius);
+    if (radius <= 0)
+        fatal("the edit disc holds no pixel");
+    if (!disc.fitsInside(image.pixelSize()))
+        return BlemishRefusal::OverBorder;
+    const healing::FittedFinding finding = healing::findFittedBlemish(image, disc, threshold);
+    if (const auto* found = std::get_if<healing::FittedBlemish>(&finding))
+        return found->place;
+    return std::get<BlemishRefusal>(finding);
+}
+
 } // namespace complexion

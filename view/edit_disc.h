@@ -18,7 +18,7 @@ enum class DiscLook {
     Plain,      // not known yet: a solid ring
     Repairs,    // a solid ring without a centre mark, which could hide the blemish
     Idle,       // nothing to repair: a dashed ring
-    Uneven,     // the skin is not uniform: solid on one side, dashed on the other
+    Uneven,     // no blemish can be told from skin there: solid on one side, dashed on the other
     OverBorder, // too close to the photo's edge: a dashed ring, struck through
 };
 

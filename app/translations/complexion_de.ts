@@ -141,6 +141,18 @@
         <translation>Unverändert: Die Haut ist innerhalb des Kreises zu verschieden.</translation>
     </message>
     <message>
+        <source>Left as it is: what differs here goes on outside the disc.</source>
+        <translation>Unverändert: Was hier abweicht, geht außerhalb des Kreises weiter.</translation>
+    </message>
+    <message>
+        <source>Left as it is: there is too little clean skin in the disc.</source>
+        <translation>Unverändert: Im Kreis ist zu wenig reine Haut.</translation>
+    </message>
+    <message>
+        <source>Left as it is: there is no skin around to go by.</source>
+        <translation>Unverändert: Ringsum ist keine Haut, nach der man sich richten könnte.</translation>
+    </message>
+    <message>
         <source>Left as it is: too close to the edge of the photo.</source>
         <translation>Unverändert: zu nah am Rand des Fotos.</translation>
     </message>

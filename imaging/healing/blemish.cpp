@@ -344,6 +344,11 @@ private:
 
 } // namespace
 
+float scaleOfThreshold(std::int64_t threshold) {
+    return (static_cast<float>(std::max<std::int64_t>(threshold, 0)) + kThresholdStart) /
+           (kUsualThreshold + kThresholdStart);
+}
+
 Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold) {
     if (threshold >= kNothingDiffers)
         return Refusal::NothingDiffers;
@@ -353,9 +358,7 @@ Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::in
     const std::optional<SkinModel> model = SkinModel::fit(window, smooth);
     if (!model)
         return Refusal::NoSkin;
-    const float scale = (static_cast<float>(std::max<std::int64_t>(threshold, 0)) + kThresholdStart) /
-                        (kUsualThreshold + kThresholdStart);
-    return Search(window, place, *model, std::move(smooth), scale).run();
+    return Search(window, place, *model, std::move(smooth), scaleOfThreshold(threshold)).run();
 }
 
 } // namespace complexion::healing

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/healing/skin_model.h"
+#include "imaging/image_tools.h"
 
 #include <variant>
 
@@ -18,15 +19,8 @@ struct Blemish {
     LogColor tint{};     // what the blemish's strong part differs from the skin by, in the mean
 };
 
-/// Why there is nothing to repair.
-enum class Refusal {
-    NothingDiffers,   // no place near the disc's centre differs enough
-    ComesFromOutside, // what differs there belongs to something that reaches out of the disc
-    FillsDisc,        // what differs there leaves too little skin in the disc
-    NoSkin,           // there is no skin around to go by
-};
-
 /// A blemish, or why there is none.
+using Refusal = BlemishRefusal;
 using Finding = std::variant<Blemish, Refusal>;
 
 /// The place that was clicked, where a blemish must have a part that clearly differs from the skin.
@@ -35,6 +29,14 @@ struct ClickedPlace {
     float y = 0;
     float radius = 0; // of the edit disc
 };
+
+/// The middle of the window's own disc.
+inline ClickedPlace middleOf(const SkinWindow& window) {
+    return {window.centerX, window.centerY, window.radius};
+}
+
+/// What a threshold multiplies differences in the skin's deviations by: 1 at the usual one, 10.
+float scaleOfThreshold(std::int64_t threshold);
 
 /// What differs from the skin near the clicked place by more than `threshold` steers (grey levels; 10 is
 /// usual, more makes less of it a blemish), grown to its soft rim. It lies in the window's disc, which need

@@ -18,10 +18,10 @@ constexpr float kMinDrawnIn = 8; // pixels: so small a disc holds little else th
 // The rim of a disc: what of the mask is there says that the disc is too small. In radii.
 constexpr float kRimStart = 0.85F;
 constexpr float kRimEnd = 0.98F;
-constexpr float kFreeRim = 0.05F;   // of the rim's cells: the blemish ends in the disc
-constexpr float kSoftRim = 0.35F;   // as much of it may be the faint end of a blemish in the disc's middle
-constexpr float kCentered = 0.35F;  // radii of the disc between its middle and the mask's
-constexpr float kPoorRim = 0.4F; // a mask that takes more of the rim is no blemish in that disc
+constexpr float kFreeRim = 0.05F;  // of the rim's cells: the blemish ends in the disc
+constexpr float kSoftRim = 0.35F;  // as much of it may be the faint end of a blemish in the disc's middle
+constexpr float kCentered = 0.35F; // radii of the disc between its middle and the mask's
+constexpr float kPoorRim = 0.4F;   // a mask that takes more of the rim is no blemish in that disc
 
 /// The radius of the disc that fits: this many times that of a disc of the mask's area, and some pixels.
 constexpr float kFittingRadius = 1.25F;
@@ -30,10 +30,15 @@ constexpr float kFittingReach = 0.85F; // of the fitted radius, which the mask m
 constexpr float kDrawnIn = 0.8F;       // a disc that could be this small is drawn in
 constexpr float kSameBlemish = 0.7F;
 
-constexpr float kWeak = 8; // deviations of the tint: what is weaker may be a part of something stronger
+/// The thresholds that follow a refused one: what a higher threshold finds, a lower one must not lose.
+constexpr std::array<std::int64_t, 5> kThresholds = {5, 10, 20, 40, 80};
+
+// Of the tint, in the skin's deviations at the usual threshold.
+constexpr float kMinStrength = 4.4F; // the skin's own spots are weaker
+constexpr float kWeak = 8;           // what is weaker may be a part of something stronger
 constexpr float kMuchStronger = 2;
-constexpr float kCoveredPlace = 0.5F;   // radii of the edit disc
-constexpr float kMinCovered = 0.3F; // of it, by what reaches out of the edit disc
+constexpr float kCoveredPlace = 0.5F; // radii of the edit disc
+constexpr float kMinCovered = 0.3F;   // of it, by what reaches out of the edit disc
 
 /// What a trial found, and how well its disc fits.
 struct Trial {
@@ -59,10 +64,33 @@ public:
         : m_image(image), m_clicked(clicked), m_threshold(threshold) {}
 
     FittedFinding run() {
+        for (;;) {
+            m_refusal.reset();
+            if (std::optional<Trial> best = search()) {
+                preferStronger(*best);
+                drawIn(*best);
+                best->found.place = {
+                    .middle = {static_cast<std::int64_t>(best->y), static_cast<std::int64_t>(best->x)},
+                    .radius = static_cast<double>(best->radius),
+                    .reach = static_cast<double>(best->reach)};
+                return std::move(best->found);
+            }
+            const Refusal refusal = m_refusal.value_or(Refusal::NothingDiffers);
+            const auto* const next = std::ranges::upper_bound(kThresholds, m_threshold);
+            if (refusal == Refusal::NothingDiffers || refusal == Refusal::NoSkin || next == kThresholds.end())
+                return m_firstRefusal.value_or(refusal);
+            m_firstRefusal = m_firstRefusal.value_or(refusal);
+            m_threshold = *next;
+        }
+    }
+
+private:
+    std::optional<Trial> search() {
         std::optional<Trial> best;
         for (const float size : kTrials) {
             std::optional<Trial> trial = look(sized(size), m_clicked);
-            if (!trial || trial->rim > kPoorRim || (size > 1 && trial->covered < kMinCovered))
+            if (!trial || trial->rim > kPoorRim || (size > 1 && trial->covered < kMinCovered) ||
+                trial->strength < (size == 1 ? kMinStrength : kWeak) * scaleOfThreshold(m_threshold))
                 continue;
             const bool fits = trial->rim <= (size == 1 && trial->isCentered ? kSoftRim : kFreeRim);
             if (fits || !best || trial->rim < best->rim)
@@ -70,21 +98,16 @@ public:
             if (fits)
                 break;
         }
-        if (!best)
-            return m_refusal;
-        preferStronger(*best);
-        drawIn(*best);
-        return std::move(best->found);
+        return best;
     }
 
-private:
     RepairDisc sized(float size) const {
         return {m_clicked.row, m_clicked.column,
-                std::max(kMinRadius, static_cast<std::int64_t>(size * static_cast<float>(m_clicked.radius) + 0.5F))};
+                static_cast<std::int64_t>(size * static_cast<float>(m_clicked.radius))};
     }
 
     std::optional<Trial> look(const RepairDisc& disc, const RepairDisc& place) {
-        if (!disc.fitsInside(m_image.pixelSize()))
+        if (disc.radius < std::min(kMinRadius, m_clicked.radius) || !disc.fitsInside(m_image.pixelSize()))
             return std::nullopt;
         SkinWindow window = readSkinWindow(m_image, disc);
         const float cell = static_cast<float>(window.step);
@@ -96,7 +119,7 @@ private:
                 m_refusal = *refusal;
             return std::nullopt;
         }
-        Trial trial{.found = {disc, std::move(window), std::get<Blemish>(std::move(finding))}};
+        Trial trial{.found = {disc, std::move(window), std::get<Blemish>(std::move(finding)), {}}};
         measure(trial, clicked);
         return trial;
     }
@@ -117,8 +140,9 @@ private:
             const bool isRim = r > kRimStart && r < kRimEnd;
             rim += isRim ? 1 : 0;
             maskedRim += isRim && isMasked ? 1 : 0;
-            const bool isPlace = square(static_cast<float>(x) - clicked.x) + square(static_cast<float>(y) - clicked.y) <=
-                                 square(kCoveredPlace * clicked.radius);
+            const bool isPlace =
+                square(static_cast<float>(x) - clicked.x) + square(static_cast<float>(y) - clicked.y) <=
+                square(kCoveredPlace * clicked.radius);
             place += isPlace ? 1 : 0;
             covered += isPlace && isMasked ? 1 : 0;
             if (!isMasked)
@@ -133,7 +157,8 @@ private:
         float reach = 0;
         forEachCell(blemish.bounds, [&](int x, int y) {
             if (blemish.mask.at(x, y))
-                reach = std::max(reach, square(static_cast<float>(x) - middleX) + square(static_cast<float>(y) - middleY));
+                reach = std::max(reach, square(static_cast<float>(x) - middleX) +
+                                            square(static_cast<float>(y) - middleY));
         });
         const auto cell = static_cast<float>(window.step);
         trial.rim = static_cast<float>(maskedRim) / static_cast<float>(std::max(rim, 1));
@@ -151,13 +176,14 @@ private:
 
     /// A speck that hardly stands out may lie in something that does.
     void preferStronger(Trial& best) {
-        if (best.strength >= kWeak)
+        if (best.strength >= kWeak * scaleOfThreshold(m_threshold))
             return;
         for (const float size : kTrials) {
             if (size <= 1 || best.found.disc.radius >= sized(size).radius)
                 continue;
             std::optional<Trial> trial = look(sized(size), m_clicked);
-            if (trial && trial->rim <= kFreeRim && trial->covered >= kMinCovered && trial->strength > kWeak &&
+            if (trial && trial->rim <= kFreeRim && trial->covered >= kMinCovered &&
+                trial->strength > kWeak * scaleOfThreshold(m_threshold) &&
                 trial->contrast > square(kMuchStronger) * best.contrast) {
                 best = *std::move(trial);
                 return;
@@ -180,7 +206,8 @@ private:
             const RepairDisc disc{static_cast<std::int64_t>(best.y), static_cast<std::int64_t>(best.x),
                                   std::max(kMinRadius, static_cast<std::int64_t>(std::ceil(fitting)))};
             std::optional<Trial> trial = look(disc, disc);
-            if (!trial || trial->radius < kSameBlemish * best.radius || trial->rim > std::max(best.rim, kFreeRim))
+            if (!trial || trial->radius < kSameBlemish * best.radius ||
+                trial->rim > std::max(best.rim, kFreeRim))
                 return;
             best = *std::move(trial);
         }
@@ -189,7 +216,8 @@ private:
     const Image& m_image;
     RepairDisc m_clicked;
     std::int64_t m_threshold;
-    Refusal m_refusal = Refusal::NothingDiffers;
+    std::optional<Refusal> m_refusal; // of the edit disc itself
+    std::optional<Refusal> m_firstRefusal;
 };
 
 } // namespace

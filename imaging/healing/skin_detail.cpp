@@ -19,6 +19,10 @@ constexpr float kLeastDetailScale = 2;
 constexpr float kStainScale = 0.06F;
 constexpr float kLeastStainScale = 0.7F;
 
+/// In cells of more pixels than this a side the stain's flanks need care; in smaller ones the care costs more
+/// texture than a ring would be seen.
+constexpr int kLargestStepWithoutFlanks = 2;
+
 constexpr int kMargin = 4;          // cells around the mask: for the feather and the interpolation
 constexpr float kOutOfReach = 1e3F; // cells
 constexpr float kRingEnd = 1.5F;    // radii: detail up to here is what the repair's must be like
@@ -71,6 +75,17 @@ LogColor difference(const Cell& a, const Cell& b) {
 /// what the blurs have left of the stain's flanks, and would show as a ring.
 class Flanks {
 public:
+    /// Of what differs between two grids, where the first is known, by the share there.
+    static Flanks of(const CellGrid<Cell>& rest, const CellGrid<Cell>& smooth, const CellGrid<Cell>& share) {
+        Flanks flanks;
+        forEachCell(rest.rect(), [&](int x, int y) {
+            if (rest.at(x, y)[kWeight] > 0)
+                flanks.add(share.at(x, y)[0], difference(rest.at(x, y), smooth.at(x, y)));
+        });
+        flanks.finish();
+        return flanks;
+    }
+
     void add(float share, const LogColor& detail) {
         Sum& sum = m_sums[static_cast<std::size_t>(placeOf(share) + 0.5F)];
         for (std::size_t c = 0; c < 3; ++c)
@@ -122,8 +137,8 @@ struct Separated {
     float strongestHue = 0; // of the detail's spots
 };
 
-/// A stain's share without the skin's detail. What one blur takes from the flanks of the stain, a second gives
-/// back ("twicing", Tukey, Exploratory Data Analysis, 1977): no ring is left along its outline.
+/// A stain's share without the skin's detail. What one blur takes from the flanks of the stain, a second
+/// gives back ("twicing", Tukey, Exploratory Data Analysis, 1977): no ring is left along its outline.
 CellGrid<Cell> smoothShare(const CellGrid<Cell>& share, float scale) {
     const PixelRect& part = share.rect();
     CellGrid<Cell> smooth = blurred(share, scale, part);
@@ -148,7 +163,8 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         share.at(x, y) = {isStained(x, y) ? blemish.model.product(tint, offAt(x, y)) / square : 0, 0, 0, 1};
     });
     const float stainScale = std::max(kLeastStainScale, kStainScale * window.radius);
-    share = window.step > 2 ? smoothShare(share, stainScale) : blurred(share, stainScale, part);
+    share = window.step > kLargestStepWithoutFlanks ? smoothShare(share, stainScale)
+                                                    : blurred(share, stainScale, part);
 
     CellGrid<Cell> rest(blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
@@ -168,15 +184,8 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         cell = {hue[0] + brighter, hue[1] + brighter, hue[2] + brighter, cell[kWeight]};
     });
 
-    Flanks flanks;
-    forEachCell(blemish.bounds, [&](int x, int y) {
-        if (isStained(x, y))
-            flanks.add(share.at(x, y)[0], difference(rest.at(x, y), smooth.at(x, y)));
-    });
-    if (window.step > 2)
-        flanks.finish();
-    else
-        flanks = {};
+    const Flanks flanks =
+        window.step > kLargestStepWithoutFlanks ? Flanks::of(rest, smooth, share) : Flanks();
 
     Separated result{
         .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
@@ -301,7 +310,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
             const Cell& stain = own.stain.at(x, y);
             for (std::size_t c = 0; c < 3; ++c)
                 base[c] += gain * (cell[c] - base[c] - stain[c]) - result.gain * cell[c];
-            if (window.step > 2)
+            if (window.step > kLargestStepWithoutFlanks)
                 for (std::size_t c = 0; c < 3; ++c)
                     base[c] += result.gain * kCellError * bend(own.stain, x, y)[c];
         });

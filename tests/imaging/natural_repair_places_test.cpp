@@ -49,7 +49,7 @@ TEST(NaturalRepair, DiscsOfAFewPixelsAreDefined) {
     const Image image = skinWithBlemishes(kSize, {kCenter});
     for (const std::int64_t radius : {1, 2, 3, 4, 5, 6}) {
         SCOPED_TRACE(radius);
-        expectUntouchedOutsideDisc(image, healed(image, kCenter, radius), kCenter, radius);
+        expectUntouchedOutsideDisc(image, healed(image, kCenter, radius), kCenter, reachOf(radius));
     }
     EXPECT_TRUE(samePixels(healed(image, kCenter, 1), image));
 }
@@ -81,7 +81,8 @@ TEST(NaturalRepair, ChaosIsSurvived) {
     const Image image = noise(kSize, 5);
     for (const std::int64_t radius : {3, 17, 40, 79})
         for (const std::int64_t threshold : {0, 10, 100})
-            expectUntouchedOutsideDisc(image, healed(image, kCenter, radius, threshold), kCenter, radius);
+            expectUntouchedOutsideDisc(image, healed(image, kCenter, radius, threshold), kCenter,
+                                       reachOf(radius));
 }
 
 } // namespace

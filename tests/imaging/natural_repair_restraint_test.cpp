@@ -4,12 +4,21 @@
 namespace complexion {
 namespace {
 
-TEST(NaturalRepair, NothingOutsideTheDiscIsTouched) {
-    const Skin skin;
-    const Image image = skin.picture();
-    for (const std::int64_t radius : {2, 5, 12, 20, 33, 41}) {
+TEST(NaturalRepair, NothingOutsideADiscThatHoldsTheBlemishIsTouched) {
+    const Image image = Skin{}.picture();
+    for (const std::int64_t radius : {18, 20, 33, 41}) {
         SCOPED_TRACE(radius);
-        expectUntouchedOutsideDisc(image, healed(image, kCenter, radius), kCenter, radius);
+        const Image result = healed(image, kCenter, radius);
+        EXPECT_GT(countOfChanged(image, result), 0);
+        expectUntouchedOutsideDisc(image, result, kCenter, radius);
+    }
+}
+
+TEST(NaturalRepair, NothingBeyondTheReachOfASmallDiscIsTouched) {
+    const Image image = Skin{}.picture();
+    for (const std::int64_t radius : {1, 2, 5, 8, 12}) {
+        SCOPED_TRACE(radius);
+        expectUntouchedOutsideDisc(image, healed(image, kCenter, radius), kCenter, reachOf(radius));
     }
 }
 

@@ -147,4 +147,10 @@ inline void expectUntouchedOutsideDisc(const Image& before, const Image& after, 
         }
 }
 
+/// Farther than this from the click, in pixels, a natural repair changes nothing: the disc that it may go to
+/// and its feather.
+inline std::int64_t reachOf(std::int64_t radius) {
+    return static_cast<std::int64_t>(ImageTools::kMaxHealingReach * static_cast<double>(radius)) + 3;
+}
+
 } // namespace complexion

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/imaging/natural_repair_skin.h"
+
+namespace complexion {
+namespace {
+
+using Located = std::variant<BlemishPlace, BlemishRefusal>;
+
+Located located(const Image& image, PixelPosition position, std::int64_t radius,
+                std::int64_t threshold = kThreshold) {
+    return ImageTools::LocateBlemish(image, at(image, position), radius, threshold);
+}
+
+TEST(NaturalRepairExtent, ADiscSmallerThanTheBlemishRepairsAllOfIt) {
+    const Skin skin{.grain = 4, .radius = 10};
+    const Image clean = skin.clean();
+    const Image image = skin.picture();
+    for (const std::int64_t radius : {6, 8, 10, 12}) {
+        SCOPED_TRACE(radius);
+        const Image result = healed(image, kCenter, radius);
+        for (const int around : {4, 8, 11})
+            EXPECT_NEAR(meanAround(result, &RGBA32::green, around), meanAround(clean, &RGBA32::green, around),
+                        2.5)
+                << around;
+    }
+}
+
+TEST(NaturalRepairExtent, ABlemishClickedOnItsOutlineIsRepairedAsAWhole) {
+    const Skin skin{.grain = 4, .radius = 10};
+    const Image clean = skin.clean();
+    const Image image = skin.picture();
+    for (const PixelPosition click : {PixelPosition{80, 110}, {70, 100}, {87, 93}}) {
+        SCOPED_TRACE(testing::Message() << click.row << ", " << click.column);
+        const Image result = healed(image, click, 17);
+        EXPECT_NEAR(meanAround(result, &RGBA32::green, 10), meanAround(clean, &RGBA32::green, 10), 2.5);
+    }
+}
+
+TEST(NaturalRepairExtent, TheBlemishIsFoundAtItsPlaceWhateverTheDisc) {
+    const Skin skin{.grain = 4, .radius = 10};
+    const Image image = skin.picture();
+    for (const std::int64_t radius : {7, 10, 17, 25, 40}) {
+        SCOPED_TRACE(radius);
+        const Located place = located(image, {82, 98}, radius);
+        ASSERT_TRUE(std::holds_alternative<BlemishPlace>(place));
+        const auto& blemish = std::get<BlemishPlace>(place);
+        EXPECT_NEAR(static_cast<double>(blemish.middle.row), 80, 2);
+        EXPECT_NEAR(static_cast<double>(blemish.middle.column), 100, 2);
+        EXPECT_GT(blemish.radius, 9);
+        EXPECT_LT(blemish.radius, 15);
+    }
+}
+
+TEST(NaturalRepairExtent, WhatIsRefusedSaysWhy) {
+    const Image clean = Skin{}.clean();
+    EXPECT_EQ(located(clean, kCenter, kRadius), Located(BlemishRefusal::NothingDiffers));
+    EXPECT_EQ(located(clean, {5, 100}, kRadius), Located(BlemishRefusal::OverBorder));
+    EXPECT_EQ(located(filled(kSize, {0, 0, 0, 0}), kCenter, kRadius), Located(BlemishRefusal::NoSkin));
+}
+
+TEST(NaturalRepairExtent, ALowerThresholdNeverLosesABlemish) {
+    const Image image = Skin{.grain = 5, .radius = 10}.picture();
+    for (const std::int64_t radius : {7, 10, 12, 14, 20}) {
+        bool isRepaired = true;
+        for (const std::int64_t threshold : {0, 1, 3, 5, 10, 20, 40, 80, 160, 255}) {
+            const bool isFound =
+                std::holds_alternative<BlemishPlace>(located(image, kCenter, radius, threshold));
+            EXPECT_TRUE(isRepaired || !isFound) << "radius " << radius << ", threshold " << threshold;
+            isRepaired = isFound;
+        }
+        EXPECT_FALSE(isRepaired);
+    }
+}
+
+/// The mean brightness of the pixels between two distances from the middle.
+double ringMean(const Image& image, double from, double to) {
+    double sum = 0;
+    int count = 0;
+    for (int row = 0; row < image.pixelSize().height; ++row)
+        for (int column = 0; column < image.pixelSize().width; ++column) {
+            const double distance =
+                std::hypot(row - image.pixelSize().height / 2.0, column - image.pixelSize().width / 2.0);
+            if (distance < from || distance >= to)
+                continue;
+            sum += image.pixel(row, column).green();
+            ++count;
+        }
+    return sum / count;
+}
+
+TEST(NaturalRepairExtent, ALargeStainLeavesNoRing) {
+    constexpr PixelSize size{600, 600};
+    const PixelPosition middle{300, 300};
+    constexpr double radius = 80;
+    const Image image = painted(size, [&](int row, int column) {
+        const double t = stainAt(row, column, middle, radius);
+        const double light = 8 * grainAt(row / 2, column / 2);
+        return RGBA32(byteOf((205 + light) * (1 - 0.32 * t)), byteOf((160 + light) * (1 - 0.5 * t)),
+                      byteOf((140 + light) * (1 - 0.48 * t)), 255);
+    });
+    const Image result = healed(image, middle, 122);
+    for (double from = 0; from < 120; from += 8) {
+        SCOPED_TRACE(from);
+        EXPECT_NEAR(ringMean(result, from, from + 8), 160, 2.2);
+    }
+}
+
+} // namespace
+} // namespace complexion
