@@ -3,6 +3,7 @@
 
 #include "app/file_names.h"
 #include "editor/aim.h"
+#include "view/accessibility.h"
 
 #include <QCoreApplication>
 #include <QToolButton>
@@ -107,7 +108,7 @@ void connectHand(MainWindow& window, ViewController& controller) {
     QObject::connect(aim, &Aim::placeChanged, &window.photoInput(),
                      [&window, aim] { window.photoInput().setPointerHidden(aim->place().has_value()); });
     QObject::connect(aim, &Aim::told, &window, [&window](const QString& what) {
-        window.rootView().imageView()->setAccessibleDescription(what);
+        announceDescription(*window.rootView().imageView(), what);
     });
 
     const Actions& actions = window.actions();

@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Installs the Debian packages that are missing, for the purposes named (the lists below).
+# Installs the packages of Debian or Ubuntu that are missing, for the purposes named (the lists below).
 # Says what it installs; says nothing when nothing is missing.
+#
+# "a|b" is the first of them that the system's archive has; "b<1.2" suffices only in an older version than 1.2.
 set -euo pipefail
 
 build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
-    libjpeg62-turbo-dev libpng-dev libisal-dev zlib1g-dev libtiff-dev
+    libjpeg-dev libpng-dev libisal-dev zlib1g-dev libtiff-dev
     libgif-dev libimagequant-dev libcgif-dev liblcms2-dev
-    fonts-urw-base35
+    fonts-urw-base35 'qt6-svg-plugins|libqt6svg6<6.7.2-5'
 )
 # A virtual display, and what drives the window on it from outside.
 window=(
@@ -21,11 +23,11 @@ tests=(
     libgtest-dev libgmock-dev libimage-exiftool-perl
     imagemagick libtiff-tools libjpeg-turbo-progs python3 python3-pil python3-numpy
 )
-check=(clang-format-19 clang-tidy-19 valgrind)
+check=(git clang-format-19 clang-tidy-19 valgrind)
 package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 system=(debootstrap) # makes a new system to try the package in
 coverage=(gcovr)
-fuzz=(clang libclang-rt-14-dev)
+fuzz=(clang libclang-rt-dev)
 film=(ffmpeg) # records the tutorial
 bench=(libbenchmark-dev libopencv-photo-dev) # the latter only to be compared with
 
@@ -38,22 +40,68 @@ for purpose in "$@"; do
     wanted+=("${packages[@]}")
 done
 
-command -v dpkg-query >/dev/null || {
-    echo "setup: this is no Debian system; the packages needed are: ${wanted[*]}" >&2
-    exit 1
-}
-installed=$(dpkg-query --show --showformat='${db:Status-Abbrev} ${Package}\n' | awk '$1 == "ii" { print $2 }')
-missing=()
-for name in "${wanted[@]}"; do
-    grep -qxF -- "$name" <<<"$installed" || missing+=("$name")
-done
-[[ ${#missing[@]} -eq 0 ]] && exit 0
+# Another system has the same under other names.
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    cat >&2 <<'END'
+setup: this system has no packages of Debian's. Complexion needs a C++20 compiler, CMake 3.25, Ninja, pkg-config,
+Qt 6.4 or later (Gui, Widgets, Svg with its image plug-in, Linguist tools), libjpeg-turbo, libpng, libtiff, giflib,
+cgif, libimagequant, ISA-L, zlib and Little CMS 2; its tests need GoogleTest too. With these installed, go on with:
 
+    cmake --preset release -DCOMPLEXION_TESTS=OFF -DCOMPLEXION_WERROR=OFF
+    cmake --build --preset release
+    build/release/app/complexion
+END
+    exit 1
+fi
+
+declare -A installed=() # package to version
+while read -r status name version; do
+    [[ $status == ii ]] && installed[$name]=$version
+done < <(dpkg-query --show --showformat='${db:Status-Abbrev} ${Package} ${Version}\n')
+
+is_installed() {
+    local name=${1%%<*}
+    [[ -n ${installed[$name]:-} ]] || return 1
+    [[ $name == "$1" ]] || dpkg --compare-versions "${installed[$name]}" lt "${1#*<}"
+}
+
+# Whether one of "a|b<1.2" is installed.
+is_satisfied() {
+    local alternative
+    for alternative in ${1//|/ }; do
+        is_installed "$alternative" && return
+    done
+    return 1
+}
+
+# The first of "a|b<1.2" that the archive has; the last where it has none of them.
+first_known() {
+    local name
+    for name in ${1//|/ }; do
+        name=${name%%<*}
+        [[ -n $(apt-cache show --no-all-versions "$name" 2>/dev/null) ]] && break
+    done
+    echo "$name"
+}
+
+unsatisfied=()
+for entry in "${wanted[@]}"; do
+    is_satisfied "$entry" || unsatisfied+=("$entry")
+done
+[[ ${#unsatisfied[@]} -eq 0 ]] && exit 0
+
+choose_missing() {
+    missing=()
+    for entry in "${unsatisfied[@]}"; do
+        [[ $entry == *"|"* ]] && missing+=("$(first_known "$entry")") || missing+=("$entry")
+    done
+}
+choose_missing
 echo "Installing ${missing[*]}"
 as_root=()
 if [[ $(id -u) -ne 0 ]]; then
     command -v sudo >/dev/null || {
-        echo "setup: installing needs root, and there is no sudo" >&2
+        echo "setup: installing needs root, and there is no sudo. As root: apt-get install ${missing[*]}" >&2
         exit 1
     }
     as_root=(sudo)
@@ -63,9 +111,11 @@ trap 'rm -f "$log"' EXIT
 apt_get() {
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=300 "$@" >"$log" 2>&1
 }
+install_missing() {
+    apt_get install -y --no-install-recommends "${missing[@]}"
+}
 # The lists may be missing or older than the archive: the second attempt has fresh ones.
-apt_get install -y --no-install-recommends "${missing[@]}" ||
-    { apt_get update && apt_get install -y --no-install-recommends "${missing[@]}"; } || {
+install_missing || { apt_get update && choose_missing && install_missing; } || {
     cat "$log" >&2
     echo "setup: cannot install ${missing[*]}" >&2
     exit 1

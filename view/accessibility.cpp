@@ -72,4 +72,12 @@ void installAccessibility() {
     QAccessible::installFactory(makeInterface);
 }
 
+void announceDescription(QWidget& control, const QString& description) {
+    control.setAccessibleDescription(description);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+    QAccessibleAnnouncementEvent announcement(&control, description);
+    QAccessible::updateAccessibility(&announcement);
+#endif
+}
+
 } // namespace complexion

@@ -8,6 +8,8 @@
 #include <atomic>
 #include <memory>
 #include <new>
+#include <unordered_map>
+#include <utility>
 
 namespace complexion {
 
@@ -107,6 +109,40 @@ void giveRow(liq_color out[], int y, int width, void* rowSource) {
     }
 }
 
+/// Gives the palette's unused entries to the most frequent colours that it only comes near to. Where little
+/// is missing the library ends before it has used all entries, and the newer it is the sooner.
+void useWholePalette(const Image& image, IndexedImage& indexed) {
+    if (indexed.palette.size() >= kMostColors)
+        return;
+    const auto forEachInexact = [&](auto&& visit) {
+        auto index = indexed.indices.begin();
+        for (int y = 0; y < indexed.size.height; ++y)
+            for (const RGBA32 pixel : readRow(image, y)) {
+                if (!(pixel == indexed.palette[*index]))
+                    visit(pixel, *index);
+                ++index;
+            }
+    };
+    std::unordered_map<std::uint32_t, std::size_t> counts;
+    forEachInexact([&](RGBA32 pixel, std::uint8_t) { ++counts[pixel.color]; });
+    std::vector<std::pair<std::uint32_t, std::size_t>> colors(counts.begin(), counts.end());
+    const std::size_t added = std::min(colors.size(), kMostColors - indexed.palette.size());
+    std::ranges::partial_sort(
+        colors, colors.begin() + static_cast<std::ptrdiff_t>(added),
+        [](auto a, auto b) { return a.second != b.second ? a.second > b.second : a.first < b.first; });
+    std::unordered_map<std::uint32_t, std::uint8_t> indices;
+    std::vector<RGBA32> palette = indexed.palette;
+    for (std::size_t i = 0; i < added; ++i) {
+        indices[colors[i].first] = static_cast<std::uint8_t>(palette.size());
+        palette.push_back(RGBA32(colors[i].first));
+    }
+    forEachInexact([&](RGBA32 pixel, std::uint8_t& index) {
+        if (const auto exact = indices.find(pixel.color); exact != indices.end())
+            index = exact->second;
+    });
+    indexed.palette = std::move(palette);
+}
+
 } // namespace
 
 RGBA32 withoutHalfTransparency(RGBA32 pixel) {
@@ -183,6 +219,7 @@ Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
                 ++index;
             }
     }
+    useWholePalette(image, indexed);
     return indexed;
 }
 

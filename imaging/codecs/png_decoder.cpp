@@ -63,8 +63,10 @@ public:
                                         reinterpret_cast<png_const_bytep>(kIgnoredChunks),
                                         kIgnoredChunkCount);
             png_set_benign_errors(m_png, 1);
+#ifdef PNG_IGNORE_ADLER32 // not every build of the library has the option
             // What a checksum at the end finds wrong is shown long before.
             png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
+#endif
             png_read_info(m_png, m_info);
         });
     }

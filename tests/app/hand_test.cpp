@@ -236,6 +236,23 @@ TEST_F(Hand, WhatARepairDidIsTold) {
     EXPECT_EQ(photo().accessibleDescription(), QStringLiteral("Nothing to repair here."));
 }
 
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+TEST_F(Hand, WhatARepairDidIsSpokenAtOnce) {
+    static QStringList spoken;
+    spoken.clear();
+    const auto before = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+        if (event->type() == QAccessible::Announcement)
+            spoken += static_cast<QAccessibleAnnouncementEvent*>(event)->message();
+    });
+    QTest::keyClick(&photo(), Qt::Key_Right);
+    QTest::keyClick(&photo(), Qt::Key_Return);
+    queues.runAll();
+    QAccessible::installUpdateHandler(before);
+    ASSERT_FALSE(spoken.isEmpty());
+    EXPECT_EQ(spoken.last(), photo().accessibleDescription());
+}
+#endif
+
 TEST_F(Hand, PressingThePhotoByAssistiveTechnologyRepairsAtTheDisc) {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&photo());
     ASSERT_NE(interface, nullptr);

@@ -73,8 +73,10 @@ class VirtualDesktop:
     def _start(self):
         runtime = self.folder / "runtime"
         runtime.mkdir(mode=0o700, exist_ok=True)
-        os.environ.pop("WAYLAND_DISPLAY", None)
-        os.environ.update(XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
+        for name in ("WAYLAND_DISPLAY", "LANGUAGE"):
+            os.environ.pop(name, None)
+        # Controls are found by their English names, whatever language this machine's user reads.
+        os.environ.update(LC_ALL="C.UTF-8", XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
                           XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
                           XDG_DATA_HOME=str(self.folder / "data"))
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(

@@ -109,10 +109,12 @@ class Complexion:
         return wait_until(labelled, f"the pop-up “{label}”")
 
     def focused_name(self):
-        """The accessible name of the control that has the focus; its label's where it shows a value as its name."""
+        """The accessible name of the control that has the focus; its label's where it shows a value as its name. The
+        chosen entries of closed pop-ups call themselves focused too, from Qt 6.8 on."""
         try:
             for accessible in self._all(self._application()):
-                if accessible.get_state_set().contains(self.atspi.StateType.FOCUSED):
+                if accessible.get_state_set().contains(self.atspi.StateType.FOCUSED) and \
+                        accessible.get_role_name() != "list item":
                     for relation in accessible.get_relation_set():
                         if relation.get_relation_type() == self.atspi.RelationType.LABELLED_BY:
                             return relation.get_target(0).get_name()
