@@ -6,6 +6,7 @@
 #include "app/file_panels.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -44,7 +45,9 @@ QString WindowDialogs::startFolder() const {
     const std::filesystem::path source = m_source();
     if (!source.empty())
         return reachableFolder(source.parent_path());
-    return QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    // A panel takes a folder that is not there for a name.
+    const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+    return QFileInfo(pictures).isDir() ? pictures : QDir::homePath();
 }
 
 PanelAnswer WindowDialogs::finish(int result, const QString& chosen) {

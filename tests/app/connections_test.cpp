@@ -2,6 +2,7 @@
 #include "app/connections.h"
 
 #include "tests/app/window_fixture.h"
+#include "tests/fakes/active_window.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -138,7 +139,7 @@ TEST_F(Connections, ATypedFractionIsRounded) {
 
 TEST_F(Connections, EscapeInTheFieldRevertsIt) {
     open();
-    QApplication::setActiveWindow(&window);
+    test::activate(window);
     QLineEdit& field = *bar().textFieldEditAreaSize;
     field.setFocus();
     field.selectAll();
@@ -272,7 +273,7 @@ TEST_F(Connections, AButtonAndItsShortcutAreOneCommand) {
     dialogs.expectOpenPanel(cancelled());
     click(*window.contents().boxSelectImage->findChild<QToolButton*>(), {20, 20});
     dialogs.expectOpenPanel(cancelled());
-    QApplication::setActiveWindow(&window);
+    test::activate(window);
     QTest::keySequence(&window, QKeySequence::Open);
     EXPECT_EQ(dialogs.shown(), 2);
 }

@@ -2,11 +2,13 @@
 #include "app/alert_dialog.h"
 #include "app/file_panels.h"
 #include "app/window_dialogs.h"
+#include "tests/fakes/active_window.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -98,7 +100,7 @@ protected:
     void typeName(const char* text) {
         auto* name = panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_TRUE(name);
-        QApplication::setActiveWindow(&panel); // typing replaces a choice in the list only with the focus
+        test::activate(panel); // typing replaces a choice in the list only with the focus
         name->setFocus();
         name->selectAll();
         QTest::keyClicks(name, QString::fromLatin1(text));
@@ -278,6 +280,26 @@ TEST_F(RunningSavePanel, StaysOpenForTheNameOfAFolder) {
     typeName("inner");
     panel.accept();
     EXPECT_TRUE(panel.isVisible());
+}
+
+TEST(OpenPanelOfANewUser, BeginsInTheHomeFolderWithNoName) {
+    const TemporaryFolder home;
+    const QByteArray before = qgetenv("HOME");
+    qputenv("HOME", home.path().c_str());
+    WindowDialogs dialogs(nullptr, [] { return std::filesystem::path(); });
+    QString folder;
+    QString name = QStringLiteral("not looked at");
+    QTimer::singleShot(0, [&] {
+        auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        ASSERT_TRUE(panel);
+        folder = panel->directory().path();
+        name = panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
+        panel->reject();
+    });
+    dialogs.runOpenPanel({.allowedFileTypes = {"png"}});
+    qputenv("HOME", before);
+    EXPECT_EQ(folder.toStdString(), home.path());
+    EXPECT_EQ(name, QString());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "app/file_panels.h"
 #include "app/window_dialogs.h"
 #include "tests/app/window_fixture.h"
+#include "tests/fakes/active_window.h"
 #include "tests/fakes/temporary_folder.h"
 
 #include <QAbstractItemView>
@@ -54,7 +55,7 @@ protected:
     static void confirm(QDialog& panel) { panel.accept(); }
 
     static void typeName(QFileDialog& panel, const QString& name) {
-        QApplication::setActiveWindow(&panel); // typing replaces a choice in the list only with the focus
+        test::activate(panel); // typing replaces a choice in the list only with the focus
         auto* const field = panel.findChild<QLineEdit*>(u"fileNameEdit"_s);
         field->setFocus();
         field->setText(name);

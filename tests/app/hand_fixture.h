@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/app/window_fixture.h"
+#include "tests/fakes/active_window.h"
 
 #include <QApplication>
 #include <QTest>
@@ -13,7 +14,7 @@ namespace complexion {
 class Hand : public WindowTest {
 protected:
     Hand() {
-        QApplication::setActiveWindow(&window);
+        test::activate(window);
         open();
         photo().setFocus();
     }

@@ -2,6 +2,7 @@
 #include "app/connections.h"
 #include "app/look.h"
 #include "imaging/image_tools.h"
+#include "tests/fakes/active_window.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/manual_queues.h"
@@ -197,7 +198,7 @@ TEST(Readable, EveryPairOfColorsThatMeetIs) {
 
 TEST(Readable, TheFocusIsSeenOnEveryControl) {
     const ReadableWindow readable(desktops().at("light"), 1, 128);
-    QApplication::setActiveWindow(readable.window.get());
+    test::activate(*readable.window);
     QWidget* const photo = readable.window->rootView().imageView();
     photo->setFocus(Qt::OtherFocusReason);
     QApplication::processEvents();
