@@ -46,8 +46,8 @@ class Complexion:
             self.process = subprocess.Popen([self.program, *map(str, files)], stdout=log, stderr=log,
                                             env=environment)
         wait_until(lambda: self.is_showing("Photo"), "the window")
-        # The window manager gives the focus; keys typed before go nowhere.
-        wait_until(lambda: self._focused_process() == self.process.pid, "the window's focus")
+        # Keys typed before it has the focus go nowhere.
+        wait_until(self._takes_focus, "the window's focus")
         if files:
             self.wait_for_photo()
 
@@ -161,6 +161,17 @@ class Complexion:
             return int(output_of("xdotool", "getwindowfocus", "getwindowpid"))
         except (subprocess.CalledProcessError, ValueError):
             return None
+
+    def _takes_focus(self):
+        """Whether the window has the focus. Asks the window manager for it otherwise, which gives none to a window that
+        is there before it manages windows."""
+        if self._focused_process() == self.process.pid:
+            return True
+        try:
+            subprocess.run(["wmctrl", "-i", "-a", self.window()], check=True)
+        except subprocess.CalledProcessError:
+            pass  # it is not there yet, or not managed
+        return False
 
     # Acting.
 
