@@ -45,7 +45,7 @@ def own_settings():
 
 
 class NewSystem:
-    """A minimal system of a release, with this machine's /proc and /dev, in a folder that must not be there before.
+    """A minimal system of a release, with this machine's /proc and devices of its own, in a folder that must not be there before.
     `stack` unmounts what was mounted; the folder stays."""
 
     def __init__(self, stack, folder, release, *packages):
@@ -68,7 +68,7 @@ class NewSystem:
         for name in ("resolv.conf", "hosts"):
             run("cp", f"/etc/{name}", folder / "etc")
         self.mount(folder / "proc", "--bind", "/proc")
-        self.mount(folder / "dev", "--bind", "/dev")
+        self.mount(folder / "dev/shm", "-t", "tmpfs", "-o", "mode=1777", "tmpfs")
         self.mount(folder / "var/cache/apt/archives", "--bind", downloads)
         self.run("apt-get", "update")
 

@@ -46,10 +46,8 @@ JpegSegments splitJpeg(ByteView file) {
 }
 
 Bytes jpegSegment(std::uint8_t code, ByteView payload) {
-    Bytes segment;
+    Bytes segment = {kMarkerStart, code};
     segment.reserve(2 + kLengthLength + payload.size());
-    segment.push_back(kMarkerStart);
-    segment.push_back(code);
     appendNumber(segment, kLengthLength, ByteOrder::BigEndian, payload.size() + kLengthLength);
     append(segment, payload);
     return segment;
