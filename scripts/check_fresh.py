@@ -39,18 +39,16 @@ RUN_ON_A_DISPLAY = """
 """
 
 
-class Failed(Exception):
-    """A stage did not do what it should; its log says why."""
-
-
 class Stranger:
     """Calls commands in the clone, each with a log and a line that says how it went."""
 
     def __init__(self, system, release, folder):
         self.system, self.release, self.folder = system, release, folder
+        self.failed = False
 
     def call(self, title, user, language, *command):
-        """Calls a command as a user with a language; nothing of this machine's environment is seen there."""
+        """Calls a command as a user with a language; nothing of this machine's environment is seen there. Returns what
+        it printed."""
         log = self.folder / f"{re.sub(r'[^a-z]+', '-', title.lower()).strip('-')}.log"
         environment = ["env", "-i", f"PATH={ENVIRONMENT['PATH']}", f"LANG={language}", "TERM=dumb"]
         become = ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups"] if user != "root" else []
@@ -63,10 +61,11 @@ class Stranger:
                 stdin=subprocess.DEVNULL, stdout=out, stderr=subprocess.STDOUT, env=ENVIRONMENT).returncode
         how = "passed" if status == 0 else f"FAILED with {status}"
         print(f"fresh {self.release}: {title}, {user}, LANG={language}: {how}, {time.monotonic() - start:.0f} s", flush=True)
+        printed = log.read_text(errors="replace")
         if status != 0:
-            print(*log.read_text(errors="replace").splitlines()[-40:], sep="\n", file=sys.stderr)
-            raise Failed(title)
-        return log.read_text(errors="replace")
+            self.failed = True
+            print(*printed.splitlines()[-40:], sep="\n", file=sys.stderr)
+        return printed
 
 
 def prepare_user(system):
@@ -85,6 +84,7 @@ def keep(pictures, folder):
 
 
 def check(release):
+    """All stages in a system of that release; whether all have passed. The system of one that has not is kept."""
     folder = FRESH / release
     folder.mkdir(parents=True, exist_ok=True)
     with ExitStack() as stack:
@@ -93,7 +93,7 @@ def check(release):
         clone.parent.mkdir(parents=True)
         run("git", "clone", "--quiet", ROOT, clone)
         stranger = Stranger(system, release, folder)
-        print(*stranger.call("./run", "root", "C", "./run").splitlines(), sep="\n")
+        stranger.call("./run", "root", "C", "./run")
         keep(clone.glob("out/*.png"), folder)
 
         prepare_user(system)
@@ -102,7 +102,9 @@ def check(release):
         print(*re.findall(r"^\d+% tests passed.*$", tests, re.MULTILINE), sep="\n")
         stranger.call("./run on a display", USER, "de_DE.UTF-8", "bash", "-c", RUN_ON_A_DISPLAY)
         stranger.call("./package", USER, "de_DE.UTF-8", "./package")
-        package, = clone.glob("build/package/complexion_*.deb")
+        package = next(clone.glob("build/package/complexion_*.deb"), None)
+        if stranger.failed or package is None:
+            return False
         shutil.copy(package, folder)
     system.remove()
 
@@ -110,16 +112,11 @@ def check(release):
     (folder / "installed").mkdir(exist_ok=True)
     check_package.check(folder / package.name, release, folder / "installed")
     print(f"fresh {release}: the installed package: passed, {time.monotonic() - start:.0f} s", flush=True)
+    return True
 
 
 def main():
-    failed = []
-    for release in sys.argv[1:] or RELEASES:
-        try:
-            check(release)
-        except (Failed, SystemExit) as failure:
-            print(failure, file=sys.stderr)
-            failed.append(release)
+    failed = [release for release in sys.argv[1:] or RELEASES if not check(release)]
     sys.exit(f"fresh: failed on {', '.join(failed)}" if failed else 0)
 
 
