@@ -24,7 +24,7 @@ tests=(
     imagemagick libtiff-tools libjpeg-turbo-progs python3 python3-pil python3-numpy
 )
 check=(git clang-format-19 clang-tidy-19 valgrind)
-package=(dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
+package=(build-essential dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
 system=(debootstrap) # makes a new system to try the package in
 coverage=(gcovr)
 fuzz=(clang libclang-rt-dev)
