@@ -2,7 +2,7 @@
 #include "app/file_panels.h"
 
 #include "app/file_names.h"
-#include "imaging/fatal.h"
+#include "imaging/base/fatal.h"
 
 #include <QDir>
 #include <QFileInfo>
