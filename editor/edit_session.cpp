@@ -2,6 +2,7 @@
 #include "editor/edit_session.h"
 
 #include "imaging/base/fatal.h"
+#include "imaging/image_tools.h"
 
 #include <algorithm>
 #include <cctype>
@@ -22,17 +23,25 @@ std::optional<EditSession::Snapshot> EditSession::beginRepair(std::optional<std:
     return Snapshot{.image = m_image, .photo = m_photo, .settings = presentSettings()};
 }
 
-void EditSession::open(const Image& image, const std::filesystem::path& file) {
+void EditSession::open(const OpenedPhoto& photo, const std::filesystem::path& file) {
     path = file;
     name = file.stem().string();
     extension = file.extension().string();
     if (!extension.empty())
         extension.erase(0, 1); // the dot
-    install(image, /*isNewPhoto*/ true);
+    reload(photo);
 }
 
-void EditSession::reload(const Image& image) {
-    install(image, /*isNewPhoto*/ true);
+void EditSession::reload(const OpenedPhoto& photo) {
+    noteFile(photo);
+    install(photo.image, /*isNewPhoto*/ true);
+}
+
+void EditSession::noteFile(const OpenedPhoto& photo) {
+    damage = photo.damage;
+    m_formatByContent.clear();
+    if (std::ranges::find(ImageTools::kAcceptedTypes, stateFormat()) == ImageTools::kAcceptedTypes.end())
+        m_formatByContent = photo.extension;
 }
 
 void EditSession::setImage(const Image& image) {
@@ -68,7 +77,7 @@ std::uint64_t EditSession::photoNumber() const {
 }
 
 std::string EditSession::stateFormat() const {
-    std::string format = extension;
+    std::string format = m_formatByContent.empty() ? extension : m_formatByContent;
     std::ranges::transform(format, format.begin(),
                            [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return format;

@@ -5,6 +5,7 @@
 #include "editor/platform.h"
 #include "editor/state_history.h"
 #include "imaging/base/image.h"
+#include "imaging/photo_files.h"
 
 #include <atomic>
 #include <cstdint>
@@ -41,10 +42,10 @@ public:
 
     // The photo.
 
-    /// Makes `image`, which was decoded from the file at `file`, the photo.
-    void open(const Image& image, const std::filesystem::path& file);
-    /// Replaces the photo by `image`, which was decoded from the same file again.
-    void reload(const Image& image);
+    /// Makes `photo`, which was opened from the file at `file`, the one that is edited.
+    void open(const OpenedPhoto& photo, const std::filesystem::path& file);
+    /// Replaces the photo by `photo`, which was opened from the same file again.
+    void reload(const OpenedPhoto& photo);
 
     Image image() const;
     void setImage(const Image& image);
@@ -55,7 +56,10 @@ public:
     std::filesystem::path path; // of the photo; empty while none is open
     std::string name;           // file name without folder and extension
     std::string extension;      // as in the path, case kept
-    /// The format of the photo's states, as an extension in lower case.
+    /// What is wrong with the photo's file where parts of its picture are missing; nothing for a whole one.
+    std::optional<Error> damage;
+    /// The format of the photo's states and results, as an extension in lower case: what its name says, or
+    /// its content where that is none of the accepted types.
     std::string stateFormat() const;
 
     /// True while a repair is being computed.
@@ -85,8 +89,11 @@ public:
 
 private:
     void install(const Image& image, bool isNewPhoto);
+    void noteFile(const OpenedPhoto& photo);
     bool moveTo(std::int64_t state);
     EditSettings presentSettings() const; // the lock is held
+
+    std::string m_formatByContent; // empty where the photo's name says its format
 
     mutable std::mutex m_mutex;
     Image m_image;

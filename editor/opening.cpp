@@ -4,9 +4,6 @@
 #include "editor/outlet.h"
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
-#include "imaging/photo_files.h"
-
-#include <new>
 
 namespace complexion {
 
@@ -48,29 +45,24 @@ void ViewController::OpenFile(const std::filesystem::path& path) {
     loadImage(path);
 }
 
-std::optional<Image> ViewController::decodeSource(const std::filesystem::path& path) {
+Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path) {
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
-    std::optional<Image> image;
-    try {
-        image = openPhoto(path);
-    } catch (const std::bad_alloc&) {
-        image.reset();
-    }
+    Result<OpenedPhoto> photo = openPhoto(path);
     Q_EMIT longWorkEnded();
-    return image;
+    return photo;
 }
 
 void ViewController::loadImage(const std::filesystem::path& path) {
     // Decoded before the first step that changes anything.
-    const std::optional<Image> image = decodeSource(path);
-    if (!image) {
+    const Result<OpenedPhoto> photo = decodeSource(path);
+    if (!photo) {
         showLoadFailure();
         return;
     }
     reach(boxHint).hide();
     reach(boxHelp).hide();
     reach(comboEffect).setCurrentIndex(0);
-    m_session.open(*image, path);
+    m_session.open(*photo, path);
     ApplyEffectsOnPreview();
     ResetZoom();
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
@@ -84,13 +76,13 @@ void ViewController::OnResetImage(QObject*) {
             "Alerts", "All unsaved changes will be lost. Are you sure you want to reload the image?")) ==
             kSecondButton)
         return;
-    const std::optional<Image> image = decodeSource(originalImagePath);
-    if (!image) {
+    const Result<OpenedPhoto> photo = decodeSource(originalImagePath);
+    if (!photo) {
         showLoadFailure();
         return;
     }
     reach(comboEffect).setCurrentIndex(0);
-    m_session.reload(*image);
+    m_session.reload(*photo);
     ApplyEffectsOnPreview();
     BeginEditHistory();
 }

@@ -5,6 +5,7 @@
 #include "editor/platform.h"
 #include "editor/repair.h"
 #include "imaging/base/image.h"
+#include "imaging/photo_files.h"
 #include "view/box.h"
 #include "view/color_well.h"
 #include "view/custom_image_view.h"
@@ -212,6 +213,10 @@ public:
     bool canUndo() const;
     bool canRedo() const;
 
+    /// What is wrong with the open photo's file where parts of its picture are missing; nothing for a whole
+    /// one.
+    const std::optional<Error>& photoDamage() const { return m_session.damage; }
+
 Q_SIGNALS:
     /// Something that the controls' look or the window's title depends on has changed.
     void stateChanged();
@@ -232,8 +237,8 @@ private:
     void showLoadFailure();
     PointSize visibleArea() const;
 
-    /// The file at `path` decoded and at its actual size; nothing when it is no picture.
-    std::optional<Image> decodeSource(const std::filesystem::path& path);
+    /// The file at `path` decoded and at its actual size; an error when it is no picture.
+    Result<OpenedPhoto> decodeSource(const std::filesystem::path& path);
     /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no
     /// picture.
     void loadImage(const std::filesystem::path& path);

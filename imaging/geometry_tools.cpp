@@ -20,11 +20,11 @@ int pixelsFor(double points) {
 
 } // namespace
 
-std::optional<PointSize> actualSizeOf(ByteView file) {
+Result<PointSize> actualSizeOf(ByteView file) {
     const Codec* codec = codecForContent(file);
     const Result<std::vector<PixelSize>> pictures = codec->measure(file);
     if (!pictures)
-        return std::nullopt;
+        return pictures.error();
     PointSize size;
     for (const PixelSize picture : *pictures) {
         size.width = std::max(size.width, static_cast<double>(picture.width));
@@ -33,7 +33,7 @@ std::optional<PointSize> actualSizeOf(ByteView file) {
     // The longest sides of several pictures may make one that is larger than each.
     if (!pictures->empty() &&
         !isDecodableSize(static_cast<std::int64_t>(size.width), static_cast<std::int64_t>(size.height)))
-        return std::nullopt;
+        return Error{"the pictures' sides are too long together", ErrorKind::TooLarge};
     return size;
 }
 
@@ -47,7 +47,10 @@ std::optional<PointSize> ImageTools::ImageActualSize(const std::filesystem::path
     if (url.empty())
         fatal("the file to measure is not named");
     const Result<Bytes> file = readFile(url, isPictureFile);
-    return file ? actualSizeOf(*file) : std::nullopt;
+    if (!file)
+        return std::nullopt;
+    const Result<PointSize> size = actualSizeOf(*file);
+    return size ? std::optional(*size) : std::nullopt;
 }
 
 Image ImageTools::BringImageToActualSize(const Image& image, const std::filesystem::path& url) {

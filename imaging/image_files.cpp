@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/checked.h"
+#include "imaging/base/no_throw.h"
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_file_steps.h"
-
-#include <new>
 
 namespace complexion {
 
@@ -18,33 +17,39 @@ Image rasterOf(const Image& image) {
     return resampled(image, {static_cast<int>(width), static_cast<int>(height)});
 }
 
-std::optional<Image> decodedPicture(ByteView file) {
-    Result<Image> image = codecForContent(file)->decode(file);
-    return image ? std::optional(std::move(*image)) : std::nullopt;
+Result<DecodedPicture> decodedPicture(ByteView file) {
+    const Codec* codec = codecForContent(file);
+    if (!codec)
+        return Error{"a file of another kind", ErrorKind::NotAPicture};
+    return codec->read(file);
+}
+
+Result<FileContents> encodedPicture(const Image& image, std::string_view format, Orientation orientation) {
+    const Image raster = rasterOf(image);
+    const Codec* codec = codecForExtension(format);
+    if (!codec)
+        return Error{"a file type that is not known", ErrorKind::CannotWrite};
+    return codec->encodeTurned(raster, orientation);
+}
+
+bool countsAsSaved(const Error& error) {
+    return error.kind == ErrorKind::FormatCannotHold;
 }
 
 std::optional<Image> ImageTools::DecodeImage(const std::filesystem::path& path) {
-    try {
+    Result<DecodedPicture> picture = withoutThrowing([&]() -> Result<DecodedPicture> {
         const Result<Bytes> file = readFile(path, isPictureFile);
-        return file ? decodedPicture(*file) : std::nullopt;
-    } catch (const std::bad_alloc&) {
-        return std::nullopt;
-    }
+        return file ? decodedPicture(*file) : file.error();
+    });
+    return picture ? std::optional(std::move(picture->image)) : std::nullopt;
 }
 
 bool ImageTools::SaveImage(const Image& image, const std::filesystem::path& path, std::string_view format) {
-    const Codec* codec = codecForExtension(format);
-    try {
-        const Image raster = rasterOf(image);
-        if (!codec)
-            return false;
-        const Result<FileContents> file = codec->encode(raster);
-        // A format that cannot hold the picture gives no file, and that counts as success: whoever needs the
-        // file looks for it.
-        return !file || writeFileAtomically(path, *file);
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
+    const Result<Done> written = withoutThrowing([&]() -> Result<Done> {
+        const Result<FileContents> file = encodedPicture(image, format);
+        return file ? writeFileAtomically(path, *file) : file.error();
+    });
+    return written || countsAsSaved(written.error());
 }
 
 } // namespace complexion

@@ -24,7 +24,13 @@ Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view fo
 }
 
 void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
-    if (!setCreationDate(path, date))
+    // The file is complete by now: nothing that goes wrong here makes it less so.
+    const Result<Done> carried = withoutThrowing([&]() -> Result<Done> {
+        if (setCreationDate(path, date))
+            return Done();
+        return Error{"no place for a creation date", ErrorKind::CannotWrite};
+    });
+    if (!carried)
         std::cout << "ERROR\n" << std::flush;
 }
 
@@ -38,7 +44,7 @@ void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
         return;
     const CreationDate date = ImageCreationDate(originalImagePath);
     const Result<FileContents> result = withMetadataOf(*source, *written, picture);
-    if (!result || !writeFileAtomically(croppedImagePath, *result))
+    if (!result || !writeFileAtomically(croppedImagePath, *result, readersOf(originalImagePath)))
         return;
     carryCreationDate(croppedImagePath, date);
 }

@@ -3,10 +3,9 @@
 
 #include "imaging/base/files.h"
 #include "imaging/base/image.h"
-#include "imaging/base/orientation.h"
+#include "imaging/codecs/decoded_picture.h"
 #include "imaging/metadata/creation_date.h"
 
-#include <optional>
 #include <string_view>
 
 namespace complexion {
@@ -20,12 +19,21 @@ Result<Bytes> readPicture(const std::filesystem::path& path);
 /// `format`.
 Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format);
 
-/// The first picture of a file of one of the formats; nothing when it cannot be decoded.
-std::optional<Image> decodedPicture(ByteView file);
+/// The first picture of a file, whatever it is.
+Result<DecodedPicture> decodedPicture(ByteView file);
 
-/// The largest width and the largest height in pixels of all pictures in a file of one of the formats;
-/// nothing when it cannot be decoded, or when a picture of that size could not.
-std::optional<PointSize> actualSizeOf(ByteView file);
+/// The file of the type that `format` names, as SaveImage writes it, turned to be stored with `orientation`.
+/// Fatal as rasterOf; may throw when memory is lacking.
+Result<FileContents> encodedPicture(const Image& image, std::string_view format,
+                                    Orientation orientation = Orientation::TopLeft);
+
+/// Whether a save that ended in `error` is reported as done: a format that cannot hold the picture gives no
+/// file, and whoever needs the file looks for it.
+bool countsAsSaved(const Error& error);
+
+/// The largest width and the largest height in pixels of all pictures in a file of one of the formats; an
+/// error when it cannot be decoded, or when a picture of that size could not.
+Result<PointSize> actualSizeOf(ByteView file);
 
 /// The image drawn at `size`, one point per pixel: the very image when its size in points is that already.
 Image atActualSize(const Image& image, PointSize size);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/photo_files.h"
 
+#include "imaging/base/no_throw.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
@@ -10,8 +11,6 @@
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
 
-#include <new>
-
 namespace complexion {
 
 namespace {
@@ -19,50 +18,59 @@ namespace {
 /// The longer side of the picture that thumbnails are made from, in pixels: some times theirs.
 constexpr int kThumbnailSource = 1024;
 
+/// Writes `file`, the coded image, with the metadata of `photo`; without where it cannot be had.
+Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::path& path,
+                               const Result<Bytes>& photo, const Image& picture,
+                               const std::filesystem::path& source) {
+    const CreationDate date = ImageTools::ImageCreationDate(source);
+    const std::optional<Readers> readers = readersOf(source);
+    const Result<FileContents> whole =
+        photo ? withMetadataOf(*photo, file, picture) : Result<FileContents>(photo.error());
+    if (!whole && whole.error().kind == ErrorKind::OutOfMemory)
+        return whole.error();
+    if (!whole || !writeFileAtomically(path, *whole, readers))
+        return writeFileAtomically(path, file, readers);
+    carryCreationDate(path, date);
+    return Done();
+}
+
 } // namespace
 
-std::optional<Image> openPhoto(const std::filesystem::path& path) {
-    std::optional<Image> image;
-    std::optional<PointSize> size;
-    try {
+Result<OpenedPhoto> openPhoto(const std::filesystem::path& path) {
+    return withoutThrowing([&]() -> Result<OpenedPhoto> {
         const Result<Bytes> file = readFile(path, isPictureFile);
         if (!file)
-            return std::nullopt;
-        if (Result<Image> opened = decodedForEditing(*file))
-            image = std::move(*opened);
-        size = actualSizeOf(*file);
-    } catch (const std::bad_alloc&) {
-        return std::nullopt;
-    }
-    return image && size ? std::optional(atActualSize(*image, *size)) : std::nullopt;
+            return file.error();
+        Result<DecodedPicture> picture = decodedForEditing(*file);
+        if (!picture)
+            return picture.error();
+        const Result<PointSize> size = actualSizeOf(*file);
+        if (!size)
+            return size.error();
+        return OpenedPhoto{.image = atActualSize(picture->image, *size),
+                           .extension = codecForContent(*file)->extension,
+                           .damage = std::move(picture->damage)};
+    });
 }
 
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
                const std::filesystem::path& source) {
-    const Codec* codec = codecForExtension(format);
-    try {
+    const Result<Done> saved = withoutThrowing([&]() -> Result<Done> {
         const Result<Bytes> photo = readPicture(source);
+        if (!photo && photo.error().kind == ErrorKind::OutOfMemory)
+            return photo.error();
         const Orientation orientation = carriedOrientationOf(photo, format);
-        const Image raster = rasterOf(image);
-        if (!codec)
-            return false;
-        const Result<FileContents> file = codec->encodeTurned(raster, orientation);
+        const Result<FileContents> file = encodedPicture(image, format, orientation);
+        if (!file && !countsAsSaved(file.error()))
+            return file.error();
         const Image picture = turnedForStorage(halvedTo(image, kThumbnailSource), orientation);
-        if (!file) {
-            // That counts as saved, and whatever stands there is given the metadata.
-            ImageTools::ChangeImageExif(source, path, picture);
-            return true;
-        }
-        const CreationDate date = ImageTools::ImageCreationDate(source);
-        const Result<FileContents> whole =
-            photo ? withMetadataOf(*photo, *file, picture) : Result<FileContents>(photo.error());
-        if (!whole || !writeFileAtomically(path, *whole))
-            return writeFileAtomically(path, *file);
-        carryCreationDate(path, date);
-        return true;
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
+        if (file)
+            return writeWithMetadata(*file, path, photo, picture, source);
+        // Whatever stands there is given the metadata.
+        ImageTools::ChangeImageExif(source, path, picture);
+        return file.error();
+    });
+    return saved || countsAsSaved(saved.error());
 }
 
 } // namespace complexion

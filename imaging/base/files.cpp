@@ -1,18 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/files.h"
 
+#include "imaging/base/no_throw.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <cstring>
 #include <numeric>
 #include <random>
 #include <string>
+#include <utility>
 
 namespace complexion {
 
@@ -42,8 +47,8 @@ private:
     int m_fd;
 };
 
-Error systemError() {
-    return Error{std::strerror(errno)};
+Error systemError(ErrorKind kind) {
+    return Error{std::strerror(errno), errno == ENOMEM ? ErrorKind::OutOfMemory : kind};
 }
 
 /// All parts, in few calls: each call costs about as much as the copying of 100 KB.
@@ -93,6 +98,19 @@ mode_t usualFileMode() {
     return 0666 & ~mask;
 }
 
+/// The permissions of a new file of `group` whose readers must all be among `readers`.
+mode_t modeFor(const Readers& readers, gid_t group) {
+    // To a new file of another group, each of the two classes may have members of both of the old one.
+    const bool both = readers.everybodyInGroup && readers.allOthers;
+    const bool isSameGroup = readers.group == group;
+    mode_t mode = S_IRWXU;
+    if (isSameGroup ? readers.everybodyInGroup : both)
+        mode |= S_IRWXG;
+    if (isSameGroup ? readers.allOthers : both)
+        mode |= S_IRWXO;
+    return mode;
+}
+
 std::filesystem::path folderOf(const std::filesystem::path& path) {
     return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
 }
@@ -115,14 +133,14 @@ public:
     }
     explicit operator bool() const { return static_cast<bool>(m_file); }
 
-    bool write(const FileContents& contents) {
+    bool write(const FileContents& contents, const std::optional<Readers>& readers) {
         if (contents.size() > 0) {
             // Reserving the space first is faster and finds a full disk early; not every file system can.
             const int reserved = ::posix_fallocate(m_file.get(), 0, static_cast<off_t>(contents.size()));
             if (reserved == ENOSPC || reserved == EFBIG)
                 return false;
         }
-        return writeAll(m_file.get(), contents) && ::fchmod(m_file.get(), usualFileMode()) == 0;
+        return writeAll(m_file.get(), contents) && setMode(readers);
     }
 
     bool moveTo(const std::filesystem::path& path) {
@@ -146,6 +164,16 @@ private:
         return ::access(kOpenFiles, F_OK) == 0
                    ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR)
                    : -1;
+    }
+
+    bool setMode(const std::optional<Readers>& readers) {
+        mode_t mode = usualFileMode();
+        struct stat status = {};
+        if (readers && ::fstat(m_file.get(), &status) != 0)
+            return false;
+        if (readers)
+            mode &= modeFor(*readers, status.st_gid);
+        return ::fchmod(m_file.get(), mode) == 0;
     }
 
     /// A link cannot replace a file, so that even a file without a name needs one before it is moved.
@@ -186,38 +214,95 @@ Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteV
     // Without O_NONBLOCK the opening of a named pipe would wait for a writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file)
-        return systemError();
+        return systemError(ErrorKind::CannotRead);
     struct stat status = {};
     if (::fstat(file.get(), &status) != 0)
-        return systemError();
+        return systemError(ErrorKind::CannotRead);
     if (!S_ISREG(status.st_mode))
-        return Error{"not a regular file"};
+        return Error{"not a regular file", ErrorKind::CannotRead};
     if (status.st_size > kLongestFile)
-        return Error{"a file of impossible length"};
+        return Error{"a file of impossible length", ErrorKind::TooLarge};
     const auto length = static_cast<std::size_t>(status.st_size);
     Bytes bytes(isWanted ? std::min(length, kTellingBytes) : length);
     if (!readOn(file.get(), bytes, 0))
-        return systemError();
+        return systemError(ErrorKind::CannotRead);
     if (!isWanted)
         return bytes;
     if (!isWanted(bytes))
-        return Error{"a file of another kind"};
+        return Error{"a file of another kind", ErrorKind::NotAPicture};
     const std::size_t start = bytes.size();
     bytes.resize(length);
     if (!readOn(file.get(), bytes, start))
-        return systemError();
+        return systemError(ErrorKind::CannotRead);
     return bytes;
 }
 
-bool writeFileAtomically(const std::filesystem::path& path, const FileContents& contents) {
-    NewFile file(folderOf(path));
-    return file && file.write(contents) && file.moveTo(path);
+std::optional<Readers> readersOf(const std::filesystem::path& path) {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0)
+        return std::nullopt;
+    const bool hasList = ::getxattr(path.c_str(), "system.posix_acl_access", nullptr, 0) > 0;
+    return Readers{.everybodyInGroup = (status.st_mode & S_IRGRP) != 0,
+                   .allOthers = (status.st_mode & S_IROTH) != 0,
+                   .group = hasList ? std::nullopt : std::optional(status.st_gid)};
+}
+
+Result<Done> writeFileAtomically(const std::filesystem::path& path, const FileContents& contents,
+                                 const std::optional<Readers>& readers) {
+    return withoutThrowing([&]() -> Result<Done> {
+        NewFile file(folderOf(path));
+        if (!file || !file.write(contents, readers) || !file.moveTo(path))
+            return systemError(ErrorKind::CannotWrite);
+        return Done();
+    });
 }
 
 bool flushToDisk(const std::filesystem::path& path) {
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file || ::fsync(file.get()) != 0)
+        return false;
     const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY));
-    return file && folder && ::fsync(file.get()) == 0 && ::fsync(folder.get()) == 0;
+    if (folder)
+        return ::fsync(folder.get()) == 0;
+    // A folder that may be written and not read cannot be opened: the whole file system then.
+    return errno == EACCES && ::syncfs(file.get()) == 0;
+}
+
+bool moveWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS)
+        return false;
+    // The file system cannot do that in one step: an empty file takes the name first.
+    const Descriptor place(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!place)
+        return false;
+    if (::rename(from.c_str(), to.c_str()) == 0)
+        return true;
+    const int error = errno;
+    ::unlink(to.c_str());
+    errno = error;
+    return false;
+}
+
+std::filesystem::path nameWithSuffix(const std::filesystem::path& name, const std::string& suffix,
+                                     const std::filesystem::path& folder, std::size_t spare) {
+    constexpr std::size_t kUsualMaxName = 255;
+    constexpr std::size_t kMaxExtension = 32; // a longer one is no extension but a name with a dot in it
+    const long told = ::pathconf(folder.c_str(), _PC_NAME_MAX);
+    const std::size_t longest = told > 0 ? static_cast<std::size_t>(told) : kUsualMaxName;
+    std::string extension = name.extension().string();
+    std::string stem = name.stem().string();
+    if (extension.size() > kMaxExtension)
+        stem += std::exchange(extension, {});
+    const std::size_t taken = suffix.size() + extension.size() + spare;
+    const auto continuesSequence = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xc0) == 0x80;
+    };
+    std::size_t length = std::min(stem.size(), longest - std::min(longest, taken));
+    while (length > 0 && length < stem.size() && continuesSequence(stem[length]))
+        --length;
+    return stem.substr(0, length) + suffix + extension;
 }
 
 HeldFile::HeldFile(const std::filesystem::path& path)

@@ -7,10 +7,25 @@
 
 namespace complexion {
 
-/// Why an operation on a file or a picture gave no value, in words for a log line.
+/// What kind of failure an Error is, for those who decide by it.
+enum class ErrorKind {
+    Damaged,          // the file's content does not decode; what an error is unless it says otherwise
+    NotAPicture,      // the file is of none of the formats
+    TooLarge,         // the file or the picture exceeds what is accepted
+    OutOfMemory,      // memory, or another resource of the process, is lacking
+    CannotRead,       // the system does not give the file
+    CannotWrite,      // the system does not take the file
+    FormatCannotHold, // the format has no way to store the picture
+};
+
+/// Why an operation on a file or a picture gave no value; the message is for a log line.
 struct Error {
     std::string message;
+    ErrorKind kind = ErrorKind::Damaged;
 };
+
+/// The value of an operation that has no other result than its success.
+struct Done {};
 
 /// A value, or the error that stands in its place.
 template <class T>

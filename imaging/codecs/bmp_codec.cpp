@@ -7,10 +7,10 @@ namespace complexion {
 
 const Codec kBmpCodec = {
     .name = "BMP",
+    .extension = "bmp",
     .container = Container::Bmp,
-    .recognizes = isBmp,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureBmp(file); }); },
-    .decode = [](ByteView file) { return withoutThrowing([&] { return decodeBmp(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return decodeBmp(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
             return withoutThrowing([&] { return encodeBmp(turnedForStorage(upright, orientation)); });

@@ -7,9 +7,8 @@ namespace complexion {
 
 // The operations of kBmpCodec, which may throw when memory is lacking.
 
-bool isBmp(ByteView file);
 Result<std::vector<PixelSize>> measureBmp(ByteView file);
-Result<Image> decodeBmp(ByteView file);
+Result<DecodedPicture> decodeBmp(ByteView file);
 Result<FileContents> encodeBmp(const Image& image);
 
 } // namespace complexion

@@ -13,6 +13,7 @@ namespace {
 
 using bmp::Compression;
 using bmp::Header;
+using bmp::RowsFound;
 using little_endian::read16;
 using little_endian::read32;
 
@@ -88,8 +89,8 @@ private:
     std::array<Field, 4> m_fields;
 };
 
-/// Decodes the rows that are whole in the file. False when not one is.
-bool decodeRows(ByteView pixels, const Header& header, ImageBuilder& builder) {
+/// Decodes the rows that are whole in the file.
+RowsFound decodeRows(ByteView pixels, const Header& header, ImageBuilder& builder) {
     const std::size_t rowBytes = header.rowBytes();
     const auto height = static_cast<std::size_t>(header.size.height);
     // The last row's padding may be missing.
@@ -110,7 +111,9 @@ bool decodeRows(ByteView pixels, const Header& header, ImageBuilder& builder) {
             builder.setRows(y, 1, row.data());
         }
     });
-    return whole > 0;
+    if (whole == 0)
+        return RowsFound::None;
+    return whole < height ? RowsFound::Some : RowsFound::All;
 }
 
 /// The codec of a whole file of another format that stands in the pixels' place; null for pixels.
@@ -131,13 +134,6 @@ Image atDensity(const Image& image, const Header& header) {
 
 } // namespace
 
-bool isBmp(ByteView file) {
-    // Two letters are little; the high bytes of the picture header's size must be zero.
-    return file.size() > bmp::kFileHeaderSize + 4 && file[0] == 'B' && file[1] == 'M' &&
-           read32(file, bmp::kFileHeaderSize) >= bmp::kCoreHeaderSize &&
-           read32(file, bmp::kFileHeaderSize) < 0x10000;
-}
-
 Result<std::vector<PixelSize>> measureBmp(ByteView file) {
     const Result<Header> header = bmp::readHeader(file);
     if (!header)
@@ -147,21 +143,25 @@ Result<std::vector<PixelSize>> measureBmp(ByteView file) {
     return std::vector{header->size};
 }
 
-Result<Image> decodeBmp(ByteView file) {
+Result<DecodedPicture> decodeBmp(ByteView file) {
     const Result<Header> header = bmp::readHeader(file);
     if (!header)
         return header.error();
     const ByteView pixels = file.subspan(header->pixelsAt);
     if (const Codec* codec = embeddedCodec(*header)) {
-        const Result<Image> image = codec->decode(pixels);
-        return image ? Result<Image>(atDensity(*image, *header)) : image;
+        Result<DecodedPicture> picture = codec->read(pixels);
+        if (picture)
+            picture->image = atDensity(picture->image, *header);
+        return picture;
     }
     ImageBuilder builder(header->size);
-    const bool any = isRunLengthCoded(*header) ? bmp::decodeRuns(pixels, *header, builder)
-                                               : decodeRows(pixels, *header, builder);
-    if (!any)
-        return Error{"BMP file ends before its pixels"};
-    return atDensity(builder.finish().withProfile(header->profile), *header);
+    const RowsFound rows = isRunLengthCoded(*header) ? bmp::decodeRuns(pixels, *header, builder)
+                                                     : decodeRows(pixels, *header, builder);
+    const Error cut{"BMP file ends before its pixels"};
+    if (rows == RowsFound::None)
+        return cut;
+    return DecodedPicture{atDensity(builder.finish().withProfile(header->profile), *header),
+                          rows == RowsFound::Some ? std::optional(cut) : std::nullopt};
 }
 
 } // namespace complexion

@@ -90,11 +90,11 @@ Bytes headers(PixelSize size, std::uint32_t pixelBytes, std::uint32_t profileByt
 
 Result<FileContents> encodeBmp(const Image& image) {
     if (!image.hasPixels())
-        return Error{"a BMP file needs pixels"};
+        return Error{"a BMP file needs pixels", ErrorKind::FormatCannotHold};
     const auto pixelBytes = static_cast<std::uint64_t>(image.pixelSize().area()) * 4;
     const auto icc = image.profile().icc();
     if (kHeadersSize + pixelBytes + icc.size() > std::numeric_limits<std::uint32_t>::max())
-        return Error{"the picture is too large for a BMP file"};
+        return Error{"the picture is too large for a BMP file", ErrorKind::FormatCannotHold};
 
     const int count = image.bandCount();
     FileContents contents;

@@ -35,15 +35,18 @@ public:
           m_background(header.palette[0]),
           m_row(static_cast<std::size_t>(header.size.width), m_background) {}
 
-    bool run() {
+    RowsFound run() {
         const bool complete = decode();
+        const bool lacksPixels = !complete && (m_y + 1 < m_header.size.height || m_x < m_header.size.width);
         // After the code's end marker the rest is background; a file that was cut ends with the row begun.
         if (complete)
             while (m_y < m_header.size.height)
                 finishRow();
         else if (m_x > 0 && m_y < m_header.size.height)
             finishRow();
-        return m_y > 0;
+        if (m_y == 0)
+            return RowsFound::None;
+        return lacksPixels ? RowsFound::Some : RowsFound::All;
     }
 
 private:
@@ -144,7 +147,7 @@ private:
 
 } // namespace
 
-bool decodeRuns(ByteView code, const Header& header, ImageBuilder& builder) {
+RowsFound decodeRuns(ByteView code, const Header& header, ImageBuilder& builder) {
     return RunDecoder(code, header, builder).run();
 }
 

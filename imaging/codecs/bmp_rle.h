@@ -6,9 +6,11 @@
 
 namespace complexion::bmp {
 
+/// How much of a picture a file holds.
+enum class RowsFound { None, Some, All };
+
 /// Decodes run-length coded pixels (4, 8 or 24 bits) into `builder`. Pixels that the code leaves out have the
-/// palette's first colour; rows below the point where the file ends stay unset. False when not one row is
-/// there.
-bool decodeRuns(ByteView code, const Header& header, ImageBuilder& builder);
+/// palette's first colour; rows below the point where the file ends stay unset.
+RowsFound decodeRuns(ByteView code, const Header& header, ImageBuilder& builder);
 
 } // namespace complexion::bmp

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -36,10 +37,15 @@ std::span<const Codec* const> codecs() {
 }
 
 const Codec* codecForContent(ByteView file) {
-    for (const Codec* codec : kCodecs)
-        if (codec->recognizes(file))
-            return codec;
-    return nullptr;
+    const std::optional<Container> container = containerOf(file);
+    const auto found = std::ranges::find_if(
+        kCodecs, [container](const Codec* codec) { return codec->container == container; });
+    return found == kCodecs.end() ? nullptr : *found;
+}
+
+Result<Image> Codec::decode(ByteView file) const {
+    Result<DecodedPicture> picture = read(file);
+    return picture ? Result<Image>(std::move(picture->image)) : picture.error();
 }
 
 const Codec* codecForExtension(std::string_view extension) {

@@ -5,6 +5,7 @@
 #include "imaging/base/image.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
+#include "imaging/codecs/decoded_picture.h"
 #include "imaging/containers/container.h"
 
 #include <span>
@@ -13,17 +14,17 @@
 
 namespace complexion {
 
-/// One file format: how it is recognised, measured, read and written. Each format has one instance, in the
-/// table of `codecs()`. No operation throws; files and pictures are never trusted.
+/// One file format: how it is measured, read and written. Each format has one instance, in the table of
+/// `codecs()`. No operation throws; files and pictures are never trusted.
 struct Codec {
     /// The format's name, for messages and tests.
     std::string_view name;
 
-    /// The same format, as metadata knows it.
-    Container container;
+    /// The file-name extension that files of this format get where nothing else decides.
+    std::string_view extension;
 
-    /// Whether a file that starts with these bytes is of this format.
-    bool (*recognizes)(ByteView file);
+    /// What its files are recognised as.
+    Container container;
 
     /// The size in pixels of every picture (page, frame) in the file, upright, in the file's order, from its
     /// headers; an error when the file is not of this format.
@@ -31,7 +32,9 @@ struct Codec {
 
     /// The file's first picture, upright, in its own RGB space (grey, CMYK and deeper sources are converted);
     /// its size in points follows the density that the file states, 72 pixels per inch where it states none.
-    Result<Image> (*decode)(ByteView file);
+    Result<DecodedPicture> (*read)(ByteView file);
+    /// Its image alone.
+    Result<Image> decode(ByteView file) const;
 
     /// The image as a file of this format with one pixel per pixel, turned to be stored with `orientation`
     /// (which the file does not state), no metadata but the colour profile, and a density of 72 pixels per

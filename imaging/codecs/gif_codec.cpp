@@ -7,10 +7,10 @@ namespace complexion {
 
 const Codec kGifCodec = {
     .name = "GIF",
+    .extension = "gif",
     .container = Container::Gif,
-    .recognizes = isGif,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureGif(file); }); },
-    .decode = [](ByteView file) { return withoutThrowing([&] { return decodeGif(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return decodeGif(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
             return withoutThrowing([&] { return encodeGif(turnedForStorage(upright, orientation)); });

@@ -7,9 +7,8 @@ namespace complexion {
 
 // The operations of kGifCodec, which may throw when memory is lacking.
 
-bool isGif(ByteView file);
 Result<std::vector<PixelSize>> measureGif(ByteView file);
-Result<Image> decodeGif(ByteView file);
+Result<DecodedPicture> decodeGif(ByteView file);
 Result<FileContents> encodeGif(const Image& image);
 
 } // namespace complexion

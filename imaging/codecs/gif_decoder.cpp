@@ -142,9 +142,9 @@ std::vector<int> rowOrder(int height, bool interlaced) {
     return order;
 }
 
-/// Decodes the frame that `gif` stands at into its place on the canvas. False when not one row can be
-/// decoded.
-bool decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canvas, ImageBuilder& builder) {
+/// Decodes the frame that `gif` stands at into its place on the canvas. The number of rows that could be
+/// decoded, in the file's order.
+int decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canvas, ImageBuilder& builder) {
     const GifImageDesc& frame = gif->Image;
     const std::array<RGBA32, 256> palette = paletteOf(gif, transparent);
     const PixelRect shown = PixelRect{frame.Left, frame.Top, frame.Width, frame.Height}.intersected(
@@ -152,12 +152,12 @@ bool decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canv
     std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
     std::vector<RGBA32> row(static_cast<std::size_t>(canvas.width));
     GifLzwDecoder decoder(gif, codeSize);
-    bool any = false;
+    int decoded = 0;
     for (const int y : rowOrder(frame.Height, frame.Interlace)) {
         // A damaged row is left out together with all that come after it.
         if (!decoder.read(indices))
             break;
-        any = true;
+        ++decoded;
         const int target = frame.Top + y;
         if (target >= canvas.height)
             continue;
@@ -166,18 +166,13 @@ bool decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canv
                 palette[indices[static_cast<std::size_t>(x)]];
         builder.setRows(target, 1, row.data());
     }
-    return any;
+    return decoded;
 }
 
 } // namespace
 
-bool isGif(ByteView file) {
-    return file.size() >= GIF_STAMP_LEN && (std::memcmp(file.data(), GIF87_STAMP, GIF_STAMP_LEN) == 0 ||
-                                            std::memcmp(file.data(), GIF89_STAMP, GIF_STAMP_LEN) == 0);
-}
-
 Result<std::vector<PixelSize>> measureGif(ByteView file) {
-    if (!isGif(file) || file.size() < kGifHeaderLength)
+    if (containerOf(file) != Container::Gif || file.size() < kGifHeaderLength)
         return Error{"not a GIF file"};
     PixelSize canvas{read16(file, 6), read16(file, 8)};
     std::vector<PixelSize> sizes;
@@ -192,8 +187,8 @@ Result<std::vector<PixelSize>> measureGif(ByteView file) {
     return sizes;
 }
 
-Result<Image> decodeGif(ByteView file) {
-    if (!isGif(file))
+Result<DecodedPicture> decodeGif(ByteView file) {
+    if (containerOf(file) != Container::Gif)
         return Error{"not a GIF file"};
     Source source{file, firstCodeSize(file)};
     int error = 0;
@@ -207,12 +202,15 @@ Result<Image> decodeGif(ByteView file) {
     const PixelSize canvas =
         canvasSize({gif->SWidth, gif->SHeight}, {frame.Left, frame.Top, frame.Width, frame.Height});
     if (!isPlausibleArea(canvas.width, canvas.height, file.size(), kMostPixelsPerByte))
-        return Error{"GIF picture of an impossible size"};
+        return Error{"GIF picture of an impossible size", ErrorKind::TooLarge};
     ImageBuilder builder(canvas);
     const int codeSize = source.codeSize ? *source.codeSize : 0;
-    if (!decodeFrame(gif.get(), *transparent, codeSize, canvas, builder))
-        return Error{"GIF file ends before its pixels"};
-    return builder.finish().withProfile(ColorProfile::fromIcc(profileOfGif(file)));
+    const int rows = decodeFrame(gif.get(), *transparent, codeSize, canvas, builder);
+    const Error cut{"GIF file ends before its pixels"};
+    if (rows == 0)
+        return cut;
+    return DecodedPicture{builder.finish().withProfile(ColorProfile::fromIcc(profileOfGif(file))),
+                          rows < frame.Height ? std::optional(cut) : std::nullopt};
 }
 
 } // namespace complexion

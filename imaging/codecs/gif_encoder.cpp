@@ -44,13 +44,13 @@ int appendToBytes(void* bytes, const std::uint8_t* data, const std::size_t count
 Result<FileContents> encodeGif(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels() || size.width > kLongestSide || size.height > kLongestSide)
-        return Error{"a GIF file cannot hold a picture of this size"};
+        return Error{"a GIF file cannot hold a picture of this size", ErrorKind::FormatCannotHold};
     const auto remembered = rememberedIndexedImage(image);
     if (!remembered)
         return remembered.error();
     const IndexedImage* indexed = remembered->get();
     if (!isThereMemoryFor(size))
-        return Error{"there is not enough memory to write the GIF file"};
+        return Error{"there is not enough memory to write the GIF file", ErrorKind::OutOfMemory};
 
     std::vector<std::uint8_t> palette;
     for (const RGBA32 color : indexed->palette)
@@ -68,7 +68,7 @@ Result<FileContents> encodeGif(const Image& image) {
     file.pContext = &bytes;
     CGIF* gif = cgif_newgif(&file);
     if (!gif)
-        return Error{"the GIF file cannot be begun"};
+        return Error{"the GIF file cannot be begun", ErrorKind::OutOfMemory};
     CGIF_FrameConfig frame = {};
     frame.attrFlags = indexed->hasTransparency ? CGIF_FRAME_ATTR_HAS_ALPHA : 0;
     frame.transIndex = 0;
@@ -76,7 +76,7 @@ Result<FileContents> encodeGif(const Image& image) {
     const bool added = cgif_addframe(gif, &frame) == CGIF_OK;
     const bool closed = cgif_close(gif) == CGIF_OK;
     if (!added || !closed)
-        return Error{"the GIF file cannot be finished"};
+        return Error{"the GIF file cannot be finished", ErrorKind::OutOfMemory};
     if (!image.profile().isSrgb())
         return withGifProfile(image.profile().icc(), bytes);
     FileContents contents;

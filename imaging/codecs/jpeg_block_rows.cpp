@@ -54,8 +54,9 @@ Bytes headersWithHeight(ByteView headers, int height) {
     return bytes;
 }
 
-/// Decodes the rows from `firstRow` on; false when anything is unusual.
-bool decodePart(const Bytes& headers, ByteView rest, PixelSize size, int firstRow, ImageBuilder& builder) {
+/// Decodes the rows from `firstRow` on; false when anything is unusual. Notes whether pixels are missing.
+bool decodePart(const Bytes& headers, ByteView rest, PixelSize size, int firstRow, ImageBuilder& builder,
+                std::atomic<bool>& isDamaged) {
     JpegDecompressor decompressor(headers, rest);
     if (!decompressor.readHeader() || decompressor.size() != size || !decompressor.hasBlockRowsApart() ||
         !decompressor.start())
@@ -70,12 +71,14 @@ bool decodePart(const Bytes& headers, ByteView rest, PixelSize size, int firstRo
             return false;
         builder.setRows(firstRow + y, count, rows.pixels.get());
     }
+    if (decompressor.damage())
+        isDamaged = true;
     return true;
 }
 
 } // namespace
 
-std::optional<Image> decodeBlockRowsApart(const JpegDecompressor& header, ByteView file) {
+std::optional<DecodedPicture> decodeBlockRowsApart(const JpegDecompressor& header, ByteView file) {
     const PixelSize size = header.size();
     if (!header.hasBlockRowsApart() || size.height <= kRowsOfPart)
         return std::nullopt;
@@ -90,6 +93,7 @@ std::optional<Image> decodeBlockRowsApart(const JpegDecompressor& header, ByteVi
     const ByteView headers = file.first(file.size() - scan.size());
     ImageBuilder builder(size);
     std::atomic<bool> isDone = true;
+    std::atomic<bool> isDamaged = false;
     parallelFor((size.height + kRowsOfPart - 1) / kRowsOfPart, [&](int part) {
         const int y = part * kRowsOfPart;
         const int height = std::min(kRowsOfPart, size.height - y);
@@ -98,10 +102,13 @@ std::optional<Image> decodeBlockRowsApart(const JpegDecompressor& header, ByteVi
         const ByteView rest(first, file.data() + file.size());
         const Bytes headersOfPart = headersWithHeight(headers, height);
         if (!isDone || headersOfPart.empty() ||
-            !decodePart(headersOfPart, rest, {size.width, height}, y, builder))
+            !decodePart(headersOfPart, rest, {size.width, height}, y, builder, isDamaged))
             isDone = false;
     });
-    return isDone ? std::optional(builder.finish()) : std::nullopt;
+    if (!isDone)
+        return std::nullopt;
+    return DecodedPicture{builder.finish(),
+                          isDamaged ? std::optional(Error{"JPEG: pixels are missing"}) : std::nullopt};
 }
 
 } // namespace complexion

@@ -87,7 +87,7 @@ public:
 
     JpegTables tables() const { return huffmanCodesOf(m_info); }
 
-    Error error() const { return Error{"JPEG: " + m_errors.guard.message()}; }
+    Error error() const { return m_errors.error(); }
 
 private:
     PixelSize m_size;

@@ -82,26 +82,31 @@ Result<Image> readGreyInProfile(RowReader& reader, const GreyTable& table) {
     });
 }
 
-Result<Image> readPixels(JpegDecompressor& decompressor, ByteView file, PixelSize size,
-                         const std::optional<GreyTable>& grey) {
-    const Bytes icc = decompressor.icc();
-    if (!decompressor.isCmyk() && !grey)
-        if (const std::optional<Image> image = decodeBlockRowsApart(decompressor, file))
-            return image->withProfile(ColorProfile::fromIcc(icc));
-    if (!decompressor.start())
-        return decompressor.error();
-    RowReader reader(decompressor, size);
-    if (decompressor.isCmyk())
-        return readCmyk(reader, icc);
-    if (grey)
-        return readGreyInProfile(reader, *grey);
+Result<Image> readInProfile(RowReader& reader, ByteView icc) {
     Result<Image> image = reader.read([](PixelBlock&, int) {});
     return image ? image->withProfile(ColorProfile::fromIcc(icc)) : image;
 }
 
+Result<DecodedPicture> readPixels(JpegDecompressor& decompressor, ByteView file, PixelSize size,
+                                  const std::optional<GreyTable>& grey) {
+    const Bytes icc = decompressor.icc();
+    if (!decompressor.isCmyk() && !grey)
+        if (const std::optional<DecodedPicture> picture = decodeBlockRowsApart(decompressor, file))
+            return DecodedPicture{picture->image.withProfile(ColorProfile::fromIcc(icc)), picture->damage};
+    if (!decompressor.start())
+        return decompressor.error();
+    RowReader reader(decompressor, size);
+    Result<Image> image = decompressor.isCmyk() ? readCmyk(reader, icc)
+                          : grey                ? readGreyInProfile(reader, *grey)
+                                                : readInProfile(reader, icc);
+    if (!image)
+        return image.error();
+    return DecodedPicture{std::move(*image), decompressor.damage()};
+}
+
 /// A picture, and what the file says of its storage.
 struct JpegPicture {
-    Image upright;
+    DecodedPicture upright;
     Orientation orientation;
     bool hasPlainColors; // the library's pixels are the picture's
 };
@@ -118,14 +123,15 @@ Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file)
     const Density density = exif.density.value_or(decompressor.jfifDensity());
     const std::optional<GreyTable> grey =
         decompressor.isGrey() ? greyTable(decompressor.icc()) : std::nullopt;
-    Result<Image> stored = readPixels(decompressor, file, *size, grey);
+    Result<DecodedPicture> stored = readPixels(decompressor, file, *size, grey);
     if (!stored)
         return stored.error();
-    return JpegPicture{
-        .upright = turnedUpright(stored->withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
-                                 exif.orientation),
-        .orientation = exif.orientation,
-        .hasPlainColors = !grey && !decompressor.isCmyk()};
+    return JpegPicture{.upright = {.image = turnedUpright(stored->image.withSize(sizeAtDensity(
+                                                              *size, density.horizontal, density.vertical)),
+                                                          exif.orientation),
+                                   .damage = std::move(stored->damage)},
+                       .orientation = exif.orientation,
+                       .hasPlainColors = !grey && !decompressor.isCmyk()};
 }
 
 } // namespace
@@ -139,10 +145,10 @@ Result<PixelSize> measureJpeg(ByteView file) {
 Result<Image> decodeJpegPixels(ByteView file) {
     JpegDecompressor decompressor(file);
     const Result<JpegPicture> picture = decodePicture(decompressor, file);
-    return picture ? Result<Image>(picture->upright) : picture.error();
+    return picture ? Result<Image>(picture->upright.image) : picture.error();
 }
 
-Result<Image> decodeJpeg(ByteView file, JpegPreparation preparation) {
+Result<DecodedPicture> decodeJpeg(ByteView file, JpegPreparation preparation) {
     const auto original = std::make_shared<JpegOriginal>(file);
     if (preparation == JpegPreparation::AtOnce && measureJpeg(file))
         original->prepare();
@@ -151,8 +157,8 @@ Result<Image> decodeJpeg(ByteView file, JpegPreparation preparation) {
     if (!picture)
         return picture.error();
     if (picture->hasPlainColors) {
-        original->setPicture(picture->upright, picture->orientation);
-        picture->upright.encoderMemory().set(original);
+        original->setPicture(picture->upright.image, picture->orientation);
+        picture->upright.image.encoderMemory().set(original);
     }
     return picture->upright;
 }

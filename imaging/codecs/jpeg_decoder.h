@@ -2,8 +2,8 @@
 #pragma once
 
 #include "imaging/base/files.h"
-#include "imaging/base/image.h"
 #include "imaging/base/result.h"
+#include "imaging/codecs/decoded_picture.h"
 
 namespace complexion {
 
@@ -14,12 +14,12 @@ Result<PixelSize> measureJpeg(ByteView file);
 /// or at the first encoding.
 enum class JpegPreparation { AtOnce, WhenNeeded };
 
-/// A JPEG picture (ITU-T T.81, Huffman or arithmetic, sequential or progressive, 8 bits), as `Codec::decode`
+/// A JPEG picture (ITU-T T.81, Huffman or arithmetic, sequential or progressive, 8 bits), as `Codec::read`
 /// says. Of a truncated or damaged file the part that can be decoded; what is missing is grey. The image
 /// remembers the file, for what an edit leaves as it is (see JpegOriginal).
-Result<Image> decodeJpeg(ByteView file, JpegPreparation preparation = JpegPreparation::WhenNeeded);
+Result<DecodedPicture> decodeJpeg(ByteView file, JpegPreparation preparation = JpegPreparation::WhenNeeded);
 
-/// The same without remembering anything.
+/// The image alone, which remembers nothing.
 Result<Image> decodeJpegPixels(ByteView file);
 
 } // namespace complexion

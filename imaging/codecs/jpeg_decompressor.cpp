@@ -155,12 +155,32 @@ bool JpegDecompressor::start() {
 
 bool JpegDecompressor::readRows(JSAMPROW* rows, int count) {
     const int end = nextRow() + count;
-    return guard().run([&] {
+    const bool areRead = guard().run([&] {
         const int first = nextRow();
         while (nextRow() < end)
             if (jpeg_read_scanlines(&m_info, rows + (nextRow() - first),
                                     static_cast<JDIMENSION>(end - nextRow())) == 0)
                 m_errors.guard.fail("no more rows");
+    });
+    m_isCut = m_isCut || !areRead;
+    return areRead;
+}
+
+std::optional<Error> JpegDecompressor::damage() const {
+    if (!m_isCut && !m_errors.hasLostPixels && !(m_errors.hasNoEnd && lacksScans()))
+        return std::nullopt;
+    return Error{"JPEG: pixels are missing"};
+}
+
+/// Whether a picture in several scans may go on behind the file's end: its coefficients are not all known to
+/// their last bit.
+bool JpegDecompressor::lacksScans() const {
+    if (!m_info.buffered_image)
+        return false;
+    if (m_info.coef_bits == nullptr)
+        return true;
+    return std::any_of(m_info.coef_bits, m_info.coef_bits + m_info.num_components, [](const auto& bits) {
+        return std::any_of(std::begin(bits), std::end(bits), [](int missing) { return missing != 0; });
     });
 }
 
@@ -212,6 +232,7 @@ bool JpegDecompressor::startOutputOfAllScans() {
     // Asked for the scan before the one that it could not finish, the library reads no further, and shows
     // what it has of both.
     const bool finished = undamaged && jpeg_input_complete(&m_info);
+    m_isCut = !finished;
     const int scan = std::max(1, m_info.input_scan_number - (finished ? 0 : 1));
     return guard().run([&] { jpeg_start_output(&m_info, scan); });
 }

@@ -8,6 +8,7 @@
 #include "imaging/containers/exif_basics.h"
 
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace complexion {
@@ -83,7 +84,10 @@ public:
     /// What the library knows of the file.
     const jpeg_decompress_struct& info() const { return m_info; }
 
-    Error error() const { return Error{"JPEG: " + m_errors.guard.message()}; }
+    Error error() const { return m_errors.error(); }
+
+    /// What is wrong with the picture that was read, where pixels of it are missing.
+    std::optional<Error> damage() const;
 
 private:
     /// Gives the library the pieces one after the other, then a made-up end.
@@ -97,12 +101,14 @@ private:
     static boolean readSegment(j_decompress_ptr info);
     static int mostScans(const jpeg_decompress_struct& info);
     bool startOutputOfAllScans();
+    bool lacksScans() const;
 
     ByteView m_file;
     PieceSource m_pieces;
     bool m_isInPieces = false;
     jpeg_progress_mgr m_progress = {};
     jvirt_barray_ptr* m_coefficients = nullptr; // of each component; the library's
+    bool m_isCut = false;                       // reading stopped before the picture's end
     JpegApplicationSegments m_segments;
     JpegErrors m_errors;
     jpeg_decompress_struct m_info = {};

@@ -107,9 +107,9 @@ Result<Tables> tablesFor(const Image& image) {
 Result<FileContents> encodePixels(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels())
-        return Error{"JPEG: there are no pixels"};
+        return Error{"JPEG: there are no pixels", ErrorKind::FormatCannotHold};
     if (size.width > kLongestJpegSide || size.height > kLongestJpegSide)
-        return Error{"JPEG: the picture is too large for the format"};
+        return Error{"JPEG: the picture is too large for the format", ErrorKind::FormatCannotHold};
     const Result<Tables> tables = tablesFor(image);
     if (!tables)
         return tables.error();
@@ -139,7 +139,8 @@ Result<FileContents> encodePixels(const Image& image) {
 Result<FileContents> encodeJpeg(const Image& upright, Orientation orientation) {
     if (const auto original = upright.encoderMemory().get<JpegOriginal>();
         original && original->orientation() == orientation)
-        if (Result<FileContents> exact = original->encode(upright))
+        if (Result<FileContents> exact = original->encode(upright);
+            exact || exact.error().kind == ErrorKind::OutOfMemory)
             return exact;
     return encodePixels(turnedForStorage(upright, orientation));
 }

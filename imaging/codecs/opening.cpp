@@ -7,12 +7,12 @@
 
 namespace complexion {
 
-Result<Image> decodedForEditing(ByteView file) {
+Result<DecodedPicture> decodedForEditing(ByteView file) {
     const Codec* const codec = codecForContent(file);
     if (!codec)
-        return Error{"not a picture file"};
+        return Error{"not a picture file", ErrorKind::NotAPicture};
     if (codec != &kJpegCodec)
-        return codec->decode(file);
+        return codec->read(file);
     return withoutThrowing([&] { return decodeJpeg(file, JpegPreparation::AtOnce); });
 }
 

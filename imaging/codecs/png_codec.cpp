@@ -5,16 +5,9 @@
 #include "imaging/codecs/png_encoder.h"
 #include "imaging/containers/png_chunks.h"
 
-#include <algorithm>
-
 namespace complexion {
 
 namespace {
-
-bool recognizes(ByteView file) {
-    return file.size() >= kPngSignature.size() &&
-           std::ranges::equal(file.first(kPngSignature.size()), kPngSignature);
-}
 
 Result<std::vector<PixelSize>> measure(ByteView file) {
     const Result<PixelSize> size = measurePng(file);
@@ -27,10 +20,10 @@ Result<std::vector<PixelSize>> measure(ByteView file) {
 
 const Codec kPngCodec = {
     .name = "PNG",
+    .extension = "png",
     .container = Container::Png,
-    .recognizes = recognizes,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
-    .decode = [](ByteView file) { return withoutThrowing([&] { return decodePng(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return decodePng(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
             return withoutThrowing([&] { return encodePng(turnedForStorage(upright, orientation)); });

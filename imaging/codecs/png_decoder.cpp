@@ -217,7 +217,7 @@ private:
     std::optional<GreyTable> m_grey;
 };
 
-Result<Image> readProgressively(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
+Result<DecodedPicture> readProgressively(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
     ImageBuilder builder(size);
     PixelBlock rows = PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)});
     bool readable = true;
@@ -233,10 +233,10 @@ Result<Image> readProgressively(PngReader& reader, PixelSize size, const PixelFi
         finisher.finish({rows.row(0), rows.row(count)});
         builder.setRows(y, count, rows.pixels.get());
     }
-    return builder.finish();
+    return DecodedPicture{builder.finish(), readable ? std::nullopt : std::optional(reader.error())};
 }
 
-Result<Image> readInterlaced(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
+Result<DecodedPicture> readInterlaced(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
     std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
     const auto row = [&](int y) { return pixels.data() + std::ptrdiff_t{y} * size.width; };
     bool readable = true;
@@ -249,7 +249,7 @@ Result<Image> readInterlaced(PngReader& reader, PixelSize size, const PixelFinis
     finisher.finish(pixels);
     ImageBuilder builder(size);
     builder.setRows(0, size.height, pixels.data());
-    return builder.finish();
+    return DecodedPicture{builder.finish(), readable ? std::nullopt : std::optional(reader.error())};
 }
 
 Orientation orientationOf(ByteView file) {
@@ -266,7 +266,7 @@ Result<PixelSize> measurePng(ByteView file) {
     return uprightSize(*size, orientationOf(file));
 }
 
-Result<Image> decodePng(ByteView file) {
+Result<DecodedPicture> decodePng(ByteView file) {
     PngReader reader(file);
     const Result<PixelSize> size = readCheckedHeader(reader, file);
     if (!size)
@@ -276,13 +276,14 @@ Result<Image> decodePng(ByteView file) {
     const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before the library counts what it adds
     if (!reader.start())
         return reader.error();
-    Result<Image> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
-                                               : readProgressively(reader, *size, finisher);
-    if (!stored)
-        return stored;
-    return turnedUpright(stored->withProfile(colors.profile)
-                             .withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
-                         orientationOf(file));
+    Result<DecodedPicture> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
+                                                        : readProgressively(reader, *size, finisher);
+    if (stored)
+        stored->image =
+            turnedUpright(stored->image.withProfile(colors.profile)
+                              .withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
+                          orientationOf(file));
+    return stored;
 }
 
 } // namespace complexion

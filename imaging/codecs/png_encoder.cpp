@@ -69,10 +69,10 @@ Bytes fileEnd(std::uint32_t adler) {
 
 Result<FileContents> encodePng(const Image& image) {
     if (!image.hasPixels())
-        return Error{"PNG: there are no pixels"};
+        return Error{"PNG: there are no pixels", ErrorKind::FormatCannotHold};
     // A band that does not compress takes a little more than its pixels' bytes.
     if (std::int64_t{image.pixelSize().width} * Tile::kHeight * kRoomForPixel > kLargestChunk)
-        return Error{"PNG: the picture is too wide"};
+        return Error{"PNG: the picture is too wide", ErrorKind::FormatCannotHold};
     CodedPngBands bands = codedPngBands(image);
     FileContents file;
     file.append(fileStart(image, bands.withAlpha));

@@ -7,10 +7,10 @@ namespace complexion {
 
 const Codec kTiffCodec = {
     .name = "TIFF",
+    .extension = "tiff",
     .container = Container::Tiff,
-    .recognizes = isTiff,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measureTiff(file); }); },
-    .decode = [](ByteView file) { return withoutThrowing([&] { return decodeTiff(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return decodeTiff(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
             return withoutThrowing([&] { return encodeTiff(turnedForStorage(upright, orientation)); });

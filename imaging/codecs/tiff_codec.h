@@ -7,9 +7,8 @@ namespace complexion {
 
 // The operations of kTiffCodec, which may throw when memory is lacking.
 
-bool isTiff(ByteView file);
 Result<std::vector<PixelSize>> measureTiff(ByteView file);
-Result<Image> decodeTiff(ByteView file);
+Result<DecodedPicture> decodeTiff(ByteView file);
 Result<FileContents> encodeTiff(const Image& image);
 
 } // namespace complexion

@@ -1,16 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/codecs/camera_raw.h"
 #include "imaging/codecs/plausible_area.h"
 #include "imaging/codecs/tiff_blocks.h"
 #include "imaging/codecs/tiff_codec.h"
-#include "imaging/containers/byte_order.h"
-
-#include <string_view>
 
 namespace complexion {
 
 namespace {
-
-using namespace std::string_view_literals;
 
 // No scanner's feeder holds more; a file's directories may form an endless chain.
 constexpr std::size_t kMostPages = 4096;
@@ -24,15 +20,17 @@ bool keepsProfile(const tiff::Page& page) {
             page.photometric == PHOTOMETRIC_YCBCR);
 }
 
-} // namespace
-
-bool isTiff(ByteView file) {
-    return startsWith(file, "II*\0"sv) || startsWith(file, "MM\0*"sv) || startsWith(file, "II+\0"sv) ||
-           startsWith(file, "MM\0+"sv); // the last two: BigTIFF
+/// The file at its first page. A camera's raw file is refused: the page would be its thumbnail.
+Result<tiff::File> openPicture(ByteView file) {
+    if (isCameraRaw(file))
+        return Error{"a camera's raw file", ErrorKind::NotAPicture};
+    return tiff::File::open(file);
 }
 
+} // namespace
+
 Result<std::vector<PixelSize>> measureTiff(ByteView file) {
-    const Result<tiff::File> opened = tiff::File::open(file);
+    const Result<tiff::File> opened = openPicture(file);
     if (!opened)
         return opened.error();
     std::vector<PixelSize> sizes;
@@ -45,8 +43,8 @@ Result<std::vector<PixelSize>> measureTiff(ByteView file) {
     return sizes;
 }
 
-Result<Image> decodeTiff(ByteView file) {
-    const Result<tiff::File> opened = tiff::File::open(file);
+Result<DecodedPicture> decodeTiff(ByteView file) {
+    const Result<tiff::File> opened = openPicture(file);
     if (!opened)
         return opened.error();
     const Result<tiff::Page> page = tiff::readPage(*opened);
@@ -64,7 +62,10 @@ Result<Image> decodeTiff(ByteView file) {
         builder.finish()
             .withProfile(keepsProfile(*page) ? ColorProfile::fromIcc(page->icc) : ColorProfile())
             .withSize(sizeAtDensity(page->size, page->density.horizontal, page->density.vertical));
-    return turnedUpright(stored, page->orientation);
+    return DecodedPicture{turnedUpright(stored, page->orientation),
+                          *rows < page->size.height
+                              ? std::optional(Error{"TIFF file without all of its pixels"})
+                              : std::nullopt};
 }
 
 } // namespace complexion

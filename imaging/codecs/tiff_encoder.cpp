@@ -180,13 +180,13 @@ Bytes head(const Image& image, const EncodedBands& bands, std::size_t stripsAt) 
 
 Result<FileContents> encodeTiff(const Image& image) {
     if (!image.hasPixels())
-        return Error{"a TIFF file needs pixels"};
+        return Error{"a TIFF file needs pixels", ErrorKind::FormatCannotHold};
     const auto icc = image.profile().icc();
     constexpr std::uint64_t kRoomForHead = std::uint64_t{16} << 20;
     const std::uint64_t most = static_cast<std::uint64_t>(image.pixelSize().area()) * 4 + icc.size() +
                                kRoomForHead + static_cast<std::uint64_t>(image.bandCount()) * 8;
     if (most > std::numeric_limits<std::uint32_t>::max())
-        return Error{"the picture is too large for a TIFF file of 4 GB"};
+        return Error{"the picture is too large for a TIFF file of 4 GB", ErrorKind::FormatCannotHold};
 
     const EncodedBands bands = encodedBands(image);
     FileContents contents;

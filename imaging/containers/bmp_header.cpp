@@ -115,7 +115,7 @@ ColorProfile embeddedProfile(ByteView file, const PictureHeader& picture) {
 
 Result<Header> readHeader(ByteView file) {
     if (file.size() < kFileHeaderSize + kCoreHeaderSize || file[0] != 'B' || file[1] != 'M')
-        return Error{"not a BMP file"};
+        return Error{"not a BMP file", ErrorKind::NotAPicture};
     const PictureHeader picture{file.subspan(kFileHeaderSize), read32(file, kFileHeaderSize)};
     const bool core = picture.size == kCoreHeaderSize;
     if (picture.size > picture.bytes.size() ||

@@ -13,13 +13,23 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::array<std::pair<std::string_view, Container>, 5> kSignatures = {{
-    {"\xff\xd8\xff"sv, Container::Jpeg},
+// SOI alone begins a JPEG file: a marker should follow at once, but decoders skip what stands between.
+constexpr std::array<std::pair<std::string_view, Container>, 4> kSignatures = {{
+    {"\xff\xd8"sv, Container::Jpeg},
     {"\x89PNG\r\n\x1a\n"sv, Container::Png},
     {"GIF87a"sv, Container::Gif},
     {"GIF89a"sv, Container::Gif},
-    {"BM"sv, Container::Bmp},
 }};
+
+/// The two letters of a BMP file are little to go by: the size of the picture header, which follows the file
+/// header of 14 bytes, has to be a possible one.
+bool isBmp(ByteView file) {
+    constexpr std::size_t kHeaderSizeOffset = 14;
+    constexpr std::uint64_t kMinHeaderSize = 12;
+    constexpr std::uint64_t kMaxHeaderSize = 0xffff;
+    const std::uint64_t headerSize = numberAt(file, kHeaderSizeOffset, 4, ByteOrder::LittleEndian);
+    return startsWith(file, "BM"sv) && headerSize >= kMinHeaderSize && headerSize <= kMaxHeaderSize;
+}
 
 } // namespace
 
@@ -27,6 +37,8 @@ std::optional<Container> containerOf(ByteView file) {
     for (const auto& [signature, container] : kSignatures)
         if (startsWith(file, signature))
             return container;
+    if (isBmp(file))
+        return Container::Bmp;
     if (readTiffHeader(file))
         return Container::Tiff;
     return std::nullopt;

@@ -7,10 +7,11 @@
 
 namespace complexion {
 
-/// The file formats that metadata is read from and written into.
+/// The file formats.
 enum class Container { Jpeg, Png, Tiff, Gif, Bmp };
 
-/// The format that a file's first bytes tell, whatever its name; nothing for any other file.
+/// The format of a file by its first bytes (kTellingBytes suffice), whatever its name; nothing for any other
+/// file. The one place that recognises formats: what decodes pixels and what carries metadata ask here.
 std::optional<Container> containerOf(ByteView file);
 
 } // namespace complexion

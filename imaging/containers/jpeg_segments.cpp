@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/containers/jpeg_segments.h"
 
+#include <algorithm>
+
 namespace complexion {
 
 namespace {
@@ -8,10 +10,27 @@ namespace {
 constexpr std::uint8_t kMarkerStart = 0xff;
 constexpr std::size_t kLengthLength = 2;
 
-/// Whether a marker has no length and no payload: 01 (TEM) and D0 to D9 (restarts, start and end of the
-/// image).
-bool standsAlone(std::uint8_t code) {
-    return code == 0x01 || (code >= 0xd0 && code <= marker::kEndOfImage);
+/// Whether a marker that may stand among segments has no length and no payload: 01 (TEM) and D0 to D7
+/// (restarts).
+bool isBare(std::uint8_t code) {
+    return code == 0x01 || (code >= 0xd0 && code < marker::kStartOfImage);
+}
+
+/// Whether the segments before a scan end with this marker.
+bool endsSegments(std::uint8_t code) {
+    return code == marker::kStartOfScan || code == marker::kStartOfImage || code == marker::kEndOfImage;
+}
+
+/// The place of the code of the next marker from `position` on; the file's end when there is none. Skips what
+/// belongs to no segment, as decoders do: any bytes, fill bytes, and prefixes followed by 0.
+std::size_t nextMarkerCode(ByteView file, std::size_t position) {
+    const auto end = file.end();
+    auto at = file.begin() + static_cast<std::ptrdiff_t>(position);
+    do {
+        at = std::find(at, end, kMarkerStart);
+        at = std::find_if(at, end, [](std::uint8_t byte) { return byte != kMarkerStart; });
+    } while (at != end && *at == 0);
+    return static_cast<std::size_t>(at - file.begin());
 }
 
 /// Start of frame 0 to 15 without the three codes in their range that mean tables (C4, C8, CC).
@@ -26,14 +45,17 @@ JpegSegments splitJpeg(ByteView file) {
     std::size_t position = 2;
     while (position < file.size()) {
         jpeg.rest = file.subspan(position);
-        std::size_t code = position;
-        while (code < file.size() && file[code] == kMarkerStart)
-            ++code;
-        if (code == position || code == file.size())
+        const std::size_t code = nextMarkerCode(file, position);
+        if (code == file.size())
             return jpeg;
         const std::uint8_t found = file[code];
-        if (found == marker::kStartOfScan || found == 0 || standsAlone(found))
+        jpeg.rest = file.subspan(code - 1);
+        if (endsSegments(found))
             return jpeg;
+        if (isBare(found)) {
+            position = code + 1;
+            continue;
+        }
         const std::uint64_t length = numberAt(file, code + 1, kLengthLength, ByteOrder::BigEndian);
         const ByteView whole = slice(file, code - 1, length + 2);
         if (length < kLengthLength || whole.size() < length + 2)

@@ -40,6 +40,7 @@ struct JpegSegments {
     ByteView rest;
 };
 
+/// Finds the segments that a decoder finds, whatever stands between them.
 JpegSegments splitJpeg(ByteView file);
 
 /// A segment's bytes; `payload` is at most kMostSegmentBytes long.

@@ -18,7 +18,7 @@ namespace {
 class Session : public testing::Test {
 protected:
     void open(const Image& image, const std::string& name = "face.PNG") {
-        session.open(image, platform.photos() / name);
+        session.open({image}, platform.photos() / name);
         session.beginHistory();
     }
     void change(int level) {
@@ -48,7 +48,7 @@ TEST_F(Session, CountsEveryLoadAndReload) {
     EXPECT_EQ(session.photoNumber(), 1U);
     change(2);
     EXPECT_EQ(session.photoNumber(), 1U);
-    session.reload(filled({4, 3}, grey(3)));
+    session.reload({filled({4, 3}, grey(3))});
     EXPECT_EQ(session.photoNumber(), 2U);
     EXPECT_EQ(session.source().pixel(0, 0).red(), 3);
 }
@@ -75,7 +75,7 @@ TEST_F(Session, WhatAWorkerTakesBelongsTogether) {
     for (int level = 0; level < 256; ++level)
         photos.push_back(filled({1, 1}, grey(level)));
     session.setSettings(EditSettings{});
-    session.open(photos[1], "1.png");
+    session.open({photos[1]}, "1.png");
     std::atomic<bool> isDone = false;
     std::atomic<int> torn = 0;
     std::atomic<int> seen = 0;
@@ -90,7 +90,7 @@ TEST_F(Session, WhatAWorkerTakesBelongsTogether) {
         }
     });
     for (std::uint64_t i = 2; i < 100'000 || seen < 100'000; ++i)
-        session.reload(photos[i % 256]);
+        session.reload({photos[i % 256]});
     isDone = true;
     worker.join();
     EXPECT_EQ(torn, 0) << "of " << seen;

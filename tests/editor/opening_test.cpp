@@ -125,16 +125,82 @@ TEST_F(Opening, AllSevenTypesAreOpenedAndTheirStatesAreOfTheSameType) {
     }
 }
 
-TEST_F(Opening, APhotoWithoutAnExtensionIsShownButHasNoHistory) {
+TEST_F(Opening, APhotoOfAnotherNameThanTheSevenIsWrittenAsItsContentSays) {
+    struct Case {
+        std::string name;
+        std::string content; // its format
+        std::string stem;
+        std::string extension; // as it stands in the name
+    };
+    for (const auto& [name, content, stem, extension] :
+         std::vector<Case>{{"portrait.jfif", "jpg", "portrait", "jfif"},
+                           {"portrait.JPE", "jpg", "portrait", "JPE"},
+                           {"portrait.mpo", "jpg", "portrait", "mpo"},
+                           {"portrait.dib", "bmp", "portrait", "dib"},
+                           {"portrait", "png", "portrait", ""},
+                           {".png", "gif", ".png", ""},
+                           {"portrait.webp", "tiff", "portrait", "webp"}}) {
+        SCOPED_TRACE(name);
+        const std::filesystem::path path = platform.photos() / name;
+        std::filesystem::rename(makePhoto("made." + content), path);
+        controller->OpenFile(path);
+        EXPECT_EQ(controller->originalImageName, stem);
+        EXPECT_EQ(controller->originalImageExtension, extension);
+        EXPECT_EQ(controller->currenState, 0);
+        EXPECT_EQ(currentPath().extension(), "." + content);
+        retouch(0);
+        EXPECT_TRUE(controller->canUndo());
+        controller->OnUndo(nullptr);
+        EXPECT_TRUE(nearlySamePixels(shown(), photo(), 12));
+
+        const std::filesystem::path result = platform.photos() / (stem + "_retouched." + content);
+        dialogs.expectSavePanel({{content}, result.filename()}, chosen(result));
+        dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
+        printedBy([this] { controller->OnSaveImage(nullptr); });
+        EXPECT_TRUE(nearlySamePixels(decoded(result), shown(), 12));
+        EXPECT_TRUE(std::filesystem::exists(path));
+    }
+}
+
+TEST_F(Opening, ASourceWithoutAnExtensionCanBeReplacedByItsResult) {
     const std::filesystem::path path = platform.photos() / "portrait";
-    writeFile(path, contentsOf(makePhoto()));
+    std::filesystem::rename(makePhoto(), path);
+    controller->OpenFile(path);
+    retouch(0);
+    dialogs.expectSavePanel({{"png"}, "portrait_retouched.png"}, chosen(path));
+    dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
+    printedBy([this] { controller->OnSaveImage(nullptr); });
+    EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
+}
+
+TEST_F(Opening, AReloadedFileOfAnotherContentIsWrittenAsThatSays) {
+    const std::filesystem::path path = platform.photos() / "portrait";
+    std::filesystem::rename(makePhoto("made.png"), path);
+    controller->OpenFile(path);
+    EXPECT_EQ(currentPath().extension(), ".png");
+    std::filesystem::rename(makePhoto("made.bmp"), path);
+    reload();
+    EXPECT_EQ(currentPath().extension(), ".bmp");
+    openThroughPanel(makePhoto("next.png"));
+    EXPECT_EQ(currentPath().extension(), ".png");
+}
+
+TEST_F(Opening, WhatIsWrongWithAPhotosFileIsKnownUntilTheNextOne) {
+    const std::filesystem::path path = makePhoto("cut.bmp");
+    const std::string whole = contentsOf(path);
+    writeFile(path, whole.substr(0, whole.size() / 2));
+    EXPECT_FALSE(controller->photoDamage());
     openThroughPanel(path);
-    EXPECT_EQ(controller->originalImageName, "portrait");
-    EXPECT_EQ(controller->originalImageExtension, "");
-    EXPECT_TRUE(samePixels(shown(), photo()));
-    EXPECT_TRUE(controller->stateImagesPath.empty());
-    EXPECT_EQ(controller->currenState, -1);
-    EXPECT_TRUE(stateFiles().empty());
+    ASSERT_TRUE(controller->photoDamage());
+    EXPECT_EQ(controller->photoDamage()->kind, ErrorKind::Damaged);
+    writeFile(path, whole);
+    reload();
+    EXPECT_FALSE(controller->photoDamage());
+    writeFile(path, whole.substr(0, whole.size() / 2));
+    reload();
+    EXPECT_TRUE(controller->photoDamage());
+    openThroughPanel(makePhoto());
+    EXPECT_FALSE(controller->photoDamage());
 }
 
 TEST_F(Opening, AHiddenFilesNameIsNoExtension) {

@@ -94,15 +94,15 @@ TEST_F(RealFiles, OfTheLongestNameAreSavedUnderAShorterOne) {
     EXPECT_TRUE(samePixels(decoded(target("m" + longName(254))), controller->originalImage()));
 }
 
-TEST_F(RealFiles, WithoutAnExtensionAreShownAndCannotBeSaved) {
+TEST_F(RealFiles, WithoutAnExtensionAreSavedAsTheirContentSays) {
     const std::filesystem::path path = target("portrait");
     writeFile(path, contentsOf(makePhoto()));
     controller->OpenFile(path);
     EXPECT_TRUE(samePixels(shown(), photo()));
-    dialogs.expectSavePanel({{""}, "portrait_retouched."}, chosen(target("saved")));
-    dialogs.expectAlert(kSaveFailure, AlertStyle::Warning);
+    dialogs.expectSavePanel({{"png"}, "portrait_retouched.png"}, chosen(target("saved")));
+    dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
     printedBy([this] { controller->OnSaveImage(nullptr); });
-    EXPECT_FALSE(std::filesystem::exists(target("saved")));
+    EXPECT_TRUE(samePixels(decoded(target("saved")), photo()));
 }
 
 TEST_F(RealFiles, AreReadByTheirContentAndWrittenByTheirExtension) {

@@ -34,7 +34,7 @@ class Complexion:
         self.process = None
         self.environment = {}  # beyond the desktop's; None takes a variable away
 
-    def start(self, *files):
+    def start(self, *files, is_photo=True):
         import gi
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi
@@ -48,7 +48,7 @@ class Complexion:
         wait_until(lambda: self.is_showing("Photo"), "the window")
         # Keys typed before it has the focus go nowhere.
         wait_until(self._takes_focus, "the window's focus")
-        if files:
+        if files and is_photo:
             self.wait_for_photo()
 
     def __enter__(self):

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sys/fsuid.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
@@ -66,6 +68,20 @@ ReadOnly::~ReadOnly() {
     }
     std::error_code ignored;
     std::filesystem::permissions(m_folder, m_before, ignored);
+}
+
+bool asNobody(const std::function<bool()>& work) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (geteuid() == 0 &&
+            (::setresgid(kNobody, kNobody, kNobody) != 0 || ::setresuid(kNobody, kNobody, kNobody) != 0 ||
+             ::prctl(PR_SET_DUMPABLE, 1) != 0)) // or it could not see its own open files
+            ::_exit(EXIT_FAILURE);
+        ::_exit(work() ? EXIT_SUCCESS : EXIT_FAILURE);
+    }
+    int status = 0;
+    return child > 0 && ::waitpid(child, &status, 0) == child && WIFEXITED(status) &&
+           WEXITSTATUS(status) == EXIT_SUCCESS;
 }
 
 } // namespace complexion

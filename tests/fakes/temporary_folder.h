@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -40,5 +41,9 @@ private:
     std::filesystem::path m_folder;
     std::filesystem::perms m_before;
 };
+
+/// What `work` gives in a process of its own that, where the tests run as root, belongs to a user who owns no
+/// files.
+bool asNobody(const std::function<bool()>& work);
 
 } // namespace complexion

@@ -20,9 +20,9 @@ constexpr std::int64_t kThreshold = 5;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const ByteView source(data, size);
-    if (!kJpegCodec.recognizes(source) || !fuzz::isSmall(kJpegCodec, source))
+    if (codecForContent(source) != &kJpegCodec || !fuzz::isSmall(kJpegCodec, source))
         return 0;
-    const Result<Image> opened = decodeJpeg(source);
+    const Result<Image> opened = kJpegCodec.decode(source);
     if (!opened)
         return 0;
     const auto original = opened->encoderMemory().get<JpegOriginal>();

@@ -7,7 +7,10 @@
 
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace complexion {
 namespace {
@@ -82,6 +85,76 @@ TEST(WriteFileAtomically, GivesTheModeThatNewFilesHave) {
     EXPECT_EQ(status.st_mode & 0777, 0640U);
 }
 
+mode_t modeOf(const std::filesystem::path& path) {
+    struct stat status = {};
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+TEST(WriteFileAtomically, LetsNobodyReadTheFileWhoIsNotAmongItsReaders) {
+    const TemporaryFolder folder;
+    const std::filesystem::path source = folder.path() / "source";
+    const std::filesystem::path path = folder.path() / "a";
+    ASSERT_TRUE(writeFileAtomically(source, contentsOf("x")));
+    const mode_t before = ::umask(0022);
+    for (const auto& [ofSource, expected] : std::vector<std::pair<mode_t, mode_t>>{{0600, 0600},
+                                                                                   {0400, 0600},
+                                                                                   {0640, 0640},
+                                                                                   {0604, 0604},
+                                                                                   {0644, 0644},
+                                                                                   {0666, 0644},
+                                                                                   {0755, 0644}}) {
+        ASSERT_EQ(::chmod(source.c_str(), ofSource), 0);
+        ASSERT_TRUE(writeFileAtomically(path, contentsOf("y"), readersOf(source)));
+        EXPECT_EQ(modeOf(path), expected);
+    }
+    // Members of another group may have been anybody to the source.
+    for (const auto& [ofSource, expected] :
+         std::vector<std::pair<mode_t, mode_t>>{{0640, 0600}, {0604, 0600}, {0644, 0644}}) {
+        ASSERT_EQ(::chmod(source.c_str(), ofSource), 0);
+        Readers readers = *readersOf(source);
+        readers.group = *readers.group + 1;
+        ASSERT_TRUE(writeFileAtomically(path, contentsOf("y"), readers));
+        EXPECT_EQ(modeOf(path), expected);
+    }
+    ::umask(before);
+    EXPECT_FALSE(readersOf(folder.path() / "missing"));
+}
+
+TEST(MoveWithoutReplacing, LeavesWhatHasTheNameAlone) {
+    const TemporaryFolder folder;
+    const std::filesystem::path from = folder.path() / "from";
+    const std::filesystem::path to = folder.path() / "to";
+    ASSERT_TRUE(writeFileAtomically(from, contentsOf("new")));
+    ASSERT_TRUE(writeFileAtomically(to, contentsOf("old")));
+    EXPECT_FALSE(moveWithoutReplacing(from, to));
+    EXPECT_EQ(errno, EEXIST);
+    EXPECT_EQ(textOf(from), "new");
+    EXPECT_EQ(textOf(to), "old");
+    EXPECT_TRUE(moveWithoutReplacing(from, folder.path() / "free"));
+    EXPECT_EQ(textOf(folder.path() / "free"), "new");
+    EXPECT_FALSE(std::filesystem::exists(from));
+}
+
+TEST(NameWithSuffix, GoesBeforeTheExtensionAndFitsTheFileSystem) {
+    const TemporaryFolder folder;
+    const auto name = [&folder](const std::string& of) {
+        return nameWithSuffix(of, " (2)", folder.path()).string();
+    };
+    EXPECT_EQ(name("a.b.png"), "a.b (2).png");
+    EXPECT_EQ(name("a"), "a (2)");
+    EXPECT_EQ(name(".png"), ".png (2)");
+    EXPECT_EQ(name("a. long sentence with a dot somewhere in it"),
+              "a. long sentence with a dot somewhere in it (2)");
+    EXPECT_EQ(name(std::string(255, 'n')), std::string(251, 'n') + " (2)");
+    EXPECT_EQ(name(std::string(251, 'n') + ".png"), std::string(247, 'n') + " (2).png");
+    // An umlaut is two bytes; 251 are left.
+    std::string umlauts;
+    for (int i = 0; i < 127; ++i)
+        umlauts += "\xc3\xa4";
+    EXPECT_EQ(name(umlauts), umlauts.substr(0, 250) + " (2)");
+}
+
 TEST(ReadFile, RefusesWhatIsNoRegularFileWithoutWaiting) {
     const TemporaryFolder folder;
     ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
@@ -95,6 +168,17 @@ TEST(FlushToDisk, TellsWhetherTheFileIsThere) {
     ASSERT_TRUE(writeFileAtomically(folder.path() / "a", contentsOf("x")));
     EXPECT_TRUE(flushToDisk(folder.path() / "a"));
     EXPECT_FALSE(flushToDisk(folder.path() / "b"));
+}
+
+TEST(FlushToDisk, WorksInAFolderThatMayBeWrittenButNotRead) {
+    const TemporaryFolder folder;
+    const std::filesystem::path drop = folder.path() / "drop";
+    std::filesystem::create_directory(drop);
+    std::filesystem::permissions(drop, std::filesystem::perms(0333));
+    EXPECT_TRUE(asNobody(
+        [&drop] { return writeFileAtomically(drop / "a", contentsOf("x")) && flushToDisk(drop / "a"); }));
+    std::filesystem::permissions(drop, std::filesystem::perms(0755));
+    EXPECT_EQ(textOf(drop / "a"), "x");
 }
 
 } // namespace

@@ -291,7 +291,7 @@ TEST(GifCodec, AHugeCanvasInASmallFileIsRefused) {
 
 TEST(GifCodec, OnlyGifFilesAreRecognized) {
     EXPECT_EQ(codecForContent(screen(1, 1)), &kGifCodec);
-    EXPECT_FALSE(kGifCodec.recognizes(Bytes{'G', 'I', 'F'}));
+    EXPECT_FALSE(codecForContent(Bytes{'G', 'I', 'F'}));
     EXPECT_FALSE(kGifCodec.measure(Bytes{'G', 'I', 'F'}));
 }
 

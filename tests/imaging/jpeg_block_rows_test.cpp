@@ -26,7 +26,8 @@ std::size_t scanStart(ByteView file) {
 std::optional<Image> decodedApart(ByteView file) {
     JpegDecompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
-    return decodeBlockRowsApart(decompressor, file);
+    const std::optional<DecodedPicture> picture = decodeBlockRowsApart(decompressor, file);
+    return picture ? std::optional(picture->image) : std::nullopt;
 }
 
 testing::AssertionResult decodesAsTheLibraryDoes(ByteView file) {

@@ -7,8 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <limits>
 #include <new>
 
@@ -17,13 +20,22 @@ namespace {
 /// Allocations of more bytes than this fail, on the thread that sets it.
 thread_local std::size_t largestAllocation = std::numeric_limits<std::size_t>::max();
 
+/// So many more allocations succeed, on all threads together; the one after them fails. Below zero: all do.
+std::atomic<std::int64_t> allocationsLeft = -1;
+
+bool isRefused(std::size_t size) {
+    if (size > largestAllocation)
+        return true;
+    return allocationsLeft >= 0 && allocationsLeft-- == 0;
+}
+
 } // namespace
 
 // This program's own allocation, so that a test can be short of memory. All forms are replaced: where only
 // some are, memory of one would be given back to another.
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return size > largestAllocation ? nullptr : std::malloc(size == 0 ? 1 : size);
+    return isRefused(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
 }
 
 void* operator new(std::size_t size) {
@@ -104,6 +116,44 @@ TEST(LackingMemory, ForTheBufferItselfGivesNoImageAndSaysSo) {
     EXPECT_FALSE(result);
     EXPECT_EQ(printed, "unable to create context\n");
     EXPECT_TRUE(repaired(image));
+}
+
+/// Runs `save` again and again with one failed allocation each time, ever later ones, until none fails: the
+/// save says that it succeeded when there is a whole file, and only then.
+void expectNoFalseSuccess(const std::filesystem::path& path, std::string_view format,
+                          const std::function<bool(const Image&)>& save) {
+    int failures = 0;
+    // All of the first ones, then some of the many that are alike.
+    for (std::int64_t allowed = 0;; allowed += allowed < 100 ? 1 : 7) {
+        const Image image = noise({20, 14});
+        allocationsLeft = allowed;
+        const bool saved = save(image);
+        const bool isOver = allocationsLeft >= 0;
+        allocationsLeft = -1;
+        ASSERT_EQ(saved, std::filesystem::exists(path)) << format << ", allocation " << allowed;
+        failures += saved ? 0 : 1;
+        if (saved) {
+            ASSERT_TRUE(ImageTools::DecodeImage(path)) << format << ", allocation " << allowed;
+        }
+        std::filesystem::remove(path);
+        ASSERT_EQ(filesIn(path.parent_path()).size(), 1U) << "something is left";
+        if (isOver)
+            break;
+    }
+    EXPECT_GT(failures, 10) << format;
+}
+
+TEST(LackingMemory, WhileEncodingIsNeverReportedAsSaved) {
+    const TemporaryFolder folder;
+    const std::filesystem::path source = folder.path() / "source.jpg";
+    ASSERT_TRUE(ImageTools::SaveImage(noise({70, 50}), source, "jpg"));
+    for (const std::string_view format : {"jpg", "png", "tiff", "gif", "bmp"}) {
+        const std::filesystem::path path = folder.path() / "result";
+        expectNoFalseSuccess(path, format,
+                             [&](const Image& image) { return ImageTools::SaveImage(image, path, format); });
+        expectNoFalseSuccess(path, format,
+                             [&](const Image& image) { return savePhoto(image, path, format, source); });
+    }
 }
 
 class LackingMemoryForFiles : public testing::Test {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/containers/container.h"
 #include "imaging/containers/exif_basics.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/jpeg_metadata.h"
@@ -235,6 +236,31 @@ TEST(JpegMetadata, DamagedSegmentsDoNotKeepTheOthersBack) {
     const std::string broken = exifSegment("II*\0\xff\xff\xff\xff"s) + exifSegment("") +
                                jpegSegmentOf(0xed, kPhotoshopStart + "8BIM\4\4\0\0\xff\xff\xff\xff"s);
     EXPECT_TRUE(contains(carried(photo(broken + comment), plainJpeg()), comment));
+}
+
+TEST(JpegMetadata, WhatStandsBetweenSegmentsDoesNotKeepThemBack) {
+    const std::string comment = jpegSegmentOf(0xfe, "comment");
+    const std::string xmp = jpegSegmentOf(0xe1, kXmpStart + "<x:xmpmeta>main</x:xmpmeta>");
+    for (const std::string& junk :
+         {"x"s, std::string(300, 'j'), "\xff\0"s, "\xff\xff\xff"s, "\xff\x01"s, "\xff\xd3"s}) {
+        const std::string source = photo(junk + comment + junk + xmp + junk);
+        const std::string result = carried(source, plainJpeg());
+        EXPECT_TRUE(contains(result, comment + xmp)) << junk;
+        EXPECT_FALSE(contains(result, junk + comment)) << junk;
+        EXPECT_EQ(readJpegMetadata(viewOf(source)).notes.size(), 1U) << junk;
+        EXPECT_FALSE(readJpegMetadata(viewOf(source)).xmp.empty()) << junk;
+    }
+}
+
+TEST(JpegMetadata, AFileWithAStrayByteAfterItsStartKeepsItsComment) {
+    const std::string comment = jpegSegmentOf(0xfe, "comment");
+    std::string source = photo(comment);
+    source.insert(2, "\0"s);
+    ASSERT_TRUE(kJpegCodec.decode(viewOf(source)));
+    EXPECT_EQ(containerOf(viewOf(source)), Container::Jpeg);
+    EXPECT_TRUE(contains(carried(source, plainJpeg()), comment));
+    const std::string png = encodedAs(kPngCodec, filled({64, 48}, grey(120)));
+    EXPECT_TRUE(contains(carried(source, png), "Comment\0comment"s));
 }
 
 TEST(JpegMetadata, AFileThatEndsBeforeItsPictureTakesNone) {

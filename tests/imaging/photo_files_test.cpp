@@ -106,12 +106,13 @@ TEST_F(PhotoFiles, TheSizeIsJudgedBeforeTheFormat) {
 TEST_F(PhotoFiles, OpeningAtOnceGivesThePictureOfTheSteps) {
     for (const std::string_view format : ImageTools::kAcceptedTypes) {
         const std::filesystem::path path = photo(format);
-        const std::optional<Image> once = openPhoto(path);
-        ASSERT_TRUE(once) << format;
+        const Result<OpenedPhoto> opened = openPhoto(path);
+        ASSERT_TRUE(opened) << format;
+        const Image& once = opened->image;
         const Image steps = ImageTools::BringImageToActualSize(*ImageTools::DecodeImage(path), path);
-        EXPECT_TRUE(samePixels(*once, steps)) << format;
-        EXPECT_EQ(once->size(), steps.size());
-        EXPECT_EQ(once->profile(), steps.profile());
+        EXPECT_TRUE(samePixels(once, steps)) << format;
+        EXPECT_EQ(once.size(), steps.size());
+        EXPECT_EQ(once.profile(), steps.profile());
     }
 }
 
@@ -120,10 +121,10 @@ TEST_F(PhotoFiles, APhotoOfAnotherDensityOpensAtOnePointAPixel) {
     writeFile(path, withSegments(encodedAs(kJpegCodec, shaded({90, 60})),
                                  jpegSegmentOf(0xe1, "Exif\0\0"s + cameraExif(1).bytes()), false));
     ASSERT_LT(ImageTools::DecodeImage(path)->size().width, 90); // 300 pixels to the inch
-    const std::optional<Image> image = openPhoto(path);
-    ASSERT_TRUE(image);
-    EXPECT_EQ(image->size(), (PointSize{90, 60}));
-    EXPECT_TRUE(samePixels(*image, *ImageTools::DecodeImage(path)));
+    const Result<OpenedPhoto> photo = openPhoto(path);
+    ASSERT_TRUE(photo);
+    EXPECT_EQ(photo->image.size(), (PointSize{90, 60}));
+    EXPECT_TRUE(samePixels(photo->image, *ImageTools::DecodeImage(path)));
 }
 
 TEST_F(PhotoFiles, WhatCannotBeDecodedDoesNotOpen) {

@@ -196,7 +196,7 @@ TEST(TiffCodec, HugePicturesInSmallFilesAreRefused) {
 }
 
 TEST(TiffCodec, OtherFilesAreRefused) {
-    EXPECT_FALSE(kTiffCodec.recognizes(Bytes{'I', 'I', 42}));
+    EXPECT_FALSE(codecForContent(Bytes{'I', 'I', 42}));
     const Bytes empty = {'I', 'I', 42, 0, 0, 0, 0, 0};
     EXPECT_FALSE(kTiffCodec.measure(empty));
     EXPECT_FALSE(kTiffCodec.decode(empty));
