@@ -2,6 +2,7 @@
 
 // Saving what the image view shows, in the source's own format, with its metadata.
 #include "editor/outlet.h"
+#include "editor/set_aside.h"
 #include "editor/view_controller.h"
 #include "imaging/base/files.h"
 #include "imaging/image_tools.h"
@@ -23,18 +24,21 @@ void ViewController::OnSaveImage(QObject*) {
 
     // The photo itself may be what is replaced, and its metadata is still to be read.
     const HeldFile source(originalImagePath);
-    removeFile(path);
+    SetAsideFile replaced(path);
     const std::optional<Image> shown = reach(imageView).image();
     if (!shown)
         fatal("the image to save is gone");
 
     Q_EMIT longWorkBegan(tr("Saving the photo…"));
     bool saved = savePhoto(*shown, path, format, source.path());
-    if (saved) {
-        // A format that cannot hold the picture leaves no file, and that counts as saved.
-        std::error_code ignored;
-        saved = flushToDisk(path) || !std::filesystem::exists(path, ignored);
-    }
+    // A format that cannot hold the picture leaves no file, and that counts as saved.
+    std::error_code ignored;
+    const bool isWritten = saved && std::filesystem::exists(path, ignored);
+    saved = saved && (!isWritten || flushToDisk(path));
+    if (saved && isWritten)
+        replaced.discard();
+    else
+        replaced.moveToTrash();
     Q_EMIT longWorkEnded();
 
     if (saved)

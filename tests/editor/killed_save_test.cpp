@@ -22,7 +22,7 @@ constexpr const char* kArtist = "A photographer of faces";
 class KilledSave : public EditorTest {
 protected:
     void expectSave() {
-        dialogs.expectSavePanel({{"png"}, "portrait_retouched.png"}, chosen(target));
+        dialogs.expectSavePanel({{"png"}, controller->originalImageName + "_retouched.png"}, chosen(target));
         dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
     }
 
@@ -61,6 +61,48 @@ protected:
     std::filesystem::path target = folder / "saved.png";
 };
 
+TEST_F(KilledSave, OntoTheSourceItselfNeverCostsTheOnlyCopy) {
+    std::filesystem::create_directory(folder);
+    const std::filesystem::path source = folder / "saved.png";
+    std::filesystem::rename(makePhoto("portrait.png", noise(kSize)), source);
+    writeFile(source, withExif(contentsOf(source), 1, kArtist));
+    const std::string photoBytes = contentsOf(source);
+    openThroughPanel(source);
+    clickPixel({100, 100});
+    queues.runAll();
+    const std::chrono::microseconds oneSave = timeOfASave();
+    const std::string result = contentsOf(source);
+    ASSERT_NE(result, photoBytes);
+
+    std::mt19937 random(2);
+    std::uniform_int_distribution<std::int64_t> moment(0,
+                                                       std::min<std::int64_t>(oneSave.count() * 2, 900'000));
+    std::map<std::string, int> found;
+    for (int i = 0; i < kKills && !HasFailure(); ++i) {
+        for (const std::string& name : filesIn(folder))
+            std::filesystem::remove(folder / name);
+        writeFile(source, photoBytes);
+        saveUntilKilledAfter(std::chrono::microseconds(moment(random)));
+        // Under whatever name: the photo as it was, or a whole result.
+        bool isPhotoThere = false;
+        bool isResultThere = false;
+        for (const std::string& name : filesIn(folder)) {
+            const std::string bytes = contentsOf(folder / name);
+            isPhotoThere = isPhotoThere || bytes == photoBytes;
+            isResultThere = isResultThere || bytes == result;
+        }
+        ASSERT_TRUE(isPhotoThere || isResultThere) << "nothing is left after kill " << i;
+        const bool isInPlace = std::filesystem::exists(source);
+        if (isInPlace) {
+            ASSERT_THAT(contentsOf(source), testing::AnyOf(photoBytes, result)) << "torn after kill " << i;
+        }
+        ++found[isInPlace ? (isPhotoThere && !isResultThere ? "untouched" : "replaced") : "set aside"];
+    }
+    EXPECT_GT(found["set aside"], 0) << "no kill came between the two";
+    for (const auto& [what, count] : found)
+        std::cout << what << ": " << count << '\n';
+}
+
 TEST_F(KilledSave, LeavesTheEarlierFileOrNoneOrAWholePicture) {
     std::filesystem::create_directory(folder);
     const std::filesystem::path source = makePhoto("portrait.png", noise(kSize));
@@ -91,10 +133,13 @@ TEST_F(KilledSave, LeavesTheEarlierFileOrNoneOrAWholePicture) {
         ASSERT_NE(left, names.end()) << "a torn file after kill " << i;
         ++found[left->second];
         ASSERT_EQ(contentsOf(source), photoBytes);
+        if (left->second == "absent") {
+            ASSERT_TRUE(std::filesystem::exists(folder / "saved (replaced).png")) << "after kill " << i;
+        }
         for (const std::string& name : filesIn(folder)) {
             if (name == "saved.png")
                 continue;
-            ++found["a temporary file"];
+            ++found[name.starts_with(".") ? "a temporary file" : "the file set aside"];
             std::filesystem::remove(folder / name);
         }
     }

@@ -211,6 +211,7 @@ TEST_F(Saving, TheFileThatStoodThereIsGoneEvenWhenTheSaveFails) {
     const std::string printed = saveWith({{"webp"}, "portrait_retouched.webp"}, chosen(path), kSaveFailure);
     EXPECT_EQ(printed, "");
     EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(contentsOf(platform.trash() / "files/saved.webp"), "an earlier file");
 }
 
 TEST_F(Saving, TheFileIsDeletedBeforeTheNewOneIsWritten) {
@@ -218,10 +219,8 @@ TEST_F(Saving, TheFileIsDeletedBeforeTheNewOneIsWritten) {
     save(target("saved.png"));
     FolderWatch watch(platform.photos());
     save(target("saved.png"));
-    const std::vector<std::string> events = watch.events();
-    ASSERT_FALSE(events.empty());
-    EXPECT_EQ(events.front(), "-saved.png");
-    EXPECT_EQ(events.back(), "+saved.png");
+    EXPECT_THAT(watch.events(), testing::ElementsAre("-saved.png", "+saved (replaced).png", "+saved.png",
+                                                     "-saved (replaced).png"));
 }
 
 TEST_F(Saving, APictureThatItsFormatCannotHoldCountsAsSavedWithoutAFile) {
@@ -242,6 +241,17 @@ TEST_F(Saving, AnUnholdablePictureStillTakesTheEarlierFileAway) {
     writeFile(path, "an earlier file");
     saveWith({{"jpg"}, "wide_retouched.jpg"}, chosen(path), kSaveSuccess);
     EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_EQ(contentsOf(platform.trash() / "files/saved.jpg"), "an earlier file");
+}
+
+TEST_F(Saving, AResultCanBeReadByNobodyWhoCannotReadThePhoto) {
+    const std::filesystem::path path = makePhoto();
+    std::filesystem::permissions(path, std::filesystem::perms(0600));
+    openThroughPanel(path);
+    save(target("saved.png"));
+    EXPECT_EQ(std::filesystem::status(target("saved.png")).permissions(), std::filesystem::perms(0600));
+    save(path);
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
 }
 
 TEST_F(Saving, TheSourceItselfMayBeReplaced) {

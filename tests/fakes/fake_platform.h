@@ -24,6 +24,8 @@ public:
     /// Where state images go, and where tests put the photos that they make.
     const std::filesystem::path& states() const { return m_states; }
     const std::filesystem::path& photos() const { return m_photos; }
+    /// The user's trash, as long as this lives.
+    std::filesystem::path trash() const { return m_folder.path() / "data/Trash"; }
 
     /// From now on, and until it is found again, nothing can be written into the temporary folder.
     void loseTemporaryDirectory() { m_lost = true; }

@@ -11,7 +11,7 @@ namespace complexion {
 
 FolderWatch::FolderWatch(const std::filesystem::path& folder)
     : m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-    if (inotify_add_watch(m_inotify, folder.c_str(), IN_DELETE | IN_MOVED_TO) < 0)
+    if (inotify_add_watch(m_inotify, folder.c_str(), IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO) < 0)
         throw std::filesystem::filesystem_error("inotify", folder, {errno, std::generic_category()});
 }
 
@@ -27,7 +27,9 @@ std::vector<std::string> FolderWatch::events() {
             inotify_event event;
             std::memcpy(&event, buffer.data() + at, sizeof event);
             const std::string name = buffer.data() + at + sizeof event;
-            all.push_back(((event.mask & IN_DELETE) ? "-" : "+") + name);
+            // A file in the making, which gets its name, is no file that goes.
+            if ((event.mask & IN_MOVED_FROM) == 0 || !name.starts_with("."))
+                all.push_back(((event.mask & IN_MOVED_TO) == 0 ? "-" : "+") + name);
             at += static_cast<ssize_t>(sizeof event + event.len);
         }
     }

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/set_aside.h"
+
+#include "editor/desktop_trash.h"
+#include "editor/state_image_files.h"
+#include "imaging/base/diagnostics.h"
+#include "imaging/base/files.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+/// Moves the file to the first free name; empty, with errno set, when that fails.
+std::filesystem::path setAside(const std::filesystem::path& path) {
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return {};
+    if (S_ISDIR(status.st_mode)) { // could be moved, but is no file to be replaced
+        errno = EISDIR;
+        return {};
+    }
+    constexpr int kMaxTries = 10'000;
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    for (int i = 1; i <= kMaxTries; ++i) {
+        const std::string suffix = i == 1 ? " (replaced)" : " (replaced " + std::to_string(i) + ")";
+        const std::filesystem::path aside = folder / nameWithSuffix(path.filename(), suffix, folder);
+        if (moveWithoutReplacing(path, aside))
+            return aside;
+        if (errno != EEXIST)
+            return {};
+    }
+    return {};
+}
+
+} // namespace
+
+SetAsideFile::SetAsideFile(std::filesystem::path path)
+    : m_path(std::move(path)), m_asidePath(setAside(m_path)) {
+    if (m_asidePath.empty())
+        printLine(std::string("Remove failed: ") + std::strerror(errno));
+}
+
+void SetAsideFile::discard() {
+    if (!m_asidePath.empty())
+        removeFile(std::exchange(m_asidePath, {}));
+}
+
+void SetAsideFile::moveToTrash() {
+    if (!m_asidePath.empty())
+        complexion::moveToTrash(std::exchange(m_asidePath, {}), m_path);
+}
+
+} // namespace complexion
