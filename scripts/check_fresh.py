@@ -27,15 +27,18 @@ CLONE = f"{HOME}/my photos"
 # Starts ./run on a display of its own, waits for the window, and closes it as its user would.
 RUN_ON_A_DISPLAY = """
     exec 3< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp -noreset 2>/dev/null)
+    server=$!
+    trap 'kill "$server"' EXIT
     read -r number <&3
     export DISPLAY=:$number
     openbox &
     ./run & program=$!
     for second in {1..300}; do
-        wmctrl -c Complexion 2>/dev/null && break
+        wmctrl -c Complexion 2>/dev/null && closed=yes && break
         sleep 1
     done
-    wait "$program"
+    [[ -n ${closed:-} ]] || kill "$program"
+    wait "$program" && [[ -n ${closed:-} ]]
 """
 
 
