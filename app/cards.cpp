@@ -38,26 +38,6 @@ constexpr float kHoverLight = 0.06F;
 constexpr float kPressedDark = 0.3F;
 constexpr double kRingWidth = 2;
 
-/// Lightens a button of a card under the mouse, darkens it while it is pressed, and rings it when it has the
-/// focus.
-void paintButtonState(QPainter& painter, const QAbstractButton& button) {
-    const QRectF area(button.rect());
-    if (button.isEnabled() && (button.isDown() || button.underMouse())) {
-        QColor tint = button.isDown() ? QColor(Qt::black) : QColor(Qt::white);
-        tint.setAlphaF(button.isDown() ? kPressedDark : kHoverLight);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(tint);
-        painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);
-    }
-    if (button.hasFocus()) {
-        painter.setPen(QPen(button.palette().color(QPalette::Highlight), kRingWidth));
-        painter.setBrush(Qt::NoBrush);
-        constexpr double kInset = kRingWidth / 2;
-        painter.drawRoundedRect(area.adjusted(kInset, kInset, -kInset, -kInset), kCornerRadius - kInset,
-                                kCornerRadius - kInset);
-    }
-}
-
 /// Two centred lines, the first of them large, as a button.
 class HintButton : public QAbstractButton {
 public:
@@ -81,7 +61,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        paintButtonState(painter, *this);
+        paintCardButtonState(painter, *this);
         const int headlineHeight = QFontMetrics(textFont(kHeadlineSize)).height();
         const QRect lines = rect().adjusted(0, kHintMarginY, 0, -kHintMarginY);
         painter.setPen(palette().color(QPalette::Text));
@@ -143,7 +123,7 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        paintButtonState(painter, *this);
+        paintCardButtonState(painter, *this);
         const QColor color =
             palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Text);
         painter.drawPixmap(kHelpMarginX + (kDrawingSize - kTutorialIconSize) / 2,
@@ -158,6 +138,24 @@ private:
 };
 
 } // namespace
+
+void paintCardButtonState(QPainter& painter, const QAbstractButton& button) {
+    const QRectF area(button.rect());
+    if (button.isEnabled() && (button.isDown() || button.underMouse())) {
+        QColor tint = button.isDown() ? QColor(Qt::black) : QColor(Qt::white);
+        tint.setAlphaF(button.isDown() ? kPressedDark : kHoverLight);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(tint);
+        painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);
+    }
+    if (button.hasFocus()) {
+        painter.setPen(QPen(button.palette().color(QPalette::Highlight), kRingWidth));
+        painter.setBrush(Qt::NoBrush);
+        constexpr double kInset = kRingWidth / 2;
+        painter.drawRoundedRect(area.adjusted(kInset, kInset, -kInset, -kInset), kCornerRadius - kInset,
+                                kCornerRadius - kInset);
+    }
+}
 
 Box* makeHintCard(QWidget* parent, QAction* selectImage) {
     auto* box = new Box(parent);

@@ -11,10 +11,12 @@
 #include "app/system_queues.h"
 #include "app/translation.h"
 #include "app/tutorial_page.h"
+#include "app/unfinished_work.h"
 #include "app/window_dialogs.h"
 
 #include <QApplication>
 #include <QLocale>
+#include <QSessionManager>
 #include <QSettings>
 
 #include <cstdio>
@@ -26,6 +28,16 @@
 using namespace complexion;
 
 namespace {
+
+/// Asks before the desktop session ends, where the session lets programs ask.
+void answerSessionEnd(QSessionManager& manager, ViewController& controller) {
+    const bool mayAsk = manager.allowsInteraction();
+    const bool mayEnd = controller.sessionMayEnd(mayAsk);
+    if (mayAsk)
+        manager.release();
+    if (!mayEnd)
+        manager.cancel();
+}
 
 /// The path as given where the working folder is gone: a relative one then opens nothing, and the user is
 /// told so.
@@ -100,8 +112,19 @@ int main(int argc, char** argv) {
         controller->tutorialAddress =
             tutorialPageAddress(QCoreApplication::applicationDirPath(), QLocale().name().section(u'_', 0, 0));
     connectWindow(window, *controller, dialogs);
+    // The system's end asks nothing either, but is no answer: what was done can be continued.
     const EndSignals endSignals;
-    QObject::connect(&endSignals, &EndSignals::received, end);
+    QObject::connect(&endSignals, &EndSignals::received, &window, [&controller] {
+        controller->endBySystem();
+        QCoreApplication::exit();
+    });
+    QObject::connect(
+        &application, &QGuiApplication::commitDataRequest, &window,
+        [&controller](QSessionManager& manager) { answerSessionEnd(manager, *controller); },
+        Qt::DirectConnection);
+    std::optional<UnfinishedWork> unfinishedWork;
+    if (const std::optional<std::filesystem::path> journals = journalFolder())
+        unfinishedWork.emplace(*journals, *window.contents().boxContinue, *controller, dialogs);
 
     if (line.photo)
         QObject::connect(

@@ -45,6 +45,8 @@ WindowContents::WindowContents(RootView* root, const Actions& actions)
     compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);
+    boxContinue = new ContinueCard(root);
+    boxContinue->setAlpha(Box::kAlphaOverPhoto);
     boxHint = makeHintCard(root, actions.selectImage);
     boxHelp = makeHelpCard(root, actions.videoTutorial);
     root->installEventFilter(this);
@@ -98,14 +100,22 @@ void WindowContents::arrange() {
     }
 
     // The cards are of one width and stand a little above the middle of what the bar leaves free.
-    const QSize hint = boxHint->sizeHint();
-    const QSize help = boxHelp->sizeHint();
-    const int cardWidth = std::max(hint.width(), help.width());
-    const int free = height - kEdge - bar.height() - hint.height() - kEdge - help.height();
+    std::vector<Box*> cards = {boxHint, boxHelp};
+    if (!boxContinue->isHidden())
+        cards.insert(cards.begin(), boxContinue);
+    int cardWidth = 0;
+    int cardHeights = -kEdge;
+    for (const Box* card : cards) {
+        cardWidth = std::max(cardWidth, card->sizeHint().width());
+        cardHeights += kEdge + card->sizeHint().height();
+    }
     const int left = centredBesideRail(cardWidth, width);
-    const int top = std::max(kEdge, free * 9 / 20);
-    boxHint->setGeometry(left, top, cardWidth, hint.height());
-    boxHelp->setGeometry(left, top + hint.height() + kEdge, cardWidth, help.height());
+    int top = std::max(kEdge, (height - kEdge - bar.height() - cardHeights) * 9 / 20);
+    for (Box* card : cards) {
+        const int cardHeight = card->sizeHint().height();
+        card->setGeometry(left, top, cardWidth, cardHeight);
+        top += cardHeight + kEdge;
+    }
 }
 
 } // namespace complexion

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/actions.h"
+#include "app/continue_card.h"
 #include "app/held_command.h"
 #include "app/root_view.h"
 #include "app/settings_bar.h"
@@ -31,6 +32,7 @@ public:
     Box* boxCompare;
     HeldCommand* compare;
     SettingsBar* boxEditSettings;
+    ContinueCard* boxContinue;
     Box* boxHint;
     Box* boxHelp;
 

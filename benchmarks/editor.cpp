@@ -42,9 +42,13 @@ std::uint64_t TimedPlatform::monotonicNanoseconds() {
 }
 
 double TimedPlatform::secondsSince1970() {
-    stateIsNamed();
     m_wallClock += 1.0 / 64;
     return m_wallClock;
+}
+
+std::filesystem::path TimedPlatform::temporaryDirectory() {
+    stateIsNamed();
+    return m_folder.path();
 }
 
 void WaitingQueues::runAll() {

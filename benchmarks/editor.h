@@ -28,7 +28,7 @@ class TimedPlatform final : public Platform {
 public:
     TimedPlatform();
 
-    /// Told when the editor is about to write a state: it asks for the time then, to name the file.
+    /// Told when the editor is about to write a state: it asks for the folder then.
     std::function<void()> stateIsNamed = [] {};
 
     /// Lets the uptime go on by some seconds.
@@ -36,7 +36,7 @@ public:
 
     std::uint64_t monotonicNanoseconds() override;
     double secondsSince1970() override;
-    std::filesystem::path temporaryDirectory() override { return m_folder.path(); }
+    std::filesystem::path temporaryDirectory() override;
     void openAddress(const std::string&) override {}
     void terminate() override {}
 

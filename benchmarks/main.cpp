@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
     bench::setFolder(argv[1]);
     bench::addClickRows();
     bench::addStateRows();
+    bench::addJournalRows();
     bench::addEffectRows();
     bench::addPaintingRows();
     bench::addOpeningRows();

@@ -78,6 +78,7 @@ void addPaintingRows();
 void addOpeningRows();
 void addSavingRows();
 void addMemoryRows();
+void addJournalRows();
 void addStartRow();
 void addNaiveRow();
 

@@ -12,7 +12,7 @@ namespace complexion {
 
 EditSession::Snapshot EditSession::snapshot() const {
     const std::scoped_lock lock(m_mutex);
-    return {.image = m_image, .photo = m_photo, .settings = presentSettings()};
+    return {.image = m_image, .photo = m_photo, .change = m_change, .settings = presentSettings()};
 }
 
 std::optional<EditSession::Snapshot> EditSession::beginRepair(std::optional<std::uint64_t> onlyPhoto) {
@@ -20,21 +20,23 @@ std::optional<EditSession::Snapshot> EditSession::beginRepair(std::optional<std:
     if (onlyPhoto && *onlyPhoto != m_photo)
         return std::nullopt;
     isRepairing = true;
-    return Snapshot{.image = m_image, .photo = m_photo, .settings = presentSettings()};
+    return Snapshot{.image = m_image, .photo = m_photo, .change = m_change, .settings = presentSettings()};
 }
 
-void EditSession::open(const OpenedPhoto& photo, const std::filesystem::path& file) {
+void EditSession::open(const OpenedPhoto& photo, const std::filesystem::path& file,
+                       const std::optional<FileIdentity>& opened) {
     path = file;
     name = file.stem().string();
     extension = file.extension().string();
     if (!extension.empty())
         extension.erase(0, 1); // the dot
-    reload(photo);
+    reload(photo, opened);
 }
 
-void EditSession::reload(const OpenedPhoto& photo) {
+void EditSession::reload(const OpenedPhoto& photo, const std::optional<FileIdentity>& opened) {
     noteFile(photo);
     install(photo.image, /*isNewPhoto*/ true);
+    beginJournal(opened);
 }
 
 void EditSession::noteFile(const OpenedPhoto& photo) {
@@ -46,6 +48,17 @@ void EditSession::noteFile(const OpenedPhoto& photo) {
 
 void EditSession::setImage(const Image& image) {
     install(image, /*isNewPhoto*/ false);
+    if (m_journal && !m_repairMilliseconds)
+        m_journal->end();
+}
+
+void EditSession::noteRepair(const Snapshot& taken, Point place) {
+    // Noted before the state is written, which takes as long as its file is large.
+    m_repairMilliseconds = history.milliseconds();
+    note(RepairStep{.place = place,
+                    .repair = Repair::of(taken.settings),
+                    .changesBack = changeCount() - taken.change,
+                    .stateMilliseconds = *m_repairMilliseconds});
 }
 
 void EditSession::install(const Image& image, bool isNewPhoto) {
@@ -57,6 +70,7 @@ void EditSession::install(const Image& image, bool isNewPhoto) {
             m_source = image;
             ++m_photo;
         }
+        m_change = isNewPhoto ? 0 : m_change + 1;
     }
     previous.forgetComputedUnlessShared(image);
 }
@@ -74,6 +88,11 @@ Image EditSession::source() const {
 std::uint64_t EditSession::photoNumber() const {
     const std::scoped_lock lock(m_mutex);
     return m_photo;
+}
+
+std::int64_t EditSession::changeCount() const {
+    const std::scoped_lock lock(m_mutex);
+    return m_change;
 }
 
 std::string EditSession::stateFormat() const {
@@ -105,16 +124,55 @@ EditSettings EditSession::presentSettings() const {
     return *m_settings;
 }
 
+void EditSession::beginHistory() {
+    if (!history.begin(image(), stateFormat()))
+        note(StateLostStep{history.position});
+}
+
 void EditSession::pushState() {
-    history.push(image(), stateFormat());
+    const std::optional<std::int64_t> repair = std::exchange(m_repairMilliseconds, std::nullopt);
+    const std::int64_t milliseconds = repair ? *repair : history.milliseconds();
+    if (!history.push(image(), stateFormat(), milliseconds))
+        note(StateLostStep{history.position});
     isRepairing = false;
 }
 
 bool EditSession::moveTo(std::int64_t state) {
     const std::optional<Image> image = history.moveTo(state);
-    if (image)
-        setImage(*image);
-    return image.has_value();
+    if (!image)
+        return false;
+    install(*image, /*isNewPhoto*/ false);
+    if (history.isAsRecorded())
+        note(MoveStep{state});
+    else if (m_journal)
+        m_journal->end(); // the picture is what another program has put into the file
+    return true;
+}
+
+void EditSession::beginJournal(const std::optional<FileIdentity>& opened) {
+    m_effect = 0;
+    m_repairMilliseconds.reset();
+    if (!m_journal)
+        return;
+    if (opened)
+        m_journal->begin(path, *opened);
+    else
+        m_journal->forget();
+}
+
+void EditSession::note(const EditStep& step) {
+    if (m_journal)
+        m_journal->append(step);
+}
+
+void EditSession::noteEffect(int effect) {
+    if (effect != std::exchange(m_effect, effect))
+        note(EffectStep{effect});
+}
+
+void EditSession::forgetWork() {
+    if (m_journal)
+        m_journal->forget();
 }
 
 } // namespace complexion

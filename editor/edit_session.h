@@ -2,6 +2,8 @@
 #pragma once
 
 #include "editor/edit_settings.h"
+#include "editor/edit_step.h"
+#include "editor/journal.h"
 #include "editor/platform.h"
 #include "editor/state_history.h"
 #include "imaging/base/image.h"
@@ -10,9 +12,11 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace complexion {
 
@@ -31,6 +35,7 @@ public:
     struct Snapshot {
         Image image;             // the working image, without any effect
         std::uint64_t photo = 0; // counts every load and reload; 0 before the first
+        std::int64_t change = 0; // counts the working images of this photo
         EditSettings settings;
     };
 
@@ -42,16 +47,24 @@ public:
 
     // The photo.
 
-    /// Makes `photo`, which was opened from the file at `file`, the one that is edited.
-    void open(const OpenedPhoto& photo, const std::filesystem::path& file);
-    /// Replaces the photo by `photo`, which was opened from the same file again.
-    void reload(const OpenedPhoto& photo);
+    /// Makes `photo`, which was read from the file at `file`, the photo, and starts its journal. `opened` is
+    /// what the file was before it was read; without it no journal is kept.
+    void open(const OpenedPhoto& photo, const std::filesystem::path& file,
+              const std::optional<FileIdentity>& opened = std::nullopt);
+    /// Replaces the photo by `photo`, which was read from the same file again.
+    void reload(const OpenedPhoto& photo, const std::optional<FileIdentity>& opened = std::nullopt);
 
     Image image() const;
+    /// Replaces the working image. Unless it is the result of the repair that was just noted, the journal
+    /// ends: other images are no steps that could be repeated.
     void setImage(const Image& image);
+    /// Notes a finished repair of `taken`, whose result is then set and pushed.
+    void noteRepair(const Snapshot& taken, Point place);
     /// The photo as it was opened.
     Image source() const;
     std::uint64_t photoNumber() const;
+    /// Counts the working images of this photo.
+    std::int64_t changeCount() const;
 
     std::filesystem::path path; // of the photo; empty while none is open
     std::string name;           // file name without folder and extension
@@ -78,7 +91,7 @@ public:
     StateHistory history;
 
     /// Starts the history anew with the working image.
-    void beginHistory() { history.begin(image(), stateFormat()); }
+    void beginHistory();
     /// Records the working image and clears the busy flag.
     void pushState();
     bool canUndo() const { return !isRepairing && history.hasState(history.position - 1); }
@@ -87,9 +100,32 @@ public:
     bool undo() { return canUndo() && moveTo(history.position - 1); }
     bool redo() { return canRedo() && moveTo(history.position + 1); }
 
+    // The journal.
+
+    /// From now on steps are kept in `journal`, from the next photo on. Without one, none are.
+    void setJournal(std::unique_ptr<Journal> journal) { m_journal = std::move(journal); }
+    /// Null where none is kept.
+    Journal* journal() const { return m_journal.get(); }
+    /// The photo is shown through another effect.
+    void noteEffect(int effect);
+    /// The work is done with: nothing of it is kept.
+    void forgetWork();
+
+    /// Repeats the steps of an abandoned journal, whose photo has just been opened: picture, history and
+    /// position are then what they were. The states' files are left to `writeNextState`. Returns the effect
+    /// that the photo was shown through; nothing when a step is not possible, and the session is then to be
+    /// opened anew.
+    std::optional<int> replay(const std::vector<EditStep>& steps);
+    /// Goes on in the journal whose steps were replayed.
+    void resumeJournal(const AbandonedJournal& abandoned, const FileIdentity& opened);
+    /// Writes one state's file that `replay` has left; false when there is none.
+    bool writeNextState() { return history.writeNext(); }
+
 private:
     void install(const Image& image, bool isNewPhoto);
     void noteFile(const OpenedPhoto& photo);
+    void beginJournal(const std::optional<FileIdentity>& opened);
+    void note(const EditStep& step);
     bool moveTo(std::int64_t state);
     EditSettings presentSettings() const; // the lock is held
 
@@ -99,8 +135,13 @@ private:
     Image m_image;
     Image m_source;
     std::uint64_t m_photo = 0;
+    std::int64_t m_change = 0;
     std::optional<EditSettings> m_settings;
     std::string m_missing = "the settings";
+
+    std::unique_ptr<Journal> m_journal;
+    int m_effect = 0;
+    std::optional<std::int64_t> m_repairMilliseconds; // of the repair whose state is to be pushed
 };
 
 } // namespace complexion

@@ -6,7 +6,7 @@
 namespace complexion {
 
 std::filesystem::path ViewController::MakeStateImagePath() {
-    return m_session.history.makePath(m_session.stateFormat());
+    return m_session.history.makePath(m_session.stateFormat(), m_session.history.milliseconds());
 }
 
 void ViewController::BeginEditHistory() {

@@ -54,15 +54,21 @@ Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& pa
 
 void ViewController::loadImage(const std::filesystem::path& path) {
     // Decoded before the first step that changes anything.
+    const std::optional<FileIdentity> opened = identify(path);
     const Result<OpenedPhoto> photo = decodeSource(path);
     if (!photo) {
         showLoadFailure();
         return;
     }
+    installPhoto(*photo, path, opened);
+}
+
+void ViewController::installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,
+                                  const std::optional<FileIdentity>& opened) {
     reach(boxHint).hide();
     reach(boxHelp).hide();
     reach(comboEffect).setCurrentIndex(0);
-    m_session.open(*photo, path);
+    m_session.open(photo, path, opened);
     ApplyEffectsOnPreview();
     ResetZoom();
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
@@ -76,13 +82,14 @@ void ViewController::OnResetImage(QObject*) {
             "Alerts", "All unsaved changes will be lost. Are you sure you want to reload the image?")) ==
             kSecondButton)
         return;
+    const std::optional<FileIdentity> opened = identify(originalImagePath);
     const Result<OpenedPhoto> photo = decodeSource(originalImagePath);
     if (!photo) {
         showLoadFailure();
         return;
     }
     reach(comboEffect).setCurrentIndex(0);
-    m_session.reload(*photo);
+    m_session.reload(*photo, opened);
     ApplyEffectsOnPreview();
     BeginEditHistory();
 }

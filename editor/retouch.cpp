@@ -55,12 +55,14 @@ void ViewController::retouch(Point point, const std::optional<EditSession::Snaps
     if (!taken)
         return;
     const RepairReport report = runRepair(Repair::of(taken->settings), taken->image, point);
-    m_queues.submitMain([self = shared_from_this(), report, photo = taken->photo] {
-        if (photo != self->m_session.photoNumber()) {
+    m_queues.submitMain([self = shared_from_this(), report, taken = *taken, point] {
+        if (taken.photo != self->m_session.photoNumber()) {
             self->imageProcessing = false;
             Q_EMIT self->stateChanged();
             return;
         }
+        if (report.result)
+            self->m_session.noteRepair(taken, point);
         self->FinishRetouch(report.result);
         Q_EMIT self->repairFinished(report);
     });

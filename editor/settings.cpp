@@ -42,8 +42,10 @@ void ViewController::ShowSource(bool on) {
 
 void ViewController::OnEffectSelected(QObject*) {
     // Before a photo is open there is nothing to show through an effect.
-    if (hasImage())
-        ApplyEffectsOnPreview();
+    if (!hasImage())
+        return;
+    m_session.noteEffect(reach(comboEffect).currentIndex());
+    ApplyEffectsOnPreview();
 }
 
 void ViewController::OnEditAreaSizeChanged(QObject* sender) {

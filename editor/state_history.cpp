@@ -11,42 +11,59 @@ constexpr double kMillisecondsPerSecond = 1000;
 
 } // namespace
 
-std::filesystem::path StateHistory::makePath(const std::string& format) const {
-    const std::int64_t milliseconds =
-        truncateToInt64(m_platform.secondsSince1970() * kMillisecondsPerSecond, "the clock is out of range");
+std::int64_t StateHistory::milliseconds() const {
+    return truncateToInt64(m_platform.secondsSince1970() * kMillisecondsPerSecond,
+                           "the clock is out of range");
+}
+
+std::filesystem::path StateHistory::makePath(const std::string& format, std::int64_t milliseconds) const {
     return m_platform.temporaryDirectory() / ("stateImage" + std::to_string(milliseconds) + "." + format);
 }
 
-void StateHistory::begin(const Image& image, const std::string& format) {
-    removeFiles();
-    paths.clear();
-    const std::filesystem::path path = makePath(format);
-    if (!m_files.write(image, path, format))
-        return;
-    paths.push_back(path);
-    position = 0;
+bool StateHistory::write(const Image& image, const std::filesystem::path& path, const std::string& format,
+                         Writing writing) {
+    if (writing == Writing::Now)
+        return m_files.write(image, path, format);
+    if (writing == Writing::Later)
+        m_files.writeLater(image, path, format);
+    return writing == Writing::Later;
 }
 
-void StateHistory::push(const Image& image, const std::string& format) {
-    const std::filesystem::path path = makePath(format);
+bool StateHistory::begin(const Image& image, const std::string& format) {
+    removeFiles();
+    paths.clear();
+    const std::filesystem::path path = makePath(format, milliseconds());
+    if (!m_files.write(image, path, format))
+        return false;
+    paths.push_back(path);
+    position = 0;
+    return true;
+}
+
+bool StateHistory::push(const Image& image, const std::string& format, std::int64_t milliseconds,
+                        Writing writing) {
+    const std::filesystem::path path = makePath(format, milliseconds);
     if (position < bound) {
         // States that were stepped back from go before the new one is written, and stay gone if that fails.
         for (std::int64_t i = std::ssize(paths) - 1; i > position; --i) {
             removeFile(paths[static_cast<std::size_t>(i)]);
             paths.pop_back();
         }
-        if (m_files.write(image, path, format)) {
-            paths.push_back(path);
-            ++position;
-        }
-    } else if (m_files.write(image, path, format)) {
-        // The history is full: the oldest state goes, but only for one that is safely written.
-        if (paths.empty())
-            fatal("the oldest state of an empty history is dropped");
-        removeFile(paths.front());
-        paths.erase(paths.begin());
+        if (!write(image, path, format, writing))
+            return false;
         paths.push_back(path);
+        ++position;
+        return true;
     }
+    if (!write(image, path, format, writing))
+        return false;
+    // The history is full: the oldest state goes, but only for one that is safely written.
+    if (paths.empty())
+        fatal("the oldest state of an empty history is dropped");
+    removeFile(paths.front());
+    paths.erase(paths.begin());
+    paths.push_back(path);
+    return true;
 }
 
 std::optional<Image> StateHistory::moveTo(std::int64_t index) {

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -15,6 +16,7 @@ namespace complexion {
 
 bool StateImageFiles::write(const Image& image, const std::filesystem::path& path, std::string_view format) {
     m_written.erase(path);
+    m_unwritten.erase(path);
     const std::optional<FileIdentity> earlier = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
@@ -28,16 +30,41 @@ bool StateImageFiles::write(const Image& image, const std::filesystem::path& pat
     return true;
 }
 
+void StateImageFiles::writeLater(const Image& image, const std::filesystem::path& path,
+                                 std::string_view format) {
+    m_unwritten.insert_or_assign(path, Unwritten{image, std::string(format)});
+}
+
+bool StateImageFiles::writeNext() {
+    const auto next =
+        std::ranges::find_if(m_unwritten, [](const auto& entry) { return !entry.second.isTried; });
+    if (next == m_unwritten.end())
+        return false;
+    const auto [path, unwritten] = *next;
+    if (!write(unwritten.image, path, unwritten.format))
+        m_unwritten.insert_or_assign(path, Unwritten{unwritten.image, unwritten.format, true});
+    return true;
+}
+
 std::optional<Image> StateImageFiles::read(const std::filesystem::path& path) const {
-    const auto written = m_written.find(path);
-    if (written != m_written.end() && identify(path) == written->second.identity)
-        return written->second.image;
+    const auto unwritten = m_unwritten.find(path);
+    if (unwritten != m_unwritten.end())
+        return unwritten->second.image;
+    if (isAsWritten(path))
+        return m_written.at(path).image;
     return ImageTools::DecodeImage(path);
+}
+
+bool StateImageFiles::isAsWritten(const std::filesystem::path& path) const {
+    const auto written = m_written.find(path);
+    return m_unwritten.contains(path) ||
+           (written != m_written.end() && identify(path) == written->second.identity);
 }
 
 void StateImageFiles::remove(const std::filesystem::path& path) {
     m_written.erase(path);
-    removeFile(path);
+    if (m_unwritten.erase(path) == 0)
+        removeFile(path);
 }
 
 void removeFile(const std::filesystem::path& path) {

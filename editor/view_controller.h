@@ -29,6 +29,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace complexion {
@@ -150,6 +151,21 @@ public:
     /// when it is no image.
     void OpenFile(const std::filesystem::path& path);
 
+    // Work that outlives the process.
+
+    /// From the next photo on, keeps every step in `journal`.
+    void setJournal(std::unique_ptr<Journal> journal);
+    /// Opens the photo of an abandoned journal and repeats its steps: picture, history and position are then
+    /// what they were. False, after an alert that says why and with the journal kept, when the photo is gone
+    /// or another one, or the steps do not fit it.
+    bool ContinueWork(const AbandonedJournal& work);
+    /// Whether the desktop session may end: where it `mayAsk`, asks as windowShouldClose does. Closing the
+    /// window for the session's end then asks nothing.
+    bool sessionMayEnd(bool mayAsk);
+    /// Before the process ends because the system says so: deletes the state images. The journal stays,
+    /// unless the user has agreed to the session's end.
+    void endBySystem();
+
     // Retouch.
 
     void HandleClick(const MouseEvent& event);
@@ -242,6 +258,12 @@ private:
     /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no
     /// picture.
     void loadImage(const std::filesystem::path& path);
+    /// What every way to open a photo does once it is decoded.
+    void installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,
+                      const std::optional<FileIdentity>& opened);
+    bool repeatSteps(const AbandonedJournal& work, const OpenedPhoto& photo, const FileIdentity& opened);
+    void writeLeftStates();
+    void showContinueFailure(const char* informativeText);
     /// Runs the repair that `taken` was taken for; nothing without it.
     void retouch(Point point, const std::optional<EditSession::Snapshot>& taken);
     /// Shows the working image after a step back or forth.
@@ -257,6 +279,9 @@ private:
     std::uint64_t clickEndTime = 0;   // and of the last release
 
     bool m_isShowingSource = false;
+    bool m_isSessionEnding = false;
+    /// The photo's number and its number of changes when the user agreed to the session's end.
+    std::optional<std::pair<std::uint64_t, std::int64_t>> m_agreedEnd;
 };
 
 } // namespace complexion

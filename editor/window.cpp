@@ -78,14 +78,19 @@ bool ViewController::windowShouldClose() {
 
 void ViewController::windowWillClose() {
     RemoveStateImages();
+    m_session.forgetWork();
 }
 
 bool ViewController::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Close)
         return QObject::eventFilter(watched, event);
-    const bool closes = windowShouldClose();
+    // Who closes the window of a session that ends is the toolkit, not the user.
+    const bool endsWithSession = m_isSessionEnding && !event->spontaneous();
+    const bool closes = endsWithSession || windowShouldClose();
     event->setAccepted(closes);
-    if (closes)
+    if (endsWithSession)
+        endBySystem();
+    else if (closes)
         windowWillClose();
     // Never handed on: when a filter joins the window's filters while the question is shown (the menu bar's
     // does on Alt), the event comes here a second time.

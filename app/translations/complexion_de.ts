@@ -4,6 +4,22 @@
 <context>
     <name>Alerts</name>
     <message>
+        <source>The photo is not where it was. Its repairs are kept until you forget them.</source>
+        <translation>Das Foto ist nicht mehr dort, wo es war. Seine Reparaturen bleiben, bis Sie sie verwerfen.</translation>
+    </message>
+    <message>
+        <source>The photo has been changed since. Its repairs are kept until you forget them.</source>
+        <translation>Das Foto wurde inzwischen geändert. Seine Reparaturen bleiben, bis Sie sie verwerfen.</translation>
+    </message>
+    <message>
+        <source>The repairs do not fit the photo. They are kept until you forget them.</source>
+        <translation>Die Reparaturen passen nicht zu dem Foto. Sie bleiben, bis Sie sie verwerfen.</translation>
+    </message>
+    <message>
+        <source>The repairs of this photo will be lost. Are you sure you want to forget them?</source>
+        <translation>Die Reparaturen an diesem Foto gehen verloren. Wollen Sie sie wirklich verwerfen?</translation>
+    </message>
+    <message>
         <source>Clears blemishes from portraits. Free software under the GNU General Public License, version 3 or later.</source>
         <translation>Entfernt Hautunreinheiten aus Porträts. Freie Software unter der GNU General Public License, Version 3 oder später.</translation>
     </message>
@@ -282,6 +298,29 @@
     </message>
 </context>
 <context>
+    <name>complexion::ContinueCard</name>
+    <message>
+        <source>Continue where you stopped: %1, %2 repairs</source>
+        <translation>Weitermachen, wo Sie aufgehört haben: %1, %2 Reparaturen</translation>
+    </message>
+    <message>
+        <source>Continue where you stopped: %1</source>
+        <translation>Weitermachen, wo Sie aufgehört haben: %1</translation>
+    </message>
+    <message>
+        <source>Continue where you stopped: %1, 1 repair</source>
+        <translation>Weitermachen, wo Sie aufgehört haben: %1, 1 Reparatur</translation>
+    </message>
+    <message>
+        <source>Forget</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Forget %1</source>
+        <translation>%1 verwerfen</translation>
+    </message>
+</context>
+<context>
     <name>complexion::CustomImageView</name>
     <message>
         <source>Photo</source>
@@ -425,6 +464,10 @@
 </context>
 <context>
     <name>complexion::ViewController</name>
+    <message>
+        <source>Repeating the repairs…</source>
+        <translation>Die Reparaturen werden wiederholt …</translation>
+    </message>
     <message>
         <source>Opening the photo…</source>
         <translation>Das Foto wird geöffnet …</translation>

@@ -30,13 +30,16 @@ class EndingsTest(PortraitTestCase):
         for file in self.program.state_images():
             self.assertEqual(stat.S_IMODE(file.stat().st_mode), 0o600)
 
-    def test_a_signal_to_end_leaves_nothing(self):
+    def test_a_signal_to_end_leaves_the_journal_alone(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number.name):
                 self.start_and_retouch()
                 self.program.process.send_signal(number)
                 self.assertEqual(self.program.process.wait(20), 0)
                 self.assertEqual(self.left(), [])
+                journal, = self.program.journals()
+                self.assertEqual(stat.S_IMODE(journal.stat().st_mode), 0o600)
+                journal.unlink()
 
     def test_a_signal_ends_a_question_that_is_open(self):
         self.start_and_retouch()

@@ -78,7 +78,7 @@ class VirtualDesktop:
         # Controls are found by their English names, whatever language this machine's user reads.
         os.environ.update(LC_ALL="C.UTF-8", XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
                           XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
-                          XDG_DATA_HOME=str(self.folder / "data"))
+                          XDG_DATA_HOME=str(self.folder / "data"), XDG_STATE_HOME=str(self.folder / "state"))
         os.environ["DBUS_SESSION_BUS_ADDRESS"] = self._run_and_read_line(
             "bus", "dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:dir={self.folder}",
             "--print-address={}")

@@ -24,12 +24,13 @@ ANSWER_MILLISECONDS = 1000  # for a question over the accessibility bus; the lib
 
 
 class Complexion:
-    """The program under test, with a temporary folder of its own."""
+    """The program under test, with a temporary folder and a state folder of its own."""
 
     def __init__(self, desktop, program=BUILD / "app/complexion"):
         self.desktop = desktop
         self.program = program
         self.temporary = Path(tempfile.mkdtemp(prefix="temporary-", dir=desktop.folder))
+        self.state_home = Path(tempfile.mkdtemp(prefix="state-", dir=desktop.folder))
         self.output = desktop.folder / "complexion.log"
         self.process = None
         self.environment = {}  # beyond the desktop's; None takes a variable away
@@ -40,7 +41,8 @@ class Complexion:
         from gi.repository import Atspi
         Atspi.set_timeout(ANSWER_MILLISECONDS, ANSWER_MILLISECONDS)
         self.atspi = Atspi
-        environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", TMPDIR=str(self.temporary))
+        environment = dict(os.environ, QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", TMPDIR=str(self.temporary),
+                           XDG_STATE_HOME=str(self.state_home))
         environment = {name: value for name, value in (environment | self.environment).items() if value is not None}
         with open(self.output, "wb") as log:
             self.process = subprocess.Popen([self.program, *map(str, files)], stdout=log, stderr=log,
@@ -152,6 +154,9 @@ class Complexion:
 
     def window(self):
         return self.windows()[0]
+
+    def journals(self):
+        return sorted(self.state_home.glob("complexion/*"))
 
     def state_images(self):
         return sorted(self.temporary.glob("**/stateImage*"))

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Work that outlives the process: going on with it, and what becomes of it when the system ends the program.
+#include "editor/outlet.h"
+#include "editor/view_controller.h"
+
+#include <utility>
+
+namespace complexion {
+
+void ViewController::setJournal(std::unique_ptr<Journal> journal) {
+    m_session.setJournal(std::move(journal));
+}
+
+void ViewController::showContinueFailure(const char* informativeText) {
+    m_dialogs.runAlert({.messageText = "",
+                        .informativeText = informativeText,
+                        .style = AlertStyle::Warning,
+                        .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
+}
+
+bool ViewController::ContinueWork(const AbandonedJournal& work) {
+    const std::filesystem::path& path = work.contents.photo.path;
+    const std::optional<FileIdentity> opened = identify(path);
+    Q_EMIT longWorkBegan(tr("Opening the photo…"));
+    const PhotoMatch match = matchPhoto(work.contents.photo);
+    Q_EMIT longWorkEnded();
+    if (match == PhotoMatch::Gone || !opened) {
+        showContinueFailure(QT_TRANSLATE_NOOP(
+            "Alerts", "The photo is not where it was. Its repairs are kept until you forget them."));
+        return false;
+    }
+    const Result<OpenedPhoto> photo = match == PhotoMatch::Same
+                                          ? decodeSource(path)
+                                          : Result<OpenedPhoto>(Error{.message = "another photo"});
+    if (match == PhotoMatch::Different || identify(path) != opened) {
+        showContinueFailure(QT_TRANSLATE_NOOP(
+            "Alerts", "The photo has been changed since. Its repairs are kept until you forget them."));
+        return false;
+    }
+    if (!photo) {
+        showLoadFailure();
+        return false;
+    }
+    installPhoto(*photo, path, *opened);
+    return repeatSteps(work, *photo, *opened);
+}
+
+bool ViewController::repeatSteps(const AbandonedJournal& work, const OpenedPhoto& photo,
+                                 const FileIdentity& opened) {
+    Q_EMIT longWorkBegan(tr("Repeating the repairs…"));
+    const std::optional<int> effect = m_session.replay(work.contents.steps);
+    Q_EMIT longWorkEnded();
+    if (!effect) {
+        installPhoto(photo, work.contents.photo.path, opened);
+        showContinueFailure(QT_TRANSLATE_NOOP(
+            "Alerts", "The repairs do not fit the photo. They are kept until you forget them."));
+        return false;
+    }
+    m_session.resumeJournal(work, opened);
+    if (*effect >= 0 && *effect < std::ssize(kEffectTitles))
+        reach(comboEffect).setCurrentIndex(*effect);
+    ApplyEffectsOnPreview();
+    writeLeftStates();
+    return true;
+}
+
+void ViewController::writeLeftStates() {
+    // By way of the background, so that the window answers between two files.
+    m_queues.submitBackground([self = shared_from_this()] {
+        self->m_queues.submitMain([self] {
+            if (self->m_session.writeNextState())
+                self->writeLeftStates();
+        });
+    });
+}
+
+bool ViewController::sessionMayEnd(bool mayAsk) {
+    m_isSessionEnding = false;
+    if (mayAsk && hasImage()) {
+        if (!windowShouldClose())
+            return false;
+        m_agreedEnd = {m_session.photoNumber(), m_session.changeCount()};
+    }
+    m_isSessionEnding = true;
+    return true;
+}
+
+void ViewController::endBySystem() {
+    RemoveStateImages();
+    // Who has agreed to lose the work, and has not gone on since, is not offered it again.
+    if (m_agreedEnd == std::pair(m_session.photoNumber(), m_session.changeCount()))
+        m_session.forgetWork();
+}
+
+} // namespace complexion

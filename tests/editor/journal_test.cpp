@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The journal's bytes and files.
+#include "editor/journal.h"
+#include "tests/fakes/full_disk.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/temporary_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <limits>
+#include <thread>
+
+namespace complexion {
+
+namespace {
+
+RepairStep repairAt(double x, double y) {
+    RepairStep step;
+    step.place = {x, y};
+    step.repair.radius = 12;
+    step.repair.threshold = 7;
+    step.repair.style = RepairStyle::Natural;
+    step.repair.colorType = 1;
+    step.repair.customColor = {0.25, 0.5, 1};
+    step.stateMilliseconds = 1479282091234;
+    return step;
+}
+
+const std::vector<EditStep> kSteps = {repairAt(1.5, 2.25), repairAt(3, 4), StateLostStep{3}, MoveStep{0},
+                                      EffectStep{5}};
+
+Bytes bytesOf(const std::vector<EditStep>& steps) {
+    Bytes bytes =
+        journalHead({.path = "/photos/a face.jpg", .size = 77, .modifiedNanoseconds = 88, .hash = {}});
+    for (const EditStep& step : steps) {
+        const Bytes record = journalRecord(step);
+        bytes.insert(bytes.end(), record.begin(), record.end());
+    }
+    return bytes;
+}
+
+TEST(JournalRecords, AreReadBackAsTheyWereWritten) {
+    const ParsedJournal parsed = parseJournal(bytesOf(kSteps));
+    ASSERT_EQ(parsed.kind, JournalKind::Journal);
+    EXPECT_EQ(parsed.contents.photo.path, "/photos/a face.jpg");
+    EXPECT_EQ(parsed.contents.photo.size, 77);
+    EXPECT_EQ(parsed.contents.photo.modifiedNanoseconds, 88);
+    EXPECT_FALSE(parsed.contents.photo.hash.has_value());
+    EXPECT_EQ(parsed.contents.steps, kSteps);
+    EXPECT_EQ(parsed.contents.repairCount(), 2);
+    EXPECT_EQ(parsed.contents.length, bytesOf(kSteps).size());
+}
+
+TEST(JournalRecords, TheHashIsOfThePhoto) {
+    Bytes bytes = bytesOf({kSteps[0]});
+    PhotoHash hash = {};
+    hash[3] = 9;
+    const Bytes record = journalRecord(hash);
+    bytes.insert(bytes.end(), record.begin(), record.end());
+    EXPECT_EQ(parseJournal(bytes).contents.photo.hash, hash);
+}
+
+// Cut at every byte: what is left is the records that are whole.
+TEST(JournalRecords, ATornRecordIsDropped) {
+    const Bytes bytes = bytesOf(kSteps);
+    const std::size_t head = bytesOf({}).size();
+    std::size_t whole = 0;
+    std::size_t end = head;
+    for (std::size_t length = 0; length <= bytes.size(); ++length) {
+        const ParsedJournal parsed = parseJournal(ByteView(bytes).first(length));
+        if (length < head) {
+            EXPECT_EQ(parsed.kind, JournalKind::Unfinished) << length;
+            continue;
+        }
+        while (whole < kSteps.size() && length >= end + journalRecord(kSteps[whole]).size())
+            end += journalRecord(kSteps[whole++]).size();
+        ASSERT_EQ(parsed.kind, JournalKind::Journal) << length;
+        EXPECT_EQ(parsed.contents.steps.size(), whole) << length;
+        EXPECT_EQ(parsed.contents.length, end) << length;
+    }
+    EXPECT_EQ(whole, kSteps.size());
+}
+
+// One bit changed anywhere: no step is another one, and none after it is taken.
+TEST(JournalRecords, ADamagedRecordEndsTheJournal) {
+    const Bytes whole = bytesOf(kSteps);
+    for (std::size_t at = 0; at < whole.size(); ++at) {
+        Bytes damaged = whole;
+        damaged[at] ^= 0x10;
+        const ParsedJournal parsed = parseJournal(damaged);
+        ASSERT_LT(parsed.contents.steps.size(), kSteps.size()) << at;
+        for (std::size_t i = 0; i < parsed.contents.steps.size(); ++i)
+            EXPECT_EQ(parsed.contents.steps[i], kSteps[i]) << at;
+    }
+}
+
+TEST(JournalRecords, OfAnotherVersionOrKindAreForeign) {
+    Bytes bytes = bytesOf(kSteps);
+    ++bytes[8];
+    EXPECT_EQ(parseJournal(bytes).kind, JournalKind::Foreign);
+    bytes = bytesOf(kSteps);
+    ++bytes[0];
+    EXPECT_EQ(parseJournal(bytes).kind, JournalKind::Foreign);
+    EXPECT_EQ(parseJournal({}).kind, JournalKind::Unfinished);
+}
+
+TEST(JournalRecords, NumbersThatNoClickHasAreRefused) {
+    for (const auto& spoil : std::vector<void (*)(RepairStep&)>{
+             [](RepairStep& step) { step.place.x = std::numeric_limits<double>::quiet_NaN(); },
+             [](RepairStep& step) { step.repair.radius = 0; },
+             [](RepairStep& step) { step.repair.radius = std::int64_t{1} << 40; },
+             [](RepairStep& step) { step.repair.threshold = std::int64_t{1} << 40; },
+             [](RepairStep& step) { step.repair.style = static_cast<RepairStyle>(2); },
+             [](RepairStep& step) { step.changesBack = -1; }}) {
+        RepairStep step = repairAt(1, 1);
+        spoil(step);
+        EXPECT_TRUE(parseJournal(bytesOf({step})).contents.steps.empty());
+    }
+}
+
+class Journals : public testing::Test {
+protected:
+    Journals() {
+        std::ofstream(photo) << "the bytes of a photo";
+        journal = std::make_unique<Journal>(folder);
+    }
+
+    void begin() { journal->begin(photo, *identify(photo)); }
+    /// As after a kill, with what was written.
+    std::vector<AbandonedJournal> found() { return AbandonedJournal::findIn(folder); }
+    std::filesystem::path file() const { return folder / JournalFile::namesIn(folder).at(0); }
+    void append(const std::vector<EditStep>& steps) {
+        for (const EditStep& step : steps)
+            journal->append(step);
+    }
+    /// Ends the window without an end of its work.
+    void lose() { journal.reset(); }
+    static mode_t modeOf(const std::filesystem::path& path) {
+        struct stat status = {};
+        EXPECT_EQ(::stat(path.c_str(), &status), 0);
+        return status.st_mode & 07777;
+    }
+
+    TemporaryFolder home;
+    std::filesystem::path folder = home.path() / "state/complexion";
+    std::filesystem::path photo = home.path() / "face.jpg";
+    std::unique_ptr<Journal> journal;
+};
+
+TEST_F(Journals, NothingIsWrittenBeforeTheFirstStep) {
+    begin();
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    journal->append(kSteps[0]);
+    EXPECT_EQ(filesIn(folder).size(), 1U);
+}
+
+TEST_F(Journals, AreForTheUserAlone) {
+    begin();
+    append(kSteps);
+    EXPECT_EQ(modeOf(folder), 0700U);
+    EXPECT_EQ(modeOf(file()), 0600U);
+    lose();
+    std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    found();
+    EXPECT_EQ(modeOf(folder), 0700U);
+}
+
+TEST_F(Journals, AreOfferedOnlyWhenTheirWindowIsGone) {
+    begin();
+    append(kSteps);
+    EXPECT_TRUE(found().empty());
+    lose();
+    const std::vector<AbandonedJournal> works = found();
+    ASSERT_EQ(works.size(), 1U);
+    EXPECT_EQ(works[0].contents.steps, kSteps);
+    EXPECT_EQ(works[0].contents.photo.path, photo);
+    EXPECT_TRUE(found().empty()) << "another window offers it";
+}
+
+TEST_F(Journals, SeveralWindowsHaveOneEach) {
+    begin();
+    append(kSteps);
+    Journal other(folder);
+    other.begin(photo, *identify(photo));
+    other.append(kSteps[0]);
+    EXPECT_EQ(filesIn(folder).size(), 2U);
+    lose();
+    ASSERT_EQ(found().size(), 1U);
+    EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size());
+}
+
+TEST_F(Journals, TheHashFollowsTheFirstStep) {
+    begin();
+    append(kSteps);
+    const PhotoHash expected = [this] {
+        PhotoHasher hasher(photo);
+        while (hasher.readOn()) {
+        }
+        return *hasher.result();
+    }();
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    const auto isThere = [&] {
+        const std::string bytes = contentsOf(file());
+        return parseJournal(ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()))
+                   .contents.photo.hash == expected;
+    };
+    while (!isThere() && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::yield();
+    EXPECT_TRUE(isThere());
+}
+
+TEST_F(Journals, APhotoThatWasReplacedSinceItWasReadGetsNoHash) {
+    begin();
+    std::filesystem::remove(photo);
+    std::ofstream(photo) << "the bytes of another one";
+    append(kSteps);
+    lose();
+    ASSERT_EQ(found().size(), 1U);
+    EXPECT_FALSE(found()[0].contents.photo.hash.has_value());
+    EXPECT_EQ(matchPhoto(found()[0].contents.photo), PhotoMatch::Different);
+}
+
+TEST_F(Journals, AForgottenOneIsGone) {
+    begin();
+    append(kSteps);
+    journal->forget();
+    EXPECT_TRUE(filesIn(folder).empty());
+    append(kSteps);
+    EXPECT_TRUE(filesIn(folder).empty());
+    begin();
+    append(kSteps);
+    begin();
+    EXPECT_TRUE(filesIn(folder).empty());
+}
+
+TEST_F(Journals, AfterItsEndNothingIsAdded) {
+    begin();
+    journal->append(kSteps[0]);
+    journal->end();
+    journal->append(kSteps[1]);
+    lose();
+    EXPECT_EQ(found().at(0).contents.steps.size(), 1U);
+}
+
+TEST_F(Journals, AreResumedBehindATornRecord) {
+    begin();
+    append(kSteps);
+    lose();
+    const std::filesystem::path path = file();
+    std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
+    std::vector<AbandonedJournal> works = found();
+    ASSERT_EQ(works.size(), 1U);
+    const std::size_t left = works[0].contents.steps.size();
+    journal = std::make_unique<Journal>(folder);
+    journal->resume(works[0], *identify(photo));
+    works.clear();
+    EXPECT_TRUE(found().empty()) << "it has a window again";
+    journal->append(MoveStep{9});
+    lose();
+    works = found();
+    ASSERT_EQ(works.size(), 1U);
+    ASSERT_EQ(works[0].contents.steps.size(), left + 1);
+    EXPECT_EQ(works[0].contents.steps.back(), EditStep(MoveStep{9}));
+}
+
+TEST_F(Journals, WhatEndsBeforeAStepIsRemovedAndWhatIsForeignStays) {
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder / "empty.journal");
+    std::ofstream(folder / "begun.journal") << "CMPLXJNL";
+    std::ofstream(folder / "other.journal") << "CMPLXJNL\xFF\x01\x01\x01 of a later version";
+    std::ofstream(folder / "text.journal") << "a text";
+    std::ofstream(folder / "notes.txt") << "a text";
+    std::filesystem::create_directory(folder / "folder.journal");
+    EXPECT_TRUE(found().empty());
+    EXPECT_EQ(filesIn(folder),
+              (std::vector<std::string>{"folder.journal", "notes.txt", "other.journal", "text.journal"}));
+}
+
+TEST_F(Journals, AFolderThatCannotBeMadeCostsNothingButTheJournal) {
+    std::ofstream(home.path() / "state") << "a file where the folder belongs";
+    begin();
+    append(kSteps);
+    EXPECT_TRUE(found().empty());
+    // As soon as there is room, all steps are written.
+    std::filesystem::remove(home.path() / "state");
+    journal->append(MoveStep{1});
+    lose();
+    ASSERT_EQ(found().size(), 1U);
+    EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size() + 1);
+}
+
+TEST_F(Journals, AFullDiskLeavesWholeRecordsAndLosesNoneOnceThereIsRoom) {
+    begin();
+    journal->append(kSteps[0]);
+    {
+        const FullDisk full(std::filesystem::file_size(file()) + 10);
+        append(kSteps);
+        EXPECT_EQ(parseJournal(readFile(file()) ? *readFile(file()) : Bytes()).contents.steps.size(), 1U);
+    }
+    journal->append(MoveStep{1});
+    lose();
+    ASSERT_EQ(found().size(), 1U);
+    EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size() + 2);
+}
+
+TEST_F(Journals, ThePhotoIsKnownByItsBytes) {
+    JournaledPhoto known{.path = photo,
+                         .size = 20,
+                         .modifiedNanoseconds = identify(photo)->modifiedNanoseconds,
+                         .hash = std::nullopt};
+    EXPECT_EQ(matchPhoto(known), PhotoMatch::Same);
+    known.modifiedNanoseconds += 1;
+    EXPECT_EQ(matchPhoto(known), PhotoMatch::Different);
+    PhotoHasher hasher(photo);
+    while (hasher.readOn()) {
+    }
+    known.hash = hasher.result();
+    EXPECT_EQ(matchPhoto(known), PhotoMatch::Same) << "a copy with another time";
+    std::ofstream(photo) << "the bytes of a photO";
+    EXPECT_EQ(matchPhoto(known), PhotoMatch::Different);
+    std::filesystem::remove(photo);
+    EXPECT_EQ(matchPhoto(known), PhotoMatch::Gone);
+}
+
+TEST(JournalFolder, IsInTheStateHome) {
+    const auto with = [](const char* state, const char* home) {
+        const std::string stateBefore = std::getenv("XDG_STATE_HOME") ? std::getenv("XDG_STATE_HOME") : "";
+        const std::string homeBefore = std::getenv("HOME") ? std::getenv("HOME") : "";
+        ::setenv("XDG_STATE_HOME", state, 1);
+        ::setenv("HOME", home, 1);
+        const auto folder = journalFolder();
+        ::setenv("XDG_STATE_HOME", stateBefore.c_str(), 1);
+        ::setenv("HOME", homeBefore.c_str(), 1);
+        return folder;
+    };
+    EXPECT_EQ(with("/states", "/home/a"), "/states/complexion");
+    EXPECT_EQ(with("", "/home/a"), "/home/a/.local/state/complexion");
+    EXPECT_EQ(with("relative", "/home/a"), "/home/a/.local/state/complexion");
+    EXPECT_EQ(with("", ""), std::nullopt);
+}
+
+} // namespace
+
+} // namespace complexion

@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Usage: journal_kills [KILLS]
+//
+// A process that works on a photo at random is killed at random moments, again and again, on two photos in
+// turn. After each kill: no step that it had finished is missing in the journal, the continued picture,
+// history and position are those of a session that was never killed, the photo is as it was, and what was
+// left on the disk is the journal, of whose bytes all are accounted for, and the private folder, which the
+// next start removes.
+#include "app/private_folder.h"
+#include "editor/edit_session.h"
+#include "imaging/image_tools.h"
+#include "tests/fakes/pictures.h"
+#include "tests/fakes/temporary_folder.h"
+
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <iostream>
+#include <random>
+#include <string>
+#include <unistd.h>
+
+namespace complexion {
+
+namespace {
+
+constexpr int kKills = 1000;
+constexpr PixelSize kSize{160, 120};
+constexpr int kMaxRadius = 12;
+constexpr std::int64_t kMaxMoment = 90'000; // microseconds after the start
+constexpr std::size_t kMaxTornBytes = 128;  // more than any record has
+
+[[noreturn]] void fail(const std::string& what) {
+    std::cerr << "journal_kills: " << what << '\n';
+    std::_Exit(1);
+}
+
+void require(bool condition, const std::string& what) {
+    if (!condition)
+        fail(what);
+}
+
+class DriverPlatform : public Platform {
+public:
+    explicit DriverPlatform(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    std::uint64_t monotonicNanoseconds() override { return 0; }
+    /// No two states share a name.
+    double secondsSince1970() override {
+        const auto now = std::chrono::system_clock::now().time_since_epoch();
+        m_time = std::max(m_time + 0.002, std::chrono::duration<double>(now).count());
+        return m_time;
+    }
+    std::filesystem::path temporaryDirectory() override { return m_folder; }
+    void openAddress(const std::string&) override {}
+    void terminate() override {}
+
+private:
+    std::filesystem::path m_folder;
+    double m_time = 0;
+};
+
+/// The work of one person, whose next deed depends on nothing but the random numbers and the session.
+class Worker {
+public:
+    Worker(EditSession& session, int effect) : m_session(session), m_effect(effect) {}
+
+    /// Does one thing; false when it was none that is a step.
+    bool work(std::mt19937& random) {
+        const auto upTo = [&random](int limit) {
+            return static_cast<int>(random() % static_cast<std::uint32_t>(limit));
+        };
+        const int what = upTo(12);
+        if (what < 2)
+            return m_session.undo();
+        if (what == 2)
+            return m_session.redo();
+        if (what == 3) {
+            const int effect = upTo(9);
+            m_session.noteEffect(effect);
+            return effect != std::exchange(m_effect, effect);
+        }
+        m_session.setSettings({.radius = 1 + upTo(kMaxRadius),
+                               .colorType = upTo(2),
+                               .customColor = {upTo(256) / 255.0, upTo(256) / 255.0, upTo(256) / 255.0},
+                               .threshold = static_cast<float>(upTo(30)),
+                               .style = static_cast<RepairStyle>(upTo(2))});
+        const Point place{upTo(kSize.width * 4) / 4.0, upTo(kSize.height * 4) / 4.0};
+        const EditSession::Snapshot taken = *m_session.beginRepair();
+        const RepairReport report = runRepair(Repair::of(taken.settings), taken.image, place);
+        m_session.noteRepair(taken, place);
+        m_session.setImage(*report.result);
+        m_session.pushState();
+        return true;
+    }
+
+    int effect() const { return m_effect; }
+
+private:
+    EditSession& m_session;
+    int m_effect;
+};
+
+/// Opens the photo; without one, as a photo of nothing.
+void open(EditSession& session, const std::filesystem::path& photo) {
+    const auto opened = identify(photo);
+    session.open({decoded(photo)}, photo, opened);
+    session.beginHistory();
+}
+
+/// Opens the photo of the work and repeats its steps, as the window does.
+int continueWork(EditSession& session, const AbandonedJournal& work) {
+    require(matchPhoto(work.contents.photo) == PhotoMatch::Same, "the photo is not recognised");
+    open(session, work.contents.photo.path);
+    const std::optional<int> effect = session.replay(work.contents.steps);
+    require(effect.has_value(), "a step cannot be repeated");
+    session.resumeJournal(work, *identify(work.contents.photo.path));
+    while (session.writeNextState()) {
+    }
+    return *effect;
+}
+
+class Kills {
+public:
+    explicit Kills(int count) : m_count(count) {
+        for (const char* folder : {"photos", "temporary", "home"})
+            std::filesystem::create_directory(m_root.path() / folder);
+        ::setenv("TMPDIR", (m_root.path() / "temporary").c_str(), 1);
+        ::setenv("HOME", (m_root.path() / "home").c_str(), 1);
+        ::unsetenv("XDG_STATE_HOME");
+        m_journals = *journalFolder();
+        for (const char* name : {"a.jpg", "b.png"}) {
+            m_photos.push_back(m_root.path() / "photos" / name);
+            require(ImageTools::SaveImage(noise(kSize, static_cast<std::uint32_t>(m_photos.size())),
+                                          m_photos.back(), m_photos.back().extension().string().substr(1)),
+                    "no photo");
+            m_bytes.push_back(contentsOf(m_photos.back()));
+        }
+    }
+
+    void run() {
+        for (m_round = 0; m_round < m_count; ++m_round) {
+            const auto seed = static_cast<std::uint32_t>(m_random());
+            if (!m_isContinued)
+                startAnew();
+            const std::int64_t reported = workUntilKilled(seed);
+            checkFiles();
+            checkWork(seed, reported);
+        }
+        std::cout << m_count << " kills, " << m_steps << " steps, none of them lost; " << m_unreported
+                  << " more had been journaled but not finished; " << m_withSteps << " works continued, "
+                  << m_largest << " steps at most; " << m_early << " kills before a first step\n";
+    }
+
+private:
+    const std::filesystem::path& photo() const { return m_photos[static_cast<std::size_t>(m_photo)]; }
+
+    /// The other photo, and a session that is never killed.
+    void startAnew() {
+        m_photo = 1 - m_photo;
+        m_oracle.emplace(m_oraclePlatform);
+        open(*m_oracle, photo());
+        m_effect = 0;
+        m_done = 0;
+    }
+
+    /// Returns how many steps of this run the process had finished.
+    std::int64_t workUntilKilled(std::uint32_t seed) {
+        int pipe[2];
+        require(::pipe2(pipe, O_CLOEXEC) == 0, "no pipe");
+        const std::int64_t moment = std::uniform_int_distribution<std::int64_t>(0, kMaxMoment)(m_random);
+        const pid_t child = ::fork();
+        require(child >= 0, "no process");
+        if (child == 0)
+            work(seed, pipe[1]);
+        ::close(pipe[1]);
+        const timespec wait{.tv_sec = 0, .tv_nsec = moment * 1000};
+        ::nanosleep(&wait, nullptr);
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        require(WIFSIGNALED(status), "the work ended by itself");
+        std::int64_t reported = 0;
+        char byte = 0;
+        while (::read(pipe[0], &byte, 1) == 1)
+            ++reported;
+        ::close(pipe[0]);
+        return reported;
+    }
+
+    [[noreturn]] void work(std::uint32_t seed, int report) {
+        const Result<PrivateFolder> folder = PrivateFolder::create();
+        require(static_cast<bool>(folder), "no private folder");
+        DriverPlatform platform(folder->path());
+        EditSession session(platform);
+        session.setJournal(std::make_unique<Journal>(m_journals));
+        std::vector<AbandonedJournal> works = AbandonedJournal::findIn(m_journals);
+        int effect = 0;
+        if (works.empty())
+            open(session, photo());
+        else
+            effect = continueWork(session, works[0]);
+        works.clear();
+        Worker worker(session, effect);
+        std::mt19937 random(seed);
+        for (;;)
+            if (worker.work(random))
+                require(::write(report, "", 1) == 1, "the report cannot be written");
+    }
+
+    void checkFiles() const {
+        for (std::size_t i = 0; i < m_photos.size(); ++i)
+            require(contentsOf(m_photos[i]) == m_bytes[i], "a photo was changed");
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_root.path())) {
+            if (!entry.is_regular_file() || std::ranges::count(m_photos, entry.path()))
+                continue;
+            const std::string within = entry.path().lexically_relative(m_root.path()).string();
+            if (within.starts_with("temporary/complexion-"))
+                continue;
+            require(within.starts_with("home/.local/state/complexion/") && within.ends_with(".journal"),
+                    "a file outside the private folder: " + within);
+            const std::string bytes = contentsOf(entry.path());
+            const ParsedJournal parsed =
+                parseJournal(ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()));
+            require(parsed.kind != JournalKind::Foreign &&
+                        bytes.size() - parsed.contents.length < kMaxTornBytes,
+                    "bytes in the journal that are no record");
+        }
+    }
+
+    /// The next start: goes on with what was left and compares.
+    void checkWork(std::uint32_t seed, std::int64_t reported) {
+        const std::vector<std::string> before = filesIn(m_root.path() / "temporary");
+        const Result<PrivateFolder> folder = PrivateFolder::create();
+        require(static_cast<bool>(folder), "no private folder");
+        for (const std::string& name : before)
+            require(!std::filesystem::exists(m_root.path() / "temporary" / name),
+                    "a killed run's folder stays");
+
+        std::vector<AbandonedJournal> works = AbandonedJournal::findIn(m_journals);
+        require(works.size() <= 1, "more than one journal");
+        const std::int64_t steps = works.empty() ? 0 : std::ssize(works[0].contents.steps);
+        require(steps >= m_done + reported, "a finished step is lost: " + std::to_string(steps) + " of " +
+                                                std::to_string(m_done + reported));
+        require(steps <= m_done + reported + 1, "more steps than there were");
+        m_unreported += steps - m_done - reported;
+        m_steps += reported;
+        m_largest = std::max(m_largest, steps);
+
+        Worker worker(*m_oracle, m_effect);
+        std::mt19937 random(seed);
+        while (m_done < steps)
+            m_done += worker.work(random);
+        m_effect = worker.effect();
+        if (works.empty()) {
+            ++m_early;
+            m_isContinued = false;
+            return;
+        }
+        ++m_withSteps;
+        DriverPlatform platform(folder->path());
+        EditSession session(platform);
+        require(continueWork(session, works[0]) == m_effect, "another effect");
+        compare(session);
+        m_isContinued = m_random() % 3 != 0;
+        if (!m_isContinued)
+            works[0].file->remove();
+    }
+
+    void compare(EditSession& session) {
+        require(samePixels(session.image(), m_oracle->image()), "another picture");
+        require(session.history.position == m_oracle->history.position, "another position");
+        require(session.history.paths.size() == m_oracle->history.paths.size(), "another history");
+        const std::int64_t position = session.history.position;
+        for (std::int64_t i = 0; i < std::ssize(session.history.paths); ++i) {
+            const auto state = session.history.moveTo(i);
+            const auto expected = m_oracle->history.moveTo(i);
+            require(state && expected && samePixels(*state, *expected), "another state");
+        }
+        session.history.moveTo(position);
+        m_oracle->history.moveTo(position);
+    }
+
+    int m_count;
+    TemporaryFolder m_oracleFolder; // first: the other is made within it
+    TemporaryFolder m_root;
+    DriverPlatform m_oraclePlatform{m_oracleFolder.path()};
+    std::filesystem::path m_journals;
+    std::vector<std::filesystem::path> m_photos;
+    std::vector<std::string> m_bytes;
+    std::mt19937 m_random{1};
+
+    int m_round = 0;
+    int m_photo = 0;
+    bool m_isContinued = false;
+    std::optional<EditSession> m_oracle;
+    int m_effect = 0;
+    std::int64_t m_done = 0; // steps of the work, in all runs
+
+    std::int64_t m_steps = 0;
+    std::int64_t m_unreported = 0;
+    std::int64_t m_withSteps = 0;
+    std::int64_t m_largest = 0;
+    std::int64_t m_early = 0;
+};
+
+} // namespace
+
+} // namespace complexion
+
+int main(int argc, char** argv) {
+    complexion::Kills(argc > 1 ? std::atoi(argv[1]) : complexion::kKills).run();
+}
