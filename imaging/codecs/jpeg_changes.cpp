@@ -27,6 +27,8 @@ constexpr Weights kRgbOfComponents = {{
 }};
 constexpr Weights kSame = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
+/// A grey picture takes pixels whose red, green and blue are no further apart than repairs round them.
+constexpr int kMaxTint = 2;
 /// A pixel that was not painted must not move by more, in levels, without rounding.
 constexpr float kMaxMove = 15;
 /// Painted pixels that differ by more in the mean, in levels, are not what was painted.
@@ -37,6 +39,11 @@ constexpr float kMaxSpill = 10;
 /// So often the pixels that moved more are given more weight before their samples are left alone.
 constexpr int kWeighings = 4;
 constexpr float kWeighing = 8;
+
+int tintOf(RGBA32 pixel) {
+    const auto [least, most] = std::minmax({pixel.red(), pixel.green(), pixel.blue()});
+    return most - least;
+}
 
 PixelRect grown(PixelRect mcus, int by, const JpegLayout& layout) {
     return PixelRect{mcus.x - by, mcus.y - by, mcus.width + 2 * by, mcus.height + 2 * by}.intersected(
@@ -65,7 +72,7 @@ public:
         std::vector<RGBA32> after(pixelCount());
         versions.before.read(m_pixels, before.data(), m_pixels.width);
         versions.after.read(m_pixels, after.data(), m_pixels.width);
-        const Weights& weights = m_layout.colors == JpegColors::YCbCr ? kComponentsOfRgb : kSame;
+        const Weights& weights = m_layout.colors == JpegColors::Rgb ? kSame : kComponentsOfRgb;
         for (std::size_t i = 0; i < before.size(); ++i) {
             const RGBA32 one = before[i];
             const RGBA32 other = after[i];
@@ -73,8 +80,7 @@ public:
                                                  static_cast<float>(other.green() - one.green()),
                                                  static_cast<float>(other.blue() - one.blue())};
             m_isChanged[i] = change[0] != 0 || change[1] != 0 || change[2] != 0;
-            if (m_layout.colors == JpegColors::Grey && m_isChanged[i] &&
-                (other.red() != other.green() || other.red() != other.blue()))
+            if (m_layout.colors == JpegColors::Grey && m_isChanged[i] && tintOf(other) > kMaxTint)
                 return false;
             for (std::size_t c = 0; c < m_values.size(); ++c)
                 m_values[c][i] =

@@ -26,9 +26,11 @@ void JpegOriginal::prepare() {
 }
 
 const Result<CodedJpeg>& JpegOriginal::coded() const {
-    if (!m_coded) {
+    const auto lackedMemory = [this] { return !*m_coded && m_coded->error().kind == ErrorKind::OutOfMemory; };
+    if (!m_coded || lackedMemory()) {
         m_coded = withoutThrowing([this] { return codedExactly(m_file); });
-        m_file = Bytes();
+        if (!lackedMemory()) // otherwise the next encoding tries again
+            m_file = Bytes();
     }
     return *m_coded;
 }

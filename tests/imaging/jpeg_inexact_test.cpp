@@ -38,6 +38,7 @@ void expectFallback(const Image& edited, const std::string& reason) {
 TEST(InexactJpeg, ColorsOnAGreyPictureFallBack) {
     const Image image = decoded(kJpegCodec, fileOf({.name = "", .components = 1}));
     EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "");
+    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, RGBA32(7, 8, 7, 255))), "") << "as a repair rounds it";
     expectFallback(withSpot(image, {9, 9}), "grey");
     EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "") << "undone, it is exact again";
 }
