@@ -93,7 +93,7 @@ TEST_F(EditHistory, AFullHistoryWithoutAnEntryIsFatal) {
     controller->RemoveStateImages();
     controller->stateImagesPath.clear();
     controller->currenState = controller->numberOfStates;
-    EXPECT_DEATH(controller->PushStateImage(), "");
+    EXPECT_DEATH(controller->PushStateImage(), "empty history");
 }
 
 TEST_F(EditHistory, AFileThatIsGoneIsReportedOnOneLineAndTheNextIsDeleted) {

@@ -11,7 +11,29 @@ namespace {
 
 TEST_F(Retouch, NoResultIsFatal) {
     openPhoto();
-    EXPECT_DEATH(controller->FinishRetouch(std::nullopt), "");
+    EXPECT_DEATH(controller->FinishRetouch(std::nullopt), "gave no image");
+}
+
+TEST_F(Retouch, APointOfThePhotoCanBeRetouchedWithoutAClick) {
+    openPhoto();
+    const PixelPosition blemish = blemishes()[0];
+    controller->RetouchAtPoint({static_cast<double>(blemish.column) + 0.5,
+                                kPhotoSize.height - static_cast<double>(blemish.row) - 0.5});
+    EXPECT_TRUE(controller->imageProcessing);
+    queues.runAll();
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_TRUE(samePixels(controller->originalImage(), repaired(photo(), blemish)));
+}
+
+TEST_F(Retouch, AClickWhosePhotoWasReplacedBeforeItsWorkBeganDoesNothing) {
+    openPhoto();
+    clickPixel(blemishes()[0]);
+    openThroughPanel(makePhoto("second.png"));
+    const Image second = controller->originalImage();
+    queues.runAll();
+    EXPECT_FALSE(controller->imageProcessing);
+    EXPECT_TRUE(controller->originalImage().isSameObject(second));
+    EXPECT_EQ(controller->stateImagesPath.size(), 1U);
 }
 
 TEST_F(Retouch, TheResultIsShownThroughTheEffectAndRecordedWithoutIt) {

@@ -105,6 +105,32 @@ TEST_F(SettingsMirror, TheEditAreaTakesAtLeastAPixelAStep) {
     EXPECT_EQ(sizeAfter(100, 0), 100);
 }
 
+TEST_F(SettingsMirror, WhatIsNoNumberLeavesTheSizeAsItWas) {
+    controller->stepperEditAreaSize->setIntegerValue(25);
+    for (const char* text : {"", "abc", "1e3", "-"}) {
+        controller->textFieldEditAreaSize->setText(QString::fromLatin1(text));
+        controller->OnEditAreaSizeChanged(controller->textFieldEditAreaSize);
+        EXPECT_EQ(controller->stepperEditAreaSize->integerValue(), 25) << text;
+        EXPECT_EQ(controller->textFieldEditAreaSize->text(), QStringLiteral("25")) << text;
+    }
+}
+
+TEST_F(SettingsMirror, AControlThatIsGoneStaysMissedWhenAnotherChanges) {
+    const auto readWithout = [this](QWidget* gone) {
+        delete gone;
+        if (controller->sliderThreshold)
+            controller->sliderThreshold->setFloatValue(50);
+        if (controller->stepperEditAreaSize)
+            controller->stepperEditAreaSize->setIntegerValue(50);
+        (void)controller->editSettings();
+    };
+    EXPECT_DEATH(readWithout(controller->stepperEditAreaSize), "stepperEditAreaSize is gone");
+    EXPECT_DEATH(readWithout(controller->checkAutodetectColor), "checkAutodetectColor is gone");
+    EXPECT_DEATH(readWithout(controller->colorWellCustomColor), "colorWellCustomColor is gone");
+    EXPECT_DEATH(readWithout(controller->sliderThreshold), "sliderThreshold is gone");
+    EXPECT_DEATH(readWithout(controller->comboRepair), "comboRepair is gone");
+}
+
 TEST_F(SettingsMirror, TheFieldAloneIsTheSenderThatCounts) {
     controller->textFieldEditAreaSize->setText(QStringLiteral("25"));
     controller->OnEditAreaSizeChanged(nullptr);

@@ -177,6 +177,24 @@ TEST(ZoomFrame, AnotherSizeOfWindowOpensNoGap) {
     EXPECT_GE(next.y + next.height, 800);
 }
 
+TEST(ZoomFrame, AtTheLimitsThemselvesAStepIsAnOrdinaryOne) {
+    // The heights, out of proportion, show which it was.
+    EXPECT_EQ(zoomed({-100, -200, 800, 900}, kArea, 0.5), (Frame{0, 0, 400, 450}));
+    EXPECT_EQ(zoomed({-500, -200, 2000, 900}, kArea, 2), (Frame{-1500, -650, 4000, 1800}));
+}
+
+TEST(ZoomFrame, TheSmallestGapIsClosed) {
+    EXPECT_EQ(repositioned({0.5, 0.25, 800, 600}, kArea), (Frame{0, 0, 800, 600}));
+    EXPECT_EQ(repositioned({-400.5, -300.25, 800, 600}, kArea), (Frame{-400, -300, 800, 600}));
+}
+
+TEST(ZoomFrame, AWindowThatHadNoSizeFitsThePhoto) {
+    EXPECT_EQ(resized({0, 0, 10, 10}, {0, 300}, kArea), kFitted);
+    EXPECT_EQ(resized({0, 0, 10, 10}, {400, 0}, kArea), kFitted);
+    EXPECT_EQ(resized({0, 0, 2, 600}, {1, 300}, kArea), (Frame{0, 0, 800, 600}));
+    EXPECT_EQ(resized({0, 0, 800, 2}, {400, 1}, kArea), (Frame{0, 0, 800, 600}));
+}
+
 TEST(ZoomFrame, ThereAndBackAgainIsWhereItWas) {
     const Frame frame{-130, -110, 880, 660};
     expectNear(resized(resized(frame, kArea, {1000, 333}), {1000, 333}, kArea), frame);
