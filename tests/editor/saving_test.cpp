@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/saving_fixture.h"
+#include "tests/fakes/system_calls.h"
+
+#include <cerrno>
 
 namespace complexion {
 
@@ -185,6 +188,13 @@ TEST_F(Saving, AFileThatCannotBeWrittenShowsTheFailure) {
     const std::filesystem::path path = platform.photos() / "nowhere" / "saved.png";
     const std::string printed = saveWith({{"png"}, "portrait_retouched.png"}, chosen(path), kSaveFailure);
     EXPECT_THAT(printed, testing::MatchesRegex("Remove failed: [^\n]+\n"));
+}
+
+TEST_F(Saving, AFileThatCannotBeFlushedShowsTheFailure) {
+    openThroughPanel(makePhoto());
+    const FailingCalls failing(SystemCall::Fsync, EIO);
+    saveWith({{"png"}, "portrait_retouched.png"}, chosen(target("saved.png")), kSaveFailure);
+    EXPECT_EQ(failing.failed(), 1);
 }
 
 TEST_F(Saving, InAReadOnlyFolderNothingIsDeletedAndTheFailureIsShown) {

@@ -107,7 +107,7 @@ TEST_F(SettingsMirror, TheEditAreaTakesAtLeastAPixelAStep) {
 
 TEST_F(SettingsMirror, WhatIsNoNumberLeavesTheSizeAsItWas) {
     controller->stepperEditAreaSize->setIntegerValue(25);
-    for (const char* text : {"", "abc", "1e3", "-"}) {
+    for (const char* text : {"", "abc", "-"}) {
         controller->textFieldEditAreaSize->setText(QString::fromLatin1(text));
         controller->OnEditAreaSizeChanged(controller->textFieldEditAreaSize);
         EXPECT_EQ(controller->stepperEditAreaSize->integerValue(), 25) << text;
