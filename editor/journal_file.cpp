@@ -37,12 +37,19 @@ int openFolder(const std::filesystem::path& path) {
     return -1;
 }
 
-/// Makes a folder and those above it that only this user can enter.
-void makeFolders(const std::filesystem::path& path) {
-    if (::mkdir(path.c_str(), kFolderMode) == 0 || errno != ENOENT || !path.has_relative_path())
-        return;
-    makeFolders(path.parent_path());
-    ::mkdir(path.c_str(), kFolderMode);
+/// Makes a folder and those above it that are missing; only this user can enter them. Returns those that were
+/// made, innermost first.
+std::vector<std::filesystem::path> makeFolders(const std::filesystem::path& path) {
+    std::vector<std::filesystem::path> made;
+    if (::mkdir(path.c_str(), kFolderMode) != 0) {
+        if (errno != ENOENT || !path.has_relative_path())
+            return {};
+        made = makeFolders(path.parent_path());
+        if (::mkdir(path.c_str(), kFolderMode) != 0)
+            return made;
+    }
+    made.insert(made.begin(), path);
+    return made;
 }
 
 bool isNamedIn(int folder, const std::string& name, int file) {
@@ -89,16 +96,17 @@ std::optional<std::filesystem::path> journalFolder() {
 }
 
 std::shared_ptr<JournalFile> JournalFile::create(const std::filesystem::path& folder) {
+    std::vector<std::filesystem::path> removable = {folder};
     int opened = openFolder(folder);
     if (opened < 0) {
-        makeFolders(folder);
+        removable = makeFolders(folder);
         opened = openFolder(folder);
     }
     for (int attempt = 0; opened >= 0 && attempt < kMaxNames; ++attempt) {
         const std::string name = nameOfNow(attempt);
         const int file = openLocked(opened, name, O_CREAT | O_EXCL);
         if (file >= 0)
-            return std::shared_ptr<JournalFile>(new JournalFile(opened, file, name));
+            return std::shared_ptr<JournalFile>(new JournalFile(removable, opened, file, name));
         if (errno == EACCES || errno == ENOSPC || errno == EROFS)
             break;
     }
@@ -111,7 +119,7 @@ std::shared_ptr<JournalFile> JournalFile::open(const std::filesystem::path& fold
     const int opened = openFolder(folder);
     const int file = opened < 0 ? -1 : openLocked(opened, name, 0);
     if (file >= 0)
-        return std::shared_ptr<JournalFile>(new JournalFile(opened, file, name));
+        return std::shared_ptr<JournalFile>(new JournalFile({folder}, opened, file, name));
     if (opened >= 0)
         ::close(opened);
     return nullptr;
@@ -186,6 +194,9 @@ void JournalFile::sync() {
 
 void JournalFile::remove() {
     ::unlinkat(m_folder, m_name.c_str(), 0);
+    for (const std::filesystem::path& folder : m_removable)
+        if (::rmdir(folder.c_str()) != 0)
+            break; // something else is in it
 }
 
 } // namespace complexion

@@ -39,13 +39,14 @@ public:
     bool append(ByteView bytes);
     /// Waits until the bytes, and the first time the name, are on the disk. From any thread.
     void sync();
-    /// Takes the name away.
+    /// Takes the name away, and the folder with it when it is empty, and those above that were made for it.
     void remove();
 
 private:
-    JournalFile(int folder, int file, std::string name)
-        : m_folder(folder), m_file(file), m_name(std::move(name)) {}
+    JournalFile(std::vector<std::filesystem::path> removable, int folder, int file, std::string name)
+        : m_removable(std::move(removable)), m_folder(folder), m_file(file), m_name(std::move(name)) {}
 
+    std::vector<std::filesystem::path> m_removable; // folders, innermost first
     int m_folder;
     int m_file;
     std::string m_name;

@@ -230,13 +230,15 @@ TEST_F(Journals, AForgottenOneIsGone) {
     begin();
     append(kSteps);
     journal->forget();
-    EXPECT_TRUE(filesIn(folder).empty());
+    EXPECT_FALSE(std::filesystem::exists(folder.parent_path())) << "the folders that were made for it";
     append(kSteps);
-    EXPECT_TRUE(filesIn(folder).empty());
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    std::filesystem::create_directory(folder.parent_path());
     begin();
     append(kSteps);
     begin();
-    EXPECT_TRUE(filesIn(folder).empty());
+    EXPECT_FALSE(std::filesystem::exists(folder));
+    EXPECT_TRUE(std::filesystem::exists(folder.parent_path())) << "it was there before";
 }
 
 TEST_F(Journals, AfterItsEndNothingIsAdded) {
