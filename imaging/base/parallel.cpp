@@ -3,27 +3,123 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <exception>
 #include <mutex>
 #include <thread>
-#include <vector>
+
+#include <unistd.h>
 
 namespace complexion {
 
 namespace {
 
-/// `work` on so many threads, or on fewer when memory or threads are lacking.
-std::vector<std::jthread> startThreads(int count, const std::function<void()>& work) {
-    std::vector<std::jthread> threads;
-    try {
-        threads.reserve(static_cast<std::size_t>(count));
-        for (int i = 0; i < count; ++i)
-            threads.emplace_back(work);
-        return threads;
-    } catch (const std::exception&) {
-        return threads;
+/// One call of parallelFor, on the stack of its caller. What is not const or atomic is guarded by the pool's
+/// mutex.
+struct Job {
+    Job(const std::function<void(int)>& calls, int callCount) : body(calls), count(callCount) {}
+
+    const std::function<void(int)>& body;
+    const int count;
+    std::atomic<int> next = 0;
+    int missingHelpers = 0; // how many more threads may take part
+    int helpers = 0;        // how many take part now
+    std::condition_variable helpersDone;
+    std::exception_ptr failure;
+    Job* nextInQueue = nullptr;
+};
+
+/// Threads that wait for jobs, one less than there are cores: the caller of parallelFor always works on its
+/// own job and waits only for threads that have taken part in it. So nested calls cannot wait for each other,
+/// and a call is never slower than its caller alone.
+class ThreadPool {
+public:
+    /// Lives until the process ends: its threads may be waiting for work while the program's other objects
+    /// go.
+    static ThreadPool& instance() {
+        static auto& pool = *new ThreadPool;
+        return pool;
     }
-}
+
+    /// Whether the threads are those of this process; a forked child has none of them.
+    bool isOurs() const { return m_process == getpid(); }
+
+    void run(Job& job, int helpers) {
+        {
+            const std::scoped_lock lock(m_mutex);
+            addThreads(helpers);
+            job.missingHelpers = std::min(helpers, m_threads);
+            if (job.missingHelpers > 0)
+                enqueue(job);
+        }
+        for (int i = 0; i < helpers; ++i)
+            m_wake.notify_one();
+        work(job);
+        std::unique_lock lock(m_mutex);
+        dequeue(job);
+        job.helpersDone.wait(lock, [&job] { return job.helpers == 0; });
+    }
+
+private:
+    /// Has so many threads, or fewer when memory or threads are lacking.
+    void addThreads(int wanted) {
+        try {
+            for (; m_threads < wanted; ++m_threads)
+                std::thread([this] { help(); }).detach();
+        } catch (const std::exception&) {
+            return; // the next call tries again
+        }
+    }
+
+    void enqueue(Job& job) {
+        Job** end = &m_queue;
+        while (*end)
+            end = &(*end)->nextInQueue;
+        *end = &job;
+    }
+
+    void dequeue(const Job& job) {
+        for (Job** link = &m_queue; *link; link = &(*link)->nextInQueue)
+            if (*link == &job) {
+                *link = job.nextInQueue;
+                return;
+            }
+    }
+
+    /// What each of the threads does.
+    [[noreturn]] void help() {
+        std::unique_lock lock(m_mutex);
+        for (;;) {
+            m_wake.wait(lock, [this] { return m_queue != nullptr; });
+            Job& job = *m_queue;
+            ++job.helpers;
+            if (--job.missingHelpers == 0)
+                dequeue(job);
+            lock.unlock();
+            work(job);
+            lock.lock();
+            if (--job.helpers == 0)
+                job.helpersDone.notify_one();
+        }
+    }
+
+    void work(Job& job) {
+        try {
+            for (int i = job.next++; i < job.count; i = job.next++)
+                job.body(i);
+        } catch (...) {
+            job.next = job.count;
+            const std::scoped_lock lock(m_mutex);
+            job.failure = std::current_exception();
+        }
+    }
+
+    const pid_t m_process = getpid();
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    Job* m_queue = nullptr; // jobs that miss helpers, the oldest first
+    int m_threads = 0;
+};
 
 } // namespace
 
@@ -33,31 +129,15 @@ int coreCount() {
 
 void parallelFor(int count, const std::function<void(int)>& body) {
     const int threads = std::min(count, coreCount());
-    if (threads <= 1) {
+    if (threads <= 1 || !ThreadPool::instance().isOurs()) {
         for (int i = 0; i < count; ++i)
             body(i);
         return;
     }
-
-    std::atomic<int> next = 0;
-    std::exception_ptr failure;
-    std::mutex failureMutex;
-    const auto work = [&] {
-        try {
-            for (int i = next++; i < count; i = next++)
-                body(i);
-        } catch (...) {
-            const std::scoped_lock lock(failureMutex);
-            failure = std::current_exception();
-            next = count;
-        }
-    };
-    {
-        const std::vector<std::jthread> helpers = startThreads(threads - 1, work);
-        work();
-    }
-    if (failure)
-        std::rethrow_exception(failure);
+    Job job(body, count);
+    ThreadPool::instance().run(job, threads - 1);
+    if (job.failure)
+        std::rethrow_exception(job.failure);
 }
 
 } // namespace complexion
