@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/checked.h"
+#include "imaging/base/picture_limits.h"
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"

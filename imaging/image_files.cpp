@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/checked.h"
 #include "imaging/base/no_throw.h"
+#include "imaging/base/picture_limits.h"
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/files.h"
 #include "imaging/base/no_throw.h"
+#include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/containers/container.h"
 #include "imaging/image_tools.h"

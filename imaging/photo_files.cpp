@@ -4,10 +4,10 @@
 #include "imaging/base/no_throw.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/resample.h"
+#include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/opening.h"
 #include "imaging/image_tools.h"
-#include "imaging/metadata/carrying.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
 

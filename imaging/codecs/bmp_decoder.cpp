@@ -3,7 +3,7 @@
 #include "imaging/codecs/bmp_codec.h"
 #include "imaging/codecs/bmp_rle.h"
 #include "imaging/containers/bmp_header.h"
-#include "imaging/containers/little_endian.h"
+#include "imaging/containers/byte_order.h"
 
 #include <bit>
 
@@ -128,8 +128,8 @@ bool isRunLengthCoded(const Header& header) {
            header.compression == Compression::Rle24;
 }
 
-Image atDensity(const Image& image, const Header& header) {
-    return image.withSize(sizeAtDensity(image.pixelSize(), header.horizontalDensity, header.verticalDensity));
+Image atResolution(const Image& image, const Header& header) {
+    return image.withSize(sizeAtResolution(image.pixelSize(), header.resolution));
 }
 
 } // namespace
@@ -151,7 +151,7 @@ Result<DecodedPicture> decodeBmp(ByteView file) {
     if (const Codec* codec = embeddedCodec(*header)) {
         Result<DecodedPicture> picture = codec->read(pixels);
         if (picture)
-            picture->image = atDensity(picture->image, *header);
+            picture->image = atResolution(picture->image, *header);
         return picture;
     }
     ImageBuilder builder(header->size);
@@ -160,7 +160,7 @@ Result<DecodedPicture> decodeBmp(ByteView file) {
     const Error cut{"BMP file ends before its pixels"};
     if (rows == RowsFound::None)
         return cut;
-    return DecodedPicture{atDensity(builder.finish().withProfile(header->profile), *header),
+    return DecodedPicture{atResolution(builder.finish().withProfile(header->profile), *header),
                           rows == RowsFound::Some ? std::optional(cut) : std::nullopt};
 }
 

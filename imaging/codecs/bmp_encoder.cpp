@@ -2,7 +2,8 @@
 #include "imaging/base/parallel.h"
 #include "imaging/codecs/bmp_codec.h"
 #include "imaging/containers/bmp_format.h"
-#include "imaging/containers/little_endian.h"
+#include "imaging/containers/byte_order.h"
+#include "imaging/containers/resolution.h"
 
 #include <limits>
 

@@ -25,7 +25,7 @@ constexpr std::size_t kMaxDirectories = 32;
 /// what a damaged file says about them costs nothing.
 class DirectoryScanner {
 public:
-    DirectoryScanner(ByteView file, const TiffHeader& header) : m_file(file), m_header(header) {}
+    DirectoryScanner(ByteView file, const tiff::Header& header) : m_file(file), m_header(header) {}
 
     bool findsRaw() {
         m_pending = {m_header.firstDirectory};
@@ -60,14 +60,14 @@ private:
         const auto name = static_cast<unsigned>(number(position, 2));
         if (name == kDngVersion)
             return true;
-        if (name != tag::kPhotometricInterpretation && name != kSubDirectories)
+        if (name != tiff::tag::kPhotometricInterpretation && name != kSubDirectories)
             return false;
-        const std::size_t unit = tiffTypeLength(static_cast<unsigned>(number(position + 2, 2)));
+        const std::size_t unit = tiff::typeLength(static_cast<unsigned>(number(position + 2, 2)));
         const std::uint64_t count = number(position + 4, m_header.offsetLength());
         const std::uint64_t field = position + 4 + m_header.offsetLength();
         if (unit == 0 || unit > m_header.offsetLength())
             return false;
-        if (name == tag::kPhotometricInterpretation) {
+        if (name == tiff::tag::kPhotometricInterpretation) {
             const std::uint64_t meaning = number(field, unit);
             return meaning == kColorFilterArray || meaning == kLinearRaw;
         }
@@ -79,7 +79,7 @@ private:
     }
 
     ByteView m_file;
-    TiffHeader m_header;
+    tiff::Header m_header;
     std::vector<std::uint64_t> m_pending;
 };
 
@@ -92,7 +92,7 @@ bool hasCanonMark(ByteView file) {
 } // namespace
 
 bool isCameraRaw(ByteView file) {
-    const std::optional<TiffHeader> header = readTiffHeader(file);
+    const std::optional<tiff::Header> header = tiff::readHeader(file);
     return header && ((!header->isBig && hasCanonMark(file)) || DirectoryScanner(file, *header).findsRaw());
 }
 

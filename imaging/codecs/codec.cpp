@@ -3,15 +3,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <utility>
 
 namespace complexion {
 
 namespace {
-
-constexpr double kPointsPerInch = 72;
-constexpr double kInchesPerMetre = 1 / 0.0254;
 
 constexpr std::array<const Codec*, 5> kCodecs = {&kJpegCodec, &kPngCodec, &kTiffCodec, &kGifCodec,
                                                  &kBmpCodec};
@@ -25,10 +21,6 @@ constexpr std::array<std::pair<std::string_view, const Codec*>, 7> kExtensions =
     {"gif", &kGifCodec},
     {"bmp", &kBmpCodec},
 }};
-
-double usableDensity(double density) {
-    return std::isfinite(density) && density > 0 ? density : kPointsPerInch;
-}
 
 } // namespace
 
@@ -53,17 +45,6 @@ const Codec* codecForExtension(std::string_view extension) {
         if (name == extension)
             return codec;
     return nullptr;
-}
-
-PointSize sizeAtDensity(PixelSize pixels, double horizontal, double vertical) {
-    return {pixels.width * kPointsPerInch / usableDensity(horizontal),
-            pixels.height * kPointsPerInch / usableDensity(vertical)};
-}
-
-double densityOfPixelsPerMetre(std::uint32_t pixelsPerMetre) {
-    const double density = pixelsPerMetre / kInchesPerMetre;
-    const double whole = std::round(density);
-    return std::round(whole * kInchesPerMetre) == pixelsPerMetre ? whole : density;
 }
 
 } // namespace complexion

@@ -62,27 +62,6 @@ inline bool isPictureFile(ByteView start) {
 /// case only); null for any other text.
 const Codec* codecForExtension(std::string_view extension);
 
-/// Pictures of more pixels than this (1 GiB of memory), or longer ones, are refused before memory is taken
-/// for them.
-inline constexpr std::int64_t kLargestArea = std::int64_t{1} << 28;
-inline constexpr std::int64_t kLongestPictureSide = 1'000'000;
-
-/// Whether a picture of this size can be decoded: both sides positive, sides and area within bounds.
-inline bool isDecodableSize(std::int64_t width, std::int64_t height) {
-    return width > 0 && height > 0 && width <= kLongestPictureSide && height <= kLongestPictureSide &&
-           width * height <= kLargestArea;
-}
-
-/// The size in points of a picture of `pixels`, at a density in pixels per inch; densities that are not
-/// positive and finite count as 72.
-PointSize sizeAtDensity(PixelSize pixels, double horizontal, double vertical);
-
-/// A density in pixels per inch from one in whole pixels per metre, which cannot say what 72 to the inch is:
-/// a number that a whole density is rounded to means that density. 0 when nothing is stated.
-double densityOfPixelsPerMetre(std::uint32_t pixelsPerMetre);
-/// As near as can be said to 72 to the inch, which our files state.
-inline constexpr std::uint32_t kUsualPixelsPerMetre = 2835;
-
 extern const Codec kJpegCodec;
 extern const Codec kPngCodec;
 extern const Codec kTiffCodec;

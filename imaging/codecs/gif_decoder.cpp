@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
 
+#include "imaging/base/picture_limits.h"
 #include "imaging/codecs/gif_lzw.h"
-#include "imaging/codecs/plausible_area.h"
-#include "imaging/containers/gif_structure.h"
-#include "imaging/containers/little_endian.h"
-#include "imaging/metadata/gif_metadata.h"
+#include "imaging/containers/gif_blocks.h"
 
 #include <gif_lib.h>
 
@@ -18,26 +16,9 @@ namespace complexion {
 
 namespace {
 
-using little_endian::read16;
-
-constexpr std::size_t kFrameHeaderSize = 9;
 constexpr std::uint8_t kMostCodeSize = 8;
 // A code of 12 bits can stand for a string as long as the table has entries.
 constexpr std::int64_t kMostPixelsPerByte = 4096;
-
-/// The place of the next frame's description from the record at `at` on; the file's end when there is none.
-std::size_t nextFrame(ByteView file, std::size_t at) {
-    while (at < file.size() && file[at] == kGifExtension)
-        at = gifSubBlocksEnd(file, at + 2).value_or(file.size());
-    return at < file.size() && file[at] == kGifPicture && at + 1 + kFrameHeaderSize < file.size()
-               ? at + 1
-               : file.size();
-}
-
-/// The place of the code size of the frame described at `frame`.
-std::size_t codeSizeOf(ByteView file, std::size_t frame) {
-    return frame + kFrameHeaderSize + gifColorTableLength(file[frame + 8]);
-}
 
 /// The picture area: the canvas; the first frame's extent when the file states none.
 PixelSize canvasSize(PixelSize screen, const PixelRect& frame) {
@@ -53,11 +34,8 @@ struct Source {
 };
 
 const std::uint8_t* firstCodeSize(ByteView file) {
-    if (file.size() < kGifHeaderLength)
-        return nullptr;
-    const std::size_t frame =
-        nextFrame(file, kGifHeaderLength + gifColorTableLength(file[kGifScreenFlagsOffset]));
-    const std::size_t at = frame < file.size() ? codeSizeOf(file, frame) : frame;
+    const auto gif = gif::split(file);
+    const std::size_t at = gif && !gif->frames.empty() ? gif->frames.front().dataOffset : file.size();
     return at < file.size() ? &file[at] : nullptr;
 }
 
@@ -172,19 +150,13 @@ int decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canva
 } // namespace
 
 Result<std::vector<PixelSize>> measureGif(ByteView file) {
-    if (containerOf(file) != Container::Gif || file.size() < kGifHeaderLength)
+    const auto gif = gif::split(file);
+    if (containerOf(file) != Container::Gif || !gif)
         return Error{"not a GIF file"};
-    PixelSize canvas{read16(file, 6), read16(file, 8)};
-    std::vector<PixelSize> sizes;
-    std::size_t at = kGifHeaderLength + gifColorTableLength(file[kGifScreenFlagsOffset]);
-    while ((at = nextFrame(file, at)) < file.size()) {
-        if (sizes.empty())
-            canvas = canvasSize(
-                canvas, {read16(file, at), read16(file, at + 2), read16(file, at + 4), read16(file, at + 6)});
-        sizes.push_back(canvas);
-        at = gifSubBlocksEnd(file, codeSizeOf(file, at) + 1).value_or(file.size());
-    }
-    return sizes;
+    if (gif->frames.empty())
+        return std::vector<PixelSize>();
+    const PixelSize canvas = canvasSize(gif->screen, gif->frames.front().rect);
+    return std::vector<PixelSize>(gif->frames.size(), canvas);
 }
 
 Result<DecodedPicture> decodeGif(ByteView file) {
@@ -209,7 +181,7 @@ Result<DecodedPicture> decodeGif(ByteView file) {
     const Error cut{"GIF file ends before its pixels"};
     if (rows == 0)
         return cut;
-    return DecodedPicture{builder.finish().withProfile(ColorProfile::fromIcc(profileOfGif(file))),
+    return DecodedPicture{builder.finish().withProfile(ColorProfile::fromIcc(gif::profile(file))),
                           rows < frame.Height ? std::optional(cut) : std::nullopt};
 }
 

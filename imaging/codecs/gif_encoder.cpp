@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_codec.h"
 #include "imaging/codecs/remembered_indices.h"
-#include "imaging/metadata/gif_metadata.h"
+#include "imaging/containers/gif_blocks.h"
 
 #include <cgif.h>
 
@@ -78,7 +78,7 @@ Result<FileContents> encodeGif(const Image& image) {
     if (!added || !closed)
         return Error{"the GIF file cannot be finished", ErrorKind::OutOfMemory};
     if (!image.profile().isSrgb())
-        return withGifProfile(image.profile().icc(), bytes);
+        return gif::withProfile(image.profile().icc(), bytes);
     FileContents contents;
     contents.append(std::move(bytes));
     return contents;

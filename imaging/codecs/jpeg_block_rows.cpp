@@ -28,16 +28,16 @@ bool isStartOfFrame(std::uint8_t marker) {
 /// Whether a segment tells the decoder nothing about the coding.
 bool isComment(std::uint8_t code) {
     constexpr int kAdobe = 14; // tells the colour transform, as the absence of JFIF does
-    return code == marker::kComment ||
-           (code > marker::app(0) && code <= marker::app(15) && code != marker::app(kAdobe));
+    return code == jpeg::marker::kComment || (code > jpeg::marker::app(0) && code <= jpeg::marker::app(15) &&
+                                              code != jpeg::marker::app(kAdobe));
 }
 
 /// The file's headers with another number of lines; empty when they are not plain.
 Bytes headersWithHeight(ByteView headers, int height) {
-    const JpegSegments jpeg = splitJpeg(headers);
-    Bytes bytes = {0xFF, marker::kStartOfImage};
+    const jpeg::Segments jpeg = jpeg::split(headers);
+    Bytes bytes = {0xFF, jpeg::marker::kStartOfImage};
     int frames = 0;
-    for (const JpegSegment& segment : jpeg.segments) {
+    for (const jpeg::Segment& segment : jpeg.segments) {
         if (isComment(segment.marker))
             continue;
         bytes.insert(bytes.end(), segment.whole.begin(), segment.whole.end());
@@ -48,7 +48,8 @@ Bytes headersWithHeight(ByteView headers, int height) {
         payload[kLinesOffset] = static_cast<std::uint8_t>(height >> 8);
         payload[kLinesOffset + 1] = static_cast<std::uint8_t>(height);
     }
-    if (frames != 1 || jpeg.rest.size() < 2 || jpeg.rest[0] != 0xFF || jpeg.rest[1] != marker::kStartOfScan)
+    if (frames != 1 || jpeg.rest.size() < 2 || jpeg.rest[0] != 0xFF ||
+        jpeg.rest[1] != jpeg::marker::kStartOfScan)
         return {};
     bytes.insert(bytes.end(), jpeg.rest.begin(), jpeg.rest.end());
     return bytes;

@@ -58,7 +58,8 @@ public:
             m_info.restart_in_rows = rowsPerInterval;
             jpeg_start_compress(&m_info, TRUE);
             if (!exif.empty())
-                jpeg_write_marker(&m_info, marker::app(1), exif.data(), static_cast<unsigned>(exif.size()));
+                jpeg_write_marker(&m_info, jpeg::marker::app(1), exif.data(),
+                                  static_cast<unsigned>(exif.size()));
             if (!icc.empty())
                 jpeg_write_icc_profile(&m_info, icc.data(), static_cast<unsigned>(icc.size()));
         });

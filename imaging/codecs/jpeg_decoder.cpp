@@ -3,12 +3,12 @@
 
 #include "imaging/base/orientation.h"
 #include "imaging/base/parallel.h"
+#include "imaging/base/picture_limits.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jpeg_block_rows.h"
 #include "imaging/codecs/jpeg_decompressor.h"
 #include "imaging/codecs/jpeg_original.h"
-#include "imaging/codecs/plausible_area.h"
 
 namespace complexion {
 
@@ -120,14 +120,13 @@ Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file)
     if (decompressor.scanData().size() <= 2)
         return Error{"JPEG: the file ends before the picture"};
     const ExifBasics exif = decompressor.exif();
-    const Density density = exif.density.value_or(decompressor.jfifDensity());
+    const Resolution resolution = exif.resolution.value_or(decompressor.jfifResolution());
     const std::optional<GreyTable> grey =
         decompressor.isGrey() ? greyTable(decompressor.icc()) : std::nullopt;
     Result<DecodedPicture> stored = readPixels(decompressor, file, *size, grey);
     if (!stored)
         return stored.error();
-    return JpegPicture{.upright = {.image = turnedUpright(stored->image.withSize(sizeAtDensity(
-                                                              *size, density.horizontal, density.vertical)),
+    return JpegPicture{.upright = {.image = turnedUpright(stored->image.withSize(sizeAtResolution(*size, resolution)),
                                                           exif.orientation),
                                    .damage = std::move(stored->damage)},
                        .orientation = exif.orientation,

@@ -136,13 +136,12 @@ bool JpegDecompressor::hasBlockRowsApart() const {
            m_info.restart_interval == (m_info.image_width + DCTSIZE - 1) / DCTSIZE;
 }
 
-Density JpegDecompressor::jfifDensity() const {
-    constexpr int kPerInch = 1;
+Resolution JpegDecompressor::jfifResolution() const {
     constexpr int kPerCentimetre = 2;
-    if (!m_info.saw_JFIF_marker || (m_info.density_unit != kPerInch && m_info.density_unit != kPerCentimetre))
+    if (!m_info.saw_JFIF_marker || m_info.density_unit > kPerCentimetre)
         return {};
-    const double unit = m_info.density_unit == kPerCentimetre ? kCentimetresPerInch : 1;
-    return {m_info.X_density * unit, m_info.Y_density * unit};
+    return {static_cast<double>(m_info.X_density), static_cast<double>(m_info.Y_density),
+            static_cast<Resolution::Unit>(m_info.density_unit)};
 }
 
 bool JpegDecompressor::start() {

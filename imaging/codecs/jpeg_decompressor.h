@@ -60,7 +60,8 @@ public:
     ExifBasics exif() const {
         return m_segments.exif().empty() ? ExifBasics() : readExifBasics(m_segments.exif());
     }
-    Density jfifDensity() const;
+    /// 72 pixels per inch where the file states none.
+    Resolution jfifResolution() const;
     Bytes icc() const { return m_segments.icc(); }
 
     /// Prepares the output of rows in our pixel layout, or of CMYK samples. Pictures in several scans are

@@ -3,7 +3,7 @@
 
 #include "imaging/base/fatal.h"
 #include "imaging/containers/jpeg_segments.h"
-#include "imaging/metadata/tiff_resolution.h"
+#include "imaging/containers/tiff_resolution.h"
 
 #include <jerror.h>
 
@@ -97,7 +97,7 @@ void setDensity(j_compress_ptr codec) {
 
 Bytes jpegExifOfDensity() {
     Bytes payload = {'E', 'x', 'i', 'f', 0, 0};
-    append(payload, exifWithResolution({}, {kJpegDotsPerInch, kJpegDotsPerInch, Resolution::Unit::Inch}));
+    append(payload, tiff::exifOfResolution({kJpegDotsPerInch, kJpegDotsPerInch, Resolution::Unit::Inch}));
     return payload;
 }
 
@@ -106,7 +106,7 @@ std::size_t jpegScanStart(ByteView file) {
     while (position + kSegmentStart <= file.size()) {
         const std::uint8_t code = file[position + 1];
         position += segmentSize(file, position);
-        if (code == marker::kStartOfScan)
+        if (code == jpeg::marker::kStartOfScan)
             break;
     }
     return std::min(position, file.size());

@@ -121,10 +121,10 @@ PngBandPointer carriedOut(const Plan& plan, const Image& image) {
     for (const PngPiece& piece : plan.pieces)
         parts.push_back(piece.deflated);
     Bytes chunk;
-    appendPngChunk(chunk, pngChunkType("IDAT"), parts);
+    png::appendChunk(chunk, "IDAT", parts);
     band->chunk = std::make_shared<const Bytes>(std::move(chunk));
     band->pieces = plan.pieces;
-    std::size_t position = kPngDataOffset;
+    std::size_t position = png::kDataOffset;
     for (PngPiece& piece : band->pieces) {
         piece.deflated = ByteView(*band->chunk).subspan(position, piece.deflated.size());
         position += piece.deflated.size();

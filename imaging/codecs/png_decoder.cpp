@@ -2,14 +2,13 @@
 #include "imaging/codecs/png_decoder.h"
 
 #include "imaging/base/orientation.h"
+#include "imaging/base/picture_limits.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jump_guard.h"
-#include "imaging/codecs/plausible_area.h"
 #include "imaging/codecs/png_color.h"
 #include "imaging/containers/exif_basics.h"
-#include "imaging/containers/png_chunks.h"
-#include "imaging/metadata/png_metadata.h"
+#include "imaging/containers/png_text.h"
 
 #include <cstring>
 
@@ -84,13 +83,14 @@ public:
     }
     bool isGrey() const { return (png_get_color_type(m_png, m_info) & PNG_COLOR_MASK_COLOR) == 0; }
 
-    Density density() const {
+    /// 72 pixels per inch where the file states none.
+    Resolution resolution() const {
         png_uint_32 across = 0;
         png_uint_32 down = 0;
         int unit = PNG_RESOLUTION_UNKNOWN;
         if (png_get_pHYs(m_png, m_info, &across, &down, &unit) == 0 || unit != PNG_RESOLUTION_METER)
             return {};
-        return {densityOfPixelsPerMetre(across), densityOfPixelsPerMetre(down)};
+        return wholeResolutionOfPixelsPerMetre(across, down);
     }
 
     /// The ICC profile that describes the picture's values as its gAMA and cHRM chunks do; empty for sRGB.
@@ -176,11 +176,10 @@ struct SourceColors {
 
 /// What a cICP chunk says comes before all else.
 SourceColors sourceColors(const PngReader& reader, ByteView file) {
-    if (const std::optional<ByteView> codes = findPngChunk(file, pngChunkType("cICP"));
-        codes && !reader.isGrey())
+    if (const std::optional<ByteView> codes = png::findChunk(file, "cICP"); codes && !reader.isGrey())
         if (const std::optional<Bytes> described = profileOfCodePoints(*codes))
             return {.profile = ColorProfile::fromIcc(*described), .grey = {}};
-    const std::optional<ByteView> chunk = findPngChunk(file, pngChunkType("iCCP"));
+    const std::optional<ByteView> chunk = png::findChunk(file, "iCCP");
     const Bytes embedded = chunk ? unpackedProfile(*chunk) : Bytes();
     if (const std::optional<GreyTable> grey = reader.isGrey() ? greyTable(embedded) : std::nullopt)
         return {.profile = {}, .grey = grey};
@@ -253,7 +252,7 @@ Result<DecodedPicture> readInterlaced(PngReader& reader, PixelSize size, const P
 }
 
 Orientation orientationOf(ByteView file) {
-    return readExifBasics(exifOfPng(file)).orientation;
+    return readExifBasics(png::exif(png::split(file))).orientation;
 }
 
 } // namespace
@@ -271,7 +270,7 @@ Result<DecodedPicture> decodePng(ByteView file) {
     const Result<PixelSize> size = readCheckedHeader(reader, file);
     if (!size)
         return size.error();
-    const Density density = reader.density();
+    const Resolution resolution = reader.resolution();
     const SourceColors colors = sourceColors(reader, file);
     const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before the library counts what it adds
     if (!reader.start())
@@ -279,10 +278,9 @@ Result<DecodedPicture> decodePng(ByteView file) {
     Result<DecodedPicture> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
                                                         : readProgressively(reader, *size, finisher);
     if (stored)
-        stored->image =
-            turnedUpright(stored->image.withProfile(colors.profile)
-                              .withSize(sizeAtDensity(*size, density.horizontal, density.vertical)),
-                          orientationOf(file));
+        stored->image = turnedUpright(
+            stored->image.withProfile(colors.profile).withSize(sizeAtResolution(*size, resolution)),
+            orientationOf(file));
     return stored;
 }
 

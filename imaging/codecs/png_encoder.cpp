@@ -4,7 +4,9 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/deflate.h"
 #include "imaging/codecs/png_bands.h"
+#include "imaging/containers/byte_order.h"
 #include "imaging/containers/png_chunks.h"
+#include "imaging/containers/resolution.h"
 
 #include <algorithm>
 #include <iterator>
@@ -22,7 +24,7 @@ constexpr std::int64_t kRoomForPixel = 5; // bytes, with what incompressible dat
 void appendProfile(Bytes& file, ByteView icc) {
     if (icc.empty()) {
         constexpr std::array<std::uint8_t, 1> kPerceptual = {0};
-        appendPngChunk(file, pngChunkType("sRGB"), kPerceptual);
+        png::appendChunk(file, "sRGB", kPerceptual);
         return;
     }
     constexpr std::string_view kName = "ICC profile";
@@ -33,35 +35,35 @@ void appendProfile(Bytes& file, ByteView icc) {
     data.resize(start + length);
     compress(data.data() + start, &length, icc.data(), static_cast<uLong>(icc.size()));
     data.resize(start + length);
-    appendPngChunk(file, pngChunkType("iCCP"), data);
+    png::appendChunk(file, "iCCP", data);
 }
 
 /// Everything before the bands' chunks.
 Bytes fileStart(const Image& image, bool withAlpha) {
-    Bytes file(kPngSignature.begin(), kPngSignature.end());
+    Bytes file(png::kSignature.begin(), png::kSignature.end());
     Bytes header;
-    appendBigEndian(header, static_cast<std::uint32_t>(image.pixelSize().width));
-    appendBigEndian(header, static_cast<std::uint32_t>(image.pixelSize().height));
+    big_endian::append32(header, static_cast<std::uint32_t>(image.pixelSize().width));
+    big_endian::append32(header, static_cast<std::uint32_t>(image.pixelSize().height));
     const std::uint8_t colorType = withAlpha ? 6 : 2;
     header.insert(header.end(), {8, colorType, 0, 0, 0}); // 8 bits; deflate, usual filters, not interlaced
-    appendPngChunk(file, pngChunkType("IHDR"), header);
+    png::appendChunk(file, "IHDR", header);
     appendProfile(file, image.profile().icc());
     Bytes density;
-    appendBigEndian(density, kUsualPixelsPerMetre);
-    appendBigEndian(density, kUsualPixelsPerMetre);
+    big_endian::append32(density, kUsualPixelsPerMetre);
+    big_endian::append32(density, kUsualPixelsPerMetre);
     density.push_back(1); // per metre
-    appendPngChunk(file, pngChunkType("pHYs"), density);
-    appendPngChunk(file, pngChunkType("IDAT"), kZlibHeader);
+    png::appendChunk(file, "pHYs", density);
+    png::appendChunk(file, "IDAT", kZlibHeader);
     return file;
 }
 
 /// Everything after the bands' chunks.
 Bytes fileEnd(std::uint32_t adler) {
     Bytes end(kZlibFinalBlock.begin(), kZlibFinalBlock.end());
-    appendBigEndian(end, adler);
+    big_endian::append32(end, adler);
     Bytes file;
-    appendPngChunk(file, pngChunkType("IDAT"), end);
-    appendPngChunk(file, pngChunkType("IEND"), ByteView());
+    png::appendChunk(file, "IDAT", end);
+    png::appendChunk(file, "IEND", ByteView());
     return file;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/picture_limits.h"
 #include "imaging/codecs/camera_raw.h"
-#include "imaging/codecs/plausible_area.h"
 #include "imaging/codecs/tiff_blocks.h"
 #include "imaging/codecs/tiff_codec.h"
 
@@ -61,7 +61,7 @@ Result<DecodedPicture> decodeTiff(ByteView file) {
     const Image stored =
         builder.finish()
             .withProfile(keepsProfile(*page) ? ColorProfile::fromIcc(page->icc) : ColorProfile())
-            .withSize(sizeAtDensity(page->size, page->density.horizontal, page->density.vertical));
+            .withSize(sizeAtResolution(page->size, page->resolution));
     return DecodedPicture{turnedUpright(stored, page->orientation),
                           *rows < page->size.height
                               ? std::optional(Error{"TIFF file without all of its pixels"})

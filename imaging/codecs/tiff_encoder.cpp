@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/parallel.h"
 #include "imaging/codecs/tiff_codec.h"
-#include "imaging/containers/little_endian.h"
+#include "imaging/containers/tiff_resolution.h"
 
 #include <tiff.h>
 
@@ -12,10 +12,7 @@ namespace complexion {
 
 namespace {
 
-using little_endian::append16;
-using little_endian::append32;
-
-constexpr std::uint32_t kPixelsPerInch = 72;
+constexpr double kPixelsPerInch = 72;
 
 /// A band's rows as the samples of a strip: red, green, blue and, unless all bands are opaque, premultiplied
 /// alpha.
@@ -75,104 +72,43 @@ EncodedBands encodedBands(const Image& image) {
     return bands;
 }
 
-/// The directory of the file's one picture, with the values that do not fit into its entries behind it. The
-/// entries are added in ascending order of their tags, as TIFF 6.0 asks.
-class Directory {
-public:
-    /// A directory of `entries` entries at `offset` in the file.
-    Directory(std::size_t offset, std::size_t entries) {
-        append16(m_entries, static_cast<std::uint32_t>(entries));
-        m_valuesAt = offset + 2 + entries * kEntrySize + 4;
-    }
-
-    void addShorts(std::uint32_t tag, const std::vector<std::uint32_t>& values) {
-        Bytes bytes;
-        for (const std::uint32_t value : values)
-            append16(bytes, value);
-        add(tag, TIFF_SHORT, values.size(), std::move(bytes));
-    }
-    void addLongs(std::uint32_t tag, const std::vector<std::uint32_t>& values) {
-        Bytes bytes;
-        for (const std::uint32_t value : values)
-            append32(bytes, value);
-        add(tag, TIFF_LONG, values.size(), std::move(bytes));
-    }
-    void addRational(std::uint32_t tag, std::uint32_t value) {
-        Bytes bytes;
-        append32(bytes, value);
-        append32(bytes, 1);
-        add(tag, TIFF_RATIONAL, 1, std::move(bytes));
-    }
-    void addUndefined(std::uint32_t tag, ByteView bytes) {
-        add(tag, TIFF_UNDEFINED, bytes.size(), Bytes(bytes.begin(), bytes.end()));
-    }
-
-    Bytes finish() && {
-        append32(m_entries, 0); // no further directory
-        m_entries.insert(m_entries.end(), m_values.begin(), m_values.end());
-        return std::move(m_entries);
-    }
-
-private:
-    static constexpr std::size_t kEntrySize = 12;
-
-    void add(std::uint32_t tag, std::uint32_t type, std::size_t count, Bytes value) {
-        append16(m_entries, tag);
-        append16(m_entries, type);
-        append32(m_entries, static_cast<std::uint32_t>(count));
-        if (value.size() <= 4) {
-            value.resize(4);
-            m_entries.insert(m_entries.end(), value.begin(), value.end());
-        } else {
-            append32(m_entries, static_cast<std::uint32_t>(m_valuesAt + m_values.size()));
-            value.resize((value.size() + 1) / 2 * 2); // values begin at even offsets
-            m_values.insert(m_values.end(), value.begin(), value.end());
-        }
-    }
-
-    std::size_t m_valuesAt = 0;
-    Bytes m_entries;
-    Bytes m_values;
-};
-
 /// Everything before the strips, the first of which begins at `stripsAt`.
 Bytes head(const Image& image, const EncodedBands& bands, std::size_t stripsAt) {
-    constexpr std::size_t kDirectoryAt = 8;
-    constexpr std::size_t kEntriesAlways = 13;
-    constexpr std::uint32_t kBitsPerSample = 8;
+    constexpr std::uint64_t kBitsPerSample = 8;
     const std::size_t samples = bands.front()->samples;
     const bool alpha = samples == 4;
     const auto icc = image.profile().icc();
-    std::vector<std::uint32_t> offsets;
-    std::vector<std::uint32_t> counts;
+    std::vector<std::uint64_t> offsets;
+    std::vector<std::uint64_t> counts;
     for (const auto& band : bands) {
-        offsets.push_back(static_cast<std::uint32_t>(stripsAt));
-        counts.push_back(static_cast<std::uint32_t>(band->bytes->size()));
+        offsets.push_back(stripsAt);
+        counts.push_back(band->bytes->size());
         stripsAt += band->bytes->size();
     }
 
-    Bytes bytes = {'I', 'I', 42, 0};
-    append32(bytes, kDirectoryAt);
-    Directory directory(kDirectoryAt, kEntriesAlways + (alpha ? 1 : 0) + (icc.empty() ? 0 : 1));
-    directory.addLongs(TIFFTAG_IMAGEWIDTH, {static_cast<std::uint32_t>(image.pixelSize().width)});
-    directory.addLongs(TIFFTAG_IMAGELENGTH, {static_cast<std::uint32_t>(image.pixelSize().height)});
-    directory.addShorts(TIFFTAG_BITSPERSAMPLE, std::vector<std::uint32_t>(samples, kBitsPerSample));
-    directory.addShorts(TIFFTAG_COMPRESSION, {COMPRESSION_NONE});
-    directory.addShorts(TIFFTAG_PHOTOMETRIC, {PHOTOMETRIC_RGB});
-    directory.addLongs(TIFFTAG_STRIPOFFSETS, offsets);
-    directory.addShorts(TIFFTAG_SAMPLESPERPIXEL, {static_cast<std::uint32_t>(samples)});
-    directory.addLongs(TIFFTAG_ROWSPERSTRIP, {Tile::kHeight});
-    directory.addLongs(TIFFTAG_STRIPBYTECOUNTS, counts);
-    directory.addRational(TIFFTAG_XRESOLUTION, kPixelsPerInch);
-    directory.addRational(TIFFTAG_YRESOLUTION, kPixelsPerInch);
-    directory.addShorts(TIFFTAG_PLANARCONFIG, {PLANARCONFIG_CONTIG});
-    directory.addShorts(TIFFTAG_RESOLUTIONUNIT, {RESUNIT_INCH});
+    constexpr ByteOrder kOrder = ByteOrder::LittleEndian;
+    tiff::Directory directory;
+    const auto add = [&directory](unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers) {
+        directory.entries.push_back(tiff::entryOfNumbers(tag, type, numbers, kOrder));
+    };
+    add(TIFFTAG_IMAGEWIDTH, tiff::type::kLong, {static_cast<std::uint64_t>(image.pixelSize().width)});
+    add(TIFFTAG_IMAGELENGTH, tiff::type::kLong, {static_cast<std::uint64_t>(image.pixelSize().height)});
+    add(TIFFTAG_BITSPERSAMPLE, tiff::type::kShort, std::vector<std::uint64_t>(samples, kBitsPerSample));
+    add(TIFFTAG_COMPRESSION, tiff::type::kShort, {COMPRESSION_NONE});
+    add(TIFFTAG_PHOTOMETRIC, tiff::type::kShort, {PHOTOMETRIC_RGB});
+    add(TIFFTAG_STRIPOFFSETS, tiff::type::kLong, offsets);
+    add(TIFFTAG_SAMPLESPERPIXEL, tiff::type::kShort, {samples});
+    add(TIFFTAG_ROWSPERSTRIP, tiff::type::kLong, {Tile::kHeight});
+    add(TIFFTAG_STRIPBYTECOUNTS, tiff::type::kLong, counts);
+    add(TIFFTAG_PLANARCONFIG, tiff::type::kShort, {PLANARCONFIG_CONTIG});
+    tiff::setResolution(directory, kOrder, {kPixelsPerInch, kPixelsPerInch, Resolution::Unit::Inch});
     if (alpha)
-        directory.addShorts(TIFFTAG_EXTRASAMPLES, {EXTRASAMPLE_ASSOCALPHA});
+        add(TIFFTAG_EXTRASAMPLES, tiff::type::kShort, {EXTRASAMPLE_ASSOCALPHA});
     if (!icc.empty())
-        directory.addUndefined(TIFFTAG_ICCPROFILE, icc);
-    const Bytes entries = std::move(directory).finish();
-    bytes.insert(bytes.end(), entries.begin(), entries.end());
+        directory.entries.push_back(tiff::entryOfBytes(TIFFTAG_ICCPROFILE, tiff::type::kUndefined, icc));
+    tiff::Layout layout(kOrder, false);
+    Bytes bytes = layout.finish(layout.placeDirectory(directory));
+    bytes.resize((bytes.size() + 1) / 2 * 2); // strips begin at even offsets, as values do
     return bytes;
 }
 

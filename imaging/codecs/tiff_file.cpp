@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/tiff_file.h"
 
-#include "imaging/codecs/plausible_area.h"
+#include "imaging/base/picture_limits.h"
 
 #include <algorithm>
 #include <cstring>
@@ -79,26 +79,26 @@ Result<File> File::open(ByteView bytes) {
 namespace {
 
 template <class Value>
-Value tag(TIFF* handle, std::uint32_t number, Value absent) {
+Value field(TIFF* handle, std::uint32_t number, Value absent) {
     Value value{};
     return TIFFGetFieldDefaulted(handle, number, &value) == 1 ? value : absent;
 }
 
 std::int64_t storedSide(TIFF* handle, std::uint32_t number) {
-    return tag<std::uint32_t>(handle, number, 0);
+    return field<std::uint32_t>(handle, number, 0);
 }
 
 Orientation orientationOf(TIFF* handle) {
-    return orientationFromTag(tag<std::uint16_t>(handle, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT));
+    return orientationFromTag(field<std::uint16_t>(handle, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT));
 }
 
-Density densityOf(TIFF* handle) {
-    const auto unit = tag<std::uint16_t>(handle, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+/// Nothing counts in a unit that is not known.
+Resolution resolutionOf(TIFF* handle) {
+    const auto unit = field<std::uint16_t>(handle, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     if (unit != RESUNIT_INCH && unit != RESUNIT_CENTIMETER)
         return {};
-    const double scale = unit == RESUNIT_CENTIMETER ? kCentimetresPerInch : 1;
-    return {tag<float>(handle, TIFFTAG_XRESOLUTION, 0) * scale,
-            tag<float>(handle, TIFFTAG_YRESOLUTION, 0) * scale};
+    return {field<float>(handle, TIFFTAG_XRESOLUTION, 0), field<float>(handle, TIFFTAG_YRESOLUTION, 0),
+            unit == RESUNIT_CENTIMETER ? Resolution::Unit::Centimetre : Resolution::Unit::Inch};
 }
 
 ByteView iccOf(TIFF* handle) {
@@ -168,9 +168,9 @@ std::int64_t mostBytesPerByte(std::uint16_t compression) {
 /// A page of which nothing is known but how its samples are coded.
 Page pageCoding(TIFF* handle) {
     Page page;
-    page.bits = tag<std::uint16_t>(handle, TIFFTAG_BITSPERSAMPLE, 1);
-    page.samples = tag<std::uint16_t>(handle, TIFFTAG_SAMPLESPERPIXEL, 1);
-    page.compression = tag<std::uint16_t>(handle, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    page.bits = field<std::uint16_t>(handle, TIFFTAG_BITSPERSAMPLE, 1);
+    page.samples = field<std::uint16_t>(handle, TIFFTAG_SAMPLESPERPIXEL, 1);
+    page.compression = field<std::uint16_t>(handle, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
     return page;
 }
 
@@ -215,9 +215,9 @@ Result<Page> readPage(const File& file) {
         return Error{"TIFF compression that is not known"};
     page.size = {static_cast<int>(width), static_cast<int>(height)};
     page.planar =
-        tag<std::uint16_t>(handle, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE &&
+        field<std::uint16_t>(handle, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) == PLANARCONFIG_SEPARATE &&
         page.samples > 1;
-    page.sampleFormat = tag<std::uint16_t>(handle, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
+    page.sampleFormat = field<std::uint16_t>(handle, TIFFTAG_SAMPLEFORMAT, SAMPLEFORMAT_UINT);
     if (page.sampleFormat == SAMPLEFORMAT_VOID)
         page.sampleFormat = SAMPLEFORMAT_UINT;
 
@@ -233,7 +233,7 @@ Result<Page> readPage(const File& file) {
         return Error{"TIFF pixels without all their colours"};
     findAlpha(handle, page);
     page.orientation = orientationOf(handle);
-    page.density = densityOf(handle);
+    page.resolution = resolutionOf(handle);
     page.icc = iccOf(handle);
     return page;
 }

@@ -53,8 +53,8 @@ struct Page {
     std::uint16_t compression = COMPRESSION_NONE;
     bool planar = false; // each sample in blocks of its own
     Orientation orientation = Orientation::TopLeft;
-    Density density; // 0 when not stated
-    ByteView icc;    // lives as long as the file
+    Resolution resolution;
+    ByteView icc; // lives as long as the file
 };
 
 /// The size of the page that `file` stands at, turned upright.

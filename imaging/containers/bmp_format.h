@@ -5,6 +5,7 @@
 #include "imaging/base/files.h"
 #include "imaging/base/geometry.h"
 #include "imaging/base/rgba32.h"
+#include "imaging/containers/resolution.h"
 
 #include <array>
 #include <cstdint>
@@ -21,6 +22,10 @@ inline constexpr std::uint32_t kInfoHeaderWithMasksSize = 52;
 inline constexpr std::uint32_t kInfoHeaderWithAlphaMaskSize = 56;
 inline constexpr std::uint32_t kOs2HeaderSize = 64;
 inline constexpr std::uint32_t kV5HeaderSize = 124;
+
+// Where a picture header has the pixels per metre, across and down.
+inline constexpr std::size_t kPixelsPerMetreAcrossOffset = 24;
+inline constexpr std::size_t kPixelsPerMetreDownOffset = 28;
 
 inline constexpr std::uint32_t kColorSpaceSrgb = 0x73524742;     // "sRGB"
 inline constexpr std::uint32_t kColorSpaceEmbedded = 0x4D424544; // "MBED"
@@ -48,8 +53,7 @@ struct Header {
     std::array<std::uint32_t, 4> masks = {}; // red, green, blue, alpha
     std::array<RGBA32, 256> palette = {};
     std::size_t pixelsAt = 0;
-    double horizontalDensity = 0; // pixels per inch; 0 when not stated
-    double verticalDensity = 0;
+    Resolution resolution; // 0 where it is not stated
     ColorProfile profile;
 
     /// Bytes from one row to the next in uncompressed pixels: whole 32-bit words.

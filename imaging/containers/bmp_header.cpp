@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/containers/bmp_header.h"
 
-#include "imaging/codecs/codec.h"
-#include "imaging/codecs/plausible_area.h"
-#include "imaging/containers/little_endian.h"
+#include "imaging/base/picture_limits.h"
+#include "imaging/containers/byte_order.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -17,7 +16,7 @@ using little_endian::read32;
 
 // A run of 255 pixels takes two bytes; one bit is the least that a pixel takes otherwise, in files that may
 // be cut.
-constexpr std::int64_t kMostPixelsPerByte = 512;
+constexpr std::int64_t kMaxPixelsPerByte = 512;
 
 constexpr std::array<std::uint32_t, 4> kMasks16 = {0x7C00, 0x03E0, 0x001F, 0};
 constexpr std::array<std::uint32_t, 4> kMasks32 = {0xFF0000, 0x00FF00, 0x0000FF, 0};
@@ -41,7 +40,7 @@ Compression compressionOf(const PictureHeader& picture) {
     return compression == Compression::Jpeg ? Compression::Rle24 : compression;
 }
 
-bool goTogether(int bits, Compression compression) {
+bool isPossibleDepth(int bits, Compression compression) {
     switch (compression) {
     case Compression::None:
         return bits == 1 || bits == 2 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
@@ -128,15 +127,15 @@ Result<Header> readHeader(ByteView file) {
     const std::int64_t height =
         core ? read16(picture.bytes, 6) : static_cast<std::int32_t>(picture.field32(8));
     header.topDown = height < 0;
-    if (!isPlausibleArea(width, std::abs(height), file.size(), kMostPixelsPerByte))
+    if (!isPlausibleArea(width, std::abs(height), file.size(), kMaxPixelsPerByte))
         return Error{"BMP picture of an impossible size"};
     header.size = {static_cast<int>(width), static_cast<int>(std::abs(height))};
     header.bits = read16(picture.bytes, core ? 10 : 14);
     header.compression = compressionOf(picture);
-    if (!goTogether(header.bits, header.compression))
+    if (!isPossibleDepth(header.bits, header.compression))
         return Error{"BMP picture of an unknown kind"};
-    header.horizontalDensity = densityOfPixelsPerMetre(picture.field32(24));
-    header.verticalDensity = densityOfPixelsPerMetre(picture.field32(28));
+    header.resolution = wholeResolutionOfPixelsPerMetre(picture.field32(kPixelsPerMetreAcrossOffset),
+                                                        picture.field32(kPixelsPerMetreDownOffset));
     header.pixelsAt = read32(file, 10);
     const std::size_t paletteAt = readMasks(file, picture, header);
     readPalette(file, picture, paletteAt, header);

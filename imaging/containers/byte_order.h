@@ -60,4 +60,42 @@ inline ByteView slice(ByteView bytes, std::uint64_t offset, std::uint64_t length
     return rest.first(static_cast<std::size_t>(length < rest.size() ? length : rest.size()));
 }
 
+namespace little_endian {
+
+/// The number at `offset`; all its bytes are within `bytes`.
+inline std::uint16_t read16(ByteView bytes, std::size_t offset) {
+    return static_cast<std::uint16_t>(bytes[offset] | bytes[offset + 1] << 8);
+}
+
+inline std::uint32_t read32(ByteView bytes, std::size_t offset) {
+    return read16(bytes, offset) | static_cast<std::uint32_t>(read16(bytes, offset + 2)) << 16;
+}
+
+inline void append16(Bytes& bytes, std::uint32_t value) {
+    appendNumber(bytes, 2, ByteOrder::LittleEndian, value);
+}
+
+inline void append32(Bytes& bytes, std::uint32_t value) {
+    appendNumber(bytes, 4, ByteOrder::LittleEndian, value);
+}
+
+} // namespace little_endian
+
+namespace big_endian {
+
+/// The number at `offset`; all its bytes are within `bytes`.
+inline std::uint16_t read16(ByteView bytes, std::size_t offset) {
+    return static_cast<std::uint16_t>(bytes[offset] << 8 | bytes[offset + 1]);
+}
+
+inline std::uint32_t read32(ByteView bytes, std::size_t offset) {
+    return static_cast<std::uint32_t>(read16(bytes, offset)) << 16 | read16(bytes, offset + 2);
+}
+
+inline void append32(Bytes& bytes, std::uint32_t value) {
+    appendNumber(bytes, 4, ByteOrder::BigEndian, value);
+}
+
+} // namespace big_endian
+
 } // namespace complexion

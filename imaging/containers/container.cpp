@@ -39,7 +39,7 @@ std::optional<Container> containerOf(ByteView file) {
             return container;
     if (isBmp(file))
         return Container::Bmp;
-    if (readTiffHeader(file))
+    if (tiff::readHeader(file))
         return Container::Tiff;
     return std::nullopt;
 }

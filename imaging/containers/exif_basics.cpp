@@ -1,78 +1,50 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/containers/exif_basics.h"
 
-#include "imaging/containers/byte_order.h"
-#include "imaging/containers/tiff_structure.h"
+#include "imaging/containers/tiff_resolution.h"
 
 namespace complexion {
 
 namespace {
 
-// TIFF 6.0.
-constexpr std::uint64_t kUnitCentimetre = 3;
-constexpr std::size_t kEntrySize = 12;
+tiff::Header lenientHeader(ByteView exif) {
+    if (const auto header = tiff::readHeader(exif))
+        return *header;
+    tiff::Header header;
+    header.order = startsWith(exif, "M") ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
+    header.firstDirectory = numberAt(exif, 4, 4, header.order);
+    return header;
+}
 
-/// Reads numbers of a TIFF structure in its own byte order; what lies outside it reads as 0. Less strict than
-/// readTiffHeader: bytes that begin as no such structure are taken for a little-endian one.
-class LenientReader {
-public:
-    explicit LenientReader(ByteView bytes)
-        : m_bytes(bytes), m_order(startsWith(bytes, "M") ? ByteOrder::BigEndian : ByteOrder::LittleEndian) {}
-
-    std::uint64_t number16(std::uint64_t offset) const { return numberAt(m_bytes, offset, 2, m_order); }
-    std::uint64_t number32(std::uint64_t offset) const { return numberAt(m_bytes, offset, 4, m_order); }
-
-    double rational(std::uint64_t offset) const {
-        const std::uint64_t denominator = number32(offset + 4);
-        return denominator == 0 ? 0
-                                : static_cast<double>(number32(offset)) / static_cast<double>(denominator);
-    }
-
-private:
-    ByteView m_bytes;
-    ByteOrder m_order;
-};
+/// Some writers take a wider type than the one prescribed.
+bool isOrientation(const tiff::Entry& entry) {
+    return entry.tag == tiff::tag::kOrientation && entry.count == 1 &&
+           (entry.type == tiff::type::kShort || entry.type == tiff::type::kLong);
+}
 
 } // namespace
 
 ExifBasics readExifBasics(ByteView exif) {
+    constexpr std::uint64_t kCentimetres = 3;
     ExifBasics basics;
-    const LenientReader reader(exif);
-    const std::uint64_t directory = reader.number32(4);
-    const std::uint64_t count = reader.number16(directory);
-    Density density;
-    double unit = 1;
-    for (std::uint64_t i = 0; i < count; ++i) {
-        const std::uint64_t entry = directory + 2 + i * kEntrySize;
-        if (entry + kEntrySize > exif.size())
-            break;
-        const std::uint64_t valueType = reader.number16(entry + 2);
-        const std::uint64_t value = entry + 8;
-        switch (reader.number16(entry)) {
-        case tag::kOrientation:
-            // Some writers take a wider type than the one prescribed.
-            if (reader.number32(entry + 4) == 1 && (valueType == type::kShort || valueType == type::kLong))
-                basics.orientation = orientationFromTag(static_cast<int>(
-                    valueType == type::kShort ? reader.number16(value) : reader.number32(value)));
-            break;
-        case tag::kXResolution:
-            if (valueType == type::kRational)
-                density.horizontal = reader.rational(reader.number32(value));
-            break;
-        case tag::kYResolution:
-            if (valueType == type::kRational)
-                density.vertical = reader.rational(reader.number32(value));
-            break;
-        case tag::kResolutionUnit:
-            if (valueType == type::kShort && reader.number16(value) == kUnitCentimetre)
-                unit = kCentimetresPerInch;
-            break;
-        default:
-            break;
-        }
+    const tiff::Header header = lenientHeader(exif);
+    Resolution resolution{0, 0, Resolution::Unit::Inch};
+    double unitsPerInch = 1;
+    for (const tiff::Entry& entry : tiff::readDirectory(exif, header, header.firstDirectory).entries) {
+        if (isOrientation(entry))
+            basics.orientation = orientationFromTag(static_cast<int>(tiff::firstNumber(entry, header.order)));
+        else if (entry.tag == tiff::tag::kXResolution)
+            resolution.across = tiff::rationalOf(entry, header.order);
+        else if (entry.tag == tiff::tag::kYResolution)
+            resolution.down = tiff::rationalOf(entry, header.order);
+        else if (entry.tag == tiff::tag::kResolutionUnit &&
+                 tiff::firstNumber(entry, header.order) == kCentimetres)
+            unitsPerInch = kCentimetresPerInch;
     }
-    if (density.horizontal > 0 && density.vertical > 0)
-        basics.density = Density{density.horizontal * unit, density.vertical * unit};
+    resolution.across *= unitsPerInch;
+    resolution.down *= unitsPerInch;
+    if (resolution.across > 0 && resolution.down > 0)
+        basics.resolution = resolution;
     return basics;
 }
 

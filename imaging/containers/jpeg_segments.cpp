@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
@@ -40,8 +40,8 @@ bool isFrame(std::uint8_t code) {
 
 } // namespace
 
-JpegSegments splitJpeg(ByteView file) {
-    JpegSegments jpeg;
+Segments split(ByteView file) {
+    Segments jpeg;
     std::size_t position = 2;
     while (position < file.size()) {
         jpeg.rest = file.subspan(position);
@@ -67,7 +67,7 @@ JpegSegments splitJpeg(ByteView file) {
     return jpeg;
 }
 
-Bytes jpegSegment(std::uint8_t code, ByteView payload) {
+Bytes segment(std::uint8_t code, ByteView payload) {
     Bytes segment = {kMarkerStart, code};
     segment.reserve(2 + kLengthLength + payload.size());
     appendNumber(segment, kLengthLength, ByteOrder::BigEndian, payload.size() + kLengthLength);
@@ -75,10 +75,10 @@ Bytes jpegSegment(std::uint8_t code, ByteView payload) {
     return segment;
 }
 
-std::optional<PixelSize> jpegPixelSize(ByteView file) {
+std::optional<PixelSize> pixelSize(ByteView file) {
     if (!startsWith(file, "\xff\xd8"))
         return std::nullopt;
-    for (const JpegSegment& segment : splitJpeg(file).segments)
+    for (const Segment& segment : split(file).segments)
         if (isFrame(segment.marker) && segment.payload.size() >= 5) {
             // Precision, then lines, then samples per line.
             const auto lines = static_cast<int>(numberAt(segment.payload, 1, 2, ByteOrder::BigEndian));
@@ -89,4 +89,4 @@ std::optional<PixelSize> jpegPixelSize(ByteView file) {
     return std::nullopt;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 /// Marker codes of ITU-T T.81, second byte.
 namespace marker {
@@ -23,10 +23,10 @@ constexpr std::uint8_t app(int number) {
 } // namespace marker
 
 /// The most that one segment holds beside its marker and its length.
-inline constexpr std::size_t kMostSegmentBytes = 65533;
+inline constexpr std::size_t kMaxSegmentBytes = 65533;
 
 /// One segment before the picture's first scan.
-struct JpegSegment {
+struct Segment {
     std::uint8_t marker = 0;
     ByteView payload;
     /// Marker, length and payload, without fill bytes before the marker.
@@ -34,19 +34,19 @@ struct JpegSegment {
 };
 
 /// A JPEG file up to its first scan.
-struct JpegSegments {
-    std::vector<JpegSegment> segments;
+struct Segments {
+    std::vector<Segment> segments;
     /// From the first scan's marker on, or from where the file stops making sense.
     ByteView rest;
 };
 
 /// Finds the segments that a decoder finds, whatever stands between them.
-JpegSegments splitJpeg(ByteView file);
+Segments split(ByteView file);
 
-/// A segment's bytes; `payload` is at most kMostSegmentBytes long.
-Bytes jpegSegment(std::uint8_t marker, ByteView payload);
+/// A segment's bytes; `payload` is at most kMaxSegmentBytes long.
+Bytes segment(std::uint8_t marker, ByteView payload);
 
 /// The size that the file's frame header tells, as stored.
-std::optional<PixelSize> jpegPixelSize(ByteView file);
+std::optional<PixelSize> pixelSize(ByteView file);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -1,53 +1,88 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/containers/png_chunks.h"
 
+#include "imaging/containers/byte_order.h"
+
 #include <isa-l/crc.h>
 
-namespace complexion {
+namespace complexion::png {
 
 namespace {
 
-std::uint32_t bigEndian(ByteView bytes) {
-    return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 |
-           bytes[3];
+constexpr std::size_t kNameOffset = 4;
+constexpr std::size_t kNameLength = 4;
+
+std::uint32_t crcOf(ByteView nameAndData) {
+    return crc32_gzip_refl(0, nameAndData.data(), nameAndData.size());
+}
+
+/// Decoders cannot do without a critical chunk; its name begins with a capital.
+bool isCritical(const Chunk& chunk) {
+    return chunk.name[0] >= 'A' && chunk.name[0] <= 'Z';
+}
+
+bool hasRightCrc(const Chunk& chunk) {
+    return big_endian::read32(chunk.whole, kDataOffset + chunk.data.size()) ==
+           crcOf(chunk.whole.subspan(kNameOffset, kNameLength + chunk.data.size()));
 }
 
 } // namespace
 
-void appendBigEndian(Bytes& bytes, std::uint32_t number) {
-    for (int shift = 24; shift >= 0; shift -= 8)
-        bytes.push_back(static_cast<std::uint8_t>(number >> shift));
+std::optional<Chunk> chunkAt(ByteView file, std::size_t position) {
+    const ByteView rest = slice(file, position);
+    if (rest.size() < kFrameSize)
+        return std::nullopt;
+    const std::size_t length = big_endian::read32(rest, 0);
+    if (length > rest.size() - kFrameSize)
+        return std::nullopt;
+    return Chunk{textOf(rest.subspan(kNameOffset, kNameLength)), rest.subspan(kDataOffset, length),
+                 rest.first(kFrameSize + length)};
 }
 
-void appendPngChunk(Bytes& bytes, std::uint32_t type, ByteView data) {
-    appendPngChunk(bytes, type, std::span(&data, 1));
-}
-
-void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> parts) {
-    std::size_t length = 0;
-    for (const ByteView part : parts)
-        length += part.size();
-    bytes.reserve(bytes.size() + length + kPngFrameSize);
-    appendBigEndian(bytes, static_cast<std::uint32_t>(length));
-    const std::size_t checked = bytes.size();
-    appendBigEndian(bytes, type);
-    for (const ByteView part : parts)
-        bytes.insert(bytes.end(), part.begin(), part.end());
-    appendBigEndian(bytes, crc32_gzip_refl(0, bytes.data() + checked, bytes.size() - checked));
-}
-
-std::optional<ByteView> findPngChunk(ByteView file, std::uint32_t type) {
-    std::size_t position = kPngSignature.size();
-    while (position <= file.size() && file.size() - position >= kPngFrameSize) {
-        const ByteView chunk = file.subspan(position);
-        const std::size_t length = bigEndian(chunk);
-        if (length > chunk.size() - kPngFrameSize)
+std::vector<Chunk> split(ByteView file) {
+    std::vector<Chunk> chunks;
+    std::size_t position = kSignature.size();
+    while (const auto chunk = chunkAt(file, position)) {
+        position += chunk->whole.size();
+        if (isCritical(*chunk) || hasRightCrc(*chunk))
+            chunks.push_back(*chunk);
+        if (chunk->name == "IEND")
             break;
-        if (bigEndian(chunk.subspan(kPngTypeOffset)) == type)
-            return chunk.subspan(kPngDataOffset, length);
-        position += kPngFrameSize + length;
+    }
+    return chunks;
+}
+
+std::optional<ByteView> findChunk(ByteView file, std::string_view name) {
+    std::size_t position = kSignature.size();
+    while (const auto chunk = chunkAt(file, position)) {
+        if (chunk->name == name)
+            return chunk->data;
+        position += chunk->whole.size();
     }
     return std::nullopt;
 }
 
-} // namespace complexion
+void appendChunk(Bytes& bytes, std::string_view name, ByteView data) {
+    appendChunk(bytes, name, std::span(&data, 1));
+}
+
+void appendChunk(Bytes& bytes, std::string_view name, std::span<const ByteView> parts) {
+    std::size_t length = 0;
+    for (const ByteView part : parts)
+        length += part.size();
+    bytes.reserve(bytes.size() + length + kFrameSize);
+    big_endian::append32(bytes, static_cast<std::uint32_t>(length));
+    const std::size_t checked = bytes.size();
+    append(bytes, bytesOf(name));
+    for (const ByteView part : parts)
+        append(bytes, part);
+    big_endian::append32(bytes, crcOf(ByteView(bytes).subspan(checked)));
+}
+
+Bytes chunk(std::string_view name, ByteView data) {
+    Bytes bytes;
+    appendChunk(bytes, name, data);
+    return bytes;
+}
+
+} // namespace complexion::png

@@ -3,39 +3,46 @@
 
 #include "imaging/base/files.h"
 
-#include <array>
-#include <cstdint>
 #include <optional>
+#include <string_view>
+#include <vector>
 
-namespace complexion {
+namespace complexion::png {
 
-// The frame of a PNG file (ISO/IEC 15948, clause 5): a signature, then chunks of a big-endian length, a type
-// of four letters, data and a CRC over type and data.
+// The chunks of a PNG file (ISO/IEC 15948, clause 5): after a signature, each chunk has a big-endian length,
+// a type of four letters, data, and a CRC over type and data.
 
-inline constexpr std::array<std::uint8_t, 8> kPngSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+inline constexpr std::string_view kSignature = "\x89PNG\r\n\x1a\n";
 
-/// A chunk's type as the number that its four letters make.
-constexpr std::uint32_t pngChunkType(const char (&letters)[5]) {
-    std::uint32_t type = 0;
-    for (int i = 0; i < 4; ++i)
-        type = type << 8 | static_cast<std::uint8_t>(letters[i]);
-    return type;
-}
+/// What a chunk has around its data: length, type and CRC, in bytes.
+inline constexpr std::size_t kFrameSize = 12;
+/// Where a chunk's data begin.
+inline constexpr std::size_t kDataOffset = 8;
 
-void appendBigEndian(Bytes& bytes, std::uint32_t number);
+struct Chunk {
+    /// Its type, four letters.
+    std::string_view name;
+    ByteView data;
+    /// Length, name, data and CRC.
+    ByteView whole;
+};
+
+/// The chunk at `position` in a file; nothing where no whole chunk is.
+std::optional<Chunk> chunkAt(ByteView file, std::size_t position);
+
+/// A PNG file's chunks up to IEND, or to where the file is damaged. Ancillary chunks with a wrong CRC are
+/// left out.
+std::vector<Chunk> split(ByteView file);
+
+/// The data of the file's first chunk of a type, wherever it is; its CRC is not checked.
+std::optional<ByteView> findChunk(ByteView file, std::string_view name);
 
 /// Appends a whole chunk; `data` is at most 2^31 - 1 bytes.
-void appendPngChunk(Bytes& bytes, std::uint32_t type, ByteView data);
+void appendChunk(Bytes& bytes, std::string_view name, ByteView data);
 /// The same of data in parts.
-void appendPngChunk(Bytes& bytes, std::uint32_t type, std::span<const ByteView> parts);
+void appendChunk(Bytes& bytes, std::string_view name, std::span<const ByteView> parts);
 
-/// What a chunk has around its data: length, type and CRC.
-inline constexpr std::size_t kPngFrameSize = 12;
-/// Where a chunk's type begins, and where its data do.
-inline constexpr std::size_t kPngTypeOffset = 4;
-inline constexpr std::size_t kPngDataOffset = 8;
+/// A chunk's bytes.
+Bytes chunk(std::string_view name, ByteView data);
 
-/// The data of the file's first chunk of a type, wherever it stands; its CRC is not checked.
-std::optional<ByteView> findPngChunk(ByteView file, std::uint32_t type);
-
-} // namespace complexion
+} // namespace complexion::png

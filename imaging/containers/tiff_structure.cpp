@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-namespace complexion {
+namespace complexion::tiff {
 
 namespace {
 
@@ -23,11 +23,11 @@ bool isCarriedDirectory(unsigned wanted) {
 /// add up without end.
 class DirectoryReader {
 public:
-    DirectoryReader(ByteView structure, const TiffHeader& header)
+    DirectoryReader(ByteView structure, const Header& header)
         : m_structure(structure), m_header(header), m_budget(2 * structure.size()) {}
 
-    TiffDirectory read(std::uint64_t offset, int depth) {
-        TiffDirectory directory;
+    Directory read(std::uint64_t offset, int depth) {
+        Directory directory;
         directory.offset = offset;
         const std::uint64_t count = number(offset, m_header.countLength());
         const std::uint64_t first = offset + m_header.countLength();
@@ -57,13 +57,13 @@ private:
         return true;
     }
 
-    void readEntry(TiffDirectory& directory, std::uint64_t position, int depth) {
-        TiffEntry entry;
+    void readEntry(Directory& directory, std::uint64_t position, int depth) {
+        Entry entry;
         entry.tag = static_cast<unsigned>(number(position, 2));
         entry.type = static_cast<unsigned>(number(position + 2, 2));
         entry.count = number(position + 4, m_header.offsetLength());
         const std::uint64_t field = position + 4 + m_header.offsetLength();
-        const std::size_t unit = tiffTypeLength(entry.type);
+        const std::size_t unit = typeLength(entry.type);
         if (unit == 0 || entry.count > m_structure.size() / unit)
             return;
         const std::uint64_t length = entry.count * unit;
@@ -77,7 +77,7 @@ private:
             const std::uint64_t offset = firstNumber(entry, m_header.order);
             if (depth >= kDeepestDirectory || offset == 0 || offset == directory.offset)
                 return;
-            entry.child = std::make_shared<const TiffDirectory>(read(offset, depth + 1));
+            entry.child = std::make_shared<const Directory>(read(offset, depth + 1));
             if (entry.child->entries.empty())
                 return;
         }
@@ -85,20 +85,20 @@ private:
     }
 
     ByteView m_structure;
-    TiffHeader m_header;
+    Header m_header;
     std::uint64_t m_budget;
 };
 
 } // namespace
 
-const TiffEntry* TiffDirectory::find(unsigned wanted) const {
+const Entry* Directory::find(unsigned wanted) const {
     const auto found =
-        std::ranges::find_if(entries, [wanted](const TiffEntry& entry) { return entry.tag == wanted; });
+        std::ranges::find_if(entries, [wanted](const Entry& entry) { return entry.tag == wanted; });
     return found == entries.end() ? nullptr : &*found;
 }
 
-std::optional<TiffHeader> readTiffHeader(ByteView structure) {
-    TiffHeader header;
+std::optional<Header> readHeader(ByteView structure) {
+    Header header;
     if (startsWith(structure, "MM"))
         header.order = ByteOrder::BigEndian;
     else if (!startsWith(structure, "II"))
@@ -114,7 +114,7 @@ std::optional<TiffHeader> readTiffHeader(ByteView structure) {
     return header;
 }
 
-std::size_t tiffTypeLength(unsigned wanted) {
+std::size_t typeLength(unsigned wanted) {
     // By number: none, BYTE, ASCII, SHORT, LONG, RATIONAL, SBYTE, UNDEFINED, SSHORT, SLONG, SRATIONAL, FLOAT,
     // DOUBLE, IFD, two that nobody gave a meaning, LONG8, SLONG8, IFD8; 129 is the text in UTF-8 of EXIF 3.
     constexpr std::array<std::size_t, 19> kLengths = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4,
@@ -125,14 +125,14 @@ std::size_t tiffTypeLength(unsigned wanted) {
     return wanted < kLengths.size() ? kLengths[wanted] : 0;
 }
 
-TiffDirectory readTiffDirectory(ByteView structure, const TiffHeader& header, std::uint64_t offset) {
+Directory readDirectory(ByteView structure, const Header& header, std::uint64_t offset) {
     return DirectoryReader(structure, header).read(offset, 0);
 }
 
-std::vector<std::uint64_t> allNumbers(const TiffEntry& entry, ByteOrder order) {
+std::vector<std::uint64_t> allNumbers(const Entry& entry, ByteOrder order) {
     constexpr std::array kNumberTypes = {type::kByte,      type::kShort, type::kLong,
                                          type::kDirectory, type::kLong8, type::kDirectory8};
-    const std::size_t unit = tiffTypeLength(entry.type);
+    const std::size_t unit = typeLength(entry.type);
     if (unit == 0 || std::ranges::find(kNumberTypes, entry.type) == kNumberTypes.end())
         return {};
     std::vector<std::uint64_t> numbers(entry.value.size() / unit);
@@ -141,24 +141,24 @@ std::vector<std::uint64_t> allNumbers(const TiffEntry& entry, ByteOrder order) {
     return numbers;
 }
 
-std::uint64_t firstNumber(const TiffEntry& entry, ByteOrder order) {
+std::uint64_t firstNumber(const Entry& entry, ByteOrder order) {
     const std::vector<std::uint64_t> numbers = allNumbers(entry, order);
     return numbers.empty() ? 0 : numbers.front();
 }
 
-TiffEntry entryOfNumbers(unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers,
-                         ByteOrder order) {
-    TiffEntry entry;
+Entry entryOfNumbers(unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers,
+                     ByteOrder order) {
+    Entry entry;
     entry.tag = tag;
     entry.type = type;
     entry.count = numbers.size();
     for (const std::uint64_t number : numbers)
-        appendNumber(entry.value, tiffTypeLength(type), order, number);
+        appendNumber(entry.value, typeLength(type), order, number);
     return entry;
 }
 
-TiffEntry entryOfBytes(unsigned tag, unsigned type, ByteView bytes) {
-    TiffEntry entry;
+Entry entryOfBytes(unsigned tag, unsigned type, ByteView bytes) {
+    Entry entry;
     entry.tag = tag;
     entry.type = type;
     entry.count = bytes.size();
@@ -166,14 +166,14 @@ TiffEntry entryOfBytes(unsigned tag, unsigned type, ByteView bytes) {
     return entry;
 }
 
-TiffLayout::TiffLayout(ByteOrder order, bool isBig) {
+Layout::Layout(ByteOrder order, bool isBig) {
     m_header.order = order;
     m_header.isBig = isBig;
     m_cursor = m_header.headerLength();
     m_bytes.resize(m_cursor);
 }
 
-bool TiffLayout::placeAt(std::uint64_t offset, ByteView bytes) {
+bool Layout::placeAt(std::uint64_t offset, ByteView bytes) {
     if (m_fixedLength != 0 || bytes.empty() || offset < m_cursor)
         return false;
     m_fixedOffset = offset;
@@ -183,7 +183,7 @@ bool TiffLayout::placeAt(std::uint64_t offset, ByteView bytes) {
     return true;
 }
 
-std::uint64_t TiffLayout::reserve(std::uint64_t length) {
+std::uint64_t Layout::reserve(std::uint64_t length) {
     std::uint64_t offset = m_cursor + m_cursor % 2;
     const std::uint64_t fixedEnd = m_fixedOffset + m_fixedLength;
     if (offset < fixedEnd && offset + length > m_fixedOffset)
@@ -194,26 +194,26 @@ std::uint64_t TiffLayout::reserve(std::uint64_t length) {
     return offset;
 }
 
-std::uint64_t TiffLayout::place(ByteView bytes) {
+std::uint64_t Layout::place(ByteView bytes) {
     const std::uint64_t offset = reserve(bytes.size());
     std::ranges::copy(bytes, m_bytes.begin() + static_cast<std::ptrdiff_t>(offset));
     return offset;
 }
 
-std::uint64_t TiffLayout::placeDirectory(const TiffDirectory& directory) {
+std::uint64_t Layout::placeDirectory(const Directory& directory) {
     // TIFF 6.0 wants the entries in the order of their numbers.
-    std::vector<const TiffEntry*> entries;
+    std::vector<const Entry*> entries;
     entries.reserve(directory.entries.size());
-    for (const TiffEntry& entry : directory.entries)
+    for (const Entry& entry : directory.entries)
         entries.push_back(&entry);
-    std::ranges::stable_sort(entries, [](const TiffEntry* a, const TiffEntry* b) { return a->tag < b->tag; });
+    std::ranges::stable_sort(entries, [](const Entry* a, const Entry* b) { return a->tag < b->tag; });
 
     const std::size_t entryLength = m_header.entryLength();
     const std::uint64_t table =
         reserve(m_header.countLength() + entries.size() * entryLength + m_header.offsetLength());
     setNumberAt(m_bytes, table, m_header.countLength(), m_header.order, entries.size());
     std::uint64_t position = table + m_header.countLength();
-    for (const TiffEntry* entry : entries) {
+    for (const Entry* entry : entries) {
         std::uint64_t valuePlace = 0;
         if (entry->child)
             valuePlace = placeDirectory(*entry->child);
@@ -227,7 +227,7 @@ std::uint64_t TiffLayout::placeDirectory(const TiffDirectory& directory) {
     return table;
 }
 
-void TiffLayout::putEntry(std::size_t position, const TiffEntry& entry, std::uint64_t valuePlace) {
+void Layout::putEntry(std::size_t position, const Entry& entry, std::uint64_t valuePlace) {
     const std::size_t offsetLength = m_header.offsetLength();
     const ByteOrder order = m_header.order;
     const unsigned directoryType = m_header.isBig ? type::kDirectory8 : type::kLong;
@@ -241,7 +241,7 @@ void TiffLayout::putEntry(std::size_t position, const TiffEntry& entry, std::uin
         std::ranges::copy(entry.value, m_bytes.begin() + static_cast<std::ptrdiff_t>(field));
 }
 
-Bytes TiffLayout::finish(std::uint64_t firstDirectory) {
+Bytes Layout::finish(std::uint64_t firstDirectory) {
     const bool little = m_header.order == ByteOrder::LittleEndian;
     m_bytes[0] = m_bytes[1] = little ? 'I' : 'M';
     setNumberAt(m_bytes, 2, 2, m_header.order, m_header.isBig ? kBigVersion : kClassicVersion);
@@ -254,4 +254,4 @@ Bytes TiffLayout::finish(std::uint64_t firstDirectory) {
     return std::move(m_bytes);
 }
 
-} // namespace complexion
+} // namespace complexion::tiff

@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::tiff {
 
 // The directories of TIFF files and EXIF blocks (TIFF 6.0, BigTIFF, EXIF 2.32): tags with values in the byte
 // order of their file.
@@ -50,6 +50,7 @@ inline constexpr unsigned kAscii = 2;
 inline constexpr unsigned kShort = 3;
 inline constexpr unsigned kLong = 4;
 inline constexpr unsigned kRational = 5;
+inline constexpr unsigned kUndefined = 7;
 inline constexpr unsigned kSignedRational = 10;
 inline constexpr unsigned kDirectory = 13;
 inline constexpr unsigned kLong8 = 16;
@@ -57,7 +58,7 @@ inline constexpr unsigned kDirectory8 = 18;
 } // namespace type
 
 /// How a TIFF structure begins.
-struct TiffHeader {
+struct Header {
     ByteOrder order = ByteOrder::LittleEndian;
     /// BigTIFF: offsets and counts of 8 bytes instead of 4.
     bool isBig = false;
@@ -69,10 +70,10 @@ struct TiffHeader {
     std::size_t headerLength() const { return isBig ? 16 : 8; }
 };
 
-struct TiffDirectory;
+struct Directory;
 
 /// One tag.
-struct TiffEntry {
+struct Entry {
     unsigned tag = 0;
     unsigned type = 0;
     std::uint64_t count = 0;
@@ -81,11 +82,11 @@ struct TiffEntry {
     /// Where the value lies in the structure that it was read from.
     std::uint64_t valueOffset = 0;
     /// The EXIF, GPS or interoperability directory that the tag stands for.
-    std::shared_ptr<const TiffDirectory> child;
+    std::shared_ptr<const Directory> child;
 };
 
-struct TiffDirectory {
-    std::vector<TiffEntry> entries;
+struct Directory {
+    std::vector<Entry> entries;
     /// Where it lies in the structure that it was read from, and how long its table is.
     std::uint64_t offset = 0;
     std::uint64_t length = 0;
@@ -93,34 +94,33 @@ struct TiffDirectory {
     std::uint64_t linkOffset = 0;
     std::uint64_t next = 0;
 
-    const TiffEntry* find(unsigned wanted) const;
+    const Entry* find(unsigned wanted) const;
 };
 
 /// Nothing for bytes that do not begin as a TIFF structure.
-std::optional<TiffHeader> readTiffHeader(ByteView structure);
+std::optional<Header> readHeader(ByteView structure);
 
 /// The length in bytes of one value of a type; 0 for types that are not known.
-std::size_t tiffTypeLength(unsigned type);
+std::size_t typeLength(unsigned type);
 
 /// The directory at `offset`, with the EXIF, GPS and interoperability directories in it. Entries that lie or
 /// point outside the structure are left out. What is read is never longer than twice the structure.
-TiffDirectory readTiffDirectory(ByteView structure, const TiffHeader& header, std::uint64_t offset);
+Directory readDirectory(ByteView structure, const Header& header, std::uint64_t offset);
 
 /// The first number of an entry of type BYTE, SHORT, LONG or LONG8 (0 for others and for empty ones).
-std::uint64_t firstNumber(const TiffEntry& entry, ByteOrder order);
+std::uint64_t firstNumber(const Entry& entry, ByteOrder order);
 
 /// All numbers of such an entry.
-std::vector<std::uint64_t> allNumbers(const TiffEntry& entry, ByteOrder order);
+std::vector<std::uint64_t> allNumbers(const Entry& entry, ByteOrder order);
 
 /// An entry made of numbers (BYTE, SHORT, LONG, LONG8) and one made of bytes.
-TiffEntry entryOfNumbers(unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers,
-                         ByteOrder order);
-TiffEntry entryOfBytes(unsigned tag, unsigned type, ByteView bytes);
+Entry entryOfNumbers(unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers, ByteOrder order);
+Entry entryOfBytes(unsigned tag, unsigned type, ByteView bytes);
 
 /// Lays out a TIFF structure from directories, values and other bytes.
-class TiffLayout {
+class Layout {
 public:
-    TiffLayout(ByteOrder order, bool isBig);
+    Layout(ByteOrder order, bool isBig);
 
     /// Keeps the place at `offset` free for `bytes`: maker notes hold offsets of their own that are true only
     /// where the camera put them. To be called before anything is placed; false when the place is taken.
@@ -131,20 +131,20 @@ public:
 
     /// Puts the directory's values, the directories in it and its table; returns the table's offset. An entry
     /// whose value was placed by placeAt points there.
-    std::uint64_t placeDirectory(const TiffDirectory& directory);
+    std::uint64_t placeDirectory(const Directory& directory);
 
     /// The structure, whose first directory is at `firstDirectory`.
     Bytes finish(std::uint64_t firstDirectory);
 
 private:
     std::uint64_t reserve(std::uint64_t length);
-    void putEntry(std::size_t position, const TiffEntry& entry, std::uint64_t valuePlace);
+    void putEntry(std::size_t position, const Entry& entry, std::uint64_t valuePlace);
 
-    TiffHeader m_header;
+    Header m_header;
     Bytes m_bytes;
     std::uint64_t m_cursor;
     std::uint64_t m_fixedOffset = 0;
     std::uint64_t m_fixedLength = 0;
 };
 
-} // namespace complexion
+} // namespace complexion::tiff

@@ -1,22 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/bmp_metadata.h"
 
+#include "imaging/containers/bmp_format.h"
 #include "imaging/containers/byte_order.h"
 
 namespace complexion {
 
 namespace {
 
-// The file header is 14 bytes long; then comes BITMAPINFOHEADER or one of its successors, which begins with
-// its length and has the pixels per metre, across and down, 24 bytes on.
-constexpr std::size_t kHeaderLengthOffset = 14;
-constexpr std::size_t kAcrossOffset = 38;
-constexpr std::size_t kDownOffset = 42;
-constexpr std::uint64_t kShortestHeader = 40;
+constexpr std::size_t kAcrossOffset = bmp::kFileHeaderSize + bmp::kPixelsPerMetreAcrossOffset;
+constexpr std::size_t kDownOffset = bmp::kFileHeaderSize + bmp::kPixelsPerMetreDownOffset;
 
+/// BITMAPINFOHEADER and its successors have them.
 bool hasResolutionFields(ByteView file) {
-    return file.size() >= kHeaderLengthOffset + kShortestHeader &&
-           numberAt(file, kHeaderLengthOffset, 4, ByteOrder::LittleEndian) >= kShortestHeader;
+    return file.size() >= bmp::kFileHeaderSize + bmp::kInfoHeaderSize &&
+           little_endian::read32(file, bmp::kFileHeaderSize) >= bmp::kInfoHeaderSize;
 }
 
 } // namespace

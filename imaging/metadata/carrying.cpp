@@ -66,28 +66,16 @@ static_assert([] {
 
 } // namespace
 
-Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture) {
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails) {
     const auto from = containerOf(source);
     const auto into = containerOf(written);
     if (!from || !into)
         return Error{"not a picture file"};
     return withoutThrowing([&] {
-        ThumbnailMaker maker(written, picture);
-        return from == into ? carrierOf(*into).withBlocksOf(source, written, maker)
-                            : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, maker);
+        return from == into
+                   ? carrierOf(*into).withBlocksOf(source, written, thumbnails)
+                   : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, thumbnails);
     });
-}
-
-Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture) {
-    // All that matters of a JPEG file stands in the encoder's first part, which ends where the coded bytes
-    // begin.
-    const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
-    if (containerOf(start) != Container::Jpeg || !picture.hasPixels())
-        return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
-    Result<FileContents> file = withMetadataOf(source, start, picture);
-    if (file)
-        file->parts.insert(file->parts.end(), written.parts.begin() + 1, written.parts.end());
-    return file;
 }
 
 Orientation carriedOrientation(ByteView source, Container target) {

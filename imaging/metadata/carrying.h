@@ -2,10 +2,10 @@
 #pragma once
 
 #include "imaging/base/files.h"
-#include "imaging/base/image.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
 #include "imaging/containers/container.h"
+#include "imaging/metadata/thumbnail_maker.h"
 
 namespace complexion {
 
@@ -20,17 +20,12 @@ namespace complexion {
 /// - every other picture in the source, because it shows the one before: further pages and frames, previews,
 ///   gain maps, layers, thumbnails of Photoshop, XMP and IPTC. The thumbnail of an EXIF block is made anew,
 ///   or goes where that cannot be done;
-/// - what stands behind a JPEG file's end, and signatures over the source's bytes;
+/// - what is behind a JPEG file's end, and signatures over the source's bytes;
 /// - blocks whose check sums are wrong, and entries that point outside the file.
 /// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.
 /// Maker notes are never changed: a preview within one stays.
-///
-/// `picture`, unless empty, is what `written` shows, at any resolution: it then need not be decoded for a
-/// thumbnail.
-Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
-
-/// The same of a file that is not written yet, as its format's encoder gives it.
-Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {});
+/// `thumbnails` makes those of what `written` shows.
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails);
 
 /// The orientation that `source`'s metadata will have in a file of the format `target`.
 Orientation carriedOrientation(ByteView source, Container target);

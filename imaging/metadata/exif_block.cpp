@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/exif_block.h"
 
+#include "imaging/containers/tiff_resolution.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -48,11 +50,11 @@ constexpr std::array<std::pair<unsigned, unsigned>, 29> kCodingTags = {{
 constexpr std::uint64_t kFarthestMakerNote = 60'000;
 
 bool isBigType(unsigned wanted) {
-    return wanted >= type::kLong8 && wanted <= type::kDirectory8;
+    return wanted >= tiff::type::kLong8 && wanted <= tiff::type::kDirectory8;
 }
 
-void addValueLengths(const TiffDirectory& directory, std::vector<std::size_t>& lengths) {
-    for (const TiffEntry& entry : directory.entries) {
+void addValueLengths(const tiff::Directory& directory, std::vector<std::size_t>& lengths) {
+    for (const tiff::Entry& entry : directory.entries) {
         if (entry.child)
             addValueLengths(*entry.child, lengths);
         else
@@ -61,7 +63,7 @@ void addValueLengths(const TiffDirectory& directory, std::vector<std::size_t>& l
 }
 
 /// The length up to which all values together, with their tables, take at most `limit` bytes.
-std::size_t longestThatFits(const TiffDirectory& directory, std::size_t limit) {
+std::size_t longestThatFits(const tiff::Directory& directory, std::size_t limit) {
     constexpr std::size_t kEntryLength = 12;
     // The header, the tables' counts and links, and what aligning to even offsets costs for each value.
     constexpr std::size_t kFrame = 64;
@@ -77,20 +79,21 @@ std::size_t longestThatFits(const TiffDirectory& directory, std::size_t limit) {
     return limit;
 }
 
-TiffDirectory withoutLongValues(const TiffDirectory& directory, std::size_t longest) {
-    TiffDirectory result = directory;
-    std::erase_if(result.entries,
-                  [longest](const TiffEntry& entry) { return !entry.child && entry.value.size() > longest; });
-    for (TiffEntry& entry : result.entries)
+tiff::Directory withoutLongValues(const tiff::Directory& directory, std::size_t longest) {
+    tiff::Directory result = directory;
+    std::erase_if(result.entries, [longest](const tiff::Entry& entry) {
+        return !entry.child && entry.value.size() > longest;
+    });
+    for (tiff::Entry& entry : result.entries)
         if (entry.child)
-            entry.child = std::make_shared<const TiffDirectory>(withoutLongValues(*entry.child, longest));
+            entry.child = std::make_shared<const tiff::Directory>(withoutLongValues(*entry.child, longest));
     return result;
 }
 
 /// Whether this is an orientation that readers of pictures and readers of tags may understand differently.
-bool isDoubtfulOrientation(const TiffEntry& entry) {
-    return entry.tag == tag::kOrientation &&
-           (entry.count != 1 || (entry.type != type::kShort && entry.type != type::kLong));
+bool isDoubtfulOrientation(const tiff::Entry& entry) {
+    return entry.tag == tiff::tag::kOrientation &&
+           (entry.count != 1 || (entry.type != tiff::type::kShort && entry.type != tiff::type::kLong));
 }
 
 } // namespace
@@ -102,53 +105,60 @@ bool isCodingTag(unsigned wanted) {
 
 CarriedTags carriedTags(ByteView structure) {
     CarriedTags tags;
-    const auto header = readTiffHeader(structure);
+    const auto header = tiff::readHeader(structure);
     if (!header)
         return tags;
     tags.order = header->order;
-    tags.directory = readTiffDirectory(structure, *header, header->firstDirectory);
-    std::erase_if(tags.directory.entries, [](const TiffEntry& entry) {
-        return isCodingTag(entry.tag) || isDoubtfulOrientation(entry) || entry.type == type::kDirectory8 ||
-               (entry.type == type::kDirectory && !entry.child);
+    tags.directory = tiff::readDirectory(structure, *header, header->firstDirectory);
+    std::erase_if(tags.directory.entries, [](const tiff::Entry& entry) {
+        return isCodingTag(entry.tag) || isDoubtfulOrientation(entry) ||
+               entry.type == tiff::type::kDirectory8 ||
+               (entry.type == tiff::type::kDirectory && !entry.child);
     });
     return tags;
 }
 
-const TiffEntry* makerNoteOf(const TiffDirectory& directory) {
-    const TiffEntry* exif = directory.find(tag::kExifDirectory);
-    return exif && exif->child ? exif->child->find(tag::kMakerNote) : nullptr;
+const tiff::Entry* makerNoteOf(const tiff::Directory& directory) {
+    const tiff::Entry* exif = directory.find(tiff::tag::kExifDirectory);
+    return exif && exif->child ? exif->child->find(tiff::tag::kMakerNote) : nullptr;
 }
 
-TiffDirectory withoutBigValues(const TiffDirectory& directory) {
-    TiffDirectory result = directory;
+tiff::Directory withoutBigValues(const tiff::Directory& directory) {
+    tiff::Directory result = directory;
     std::erase_if(result.entries,
-                  [](const TiffEntry& entry) { return !entry.child && isBigType(entry.type); });
-    for (TiffEntry& entry : result.entries)
+                  [](const tiff::Entry& entry) { return !entry.child && isBigType(entry.type); });
+    for (tiff::Entry& entry : result.entries)
         if (entry.child)
-            entry.child = std::make_shared<const TiffDirectory>(withoutBigValues(*entry.child));
+            entry.child = std::make_shared<const tiff::Directory>(withoutBigValues(*entry.child));
     return result;
 }
 
 Bytes exifBlock(const CarriedTags& tags) {
     if (tags.isEmpty())
         return {};
-    const TiffDirectory directory = withoutBigValues(tags.directory);
-    TiffLayout layout(tags.order, false);
-    if (const TiffEntry* note = makerNoteOf(directory);
+    const tiff::Directory directory = withoutBigValues(tags.directory);
+    tiff::Layout layout(tags.order, false);
+    if (const tiff::Entry* note = makerNoteOf(directory);
         note && note->valueOffset + note->value.size() <= kFarthestMakerNote)
         layout.placeAt(note->valueOffset, note->value);
     return layout.finish(layout.placeDirectory(directory));
+}
+
+Bytes exifWithResolution(ByteView exif, const Resolution& resolution) {
+    CarriedTags tags = carriedTags(exif);
+    tiff::setResolution(tags.directory, tags.order, resolution);
+    return exifBlock(tags);
 }
 
 Bytes exifWithin(ByteView exif, std::size_t limit) {
     if (exif.size() <= limit)
         return {exif.begin(), exif.end()};
     CarriedTags tags;
-    const auto header = readTiffHeader(exif);
+    const auto header = tiff::readHeader(exif);
     if (!header)
         return {};
     tags.order = header->order;
-    tags.directory = readTiffDirectory(exif, *header, header->firstDirectory);
+    tags.directory = tiff::readDirectory(exif, *header, header->firstDirectory);
     tags.directory = withoutLongValues(tags.directory, longestThatFits(tags.directory, limit));
     Bytes block = exifBlock(tags);
     if (block.size() > limit)

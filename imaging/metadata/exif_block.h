@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/containers/resolution.h"
 #include "imaging/containers/tiff_structure.h"
 
 namespace complexion {
@@ -9,7 +10,7 @@ namespace complexion {
 /// coded.
 struct CarriedTags {
     ByteOrder order = ByteOrder::LittleEndian;
-    TiffDirectory directory;
+    tiff::Directory directory;
     bool isEmpty() const { return directory.entries.empty(); }
 };
 
@@ -21,13 +22,16 @@ CarriedTags carriedTags(ByteView structure);
 bool isCodingTag(unsigned tag);
 
 /// The maker note in the EXIF directory of a first directory; null when there is none.
-const TiffEntry* makerNoteOf(const TiffDirectory& directory);
+const tiff::Entry* makerNoteOf(const tiff::Directory& directory);
 
 /// The directory without the values whose types a classic structure cannot hold.
-TiffDirectory withoutBigValues(const TiffDirectory& directory);
+tiff::Directory withoutBigValues(const tiff::Directory& directory);
 
 /// The tags as a structure of their own, the maker note where it was in the first place if that is not far.
 Bytes exifBlock(const CarriedTags& tags);
+
+/// The carried tags of an EXIF block, which may be empty, with this resolution.
+Bytes exifWithResolution(ByteView exif, const Resolution& resolution);
 
 /// The block itself when it is not longer than `limit`; otherwise one without its thumbnail and its longest
 /// values, so many that it is short enough.

@@ -25,14 +25,14 @@ struct Range {
 
 /// An EXIF block's chain of directories: the main one, the thumbnail's, rarely more.
 struct Chain {
-    TiffHeader header;
-    std::vector<TiffDirectory> directories;
+    tiff::Header header;
+    std::vector<tiff::Directory> directories;
 };
 
 /// Adds where the directory's table, its values and those of the directories in it lie.
-void addRanges(const TiffDirectory& directory, const TiffHeader& header, std::vector<Range>& ranges) {
+void addRanges(const tiff::Directory& directory, const tiff::Header& header, std::vector<Range>& ranges) {
     ranges.push_back({directory.offset, directory.offset + directory.length});
-    for (const TiffEntry& entry : directory.entries) {
+    for (const tiff::Entry& entry : directory.entries) {
         if (entry.child)
             addRanges(*entry.child, header, ranges);
         else if (entry.value.size() > header.offsetLength())
@@ -46,7 +46,7 @@ bool overlaps(const Range& range, const std::vector<Range>& others) {
 }
 
 /// Some software leaves the link to the next directory out: there is a value in its place.
-bool hasLink(const TiffDirectory& directory, const TiffHeader& header) {
+bool hasLink(const tiff::Directory& directory, const tiff::Header& header) {
     std::vector<Range> values;
     addRanges(directory, header, values);
     values.erase(values.begin()); // its own table
@@ -54,39 +54,39 @@ bool hasLink(const TiffDirectory& directory, const TiffHeader& header) {
 }
 
 std::optional<Chain> readChain(ByteView exif) {
-    const auto header = readTiffHeader(exif);
+    const auto header = tiff::readHeader(exif);
     if (!header || header->isBig)
         return std::nullopt;
     Chain chain{*header, {}};
     std::uint64_t offset = header->firstDirectory;
     while (offset != 0 && chain.directories.size() < kMostDirectories) {
         const bool isKnown = std::ranges::any_of(
-            chain.directories, [offset](const TiffDirectory& known) { return known.offset == offset; });
+            chain.directories, [offset](const tiff::Directory& known) { return known.offset == offset; });
         if (isKnown)
             break;
-        chain.directories.push_back(readTiffDirectory(exif, *header, offset));
-        const TiffDirectory& last = chain.directories.back();
+        chain.directories.push_back(tiff::readDirectory(exif, *header, offset));
+        const tiff::Directory& last = chain.directories.back();
         offset = hasLink(last, *header) ? last.next : 0;
     }
     return chain;
 }
 
 /// The bytes of the pictures that a directory points to, as far as the block reaches.
-std::vector<Range> pictureRanges(const TiffDirectory& directory, ByteView exif, ByteOrder order) {
+std::vector<Range> pictureRanges(const tiff::Directory& directory, ByteView exif, ByteOrder order) {
     std::vector<Range> ranges;
     const auto add = [&](unsigned offsetTag, unsigned lengthTag) {
-        const TiffEntry* offsets = directory.find(offsetTag);
-        const TiffEntry* lengths = directory.find(lengthTag);
+        const tiff::Entry* offsets = directory.find(offsetTag);
+        const tiff::Entry* lengths = directory.find(lengthTag);
         if (!offsets || !lengths)
             return;
-        const std::vector<std::uint64_t> begins = allNumbers(*offsets, order);
-        const std::vector<std::uint64_t> counts = allNumbers(*lengths, order);
+        const std::vector<std::uint64_t> begins = tiff::allNumbers(*offsets, order);
+        const std::vector<std::uint64_t> counts = tiff::allNumbers(*lengths, order);
         for (std::size_t i = 0; i < begins.size() && i < counts.size(); ++i)
             if (begins[i] < exif.size())
                 ranges.push_back({begins[i], begins[i] + std::min(counts[i], exif.size() - begins[i])});
     };
-    add(tag::kJpegOffset, tag::kJpegLength);
-    add(tag::kStripOffsets, tag::kStripByteCounts);
+    add(tiff::tag::kJpegOffset, tiff::tag::kJpegLength);
+    add(tiff::tag::kStripOffsets, tiff::tag::kStripByteCounts);
     return ranges;
 }
 
@@ -137,7 +137,7 @@ void blankPictures(Bytes& exif, const Chain& chain, std::size_t firstDirectory,
 }
 
 /// Ends the chain after `directory`.
-void unlinkNext(Bytes& exif, const Chain& chain, const TiffDirectory& directory) {
+void unlinkNext(Bytes& exif, const Chain& chain, const tiff::Directory& directory) {
     const std::size_t length = chain.header.offsetLength();
     if (directory.linkOffset != 0 && directory.linkOffset + length <= exif.size() &&
         hasLink(directory, chain.header))
@@ -145,24 +145,24 @@ void unlinkNext(Bytes& exif, const Chain& chain, const TiffDirectory& directory)
 }
 
 /// Sets a single number that stands in its entry.
-void setNumber(Bytes& exif, const TiffEntry& entry, ByteOrder order, std::uint64_t number) {
-    setNumberAt(exif, entry.valueOffset, tiffTypeLength(entry.type), order, number);
+void setNumber(Bytes& exif, const tiff::Entry& entry, ByteOrder order, std::uint64_t number) {
+    setNumberAt(exif, entry.valueOffset, tiff::typeLength(entry.type), order, number);
 }
 
-bool isSingleNumber(const TiffEntry* entry, std::uint64_t largest) {
+bool isSingleNumber(const tiff::Entry* entry, std::uint64_t largest) {
     if (!entry || entry->count != 1)
         return false;
-    return entry->type == type::kLong || (entry->type == type::kShort && largest <= UINT16_MAX);
+    return entry->type == tiff::type::kLong || (entry->type == tiff::type::kShort && largest <= UINT16_MAX);
 }
 
 /// A picture that the main directory points to is one of the pixels before as well.
 void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>& kept) {
-    const TiffDirectory& main = chain.directories.front();
+    const tiff::Directory& main = chain.directories.front();
     const std::vector<Range> pictures = pictureRanges(main, exif, chain.header.order);
     if (pictures.empty())
         return;
     blank(exif, pictures, kept);
-    if (const TiffEntry* length = main.find(tag::kJpegLength); isSingleNumber(length, 0))
+    if (const tiff::Entry* length = main.find(tiff::tag::kJpegLength); isSingleNumber(length, 0))
         setNumber(exif, *length, chain.header.order, 0);
 }
 
@@ -173,17 +173,17 @@ bool isThumbnailSize(PixelSize size) {
 /// Puts a JPEG file in the place of the old one; false when that is none or the new one has no place.
 bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::size_t lengthLimit,
                       const std::vector<Range>& kept) {
-    const TiffDirectory& directory = chain.directories[1];
+    const tiff::Directory& directory = chain.directories[1];
     const ByteOrder order = chain.header.order;
-    const TiffEntry* offset = directory.find(tag::kJpegOffset);
-    const TiffEntry* length = directory.find(tag::kJpegLength);
+    const tiff::Entry* offset = directory.find(tiff::tag::kJpegOffset);
+    const tiff::Entry* length = directory.find(tiff::tag::kJpegLength);
     if (!isSingleNumber(offset, lengthLimit) || !isSingleNumber(length, lengthLimit))
         return false;
-    Range old{firstNumber(*offset, order), 0};
-    old.end = old.begin + firstNumber(*length, order);
+    Range old{tiff::firstNumber(*offset, order), 0};
+    old.end = old.begin + tiff::firstNumber(*length, order);
     if (old.end > exif.size() || overlaps(old, kept))
         return false;
-    const auto size = jpegPixelSize(slice(exif, old.begin, old.length()));
+    const auto size = jpeg::pixelSize(slice(exif, old.begin, old.length()));
     if (!size || !isThumbnailSize(*size))
         return false;
 
@@ -205,20 +205,20 @@ bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, st
 }
 
 /// The size of a thumbnail in one strip of bare RGB bytes; nothing for other kinds.
-std::optional<PixelSize> rgbThumbnailSize(const TiffDirectory& directory, ByteOrder order) {
+std::optional<PixelSize> rgbThumbnailSize(const tiff::Directory& directory, ByteOrder order) {
     constexpr std::uint64_t kUncompressed = 1;
     constexpr std::uint64_t kRgb = 2;
     const auto number = [&](unsigned wanted, std::uint64_t fallback) {
-        const TiffEntry* entry = directory.find(wanted);
-        return entry ? firstNumber(*entry, order) : fallback;
+        const tiff::Entry* entry = directory.find(wanted);
+        return entry ? tiff::firstNumber(*entry, order) : fallback;
     };
-    const TiffEntry* bits = directory.find(tag::kBitsPerSample);
-    const bool isRgb = number(tag::kCompression, 0) == kUncompressed &&
-                       number(tag::kPhotometricInterpretation, 0) == kRgb &&
-                       number(tag::kPlanarConfiguration, 1) == 1 && bits &&
-                       allNumbers(*bits, order) == std::vector<std::uint64_t>{8, 8, 8};
-    const std::uint64_t width = number(tag::kImageWidth, 0);
-    const std::uint64_t height = number(tag::kImageLength, 0);
+    const tiff::Entry* bits = directory.find(tiff::tag::kBitsPerSample);
+    const bool isRgb = number(tiff::tag::kCompression, 0) == kUncompressed &&
+                       number(tiff::tag::kPhotometricInterpretation, 0) == kRgb &&
+                       number(tiff::tag::kPlanarConfiguration, 1) == 1 && bits &&
+                       tiff::allNumbers(*bits, order) == std::vector<std::uint64_t>{8, 8, 8};
+    const std::uint64_t width = number(tiff::tag::kImageWidth, 0);
+    const std::uint64_t height = number(tiff::tag::kImageLength, 0);
     if (!isRgb || width > kLargestThumbnailSide || height > kLargestThumbnailSide)
         return std::nullopt;
     const PixelSize size{static_cast<int>(width), static_cast<int>(height)};
@@ -227,7 +227,7 @@ std::optional<PixelSize> rgbThumbnailSize(const TiffDirectory& directory, ByteOr
 
 /// Puts RGB bytes in the place of the old ones; false when there are none such.
 bool putRgbThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, const std::vector<Range>& kept) {
-    const TiffDirectory& directory = chain.directories[1];
+    const tiff::Directory& directory = chain.directories[1];
     const auto size = rgbThumbnailSize(directory, chain.header.order);
     const std::vector<Range> strips = pictureRanges(directory, exif, chain.header.order);
     if (!size || strips.size() != 1 ||

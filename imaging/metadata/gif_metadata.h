@@ -9,12 +9,6 @@ namespace complexion {
 /// The metadata of a GIF file.
 PictureMetadata readGifMetadata(ByteView file);
 
-/// The ICC profile of a GIF file's colours; empty without one.
-Bytes profileOfGif(ByteView file);
-
-/// `written`, a GIF file without one, with an ICC profile for its colours.
-Result<FileContents> withGifProfile(ByteView icc, ByteView written);
-
 /// `written`, a GIF file, with the comments and the application blocks of `source`, another one, byte for
 /// byte, and its pixels' shape.
 Result<FileContents> withGifBlocksOf(ByteView source, ByteView written);

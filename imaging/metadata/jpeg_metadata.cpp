@@ -9,7 +9,6 @@
 #include "imaging/metadata/jpeg_xmp.h"
 #include "imaging/metadata/photoshop_resources.h"
 #include "imaging/metadata/text_encoding.h"
-#include "imaging/metadata/tiff_resolution.h"
 #include "imaging/metadata/xmp_packet.h"
 
 #include <algorithm>
@@ -36,29 +35,29 @@ constexpr std::size_t kJfifLength = 14;
 constexpr std::size_t kJfifThumbnail = 12;
 
 // What an EXIF block can hold in one segment.
-constexpr std::size_t kMostExifBytes = kMostSegmentBytes - kExifStart.size();
+constexpr std::size_t kMostExifBytes = jpeg::kMaxSegmentBytes - kExifStart.size();
 
-bool isSegment(const JpegSegment& segment, std::uint8_t code, std::string_view start) {
+bool isSegment(const jpeg::Segment& segment, std::uint8_t code, std::string_view start) {
     return segment.marker == code && startsWith(segment.payload, start);
 }
 
-bool isExif(const JpegSegment& segment) {
-    return isSegment(segment, marker::app(1), kExifStart);
+bool isExif(const jpeg::Segment& segment) {
+    return isSegment(segment, jpeg::marker::app(1), kExifStart);
 }
 
-bool isPhotoshop(const JpegSegment& segment) {
-    return isSegment(segment, marker::app(13), kPhotoshopStart);
+bool isPhotoshop(const jpeg::Segment& segment) {
+    return isSegment(segment, jpeg::marker::app(13), kPhotoshopStart);
 }
 
-bool isJfif(const JpegSegment& segment) {
-    return isSegment(segment, marker::kApp0, kJfifStart) && segment.payload.size() >= kJfifLength;
+bool isJfif(const jpeg::Segment& segment) {
+    return isSegment(segment, jpeg::marker::kApp0, kJfifStart) && segment.payload.size() >= kJfifLength;
 }
 
 /// Whether a segment of the numbers 2 to 5 holds a piece of a preview: some cameras put a JPEG file there, at
 /// most a short name before it, and go on in the next segments.
-bool isPreviewStart(const JpegSegment& segment) {
+bool isPreviewStart(const jpeg::Segment& segment) {
     constexpr std::size_t kLongestName = 5;
-    return segment.marker >= marker::app(2) && segment.marker <= marker::app(5) &&
+    return segment.marker >= jpeg::marker::app(2) && segment.marker <= jpeg::marker::app(5) &&
            textOf(segment.payload).substr(0, kLongestName + 3).find("\xff\xd8\xff"sv) !=
                std::string_view::npos;
 }
@@ -84,19 +83,19 @@ constexpr std::array kLeftBehind = {
     SegmentKind{15, "Q "sv},                           // the coding's quality
 };
 
-bool isMetadata(const JpegSegment& segment) {
-    if (segment.marker == marker::kComment)
+bool isMetadata(const jpeg::Segment& segment) {
+    if (segment.marker == jpeg::marker::kComment)
         return true;
-    if (segment.marker < marker::app(0) || segment.marker > marker::app(15))
+    if (segment.marker < jpeg::marker::app(0) || segment.marker > jpeg::marker::app(15))
         return false;
     return std::ranges::none_of(kLeftBehind, [&segment](const SegmentKind& kind) {
-        return isSegment(segment, marker::app(kind.app), kind.start);
+        return isSegment(segment, jpeg::marker::app(kind.app), kind.start);
     });
 }
 
 /// The segments that belong to one block: those of `first`'s kind which directly follow and go on with it.
 template <class GoesOn>
-std::size_t blockEnd(const std::vector<JpegSegment>& segments, std::size_t first, GoesOn goesOn) {
+std::size_t blockEnd(const std::vector<jpeg::Segment>& segments, std::size_t first, GoesOn goesOn) {
     std::size_t end = first + 1;
     while (end < segments.size() && goesOn(segments[end]))
         ++end;
@@ -104,7 +103,7 @@ std::size_t blockEnd(const std::vector<JpegSegment>& segments, std::size_t first
 }
 
 /// The payloads of the segments [first, end) behind their starts, one after the other.
-Bytes joined(const std::vector<JpegSegment>& segments, std::size_t first, std::size_t end,
+Bytes joined(const std::vector<jpeg::Segment>& segments, std::size_t first, std::size_t end,
              std::size_t startLength) {
     Bytes block;
     for (std::size_t i = first; i < end; ++i)
@@ -112,39 +111,39 @@ Bytes joined(const std::vector<JpegSegment>& segments, std::size_t first, std::s
     return block;
 }
 
-std::size_t exifEnd(const std::vector<JpegSegment>& segments, std::size_t first) {
-    return blockEnd(segments, first, [](const JpegSegment& next) {
-        return isExif(next) && !readTiffHeader(next.payload.subspan(kExifStart.size()));
+std::size_t exifEnd(const std::vector<jpeg::Segment>& segments, std::size_t first) {
+    return blockEnd(segments, first, [](const jpeg::Segment& next) {
+        return isExif(next) && !tiff::readHeader(next.payload.subspan(kExifStart.size()));
     });
 }
 
-std::size_t photoshopEnd(const std::vector<JpegSegment>& segments, std::size_t first) {
-    return blockEnd(segments, first, [](const JpegSegment& next) {
+std::size_t photoshopEnd(const std::vector<jpeg::Segment>& segments, std::size_t first) {
+    return blockEnd(segments, first, [](const jpeg::Segment& next) {
         return isPhotoshop(next) && !startsWith(next.payload.subspan(kPhotoshopStart.size()), "8BIM");
     });
 }
 
 /// Appends `block` as segments that each begin with `start`.
 void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView block) {
-    const std::size_t most = kMostSegmentBytes - start.size();
+    const std::size_t most = jpeg::kMaxSegmentBytes - start.size();
     for (std::size_t position = 0; position < block.size(); position += most) {
         Bytes payload(start.begin(), start.end());
         append(payload, slice(block, position, most));
-        append(to, jpegSegment(code, payload));
+        append(to, jpeg::segment(code, payload));
     }
 }
 
 /// Whether a file's components are red, green and blue themselves, as only Adobe's segment can say. It must
 /// have no JFIF segment then: that would say that they are not.
-bool isCodedInRgb(const std::vector<JpegSegment>& segments) {
+bool isCodedInRgb(const std::vector<jpeg::Segment>& segments) {
     constexpr std::size_t kTransform = 11; // where it stands in Adobe's segment; 0: none
-    return std::ranges::any_of(segments, [](const JpegSegment& segment) {
-        return isSegment(segment, marker::app(14), "Adobe"sv) && segment.payload.size() > kTransform &&
+    return std::ranges::any_of(segments, [](const jpeg::Segment& segment) {
+        return isSegment(segment, jpeg::marker::app(14), "Adobe"sv) && segment.payload.size() > kTransform &&
                segment.payload[kTransform] == 0;
     });
 }
 
-const JpegSegment* findJfif(const std::vector<JpegSegment>& segments) {
+const jpeg::Segment* findJfif(const std::vector<jpeg::Segment>& segments) {
     const auto found = std::ranges::find_if(segments, isJfif);
     return found == segments.end() ? nullptr : &*found;
 }
@@ -156,7 +155,7 @@ Bytes jfifWithoutThumbnail(ByteView payload) {
     return bare;
 }
 
-std::optional<Resolution> jfifResolution(const JpegSegment& jfif) {
+std::optional<Resolution> jfifResolution(const jpeg::Segment& jfif) {
     const auto number = [&jfif](std::size_t offset, std::size_t length) {
         return numberAt(jfif.payload, offset, length, ByteOrder::BigEndian);
     };
@@ -170,13 +169,6 @@ std::optional<Resolution> jfifResolution(const JpegSegment& jfif) {
     return resolution;
 }
 
-std::optional<Resolution> exifResolution(ByteView exif) {
-    const std::optional<Density> density = readExifBasics(exif).density;
-    if (!density)
-        return std::nullopt;
-    return Resolution{density->horizontal, density->vertical, Resolution::Unit::Inch};
-}
-
 /// The density that an EXIF block has to tell where there is no JFIF segment: not the one that files have
 /// which tell none.
 std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& resolution) {
@@ -187,32 +179,32 @@ std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& res
 
 /// The EXIF block, with the density where it tells none itself. One that is no such block stays as it is.
 Bytes exifTellingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
-    const bool canTell = exif.empty() || readTiffHeader(exif);
-    return resolution && canTell && !exifResolution(exif) ? exifWithResolution(exif, *resolution)
-                                                          : std::move(exif);
+    const bool canTell = exif.empty() || tiff::readHeader(exif);
+    return resolution && canTell && !readExifBasics(exif).resolution ? exifWithResolution(exif, *resolution)
+                                                                     : std::move(exif);
 }
 
 /// The metadata segments of a file as they are to stand in the new one, which may be one that cannot have a
 /// JFIF segment.
-Bytes carriedSegments(const std::vector<JpegSegment>& segments, bool withJfif, ThumbnailMaker& maker) {
+Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif, ThumbnailMaker& maker) {
     Bytes carried;
-    const JpegSegment* jfif = findJfif(segments);
+    const jpeg::Segment* jfif = findJfif(segments);
     const std::optional<Resolution> forExif =
         withJfif || !jfif ? std::nullopt : resolutionForExif(jfifResolution(*jfif));
     if (forExif && std::ranges::none_of(segments, isExif))
-        appendBlock(carried, marker::app(1), kExifStart, exifWithResolution({}, *forExif));
+        appendBlock(carried, jpeg::marker::app(1), kExifStart, exifWithResolution({}, *forExif));
     const CarriedJpegXmp xmp(segments);
     bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
-        const JpegSegment& segment = segments[i];
+        const jpeg::Segment& segment = segments[i];
         end = i + 1;
         if (isPreviewStart(segment)) {
-            end = blockEnd(segments, i, [&segment](const JpegSegment& next) {
-                return next.marker >= segment.marker && next.marker <= marker::app(5);
+            end = blockEnd(segments, i, [&segment](const jpeg::Segment& next) {
+                return next.marker >= segment.marker && next.marker <= jpeg::marker::app(5);
             });
         } else if (&segment == jfif) {
             if (withJfif)
-                append(carried, jpegSegment(segment.marker, jfifWithoutThumbnail(segment.payload)));
+                append(carried, jpeg::segment(segment.marker, jfifWithoutThumbnail(segment.payload)));
         } else if (isExif(segment)) {
             end = exifEnd(segments, i);
             Bytes exif = exifTellingResolution(joined(segments, i, end, kExifStart.size()), forExif);
@@ -258,15 +250,15 @@ struct Jfif {
 };
 
 /// The file `jpeg` with `metadata` instead of what it may have of the kind.
-Result<FileContents> withSegments(const JpegSegments& jpeg, const Jfif& jfif, ByteView metadata) {
-    if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != marker::kStartOfScan)
+Result<FileContents> withSegments(const jpeg::Segments& jpeg, const Jfif& jfif, ByteView metadata) {
+    if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != jpeg::marker::kStartOfScan)
         return Error{"the JPEG file to give metadata to is damaged"};
-    Bytes file = {0xff, marker::kStartOfImage};
-    file.reserve(jpeg.rest.size() + metadata.size() + 2 * kMostSegmentBytes);
+    Bytes file = {0xff, jpeg::marker::kStartOfImage};
+    file.reserve(jpeg.rest.size() + metadata.size() + 2 * jpeg::kMaxSegmentBytes);
     Bytes others;
     if (jfif.fate == Jfif::Replaced)
-        append(file, jpegSegment(marker::kApp0, jfif.payload));
-    for (const JpegSegment& segment : jpeg.segments) {
+        append(file, jpeg::segment(jpeg::marker::kApp0, jfif.payload));
+    for (const jpeg::Segment& segment : jpeg.segments) {
         if (!isJfif(segment) && !isMetadata(segment))
             append(others, segment.whole);
         else if (isJfif(segment) && jfif.fate == Jfif::Kept)
@@ -283,34 +275,34 @@ Result<FileContents> withSegments(const JpegSegments& jpeg, const Jfif& jfif, By
 /// Whether the file takes the JFIF segment's place into its own hands: by having one, or as cameras do by
 /// having EXIF alone, which wants to come first, tells the density itself, and has maker notes whose offsets
 /// count on its place.
-bool decidesOnJfif(const std::vector<JpegSegment>& segments) {
-    return std::ranges::any_of(segments,
-                               [](const JpegSegment& segment) { return isJfif(segment) || isExif(segment); });
+bool decidesOnJfif(const std::vector<jpeg::Segment>& segments) {
+    return std::ranges::any_of(
+        segments, [](const jpeg::Segment& segment) { return isJfif(segment) || isExif(segment); });
 }
 
 } // namespace
 
 PictureMetadata readJpegMetadata(ByteView file) {
     PictureMetadata metadata;
-    const std::vector<JpegSegment> segments = splitJpeg(file).segments;
+    const std::vector<jpeg::Segment> segments = jpeg::split(file).segments;
     Bytes resources;
     for (std::size_t i = 0; i < segments.size(); ++i) {
-        const JpegSegment& segment = segments[i];
+        const jpeg::Segment& segment = segments[i];
         if (isExif(segment) && metadata.exif.empty()) {
             metadata.exif = joined(segments, i, exifEnd(segments, i), kExifStart.size());
         } else if (isPhotoshop(segment)) {
             append(resources, segment.payload.subspan(kPhotoshopStart.size()));
-        } else if (segment.marker == marker::kComment) {
+        } else if (segment.marker == jpeg::marker::kComment) {
             metadata.notes.push_back({std::string(kCommentKeyword), utf8Of(segment.payload)});
         }
     }
     metadata.xmp = xmpOfJpeg(segments);
     metadata.iptc = iptcOfResources(resources);
     metadata.photoshop = resourcesWithoutIptc(resources);
-    if (const JpegSegment* jfif = findJfif(segments))
+    if (const jpeg::Segment* jfif = findJfif(segments))
         metadata.resolution = jfifResolution(*jfif);
     if (!metadata.resolution || metadata.resolution->unit == Resolution::Unit::None)
-        if (const auto fromExif = exifResolution(metadata.exif))
+        if (const auto fromExif = readExifBasics(metadata.exif).resolution)
             metadata.resolution = fromExif;
     return metadata;
 }
@@ -320,15 +312,15 @@ Bytes exifForJpeg(const PictureMetadata& metadata) {
 }
 
 Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
-    const std::vector<JpegSegment> segments = splitJpeg(source).segments;
-    const JpegSegments jpeg = splitJpeg(written);
+    const std::vector<jpeg::Segment> segments = jpeg::split(source).segments;
+    const jpeg::Segments jpeg = jpeg::split(written);
     return withSegments(jpeg, {decidesOnJfif(segments) ? Jfif::Removed : Jfif::Kept, {}},
                         carriedSegments(segments, !isCodedInRgb(jpeg.segments), maker));
 }
 
 Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
                                       ThumbnailMaker& maker) {
-    const JpegSegments jpeg = splitJpeg(written);
+    const jpeg::Segments jpeg = jpeg::split(written);
     const bool withJfif = !isCodedInRgb(jpeg.segments);
     Bytes segments;
     Bytes exif = exifForJpeg(metadata);
@@ -336,13 +328,13 @@ Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView 
         exif = exifTellingResolution(std::move(exif), resolutionForExif(metadata.resolution));
     if (!exif.empty()) {
         renewThumbnail(exif, maker, kMostExifBytes);
-        appendBlock(segments, marker::app(1), kExifStart, exif);
+        appendBlock(segments, jpeg::marker::app(1), kExifStart, exif);
     }
     append(segments, segmentsOfXmp(xmpWithoutExtension(xmpToCarry(metadata.xmp))));
-    appendBlock(segments, marker::app(13), kPhotoshopStart,
+    appendBlock(segments, jpeg::marker::app(13), kPhotoshopStart,
                 resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc)));
     for (const TextNote& note : metadata.notes)
-        appendBlock(segments, marker::kComment, {}, bytesOf(noteAsComment(note)));
+        appendBlock(segments, jpeg::marker::kComment, {}, bytesOf(noteAsComment(note)));
     Jfif jfif;
     if (metadata.resolution && withJfif)
         jfif = {Jfif::Replaced, jfifWithDensity(*metadata.resolution)};

@@ -25,19 +25,20 @@ constexpr std::size_t kMostPieceBytes = 65400;
 
 /// The segments that hold the extension of that digest, in the order of their offsets. None unless they make
 /// it up without a gap or an overlap.
-std::vector<const JpegSegment*> piecesOf(const std::vector<JpegSegment>& segments, std::string_view digest) {
-    std::vector<const JpegSegment*> pieces;
-    for (const JpegSegment& segment : segments)
-        if (segment.marker == marker::app(1) && segment.payload.size() > kPieceOffset &&
+std::vector<const jpeg::Segment*> piecesOf(const std::vector<jpeg::Segment>& segments,
+                                           std::string_view digest) {
+    std::vector<const jpeg::Segment*> pieces;
+    for (const jpeg::Segment& segment : segments)
+        if (segment.marker == jpeg::marker::app(1) && segment.payload.size() > kPieceOffset &&
             startsWith(segment.payload, kExtensionStart) &&
             startsWith(segment.payload.subspan(kExtensionStart.size()), digest))
             pieces.push_back(&segment);
-    const auto number = [](const JpegSegment* piece, std::size_t offset) {
+    const auto number = [](const jpeg::Segment* piece, std::size_t offset) {
         return numberAt(piece->payload, offset, 4, ByteOrder::BigEndian);
     };
-    std::ranges::sort(pieces, {}, [&](const JpegSegment* piece) { return number(piece, kOffsetOffset); });
+    std::ranges::sort(pieces, {}, [&](const jpeg::Segment* piece) { return number(piece, kOffsetOffset); });
     std::uint64_t end = 0;
-    for (const JpegSegment* piece : pieces) {
+    for (const jpeg::Segment* piece : pieces) {
         if (number(piece, kOffsetOffset) != end ||
             number(piece, kLengthOffset) != number(pieces.front(), kLengthOffset))
             return {};
@@ -49,28 +50,28 @@ std::vector<const JpegSegment*> piecesOf(const std::vector<JpegSegment>& segment
 }
 
 /// The same for the extension that the packet `main` names.
-std::vector<const JpegSegment*> piecesFor(const std::vector<JpegSegment>& segments, ByteView main) {
+std::vector<const jpeg::Segment*> piecesFor(const std::vector<jpeg::Segment>& segments, ByteView main) {
     const std::string_view digest = xmpExtensionDigest(textOf(main));
     if (digest.size() != kXmpDigestLength)
         return {};
     return piecesOf(segments, digest);
 }
 
-Bytes joined(const std::vector<const JpegSegment*>& pieces) {
+Bytes joined(const std::vector<const jpeg::Segment*>& pieces) {
     Bytes extension;
-    for (const JpegSegment* piece : pieces)
+    for (const jpeg::Segment* piece : pieces)
         append(extension, piece->payload.subspan(kPieceOffset));
     return extension;
 }
 
-ByteView packetIn(const JpegSegment& segment) {
+ByteView packetIn(const jpeg::Segment& segment) {
     return segment.payload.subspan(kXmpStart.size());
 }
 
 Bytes mainSegment(std::string_view packet) {
     Bytes payload(kXmpStart.begin(), kXmpStart.end());
     append(payload, bytesOf(packet));
-    return jpegSegment(marker::app(1), payload);
+    return jpeg::segment(jpeg::marker::app(1), payload);
 }
 
 /// The segments of an extension, none of an empty one.
@@ -85,24 +86,24 @@ Bytes extensionSegments(std::string_view extension) {
         Bytes payload = start;
         appendNumber(payload, 4, ByteOrder::BigEndian, offset);
         append(payload, slice(bytesOf(extension), offset, kMostPieceBytes));
-        append(segments, jpegSegment(marker::app(1), payload));
+        append(segments, jpeg::segment(jpeg::marker::app(1), payload));
     }
     return segments;
 }
 
-const JpegSegment* findMain(const std::vector<JpegSegment>& segments) {
+const jpeg::Segment* findMain(const std::vector<jpeg::Segment>& segments) {
     const auto found = std::ranges::find_if(segments, isXmpSegment);
     return found == segments.end() ? nullptr : &*found;
 }
 
 } // namespace
 
-bool isXmpSegment(const JpegSegment& segment) {
-    return segment.marker == marker::app(1) && startsWith(segment.payload, kXmpStart);
+bool isXmpSegment(const jpeg::Segment& segment) {
+    return segment.marker == jpeg::marker::app(1) && startsWith(segment.payload, kXmpStart);
 }
 
-Bytes xmpOfJpeg(const std::vector<JpegSegment>& segments) {
-    const JpegSegment* segment = findMain(segments);
+Bytes xmpOfJpeg(const std::vector<jpeg::Segment>& segments) {
+    const jpeg::Segment* segment = findMain(segments);
     if (!segment)
         return {};
     const Bytes main = xmpInUtf8(packetIn(*segment));
@@ -124,12 +125,12 @@ Bytes segmentsOfXmp(ByteView packet) {
     return segments;
 }
 
-CarriedJpegXmp::CarriedJpegXmp(const std::vector<JpegSegment>& segments) {
-    const JpegSegment* main = findMain(segments);
+CarriedJpegXmp::CarriedJpegXmp(const std::vector<jpeg::Segment>& segments) {
+    const jpeg::Segment* main = findMain(segments);
     if (!main)
         return;
     const Bytes packet = xmpInUtf8(packetIn(*main));
-    std::vector<const JpegSegment*> pieces = piecesFor(segments, packet);
+    std::vector<const jpeg::Segment*> pieces = piecesFor(segments, packet);
     const Bytes extension = joined(pieces);
     const Bytes changed = xmpToCarry(extension);
     if (changed == extension)
@@ -149,7 +150,7 @@ CarriedJpegXmp::CarriedJpegXmp(const std::vector<JpegSegment>& segments) {
     std::ranges::sort(m_pieces);
 }
 
-std::optional<Bytes> CarriedJpegXmp::carried(const JpegSegment& segment) const {
+std::optional<Bytes> CarriedJpegXmp::carried(const jpeg::Segment& segment) const {
     if (!m_main.empty() && segment.whole.data() == m_main.data())
         return m_anew;
     if (std::ranges::binary_search(m_pieces, &segment))

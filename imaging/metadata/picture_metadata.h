@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/base/files.h"
+#include "imaging/containers/resolution.h"
 
 #include <optional>
 #include <string>
@@ -9,23 +10,6 @@
 #include <vector>
 
 namespace complexion {
-
-/// How densely pixels lie, in the units that files state it in.
-struct Resolution {
-    enum class Unit { None, Inch, Centimetre };
-
-    double across = 0;
-    double down = 0;
-    /// None: only the shape of a pixel is told.
-    Unit unit = Unit::None;
-
-    bool operator==(const Resolution&) const = default;
-};
-
-/// A density as it stands in files that count whole pixels per metre; without a unit, the bare number.
-std::uint32_t pixelsPerMetre(double density, Resolution::Unit unit);
-/// The other way round.
-Resolution resolutionOfPixelsPerMetre(std::uint32_t across, std::uint32_t down);
 
 /// A text with the keyword that a PNG file gives it ("Comment", "Author" …), in UTF-8.
 struct TextNote {

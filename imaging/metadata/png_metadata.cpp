@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/png_metadata.h"
 
-#include "imaging/containers/png_chunks.h"
-#include "imaging/containers/png_structure.h"
+#include "imaging/containers/byte_order.h"
+#include "imaging/containers/png_text.h"
 #include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/exif_thumbnail.h"
 #include "imaging/metadata/photoshop_resources.h"
@@ -21,9 +21,7 @@ using namespace std::string_view_literals;
 constexpr std::string_view kExifChunk = "eXIf";
 constexpr std::string_view kDensityChunk = "pHYs";
 constexpr std::string_view kXmpKeyword = "XML:com.adobe.xmp";
-constexpr std::string_view kRawProfile = "Raw profile type ";
-// What JPEG puts before an EXIF block and an XMP packet, and some software takes along.
-constexpr std::string_view kExifStart = "Exif\0\0"sv;
+// What JPEG has before an XMP packet, and some software keeps.
 constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 
 // An EXIF block may grow to this when its thumbnail does.
@@ -45,83 +43,40 @@ ByteView withoutStart(ByteView bytes, std::string_view start) {
     return startsWith(bytes, start) ? bytes.subspan(start.size()) : bytes;
 }
 
-/// A profile that a text chunk holds.
-struct RawProfile {
-    std::string_view kind;
-    Bytes bytes;
-};
-
-std::optional<RawProfile> rawProfile(const PngText& text) {
-    if (!text.keyword.starts_with(kRawProfile))
-        return std::nullopt;
-    return RawProfile{std::string_view(text.keyword).substr(kRawProfile.size()),
-                      bytesOfRawProfile(text.text)};
-}
-
-bool isExifProfile(const RawProfile& profile) {
-    return profile.kind == "exif" || (profile.kind == "APP1" && startsWith(profile.bytes, kExifStart));
-}
-
-bool isXmpProfile(const RawProfile& profile) {
-    return profile.kind == "xmp" || (profile.kind == "APP1" && startsWith(profile.bytes, kXmpStart));
-}
-
-bool isPhotoshopProfile(const RawProfile& profile) {
+bool isPhotoshopProfile(const png::RawProfile& profile) {
     return profile.kind == "8bim" || profile.kind == "iptc";
-}
-
-/// The EXIF block of the file: its own chunk, else the first profile in a text chunk.
-Bytes exifOf(const std::vector<PngChunk>& chunks) {
-    for (const PngChunk& chunk : chunks)
-        if (chunk.name == kExifChunk) {
-            const ByteView exif = withoutStart(chunk.data, kExifStart);
-            if (readTiffHeader(exif))
-                return {exif.begin(), exif.end()};
-        }
-    std::size_t budget = kMostInflatedText;
-    for (const PngChunk& chunk : chunks) {
-        if (!startsWith(chunk.data, kRawProfile))
-            continue;
-        if (const auto text = pngText(chunk, budget))
-            if (const auto profile = rawProfile(*text); profile && isExifProfile(*profile)) {
-                const ByteView exif = withoutStart(profile->bytes, kExifStart);
-                if (readTiffHeader(exif))
-                    return {exif.begin(), exif.end()};
-            }
-    }
-    return {};
 }
 
 Bytes exifChunk(Bytes exif, ThumbnailMaker& maker) {
     if (exif.empty())
         return {};
     renewThumbnail(exif, maker, exif.size() + kRoomForThumbnail);
-    return pngChunk(kExifChunk, exif);
+    return png::chunk(kExifChunk, exif);
 }
 
-Bytes carriedProfile(const PngChunk& chunk, const RawProfile& profile) {
+Bytes carriedProfile(const png::Chunk& chunk, const png::RawProfile& profile) {
     // The EXIF block goes into a chunk of its own; a colour profile of the pixels before goes nowhere.
-    if (isExifProfile(profile) || profile.kind == "icc" || profile.kind == "icm")
+    if (profile.isExif() || profile.kind == "icc" || profile.kind == "icm")
         return {};
     Bytes carried = profile.bytes;
     if (isPhotoshopProfile(profile))
         carried = startsWith(carried, "8BIM") ? resourcesToCarry(carried) : iptcToCarry(carried);
-    else if (isXmpProfile(profile))
+    else if (profile.isXmp())
         carried = xmpToCarry(carried);
     if (carried == profile.bytes)
         return {chunk.whole.begin(), chunk.whole.end()};
-    return pngRawProfileChunk(profile.kind, carried);
+    return png::rawProfileChunk(profile.kind, carried);
 }
 
 /// The bytes with which a metadata chunk goes into the new file.
-Bytes carriedChunk(const PngChunk& chunk, std::size_t& budget) {
-    if (const auto text = pngText(chunk, budget)) {
-        if (const auto profile = rawProfile(*text))
+Bytes carriedChunk(const png::Chunk& chunk, std::size_t& budget) {
+    if (const auto text = png::readText(chunk, budget)) {
+        if (const auto profile = png::rawProfile(*text))
             return carriedProfile(chunk, *profile);
         if (text->keyword == kXmpKeyword) {
             const Bytes xmp = xmpToCarry(bytesOf(text->text));
             if (textOf(xmp) != text->text)
-                return pngInternationalTextChunk(kXmpKeyword, textOf(xmp));
+                return png::internationalTextChunk(kXmpKeyword, textOf(xmp));
         }
     }
     return {chunk.whole.begin(), chunk.whole.end()};
@@ -129,11 +84,11 @@ Bytes carriedChunk(const PngChunk& chunk, std::size_t& budget) {
 
 /// `written` with `metadata` before its pixels, instead of what it has of the kind.
 Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDensity) {
-    Bytes file(kPngSignature.begin(), kPngSignature.end());
+    Bytes file(png::kSignature.begin(), png::kSignature.end());
     file.reserve(written.size() + metadata.size());
     bool isInserted = false;
     bool isWhole = false;
-    for (const PngChunk& chunk : splitPng(written)) {
+    for (const png::Chunk& chunk : png::split(written)) {
         if (chunk.name == "IDAT" && !isInserted) {
             append(file, metadata);
             isInserted = true;
@@ -149,7 +104,7 @@ Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDen
     return contents;
 }
 
-std::optional<Resolution> resolutionOf(const PngChunk& density) {
+std::optional<Resolution> resolutionOf(const png::Chunk& density) {
     const auto number = [&density](std::size_t offset, std::size_t length) {
         return static_cast<std::uint32_t>(numberAt(density.data, offset, length, ByteOrder::BigEndian));
     };
@@ -167,11 +122,11 @@ Bytes densityChunk(const Resolution& resolution) {
     for (const double value : {resolution.across, resolution.down})
         appendNumber(data, 4, ByteOrder::BigEndian, pixelsPerMetre(value, resolution.unit));
     data.push_back(resolution.unit == Resolution::Unit::None ? 0 : 1);
-    return pngChunk(kDensityChunk, data);
+    return png::chunk(kDensityChunk, data);
 }
 
-void readProfile(const RawProfile& profile, PictureMetadata& metadata) {
-    if (isXmpProfile(profile) && metadata.xmp.empty()) {
+void readProfile(const png::RawProfile& profile, PictureMetadata& metadata) {
+    if (profile.isXmp() && metadata.xmp.empty()) {
         const ByteView xmp = withoutStart(profile.bytes, kXmpStart);
         metadata.xmp.assign(xmp.begin(), xmp.end());
     } else if (isPhotoshopProfile(profile) && startsWith(profile.bytes, "8BIM")) {
@@ -184,22 +139,18 @@ void readProfile(const RawProfile& profile, PictureMetadata& metadata) {
 
 } // namespace
 
-Bytes exifOfPng(ByteView file) {
-    return exifOf(splitPng(file));
-}
-
 PictureMetadata readPngMetadata(ByteView file) {
     PictureMetadata metadata;
-    const std::vector<PngChunk> chunks = splitPng(file);
-    metadata.exif = exifOf(chunks);
-    std::size_t budget = kMostInflatedText;
-    for (const PngChunk& chunk : chunks) {
+    const std::vector<png::Chunk> chunks = png::split(file);
+    metadata.exif = png::exif(chunks);
+    std::size_t budget = png::kMaxInflatedText;
+    for (const png::Chunk& chunk : chunks) {
         if (chunk.name == kDensityChunk)
             metadata.resolution = resolutionOf(chunk);
-        const auto text = pngText(chunk, budget);
+        const auto text = png::readText(chunk, budget);
         if (!text)
             continue;
-        if (const auto profile = rawProfile(*text))
+        if (const auto profile = png::rawProfile(*text))
             readProfile(*profile, metadata);
         else if (text->keyword == kXmpKeyword)
             metadata.xmp.assign(text->text.begin(), text->text.end());
@@ -211,15 +162,15 @@ PictureMetadata readPngMetadata(ByteView file) {
 }
 
 Bytes exifForPng(const PictureMetadata& metadata) {
-    return readTiffHeader(metadata.exif) ? metadata.exif : Bytes();
+    return tiff::readHeader(metadata.exif) ? metadata.exif : Bytes();
 }
 
 Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
-    const std::vector<PngChunk> chunks = splitPng(source);
-    Bytes metadata = exifChunk(exifOf(chunks), maker);
+    const std::vector<png::Chunk> chunks = png::split(source);
+    Bytes metadata = exifChunk(png::exif(chunks), maker);
     bool hasDensity = false;
-    std::size_t budget = kMostInflatedText;
-    for (const PngChunk& chunk : chunks) {
+    std::size_t budget = png::kMaxInflatedText;
+    for (const png::Chunk& chunk : chunks) {
         const bool isSecondDensity = chunk.name == kDensityChunk && hasDensity;
         if (!isMetadata(chunk.name) || chunk.name == kExifChunk || isSecondDensity)
             continue;
@@ -234,12 +185,12 @@ Result<FileContents> withPngMetadata(const PictureMetadata& source, ByteView wri
     if (source.resolution)
         append(metadata, densityChunk(*source.resolution));
     if (!source.xmp.empty())
-        append(metadata, pngInternationalTextChunk(kXmpKeyword, textOf(xmpToCarry(source.xmp))));
+        append(metadata, png::internationalTextChunk(kXmpKeyword, textOf(xmpToCarry(source.xmp))));
     if (const Bytes resources = resourcesToCarry(resourcesWithIptc(source.photoshop, source.iptc));
         !resources.empty())
-        append(metadata, pngRawProfileChunk("iptc", resources));
+        append(metadata, png::rawProfileChunk("iptc", resources));
     for (const TextNote& note : source.notes)
-        append(metadata, pngTextChunk(note.keyword, note.text));
+        append(metadata, png::textChunk(note.keyword, note.text));
     return withChunks(written, metadata, source.resolution.has_value());
 }
 

@@ -10,10 +10,6 @@ namespace complexion {
 /// The metadata of a PNG file.
 PictureMetadata readPngMetadata(ByteView file);
 
-/// The EXIF block of a PNG file: that of its eXIf chunk, else one that older software put into a text; empty
-/// without a sound one.
-Bytes exifOfPng(ByteView file);
-
 /// `written`, a PNG file, with the metadata chunks of `source`, another one, byte for byte and in their
 /// order, before its first IDAT chunk.
 Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker);

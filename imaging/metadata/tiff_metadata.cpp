@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/tiff_metadata.h"
 
-#include "imaging/containers/tiff_structure.h"
+#include "imaging/containers/tiff_resolution.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/photoshop_resources.h"
-#include "imaging/metadata/tiff_resolution.h"
 #include "imaging/metadata/xmp_packet.h"
 
 #include <algorithm>
@@ -20,39 +19,39 @@ namespace {
 constexpr std::uint64_t kLargestHole = 65'536;
 
 constexpr std::array<std::pair<std::string_view, unsigned>, 5> kNoteTags = {{
-    {"Description", tag::kImageDescription},
-    {kCommentKeyword, tag::kImageDescription},
-    {"Author", tag::kArtist},
-    {"Copyright", tag::kCopyright},
-    {"Software", tag::kSoftware},
+    {"Description", tiff::tag::kImageDescription},
+    {kCommentKeyword, tiff::tag::kImageDescription},
+    {"Author", tiff::tag::kArtist},
+    {"Copyright", tiff::tag::kCopyright},
+    {"Software", tiff::tag::kSoftware},
 }};
 
-void remove(TiffDirectory& directory, unsigned unwanted) {
-    std::erase_if(directory.entries, [unwanted](const TiffEntry& entry) { return entry.tag == unwanted; });
+void remove(tiff::Directory& directory, unsigned unwanted) {
+    std::erase_if(directory.entries, [unwanted](const tiff::Entry& entry) { return entry.tag == unwanted; });
 }
 
 /// Takes the entry's value out of the directory.
-Bytes taken(TiffDirectory& directory, unsigned wanted) {
-    const TiffEntry* entry = directory.find(wanted);
+Bytes taken(tiff::Directory& directory, unsigned wanted) {
+    const tiff::Entry* entry = directory.find(wanted);
     Bytes value = entry ? entry->value : Bytes();
     remove(directory, wanted);
     return value;
 }
 
-void replaceValue(TiffDirectory& directory, unsigned wanted, Bytes (*carried)(ByteView)) {
-    for (TiffEntry& entry : directory.entries) {
+void replaceValue(tiff::Directory& directory, unsigned wanted, Bytes (*carried)(ByteView)) {
+    for (tiff::Entry& entry : directory.entries) {
         if (entry.tag != wanted)
             continue;
         Bytes value = carried(entry.value);
         if (value != entry.value)
-            entry = entryOfBytes(wanted, type::kByte, value);
+            entry = tiff::entryOfBytes(wanted, tiff::type::kByte, value);
     }
 }
 
 /// The entry with its numbers in the other byte order.
-TiffEntry turned(TiffEntry entry) {
-    const bool isRational = entry.type == type::kRational || entry.type == type::kSignedRational;
-    const std::size_t unit = isRational ? 4 : tiffTypeLength(entry.type);
+tiff::Entry turned(tiff::Entry entry) {
+    const bool isRational = entry.type == tiff::type::kRational || entry.type == tiff::type::kSignedRational;
+    const std::size_t unit = isRational ? 4 : tiff::typeLength(entry.type);
     for (std::size_t i = 0; i + unit <= entry.value.size(); i += unit)
         std::reverse(entry.value.begin() + static_cast<std::ptrdiff_t>(i),
                      entry.value.begin() + static_cast<std::ptrdiff_t>(i + unit));
@@ -60,23 +59,24 @@ TiffEntry turned(TiffEntry entry) {
 }
 
 /// Whether samples of several bytes, whose order is the file's, are among the pixels.
-bool hasWideSamples(const TiffDirectory& directory, ByteOrder order) {
-    const TiffEntry* bits = directory.find(tag::kBitsPerSample);
-    const std::vector<std::uint64_t> numbers = bits ? allNumbers(*bits, order) : std::vector<std::uint64_t>();
+bool hasWideSamples(const tiff::Directory& directory, ByteOrder order) {
+    const tiff::Entry* bits = directory.find(tiff::tag::kBitsPerSample);
+    const std::vector<std::uint64_t> numbers =
+        bits ? tiff::allNumbers(*bits, order) : std::vector<std::uint64_t>();
     return std::ranges::any_of(numbers, [](std::uint64_t count) { return count > 8; });
 }
 
 /// Puts the strips (or tiles) into `layout` and their new places into `directory`; false when they are
 /// damaged.
-bool placeStrips(TiffLayout& layout, TiffDirectory& directory, ByteView written, const TiffHeader& header,
-                 unsigned offsetTag, unsigned lengthTag) {
+bool placeStrips(tiff::Layout& layout, tiff::Directory& directory, ByteView written,
+                 const tiff::Header& header, unsigned offsetTag, unsigned lengthTag) {
     const auto offsets = std::ranges::find_if(
-        directory.entries, [offsetTag](const TiffEntry& entry) { return entry.tag == offsetTag; });
-    const TiffEntry* lengths = directory.find(lengthTag);
+        directory.entries, [offsetTag](const tiff::Entry& entry) { return entry.tag == offsetTag; });
+    const tiff::Entry* lengths = directory.find(lengthTag);
     if (offsets == directory.entries.end() || !lengths)
         return false;
-    const std::vector<std::uint64_t> begins = allNumbers(*offsets, header.order);
-    const std::vector<std::uint64_t> counts = allNumbers(*lengths, header.order);
+    const std::vector<std::uint64_t> begins = tiff::allNumbers(*offsets, header.order);
+    const std::vector<std::uint64_t> counts = tiff::allNumbers(*lengths, header.order);
     if (begins.empty() || begins.size() != counts.size())
         return false;
     std::vector<std::uint64_t> places;
@@ -88,17 +88,19 @@ bool placeStrips(TiffLayout& layout, TiffDirectory& directory, ByteView written,
             return false;
         places.push_back(layout.place(strip));
     }
-    *offsets = entryOfNumbers(offsetTag, header.isBig ? type::kLong8 : type::kLong, places, header.order);
+    *offsets = tiff::entryOfNumbers(offsetTag, header.isBig ? tiff::type::kLong8 : tiff::type::kLong, places,
+                                    header.order);
     return true;
 }
 
 /// What `written` says of its coding, and what `tags` say of the picture.
-TiffDirectory merged(const TiffDirectory& written, const TiffDirectory& tags) {
-    TiffDirectory result = tags;
-    const bool hasResolution = tags.find(tag::kXResolution) || tags.find(tag::kYResolution);
-    for (const TiffEntry& entry : written.entries) {
-        const bool isResolution = entry.tag == tag::kXResolution || entry.tag == tag::kYResolution ||
-                                  entry.tag == tag::kResolutionUnit;
+tiff::Directory merged(const tiff::Directory& written, const tiff::Directory& tags) {
+    tiff::Directory result = tags;
+    const bool hasResolution = tags.find(tiff::tag::kXResolution) || tags.find(tiff::tag::kYResolution);
+    for (const tiff::Entry& entry : written.entries) {
+        const bool isResolution = entry.tag == tiff::tag::kXResolution ||
+                                  entry.tag == tiff::tag::kYResolution ||
+                                  entry.tag == tiff::tag::kResolutionUnit;
         if (!(isResolution && hasResolution) && !tags.find(entry.tag))
             result.entries.push_back(entry);
     }
@@ -106,27 +108,28 @@ TiffDirectory merged(const TiffDirectory& written, const TiffDirectory& tags) {
 }
 
 Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
-    const auto header = readTiffHeader(written);
+    const auto header = tiff::readHeader(written);
     if (!header)
         return Error{"not a TIFF file"};
-    TiffDirectory directory = readTiffDirectory(written, *header, header->firstDirectory);
+    tiff::Directory directory = tiff::readDirectory(written, *header, header->firstDirectory);
     if (tags.order != header->order && hasWideSamples(directory, header->order))
         return Error{"the samples' byte order is not the metadata's"};
 
     // The source's byte order: only that way its maker note and its private values keep their meaning.
-    TiffLayout layout(tags.order, header->isBig);
-    if (const TiffEntry* note = makerNoteOf(tags.directory);
+    tiff::Layout layout(tags.order, header->isBig);
+    if (const tiff::Entry* note = makerNoteOf(tags.directory);
         note && note->valueOffset <= written.size() + kLargestHole &&
         note->value.size() > header->offsetLength())
         layout.placeAt(note->valueOffset, note->value);
     const bool hasStrips =
-        placeStrips(layout, directory, written, *header, tag::kStripOffsets, tag::kStripByteCounts) ||
-        placeStrips(layout, directory, written, *header, tag::kTileOffsets, tag::kTileByteCounts);
+        placeStrips(layout, directory, written, *header, tiff::tag::kStripOffsets,
+                    tiff::tag::kStripByteCounts) ||
+        placeStrips(layout, directory, written, *header, tiff::tag::kTileOffsets, tiff::tag::kTileByteCounts);
     if (!hasStrips)
         return Error{"the TIFF file to give metadata to is damaged"};
     if (tags.order != header->order)
         std::ranges::transform(directory.entries, directory.entries.begin(), turned);
-    const TiffDirectory all =
+    const tiff::Directory all =
         merged(directory, header->isBig ? tags.directory : withoutBigValues(tags.directory));
     FileContents contents;
     contents.append(layout.finish(layout.placeDirectory(all)));
@@ -140,7 +143,7 @@ void addNotes(CarriedTags& tags, const std::vector<TextNote>& notes) {
             if (note.keyword == keyword && !tags.directory.find(noteTag)) {
                 Bytes text(note.text.begin(), note.text.end());
                 text.push_back(0);
-                tags.directory.entries.push_back(entryOfBytes(noteTag, type::kAscii, text));
+                tags.directory.entries.push_back(tiff::entryOfBytes(noteTag, tiff::type::kAscii, text));
             }
 }
 
@@ -149,11 +152,11 @@ void addNotes(CarriedTags& tags, const std::vector<TextNote>& notes) {
 PictureMetadata readTiffMetadata(ByteView file) {
     PictureMetadata metadata;
     CarriedTags tags = carriedTags(file);
-    metadata.resolution = resolutionOf(tags);
-    metadata.xmp = xmpInUtf8(taken(tags.directory, tag::kXmp));
-    const Bytes resources = taken(tags.directory, tag::kPhotoshop);
+    metadata.resolution = tiff::resolutionOf(tags.directory, tags.order);
+    metadata.xmp = xmpInUtf8(taken(tags.directory, tiff::tag::kXmp));
+    const Bytes resources = taken(tags.directory, tiff::tag::kPhotoshop);
     metadata.photoshop = resourcesWithoutIptc(resources);
-    metadata.iptc = taken(tags.directory, tag::kIptc);
+    metadata.iptc = taken(tags.directory, tiff::tag::kIptc);
     if (metadata.iptc.empty())
         metadata.iptc = iptcOfResources(resources);
     metadata.exif = exifBlock(tags);
@@ -166,27 +169,27 @@ Bytes exifForTiff(const PictureMetadata& metadata) {
 
 Result<FileContents> withTiffTagsOf(ByteView source, ByteView written) {
     CarriedTags tags = carriedTags(source);
-    replaceValue(tags.directory, tag::kXmp, xmpToCarry);
-    replaceValue(tags.directory, tag::kPhotoshop, resourcesToCarry);
-    replaceValue(tags.directory, tag::kIptc, iptcToCarry);
+    replaceValue(tags.directory, tiff::tag::kXmp, xmpToCarry);
+    replaceValue(tags.directory, tiff::tag::kPhotoshop, resourcesToCarry);
+    replaceValue(tags.directory, tiff::tag::kIptc, iptcToCarry);
     return withTags(tags, written);
 }
 
 Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView written) {
     CarriedTags tags = carriedTags(metadata.exif);
     if (metadata.exif.empty())
-        if (const auto header = readTiffHeader(written))
+        if (const auto header = tiff::readHeader(written))
             tags.order = header->order;
     const auto add = [&tags](unsigned number, unsigned valueType, const Bytes& value) {
         remove(tags.directory, number);
         if (!value.empty())
-            tags.directory.entries.push_back(entryOfBytes(number, valueType, value));
+            tags.directory.entries.push_back(tiff::entryOfBytes(number, valueType, value));
     };
-    add(tag::kXmp, type::kByte, xmpToCarry(metadata.xmp));
-    add(tag::kIptc, type::kByte, iptcToCarry(metadata.iptc));
-    add(tag::kPhotoshop, type::kByte, resourcesToCarry(metadata.photoshop));
+    add(tiff::tag::kXmp, tiff::type::kByte, xmpToCarry(metadata.xmp));
+    add(tiff::tag::kIptc, tiff::type::kByte, iptcToCarry(metadata.iptc));
+    add(tiff::tag::kPhotoshop, tiff::type::kByte, resourcesToCarry(metadata.photoshop));
     if (metadata.resolution)
-        setResolution(tags, *metadata.resolution);
+        tiff::setResolution(tags.directory, tags.order, *metadata.resolution);
     addNotes(tags, metadata.notes);
     return withTags(tags, written);
 }

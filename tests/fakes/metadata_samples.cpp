@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/fakes/metadata_samples.h"
 
-#include "imaging/metadata/carrying.h"
+#include "imaging/carried_metadata.h"
 
 #include <gtest/gtest.h>
 

@@ -2,6 +2,7 @@
 
 // Any bytes as the source whose metadata is carried into a file of each format, and as the file that it is
 // carried into: the result holds the same pixels as before.
+#include "imaging/carried_metadata.h"
 #include "imaging/metadata/carrying.h"
 #include "tests/fuzz/small_pictures.h"
 

@@ -2,6 +2,7 @@
 
 // The way of a photo through the program: opened, retouched, seen through an effect, encoded, given the
 // source's metadata, and opened again.
+#include "imaging/carried_metadata.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
 #include "tests/fuzz/small_pictures.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/codec.h"
 
-#include "imaging/containers/little_endian.h"
+#include "imaging/containers/byte_order.h"
 #include "tests/fakes/profiles.h"
 #include "tests/imaging/codec_pictures.h"
 

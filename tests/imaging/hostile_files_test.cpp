@@ -4,8 +4,8 @@
 // memory. Each is tried in a process of its own, whose time and memory the system counts.
 #include "tests/imaging/hostile_files.h"
 
+#include "imaging/carried_metadata.h"
 #include "imaging/image_tools.h"
-#include "imaging/metadata/carrying.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/metadata/carrying.h"
+#include "imaging/carried_metadata.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/carried_metadata.h"
 #include "imaging/containers/container.h"
 #include "imaging/containers/exif_basics.h"
-#include "imaging/metadata/carrying.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
@@ -111,7 +111,8 @@ TEST(JpegMetadata, DensityIsToldByExifWhereThereCanBeNoJfif) {
     EXPECT_FALSE(contains(result, "JFIF"));
     EXPECT_EQ(readJpegMetadata(viewOf(result)).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
     const std::string centimetres = carried(photoWithDensity(2), rgbJpeg());
-    EXPECT_EQ(readExifBasics(readJpegMetadata(viewOf(centimetres)).exif).density, (Density{762, 508}));
+    EXPECT_EQ(readExifBasics(readJpegMetadata(viewOf(centimetres)).exif).resolution,
+              (Resolution{762, 508, Resolution::Unit::Inch}));
 }
 
 TEST(JpegMetadata, ExifWithoutADensityTakesThatOfJfif) {
@@ -120,7 +121,7 @@ TEST(JpegMetadata, ExifWithoutADensityTakesThatOfJfif) {
     const std::string source = photoWithDensity(1, exifSegment(block));
     EXPECT_TRUE(contains(carried(source, plainJpeg()), block));
     const Bytes exif = readJpegMetadata(viewOf(carried(source, rgbJpeg()))).exif;
-    EXPECT_EQ(readExifBasics(exif).density, (Density{300, 200}));
+    EXPECT_EQ(readExifBasics(exif).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
     EXPECT_TRUE(contains(std::string(exif.begin(), exif.end()), "abc"));
 }
 

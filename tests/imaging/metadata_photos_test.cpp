@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/metadata/carrying.h"
+#include "imaging/carried_metadata.h"
 #include "imaging/metadata/exif_block.h"
 #include "imaging/metadata/jpeg_metadata.h"
 #include "imaging/metadata/photoshop_resources.h"
@@ -28,29 +28,29 @@ std::vector<std::filesystem::path> photos(const std::string& folder) {
 }
 
 /// The values of a directory and of those in it, in their order, with their tags.
-void addValues(const TiffDirectory& directory, std::vector<std::pair<unsigned, Bytes>>& values) {
-    for (const TiffEntry& entry : directory.entries) {
+void addValues(const tiff::Directory& directory, std::vector<std::pair<unsigned, Bytes>>& values) {
+    for (const tiff::Entry& entry : directory.entries) {
         if (entry.child)
             addValues(*entry.child, values);
         // Where a thumbnail in the main directory lies and how long it is goes with the thumbnail.
-        else if (entry.tag != tag::kJpegLength)
+        else if (entry.tag != tiff::tag::kJpegLength)
             values.emplace_back(entry.tag, entry.value);
     }
 }
 
 std::vector<std::pair<unsigned, Bytes>> valuesOf(ByteView exif) {
     std::vector<std::pair<unsigned, Bytes>> values;
-    if (const auto header = readTiffHeader(exif))
-        addValues(readTiffDirectory(exif, *header, header->firstDirectory), values);
+    if (const auto header = tiff::readHeader(exif))
+        addValues(tiff::readDirectory(exif, *header, header->firstDirectory), values);
     return values;
 }
 
 std::uint64_t makerNoteOffset(ByteView exif) {
-    const auto header = readTiffHeader(exif);
+    const auto header = tiff::readHeader(exif);
     if (!header)
         return 0;
-    const TiffDirectory directory = readTiffDirectory(exif, *header, header->firstDirectory);
-    const TiffEntry* note = makerNoteOf(directory);
+    const tiff::Directory directory = tiff::readDirectory(exif, *header, header->firstDirectory);
+    const tiff::Entry* note = makerNoteOf(directory);
     return note ? note->valueOffset : 0;
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/carried_metadata.h"
 #include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/tiff_metadata.h"
@@ -43,24 +44,26 @@ SampleTiff photo(bool isBigEndian = false) {
 /// What the tests look at in a file.
 struct Parsed {
     explicit Parsed(const std::string& file) : bytes(file) {
-        const auto found = readTiffHeader(viewOf(bytes));
+        const auto found = tiff::readHeader(viewOf(bytes));
         EXPECT_TRUE(found);
-        header = found.value_or(TiffHeader{});
-        directory = readTiffDirectory(viewOf(bytes), header, header.firstDirectory);
+        header = found.value_or(tiff::Header{});
+        directory = tiff::readDirectory(viewOf(bytes), header, header.firstDirectory);
     }
 
     std::string value(unsigned wanted) const { return valueIn(directory, wanted); }
     std::string exifValue(unsigned wanted) const { return valueIn(*directory.find(34665)->child, wanted); }
-    std::uint64_t number(unsigned wanted) const { return firstNumber(*directory.find(wanted), header.order); }
+    std::uint64_t number(unsigned wanted) const {
+        return tiff::firstNumber(*directory.find(wanted), header.order);
+    }
 
-    static std::string valueIn(const TiffDirectory& directory, unsigned wanted) {
-        const TiffEntry* entry = directory.find(wanted);
+    static std::string valueIn(const tiff::Directory& directory, unsigned wanted) {
+        const tiff::Entry* entry = directory.find(wanted);
         return entry ? std::string(entry->value.begin(), entry->value.end()) : "none";
     }
 
     std::string bytes;
-    TiffHeader header;
-    TiffDirectory directory;
+    tiff::Header header;
+    tiff::Directory directory;
 };
 
 TEST(TiffMetadata, AnOrientationThatReadersUnderstandDifferentlyIsNotCarried) {

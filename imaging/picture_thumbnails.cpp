@@ -1,58 +1,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/metadata/thumbnail_maker.h"
+#include "imaging/picture_thumbnails.h"
 
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/jpeg_errors.h"
+#include "imaging/codecs/jpeg_thumbnail.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 #include <vector>
 
 namespace complexion {
 
 namespace {
 
-// The best first: cameras' own thumbnails lie near the middle.
+// The best first: cameras' own thumbnails are near the middle.
 constexpr std::array<int, 8> kQualities = {92, 85, 78, 70, 60, 50, 35, 20};
 
 // What is off by less than this part of the thumbnail's side is stretched instead of getting a hairline bar.
 constexpr double kUnseenStretch = 0.02;
-
-Bytes encoded(std::vector<RGBA32>& pixels, PixelSize size, int quality) {
-    JpegErrors errors;
-    jpeg_compress_struct info = {};
-    info.err = &errors;
-    unsigned char* data = nullptr;
-    unsigned long length = 0;
-    const bool isDone = errors.guard.run([&] {
-        jpeg_create_compress(&info);
-        jpeg_mem_dest(&info, &data, &length);
-        info.image_width = static_cast<JDIMENSION>(size.width);
-        info.image_height = static_cast<JDIMENSION>(size.height);
-        info.input_components = 4;
-        info.in_color_space = JCS_EXT_XBGR;
-        jpeg_set_defaults(&info);
-        jpeg_set_quality(&info, quality, TRUE);
-        info.optimize_coding = TRUE;
-        jpeg_start_compress(&info, TRUE);
-        while (info.next_scanline < info.image_height) {
-            auto* row = reinterpret_cast<JSAMPROW>(pixels.data() + std::size_t{info.next_scanline} *
-                                                                       static_cast<std::size_t>(size.width));
-            jpeg_write_scanlines(&info, &row, 1);
-        }
-        jpeg_finish_compress(&info);
-    });
-    Bytes file;
-    if (isDone)
-        file.assign(data, data + length);
-    jpeg_destroy_compress(&info);
-    std::free(data); // NOLINT(cppcoreguidelines-no-malloc): the library's own allocation
-    return file;
-}
 
 /// The largest size of the picture's shape within `frame`; the frame itself when that is nearly its shape.
 PixelSize fittedSize(PixelSize picture, PixelSize frame) {
@@ -69,7 +36,7 @@ PixelSize fittedSize(PixelSize picture, PixelSize frame) {
 
 } // namespace
 
-const Image* ThumbnailMaker::picture() {
+const Image* PictureThumbnails::picture() {
     if (!m_picture && !m_isDecoded) {
         m_isDecoded = true;
         if (const Codec* codec = codecForContent(m_file))
@@ -79,7 +46,7 @@ const Image* ThumbnailMaker::picture() {
     return m_picture ? &*m_picture : nullptr;
 }
 
-std::vector<RGBA32> ThumbnailMaker::pixels(PixelSize size) {
+std::vector<RGBA32> PictureThumbnails::pixels(PixelSize size) {
     const Image* whole = picture();
     if (!whole || size.area() <= 0)
         return {};
@@ -93,12 +60,13 @@ std::vector<RGBA32> ThumbnailMaker::pixels(PixelSize size) {
     return pixels;
 }
 
-Bytes ThumbnailMaker::jpeg(PixelSize size, std::size_t lengthLimit) {
+Bytes PictureThumbnails::jpeg(PixelSize size, std::size_t maxLength) {
     std::vector<RGBA32> rows = pixels(size);
     if (rows.empty())
         return {};
     for (const int quality : kQualities)
-        if (Bytes file = encoded(rows, size, quality); !file.empty() && file.size() <= lengthLimit)
+        if (Bytes file = jpeg::encodedThumbnail(rows, size, quality);
+            !file.empty() && file.size() <= maxLength)
             return file;
     return {};
 }
