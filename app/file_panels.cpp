@@ -167,10 +167,7 @@ bool SaveFilePanel::mayReplace(const QString& path) {
     const QString question = isSource ? tr("“%1” is the photo that you opened. Saving here replaces it for "
                                            "good. Do you want to replace it?")
                                       : tr("“%1” already exists. Do you want to replace it?");
-    const int answer = m_dialogs.runAlert({.messageText = "",
-                                           .informativeText = question.arg(file.fileName()).toStdString(),
-                                           .style = AlertStyle::Warning,
-                                           .buttons = {"Yes", "No"}});
+    const int answer = m_dialogs.runAlert(yesNoQuestion(question.arg(file.fileName()).toStdString()));
     return answer != kSecondButton;
 }
 

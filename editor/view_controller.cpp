@@ -21,11 +21,7 @@ bool ViewController::hasImage() const {
 }
 
 int ViewController::runQuestion(const char* informativeText) {
-    return m_dialogs.runAlert(
-        {.messageText = "",
-         .informativeText = informativeText,
-         .style = AlertStyle::Warning,
-         .buttons = {QT_TRANSLATE_NOOP("Alerts", "Yes"), QT_TRANSLATE_NOOP("Alerts", "No")}});
+    return m_dialogs.runAlert(yesNoQuestion(informativeText));
 }
 
 } // namespace complexion

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/base/diagnostics.h"
 #include "imaging/base/files.h"
 #include "imaging/base/no_throw.h"
 #include "imaging/carried_metadata.h"
@@ -8,8 +9,6 @@
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
-
-#include <iostream>
 
 namespace complexion {
 
@@ -32,7 +31,7 @@ void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
         return Error{"no place for a creation date", ErrorKind::CannotWrite};
     });
     if (!carried)
-        std::cout << "ERROR\n" << std::flush;
+        printLine("ERROR");
 }
 
 void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,

@@ -4,11 +4,12 @@
 #include "imaging/base/fatal.h"
 #include "imaging/image_tools.h"
 #include "imaging/screen_colors.h"
-#include "view/accessibility.h"
+#include "view/accessible_photo.h"
 #include "view/image_fit.h"
 #include "view/image_painter.h"
 #include "view/notification_center.h"
 
+#include <QAccessible>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
@@ -35,11 +36,16 @@ std::filesystem::path localPath(const QUrl& url) {
     return path.toStdString();
 }
 
+QAccessibleInterface* accessibleView(const QString&, QObject* object) {
+    auto* const view = qobject_cast<CustomImageView*>(object);
+    return view ? new AccessiblePhoto(view) : nullptr; // the accessibility cache owns it
+}
+
 } // namespace
 
 CustomImageView::CustomImageView(QWidget* parent)
     : QWidget(parent), m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
-    installAccessibility();
+    QAccessible::installFactory(accessibleView); // again does no harm
     setAccessibleName(tr("Photo"));
 }
 
@@ -141,12 +147,8 @@ bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
     if (urls.isEmpty())
         fatal("a drag that offers URLs has none");
     if (m_image) {
-        const int answer = m_dialogs->runAlert(
-            {.messageText = "",
-             .informativeText = QT_TRANSLATE_NOOP(
-                 "Alerts", "All unsaved changes will be lost. Are you sure you want to add a new image?"),
-             .style = AlertStyle::Warning,
-             .buttons = {"Yes", "No"}});
+        const int answer = m_dialogs->runAlert(yesNoQuestion(QT_TRANSLATE_NOOP(
+            "Alerts", "All unsaved changes will be lost. Are you sure you want to add a new image?")));
         if (answer == kSecondButton)
             return false;
     }

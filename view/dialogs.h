@@ -24,6 +24,9 @@ struct Alert {
 inline constexpr int kFirstButton = 1000;
 inline constexpr int kSecondButton = 1001;
 
+/// The question whether to go on, answered with Yes (the first button) or No.
+Alert yesNoQuestion(std::string informativeText);
+
 /// A modal dialog for choosing one existing file.
 struct OpenPanel {
     std::vector<std::string> allowedFileTypes; // extensions, lower case

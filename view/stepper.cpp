@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/stepper.h"
 
-#include "view/accessibility.h"
-
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -34,10 +33,40 @@ void drawArrow(QPainter& painter, const QRectF& area, int direction) {
     painter.drawPath(arrow);
 }
 
+/// A bounded number for assistive technology.
+class AccessibleStepper : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit AccessibleStepper(Stepper* stepper) : QAccessibleWidget(stepper, QAccessible::SpinBox) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? QString::number(stepper().integerValue())
+                                          : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return stepper().integerValue(); }
+    QVariant minimumValue() const override { return stepper().minimum(); }
+    QVariant maximumValue() const override { return stepper().maximum(); }
+    QVariant minimumStepSize() const override { return stepper().increment(); }
+    void setCurrentValue(const QVariant& value) override { stepper().setByUser(value.toInt()); }
+
+private:
+    Stepper& stepper() const { return *static_cast<Stepper*>(widget()); }
+};
+
+QAccessibleInterface* accessibleStepper(const QString&, QObject* object) {
+    auto* const stepper = qobject_cast<Stepper*>(object);
+    return stepper ? new AccessibleStepper(stepper) : nullptr; // the accessibility cache owns it
+}
+
 } // namespace
 
 Stepper::Stepper(QWidget* parent) : QWidget(parent) {
-    installAccessibility();
+    QAccessible::installFactory(accessibleStepper); // again does no harm
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     setAttribute(Qt::WA_Hover);

@@ -82,7 +82,7 @@ double misfitOf(const Colors& colors, const std::vector<RGBA32>& pixels) {
 }
 
 /// Pixels spread over the picture.
-std::vector<RGBA32> sampleOf(const Image& image) {
+std::vector<RGBA32> spreadPixels(const Image& image) {
     const PixelSize size = image.pixelSize();
     const std::int64_t step = std::max<std::int64_t>(1, size.area() / kJudgedPixels);
     std::vector<RGBA32> pixels;
@@ -93,7 +93,7 @@ std::vector<RGBA32> sampleOf(const Image& image) {
 }
 
 /// The pixels that differ from those of the bands `before`, in scan order within each tile.
-std::vector<ChangedPixel> changedPixels(const Image& image, const BandList& before) {
+std::vector<ChangedPixel> pixelsChangedSince(const Image& image, const BandList& before) {
     std::vector<ChangedPixel> changed;
     const BandList& bands = image.bands();
     for (std::size_t band = 0; band < bands.size(); ++band) {
@@ -156,7 +156,7 @@ void dither(const std::vector<ChangedPixel>& changed, const Colors& colors, Inde
 
 /// `before` with the pixels that have changed since; null when other colours have to be chosen.
 std::shared_ptr<const ChosenColors> afterEdits(const ChosenColors& before, const Image& image) {
-    const std::vector<ChangedPixel> changed = changedPixels(image, before.bands);
+    const std::vector<ChangedPixel> changed = pixelsChangedSince(image, before.bands);
     if (std::ssize(changed) > image.pixelSize().area() / kMostChangedPart)
         return nullptr;
     const Colors colors(*before.indexed);
@@ -194,7 +194,7 @@ Result<std::shared_ptr<const IndexedImage>> rememberedIndexedImage(const Image& 
     colors->indexed = std::make_shared<IndexedImage>(std::move(*chosen));
     if (isStored) {
         colors->bands = image.bands();
-        colors->misfit = misfitOf(Colors(*colors->indexed), sampleOf(image));
+        colors->misfit = misfitOf(Colors(*colors->indexed), spreadPixels(image));
         image.encoderMemory().set(colors);
     }
     return colors->indexed;
