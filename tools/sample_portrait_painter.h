@@ -21,6 +21,9 @@ struct SamplePortrait {
     std::vector<Blemish> blemishes;
 };
 
+/// Where the portrait has its blemishes.
+std::vector<Blemish> samplePortraitBlemishes();
+
 /// Paints the portrait; the same one every time. Needs a QGuiApplication for nothing but the painting.
 SamplePortrait paintSamplePortrait();
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
+#include <utility>
 #include <vector>
 
 namespace complexion {
@@ -206,27 +208,32 @@ double roughness(double x, double y) {
     return std::max(0.15, 0.75 + 0.5 * nose - 0.6 * lids);
 }
 
+/// The heights of a surface, each computed when it is first asked for: a body covers a part of the picture
+/// only.
+template <typename Relief>
 class ReliefMap {
 public:
-    template <typename Relief>
-    explicit ReliefMap(const Relief& relief)
-        : m_heights(static_cast<std::size_t>(kPortraitWidth) * kPortraitHeight) {
-        for (int y = 0; y < kPortraitHeight; ++y)
-            for (int x = 0; x < kPortraitWidth; ++x)
-                m_heights[index(x, y)] = relief(x - kFaceAxis, y);
-    }
+    explicit ReliefMap(Relief relief)
+        : m_relief(std::move(relief)),
+          m_heights(static_cast<std::size_t>(kPortraitWidth) * kPortraitHeight, kUnknown) {}
 
-    double slopeX(int x, int y) const { return (at(x + 1, y) - at(x - 1, y)) / 2; }
-    double slopeY(int x, int y) const { return (at(x, y + 1) - at(x, y - 1)) / 2; }
+    double slopeX(int x, int y) { return (at(x + 1, y) - at(x - 1, y)) / 2; }
+    double slopeY(int x, int y) { return (at(x, y + 1) - at(x, y - 1)) / 2; }
 
 private:
-    static std::size_t index(int x, int y) {
-        return static_cast<std::size_t>(y) * kPortraitWidth + static_cast<std::size_t>(x);
-    }
-    double at(int x, int y) const {
-        return m_heights[index(std::clamp(x, 0, kPortraitWidth - 1), std::clamp(y, 0, kPortraitHeight - 1))];
+    static constexpr double kUnknown = std::numeric_limits<double>::quiet_NaN();
+
+    double at(int x, int y) {
+        const int column = std::clamp(x, 0, kPortraitWidth - 1);
+        const int row = std::clamp(y, 0, kPortraitHeight - 1);
+        double& height =
+            m_heights[static_cast<std::size_t>(row) * kPortraitWidth + static_cast<std::size_t>(column)];
+        if (std::isnan(height))
+            height = m_relief(column - kFaceAxis, row);
+        return height;
     }
 
+    Relief m_relief;
     std::vector<double> m_heights;
 };
 
@@ -248,9 +255,8 @@ double coverage(double x, double halfWidth, double softness) {
 } // namespace
 
 void paintSkin(QImage& picture) {
-    const ReliefMap neck([](double x, double y) { return neckRelief(x, y) + poreRelief(x, y) * 0.5; });
-    const ReliefMap face(
-        [](double x, double y) { return faceRelief(x, y) + poreRelief(x, y) * roughness(x, y); });
+    ReliefMap neck([](double x, double y) { return neckRelief(x, y) + poreRelief(x, y) * 0.5; });
+    ReliefMap face([](double x, double y) { return faceRelief(x, y) + poreRelief(x, y) * roughness(x, y); });
     for (int row = 820; row < kPortraitHeight; ++row)
         for (int column = 0; column < kPortraitWidth; ++column) {
             const double x = column - kFaceAxis;
