@@ -1,38 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/base/diagnostics.h"
 #include "imaging/base/files.h"
-#include "imaging/base/no_throw.h"
 #include "imaging/carried_metadata.h"
-#include "imaging/codecs/codec.h"
-#include "imaging/containers/container.h"
 #include "imaging/image_tools.h"
-#include "imaging/metadata/carrying.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
 
 namespace complexion {
-
-Result<Bytes> readPicture(const std::filesystem::path& path) {
-    return withoutThrowing([&]() -> Result<Bytes> {
-        return readFile(path, [](ByteView start) { return containerOf(start).has_value(); });
-    });
-}
-
-Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format) {
-    const Codec* codec = codecForExtension(format);
-    return photo && codec ? carriedOrientation(*photo, codec->container) : Orientation::TopLeft;
-}
-
-void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
-    // The file is complete by now: nothing that goes wrong here makes it less so.
-    const Result<Done> carried = withoutThrowing([&]() -> Result<Done> {
-        if (setCreationDate(path, date))
-            return Done();
-        return Error{"no place for a creation date", ErrorKind::CannotWrite};
-    });
-    if (!carried)
-        printLine("ERROR");
-}
 
 void ImageTools::ChangeImageExif(const std::filesystem::path& originalImagePath,
                                  const std::filesystem::path& croppedImagePath, const Image& picture) {

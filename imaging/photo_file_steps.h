@@ -3,6 +3,7 @@
 
 #include "imaging/base/files.h"
 #include "imaging/base/image.h"
+#include "imaging/base/orientation.h"
 #include "imaging/codecs/decoded_picture.h"
 #include "imaging/metadata/creation_date.h"
 
@@ -34,6 +35,9 @@ bool countsAsSaved(const Error& error);
 /// The largest width and the largest height in pixels of all pictures in a file of one of the formats; an
 /// error when it cannot be decoded, or when a picture of that size could not.
 Result<PointSize> actualSizeOf(ByteView file);
+
+/// The image drawn with as many pixels as `size` has points, rounded up. Fatal when that is out of range.
+Image drawnAt(const Image& image, PointSize size);
 
 /// The image drawn at `size`, one point per pixel: the very image when its size in points is that already.
 Image atActualSize(const Image& image, PointSize size);

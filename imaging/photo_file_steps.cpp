@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/photo_file_steps.h"
+
+#include "imaging/base/checked.h"
+#include "imaging/base/diagnostics.h"
+#include "imaging/base/no_throw.h"
+#include "imaging/base/picture_limits.h"
+#include "imaging/base/resample.h"
+#include "imaging/codecs/codec.h"
+#include "imaging/containers/container.h"
+#include "imaging/metadata/carrying.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+constexpr const char* kOutOfRange = "an image's size is out of range";
+
+int pixelsFor(double points) {
+    const std::int64_t pixels = truncateToInt64(std::ceil(points), kOutOfRange);
+    if (pixels < 0 || pixels > kLargestArea)
+        fatal(kOutOfRange);
+    return static_cast<int>(pixels);
+}
+
+} // namespace
+
+Result<Bytes> readPicture(const std::filesystem::path& path) {
+    return withoutThrowing([&]() -> Result<Bytes> {
+        return readFile(path, [](ByteView start) { return containerOf(start).has_value(); });
+    });
+}
+
+Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format) {
+    const Codec* codec = codecForExtension(format);
+    return photo && codec ? carriedOrientation(*photo, codec->container) : Orientation::TopLeft;
+}
+
+Result<DecodedPicture> decodedPicture(ByteView file) {
+    const Codec* codec = codecForContent(file);
+    if (!codec)
+        return Error{"a file of another kind", ErrorKind::NotAPicture};
+    return codec->read(file);
+}
+
+Result<FileContents> encodedPicture(const Image& image, std::string_view format, Orientation orientation) {
+    const Image raster = rasterOf(image);
+    const Codec* codec = codecForExtension(format);
+    if (!codec)
+        return Error{"a file type that is not known", ErrorKind::CannotWrite};
+    return codec->encodeTurned(raster, orientation);
+}
+
+bool countsAsSaved(const Error& error) {
+    return error.kind == ErrorKind::FormatCannotHold;
+}
+
+Result<PointSize> actualSizeOf(ByteView file) {
+    const Codec* codec = codecForContent(file);
+    const Result<std::vector<PixelSize>> pictures = codec->measure(file);
+    if (!pictures)
+        return pictures.error();
+    PointSize size;
+    for (const PixelSize picture : *pictures) {
+        size.width = std::max(size.width, static_cast<double>(picture.width));
+        size.height = std::max(size.height, static_cast<double>(picture.height));
+    }
+    // The longest sides of several pictures may make one that is larger than each.
+    if (!pictures->empty() &&
+        !isDecodableSize(static_cast<std::int64_t>(size.width), static_cast<std::int64_t>(size.height)))
+        return Error{"the pictures' sides are too long together", ErrorKind::TooLarge};
+    return size;
+}
+
+Image drawnAt(const Image& image, PointSize size) {
+    return resampled(image, {pixelsFor(size.width), pixelsFor(size.height)}).withSize(size);
+}
+
+Image atActualSize(const Image& image, PointSize size) {
+    return size == image.size() ? image : drawnAt(image, size);
+}
+
+Image rasterOf(const Image& image) {
+    const std::int64_t width = truncateToInt64(image.size().width, kOutOfRange);
+    const std::int64_t height = truncateToInt64(image.size().height, kOutOfRange);
+    if (!isDecodableSize(width, height) || !image.hasPixels())
+        fatal("no bitmap of this size can be made");
+    return resampled(image, {static_cast<int>(width), static_cast<int>(height)});
+}
+
+void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
+    // The file is complete by now: nothing that goes wrong here makes it less so.
+    const Result<Done> carried = withoutThrowing([&]() -> Result<Done> {
+        if (setCreationDate(path, date))
+            return Done();
+        return Error{"no place for a creation date", ErrorKind::CannotWrite};
+    });
+    if (!carried)
+        printLine("ERROR");
+}
+
+} // namespace complexion
