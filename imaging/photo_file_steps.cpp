@@ -60,16 +60,14 @@ bool countsAsSaved(const Error& error) {
 
 Result<PointSize> actualSizeOf(ByteView file) {
     const Codec* codec = codecForContent(file);
-    const Result<std::vector<PixelSize>> pictures = codec->measure(file);
-    if (!pictures)
-        return pictures.error();
+    COMPLEXION_TRY(const std::vector<PixelSize> pictures, codec->measure(file));
     PointSize size;
-    for (const PixelSize picture : *pictures) {
+    for (const PixelSize picture : pictures) {
         size.width = std::max(size.width, static_cast<double>(picture.width));
         size.height = std::max(size.height, static_cast<double>(picture.height));
     }
     // The longest sides of several pictures may make one that is larger than each.
-    if (!pictures->empty() &&
+    if (!pictures.empty() &&
         !isDecodableSize(static_cast<std::int64_t>(size.width), static_cast<std::int64_t>(size.height)))
         return Error{"the pictures' sides are too long together", ErrorKind::TooLarge};
     return size;

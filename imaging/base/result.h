@@ -47,3 +47,14 @@ private:
 };
 
 } // namespace complexion
+
+#define COMPLEXION_JOINED_AGAIN(a, b) a##b
+#define COMPLEXION_JOINED(a, b) COMPLEXION_JOINED_AGAIN(a, b)
+
+/// Declares `declaration` ("const PixelSize size") and gives it the value of a Result; returns the error from
+/// the function around it where there is none.
+#define COMPLEXION_TRY(declaration, ...)                                                                     \
+    auto COMPLEXION_JOINED(tried, __LINE__) = (__VA_ARGS__);                                                 \
+    if (!COMPLEXION_JOINED(tried, __LINE__))                                                                 \
+        return COMPLEXION_JOINED(tried, __LINE__).error();                                                   \
+    declaration = *std::move(COMPLEXION_JOINED(tried, __LINE__))

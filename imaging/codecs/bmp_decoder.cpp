@@ -135,32 +135,28 @@ Image atResolution(const Image& image, const Header& header) {
 } // namespace
 
 Result<std::vector<PixelSize>> measureBmp(ByteView file) {
-    const Result<Header> header = bmp::readHeader(file);
-    if (!header)
-        return header.error();
-    if (const Codec* codec = embeddedCodec(*header))
-        return codec->measure(file.subspan(header->pixelsAt));
-    return std::vector{header->size};
+    COMPLEXION_TRY(const Header header, bmp::readHeader(file));
+    if (const Codec* codec = embeddedCodec(header))
+        return codec->measure(file.subspan(header.pixelsAt));
+    return std::vector{header.size};
 }
 
 Result<DecodedPicture> decodeBmp(ByteView file) {
-    const Result<Header> header = bmp::readHeader(file);
-    if (!header)
-        return header.error();
-    const ByteView pixels = file.subspan(header->pixelsAt);
-    if (const Codec* codec = embeddedCodec(*header)) {
+    COMPLEXION_TRY(const Header header, bmp::readHeader(file));
+    const ByteView pixels = file.subspan(header.pixelsAt);
+    if (const Codec* codec = embeddedCodec(header)) {
         Result<DecodedPicture> picture = codec->read(pixels);
         if (picture)
-            picture->image = atResolution(picture->image, *header);
+            picture->image = atResolution(picture->image, header);
         return picture;
     }
-    ImageBuilder builder(header->size);
-    const RowsFound rows = isRunLengthCoded(*header) ? bmp::decodeRuns(pixels, *header, builder)
-                                                     : decodeRows(pixels, *header, builder);
+    ImageBuilder builder(header.size);
+    const RowsFound rows = isRunLengthCoded(header) ? bmp::decodeRuns(pixels, header, builder)
+                                                    : decodeRows(pixels, header, builder);
     const Error cut{"BMP file ends before its pixels"};
     if (rows == RowsFound::None)
         return cut;
-    return DecodedPicture{atResolution(builder.finish().withProfile(header->profile), *header),
+    return DecodedPicture{atResolution(builder.finish().withProfile(header.profile), header),
                           rows == RowsFound::Some ? std::optional(cut) : std::nullopt};
 }
 

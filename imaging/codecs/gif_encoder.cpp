@@ -45,10 +45,8 @@ Result<FileContents> encodeGif(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels() || size.width > kLongestSide || size.height > kLongestSide)
         return Error{"a GIF file cannot hold a picture of this size", ErrorKind::FormatCannotHold};
-    const auto remembered = rememberedIndexedImage(image);
-    if (!remembered)
-        return remembered.error();
-    const IndexedImage* indexed = remembered->get();
+    COMPLEXION_TRY(const auto remembered, rememberedIndexedImage(image));
+    const IndexedImage* indexed = remembered.get();
     if (!isThereMemoryFor(size))
         return Error{"there is not enough memory to write the GIF file", ErrorKind::OutOfMemory};
 

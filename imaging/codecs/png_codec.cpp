@@ -10,10 +10,8 @@ namespace complexion {
 namespace {
 
 Result<std::vector<PixelSize>> measure(ByteView file) {
-    const Result<PixelSize> size = measurePng(file);
-    if (!size)
-        return size.error();
-    return std::vector<PixelSize>{*size};
+    COMPLEXION_TRY(const PixelSize size, measurePng(file));
+    return std::vector<PixelSize>{size};
 }
 
 } // namespace

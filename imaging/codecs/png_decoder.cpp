@@ -267,19 +267,17 @@ Result<PixelSize> measurePng(ByteView file) {
 
 Result<DecodedPicture> decodePng(ByteView file) {
     PngReader reader(file);
-    const Result<PixelSize> size = readCheckedHeader(reader, file);
-    if (!size)
-        return size.error();
+    COMPLEXION_TRY(const PixelSize size, readCheckedHeader(reader, file));
     const Resolution resolution = reader.resolution();
     const SourceColors colors = sourceColors(reader, file);
     const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before the library counts what it adds
     if (!reader.start())
         return reader.error();
-    Result<DecodedPicture> stored = reader.passes() > 1 ? readInterlaced(reader, *size, finisher)
-                                                        : readProgressively(reader, *size, finisher);
+    Result<DecodedPicture> stored = reader.passes() > 1 ? readInterlaced(reader, size, finisher)
+                                                        : readProgressively(reader, size, finisher);
     if (stored)
         stored->image = turnedUpright(
-            stored->image.withProfile(colors.profile).withSize(sizeAtResolution(*size, resolution)),
+            stored->image.withProfile(colors.profile).withSize(sizeAtResolution(size, resolution)),
             orientationOf(file));
     return stored;
 }

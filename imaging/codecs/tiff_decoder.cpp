@@ -30,42 +30,33 @@ Result<tiff::File> openPicture(ByteView file) {
 } // namespace
 
 Result<std::vector<PixelSize>> measureTiff(ByteView file) {
-    const Result<tiff::File> opened = openPicture(file);
-    if (!opened)
-        return opened.error();
+    COMPLEXION_TRY(const tiff::File opened, openPicture(file));
     std::vector<PixelSize> sizes;
     std::size_t pages = 0;
     do {
         // Further pages that are nothing but a claim do not count.
-        if (pages == 0 || tiff::isPlausiblePage(*opened))
-            sizes.push_back(tiff::uprightPageSize(*opened));
-    } while (++pages < kMostPages && TIFFReadDirectory(opened->handle()) != 0);
+        if (pages == 0 || tiff::isPlausiblePage(opened))
+            sizes.push_back(tiff::uprightPageSize(opened));
+    } while (++pages < kMostPages && TIFFReadDirectory(opened.handle()) != 0);
     return sizes;
 }
 
 Result<DecodedPicture> decodeTiff(ByteView file) {
-    const Result<tiff::File> opened = openPicture(file);
-    if (!opened)
-        return opened.error();
-    const Result<tiff::Page> page = tiff::readPage(*opened);
-    if (!page)
-        return page.error();
-    ImageBuilder builder(page->size);
-    std::optional<tiff::PixelConverter> converter = tiff::PixelConverter::create(*opened, *page);
-    const Result<int> rows = converter ? tiff::readBlocks(*opened, *page, *converter, builder)
-                                       : tiff::readByLibrary(*opened, *page, builder);
-    if (!rows)
-        return rows.error();
-    if (*rows == 0 || (page->size.area() > kHarmlessArea && *rows < page->size.height / kLeastShare))
+    COMPLEXION_TRY(const tiff::File opened, openPicture(file));
+    COMPLEXION_TRY(const tiff::Page page, tiff::readPage(opened));
+    ImageBuilder builder(page.size);
+    std::optional<tiff::PixelConverter> converter = tiff::PixelConverter::create(opened, page);
+    COMPLEXION_TRY(const int rows, converter ? tiff::readBlocks(opened, page, *converter, builder)
+                                             : tiff::readByLibrary(opened, page, builder));
+    if (rows == 0 || (page.size.area() > kHarmlessArea && rows < page.size.height / kLeastShare))
         return Error{"TIFF file without readable pixels"};
     const Image stored =
         builder.finish()
-            .withProfile(keepsProfile(*page) ? ColorProfile::fromIcc(page->icc) : ColorProfile())
-            .withSize(sizeAtResolution(page->size, page->resolution));
-    return DecodedPicture{turnedUpright(stored, page->orientation),
-                          *rows < page->size.height
-                              ? std::optional(Error{"TIFF file without all of its pixels"})
-                              : std::nullopt};
+            .withProfile(keepsProfile(page) ? ColorProfile::fromIcc(page.icc) : ColorProfile())
+            .withSize(sizeAtResolution(page.size, page.resolution));
+    return DecodedPicture{
+        turnedUpright(stored, page.orientation),
+        rows < page.size.height ? std::optional(Error{"TIFF file without all of its pixels"}) : std::nullopt};
 }
 
 } // namespace complexion
