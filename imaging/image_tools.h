@@ -5,6 +5,7 @@
 #include "imaging/base/geometry.h"
 #include "imaging/base/image.h"
 #include "imaging/base/orientation.h"
+#include "imaging/healing/blemish_place.h"
 
 #include <array>
 #include <chrono>
@@ -26,23 +27,6 @@ struct PimplePixels {
 enum ColorType : std::int64_t {
     kCustomColor = 0,
     kAutodetectColor = 1,
-};
-
-/// A blemish, as the natural repair finds it.
-struct BlemishPlace {
-    PixelPosition middle;
-    double radius = 0; // pixels, of a disc as large as the blemish with its soft rim
-    double reach = 0;  // pixels from the middle to its farthest place
-    bool operator==(const BlemishPlace&) const = default;
-};
-
-/// Why the natural repair finds no blemish at a click.
-enum class BlemishRefusal {
-    NothingDiffers,   // no place near the click differs enough from the skin around
-    ComesFromOutside, // what differs there belongs to something larger that comes in from outside the disc
-    FillsDisc,        // what differs there leaves too little skin in the disc
-    NoSkin,           // there is no skin around to go by
-    OverBorder,       // the disc reaches over the picture's border
 };
 
 /// Stateless operations on images and image files. Failures are told by the result and at most one line on

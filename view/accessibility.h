@@ -6,8 +6,8 @@ class QWidget;
 
 namespace complexion {
 
-/// Sets a control's accessible description. From Qt 6.8 on, a screen reader also speaks it at once; with older
-/// versions it is spoken when the user asks for it.
+/// Sets a control's accessible description. From Qt 6.8 on, a screen reader also speaks it at once; with
+/// older versions it is spoken when the user asks for it.
 void announceDescription(QWidget& control, const QString& description);
 
 } // namespace complexion

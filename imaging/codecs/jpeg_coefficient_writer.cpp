@@ -83,7 +83,8 @@ private:
             }
             jpeg_write_coefficients(&m_info, m_arrays.data());
             if (!exif.empty())
-                jpeg_write_marker(&m_info, jpeg::marker::app(1), exif.data(), static_cast<unsigned>(exif.size()));
+                jpeg_write_marker(&m_info, jpeg::marker::app(1), exif.data(),
+                                  static_cast<unsigned>(exif.size()));
             if (!icc.empty())
                 jpeg_write_icc_profile(&m_info, icc.data(), static_cast<unsigned>(icc.size()));
         });

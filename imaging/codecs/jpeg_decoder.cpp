@@ -126,11 +126,12 @@ Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file)
     Result<DecodedPicture> stored = readPixels(decompressor, file, *size, grey);
     if (!stored)
         return stored.error();
-    return JpegPicture{.upright = {.image = turnedUpright(stored->image.withSize(sizeAtResolution(*size, resolution)),
-                                                          exif.orientation),
-                                   .damage = std::move(stored->damage)},
-                       .orientation = exif.orientation,
-                       .hasPlainColors = !grey && !decompressor.isCmyk()};
+    return JpegPicture{
+        .upright = {.image = turnedUpright(stored->image.withSize(sizeAtResolution(*size, resolution)),
+                                           exif.orientation),
+                    .damage = std::move(stored->damage)},
+        .orientation = exif.orientation,
+        .hasPlainColors = !grey && !decompressor.isCmyk()};
 }
 
 } // namespace

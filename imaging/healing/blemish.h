@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/healing/blemish_place.h"
 #include "imaging/healing/skin_model.h"
-#include "imaging/image_tools.h"
 
 #include <variant>
 

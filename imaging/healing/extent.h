@@ -2,7 +2,6 @@
 #pragma once
 
 #include "imaging/healing/blemish.h"
-#include "imaging/image_tools.h"
 
 namespace complexion::healing {
 

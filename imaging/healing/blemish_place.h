@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/geometry.h"
+
+namespace complexion {
+
+/// A blemish as the natural repair finds it.
+struct BlemishPlace {
+    PixelPosition middle;
+    double radius = 0; // pixels, of a disc that covers the blemish with its soft rim
+    double reach = 0;  // pixels from the middle to the farthest pixel of the blemish
+    bool operator==(const BlemishPlace&) const = default;
+};
+
+/// Why the natural repair finds no blemish at a click.
+enum class BlemishRefusal {
+    NothingDiffers,   // nothing near the click differs enough from the surrounding skin
+    ComesFromOutside, // what differs is part of something larger that reaches into the disc from outside
+    FillsDisc,        // what differs leaves too little skin in the disc
+    NoSkin,           // there is no skin around the disc
+    OverBorder,       // the disc crosses the picture's border
+};
+
+} // namespace complexion
