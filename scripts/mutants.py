@@ -63,7 +63,7 @@ TESTS = {
                                  "editor/undo_redo_test.cpp"],
     "editor/zoom_frame.cpp": ["editor/zoom_frame_test.cpp"],
     "editor/zoom.cpp": ["editor/looking_test.cpp", "editor/zoom_test.cpp"],
-    "editor/saving.cpp": ["editor/saving_test.cpp"],
+    "editor/saving.cpp": ["editor/saving_test.cpp", "editor/set_aside_test.cpp"],
     "editor/settings.cpp": ["editor/settings_mirror_test.cpp", "editor/settings_test.cpp", "editor/retouch_settings_test.cpp",
                             "editor/comparison_test.cpp"],
     "editor/retouch.cpp": ["editor/click_test.cpp", "editor/retouch_test.cpp", "editor/retouch_settings_test.cpp"],
