@@ -9,7 +9,7 @@ from picture_changes import check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS, SIZE
 from virtual_desktop import wait_until
-from window_driver import BUILD, EXIT_QUESTION, LOAD_FAILURE, Complexion
+from window_driver import BUILD, EXIT_QUESTION, LOAD_FAILURE, Complexion, Drag
 
 BLEMISHES = [(548, 418), (690, 690)]
 EFFECTS = ["Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"]
@@ -262,6 +262,26 @@ class WholeEditorTest(PortraitTestCase):
         self.program.keys("alt+F4")
         self.program.answer_to_end(EXIT_QUESTION, "Yes")
         self.assertEqual(list(self.program.temporary.iterdir()), [])
+
+    def test_without_a_photo_closing_the_window_ends_the_program(self):
+        self.program.start()
+        self.program.ask_to_close()
+        self.assertEqual(self.program.process.wait(20), 0)
+        self.assertEqual(list(self.program.temporary.iterdir()), [])
+
+    def test_a_drop_behind_a_question_changes_nothing(self):
+        program = self.program
+        program.start(self.file("face.png", self.painted.read_bytes()))
+        program.retouch(*BLEMISHES[0], *SIZE)
+        states = program.state_images()
+        program.keys("ctrl+q")
+        program.wait_for(EXIT_QUESTION)
+        x, y, width, height = program.screen_area("Photo")
+        Drag(self.painted.as_uri()).to_where_none_is_taken(x + width // 5, y + height // 2)  # beside the question
+        self.assertFalse(program.is_showing(DROP_QUESTION))
+        program.answer(EXIT_QUESTION, "No")
+        self.assertEqual(program.state_images(), states)
+        self.assertTrue(program.is_enabled("Undo"))
 
     def test_without_a_photo_quitting_asks_nothing(self):
         self.program.start()

@@ -317,6 +317,16 @@ class Drag:
         self._expect("copy offered")
         subprocess.run(["xdotool", "mouseup", "1"], check=True)
 
+    def to_where_none_is_taken(self, x, y):
+        """Moves to a place of the screen, lets go whatever is offered, and waits for the end."""
+        subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
+        self._expect("dragging")
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "sleep", "0.2", "mousemove_relative", "1", "1",
+                        "sleep", "0.2", "mouseup", "1"], check=True)
+        while self._line() not in ("finished", ""):
+            pass
+        self.source.wait(WAIT_SECONDS)
+
     def wait_for_end(self):
         """Until the window has dealt with what was dropped."""
         self._expect("finished")
