@@ -5,6 +5,7 @@
 #include "imaging/base/fatal.h"
 
 #include <QDir>
+#include <QEvent>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QPushButton>
@@ -53,10 +54,11 @@ QString withExtension(const QString& name, const std::vector<std::string>& exten
     return name.endsWith(u'.') ? name + first : name + u'.' + first;
 }
 
-FilePanel::FilePanel(const QString& title, const QString& folder, const std::vector<std::string>& extensions,
-                     QWidget* parent)
+FilePanel::FilePanel(AcceptMode mode, const QString& title, const QString& folder,
+                     const std::vector<std::string>& extensions, QWidget* parent)
     : QFileDialog(parent, title, folder) {
     setOption(QFileDialog::DontUseNativeDialog);
+    setAcceptMode(mode); // makes the buttons
     setNameFilter(filterFor(tr("Photos"), extensions));
     setSidebarUrls(usualPlaces());
     resize(kUsualSize);
@@ -64,8 +66,12 @@ FilePanel::FilePanel(const QString& title, const QString& folder, const std::vec
     if (!m_name)
         fatal("the toolkit's file panel has no field for the name");
     m_name->setCompleter(nullptr); // it would put its own idea in the place of what was typed
-    for (QPushButton* button : findChildren<QPushButton*>())
+    // Nor read it: it would choose in the list, and take the text from there.
+    disconnect(m_name, &QLineEdit::textChanged, this, nullptr);
+    for (QPushButton* button : findChildren<QPushButton*>()) {
         button->installEventFilter(this);
+        connect(m_name, &QLineEdit::textChanged, button, [button] { button->setEnabled(true); });
+    }
 }
 
 bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
@@ -97,8 +103,7 @@ void FilePanel::choose(const QString& path) {
 }
 
 OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, Dialogs& dialogs, QWidget* parent)
-    : FilePanel(tr("Select image"), folder, panel.allowedFileTypes, parent), m_dialogs(dialogs) {
-    setAcceptMode(QFileDialog::AcceptOpen);
+    : FilePanel(AcceptOpen, tr("Select image"), folder, panel.allowedFileTypes, parent), m_dialogs(dialogs) {
     setFileMode(QFileDialog::ExistingFile);
     setOption(QFileDialog::ReadOnly, !panel.canCreateDirectories); // no new folder, no renaming, no deleting
 }
@@ -120,11 +125,10 @@ void OpenFilePanel::accept() {
 
 SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guarded guarded, Dialogs& dialogs,
                              QWidget* parent)
-    : FilePanel(tr("Save image"), folder, panel.allowedFileTypes, parent),
+    : FilePanel(AcceptSave, tr("Save image"), folder, panel.allowedFileTypes, parent),
       m_extensions(panel.allowedFileTypes),
       m_guarded(std::move(guarded)),
       m_dialogs(dialogs) {
-    setAcceptMode(QFileDialog::AcceptSave);
     setFileMode(QFileDialog::AnyFile);
     nameField()->setText(shownName(panel.nameFieldStringValue));
     nameField()->selectAll();

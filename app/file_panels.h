@@ -24,8 +24,8 @@ public:
     const QString& chosenPath() const { return m_chosen; }
 
 protected:
-    FilePanel(const QString& title, const QString& folder, const std::vector<std::string>& extensions,
-              QWidget* parent);
+    FilePanel(AcceptMode mode, const QString& title, const QString& folder,
+              const std::vector<std::string>& extensions, QWidget* parent);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     /// What the text in the name's field stands for: an absolute path, or one in the folder that is shown.
