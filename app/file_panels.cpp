@@ -83,7 +83,7 @@ bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
 }
 
 QString FilePanel::typedPath() const {
-    const QString text = m_name->text();
+    QString text = m_name->text();
     if (text.isEmpty() || text.startsWith(u'/'))
         return text;
     if (text.startsWith(u"~/"_s))
@@ -99,7 +99,8 @@ void FilePanel::enter(const QString& folder) {
 
 void FilePanel::choose(const QString& path) {
     m_chosen = path;
-    QDialog::accept();
+    // QFileDialog's own would parse the typed text again.
+    QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
 }
 
 OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, Dialogs& dialogs, QWidget* parent)
