@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 constexpr mode_t kPrivateFolder = S_IRWXU;
 constexpr std::string_view kInfoExtension = ".trashinfo";
 
-/// A path as the specification writes it: percent-encoded as in an address, with its slashes.
+/// A path as a .trashinfo file stores it: percent-encoded like a URL, with its slashes.
 std::string encoded(const fs::path& path) {
     constexpr std::string_view kPlain = "/-_.~";
     constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -41,7 +41,7 @@ std::string encoded(const fs::path& path) {
     return text;
 }
 
-/// The local time, as the specification writes dates.
+/// The local time in the format of DeletionDate in a .trashinfo file.
 std::string now() {
     const std::time_t time = std::time(nullptr);
     std::tm local = {};
@@ -141,7 +141,7 @@ std::optional<fs::path> topTrash(const fs::path& top) {
     if (::lstat(shared.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0 &&
         makeFolder(shared / user))
         return shared / user;
-    const fs::path own = top / (".Trash-" + user);
+    fs::path own = top / (".Trash-" + user);
     // What somebody else put there could lead anywhere.
     if (!makeFolder(own) || ::lstat(own.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
         status.st_uid != ::getuid())

@@ -12,7 +12,7 @@ namespace complexion {
 namespace {
 
 constexpr unsigned kSubDirectories = 330; // TIFF Technical Note 1
-constexpr unsigned kDngVersion = 50706;   // DNG specification 1.4
+constexpr unsigned kDngVersion = 50706;   // DNG 1.4
 
 // PhotometricInterpretation of samples behind a colour filter (TIFF/EP), and of linear ones (DNG).
 constexpr std::uint64_t kColorFilterArray = 32803;
