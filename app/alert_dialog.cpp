@@ -17,7 +17,7 @@ namespace {
 constexpr int kTextWidthInLetters = 44; // about a comfortable line
 constexpr int kMargin = 24;
 constexpr int kGap = 8;
-constexpr int kSmallestButtonWidth = 88;
+constexpr int kMinButtonWidth = 88;
 
 /// An alert's text in the user's language; what was marked as an alert's text has a translation.
 QString translated(const std::string& text) {
@@ -55,7 +55,7 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     int answer = kFirstButton;
     for (const std::string& title : alert.buttons) {
         auto* button = new QPushButton(translated(title));
-        button->setMinimumWidth(kSmallestButtonWidth);
+        button->setMinimumWidth(kMinButtonWidth);
         button->setDefault(answer == kFirstButton);
         button->setAutoDefault(true);
         connect(button, &QPushButton::clicked, this, [this, answer] {

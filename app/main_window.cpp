@@ -13,7 +13,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr QSize kSmallestSize(900, 600);
+constexpr QSize kMinSize(900, 600);
 constexpr QSize kUsualSize(1440, 960);
 constexpr QSize kLeftOfScreen(48, 72); // for the window's frame and what else stands there
 
@@ -47,7 +47,7 @@ MainWindow::MainWindow()
     setContextMenuPolicy(Qt::NoContextMenu);
     makeMenus();
     const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());
-    setMinimumSize(kSmallestSize.expandedTo(needed));
+    setMinimumSize(kMinSize.expandedTo(needed));
     resize(kUsualSize.boundedTo(screen()->availableSize() - kLeftOfScreen).expandedTo(minimumSize()));
     showState({});
     m_root->imageView()->setFocus();

@@ -14,7 +14,7 @@ namespace complexion {
 namespace {
 
 constexpr int kFarStep = 10; // pixels of the photo
-constexpr int kFarthestStep = 100;
+constexpr int kMaxStep = 100;
 
 bool isTabbing(Qt::FocusReason reason) {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
@@ -170,7 +170,7 @@ bool PhotoInput::gesture(const QNativeGestureEvent& event) {
 bool PhotoInput::pressKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
     const int step = modifiers == Qt::ShiftModifier     ? kFarStep
-                     : modifiers == Qt::ControlModifier ? kFarthestStep
+                     : modifiers == Qt::ControlModifier ? kMaxStep
                                                         : 1;
     if (modifiers & (Qt::AltModifier | Qt::MetaModifier))
         return false;

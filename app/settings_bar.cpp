@@ -28,9 +28,9 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kSmallestEditArea = 1; // pixels of the photo
-constexpr int kLargestEditArea = 500;
-constexpr float kLargestThreshold = 100; // grey levels
+constexpr int kMinEditArea = 1; // pixels of the photo
+constexpr int kMaxEditArea = 500;
+constexpr float kMaxThreshold = 100;     // grey levels
 constexpr QRgb kStartColor = 0xFFE3B59D; // a skin tone
 
 constexpr int kMarginX = 20;
@@ -162,7 +162,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     stepperEditAreaSize = new Stepper;
     stepperEditAreaSize->setFixedHeight(controlHeight());
     stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
-    stepperEditAreaSize->setRange(kSmallestEditArea, kLargestEditArea);
+    stepperEditAreaSize->setRange(kMinEditArea, kMaxEditArea);
     stepperEditAreaSize->setAccessibleName(tr("Edit area size in steps"));
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
@@ -179,7 +179,7 @@ QWidget* SettingsBar::makeThresholdGroup() {
     sliderThreshold->setObjectName(u"sliderThreshold"_s);
     sliderThreshold->setAccessibleName(tr("Threshold"));
     sliderThreshold->setToolTip(tr("How much a pixel must differ from the skin around it to be repaired"));
-    sliderThreshold->setFloatRange(0, kLargestThreshold);
+    sliderThreshold->setFloatRange(0, kMaxThreshold);
     sliderThreshold->setFloatSteps(1, 10);
     sliderThreshold->setMinimumWidth(kSliderWidth);
 

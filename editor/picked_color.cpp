@@ -12,14 +12,14 @@ namespace complexion {
 
 namespace {
 
-constexpr double kReach = 2.5;    // pixels or points to each side of the place's middle
-constexpr int kLargestReach = 64; // pixels
+constexpr double kReach = 2.5; // pixels or points to each side of the place's middle
+constexpr int kMaxReach = 64;  // pixels
 
 } // namespace
 
 QColor pickedColor(const Image& image, PixelPosition place, double pixelsPerPoint) {
     const int reach =
-        std::min(kLargestReach, static_cast<int>(std::floor(kReach * std::max(1.0, pixelsPerPoint))));
+        std::min(kMaxReach, static_cast<int>(std::floor(kReach * std::max(1.0, pixelsPerPoint))));
     const PixelSize size = image.pixelSize();
     const PixelRect area = PixelRect{static_cast<int>(place.column) - reach,
                                      static_cast<int>(place.row) - reach, 2 * reach + 1, 2 * reach + 1}

@@ -13,7 +13,7 @@ namespace complexion {
 namespace {
 
 constexpr double kNanosecondsPerSecond = 1'000'000'000;
-constexpr double kLongestClickSeconds = 0.2;
+constexpr double kMaxClickSeconds = 0.2;
 
 } // namespace
 
@@ -29,7 +29,7 @@ void ViewController::HandleClick(const MouseEvent& event) {
     clickEndTime = m_platform.monotonicNanoseconds();
     const double seconds =
         static_cast<double>(checkedSubtract(clickEndTime, clickStartTime)) / kNanosecondsPerSecond;
-    if (seconds > kLongestClickSeconds || !hasImage())
+    if (seconds > kMaxClickSeconds || !hasImage())
         return;
     BeginRetouch(imagePointAt(event.locationInWindow, originalImage().size(), reach(imageView).frame()));
 }

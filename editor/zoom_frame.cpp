@@ -18,12 +18,12 @@ Point weightsAbout(const Frame& frame, Point about) {
 Frame zoomedByWeights(const Frame& frame, PointSize visibleArea, double factor, Point weights) {
     Frame next = frame;
     const double ratio = frame.width / visibleArea.width * factor;
-    if (ratio < kSmallestZoom) {
+    if (ratio < kMinZoom) {
         next.width = visibleArea.width;
         next.height = visibleArea.height;
-    } else if (ratio > kLargestZoom) {
-        next.width = visibleArea.width * kLargestZoom;
-        next.height = visibleArea.height * kLargestZoom;
+    } else if (ratio > kMaxZoom) {
+        next.width = visibleArea.width * kMaxZoom;
+        next.height = visibleArea.height * kMaxZoom;
     } else {
         next.width = frame.width * factor;
         next.height = frame.height * factor;
@@ -44,7 +44,7 @@ Frame zoomedAbout(const Frame& frame, PointSize visibleArea, double factor, Poin
 }
 
 Frame zoomedTo(const Frame& frame, PointSize visibleArea, double ratio, Point about) {
-    const double held = std::clamp(ratio, kSmallestZoom, kLargestZoom);
+    const double held = std::clamp(ratio, kMinZoom, kMaxZoom);
     const Point weights = weightsAbout(frame, about);
     Frame next{frame.x, frame.y, visibleArea.width * held, visibleArea.height * held};
     next.x += (next.width - frame.width) * weights.x;

@@ -11,8 +11,8 @@ namespace complexion {
 
 inline constexpr double kZoomInFactor = 1.1;
 inline constexpr double kZoomOutFactor = 0.9;
-inline constexpr double kSmallestZoom = 1.0;
-inline constexpr double kLargestZoom = 10.0;
+inline constexpr double kMinZoom = 1.0;
+inline constexpr double kMaxZoom = 10.0;
 
 /// The frame after a zoom step by `factor` about its centre, held within the limits and without a gap.
 Frame zoomed(const Frame& frame, PointSize visibleArea, double factor);

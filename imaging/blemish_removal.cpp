@@ -14,7 +14,7 @@ namespace complexion {
 namespace {
 
 /// Opposite samples on the disc's rim that differ by more grey levels than this mean that it is not uniform.
-constexpr int kLargestRimDifference = 70;
+constexpr int kMaxRimDifference = 70;
 
 /// The grey image as the bytes of one packed map, top row first, addressed in rows of the image's width in
 /// *points*. That is the pixels' own row length for an image of one point per pixel; for others the rows
@@ -111,7 +111,7 @@ std::array<int, 8> rimSamples(const RepairDisc& disc, const GrayMap& map) {
 
 bool isUniform(const std::array<int, 8>& rim) {
     for (std::size_t i = 0; i < 4; ++i)
-        if (std::abs(rim[i] - rim[i + 4]) > kLargestRimDifference)
+        if (std::abs(rim[i] - rim[i + 4]) > kMaxRimDifference)
             return false;
     return true;
 }

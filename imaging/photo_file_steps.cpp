@@ -21,7 +21,7 @@ constexpr const char* kOutOfRange = "an image's size is out of range";
 
 int pixelsFor(double points) {
     const std::int64_t pixels = truncateToInt64(std::ceil(points), kOutOfRange);
-    if (pixels < 0 || pixels > kLargestArea)
+    if (pixels < 0 || pixels > kMaxArea)
         fatal(kOutOfRange);
     return static_cast<int>(pixels);
 }

@@ -18,10 +18,10 @@ namespace {
 // The best first: cameras' own thumbnails are near the middle.
 constexpr std::array<int, 8> kQualities = {92, 85, 78, 70, 60, 50, 35, 20};
 
-// What is off by less than this part of the thumbnail's side is stretched instead of getting a hairline bar.
+// Aspect ratios that differ by less than this share are stretched instead of letterboxed with a hairline.
 constexpr double kUnseenStretch = 0.02;
 
-/// The largest size of the picture's shape within `frame`; the frame itself when that is nearly its shape.
+/// The largest size with the picture's aspect ratio within `frame`; the frame itself if the ratios are close.
 PixelSize fittedSize(PixelSize picture, PixelSize frame) {
     const double scale = std::min(static_cast<double>(frame.width) / picture.width,
                                   static_cast<double>(frame.height) / picture.height);

@@ -14,8 +14,8 @@ namespace complexion {
 namespace {
 
 constexpr int kLevels = 256;
-constexpr float kHighest = 255;
-constexpr double kMostLight = 1000; // of one primary, in the screen's white
+constexpr float kMaxLevel = 255;
+constexpr double kMaxLight = 1000; // of one primary, in the screen's white
 
 /// Red, green and blue, and one component more: the compiler's vector of four.
 using Color = float __attribute__((vector_size(16)));
@@ -109,12 +109,12 @@ public:
 
     void apply(std::span<RGBA32> pixels) const override {
         constexpr Color kNone = {0, 0, 0, 0};
-        constexpr Color kMost = {kScreenSteps - 1, kScreenSteps - 1, kScreenSteps - 1, 0};
+        constexpr Color kMax = {kScreenSteps - 1, kScreenSteps - 1, kScreenSteps - 1, 0};
         for (RGBA32& pixel : pixels) {
             const Color light =
                 m_light[0][pixel.red()] + m_light[1][pixel.green()] + m_light[2][pixel.blue()];
             const Color low = light < kNone ? kNone : light;
-            const WholeColor steps = whole((low > kMost ? kMost : low) + 0.5F);
+            const WholeColor steps = whole((low > kMax ? kMax : low) + 0.5F);
             const auto screen = [&](int c) {
                 return std::uint32_t{m_screen[static_cast<std::size_t>(steps[c])]};
             };
@@ -132,13 +132,13 @@ private:
         for (std::size_t primary = 0; primary < 3; ++primary)
             for (int level = 0; level < kLevels; ++level) {
                 const double light =
-                    cmsEvalToneCurveFloat(curves[primary], static_cast<float>(level) / kHighest);
+                    cmsEvalToneCurveFloat(curves[primary], static_cast<float>(level) / kMaxLevel);
                 Color& color = m_light[primary][static_cast<std::size_t>(level)];
                 for (std::size_t row = 0; row < 3; ++row) {
                     // A row of the target's inverse, by cross products.
                     const Vector inverse = cross(target[(row + 1) % 3], target[(row + 2) % 3]);
                     const double share = dot(inverse, source[primary]) / determinant * light;
-                    if (!(std::abs(share) < kMostLight))
+                    if (!(std::abs(share) < kMaxLight))
                         return false;
                     color[row] = static_cast<float>(share * (kScreenSteps - 1));
                 }
@@ -151,7 +151,7 @@ private:
         for (int step = 0; step < kScreenSteps; ++step) {
             const float light = static_cast<float>(step) / (kScreenSteps - 1);
             const float level =
-                std::clamp(cmsEvalToneCurveFloat(inverse, light), 0.0F, 1.0F) * kHighest + 0.5F;
+                std::clamp(cmsEvalToneCurveFloat(inverse, light), 0.0F, 1.0F) * kMaxLevel + 0.5F;
             m_screen[static_cast<std::size_t>(step)] = static_cast<std::uint8_t>(level);
         }
         cmsFreeToneCurve(inverse);
@@ -177,9 +177,9 @@ public:
                            static_cast<cmsUInt32Number>(colors.size()));
         for (std::size_t i = 0; i < colors.size(); ++i)
             for (std::size_t c = 0; c < 3; ++c)
-                m_nodes[i][c] = static_cast<float>(colors[i][c]) * (kHighest / UINT16_MAX);
+                m_nodes[i][c] = static_cast<float>(colors[i][c]) * (kMaxLevel / UINT16_MAX);
         for (int level = 0; level < kLevels; ++level) {
-            const float place = static_cast<float>(level) * (kSide - 1) / kHighest;
+            const float place = static_cast<float>(level) * (kSide - 1) / kMaxLevel;
             const int index = std::min(static_cast<int>(place), kSide - 2);
             m_places[static_cast<std::size_t>(level)] = {static_cast<std::size_t>(index),
                                                          place - static_cast<float>(index)};

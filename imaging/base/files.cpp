@@ -220,7 +220,7 @@ Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteV
         return systemError(ErrorKind::CannotRead);
     if (!S_ISREG(status.st_mode))
         return Error{"not a regular file", ErrorKind::CannotRead};
-    if (status.st_size > kLongestFile)
+    if (status.st_size > kMaxFile)
         return Error{"a file of impossible length", ErrorKind::TooLarge};
     const auto length = static_cast<std::size_t>(status.st_size);
     Bytes bytes(isWanted ? std::min(length, kTellingBytes) : length);

@@ -29,11 +29,11 @@ struct FileContents {
 };
 
 /// Longer files are refused before memory is taken for them.
-inline constexpr std::int64_t kLongestFile = std::int64_t{2} << 30;
+inline constexpr std::int64_t kMaxFile = std::int64_t{2} << 30;
 /// As many bytes of a file tell what it is.
 inline constexpr std::size_t kTellingBytes = 64;
 
-/// A whole regular file of at most kLongestFile bytes; anything else that stands at `path` (folder, pipe,
+/// A whole regular file of at most kMaxFile bytes; anything else that stands at `path` (folder, pipe,
 /// device) is an error. So is a file whose first kTellingBytes `isWanted` does not want: it is no picture.
 Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start) = nullptr);
 

@@ -8,13 +8,13 @@ namespace complexion {
 
 /// Pictures of more pixels than this (1 GiB of memory), or longer ones, are refused before memory is taken
 /// for them.
-inline constexpr std::int64_t kLargestArea = std::int64_t{1} << 28;
-inline constexpr std::int64_t kLongestPictureSide = 1'000'000;
+inline constexpr std::int64_t kMaxArea = std::int64_t{1} << 28;
+inline constexpr std::int64_t kMaxPictureSide = 1'000'000;
 
 /// Whether a picture of this size can be decoded: both sides positive, sides and area within bounds.
 inline bool isDecodableSize(std::int64_t width, std::int64_t height) {
-    return width > 0 && height > 0 && width <= kLongestPictureSide && height <= kLongestPictureSide &&
-           width * height <= kLargestArea;
+    return width > 0 && height > 0 && width <= kMaxPictureSide && height <= kMaxPictureSide &&
+           width * height <= kMaxArea;
 }
 
 /// Pictures up to this many pixels (64 MiB of memory) are decoded whatever the size of their file.

@@ -16,9 +16,9 @@ namespace complexion {
 
 namespace {
 
-constexpr std::uint8_t kMostCodeSize = 8;
+constexpr std::uint8_t kMaxCodeSize = 8;
 // A code of 12 bits can stand for a string as long as the table has entries.
-constexpr std::int64_t kMostPixelsPerByte = 4096;
+constexpr std::int64_t kMaxPixelsPerByte = 4096;
 
 /// The picture area: the canvas; the first frame's extent when the file states none.
 PixelSize canvasSize(PixelSize screen, const PixelRect& frame) {
@@ -44,7 +44,7 @@ int readFromMemory(GifFileType* gif, GifByteType* out, int count) {
     const std::size_t taken = std::min(rest.size(), static_cast<std::size_t>(std::max(count, 0)));
     std::memcpy(out, rest.data(), taken);
     if (codeSize && codeSize >= rest.data() && codeSize < rest.data() + taken)
-        out[codeSize - rest.data()] = std::min(*codeSize, kMostCodeSize);
+        out[codeSize - rest.data()] = std::min(*codeSize, kMaxCodeSize);
     rest = rest.subspan(taken);
     return static_cast<int>(taken);
 }
@@ -173,7 +173,7 @@ Result<DecodedPicture> decodeGif(ByteView file) {
     const GifImageDesc& frame = gif->Image;
     const PixelSize canvas =
         canvasSize({gif->SWidth, gif->SHeight}, {frame.Left, frame.Top, frame.Width, frame.Height});
-    if (!isPlausibleArea(canvas.width, canvas.height, file.size(), kMostPixelsPerByte))
+    if (!isPlausibleArea(canvas.width, canvas.height, file.size(), kMaxPixelsPerByte))
         return Error{"GIF picture of an impossible size", ErrorKind::TooLarge};
     ImageBuilder builder(canvas);
     const int codeSize = source.codeSize ? *source.codeSize : 0;

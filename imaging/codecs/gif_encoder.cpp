@@ -13,7 +13,7 @@ namespace complexion {
 
 namespace {
 
-constexpr int kLongestSide = std::numeric_limits<std::uint16_t>::max();
+constexpr int kMaxSide = std::numeric_limits<std::uint16_t>::max();
 
 /// The library uses what it allocates without a look whether it was given any. For a picture it takes a copy
 /// of the indices, twice their codes at 16 bits, the bytes of those, and its dictionary.
@@ -43,7 +43,7 @@ int appendToBytes(void* bytes, const std::uint8_t* data, const std::size_t count
 
 Result<FileContents> encodeGif(const Image& image) {
     const PixelSize size = image.pixelSize();
-    if (!image.hasPixels() || size.width > kLongestSide || size.height > kLongestSide)
+    if (!image.hasPixels() || size.width > kMaxSide || size.height > kMaxSide)
         return Error{"a GIF file cannot hold a picture of this size", ErrorKind::FormatCannotHold};
     COMPLEXION_TRY(const auto remembered, rememberedIndexedImage(image));
     const IndexedImage* indexed = remembered.get();

@@ -13,7 +13,7 @@ GifLzwDecoder::GifLzwDecoder(GifFileType* gif, int indexBits) : m_gif(gif) {
     int toldBits = 0;
     GifByteType* block = nullptr;
     m_isAtEnd =
-        DGifGetCode(gif, &toldBits, &block) != GIF_OK || !block || indexBits < 1 || indexBits >= kMostBits;
+        DGifGetCode(gif, &toldBits, &block) != GIF_OK || !block || indexBits < 1 || indexBits >= kMaxBits;
     if (m_isAtEnd)
         return;
     m_block = {block + 1, block[0]};
@@ -83,7 +83,7 @@ bool GifLzwDecoder::takeString() {
         m_prefix[m_tableEnd] = static_cast<std::uint16_t>(*m_previous);
         m_last[m_tableEnd] = first;
         ++m_tableEnd;
-        if (m_tableEnd == std::size_t{1} << m_width && m_width < kMostBits)
+        if (m_tableEnd == std::size_t{1} << m_width && m_width < kMaxBits)
             ++m_width;
     }
     m_previous = code;

@@ -24,8 +24,8 @@ public:
     bool read(std::span<std::uint8_t> indices);
 
 private:
-    static constexpr int kMostBits = 12;
-    static constexpr std::size_t kTableSize = std::size_t{1} << kMostBits;
+    static constexpr int kMaxBits = 12;
+    static constexpr std::size_t kTableSize = std::size_t{1} << kMaxBits;
 
     void clear();
     std::optional<std::uint8_t> nextByte();

@@ -15,8 +15,8 @@ namespace complexion {
 
 namespace {
 
-constexpr std::size_t kMostColors = 256;
-constexpr std::uint8_t kLeastOpaqueAlpha = 128;
+constexpr std::size_t kMaxColors = 256;
+constexpr std::uint8_t kMinOpaqueAlpha = 128;
 // libimagequant: 1 is slowest, 10 fastest; 3 is as good as 1 to the eye at a fraction of its time.
 constexpr int kQuantizerSpeed = 3;
 constexpr int kBestQuality = 100;
@@ -40,7 +40,7 @@ public:
                 return static_cast<std::uint8_t>(m_slots[slot]);
             slot = (slot + 1) % m_slots.size();
         }
-        if (m_colors.size() == kMostColors)
+        if (m_colors.size() == kMaxColors)
             return std::nullopt;
         m_slots[slot] = static_cast<std::uint16_t>(m_colors.size());
         m_colors.push_back(color);
@@ -112,7 +112,7 @@ void giveRow(liq_color out[], int y, int width, void* rowSource) {
 /// Gives the palette's unused entries to the most frequent colours that it only comes near to. Where little
 /// is missing the library ends before it has used all entries, and the newer it is the sooner.
 void useWholePalette(const Image& image, IndexedImage& indexed) {
-    if (indexed.palette.size() >= kMostColors)
+    if (indexed.palette.size() >= kMaxColors)
         return;
     const auto forEachInexact = [&](auto&& visit) {
         auto index = indexed.indices.begin();
@@ -126,7 +126,7 @@ void useWholePalette(const Image& image, IndexedImage& indexed) {
     std::unordered_map<std::uint32_t, std::size_t> counts;
     forEachInexact([&](RGBA32 pixel, std::uint8_t) { ++counts[pixel.color]; });
     std::vector<std::pair<std::uint32_t, std::size_t>> colors(counts.begin(), counts.end());
-    const std::size_t added = std::min(colors.size(), kMostColors - indexed.palette.size());
+    const std::size_t added = std::min(colors.size(), kMaxColors - indexed.palette.size());
     std::ranges::partial_sort(
         colors, colors.begin() + static_cast<std::ptrdiff_t>(added),
         [](auto a, auto b) { return a.second != b.second ? a.second > b.second : a.first < b.first; });
@@ -149,7 +149,7 @@ RGBA32 withoutHalfTransparency(RGBA32 pixel) {
     const std::uint8_t alpha = pixel.alpha();
     if (alpha == 255)
         return pixel;
-    if (alpha < kLeastOpaqueAlpha)
+    if (alpha < kMinOpaqueAlpha)
         return {};
     return {unpremultiplied(pixel.red(), alpha), unpremultiplied(pixel.green(), alpha),
             unpremultiplied(pixel.blue(), alpha), 255};
@@ -187,7 +187,7 @@ Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
     const Quantizer<liq_attr> attributes(liq_attr_create());
     if (!attributes)
         return failed;
-    liq_set_max_colors(attributes.get(), static_cast<int>(kMostColors) - (hasTransparency ? 1 : 0));
+    liq_set_max_colors(attributes.get(), static_cast<int>(kMaxColors) - (hasTransparency ? 1 : 0));
     liq_set_speed(attributes.get(), kQuantizerSpeed);
     liq_set_quality(attributes.get(), 0, kBestQuality);
     RowSource rows{image};

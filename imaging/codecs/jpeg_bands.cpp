@@ -16,7 +16,7 @@ using Tables = std::shared_ptr<const JpegPictureTables>;
 
 /// Changed block rows that lie together are coded by so many in one go: the library's preparations cost about
 /// as much as a tenth of such a row of a large picture, and several cores can share the work.
-constexpr int kMostRowsAtOnce = 3;
+constexpr int kMaxRowsPerPass = 3;
 
 /// A band's coded bytes, and what they were coded from: the tables, and the tiles (of a stored band).
 struct JpegBand : Memo::Value {
@@ -56,7 +56,7 @@ Plan planFor(const Image& image, int index, const Tables& tables) {
         if (!changed[static_cast<std::size_t>(row)])
             continue;
         Stretch* last = plan.stretches.empty() ? nullptr : &plan.stretches.back();
-        if (last && last->first + last->count == row && last->count < kMostRowsAtOnce)
+        if (last && last->first + last->count == row && last->count < kMaxRowsPerPass)
             ++last->count;
         else
             plan.stretches.push_back({.first = row, .count = 1});

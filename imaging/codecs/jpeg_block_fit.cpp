@@ -13,7 +13,7 @@ namespace {
 /// What the transforms subtract from samples.
 constexpr float kLevelShift = 128;
 /// Smaller changes do not make a block differ.
-constexpr float kLeastChange = 1e-4F;
+constexpr float kMinChange = 1e-4F;
 /// Of a sample that changes by less, the rounded value is kept.
 constexpr float kUnchanged = 0.02F;
 
@@ -197,7 +197,7 @@ bool isNear(const JpegBlock& block, const JpegFloats& target) {
 } // namespace
 
 JpegBlock fittedBlock(const JpegBlock& source, const JpegFloats& change, const JpegSampleMask& held) {
-    if (std::ranges::all_of(change, [](float value) { return std::abs(value) < kLeastChange; }))
+    if (std::ranges::all_of(change, [](float value) { return std::abs(value) < kMinChange; }))
         return source;
     const JpegSamples samples = decodedSamples(source);
     const JpegFloats target = targetOf(source, samples, change);

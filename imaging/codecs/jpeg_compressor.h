@@ -16,7 +16,7 @@ namespace complexion {
 inline constexpr int kJpegBlockRows = 8;
 
 /// The longest side that the format's library writes.
-inline constexpr int kLongestJpegSide = 65500;
+inline constexpr int kMaxJpegSide = 65500;
 
 /// What stands before the first interval: headers with 72 dots per inch (in a JFIF segment, or for red, green
 /// and blue, which that forbids, in an EXIF block), `icc` unless empty, and `tables`.

@@ -16,7 +16,7 @@ namespace {
 
 /// A block of 64 pixels takes at least a bit for each component's first coefficient, save in a picture of one
 /// colour that only an arithmetic coder can squeeze further.
-constexpr std::int64_t kMostPixelsPerByte = 512;
+constexpr std::int64_t kMaxPixelsPerByte = 512;
 /// What the library shows where data is missing: all coefficients 0.
 constexpr RGBA32 kMissing(128, 128, 128, 255);
 
@@ -25,7 +25,7 @@ Result<PixelSize> readCheckedHeader(JpegDecompressor& decompressor, ByteView fil
     if (!decompressor.readHeader())
         return decompressor.error();
     const PixelSize size = decompressor.size();
-    if (!isPlausibleArea(size.width, size.height, file.size(), kMostPixelsPerByte))
+    if (!isPlausibleArea(size.width, size.height, file.size(), kMaxPixelsPerByte))
         return Error{"JPEG: the picture is too large, or the file too short for it"};
     return size;
 }

@@ -15,18 +15,18 @@ using namespace std::string_view_literals;
 
 constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr int kIccMarker = JPEG_APP0 + 2;
-constexpr std::size_t kMostIccParts = 255; // a byte counts them
+constexpr std::size_t kMaxIccParts = 255; // a byte counts them
 constexpr std::string_view kExifSignature = "Exif\0"sv;
 constexpr std::size_t kExifHeaderSize = 6; // the signature and a padding byte
 constexpr std::string_view kIccSignature = "ICC_PROFILE\0"sv;
 constexpr std::size_t kIccHeaderSize = 14; // the signature, the part's number from 1 on, the number of parts
 
 /// The coefficients of a picture in several scans are kept in memory until the last has come, 2 bytes each.
-constexpr long kMostCoefficientMemory = 2L << 30;
+constexpr long kMaxCoefficientMemory = 2L << 30;
 /// Real pictures have some ten scans. Each costs a walk over the whole picture, even an empty one.
-constexpr int kMostScans = 500;
+constexpr int kMaxScans = 500;
 constexpr int kAlwaysAllowedScans = 16;
-constexpr std::int64_t kMostScannedPixels = 4'000'000'000;
+constexpr std::int64_t kMaxScannedPixels = 4'000'000'000;
 
 /// What the library takes over from a second frame header before it refuses it.
 struct Frame {
@@ -50,7 +50,7 @@ struct Frame {
 } // namespace
 
 JpegApplicationSegments::JpegApplicationSegments() {
-    m_icc.reserve(kMostIccParts + 1); // nothing may be thrown through the library
+    m_icc.reserve(kMaxIccParts + 1); // nothing may be thrown through the library
 }
 
 void JpegApplicationSegments::add(int marker, ByteView payload) {
@@ -58,7 +58,7 @@ void JpegApplicationSegments::add(int marker, ByteView payload) {
         startsWith(payload, kExifSignature))
         m_exif = payload.subspan(kExifHeaderSize);
     else if (marker == kIccMarker && payload.size() >= kIccHeaderSize && startsWith(payload, kIccSignature) &&
-             m_icc.size() <= kMostIccParts)
+             m_icc.size() <= kMaxIccParts)
         m_icc.push_back(payload);
 }
 
@@ -115,7 +115,7 @@ JpegDecompressor::JpegDecompressor(ByteView file, ByteView rest) : m_file(file),
 bool JpegDecompressor::readHeader() {
     return guard().run([this] {
         jpeg_create_decompress(&m_info);
-        m_info.mem->max_memory_to_use = kMostCoefficientMemory;
+        m_info.mem->max_memory_to_use = kMaxCoefficientMemory;
         if (m_isInPieces)
             m_info.src = &m_pieces;
         else
@@ -217,8 +217,8 @@ boolean JpegDecompressor::readSegment(j_decompress_ptr info) {
 
 int JpegDecompressor::mostScans(const jpeg_decompress_struct& info) {
     const std::int64_t area = std::int64_t{info.image_width} * info.image_height;
-    const std::int64_t affordable = kMostScannedPixels / area;
-    return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMostScans));
+    const std::int64_t affordable = kMaxScannedPixels / area;
+    return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMaxScans));
 }
 
 bool JpegDecompressor::startOutputOfAllScans() {

@@ -21,7 +21,7 @@ constexpr std::int64_t kSampleArea = 250'000;
 
 /// The most that may be lost of a picture, in levels in the mean: of a photo's file, coded again, it is 0.03
 /// to 0.13, of red, green and blue below 0.09.
-constexpr double kMostLoss = 0.14;
+constexpr double kMaxLoss = 0.14;
 
 /// A band's intervals, of one block row each.
 constexpr std::size_t kIntervalsOfBand = Tile::kHeight / kJpegBlockRows;
@@ -76,7 +76,7 @@ Result<JpegTables> suitableTables(const Image& image) {
         const Result<double> loss = lossIn(trial->file, sample);
         if (!loss)
             return loss.error();
-        if (*loss > kMostLoss)
+        if (*loss > kMaxLoss)
             trial = tried(JpegColors::Rgb);
     }
     if (!trial)
@@ -108,7 +108,7 @@ Result<FileContents> encodePixels(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels())
         return Error{"JPEG: there are no pixels", ErrorKind::FormatCannotHold};
-    if (size.width > kLongestJpegSide || size.height > kLongestJpegSide)
+    if (size.width > kMaxJpegSide || size.height > kMaxJpegSide)
         return Error{"JPEG: the picture is too large for the format", ErrorKind::FormatCannotHold};
     const Result<Tables> tables = tablesFor(image);
     if (!tables)

@@ -9,11 +9,11 @@ namespace complexion {
 
 namespace {
 
-constexpr int kLongestCode = 16;
+constexpr int kMaxCodeLength = 16;
 constexpr std::size_t kDcSymbolCount = 12;
 constexpr std::size_t kAcSymbolCount = 162;
 /// Weights: a word of 16 bits counts 2^8, so that all symbols that were never seen together count for little.
-constexpr int kShortestWordWeightBits = 24;
+constexpr int kMinWordWeightBits = 24;
 constexpr std::int64_t kUnseenWeight = 1;
 
 constexpr std::array<std::uint8_t, kAcSymbolCount> makeAcSymbols() {
@@ -63,7 +63,7 @@ void setHuffmanLengths(std::vector<Leaf>& leaves) {
 
 /// Brings word lengths to at most 16 bits (T.81, K.2, figure K.3). `counts[n]` is how many words have n bits.
 void limitLengths(std::vector<int>& counts) {
-    for (std::size_t length = counts.size() - 1; length > kLongestCode; --length)
+    for (std::size_t length = counts.size() - 1; length > kMaxCodeLength; --length)
         while (counts[length] > 0) {
             // A pair of the longest words is replaced by its prefix and by a shorter word that is split in
             // two.
@@ -81,12 +81,11 @@ std::vector<Leaf> weighedLeaves(const HuffmanCode& code, std::span<const std::ui
     std::vector<Leaf> leaves;
     std::array<bool, 256> seen = {};
     std::size_t next = 0;
-    for (std::size_t length = 1; length <= kLongestCode; ++length)
+    for (std::size_t length = 1; length <= kMaxCodeLength; ++length)
         for (int i = 0; i < code.lengthCounts[length] && next < code.symbols.size(); ++i) {
             const std::uint8_t symbol = code.symbols[next++];
             seen[symbol] = true;
-            leaves.push_back(
-                {symbol, std::int64_t{1} << (kShortestWordWeightBits - static_cast<int>(length))});
+            leaves.push_back({symbol, std::int64_t{1} << (kMinWordWeightBits - static_cast<int>(length))});
         }
     for (const std::uint8_t symbol : needed)
         if (!seen[symbol])
@@ -113,18 +112,18 @@ HuffmanCode completed(const HuffmanCode& code, std::span<const std::uint8_t> nee
         return a.length != b.length ? a.length < b.length : (a.symbol != kReserved && b.symbol == kReserved);
     });
     std::vector<int> counts(
-        std::max<std::size_t>(kLongestCode, static_cast<std::size_t>(leaves.back().length)) + 1);
+        std::max<std::size_t>(kMaxCodeLength, static_cast<std::size_t>(leaves.back().length)) + 1);
     for (const Leaf& leaf : leaves)
         ++counts[static_cast<std::size_t>(leaf.length)];
     limitLengths(counts);
     // The reserved word leaves.
-    std::size_t longest = kLongestCode;
+    std::size_t longest = kMaxCodeLength;
     while (counts[longest] == 0)
         --longest;
     --counts[longest];
 
     HuffmanCode result;
-    for (std::size_t length = 1; length <= kLongestCode; ++length)
+    for (std::size_t length = 1; length <= kMaxCodeLength; ++length)
         result.lengthCounts[length] = static_cast<std::uint8_t>(counts[length]);
     std::size_t next = 0;
     for (const Leaf& leaf : leaves)

@@ -16,12 +16,12 @@ namespace {
 
 /// A piece of a band is as little as is coded again alone: some rows, with so many pixels together that a
 /// block of compressed data begins well, which costs up to 100 bytes.
-constexpr std::int64_t kLeastPieceArea = 16'384;
-constexpr int kFewestRows = 8;
+constexpr std::int64_t kMinPieceArea = 16'384;
+constexpr int kMinRows = 8;
 
 int rowsOfPiece(int width) {
-    int rows = kFewestRows;
-    while (rows < Tile::kHeight && std::int64_t{width} * rows < kLeastPieceArea)
+    int rows = kMinRows;
+    while (rows < Tile::kHeight && std::int64_t{width} * rows < kMinPieceArea)
         rows *= 2;
     return rows;
 }

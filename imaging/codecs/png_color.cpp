@@ -18,8 +18,8 @@ constexpr double kSrgbFileGamma = 1 / 2.2;
 /// Differences that writers' rounding makes, and the eye does not.
 constexpr double kSameGamma = 0.05; // of the product of encoding and decoding exponents
 constexpr double kSameChromaticity = 0.01;
-constexpr double kLeastFileGamma = 0.1;
-constexpr double kMostFileGamma = 10;
+constexpr double kMinFileGamma = 0.1;
+constexpr double kMaxFileGamma = 10;
 
 bool isNear(Chromaticity a, Chromaticity b) {
     return std::abs(a.x - b.x) < kSameChromaticity && std::abs(a.y - b.y) < kSameChromaticity;
@@ -130,19 +130,19 @@ Curve curveOfCode(unsigned code) {
 } // namespace
 
 Bytes unpackedProfile(ByteView chunk) {
-    constexpr std::size_t kLongestName = 79;
-    constexpr std::size_t kLargestProfile = 16 << 20;
-    const auto nameEnd = std::ranges::find(chunk.first(std::min(chunk.size(), kLongestName + 1)), 0);
+    constexpr std::size_t kMaxName = 79;
+    constexpr std::size_t kMaxProfile = 16 << 20;
+    const auto nameEnd = std::ranges::find(chunk.first(std::min(chunk.size(), kMaxName + 1)), 0);
     const auto start =
         static_cast<std::size_t>(nameEnd - chunk.begin()) + 2; // the end of the name, the method
     if (start >= chunk.size())
         return {};
-    Inflated profile = inflated(chunk.subspan(start), kLargestProfile);
+    Inflated profile = inflated(chunk.subspan(start), kMaxProfile);
     return profile.isWhole ? std::move(profile.bytes) : Bytes();
 }
 
 Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries) {
-    if (fileGamma && (*fileGamma < kLeastFileGamma || *fileGamma > kMostFileGamma))
+    if (fileGamma && (*fileGamma < kMinFileGamma || *fileGamma > kMaxFileGamma))
         fileGamma.reset();
     if (fileGamma && std::abs(*fileGamma / kSrgbFileGamma - 1) < kSameGamma)
         fileGamma.reset();

@@ -18,9 +18,9 @@ namespace complexion {
 
 namespace {
 
-constexpr png_alloc_size_t kLargestChunk = 64 << 20;
+constexpr png_alloc_size_t kMaxChunk = 64 << 20;
 /// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
-constexpr std::int64_t kMostExpansion = 1032;
+constexpr std::int64_t kMaxExpansion = 1032;
 
 /// Chunks that the library need not look at: nobody asks it for text, and what the profile is worth is judged
 /// by the colour library, which is less strict.
@@ -56,8 +56,8 @@ public:
                 std::memcpy(out, self.m_unread.data(), count);
                 self.m_unread = self.m_unread.subspan(count);
             });
-            png_set_user_limits(m_png, kLongestPictureSide, kLongestPictureSide);
-            png_set_chunk_malloc_max(m_png, kLargestChunk);
+            png_set_user_limits(m_png, kMaxPictureSide, kMaxPictureSide);
+            png_set_chunk_malloc_max(m_png, kMaxChunk);
             png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER,
                                         reinterpret_cast<png_const_bytep>(kIgnoredChunks),
                                         kIgnoredChunkCount);
@@ -162,7 +162,7 @@ Result<PixelSize> readCheckedHeader(PngReader& reader, ByteView file) {
     if (!reader.readHeader())
         return reader.error();
     const PixelSize size = reader.size();
-    if (!isPlausibleArea(size.width, size.height, file.size(), kMostExpansion * 8 / reader.bitsPerPixel()))
+    if (!isPlausibleArea(size.width, size.height, file.size(), kMaxExpansion * 8 / reader.bitsPerPixel()))
         return Error{"PNG: the picture is too large, or the file too short for it"};
     return size;
 }

@@ -18,7 +18,7 @@ namespace complexion {
 
 namespace {
 
-constexpr std::int64_t kLargestChunk = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMaxChunk = std::numeric_limits<std::int32_t>::max();
 constexpr std::int64_t kRoomForPixel = 5; // bytes, with what incompressible data costs more
 
 void appendProfile(Bytes& file, ByteView icc) {
@@ -73,7 +73,7 @@ Result<FileContents> encodePng(const Image& image) {
     if (!image.hasPixels())
         return Error{"PNG: there are no pixels", ErrorKind::FormatCannotHold};
     // A band that does not compress takes a little more than its pixels' bytes.
-    if (std::int64_t{image.pixelSize().width} * Tile::kHeight * kRoomForPixel > kLargestChunk)
+    if (std::int64_t{image.pixelSize().width} * Tile::kHeight * kRoomForPixel > kMaxChunk)
         return Error{"PNG: the picture is too wide", ErrorKind::FormatCannotHold};
     CodedPngBands bands = codedPngBands(image);
     FileContents file;

@@ -13,7 +13,7 @@ constexpr std::size_t kComponents = 3;
 using Color = std::array<float, kComponents>;
 
 /// Looking up one pixel after the other is the better way for at most this part of them.
-constexpr std::int64_t kMostChangedPart = 16;
+constexpr std::int64_t kMaxChangedPart = 16;
 /// The colours' fit to the picture is judged by so many of its pixels.
 constexpr std::int64_t kJudgedPixels = 50'000;
 /// Colours fit changed pixels when these are off by at most so much more than the picture's own pixels are,
@@ -157,7 +157,7 @@ void dither(const std::vector<ChangedPixel>& changed, const Colors& colors, Inde
 /// `before` with the pixels that have changed since; null when other colours have to be chosen.
 std::shared_ptr<const ChosenColors> afterEdits(const ChosenColors& before, const Image& image) {
     const std::vector<ChangedPixel> changed = pixelsChangedSince(image, before.bands);
-    if (std::ssize(changed) > image.pixelSize().area() / kMostChangedPart)
+    if (std::ssize(changed) > image.pixelSize().area() / kMaxChangedPart)
         return nullptr;
     const Colors colors(*before.indexed);
     std::vector<RGBA32> changedColors;

@@ -12,9 +12,9 @@ namespace complexion::tiff {
 namespace {
 
 // Strips of one picture-high piece are read row by row above this size, in bytes.
-constexpr std::uint64_t kLargestWholeStrip = std::uint64_t{64} << 20;
+constexpr std::uint64_t kMaxWholeStrip = std::uint64_t{64} << 20;
 // What has to be read whole is refused above this size.
-constexpr std::uint64_t kLargestBlock = std::uint64_t{1} << 30;
+constexpr std::uint64_t kMaxBlock = std::uint64_t{1} << 30;
 // Pictures of less than this many pixels are not worth a second thread.
 constexpr std::int64_t kSmallArea = std::int64_t{1} << 18;
 
@@ -146,7 +146,7 @@ Result<Grid> gridOfTiles(const File& file, const Page& page) {
     grid.rowBytes = TIFFTileRowSize64(file.handle());
     grid.isTiled = true;
     if (width == 0 || height == 0 || grid.rowBytes == 0 || grid.blockBytes == 0 ||
-        grid.blockBytes > kLargestBlock)
+        grid.blockBytes > kMaxBlock)
         return Error{"TIFF tiles of an impossible size"};
     grid.blockWidth = static_cast<int>(std::min<std::uint32_t>(width, INT32_MAX));
     grid.blockHeight = static_cast<int>(std::min(height, static_cast<std::uint32_t>(page.size.height)));
@@ -159,7 +159,7 @@ Result<Grid> gridOfStrips(const File& file, const Page& page) {
     grid.blockHeight = stripHeight(file, page);
     grid.blockBytes = TIFFVStripSize64(file.handle(), static_cast<std::uint32_t>(grid.blockHeight));
     grid.rowBytes = TIFFScanlineSize64(file.handle());
-    if (grid.rowBytes == 0 || grid.blockBytes == 0 || grid.rowBytes > kLargestBlock)
+    if (grid.rowBytes == 0 || grid.blockBytes == 0 || grid.rowBytes > kMaxBlock)
         return Error{"TIFF strips of an impossible size"};
     return grid;
 }
@@ -292,14 +292,14 @@ Result<int> readBlocks(const File& file, const Page& page, PixelConverter& conve
     const Result<Grid> grid = isTiled ? gridOfTiles(file, page) : gridOfStrips(file, page);
     if (!grid)
         return grid.error();
-    if (!isTiled && grid->blockBytes > kLargestWholeStrip && !page.planar)
+    if (!isTiled && grid->blockBytes > kMaxWholeStrip && !page.planar)
         return readRows(file, page, converter, builder);
-    if (grid->blockBytes > kLargestBlock)
+    if (grid->blockBytes > kMaxBlock)
         return Error{"TIFF strips of an impossible size"};
     RowSink sink(builder);
     const int rowsOfBlocks = grid->rowsOfBlocks(page.size);
     const bool isWork = page.compression != COMPRESSION_NONE && page.size.area() > kSmallArea &&
-                        grid->blockBytes <= kLargestWholeStrip;
+                        grid->blockBytes <= kMaxWholeStrip;
     return isWork ? readAllBlocks(file, *grid, rowsOfBlocks, sink)
                   : RowOfBlocksReader(file, page, *grid, converter, sink).readAll(0, rowsOfBlocks);
 }

@@ -8,7 +8,7 @@ namespace complexion::tiff {
 namespace {
 
 // Pieces of a picture that are larger, in bytes, are refused.
-constexpr std::uint64_t kLargestSlab = std::uint64_t{1} << 30;
+constexpr std::uint64_t kMaxSlab = std::uint64_t{1} << 30;
 
 /// The number of rows in a strip or tile.
 int blockHeight(TIFF* handle, int pageHeight) {
@@ -31,7 +31,7 @@ Result<int> readByLibrary(const File& file, const Page& page, ImageBuilder& buil
     const int height = blockHeight(handle, page.size.height);
     const std::uint64_t slabBytes = static_cast<std::uint64_t>(height) *
                                     static_cast<std::uint64_t>(page.size.width) * sizeof(std::uint32_t);
-    if (slabBytes > kLargestSlab)
+    if (slabBytes > kMaxSlab)
         return Error{"TIFF strips of an impossible size"};
 
     struct Image : TIFFRGBAImage {

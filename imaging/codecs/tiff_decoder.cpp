@@ -9,9 +9,9 @@ namespace complexion {
 namespace {
 
 // No scanner's feeder holds more; a file's directories may form an endless chain.
-constexpr std::size_t kMostPages = 4096;
+constexpr std::size_t kMaxPages = 4096;
 // Of a large picture at least one row in this many must be there, or memory is taken for nothing.
-constexpr int kLeastShare = 64;
+constexpr int kMinShare = 64;
 
 /// Whether the pixels are still in the profile's space: other colours than RGB have been converted.
 bool keepsProfile(const tiff::Page& page) {
@@ -37,7 +37,7 @@ Result<std::vector<PixelSize>> measureTiff(ByteView file) {
         // Further pages that are nothing but a claim do not count.
         if (pages == 0 || tiff::isPlausiblePage(opened))
             sizes.push_back(tiff::uprightPageSize(opened));
-    } while (++pages < kMostPages && TIFFReadDirectory(opened.handle()) != 0);
+    } while (++pages < kMaxPages && TIFFReadDirectory(opened.handle()) != 0);
     return sizes;
 }
 
@@ -48,7 +48,7 @@ Result<DecodedPicture> decodeTiff(ByteView file) {
     std::optional<tiff::PixelConverter> converter = tiff::PixelConverter::create(opened, page);
     COMPLEXION_TRY(const int rows, converter ? tiff::readBlocks(opened, page, *converter, builder)
                                              : tiff::readByLibrary(opened, page, builder));
-    if (rows == 0 || (page.size.area() > kHarmlessArea && rows < page.size.height / kLeastShare))
+    if (rows == 0 || (page.size.area() > kHarmlessArea && rows < page.size.height / kMinShare))
         return Error{"TIFF file without readable pixels"};
     const Image stored =
         builder.finish()

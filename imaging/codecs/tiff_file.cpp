@@ -64,7 +64,7 @@ Result<File> File::open(ByteView bytes) {
         void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
     };
     const std::unique_ptr<TIFFOpenOptions, OptionsDeleter> options(TIFFOpenOptionsAlloc());
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kLargestAllocation);
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), kMaxAllocation);
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), Procedures::silence, nullptr);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), Procedures::silence, nullptr);
     auto source = std::make_unique<Source>(Source{bytes});
@@ -161,7 +161,7 @@ std::int64_t mostBytesPerByte(std::uint16_t compression) {
     case COMPRESSION_OJPEG:
         return kCompressed;
     default:
-        return kLargestArea;
+        return kMaxArea;
     }
 }
 
@@ -175,9 +175,9 @@ Page pageCoding(TIFF* handle) {
 }
 
 bool hasPossibleSamples(const Page& page) {
-    constexpr int kMostBits = 64;
-    constexpr int kMostSamples = 256; // no instrument has more channels; each costs every pixel
-    return page.bits >= 1 && page.bits <= kMostBits && page.samples >= 1 && page.samples <= kMostSamples;
+    constexpr int kMaxBits = 64;
+    constexpr int kMaxSamples = 256; // no instrument has more channels; each costs every pixel
+    return page.bits >= 1 && page.bits <= kMaxBits && page.samples >= 1 && page.samples <= kMaxSamples;
 }
 
 bool isPlausible(const File& file, const Page& page, std::int64_t width, std::int64_t height) {

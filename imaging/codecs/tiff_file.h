@@ -14,7 +14,7 @@ namespace complexion::tiff {
 class File {
 public:
     /// The library refuses to take more memory than this at once.
-    static constexpr tmsize_t kLargestAllocation = tmsize_t{512} << 20;
+    static constexpr tmsize_t kMaxAllocation = tmsize_t{512} << 20;
 
     /// `bytes` must outlive the file.
     static Result<File> open(ByteView bytes);

@@ -10,7 +10,7 @@ namespace complexion::tiff {
 namespace {
 
 constexpr std::size_t kGreys = GreyTable().size();
-constexpr int kMostPaletteBits = 16;
+constexpr int kMaxPaletteBits = 16;
 
 /// Few writers mean it when they mark integers as signed, and other readers ignore it: only deep greys are
 /// measurements.
@@ -68,7 +68,7 @@ bool PixelConverter::chooseColors(const File& file) {
 
 bool PixelConverter::readPalette(const File& file) {
     std::array<const std::uint16_t*, 3> map = {};
-    if (m_page.bits > kMostPaletteBits ||
+    if (m_page.bits > kMaxPaletteBits ||
         TIFFGetField(file.handle(), TIFFTAG_COLORMAP, map.data(), &map[1], &map[2]) != 1)
         return false;
     const std::size_t count = std::size_t{1} << m_page.bits;

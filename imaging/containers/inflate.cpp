@@ -21,10 +21,10 @@ struct Inflation {
 } // namespace
 
 Inflated inflated(ByteView stream, std::size_t most) {
-    constexpr std::size_t kMostAtOnce = std::numeric_limits<uInt>::max();
+    constexpr std::size_t kMaxChunk = std::numeric_limits<uInt>::max();
     Inflation inflation;
     inflation.stream.next_in = const_cast<Bytef*>(stream.data()); // the library only reads it
-    inflation.stream.avail_in = static_cast<uInt>(std::min(stream.size(), kMostAtOnce));
+    inflation.stream.avail_in = static_cast<uInt>(std::min(stream.size(), kMaxChunk));
     if (inflateInit(&inflation.stream) != Z_OK)
         return {};
     Bytes bytes;

@@ -13,7 +13,7 @@ constexpr std::uint64_t kUnitNone = 1;
 constexpr std::uint64_t kUnitInch = 2;
 
 Entry rationalEntry(unsigned tag, double value, ByteOrder order) {
-    // Four decimals are finer than any density's meaning and leave room for 400,000 to the inch.
+    // Four decimals are finer than any meaningful density and allow up to 400,000 dpi.
     constexpr std::uint64_t kDenominator = 10'000;
     const double whole = std::clamp(std::round(value), 0.0, static_cast<double>(UINT32_MAX));
     Entry entry;

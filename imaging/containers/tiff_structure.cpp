@@ -10,7 +10,7 @@ namespace {
 
 constexpr unsigned kClassicVersion = 42;
 constexpr unsigned kBigVersion = 43;
-constexpr std::uint64_t kMostEntries = 65535;
+constexpr std::uint64_t kMaxEntries = 65535;
 // EXIF in the first directory, interoperability in EXIF.
 constexpr int kDeepestDirectory = 2;
 
@@ -31,7 +31,7 @@ public:
         directory.offset = offset;
         const std::uint64_t count = number(offset, m_header.countLength());
         const std::uint64_t first = offset + m_header.countLength();
-        if (offset == 0 || offset >= m_structure.size() || count > kMostEntries)
+        if (offset == 0 || offset >= m_structure.size() || count > kMaxEntries)
             return directory;
         for (std::uint64_t i = 0; i < count; ++i) {
             const std::uint64_t position = first + i * m_header.entryLength();

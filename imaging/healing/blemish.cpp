@@ -15,19 +15,19 @@ namespace {
 
 // Differences are in the skin's own deviations, lengths in radii unless they say cells.
 constexpr float kSmoothing = 0.06F;
-constexpr float kLeastSmoothing = 0.7F; // cells
-constexpr float kMostSmoothing = 3;     // cells
-constexpr float kFieldReach = 1.5F;     // differences are known as far as this
-constexpr float kSeedReach = 0.72F;     // of the edit disc: a blemish has a seed this near the clicked place
+constexpr float kMinSmoothing = 0.7F; // cells
+constexpr float kMaxSmoothing = 3;    // cells
+constexpr float kFieldReach = 1.5F;   // differences are known as far as this
+constexpr float kSeedReach = 0.72F;   // of the edit disc: a blemish has a seed this near the clicked place
 constexpr float kSeedDifference = 4.5F;
 constexpr float kRegionDifference = 2.6F;
 constexpr float kUnlikeSkinDifference = 4;
-constexpr float kMostSeedDifference = 3; // times the seed's: more says no more about where the blemish is
-constexpr float kStrongPart = 0.4F;      // of the largest difference
-constexpr float kRimShare = 0.06F;       // the rim ends where this share of the tint is left,
-constexpr float kRimDeviations = 2;      // or where the skin varies as much
+constexpr float kMaxSeedDifference = 3; // times the seed's: more says no more about where the blemish is
+constexpr float kStrongPart = 0.4F;     // of the largest difference
+constexpr float kRimShare = 0.06F;      // the rim ends where this share of the tint is left,
+constexpr float kRimDeviations = 2;     // or where the skin varies as much
 constexpr float kGrowth = 0.03F;
-constexpr float kLeastGrowth = 0.6F;       // cells
+constexpr float kMinGrowth = 0.6F;         // cells
 constexpr float kDiscMargin = 0.5F;        // cells that stay free inside the disc's rim,
 constexpr float kGrownDiscMargin = 0.3F;   // and that stay free of the grown mask
 constexpr float kBoundarySmoothing = 1.5F; // cells
@@ -35,8 +35,8 @@ constexpr float kForeignEdge = 2.5F;       // cells around what is foreign that 
 constexpr int kSkinMargin = 6;             // cells around the mask
 constexpr float kFullDisc = 0.9F;          // of the disc's cells
 constexpr float kRimWidth = 2;             // cells
-constexpr float kMostOfRim = 0.5F;         // of the rim's cells
-constexpr float kMostCutOff = 0.35F;       // of the region's edge
+constexpr float kMaxShareOfRim = 0.5F;     // of the rim's cells
+constexpr float kMaxShareCutOff = 0.35F;   // of the region's edge
 constexpr float kStrangeColor = 0.35F;     // of the logarithmic scale
 constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
@@ -107,7 +107,7 @@ private:
     /// belongs to something that comes in from outside the disc (hair, a lip, the face's edge) is left to
     /// that.
     bool takeRegion() {
-        const float enough = kMostSeedDifference * kSeedDifference * m_scale;
+        const float enough = kMaxSeedDifference * kSeedDifference * m_scale;
         PixelPosition seed;
         float best = 0;
         forEachCell(m_disc, [&](int x, int y) {
@@ -210,7 +210,7 @@ private:
             edge += atEdge ? 1 : 0;
             cut += atForeign && m_difference.at(x, y) > kValley * largest ? 1 : 0;
         });
-        return static_cast<float>(cut) > kMostCutOff * static_cast<float>(edge);
+        return static_cast<float>(cut) > kMaxShareCutOff * static_cast<float>(edge);
     }
 
     void takeTint() {
@@ -252,7 +252,7 @@ private:
     }
 
     void grow() {
-        const float growth = kLeastGrowth + kGrowth * m_window.radius;
+        const float growth = kMinGrowth + kGrowth * m_window.radius;
         const CellGrid<float> distance = distanceTo(m_blemish.mask, m_disc);
         forEachCell(m_disc, [&](int x, int y) {
             if (distance.at(x, y) <= growth && insideDisc(x, y, kGrownDiscMargin) && !m_foreign.at(x, y))
@@ -281,7 +281,7 @@ private:
             ++rim;
             masked += m_blemish.mask.at(x, y);
         });
-        return static_cast<float>(masked) > kMostOfRim * static_cast<float>(rim);
+        return static_cast<float>(masked) > kMaxShareOfRim * static_cast<float>(rim);
     }
 
     /// The membrane is held by skin alone: across what is foreign it goes on as if that were not there. The
@@ -352,7 +352,7 @@ float scaleOfThreshold(std::int64_t threshold) {
 Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold) {
     if (threshold >= kNothingDiffers)
         return Refusal::NothingDiffers;
-    const float smoothing = std::clamp(kSmoothing * window.radius, kLeastSmoothing, kMostSmoothing);
+    const float smoothing = std::clamp(kSmoothing * window.radius, kMinSmoothing, kMaxSmoothing);
     CellGrid<Cell> smooth = blurred(window.cells, smoothing,
                                     widened(window.around(kFieldReach), kSkinMargin, window.cells.rect()));
     const std::optional<SkinModel> model = SkinModel::fit(window, smooth);

@@ -11,7 +11,7 @@ namespace complexion::healing {
 namespace {
 
 constexpr float kReachInSigmas = 2.6F;
-constexpr float kLeastWeight = 1e-4F;
+constexpr float kMinWeight = 1e-4F;
 
 /// The Gaussian's middle and one side of it; the whole adds up to 1.
 std::vector<float> halfKernel(float sigma) {
@@ -70,7 +70,7 @@ void applyKernel(float* __restrict sum, const float* middle, std::ptrdiff_t step
 void divideByWeight(float* values, int count) {
     for (int i = 0; i < count; ++i, values += 4) {
         const float weight = values[kWeight];
-        const bool known = weight > kLeastWeight;
+        const bool known = weight > kMinWeight;
         const float factor = known ? 1 / weight : 0;
         values[0] *= factor;
         values[1] *= factor;

@@ -24,8 +24,8 @@ constexpr float kForeignColor = 0.5F;
 constexpr float kRepeats = 0.5F; // correlation
 
 constexpr float kWantedStrength = 1.2F; // of the variance: patches lose a little of it in a picture's noise
-constexpr float kLeastGain = 0.5F;
-constexpr float kMostGain = 1.4F;
+constexpr float kMinGain = 0.5F;
+constexpr float kMaxGain = 1.4F;
 constexpr float kNoDetail = 1e-9F;
 constexpr std::size_t kEnoughCells = 600;
 
@@ -158,7 +158,7 @@ private:
             return std::nullopt;
         const auto count = static_cast<float>(m_cells.size());
         const float ratio = texture.square / count / m_wanted;
-        source.gain = std::clamp(1 / std::sqrt(std::max(ratio, 0.05F)), kLeastGain, kMostGain);
+        source.gain = std::clamp(1 / std::sqrt(std::max(ratio, 0.05F)), kMinGain, kMaxGain);
         return kStrengthCost * 2 * std::abs(ratio - 1) / (ratio + 1) +
                kDirectionCost * directionDifference(texture, m_around) + kColorCost * std::sqrt(off / count) +
                kWorstColorCost * std::sqrt(worst);

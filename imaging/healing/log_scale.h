@@ -39,13 +39,13 @@ inline float componentOf(float logarithm) {
     // e^x = 2^n 2^f, the latter by the polynomial that meets it in the six Chebyshev nodes of [0, 1]: it is
     // right within 1e-7.
     constexpr float kTwosPerUnit = 1.44269504F;
-    constexpr float kLeast = 2;       // of black
-    constexpr float kMost = 8.01681F; // of 255
+    constexpr float kMin = 2;        // of black
+    constexpr float kMax = 8.01681F; // of 255
     constexpr int kExponentBits = 23;
     constexpr int kExponentBias = 127;
     const float low = logarithm * kTwosPerUnit;
-    const float raised = low < kLeast ? kLeast : low;
-    const float twos = raised > kMost ? kMost : raised;
+    const float raised = low < kMin ? kMin : low;
+    const float twos = raised > kMax ? kMax : raised;
     const auto whole = static_cast<std::int32_t>(twos);
     const float f = twos - static_cast<float>(whole);
     const float power =

@@ -5,7 +5,7 @@ namespace complexion::healing {
 
 namespace {
 
-constexpr int kSmallestGrid = 4;
+constexpr int kMinGrid = 4;
 constexpr int kRelaxations = 6;
 constexpr float kOverRelaxation = 1.3F;
 
@@ -94,7 +94,7 @@ void solve(CellGrid<Cell>& grid) {
     const std::vector<Unknown> unknowns = unknownsOf(grid);
     if (unknowns.empty())
         return;
-    if (grid.rect().width > kSmallestGrid || grid.rect().height > kSmallestGrid) {
+    if (grid.rect().width > kMinGrid || grid.rect().height > kMinGrid) {
         CellGrid<Cell> coarse = halved(grid);
         solve(coarse);
         prolong(coarse, grid);

@@ -11,10 +11,10 @@ namespace complexion::healing {
 
 namespace {
 
-constexpr float kFeather = 0.05F;     // radii beyond the mask
-constexpr float kLeastFeather = 1.5F; // cells
-constexpr float kRimFeather = 1.5F;   // pixels inside the disc's rim
-constexpr float kLeastChange = 0.5F;  // levels: less changes nothing
+constexpr float kFeather = 0.05F;   // radii beyond the mask
+constexpr float kMinFeather = 1.5F; // cells
+constexpr float kRimFeather = 1.5F; // pixels inside the disc's rim
+constexpr float kMinChange = 0.5F;  // levels: less changes nothing
 
 /// A row of pixels, each component in a plane of its own.
 struct PlaneRow {
@@ -104,7 +104,7 @@ public:
           m_disc(disc),
           m_window(window),
           m_restoration(restoration),
-          m_feather(std::max(kLeastFeather, kFeather * window.radius)) {
+          m_feather(std::max(kMinFeather, kFeather * window.radius)) {
         const PixelRect part = m_restoration.base.rect();
         m_left = std::max<std::int64_t>(m_disc.column - m_disc.radius,
                                         m_window.pixels.x + std::int64_t{part.x} * m_window.step);
@@ -252,7 +252,7 @@ private:
         std::size_t last = 0;
         for (std::size_t i = 0; i < count; ++i) {
             const std::uint8_t alpha = m_own[i].alpha();
-            if (m_change[i] < kLeastChange || alpha == 0)
+            if (m_change[i] < kMinChange || alpha == 0)
                 continue;
             std::array<std::uint8_t, 3> bytes;
             for (std::size_t c = 0; c < 3; ++c)

@@ -14,14 +14,14 @@ namespace {
 
 /// Detail is what a blur of this many radii takes away, and at least of this many cells.
 constexpr float kDetailScale = 0.1F;
-constexpr float kLeastDetailScale = 2;
+constexpr float kMinDetailScale = 2;
 /// The stain is smooth on this scale.
 constexpr float kStainScale = 0.06F;
-constexpr float kLeastStainScale = 0.7F;
+constexpr float kMinStainScale = 0.7F;
 
 /// In cells of more pixels than this a side the stain's flanks need care; in smaller ones the care costs more
 /// texture than a ring would be seen.
-constexpr int kLargestStepWithoutFlanks = 2;
+constexpr int kMaxStepWithoutFlanks = 2;
 
 constexpr int kMargin = 4;          // cells around the mask: for the feather and the interpolation
 constexpr float kOutOfReach = 1e3F; // cells
@@ -30,19 +30,19 @@ constexpr float kUnseenHue = 2e-5F;
 constexpr float kNoGrain = 1e-9F;
 
 // A stain's own detail is as strong as the skin's around, within these ratios of the variances.
-constexpr float kWeakest = 0.35F;
-constexpr float kStrongest = 2;
-constexpr float kStrongestHue = 3;
+constexpr float kMinStrength = 0.35F;
+constexpr float kMaxStrength = 2;
+constexpr float kMaxHue = 3;
 // Nor may it have spots of another hue than the skin's, a highlight's or a scab's.
 constexpr float kSpotScale = 1.5F; // cells
-constexpr float kStrongestSpotHue = 1.2F;
+constexpr float kMaxSpotHue = 1.2F;
 constexpr float kUnseenSpotHue = 2e-4F;
 constexpr float kOwnStrength = 1.05F; // makes up for what goes with the stain
 /// Cells are means (an error of 1/24 of the second derivative) and are joined by straight lines (1/12 in the
 /// mean): the stain's flanks need as much more.
 constexpr float kCellError = 0.125F;
-constexpr float kLeastOwnGain = 0.7F;
-constexpr float kMostOwnGain = 2.2F;
+constexpr float kMinOwnGain = 0.7F;
+constexpr float kMaxOwnGain = 2.2F;
 
 /// Mean squares of detail: of its brightness and of its hue.
 struct Strength {
@@ -162,9 +162,9 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
     forEachCell(part, [&](int x, int y) {
         share.at(x, y) = {isStained(x, y) ? blemish.model.product(tint, offAt(x, y)) / square : 0, 0, 0, 1};
     });
-    const float stainScale = std::max(kLeastStainScale, kStainScale * window.radius);
-    share = window.step > kLargestStepWithoutFlanks ? smoothShare(share, stainScale)
-                                                    : blurred(share, stainScale, part);
+    const float stainScale = std::max(kMinStainScale, kStainScale * window.radius);
+    share = window.step > kMaxStepWithoutFlanks ? smoothShare(share, stainScale)
+                                                : blurred(share, stainScale, part);
 
     CellGrid<Cell> rest(blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
@@ -184,8 +184,7 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         cell = {hue[0] + brighter, hue[1] + brighter, hue[2] + brighter, cell[kWeight]};
     });
 
-    const Flanks flanks =
-        window.step > kLargestStepWithoutFlanks ? Flanks::of(rest, smooth, share) : Flanks();
+    const Flanks flanks = window.step > kMaxStepWithoutFlanks ? Flanks::of(rest, smooth, share) : Flanks();
 
     Separated result{
         .stain = CellGrid<Cell>(part), .detail = CellGrid<float>(blemish.bounds), .strength = {}};
@@ -275,15 +274,15 @@ LogColor bend(const CellGrid<Cell>& grid, int x, int y) {
 bool isLikeSkin(const Separated& blemish, const Strength& around) {
     const Strength& own = blemish.strength;
     const float limit = std::max(around.brightness, 1e-9F);
-    return own.brightness > kWeakest * limit && own.brightness < kStrongest * limit &&
-           own.hue < kStrongestHue * (around.hue + kUnseenHue) &&
-           blemish.strongestHue < kStrongestSpotHue * around.hue + kUnseenSpotHue;
+    return own.brightness > kMinStrength * limit && own.brightness < kMaxStrength * limit &&
+           own.hue < kMaxHue * (around.hue + kUnseenHue) &&
+           blemish.strongestHue < kMaxSpotHue * around.hue + kUnseenSpotHue;
 }
 
 } // namespace
 
 Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
-    const float scale = std::max(kLeastDetailScale, kDetailScale * window.radius);
+    const float scale = std::max(kMinDetailScale, kDetailScale * window.radius);
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const Separated own = separate(window, blemish, scale);
     Surroundings around = lookAround(window, blemish, scale, window.around(kRingEnd));
@@ -297,12 +296,12 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     });
     if (isLikeSkin(own, around.strength)) {
         const float ratio = std::sqrt(around.strength.brightness / own.strength.brightness);
-        const float gain = std::clamp(kOwnStrength * ratio, kLeastOwnGain, kMostOwnGain);
+        const float gain = std::clamp(kOwnStrength * ratio, kMinOwnGain, kMaxOwnGain);
         result.gain = gain;
         if (window.step > 1) {
             const FineGrain fine = measureFineGrain(window, blemish);
             result.gain = std::clamp(kOwnStrength * std::sqrt(fine.around / std::max(fine.own, kNoGrain)),
-                                     kLeastOwnGain, kMostOwnGain);
+                                     kMinOwnGain, kMaxOwnGain);
         }
         forEachCell(part, [&](int x, int y) {
             Cell& base = result.base.at(x, y);
@@ -310,7 +309,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
             const Cell& stain = own.stain.at(x, y);
             for (std::size_t c = 0; c < 3; ++c)
                 base[c] += gain * (cell[c] - base[c] - stain[c]) - result.gain * cell[c];
-            if (window.step > kLargestStepWithoutFlanks)
+            if (window.step > kMaxStepWithoutFlanks)
                 for (std::size_t c = 0; c < 3; ++c)
                     base[c] += result.gain * kCellError * bend(own.stain, x, y)[c];
         });

@@ -19,11 +19,11 @@ constexpr double kTrustAtEnd = 0.3;
 // there on every second row and column.
 constexpr float kSparseRadius = 8;
 constexpr float kDenseRadius = 12;
-constexpr std::size_t kFewestSamples = 12;
+constexpr std::size_t kMinSamples = 12;
 
 constexpr double kMadToDeviation = 1.4826; // of a normal distribution
-constexpr float kSmallestStartSpread = 0.01F;
-constexpr float kSmallestSpread = 0.008F;
+constexpr float kMinStartSpread = 0.01F;
+constexpr float kMinSpread = 0.008F;
 /// Tukey's cut-off in deviations, round by round; the first two rounds fit a plane.
 constexpr std::array<double, 7> kCutOffs = {3.5, 3.2, 3.2, 2.8, 2.8, 2.8, 2.8};
 constexpr std::size_t kPlaneRounds = 2;
@@ -104,7 +104,7 @@ void SkinModel::startAtMedian(const std::vector<Sample>& ring) {
         for (float& value : values)
             value = std::abs(value - middle);
         m_surface[c] = {middle};
-        m_spread[c] = std::max(kSmallestStartSpread, static_cast<float>(kMadToDeviation * median(values)));
+        m_spread[c] = std::max(kMinStartSpread, static_cast<float>(kMadToDeviation * median(values)));
     }
 }
 
@@ -177,7 +177,7 @@ void SkinModel::measureSpread(const std::vector<Sample>& ring) {
             off[c].push_back(std::abs(sample.residual[c]));
     }
     for (std::size_t c = 0; c < 3; ++c)
-        m_spread[c] = std::max(kSmallestSpread, static_cast<float>(kMadToDeviation * median(off[c])));
+        m_spread[c] = std::max(kMinSpread, static_cast<float>(kMadToDeviation * median(off[c])));
 }
 
 void SkinModel::measureCovariance(const std::vector<Sample>& ring) {
@@ -219,7 +219,7 @@ void SkinModel::measureCovariance(const std::vector<Sample>& ring) {
 
 std::optional<SkinModel> SkinModel::fit(const SkinWindow& window, const CellGrid<Cell>& smooth) {
     std::vector<Sample> ring = ringOf(window, smooth);
-    if (ring.size() < kFewestSamples)
+    if (ring.size() < kMinSamples)
         return std::nullopt;
     SkinModel model(window.centerX, window.centerY, window.radius);
     model.startAtMedian(ring);

@@ -115,7 +115,7 @@ float SkinWindow::cellY(std::int64_t row) const {
 SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc) {
     SkinWindow window;
     const auto radius = static_cast<int>(disc.radius);
-    const int step = radius <= SkinWindow::kLargestRadius
+    const int step = radius <= SkinWindow::kMaxRadius
                          ? 1
                          : (radius + SkinWindow::kReducedRadius - 1) / SkinWindow::kReducedRadius;
     const int reach = (static_cast<int>(kReachInRadii * radius) / step + kMarginInCells) * step;

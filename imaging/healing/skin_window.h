@@ -10,10 +10,10 @@
 namespace complexion::healing {
 
 /// The picture around an edit disc as a grid of cells, each the mean of `step` by `step` pixels: a disc of
-/// more than kLargestRadius is looked at with about kReducedRadius cells of radius, so that the cost of
+/// more than kMaxRadius is looked at with about kReducedRadius cells of radius, so that the cost of
 /// looking hardly grows with it.
 struct SkinWindow {
-    static constexpr int kLargestRadius = 20;
+    static constexpr int kMaxRadius = 20;
     static constexpr int kReducedRadius = 16;
 
     int step = 1;         // pixels of a cell's side

@@ -6,7 +6,7 @@
 
 namespace complexion {
 
-/// The metadata of a BMP file: its resolution is all that it can hold.
+/// The metadata of a BMP file, which can only hold a resolution.
 PictureMetadata readBmpMetadata(ByteView file);
 
 /// `written`, a BMP file, with the resolution of `metadata`.

@@ -15,16 +15,17 @@ namespace complexion {
 
 namespace {
 
-/// What metadata does in files of one format.
+/// The metadata operations of one format.
 struct Carrier {
     Container container;
     PictureMetadata (*read)(ByteView file);
-    /// From a file of the same format.
+    /// Copies the metadata blocks of a file of the same format.
     Result<FileContents> (*withBlocksOf)(ByteView source, ByteView written, ThumbnailMaker& maker);
-    /// From any other.
+    /// Writes metadata that comes from another format.
     Result<FileContents> (*withMetadata)(const PictureMetadata& metadata, ByteView written,
                                          ThumbnailMaker& maker);
-    /// The EXIF block that a file of this format gets, but for its thumbnail; null where it gets none.
+    /// The EXIF block that a file of this format gets, before its thumbnail is renewed; null if the format
+    /// has no place for one.
     Bytes (*exifToCarry)(const PictureMetadata& metadata);
 };
 

@@ -9,17 +9,18 @@
 
 namespace complexion {
 
-/// `written`, a picture file, with the metadata of `source`, of the same or another format: its blocks byte
-/// for byte where the formats are the same, otherwise what the format of `written` has a place for. The bytes
-/// that code the pixels of `written` are kept. An error when `written` is damaged. An XMP packet that a JPEG
-/// file holds in parts is one packet in the other formats, and the other way round.
+/// Returns `written`, a picture file, with the metadata of `source`. Between files of one format, metadata
+/// blocks are copied byte for byte; between formats, whatever the format of `written` can hold is converted.
+/// The coded pixels of `written` are not touched. Fails if `written` is damaged. Extended XMP of a JPEG file
+/// becomes one packet in other formats, and vice versa.
 ///
-/// Left behind is
-/// - what describes the coding of the source's pixels or their colours: jpeg_metadata.cpp, png_metadata.cpp
+/// Not carried:
+/// - blocks that describe how the source's pixels or colours are coded: jpeg_metadata.cpp, png_metadata.cpp
 ///   and gif_metadata.cpp name the blocks, exif_block.cpp the TIFF tags;
-/// - every other picture in the source, because it shows the one before: further pages and frames, previews,
-///   gain maps, layers, thumbnails of Photoshop, XMP and IPTC. The thumbnail of an EXIF block is made anew,
-///   or goes where that cannot be done;
+/// - other pictures in the source, because they show the unretouched photo: further pages and frames,
+/// previews,
+///   gain maps, layers, thumbnails in Photoshop resources, XMP and IPTC. The EXIF thumbnail is rendered
+///   again, or dropped where that is not possible;
 /// - what is behind a JPEG file's end, and signatures over the source's bytes;
 /// - blocks whose check sums are wrong, and entries that point outside the file.
 /// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.
@@ -27,7 +28,7 @@ namespace complexion {
 /// `thumbnails` makes those of what `written` shows.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails);
 
-/// The orientation that `source`'s metadata will have in a file of the format `target`.
+/// The orientation that the metadata of `source` will state in a file of format `target`.
 Orientation carriedOrientation(ByteView source, Container target);
 
 } // namespace complexion

@@ -20,10 +20,10 @@ namespace {
 
 using std::chrono::duration_cast;
 
-// File system types as statfs tells them (linux/magic.h and the drivers' own sources).
+// File system types as reported by statfs (linux/magic.h and the drivers' sources).
 constexpr std::uint32_t kTypeNtfs = 0x5346544e;
 constexpr std::uint32_t kTypeNtfs3 = 0x7366746e;
-constexpr std::uint32_t kTypeFuse = 0x65735546; // the NTFS driver in user space is one of these
+constexpr std::uint32_t kTypeFuse = 0x65735546; // includes the user-space NTFS driver
 constexpr std::uint32_t kTypeCifs = 0xff534d42;
 constexpr std::uint32_t kTypeSmb2 = 0xfe534d42;
 
@@ -48,7 +48,7 @@ std::int64_t fileTimeFromDate(CreationDate date) {
 }
 
 CreationDate dateFromFileTime(std::int64_t value) {
-    // Dates beyond the clock's range (some 292 years around 1970) would overflow; they come as its ends.
+    // Clamps dates outside the clock's range, about 292 years around 1970, which would overflow.
     const FileTimeSteps sinceEpoch = FileTimeSteps(value < 0 ? 0 : value) - kUnixEpochAsFileTime;
     const auto first = duration_cast<FileTimeSteps>(CreationDate::min().time_since_epoch());
     const auto last = duration_cast<FileTimeSteps>(CreationDate::max().time_since_epoch());
@@ -66,8 +66,7 @@ CreationDate dateFromMicroseconds(std::int64_t value) {
     return CreationDate(duration_cast<CreationDate::duration>(std::clamp(microseconds(value), first, last)));
 }
 
-// The drivers of the first two hand over their number as the machine keeps it; the third is little-endian in
-// the file whatever the machine.
+// The NTFS and SMB drivers use native byte order; the portable attribute is always little-endian.
 constexpr DateAttribute kNtfsAttribute{"system.ntfs_crtime", kNativeOrder, fileTimeFromDate,
                                        dateFromFileTime};
 constexpr DateAttribute kSmbAttribute{"user.smb3.creationtime", kNativeOrder, fileTimeFromDate,
@@ -75,8 +74,8 @@ constexpr DateAttribute kSmbAttribute{"user.smb3.creationtime", kNativeOrder, fi
 constexpr DateAttribute kPortableAttribute{"user.crtime_usec", ByteOrder::LittleEndian, microsecondsFromDate,
                                            dateFromMicroseconds};
 
-/// The file system's own attribute, null where it has none. Any file system would take the name beginning
-/// with "user." and make nothing of it, so the kind of file system decides.
+/// The file system's own attribute; null if it has none. Decided by the file system's type, since any file
+/// system accepts names in "user." without acting on them.
 const DateAttribute* nativeAttribute(const std::filesystem::path& path) {
     struct statfs status = {};
     if (::statfs(path.c_str(), &status) != 0)
@@ -110,7 +109,7 @@ bool writeAttribute(const std::filesystem::path& path, const DateAttribute& attr
 
 CreationDate dateOf(const struct statx_timestamp& time) {
     using std::chrono::seconds;
-    // A second less at both ends leaves room for the nanoseconds.
+    // One second of margin at both ends leaves room for the nanoseconds.
     const auto first = duration_cast<seconds>(CreationDate::min().time_since_epoch()) + seconds(1);
     const auto last = duration_cast<seconds>(CreationDate::max().time_since_epoch()) - seconds(1);
     const auto sinceEpoch =

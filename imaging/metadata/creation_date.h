@@ -9,14 +9,13 @@ namespace complexion {
 
 using CreationDate = std::chrono::system_clock::time_point;
 
-/// When the file was made: what an attribute of the file says (see setCreationDate), else the birth time that
-/// the file system keeps, else the modification time. Nothing when the file's attributes cannot be read.
+/// The file's creation date: from an attribute of the file (see setCreationDate), else the file system's
+/// birth time, else the modification time. nullopt if the file's attributes cannot be read.
 std::optional<CreationDate> creationDate(const std::filesystem::path& path);
 
-/// Keeps `date` as the file's creation date where its file system has a place for one: the date itself on
-/// NTFS and on network shares (SMB), the extended attribute "user.crtime_usec" elsewhere, because a birth
-/// time can be read and not set. False when there is no such place or it cannot be written. Leaves the
-/// modification time alone.
+/// Stores `date` as the file's creation date: natively on NTFS and SMB shares, elsewhere in the extended
+/// attribute "user.crtime_usec", because the birth time cannot be set. False if the file system supports
+/// neither or writing fails. Does not change the modification time.
 bool setCreationDate(const std::filesystem::path& path, CreationDate date);
 
 } // namespace complexion

@@ -11,43 +11,42 @@ namespace complexion {
 
 namespace {
 
-/// First and last number of tags that are left behind: TIFF 6.0, its technical notes, TIFF/EP, TIFF/IT,
-/// DNG 1.6 and the registered private tags.
+/// Ranges (first and last) of tags that are not carried. Sources: TIFF 6.0 and its technical notes, TIFF/EP,
+/// TIFF/IT, DNG 1.6 and the registered private tags.
 constexpr std::array<std::pair<unsigned, unsigned>, 29> kCodingTags = {{
     {254, 266},     // kind of picture, size, depth, compression, colour model, thresholds, bit order
-    {273, 273},     // strips: where,
-    {277, 281},     // samples, rows, how long, least and greatest value
-    {284, 284},     // planes
+    {273, 273},     // strip offsets
+    {277, 281},     // samples, rows per strip, strip byte counts, minimum and maximum value
+    {284, 284},     // planar configuration
     {288, 293},     // free space, grey response, fax coding
-    {297, 297},     // page number of many
+    {297, 297},     // page number
     {300, 301},     // colour response, transfer function
     {317, 328},     // predictor, white point, primaries, colour map, halftones, tiles, fax errors
-    {330, 330},     // further pictures
+    {330, 330},     // subdirectories
     {332, 334},     // inks
     {336, 347},     // dot range, extra samples, sample format and range, clip path, JPEG tables
-    {351, 351},     // other versions of the picture
-    {400, 405},     // profiles of fax coding
+    {351, 351},     // linked versions of the picture
+    {400, 405},     // fax profiles
     {433, 435},     // colour decoding
     {512, 532},     // JPEG coding of TIFF 6.0, YCbCr
-    {559, 559},     // rows of each strip
+    {559, 559},     // variable strip rows
     {32781, 32781}, // the full version of the picture, in another file
     {32995, 32998}, // matte, sample type, depth, tile depth
-    {33421, 33422}, // colour filter of raw pixels
-    {34016, 34032}, // coding of prepress pictures
-    {34232, 34232}, // sequence of frames
+    {33421, 33422}, // colour filter array
+    {34016, 34032}, // TIFF/IT coding
+    {34232, 34232}, // frame sequence
     {34675, 34675}, // colour profile
-    {34732, 34732}, // layers of a raster
+    {34732, 34732}, // image layers
     {37398, 37399}, // raw pixels
-    {37439, 37439}, // scale of high-range pixels
-    {37724, 37724}, // an editor's layers: the picture before
-    {50706, 50781}, // DNG: how raw pixels become a picture
-    {50827, 50837}, // DNG, goes on
-    {50840, 51125}, // DNG, goes on
+    {37439, 37439}, // HDR scale
+    {37724, 37724}, // an editor's layers, which show the unretouched photo
+    {50706, 50781}, // DNG: raw conversion
+    {50827, 50837}, // DNG, continued
+    {50840, 51125}, // DNG, continued
 }};
 
-// A maker note's place is kept when it ends before this offset: the hole that may stay before it is never
-// longer.
-constexpr std::uint64_t kFarthestMakerNote = 60'000;
+// A maker note keeps its offset if it ends before this one, which bounds the gap that may remain before it.
+constexpr std::uint64_t kMaxMakerNoteOffset = 60'000;
 
 bool isBigType(unsigned wanted) {
     return wanted >= tiff::type::kLong8 && wanted <= tiff::type::kDirectory8;
@@ -62,10 +61,10 @@ void addValueLengths(const tiff::Directory& directory, std::vector<std::size_t>&
     }
 }
 
-/// The length up to which all values together, with their tables, take at most `limit` bytes.
+/// The largest value length such that all values up to it, with their tables, fit into `limit` bytes.
 std::size_t longestThatFits(const tiff::Directory& directory, std::size_t limit) {
     constexpr std::size_t kEntryLength = 12;
-    // The header, the tables' counts and links, and what aligning to even offsets costs for each value.
+    // Header, entry counts and links; each value adds one byte for alignment to an even offset.
     constexpr std::size_t kFrame = 64;
     std::vector<std::size_t> lengths;
     addValueLengths(directory, lengths);
@@ -90,7 +89,7 @@ tiff::Directory withoutLongValues(const tiff::Directory& directory, std::size_t 
     return result;
 }
 
-/// Whether this is an orientation that readers of pictures and readers of tags may understand differently.
+/// Whether image decoders and tag readers may disagree about this orientation entry.
 bool isDoubtfulOrientation(const tiff::Entry& entry) {
     return entry.tag == tiff::tag::kOrientation &&
            (entry.count != 1 || (entry.type != tiff::type::kShort && entry.type != tiff::type::kLong));
@@ -139,7 +138,7 @@ Bytes exifBlock(const CarriedTags& tags) {
     const tiff::Directory directory = withoutBigValues(tags.directory);
     tiff::Layout layout(tags.order, false);
     if (const tiff::Entry* note = makerNoteOf(directory);
-        note && note->valueOffset + note->value.size() <= kFarthestMakerNote)
+        note && note->valueOffset + note->value.size() <= kMaxMakerNoteOffset)
         layout.placeAt(note->valueOffset, note->value);
     return layout.finish(layout.placeDirectory(directory));
 }

@@ -6,35 +6,36 @@
 
 namespace complexion {
 
-/// The tags of a TIFF structure's first directory that speak of the picture and not of how its pixels are
-/// coded.
+/// The tags of a TIFF structure's first directory that describe the picture rather than the coding of its
+/// pixels.
 struct CarriedTags {
     ByteOrder order = ByteOrder::LittleEndian;
     tiff::Directory directory;
     bool isEmpty() const { return directory.entries.empty(); }
 };
 
-/// Those of a TIFF file or an EXIF block; none for bytes that are neither.
+/// Reads them from a TIFF file or an EXIF block; empty for any other bytes.
 CarriedTags carriedTags(ByteView structure);
 
-/// Whether a tag of a first directory describes the coding of the pixels, points to other pictures in the
-/// file or holds such: it is left behind.
+/// Whether a tag of a first directory describes the coding of the pixels, or contains or points to other
+/// pictures. Such tags are not carried.
 bool isCodingTag(unsigned tag);
 
 /// The maker note in the EXIF directory of a first directory; null when there is none.
 const tiff::Entry* makerNoteOf(const tiff::Directory& directory);
 
-/// The directory without the values whose types a classic structure cannot hold.
+/// The directory without values of BigTIFF-only types.
 tiff::Directory withoutBigValues(const tiff::Directory& directory);
 
-/// The tags as a structure of their own, the maker note where it was in the first place if that is not far.
+/// Serialises the tags. The maker note keeps its original offset if that is small enough, because its own
+/// offsets may be relative to the block.
 Bytes exifBlock(const CarriedTags& tags);
 
 /// The carried tags of an EXIF block, which may be empty, with this resolution.
 Bytes exifWithResolution(ByteView exif, const Resolution& resolution);
 
-/// The block itself when it is not longer than `limit`; otherwise one without its thumbnail and its longest
-/// values, so many that it is short enough.
+/// The block itself if it has at most `limit` bytes; otherwise one without its thumbnail and without as many
+/// of the longest values as needed.
 Bytes exifWithin(ByteView exif, std::size_t limit);
 
 } // namespace complexion

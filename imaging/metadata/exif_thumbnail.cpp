@@ -13,9 +13,9 @@ namespace complexion {
 namespace {
 
 // A thumbnail's directory is the second; some cameras add one or two.
-constexpr std::size_t kMostDirectories = 8;
+constexpr std::size_t kMaxDirectories = 8;
 // EXIF wants 160 by 120; nobody's thumbnail is larger than this.
-constexpr int kLargestThumbnailSide = 1024;
+constexpr int kMaxThumbnailSide = 1024;
 
 struct Range {
     std::uint64_t begin = 0;
@@ -23,13 +23,13 @@ struct Range {
     std::uint64_t length() const { return end - begin; }
 };
 
-/// An EXIF block's chain of directories: the main one, the thumbnail's, rarely more.
+/// The linked directories of an EXIF block: the main one, the thumbnail's, rarely more.
 struct Chain {
     tiff::Header header;
     std::vector<tiff::Directory> directories;
 };
 
-/// Adds where the directory's table, its values and those of the directories in it lie.
+/// Adds the byte ranges of the directory's table, its values and, recursively, its subdirectories.
 void addRanges(const tiff::Directory& directory, const tiff::Header& header, std::vector<Range>& ranges) {
     ranges.push_back({directory.offset, directory.offset + directory.length});
     for (const tiff::Entry& entry : directory.entries) {
@@ -45,7 +45,7 @@ bool overlaps(const Range& range, const std::vector<Range>& others) {
         others, [&range](const Range& other) { return range.begin < other.end && other.begin < range.end; });
 }
 
-/// Some software leaves the link to the next directory out: there is a value in its place.
+/// False if a value occupies the bytes of the link to the next directory: some software omits the link.
 bool hasLink(const tiff::Directory& directory, const tiff::Header& header) {
     std::vector<Range> values;
     addRanges(directory, header, values);
@@ -59,7 +59,7 @@ std::optional<Chain> readChain(ByteView exif) {
         return std::nullopt;
     Chain chain{*header, {}};
     std::uint64_t offset = header->firstDirectory;
-    while (offset != 0 && chain.directories.size() < kMostDirectories) {
+    while (offset != 0 && chain.directories.size() < kMaxDirectories) {
         const bool isKnown = std::ranges::any_of(
             chain.directories, [offset](const tiff::Directory& known) { return known.offset == offset; });
         if (isKnown)
@@ -71,7 +71,7 @@ std::optional<Chain> readChain(ByteView exif) {
     return chain;
 }
 
-/// The bytes of the pictures that a directory points to, as far as the block reaches.
+/// The byte ranges of the pictures that a directory points to, clipped to the block.
 std::vector<Range> pictureRanges(const tiff::Directory& directory, ByteView exif, ByteOrder order) {
     std::vector<Range> ranges;
     const auto add = [&](unsigned offsetTag, unsigned lengthTag) {
@@ -90,7 +90,7 @@ std::vector<Range> pictureRanges(const tiff::Directory& directory, ByteView exif
     return ranges;
 }
 
-/// The same bytes as ranges in order that do not touch.
+/// Sorts ranges and joins those that overlap or touch.
 std::vector<Range> merged(std::vector<Range> ranges) {
     std::ranges::sort(ranges, [](const Range& a, const Range& b) { return a.begin < b.begin; });
     std::vector<Range> result;
@@ -103,7 +103,7 @@ std::vector<Range> merged(std::vector<Range> ranges) {
     return result;
 }
 
-/// What the header and the first `count` directories take.
+/// The byte ranges of the header and the first `count` directories.
 std::vector<Range> keptRanges(const Chain& chain, std::size_t count) {
     std::vector<Range> ranges = {{0, chain.header.headerLength()}};
     for (std::size_t i = 0; i < count; ++i)
@@ -111,7 +111,7 @@ std::vector<Range> keptRanges(const Chain& chain, std::size_t count) {
     return merged(std::move(ranges));
 }
 
-/// Zeroes the `pictures` except where something else lies; `kept` is merged.
+/// Zeroes the bytes of `pictures` that are not in `kept`, which is merged.
 void blank(Bytes& exif, std::vector<Range> pictures, const std::vector<Range>& kept) {
     const auto zero = [&exif](std::uint64_t begin, std::uint64_t end) {
         if (begin < end)
@@ -144,7 +144,7 @@ void unlinkNext(Bytes& exif, const Chain& chain, const tiff::Directory& director
         setNumberAt(exif, directory.linkOffset, length, chain.header.order, 0);
 }
 
-/// Sets a single number that stands in its entry.
+/// Overwrites a single number stored inline in its entry.
 void setNumber(Bytes& exif, const tiff::Entry& entry, ByteOrder order, std::uint64_t number) {
     setNumberAt(exif, entry.valueOffset, tiff::typeLength(entry.type), order, number);
 }
@@ -155,7 +155,7 @@ bool isSingleNumber(const tiff::Entry* entry, std::uint64_t largest) {
     return entry->type == tiff::type::kLong || (entry->type == tiff::type::kShort && largest <= UINT16_MAX);
 }
 
-/// A picture that the main directory points to is one of the pixels before as well.
+/// A picture that the main directory points to shows the unretouched photo, too.
 void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>& kept) {
     const tiff::Directory& main = chain.directories.front();
     const std::vector<Range> pictures = pictureRanges(main, exif, chain.header.order);
@@ -167,10 +167,10 @@ void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>
 }
 
 bool isThumbnailSize(PixelSize size) {
-    return size.area() > 0 && std::max(size.width, size.height) <= kLargestThumbnailSide;
+    return size.area() > 0 && std::max(size.width, size.height) <= kMaxThumbnailSide;
 }
 
-/// Puts a JPEG file in the place of the old one; false when that is none or the new one has no place.
+/// Replaces a JPEG thumbnail; false if there is none or the new one does not fit.
 bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::size_t lengthLimit,
                       const std::vector<Range>& kept) {
     const tiff::Directory& directory = chain.directories[1];
@@ -204,7 +204,7 @@ bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, st
     return true;
 }
 
-/// The size of a thumbnail in one strip of bare RGB bytes; nothing for other kinds.
+/// The size of an uncompressed RGB thumbnail; nullopt for other kinds.
 std::optional<PixelSize> rgbThumbnailSize(const tiff::Directory& directory, ByteOrder order) {
     constexpr std::uint64_t kUncompressed = 1;
     constexpr std::uint64_t kRgb = 2;
@@ -219,13 +219,13 @@ std::optional<PixelSize> rgbThumbnailSize(const tiff::Directory& directory, Byte
                        tiff::allNumbers(*bits, order) == std::vector<std::uint64_t>{8, 8, 8};
     const std::uint64_t width = number(tiff::tag::kImageWidth, 0);
     const std::uint64_t height = number(tiff::tag::kImageLength, 0);
-    if (!isRgb || width > kLargestThumbnailSide || height > kLargestThumbnailSide)
+    if (!isRgb || width > kMaxThumbnailSide || height > kMaxThumbnailSide)
         return std::nullopt;
     const PixelSize size{static_cast<int>(width), static_cast<int>(height)};
     return isThumbnailSize(size) ? std::optional(size) : std::nullopt;
 }
 
-/// Puts RGB bytes in the place of the old ones; false when there are none such.
+/// Replaces an uncompressed RGB thumbnail in one strip; false if there is none.
 bool putRgbThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, const std::vector<Range>& kept) {
     const tiff::Directory& directory = chain.directories[1];
     const auto size = rgbThumbnailSize(directory, chain.header.order);

@@ -6,16 +6,15 @@
 
 namespace complexion {
 
-// The thumbnail of an EXIF block lies in the block's second directory. Both operations work in place:
-// nothing else moves, because maker notes hold offsets of their own into the block.
+// The thumbnail belongs to the EXIF block's second directory. Both operations work in place and move nothing
+// else, because maker notes contain offsets into the block.
 
-/// Takes the thumbnail out: its directory is unlinked, its bytes become zeros. Pictures in further
-/// directories go too.
+/// Removes the thumbnail: unlinks its directory and zeroes its bytes. Pictures in further directories are
+/// removed as well.
 void removeThumbnail(Bytes& exif);
 
-/// Replaces the thumbnail by one of the same size that `maker` makes, in the place of the old one or, when it
-/// is longer, at the block's end, if the block stays within `lengthLimit`. Takes it out where that cannot be
-/// done.
+/// Replaces the thumbnail by one of the same size from `maker`: in place, or at the block's end if it is
+/// longer and the block stays within `lengthLimit` bytes. Removes the thumbnail if neither is possible.
 void renewThumbnail(Bytes& exif, ThumbnailMaker& maker, std::size_t lengthLimit);
 
 } // namespace complexion

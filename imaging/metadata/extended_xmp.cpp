@@ -17,15 +17,15 @@ namespace {
 
 // What a damaged packet may ask for: attributes of the elements around the nodes, and bytes that naming their
 // namespaces at each node adds.
-constexpr std::size_t kMostNamespaces = 1000;
-constexpr std::size_t kMostAddedBytes = std::size_t{1} << 20;
+constexpr std::size_t kMaxNamespaces = 1000;
+constexpr std::size_t kMaxAddedBytes = std::size_t{1} << 20;
 
-/// Where a packet's properties stand: nodes within RDF, which may stand in an element of XMP's own.
+/// The structure of a packet: properties belong to nodes in rdf:RDF, which may be wrapped in x:xmpmeta.
 struct XmpTree {
     XmlElement root;
     XmlElement rdf;
 
-    /// With its colon; empty without one.
+    /// Includes the colon; empty if there is no prefix.
     std::string_view rdfPrefix() const { return rdf.name.substr(0, rdf.name.find(':') + 1); }
 };
 
@@ -57,20 +57,20 @@ bool isAbout(const XmlAttribute& attribute) {
     return attribute.name == "about" || attribute.name.ends_with(":about");
 }
 
-/// Whether an attribute says how a node is to be read, and is none of its properties.
+/// Whether an attribute is a namespace declaration or RDF syntax rather than a property.
 bool isContext(const XmlAttribute& attribute) {
     return isNamespace(attribute) || isAbout(attribute) || attribute.name.starts_with("xml:") ||
            attribute.name.starts_with("rdf:");
 }
 
-/// The namespaces that hold for all nodes; of two of one name the inner one. Nothing when there are so many
-/// that comparing them would take long.
+/// The namespace declarations in scope for all nodes; inner ones hide outer ones. nullopt if there are too
+/// many.
 std::optional<std::vector<XmlAttribute>> namespacesOf(std::string_view xml, const XmpTree& tree) {
     std::vector<XmlAttribute> found = xmlAttributes(xml, tree.rdf);
     std::vector<XmlAttribute> outer;
     if (tree.root.begin != tree.rdf.begin)
         outer = xmlAttributes(xml, tree.root);
-    if (found.size() + outer.size() > kMostNamespaces)
+    if (found.size() + outer.size() > kMaxNamespaces)
         return std::nullopt;
     for (const XmlAttribute& attribute : outer)
         if (std::ranges::find(found, attribute.name, &XmlAttribute::name) == found.end())
@@ -79,7 +79,7 @@ std::optional<std::vector<XmlAttribute>> namespacesOf(std::string_view xml, cons
     return found;
 }
 
-/// A node's text with namespaces that hold where it stood, unless it has its own of the name.
+/// A node's text with the namespace declarations of its former context, unless it redeclares them.
 std::string nodeWith(const std::vector<XmlAttribute>& outer, std::string_view xml, const XmlElement& node) {
     const std::size_t behindName = node.begin + 1 + node.name.size();
     const std::vector<XmlAttribute> own = xmlAttributes(xml, node);
@@ -90,7 +90,7 @@ std::string nodeWith(const std::vector<XmlAttribute>& outer, std::string_view xm
     return text.append(between(xml, behindName, node.end));
 }
 
-/// The packet without the blanks that are left in it for whoever wants to add something.
+/// The packet without the padding reserved for in-place edits.
 std::string withoutPadding(std::string_view packet) {
     std::string text(packet);
     const std::size_t trailer = text.rfind("<?xpacket end");
@@ -101,7 +101,7 @@ std::string withoutPadding(std::string_view packet) {
     return text.replace(begin, trailer - begin, "\n");
 }
 
-/// The node that names the extension.
+/// The node that refers to the extension.
 std::string extensionNote(std::string_view prefix, std::string_view about, std::string_view extension) {
     const std::string rdf(prefix);
     return "<" + rdf + "Description " + std::string(about) +
@@ -109,11 +109,11 @@ std::string extensionNote(std::string_view prefix, std::string_view about, std::
            xmpDigest(extension) + "\"/>";
 }
 
-/// One property of a node: an element, or an attribute of its start tag.
+/// A property of a node: a child element or an attribute.
 struct Property {
     std::size_t begin = 0;
     std::size_t end = 0;
-    std::size_t node = 0; // its number
+    std::size_t node = 0; // index
     bool isElement = false;
 
     std::size_t size() const { return end - begin; }
@@ -133,7 +133,7 @@ std::vector<Property> propertiesOf(std::string_view xml, const std::vector<XmlEl
     return properties;
 }
 
-/// A node with these of its properties, in their order.
+/// A node with only the given properties, in their order.
 std::string nodeOf(std::string_view xml, const XmlElement& node, std::span<const Property> properties) {
     std::string tag = "<" + std::string(node.name);
     for (const XmlAttribute& attribute : xmlAttributes(xml, node))
@@ -150,8 +150,8 @@ std::string nodeOf(std::string_view xml, const XmlElement& node, std::span<const
     return tag + ">" + content + "</" + std::string(node.name) + ">";
 }
 
-/// Takes the largest properties out, until `surplus` bytes are gone; they come in their order. Nothing when
-/// all are too few.
+/// Selects the largest properties until they add up to `surplus` bytes; returns them in document order.
+/// nullopt if all together are too small.
 std::optional<std::vector<Property>> largest(std::vector<Property> properties, std::size_t surplus) {
     std::ranges::stable_sort(properties, std::ranges::greater(), &Property::size);
     std::size_t count = 0;
@@ -163,8 +163,7 @@ std::optional<std::vector<Property>> largest(std::vector<Property> properties, s
     return properties;
 }
 
-/// The packet divided by its properties, of which those that `moved` names, in their order, go into the
-/// extension.
+/// Splits the packet: the properties in `moved`, in document order, go into the extension.
 DividedXmp dividedBy(std::string_view xml, const XmpTree& tree, const std::vector<XmlElement>& nodes,
                      std::span<const Property> moved, std::string_view about) {
     const XmlElement& root = tree.root;
@@ -194,7 +193,7 @@ DividedXmp dividedBy(std::string_view xml, const XmpTree& tree, const std::vecto
     return divided;
 }
 
-/// A packet that says nothing but where the other is.
+/// A main packet that contains only the reference to the extension.
 DividedXmp allInExtension(std::string_view xml) {
     DividedXmp divided;
     const auto root = findXmlElement(xml, 0, xml.size());
@@ -237,7 +236,7 @@ DividedXmp dividedXmp(std::string_view packet, std::size_t most) {
     if (!tree)
         return allInExtension(xml);
     const std::vector<XmlElement> nodes = xmlChildren(xml, tree->rdf);
-    // All nodes of a packet are about the same thing (XMP Specification Part 1).
+    // All nodes of a packet have the same subject (XMP Specification Part 1).
     std::string about = std::string(tree->rdfPrefix()) + "about=\"\"";
     for (const XmlElement& node : nodes)
         for (const XmlAttribute& attribute : xmlAttributes(xml, node))
@@ -266,7 +265,7 @@ std::optional<std::string> joinedXmp(std::string_view main, std::string_view ext
     for (const XmlAttribute& attribute : *foreign)
         foreignBytes += attribute.whole.size() + 1;
     const std::vector<XmlElement> nodes = xmlChildren(extension, extensionTree->rdf);
-    if (foreignBytes > kMostAddedBytes || foreignBytes * nodes.size() > kMostAddedBytes)
+    if (foreignBytes > kMaxAddedBytes || foreignBytes * nodes.size() > kMaxAddedBytes)
         return std::nullopt;
     std::string joined(main.substr(0, mainTree->rdf.contentEnd));
     for (const XmlElement& node : nodes)

@@ -9,22 +9,22 @@
 
 namespace complexion {
 
-/// The characters of the digest by which a packet names its extension.
+/// The length of the digest by which a packet refers to its extension, in hexadecimal digits.
 inline constexpr std::size_t kXmpDigestLength = 32;
 
-/// A packet in two, for files that cannot hold it in one (XMP Specification Part 3, "JPEG"). The first names
-/// the digest of the second, which is empty where one is enough.
+/// A packet split for files that cannot hold it in one piece (XMP Specification Part 3, "JPEG"). `main`
+/// contains the digest of `extension`, which is empty if one piece is enough.
 struct DividedXmp {
     std::string main;
     std::string extension;
 };
 
-/// `packet`, in UTF-8, divided so that the first part has at most `most` bytes. The largest properties go
-/// into the second; where that does not do, or the packet is no XMP, all of it does.
+/// Splits `packet` (UTF-8) so that the main part has at most `most` bytes. The largest properties go into the
+/// extension, or the whole packet if that is not enough or it is not well-formed XMP.
 DividedXmp dividedXmp(std::string_view packet, std::size_t most);
 
-/// One packet with the properties of both parts, which no longer tells of two; nothing when one of them is
-/// not well formed.
+/// One packet with the properties of both parts and without the reference to an extension; nullopt if one of
+/// them is not well formed.
 std::optional<std::string> joinedXmp(std::string_view main, std::string_view extension);
 
 /// An MD5 digest (RFC 1321) in upper-case hexadecimal digits.

@@ -24,8 +24,8 @@ constexpr std::string_view kXmpApplication = "XMP DataXMP";
 constexpr std::string_view kResourcesApplication = "MGK8BIM0000";
 constexpr std::string_view kIptcApplication = "MGKIPTC0000";
 
-/// Application blocks that are left behind: an animation's repetitions; a colour profile, because SaveImage
-/// wrote the one that the pixels are in.
+/// Application blocks that are not carried: animation loop counts, and the colour profile, because the
+/// encoder has already written that of the pixels.
 constexpr std::array kLeftBehind = {"NETSCAPE2.0"sv, "ANIMEXTS1.0"sv, gif::kProfileApplication};
 
 bool isMetadata(const gif::Extension& extension) {
@@ -36,7 +36,7 @@ bool isMetadata(const gif::Extension& extension) {
            std::ranges::find(kLeftBehind, extension.application()) == kLeftBehind.end();
 }
 
-/// Nothing when a zero in the packet would end it for readers of sub-blocks.
+/// Appends nothing if the packet contains a zero byte, which would end it for sub-block readers.
 void appendXmp(Bytes& to, ByteView xmp) {
     if (std::ranges::find(xmp, 0) != xmp.end())
         return;
@@ -48,7 +48,7 @@ void appendXmp(Bytes& to, ByteView xmp) {
     to.push_back(0);
 }
 
-/// The packet, whether it stands bare as it should or in sub-blocks as some software has it.
+/// The packet, stored unblocked as specified or, as some software does, in sub-blocks.
 Bytes xmpOf(const gif::Extension& extension) {
     const ByteView data = slice(extension.whole, gif::kApplicationHeaderLength);
     if (data.size() > kXmpTrailerLength && data[data.size() - kXmpTrailerLength] == 1 &&

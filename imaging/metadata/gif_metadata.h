@@ -9,11 +9,11 @@ namespace complexion {
 /// The metadata of a GIF file.
 PictureMetadata readGifMetadata(ByteView file);
 
-/// `written`, a GIF file, with the comments and the application blocks of `source`, another one, byte for
-/// byte, and its pixels' shape.
+/// `written`, a GIF file, with the comments and application blocks of another GIF file, byte for byte, and
+/// its pixel aspect ratio.
 Result<FileContents> withGifBlocksOf(ByteView source, ByteView written);
 
-/// `written`, a GIF file, with what GIF can hold of metadata that comes from another format: comments, XMP,
+/// `written`, a GIF file, with metadata from another format as far as GIF can hold it: comments, XMP and
 /// IPTC.
 Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView written);
 

@@ -21,13 +21,12 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// What the payloads begin with. EXIF 2.32; Photoshop's file format; JFIF 1.02.
+// Payload identifiers. Sources: EXIF 2.32, Photoshop File Formats Specification, JFIF 1.02.
 constexpr std::string_view kExifStart = "Exif\0\0"sv;
 constexpr std::string_view kPhotoshopStart = "Photoshop 3.0\0"sv;
 constexpr std::string_view kJfifStart = "JFIF\0"sv;
 
-// Within a JFIF payload, behind the version: unit, densities; then come the sides of a thumbnail and its
-// pixels.
+// Offsets in a JFIF payload: the density's unit, the densities, then the size of a thumbnail and its pixels.
 constexpr std::size_t kJfifUnit = 7;
 constexpr std::size_t kJfifAcross = 8;
 constexpr std::size_t kJfifDown = 10;
@@ -35,7 +34,7 @@ constexpr std::size_t kJfifLength = 14;
 constexpr std::size_t kJfifThumbnail = 12;
 
 // What an EXIF block can hold in one segment.
-constexpr std::size_t kMostExifBytes = jpeg::kMaxSegmentBytes - kExifStart.size();
+constexpr std::size_t kMaxExifBytes = jpeg::kMaxSegmentBytes - kExifStart.size();
 
 bool isSegment(const jpeg::Segment& segment, std::uint8_t code, std::string_view start) {
     return segment.marker == code && startsWith(segment.payload, start);
@@ -53,13 +52,12 @@ bool isJfif(const jpeg::Segment& segment) {
     return isSegment(segment, jpeg::marker::kApp0, kJfifStart) && segment.payload.size() >= kJfifLength;
 }
 
-/// Whether a segment of the numbers 2 to 5 holds a piece of a preview: some cameras put a JPEG file there, at
-/// most a short name before it, and go on in the next segments.
+/// Whether an APP2 to APP5 segment begins a preview: some cameras store a JPEG file there, after a short
+/// identifier at most, and continue it in the next segments.
 bool isPreviewStart(const jpeg::Segment& segment) {
-    constexpr std::size_t kLongestName = 5;
+    constexpr std::size_t kMaxName = 5;
     return segment.marker >= jpeg::marker::app(2) && segment.marker <= jpeg::marker::app(5) &&
-           textOf(segment.payload).substr(0, kLongestName + 3).find("\xff\xd8\xff"sv) !=
-               std::string_view::npos;
+           textOf(segment.payload).substr(0, kMaxName + 3).find("\xff\xd8\xff"sv) != std::string_view::npos;
 }
 
 struct SegmentKind {
@@ -67,20 +65,20 @@ struct SegmentKind {
     std::string_view start;
 };
 
-/// Application segments that are left behind, because the new file has its own or because they speak of the
-/// coding or of other pictures in the file.
+/// Application segments that are not carried: the new file has its own, or they describe the coding or other
+/// pictures in the file.
 constexpr std::array kLeftBehind = {
-    SegmentKind{0, "JFIF\0"sv},                        // its fields are taken over one by one
+    SegmentKind{0, "JFIF\0"sv},                        // copied field by field
     SegmentKind{0, "JFXX\0"sv},                        // a thumbnail
-    SegmentKind{0, "AVI1"sv},                          // field order of a video frame
-    SegmentKind{2, "ICC_PROFILE\0"sv},                 // SaveImage wrote the one that the pixels are in
-    SegmentKind{2, "MPF\0"sv},                         // offsets to further pictures behind this one
-    SegmentKind{2, "urn:iso:std:iso:ts:21496:-1\0"sv}, // a gain map, which is such a picture
-    SegmentKind{3, "_JPSJPS_"sv},                      // how two halves make a stereo picture's coding
-    SegmentKind{8, "SPIFF\0"sv},                       // size and coding
-    SegmentKind{11, ""sv},                             // residual pictures and signatures of the very bytes
-    SegmentKind{14, "Adobe"sv},                        // the coding's colour transform
-    SegmentKind{15, "Q "sv},                           // the coding's quality
+    SegmentKind{0, "AVI1"sv},                          // video field order
+    SegmentKind{2, "ICC_PROFILE\0"sv},                 // the encoder wrote the pixels' own profile
+    SegmentKind{2, "MPF\0"sv},                         // offsets of further pictures
+    SegmentKind{2, "urn:iso:std:iso:ts:21496:-1\0"sv}, // a gain map
+    SegmentKind{3, "_JPSJPS_"sv},                      // stereo layout
+    SegmentKind{8, "SPIFF\0"sv},                       // size and coding of the source of the source
+    SegmentKind{11, ""sv},      // residual images, and signatures over the source's bytes
+    SegmentKind{14, "Adobe"sv}, // colour transform of the source's coding
+    SegmentKind{15, "Q "sv},    // quality of the source's coding
 };
 
 bool isMetadata(const jpeg::Segment& segment) {
@@ -93,16 +91,16 @@ bool isMetadata(const jpeg::Segment& segment) {
     });
 }
 
-/// The segments that belong to one block: those of `first`'s kind which directly follow and go on with it.
-template <class GoesOn>
-std::size_t blockEnd(const std::vector<jpeg::Segment>& segments, std::size_t first, GoesOn goesOn) {
+/// The end of the run of segments that continue the block begun in segment `first`.
+template <class Continues>
+std::size_t blockEnd(const std::vector<jpeg::Segment>& segments, std::size_t first, Continues continues) {
     std::size_t end = first + 1;
-    while (end < segments.size() && goesOn(segments[end]))
+    while (end < segments.size() && continues(segments[end]))
         ++end;
     return end;
 }
 
-/// The payloads of the segments [first, end) behind their starts, one after the other.
+/// The concatenated payloads of the segments [first, end), without their identifiers.
 Bytes joined(const std::vector<jpeg::Segment>& segments, std::size_t first, std::size_t end,
              std::size_t startLength) {
     Bytes block;
@@ -123,7 +121,7 @@ std::size_t photoshopEnd(const std::vector<jpeg::Segment>& segments, std::size_t
     });
 }
 
-/// Appends `block` as segments that each begin with `start`.
+/// Appends `block` split into segments that each begin with `start`.
 void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView block) {
     const std::size_t most = jpeg::kMaxSegmentBytes - start.size();
     for (std::size_t position = 0; position < block.size(); position += most) {
@@ -133,10 +131,10 @@ void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView 
     }
 }
 
-/// Whether a file's components are red, green and blue themselves, as only Adobe's segment can say. It must
-/// have no JFIF segment then: that would say that they are not.
+/// Whether the file is coded in RGB, which only an Adobe segment can state. Such a file must not have a JFIF
+/// segment, which would declare YCbCr.
 bool isCodedInRgb(const std::vector<jpeg::Segment>& segments) {
-    constexpr std::size_t kTransform = 11; // where it stands in Adobe's segment; 0: none
+    constexpr std::size_t kTransform = 11; // offset in an Adobe segment; 0: no transform
     return std::ranges::any_of(segments, [](const jpeg::Segment& segment) {
         return isSegment(segment, jpeg::marker::app(14), "Adobe"sv) && segment.payload.size() > kTransform &&
                segment.payload[kTransform] == 0;
@@ -169,23 +167,21 @@ std::optional<Resolution> jfifResolution(const jpeg::Segment& jfif) {
     return resolution;
 }
 
-/// The density that an EXIF block has to tell where there is no JFIF segment: not the one that files have
-/// which tell none.
+/// The density to state in EXIF if there is no JFIF segment; none if it is only the default of 72 dpi.
 std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& resolution) {
     constexpr Resolution kUsual = {72, 72, Resolution::Unit::Inch};
-    const bool isTold = resolution && resolution->unit != Resolution::Unit::None && *resolution != kUsual;
-    return isTold ? resolution : std::nullopt;
+    const bool isStated = resolution && resolution->unit != Resolution::Unit::None && *resolution != kUsual;
+    return isStated ? resolution : std::nullopt;
 }
 
-/// The EXIF block, with the density where it tells none itself. One that is no such block stays as it is.
-Bytes exifTellingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
-    const bool canTell = exif.empty() || tiff::readHeader(exif);
-    return resolution && canTell && !readExifBasics(exif).resolution ? exifWithResolution(exif, *resolution)
+/// Adds the density to an EXIF block that states none. Bytes that are not a valid EXIF block stay unchanged.
+Bytes exifStatingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
+    const bool isValid = exif.empty() || tiff::readHeader(exif);
+    return resolution && isValid && !readExifBasics(exif).resolution ? exifWithResolution(exif, *resolution)
                                                                      : std::move(exif);
 }
 
-/// The metadata segments of a file as they are to stand in the new one, which may be one that cannot have a
-/// JFIF segment.
+/// The metadata segments for the new file; `withJfif` is false if that must not have a JFIF segment.
 Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif, ThumbnailMaker& maker) {
     Bytes carried;
     const jpeg::Segment* jfif = findJfif(segments);
@@ -207,12 +203,12 @@ Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif,
                 append(carried, jpeg::segment(segment.marker, jfifWithoutThumbnail(segment.payload)));
         } else if (isExif(segment)) {
             end = exifEnd(segments, i);
-            Bytes exif = exifTellingResolution(joined(segments, i, end, kExifStart.size()), forExif);
-            // One is enough: each that is made anew costs time.
+            Bytes exif = exifStatingResolution(joined(segments, i, end, kExifStart.size()), forExif);
+            // Only the first EXIF block gets a new thumbnail: rendering costs time.
             if (hasExif)
                 removeThumbnail(exif);
             else
-                renewThumbnail(exif, maker, std::max(kMostExifBytes, exif.size()));
+                renewThumbnail(exif, maker, std::max(kMaxExifBytes, exif.size()));
             hasExif = true;
             appendBlock(carried, segment.marker, kExifStart, exif);
         } else if (const auto xmpSegments = xmp.carried(segment)) {
@@ -228,11 +224,11 @@ Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif,
     return carried;
 }
 
-/// A JFIF payload with the density, and no thumbnail.
+/// A JFIF payload with this density and without a thumbnail.
 Bytes jfifWithDensity(const Resolution& resolution) {
-    static constexpr double kMost = UINT16_MAX;
+    static constexpr double kMax = UINT16_MAX;
     const auto whole = [](double value) {
-        return static_cast<std::uint64_t>(std::lround(std::clamp(value, 1.0, kMost)));
+        return static_cast<std::uint64_t>(std::lround(std::clamp(value, 1.0, kMax)));
     };
     Bytes payload(kJfifStart.begin(), kJfifStart.end());
     appendNumber(payload, 2, ByteOrder::BigEndian, 0x0101);
@@ -243,13 +239,13 @@ Bytes jfifWithDensity(const Resolution& resolution) {
     return payload;
 }
 
-/// What becomes of the JFIF segment of the new file.
+/// How the new file's own JFIF segment is treated.
 struct Jfif {
     enum Fate { Kept, Replaced, Removed } fate = Kept;
     Bytes payload;
 };
 
-/// The file `jpeg` with `metadata` instead of what it may have of the kind.
+/// The file `jpeg` with its metadata segments replaced by `metadata`.
 Result<FileContents> withSegments(const jpeg::Segments& jpeg, const Jfif& jfif, ByteView metadata) {
     if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != jpeg::marker::kStartOfScan)
         return Error{"the JPEG file to give metadata to is damaged"};
@@ -272,10 +268,10 @@ Result<FileContents> withSegments(const jpeg::Segments& jpeg, const Jfif& jfif, 
     return contents;
 }
 
-/// Whether the file takes the JFIF segment's place into its own hands: by having one, or as cameras do by
-/// having EXIF alone, which wants to come first, tells the density itself, and has maker notes whose offsets
-/// count on its place.
-bool decidesOnJfif(const std::vector<jpeg::Segment>& segments) {
+/// Whether the source decides about the JFIF segment: it has one, or, like camera files, has EXIF without
+/// one. EXIF has to be the first segment then, states the density itself, and may have maker notes that
+/// depend on its position.
+bool determinesJfif(const std::vector<jpeg::Segment>& segments) {
     return std::ranges::any_of(
         segments, [](const jpeg::Segment& segment) { return isJfif(segment) || isExif(segment); });
 }
@@ -308,13 +304,13 @@ PictureMetadata readJpegMetadata(ByteView file) {
 }
 
 Bytes exifForJpeg(const PictureMetadata& metadata) {
-    return exifWithin(metadata.exif, kMostExifBytes);
+    return exifWithin(metadata.exif, kMaxExifBytes);
 }
 
 Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
     const std::vector<jpeg::Segment> segments = jpeg::split(source).segments;
     const jpeg::Segments jpeg = jpeg::split(written);
-    return withSegments(jpeg, {decidesOnJfif(segments) ? Jfif::Removed : Jfif::Kept, {}},
+    return withSegments(jpeg, {determinesJfif(segments) ? Jfif::Removed : Jfif::Kept, {}},
                         carriedSegments(segments, !isCodedInRgb(jpeg.segments), maker));
 }
 
@@ -325,9 +321,9 @@ Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView 
     Bytes segments;
     Bytes exif = exifForJpeg(metadata);
     if (!withJfif)
-        exif = exifTellingResolution(std::move(exif), resolutionForExif(metadata.resolution));
+        exif = exifStatingResolution(std::move(exif), resolutionForExif(metadata.resolution));
     if (!exif.empty()) {
-        renewThumbnail(exif, maker, kMostExifBytes);
+        renewThumbnail(exif, maker, kMaxExifBytes);
         appendBlock(segments, jpeg::marker::app(1), kExifStart, exif);
     }
     append(segments, segmentsOfXmp(xmpWithoutExtension(xmpToCarry(metadata.xmp))));

@@ -13,18 +13,17 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// XMP Specification Part 3, "JPEG": what the payloads begin with; behind the extension's start come its
-// digest, its whole length, and the offset of the piece that follows.
+// XMP Specification Part 3, "JPEG": payload identifiers. The extension's is followed by its digest, its total
+// length, and the offset of this piece.
 constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 constexpr std::string_view kExtensionStart = "http://ns.adobe.com/xmp/extension/\0"sv;
 constexpr std::size_t kLengthOffset = kExtensionStart.size() + kXmpDigestLength;
 constexpr std::size_t kOffsetOffset = kLengthOffset + 4;
 constexpr std::size_t kPieceOffset = kOffsetOffset + 4;
-constexpr std::size_t kMostMainBytes = 65502;
-constexpr std::size_t kMostPieceBytes = 65400;
+constexpr std::size_t kMaxMainBytes = 65502;
+constexpr std::size_t kMaxPieceBytes = 65400;
 
-/// The segments that hold the extension of that digest, in the order of their offsets. None unless they make
-/// it up without a gap or an overlap.
+/// The segments of the extension with this digest, sorted by offset; empty if they have gaps or overlap.
 std::vector<const jpeg::Segment*> piecesOf(const std::vector<jpeg::Segment>& segments,
                                            std::string_view digest) {
     std::vector<const jpeg::Segment*> pieces;
@@ -49,7 +48,7 @@ std::vector<const jpeg::Segment*> piecesOf(const std::vector<jpeg::Segment>& seg
     return pieces;
 }
 
-/// The same for the extension that the packet `main` names.
+/// The pieces of the extension that the packet `main` refers to.
 std::vector<const jpeg::Segment*> piecesFor(const std::vector<jpeg::Segment>& segments, ByteView main) {
     const std::string_view digest = xmpExtensionDigest(textOf(main));
     if (digest.size() != kXmpDigestLength)
@@ -74,7 +73,7 @@ Bytes mainSegment(std::string_view packet) {
     return jpeg::segment(jpeg::marker::app(1), payload);
 }
 
-/// The segments of an extension, none of an empty one.
+/// The segments of an extension; none if it is empty.
 Bytes extensionSegments(std::string_view extension) {
     Bytes segments;
     if (extension.empty() || extension.size() > UINT32_MAX)
@@ -82,10 +81,10 @@ Bytes extensionSegments(std::string_view extension) {
     Bytes start(kExtensionStart.begin(), kExtensionStart.end());
     append(start, bytesOf(xmpDigest(extension)));
     appendNumber(start, 4, ByteOrder::BigEndian, extension.size());
-    for (std::size_t offset = 0; offset < extension.size(); offset += kMostPieceBytes) {
+    for (std::size_t offset = 0; offset < extension.size(); offset += kMaxPieceBytes) {
         Bytes payload = start;
         appendNumber(payload, 4, ByteOrder::BigEndian, offset);
-        append(payload, slice(bytesOf(extension), offset, kMostPieceBytes));
+        append(payload, slice(bytesOf(extension), offset, kMaxPieceBytes));
         append(segments, jpeg::segment(jpeg::marker::app(1), payload));
     }
     return segments;
@@ -116,10 +115,10 @@ Bytes xmpOfJpeg(const std::vector<jpeg::Segment>& segments) {
 Bytes segmentsOfXmp(ByteView packet) {
     if (packet.empty())
         return {};
-    if (packet.size() <= kMostMainBytes)
+    if (packet.size() <= kMaxMainBytes)
         return mainSegment(textOf(packet));
     const Bytes one = xmpWithoutExtension(xmpInUtf8(packet));
-    const DividedXmp divided = dividedXmp(textOf(one), kMostMainBytes);
+    const DividedXmp divided = dividedXmp(textOf(one), kMaxMainBytes);
     Bytes segments = mainSegment(divided.main);
     append(segments, extensionSegments(divided.extension));
     return segments;
@@ -135,7 +134,7 @@ CarriedJpegXmp::CarriedJpegXmp(const std::vector<jpeg::Segment>& segments) {
     const Bytes changed = xmpToCarry(extension);
     if (changed == extension)
         return;
-    // The digest of what is there now, in the place of the old one.
+    // Replaces the old digest by that of the changed extension.
     const Bytes carriedMain = xmpToCarry(packet);
     std::string text(textOf(carriedMain));
     const std::string_view digest = xmpExtensionDigest(text);
@@ -143,8 +142,8 @@ CarriedJpegXmp::CarriedJpegXmp(const std::vector<jpeg::Segment>& segments) {
         return;
     text.replace(static_cast<std::size_t>(digest.data() - text.data()), digest.size(),
                  xmpDigest(textOf(changed)));
-    m_anew = text.size() <= kMostMainBytes ? mainSegment(text) : segmentsOfXmp(bytesOf(text));
-    append(m_anew, extensionSegments(textOf(changed)));
+    m_replacement = text.size() <= kMaxMainBytes ? mainSegment(text) : segmentsOfXmp(bytesOf(text));
+    append(m_replacement, extensionSegments(textOf(changed)));
     m_main = main->whole;
     m_pieces = std::move(pieces);
     std::ranges::sort(m_pieces);
@@ -152,7 +151,7 @@ CarriedJpegXmp::CarriedJpegXmp(const std::vector<jpeg::Segment>& segments) {
 
 std::optional<Bytes> CarriedJpegXmp::carried(const jpeg::Segment& segment) const {
     if (!m_main.empty() && segment.whole.data() == m_main.data())
-        return m_anew;
+        return m_replacement;
     if (std::ranges::binary_search(m_pieces, &segment))
         return Bytes();
     if (!isXmpSegment(segment))

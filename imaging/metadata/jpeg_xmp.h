@@ -7,25 +7,25 @@ namespace complexion {
 
 bool isXmpSegment(const jpeg::Segment& segment);
 
-/// The XMP packet of a JPEG file in UTF-8: its main packet, and in it the extension that it names, where that
-/// is whole.
+/// The XMP packet of a JPEG file in UTF-8: the main packet, merged with the extension that it refers to if
+/// that is complete.
 Bytes xmpOfJpeg(const std::vector<jpeg::Segment>& segments);
 
-/// The segments that hold a packet of any length in a new file.
+/// Splits a packet of any length into segments.
 Bytes segmentsOfXmp(ByteView packet);
 
-/// What becomes of a file's XMP segments in another JPEG file: byte for byte the same, but for thumbnails.
+/// A file's XMP segments as they are carried to another JPEG file: byte for byte, except for thumbnails.
 class CarriedJpegXmp {
 public:
     explicit CarriedJpegXmp(const std::vector<jpeg::Segment>& segments);
 
-    /// What stands for `segment` in the new file if it is one of XMP's; nothing for others.
+    /// The bytes that replace `segment` in the new file; nullopt if it is not an XMP segment.
     std::optional<Bytes> carried(const jpeg::Segment& segment) const;
 
 private:
-    // Both empty unless the extension changes.
+    // Empty unless the extension changes.
     ByteView m_main;
-    std::vector<const jpeg::Segment*> m_pieces; // in the order of their addresses
+    std::vector<const jpeg::Segment*> m_pieces; // sorted by address
     Bytes m_anew;                               // in the main packet's place
 };
 

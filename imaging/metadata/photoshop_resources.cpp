@@ -24,7 +24,7 @@ constexpr unsigned kXmpResource = 0x0424;
 constexpr std::array<std::string_view, 5> kSignatures = {"8BIM", "MeSa", "AgHg", "PHUT", "DCSR"};
 constexpr std::size_t kNameOffset = 6;
 
-// IIM version 4: tag marker, record, data set and a length of two bytes; data sets 2:200 to 2:202 are a
+// IIM version 4: tag marker, record, data set and a length of two bytes. Data sets 2:200 to 2:202 are a
 // preview.
 constexpr std::uint8_t kIptcMarker = 0x1c;
 constexpr std::size_t kIptcHeaderLength = 5;
@@ -58,12 +58,12 @@ std::optional<Resource> firstResource(ByteView bytes) {
     resource.data = slice(bytes, headerLength + 4, length);
     if (resource.data.size() < length)
         return std::nullopt;
-    // Padded to an even length; the padding of the last one is missing in many files.
+    // Padded to an even length; many files omit the padding of the last resource.
     resource.whole = slice(bytes, 0, headerLength + 4 + length + length % 2);
     return resource;
 }
 
-/// Hands every resource to `use`; returns the rest that is none.
+/// Calls `use` for every resource; returns the remaining bytes that are not one.
 template <class Use>
 ByteView forEachResource(ByteView resources, Use use) {
     while (const auto resource = firstResource(resources)) {
@@ -106,7 +106,7 @@ void appendCarried(Bytes& to, const Resource& resource) {
     append(to, resource.whole);
 }
 
-/// The length of the IPTC data set at the start of `iptc`, 0 when there is none.
+/// The length of the IPTC data set at the start of `iptc`; 0 if there is none.
 std::size_t firstDataSetLength(ByteView iptc) {
     if (iptc.size() < kIptcHeaderLength || iptc[0] != kIptcMarker)
         return 0;

@@ -5,21 +5,21 @@
 
 namespace complexion {
 
-// Photoshop's image resources ("8BIM" blocks one after the other), as JPEG, TIFF and others embed them.
+// Photoshop image resources (a sequence of "8BIM" blocks) as embedded in JPEG, TIFF and other files.
 
-/// The resources without those that speak of the pixels before: thumbnails and colour profile; EXIF blocks
-/// and XMP packets in them lose their thumbnails. The very bytes when there are none such. A damaged rest is
-/// kept as it is.
+/// The resources without thumbnails and colour profile, which describe the unretouched pixels; embedded EXIF
+/// and XMP lose their thumbnails. Identical bytes if there is nothing to remove. A damaged tail is kept as it
+/// is.
 Bytes resourcesToCarry(ByteView resources);
 
-/// The IPTC records among the resources; empty when there are none.
+/// The IPTC records among the resources; empty if there are none.
 Bytes iptcOfResources(ByteView resources);
 
-/// The resources other than IPTC records, and resources made of IPTC records followed by others.
+/// Separates the other resources from IPTC records, and combines them again with the IPTC records first.
 Bytes resourcesWithoutIptc(ByteView resources);
 Bytes resourcesWithIptc(ByteView resources, ByteView iptc);
 
-/// IPTC records without the preview picture that they may hold.
+/// IPTC records without an embedded preview.
 Bytes iptcToCarry(ByteView iptc);
 
 } // namespace complexion

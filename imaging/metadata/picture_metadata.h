@@ -11,7 +11,7 @@
 
 namespace complexion {
 
-/// A text with the keyword that a PNG file gives it ("Comment", "Author" …), in UTF-8.
+/// A text with its PNG keyword ("Comment", "Author" …), in UTF-8.
 struct TextNote {
     std::string keyword;
     std::string text;
@@ -20,19 +20,18 @@ struct TextNote {
 
 inline constexpr std::string_view kCommentKeyword = "Comment";
 
-/// The note for formats whose texts have no keywords: "Author: …"; a comment is its bare text.
+/// The note for formats without keywords: "Author: …", or only the text of a comment.
 std::string noteAsComment(const TextNote& note);
 
-/// The metadata of a picture apart from the format of the file it stood in: what crosses from one format to
-/// another.
+/// Metadata independent of the file format, for carrying it from one format to another.
 struct PictureMetadata {
-    /// A TIFF structure ("II" or "MM" onward) without pixels.
+    /// A TIFF structure (from "II" or "MM" on) without pixels.
     Bytes exif;
     /// An XMP packet in UTF-8.
     Bytes xmp;
-    /// Records of the IPTC's information interchange model.
+    /// IPTC-IIM records.
     Bytes iptc;
-    /// Photoshop's image resources other than IPTC records.
+    /// Photoshop image resources other than IPTC records.
     Bytes photoshop;
     std::vector<TextNote> notes;
     std::optional<Resolution> resolution;

@@ -24,19 +24,19 @@ constexpr std::string_view kXmpKeyword = "XML:com.adobe.xmp";
 // What JPEG has before an XMP packet, and some software keeps.
 constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 
-// An EXIF block may grow to this when its thumbnail does.
+// By how much a new thumbnail may lengthen an EXIF block.
 constexpr std::size_t kRoomForThumbnail = 65536;
 
-/// Whether a chunk speaks of the picture and not of how its pixels are coded. Of the kinds that are not known
-/// the name tells: a lower-case last letter says that it may be copied to other pixels (PNG,
-/// "Safe-to-copy bit").
+/// Whether a chunk describes the picture rather than the coding of its pixels. For unknown chunks the name
+/// decides: a lower-case last letter means that it is safe to copy when the pixels change (PNG, "Safe-to-copy
+/// bit").
 bool isMetadata(std::string_view name) {
     constexpr std::array kCarried = {"tIME"sv, "oFFs"sv, "pCAL"sv, "sCAL"sv};
-    // Range and light level of high-range pixels, by their former names.
-    constexpr std::array kLeft = {"cLLi"sv, "mDCv"sv};
+    // HDR mastering and light level chunks under their former names.
+    constexpr std::array kNotCarried = {"cLLi"sv, "mDCv"sv};
     const auto contains = [name](const auto& names) { return std::ranges::find(names, name) != names.end(); };
     const auto isLower = [name](std::size_t letter) { return name[letter] >= 'a' && name[letter] <= 'z'; };
-    return isLower(0) && (contains(kCarried) || (isLower(3) && !contains(kLeft)));
+    return isLower(0) && (contains(kCarried) || (isLower(3) && !contains(kNotCarried)));
 }
 
 ByteView withoutStart(ByteView bytes, std::string_view start) {
@@ -55,7 +55,7 @@ Bytes exifChunk(Bytes exif, ThumbnailMaker& maker) {
 }
 
 Bytes carriedProfile(const png::Chunk& chunk, const png::RawProfile& profile) {
-    // The EXIF block goes into a chunk of its own; a colour profile of the pixels before goes nowhere.
+    // EXIF is written as an eXIf chunk; the colour profile of the source's pixels is not carried.
     if (profile.isExif() || profile.kind == "icc" || profile.kind == "icm")
         return {};
     Bytes carried = profile.bytes;
@@ -68,7 +68,7 @@ Bytes carriedProfile(const png::Chunk& chunk, const png::RawProfile& profile) {
     return png::rawProfileChunk(profile.kind, carried);
 }
 
-/// The bytes with which a metadata chunk goes into the new file.
+/// A metadata chunk as it is carried to the new file.
 Bytes carriedChunk(const png::Chunk& chunk, std::size_t& budget) {
     if (const auto text = png::readText(chunk, budget)) {
         if (const auto profile = png::rawProfile(*text))
@@ -82,7 +82,7 @@ Bytes carriedChunk(const png::Chunk& chunk, std::size_t& budget) {
     return {chunk.whole.begin(), chunk.whole.end()};
 }
 
-/// `written` with `metadata` before its pixels, instead of what it has of the kind.
+/// `written` with its metadata chunks replaced by `metadata`, placed before the pixels.
 Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDensity) {
     Bytes file(png::kSignature.begin(), png::kSignature.end());
     file.reserve(written.size() + metadata.size());

@@ -10,15 +10,15 @@ namespace complexion {
 /// The metadata of a PNG file.
 PictureMetadata readPngMetadata(ByteView file);
 
-/// `written`, a PNG file, with the metadata chunks of `source`, another one, byte for byte and in their
-/// order, before its first IDAT chunk.
+/// `written`, a PNG file, with the metadata chunks of another PNG file, byte for byte and in order, before
+/// its first IDAT chunk.
 Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker);
 
-/// `written`, a PNG file, with metadata that comes from another format.
+/// `written`, a PNG file, with metadata from another format.
 Result<FileContents> withPngMetadata(const PictureMetadata& metadata, ByteView written,
                                      ThumbnailMaker& maker);
 
-/// The EXIF block that a PNG file gets from `metadata`, but for its thumbnail.
+/// The EXIF block that a PNG file gets from `metadata`, before its thumbnail is renewed.
 Bytes exifForPng(const PictureMetadata& metadata);
 
 } // namespace complexion

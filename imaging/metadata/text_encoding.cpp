@@ -30,7 +30,7 @@ void appendUtf8(std::string& text, std::uint32_t code) {
 bool isUtf8(std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {
         const auto first = static_cast<unsigned char>(text[i]);
-        // RFC 3629: the first byte tells how many follow; C0, C1 and F5 up never occur.
+        // RFC 3629: the first byte determines the length; C0, C1 and F5 to FF never occur.
         const std::size_t more = first < 0x80                    ? 0
                                  : first >= 0xc2 && first < 0xe0 ? 1
                                  : first >= 0xe0 && first < 0xf0 ? 2

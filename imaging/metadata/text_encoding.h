@@ -10,13 +10,13 @@ namespace complexion {
 
 bool isUtf8(std::string_view text);
 
-/// Text whose encoding nobody tells: as it is when it is UTF-8, otherwise taken as Latin 1. Closing zeros are
-/// no part of it.
+/// Text in an unknown encoding as UTF-8: unchanged if it is valid UTF-8, otherwise converted from Latin-1.
+/// Trailing zeros are removed.
 std::string utf8Of(ByteView text);
 
 std::string utf8FromLatin1(std::string_view text);
 
-/// Text of 16-bit units; half surrogate pairs become the replacement character.
+/// Converts UTF-16; unpaired surrogates become the replacement character.
 std::string utf8FromUtf16(ByteView text, ByteOrder order);
 
 } // namespace complexion

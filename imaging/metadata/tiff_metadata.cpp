@@ -15,8 +15,8 @@ namespace complexion {
 
 namespace {
 
-// What may stay empty before a maker note that is kept in its place.
-constexpr std::uint64_t kLargestHole = 65'536;
+// The largest gap before a maker note that keeps its offset.
+constexpr std::uint64_t kMaxHole = 65'536;
 
 constexpr std::array<std::pair<std::string_view, unsigned>, 5> kNoteTags = {{
     {"Description", tiff::tag::kImageDescription},
@@ -30,7 +30,7 @@ void remove(tiff::Directory& directory, unsigned unwanted) {
     std::erase_if(directory.entries, [unwanted](const tiff::Entry& entry) { return entry.tag == unwanted; });
 }
 
-/// Takes the entry's value out of the directory.
+/// Removes the entry from the directory and returns it.
 Bytes taken(tiff::Directory& directory, unsigned wanted) {
     const tiff::Entry* entry = directory.find(wanted);
     Bytes value = entry ? entry->value : Bytes();
@@ -48,7 +48,7 @@ void replaceValue(tiff::Directory& directory, unsigned wanted, Bytes (*carried)(
     }
 }
 
-/// The entry with its numbers in the other byte order.
+/// The entry with its numbers byte-swapped.
 tiff::Entry turned(tiff::Entry entry) {
     const bool isRational = entry.type == tiff::type::kRational || entry.type == tiff::type::kSignedRational;
     const std::size_t unit = isRational ? 4 : tiff::typeLength(entry.type);
@@ -58,7 +58,7 @@ tiff::Entry turned(tiff::Entry entry) {
     return entry;
 }
 
-/// Whether samples of several bytes, whose order is the file's, are among the pixels.
+/// Whether samples have more than one byte and thus the file's byte order.
 bool hasWideSamples(const tiff::Directory& directory, ByteOrder order) {
     const tiff::Entry* bits = directory.find(tiff::tag::kBitsPerSample);
     const std::vector<std::uint64_t> numbers =
@@ -66,8 +66,7 @@ bool hasWideSamples(const tiff::Directory& directory, ByteOrder order) {
     return std::ranges::any_of(numbers, [](std::uint64_t count) { return count > 8; });
 }
 
-/// Puts the strips (or tiles) into `layout` and their new places into `directory`; false when they are
-/// damaged.
+/// Adds the strips (or tiles) to `layout` and their new offsets to `directory`; false if they are damaged.
 bool placeStrips(tiff::Layout& layout, tiff::Directory& directory, ByteView written,
                  const tiff::Header& header, unsigned offsetTag, unsigned lengthTag) {
     const auto offsets = std::ranges::find_if(
@@ -93,7 +92,7 @@ bool placeStrips(tiff::Layout& layout, tiff::Directory& directory, ByteView writ
     return true;
 }
 
-/// What `written` says of its coding, and what `tags` say of the picture.
+/// The coding tags of `written` combined with the descriptive tags in `tags`.
 tiff::Directory merged(const tiff::Directory& written, const tiff::Directory& tags) {
     tiff::Directory result = tags;
     const bool hasResolution = tags.find(tiff::tag::kXResolution) || tags.find(tiff::tag::kYResolution);
@@ -115,11 +114,10 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     if (tags.order != header->order && hasWideSamples(directory, header->order))
         return Error{"the samples' byte order is not the metadata's"};
 
-    // The source's byte order: only that way its maker note and its private values keep their meaning.
+    // The maker note and private values are only meaningful in the source's byte order.
     tiff::Layout layout(tags.order, header->isBig);
     if (const tiff::Entry* note = makerNoteOf(tags.directory);
-        note && note->valueOffset <= written.size() + kLargestHole &&
-        note->value.size() > header->offsetLength())
+        note && note->valueOffset <= written.size() + kMaxHole && note->value.size() > header->offsetLength())
         layout.placeAt(note->valueOffset, note->value);
     const bool hasStrips =
         placeStrips(layout, directory, written, *header, tiff::tag::kStripOffsets,
@@ -136,7 +134,7 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     return contents;
 }
 
-/// Texts go where TIFF has a tag of that meaning which is still free.
+/// Stores texts in TIFF tags with the same meaning that are not set yet.
 void addNotes(CarriedTags& tags, const std::vector<TextNote>& notes) {
     for (const auto& [keyword, noteTag] : kNoteTags)
         for (const TextNote& note : notes)

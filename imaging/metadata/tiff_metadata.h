@@ -9,14 +9,14 @@ namespace complexion {
 /// The metadata of a TIFF file's first picture.
 PictureMetadata readTiffMetadata(ByteView file);
 
-/// `written`, a TIFF file of one picture, with the tags of the first picture of `source`, another one, that
-/// do not speak of the coding. The strips keep their bytes, not their places.
+/// `written`, a TIFF file of one picture, with the tags of the first picture of another TIFF file, except
+/// those that describe its coding. The strips keep their bytes but may move.
 Result<FileContents> withTiffTagsOf(ByteView source, ByteView written);
 
-/// `written`, a TIFF file of one picture, with metadata that comes from another format.
+/// `written`, a TIFF file of one picture, with metadata from another format.
 Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView written);
 
-/// The tags that a TIFF file gets from the EXIF block of `metadata`, as such a block.
+/// The tags that a TIFF file gets from the EXIF block of `metadata`, as an EXIF block.
 Bytes exifForTiff(const PictureMetadata& metadata);
 
 } // namespace complexion

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kBlank = " \t\r\n";
 
-/// A tag, or something else in angle brackets.
+/// A tag or other markup in angle brackets.
 struct Markup {
     enum class Kind { Start, End, Empty, Other };
 
@@ -20,14 +20,14 @@ struct Markup {
     std::size_t end = 0;
 };
 
-/// What is passed over as a whole: nothing within counts.
-struct Passage {
+/// Markup whose content is skipped.
+struct Skipped {
     std::string_view open;
     std::string_view close;
 };
-constexpr std::array<Passage, 3> kPassages = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
+constexpr std::array<Skipped, 3> kSkipped = {{{"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}}};
 
-/// The place of the ">" that closes the tag at `begin`; those in quotes do not.
+/// The position of the ">" that ends the tag at `begin`, ignoring quoted ones.
 std::size_t tagClose(std::string_view xml, std::size_t begin) {
     std::size_t at = begin;
     for (;;) {
@@ -46,19 +46,19 @@ std::string_view nameAt(std::string_view xml, std::size_t begin) {
     return xml.substr(begin, end == std::string_view::npos ? end : end - begin);
 }
 
-/// The first markup of `xml` from a place on; nothing when there is none that ends.
+/// The first markup of `xml` from `from` on; nullopt if there is none or it is not terminated.
 std::optional<Markup> nextMarkup(std::string_view xml, std::size_t from) {
     Markup markup;
     markup.begin = xml.find('<', from);
     if (markup.begin == std::string_view::npos)
         return std::nullopt;
     const std::string_view rest = xml.substr(markup.begin);
-    for (const Passage& passage : kPassages)
-        if (rest.starts_with(passage.open)) {
-            const std::size_t close = rest.find(passage.close, passage.open.size());
+    for (const Skipped& skipped : kSkipped)
+        if (rest.starts_with(skipped.open)) {
+            const std::size_t close = rest.find(skipped.close, skipped.open.size());
             if (close == std::string_view::npos)
                 return std::nullopt;
-            markup.end = markup.begin + close + passage.close.size();
+            markup.end = markup.begin + close + skipped.close.size();
             return markup;
         }
     const std::size_t close = tagClose(xml, markup.begin);

@@ -8,27 +8,26 @@
 
 namespace complexion {
 
-/// An element of an XML text, by its places in the text. Its content is empty and lies at its end where it is
-/// but one tag.
+/// An element of an XML text, as offsets into the text. An empty-element tag has empty content at its end.
 struct XmlElement {
     std::string_view name;
-    /// From its "<" to behind its last ">".
+    /// From its first "<" to just after its last ">".
     std::size_t begin = 0;
     std::size_t end = 0;
     std::size_t contentBegin = 0;
     std::size_t contentEnd = 0;
 };
 
-/// What stands in a start tag: the whole `name="value"`, and its halves; the value is without quotes.
+/// An attribute of a start tag: the whole `name="value"`, the name, and the value without quotes.
 struct XmlAttribute {
     std::string_view name;
     std::string_view value;
     std::string_view whole;
 };
 
-/// The first element of `xml` between two places. Nothing when there is none, when it does not end there, or
-/// when a document type comes before its end, which could define entities. Costs time but no memory in
-/// proportion to the text, however it is nested.
+/// The first element of `xml` between two offsets; nullopt if there is none, if it does not end there, or if
+/// a document type declaration, which could define entities, precedes its end. Takes linear time and constant
+/// memory at any nesting depth.
 std::optional<XmlElement> findXmlElement(std::string_view xml, std::size_t from, std::size_t to);
 
 std::vector<XmlElement> xmlChildren(std::string_view xml, const XmlElement& element);

@@ -13,8 +13,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Pictures of the picture before: thumbnails (XMP Specification Part 1 and 2; "xap" is the prefix that older
-// software gives the same names), and the photo as it was before a camera blurred it by its depth map.
+// Pictures of the unretouched photo: thumbnails (XMP Specification Part 1 and 2; older software uses the
+// prefix "xap"), and the sharp original of a photo that the camera blurred by its depth map.
 constexpr std::array<std::string_view, 3> kPictures = {"xmp:Thumbnails", "xap:Thumbnails", "GImage:Data"};
 constexpr std::string_view kOrientationName = "tiff:Orientation";
 constexpr std::string_view kExtensionName = "xmpNote:HasExtendedXMP";
@@ -23,7 +23,7 @@ Bytes bytesOfText(const std::string& text) {
     return {text.begin(), text.end()};
 }
 
-/// Where the element `name` that begins at `start` ends; npos when it does not.
+/// The end of the element `name` that begins at `start`; npos if it is not terminated.
 std::size_t elementEnd(const std::string& xml, std::string_view name, std::size_t start) {
     std::size_t end = xml.find('>', start);
     if (end != std::string::npos && xml[end - 1] != '/') {
@@ -33,7 +33,7 @@ std::size_t elementEnd(const std::string& xml, std::string_view name, std::size_
     return end == std::string::npos ? end : end + 1;
 }
 
-/// Overwrites every element of that name with blanks.
+/// Overwrites every element of this name with blanks.
 void blankElements(std::string& xml, std::string_view name) {
     const std::string open = "<" + std::string(name);
     std::size_t start = xml.find(open);
@@ -50,14 +50,14 @@ bool isBlank(char character) {
     return character == ' ' || character == '\t' || character == '\r' || character == '\n';
 }
 
-/// Where the value of an attribute begins whose name ends at `at`; npos when none follows.
+/// The offset of the value of the attribute whose name ends at `at`; npos if there is none.
 std::size_t attributeValue(std::string_view xml, std::size_t at) {
     while (at < xml.size() && (isBlank(xml[at]) || xml[at] == '='))
         ++at;
     return at < xml.size() && (xml[at] == '"' || xml[at] == '\'') ? at + 1 : std::string_view::npos;
 }
 
-/// Overwrites every attribute of that name with blanks.
+/// Overwrites every attribute of this name with blanks.
 void blankAttributes(std::string& xml, std::string_view name) {
     std::size_t at = 0;
     while ((at = xml.find(name, at)) != std::string::npos) {
@@ -76,7 +76,7 @@ void blankProperty(std::string& xml, std::string_view name) {
     blankAttributes(xml, name);
 }
 
-/// Where the value of the attribute or the element `name` begins, from `from` on.
+/// The offset of the value of the next attribute or element `name` from `from` on; npos if there is none.
 std::size_t findValue(std::string_view xml, std::string_view name, std::size_t from) {
     for (std::size_t at = from; (at = xml.find(name, at)) != std::string::npos; at += name.size()) {
         const std::size_t behind = at + name.size();
@@ -92,7 +92,7 @@ std::size_t findValue(std::string_view xml, std::string_view name, std::size_t f
 } // namespace
 
 Bytes xmpInUtf8(ByteView packet) {
-    // An XML text begins with "<" or with the byte order mark.
+    // An XML text begins with "<" or a byte order mark.
     std::string xml;
     if (startsWith(packet, "\xfe\xff"sv) || startsWith(packet, "\0<"sv))
         xml = utf8FromUtf16(packet, ByteOrder::BigEndian);

@@ -7,20 +7,20 @@
 
 namespace complexion {
 
-/// The packet in UTF-8, whichever of Unicode's forms it has, without zeros behind it.
+/// Converts a packet from any Unicode encoding to UTF-8 and removes trailing zeros.
 Bytes xmpInUtf8(ByteView packet);
 
-/// An XMP packet without the pictures in it, which show the one before: they become blanks, so that the
-/// packet keeps its length.
+/// Replaces pictures of the unretouched photo in an XMP packet by blanks; the packet keeps its length.
 Bytes xmpToCarry(ByteView packet);
 
-/// A packet whose tiff:Orientation, if it has one, says upright: for files that hold no other orientation.
+/// Sets the packet's tiff:Orientation, if it has one, to upright, for formats without an orientation of their
+/// own.
 Bytes xmpUpright(ByteView packet);
 
-/// The digest by which a packet names its extension; empty when it has none.
+/// The digest by which a packet refers to its extension; empty if it has none.
 std::string_view xmpExtensionDigest(std::string_view packet);
 
-/// A packet that does not say that more of it stands elsewhere (JPEG's extended XMP).
+/// Removes the reference to an extension (JPEG's extended XMP) from a packet.
 Bytes xmpWithoutExtension(ByteView packet);
 
 } // namespace complexion

@@ -17,7 +17,7 @@ using namespace std::string_literals;
 
 namespace {
 
-constexpr std::size_t kLongest = 64 << 10;
+constexpr std::size_t kMaxBytes = 64 << 10;
 
 class Seeds {
 public:
@@ -28,7 +28,7 @@ public:
 
     void add(const std::string& bytes) {
         const Codec* const codec = codecForContent(viewOf(bytes));
-        if (codec && bytes.size() <= kLongest)
+        if (codec && bytes.size() <= kMaxBytes)
             writeFile(folderOf(*codec) / std::to_string(m_count++), bytes);
     }
 
@@ -100,7 +100,7 @@ void addPhotographs(Seeds& seeds) {
     if (!folder)
         return;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-        if (entry.is_regular_file() && entry.file_size() <= kLongest)
+        if (entry.is_regular_file() && entry.file_size() <= kMaxBytes)
             seeds.add(contentsOf(entry.path()));
 }
 

@@ -9,14 +9,14 @@
 namespace complexion::fuzz {
 
 /// Larger pictures take a fuzzer's time and show it nothing new.
-inline constexpr std::int64_t kLargestArea = 1 << 18;
+inline constexpr std::int64_t kMaxArea = 1 << 18;
 
 /// Whether all pictures that the file claims to hold are small enough to be decoded many times a second.
 inline bool isSmall(const Codec& codec, ByteView file) {
     const Result<std::vector<PixelSize>> sizes = codec.measure(file);
     return sizes && std::ranges::all_of(*sizes, [](PixelSize size) {
                return size.width >= 0 && size.height >= 0 &&
-                      std::int64_t{size.width} * size.height <= kLargestArea;
+                      std::int64_t{size.width} * size.height <= kMaxArea;
            });
 }
 

@@ -20,7 +20,7 @@ using namespace std::string_literals;
 
 const std::string kMainStart = "http://ns.adobe.com/xap/1.0/\0"s;
 const std::string kExtensionStart = "http://ns.adobe.com/xmp/extension/\0"s;
-constexpr std::size_t kMostMain = 65502;
+constexpr std::size_t kMaxMainBytes = 65502;
 
 const std::string kOpen = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
                           "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">";
@@ -274,7 +274,7 @@ TEST(ExtendedXmp, ALongPacketComesBackFromJpegWithAllItsProperties) {
 TEST(ExtendedXmp, PaddingAloneNeedsNoExtension) {
     const std::string packet = packetOf("<rdf:Description/>");
     const std::string end = "<?xpacket end=\"w\"?>";
-    const DividedXmp divided = dividedXmp(packet + std::string(70'000, ' ') + end, kMostMain);
+    const DividedXmp divided = dividedXmp(packet + std::string(70'000, ' ') + end, kMaxMainBytes);
     EXPECT_EQ(divided.main, packet + "\n" + end);
     EXPECT_EQ(divided.extension, "");
 }
@@ -282,10 +282,10 @@ TEST(ExtendedXmp, PaddingAloneNeedsNoExtension) {
 TEST(ExtendedXmp, ThePacketThatJustFitsStaysWhole) {
     const std::string small = packetOf("<rdf:Description a=\"\"/>");
     const std::string fits =
-        packetOf("<rdf:Description a=\"" + std::string(kMostMain - small.size(), 'a') + "\"/>");
-    ASSERT_EQ(fits.size(), kMostMain);
-    EXPECT_EQ(dividedXmp(fits, kMostMain).main, fits);
-    const DividedXmp divided = dividedXmp(fits + ' ', kMostMain);
+        packetOf("<rdf:Description a=\"" + std::string(kMaxMainBytes - small.size(), 'a') + "\"/>");
+    ASSERT_EQ(fits.size(), kMaxMainBytes);
+    EXPECT_EQ(dividedXmp(fits, kMaxMainBytes).main, fits);
+    const DividedXmp divided = dividedXmp(fits + ' ', kMaxMainBytes);
     EXPECT_LT(divided.main.size(), 400U);
     EXPECT_GT(divided.extension.size(), 60'000U);
 }
@@ -302,7 +302,7 @@ TEST(ExtendedXmp, APacketThatCannotBeDividedGoesIntoTheExtensionWhole) {
         "<!DOCTYPE a>" + long70,
     };
     for (const std::string& packet : packets) {
-        const DividedXmp divided = dividedXmp(packet, kMostMain);
+        const DividedXmp divided = dividedXmp(packet, kMaxMainBytes);
         EXPECT_EQ(divided.extension, packet);
         EXPECT_TRUE(contains(divided.main, xmpDigest(packet)));
         EXPECT_LT(divided.main.size(), 400U);

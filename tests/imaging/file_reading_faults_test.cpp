@@ -14,7 +14,7 @@
 namespace complexion {
 namespace {
 
-constexpr std::int64_t kLongest = std::int64_t{2} << 30;
+constexpr std::int64_t kMaxBytes = std::int64_t{2} << 30;
 
 // Flushing.
 
@@ -91,11 +91,11 @@ TEST_F(FileFaults, AFileIsJudgedByItsFirstSixtyFourBytes) {
 
 TEST_F(FileFaults, AFileOfTheGreatestLengthIsReadAndALongerOneIsNot) {
     const auto isWanted = [](ByteView) { return false; };
-    ASSERT_EQ(::truncate(m_path.c_str(), kLongest), 0);
+    ASSERT_EQ(::truncate(m_path.c_str(), kMaxBytes), 0);
     const Result<Bytes> longest = readFile(m_path, isWanted);
     ASSERT_FALSE(longest);
     EXPECT_EQ(longest.error().message, "a file of another kind");
-    ASSERT_EQ(::truncate(m_path.c_str(), kLongest + 1), 0);
+    ASSERT_EQ(::truncate(m_path.c_str(), kMaxBytes + 1), 0);
     const Result<Bytes> longer = readFile(m_path, isWanted);
     ASSERT_FALSE(longer);
     EXPECT_EQ(longer.error().message, "a file of impossible length");

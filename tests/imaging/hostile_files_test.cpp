@@ -31,10 +31,10 @@ constexpr bool kIsMeasured = false; // sanitizers take several times as much of 
 constexpr bool kIsMeasured = true;
 #endif
 
-constexpr double kMostSeconds = 2; // of processor time: the machine may have other work
-constexpr std::int64_t kMostMemoryOfRefused = std::int64_t{1} << 30;
+constexpr double kMaxSeconds = 2; // of processor time: the machine may have other work
+constexpr std::int64_t kMaxMemoryOfRefused = std::int64_t{1} << 30;
 /// What a picture of harmless size takes while it is decoded, brought to its size and encoded.
-constexpr std::int64_t kMostMemoryOfOpened = std::int64_t{1} << 30;
+constexpr std::int64_t kMaxMemoryOfOpened = std::int64_t{1} << 30;
 
 enum class Outcome { Refused, Opened, Died };
 
@@ -98,8 +98,8 @@ TEST_F(HostileFiles, AreRefusedOrOpenedQuicklyAndInLittleMemory) {
         EXPECT_NE(cost.outcome, Outcome::Died) << file.name;
         if (!kIsMeasured)
             continue;
-        EXPECT_LT(cost.seconds, kMostSeconds) << file.name;
-        EXPECT_LT(cost.memory, cost.outcome == Outcome::Refused ? kMostMemoryOfRefused : kMostMemoryOfOpened)
+        EXPECT_LT(cost.seconds, kMaxSeconds) << file.name;
+        EXPECT_LT(cost.memory, cost.outcome == Outcome::Refused ? kMaxMemoryOfRefused : kMaxMemoryOfOpened)
             << file.name;
     }
     // The worst of them, for whoever reads the log.
@@ -129,7 +129,7 @@ TEST_F(HostileFiles, OfEndlessLengthAreRefusedUnread) {
         const Cost cost = costOf([&] { return openLikeTheEditor(path, written); });
         EXPECT_EQ(cost.outcome, Outcome::Refused);
         if (kIsMeasured) {
-            EXPECT_LT(cost.seconds, kMostSeconds);
+            EXPECT_LT(cost.seconds, kMaxSeconds);
             EXPECT_LT(cost.memory, std::int64_t{256} << 20);
         }
     }

@@ -21,8 +21,8 @@ namespace complexion {
 namespace {
 
 constexpr PixelSize kSize{2400, 1600};
-constexpr rlim_t kLeastMemory = rlim_t{1} << 16;
-constexpr rlim_t kMostMemory = rlim_t{1} << 30;
+constexpr rlim_t kMinMemory = rlim_t{1} << 16;
+constexpr rlim_t kMaxMemory = rlim_t{1} << 30;
 
 /// The bytes of this process's address space.
 rlim_t addressSpace() {
@@ -84,7 +84,7 @@ protected:
     static void expectAnswers(const std::function<bool()>& work) {
         int refused = 0;
         std::optional<bool> last;
-        for (rlim_t memory = kLeastMemory; memory <= kMostMemory; memory *= 2) {
+        for (rlim_t memory = kMinMemory; memory <= kMaxMemory; memory *= 2) {
             last = answerWithin(memory, work);
             EXPECT_TRUE(last) << "died with " << memory << " bytes";
             refused += last == false ? 1 : 0;
