@@ -26,7 +26,7 @@ private:
     // Empty unless the extension changes.
     ByteView m_main;
     std::vector<const jpeg::Segment*> m_pieces; // sorted by address
-    Bytes m_anew;                               // in the main packet's place
+    Bytes m_replacement;                        // in the main packet's place
 };
 
 } // namespace complexion
