@@ -24,6 +24,7 @@
 #include <iostream>
 #include <random>
 #include <string>
+#include <thread>
 #include <unistd.h>
 
 namespace complexion {
@@ -50,11 +51,13 @@ class DriverPlatform : public Platform {
 public:
     explicit DriverPlatform(std::filesystem::path folder) : m_folder(std::move(folder)) {}
     std::uint64_t monotonicNanoseconds() override { return 0; }
-    /// No two states share a name.
+    /// The wall clock, at least 2 ms after the previous call: states are named after the millisecond, and two
+    /// of one name share a file. It never runs ahead of the wall clock, since the next process continues this
+    /// one's work.
     double secondsSince1970() override {
-        const auto now = std::chrono::system_clock::now().time_since_epoch();
-        m_time = std::max(m_time + 0.002, std::chrono::duration<double>(now).count());
-        return m_time;
+        std::this_thread::sleep_until(m_previous + std::chrono::milliseconds(2));
+        m_previous = std::chrono::system_clock::now();
+        return std::chrono::duration<double>(m_previous.time_since_epoch()).count();
     }
     std::filesystem::path temporaryDirectory() override { return m_folder; }
     void openAddress(const std::string&) override {}
@@ -62,7 +65,7 @@ public:
 
 private:
     std::filesystem::path m_folder;
-    double m_time = 0;
+    std::chrono::system_clock::time_point m_previous = std::chrono::system_clock::now();
 };
 
 /// The work of one person, whose next deed depends on nothing but the random numbers and the session.
