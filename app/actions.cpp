@@ -19,11 +19,11 @@ QAction* makeAction(QObject* parent, const QString& text, const QString& icon,
     return action;
 }
 
-/// `whatOrWhyNot` with the action's shortcut.
-void offer(QAction* action, bool possible, const QString& what, const QString& whyNot = {}) {
-    action->setEnabled(possible);
+/// Enables or disables `action`. Its tooltip is `name`, the reason if it is disabled, and its shortcut.
+void setAvailable(QAction* action, bool isAvailable, const QString& name, const QString& reason = {}) {
+    action->setEnabled(isAvailable);
     const QString shortcut = action->shortcut().toString(QKeySequence::NativeText);
-    const QString text = possible || whyNot.isEmpty() ? what : u"%1: %2"_s.arg(what, whyNot);
+    const QString text = isAvailable || reason.isEmpty() ? name : u"%1: %2"_s.arg(name, reason);
     action->setToolTip(shortcut.isEmpty() ? text : u"%1 (%2)"_s.arg(text, shortcut));
 }
 
@@ -59,17 +59,17 @@ Actions::Actions(QObject* parent) : QObject(parent) {
 
 void Actions::showState(const WindowState& state) {
     const QString noPhoto = tr("no photo is open");
-    offer(selectImage, true, tr("Select image"));
-    offer(resetImage, state.hasImage, tr("Reload image"), noPhoto);
-    offer(saveImage, state.hasImage, tr("Save image"), noPhoto);
-    offer(undo, state.canUndo, tr("Undo"), state.hasImage ? tr("nothing to take back") : noPhoto);
-    offer(redo, state.canRedo, tr("Redo"), state.hasImage ? tr("nothing to bring back") : noPhoto);
-    offer(zoomIn, state.hasImage, tr("Zoom in"), noPhoto);
-    offer(zoomOut, state.hasImage, tr("Zoom out"), noPhoto);
-    offer(resetZoom, state.hasImage, tr("Reset zoom"), noPhoto);
-    offer(actualPixels, state.hasImage, tr("Actual pixels"), noPhoto);
-    offer(compare, state.hasImage, tr("Hold to see the original"), noPhoto);
-    offer(videoTutorial, state.hasTutorial, tr("Video tutorial"), tr("none comes with this build"));
+    setAvailable(selectImage, true, tr("Select image"));
+    setAvailable(resetImage, state.hasImage, tr("Reload image"), noPhoto);
+    setAvailable(saveImage, state.hasImage, tr("Save image"), noPhoto);
+    setAvailable(undo, state.canUndo, tr("Undo"), state.hasImage ? tr("nothing to undo") : noPhoto);
+    setAvailable(redo, state.canRedo, tr("Redo"), state.hasImage ? tr("nothing to redo") : noPhoto);
+    setAvailable(zoomIn, state.hasImage, tr("Zoom in"), noPhoto);
+    setAvailable(zoomOut, state.hasImage, tr("Zoom out"), noPhoto);
+    setAvailable(resetZoom, state.hasImage, tr("Reset zoom"), noPhoto);
+    setAvailable(actualPixels, state.hasImage, tr("Actual pixels"), noPhoto);
+    setAvailable(compare, state.hasImage, tr("Hold to see the original"), noPhoto);
+    setAvailable(videoTutorial, state.hasTutorial, tr("Video tutorial"), tr("not included in this build"));
 }
 
 } // namespace complexion

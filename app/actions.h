@@ -6,7 +6,7 @@
 
 namespace complexion {
 
-/// What the commands' look and the window's title depend on.
+/// The state that decides which commands are enabled, and the window's title.
 struct WindowState {
     bool hasImage = false;
     bool canUndo = false;
@@ -15,7 +15,7 @@ struct WindowState {
     QString fileName; // of the photo, empty without one
 };
 
-/// The window's commands. Each stands once; the menu and the buttons show the same one.
+/// The window's commands. The menu and the buttons share one QAction per command.
 class Actions : public QObject {
     Q_OBJECT
 
@@ -32,14 +32,14 @@ public:
     QAction* zoomOut;
     QAction* resetZoom;
     QAction* actualPixels;
-    QAction* compare;     // lasts as long as it is held: see HeldCommand
+    QAction* compare;     // active while held down, see HeldCommand
     QAction* showPreview; // checkable
     QAction* largerArea;
     QAction* smallerArea;
     QAction* videoTutorial;
     QAction* about;
 
-    /// Offers what is possible, and tells in the tooltips why the rest is not.
+    /// Enables the commands that are possible. The tooltips of the others say why they are not.
     void showState(const WindowState& state);
 };
 

@@ -14,12 +14,12 @@ namespace complexion {
 
 namespace {
 
-constexpr int kTextWidthInLetters = 44; // about a comfortable line
+constexpr int kTextWidthInLetters = 44; // a comfortable line length
 constexpr int kMargin = 24;
 constexpr int kGap = 8;
 constexpr int kMinButtonWidth = 88;
 
-/// An alert's text in the user's language; what was marked as an alert's text has a translation.
+/// Translates a text that was marked with QT_TRANSLATE_NOOP in the context "Alerts".
 QString translated(const std::string& text) {
     return QCoreApplication::translate("Alerts", text.c_str());
 }

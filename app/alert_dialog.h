@@ -7,15 +7,14 @@
 
 namespace complexion {
 
-/// An alert as a dialog. The first button is the default one; Escape, like closing the dialog, gives the
-/// answer of the last.
+/// Shows an alert. The first button is the default; Escape and closing the dialog choose the last one.
 class AlertDialog : public QDialog {
     Q_OBJECT
 
 public:
     explicit AlertDialog(const Alert& alert, QWidget* parent = nullptr);
 
-    /// kFirstButton, kSecondButton and so on: the button that was pressed.
+    /// The button that was pressed: kFirstButton, kSecondButton and so on.
     int answer() const { return m_answer; }
 
 protected:

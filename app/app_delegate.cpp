@@ -5,7 +5,7 @@ namespace complexion {
 
 namespace {
 
-/// Neither the start nor the end needs anything.
+/// Starting and quitting need no work here.
 void nothingToDo() {}
 
 } // namespace

@@ -3,7 +3,7 @@
 
 namespace complexion {
 
-/// What the application asks at its start and its end.
+/// Called when the application starts and before it quits.
 class AppDelegate {
 public:
     void applicationDidFinishLaunching();

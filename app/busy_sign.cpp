@@ -8,7 +8,7 @@ namespace complexion {
 
 namespace {
 
-constexpr int kTop = 16; // from the root view's edge
+constexpr int kTop = 16; // points from the root view's top
 constexpr int kMarginX = 20;
 constexpr int kMarginY = 10;
 

@@ -5,15 +5,15 @@
 
 namespace complexion {
 
-/// Says what long work is being done while the window cannot answer: a line of text over the photo, and the
-/// busy cursor. Work may begin within work; the sign stays until the last has ended.
+/// A line of text over the photo that says what the program is busy with while the window does not respond,
+/// and the busy cursor. Calls nest: the sign is shown until the outermost `end`.
 class BusySign : public QLabel {
     Q_OBJECT
 
 public:
     explicit BusySign(QWidget* parent);
 
-    /// Shows the sign at once: the event loop will not run before the work has ended.
+    /// Paints the sign immediately: the event loop does not run until the work is done.
     void begin(const QString& what);
     void end();
 

@@ -33,12 +33,12 @@ constexpr int kHelpMarginY = 20;
 constexpr int kHelpGap = 16;
 constexpr int kTutorialIconSize = 20;
 
-constexpr double kCornerRadius = 10; // the box's
-constexpr float kHoverLight = 0.06F;
-constexpr float kPressedDark = 0.3F;
+constexpr double kCornerRadius = 10;  // the same as Box's
+constexpr float kHoverAlpha = 0.06F;  // of white
+constexpr float kPressedAlpha = 0.3F; // of black
 constexpr double kRingWidth = 2;
 
-/// Two centred lines, the first of them large, as a button.
+/// A button with two centred lines of text, the first one large.
 class HintButton : public QAbstractButton {
 public:
     HintButton(const QString& headline, const QString& line, QWidget* parent)
@@ -78,7 +78,7 @@ private:
     QString m_line;
 };
 
-/// A drawing of the help card, drawn anew for each screen.
+/// An icon of the help card, rendered at the screen's device pixel ratio.
 class Drawing : public QWidget {
 public:
     explicit Drawing(QString name) : m_name(std::move(name)) { setFixedSize(kDrawingSize, kDrawingSize); }
@@ -95,7 +95,7 @@ private:
     QString m_name;
 };
 
-/// The tutorial's line, a button: its icon and text stand in line with the drawings and lines above.
+/// The button for the tutorial. Its icon and text align with the icons and lines above it.
 class TutorialButton : public QAbstractButton {
 public:
     TutorialButton(QAction* action, QWidget* parent) : QAbstractButton(parent) {
@@ -143,7 +143,7 @@ void paintCardButtonState(QPainter& painter, const QAbstractButton& button) {
     const QRectF area(button.rect());
     if (button.isEnabled() && (button.isDown() || button.underMouse())) {
         QColor tint = button.isDown() ? QColor(Qt::black) : QColor(Qt::white);
-        tint.setAlphaF(button.isDown() ? kPressedDark : kHoverLight);
+        tint.setAlphaF(button.isDown() ? kPressedAlpha : kHoverAlpha);
         painter.setPen(Qt::NoPen);
         painter.setBrush(tint);
         painter.drawRoundedRect(area, kCornerRadius, kCornerRadius);

@@ -9,15 +9,14 @@ class QPainter;
 
 namespace complexion {
 
-/// What is said before a photo is open: drop one, or choose one. The whole card is one button, which triggers
-/// `selectImage`.
+/// The card shown while no photo is open: drop a photo, or click to choose one. The whole card is one button,
+/// which triggers `selectImage`.
 Box* makeHintCard(QWidget* parent, QAction* selectImage);
 
-/// How it works, in three lines with small drawings, and the video tutorial.
+/// The card with three lines of instructions, each with an icon, and a button for the video tutorial.
 Box* makeHelpCard(QWidget* parent, QAction* videoTutorial);
 
-/// Lightens a button of a card under the mouse, darkens it while it is pressed, and rings it when it has the
-/// focus.
+/// Paints a card button's hover and pressed tint and its focus ring.
 void paintCardButtonState(QPainter& painter, const QAbstractButton& button);
 
 } // namespace complexion

@@ -9,7 +9,7 @@ namespace complexion {
 
 namespace {
 
-// The options that QApplication and its X11 platform take, without their dashes.
+// The options of QApplication and its X11 platform plug-in, without their dashes.
 constexpr std::array<std::string_view, 14> kToolkitOptionsWithValue = {
     "platform",    "platformpluginpath", "platformtheme", "plugin", "qwindowgeometry", "geometry",
     "qwindowicon", "qwindowtitle",       "session",       "style",  "stylesheet",      "display",
@@ -26,19 +26,19 @@ std::string_view withoutDashes(std::string_view option) {
 CommandLine CommandLine::parse(std::span<char* const> arguments) {
     CommandLine line;
     bool optionsEnded = false;
-    const auto refuse = [&line](const std::string& mistake) {
-        if (line.mistake.empty())
-            line.mistake = mistake;
+    const auto fail = [&line](const std::string& error) {
+        if (line.usageError.empty())
+            line.usageError = error;
     };
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view word = arguments[i];
         if (i == 0) {
-            line.forToolkit.push_back(arguments[i]);
+            line.toolkitArguments.push_back(arguments[i]);
             continue;
         }
         if (optionsEnded || !word.starts_with('-') || word == "-") {
             if (line.photo)
-                refuse("one photo at a time: '" + std::string(word) + "' is one too many");
+                fail("only one photo can be opened: unexpected '" + std::string(word) + "'");
             else
                 line.photo = word;
             continue;
@@ -51,18 +51,18 @@ CommandLine CommandLine::parse(std::span<char* const> arguments) {
         } else if (word == "--version") {
             line.version = true;
         } else if (std::ranges::find(kToolkitOptions, option) != kToolkitOptions.end()) {
-            line.forToolkit.push_back(arguments[i]);
+            line.toolkitArguments.push_back(arguments[i]);
         } else if (std::ranges::find(kToolkitOptionsWithValue, option.substr(0, option.find('='))) !=
                    kToolkitOptionsWithValue.end()) {
-            line.forToolkit.push_back(arguments[i]);
+            line.toolkitArguments.push_back(arguments[i]);
             if (option.find('=') != std::string_view::npos)
                 continue;
             if (++i < arguments.size())
-                line.forToolkit.push_back(arguments[i]);
+                line.toolkitArguments.push_back(arguments[i]);
             else
-                refuse("option '" + std::string(word) + "' needs a value");
+                fail("option '" + std::string(word) + "' needs a value");
         } else {
-            refuse("unknown option '" + std::string(word) + "'");
+            fail("unknown option '" + std::string(word) + "'");
         }
     }
     return line;

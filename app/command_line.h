@@ -9,23 +9,23 @@
 
 namespace complexion {
 
-/// What the words behind the program's name ask for. Understood before there is a display: help, the version
-/// and mistakes are answered on the terminal.
+/// The parsed command line. Parsing needs no display, so --help, --version and usage errors also work in a
+/// plain terminal.
 struct CommandLine {
-    /// Exit status where the command line is not understood.
+    /// The exit status for a usage error.
     static constexpr int kUsageError = 2;
 
-    /// `arguments` begin with the program's name. "--" ends the options.
+    /// Parses `arguments`, the first of which is the program's name. "--" ends the options.
     static CommandLine parse(std::span<char* const> arguments);
 
     bool help = false;
     bool version = false;
-    std::string mistake; // one line without its end; empty for none
+    std::string usageError; // one line without a newline; empty if there is none
     std::optional<std::filesystem::path> photo;
-    std::vector<char*> forToolkit; // the program's name and the toolkit's own options
+    std::vector<char*> toolkitArguments; // the program's name and the options for Qt
 };
 
-/// What `--help` prints.
+/// The text that --help prints.
 std::string helpText();
 
 } // namespace complexion

@@ -66,7 +66,7 @@ void connectActions(const Actions& actions, ViewController& controller) {
                      [&controller] { controller.StepEditAreaSize(-1); });
 }
 
-/// Only what the user does sends an action; a control that is set from code sends none.
+/// Connects the signals that only user actions emit, so that setting a control from code triggers no action.
 void connectSettings(const SettingsBar& bar, ViewController& controller) {
     QLineEdit* field = bar.textFieldEditAreaSize;
     Stepper* stepper = bar.stepperEditAreaSize;
@@ -76,7 +76,7 @@ void connectSettings(const SettingsBar& bar, ViewController& controller) {
         if (field->text() != QString::number(stepper->integerValue()))
             controller.OnEditAreaSizeChanged(field);
     });
-    // A size that is confirmed or cancelled is done with: the keys belong to the photo again.
+    // Once a size is confirmed or cancelled, the photo gets the keyboard focus again.
     const auto leaveField = [&controller] { controller.imageView->setFocus(); };
     QObject::connect(field, &QLineEdit::returnPressed, &controller, leaveField);
     QObject::connect(&bar, &SettingsBar::sizeEntryCancelled, &controller, leaveField);
@@ -92,23 +92,23 @@ void connectMouse(RootView& root, ViewController& controller) {
     QObject::connect(&root, &RootView::visibleAreaResized, &controller, &ViewController::visibleAreaResized);
 }
 
-/// Where the hand is, what it does there, and what is shown for it.
-void connectHand(MainWindow& window, ViewController& controller) {
+/// Mouse, wheel and keys over the photo, and the disc that follows them.
+void connectPhotoInput(MainWindow& window, ViewController& controller) {
     auto* const aim = new Aim(controller, &window.editDisc(), controller.queues(), &controller);
     const PhotoInput* input = &window.photoInput();
     QObject::connect(input, &PhotoInput::pointed, aim, &Aim::pointAt);
-    QObject::connect(input, &PhotoInput::placeMoved, aim, &Aim::moveBy);
+    QObject::connect(input, &PhotoInput::placeStepped, aim, &Aim::moveBy);
     QObject::connect(input, &PhotoInput::acted, aim, &Aim::act);
     QObject::connect(input, &PhotoInput::focusTaken, aim, &Aim::takeKeys);
     QObject::connect(input, &PhotoInput::focusShown, &window.editDisc(), &EditDisc::setFocusShown);
     QObject::connect(input, &PhotoInput::zoomed, &controller, &ViewController::ZoomAbout);
     QObject::connect(input, &PhotoInput::sizeStepped, &controller, &ViewController::StepEditAreaSize);
     QObject::connect(input, &PhotoInput::thresholdStepped, &controller, &ViewController::StepThreshold);
-    QObject::connect(input, &PhotoInput::photoMoved, &controller, &ViewController::MovePhoto);
+    QObject::connect(input, &PhotoInput::panned, &controller, &ViewController::MovePhoto);
     QObject::connect(aim, &Aim::placeChanged, &window.photoInput(),
                      [&window, aim] { window.photoInput().setPointerHidden(aim->place().has_value()); });
-    QObject::connect(aim, &Aim::told, &window, [&window](const QString& what) {
-        announceDescription(*window.rootView().imageView(), what);
+    QObject::connect(aim, &Aim::announced, &window, [&window](const QString& text) {
+        announceDescription(*window.rootView().imageView(), text);
     });
 
     const Actions& actions = window.actions();
@@ -155,7 +155,8 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
 
     QObject::connect(&controller, &ViewController::stateChanged, &window, [&window, &controller] {
         WindowState state = stateOf(controller);
-        // Undo and redo rest for the moments of a repair; their buttons need not blink.
+        // Undo and redo are disabled during a repair. Keep their buttons as they are, so that they do not
+        // flicker.
         if (controller.imageProcessing) {
             state.canUndo = window.actions().undo->isEnabled();
             state.canRedo = window.actions().redo->isEnabled();
@@ -174,7 +175,7 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     connectActions(window.actions(), controller);
     connectSettings(*window.contents().boxEditSettings, controller);
     connectMouse(window.rootView(), controller);
-    connectHand(window, controller);
+    connectPhotoInput(window, controller);
     connectPipette(window, controller);
     QObject::connect(window.actions().about, &QAction::triggered, &window,
                      [&dialogs] { showAbout(dialogs); });

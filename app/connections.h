@@ -6,8 +6,8 @@
 
 namespace complexion {
 
-/// Joins the window and its controller: outlets, actions, the mouse, and what the window shows of the
-/// controller's state. The one place where they are connected.
+/// Connects the window and its controller: outlets, actions, mouse and keys, and the state that the window
+/// shows. No other code connects them.
 void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dialogs);
 
 } // namespace complexion

@@ -20,10 +20,10 @@ constexpr int kMargin = 16;
 constexpr int kGap = 8;
 constexpr int kIconSize = 20;
 constexpr int kRowHeight = 44;
-constexpr int kMaxNameWidth = 180; // longer names are elided
-constexpr int kMaxTextWidth = 480; // longer lines are, too
+constexpr int kMaxNameWidth = 180; // points; longer names are elided
+constexpr int kMaxTextWidth = 480; // points; longer lines are elided
 
-/// A line of text, with an icon before it or without, as a button.
+/// A button with one line of text and an optional icon before it.
 class LineButton : public QAbstractButton {
 public:
     LineButton(const QString& text, const QString& icon, QWidget* parent)
@@ -73,7 +73,7 @@ ContinueCard::ContinueCard(QWidget* parent) : Box(parent), m_rows(new QGridLayou
 
 void ContinueCard::setWork(const std::vector<Work>& works) {
     while (QLayoutItem* const item = m_rows->takeAt(0)) {
-        // The button that was pressed may be among them.
+        // Deleted later: one of them may be emitting `clicked` right now.
         item->widget()->hide();
         item->widget()->deleteLater();
         delete item;
@@ -94,16 +94,16 @@ QString ContinueCard::offer(const QString& fileName, std::int64_t repairs) {
 
 void ContinueCard::addRow(int row, const Work& work) {
     const QString shownName = fontMetrics().elidedText(work.fileName, Qt::ElideMiddle, kMaxNameWidth);
-    auto* const go = new LineButton(offer(shownName, work.repairs), u"redo"_s, this);
-    go->setAccessibleName(offer(work.fileName, work.repairs));
-    go->setToolTip(go->accessibleName());
+    auto* const resume = new LineButton(offer(shownName, work.repairs), u"redo"_s, this);
+    resume->setAccessibleName(offer(work.fileName, work.repairs));
+    resume->setToolTip(resume->accessibleName());
     auto* const forget = new LineButton(tr("Forget"), {}, this);
     forget->setAccessibleName(tr("Forget %1").arg(work.fileName));
-    connect(go, &QAbstractButton::clicked, this, [this, row] { Q_EMIT continued(row); });
+    connect(resume, &QAbstractButton::clicked, this, [this, row] { Q_EMIT continued(row); });
     connect(forget, &QAbstractButton::clicked, this, [this, row] { Q_EMIT forgotten(row); });
-    m_rows->addWidget(go, row, 0);
+    m_rows->addWidget(resume, row, 0);
     m_rows->addWidget(forget, row, 1);
-    go->show();
+    resume->show();
     forget->show();
 }
 

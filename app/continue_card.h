@@ -12,13 +12,13 @@ class QGridLayout;
 
 namespace complexion {
 
-/// Offers to go on with work that ended without being asked to: a row each with a button to continue and one
-/// to forget it. Hidden while there is none.
+/// Offers to resume work that a crash or the system interrupted: one row per photo, with a button to continue
+/// and one to forget the work. Hidden if there is none.
 class ContinueCard : public Box {
     Q_OBJECT
 
 public:
-    /// At most so many are offered at a time: the smallest window has no room for more.
+    /// The number of rows that fit into the smallest window.
     static constexpr int kMaxRows = 2;
 
     struct Work {
@@ -28,11 +28,11 @@ public:
 
     explicit ContinueCard(QWidget* parent);
 
-    /// Shows the first kMaxRows of them.
+    /// Shows the first kMaxRows entries of `works`.
     void setWork(const std::vector<Work>& works);
 
 Q_SIGNALS:
-    /// The row's number, from 0.
+    /// A button of row `row` was pressed, counted from 0.
     void continued(int row);
     void forgotten(int row);
 

@@ -7,18 +7,18 @@ namespace complexion {
 
 namespace {
 
-// Control characters that Latin 1 has above ASCII.
+// The C1 control characters of Latin 1.
 constexpr char16_t kFirstControl = 0x80;
 constexpr char16_t kLastControl = 0x9f;
 
-bool isReachable(const std::filesystem::path& path) {
+bool isRepresentable(const std::filesystem::path& path) {
     return QFile::encodeName(QFile::decodeName(path.c_str())).toStdString() == path.native();
 }
 
 } // namespace
 
 QString shownName(const std::filesystem::path& name) {
-    if (isReachable(name))
+    if (isRepresentable(name))
         return QFile::decodeName(name.c_str());
     QString text = QString::fromLatin1(name.c_str());
     for (QChar& character : text)
@@ -27,8 +27,8 @@ QString shownName(const std::filesystem::path& name) {
     return text;
 }
 
-QString reachableFolder(std::filesystem::path folder) {
-    while (!isReachable(folder) && folder.has_relative_path())
+QString representableFolder(std::filesystem::path folder) {
+    while (!isRepresentable(folder) && folder.has_relative_path())
         folder = folder.parent_path();
     return QFile::decodeName(folder.c_str());
 }

@@ -7,14 +7,14 @@
 
 namespace complexion {
 
-// The toolkit's texts hold names that are UTF-8. Of any other name they lose bytes: the editor's paths keep
-// them, and only what is shown is made by these functions.
+// QString cannot represent file names that are not valid UTF-8. The editor therefore keeps paths as bytes,
+// and converts them with these functions only for display.
 
-/// A file's name to be read by people, and to propose for a new file: as it is when it is UTF-8, otherwise
-/// taken as Latin 1, which is what older systems wrote.
+/// A file's name for display, and to propose for a new file. Decoded as UTF-8 if it is valid, otherwise as
+/// Latin 1, which older systems used.
 QString shownName(const std::filesystem::path& name);
 
-/// The folder itself, or the nearest one around it whose path the toolkit can hold.
-QString reachableFolder(std::filesystem::path folder);
+/// `folder`, or its nearest ancestor whose path a QString can represent.
+QString representableFolder(std::filesystem::path folder);
 
 } // namespace complexion

@@ -11,9 +11,9 @@ HeldCommand::HeldCommand(QAction* action, QAbstractButton* button) : QObject(but
     action->setAutoRepeat(false);
     connect(button, &QAbstractButton::pressed, this, [this] { setHeld(true); });
     connect(button, &QAbstractButton::released, this, [this] { setHeld(false); });
-    // The button triggers its action too, before it announces its release.
+    // The button also triggers its action, before it emits `released`.
     connect(action, &QAction::triggered, this, [this] { setHeld(true); });
-    // A button that is disabled while it is down announces no release.
+    // A button that is disabled while it is down does not emit `released`.
     connect(action, &QAction::enabledChanged, this, [this](bool isEnabled) {
         if (!isEnabled)
             setHeld(false);
@@ -32,8 +32,8 @@ void HeldCommand::setHeld(bool isHeld) {
 }
 
 bool HeldCommand::eventFilter(QObject* watched, QEvent* event) {
-    // Which key of the layout stands for the shortcut is the toolkit's knowledge: the first one that is let
-    // go.
+    // Which key produces the shortcut depends on the keyboard layout, and Qt does not report it. The first
+    // key that is released ends the command.
     const bool isKeyUp =
         event->type() == QEvent::KeyRelease && !static_cast<QKeyEvent*>(event)->isAutoRepeat();
     if ((isKeyUp && !m_button->isDown()) || event->type() == QEvent::ApplicationDeactivate ||

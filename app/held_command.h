@@ -8,12 +8,12 @@ class QAbstractButton;
 
 namespace complexion {
 
-/// A command that lasts as long as its button or its key is held down.
+/// A command that is active while its button or its shortcut key is held down.
 class HeldCommand : public QObject {
     Q_OBJECT
 
 public:
-    /// `button` has `action` as its own; the action's shortcut is the key.
+    /// `action` is the button's default action; its shortcut is the key.
     HeldCommand(QAction* action, QAbstractButton* button);
 
     bool isHeld() const { return m_isHeld; }
@@ -22,7 +22,7 @@ Q_SIGNALS:
     void held(bool isHeld);
 
 protected:
-    /// Watches the application for the end while a key holds.
+    /// Watches for the release of the key, and for the window losing the focus.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

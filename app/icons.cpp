@@ -18,8 +18,8 @@ QString drawingPath(const QString& name) {
     return u":/icons/%1.svg"_s.arg(name);
 }
 
-/// The drawing as a stencil that `color` is poured through; `size` in device pixels. Each is drawn once:
-/// buttons ask whenever they are painted.
+/// The icon's alpha channel filled with `color`; `size` in device pixels. Cached, as buttons ask for it at
+/// every repaint.
 QPixmap tinted(const QString& name, const QSize& size, const QColor& color) {
     const QString key =
         u"complexion/%1/%2x%3/%4"_s.arg(name).arg(size.width()).arg(size.height()).arg(color.rgba());
@@ -52,7 +52,7 @@ QColor stateColor(QIcon::Mode mode) {
     }
 }
 
-/// Draws a stencil at the very size that is asked for, so that it is sharp at every pixel ratio.
+/// Renders the icon at exactly the requested size, so that it is sharp at every device pixel ratio.
 class LineIconEngine : public QIconEngine {
 public:
     explicit LineIconEngine(QString name) : m_name(std::move(name)) {}

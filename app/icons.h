@@ -7,14 +7,14 @@
 
 namespace complexion {
 
-/// One of the drawings in app/icons by its name, drawn at whatever size and pixel ratio is asked for, in the
-/// palette's text colour of the control's state.
+/// The icon `name` from app/icons, rendered at any size and device pixel ratio in the palette's text colour
+/// for the control's state.
 QIcon lineIcon(const QString& name);
 
-/// The same drawing in one colour, `size` points wide and high.
+/// The same icon in one colour, `size` points wide and high.
 QPixmap linePixmap(const QString& name, int size, const QColor& color, double devicePixelRatio);
 
-/// The program's own icon.
+/// The application's icon.
 QIcon applicationIcon();
 
 } // namespace complexion

@@ -11,7 +11,8 @@
 
 #include <algorithm>
 
-// Outside of any namespace, as the macro demands: the resources stand in a static library.
+// Q_INIT_RESOURCE must be called outside of any namespace. It is needed because the resources are in a static
+// library.
 // NOLINTNEXTLINE(misc-use-anonymous-namespace)
 static void loadResources() {
     Q_INIT_RESOURCE(app);
@@ -23,7 +24,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The pixel size of a desktop's text at its usual setting, 10 points at 96 dots per inch.
+/// Pixels of a desktop's default text size, 10 points at 96 dpi.
 constexpr double kUsualSystemTextSize = 40.0 / 3;
 
 constexpr QRgb kText = 0xFFF2F2F2;
@@ -65,7 +66,7 @@ QPalette darkRoom() {
     return palette;
 }
 
-/// The base style where the desktop toolkits agree on another behaviour.
+/// Fusion, with the behaviour that other desktop toolkits agree on.
 class DarkRoomStyle : public QProxyStyle {
 public:
     DarkRoomStyle() : QProxyStyle(u"Fusion"_s) {}
@@ -73,9 +74,9 @@ public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override {
         switch (hint) {
-        case SH_Slider_AbsoluteSetButtons: // a click on the groove goes there
+        case SH_Slider_AbsoluteSetButtons: // a click on the groove moves the handle there
             return Qt::LeftButton;
-        case SH_ComboBox_Popup: // all of a list is seen at once
+        case SH_ComboBox_Popup: // a plain list below the box, not centred on the current item
         case SH_DialogButtonBox_ButtonsHaveIcons:
         case SH_EtchDisabledText:
             return 0;
@@ -94,8 +95,8 @@ double systemFontScale() {
 
 void applyLook(QApplication& application, double fontScale) {
     loadResources();
-    QApplication::setStyle(new DarkRoomStyle); // the application owns it from here on
-    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): told of the line above
+    QApplication::setStyle(new DarkRoomStyle); // takes ownership
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): reported for the line above
     QApplication::setPalette(darkRoom());
     QApplication::setFont(applicationFont(fontScale));
     QFile sheet(u":/look.qss"_s);

@@ -5,11 +5,11 @@ class QApplication;
 
 namespace complexion {
 
-/// How much larger than usual the user's desktop sets its text, 1 to 2.
+/// The desktop's text size relative to its usual one, clamped to 1 to 2.
 double systemFontScale();
 
-/// Gives the application its look: a dark room, whatever the desktop's own colours are, one warm accent, and
-/// text of a geometric kind at `fontScale` times its usual size.
+/// Sets the application's style, palette, style sheet and font: always dark, whatever the desktop's colours
+/// are, with one warm accent colour and a geometric font at `fontScale` times its usual size.
 void applyLook(QApplication& application, double fontScale);
 
 } // namespace complexion

@@ -2,13 +2,13 @@
 #include "app/app_delegate.h"
 #include "app/command_line.h"
 #include "app/connections.h"
-#include "app/end_signals.h"
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
 #include "app/private_folder.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
+#include "app/termination_signals.h"
 #include "app/translation.h"
 #include "app/tutorial_page.h"
 #include "app/unfinished_work.h"
@@ -29,7 +29,7 @@ using namespace complexion;
 
 namespace {
 
-/// Asks before the desktop session ends, where the session lets programs ask.
+/// Asks the user before the desktop session ends, if the session manager allows interaction.
 void answerSessionEnd(QSessionManager& manager, ViewController& controller) {
     const bool mayAsk = manager.allowsInteraction();
     const bool mayEnd = controller.sessionMayEnd(mayAsk);
@@ -39,18 +39,17 @@ void answerSessionEnd(QSessionManager& manager, ViewController& controller) {
         manager.cancel();
 }
 
-/// The path as given where the working folder is gone: a relative one then opens nothing, and the user is
-/// told so.
+/// `path` itself if the working folder has been deleted. Opening a relative one then fails with an alert.
 std::filesystem::path absoluteIfPossible(const std::filesystem::path& path) {
     std::error_code failed;
     const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
     return failed ? path : absolute;
 }
 
-/// The exit status where the command line asks for no window.
+/// Handles a usage error, --help and --version. Returns the exit status; nothing if the window is to open.
 std::optional<int> answerOnTerminal(const CommandLine& line) {
-    if (!line.mistake.empty()) {
-        std::fprintf(stderr, "complexion: %s\nTry 'complexion --help'.\n", line.mistake.c_str());
+    if (!line.usageError.empty()) {
+        std::fprintf(stderr, "complexion: %s\nTry 'complexion --help'.\n", line.usageError.c_str());
         return CommandLine::kUsageError;
     }
     if (line.help)
@@ -68,9 +67,9 @@ int main(int argc, char** argv) {
     CommandLine line = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
     if (const std::optional<int> status = answerOnTerminal(line))
         return *status;
-    int toolkitCount = static_cast<int>(line.forToolkit.size());
-    line.forToolkit.push_back(nullptr);
-    QApplication application(toolkitCount, line.forToolkit.data());
+    int toolkitCount = static_cast<int>(line.toolkitArguments.size());
+    line.toolkitArguments.push_back(nullptr);
+    QApplication application(toolkitCount, line.toolkitArguments.data());
     QApplication::setApplicationName(QStringLiteral("complexion"));
     QApplication::setApplicationDisplayName(QStringLiteral("Complexion"));
     QApplication::setApplicationVersion(QStringLiteral(COMPLEXION_VERSION));
@@ -84,23 +83,23 @@ int main(int argc, char** argv) {
     QObject::connect(&application, &QCoreApplication::aboutToQuit,
                      [&delegate] { delegate.applicationWillTerminate(); });
 
-    // Static, so that it goes with exit() too: that is how the toolkit ends when it loses the display.
+    // Static, so that exit() destroys it too: Qt calls exit() when it loses the display.
     static const Result<PrivateFolder> folder = PrivateFolder::create();
     if (!folder) {
         std::fprintf(stderr, "complexion: %s\n", folder.error().message.c_str());
         return 1;
     }
 
-    // The toolkit's panels keep the folders visited and the colours chosen. Here they go when the program
-    // ends.
+    // Qt's dialogs store visited folders and chosen colours. Store them in the private folder, which is
+    // removed when the program ends.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                        QString::fromStdString(folder->path().string()));
 
     MainWindow window;
     std::shared_ptr<ViewController> controller;
     WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; }, folder->path());
-    // Ending asks nothing: who asks for it has asked the user. No close event is sent, so the window's
-    // closing is announced here.
+    // Asks nothing: the caller has already asked the user. exit() sends no close event, so windowWillClose is
+    // called here.
     const auto end = [&controller] {
         controller->windowWillClose();
         QCoreApplication::exit();
@@ -112,10 +111,10 @@ int main(int argc, char** argv) {
         controller->tutorialAddress =
             tutorialPageAddress(QCoreApplication::applicationDirPath(), QLocale().name().section(u'_', 0, 0));
     connectWindow(window, *controller, dialogs);
-    // The system's end asks nothing either, but is no answer: what was done can be continued.
-    const EndSignals endSignals;
-    QObject::connect(&endSignals, &EndSignals::received, &window, [&controller] {
-        controller->endBySystem();
+    // On a signal the journal is kept, so that the work can be resumed.
+    const TerminationSignals terminationSignals;
+    QObject::connect(&terminationSignals, &TerminationSignals::received, &window, [&controller] {
+        controller->terminateBySystem();
         QCoreApplication::exit();
     });
     QObject::connect(
@@ -133,6 +132,6 @@ int main(int argc, char** argv) {
     window.show();
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
-    queues.finish(); // while the controls that work in the background reads are there
+    queues.finish(); // before the window, whose controls background work may use, is destroyed
     return status;
 }

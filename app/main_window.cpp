@@ -15,10 +15,10 @@ using namespace Qt::StringLiterals;
 
 constexpr QSize kMinSize(900, 600);
 constexpr QSize kUsualSize(1440, 960);
-constexpr QSize kLeftOfScreen(48, 72); // for the window's frame and what else stands there
+constexpr QSize kScreenMargin(48, 72); // for the window frame and desktop panels
 
-/// The toolkit's menu bar takes the focus when Alt is pressed and let go with nothing in between. A turn of
-/// the wheel is something in between.
+/// Qt's menu bar takes the focus when Alt is pressed and released with no event in between. It does not count
+/// wheel events; this class does.
 class MenuBar : public QMenuBar {
 public:
     using QMenuBar::QMenuBar;
@@ -26,8 +26,8 @@ public:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Wheel) {
-            QEvent use(QEvent::Shortcut); // what the toolkit knows as a use of the key
-            QMenuBar::eventFilter(watched, &use);
+            QEvent shortcut(QEvent::Shortcut); // makes the base class forget the pressed Alt
+            QMenuBar::eventFilter(watched, &shortcut);
         }
         return QMenuBar::eventFilter(watched, event);
     }
@@ -48,7 +48,7 @@ MainWindow::MainWindow()
     makeMenus();
     const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());
     setMinimumSize(kMinSize.expandedTo(needed));
-    resize(kUsualSize.boundedTo(screen()->availableSize() - kLeftOfScreen).expandedTo(minimumSize()));
+    resize(kUsualSize.boundedTo(screen()->availableSize() - kScreenMargin).expandedTo(minimumSize()));
     showState({});
     m_root->imageView()->setFocus();
 }
@@ -74,8 +74,8 @@ void MainWindow::showState(const WindowState& state) {
     const QWidget* const focused = focusWidget();
     const bool hadFocus = focused && focused->isEnabled();
     m_actions->showState(state);
-    // The toolkit would hand the focus of a button that can do nothing any more on to the next one, where the
-    // same key does something else.
+    // Qt would pass the focus of a button that has just been disabled to the next one, where the same key
+    // does something else.
     if (hadFocus && !focused->isEnabled())
         m_root->imageView()->setFocus();
     setWindowTitle(state.fileName.isEmpty() ? u"Complexion"_s : u"%1 — Complexion"_s.arg(state.fileName));
@@ -86,7 +86,7 @@ void MainWindow::paintEvent(QPaintEvent* event) {
     if (m_hasAppeared)
         return;
     m_hasAppeared = true;
-    // After this first picture has reached the screen.
+    // Queued, so that the first frame is on the screen.
     QTimer::singleShot(0, this, &MainWindow::appeared);
 }
 

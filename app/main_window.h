@@ -12,7 +12,7 @@
 
 namespace complexion {
 
-/// The one window: a menu bar over the root view.
+/// The application's only window: a menu bar and the root view below it.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -26,11 +26,11 @@ public:
     EditDisc& editDisc() const { return *m_editDisc; }
     PhotoInput& photoInput() const { return *m_photoInput; }
 
-    /// The title names the photo; the commands offer what is possible.
+    /// Updates the title, which names the photo, and the commands.
     void showState(const WindowState& state);
 
 Q_SIGNALS:
-    /// The window stands on the screen for the first time.
+    /// The window has been painted for the first time.
     void appeared();
 
 protected:

@@ -13,10 +13,11 @@ namespace complexion {
 
 namespace {
 
-constexpr int kFarStep = 10; // pixels of the photo
-constexpr int kMaxStep = 100;
+// Steps of the arrow keys, in pixels of the photo.
+constexpr int kShiftStep = 10;
+constexpr int kControlStep = 100;
 
-bool isTabbing(Qt::FocusReason reason) {
+bool isTabFocus(Qt::FocusReason reason) {
     return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
 }
 
@@ -30,12 +31,12 @@ PhotoInput::PhotoInput(CustomImageView* view) : QObject(view), m_view(view) {
 void PhotoInput::setPicking(bool on) {
     m_isPicking = on;
     m_isPickPressed = false;
-    showCursor();
+    updateCursor();
 }
 
 void PhotoInput::setPointerHidden(bool hidden) {
     m_isPointerHidden = hidden;
-    showCursor();
+    updateCursor();
 }
 
 Point PhotoInput::inRootView(QPointF position) const {
@@ -46,30 +47,30 @@ bool PhotoInput::eventFilter(QObject*, QEvent* event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
-        return press(*static_cast<QMouseEvent*>(event));
+        return handlePress(*static_cast<QMouseEvent*>(event));
     case QEvent::MouseMove:
-        return move(*static_cast<QMouseEvent*>(event));
+        return handleMove(*static_cast<QMouseEvent*>(event));
     case QEvent::MouseButtonRelease:
-        return release(*static_cast<QMouseEvent*>(event));
+        return handleRelease(*static_cast<QMouseEvent*>(event));
     case QEvent::Leave:
         Q_EMIT pointed(std::nullopt);
         return false;
     case QEvent::Wheel:
-        return turnWheel(*static_cast<QWheelEvent*>(event));
+        return handleWheel(*static_cast<QWheelEvent*>(event));
     case QEvent::NativeGesture:
-        return gesture(*static_cast<QNativeGestureEvent*>(event));
+        return handleGesture(*static_cast<QNativeGestureEvent*>(event));
     case QEvent::KeyPress:
-        return pressKey(*static_cast<QKeyEvent*>(event));
+        return handleKeyPress(*static_cast<QKeyEvent*>(event));
     case QEvent::KeyRelease:
-        return releaseKey(*static_cast<QKeyEvent*>(event));
+        return handleKeyRelease(*static_cast<QKeyEvent*>(event));
     case QEvent::FocusIn:
-        if (isTabbing(static_cast<QFocusEvent*>(event)->reason())) {
+        if (isTabFocus(static_cast<QFocusEvent*>(event)->reason())) {
             Q_EMIT focusShown(true);
             Q_EMIT focusTaken();
         }
         return false;
     case QEvent::FocusOut:
-        setHandOut(false);
+        setSpaceHeld(false);
         Q_EMIT focusShown(false);
         return false;
     default:
@@ -77,15 +78,15 @@ bool PhotoInput::eventFilter(QObject*, QEvent* event) {
     }
 }
 
-bool PhotoInput::press(const QMouseEvent& event) {
+bool PhotoInput::handlePress(const QMouseEvent& event) {
     const bool isLeft = event.button() == Qt::LeftButton;
     Q_EMIT focusShown(false);
-    if (m_moving || m_isPickPressed)
+    if (m_panButton || m_isPickPressed)
         return true;
-    if (event.button() == Qt::MiddleButton || (isLeft && m_isHandOut)) {
-        m_moving = event.button();
+    if (event.button() == Qt::MiddleButton || (isLeft && m_isSpaceHeld)) {
+        m_panButton = event.button();
         m_lastPosition = event.position();
-        showCursor();
+        updateCursor();
         Q_EMIT pointed(std::nullopt);
         return true;
     }
@@ -93,34 +94,34 @@ bool PhotoInput::press(const QMouseEvent& event) {
     return m_isPickPressed;
 }
 
-void PhotoInput::movePhotoTo(QPointF position) {
+void PhotoInput::panTo(QPointF position) {
     const QPointF moved = position - m_lastPosition;
     m_lastPosition = position;
     if (!moved.isNull())
-        Q_EMIT photoMoved(moved.x(), moved.y());
+        Q_EMIT panned(moved.x(), moved.y());
 }
 
-bool PhotoInput::move(const QMouseEvent& event) {
-    if (m_moving) {
-        movePhotoTo(event.position());
+bool PhotoInput::handleMove(const QMouseEvent& event) {
+    if (m_panButton) {
+        panTo(event.position());
         return true;
     }
-    if (!m_isHandOut)
+    if (!m_isSpaceHeld)
         Q_EMIT pointed(inRootView(event.position()));
     return m_isPickPressed;
 }
 
-bool PhotoInput::release(const QMouseEvent& event) {
-    if (m_moving && event.button() == *m_moving) {
-        movePhotoTo(event.position()); // the last move may not have been told
-        m_moving.reset();
-        showCursor();
-        if (!m_isHandOut)
+bool PhotoInput::handleRelease(const QMouseEvent& event) {
+    if (m_panButton && event.button() == *m_panButton) {
+        panTo(event.position()); // the last movement may have come without a move event
+        m_panButton.reset();
+        updateCursor();
+        if (!m_isSpaceHeld)
             Q_EMIT pointed(inRootView(event.position()));
         return true;
     }
-    // Who had the press has the release: a button that was down before the photo began to move, or before
-    // the pipette was taken, is the root view's.
+    // The release belongs to whoever got the press: a button that was pressed before panning or picking began
+    // is the root view's.
     if (!m_isPickPressed || event.button() != Qt::LeftButton)
         return false;
     m_isPickPressed = false;
@@ -129,13 +130,13 @@ bool PhotoInput::release(const QMouseEvent& event) {
     return true;
 }
 
-bool PhotoInput::turnWheel(QWheelEvent& event) {
+bool PhotoInput::handleWheel(QWheelEvent& event) {
     event.accept();
     const Qt::KeyboardModifiers modifiers = event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier);
     if (modifiers != m_wheelModifiers)
         m_wheel.reset();
     m_wheelModifiers = modifiers;
-    // Some systems turn the wheel sideways while Shift is held.
+    // Some systems report vertical wheel movement as horizontal while Shift is held.
     const QPoint angle = event.angleDelta();
     const bool isSideways = angle.y() == 0 && modifiers == Qt::ShiftModifier;
     const int steps = m_wheel.add(isSideways ? angle.x() : angle.y());
@@ -150,42 +151,42 @@ bool PhotoInput::turnWheel(QWheelEvent& event) {
     return true;
 }
 
-bool PhotoInput::gesture(const QNativeGestureEvent& event) {
+bool PhotoInput::handleGesture(const QNativeGestureEvent& event) {
     if (event.gestureType() == Qt::BeginNativeGesture)
-        m_pinched = 1;
+        m_pinchScale = 1;
     if (event.gestureType() != Qt::ZoomNativeGesture)
         return false;
-    m_pinched *= 1 + event.value();
-    while (m_pinched >= kZoomInFactor) {
-        m_pinched /= kZoomInFactor;
+    m_pinchScale *= 1 + event.value();
+    while (m_pinchScale >= kZoomInFactor) {
+        m_pinchScale /= kZoomInFactor;
         Q_EMIT zoomed(inRootView(event.position()), 1);
     }
-    while (m_pinched > 0 && m_pinched <= kZoomOutFactor) {
-        m_pinched /= kZoomOutFactor;
+    while (m_pinchScale > 0 && m_pinchScale <= kZoomOutFactor) {
+        m_pinchScale /= kZoomOutFactor;
         Q_EMIT zoomed(inRootView(event.position()), -1);
     }
     return true;
 }
 
-bool PhotoInput::pressKey(const QKeyEvent& event) {
+bool PhotoInput::handleKeyPress(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    const int step = modifiers == Qt::ShiftModifier     ? kFarStep
-                     : modifiers == Qt::ControlModifier ? kMaxStep
+    const int step = modifiers == Qt::ShiftModifier     ? kShiftStep
+                     : modifiers == Qt::ControlModifier ? kControlStep
                                                         : 1;
     if (modifiers & (Qt::AltModifier | Qt::MetaModifier))
         return false;
     switch (event.key()) {
     case Qt::Key_Left:
-        Q_EMIT placeMoved(-step, 0);
+        Q_EMIT placeStepped(-step, 0);
         return true;
     case Qt::Key_Right:
-        Q_EMIT placeMoved(step, 0);
+        Q_EMIT placeStepped(step, 0);
         return true;
     case Qt::Key_Up:
-        Q_EMIT placeMoved(0, -step);
+        Q_EMIT placeStepped(0, -step);
         return true;
     case Qt::Key_Down:
-        Q_EMIT placeMoved(0, step);
+        Q_EMIT placeStepped(0, step);
         return true;
     case Qt::Key_PageUp:
         Q_EMIT sizeStepped(1);
@@ -203,37 +204,37 @@ bool PhotoInput::pressKey(const QKeyEvent& event) {
         return true;
     case Qt::Key_Space:
         if (!event.isAutoRepeat())
-            setHandOut(true);
+            setSpaceHeld(true);
         return true;
     default:
         return false;
     }
 }
 
-bool PhotoInput::releaseKey(const QKeyEvent& event) {
+bool PhotoInput::handleKeyRelease(const QKeyEvent& event) {
     if (event.key() != Qt::Key_Space)
         return false;
     if (!event.isAutoRepeat())
-        setHandOut(false);
+        setSpaceHeld(false);
     return true;
 }
 
-void PhotoInput::setHandOut(bool out) {
-    if (m_isHandOut == out)
+void PhotoInput::setSpaceHeld(bool held) {
+    if (m_isSpaceHeld == held)
         return;
-    m_isHandOut = out;
+    m_isSpaceHeld = held;
     const QPoint position = m_view->mapFromGlobal(QCursor::pos());
-    if (out)
+    if (held)
         Q_EMIT pointed(std::nullopt);
-    else if (m_view->underMouse() && !m_moving)
+    else if (m_view->underMouse() && !m_panButton)
         Q_EMIT pointed(inRootView(position));
-    showCursor();
+    updateCursor();
 }
 
-void PhotoInput::showCursor() {
-    if (m_moving)
+void PhotoInput::updateCursor() {
+    if (m_panButton)
         m_view->setCursor(Qt::ClosedHandCursor);
-    else if (m_isHandOut)
+    else if (m_isSpaceHeld)
         m_view->setCursor(Qt::OpenHandCursor);
     else if (m_isPointerHidden)
         m_view->setCursor(Qt::BlankCursor);

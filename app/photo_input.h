@@ -17,19 +17,19 @@ class QWheelEvent;
 
 namespace complexion {
 
-/// What hands do over the photo beyond the plain press of the left button, which passes by: pointing, the
-/// wheel, pinching, moving the photo with the middle button or the space bar, and the keys while the photo
-/// has the focus. Points are of the root view, bottom-left origin.
+/// Turns events over the photo into signals: pointer movement, the wheel, pinch gestures, panning with the
+/// middle button or the space bar, and keys while the photo has the focus. Plain presses of the left button
+/// propagate to the root view. Points are in the root view, origin at the bottom left.
 class PhotoInput : public QObject {
     Q_OBJECT
 
 public:
-    /// Watches `view`.
+    /// Installs an event filter on `view`.
     explicit PhotoInput(CustomImageView* view);
 
-    /// While on, a press of the left button acts instead of reaching the root view.
+    /// While on, a left click emits `acted` instead of propagating to the root view.
     void setPicking(bool on);
-    /// Whether the disc stands for the pointer, which is then hidden.
+    /// Hides the mouse cursor while the disc is shown in its place.
     void setPointerHidden(bool hidden);
 
 Q_SIGNALS:
@@ -37,36 +37,37 @@ Q_SIGNALS:
     void zoomed(complexion::Point about, int steps);
     void sizeStepped(int steps);
     void thresholdStepped(int steps);
-    void photoMoved(double deltaX, double deltaY); // in points, y downward
-    void placeMoved(int columns, int rows);        // in pixels of the photo, rows downward
+    void panned(double deltaX, double deltaY); // in points, y downward
+    void placeStepped(int columns, int rows);  // in pixels of the photo, rows downward
     void acted();
     void cancelled();
     void focusTaken();           // by the Tab key
-    void focusShown(bool shown); // from then on until the mouse is used or the focus goes
+    void focusShown(bool shown); // true after Tab, false once the mouse is used or the focus is lost
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     Point inRootView(QPointF position) const;
-    bool press(const QMouseEvent& event);
-    void movePhotoTo(QPointF position);
-    bool move(const QMouseEvent& event);
-    bool release(const QMouseEvent& event);
-    bool turnWheel(QWheelEvent& event);
-    bool gesture(const QNativeGestureEvent& event);
-    bool pressKey(const QKeyEvent& event);
-    bool releaseKey(const QKeyEvent& event);
-    void setHandOut(bool out);
-    void showCursor();
+    // Handlers return whether the event is consumed.
+    bool handlePress(const QMouseEvent& event);
+    bool handleMove(const QMouseEvent& event);
+    bool handleRelease(const QMouseEvent& event);
+    bool handleWheel(QWheelEvent& event);
+    bool handleGesture(const QNativeGestureEvent& event);
+    bool handleKeyPress(const QKeyEvent& event);
+    bool handleKeyRelease(const QKeyEvent& event);
+    void panTo(QPointF position);
+    void setSpaceHeld(bool held);
+    void updateCursor();
 
     CustomImageView* m_view;
     QPointF m_lastPosition;
-    std::optional<Qt::MouseButton> m_moving; // the button that moves the photo
-    double m_pinched = 1;                    // less than a zoom step
-    WheelNotches m_wheel;                    // turned while the modifiers were
-    Qt::KeyboardModifiers m_wheelModifiers;  // these
-    bool m_isHandOut = false;                // the space bar is held down
+    std::optional<Qt::MouseButton> m_panButton; // while panning
+    double m_pinchScale = 1;                    // accumulated, less than a zoom step
+    WheelNotches m_wheel;
+    Qt::KeyboardModifiers m_wheelModifiers; // of the last wheel event
+    bool m_isSpaceHeld = false;
     bool m_isPicking = false;
     bool m_isPickPressed = false;
     bool m_isPointerHidden = false;

@@ -18,32 +18,33 @@ namespace complexion {
 namespace {
 
 constexpr std::string_view kPrefix = "complexion-";
-constexpr std::string_view kPlaceholder = "XXXXXX"; // what mkdtemp replaces
-constexpr mode_t kOwnerAlone = 0700;
+constexpr std::string_view kPlaceholder = "XXXXXX"; // replaced by mkdtemp
+constexpr mode_t kOwnerOnly = 0700;
 
 int openFolder(const std::filesystem::path& path) {
     return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
 }
 
-bool standsAt(const std::filesystem::path& path, int folder) {
-    struct stat named = {};
+/// Whether `path` still names the folder that is open as `folder`.
+bool isSameFolder(const std::filesystem::path& path, int folder) {
+    struct stat byPath = {};
     struct stat opened = {};
-    return ::lstat(path.c_str(), &named) == 0 && ::fstat(folder, &opened) == 0 &&
-           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
+    return ::lstat(path.c_str(), &byPath) == 0 && ::fstat(folder, &opened) == 0 &&
+           byPath.st_dev == opened.st_dev && byPath.st_ino == opened.st_ino;
 }
 
-bool isNamedLikeOurs(const std::filesystem::path& path) {
+bool hasOurName(const std::filesystem::path& path) {
     const std::string name = path.filename().string();
     return name.starts_with(kPrefix) && name.size() == kPrefix.size() + kPlaceholder.size();
 }
 
-/// Removes a folder that `create` has made for this user, unless a living process has it locked.
+/// Removes a folder that `create` made for this user, unless a running process holds its lock.
 void removeIfAbandoned(const std::filesystem::path& path) {
     const int folder = openFolder(path);
     struct stat status = {};
     if (folder >= 0 && ::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() &&
-        (status.st_mode & 07777) == kOwnerAlone && ::flock(folder, LOCK_EX | LOCK_NB) == 0) {
-        std::error_code ignored; // what cannot be removed stays for the next start
+        (status.st_mode & 07777) == kOwnerOnly && ::flock(folder, LOCK_EX | LOCK_NB) == 0) {
+        std::error_code ignored; // left to the next start
         std::filesystem::remove_all(path, ignored);
     }
     if (folder >= 0)
@@ -55,7 +56,7 @@ void removeAbandoned(const std::filesystem::path& parent) {
     std::vector<std::filesystem::path> found;
     for (std::filesystem::directory_iterator entry(parent, error), end; !error && entry != end;
          entry.increment(error))
-        if (isNamedLikeOurs(entry->path()))
+        if (hasOurName(entry->path()))
             found.push_back(entry->path());
     for (const std::filesystem::path& path : found)
         removeIfAbandoned(path);
@@ -71,13 +72,13 @@ Result<PrivateFolder> PrivateFolder::create() {
     for (;;) {
         std::string name = (parent / kPrefix).string().append(kPlaceholder);
         if (!mkdtemp(name.data())) // gives it mode 0700
-            return Error{"no temporary folder can be made in " + parent.string() + ": " +
+            return Error{"cannot create a temporary folder in " + parent.string() + ": " +
                          std::strerror(errno)};
-        // Where folders cannot be locked, no other run takes this one for abandoned either.
+        // On a file system without locks, other runs cannot lock this folder either, and so do not remove it.
         const int lock = openFolder(name);
-        if (lock < 0 || ::flock(lock, LOCK_EX) != 0 || standsAt(name, lock))
+        if (lock < 0 || ::flock(lock, LOCK_EX) != 0 || isSameFolder(name, lock))
             return PrivateFolder(name, lock);
-        ::close(lock); // another start found it before it was locked
+        ::close(lock); // another process removed it before it was locked
     }
 }
 
@@ -85,7 +86,7 @@ PrivateFolder::PrivateFolder(PrivateFolder&& other) noexcept
     : m_path(std::exchange(other.m_path, {})), m_lock(std::exchange(other.m_lock, -1)) {}
 
 PrivateFolder::~PrivateFolder() {
-    std::error_code ignored; // nobody is left to be told
+    std::error_code ignored; // the program is ending
     if (!m_path.empty())
         std::filesystem::remove_all(m_path, ignored);
     if (m_lock >= 0)

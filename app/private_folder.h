@@ -7,13 +7,13 @@
 
 namespace complexion {
 
-/// A new folder that only this user can enter (mode 0700), removed with everything in it when its owner goes.
-/// It is locked as long as the process lives, however that ends; a folder without a lock was left by a
-/// process that was killed.
+/// A new folder that only this user can access (mode 0700). The destructor removes it with its contents. The
+/// folder is locked while the process lives; an unlocked one was left behind by a process that was killed.
 class PrivateFolder {
 public:
-    /// Made in $TMPDIR, or in /var/tmp, which is meant for large files, where /tmp is often memory. Removes
-    /// the folders there that killed runs of this user have left.
+    /// Creates the folder in $TMPDIR, or in /var/tmp, which is meant for large files (/tmp is often in
+    /// memory). Removes the folders there that killed runs of this user left behind. An error if none can be
+    /// created.
     static Result<PrivateFolder> create();
 
     PrivateFolder(PrivateFolder&& other) noexcept;
@@ -28,7 +28,7 @@ private:
     PrivateFolder(std::filesystem::path path, int lock) : m_path(std::move(path)), m_lock(lock) {}
 
     std::filesystem::path m_path; // empty once moved from
-    int m_lock;                   // a file descriptor of the folder that holds the lock; negative for none
+    int m_lock;                   // the locked folder's file descriptor; negative if it could not be opened
 };
 
 } // namespace complexion

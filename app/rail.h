@@ -7,11 +7,11 @@ class QAction;
 
 namespace complexion {
 
-/// The width and height of a box of the rail, in points.
+/// The width and height of a rail box, in points.
 inline constexpr int kRailBoxSize = 44;
 
-/// A square box with one button that shows `action`'s icon. `objectName` is the box's outlet,
-/// `accessibleName` what the button is called.
+/// A square box with one button that shows `action`'s icon. `objectName` names the box, `accessibleName` the
+/// button.
 Box* makeRailBox(QWidget* parent, QAction* action, const QString& objectName, const QString& accessibleName);
 
 } // namespace complexion

@@ -44,23 +44,23 @@ void RootView::mousePressEvent(QMouseEvent* event) {
 }
 
 void RootView::mouseDoubleClickEvent(QMouseEvent* event) {
-    // Two clicks in quick succession are two clicks.
+    // A double click counts as two clicks.
     mousePressEvent(event);
 }
 
-bool RootView::isDrag(const QMouseEvent& event) {
+bool RootView::updateIsDrag(const QMouseEvent& event) {
     const QPointF moved = event.position() - m_pressPosition;
     if (moved.manhattanLength() >= QApplication::startDragDistance())
-        m_isDrag = true; // and remains one on its way back
+        m_isDrag = true; // also if the pointer moves back
     return m_isDrag;
 }
 
 void RootView::mouseMoveEvent(QMouseEvent* event) {
-    // A release can be lost to a dialog that opens meanwhile.
+    // A dialog that opens during a press can swallow its release.
     m_isPressed = m_isPressed && event->buttons().testFlag(Qt::LeftButton);
     if (!m_isPressed)
         return;
-    isDrag(*event);
+    updateIsDrag(*event);
     Q_EMIT mouseDragged(converted(*event));
 }
 
@@ -68,29 +68,29 @@ void RootView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !m_isPressed)
         return;
     m_isPressed = false;
-    // The release may be the first to tell of the way, or of its end: a busy program is spared the moves
-    // that others follow.
-    if (!isDrag(*event))
+    // Move events are compressed while the program is busy: the release may be the first event with the new
+    // position.
+    if (!updateIsDrag(*event))
         Q_EMIT mouseUp(converted(*event));
     else if (event->position() != m_lastPosition)
         Q_EMIT mouseDragged(converted(*event));
 }
 
-void RootView::handOn(QEvent* event) {
-    // Not sent: the application would send it back to the widget that it is dragged over.
+void RootView::forwardToImageView(QEvent* event) {
+    // Called directly: sendEvent would deliver it to the widget below the pointer again.
     static_cast<QObject*>(m_imageView)->event(event);
 }
 
 void RootView::dragEnterEvent(QDragEnterEvent* event) {
-    handOn(event);
+    forwardToImageView(event);
 }
 
 void RootView::dragMoveEvent(QDragMoveEvent* event) {
-    handOn(event);
+    forwardToImageView(event);
 }
 
 void RootView::dropEvent(QDropEvent* event) {
-    handOn(event);
+    forwardToImageView(event);
 }
 
 void RootView::resizeEvent(QResizeEvent* event) {

@@ -8,12 +8,12 @@
 
 namespace complexion {
 
-/// The window's content: the photo over all of it, boxes above. Tells of the left mouse button in its own
-/// bottom-up coordinates, hands drags on to the image view wherever they fall, and tells when its size
-/// changes.
+/// The window's content: the photo fills it, the boxes float above. Reports the left mouse button in its own
+/// bottom-up coordinates and changes of its size, and forwards drag and drop to the image view wherever it
+/// happens.
 ///
-/// A press that moves as far as the toolkit's drag distance is a drag, however short it lasts: it moves the
-/// photo, and its release sends no `mouseUp`, so that no click comes of it.
+/// A press that moves by at least the toolkit's drag distance is a drag, however short: it moves the photo,
+/// and its release emits no `mouseUp`, so that it does not count as a click.
 class RootView : public QWidget {
     Q_OBJECT
 
@@ -40,12 +40,12 @@ protected:
 
 private:
     MouseEvent converted(const QMouseEvent& event);
-    /// Lets the image view answer to a drag over a box or the root view itself.
-    void handOn(QEvent* event);
+    /// Lets the image view handle a drag over a box or the root view itself.
+    void forwardToImageView(QEvent* event);
 
     CustomImageView* m_imageView;
-    /// Whether the mouse is, or was during this press, a drag's distance away from where it was pressed.
-    bool isDrag(const QMouseEvent& event);
+    /// Whether this press is a drag, once `event` is taken into account.
+    bool updateIsDrag(const QMouseEvent& event);
 
     QPointF m_pressPosition;
     QPointF m_lastPosition; // of the mouse while the left button is down

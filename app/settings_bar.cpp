@@ -39,12 +39,11 @@ constexpr int kGroupGap = 28;
 constexpr int kGap = 8;
 constexpr int kRowGap = 10;
 constexpr int kSliderWidth = 132;
-constexpr int kPopUpLetters = 9;   // that a pop-up has room for, at least
-constexpr int kControlPadding = 8; // above and below the text of a control, together
+constexpr int kPopUpLetters = 9;   // minimum width of a pop-up
+constexpr int kControlPadding = 8; // above plus below a control's text
 constexpr int kLabelGap = 2;
-constexpr int kRingSpace =
-    6; // between the edge that a check box shows and its focus ring, which all groups align to
-constexpr int kOneRow = 5; // groups in a row
+constexpr int kRingSpace = 6; // between a check box and its focus ring
+constexpr int kOneRow = 5;    // groups in a row
 constexpr int kTwoRows = 3;
 constexpr double kLabelSize = 11;
 
@@ -55,14 +54,14 @@ QWidget* firstWidgetOf(const QLayout& layout) {
     return nullptr;
 }
 
-/// A row of controls under its label. Rows of one font are of one height, so that all stand on one line, and
-/// the label stands above the edge that the first control shows.
+/// A row of controls with a label above. All rows have the same height, so that the groups line up. The label
+/// is aligned with the visible edge of the first control, which is `ringSpace` inside its focus ring.
 QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
     auto* group = new QWidget;
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
-    label->setBuddy(firstWidgetOf(*controls)); // assistive technology has the pop-up's name from it
+    label->setBuddy(firstWidgetOf(*controls)); // the accessible name of pop-ups
     label->setContentsMargins(ringSpace, 0, 0, 0);
     auto* column = new QVBoxLayout(group);
     column->setContentsMargins(kRingSpace - ringSpace, 0, 0, 0);
@@ -119,7 +118,7 @@ SettingsBar::SettingsBar(QWidget* parent)
     stepperEditAreaSize->installEventFilter(this);
     for (QWidget* control : std::initializer_list<QWidget*>{sliderThreshold, comboRepair, comboEffect}) {
         control->installEventFilter(this);
-        control->setFocusPolicy(Qt::StrongFocus); // the toolkit's own policy has the wheel take the focus
+        control->setFocusPolicy(Qt::StrongFocus); // Qt's default lets the wheel take the focus
     }
 }
 
@@ -137,13 +136,14 @@ int SettingsBar::widthOfOneRow() const {
 }
 
 void SettingsBar::setColumns(int columns) {
-    // Moving a group asks for a new arrangement, which ends up here again.
+    // Moving a group requests another layout, which calls this again.
     if (columns == m_columns)
         return;
     m_columns = columns;
     int place = 0;
     for (QWidget* group : m_groups) {
-        m_grid->addWidget(group, place / columns, place % columns); // moves it
+        m_grid->addWidget(group, place / columns,
+                          place % columns); // moves a group that is already in the grid
         ++place;
     }
 }
@@ -156,7 +156,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize->setToolTip(tr("Radius of the disc that a click repairs, in pixels of the photo"));
     textFieldEditAreaSize->setValidator(new QRegularExpressionValidator(
         QRegularExpression(u"\\d{0,6}([.,]\\d{0,6})?"_s), textFieldEditAreaSize));
-    textFieldEditAreaSize->setAcceptDrops(false); // a photo dropped here is for the photo's view
+    textFieldEditAreaSize->setAcceptDrops(false); // drops belong to the image view
     textFieldEditAreaSize->setFixedWidth(widthOf(*textFieldEditAreaSize, u"00000"_s) + 20);
 
     stepperEditAreaSize = new Stepper;
@@ -165,7 +165,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     stepperEditAreaSize->setRange(kMinEditArea, kMaxEditArea);
     stepperEditAreaSize->setAccessibleName(tr("Edit area size in steps"));
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
-    stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // its keys work in the field
+    stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // the field handles its keys
 
     auto* row = makeControlRow(kGap / 2);
     row->addWidget(textFieldEditAreaSize);
@@ -187,7 +187,7 @@ QWidget* SettingsBar::makeThresholdGroup() {
     number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     number->setFixedWidth(widthOf(*number, u"100"_s) + 2);
     const auto showNumber = [number](float value) {
-        number->setText(QString::number(static_cast<int>(std::floor(value)))); // what a repair will use
+        number->setText(QString::number(static_cast<int>(std::floor(value)))); // the value that a repair uses
     };
     connect(sliderThreshold, &Slider::floatValueChanged, number, showNumber);
     showNumber(sliderThreshold->floatValue());
@@ -222,9 +222,9 @@ QWidget* SettingsBar::makeColorGroup() {
     pipette->setCheckable(true);
     pipette->setObjectName(u"pipette"_s);
     pipette->setAccessibleName(tr("Pick a color from the photo"));
-    connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::offerColors);
-    connect(comboRepair, &QComboBox::currentIndexChanged, this, &SettingsBar::offerColors);
-    offerColors();
+    connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::updateColorControls);
+    connect(comboRepair, &QComboBox::currentIndexChanged, this, &SettingsBar::updateColorControls);
+    updateColorControls();
 
     auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
@@ -235,7 +235,7 @@ QWidget* SettingsBar::makeColorGroup() {
     return makeGroup(tr("Color"), row, kRingSpace);
 }
 
-void SettingsBar::offerColors() {
+void SettingsBar::updateColorControls() {
     const bool natural = comboRepair->currentIndex() == static_cast<int>(RepairStyle::Natural);
     const bool autodetect = checkAutodetectColor->isChecked();
     checkAutodetectColor->setEnabled(!natural);
@@ -256,7 +256,7 @@ void SettingsBar::offerColors() {
 
 void SettingsBar::setHasPhoto(bool hasPhoto) {
     m_hasPhoto = hasPhoto;
-    offerColors();
+    updateColorControls();
 }
 
 QWidget* SettingsBar::makeEffectGroup() {
@@ -267,7 +267,7 @@ QWidget* SettingsBar::makeEffectGroup() {
 
 bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Wheel)
-        return turnWheel(watched, *event);
+        return handleWheel(watched, *event);
     if (watched != textFieldEditAreaSize || event->type() != QEvent::KeyPress)
         return Box::eventFilter(watched, event);
     switch (static_cast<QKeyEvent*>(event)->key()) {
@@ -286,7 +286,7 @@ bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {
     }
 }
 
-bool SettingsBar::turnWheel(QObject* over, QEvent& event) {
+bool SettingsBar::handleWheel(QObject* over, QEvent& event) {
     const bool isSize = over == textFieldEditAreaSize || over == stepperEditAreaSize;
     const QWidget* const owner = isSize ? textFieldEditAreaSize : qobject_cast<QWidget*>(over);
     if (!owner || !owner->hasFocus()) {

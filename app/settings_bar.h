@@ -18,7 +18,7 @@ class ColorWell;
 class Slider;
 class Stepper;
 
-/// The box with the edit settings: one row of controls under their labels, or two where one has no room.
+/// The box with the edit settings: one row of labelled controls, or two if one does not fit.
 class SettingsBar : public Box {
     Q_OBJECT
 
@@ -34,38 +34,39 @@ public:
     QToolButton* pipette; // checked while a colour is picked from the photo
     QComboBox* comboEffect;
 
-    /// A colour can only be picked from a photo.
+    /// Enables picking a colour, which needs a photo.
     void setHasPhoto(bool hasPhoto);
 
-    /// The size to take where `width` points are free.
+    /// Arranges the controls for an available width of `width` points. Returns the size needed.
     QSize arrange(int width);
 
 Q_SIGNALS:
-    /// Escape has put the size that counts back into the field.
+    /// Escape has restored the current size in the field.
     void sizeEntryCancelled();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    /// Keeps the wheel from a control without the focus: it would change by the way. Returns whether the
-    /// event is dealt with.
-    bool turnWheel(QObject* over, QEvent& event);
+    /// Ignores the wheel over a control without the focus, which would change by accident. Returns whether
+    /// the event is consumed.
+    bool handleWheel(QObject* over, QEvent& event);
     QWidget* makeSizeGroup();
     QWidget* makeThresholdGroup();
     QWidget* makeRepairGroup();
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
-    /// The colour's settings belong to the repair in one colour; what is not used says why.
-    void offerColors();
+    /// Enables the colour controls that the selected repair uses. The tooltips of the others say why they are
+    /// disabled.
+    void updateColorControls();
     int widthOfOneRow() const;
     void setColumns(int columns);
 
-    bool m_hasPhoto = false; // before the groups: making them asks for it
+    bool m_hasPhoto = false; // declared before the groups, whose initialisation reads it
     std::array<QWidget*, 5> m_groups;
     QGridLayout* m_grid;
-    int m_columns = 0; // of groups, 0 before they are placed
+    int m_columns = 0; // groups per row; 0 before the first arrangement
 };
 
 } // namespace complexion

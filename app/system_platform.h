@@ -5,10 +5,10 @@
 
 namespace complexion {
 
-/// The system that the program runs on.
+/// The real system.
 class SystemPlatform : public Platform {
 public:
-    /// `terminate` ends the application.
+    /// `terminate` quits the application.
     SystemPlatform(std::filesystem::path temporaryDirectory, std::function<void()> terminate);
 
     std::uint64_t monotonicNanoseconds() override;

@@ -8,7 +8,7 @@
 
 namespace complexion {
 
-/// A thread pool for the background, and the event loop of the thread that it is made on for the main queue.
+/// A thread pool as the background queue, and the event loop of the constructing thread as the main queue.
 class SystemQueues : public Queues {
 public:
     SystemQueues() = default;
@@ -19,11 +19,11 @@ public:
     void submitBackground(std::function<void()> work) override;
     void submitMain(std::function<void()> work) override;
 
-    /// Drops what has not begun, waits for what has, and takes no more background work.
+    /// Discards background work that has not started, waits for the rest, and accepts no more.
     void finish();
 
 private:
-    QObject m_mainQueue; // its queued events are the work; they go with it
+    QObject m_mainQueue; // receives the work as queued calls, which are discarded when it is destroyed
     QThreadPool m_background;
     bool m_finished = false;
 };

@@ -6,8 +6,8 @@
 
 namespace complexion {
 
-/// Has the program's texts, and the toolkit's, shown in the locale's language where there is a translation.
-/// English stands as it is.
+/// Installs the translations of the program's and of Qt's texts for `locale`. Texts without a translation
+/// appear in English.
 void installTranslations(QCoreApplication& application, const QLocale& locale);
 
 } // namespace complexion

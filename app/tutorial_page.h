@@ -7,8 +7,8 @@
 
 namespace complexion {
 
-/// The address of the tutorial's page that was installed with the program, in the user's language where there
-/// is one, else in English; empty when there is none. `programFolder` is the folder that the program lies in.
+/// The file URL of the installed tutorial page in `language`, or in English if there is no translation; empty
+/// if none is installed. `programFolder` contains the executable.
 std::string tutorialPageAddress(const QString& programFolder, const QString& language);
 
 } // namespace complexion

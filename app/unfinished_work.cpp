@@ -11,19 +11,20 @@ UnfinishedWork::UnfinishedWork(const std::filesystem::path& folder, ContinueCard
                                ViewController& controller, Dialogs& dialogs)
     : m_card(card), m_controller(controller), m_dialogs(dialogs), m_works(AbandonedJournal::findIn(folder)) {
     controller.setJournal(std::make_unique<Journal>(folder));
-    connect(&card, &ContinueCard::continued, this, [this](int row) { goOn(static_cast<std::size_t>(row)); });
+    connect(&card, &ContinueCard::continued, this,
+            [this](int row) { resume(static_cast<std::size_t>(row)); });
     connect(&card, &ContinueCard::forgotten, this,
             [this](int row) { forget(static_cast<std::size_t>(row)); });
     connect(&controller, &ViewController::stateChanged, this, [this] {
         if (!m_works.empty() && m_controller.hasImage()) {
             m_works.clear();
-            show();
+            updateCard();
         }
     });
-    show();
+    updateCard();
 }
 
-void UnfinishedWork::show() {
+void UnfinishedWork::updateCard() {
     std::vector<ContinueCard::Work> rows;
     for (const AbandonedJournal& work : m_works)
         rows.push_back({.fileName = shownName(work.contents.photo.path.filename()),
@@ -31,23 +32,19 @@ void UnfinishedWork::show() {
     m_card.setWork(rows);
 }
 
-void UnfinishedWork::goOn(std::size_t index) {
+void UnfinishedWork::resume(std::size_t index) {
     const AbandonedJournal work = m_works.at(index); // opening its photo clears the list
     m_controller.ContinueWork(work);
 }
 
 void UnfinishedWork::forget(std::size_t index) {
-    const int answer = m_dialogs.runAlert(
-        {.messageText = "",
-         .informativeText = QT_TRANSLATE_NOOP(
-             "Alerts", "The repairs of this photo will be lost. Are you sure you want to forget them?"),
-         .style = AlertStyle::Warning,
-         .buttons = {QT_TRANSLATE_NOOP("Alerts", "Yes"), QT_TRANSLATE_NOOP("Alerts", "No")}});
+    const int answer = m_dialogs.runAlert(yesNoQuestion(QT_TRANSLATE_NOOP(
+        "Alerts", "The repairs of this photo will be lost. Are you sure you want to forget them?")));
     if (answer == kSecondButton || index >= m_works.size())
         return;
     m_works[index].file->remove();
     m_works.erase(m_works.begin() + static_cast<std::ptrdiff_t>(index));
-    show();
+    updateCard();
 }
 
 } // namespace complexion

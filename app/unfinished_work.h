@@ -11,19 +11,19 @@
 
 namespace complexion {
 
-/// The abandoned journals that this window offers to go on with. Those that are not decided on when a photo
-/// is opened are left to the next window.
+/// Offers to resume the abandoned journals. Opening a photo withdraws the offer; the remaining journals are
+/// offered again by the next window.
 class UnfinishedWork : public QObject {
     Q_OBJECT
 
 public:
-    /// `controller` then keeps its own journal in `folder`, too. All outlive this.
+    /// Also makes `controller` keep its journal in `folder`. All references must outlive this object.
     UnfinishedWork(const std::filesystem::path& folder, ContinueCard& card, ViewController& controller,
                    Dialogs& dialogs);
 
 private:
-    void show();
-    void goOn(std::size_t index);
+    void updateCard();
+    void resume(std::size_t index);
     void forget(std::size_t index);
 
     ContinueCard& m_card;

@@ -16,13 +16,13 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kEdge = 16;     // from the root view's edge
+constexpr int kEdge = 16;     // distance from the root view's edge
 constexpr int kGap = 8;       // between boxes of a group
 constexpr int kGroupGap = 24; // between groups
-/// Left of the settings and the cards: the rail and its distances.
+/// The space left of the settings and the cards: the rail with its margins.
 constexpr int kRailSpace = kEdge + kRailBoxSize + kEdge;
 
-/// The start of a piece of `length` that is centred in the window if it then stays right of the rail.
+/// The left edge of a box of width `length`: centred in the window, but not overlapping the rail.
 int centredBesideRail(int length, int width) {
     return std::max((width - length) / 2, std::min(kRailSpace, width - kEdge - length));
 }
@@ -30,8 +30,8 @@ int centredBesideRail(int length, int width) {
 } // namespace
 
 WindowContents::WindowContents(RootView* root, const Actions& actions)
-    : QObject(root), m_root(root), m_railGround(new QWidget(root)) {
-    m_railGround->setAttribute(Qt::WA_NoMousePropagation);
+    : QObject(root), m_root(root), m_railBackground(new QWidget(root)) {
+    m_railBackground->setAttribute(Qt::WA_NoMousePropagation);
     boxSelectImage = makeRailBox(root, actions.selectImage, u"boxSelectImage"_s, tr("Select image"));
     boxResetImage = makeRailBox(root, actions.resetImage, u"boxResetImage"_s, tr("Reload image"));
     boxSaveImage = makeRailBox(root, actions.saveImage, u"boxSaveImage"_s, tr("Save image"));
@@ -41,7 +41,7 @@ WindowContents::WindowContents(RootView* root, const Actions& actions)
     boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, tr("Zoom out"));
     boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, tr("Reset zoom"));
     boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
-    boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets the others'
+    boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets that of the others
     compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);
@@ -75,7 +75,7 @@ int WindowContents::railHeight() const {
 QSize WindowContents::smallestSize() {
     const QSize hint = boxHint->sizeHint();
     const QSize help = boxHelp->sizeHint();
-    const QSize bar = boxEditSettings->arrange(0); // the narrower arrangement
+    const QSize bar = boxEditSettings->arrange(0); // the narrower layout, in two rows
     const int width = std::max({hint.width(), help.width(), bar.width()});
     const int height = hint.height() + kEdge + help.height() + kEdge + bar.height();
     return {kRailSpace + width + kEdge, kEdge + std::max(railHeight(), height) + kEdge};
@@ -90,7 +90,7 @@ void WindowContents::arrange() {
                                  bar.width(), bar.height());
 
     int y = std::max(kEdge, (height - railHeight()) / 2);
-    m_railGround->setGeometry(kEdge, y, kRailBoxSize, railHeight());
+    m_railBackground->setGeometry(kEdge, y, kRailBoxSize, railHeight());
     for (const std::vector<Box*>& group : railGroups()) {
         for (Box* box : group) {
             box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);
@@ -99,7 +99,7 @@ void WindowContents::arrange() {
         y += kGroupGap - kGap;
     }
 
-    // The cards are of one width and stand a little above the middle of what the bar leaves free.
+    // All cards have the same width. They are slightly above the middle of the space over the settings.
     std::vector<Box*> cards = {boxHint, boxHelp};
     if (!boxContinue->isHidden())
         cards.insert(cards.begin(), boxContinue);

@@ -12,13 +12,13 @@
 
 namespace complexion {
 
-/// The boxes over the photo and where they stand: a rail of buttons at the left, the settings at the bottom,
-/// and in the middle, before a photo is open, the cards. No box covers another.
+/// The boxes over the photo and their layout: a rail of buttons at the left, the settings at the bottom, and
+/// the cards in the middle while no photo is open. No box covers another.
 class WindowContents : public QObject {
     Q_OBJECT
 
 public:
-    /// Puts the boxes into `root` and keeps them in place when its size changes.
+    /// Creates the boxes in `root` and rearranges them when its size changes.
     WindowContents(RootView* root, const Actions& actions);
 
     Box* boxSelectImage;
@@ -36,7 +36,7 @@ public:
     Box* boxHint;
     Box* boxHelp;
 
-    /// The size below which `root` has no room for all of it.
+    /// The smallest size of `root` that fits all boxes.
     QSize smallestSize();
 
 protected:
@@ -49,7 +49,7 @@ private:
     void arrange();
 
     RootView* m_root;
-    QWidget* m_railGround; // below the rail's boxes: a press between two of them ends here, not on the photo
+    QWidget* m_railBackground; // catches presses between two rail boxes, which would hit the photo
 };
 
 } // namespace complexion

@@ -16,11 +16,11 @@
 namespace complexion {
 
 WindowDialogs::WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source,
-                             std::filesystem::path passing)
-    : m_window(window), m_source(std::move(source)), m_passing(std::move(passing)) {}
+                             std::filesystem::path privateFolder)
+    : m_window(window), m_source(std::move(source)), m_privateFolder(std::move(privateFolder)) {}
 
 int WindowDialogs::runAlert(const Alert& alert) {
-    // A panel that asks is what the question belongs to.
+    // An alert that a panel shows belongs to that panel.
     QWidget* const parent = QApplication::activeModalWidget();
     AlertDialog dialog(alert, parent ? parent : m_window.data());
     dialog.exec();
@@ -30,13 +30,14 @@ int WindowDialogs::runAlert(const Alert& alert) {
 PanelAnswer WindowDialogs::runOpenPanel(const OpenPanel& panel) {
     OpenFilePanel dialog(panel, startFolder(), *this, m_window);
     const int result = dialog.exec();
-    return finish(result, dialog.chosenPath());
+    return answerOf(result, dialog.chosenPath());
 }
 
 PanelAnswer WindowDialogs::runSavePanel(const SavePanel& panel) {
-    SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .passing = m_passing}, *this, m_window);
+    SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .passing = m_privateFolder}, *this,
+                         m_window);
     const int result = dialog.exec();
-    return finish(result, dialog.chosenPath());
+    return answerOf(result, dialog.chosenPath());
 }
 
 QString WindowDialogs::startFolder() const {
@@ -44,13 +45,13 @@ QString WindowDialogs::startFolder() const {
         return m_lastFolder;
     const std::filesystem::path source = m_source();
     if (!source.empty())
-        return reachableFolder(source.parent_path());
-    // A panel takes a folder that is not there for a name.
+        return representableFolder(source.parent_path());
+    // A file dialog takes a folder that does not exist for a file name.
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     return QFileInfo(pictures).isDir() ? pictures : QDir::homePath();
 }
 
-PanelAnswer WindowDialogs::finish(int result, const QString& chosen) {
+PanelAnswer WindowDialogs::answerOf(int result, const QString& chosen) {
     if (result != QDialog::Accepted)
         return {};
     m_lastFolder = QFileInfo(chosen).absolutePath();

@@ -10,13 +10,13 @@
 
 namespace complexion {
 
-/// The questions as dialogs over a window.
+/// Shows the dialogs as modal dialogs of a window.
 class WindowDialogs : public Dialogs {
 public:
-    /// `source` gives the path of the open photo, empty without one: the panels start in its folder.
-    /// `passing` is a folder that goes when the program ends: no result is saved there.
+    /// `source` returns the path of the open photo, empty if there is none; the panels start in its folder.
+    /// `privateFolder` is removed when the program ends, so no result can be saved there.
     WindowDialogs(QWidget* window, std::function<std::filesystem::path()> source,
-                  std::filesystem::path passing = {});
+                  std::filesystem::path privateFolder = {});
 
     int runAlert(const Alert& alert) override;
     PanelAnswer runOpenPanel(const OpenPanel& panel) override;
@@ -24,13 +24,13 @@ public:
 
 private:
     QString startFolder() const;
-    /// What a panel chose, and the folder for the next one.
-    PanelAnswer finish(int result, const QString& chosen);
+    /// The answer of a panel; remembers its folder for the next one.
+    PanelAnswer answerOf(int result, const QString& chosen);
 
     QPointer<QWidget> m_window;
     std::function<std::filesystem::path()> m_source;
-    std::filesystem::path m_passing;
-    QString m_lastFolder; // of this run
+    std::filesystem::path m_privateFolder;
+    QString m_lastFolder; // of the last confirmed panel, empty before
 };
 
 } // namespace complexion

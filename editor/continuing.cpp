@@ -86,7 +86,7 @@ bool ViewController::sessionMayEnd(bool mayAsk) {
     return true;
 }
 
-void ViewController::endBySystem() {
+void ViewController::terminateBySystem() {
     RemoveStateImages();
     // Who has agreed to lose the work, and has not gone on since, is not offered it again.
     if (m_agreedEnd == std::pair(m_session.photoNumber(), m_session.changeCount()))

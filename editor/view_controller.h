@@ -164,7 +164,7 @@ public:
     bool sessionMayEnd(bool mayAsk);
     /// Before the process ends because the system says so: deletes the state images. The journal stays,
     /// unless the user has agreed to the session's end.
-    void endBySystem();
+    void terminateBySystem();
 
     // Retouch.
 

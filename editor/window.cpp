@@ -89,7 +89,7 @@ bool ViewController::eventFilter(QObject* watched, QEvent* event) {
     const bool closes = endsWithSession || windowShouldClose();
     event->setAccepted(closes);
     if (endsWithSession)
-        endBySystem();
+        terminateBySystem();
     else if (closes)
         windowWillClose();
     // Never handed on: when a filter joins the window's filters while the question is shown (the menu bar's

@@ -45,7 +45,7 @@ QAccessibleInterface* accessibleView(const QString&, QObject* object) {
 
 CustomImageView::CustomImageView(QWidget* parent)
     : QWidget(parent), m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
-    QAccessible::installFactory(accessibleView); // again does no harm
+    QAccessible::installFactory(accessibleView); // safe to repeat
     setAccessibleName(tr("Photo"));
 }
 

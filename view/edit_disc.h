@@ -18,7 +18,7 @@ enum class DiscLook {
     Plain,      // not known yet: a solid ring
     Repairs,    // a solid ring without a centre mark, which could hide the blemish
     Idle,       // nothing to repair: a dashed ring
-    Uneven,     // no blemish can be told from skin there: solid on one side, dashed on the other
+    Uneven,     // no blemish can be distinguished from the skin: half solid, half dashed
     OverBorder, // too close to the photo's edge: a dashed ring, struck through
 };
 
@@ -70,7 +70,7 @@ private:
     double m_radius = 0;
     DiscLook m_look = DiscLook::Plain;
     PixelMask m_outlined;
-    MaskOutline m_outline; // of m_outlined at the current zoom
+    MaskOutline m_outline; // m_outlined at the current zoom
     std::optional<QColor> m_swatch;
     bool m_isFocusShown = false;
     QRegion m_painted; // the extent at the last repaint

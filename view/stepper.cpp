@@ -66,7 +66,7 @@ QAccessibleInterface* accessibleStepper(const QString&, QObject* object) {
 } // namespace
 
 Stepper::Stepper(QWidget* parent) : QWidget(parent) {
-    QAccessible::installFactory(accessibleStepper); // again does no harm
+    QAccessible::installFactory(accessibleStepper); // safe to repeat
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     setAttribute(Qt::WA_Hover);

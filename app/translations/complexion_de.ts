@@ -267,20 +267,20 @@
         <translation>Bild sichern</translation>
     </message>
     <message>
-        <source>nothing to take back</source>
-        <translation>nichts zurückzunehmen</translation>
+        <source>nothing to undo</source>
+        <translation>nichts rückgängig zu machen</translation>
     </message>
     <message>
-        <source>nothing to bring back</source>
-        <translation>nichts wiederherzustellen</translation>
+        <source>nothing to redo</source>
+        <translation>nichts zu wiederholen</translation>
     </message>
     <message>
         <source>Hold to see the original</source>
         <translation>Gedrückt halten, um das Original zu sehen</translation>
     </message>
     <message>
-        <source>none comes with this build</source>
-        <translation>keine liegt diesem Programm bei</translation>
+        <source>not included in this build</source>
+        <translation>nicht in diesem Programm enthalten</translation>
     </message>
 </context>
 <context>

@@ -25,12 +25,12 @@ TEST(CommandLine, NamesOnePhoto) {
     EXPECT_EQ(parsed({"a b.jpg"}).photo, "a b.jpg");
     EXPECT_EQ(parsed({"caf\xE9.jpg"}).photo, "caf\xE9.jpg");
     EXPECT_EQ(parsed({"--", "--help"}).photo, "--help");
-    EXPECT_TRUE(parsed({"a.jpg"}).mistake.empty());
+    EXPECT_TRUE(parsed({"a.jpg"}).usageError.empty());
 }
 
 TEST(CommandLine, RefusesASecondPhoto) {
-    EXPECT_THAT(parsed({"a.jpg", "b.jpg"}).mistake, HasSubstr("b.jpg"));
-    EXPECT_THAT(parsed({"a.jpg", "--", "-b.jpg"}).mistake, HasSubstr("-b.jpg"));
+    EXPECT_THAT(parsed({"a.jpg", "b.jpg"}).usageError, HasSubstr("b.jpg"));
+    EXPECT_THAT(parsed({"a.jpg", "--", "-b.jpg"}).usageError, HasSubstr("-b.jpg"));
 }
 
 TEST(CommandLine, KnowsHelpAndVersion) {
@@ -42,16 +42,16 @@ TEST(CommandLine, KnowsHelpAndVersion) {
 
 TEST(CommandLine, RefusesUnknownOptions) {
     for (const char* option : {"--frob", "-x", "--helpme", "-jpg", "--style2", "---"})
-        EXPECT_THAT(parsed({option}).mistake, HasSubstr(option));
+        EXPECT_THAT(parsed({option}).usageError, HasSubstr(option));
 }
 
 TEST(CommandLine, HandsTheToolkitsOptionsOn) {
     const CommandLine line = parsed({"-style", "Fusion", "a.jpg", "--platform=offscreen", "-reverse"});
-    EXPECT_TRUE(line.mistake.empty());
+    EXPECT_TRUE(line.usageError.empty());
     EXPECT_EQ(line.photo, "a.jpg");
-    EXPECT_THAT(line.forToolkit, ElementsAre(StrEq("complexion"), StrEq("-style"), StrEq("Fusion"),
-                                             StrEq("--platform=offscreen"), StrEq("-reverse")));
-    EXPECT_THAT(parsed({"-style"}).mistake, HasSubstr("-style"));
+    EXPECT_THAT(line.toolkitArguments, ElementsAre(StrEq("complexion"), StrEq("-style"), StrEq("Fusion"),
+                                                   StrEq("--platform=offscreen"), StrEq("-reverse")));
+    EXPECT_THAT(parsed({"-style"}).usageError, HasSubstr("-style"));
 }
 
 } // namespace

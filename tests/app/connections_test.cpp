@@ -70,7 +70,7 @@ TEST_F(Connections, CommandsAreOfferedWhenTheyArePossible) {
         EXPECT_TRUE(action->isEnabled()) << action->text().toStdString();
     EXPECT_EQ(actions.saveImage->toolTip(), QStringLiteral("Save image (Ctrl+S)"));
     EXPECT_FALSE(actions.undo->isEnabled());
-    EXPECT_EQ(actions.undo->toolTip(), QStringLiteral("Undo: nothing to take back (Ctrl+Z)"));
+    EXPECT_EQ(actions.undo->toolTip(), QStringLiteral("Undo: nothing to undo (Ctrl+Z)"));
     click(window.rootView(), window.rootView().rect().center());
     queues.runAll();
     EXPECT_TRUE(actions.undo->isEnabled());

@@ -274,7 +274,7 @@ TEST_F(Continuing, SavingKeepsTheJournal) {
 TEST_F(Continuing, TheSystemsEndKeepsTheJournalAndDeletesTheStates) {
     openThroughPanel(makePhoto());
     retouch(0);
-    controller->endBySystem();
+    controller->terminateBySystem();
     EXPECT_TRUE(stateFiles().empty());
     kill();
     EXPECT_EQ(left().size(), 1U);
@@ -298,7 +298,7 @@ TEST_F(Continuing, WorkAfterASessionsEndThatDidNotComeIsKept) {
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     EXPECT_TRUE(controller->sessionMayEnd(true));
     retouch(1);
-    controller->endBySystem();
+    controller->terminateBySystem();
     kill();
     EXPECT_EQ(left().size(), 1U);
 }

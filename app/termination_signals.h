@@ -8,14 +8,14 @@
 
 namespace complexion {
 
-/// Tells the event loop that the system asks the process to end: SIGINT, SIGTERM or SIGHUP. One a process.
-class EndSignals : public QObject {
+/// Delivers SIGINT, SIGTERM and SIGHUP to the event loop. Only one instance per process.
+class TerminationSignals : public QObject {
     Q_OBJECT
 public:
-    EndSignals();
-    EndSignals(const EndSignals&) = delete;
-    EndSignals& operator=(const EndSignals&) = delete;
-    ~EndSignals() override;
+    TerminationSignals();
+    TerminationSignals(const TerminationSignals&) = delete;
+    TerminationSignals& operator=(const TerminationSignals&) = delete;
+    ~TerminationSignals() override;
 
 Q_SIGNALS:
     void received();

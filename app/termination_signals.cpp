@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/end_signals.h"
+#include "app/termination_signals.h"
 
 #include "imaging/base/fatal.h"
 
@@ -15,16 +15,17 @@ namespace {
 
 constexpr std::array kSignals = {SIGINT, SIGTERM, SIGHUP};
 
-int writeEnd = -1; // of the pipe: all that a signal's handler may reach
+int writeEnd = -1; // of the pipe; the only state of the signal handler
 
-void tell(int) {
+void writeToPipe(int) {
     const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(writeEnd, &byte, 1); // a full pipe has told it already
+    [[maybe_unused]] const ssize_t written =
+        ::write(writeEnd, &byte, 1); // a full pipe wakes the event loop too
 }
 
 int openPipe(std::array<int, 2>& pipe) {
     if (::pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
-        fatal("there is no pipe for the signals");
+        fatal("cannot create the pipe for the signals");
     return pipe[0];
 }
 
@@ -38,13 +39,13 @@ void handleSignals(void (*handler)(int)) {
 
 } // namespace
 
-EndSignals::EndSignals() : m_notifier(openPipe(m_pipe), QSocketNotifier::Read) {
-    connect(&m_notifier, &QSocketNotifier::activated, this, &EndSignals::received);
+TerminationSignals::TerminationSignals() : m_notifier(openPipe(m_pipe), QSocketNotifier::Read) {
+    connect(&m_notifier, &QSocketNotifier::activated, this, &TerminationSignals::received);
     writeEnd = m_pipe[1];
-    handleSignals(tell);
+    handleSignals(writeToPipe);
 }
 
-EndSignals::~EndSignals() {
+TerminationSignals::~TerminationSignals() {
     handleSignals(SIG_DFL);
     ::close(m_pipe[0]);
     ::close(m_pipe[1]);
