@@ -181,7 +181,7 @@ Box* makeHelpCard(QWidget* parent, QAction* videoTutorial) {
     column->addLayout(grid);
     const std::pair<QString, QString> lines[] = {
         {u"help-size"_s, Cards::tr("Set the edit area a little larger than the blemish.")},
-        {u"help-click"_s, Cards::tr("Click the blemish: it takes on the skin around it.")},
+        {u"help-click"_s, Cards::tr("Click the blemish: it blends into the skin around it.")},
         {u"help-save"_s, Cards::tr("Save a copy. Your photo stays as it is.")},
     };
     int row = 0;

@@ -141,7 +141,7 @@ void connectPipette(MainWindow& window, ViewController& controller) {
 void showAbout(Dialogs& dialogs) {
     dialogs.runAlert({.messageText = "Complexion " + QCoreApplication::applicationVersion().toStdString(),
                       .informativeText = QT_TRANSLATE_NOOP(
-                          "Alerts", "Clears blemishes from portraits. Free software under the "
+                          "Alerts", "Removes blemishes from portraits. Free software under the "
                                     "GNU General Public License, version 3 or later."),
                       .style = AlertStyle::Informational,
                       .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});

@@ -86,10 +86,10 @@ void ContinueCard::setWork(const std::vector<Work>& works) {
 
 QString ContinueCard::offer(const QString& fileName, std::int64_t repairs) {
     if (repairs == 0) // an effect alone
-        return tr("Continue where you stopped: %1").arg(fileName);
+        return tr("Continue where you left off: %1").arg(fileName);
     if (repairs == 1)
-        return tr("Continue where you stopped: %1, 1 repair").arg(fileName);
-    return tr("Continue where you stopped: %1, %2 repairs").arg(fileName).arg(repairs);
+        return tr("Continue where you left off: %1, 1 repair").arg(fileName);
+    return tr("Continue where you left off: %1, %2 repairs").arg(fileName).arg(repairs);
 }
 
 void ContinueCard::addRow(int row, const Work& work) {

@@ -200,7 +200,8 @@ QWidget* SettingsBar::makeThresholdGroup() {
 
 QWidget* SettingsBar::makeRepairGroup() {
     comboRepair = makePopUp(u"comboRepair"_s);
-    comboRepair->setToolTip(tr("Paint a blemish in one color, or in the skin's own shading and texture"));
+    comboRepair->setToolTip(
+        tr("Fill a blemish with one color, or with the shading and texture of the skin around it"));
     return makePopUpGroup(tr("Repair"), comboRepair);
 }
 
@@ -239,17 +240,18 @@ void SettingsBar::updateColorControls() {
     const bool natural = comboRepair->currentIndex() == static_cast<int>(RepairStyle::Natural);
     const bool autodetect = checkAutodetectColor->isChecked();
     checkAutodetectColor->setEnabled(!natural);
-    checkAutodetectColor->setToolTip(natural ? tr("The natural repair finds the skin's color itself")
+    checkAutodetectColor->setToolTip(natural ? tr("The natural repair always takes the skin's own color")
                                              : tr("Take the color of the skin around the blemish"));
     colorWellCustomColor->setEnabled(!natural && !autodetect);
-    colorWellCustomColor->setToolTip(natural      ? tr("Custom color: used by the repair in a flat color")
-                                     : autodetect ? tr("Custom color: used when Autodetect Color is off")
+    colorWellCustomColor->setToolTip(natural      ? tr("Custom color: only used by the repair “Flat color”")
+                                     : autodetect ? tr("Custom color: only used when Autodetect Color is off")
                                                   : tr("Custom color"));
     pipette->setEnabled(!natural && !autodetect && m_hasPhoto);
     if (!pipette->isEnabled())
         pipette->setChecked(false);
-    pipette->setToolTip(natural       ? tr("Pick a color from the photo: used by the repair in a flat color")
-                        : autodetect  ? tr("Pick a color from the photo: used when Autodetect Color is off")
+    pipette->setToolTip(natural ? tr("Pick a color from the photo: only used by the repair “Flat color”")
+                        : autodetect
+                            ? tr("Pick a color from the photo: only used when Autodetect Color is off")
                         : !m_hasPhoto ? tr("Pick a color from the photo: no photo is open")
                                       : tr("Pick a color from the photo"));
 }
@@ -261,7 +263,7 @@ void SettingsBar::setHasPhoto(bool hasPhoto) {
 
 QWidget* SettingsBar::makeEffectGroup() {
     comboEffect = makePopUp(u"comboEffect"_s);
-    comboEffect->setToolTip(tr("Effect on the whole photo; it is saved with it"));
+    comboEffect->setToolTip(tr("Effect applied to the whole photo, and to the saved copy"));
     return makePopUpGroup(tr("Effect"), comboEffect);
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/aim.h"
 
-#include "editor/outlet.h"
 #include "editor/picked_color.h"
 #include "editor/repair_words.h"
 
@@ -13,14 +12,14 @@ namespace complexion {
 namespace {
 
 constexpr int kRestMilliseconds = 350;
-constexpr double kRevealMargin = 48; // points around a place that the keys have moved to
+constexpr double kRevealMargin = 48; // points kept visible around the place when the keys move it
 
 DiscLook lookOf(RepairOutcome outcome) {
     switch (outcome) {
     case RepairOutcome::NothingToRepair:
         return DiscLook::Idle;
     case RepairOutcome::NotUniform:
-    case RepairOutcome::ComesFromOutside:
+    case RepairOutcome::ExtendsOutside:
     case RepairOutcome::FillsDisc:
     case RepairOutcome::NoSkin:
         return DiscLook::Uneven;
@@ -37,26 +36,26 @@ DiscLook lookOf(RepairOutcome outcome) {
 
 Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent)
     : QObject(parent), m_controller(controller), m_disc(disc), m_preview(queues) {
-    m_rest.setSingleShot(true);
-    m_rest.setInterval(kRestMilliseconds);
-    connect(&m_rest, &QTimer::timeout, this, &Aim::showResult);
+    m_restTimer.setSingleShot(true);
+    m_restTimer.setInterval(kRestMilliseconds);
+    connect(&m_restTimer, &QTimer::timeout, this, &Aim::showResult);
     connect(&m_preview, &RepairPreview::answered, this, &Aim::showAnswer);
     connect(&controller, &ViewController::stateChanged, this, [this] {
-        follow();
-        keepResult(); // another effect may have been chosen
+        updatePlace();
+        refreshResult(); // the effect may have changed
     });
     connect(&controller, &ViewController::settingsChanged, this, &Aim::refresh);
-    connect(&controller, &ViewController::repairFinished, this, &Aim::tellRepair);
-    connect(&reach(controller.imageView), &CustomImageView::frameChanged, this, &Aim::follow);
+    connect(&controller, &ViewController::repairFinished, this, &Aim::announceRepair);
+    connect(&*controller.imageView, &CustomImageView::frameChanged, this, &Aim::updatePlace);
 }
 
 void Aim::pointAt(std::optional<Point> inRootView) {
     m_pointer = inRootView;
     m_hasKeys = m_hasKeys && !inRootView;
-    follow();
+    updatePlace();
 }
 
-void Aim::follow() {
+void Aim::updatePlace() {
     const PixelSize size = m_controller.originalImage().pixelSize();
     const auto isInside = [size](PixelPosition place) {
         return place.row >= 0 && place.row < size.height && place.column >= 0 && place.column < size.width;
@@ -64,7 +63,7 @@ void Aim::follow() {
     std::optional<PixelPosition> place = m_hasKeys ? m_place : std::nullopt;
     if (m_pointer && !m_hasKeys && m_controller.hasImage()) {
         const PointSize image = m_controller.originalImage().size();
-        const Point point = imagePointAt(*m_pointer, image, reach(m_controller.imageView).frame());
+        const Point point = imagePointAt(*m_pointer, image, m_controller.imageView->frame());
         if (point.x >= 0 && point.y > 0)
             place = pixelAt(point, image);
     }
@@ -76,11 +75,11 @@ void Aim::takeKeys() {
         return;
     std::optional<PixelPosition> place = m_place;
     if (!place) {
-        const QSize area = reach(m_controller.view).size();
+        const QSize area = m_controller.view->size();
         const PointSize image = m_controller.originalImage().size();
-        place = pixelAt(imagePointAt({area.width() / 2.0, area.height() / 2.0}, image,
-                                     reach(m_controller.imageView).frame()),
-                        image);
+        place = pixelAt(
+            imagePointAt({area.width() / 2.0, area.height() / 2.0}, image, m_controller.imageView->frame()),
+            image);
     }
     m_hasKeys = true;
     setPlace(place);
@@ -93,7 +92,7 @@ void Aim::moveBy(int columns, int rows) {
     const PixelSize size = m_controller.originalImage().pixelSize();
     setPlace(PixelPosition{std::clamp<std::int64_t>(m_place->row + rows, 0, size.height - 1),
                            std::clamp<std::int64_t>(m_place->column + columns, 0, size.width - 1)});
-    m_controller.Reveal(middleOfPlace(), kRevealMargin);
+    m_controller.Reveal(centreOfPlace(), kRevealMargin);
 }
 
 void Aim::act() {
@@ -103,30 +102,28 @@ void Aim::act() {
     if (m_isPicking)
         Q_EMIT picked(colorAtPlace());
     else
-        m_controller.BeginRetouch(middleOfPlace());
+        m_controller.BeginRetouch(centreOfPlace());
 }
 
-Point Aim::middleOfPlace() const {
+Point Aim::centreOfPlace() const {
     return {static_cast<double>(m_place->column) + 0.5,
             m_controller.originalImage().size().height - static_cast<double>(m_place->row) - 0.5};
 }
 
 Point Aim::shownPoint() const {
-    const QSize area = reach(m_controller.view).size();
+    const QSize area = m_controller.view->size();
     if (!m_place)
         return {area.width() / 2.0, area.height() / 2.0};
-    const QPointF shown = reach(m_controller.imageView)
-                              .pixelsToWidget()
-                              .map(QPointF(static_cast<double>(m_place->column) + 0.5,
-                                           static_cast<double>(m_place->row) + 0.5));
+    const QPointF shown = m_controller.imageView->pixelsToWidget().map(
+        QPointF(static_cast<double>(m_place->column) + 0.5, static_cast<double>(m_place->row) + 0.5));
     return {shown.x(), area.height() - shown.y()};
 }
 
 void Aim::setPlace(std::optional<PixelPosition> place) {
-    const bool isAnother = place != m_place;
+    const bool hasChanged = place != m_place;
     m_place = place;
     refresh();
-    if (isAnother)
+    if (hasChanged)
         Q_EMIT placeChanged();
 }
 
@@ -149,7 +146,7 @@ void Aim::refresh() {
     m_disc->setSwatch(isShown && m_isPicking ? std::optional(colorAtPlace()) : std::nullopt);
     if (isShown && m_isPreviewing && !m_isPicking)
         m_preview.ask(RepairPreview::Question{m_controller.originalImage(), m_controller.currentRepair(),
-                                              middleOfPlace()});
+                                              centreOfPlace()});
     else
         m_preview.ask(std::nullopt);
     if (m_preview.answer())
@@ -165,7 +162,7 @@ void Aim::showAnswer() {
     const RepairReport& report = *m_preview.answer();
     m_disc->setLook(lookOf(report.outcome));
     m_disc->setOutlined(report.repainted);
-    m_rest.start();
+    m_restTimer.start();
 }
 
 void Aim::showResult() {
@@ -173,36 +170,35 @@ void Aim::showResult() {
     if (!report)
         return;
     if (m_hasKeys)
-        Q_EMIT told(tr("Column %1, row %2. %3")
-                        .arg(m_place->column + 1)
-                        .arg(m_place->row + 1)
-                        .arg(describe(*report, /*isDone*/ false)));
+        Q_EMIT announced(tr("Column %1, row %2. %3")
+                             .arg(m_place->column + 1)
+                             .arg(m_place->row + 1)
+                             .arg(describe(*report, /*isDone*/ false)));
     if (report->outcome != RepairOutcome::Repaired)
         return;
     m_isResultShown = true;
-    keepResult();
+    refreshResult();
     m_disc->setOutlined({});
 }
 
-void Aim::keepResult() {
+void Aim::refreshResult() {
     if (m_isResultShown && m_preview.answer())
-        reach(m_controller.imageView)
-            .showReplacement(m_controller.throughEffect(*m_preview.answer()->result));
+        m_controller.imageView->showReplacement(m_controller.withEffect(*m_preview.answer()->result));
 }
 
 void Aim::hideResult() {
-    m_rest.stop();
+    m_restTimer.stop();
     if (!std::exchange(m_isResultShown, false) || m_controller.isShowingSource())
         return;
-    reach(m_controller.imageView).showReplacement(std::nullopt);
+    m_controller.imageView->showReplacement(std::nullopt);
 }
 
-void Aim::tellRepair(const RepairReport& report) {
-    Q_EMIT told(describe(report, /*isDone*/ true));
+void Aim::announceRepair(const RepairReport& report) {
+    Q_EMIT announced(describe(report, /*isDone*/ true));
 }
 
 QColor Aim::colorAtPlace() const {
-    const double pixelsPerPoint = 1 / reach(m_controller.imageView).pixelsToWidget().m11();
+    const double pixelsPerPoint = 1 / m_controller.imageView->pixelsToWidget().m11();
     return pickedColor(m_controller.originalImage(), *m_place, pixelsPerPoint);
 }
 

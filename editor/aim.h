@@ -13,62 +13,62 @@
 
 namespace complexion {
 
-/// Where on the photo the hand is, by the mouse or by the keys, and what is shown there: the edit disc with
-/// what a click would do, or, while a colour is picked, that colour.
+/// The place on the photo that a click would act on, controlled by the mouse or the keys, and what is shown
+/// there: the edit disc with a preview of the repair, or the colour that would be picked.
 class Aim : public QObject {
     Q_OBJECT
 
 public:
-    /// All of them outlive the aim but the disc, which goes with its view.
+    /// `controller` and `queues` must outlive `Aim`; the disc is owned by its view.
     Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent = nullptr);
 
-    /// The pixel of the photo that is aimed at; none beside the photo.
+    /// The pixel of the photo aimed at; nothing outside the photo.
     std::optional<PixelPosition> place() const { return m_place; }
 
-    /// Where the place is shown in the root view; the middle of that without a place.
+    /// The place in the root view's coordinates; the root view's centre if there is none.
     Point shownPoint() const;
 
-    /// The mouse is at a point of the root view; nowhere over the photo's view without one.
+    /// Sets the mouse position in the root view; nothing if the mouse is not over the image view.
     void pointAt(std::optional<Point> inRootView);
-    /// The keys take over: where the mouse is, otherwise in the middle of what is seen.
+    /// Switches to control by the keys, starting at the mouse position or else at the centre of the view.
     void takeKeys();
-    /// Moves the disc by pixels of the photo, rows downward, and the photo along where it takes that.
+    /// Moves the disc by pixels of the photo, rows downward. Scrolls the photo if needed to keep it visible.
     void moveBy(int columns, int rows);
-    /// Clicks at the place, or picks the colour there.
+    /// Repairs at the place, or picks the colour there.
     void act();
 
-    /// Whether what a click would do is shown beforehand.
+    /// Turns the preview of the repair on or off.
     void setPreviewing(bool on);
-    /// Whether a click picks the colour at the place, which is then shown instead of the disc.
+    /// While on, a click picks the colour at the place, which is shown instead of the disc.
     void setPicking(bool on);
 
 Q_SIGNALS:
-    /// The place is another one, or none.
+    /// The place has changed.
     void placeChanged();
     /// A colour was picked from the photo, in sRGB.
     void picked(const QColor& color);
-    /// What assistive technology should say.
-    void told(const QString& what);
+    /// A text for assistive technology to speak.
+    void announced(const QString& text);
 
 private:
-    Point middleOfPlace() const;
+    Point centreOfPlace() const;
     void setPlace(std::optional<PixelPosition> place);
-    /// Follows the mouse, the photo and the settings.
-    void follow();
+    /// Recomputes the place from the mouse position and the photo.
+    void updatePlace();
+    /// Updates the disc and requests a preview for it.
     void refresh();
-    void ask();
     void showAnswer();
     void showResult();
-    /// Shows the result through the effect that is selected now, when it is shown at all.
-    void keepResult();
+    /// Repaints the result with the selected effect, if it is shown.
+    void refreshResult();
     void hideResult();
-    void tellRepair(const RepairReport& report);
+    void announceRepair(const RepairReport& report);
     QColor colorAtPlace() const;
 
     ViewController& m_controller;
     QPointer<EditDisc> m_disc;
     RepairPreview m_preview;
-    QTimer m_rest; // runs out when the hand has rested long enough to see the result
+    QTimer m_restTimer; // the result is shown when the place has not changed for this long
     std::optional<Point> m_pointer;
     std::optional<PixelPosition> m_place;
     bool m_hasKeys = false;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Work that outlives the process: going on with it, and what becomes of it when the system ends the program.
-#include "editor/outlet.h"
+// Resuming interrupted work, and keeping it when the system ends the program.
 #include "editor/view_controller.h"
 
 #include <utility>
@@ -27,7 +26,7 @@ bool ViewController::ContinueWork(const AbandonedJournal& work) {
     Q_EMIT longWorkEnded();
     if (match == PhotoMatch::Gone || !opened) {
         showContinueFailure(QT_TRANSLATE_NOOP(
-            "Alerts", "The photo is not where it was. Its repairs are kept until you forget them."));
+            "Alerts", "The photo has been moved or deleted. Its repairs are kept until you forget them."));
         return false;
     }
     const Result<OpenedPhoto> photo = match == PhotoMatch::Same
@@ -35,7 +34,7 @@ bool ViewController::ContinueWork(const AbandonedJournal& work) {
                                           : Result<OpenedPhoto>(Error{.message = "another photo"});
     if (match == PhotoMatch::Different || identify(path) != opened) {
         showContinueFailure(QT_TRANSLATE_NOOP(
-            "Alerts", "The photo has been changed since. Its repairs are kept until you forget them."));
+            "Alerts", "The photo has changed since then. Its repairs are kept until you forget them."));
         return false;
     }
     if (!photo) {
@@ -43,34 +42,34 @@ bool ViewController::ContinueWork(const AbandonedJournal& work) {
         return false;
     }
     installPhoto(*photo, path, *opened);
-    return repeatSteps(work, *photo, *opened);
+    return replaySteps(work, *photo, *opened);
 }
 
-bool ViewController::repeatSteps(const AbandonedJournal& work, const OpenedPhoto& photo,
+bool ViewController::replaySteps(const AbandonedJournal& work, const OpenedPhoto& photo,
                                  const FileIdentity& opened) {
-    Q_EMIT longWorkBegan(tr("Repeating the repairs…"));
+    Q_EMIT longWorkBegan(tr("Restoring the repairs…"));
     const std::optional<int> effect = m_session.replay(work.contents.steps);
     Q_EMIT longWorkEnded();
     if (!effect) {
         installPhoto(photo, work.contents.photo.path, opened);
         showContinueFailure(QT_TRANSLATE_NOOP(
-            "Alerts", "The repairs do not fit the photo. They are kept until you forget them."));
+            "Alerts", "The repairs could not be applied to the photo. They are kept until you forget them."));
         return false;
     }
     m_session.resumeJournal(work, opened);
     if (*effect >= 0 && *effect < std::ssize(kEffectTitles))
-        reach(comboEffect).setCurrentIndex(*effect);
+        comboEffect->setCurrentIndex(*effect);
     ApplyEffectsOnPreview();
-    writeLeftStates();
+    writePendingStates();
     return true;
 }
 
-void ViewController::writeLeftStates() {
-    // By way of the background, so that the window answers between two files.
+void ViewController::writePendingStates() {
+    // Through the background queue, so that the window can handle events between two files.
     m_queues.submitBackground([self = shared_from_this()] {
         self->m_queues.submitMain([self] {
             if (self->m_session.writeNextState())
-                self->writeLeftStates();
+                self->writePendingStates();
         });
     });
 }
@@ -80,7 +79,7 @@ bool ViewController::sessionMayEnd(bool mayAsk) {
     if (mayAsk && hasImage()) {
         if (!windowShouldClose())
             return false;
-        m_agreedEnd = {m_session.photoNumber(), m_session.changeCount()};
+        m_agreedSessionEnd = {m_session.photoNumber(), m_session.changeCount()};
     }
     m_isSessionEnding = true;
     return true;
@@ -88,9 +87,9 @@ bool ViewController::sessionMayEnd(bool mayAsk) {
 
 void ViewController::terminateBySystem() {
     RemoveStateImages();
-    // Who has agreed to lose the work, and has not gone on since, is not offered it again.
-    if (m_agreedEnd == std::pair(m_session.photoNumber(), m_session.changeCount()))
-        m_session.forgetWork();
+    // If the user agreed to lose the work and has not changed it since, it is not offered again.
+    if (m_agreedSessionEnd == std::pair(m_session.photoNumber(), m_session.changeCount()))
+        m_session.discardJournal();
 }
 
 } // namespace complexion

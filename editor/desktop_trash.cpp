@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 constexpr mode_t kPrivateFolder = S_IRWXU;
 constexpr std::string_view kInfoExtension = ".trashinfo";
 
-/// A path as a .trashinfo file stores it: percent-encoded like a URL, with its slashes.
+/// A path as stored in a .trashinfo file: percent-encoded like a URL, slashes kept.
 std::string encoded(const fs::path& path) {
     constexpr std::string_view kPlain = "/-_.~";
     constexpr std::string_view kDigits = "0123456789ABCDEF";
@@ -55,12 +55,12 @@ std::optional<dev_t> deviceOf(const fs::path& path) {
     return ::lstat(path.c_str(), &status) == 0 ? std::optional(status.st_dev) : std::nullopt;
 }
 
-/// Makes a folder that nobody else may look into, unless there is one.
+/// Creates a folder with mode 0700 unless it exists.
 bool makeFolder(const fs::path& path) {
     return ::mkdir(path.c_str(), kPrivateFolder) == 0 || errno == EEXIST;
 }
 
-/// Writes a new file; false, with errno set (EEXIST: the name is taken) and no file made, when that fails.
+/// Writes a new file. On failure returns false with errno set (EEXIST: the name is taken) and leaves no file.
 bool writeNew(const fs::path& path, const std::string& text) {
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (file < 0)
@@ -73,8 +73,8 @@ bool writeNew(const fs::path& path, const std::string& text) {
     return false;
 }
 
-/// Moves the file into the trash folder at `trash`, which exists. `listedPath` is what is said of where it
-/// was.
+/// Moves `file` into the existing trash folder `trash`. `listedPath` is its original path for the .trashinfo
+/// file.
 bool moveInto(const fs::path& trash, const fs::path& file, const fs::path& original,
               const fs::path& listedPath) {
     constexpr int kMaxTries = 10'000;
@@ -86,7 +86,7 @@ bool moveInto(const fs::path& trash, const fs::path& file, const fs::path& origi
     for (int i = 1; i <= kMaxTries; ++i) {
         const std::string suffix = i == 1 ? "" : "." + std::to_string(i);
         const fs::path name = nameWithSuffix(original.filename(), suffix, files, kInfoExtension.size());
-        // The description takes the name; the file follows.
+        // Creating the .trashinfo file reserves the name, as the standard requires.
         const fs::path description = infos / (name.string() + std::string(kInfoExtension));
         if (writeNew(description, info)) {
             if (moveWithoutReplacing(file, files / name))
@@ -101,7 +101,7 @@ bool moveInto(const fs::path& trash, const fs::path& file, const fs::path& origi
     return false;
 }
 
-/// The folder that holds the user's own trash; nothing where the environment names none.
+/// The folder that contains the home trash; nothing if the environment does not name it.
 std::optional<fs::path> dataHome() {
     if (const char* const named = std::getenv("XDG_DATA_HOME"); named && *named == '/')
         return fs::path(named);
@@ -109,7 +109,7 @@ std::optional<fs::path> dataHome() {
     return home && *home == '/' ? std::optional(fs::path(home) / ".local/share") : std::nullopt;
 }
 
-/// The user's own trash, made where it is missing; nothing when it is not on that device.
+/// The home trash, created if missing; nothing if it is not on `device`.
 std::optional<fs::path> homeTrash(dev_t device) {
     const std::optional<fs::path> data = dataHome();
     if (!data)
@@ -124,7 +124,7 @@ std::optional<fs::path> homeTrash(dev_t device) {
     return makeFolder(*data / "Trash") ? std::optional(*data / "Trash") : std::nullopt;
 }
 
-/// The highest folder above `folder` on its file system.
+/// The topmost ancestor of `folder` on the same file system.
 fs::path topOf(fs::path folder) {
     const std::optional<dev_t> device = deviceOf(folder);
     while (folder.has_relative_path() && deviceOf(folder.parent_path()) == device)
@@ -132,8 +132,8 @@ fs::path topOf(fs::path folder) {
     return folder;
 }
 
-/// The trash at the top of a file system: in a folder that an administrator made for all users, else one of
-/// the user's own there.
+/// The trash at the top of a file system: inside the administrator's shared folder if there is one, otherwise
+/// the user's own folder.
 std::optional<fs::path> topTrash(const fs::path& top) {
     const std::string user = std::to_string(::getuid());
     struct stat status = {};
@@ -142,7 +142,7 @@ std::optional<fs::path> topTrash(const fs::path& top) {
         makeFolder(shared / user))
         return shared / user;
     fs::path own = top / (".Trash-" + user);
-    // What somebody else put there could lead anywhere.
+    // Not a symbolic link or a folder of another user.
     if (!makeFolder(own) || ::lstat(own.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
         status.st_uid != ::getuid())
         return std::nullopt;
@@ -159,12 +159,13 @@ bool moveToTrash(const fs::path& file, const fs::path& original) {
     const std::optional<dev_t> device = deviceOf(file);
     if (!device)
         return false;
-    const fs::path was = folder / original.filename();
-    if (const std::optional<fs::path> trash = homeTrash(*device); trash && moveInto(*trash, file, was, was))
+    const fs::path origin = folder / original.filename();
+    if (const std::optional<fs::path> trash = homeTrash(*device);
+        trash && moveInto(*trash, file, origin, origin))
         return true;
     const fs::path top = topOf(folder);
     const std::optional<fs::path> trash = topTrash(top);
-    return trash && moveInto(*trash, file, was, was.lexically_relative(top));
+    return trash && moveInto(*trash, file, origin, origin.lexically_relative(top));
 }
 
 } // namespace complexion

@@ -5,10 +5,9 @@
 
 namespace complexion {
 
-/// Moves the file at `file` into the desktop's trash (freedesktop.org Trash 1.0), where it is
-/// listed as deleted from `original` and can be restored to there. Uses the user's own trash, and the one at
-/// the top of the file's file system where that is another. Never copies. False, with the file where it was,
-/// when neither takes it.
+/// Moves `file` into the desktop's trash (freedesktop.org Trash 1.0), listed as deleted from `original`, to
+/// where it can be restored. Uses the user's home trash, or the one at the top of the file's file system if
+/// that is a different one. Never copies. Returns false, with the file unmoved, if neither is usable.
 bool moveToTrash(const std::filesystem::path& file, const std::filesystem::path& original);
 
 } // namespace complexion

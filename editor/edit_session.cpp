@@ -12,7 +12,7 @@ namespace complexion {
 
 EditSession::Snapshot EditSession::snapshot() const {
     const std::scoped_lock lock(m_mutex);
-    return {.image = m_image, .photo = m_photo, .change = m_change, .settings = presentSettings()};
+    return {.image = m_image, .photo = m_photo, .change = m_change, .settings = settingsLocked()};
 }
 
 std::optional<EditSession::Snapshot> EditSession::beginRepair(std::optional<std::uint64_t> onlyPhoto) {
@@ -20,7 +20,7 @@ std::optional<EditSession::Snapshot> EditSession::beginRepair(std::optional<std:
     if (onlyPhoto && *onlyPhoto != m_photo)
         return std::nullopt;
     isRepairing = true;
-    return Snapshot{.image = m_image, .photo = m_photo, .change = m_change, .settings = presentSettings()};
+    return Snapshot{.image = m_image, .photo = m_photo, .change = m_change, .settings = settingsLocked()};
 }
 
 void EditSession::open(const OpenedPhoto& photo, const std::filesystem::path& file,
@@ -34,12 +34,12 @@ void EditSession::open(const OpenedPhoto& photo, const std::filesystem::path& fi
 }
 
 void EditSession::reload(const OpenedPhoto& photo, const std::optional<FileIdentity>& opened) {
-    noteFile(photo);
+    setFileInfo(photo);
     install(photo.image, /*isNewPhoto*/ true);
     beginJournal(opened);
 }
 
-void EditSession::noteFile(const OpenedPhoto& photo) {
+void EditSession::setFileInfo(const OpenedPhoto& photo) {
     damage = photo.damage;
     m_formatByContent.clear();
     if (std::ranges::find(ImageTools::kAcceptedTypes, stateFormat()) == ImageTools::kAcceptedTypes.end())
@@ -52,13 +52,13 @@ void EditSession::setImage(const Image& image) {
         m_journal->end();
 }
 
-void EditSession::noteRepair(const Snapshot& taken, Point place) {
-    // Noted before the state is written, which takes as long as its file is large.
+void EditSession::recordRepair(const Snapshot& repaired, Point place) {
+    // Recorded before the state file is written, which can take long for a large file.
     m_repairMilliseconds = history.milliseconds();
-    note(RepairStep{.place = place,
-                    .repair = Repair::of(taken.settings),
-                    .changesBack = changeCount() - taken.change,
-                    .stateMilliseconds = *m_repairMilliseconds});
+    journalStep(RepairStep{.place = place,
+                           .repair = Repair::of(repaired.settings),
+                           .changesBack = changeCount() - repaired.change,
+                           .stateMilliseconds = *m_repairMilliseconds});
 }
 
 void EditSession::install(const Image& image, bool isNewPhoto) {
@@ -107,7 +107,7 @@ void EditSession::setSettings(const EditSettings& settings) {
     m_settings = settings;
 }
 
-void EditSession::loseSettings(const std::string& missing) {
+void EditSession::clearSettings(const std::string& missing) {
     const std::scoped_lock lock(m_mutex);
     m_settings.reset();
     m_missing = missing;
@@ -115,10 +115,10 @@ void EditSession::loseSettings(const std::string& missing) {
 
 EditSettings EditSession::settings() const {
     const std::scoped_lock lock(m_mutex);
-    return presentSettings();
+    return settingsLocked();
 }
 
-EditSettings EditSession::presentSettings() const {
+EditSettings EditSession::settingsLocked() const {
     if (!m_settings)
         fatal(m_missing + " is gone");
     return *m_settings;
@@ -126,14 +126,14 @@ EditSettings EditSession::presentSettings() const {
 
 void EditSession::beginHistory() {
     if (!history.begin(image(), stateFormat()))
-        note(StateLostStep{history.position});
+        journalStep(StateLostStep{history.position});
 }
 
 void EditSession::pushState() {
     const std::optional<std::int64_t> repair = std::exchange(m_repairMilliseconds, std::nullopt);
     const std::int64_t milliseconds = repair ? *repair : history.milliseconds();
     if (!history.push(image(), stateFormat(), milliseconds))
-        note(StateLostStep{history.position});
+        journalStep(StateLostStep{history.position});
     isRepairing = false;
 }
 
@@ -143,9 +143,9 @@ bool EditSession::moveTo(std::int64_t state) {
         return false;
     install(*image, /*isNewPhoto*/ false);
     if (history.isAsRecorded())
-        note(MoveStep{state});
+        journalStep(MoveStep{state});
     else if (m_journal)
-        m_journal->end(); // the picture is what another program has put into the file
+        m_journal->end(); // the state file was changed by another program and cannot be replayed
     return true;
 }
 
@@ -160,17 +160,17 @@ void EditSession::beginJournal(const std::optional<FileIdentity>& opened) {
         m_journal->forget();
 }
 
-void EditSession::note(const EditStep& step) {
+void EditSession::journalStep(const EditStep& step) {
     if (m_journal)
         m_journal->append(step);
 }
 
-void EditSession::noteEffect(int effect) {
+void EditSession::recordEffect(int effect) {
     if (effect != std::exchange(m_effect, effect))
-        note(EffectStep{effect});
+        journalStep(EffectStep{effect});
 }
 
-void EditSession::forgetWork() {
+void EditSession::discardJournal() {
     if (m_journal)
         m_journal->forget();
 }

@@ -20,59 +20,60 @@
 
 namespace complexion {
 
-/// The photo that is being edited, without a window: its pixels and where they came from, the history, and
-/// the settings of the next repair.
+/// The photo being edited, its history and journal, and the settings of the next repair. Independent of any
+/// widget.
 ///
-/// Work in the background sees the session only through `snapshot` and `beginRepair`, which copy under one
-/// lock: the image, the number of its photo and the settings always belong together. Everything else is for
-/// the main thread.
+/// Background work accesses the session only through `snapshot` and `beginRepair`, which copy the image, the
+/// photo number and the settings under one lock, so that they are consistent. All other members are for the
+/// main thread.
 class EditSession {
 public:
-    /// `platform` outlives the session.
+    /// `platform` must outlive the session.
     explicit EditSession(Platform& platform) : history(platform) {}
 
-    /// What work in the background needs, as it was at one moment.
+    /// A consistent copy of what background work needs.
     struct Snapshot {
         Image image;             // the working image, without any effect
-        std::uint64_t photo = 0; // counts every load and reload; 0 before the first
-        std::int64_t change = 0; // counts the working images of this photo
+        std::uint64_t photo = 0; // incremented by every load and reload; 0 before the first
+        std::int64_t change = 0; // incremented by every change of this photo's working image
         EditSettings settings;
     };
 
-    /// Fatal while there are no settings. Any thread.
+    /// Fatal if there are no settings. Callable from any thread.
     Snapshot snapshot() const;
-    /// Sets the busy flag and takes the snapshot that the repair works on; neither when `onlyPhoto` is given
-    /// and another photo is open by now. Any thread.
+    /// Sets the busy flag and returns the snapshot to repair. Does nothing if `onlyPhoto` is given and is no
+    /// longer the current photo number. Callable from any thread.
     std::optional<Snapshot> beginRepair(std::optional<std::uint64_t> onlyPhoto = std::nullopt);
 
     // The photo.
 
-    /// Makes `photo`, which was read from the file at `file`, the photo, and starts its journal. `opened` is
-    /// what the file was before it was read; without it no journal is kept.
+    /// Sets `photo`, read from `file`, as the photo and begins its journal. `opened` is the file's identity
+    /// before it was read; without it no journal is kept.
     void open(const OpenedPhoto& photo, const std::filesystem::path& file,
               const std::optional<FileIdentity>& opened = std::nullopt);
-    /// Replaces the photo by `photo`, which was read from the same file again.
+    /// Replaces the photo with `photo`, read again from the same file.
     void reload(const OpenedPhoto& photo, const std::optional<FileIdentity>& opened = std::nullopt);
 
     Image image() const;
-    /// Replaces the working image. Unless it is the result of the repair that was just noted, the journal
-    /// ends: other images are no steps that could be repeated.
+    /// Replaces the working image. Ends the journal, unless the image is the result of the repair recorded
+    /// just before: only recorded steps can be replayed.
     void setImage(const Image& image);
-    /// Notes a finished repair of `taken`, whose result is then set and pushed.
-    void noteRepair(const Snapshot& taken, Point place);
+    /// Records a finished repair of `repaired` in the journal. `setImage` and `pushState` with its result
+    /// must follow.
+    void recordRepair(const Snapshot& repaired, Point place);
     /// The photo as it was opened.
     Image source() const;
     std::uint64_t photoNumber() const;
-    /// Counts the working images of this photo.
+    /// Incremented by every change of this photo's working image.
     std::int64_t changeCount() const;
 
     std::filesystem::path path; // of the photo; empty while none is open
     std::string name;           // file name without folder and extension
     std::string extension;      // as in the path, case kept
-    /// What is wrong with the photo's file where parts of its picture are missing; nothing for a whole one.
+    /// Set if the photo's file is damaged and parts of the picture are missing.
     std::optional<Error> damage;
-    /// The format of the photo's states and results, as an extension in lower case: what its name says, or
-    /// its content where that is none of the accepted types.
+    /// The format of the photo's states and results, as an extension in lower case: that of the file name, or
+    /// of the content if the former is not an accepted type.
     std::string stateFormat() const;
 
     /// True while a repair is being computed.
@@ -81,55 +82,54 @@ public:
     // The settings.
 
     void setSettings(const EditSettings& settings);
-    /// There are none any more, because `missing`, a control that they are read from, is gone.
-    void loseSettings(const std::string& missing);
-    /// Fatal, naming what is missing, while there are none. Any thread.
+    /// Clears the settings, because the control `missing`, which they are read from, has been destroyed.
+    void clearSettings(const std::string& missing);
+    /// Fatal if there are none, with the name of the missing control. Callable from any thread.
     EditSettings settings() const;
 
     // The history.
 
     StateHistory history;
 
-    /// Starts the history anew with the working image.
+    /// Starts a new history with the working image as its only state.
     void beginHistory();
     /// Records the working image and clears the busy flag.
     void pushState();
     bool canUndo() const { return !isRepairing && history.hasState(history.position - 1); }
     bool canRedo() const { return !isRepairing && history.hasState(history.position + 1); }
-    /// One state back or forth; false, with nothing changed, where that is not possible.
+    /// Moves one state back or forward. Returns false, with nothing changed, if that is not possible.
     bool undo() { return canUndo() && moveTo(history.position - 1); }
     bool redo() { return canRedo() && moveTo(history.position + 1); }
 
     // The journal.
 
-    /// From now on steps are kept in `journal`, from the next photo on. Without one, none are.
+    /// Records the steps of the next photo and later ones in `journal`; null records none.
     void setJournal(std::unique_ptr<Journal> journal) { m_journal = std::move(journal); }
-    /// Null where none is kept.
+    /// Null if no journal is kept.
     Journal* journal() const { return m_journal.get(); }
-    /// The photo is shown through another effect.
-    void noteEffect(int effect);
-    /// The work is done with: nothing of it is kept.
-    void forgetWork();
+    /// Records the effect that the photo is shown with, an index into kEffectTitles.
+    void recordEffect(int effect);
+    /// Deletes the journal: the work is finished or discarded.
+    void discardJournal();
 
-    /// Repeats the steps of an abandoned journal, whose photo has just been opened: picture, history and
-    /// position are then what they were. The states' files are left to `writeNextState`. Returns the effect
-    /// that the photo was shown through; nothing when a step is not possible, and the session is then to be
-    /// opened anew.
+    /// Replays the steps of an abandoned journal on its photo, which has just been opened. Restores the
+    /// working image, the history and the position in it; `writeNextState` writes the state files. Returns
+    /// the last effect; nothing if a step cannot be applied, after which the photo must be opened again.
     std::optional<int> replay(const std::vector<EditStep>& steps);
-    /// Goes on in the journal whose steps were replayed.
+    /// Appends further steps to the replayed journal.
     void resumeJournal(const AbandonedJournal& abandoned, const FileIdentity& opened);
-    /// Writes one state's file that `replay` has left; false when there is none.
+    /// Writes one state file that `replay` left unwritten. Returns false if there is none.
     bool writeNextState() { return history.writeNext(); }
 
 private:
     void install(const Image& image, bool isNewPhoto);
-    void noteFile(const OpenedPhoto& photo);
+    void setFileInfo(const OpenedPhoto& photo);
     void beginJournal(const std::optional<FileIdentity>& opened);
-    void note(const EditStep& step);
+    void journalStep(const EditStep& step);
     bool moveTo(std::int64_t state);
-    EditSettings presentSettings() const; // the lock is held
+    EditSettings settingsLocked() const; // m_mutex must be held
 
-    std::string m_formatByContent; // empty where the photo's name says its format
+    std::string m_formatByContent; // empty if the file name's extension is an accepted type
 
     mutable std::mutex m_mutex;
     Image m_image;
@@ -141,7 +141,7 @@ private:
 
     std::unique_ptr<Journal> m_journal;
     int m_effect = 0;
-    std::optional<std::int64_t> m_repairMilliseconds; // of the repair whose state is to be pushed
+    std::optional<std::int64_t> m_repairMilliseconds; // when the repair to be pushed was recorded
 };
 
 } // namespace complexion

@@ -7,19 +7,19 @@
 
 namespace complexion {
 
-/// The two ways to repair; their values are the places of their titles in the repair pop-up.
+/// The two kinds of repair. The values are indices into the repair pop-up.
 enum class RepairStyle : std::int8_t {
-    FlatColor = 0, // one colour over what is darker or lighter than the disc
-    Natural = 1,   // the skin's own shading and detail over what differs from the skin around
+    FlatColor = 0, // paints pixels that differ from the disc in one colour
+    Natural = 1,   // paints the blemish with shading and texture of the skin around it
 };
 
-/// What a repair is steered by, as it stands in the controls.
+/// The settings of a repair, with the values of the controls.
 struct EditSettings {
     std::int64_t radius = 0;                    // pixels
     std::int64_t colorType = 0;                 // 1: detect the colour, 0: use customColor
-    RgbColor customColor;                       // of sRGB
+    RgbColor customColor;                       // in sRGB
     float threshold = 0;                        // grey levels
-    RepairStyle style = RepairStyle::FlatColor; // with Natural, colorType and customColor have no part
+    RepairStyle style = RepairStyle::FlatColor; // Natural ignores colorType and customColor
 };
 
 } // namespace complexion

@@ -9,38 +9,38 @@
 
 namespace complexion {
 
-/// A repair that has become the working image.
+/// A repair whose result became the working image.
 struct RepairStep {
     Point place; // in the image's points, bottom-left origin
     Repair repair;
-    /// Which image was repaired: the working image as it was so many changes earlier. More than 0 when two
-    /// repairs began before either had ended.
+    /// Which image was repaired: the working image this many changes ago. Greater than 0 only if two repairs
+    /// overlapped.
     std::int64_t changesBack = 0;
-    /// Names the state's file: milliseconds since 1970.
+    /// Milliseconds since 1970, which name the state file.
     std::int64_t stateMilliseconds = 0;
     bool operator==(const RepairStep&) const = default;
 };
 
-/// The state of the repair before this step could not be written; the history does without it. At the
-/// beginning: the photo's own state could not be, and the history began empty.
+/// The state file of the preceding repair could not be written, so that the history lacks that state. As the
+/// first step: the photo's own state could not be written, and the history began empty.
 struct StateLostStep {
-    std::int64_t position = 0; // of the history afterwards
+    std::int64_t position = 0; // in the history, after this step
     bool operator==(const StateLostStep&) const = default;
 };
 
-/// Undo or redo: the working image is the state at `position` of the history.
+/// Undo or redo: the state at `position` of the history became the working image.
 struct MoveStep {
     std::int64_t position = 0;
     bool operator==(const MoveStep&) const = default;
 };
 
-/// The photo is shown through another effect; 0 for none.
+/// Another effect was selected; 0 for none.
 struct EffectStep {
     std::int64_t effect = 0;
     bool operator==(const EffectStep&) const = default;
 };
 
-/// What a person does to a photo, without any pixel: replaying the steps gives the same picture again.
+/// One user action on a photo, without pixels. Replaying the steps reproduces the picture exactly.
 using EditStep = std::variant<RepairStep, StateLostStep, MoveStep, EffectStep>;
 
 } // namespace complexion

@@ -7,7 +7,7 @@
 
 namespace complexion {
 
-/// Tells whether a path still refers to the same, unchanged file.
+/// Identifies a file and its version: equal if a path still refers to the same, unchanged file.
 struct FileIdentity {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
@@ -17,7 +17,7 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 };
 
-/// Nothing when there is no such file.
+/// Of the file at `path`; nothing if there is none.
 std::optional<FileIdentity> identify(const std::filesystem::path& path);
 /// Of an open file.
 std::optional<FileIdentity> identify(int descriptor);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The edit history: recording states, and the steps back and forth.
+// The edit history: recording states, undo and redo.
 #include "editor/view_controller.h"
 
 namespace complexion {
@@ -37,15 +37,15 @@ bool ViewController::canRedo() const {
 
 void ViewController::OnUndo(QObject*) {
     if (hasImage() && m_session.undo())
-        showStep();
+        showWorkingImage();
 }
 
 void ViewController::OnRedo(QObject*) {
     if (hasImage() && m_session.redo())
-        showStep();
+        showWorkingImage();
 }
 
-void ViewController::showStep() {
+void ViewController::showWorkingImage() {
     ApplyEffectsOnPreview();
     Q_EMIT stateChanged();
 }

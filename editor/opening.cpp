@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Bringing a photo into the editor: by the open panel, by a drop, from the desktop, and again from its file.
-#include "editor/outlet.h"
+// Opening a photo from the panel, a drop or the desktop, and reloading it.
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
 
@@ -53,7 +52,7 @@ Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& pa
 }
 
 void ViewController::loadImage(const std::filesystem::path& path) {
-    // Decoded before the first step that changes anything.
+    // Decode before changing anything.
     const std::optional<FileIdentity> opened = identify(path);
     const Result<OpenedPhoto> photo = decodeSource(path);
     if (!photo) {
@@ -65,9 +64,9 @@ void ViewController::loadImage(const std::filesystem::path& path) {
 
 void ViewController::installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,
                                   const std::optional<FileIdentity>& opened) {
-    reach(boxHint).hide();
-    reach(boxHelp).hide();
-    reach(comboEffect).setCurrentIndex(0);
+    boxHint->hide();
+    boxHelp->hide();
+    comboEffect->setCurrentIndex(0);
     m_session.open(photo, path, opened);
     ApplyEffectsOnPreview();
     ResetZoom();
@@ -88,7 +87,7 @@ void ViewController::OnResetImage(QObject*) {
         showLoadFailure();
         return;
     }
-    reach(comboEffect).setCurrentIndex(0);
+    comboEffect->setCurrentIndex(0);
     m_session.reload(*photo, opened);
     ApplyEffectsOnPreview();
     BeginEditHistory();

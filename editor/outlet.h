@@ -7,12 +7,19 @@
 
 namespace complexion {
 
-/// The control that an outlet refers to; fatal when it is gone.
+/// A pointer to a control that the window owns. Dereferencing it is fatal once the control is destroyed.
 template <class Control>
-Control& reach(const QPointer<Control>& outlet) {
-    if (!outlet)
-        fatal("a control is reached after its view is gone");
-    return *outlet;
-}
+class Outlet : public QPointer<Control> {
+public:
+    using QPointer<Control>::QPointer;
+    using QPointer<Control>::operator=;
+
+    Control& operator*() const {
+        if (!this->data())
+            fatal("an outlet is used after its control is gone");
+        return *this->data();
+    }
+    Control* operator->() const { return &**this; }
+};
 
 } // namespace complexion

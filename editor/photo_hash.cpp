@@ -11,7 +11,7 @@ namespace complexion {
 
 namespace {
 
-constexpr std::size_t kPieceSize = 1 << 20;
+constexpr std::size_t kChunkSize = 1 << 20;
 
 } // namespace
 
@@ -29,13 +29,13 @@ PhotoHasher::~PhotoHasher() {
 bool PhotoHasher::readOn() {
     if (m_hasFailed)
         return false;
-    m_piece.resize(kPieceSize);
-    const ssize_t count = ::read(m_file, m_piece.data(), m_piece.size());
+    m_chunk.resize(kChunkSize);
+    const ssize_t count = ::read(m_file, m_chunk.data(), m_chunk.size());
     if (count < 0 && errno == EINTR)
         return true;
     m_hasFailed = count < 0;
     if (count > 0)
-        m_hash.addData(QByteArrayView(m_piece.data(), count));
+        m_hash.addData(QByteArrayView(m_chunk.data(), count));
     return count > 0;
 }
 

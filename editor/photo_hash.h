@@ -16,7 +16,7 @@ namespace complexion {
 /// The BLAKE2b-256 hash of a photo's bytes.
 using PhotoHash = std::array<std::uint8_t, 32>;
 
-/// Hashes a file piece by piece, so that whoever does it can do other things in between.
+/// Hashes a file in chunks, so that the caller can do other work in between.
 class PhotoHasher {
 public:
     explicit PhotoHasher(const std::filesystem::path& path);
@@ -24,18 +24,18 @@ public:
     PhotoHasher& operator=(const PhotoHasher&) = delete;
     ~PhotoHasher();
 
-    /// Reads the next MiB; false when there is none.
+    /// Hashes the next MiB. Returns false at the end of the file or on an error.
     bool readOn();
-    /// The hash of what was read; none when the file could not be read, or changed meanwhile.
+    /// The hash of the bytes read; nothing if reading failed or the file changed meanwhile.
     std::optional<PhotoHash> result() const;
-    /// Of the file that is read; none when it cannot be opened.
+    /// The file's identity; nothing if it could not be opened.
     const std::optional<FileIdentity>& identity() const { return m_identity; }
 
 private:
     int m_file;
     std::optional<FileIdentity> m_identity;
     QCryptographicHash m_hash{QCryptographicHash::Blake2b_256};
-    std::vector<char> m_piece;
+    std::vector<char> m_chunk;
     bool m_hasFailed = false;
 };
 

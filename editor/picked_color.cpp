@@ -12,17 +12,17 @@ namespace complexion {
 
 namespace {
 
-constexpr double kReach = 2.5; // pixels or points to each side of the place's middle
-constexpr int kMaxReach = 64;  // pixels
+constexpr double kRadius = 2.5; // pixels or points from the centre of `place`
+constexpr int kMaxRadius = 64;  // pixels
 
 } // namespace
 
 QColor pickedColor(const Image& image, PixelPosition place, double pixelsPerPoint) {
-    const int reach =
-        std::min(kMaxReach, static_cast<int>(std::floor(kReach * std::max(1.0, pixelsPerPoint))));
+    const int radius =
+        std::min(kMaxRadius, static_cast<int>(std::floor(kRadius * std::max(1.0, pixelsPerPoint))));
     const PixelSize size = image.pixelSize();
-    const PixelRect area = PixelRect{static_cast<int>(place.column) - reach,
-                                     static_cast<int>(place.row) - reach, 2 * reach + 1, 2 * reach + 1}
+    const PixelRect area = PixelRect{static_cast<int>(place.column) - radius,
+                                     static_cast<int>(place.row) - radius, 2 * radius + 1, 2 * radius + 1}
                                .intersected({0, 0, size.width, size.height});
     if (area.isEmpty())
         return {};
@@ -35,7 +35,7 @@ QColor pickedColor(const Image& image, PixelPosition place, double pixelsPerPoin
         sums[2] += pixel.blue();
         sums[3] += pixel.alpha();
     }
-    // Premultiplied components weigh each pixel by how opaque it is.
+    // Premultiplied components weight each pixel by its alpha.
     const std::uint64_t weight = std::max<std::uint64_t>(1, sums[3]);
     const auto mean = [weight](std::uint64_t sum) {
         return static_cast<std::uint8_t>(std::min<std::uint64_t>(255, (sum * 255 + weight / 2) / weight));

@@ -7,8 +7,8 @@
 
 namespace complexion {
 
-/// The colour of the photo around a place of it, in sRGB: the mean of five by five pixels, or of as many as
-/// five by five points of the screen show where those are more.
+/// The mean colour around `place`, in sRGB: of 5 by 5 pixels, or of the pixels shown in 5 by 5 points on the
+/// screen if those are more. Weighted by alpha.
 QColor pickedColor(const Image& image, PixelPosition place, double pixelsPerPoint);
 
 } // namespace complexion

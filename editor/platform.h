@@ -9,7 +9,7 @@
 
 namespace complexion {
 
-/// What the editor needs of the system around it.
+/// The system services that the editor uses.
 class Platform {
 public:
     Platform() = default;
@@ -17,19 +17,19 @@ public:
     Platform& operator=(const Platform&) = delete;
     virtual ~Platform() = default;
 
-    /// Uptime in nanoseconds, from a clock that never goes back.
+    /// Uptime in nanoseconds, from a monotonic clock.
     virtual std::uint64_t monotonicNanoseconds() = 0;
     /// Wall-clock time as seconds since 1970-01-01 00:00 UTC.
     virtual double secondsSince1970() = 0;
-    /// The folder for state images: private to this run, and the same for all of it.
+    /// The folder for state images: private to this process, and constant.
     virtual std::filesystem::path temporaryDirectory() = 0;
-    /// Opens a web address (or a file address) in the user's browser; the outcome is not told.
+    /// Opens a web or file URL in the user's browser. Failure is not reported.
     virtual void openAddress(const std::string& url) = 0;
-    /// Asks the application to end.
+    /// Quits the application.
     virtual void terminate() = 0;
 };
 
-/// Where work is run. Items keep what they need alive.
+/// Runs work asynchronously. Work items must keep alive what they use.
 class Queues {
 public:
     Queues() = default;
@@ -39,7 +39,7 @@ public:
 
     /// Runs `work` on a background thread, concurrently with other work.
     virtual void submitBackground(std::function<void()> work) = 0;
-    /// Runs `work` on the main thread, after what was submitted before.
+    /// Runs `work` on the main thread, in order of submission.
     virtual void submitMain(std::function<void()> work) = 0;
 };
 

@@ -24,7 +24,7 @@ std::optional<Image> Repair::applyTo(const Image& image, Point point) const {
 
 namespace {
 
-/// Why a repair has changed nothing.
+/// Why a repair changed nothing.
 RepairOutcome reasonFor(const Repair& repair, const Image& image, Point point) {
     if (repair.style == RepairStyle::FlatColor)
         return ImageTools::FindPimplePixels(point, image, repair.radius, repair.threshold).sample.empty()
@@ -38,7 +38,7 @@ RepairOutcome reasonFor(const Repair& repair, const Image& image, Point point) {
     case BlemishRefusal::NothingDiffers:
         return RepairOutcome::NothingToRepair;
     case BlemishRefusal::ComesFromOutside:
-        return RepairOutcome::ComesFromOutside;
+        return RepairOutcome::ExtendsOutside;
     case BlemishRefusal::FillsDisc:
         return RepairOutcome::FillsDisc;
     case BlemishRefusal::NoSkin:

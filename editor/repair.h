@@ -10,48 +10,47 @@
 
 namespace complexion {
 
-/// What a click does, as a value: the settings that it reads, in the units of the pixel work. The click and
-/// its preview both run it.
+/// The parameters of a repair, in the units of the pixel operations. Both the click and its preview run one.
 struct Repair {
     std::int64_t radius = 0;    // pixels
     std::int64_t colorType = 0; // 1: detect the colour, 0: use customColor
-    RgbColor customColor;       // of sRGB
+    RgbColor customColor;       // in sRGB
     RepairStyle style = RepairStyle::FlatColor;
     std::int64_t threshold = 0; // grey levels
     bool operator==(const Repair&) const = default;
 
-    /// Of the settings as they stand in the controls. Fatal when the threshold is out of range.
+    /// Converts `settings`. Fatal if the threshold is out of range.
     static Repair of(const EditSettings& settings);
 
-    /// `image` with the blemish around `point` (in its points, bottom-left origin) repaired; no image when
-    /// there is no memory for its pixels. Reads nothing but its arguments.
+    /// `image` with the blemish around `point` (in its points, bottom-left origin) repaired; nothing if
+    /// memory runs out. A pure function.
     std::optional<Image> applyTo(const Image& image, Point point) const;
 };
 
-/// How a repair ends.
+/// Whether a repair changed the image, or why not.
 enum class RepairOutcome {
     Repaired,
-    NothingToRepair,  // no pixel of the disc stands out by more than the threshold
-    NotUniform,       // the skin differs too much across the disc
-    ComesFromOutside, // what differs there is part of something larger that reaches out of the disc
-    FillsDisc,        // what differs there leaves too little skin in the disc
-    NoSkin,           // there is no skin around to go by
-    TooCloseToBorder, // the disc reaches over the photo's edge
+    NothingToRepair,  // no pixel of the disc differs by more than the threshold
+    NotUniform,       // the skin varies too much across the disc
+    ExtendsOutside,   // what differs is part of something larger that extends beyond the disc
+    FillsDisc,        // what differs leaves too little skin in the disc
+    NoSkin,           // there is no skin nearby to match
+    TooCloseToBorder, // the disc extends over the photo's edge
     NoMemory,
 };
 
-/// What a repair has done, or would do, to an image.
+/// The result of a repair or of its preview.
 struct RepairReport {
     RepairOutcome outcome = RepairOutcome::NothingToRepair;
-    PixelMask repainted;         // the pixels that have another value
-    std::optional<Image> result; // what Repair::applyTo gives
+    PixelMask repainted;         // the pixels that changed
+    std::optional<Image> result; // of Repair::applyTo
 };
 
-/// Runs `repair` and tells what became of it. It takes the time of a repair, so in general another thread.
+/// Runs `repair` on `image`. Slow; call it on a background thread.
 RepairReport runRepair(const Repair& repair, const Image& image, Point point);
 
-/// The pixel of an image of that size that a point stands for, where a repair has its centre: truncated
-/// toward zero, outside the image too.
+/// The pixel that a repair at `point` has its centre at, in an image of size `image`: truncated toward zero,
+/// also outside the image.
 PixelPosition pixelAt(Point point, PointSize image);
 
 } // namespace complexion

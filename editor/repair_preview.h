@@ -11,8 +11,8 @@
 
 namespace complexion {
 
-/// Foresees repairs in the background. Only the last question counts: it is answered as soon as the one that
-/// is being computed is done, and an answer to any other is dropped.
+/// Computes previews of repairs in the background, one at a time. Only the latest question is answered;
+/// results for earlier ones are discarded.
 class RepairPreview : public QObject {
     Q_OBJECT
 
@@ -26,15 +26,14 @@ public:
         }
     };
 
-    /// `queues` outlives the preview's work.
+    /// `queues` must outlive all work submitted to it.
     explicit RepairPreview(Queues& queues, QObject* parent = nullptr);
     ~RepairPreview() override;
 
-    /// Asks what becomes of a repair; nothing takes the last question back. The same question is not computed
-    /// again.
+    /// Sets the question; nothing withdraws it. A question equal to the current one is not computed again.
     void ask(std::optional<Question> question);
 
-    /// The answer to the last question; null before it is there.
+    /// The answer to the current question; null until it is computed.
     const RepairReport* answer() const { return m_answer ? &*m_answer : nullptr; }
 
 Q_SIGNALS:
@@ -48,7 +47,7 @@ private:
     std::optional<Question> m_question;
     std::optional<RepairReport> m_answer;
     bool m_isComputing = false;
-    /// Gone with the preview: tells work that comes back that nobody waits for it.
+    /// Owned by the preview alone; expired weak pointers tell background work that it has been destroyed.
     std::shared_ptr<RepairPreview*> m_self;
 };
 

@@ -26,17 +26,17 @@ QString describe(const RepairReport& report, bool isDone) {
     case RepairOutcome::NothingToRepair:
         return RepairWords::tr("Nothing to repair here.");
     case RepairOutcome::NotUniform:
-        return RepairWords::tr("Left as it is: the skin differs too much across the disc.");
-    case RepairOutcome::ComesFromOutside:
-        return RepairWords::tr("Left as it is: what differs here goes on outside the disc.");
+        return RepairWords::tr("Not repaired: the skin varies too much across the disc.");
+    case RepairOutcome::ExtendsOutside:
+        return RepairWords::tr("Not repaired: what differs here extends beyond the disc.");
     case RepairOutcome::FillsDisc:
-        return RepairWords::tr("Left as it is: there is too little clean skin in the disc.");
+        return RepairWords::tr("Not repaired: there is too little clean skin in the disc.");
     case RepairOutcome::NoSkin:
-        return RepairWords::tr("Left as it is: there is no skin around to go by.");
+        return RepairWords::tr("Not repaired: there is no skin nearby to match.");
     case RepairOutcome::TooCloseToBorder:
-        return RepairWords::tr("Left as it is: too close to the edge of the photo.");
+        return RepairWords::tr("Not repaired: too close to the edge of the photo.");
     case RepairOutcome::NoMemory:
-        return RepairWords::tr("Left as it is: there is not enough memory.");
+        return RepairWords::tr("Not repaired: not enough memory.");
     }
     return {};
 }

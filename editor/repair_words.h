@@ -7,7 +7,7 @@
 
 namespace complexion {
 
-/// A repair in a sentence for assistive technology: what it has done, or what it would do.
+/// A sentence for assistive technology: what a repair did (`isDone`) or would do.
 QString describe(const RepairReport& report, bool isDone);
 
 } // namespace complexion

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Repeating the steps of a journal.
+// Replaying the steps of a journal.
 #include "editor/edit_session.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace complexion {
 
 namespace {
 
-/// The working images that later repairs of the steps go back to.
+/// The recent working images, as far back as any repair of the steps refers.
 class EarlierImages {
 public:
     EarlierImages(const std::vector<EditStep>& steps, const Image& first) : m_images{first} {
@@ -26,7 +26,7 @@ public:
             m_images.pop_back();
     }
     const Image& latest() const { return m_images.front(); }
-    /// Null before the first image.
+    /// The working image this many changes ago; null if there was none.
     const Image* back(std::int64_t changes) const {
         return changes < std::ssize(m_images) ? &m_images[static_cast<std::size_t>(changes)] : nullptr;
     }
@@ -36,7 +36,7 @@ private:
     std::deque<Image> m_images; // the latest first
 };
 
-/// Applies steps, one after the other, to a history that begins with the photo as it was opened.
+/// Applies steps in order to a history that contains only the opened photo.
 class Replay {
 public:
     Replay(StateHistory& history, std::string format, const std::vector<EditStep>& steps, const Image& image)
@@ -45,10 +45,11 @@ public:
     const Image& image() const { return m_images.latest(); }
     int effect() const { return m_effect; }
 
-    /// False when the step is not possible. `isStateLost`: the state of this repair could not be written.
+    /// Returns false if the step cannot be applied. `isStateLost`: the state file of this repair was not
+    /// written.
     bool apply(const EditStep& step, bool isStateLost) {
         if (const auto* repair = std::get_if<RepairStep>(&step))
-            return repeat(*repair, isStateLost);
+            return applyRepair(*repair, isStateLost);
         if (const auto* move = std::get_if<MoveStep>(&step))
             return moveTo(move->position);
         if (const auto* effect = std::get_if<EffectStep>(&step))
@@ -59,7 +60,7 @@ public:
     }
 
 private:
-    bool repeat(const RepairStep& step, bool isStateLost) {
+    bool applyRepair(const RepairStep& step, bool isStateLost) {
         const Image* const repaired = m_images.back(step.changesBack);
         if (!repaired)
             return false;
@@ -80,7 +81,7 @@ private:
         return image.has_value();
     }
 
-    /// The photo's own state could not be written.
+    /// Reproduces a history whose first state could not be written.
     void beginEmpty(std::int64_t position) {
         m_history.removeFiles();
         m_history.paths.clear();

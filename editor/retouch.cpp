@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A short press on the photo is a click, and a click is a repair, computed in the background.
-#include "editor/outlet.h"
+// A short press on the photo is a click, which starts a repair in the background.
 #include "editor/repair.h"
 #include "editor/view_controller.h"
 #include "imaging/base/checked.h"
@@ -31,14 +30,14 @@ void ViewController::HandleClick(const MouseEvent& event) {
         static_cast<double>(checkedSubtract(clickEndTime, clickStartTime)) / kNanosecondsPerSecond;
     if (seconds > kMaxClickSeconds || !hasImage())
         return;
-    BeginRetouch(imagePointAt(event.locationInWindow, originalImage().size(), reach(imageView).frame()));
+    BeginRetouch(imagePointAt(event.locationInWindow, originalImage().size(), imageView->frame()));
 }
 
 void ViewController::BeginRetouch(Point point) {
     if (!hasImage() || imageProcessing)
         return;
     m_queues.submitBackground([self = shared_from_this(), point, photo = m_session.photoNumber()] {
-        // A click on a photo that has been replaced since says nothing about the new one.
+        // Ignored if another photo has been opened since the click.
         self->retouch(point, self->m_session.beginRepair(photo));
     });
 }
@@ -51,18 +50,18 @@ void ViewController::RetouchAtPoint(Point point) {
     retouch(point, m_session.beginRepair());
 }
 
-void ViewController::retouch(Point point, const std::optional<EditSession::Snapshot>& taken) {
-    if (!taken)
+void ViewController::retouch(Point point, const std::optional<EditSession::Snapshot>& snapshot) {
+    if (!snapshot)
         return;
-    const RepairReport report = runRepair(Repair::of(taken->settings), taken->image, point);
-    m_queues.submitMain([self = shared_from_this(), report, taken = *taken, point] {
-        if (taken.photo != self->m_session.photoNumber()) {
+    const RepairReport report = runRepair(Repair::of(snapshot->settings), snapshot->image, point);
+    m_queues.submitMain([self = shared_from_this(), report, snapshot = *snapshot, point] {
+        if (snapshot.photo != self->m_session.photoNumber()) {
             self->imageProcessing = false;
             Q_EMIT self->stateChanged();
             return;
         }
         if (report.result)
-            self->m_session.noteRepair(taken, point);
+            self->m_session.recordRepair(snapshot, point);
         self->FinishRetouch(report.result);
         Q_EMIT self->repairFinished(report);
     });
@@ -73,8 +72,8 @@ void ViewController::FinishRetouch(const std::optional<Image>& result) {
         fatal("a repair gave no image");
     setOriginalImage(*result);
     ApplyEffectsOnPreview();
-    // Seen before the state is written, which takes as long as its file is large.
-    QCoreApplication::sendPostedEvents(reach(imageView).window(), QEvent::UpdateRequest);
+    // Paint before the state file is written, which can take long for a large file.
+    QCoreApplication::sendPostedEvents(imageView->window(), QEvent::UpdateRequest);
     PushStateImage();
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Saving what the image view shows, in the source's own format, with its metadata.
-#include "editor/outlet.h"
+// Saving the shown image in the source's format, with the source's metadata.
 #include "editor/set_aside.h"
 #include "editor/view_controller.h"
 #include "imaging/base/files.h"
@@ -22,16 +21,16 @@ void ViewController::OnSaveImage(QObject*) {
         fatal("a confirmed save panel names no file");
     const std::filesystem::path& path = *answer.url;
 
-    // The photo itself may be what is replaced, and its metadata is still to be read.
+    // Keep the source readable for its metadata: it may be the file that is replaced.
     const HeldFile source(originalImagePath);
     SetAsideFile replaced(path);
-    const std::optional<Image> shown = reach(imageView).image();
+    const std::optional<Image> shown = imageView->image();
     if (!shown)
         fatal("the image to save is gone");
 
     Q_EMIT longWorkBegan(tr("Saving the photo…"));
     bool saved = savePhoto(*shown, path, format, source.path());
-    // A format that cannot hold the picture leaves no file, and that counts as saved.
+    // If the format cannot hold the picture, no file is written, which counts as saved.
     std::error_code ignored;
     const bool isWritten = saved && std::filesystem::exists(path, ignored);
     saved = saved && (!isWritten || flushToDisk(path));

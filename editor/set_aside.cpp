@@ -17,12 +17,12 @@ namespace complexion {
 
 namespace {
 
-/// Moves the file to the first free name; empty, with errno set, when that fails.
+/// Renames the file to the first free name, which it returns; empty, with errno set, on failure.
 std::filesystem::path setAside(const std::filesystem::path& path) {
     struct stat status = {};
     if (::lstat(path.c_str(), &status) != 0)
         return {};
-    if (S_ISDIR(status.st_mode)) { // could be moved, but is no file to be replaced
+    if (S_ISDIR(status.st_mode)) { // rename would accept a folder
         errno = EISDIR;
         return {};
     }

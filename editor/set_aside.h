@@ -5,24 +5,24 @@
 
 namespace complexion {
 
-/// A file that the user chose to replace, out of its place while the new one is written. Its bytes stay on
-/// the disk until they are given up: neither a save that fails nor the end of the process destroys them.
+/// A file that the user chose to replace, renamed while the new one is written. It is deleted only by
+/// `discard`: neither a failed save nor the end of the process destroys it.
 class SetAsideFile {
 public:
-    /// Moves the file at `path` to a name in its folder that says what it is: NAME (replaced).EXT. On failure
-    /// prints "Remove failed: " and the system's description on standard output, and leaves what is there.
+    /// Renames the file at `path` to NAME (replaced).EXT in its folder. On failure prints "Remove failed: "
+    /// and the system's error message on standard output, and leaves the file in place.
     explicit SetAsideFile(std::filesystem::path path);
 
-    /// Deletes the file, once the new one is on the disk.
+    /// Deletes the file. Call this once the new one is on the disk.
     void discard();
 
-    /// Puts the file into the desktop's trash, where it can be restored from; leaves it under the name that
-    /// it was given where there is no trash. For saves that fail.
+    /// Moves the file into the desktop's trash, from where it can be restored, after a failed save. If there
+    /// is no trash, it keeps the name NAME (replaced).EXT.
     void moveToTrash();
 
 private:
     std::filesystem::path m_path;
-    std::filesystem::path m_asidePath; // empty when nothing was set aside
+    std::filesystem::path m_asidePath; // empty if nothing is set aside
 };
 
 } // namespace complexion

@@ -44,7 +44,7 @@ bool StateHistory::push(const Image& image, const std::string& format, std::int6
                         Writing writing) {
     const std::filesystem::path path = makePath(format, milliseconds);
     if (position < bound) {
-        // States that were stepped back from go before the new one is written, and stay gone if that fails.
+        // Redo states are deleted first, and stay deleted if writing fails.
         for (std::int64_t i = std::ssize(paths) - 1; i > position; --i) {
             removeFile(paths[static_cast<std::size_t>(i)]);
             paths.pop_back();
@@ -57,7 +57,7 @@ bool StateHistory::push(const Image& image, const std::string& format, std::int6
     }
     if (!write(image, path, format, writing))
         return false;
-    // The history is full: the oldest state goes, but only for one that is safely written.
+    // The history is full: drop the oldest state, but only after the new one is written.
     if (paths.empty())
         fatal("the oldest state of an empty history is dropped");
     removeFile(paths.front());

@@ -13,48 +13,47 @@
 
 namespace complexion {
 
-/// The states of the working image, each a file in the platform's temporary folder, and the place among them.
+/// The states of the working image, each a file in the platform's temporary folder, and the current position.
 /// Main thread only.
 class StateHistory {
 public:
-    /// `platform` outlives the history.
+    /// `platform` must outlive the history.
     explicit StateHistory(Platform& platform) : m_platform(platform) {}
 
-    /// Paths of the state files, oldest first; the files belong to the list.
+    /// The state files, oldest first, owned by the history.
     std::vector<std::filesystem::path> paths;
-    /// Compared with `position`, so that the list holds at most one path more.
+    /// The largest `position`; the history holds at most one state more than this.
     std::int64_t bound = 50;
-    /// Index of the state that the working image is at; -1 before there is a history. Outside the list after
-    /// a first state that could not be written.
+    /// The index of the current state; -1 before there is a history. Out of range if the first state could
+    /// not be written.
     std::int64_t position = -1;
 
-    /// The wall clock in milliseconds since 1970, which names a state that is written now.
+    /// Wall-clock time in milliseconds since 1970, used to name a new state file.
     std::int64_t milliseconds() const;
-    /// A path for a state of that time. `format` is one of ours, lower case.
+    /// The path of a state recorded at `milliseconds`. `format` is an accepted type in lower case.
     std::filesystem::path makePath(const std::string& format, std::int64_t milliseconds) const;
 
-    /// When a state's file is written. Never: it counts as one that could not be.
+    /// When a state file is written. `Never` behaves like a failed write.
     enum class Writing { Now, Later, Never };
 
-    /// Deletes all states and writes `image` as the first; false when that failed.
+    /// Deletes all states and writes `image` as the first. Returns false if writing fails.
     bool begin(const Image& image, const std::string& format);
-    /// Records `image` after the current state; false when it could not be written. Later states are deleted
-    /// first, the oldest one of a full history only after `image` is written.
+    /// Records `image` after the current state. Returns false if it cannot be written. Redo states are
+    /// deleted before, the oldest state of a full history only after `image` is written.
     bool push(const Image& image, const std::string& format, std::int64_t milliseconds,
               Writing writing = Writing::Now);
-    /// Writes one of the files that were left for later; false when there is none.
+    /// Writes one state file that was postponed. Returns false if there is none.
     bool writeNext() { return m_files.writeNext(); }
 
     bool hasState(std::int64_t index) const { return index >= 0 && index < std::ssize(paths); }
-    /// Moves to state `index` and returns its image; stays where it is when that cannot be read.
+    /// Moves to state `index` and returns its image. Returns nothing, without moving, if it cannot be read.
     std::optional<Image> moveTo(std::int64_t index);
-    /// Whether the current state is the very image that was recorded, and not what another program has put
-    /// into its file.
+    /// Whether the current state is the recorded image; false if another program has changed its file.
     bool isAsRecorded() const { return m_files.isAsWritten(paths[static_cast<std::size_t>(position)]); }
 
-    /// Deletes all files; the list and the position stay.
+    /// Deletes all state files, but keeps `paths` and `position`.
     void removeFiles();
-    /// Deletes one file; the list stays.
+    /// Deletes one state file, but keeps its path in `paths`.
     void removeFile(const std::filesystem::path& path) { m_files.remove(path); }
 
 private:

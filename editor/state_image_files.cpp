@@ -20,10 +20,10 @@ bool StateImageFiles::write(const Image& image, const std::filesystem::path& pat
     const std::optional<FileIdentity> earlier = identify(path);
     if (!ImageTools::SaveImage(image, path, format))
         return false;
-    // A picture that its format cannot hold counts as saved and leaves whatever stood there before.
+    // If the format cannot hold the picture, SaveImage succeeds without touching the file.
     if (identify(path) == earlier)
         return true;
-    // The pictures of a history are nobody else's to see.
+    // Only the user may read the states.
     ::chmod(path.c_str(), S_IRUSR | S_IWUSR);
     if (const std::optional<FileIdentity> now = identify(path))
         m_written.insert_or_assign(path, Written{image, *now});
@@ -68,7 +68,7 @@ void StateImageFiles::remove(const std::filesystem::path& path) {
 }
 
 void removeFile(const std::filesystem::path& path) {
-    // Not std::filesystem::remove: that would also take an empty folder away.
+    // Unlike std::filesystem::remove, unlink does not delete empty folders.
     if (::unlink(path.c_str()) != 0)
         printLine(std::string("Remove failed: ") + std::strerror(errno));
 }

@@ -12,25 +12,25 @@
 
 namespace complexion {
 
-/// The state images on disk, each with the image it was written from: as long as the file is the very one
-/// that was written, reading it gives that image back without decoding, and so without a lossy format's loss.
+/// The state files on disk, each with the image it was written from. Reading a file that has not changed
+/// since returns that image without decoding, and so without the loss of a lossy format.
 class StateImageFiles {
 public:
-    /// Writes `image`; false when that failed. An earlier file at `path` is replaced.
+    /// Writes `image`, replacing an existing file at `path`. Returns false on failure.
     bool write(const Image& image, const std::filesystem::path& path, std::string_view format);
 
-    /// As `write`, but leaves the file to `writeNext`.
+    /// Like `write`, but postpones writing to `writeNext`.
     void writeLater(const Image& image, const std::filesystem::path& path, std::string_view format);
-    /// Writes one file that was left; false when there is none. One that cannot be written stays unwritten,
-    /// and is read from memory.
+    /// Writes one postponed file. Returns false if there is none. If writing fails, the image is kept in
+    /// memory.
     bool writeNext();
 
-    /// The image in the file at `path`; nothing when it cannot be read or decoded.
+    /// The image in the file at `path`; nothing if it cannot be read or decoded.
     std::optional<Image> read(const std::filesystem::path& path) const;
-    /// Whether `read` gives the very image that was written.
+    /// Whether `read` returns the image that was written.
     bool isAsWritten(const std::filesystem::path& path) const;
 
-    /// Deletes the file. On failure prints "Remove failed: " and the system's description.
+    /// Deletes the file. On failure prints "Remove failed: " and the system's error message.
     void remove(const std::filesystem::path& path);
 
 private:
@@ -47,7 +47,7 @@ private:
     std::map<std::filesystem::path, Unwritten> m_unwritten;
 };
 
-/// Deletes the file at `path`; on failure prints "Remove failed: " and the system's description on standard
+/// Deletes the file at `path`. On failure prints "Remove failed: " and the system's error message on standard
 /// output.
 void removeFile(const std::filesystem::path& path);
 

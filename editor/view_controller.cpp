@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/view_controller.h"
 
-#include "editor/outlet.h"
 #include "editor/tutorial_address.h"
 
 namespace complexion {
@@ -17,7 +16,7 @@ ViewController::ViewController(QWidget* rootView, Dialogs& dialogs, Platform& pl
 ViewController::~ViewController() = default;
 
 bool ViewController::hasImage() const {
-    return reach(imageView).image().has_value();
+    return imageView->image().has_value();
 }
 
 int ViewController::runQuestion(const char* informativeText) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/edit_session.h"
+#include "editor/outlet.h"
 #include "editor/platform.h"
 #include "editor/repair.h"
 #include "imaging/base/image.h"
@@ -19,7 +20,6 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QObject>
-#include <QPointer>
 #include <QWidget>
 
 #include <array>
@@ -34,7 +34,7 @@
 
 namespace complexion {
 
-/// The titles of the effect pop-up, in order; the first means none, the others are names of effects.
+/// The titles of the effect pop-up, in order. The first one means no effect, the others name effects.
 inline constexpr std::array<const char*, 9> kEffectTitles = {
     QT_TRANSLATE_NOOP("Effects", "Normal"),  QT_TRANSLATE_NOOP("Effects", "Chrome"),
     QT_TRANSLATE_NOOP("Effects", "Fade"),    QT_TRANSLATE_NOOP("Effects", "Instant"),
@@ -49,26 +49,26 @@ inline constexpr std::array<const char*, 2> kRepairTitles = {QT_TRANSLATE_NOOP("
 /// A mouse event in the root view's coordinates.
 struct MouseEvent {
     Point locationInWindow; // of the root view, in points, bottom-left origin
-    double deltaX = 0;      // movement since the previous event, in points; positive to the right
-    double deltaY = 0;      // positive downward
+    double deltaX = 0;      // movement since the previous event, in points, to the right
+    double deltaY = 0;      // downward
 };
 
-/// The controller of the one window: what every control does to the session, and what the window then shows.
-/// Held by a shared pointer: work in the background keeps it alive.
+/// The controller of the window: applies the user's actions to the session and updates the views. Held by a
+/// shared pointer, as background work keeps it alive.
 ///
-/// Each source file has the operations of one intention: history, opening, retouch, zoom, saving, settings
-/// and window. All run on the main thread, except RetouchAtPoint.
+/// Implemented in one source file per subject: history, opening, continuing, retouch, zoom, saving, settings
+/// and window. Main thread only, except RetouchAtPoint and editSettings.
 class ViewController : public QObject, public std::enable_shared_from_this<ViewController> {
     Q_OBJECT
 
     EditSession m_session; // first: the fields below refer to it
 
 public:
-    /// `view` is the root view; it and the services outlive the controller's work.
+    /// `view` is the root view. It and the services must outlive the controller's background work.
     ViewController(QWidget* view, Dialogs& dialogs, Platform& platform, Queues& queues);
     ~ViewController() override;
 
-    // The session's fields under the names that the window knows them by.
+    // Aliases of the session's fields.
 
     std::vector<std::filesystem::path>& stateImagesPath = m_session.history.paths;
     std::int64_t& numberOfStates = m_session.history.bound;
@@ -82,47 +82,47 @@ public:
 
     std::atomic<bool>& imageProcessing = m_session.isRepairing;
 
-    /// The address of the page with the video tutorial; empty where there is none.
+    /// The URL of the video tutorial's page; empty if there is none.
     std::string tutorialAddress;
 
-    // Outlets. The window's view hierarchy owns the controls; reaching one that is gone is fatal.
+    // Outlets. The window owns the controls; accessing one that has been destroyed is fatal.
 
-    QPointer<QWidget> view;
-    QPointer<CustomImageView> imageView;
-    QPointer<Box> boxHint;
-    QPointer<Box> boxHelp;
-    QPointer<Box> boxSelectImage;
-    QPointer<Box> boxResetImage;
-    QPointer<Box> boxSaveImage;
-    QPointer<Box> boxZoomIn;
-    QPointer<Box> boxZoomOut;
-    QPointer<Box> boxResetZoom;
-    QPointer<Box> boxUndo;
-    QPointer<Box> boxRedo;
-    QPointer<Box> boxEditSettings;
-    QPointer<QCheckBox> checkAutodetectColor;
-    QPointer<ColorWell> colorWellCustomColor;
-    QPointer<QLineEdit> textFieldEditAreaSize;
-    QPointer<Stepper> stepperEditAreaSize;
-    QPointer<Slider> sliderThreshold;
-    QPointer<QComboBox> comboRepair;
-    QPointer<QComboBox> comboEffect;
+    Outlet<QWidget> view;
+    Outlet<CustomImageView> imageView;
+    Outlet<Box> boxHint;
+    Outlet<Box> boxHelp;
+    Outlet<Box> boxSelectImage;
+    Outlet<Box> boxResetImage;
+    Outlet<Box> boxSaveImage;
+    Outlet<Box> boxZoomIn;
+    Outlet<Box> boxZoomOut;
+    Outlet<Box> boxResetZoom;
+    Outlet<Box> boxUndo;
+    Outlet<Box> boxRedo;
+    Outlet<Box> boxEditSettings;
+    Outlet<QCheckBox> checkAutodetectColor;
+    Outlet<ColorWell> colorWellCustomColor;
+    Outlet<QLineEdit> textFieldEditAreaSize;
+    Outlet<Stepper> stepperEditAreaSize;
+    Outlet<Slider> sliderThreshold;
+    Outlet<QComboBox> comboRepair;
+    Outlet<QComboBox> comboEffect;
 
     Queues& queues() const { return m_queues; }
 
-    // The window's life.
+    // The window's life cycle.
 
-    /// Gives the root view its colour.
+    /// Sets the root view's background colour.
     void awakeFromNib();
-    /// Dresses the controls and gives the settings their start values. The outlets are connected by then.
+    /// Initialises the controls and the settings. Requires connected outlets.
     void viewDidLoad();
-    /// Whether the window may close: asks when an image is shown. The window itself asks, once viewDidLoad
-    /// has run.
+    /// Whether the window may close; asks the user if an image is shown. Called for close events once
+    /// viewDidLoad has run.
     bool windowShouldClose();
-    /// Deletes the state images.
+    /// Deletes the state images and the journal.
     void windowWillClose();
 
-    // Actions. `sender` is the control or menu item that sends it; it may be null.
+    // Actions. `sender` is the control or menu item; it may be null.
 
     void OnAppQuit(QObject* sender);
     void OnVideoTutorial(QObject* sender);
@@ -147,72 +147,71 @@ public:
 
     /// Loads the file that a "DragPerformed" notification names.
     void DragPerformed(const Notification& notification);
-    /// Opens a file as the application is asked to by the system ("Open with"); shows the load-failure alert
-    /// when it is no image.
+    /// Opens a file named by the system ("Open with", the command line). Shows the load-failure alert if it
+    /// is not an image.
     void OpenFile(const std::filesystem::path& path);
 
-    // Work that outlives the process.
+    // Resuming interrupted work.
 
-    /// From the next photo on, keeps every step in `journal`.
+    /// Records every step in `journal`, beginning with the next photo.
     void setJournal(std::unique_ptr<Journal> journal);
-    /// Opens the photo of an abandoned journal and repeats its steps: picture, history and position are then
-    /// what they were. False, after an alert that says why and with the journal kept, when the photo is gone
-    /// or another one, or the steps do not fit it.
+    /// Opens the photo of an abandoned journal and replays its steps, which restores the working image, the
+    /// history and the position in it. If the photo is missing or changed, or a step cannot be applied, shows
+    /// an alert, keeps the journal and returns false.
     bool ContinueWork(const AbandonedJournal& work);
-    /// Whether the desktop session may end: where it `mayAsk`, asks as windowShouldClose does. Closing the
-    /// window for the session's end then asks nothing.
+    /// Whether the desktop session may end. Asks like windowShouldClose if `mayAsk`. After true, closing the
+    /// window for the session's end does not ask again.
     bool sessionMayEnd(bool mayAsk);
-    /// Before the process ends because the system says so: deletes the state images. The journal stays,
-    /// unless the user has agreed to the session's end.
+    /// Called before the system ends the process: deletes the state images. Keeps the journal, unless the
+    /// user agreed to the session's end.
     void terminateBySystem();
 
     // Retouch.
 
     void HandleClick(const MouseEvent& event);
-    /// Begins a repair at a point of the working image, as a click there does: not without a photo, and not
-    /// while a repair is being computed.
+    /// Starts a repair at a point of the working image, as a click does. Ignored without a photo and during
+    /// another repair.
     void BeginRetouch(Point point);
-    /// What a click would do now.
+    /// The repair that a click would start now.
     Repair currentRepair() const;
-    /// Repairs the working image at a point in its own coordinates. Runs on a background thread.
+    /// Repairs the working image at a point in image coordinates. Call on a background thread.
     void RetouchAtPoint(Point point);
     void FinishRetouch(const std::optional<Image>& result);
-    /// The settings that a repair which starts now works with. Read from any thread.
+    /// The settings of a repair that starts now. Callable from any thread.
     EditSettings editSettings() const { return m_session.settings(); }
 
     // Zoom.
 
     void ResetZoom();
     void RepositionImageInVisibleArea();
-    /// Keeps the zoom ratio and the centre when the root view changes from one size to another.
+    /// Keeps the zoom ratio and the centre when the root view is resized.
     void visibleAreaResized(PointSize from, PointSize to);
-    /// Zooms in by so many steps, out by as many below zero, about a point of the root view.
+    /// Zooms in by `steps`, or out if negative, about a point of the root view.
     void ZoomAbout(Point point, int steps);
-    /// Shows one pixel of the photo on one of the screen where the limits allow, about a point of the root
-    /// view.
+    /// Zooms to one device pixel per image pixel, within the zoom limits, about a point of the root view.
     void ZoomToPixels(Point about);
-    /// Moves the photo by a distance in points, y downward, as far as no gap opens.
+    /// Moves the photo by a distance in points, y downward, without opening a gap at the edges.
     void MovePhoto(double deltaX, double deltaY);
-    /// Moves the photo as little as it takes to show a point of it, and `margin` points around it, free of
-    /// the visible area's edges.
+    /// Scrolls the photo as little as possible so that a point of it is visible, at least `margin` points
+    /// from the edges of the visible area.
     void Reveal(Point inImage, double margin);
 
     // Effects.
 
-    /// Shows the working image through the selected effect.
+    /// Shows the working image with the selected effect.
     void ApplyEffectsOnPreview();
-    /// `image` through the selected effect; itself when none is.
-    Image throughEffect(const Image& image) const;
+    /// `image` with the selected effect; `image` itself if none is selected.
+    Image withEffect(const Image& image) const;
 
-    /// Shows the photo as it was opened while `on`. The working image and what is saved stay what they are.
+    /// While `on`, shows the photo as it was opened. Does not affect the working image or saving.
     void ShowSource(bool on);
     bool isShowingSource() const { return m_isShowingSource; }
 
     // Settings.
 
-    /// Changes the edit area size by so many steps, of a tenth of it but at least one pixel.
+    /// Changes the edit area size by `steps`, each a tenth of the size and at least one pixel.
     void StepEditAreaSize(int steps);
-    /// Changes the threshold by so many grey levels.
+    /// Changes the threshold by `steps` grey levels.
     void StepThreshold(int steps);
 
     // History.
@@ -223,29 +222,28 @@ public:
     void RemoveStateImages();
     void RemoveStateImageWithImagePath(const std::filesystem::path& path);
 
-    // What is possible now, for the look of the controls.
+    // State for enabling the controls.
 
     bool hasImage() const;
     bool canUndo() const;
     bool canRedo() const;
 
-    /// What is wrong with the open photo's file where parts of its picture are missing; nothing for a whole
-    /// one.
+    /// Set if the open photo's file is damaged and parts of the picture are missing.
     const std::optional<Error>& photoDamage() const { return m_session.damage; }
 
 Q_SIGNALS:
-    /// Something that the controls' look or the window's title depends on has changed.
+    /// State that the controls or the window's title depend on has changed.
     void stateChanged();
-    /// An edit setting is another one, whoever changed it.
+    /// An edit setting has changed, by the user or by the program.
     void settingsChanged();
     /// A repair has ended.
     void repairFinished(const complexion::RepairReport& report);
-    /// Work that may take long begins, told in words for the user; the window paints a sign at once.
-    void longWorkBegan(const QString& what);
+    /// Work that blocks the window begins. `description` is shown to the user immediately.
+    void longWorkBegan(const QString& description);
     void longWorkEnded();
 
 protected:
-    /// Watches the window for its closing.
+    /// Watches for the window's close event.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -253,35 +251,36 @@ private:
     void showLoadFailure();
     PointSize visibleArea() const;
 
-    /// The file at `path` decoded and at its actual size; an error when it is no picture.
+    /// Decodes the file at `path`; an error if it is not a picture.
     Result<OpenedPhoto> decodeSource(const std::filesystem::path& path);
-    /// The one load sequence; shows the load-failure alert, with nothing changed, when the file is no
-    /// picture.
+    /// Opens the file at `path`. Shows the load-failure alert, with nothing changed, if it is not a picture.
     void loadImage(const std::filesystem::path& path);
-    /// What every way to open a photo does once it is decoded.
+    /// Makes a decoded photo the current one.
     void installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,
                       const std::optional<FileIdentity>& opened);
-    bool repeatSteps(const AbandonedJournal& work, const OpenedPhoto& photo, const FileIdentity& opened);
-    void writeLeftStates();
+    bool replaySteps(const AbandonedJournal& work, const OpenedPhoto& photo, const FileIdentity& opened);
+    void writePendingStates();
     void showContinueFailure(const char* informativeText);
-    /// Runs the repair that `taken` was taken for; nothing without it.
-    void retouch(Point point, const std::optional<EditSession::Snapshot>& taken);
-    /// Shows the working image after a step back or forth.
-    void showStep();
-    void followSettings();
+    /// Repairs the snapshot's image and passes the result to the main thread; does nothing without a
+    /// snapshot.
+    void retouch(Point point, const std::optional<EditSession::Snapshot>& snapshot);
+    /// Updates the window after undo or redo.
+    void showWorkingImage();
+    /// Passes the values of the settings controls to the session, now and whenever they change.
+    void observeSettings();
 
     Dialogs& m_dialogs;
     Platform& m_platform;
     Queues& m_queues;
     NotificationCenter::Registration m_dragPerformed;
 
-    std::uint64_t clickStartTime = 0; // uptime in nanoseconds, of the last press
+    std::uint64_t clickStartTime = 0; // monotonic time of the last press, in nanoseconds
     std::uint64_t clickEndTime = 0;   // and of the last release
 
     bool m_isShowingSource = false;
     bool m_isSessionEnding = false;
-    /// The photo's number and its number of changes when the user agreed to the session's end.
-    std::optional<std::pair<std::uint64_t, std::int64_t>> m_agreedEnd;
+    /// The photo number and change count when the user agreed to the session's end.
+    std::optional<std::pair<std::uint64_t, std::int64_t>> m_agreedSessionEnd;
 };
 
 } // namespace complexion

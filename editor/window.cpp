@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Dressing the window's controls, and what guards its end.
-#include "editor/outlet.h"
+// Initialising the window's controls, and closing the window.
 #include "editor/view_controller.h"
 #include "view/text_font.h"
 
@@ -24,7 +23,7 @@ constexpr float kStartThreshold = 10;
 } // namespace
 
 void ViewController::awakeFromNib() {
-    QWidget& root = reach(view);
+    QWidget& root = *view;
     QPalette palette = root.palette();
     palette.setColor(QPalette::Window, QColor::fromRgbF(kRootGray, kRootGray, kRootGray));
     root.setPalette(palette);
@@ -32,40 +31,40 @@ void ViewController::awakeFromNib() {
 }
 
 void ViewController::viewDidLoad() {
-    reach(view).window()->installEventFilter(this);
-    reach(imageView).setAcceptDrops(true);
+    view->window()->installEventFilter(this);
+    imageView->setAcceptDrops(true);
 
     for (const auto& box : {boxHint, boxHelp, boxSelectImage, boxResetImage, boxSaveImage, boxZoomIn,
                             boxZoomOut, boxResetZoom, boxUndo, boxRedo, boxEditSettings})
-        reach(box).setAlpha(Box::kAlphaOverPhoto);
+        box->setAlpha(Box::kAlphaOverPhoto);
 
-    QCheckBox& autodetect = reach(checkAutodetectColor);
+    QCheckBox& autodetect = *checkAutodetectColor;
     autodetect.setText(tr("Autodetect Color"));
     autodetect.setFont(textFont());
     QPalette palette = autodetect.palette();
     palette.setColor(QPalette::WindowText, Qt::white);
     autodetect.setPalette(palette);
 
-    QComboBox& effects = reach(comboEffect);
+    QComboBox& effects = *comboEffect;
     effects.clear();
     for (const char* title : kEffectTitles)
         effects.addItem(QCoreApplication::translate("Effects", title));
 
-    QComboBox& repairs = reach(comboRepair);
+    QComboBox& repairs = *comboRepair;
     repairs.clear();
     for (const char* title : kRepairTitles)
         repairs.addItem(QCoreApplication::translate("Repairs", title));
 
-    reach(boxHint).show();
-    reach(boxHelp).show();
+    boxHint->show();
+    boxHelp->show();
 
     autodetect.setChecked(true);
-    reach(textFieldEditAreaSize).setText(QString::number(kStartEditAreaSize));
-    reach(stepperEditAreaSize).setIntegerValue(kStartEditAreaSize);
-    reach(sliderThreshold).setFloatValue(kStartThreshold);
+    textFieldEditAreaSize->setText(QString::number(kStartEditAreaSize));
+    stepperEditAreaSize->setIntegerValue(kStartEditAreaSize);
+    sliderThreshold->setFloatValue(kStartThreshold);
     effects.setCurrentIndex(0);
     repairs.setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
-    followSettings();
+    observeSettings();
 
     m_dragPerformed = NotificationCenter::defaultCenter().addObserver(
         kDragPerformed, [this](const Notification& notification) { DragPerformed(notification); });
@@ -78,13 +77,13 @@ bool ViewController::windowShouldClose() {
 
 void ViewController::windowWillClose() {
     RemoveStateImages();
-    m_session.forgetWork();
+    m_session.discardJournal();
 }
 
 bool ViewController::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Close)
         return QObject::eventFilter(watched, event);
-    // Who closes the window of a session that ends is the toolkit, not the user.
+    // At the end of the session Qt closes the window, with an event that is not spontaneous.
     const bool endsWithSession = m_isSessionEnding && !event->spontaneous();
     const bool closes = endsWithSession || windowShouldClose();
     event->setAccepted(closes);
@@ -92,8 +91,8 @@ bool ViewController::eventFilter(QObject* watched, QEvent* event) {
         terminateBySystem();
     else if (closes)
         windowWillClose();
-    // Never handed on: when a filter joins the window's filters while the question is shown (the menu bar's
-    // does on Alt), the event comes here a second time.
+    // Always consumed: if another event filter is installed while the question is shown (the menu bar does so
+    // on Alt), Qt delivers the event to this filter a second time.
     return true;
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Zoom and pan: the image view's frame within the root view.
-#include "editor/outlet.h"
+// Zooming and panning: the image view's frame within the root view.
 #include "editor/view_controller.h"
 #include "editor/zoom_frame.h"
 
@@ -12,18 +11,18 @@
 namespace complexion {
 
 PointSize ViewController::visibleArea() const {
-    const QSize size = reach(view).size();
+    const QSize size = view->size();
     return {static_cast<double>(size.width()), static_cast<double>(size.height())};
 }
 
 void ViewController::OnZoomIn(QObject*) {
     if (hasImage())
-        reach(imageView).setFrame(zoomed(reach(imageView).frame(), visibleArea(), kZoomInFactor));
+        imageView->setFrame(zoomed(imageView->frame(), visibleArea(), kZoomInFactor));
 }
 
 void ViewController::OnZoomOut(QObject*) {
     if (hasImage())
-        reach(imageView).setFrame(zoomed(reach(imageView).frame(), visibleArea(), kZoomOutFactor));
+        imageView->setFrame(zoomed(imageView->frame(), visibleArea(), kZoomOutFactor));
 }
 
 void ViewController::OnResetZoom(QObject*) {
@@ -32,25 +31,25 @@ void ViewController::OnResetZoom(QObject*) {
 }
 
 void ViewController::ResetZoom() {
-    reach(imageView).setFrame(fitted(reach(imageView).frame(), visibleArea()));
+    imageView->setFrame(fitted(imageView->frame(), visibleArea()));
 }
 
 void ViewController::RepositionImageInVisibleArea() {
-    reach(imageView).setFrame(repositioned(reach(imageView).frame(), visibleArea()));
+    imageView->setFrame(repositioned(imageView->frame(), visibleArea()));
 }
 
 void ViewController::visibleAreaResized(PointSize from, PointSize to) {
-    reach(imageView).setFrame(resized(reach(imageView).frame(), from, to));
+    imageView->setFrame(resized(imageView->frame(), from, to));
 }
 
 void ViewController::ZoomAbout(Point point, int steps) {
     if (!hasImage())
         return;
     const double factor = steps < 0 ? kZoomOutFactor : kZoomInFactor;
-    Frame frame = reach(imageView).frame();
+    Frame frame = imageView->frame();
     for (int i = 0; i < std::abs(steps); ++i)
         frame = zoomedAbout(frame, visibleArea(), factor, point);
-    reach(imageView).setFrame(frame);
+    imageView->setFrame(frame);
 }
 
 void ViewController::ZoomToPixels(Point about) {
@@ -58,24 +57,24 @@ void ViewController::ZoomToPixels(Point about) {
         return;
     const PointSize area = visibleArea();
     const PointSize image = originalImage().size();
-    const double ratio = reach(view).devicePixelRatioF();
+    const double ratio = view->devicePixelRatioF();
     const double pointsPerPixel = fitImage(image, area).scale;
-    Frame frame = zoomedTo(reach(imageView).frame(), area, 1 / (ratio * pointsPerPixel), about);
-    // On the screen's own grid, where each pixel of the photo is one of it.
+    Frame frame = zoomedTo(imageView->frame(), area, 1 / (ratio * pointsPerPixel), about);
+    // Align the photo to device pixels, so that each of its pixels covers exactly one.
     const ImageFit fit = fitImage(image, {frame.width, frame.height});
-    const auto onGrid = [ratio](double offset) { return std::round(offset * ratio) / ratio; };
-    frame.x = onGrid(frame.x + fit.offsetX) - fit.offsetX;
-    frame.y = onGrid(frame.y + fit.offsetY) - fit.offsetY;
-    reach(imageView).setFrame(repositioned(frame, area));
+    const auto toDeviceGrid = [ratio](double offset) { return std::round(offset * ratio) / ratio; };
+    frame.x = toDeviceGrid(frame.x + fit.offsetX) - fit.offsetX;
+    frame.y = toDeviceGrid(frame.y + fit.offsetY) - fit.offsetY;
+    imageView->setFrame(repositioned(frame, area));
 }
 
 void ViewController::MovePhoto(double deltaX, double deltaY) {
-    reach(imageView).setFrame(moved(reach(imageView).frame(), visibleArea(), deltaX, deltaY));
+    imageView->setFrame(moved(imageView->frame(), visibleArea(), deltaX, deltaY));
 }
 
 void ViewController::Reveal(Point inImage, double margin) {
     const PointSize area = visibleArea();
-    const Frame frame = reach(imageView).frame();
+    const Frame frame = imageView->frame();
     const ImageFit fit = fitImage(originalImage().size(), {frame.width, frame.height});
     const Point shown{frame.x + fit.offsetX + inImage.x * fit.scale,
                       frame.y + fit.offsetY + inImage.y * fit.scale};
@@ -87,7 +86,7 @@ void ViewController::Reveal(Point inImage, double margin) {
 }
 
 void ViewController::mouseDragged(const MouseEvent& event) {
-    reach(imageView).setFrame(panned(reach(imageView).frame(), visibleArea(), event.deltaX, event.deltaY));
+    imageView->setFrame(panned(imageView->frame(), visibleArea(), event.deltaX, event.deltaY));
 }
 
 } // namespace complexion

@@ -7,10 +7,10 @@ namespace complexion {
 
 namespace {
 
-/// Which part of a change of size is taken off the origin, for a step about the frame's centre.
+/// The fraction of a size change to add to the origin, for zooming about the frame's centre.
 constexpr Point kCentringWeights{-0.5, -0.5};
 
-/// The weights for a step about a point of the visible area.
+/// The weights for zooming about a point of the visible area.
 Point weightsAbout(const Frame& frame, Point about) {
     return {-(about.x - frame.x) / frame.width, -(about.y - frame.y) / frame.height};
 }
@@ -44,9 +44,9 @@ Frame zoomedAbout(const Frame& frame, PointSize visibleArea, double factor, Poin
 }
 
 Frame zoomedTo(const Frame& frame, PointSize visibleArea, double ratio, Point about) {
-    const double held = std::clamp(ratio, kMinZoom, kMaxZoom);
+    const double clamped = std::clamp(ratio, kMinZoom, kMaxZoom);
     const Point weights = weightsAbout(frame, about);
-    Frame next{frame.x, frame.y, visibleArea.width * held, visibleArea.height * held};
+    Frame next{frame.x, frame.y, visibleArea.width * clamped, visibleArea.height * clamped};
     next.x += (next.width - frame.width) * weights.x;
     next.y += (next.height - frame.height) * weights.y;
     return repositioned(next, visibleArea);
@@ -87,7 +87,7 @@ Frame moved(const Frame& frame, PointSize visibleArea, double deltaX, double del
 Frame resized(const Frame& frame, PointSize from, PointSize to) {
     if (from.width <= 0 || from.height <= 0)
         return fitted(frame, to);
-    // The ratio is one number, the width's: a frame has the area's own proportion.
+    // The width's ratio is also the height's: the frame has the area's aspect ratio.
     const double ratio = frame.width / from.width;
     const double centreX = (from.width / 2 - frame.x) / frame.width;
     const double centreY = (from.height / 2 - frame.y) / frame.height;

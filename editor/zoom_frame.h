@@ -6,39 +6,39 @@
 
 namespace complexion {
 
-// The rules of zoom and pan: how the image view's frame moves in the visible area, the root view. The zoom
-// ratio is the frame's width over the area's; 1 fits the photo into the area.
+// Zooming and panning: the image view's frame in the visible area, the root view. The zoom ratio is the
+// frame's width divided by the area's; at 1 the photo fits into the area. A gap is a part of the visible area
+// that the frame does not cover.
 
 inline constexpr double kZoomInFactor = 1.1;
 inline constexpr double kZoomOutFactor = 0.9;
 inline constexpr double kMinZoom = 1.0;
 inline constexpr double kMaxZoom = 10.0;
 
-/// The frame after a zoom step by `factor` about its centre, held within the limits and without a gap.
+/// The frame zoomed by `factor` about its centre, within the zoom limits and without a gap.
 Frame zoomed(const Frame& frame, PointSize visibleArea, double factor);
 
-/// The same about a point of the visible area: what it shows stays under it unless that would open a gap.
+/// The same about a point of the visible area, whose content stays in place unless that would open a gap.
 Frame zoomedAbout(const Frame& frame, PointSize visibleArea, double factor, Point about);
 
-/// The frame at zoom ratio `ratio`, brought within the limits, about a point of the visible area.
+/// The frame at zoom ratio `ratio`, clamped to the zoom limits, about a point of the visible area.
 Frame zoomedTo(const Frame& frame, PointSize visibleArea, double ratio, Point about);
 
 /// The frame at zoom ratio 1, without a gap.
 Frame fitted(const Frame& frame, PointSize visibleArea);
 
-/// The frame moved so that it leaves no gap in the visible area; one that is smaller than the area is pinned
-/// to the left and bottom edges.
+/// The frame moved so that it leaves no gap. A frame smaller than the visible area is placed at its bottom
+/// left.
 Frame repositioned(const Frame& frame, PointSize visibleArea);
 
-/// The frame after a drag by (`deltaX`, `deltaY`), y downward. Each axis on its own: a step that would open a
-/// gap is dropped whole.
+/// The frame dragged by (`deltaX`, `deltaY`), y downward. A movement that would open a gap is ignored, for
+/// each axis separately.
 Frame panned(const Frame& frame, PointSize visibleArea, double deltaX, double deltaY);
 
-/// The frame moved by (`deltaX`, `deltaY`), y downward, as far as no gap opens.
+/// The frame moved by (`deltaX`, `deltaY`), y downward, as far as possible without a gap.
 Frame moved(const Frame& frame, PointSize visibleArea, double deltaX, double deltaY);
 
-/// The frame when the visible area changes its size: the same zoom ratio about the same centre, without a
-/// gap.
+/// The frame after the visible area is resized: the same zoom ratio and centre, without a gap.
 Frame resized(const Frame& frame, PointSize from, PointSize to);
 
 } // namespace complexion

@@ -4,23 +4,23 @@
 <context>
     <name>Alerts</name>
     <message>
-        <source>The photo is not where it was. Its repairs are kept until you forget them.</source>
-        <translation>Das Foto ist nicht mehr dort, wo es war. Seine Reparaturen bleiben, bis Sie sie verwerfen.</translation>
+        <source>The photo has been moved or deleted. Its repairs are kept until you forget them.</source>
+        <translation>Das Foto wurde verschoben oder gelöscht. Seine Reparaturen bleiben, bis Sie sie verwerfen.</translation>
     </message>
     <message>
-        <source>The photo has been changed since. Its repairs are kept until you forget them.</source>
+        <source>The photo has changed since then. Its repairs are kept until you forget them.</source>
         <translation>Das Foto wurde inzwischen geändert. Seine Reparaturen bleiben, bis Sie sie verwerfen.</translation>
     </message>
     <message>
-        <source>The repairs do not fit the photo. They are kept until you forget them.</source>
-        <translation>Die Reparaturen passen nicht zu dem Foto. Sie bleiben, bis Sie sie verwerfen.</translation>
+        <source>The repairs could not be applied to the photo. They are kept until you forget them.</source>
+        <translation>Die Reparaturen ließen sich nicht auf das Foto anwenden. Sie bleiben, bis Sie sie verwerfen.</translation>
     </message>
     <message>
         <source>The repairs of this photo will be lost. Are you sure you want to forget them?</source>
         <translation>Die Reparaturen an diesem Foto gehen verloren. Wollen Sie sie wirklich verwerfen?</translation>
     </message>
     <message>
-        <source>Clears blemishes from portraits. Free software under the GNU General Public License, version 3 or later.</source>
+        <source>Removes blemishes from portraits. Free software under the GNU General Public License, version 3 or later.</source>
         <translation>Entfernt Hautunreinheiten aus Porträts. Freie Software unter der GNU General Public License, Version 3 oder später.</translation>
     </message>
     <message>
@@ -83,8 +83,8 @@
         <translation>Den Bearbeitungsbereich etwas größer wählen als die Unreinheit.</translation>
     </message>
     <message>
-        <source>Click the blemish: it takes on the skin around it.</source>
-        <translation>Auf die Unreinheit klicken: Sie wird wie die Haut um sie herum.</translation>
+        <source>Click the blemish: it blends into the skin around it.</source>
+        <translation>Auf die Unreinheit klicken: Sie geht in der Haut um sie herum auf.</translation>
     </message>
     <message>
         <source>Save a copy. Your photo stays as it is.</source>
@@ -153,28 +153,28 @@
         <translation>Hier ist nichts zu reparieren.</translation>
     </message>
     <message>
-        <source>Left as it is: the skin differs too much across the disc.</source>
-        <translation>Unverändert: Die Haut ist innerhalb des Kreises zu verschieden.</translation>
+        <source>Not repaired: the skin varies too much across the disc.</source>
+        <translation>Nicht repariert: Die Haut ist innerhalb des Kreises zu verschieden.</translation>
     </message>
     <message>
-        <source>Left as it is: what differs here goes on outside the disc.</source>
-        <translation>Unverändert: Was hier abweicht, geht außerhalb des Kreises weiter.</translation>
+        <source>Not repaired: what differs here extends beyond the disc.</source>
+        <translation>Nicht repariert: Was hier abweicht, reicht über den Kreis hinaus.</translation>
     </message>
     <message>
-        <source>Left as it is: there is too little clean skin in the disc.</source>
-        <translation>Unverändert: Im Kreis ist zu wenig reine Haut.</translation>
+        <source>Not repaired: there is too little clean skin in the disc.</source>
+        <translation>Nicht repariert: Im Kreis ist zu wenig reine Haut.</translation>
     </message>
     <message>
-        <source>Left as it is: there is no skin around to go by.</source>
-        <translation>Unverändert: Ringsum ist keine Haut, nach der man sich richten könnte.</translation>
+        <source>Not repaired: there is no skin nearby to match.</source>
+        <translation>Nicht repariert: In der Nähe ist keine passende Haut.</translation>
     </message>
     <message>
-        <source>Left as it is: too close to the edge of the photo.</source>
-        <translation>Unverändert: zu nah am Rand des Fotos.</translation>
+        <source>Not repaired: too close to the edge of the photo.</source>
+        <translation>Nicht repariert: zu nah am Rand des Fotos.</translation>
     </message>
     <message>
-        <source>Left as it is: there is not enough memory.</source>
-        <translation>Unverändert: Der Speicher reicht nicht aus.</translation>
+        <source>Not repaired: not enough memory.</source>
+        <translation>Nicht repariert: Der Speicher reicht nicht aus.</translation>
     </message>
 </context>
 <context>
@@ -300,15 +300,15 @@
 <context>
     <name>complexion::ContinueCard</name>
     <message>
-        <source>Continue where you stopped: %1, %2 repairs</source>
+        <source>Continue where you left off: %1, %2 repairs</source>
         <translation>Weitermachen, wo Sie aufgehört haben: %1, %2 Reparaturen</translation>
     </message>
     <message>
-        <source>Continue where you stopped: %1</source>
+        <source>Continue where you left off: %1</source>
         <translation>Weitermachen, wo Sie aufgehört haben: %1</translation>
     </message>
     <message>
-        <source>Continue where you stopped: %1, 1 repair</source>
+        <source>Continue where you left off: %1, 1 repair</source>
         <translation>Weitermachen, wo Sie aufgehört haben: %1, 1 Reparatur</translation>
     </message>
     <message>
@@ -422,12 +422,12 @@
         <translation>Farbe</translation>
     </message>
     <message>
-        <source>Custom color: used when Autodetect Color is off</source>
-        <translation>Eigene Farbe: gilt, wenn „Farbe erkennen“ aus ist</translation>
+        <source>Custom color: only used when Autodetect Color is off</source>
+        <translation>Eigene Farbe: gilt nur, wenn „Farbe erkennen“ aus ist</translation>
     </message>
     <message>
-        <source>Pick a color from the photo: used when Autodetect Color is off</source>
-        <translation>Farbe aus dem Foto aufnehmen: gilt, wenn „Farbe erkennen“ aus ist</translation>
+        <source>Pick a color from the photo: only used when Autodetect Color is off</source>
+        <translation>Farbe aus dem Foto aufnehmen: gilt nur, wenn „Farbe erkennen“ aus ist</translation>
     </message>
     <message>
         <source>Pick a color from the photo: no photo is open</source>
@@ -438,35 +438,35 @@
         <translation>Effekt</translation>
     </message>
     <message>
-        <source>Effect on the whole photo; it is saved with it</source>
-        <translation>Effekt auf das ganze Foto; er wird mit gesichert</translation>
+        <source>Effect applied to the whole photo, and to the saved copy</source>
+        <translation>Effekt auf das ganze Foto und auf die gesicherte Kopie</translation>
     </message>
     <message>
         <source>Repair</source>
         <translation>Reparatur</translation>
     </message>
     <message>
-        <source>Paint a blemish in one color, or in the skin&apos;s own shading and texture</source>
-        <translation>Eine Unreinheit mit einer Farbe übermalen oder mit dem Verlauf und der Struktur der Haut</translation>
+        <source>Fill a blemish with one color, or with the shading and texture of the skin around it</source>
+        <translation>Eine Unreinheit mit einer Farbe füllen oder mit Verlauf und Struktur der Haut um sie herum</translation>
     </message>
     <message>
-        <source>The natural repair finds the skin&apos;s color itself</source>
-        <translation>Die natürliche Reparatur findet die Farbe der Haut selbst</translation>
+        <source>The natural repair always takes the skin&apos;s own color</source>
+        <translation>Die natürliche Reparatur nimmt immer die Farbe der Haut</translation>
     </message>
     <message>
-        <source>Custom color: used by the repair in a flat color</source>
-        <translation>Eigene Farbe: gilt bei der Reparatur mit flächiger Farbe</translation>
+        <source>Custom color: only used by the repair “Flat color”</source>
+        <translation>Eigene Farbe: gilt nur bei der Reparatur „Flächige Farbe“</translation>
     </message>
     <message>
-        <source>Pick a color from the photo: used by the repair in a flat color</source>
-        <translation>Farbe aus dem Foto aufnehmen: gilt bei der Reparatur mit flächiger Farbe</translation>
+        <source>Pick a color from the photo: only used by the repair “Flat color”</source>
+        <translation>Farbe aus dem Foto aufnehmen: gilt nur bei der Reparatur „Flächige Farbe“</translation>
     </message>
 </context>
 <context>
     <name>complexion::ViewController</name>
     <message>
-        <source>Repeating the repairs…</source>
-        <translation>Die Reparaturen werden wiederholt …</translation>
+        <source>Restoring the repairs…</source>
+        <translation>Die Reparaturen werden wiederhergestellt …</translation>
     </message>
     <message>
         <source>Opening the photo…</source>

@@ -50,7 +50,7 @@ TEST_F(Connections, TheNaturalRepairTakesNoColourAndTheControlsSayWhy) {
     EXPECT_FALSE(bar().checkAutodetectColor->isEnabled());
     EXPECT_FALSE(bar().colorWellCustomColor->isEnabled());
     EXPECT_TRUE(bar().checkAutodetectColor->toolTip().contains(QStringLiteral("natural repair")));
-    EXPECT_TRUE(bar().colorWellCustomColor->toolTip().contains(QStringLiteral("flat color")));
+    EXPECT_TRUE(bar().colorWellCustomColor->toolTip().contains(QStringLiteral("Flat color")));
     EXPECT_EQ(controller->editSettings().style, RepairStyle::Natural);
 
     QTest::keyClick(&repair, Qt::Key_Up);

@@ -76,14 +76,14 @@ TEST_F(StartCard, NamesThePhotoAndItsRepairs) {
     start();
     EXPECT_TRUE(card().isVisible());
     EXPECT_EQ(names(),
-              (QStringList{u"Continue where you stopped: face.png, 37 repairs"_s, u"Forget face.png"_s}));
+              (QStringList{u"Continue where you left off: face.png, 37 repairs"_s, u"Forget face.png"_s}));
 }
 
 TEST_F(StartCard, ContinuesWithTheKeysToo) {
     leaveWork("face.png", 1);
     start();
     QAbstractButton* const button = card().findChildren<QAbstractButton*>().at(0);
-    EXPECT_EQ(button->accessibleName(), u"Continue where you stopped: face.png, 1 repair"_s);
+    EXPECT_EQ(button->accessibleName(), u"Continue where you left off: face.png, 1 repair"_s);
     QTest::keyClick(button, Qt::Key_Space);
     EXPECT_TRUE(controller->hasImage());
     EXPECT_EQ(controller->currenState, 1);
@@ -113,9 +113,9 @@ TEST_F(StartCard, KeepsWorkWhosePhotoIsGone) {
     leaveWork("face.png", 2);
     std::filesystem::remove(platform.photos() / "face.png");
     start();
-    dialogs.expectAlert("The photo is not where it was. Its repairs are kept until you forget them.",
+    dialogs.expectAlert("The photo has been moved or deleted. Its repairs are kept until you forget them.",
                         AlertStyle::Warning);
-    press(u"Continue where you stopped: face.png, 2 repairs"_s);
+    press(u"Continue where you left off: face.png, 2 repairs"_s);
     EXPECT_FALSE(controller->hasImage());
     EXPECT_TRUE(card().isVisible());
     EXPECT_EQ(filesIn(folder).size(), 1U);

@@ -18,7 +18,8 @@ protected:
         EditorTest::SetUp();
         disc = new EditDisc(imageView);
         aim = std::make_unique<Aim>(*controller, disc, queues);
-        QObject::connect(aim.get(), &Aim::told, aim.get(), [this](const QString& what) { told << what; });
+        QObject::connect(aim.get(), &Aim::announced, aim.get(),
+                         [this](const QString& text) { announced << text; });
         QObject::connect(aim.get(), &Aim::picked, aim.get(), [this](const QColor& color) { picked = color; });
     }
 
@@ -43,7 +44,7 @@ protected:
 
     EditDisc* disc = nullptr;
     std::unique_ptr<Aim> aim;
-    QStringList told;
+    QStringList announced;
     QColor picked;
 };
 
@@ -172,7 +173,7 @@ TEST_F(AimTest, AfterTheClickThereIsNothingLeftToRepair) {
     queues.runAll();
     EXPECT_FALSE(imageView->isShowingReplacement());
     EXPECT_EQ(disc->look(), DiscLook::Idle);
-    EXPECT_EQ(told.back(), QStringLiteral("Repaired 29 pixels."));
+    EXPECT_EQ(announced.back(), QStringLiteral("Repaired 29 pixels."));
 }
 
 TEST_F(AimTest, ThePreviewCanBeTurnedOff) {
@@ -258,16 +259,16 @@ TEST_F(AimTest, ActingRepairsWhereTheDiscIsAndTellsOfIt) {
     aim->moveBy(0, 0);
     aim->moveBy(static_cast<int>(blemishes()[0].column) - 40, static_cast<int>(blemishes()[0].row) - 30);
     queues.runAll();
-    rest([this] { return !told.empty(); });
-    EXPECT_EQ(told.back(), QStringLiteral("Column 21, row 21. 29 pixels would be repaired."));
+    rest([this] { return !announced.empty(); });
+    EXPECT_EQ(announced.back(), QStringLiteral("Column 21, row 21. 29 pixels would be repaired."));
     aim->act();
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
-    EXPECT_EQ(told.back(), QStringLiteral("Repaired 29 pixels."));
+    EXPECT_EQ(announced.back(), QStringLiteral("Repaired 29 pixels."));
     aim->act();
     queues.runAll();
-    EXPECT_EQ(told.back(), QStringLiteral("Nothing to repair here."));
+    EXPECT_EQ(announced.back(), QStringLiteral("Nothing to repair here."));
 }
 
 TEST_F(AimTest, ActingWhileARepairIsComputedIsForgotten) {

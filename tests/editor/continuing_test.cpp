@@ -10,10 +10,12 @@ namespace complexion {
 
 namespace {
 
-constexpr const char* kGone = "The photo is not where it was. Its repairs are kept until you forget them.";
+constexpr const char* kGone =
+    "The photo has been moved or deleted. Its repairs are kept until you forget them.";
 constexpr const char* kChanged =
-    "The photo has been changed since. Its repairs are kept until you forget them.";
-constexpr const char* kUnfit = "The repairs do not fit the photo. They are kept until you forget them.";
+    "The photo has changed since then. Its repairs are kept until you forget them.";
+constexpr const char* kUnfit =
+    "The repairs could not be applied to the photo. They are kept until you forget them.";
 
 /// A window whose work is journaled.
 class Continuing : public EditorTest {

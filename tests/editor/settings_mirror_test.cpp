@@ -61,13 +61,13 @@ TEST_F(SettingsMirror, AnEffectBeyondTheTableIsNone) {
     controller->comboEffect->addItem(QStringLiteral("Another"));
     selectEffect(9);
     EXPECT_TRUE(shown().isSameObject(noir));
-    EXPECT_TRUE(controller->throughEffect(working).isSameObject(working));
+    EXPECT_TRUE(controller->withEffect(working).isSameObject(working));
     selectEffect(8);
     EXPECT_TRUE(samePixels(shown(), ImageTools::ApplyEffectOnImage(working, "Transfer")));
     selectEffect(0);
-    EXPECT_TRUE(controller->throughEffect(working).isSameObject(working));
+    EXPECT_TRUE(controller->withEffect(working).isSameObject(working));
     selectEffect(-1);
-    EXPECT_TRUE(controller->throughEffect(working).isSameObject(working));
+    EXPECT_TRUE(controller->withEffect(working).isSameObject(working));
 }
 
 TEST_F(SettingsMirror, WhatIsShownIsAnnounced) {

@@ -45,7 +45,7 @@ class ContinuingTest(PortraitTestCase):
         self.assertLess(journal.stat().st_size, 1000)
 
         self.program.start()
-        self.program.press("Continue where you stopped: face.png, 3 repairs")
+        self.program.press("Continue where you left off: face.png, 3 repairs")
         self.program.wait_for_photo()
         self.assertTrue(self.program.is_enabled("Undo"))
         continued = self.saved("continued.png")

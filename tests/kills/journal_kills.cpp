@@ -85,7 +85,7 @@ public:
             return m_session.redo();
         if (what == 3) {
             const int effect = upTo(9);
-            m_session.noteEffect(effect);
+            m_session.recordEffect(effect);
             return effect != std::exchange(m_effect, effect);
         }
         m_session.setSettings({.radius = 1 + upTo(kMaxRadius),
@@ -96,7 +96,7 @@ public:
         const Point place{upTo(kSize.width * 4) / 4.0, upTo(kSize.height * 4) / 4.0};
         const EditSession::Snapshot taken = *m_session.beginRepair();
         const RepairReport report = runRepair(Repair::of(taken.settings), taken.image, place);
-        m_session.noteRepair(taken, place);
+        m_session.recordRepair(taken, place);
         m_session.setImage(*report.result);
         m_session.pushState();
         return true;
