@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Lights the caption of what the film shows; a click on a caption goes there.
+// Highlights the caption of the current scene; a click on a caption seeks to its scene.
 const film = document.querySelector("video");
 const captions = [...document.querySelectorAll("#captions li")];
 const second = (caption) => Number(caption.dataset.second);
