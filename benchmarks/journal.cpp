@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What it costs that no click is lost: keeping a step, and repeating all of them.
+// What it costs that no click is lost: recording a step, and replaying all of them.
 #include "editor/journal.h"
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace complexion::bench {
 
@@ -27,7 +31,8 @@ RepairStep step(int index, PointSize size) {
     return step;
 }
 
-/// Keeping one step, with the threads that flush and hash at work, against a click until it is seen.
+/// Recording one step, with the threads that flush and hash at work, against a click until it is seen: the
+/// first step of a photo or a later one, whichever takes longer.
 Row appendAgainstClick() {
     return {.name = rowName("journal", 24), .goal = atMost(0.05), .prepare = []() -> Round {
                 auto editor = std::make_shared<Editor>();
@@ -36,11 +41,14 @@ Row appendAgainstClick() {
                 editor->setRadius(static_cast<int>(kRadius));
                 auto journal =
                     std::make_shared<Journal>(editor->platform().temporaryDirectory() / "journals");
-                journal->begin(photo, *identify(photo));
                 return [=](Samples& samples) {
                     const double reference = editor->clickOnSkin(kSpacing);
                     const RepairStep kept = step(0, {6000, 4000});
-                    samples.add(secondsOf([&] { journal->append(kept); }), reference);
+                    journal->begin(photo, *identify(photo));
+                    const double first = secondsOf([&] { journal->append(kept); });
+                    std::this_thread::sleep_for(std::chrono::milliseconds(20)); // while the file is created
+                    const double later = secondsOf([&] { journal->append(kept); });
+                    samples.add(std::max(first, later), reference);
                 };
             }};
 }

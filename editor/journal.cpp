@@ -2,7 +2,10 @@
 #include "editor/journal.h"
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
+#include <condition_variable>
+#include <mutex>
 #include <system_error>
 #include <utility>
 #include <variant>
@@ -11,9 +14,19 @@ namespace complexion {
 
 namespace {
 
-/// Steps like this alone are nothing to go on with.
-bool isOfTheHistoryAlone(const EditStep& step) {
+/// Only notes on the history's files: no work of the user.
+bool isHistoryNote(const EditStep& step) {
     return std::holds_alternative<StateLostStep>(step);
+}
+
+/// Without a hash where the file was replaced since it was opened: the steps are not of its bytes.
+std::optional<PhotoHash> hashOpenedPhoto(const std::filesystem::path& path, const FileIdentity& opened,
+                                         const std::function<bool()>& isWanted) {
+    PhotoHasher hasher(path);
+    while (hasher.readOn())
+        if (!isWanted())
+            return std::nullopt;
+    return hasher.identity() == opened ? hasher.result() : std::nullopt;
 }
 
 } // namespace
@@ -28,7 +41,7 @@ std::vector<AbandonedJournal> AbandonedJournal::findIn(const std::filesystem::pa
         ParsedJournal parsed = parseJournal(*bytes);
         if (parsed.kind == JournalKind::Foreign)
             continue;
-        if (std::ranges::all_of(parsed.contents.steps, isOfTheHistoryAlone))
+        if (std::ranges::all_of(parsed.contents.steps, isHistoryNote))
             file->remove();
         else
             found.push_back({.file = file, .contents = std::move(parsed.contents)});
@@ -50,107 +63,160 @@ PhotoMatch matchPhoto(const JournaledPhoto& photo) {
     return hasher.result() == photo.hash ? PhotoMatch::Same : PhotoMatch::Different;
 }
 
+Journal::System::System() : hashPhoto(hashOpenedPhoto) {}
+
+/// What the threads share.
+struct Journal::State {
+    std::mutex mutex; // guards all below
+    std::condition_variable_any wakeWriter;
+    std::condition_variable fileCreated; // or could not be
+    bool takesSteps = false;
+    JournaledPhoto photo;
+    FileIdentity opened;
+    std::shared_ptr<JournalStore> file; // null until it has been created
+    Bytes unwritten;
+
+    // What the writer has to do.
+    bool needsFile = false;
+    bool needsSync = false;
+    bool needsHash = false;
+    bool isCreatingFile = false;
+
+    std::atomic<std::uint64_t> hashing = 0; // the number of the hash that is wanted
+
+    bool hasWork() const { return needsFile || needsSync || needsHash; }
+
+    /// Records the step or hash; the lock is held.
+    void add(const Bytes& record) {
+        unwritten.insert(unwritten.end(), record.begin(), record.end());
+        if (file)
+            write();
+        else
+            needsFile = true;
+        wakeWriter.notify_one();
+    }
+
+    void write() {
+        if (!file->append(unwritten))
+            return;
+        unwritten.clear();
+        needsSync = true;
+    }
+};
+
+Journal::Journal(std::filesystem::path folder, System system)
+    : m_folder(std::move(folder)),
+      m_system(std::move(system)),
+      m_state(std::make_shared<State>()),
+      m_writer([this](const std::stop_token& stop) { writeAndSync(stop); }) {}
+
+Journal::~Journal() {
+    ++m_state->hashing; // nobody needs the hash of a half-read photo any more
+    m_writer.request_stop();
+    m_writer.join();
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->file.reset();
+}
+
 void Journal::begin(const std::filesystem::path& path, const FileIdentity& opened) {
     forget();
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock lock(m_state->mutex);
     start(path, opened);
 }
 
 void Journal::resume(const AbandonedJournal& abandoned, const FileIdentity& opened) {
     forget();
-    const std::scoped_lock lock(m_mutex);
+    const std::scoped_lock lock(m_state->mutex);
     start(abandoned.contents.photo.path, opened);
-    m_file = abandoned.file;
-    m_file->truncate(abandoned.contents.length);
-    if (m_photo && !abandoned.contents.photo.hash)
-        m_hasher = std::make_shared<PhotoHasher>(m_photo->path);
+    m_state->file = abandoned.file;
+    m_state->file->truncate(abandoned.contents.length);
+    m_state->needsHash = m_state->takesSteps && !abandoned.contents.photo.hash;
+    m_state->wakeWriter.notify_one();
 }
 
+/// The lock is held.
 void Journal::start(const std::filesystem::path& path, const FileIdentity& opened) {
     std::error_code failed;
     const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
     if (failed || absolute.native().size() > PATH_MAX)
         return;
-    m_photo = JournaledPhoto{.path = absolute,
-                             .size = opened.size,
-                             .modifiedNanoseconds = opened.modifiedNanoseconds,
-                             .hash = std::nullopt};
-    m_opened = opened;
+    m_state->photo = {.path = absolute,
+                      .size = opened.size,
+                      .modifiedNanoseconds = opened.modifiedNanoseconds,
+                      .hash = std::nullopt};
+    m_state->opened = opened;
+    m_state->takesSteps = true;
 }
 
 void Journal::append(const EditStep& step) {
-    const std::scoped_lock lock(m_mutex);
-    if (!m_photo)
+    const std::scoped_lock lock(m_state->mutex);
+    if (!m_state->takesSteps)
         return;
-    if (!m_file && m_unwritten.empty()) {
-        m_unwritten = journalHead(*m_photo);
-        m_hasher = std::make_shared<PhotoHasher>(m_photo->path);
+    if (!m_state->file && m_state->unwritten.empty()) {
+        m_state->unwritten = journalHead(m_state->photo);
+        m_state->needsHash = true;
     }
-    const Bytes record = journalRecord(step);
-    m_unwritten.insert(m_unwritten.end(), record.begin(), record.end());
-    write();
-}
-
-/// The lock is held.
-void Journal::write() {
-    if (!m_file)
-        m_file = JournalFile::create(m_folder);
-    if (!m_file || !m_file->append(m_unwritten))
-        return;
-    m_unwritten.clear();
-    m_needsSync = true;
-    if (!m_thread.joinable())
-        m_thread = std::jthread([this](const std::stop_token& stop) { work(stop); });
-    m_wake.notify_one();
+    m_state->add(journalRecord(step));
 }
 
 void Journal::end() {
-    const std::scoped_lock lock(m_mutex);
-    m_photo.reset();
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->takesSteps = false;
 }
 
 void Journal::forget() {
-    const std::scoped_lock lock(m_mutex);
-    m_photo.reset();
-    m_hasher.reset();
-    m_unwritten.clear();
-    m_needsSync = false;
-    if (m_file)
-        m_file->remove();
-    m_file.reset();
+    std::unique_lock lock(m_state->mutex);
+    // Once this returns nothing of the work is on the disk, nor comes there later.
+    m_state->fileCreated.wait(lock, [this] { return !m_state->isCreatingFile; });
+    ++m_state->hashing;
+    m_state->takesSteps = false;
+    m_state->unwritten.clear();
+    m_state->needsFile = m_state->needsSync = m_state->needsHash = false;
+    if (m_state->file)
+        m_state->file->remove();
+    m_state->file.reset();
 }
 
-void Journal::work(const std::stop_token& stop) {
-    std::unique_lock lock(m_mutex);
-    while (m_wake.wait(lock, stop, [this] { return m_needsSync || m_hasher; }) || m_needsSync) {
-        if (std::exchange(m_needsSync, false)) {
-            const std::shared_ptr<JournalFile> file = m_file;
+/// The writer thread: waits for nothing but work and the disk, so that a step is flushed as soon as the flush
+/// before it has ended.
+void Journal::writeAndSync(const std::stop_token& stop) {
+    State& state = *m_state;
+    std::unique_lock lock(state.mutex);
+    while (state.wakeWriter.wait(lock, stop, [&state] { return state.hasWork(); })) {
+        if (std::exchange(state.needsFile, false)) {
+            state.isCreatingFile = true;
+            lock.unlock();
+            std::shared_ptr<JournalStore> file = m_system.createFile(m_folder);
+            lock.lock();
+            state.isCreatingFile = false;
+            state.file = std::move(file);
+            if (state.file) {
+                state.needsFile = false;
+                state.write(); // under the lock: a step is never written before an earlier one
+            }
+            state.fileCreated.notify_one();
+        } else if (std::exchange(state.needsSync, false)) {
+            const std::shared_ptr<JournalStore> file = state.file;
             lock.unlock();
             file->sync();
             lock.lock();
-        } else if (stop.stop_requested()) {
-            return; // what a half-read photo's hash would have been is nobody's any more
-        } else {
-            const std::shared_ptr<PhotoHasher> hasher = m_hasher;
-            lock.unlock();
-            const bool goesOn = hasher->readOn();
-            lock.lock();
-            if (!goesOn && hasher == m_hasher)
-                takeHash(*hasher);
+        } else if (std::exchange(state.needsHash, false) && !stop.stop_requested()) {
+            hashInBackground();
         }
     }
 }
 
-/// The lock is held. A photo that is not the file that was opened any more gets no hash: the steps are not of
-/// its bytes.
-void Journal::takeHash(const PhotoHasher& hasher) {
-    m_hasher.reset();
-    const std::optional<PhotoHash> hash = hasher.result();
-    if (!hash || hasher.identity() != m_opened)
-        return;
-    const Bytes record = journalRecord(*hash);
-    m_unwritten.insert(m_unwritten.end(), record.begin(), record.end());
-    write();
+/// The lock is held. The thread is detached, as reading a photo on a file system that has gone may never end.
+void Journal::hashInBackground() {
+    const std::uint64_t number = ++m_state->hashing;
+    std::thread([state = m_state, hashPhoto = m_system.hashPhoto, path = m_state->photo.path,
+                 opened = m_state->opened, number] {
+        const auto isWanted = [&] { return state->hashing == number; };
+        const std::optional<PhotoHash> hash = hashPhoto(path, opened, isWanted);
+        const std::scoped_lock lock(state->mutex);
+        if (hash && isWanted())
+            state->add(journalRecord(*hash));
+    }).detach();
 }
 
 } // namespace complexion

@@ -5,10 +5,9 @@
 #include "editor/journal_file.h"
 #include "editor/journal_records.h"
 
-#include <condition_variable>
 #include <filesystem>
+#include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <thread>
@@ -16,38 +15,55 @@
 
 namespace complexion {
 
-/// A journal whose window has ended without being asked to. Locked: no other window offers it meanwhile.
+/// A journal whose window ended without being asked to. Locked: no other window offers it meanwhile.
 struct AbandonedJournal {
     std::shared_ptr<JournalFile> file;
     JournalContents contents;
 
-    /// Those in the folder, latest first. Removes files there that end before their first step.
+    /// The abandoned journals in the folder, latest first. Removes files there that end before their first
+    /// step.
     static std::vector<AbandonedJournal> findIn(const std::filesystem::path& folder);
 };
 
-/// Whether a photo is the one that a journal is about.
+/// Whether the file at a photo's path is still the photo that a journal is about.
 enum class PhotoMatch { Same, Gone, Different };
 PhotoMatch matchPhoto(const JournaledPhoto& photo);
 
-/// The steps of one photo's work in a file, so that they survive the process. Opens no file before the first
-/// step. A thread of its own flushes the file to the disk after each step and hashes the photo, so that
-/// appending a step costs one small write. Where the file cannot be written, steps are kept and written with
-/// the next.
+/// Records the steps of one photo's work in a file, so that they survive the process. No file exists before
+/// the first step.
+///
+/// The writer thread creates the file and flushes it after each step; until the file exists, steps are queued
+/// in memory. From then on `append` writes the step itself, so that a killed process loses none. A failure to
+/// create or write the file keeps the steps in the queue; the next step tries again. Another thread hashes
+/// the photo. Main thread only.
 class Journal {
 public:
-    /// Files go into `folder`, which need not exist.
-    explicit Journal(std::filesystem::path folder) : m_folder(std::move(folder)) {}
+    /// What a journal asks of the system.
+    struct System {
+        /// Null when no file can be created.
+        std::function<std::shared_ptr<JournalStore>(const std::filesystem::path& folder)> createFile =
+            JournalFile::create;
+        /// The hash of the file at `path`; nullopt when it cannot be read, is not the file that was `opened`,
+        /// or `isWanted` has become false.
+        std::function<std::optional<PhotoHash>(const std::filesystem::path& path, const FileIdentity& opened,
+                                               const std::function<bool()>& isWanted)>
+            hashPhoto;
+
+        System();
+    };
+
+    /// Files are created in `folder`, which need not exist.
+    explicit Journal(std::filesystem::path folder, System system = {});
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
-    /// The file stays, flushed to the disk.
-    ~Journal() = default;
+    /// The file stays, with all steps and flushed to the disk.
+    ~Journal();
 
     const std::filesystem::path& folder() const { return m_folder; }
 
-    /// Deletes the file; the steps that follow are of the photo at `path`, which was `opened` when it was
-    /// read.
+    /// Deletes the file; the following steps are of the photo at `path`, which was `opened` when it was read.
     void begin(const std::filesystem::path& path, const FileIdentity& opened);
-    /// As `begin`, but goes on in an abandoned journal.
+    /// As `begin`, but continues an abandoned journal.
     void resume(const AbandonedJournal& abandoned, const FileIdentity& opened);
     void append(const EditStep& step);
     /// Takes no more steps of this photo: what follows cannot be replayed. The file stays.
@@ -56,22 +72,16 @@ public:
     void forget();
 
 private:
+    struct State;
+
     void start(const std::filesystem::path& path, const FileIdentity& opened);
-    void write();
-    void work(const std::stop_token& stop);
-    void takeHash(const PhotoHasher& hasher);
+    void writeAndSync(const std::stop_token& stop);
+    void hashInBackground();
 
-    std::filesystem::path m_folder;
-
-    std::mutex m_mutex; // guards all below
-    std::condition_variable_any m_wake;
-    std::optional<JournaledPhoto> m_photo; // none: steps are not taken
-    std::optional<FileIdentity> m_opened;
-    std::shared_ptr<JournalFile> m_file; // null before the first step
-    Bytes m_unwritten;
-    bool m_needsSync = false;
-    std::shared_ptr<PhotoHasher> m_hasher;
-    std::jthread m_thread; // last: ends before what it uses goes
+    const std::filesystem::path m_folder;
+    const System m_system;
+    std::shared_ptr<State> m_state; // shared with the hashing thread, which may outlive the journal
+    std::jthread m_writer;
 };
 
 } // namespace complexion

@@ -24,7 +24,7 @@ constexpr mode_t kFileMode = 0600;
 constexpr off_t kMaxSize = off_t{64} << 20; // some 700,000 steps
 constexpr int kMaxNames = 100;              // tried for a new file
 
-/// The folder, opened, when it is this user's; negative otherwise. Nobody else may enter it from then on.
+/// Opens the folder and makes it mode 0700; negative unless it belongs to this user.
 int openFolder(const std::filesystem::path& path) {
     const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     struct stat status = {};
@@ -37,19 +37,18 @@ int openFolder(const std::filesystem::path& path) {
     return -1;
 }
 
-/// Makes a folder and those above it that are missing; only this user can enter them. Returns those that were
-/// made, innermost first.
-std::vector<std::filesystem::path> makeFolders(const std::filesystem::path& path) {
-    std::vector<std::filesystem::path> made;
+/// Creates a folder and its missing parents, mode 0700. Returns those that were created, innermost first.
+std::vector<std::filesystem::path> createFolders(const std::filesystem::path& path) {
+    std::vector<std::filesystem::path> created;
     if (::mkdir(path.c_str(), kFolderMode) != 0) {
         if (errno != ENOENT || !path.has_relative_path())
             return {};
-        made = makeFolders(path.parent_path());
+        created = createFolders(path.parent_path());
         if (::mkdir(path.c_str(), kFolderMode) != 0)
-            return made;
+            return created;
     }
-    made.insert(made.begin(), path);
-    return made;
+    created.insert(created.begin(), path);
+    return created;
 }
 
 bool isNamedIn(int folder, const std::string& name, int file) {
@@ -59,7 +58,8 @@ bool isNamedIn(int folder, const std::string& name, int file) {
            named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
-/// Opens and locks the file; negative when that fails, or it has lost its name before it was locked.
+/// Opens and locks the file; negative, with errno set, when that fails or the file was renamed or deleted
+/// before it was locked.
 int openLocked(int folder, const std::string& name, int flags) {
     const int file =
         ::openat(folder, name.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | flags, kFileMode);
@@ -70,6 +70,7 @@ int openLocked(int folder, const std::string& name, int flags) {
         ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid())
         return file;
     ::close(file);
+    errno = EBUSY;
     return -1;
 }
 
@@ -99,7 +100,7 @@ std::shared_ptr<JournalFile> JournalFile::create(const std::filesystem::path& fo
     std::vector<std::filesystem::path> removable = {folder};
     int opened = openFolder(folder);
     if (opened < 0) {
-        removable = makeFolders(folder);
+        removable = createFolders(folder);
         opened = openFolder(folder);
     }
     for (int attempt = 0; opened >= 0 && attempt < kMaxNames; ++attempt) {
@@ -137,6 +138,7 @@ std::vector<std::string> JournalFile::namesIn(const std::filesystem::path& folde
     }
     std::ranges::sort(found, std::greater());
     std::vector<std::string> names;
+    names.reserve(found.size());
     for (auto& [time, name] : found)
         names.push_back(std::move(name));
     return names;
@@ -166,7 +168,7 @@ std::optional<Bytes> JournalFile::read() const {
 
 void JournalFile::truncate(std::size_t length) {
     m_length = length;
-    // Where that fails, what follows is overwritten; a rest of it does not pass for a record.
+    // If that fails, the old bytes are overwritten later; what remains of them fails its checksum.
     [[maybe_unused]] const int ignored = ::ftruncate(m_file, static_cast<off_t>(length));
 }
 

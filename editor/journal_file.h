@@ -12,35 +12,47 @@
 
 namespace complexion {
 
-/// The folder that holds the journals of all windows of this user, mode 0700.
+/// The folder for the journals of all of this user's windows; nullopt without a home folder.
 std::optional<std::filesystem::path> journalFolder();
 
-/// One journal on the disk, mode 0600, locked as long as it is open: no two windows write or offer the same.
-/// The file stays when the object goes.
-class JournalFile {
+/// Where the bytes of a journal are kept. What was written stays when the object is destroyed.
+class JournalStore {
 public:
-    /// A new, empty file; null where none can be made. Makes the folder, and the folders above, when they are
-    /// missing.
+    JournalStore() = default;
+    JournalStore(const JournalStore&) = delete;
+    JournalStore& operator=(const JournalStore&) = delete;
+    virtual ~JournalStore() = default;
+
+    /// Drops what follows the first `length` bytes; `append` continues there.
+    virtual void truncate(std::size_t length) = 0;
+    /// Writes all of `bytes` at the end, or none; false when that failed.
+    virtual bool append(ByteView bytes) = 0;
+    /// Waits until all bytes are on the disk. Any thread.
+    virtual void sync() = 0;
+    /// Deletes the journal.
+    virtual void remove() = 0;
+};
+
+/// A journal's file, mode 0600, locked as long as it is open: no two windows write or offer the same one.
+class JournalFile : public JournalStore {
+public:
+    /// A new, empty file; null when none can be created. Creates the folder and missing parents, mode 0700.
     static std::shared_ptr<JournalFile> create(const std::filesystem::path& folder);
-    /// Null when it is no file of this user, or is open elsewhere.
+    /// Null unless it is a regular file of this user that nobody has open.
     static std::shared_ptr<JournalFile> open(const std::filesystem::path& folder, const std::string& name);
-    /// The names of the journals in the folder, latest first.
+    /// The file names of the journals in the folder, latest first.
     static std::vector<std::string> namesIn(const std::filesystem::path& folder);
 
-    JournalFile(const JournalFile&) = delete;
-    JournalFile& operator=(const JournalFile&) = delete;
-    ~JournalFile();
+    ~JournalFile() override;
 
-    /// All bytes; nothing when they cannot be read or are too many.
+    /// All bytes; nullopt if they cannot be read or exceed 64 MiB.
     std::optional<Bytes> read() const;
-    /// Drops what follows the first `length` bytes; `append` goes on there.
-    void truncate(std::size_t length);
-    /// Writes all of `bytes` at the end, or none.
-    bool append(ByteView bytes);
-    /// Waits until the bytes, and the first time the name, are on the disk. From any thread.
-    void sync();
-    /// Takes the name away, and the folder with it when it is empty, and those above that were made for it.
-    void remove();
+    void truncate(std::size_t length) override;
+    bool append(ByteView bytes) override;
+    /// The first call also flushes the folder, for the file's name.
+    void sync() override;
+    /// Also removes the folder if it is empty, and the parents that `create` made.
+    void remove() override;
 
 private:
     JournalFile(std::vector<std::filesystem::path> removable, int folder, int file, std::string name)

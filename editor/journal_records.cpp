@@ -44,7 +44,7 @@ private:
     Bytes m_bytes;
 };
 
-/// Takes numbers from a payload; too short a payload makes it fail, and the numbers 0.
+/// Reads numbers from a payload; beyond its end they are 0, and it has failed.
 class Reader {
 public:
     explicit Reader(ByteView bytes) : m_rest(bytes) {}
@@ -61,7 +61,7 @@ public:
         return number;
     }
     ByteView takeRest() { return std::exchange(m_rest, {}); }
-    /// Whether the payload was exactly what was taken.
+    /// Whether exactly the payload was read.
     bool isDone() const { return !m_hasFailed && m_rest.empty(); }
 
 private:
@@ -168,10 +168,10 @@ std::optional<EditStep> takeStep(RecordKind kind, Reader& payload) {
 struct Record {
     RecordKind kind;
     ByteView payload;
-    std::size_t size; // of all of it
+    std::size_t size; // of the whole record, bytes
 };
 
-/// The record that `bytes` begin with; none when it is torn or damaged.
+/// The record at the start of `bytes`; nullopt if it is truncated or damaged.
 std::optional<Record> takeRecord(ByteView bytes) {
     Reader reader(bytes);
     const std::size_t length = reader.take<std::uint16_t>();
@@ -185,7 +185,7 @@ std::optional<Record> takeRecord(ByteView bytes) {
     return Record{.kind = kind, .payload = checked.subspan(kRecordStart), .size = size};
 }
 
-/// Adds what `record` means to `contents`; false when it means nothing there.
+/// Adds a record to `contents`; false if it is not valid there.
 bool add(const Record& record, JournalContents& contents) {
     Reader payload(record.payload);
     if (record.kind == RecordKind::Hash) {

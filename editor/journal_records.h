@@ -12,16 +12,16 @@
 
 namespace complexion {
 
-/// A photo that a journal is about: where it is, and how to tell that it is still the same.
+/// The photo that a journal is about, and how to recognise it.
 struct JournaledPhoto {
     std::filesystem::path path;
     std::int64_t size = 0;                // bytes
     std::int64_t modifiedNanoseconds = 0; // since 1970
-    std::optional<PhotoHash> hash;        // none while it is not computed yet
+    std::optional<PhotoHash> hash;        // nullopt until it has been computed
     bool operator==(const JournaledPhoto&) const = default;
 };
 
-/// What a journal holds.
+/// The contents of a journal.
 struct JournalContents {
     JournaledPhoto photo;
     std::vector<EditStep> steps;
@@ -30,21 +30,21 @@ struct JournalContents {
     std::int64_t repairCount() const;
 };
 
-// A journal's bytes: 8 bytes "CMPLXJNL", the version as a 32-bit number, the record of the photo, and then a
-// record a step, in their order. A record is the 16-bit length of its payload, a byte for its kind, the
-// payload, and the CRC-32 of all of these. Numbers are little-endian; fractions are IEEE 754 doubles.
+// Format: the 8 bytes "CMPLXJNL", the version (32 bits), the record of the photo, and then one record for
+// each step, in order. A record is the length of its payload (16 bits), its kind (8 bits), the payload, and
+// the CRC-32 of all of these. Integers are little-endian; fractions are IEEE 754 doubles.
 
 inline constexpr std::uint32_t kJournalVersion = 1;
 
-/// The beginning of a journal; the photo's hash has a record of its own.
+/// The header and the photo's record, without the hash, which has a record of its own.
 Bytes journalHead(const JournaledPhoto& photo);
 Bytes journalRecord(const PhotoHash& hash);
 Bytes journalRecord(const EditStep& step);
 
 enum class JournalKind {
     Journal,
-    Unfinished, // ends within its head: no step was ever recorded
-    Foreign,    // of another version, or no journal
+    Unfinished, // truncated before its first step
+    Foreign,    // another version, or not a journal
 };
 
 struct ParsedJournal {
@@ -52,7 +52,7 @@ struct ParsedJournal {
     JournalContents contents; // of a Journal
 };
 
-/// Reads a journal up to the first record that is torn, damaged, or means nothing.
+/// Reads a journal up to the first record that is truncated, damaged or invalid.
 ParsedJournal parseJournal(ByteView bytes);
 
 } // namespace complexion

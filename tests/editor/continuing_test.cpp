@@ -2,6 +2,7 @@
 
 // Work that was never ended is continued: picture, history and position are what they were.
 #include "tests/editor/editor_fixture.h"
+#include "tests/fakes/eventually.h"
 #include "tests/fakes/temporary_folder.h"
 
 #include <random>
@@ -51,6 +52,9 @@ protected:
     /// The journal's window is gone; its file is left.
     void kill() { controller->setJournal(nullptr); }
 
+    bool hasJournal() const {
+        return eventually([this] { return std::filesystem::exists(folder) && filesIn(folder).size() == 1; });
+    }
     std::vector<AbandonedJournal> left() const { return AbandonedJournal::findIn(folder); }
 
     TemporaryFolder home;
@@ -247,14 +251,14 @@ TEST_F(NextWindow, SaysThatStepsDoNotFitAndKeepsTheJournal) {
 TEST_F(Continuing, AnotherPhotoAReloadAndAnEndThatWasAgreedToDeleteTheJournal) {
     openThroughPanel(makePhoto());
     retouch(0);
-    EXPECT_EQ(filesIn(folder).size(), 1U);
+    EXPECT_TRUE(hasJournal());
     openThroughPanel(makePhoto("other.png"));
     EXPECT_FALSE(std::filesystem::exists(folder));
     retouch(0);
     reload();
     EXPECT_FALSE(std::filesystem::exists(folder));
     retouch(0);
-    EXPECT_EQ(filesIn(folder).size(), 1U);
+    EXPECT_TRUE(hasJournal());
     controller->windowWillClose();
     EXPECT_FALSE(std::filesystem::exists(folder));
 }
@@ -270,7 +274,7 @@ TEST_F(Continuing, SavingKeepsTheJournal) {
     openThroughPanel(makePhoto());
     retouch(0);
     save(platform.photos() / "saved.png");
-    EXPECT_EQ(filesIn(folder).size(), 1U);
+    EXPECT_TRUE(hasJournal());
 }
 
 TEST_F(Continuing, TheSystemsEndKeepsTheJournalAndDeletesTheStates) {

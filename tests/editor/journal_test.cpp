@@ -2,6 +2,7 @@
 
 // The journal's bytes and files.
 #include "editor/journal.h"
+#include "tests/fakes/eventually.h"
 #include "tests/fakes/full_disk.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
@@ -139,6 +140,12 @@ protected:
         for (const EditStep& step : steps)
             journal->append(step);
     }
+    /// Appends the first steps of a photo, and waits for the file.
+    void appendFirst(const std::vector<EditStep>& steps) {
+        append(steps);
+        EXPECT_TRUE(eventually(
+            [this] { return !JournalFile::namesIn(folder).empty() && !contentsOf(file()).empty(); }));
+    }
     /// Ends the window without an end of its work.
     void lose() { journal.reset(); }
     static mode_t modeOf(const std::filesystem::path& path) {
@@ -156,13 +163,13 @@ protected:
 TEST_F(Journals, NothingIsWrittenBeforeTheFirstStep) {
     begin();
     EXPECT_FALSE(std::filesystem::exists(folder));
-    journal->append(kSteps[0]);
+    appendFirst({kSteps[0]});
     EXPECT_EQ(filesIn(folder).size(), 1U);
 }
 
 TEST_F(Journals, AreForTheUserAlone) {
     begin();
-    append(kSteps);
+    appendFirst(kSteps);
     EXPECT_EQ(modeOf(folder), 0700U);
     EXPECT_EQ(modeOf(file()), 0600U);
     lose();
@@ -173,7 +180,7 @@ TEST_F(Journals, AreForTheUserAlone) {
 
 TEST_F(Journals, AreOfferedOnlyWhenTheirWindowIsGone) {
     begin();
-    append(kSteps);
+    appendFirst(kSteps);
     EXPECT_TRUE(found().empty());
     lose();
     const std::vector<AbandonedJournal> works = found();
@@ -185,11 +192,11 @@ TEST_F(Journals, AreOfferedOnlyWhenTheirWindowIsGone) {
 
 TEST_F(Journals, SeveralWindowsHaveOneEach) {
     begin();
-    append(kSteps);
+    appendFirst(kSteps);
     Journal other(folder);
     other.begin(photo, *identify(photo));
     other.append(kSteps[0]);
-    EXPECT_EQ(filesIn(folder).size(), 2U);
+    EXPECT_TRUE(eventually([this] { return filesIn(folder).size() == 2U; }));
     lose();
     ASSERT_EQ(found().size(), 1U);
     EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size());
@@ -197,22 +204,19 @@ TEST_F(Journals, SeveralWindowsHaveOneEach) {
 
 TEST_F(Journals, TheHashFollowsTheFirstStep) {
     begin();
-    append(kSteps);
+    appendFirst(kSteps);
     const PhotoHash expected = [this] {
         PhotoHasher hasher(photo);
         while (hasher.readOn()) {
         }
         return *hasher.result();
     }();
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     const auto isThere = [&] {
         const std::string bytes = contentsOf(file());
         return parseJournal(ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()))
                    .contents.photo.hash == expected;
     };
-    while (!isThere() && std::chrono::steady_clock::now() < deadline)
-        std::this_thread::yield();
-    EXPECT_TRUE(isThere());
+    EXPECT_TRUE(eventually(isThere));
 }
 
 TEST_F(Journals, APhotoThatWasReplacedSinceItWasReadGetsNoHash) {
@@ -228,14 +232,14 @@ TEST_F(Journals, APhotoThatWasReplacedSinceItWasReadGetsNoHash) {
 
 TEST_F(Journals, AForgottenOneIsGone) {
     begin();
-    append(kSteps);
+    appendFirst(kSteps);
     journal->forget();
     EXPECT_FALSE(std::filesystem::exists(folder.parent_path())) << "the folders that were made for it";
     append(kSteps);
     EXPECT_FALSE(std::filesystem::exists(folder));
     std::filesystem::create_directory(folder.parent_path());
     begin();
-    append(kSteps);
+    appendFirst(kSteps);
     begin();
     EXPECT_FALSE(std::filesystem::exists(folder));
     EXPECT_TRUE(std::filesystem::exists(folder.parent_path())) << "it was there before";
@@ -299,7 +303,7 @@ TEST_F(Journals, AFolderThatCannotBeMadeCostsNothingButTheJournal) {
 
 TEST_F(Journals, AFullDiskLeavesWholeRecordsAndLosesNoneOnceThereIsRoom) {
     begin();
-    journal->append(kSteps[0]);
+    appendFirst({kSteps[0]});
     {
         const FullDisk full(std::filesystem::file_size(file()) + 10);
         append(kSteps);

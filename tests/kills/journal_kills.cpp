@@ -3,10 +3,10 @@
 // Usage: journal_kills [KILLS]
 //
 // A process that works on a photo at random is killed at random moments, again and again, on two photos in
-// turn. After each kill: no step that it had finished is missing in the journal, the continued picture,
-// history and position are those of a session that was never killed, the photo is as it was, and what was
-// left on the disk is the journal, of whose bytes all are accounted for, and the private folder, which the
-// next start removes.
+// turn. After each kill: no step that it had finished is missing in the journal, unless the journal's file
+// was still being created for steps of the last 100 milliseconds; the continued picture, history and position
+// are those of a session that was never killed, the photo is as it was, and what was left on the disk is the
+// journal, of whose bytes all are accounted for, and the private folder, which the next start removes.
 #include "app/private_folder.h"
 #include "editor/edit_session.h"
 #include "imaging/image_tools.h"
@@ -34,8 +34,9 @@ namespace {
 constexpr int kKills = 1000;
 constexpr PixelSize kSize{160, 120};
 constexpr int kMaxRadius = 12;
-constexpr std::int64_t kMaxMoment = 90'000; // microseconds after the start
-constexpr std::size_t kMaxTornBytes = 128;  // more than any record has
+constexpr std::int64_t kMaxMoment = 150'000;        // microseconds after the start
+constexpr std::int64_t kMaxUnwritten = 100'000'000; // nanoseconds from a step to its being in a new file
+constexpr std::size_t kMaxTornBytes = 128;          // more than any record has
 
 [[noreturn]] void fail(const std::string& what) {
     std::cerr << "journal_kills: " << what << '\n';
@@ -66,6 +67,18 @@ public:
 private:
     std::filesystem::path m_folder;
     std::chrono::system_clock::time_point m_previous = std::chrono::system_clock::now();
+};
+
+std::int64_t nanosecondsNow() {
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::steady_clock::now().time_since_epoch())
+        .count();
+}
+
+/// What a killed process had reported.
+struct Run {
+    std::int64_t steps = 0;
+    std::int64_t firstAge = 0; // nanoseconds from the first step's end to the kill
 };
 
 /// The work of one person, whose next deed depends on nothing but the random numbers and the session.
@@ -151,11 +164,13 @@ public:
             const auto seed = static_cast<std::uint32_t>(m_random());
             if (!m_isContinued)
                 startAnew();
-            const std::int64_t reported = workUntilKilled(seed);
+            const Run run = workUntilKilled(seed);
             checkFiles();
-            checkWork(seed, reported);
+            checkWork(seed, run);
         }
-        std::cout << m_count << " kills, " << m_steps << " steps, none of them lost; " << m_unreported
+        std::cout << m_count << " kills, " << m_steps << " steps; " << m_unwritten
+                  << " kills before the file was created, " << static_cast<double>(m_oldestUnwritten) * 1e-6
+                  << " ms after the first step at most, none lost otherwise; " << m_unreported
                   << " more had been journaled but not finished; " << m_withSteps << " works continued, "
                   << m_largest << " steps at most; " << m_early << " kills before a first step\n";
     }
@@ -172,8 +187,7 @@ private:
         m_done = 0;
     }
 
-    /// Returns how many steps of this run the process had finished.
-    std::int64_t workUntilKilled(std::uint32_t seed) {
+    Run workUntilKilled(std::uint32_t seed) {
         int pipe[2];
         require(::pipe2(pipe, O_CLOEXEC) == 0, "no pipe");
         const std::int64_t moment = std::uniform_int_distribution<std::int64_t>(0, kMaxMoment)(m_random);
@@ -184,16 +198,17 @@ private:
         ::close(pipe[1]);
         const timespec wait{.tv_sec = 0, .tv_nsec = moment * 1000};
         ::nanosleep(&wait, nullptr);
+        const std::int64_t killed = nanosecondsNow();
         ::kill(child, SIGKILL);
         int status = 0;
         ::waitpid(child, &status, 0);
         require(WIFSIGNALED(status), "the work ended by itself");
-        std::int64_t reported = 0;
-        char byte = 0;
-        while (::read(pipe[0], &byte, 1) == 1)
-            ++reported;
+        Run run;
+        for (std::int64_t end = 0; ::read(pipe[0], &end, sizeof end) == sizeof end; ++run.steps)
+            if (run.steps == 0)
+                run.firstAge = killed - end;
         ::close(pipe[0]);
-        return reported;
+        return run;
     }
 
     [[noreturn]] void work(std::uint32_t seed, int report) {
@@ -212,8 +227,10 @@ private:
         Worker worker(session, effect);
         std::mt19937 random(seed);
         for (;;)
-            if (worker.work(random))
-                require(::write(report, "", 1) == 1, "the report cannot be written");
+            if (worker.work(random)) {
+                const std::int64_t end = nanosecondsNow();
+                require(::write(report, &end, sizeof end) == sizeof end, "the report cannot be written");
+            }
     }
 
     void checkFiles() const {
@@ -237,7 +254,7 @@ private:
     }
 
     /// The next start: goes on with what was left and compares.
-    void checkWork(std::uint32_t seed, std::int64_t reported) {
+    void checkWork(std::uint32_t seed, const Run& run) {
         const std::vector<std::string> before = filesIn(m_root.path() / "temporary");
         const Result<PrivateFolder> folder = PrivateFolder::create();
         require(static_cast<bool>(folder), "no private folder");
@@ -248,11 +265,17 @@ private:
         std::vector<AbandonedJournal> works = AbandonedJournal::findIn(m_journals);
         require(works.size() <= 1, "more than one journal");
         const std::int64_t steps = works.empty() ? 0 : std::ssize(works[0].contents.steps);
-        require(steps >= m_done + reported, "a finished step is lost: " + std::to_string(steps) + " of " +
-                                                std::to_string(m_done + reported));
-        require(steps <= m_done + reported + 1, "more steps than there were");
-        m_unreported += steps - m_done - reported;
-        m_steps += reported;
+        m_steps += run.steps;
+        if (works.empty() && m_done == 0 && run.steps > 0 && run.firstAge <= kMaxUnwritten) {
+            ++m_unwritten;
+            m_oldestUnwritten = std::max(m_oldestUnwritten, run.firstAge);
+            m_isContinued = false;
+            return;
+        }
+        require(steps >= m_done + run.steps, "a finished step is lost: " + std::to_string(steps) + " of " +
+                                                 std::to_string(m_done + run.steps));
+        require(steps <= m_done + run.steps + 1, "more steps than there were");
+        m_unreported += steps - m_done - run.steps;
         m_largest = std::max(m_largest, steps);
 
         Worker worker(*m_oracle, m_effect);
@@ -306,6 +329,8 @@ private:
     std::int64_t m_done = 0; // steps of the work, in all runs
 
     std::int64_t m_steps = 0;
+    std::int64_t m_unwritten = 0;       // kills before the journal's file was created
+    std::int64_t m_oldestUnwritten = 0; // nanoseconds
     std::int64_t m_unreported = 0;
     std::int64_t m_withSteps = 0;
     std::int64_t m_largest = 0;
