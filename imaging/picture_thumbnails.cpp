@@ -65,7 +65,7 @@ Bytes PictureThumbnails::jpeg(PixelSize size, std::size_t maxLength) {
     if (rows.empty())
         return {};
     for (const int quality : kQualities)
-        if (Bytes file = jpeg::encodedThumbnail(rows, size, quality);
+        if (Bytes file = jpeg::encodeThumbnail(rows, size, quality);
             !file.empty() && file.size() <= maxLength)
             return file;
     return {};

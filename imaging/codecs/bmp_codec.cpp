@@ -9,11 +9,11 @@ const Codec kBmpCodec = {
     .name = "BMP",
     .extension = "bmp",
     .container = Container::Bmp,
-    .measure = [](ByteView file) { return withoutThrowing([&] { return measureBmp(file); }); },
-    .read = [](ByteView file) { return withoutThrowing([&] { return decodeBmp(file); }); },
+    .measure = [](ByteView file) { return withoutThrowing([&] { return bmp::measure(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return bmp::decode(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
-            return withoutThrowing([&] { return encodeBmp(turnedForStorage(upright, orientation)); });
+            return withoutThrowing([&] { return bmp::encode(turnedForStorage(upright, orientation)); });
         },
 };
 

@@ -3,12 +3,12 @@
 
 #include "imaging/codecs/codec.h"
 
-namespace complexion {
+namespace complexion::bmp {
 
-// The operations of kBmpCodec, which may throw when memory is lacking.
+// The operations of kBmpCodec. They may throw std::bad_alloc.
 
-Result<std::vector<PixelSize>> measureBmp(ByteView file);
-Result<DecodedPicture> decodeBmp(ByteView file);
-Result<FileContents> encodeBmp(const Image& image);
+Result<std::vector<PixelSize>> measure(ByteView file);
+Result<DecodedPicture> decode(ByteView file);
+Result<FileContents> encode(const Image& image);
 
-} // namespace complexion
+} // namespace complexion::bmp

@@ -7,21 +7,21 @@
 
 #include <limits>
 
-namespace complexion {
+namespace complexion::bmp {
 
 namespace {
 
 using little_endian::append16;
 using little_endian::append32;
 
-constexpr std::size_t kHeadersSize = bmp::kFileHeaderSize + bmp::kV5HeaderSize;
+constexpr std::size_t kHeadersSize = kFileHeaderSize + kV5HeaderSize;
 constexpr std::uint32_t kBitsPerPixel = 32;
-constexpr std::uint32_t kIntentPerceptual = 4;
+constexpr std::uint32_t kIntentPerceptual = 4; // LCS_GM_IMAGES
 constexpr std::size_t kEndpointsAndGammasSize = 9 * 4 + 3 * 4;
 
-/// A band's rows, bottom row first, as blue, green, red, alpha, not premultiplied.
-struct BmpBand : Memo::Value {
-    explicit BmpBand(Bytes encoded) : bytes(std::make_shared<const Bytes>(std::move(encoded))) {}
+/// A band's encoded rows: bottom row first, BGRA with straight alpha.
+struct EncodedBand : Memo::Value {
+    explicit EncodedBand(Bytes encoded) : bytes(std::make_shared<const Bytes>(std::move(encoded))) {}
     std::shared_ptr<const Bytes> bytes;
 };
 
@@ -47,41 +47,41 @@ Bytes encodedRows(const Image& image, PixelRect rect) {
 std::shared_ptr<const Bytes> encodedBand(const Image& image, int index) {
     const std::shared_ptr<const Band> stored = image.storedBand(index);
     if (stored)
-        if (const auto kept = stored->encoded().get<BmpBand>())
-            return kept->bytes;
-    const auto band = std::make_shared<const BmpBand>(encodedRows(image, image.bandRect(index)));
+        if (const auto cached = stored->encoded().get<EncodedBand>())
+            return cached->bytes;
+    const auto band = std::make_shared<const EncodedBand>(encodedRows(image, image.bandRect(index)));
     if (stored)
         stored->encoded().set(band);
     return band->bytes;
 }
 
-/// The file header and a version 5 picture header.
+/// The BITMAPFILEHEADER and BITMAPV5HEADER.
 Bytes headers(PixelSize size, std::uint32_t pixelBytes, std::uint32_t profileBytes) {
     Bytes bytes = {'B', 'M'};
     append32(bytes, static_cast<std::uint32_t>(kHeadersSize) + pixelBytes + profileBytes);
     append32(bytes, 0); // reserved
     append32(bytes, kHeadersSize);
 
-    append32(bytes, bmp::kV5HeaderSize);
+    append32(bytes, kV5HeaderSize);
     append32(bytes, static_cast<std::uint32_t>(size.width));
     append32(bytes, static_cast<std::uint32_t>(size.height)); // positive: bottom row first
     append16(bytes, 1);                                       // planes
     append16(bytes, kBitsPerPixel);
-    append32(bytes, static_cast<std::uint32_t>(bmp::Compression::BitFields));
+    append32(bytes, static_cast<std::uint32_t>(Compression::BitFields));
     append32(bytes, pixelBytes);
     append32(bytes, kUsualPixelsPerMetre);
     append32(bytes, kUsualPixelsPerMetre);
-    append32(bytes, 0); // colours in the palette
-    append32(bytes, 0); // colours that matter
+    append32(bytes, 0); // palette entries
+    append32(bytes, 0); // important colours
     append32(bytes, 0x00FF0000);
     append32(bytes, 0x0000FF00);
     append32(bytes, 0x000000FF);
     append32(bytes, 0xFF000000);
-    append32(bytes, profileBytes > 0 ? bmp::kColorSpaceEmbedded : bmp::kColorSpaceSrgb);
-    bytes.resize(bytes.size() + kEndpointsAndGammasSize); // of use to calibrated spaces only
+    append32(bytes, profileBytes > 0 ? kColorSpaceEmbedded : kColorSpaceSrgb);
+    bytes.resize(bytes.size() + kEndpointsAndGammasSize); // used by calibrated spaces only
     append32(bytes, kIntentPerceptual);
     append32(bytes,
-             profileBytes > 0 ? bmp::kV5HeaderSize + pixelBytes : 0); // from the picture header's start
+             profileBytes > 0 ? kV5HeaderSize + pixelBytes : 0); // from the start of the V5 header
     append32(bytes, profileBytes);
     append32(bytes, 0); // reserved
     return bytes;
@@ -89,7 +89,7 @@ Bytes headers(PixelSize size, std::uint32_t pixelBytes, std::uint32_t profileByt
 
 } // namespace
 
-Result<FileContents> encodeBmp(const Image& image) {
+Result<FileContents> encode(const Image& image) {
     if (!image.hasPixels())
         return Error{"a BMP file needs pixels", ErrorKind::FormatCannotHold};
     const auto pixelBytes = static_cast<std::uint64_t>(image.pixelSize().area()) * 4;
@@ -110,4 +110,4 @@ Result<FileContents> encodeBmp(const Image& image) {
     return contents;
 }
 
-} // namespace complexion
+} // namespace complexion::bmp

@@ -8,12 +8,12 @@ namespace complexion::bmp {
 
 namespace {
 
-/// The code's bytes from front to back.
-class Code {
+/// Reads the encoded bytes sequentially.
+class ByteReader {
 public:
-    explicit Code(ByteView bytes) : m_bytes(bytes) {}
+    explicit ByteReader(ByteView bytes) : m_bytes(bytes) {}
 
-    /// The next `count` bytes; nothing when they are not there.
+    /// Returns the next `count` bytes, or nothing if fewer remain.
     std::optional<ByteView> take(std::size_t count) {
         if (m_bytes.size() < count)
             return std::nullopt;
@@ -29,7 +29,7 @@ private:
 class RunDecoder {
 public:
     RunDecoder(ByteView code, const Header& header, ImageBuilder& builder)
-        : m_code(code),
+        : m_reader(code),
           m_header(header),
           m_builder(builder),
           m_background(header.palette[0]),
@@ -38,7 +38,8 @@ public:
     RowsFound run() {
         const bool complete = decode();
         const bool lacksPixels = !complete && (m_y + 1 < m_header.size.height || m_x < m_header.size.width);
-        // After the code's end marker the rest is background; a file that was cut ends with the row begun.
+        // After the end-of-bitmap code the remaining rows are background. Truncated data keeps the row it had
+        // begun.
         if (complete)
             while (m_y < m_header.size.height)
                 finishRow();
@@ -50,39 +51,39 @@ public:
     }
 
 private:
-    /// False when the code ends without its end marker.
+    /// False if the data ends without an end-of-bitmap code.
     bool decode() {
         while (m_y < m_header.size.height) {
-            const auto pair = m_code.take(2);
+            const auto pair = m_reader.take(2);
             if (!pair)
                 return false;
             const int count = (*pair)[0];
             const int value = (*pair)[1];
             if (count > 0) {
-                if (!repeat(count, static_cast<std::uint8_t>(value)))
+                if (!readEncodedRun(count, static_cast<std::uint8_t>(value)))
                     return false;
-            } else if (value == kEndOfRow) {
+            } else if (value == kEndOfLine) {
                 finishRow();
-            } else if (value == kEndOfPicture) {
+            } else if (value == kEndOfBitmap) {
                 return true;
-            } else if (value == kMove) {
-                if (!move())
+            } else if (value == kDelta) {
+                if (!applyDelta())
                     return false;
-            } else if (!copy(value)) {
+            } else if (!readAbsoluteRun(value)) {
                 return false;
             }
         }
         return true;
     }
 
-    bool repeat(int count, std::uint8_t value) {
+    bool readEncodedRun(int count, std::uint8_t value) {
         RGBA32 even = m_header.palette[value];
         RGBA32 odd = even;
         if (m_header.bits == 4) {
             even = m_header.palette[value >> 4];
             odd = m_header.palette[value & 15];
         } else if (m_header.bits == 24) {
-            const auto rest = m_code.take(2);
+            const auto rest = m_reader.take(2);
             if (!rest)
                 return false;
             even = odd = RGBA32((*rest)[1], (*rest)[0], value, 255);
@@ -92,9 +93,9 @@ private:
         return true;
     }
 
-    bool copy(int count) {
+    bool readAbsoluteRun(int count) {
         const std::size_t bytes = (static_cast<std::size_t>(count * m_header.bits) + 7) / 8;
-        const auto pixels = m_code.take(bytes);
+        const auto pixels = m_reader.take(bytes);
         if (!pixels)
             return false;
         for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
@@ -105,12 +106,12 @@ private:
             else
                 put(m_header.palette[(*pixels)[i / 2] >> (i % 2 == 0 ? 4 : 0) & 15]);
         }
-        // Copied pixels are padded to whole 16-bit words; the last pad may be missing.
-        return bytes % 2 == 0 || m_code.take(1) || m_y >= m_header.size.height;
+        // Absolute runs are padded to 16-bit words; the last padding byte may be missing.
+        return bytes % 2 == 0 || m_reader.take(1) || m_y >= m_header.size.height;
     }
 
-    bool move() {
-        const auto by = m_code.take(2);
+    bool applyDelta() {
+        const auto by = m_reader.take(2);
         if (!by)
             return false;
         const int column = m_x + (*by)[0];
@@ -132,11 +133,12 @@ private:
         m_x = 0;
     }
 
-    static constexpr int kEndOfRow = 0;
-    static constexpr int kEndOfPicture = 1;
-    static constexpr int kMove = 2;
+    // Escape codes after a run length of 0.
+    static constexpr int kEndOfLine = 0;
+    static constexpr int kEndOfBitmap = 1;
+    static constexpr int kDelta = 2;
 
-    Code m_code;
+    ByteReader m_reader;
     const Header& m_header;
     ImageBuilder& m_builder;
     RGBA32 m_background;

@@ -6,11 +6,11 @@
 
 namespace complexion::bmp {
 
-/// How much of a picture a file holds.
+/// How many of a picture's rows a decoder found in the file.
 enum class RowsFound { None, Some, All };
 
-/// Decodes run-length coded pixels (4, 8 or 24 bits) into `builder`. Pixels that the code leaves out have the
-/// palette's first colour; rows below the point where the file ends stay unset.
+/// Decodes run-length encoded pixels (RLE4, RLE8 or RLE24) into `builder`. Skipped pixels get palette entry
+/// 0. Rows after the end of truncated data stay unset.
 RowsFound decodeRuns(ByteView code, const Header& header, ImageBuilder& builder);
 
 } // namespace complexion::bmp

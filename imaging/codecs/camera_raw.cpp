@@ -11,18 +11,18 @@ namespace complexion {
 
 namespace {
 
-constexpr unsigned kSubDirectories = 330; // TIFF Technical Note 1
-constexpr unsigned kDngVersion = 50706;   // DNG 1.4
+constexpr unsigned kSubIfds = 330;      // TIFF Technical Note 1
+constexpr unsigned kDngVersion = 50706; // DNG 1.4
 
-// PhotometricInterpretation of samples behind a colour filter (TIFF/EP), and of linear ones (DNG).
+// PhotometricInterpretation: colour filter array (TIFF/EP, ISO 12234-2) and linear raw (DNG 1.4).
 constexpr std::uint64_t kColorFilterArray = 32803;
 constexpr std::uint64_t kLinearRaw = 34892;
 
-// Raw files have a handful of directories; the chain of a damaged file may have no end.
+// Raw files have a handful of directories. The limit ends the cyclic chain of a damaged file.
 constexpr std::size_t kMaxDirectories = 32;
 
-/// Looks through the directories of a TIFF file for the tags that tell a raw file. Reads no other values:
-/// what a damaged file says about them costs nothing.
+/// Scans a TIFF file's directories for the tags that identify raw files. Reads no other values, so
+/// implausible entries of a damaged file cost nothing.
 class DirectoryScanner {
 public:
     DirectoryScanner(ByteView file, const tiff::Header& header) : m_file(file), m_header(header) {}
@@ -40,7 +40,8 @@ private:
         return numberAt(m_file, offset, length, m_header.order);
     }
 
-    /// Scans the directory at `offset` and notes those that it names; true when it is of a raw file.
+    /// Scans the directory at `offset` and queues the directories it refers to. True if it identifies a raw
+    /// file.
     bool scan(std::uint64_t offset) {
         if (offset == 0 || offset >= m_file.size())
             return false;
@@ -49,27 +50,27 @@ private:
         if (count > (m_file.size() - offset) / m_header.entryLength())
             return false;
         for (std::uint64_t i = 0; i < count; ++i)
-            if (isOfRaw(first + i * m_header.entryLength()))
+            if (identifiesRaw(first + i * m_header.entryLength()))
                 return true;
         m_pending.push_back(number(first + count * m_header.entryLength(), m_header.offsetLength()));
         return false;
     }
 
-    /// Whether the entry at `position` tells a raw file. One that names directories has them scanned.
-    bool isOfRaw(std::uint64_t position) {
-        const auto name = static_cast<unsigned>(number(position, 2));
-        if (name == kDngVersion)
+    /// Whether the entry at `position` identifies a raw file. Queues the sub-directories of a SubIFDs entry.
+    bool identifiesRaw(std::uint64_t position) {
+        const auto tag = static_cast<unsigned>(number(position, 2));
+        if (tag == kDngVersion)
             return true;
-        if (name != tiff::tag::kPhotometricInterpretation && name != kSubDirectories)
+        if (tag != tiff::tag::kPhotometricInterpretation && tag != kSubIfds)
             return false;
         const std::size_t unit = tiff::typeLength(static_cast<unsigned>(number(position + 2, 2)));
         const std::uint64_t count = number(position + 4, m_header.offsetLength());
         const std::uint64_t field = position + 4 + m_header.offsetLength();
         if (unit == 0 || unit > m_header.offsetLength())
             return false;
-        if (name == tiff::tag::kPhotometricInterpretation) {
-            const std::uint64_t meaning = number(field, unit);
-            return meaning == kColorFilterArray || meaning == kLinearRaw;
+        if (tag == tiff::tag::kPhotometricInterpretation) {
+            const std::uint64_t photometric = number(field, unit);
+            return photometric == kColorFilterArray || photometric == kLinearRaw;
         }
         const bool isInline = count <= m_header.offsetLength() / unit;
         const std::uint64_t values = isInline ? field : number(field, m_header.offsetLength());
@@ -83,17 +84,17 @@ private:
     std::vector<std::uint64_t> m_pending;
 };
 
-/// Canon's raw files of the second version have their mark behind the header.
-bool hasCanonMark(ByteView file) {
-    constexpr std::size_t kMarkOffset = 8;
-    return startsWith(slice(file, kMarkOffset), "CR\x02");
+/// CR2 files have the marker "CR" and the version 2 after the TIFF header.
+bool hasCr2Marker(ByteView file) {
+    constexpr std::size_t kMarkerOffset = 8;
+    return startsWith(slice(file, kMarkerOffset), "CR\x02");
 }
 
 } // namespace
 
 bool isCameraRaw(ByteView file) {
     const std::optional<tiff::Header> header = tiff::readHeader(file);
-    return header && ((!header->isBig && hasCanonMark(file)) || DirectoryScanner(file, *header).findsRaw());
+    return header && ((!header->isBig && hasCr2Marker(file)) || DirectoryScanner(file, *header).findsRaw());
 }
 
 } // namespace complexion

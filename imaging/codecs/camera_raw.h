@@ -5,8 +5,8 @@
 
 namespace complexion {
 
-/// Whether a TIFF file is a camera's raw file (DNG, NEF, CR2, ARW and others of this structure): it holds
-/// what the sensor recorded, which nothing here develops, and as pictures nothing but previews.
+/// Whether a TIFF file is a camera raw file (DNG, NEF, CR2, ARW and other TIFF-based formats). Raw files hold
+/// undeveloped sensor data; their only pictures are previews.
 bool isCameraRaw(ByteView file);
 
 } // namespace complexion

@@ -8,7 +8,7 @@ namespace complexion {
 
 namespace {
 
-bool areAlike(const TileList& tiles, const TileList& others) {
+bool haveSameSizes(const TileList& tiles, const TileList& others) {
     return std::ranges::equal(
         tiles, others, {}, [](const auto& tile) { return tile->block().size; },
         [](const auto& tile) { return tile->block().size; });
@@ -21,17 +21,18 @@ bool haveSamePixels(const PixelBlock& block, const PixelBlock& other, int firstR
 
 } // namespace
 
-std::vector<bool> changedRows(const Band& band, const TileList& before, int rowsOfGroup) {
+std::vector<bool> changedRows(const Band& band, const TileList& before, int rowsPerGroup) {
     const int height = band.height();
-    const bool alike = areAlike(band.tiles(), before);
-    std::vector<bool> changed(static_cast<std::size_t>((height + rowsOfGroup - 1) / rowsOfGroup), !alike);
-    for (std::size_t column = 0; alike && column < before.size(); ++column) {
+    const bool sameSizes = haveSameSizes(band.tiles(), before);
+    std::vector<bool> changed(static_cast<std::size_t>((height + rowsPerGroup - 1) / rowsPerGroup),
+                              !sameSizes);
+    for (std::size_t column = 0; sameSizes && column < before.size(); ++column) {
         if (band.tiles()[column] == before[column])
             continue;
         const PixelBlock& block = band.tiles()[column]->block();
         for (std::size_t group = 0; group < changed.size(); ++group) {
-            const int first = static_cast<int>(group) * rowsOfGroup;
-            const int rows = std::min(rowsOfGroup, height - first);
+            const int first = static_cast<int>(group) * rowsPerGroup;
+            const int rows = std::min(rowsPerGroup, height - first);
             if (!changed[group] && !haveSamePixels(block, before[column]->block(), first, rows))
                 changed[group] = true;
         }

@@ -7,9 +7,9 @@
 
 namespace complexion {
 
-/// For each group of `rowsOfGroup` rows of `band` (the last may have fewer): whether a pixel in it differs
-/// from the band of the tiles `before`. All do when the two are not of one size. Costs what the tiles that
-/// they do not share hold.
-std::vector<bool> changedRows(const Band& band, const TileList& before, int rowsOfGroup);
+/// For each group of `rowsPerGroup` rows of `band` (the last may be shorter): whether it has a pixel that
+/// differs from the tiles `before`. All groups count as changed if the tile sizes differ. Compares only tiles
+/// that are not shared.
+std::vector<bool> changedRows(const Band& band, const TileList& before, int rowsPerGroup);
 
 } // namespace complexion

@@ -14,32 +14,32 @@
 
 namespace complexion {
 
-/// One file format: how it is measured, read and written. Each format has one instance, in the table of
-/// `codecs()`. No operation throws; files and pictures are never trusted.
+/// Measures, decodes and encodes one file format. Each format has one instance, listed by `codecs()`. No
+/// operation throws; input files are never trusted.
 struct Codec {
     /// The format's name, for messages and tests.
     std::string_view name;
 
-    /// The file-name extension that files of this format get where nothing else decides.
+    /// The default file-name extension.
     std::string_view extension;
 
-    /// What its files are recognised as.
+    /// The container by whose signature its files are recognised.
     Container container;
 
-    /// The size in pixels of every picture (page, frame) in the file, upright, in the file's order, from its
-    /// headers; an error when the file is not of this format.
+    /// Returns the size in pixels of every picture (page, frame) in file order, upright, from the headers
+    /// alone. Fails if the file is not of this format.
     Result<std::vector<PixelSize>> (*measure)(ByteView file);
 
-    /// The file's first picture, upright, in its own RGB space (grey, CMYK and deeper sources are converted);
-    /// its size in points follows the density that the file states, 72 pixels per inch where it states none.
+    /// Decodes the first picture: upright, in its own RGB space (grey, CMYK and deeper samples are
+    /// converted). Its size in points follows the file's density; 72 pixels per inch if there is none.
     Result<DecodedPicture> (*read)(ByteView file);
-    /// Its image alone.
+    /// As `read`, without the damage report.
     Result<Image> decode(ByteView file) const;
 
-    /// The image as a file of this format with one pixel per pixel, turned to be stored with `orientation`
-    /// (which the file does not state), no metadata but the colour profile, and a density of 72 pixels per
-    /// inch where the format has a place for it. An error when the format cannot hold the picture. May keep
-    /// bytes beside the image for the next call.
+    /// Encodes an image, turned for storage with `orientation` (which the file does not record), one stored
+    /// pixel per image pixel. The file has no metadata but the colour profile and, where the format has a
+    /// field for it, a density of 72 pixels per inch. Fails if the format cannot hold the picture. May cache
+    /// encoded bytes beside the image for the next call.
     Result<FileContents> (*encodeTurned)(const Image& upright, Orientation orientation);
 
     Result<FileContents> encode(const Image& image) const {
@@ -47,19 +47,19 @@ struct Codec {
     }
 };
 
-/// All formats.
+/// All codecs.
 std::span<const Codec* const> codecs();
 
-/// The format that a file's content is of, whatever its name; null when it is none of ours.
+/// The codec for a file's content, whatever its name. Null if no codec recognises it.
 const Codec* codecForContent(ByteView file);
 
-/// Whether a file that starts with these bytes is of one of the formats.
+/// Whether a codec recognises a file that starts with these bytes.
 inline bool isPictureFile(ByteView start) {
     return codecForContent(start) != nullptr;
 }
 
-/// The format that a file-name extension stands for ("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp": lower
-/// case only); null for any other text.
+/// The codec for a lower-case file-name extension: "jpg", "jpeg", "png", "tiff", "tif", "gif" or "bmp". Null
+/// for any other text.
 const Codec* codecForExtension(std::string_view extension);
 
 extern const Codec kJpegCodec;

@@ -11,8 +11,7 @@ namespace complexion {
 /// A file's first picture.
 struct DecodedPicture {
     Image image;
-    /// What is wrong with the file where not all of the picture could be decoded (the image shows what could
-    /// be); nothing for a whole picture.
+    /// Why part of the picture could not be decoded; nothing for a complete picture.
     std::optional<Error> damage;
 };
 

@@ -13,7 +13,7 @@ namespace complexion {
 namespace {
 
 constexpr std::uint32_t kLevel = 1;
-/// Room that incompressible bytes need beyond their own number, at least.
+/// Output space that incompressible data needs beyond its own size, in bytes.
 constexpr std::size_t kSlack = 1024;
 
 } // namespace
@@ -31,23 +31,23 @@ void appendDeflated(Bytes& out, ByteView bytes) {
     stream->avail_in = static_cast<std::uint32_t>(bytes.size());
 
     std::size_t used = out.size();
-    const std::size_t room = bytes.size() / 4 * 3 + kSlack; // photos take about 0.6 of their size
+    const std::size_t room = bytes.size() / 4 * 3 + kSlack; // photos compress to about 0.6 of their size
     do {
         out.resize(used + room);
         stream->next_out = out.data() + used;
         stream->avail_out = static_cast<std::uint32_t>(room);
         if (isal_deflate(stream.get()) != COMP_OK)
-            fatal("the compression library refuses its parameters");
+            fatal("the compression library rejects its parameters");
         used += room - stream->avail_out;
     } while (stream->avail_out == 0);
     out.resize(used);
 }
 
-std::uint32_t adlerOf(ByteView bytes) {
-    return isal_adler32(kAdlerOfNothing, bytes.data(), bytes.size());
+std::uint32_t adler32Of(ByteView bytes) {
+    return isal_adler32(kInitialAdler32, bytes.data(), bytes.size());
 }
 
-std::uint32_t combinedAdler(std::uint32_t first, std::uint32_t second, std::uint64_t length) {
+std::uint32_t combinedAdler32(std::uint32_t first, std::uint32_t second, std::uint64_t length) {
     return static_cast<std::uint32_t>(adler32_combine(first, second, static_cast<z_off_t>(length)));
 }
 

@@ -38,7 +38,7 @@ void InvertedCmyk::convert(std::span<RGBA32> row) const {
         return;
     }
     for (RGBA32& pixel : row)
-        pixel.color = ~pixel.color; // inks as the profile counts them
+        pixel.color = ~pixel.color; // the profile expects 255 for full ink
     std::vector<std::uint8_t> rgb(3 * row.size());
     m_conversion->convert(samples, rgb.data(), row.size());
     for (std::size_t i = 0; i < row.size(); ++i)

@@ -8,22 +8,20 @@
 
 namespace complexion {
 
-/// The opaque sRGB pixel of each 8-bit grey level.
+/// Lookup table from 8-bit grey levels to opaque sRGB pixels.
 using GreyTable = std::array<RGBA32, 256>;
 
-/// The sRGB pixels of grey levels in the space of an ICC profile; nothing when `icc` is no usable grey
-/// profile.
+/// The lookup table for the grey space of an ICC profile. Nothing if `icc` is not a usable grey profile.
 std::optional<GreyTable> greyTable(ByteView icc);
 
-/// Converts rows of 8-bit CMYK samples in which 255 stands for no ink.
+/// Converts rows of inverted 8-bit CMYK samples (255 is no ink) to sRGB.
 class InvertedCmyk {
 public:
-    /// By the ICC profile `icc` if it is a usable CMYK profile, otherwise as ideal inks print: a channel is
-    /// what its ink and the black let through.
+    /// Uses the ICC profile `icc` if it is a usable CMYK profile. Otherwise assumes ideal inks: each channel
+    /// is the product of its ink's and black's transmittance.
     explicit InvertedCmyk(ByteView icc) : m_conversion(SrgbConversion::fromCmyk(icc)) {}
 
-    /// Makes the opaque sRGB pixel of the four samples that stand in each pixel's place. May be used from
-    /// several threads.
+    /// Converts the four samples in each element of `row` to an opaque sRGB pixel, in place. Thread-safe.
     void convert(std::span<RGBA32> row) const;
 
 private:

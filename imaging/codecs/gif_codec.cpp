@@ -9,11 +9,11 @@ const Codec kGifCodec = {
     .name = "GIF",
     .extension = "gif",
     .container = Container::Gif,
-    .measure = [](ByteView file) { return withoutThrowing([&] { return measureGif(file); }); },
-    .read = [](ByteView file) { return withoutThrowing([&] { return decodeGif(file); }); },
+    .measure = [](ByteView file) { return withoutThrowing([&] { return gif::measure(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return gif::decode(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
-            return withoutThrowing([&] { return encodeGif(turnedForStorage(upright, orientation)); });
+            return withoutThrowing([&] { return gif::encode(turnedForStorage(upright, orientation)); });
         },
 };
 

@@ -3,12 +3,12 @@
 
 #include "imaging/codecs/codec.h"
 
-namespace complexion {
+namespace complexion::gif {
 
-// The operations of kGifCodec, which may throw when memory is lacking.
+// The operations of kGifCodec. They may throw std::bad_alloc.
 
-Result<std::vector<PixelSize>> measureGif(ByteView file);
-Result<DecodedPicture> decodeGif(ByteView file);
-Result<FileContents> encodeGif(const Image& image);
+Result<std::vector<PixelSize>> measure(ByteView file);
+Result<DecodedPicture> decode(ByteView file);
+Result<FileContents> encode(const Image& image);
 
-} // namespace complexion
+} // namespace complexion::gif

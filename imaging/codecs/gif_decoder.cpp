@@ -12,29 +12,30 @@
 #include <cstring>
 #include <optional>
 
-namespace complexion {
+namespace complexion::gif {
 
 namespace {
 
-constexpr std::uint8_t kMaxCodeSize = 8;
-// A code of 12 bits can stand for a string as long as the table has entries.
+constexpr std::uint8_t kMaxCodeSize = 8; // bits of a palette index (GIF89a section 22)
+// A 12-bit code expands to at most one pixel per entry of the string table (GIF89a appendix F).
 constexpr std::int64_t kMaxPixelsPerByte = 4096;
 
-/// The picture area: the canvas; the first frame's extent when the file states none.
+/// The logical screen (GIF89a section 18). If the file gives it no size, the extent of the first frame.
 PixelSize canvasSize(PixelSize screen, const PixelRect& frame) {
     return {screen.width > 0 ? screen.width : frame.right(),
             screen.height > 0 ? screen.height : frame.bottom()};
 }
 
-/// What the library reads. It refuses frames whose code size is not of the format, and is told another.
+/// The library's input. It rejects frames with an invalid LZW minimum code size, so that byte is clamped
+/// while it is read.
 struct Source {
     ByteView rest;
-    /// Of the first frame; null when the file has none.
+    /// The first frame's LZW minimum code size; null if there is no frame.
     const std::uint8_t* codeSize = nullptr;
 };
 
 const std::uint8_t* firstCodeSize(ByteView file) {
-    const auto gif = gif::split(file);
+    const auto gif = split(file);
     const std::size_t at = gif && !gif->frames.empty() ? gif->frames.front().dataOffset : file.size();
     return at < file.size() ? &file[at] : nullptr;
 }
@@ -54,7 +55,8 @@ struct GifCloser {
 };
 using Gif = std::unique_ptr<GifFileType, GifCloser>;
 
-/// The transparent index that an extension states, if it is a graphics control extension; -1 for none.
+/// The transparent colour index of a graphic control extension (GIF89a section 23), -1 if it has none.
+/// Nothing for other extensions.
 std::optional<int> transparentIndex(int code, const GifByteType* extension) {
     GraphicsControlBlock control;
     if (code != GRAPHICS_EXT_FUNC_CODE || !extension ||
@@ -63,8 +65,8 @@ std::optional<int> transparentIndex(int code, const GifByteType* extension) {
     return control.TransparentColor;
 }
 
-/// Reads on to the first frame's description. Gives its transparent index, -1 for none; nothing when there is
-/// no frame.
+/// Reads up to the first frame's image descriptor. Returns its transparent colour index, -1 if it has none;
+/// nothing if there is no frame.
 std::optional<int> seekFirstFrame(GifFileType* gif) {
     int transparent = NO_TRANSPARENT_COLOR;
     for (;;) {
@@ -90,7 +92,7 @@ std::array<RGBA32, 256> paletteOf(const GifFileType* gif, int transparent) {
     std::array<RGBA32, 256> palette;
     const ColorMapObject* map = gif->Image.ColorMap ? gif->Image.ColorMap : gif->SColorMap;
     for (std::size_t i = 0; i < palette.size(); ++i) {
-        // A file without any table leaves the colours to the reader: greys. Colours beyond a table are black.
+        // Without a colour table the decoder chooses the colours: greys. Indices beyond a table are black.
         const auto grey = static_cast<std::uint8_t>(i);
         palette[i] = map ? RGBA32(0, 0, 0, 255) : RGBA32(grey, grey, grey, 255);
         if (map && i < static_cast<std::size_t>(map->ColorCount))
@@ -101,7 +103,7 @@ std::array<RGBA32, 256> paletteOf(const GifFileType* gif, int transparent) {
     return palette;
 }
 
-/// The order in which a frame's rows are stored.
+/// The order in which a frame's rows are stored (GIF89a appendix E).
 std::vector<int> rowOrder(int height, bool interlaced) {
     struct Pass {
         int first;
@@ -120,8 +122,8 @@ std::vector<int> rowOrder(int height, bool interlaced) {
     return order;
 }
 
-/// Decodes the frame that `gif` stands at into its place on the canvas. The number of rows that could be
-/// decoded, in the file's order.
+/// Decodes the current frame of `gif` at its position on the canvas. Returns the number of rows decoded, in
+/// file order.
 int decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canvas, ImageBuilder& builder) {
     const GifImageDesc& frame = gif->Image;
     const std::array<RGBA32, 256> palette = paletteOf(gif, transparent);
@@ -129,10 +131,10 @@ int decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canva
         {0, 0, canvas.width, canvas.height});
     std::vector<GifPixelType> indices(static_cast<std::size_t>(frame.Width));
     std::vector<RGBA32> row(static_cast<std::size_t>(canvas.width));
-    GifLzwDecoder decoder(gif, codeSize);
+    LzwDecoder decoder(gif, codeSize);
     int decoded = 0;
     for (const int y : rowOrder(frame.Height, frame.Interlace)) {
-        // A damaged row is left out together with all that come after it.
+        // A damaged row and all rows after it are skipped.
         if (!decoder.read(indices))
             break;
         ++decoded;
@@ -149,8 +151,8 @@ int decodeFrame(GifFileType* gif, int transparent, int codeSize, PixelSize canva
 
 } // namespace
 
-Result<std::vector<PixelSize>> measureGif(ByteView file) {
-    const auto gif = gif::split(file);
+Result<std::vector<PixelSize>> measure(ByteView file) {
+    const auto gif = split(file);
     if (containerOf(file) != Container::Gif || !gif)
         return Error{"not a GIF file"};
     if (gif->frames.empty())
@@ -159,7 +161,7 @@ Result<std::vector<PixelSize>> measureGif(ByteView file) {
     return std::vector<PixelSize>(gif->frames.size(), canvas);
 }
 
-Result<DecodedPicture> decodeGif(ByteView file) {
+Result<DecodedPicture> decode(ByteView file) {
     if (containerOf(file) != Container::Gif)
         return Error{"not a GIF file"};
     Source source{file, firstCodeSize(file)};
@@ -178,11 +180,11 @@ Result<DecodedPicture> decodeGif(ByteView file) {
     ImageBuilder builder(canvas);
     const int codeSize = source.codeSize ? *source.codeSize : 0;
     const int rows = decodeFrame(gif.get(), *transparent, codeSize, canvas, builder);
-    const Error cut{"GIF file ends before its pixels"};
+    const Error truncated{"GIF file ends before its pixels"};
     if (rows == 0)
-        return cut;
-    return DecodedPicture{builder.finish().withProfile(ColorProfile::fromIcc(gif::profile(file))),
-                          rows < frame.Height ? std::optional(cut) : std::nullopt};
+        return truncated;
+    return DecodedPicture{builder.finish().withProfile(ColorProfile::fromIcc(profile(file))),
+                          rows < frame.Height ? std::optional(truncated) : std::nullopt};
 }
 
-} // namespace complexion
+} // namespace complexion::gif

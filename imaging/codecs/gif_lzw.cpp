@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/gif_lzw.h"
 
-namespace complexion {
+namespace complexion::gif {
 
 namespace {
 
@@ -9,11 +9,11 @@ constexpr std::size_t kIndexCount = 256;
 
 } // namespace
 
-GifLzwDecoder::GifLzwDecoder(GifFileType* gif, int indexBits) : m_gif(gif) {
-    int toldBits = 0;
+LzwDecoder::LzwDecoder(GifFileType* gif, int indexBits) : m_gif(gif) {
+    int codeSize = 0;
     GifByteType* block = nullptr;
     m_isAtEnd =
-        DGifGetCode(gif, &toldBits, &block) != GIF_OK || !block || indexBits < 1 || indexBits >= kMaxBits;
+        DGifGetCode(gif, &codeSize, &block) != GIF_OK || !block || indexBits < 1 || indexBits >= kMaxBits;
     if (m_isAtEnd)
         return;
     m_block = {block + 1, block[0]};
@@ -22,13 +22,13 @@ GifLzwDecoder::GifLzwDecoder(GifFileType* gif, int indexBits) : m_gif(gif) {
     clear();
 }
 
-void GifLzwDecoder::clear() {
+void LzwDecoder::clear() {
     m_width = m_startWidth;
     m_tableEnd = m_clearCode + 2;
     m_previous.reset();
 }
 
-std::optional<std::uint8_t> GifLzwDecoder::nextByte() {
+std::optional<std::uint8_t> LzwDecoder::nextByte() {
     while (m_block.empty() && !m_isAtEnd) {
         GifByteType* block = nullptr;
         m_isAtEnd = DGifGetCodeNext(m_gif, &block) != GIF_OK || !block;
@@ -42,7 +42,7 @@ std::optional<std::uint8_t> GifLzwDecoder::nextByte() {
     return byte;
 }
 
-std::optional<std::size_t> GifLzwDecoder::nextCode() {
+std::optional<std::size_t> LzwDecoder::nextCode() {
     if (m_width == 0) // the frame has no codes
         return std::nullopt;
     while (m_bitCount < m_width) {
@@ -58,14 +58,14 @@ std::optional<std::size_t> GifLzwDecoder::nextCode() {
     return code;
 }
 
-bool GifLzwDecoder::takeString() {
+bool LzwDecoder::pushString() {
     std::optional<std::size_t> code = nextCode();
     while (code == m_clearCode) {
         clear();
         code = nextCode();
     }
-    // The code after the clearing one ends the frame. One that is not in the table may be the very next
-    // entry, which is the string before with its own first index behind it.
+    // The code after the clear code ends the data. A code one past the table is the entry about to be added:
+    // the previous string followed by its own first index.
     if (!code || code == m_clearCode + 1 || *code > m_tableEnd || (*code == m_tableEnd && !m_previous) ||
         *code >= kTableSize || (*code < m_clearCode && *code >= kIndexCount))
         return false;
@@ -90,13 +90,13 @@ bool GifLzwDecoder::takeString() {
     return true;
 }
 
-bool GifLzwDecoder::read(std::span<std::uint8_t> indices) {
+bool LzwDecoder::read(std::span<std::uint8_t> indices) {
     for (std::uint8_t& index : indices) {
-        if (m_stacked == 0 && !takeString())
+        if (m_stacked == 0 && !pushString())
             return false;
         index = m_stack[--m_stacked];
     }
     return true;
 }
 
-} // namespace complexion
+} // namespace complexion::gif

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kMaxColors = 256;
 constexpr std::uint8_t kMinOpaqueAlpha = 128;
-// libimagequant: 1 is slowest, 10 fastest; 3 is as good as 1 to the eye at a fraction of its time.
+// libimagequant's speeds run from 1 (slowest) to 10. 3 looks as good as 1 and takes a fraction of its time.
 constexpr int kQuantizerSpeed = 3;
 constexpr int kBestQuality = 100;
 
@@ -29,10 +29,10 @@ std::vector<RGBA32> readRow(const Image& image, int y) {
     return row;
 }
 
-/// Up to 256 colours by a hash table with open addressing.
+/// A hash table of up to 256 colours, with open addressing.
 class ColorTable {
 public:
-    /// The colour's index; nothing when it would be one too many.
+    /// Returns the colour's index, adding it if it is new. Nothing if the table is full.
     std::optional<std::uint8_t> index(RGBA32 color) {
         std::size_t slot = (color.color * 2654435761U) >> (32 - kSlotBits); // Knuth's multiplicative hash
         while (m_slots[slot] != kFree) {
@@ -63,7 +63,7 @@ private:
     std::vector<RGBA32> m_colors;
 };
 
-/// Makes the transparent colour, wherever it stands, the first one.
+/// Moves the transparent colour to palette index 0.
 void moveTransparencyToFront(IndexedImage& image) {
     const auto clear = std::ranges::find(image.palette, RGBA32());
     if (clear == image.palette.end() || clear == image.palette.begin())
@@ -85,17 +85,17 @@ struct QuantizerDeleter {
 template <class T>
 using Quantizer = std::unique_ptr<T, QuantizerDeleter>;
 
-/// What libimagequant asks for its rows; it asks from several threads.
+/// Row source for libimagequant, which reads from several threads.
 struct RowSource {
     const Image& image;
     std::atomic<bool> failed = false;
 };
 
-/// Gives libimagequant a row. Transparent pixels show the colour beside them, so that they draw no colour of
-/// the palette to themselves and no dithering error flows out of them.
-void giveRow(liq_color out[], int y, int width, void* rowSource) {
+/// Row callback for libimagequant. Transparent pixels take the colour of their left neighbour, so that they
+/// claim no palette entry and diffuse no dithering error.
+void fillRow(liq_color out[], int y, int width, void* rowSource) {
     auto& source = *static_cast<RowSource*>(rowSource);
-    // No exception may pass through the library, which is C.
+    // Exceptions must not propagate through the C library.
     try {
         RGBA32 last(0, 0, 0, 255);
         for (const RGBA32 pixel : readRow(source.image, y)) {
@@ -109,8 +109,8 @@ void giveRow(liq_color out[], int y, int width, void* rowSource) {
     }
 }
 
-/// Gives the palette's unused entries to the most frequent colours that it only comes near to. Where little
-/// is missing the library ends before it has used all entries, and the newer it is the sooner.
+/// Assigns unused palette entries to the most frequent colours that are only approximated. The library stops
+/// before the palette is full when the remaining error is small; newer versions stop earlier.
 void useWholePalette(const Image& image, IndexedImage& indexed) {
     if (indexed.palette.size() >= kMaxColors)
         return;
@@ -192,7 +192,7 @@ Result<IndexedImage> quantized(const Image& image, bool hasTransparency) {
     liq_set_quality(attributes.get(), 0, kBestQuality);
     RowSource rows{image};
     const Quantizer<liq_image> source(
-        liq_image_create_custom(attributes.get(), giveRow, &rows, size.width, size.height, 0));
+        liq_image_create_custom(attributes.get(), fillRow, &rows, size.width, size.height, 0));
     liq_result* made = nullptr;
     if (!source || liq_image_quantize(source.get(), attributes.get(), &made) != LIQ_OK)
         return failed;

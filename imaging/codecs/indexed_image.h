@@ -10,29 +10,29 @@
 
 namespace complexion {
 
-/// A picture of at most 256 colours.
+/// A picture with a palette of at most 256 colours.
 struct IndexedImage {
     PixelSize size;
-    std::vector<RGBA32> palette; // opaque colours; with transparency, the first one is transparent
+    std::vector<RGBA32> palette; // opaque colours; if `hasTransparency`, entry 0 is transparent
     bool hasTransparency = false;
     std::vector<std::uint8_t> indices; // packed rows, top row first
 };
 
-/// The pixel as an opaque colour; the clear pixel when it is nearer to transparent (alpha below 128).
+/// Thresholds alpha at 128: returns the pixel's opaque colour, or the clear pixel.
 RGBA32 withoutHalfTransparency(RGBA32 pixel);
 
-/// What reading all pixels once finds out.
+/// The result of one pass over all pixels.
 struct ColorSurvey {
     bool hasTransparency = false;
-    std::optional<IndexedImage> exact; // when the colours are few enough
+    std::optional<IndexedImage> exact; // if there are at most 256 colours
 };
 ColorSurvey surveyedColors(const Image& image);
 
-/// The picture in the best chosen colours, dithered.
+/// Reduces the picture to a palette chosen for it, dithered. Fails if the library does.
 Result<IndexedImage> quantized(const Image& image, bool hasTransparency);
 
-/// The picture with every pixel either opaque or wholly transparent (alpha below 128), in at most 256
-/// colours: in its own ones when they are no more, otherwise in the best chosen ones, dithered.
+/// The picture with at most 256 colours and every pixel opaque or fully transparent (alpha below 128). Keeps
+/// the picture's own colours if they are few enough; otherwise chooses a palette and dithers.
 Result<IndexedImage> indexedImage(const Image& image);
 
 } // namespace complexion

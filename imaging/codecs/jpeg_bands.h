@@ -9,18 +9,17 @@
 #include <memory>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// A picture's code tables, kept beside it.
-struct JpegPictureTables : Memo::Value {
-    JpegTables codes;
+/// A picture's coding tables, cached beside it.
+struct PictureTables : Memo::Value {
+    CodingTables codes;
 };
 
-/// The entropy-coded bytes of each band of `image`, coded with `tables`: its block rows are restart intervals
-/// with the markers RST0 to RST6 between them. (A band has eight block rows: RST7 belongs between each two
-/// bands.) What is kept beside stored bands is used, and of a band that was edited only the changed block
-/// rows are coded again.
+/// Encodes each band of `image` with `tables`: one restart interval per block row, with the markers RST0 to
+/// RST6 between them. (A band has eight block rows; RST7 belongs between bands.) Uses what is cached beside
+/// stored bands: of an edited band only the changed block rows are encoded again.
 Result<std::vector<std::shared_ptr<const Bytes>>>
-codedJpegBands(const Image& image, const std::shared_ptr<const JpegPictureTables>& tables);
+encodeBands(const Image& image, const std::shared_ptr<const PictureTables>& tables);
 
-} // namespace complexion
+} // namespace complexion::jpeg

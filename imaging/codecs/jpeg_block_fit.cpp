@@ -6,92 +6,93 @@
 #include <optional>
 #include <random>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-/// What the transforms subtract from samples.
+/// Level shift of 8-bit samples (ITU-T T.81 A.3.1).
 constexpr float kLevelShift = 128;
-/// Smaller changes do not make a block differ.
+/// A block whose samples all change by less is kept.
 constexpr float kMinChange = 1e-4F;
-/// Of a sample that changes by less, the rounded value is kept.
+/// A sample that changes by less keeps its rounded value.
 constexpr float kUnchanged = 0.02F;
 
-/// A held sample has to round to its value; so much of the half level is used.
-constexpr float kHoldMargin = 0.48F;
-/// What a squared level's error of another sample counts, against one of a held sample.
+/// A pinned sample must round to its value: its unrounded value may be off by this much, just under half a
+/// level.
+constexpr float kPinMargin = 0.48F;
+/// Weight of a free sample's squared error, relative to a pinned sample's.
 constexpr float kFreeWeight = 0.02F;
 constexpr int kMaxSteps = 1000;
 constexpr float kWeightGrowth = 1.2F;
-constexpr float kMaxHoldWeight = 1000;
-/// Free samples must not pay for the held ones with more than this, in levels.
+constexpr float kMaxPinWeight = 1000;
+/// Largest error of a free sample, in levels.
 constexpr float kMaxFreeError = 4;
-/// So many of the steps that look best are tried.
-constexpr std::size_t kTriedSteps = 6;
-/// No sample comes near; for what lies beyond black and white, which is clamped.
-constexpr float kFarAway = 1e6F;
+/// Number of the most promising steps that are evaluated.
+constexpr std::size_t kEvaluatedSteps = 6;
+/// Beyond any sample. An open bound for pinned samples at black and white, which are clamped.
+constexpr float kUnbounded = 1e6F;
 
-/// White's and black's.
+/// DC coefficients of an all-white and an all-black block.
 constexpr int kMaxDc = 1016;
 constexpr int kMinDc = -1024;
 
 int maxOf(std::size_t coefficient) {
-    return coefficient == 0 ? kMaxDc : kMaxJpegAc;
+    return coefficient == 0 ? kMaxDc : kMaxAc;
 }
 
 int minOf(std::size_t coefficient) {
-    return coefficient == 0 ? kMinDc : -kMaxJpegAc;
+    return coefficient == 0 ? kMinDc : -kMaxAc;
 }
 
-JpegFloats targetOf(const JpegBlock& source, const JpegSamples& samples, const JpegFloats& change) {
-    const JpegFloats before = inverseTransform(source);
-    JpegFloats target{};
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i)
+FloatBlock targetOf(const CoefficientBlock& source, const SampleBlock& samples, const FloatBlock& change) {
+    const FloatBlock before = inverseDct(source);
+    FloatBlock target{};
+    for (std::size_t i = 0; i < kBlockArea; ++i)
         target[i] = std::abs(change[i]) < kUnchanged
                         ? static_cast<float>(samples[i])
                         : std::clamp(std::round(before[i] + change[i]), 0.0F, 255.0F);
     return target;
 }
 
-JpegBlock quantised(const JpegFloats& coefficients) {
-    JpegBlock block{};
-    for (std::size_t k = 0; k < kJpegBlockArea; ++k)
+CoefficientBlock quantised(const FloatBlock& coefficients) {
+    CoefficientBlock block{};
+    for (std::size_t k = 0; k < kBlockArea; ++k)
         block[k] = static_cast<std::int16_t>(
             std::clamp(static_cast<int>(std::lround(coefficients[k])), minOf(k), maxOf(k)));
     return block;
 }
 
-/// Walks from a block to a better one, one step of one coefficient at a time.
+/// Coordinate descent over a block's coefficients: each step changes one coefficient by one.
 class Search {
 public:
-    /// `low` and `high` are where the values of the samples should lie, and `weights` says how much.
-    struct Aim {
-        JpegFloats low = {};
-        JpegFloats high = {};
-        JpegFloats weights = {};
+    /// The range that each sample should be in, and the weight of its squared error.
+    struct Goal {
+        FloatBlock low = {};
+        FloatBlock high = {};
+        FloatBlock weights = {};
     };
-    Search(const JpegBlock& start, const Aim& aim)
-        : m_block(start), m_values(inverseTransform(start)), m_aim(aim) {}
+    Search(const CoefficientBlock& start, const Goal& goal)
+        : m_block(start), m_values(inverseDct(start)), m_goal(goal) {}
 
-    const JpegBlock& block() const { return m_block; }
+    const CoefficientBlock& block() const { return m_block; }
 
-    /// Takes the best step; false when all make it worse.
+    /// Takes the best of the evaluated steps. False if none reduces the cost.
     bool takeBestStep() {
-        // The cost's slope along each coefficient is the transform of its slope along the samples.
-        JpegFloats slopes{};
+        // The gradient by coefficient is the forward transform of the gradient by sample.
+        FloatBlock gradient{};
         float now = 0;
-        for (std::size_t i = 0; i < kJpegBlockArea; ++i) {
-            const float outside = outsideOf(i, m_values[i]);
-            slopes[i] = m_aim.weights[i] * outside + kLevelShift;
-            now += m_aim.weights[i] * outside * outside;
+        for (std::size_t i = 0; i < kBlockArea; ++i) {
+            const float distance = excess(i, m_values[i]);
+            gradient[i] = m_goal.weights[i] * distance + kLevelShift;
+            now += m_goal.weights[i] * distance * distance;
         }
-        slopes = forwardTransform(slopes);
+        gradient = forwardDct(gradient);
         float best = now;
-        std::size_t coefficient = kJpegBlockArea;
-        for (std::size_t tried = 0; tried < kTriedSteps; ++tried) {
+        std::size_t coefficient = kBlockArea;
+        for (std::size_t tried = 0; tried < kEvaluatedSteps; ++tried) {
             const auto steepest =
-                std::ranges::max_element(slopes, {}, [](float slope) { return std::abs(slope); });
-            const auto k = static_cast<std::size_t>(steepest - slopes.begin());
+                std::ranges::max_element(gradient, {}, [](float slope) { return std::abs(slope); });
+            const auto k = static_cast<std::size_t>(steepest - gradient.begin());
             const int sign = *steepest > 0 ? -1 : 1;
             *steepest = 0;
             if (!isAllowed(k, sign))
@@ -102,35 +103,35 @@ public:
                 m_sign = sign;
             }
         }
-        if (coefficient == kJpegBlockArea)
+        if (coefficient == kBlockArea)
             return false;
         take(coefficient, m_sign);
         return true;
     }
 
-    void takeAnyStep() {
-        const auto drawn = static_cast<std::size_t>(m_random());
-        const std::size_t coefficient = drawn / 2 % kJpegBlockArea;
-        const int sign = drawn % 2 == 0 ? 1 : -1;
+    void takeRandomStep() {
+        const auto random = static_cast<std::size_t>(m_random());
+        const std::size_t coefficient = random / 2 % kBlockArea;
+        const int sign = random % 2 == 0 ? 1 : -1;
         if (isAllowed(coefficient, sign))
             take(coefficient, sign);
     }
 
-    void setWeights(const JpegFloats& weights) { m_aim.weights = weights; }
+    void setWeights(const FloatBlock& weights) { m_goal.weights = weights; }
 
 private:
-    /// How far a sample's value lies outside its range, and on which side.
-    float outsideOf(std::size_t i, float value) const {
-        return std::max(value - m_aim.high[i], 0.0F) - std::max(m_aim.low[i] - value, 0.0F);
+    /// The signed distance of a sample's value from its range; 0 inside it.
+    float excess(std::size_t i, float value) const {
+        return std::max(value - m_goal.high[i], 0.0F) - std::max(m_goal.low[i] - value, 0.0F);
     }
 
     float costAfter(std::size_t coefficient, int sign) const {
-        const JpegFloats& basis = jpegBasis()[coefficient];
+        const FloatBlock& basis = dctBasis()[coefficient];
         const auto step = static_cast<float>(sign);
         float cost = 0;
-        for (std::size_t i = 0; i < kJpegBlockArea; ++i) {
-            const float outside = outsideOf(i, m_values[i] + step * basis[i]);
-            cost += m_aim.weights[i] * outside * outside;
+        for (std::size_t i = 0; i < kBlockArea; ++i) {
+            const float distance = excess(i, m_values[i] + step * basis[i]);
+            cost += m_goal.weights[i] * distance * distance;
         }
         return cost;
     }
@@ -142,70 +143,71 @@ private:
 
     void take(std::size_t coefficient, int sign) {
         m_block[coefficient] = static_cast<std::int16_t>(m_block[coefficient] + sign);
-        for (std::size_t i = 0; i < kJpegBlockArea; ++i)
-            m_values[i] += static_cast<float>(sign) * jpegBasis()[coefficient][i];
+        for (std::size_t i = 0; i < kBlockArea; ++i)
+            m_values[i] += static_cast<float>(sign) * dctBasis()[coefficient][i];
     }
 
-    JpegBlock m_block;
-    JpegFloats m_values;
-    Aim m_aim;
+    CoefficientBlock m_block;
+    FloatBlock m_values;
+    Goal m_goal;
     int m_sign = 0;
-    std::minstd_rand m_random{1}; // its draws are defined
+    std::minstd_rand m_random{1}; // a standardised sequence
 };
 
-bool holds(const JpegBlock& block, const JpegSamples& samples, const JpegSampleMask& held) {
-    const JpegSamples made = decodedSamples(block);
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i)
-        if (held[i] && made[i] != samples[i])
+bool keepsPinned(const CoefficientBlock& block, const SampleBlock& samples, const SampleMask& pinned) {
+    const SampleBlock decoded = decodedSamples(block);
+    for (std::size_t i = 0; i < kBlockArea; ++i)
+        if (pinned[i] && decoded[i] != samples[i])
             return false;
     return true;
 }
 
-/// A block near `start` that makes the held samples exactly; nothing when none is found.
-std::optional<JpegBlock> withHeldSamples(const JpegBlock& start, const JpegFloats& target,
-                                         const JpegSamples& samples, const JpegSampleMask& held) {
-    Search::Aim aim;
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i) {
+/// A block near `start` that decodes to the pinned samples exactly. Nothing if none is found.
+std::optional<CoefficientBlock> withPinnedSamples(const CoefficientBlock& start, const FloatBlock& target,
+                                                  const SampleBlock& samples, const SampleMask& pinned) {
+    Search::Goal goal;
+    for (std::size_t i = 0; i < kBlockArea; ++i) {
         const auto sample = static_cast<float>(samples[i]);
-        aim.low[i] = !held[i] ? target[i] : samples[i] == 0 ? -kFarAway : sample - kHoldMargin;
-        aim.high[i] = !held[i] ? target[i] : samples[i] == 255 ? kFarAway : sample + kHoldMargin;
-        aim.weights[i] = held[i] ? 1 : kFreeWeight;
+        goal.low[i] = !pinned[i] ? target[i] : samples[i] == 0 ? -kUnbounded : sample - kPinMargin;
+        goal.high[i] = !pinned[i] ? target[i] : samples[i] == 255 ? kUnbounded : sample + kPinMargin;
+        goal.weights[i] = pinned[i] ? 1 : kFreeWeight;
     }
-    Search search(start, aim);
+    Search search(start, goal);
     for (int step = 0; step < kMaxSteps; ++step) {
-        if (holds(search.block(), samples, held))
+        if (keepsPinned(search.block(), samples, pinned))
             return search.block();
         if (search.takeBestStep())
             continue;
-        for (std::size_t i = 0; i < kJpegBlockArea; ++i)
-            if (held[i])
-                aim.weights[i] = std::min(aim.weights[i] * kWeightGrowth, kMaxHoldWeight);
-        search.setWeights(aim.weights);
-        search.takeAnyStep();
+        for (std::size_t i = 0; i < kBlockArea; ++i)
+            if (pinned[i])
+                goal.weights[i] = std::min(goal.weights[i] * kWeightGrowth, kMaxPinWeight);
+        search.setWeights(goal.weights);
+        search.takeRandomStep();
     }
     return std::nullopt;
 }
 
-bool isNear(const JpegBlock& block, const JpegFloats& target) {
-    const JpegSamples made = decodedSamples(block);
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i)
-        if (std::abs(static_cast<float>(made[i]) - target[i]) > kMaxFreeError)
+bool isNear(const CoefficientBlock& block, const FloatBlock& target) {
+    const SampleBlock decoded = decodedSamples(block);
+    for (std::size_t i = 0; i < kBlockArea; ++i)
+        if (std::abs(static_cast<float>(decoded[i]) - target[i]) > kMaxFreeError)
             return false;
     return true;
 }
 
 } // namespace
 
-JpegBlock fittedBlock(const JpegBlock& source, const JpegFloats& change, const JpegSampleMask& held) {
+CoefficientBlock fitBlock(const CoefficientBlock& source, const FloatBlock& change,
+                          const SampleMask& pinned) {
     if (std::ranges::all_of(change, [](float value) { return std::abs(value) < kMinChange; }))
         return source;
-    const JpegSamples samples = decodedSamples(source);
-    const JpegFloats target = targetOf(source, samples, change);
-    const JpegBlock plain = quantised(forwardTransform(target));
-    if (held.none())
+    const SampleBlock samples = decodedSamples(source);
+    const FloatBlock target = targetOf(source, samples, change);
+    const CoefficientBlock plain = quantised(forwardDct(target));
+    if (pinned.none())
         return plain;
-    const std::optional<JpegBlock> found = withHeldSamples(plain, target, samples, held);
+    const std::optional<CoefficientBlock> found = withPinnedSamples(plain, target, samples, pinned);
     return found && isNear(*found, target) ? *found : source;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -5,13 +5,13 @@
 
 #include <bitset>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-using JpegSampleMask = std::bitset<kJpegBlockArea>;
+using SampleMask = std::bitset<kBlockArea>;
 
-/// The coefficients of a block to which `change` is added, sample by sample: of those that make exactly the
-/// samples of `source` wherever `held` says so, the best that are found. `source` itself where there is
-/// nothing to change, or where no such coefficients are found. The same arguments give the same block.
-JpegBlock fittedBlock(const JpegBlock& source, const JpegFloats& change, const JpegSampleMask& held);
+/// Coefficients for the block `source` with `change` added sample by sample. Samples marked in `pinned`
+/// decode exactly as in `source`. Returns `source` if nothing changes or no such coefficients are found.
+/// Deterministic.
+CoefficientBlock fitBlock(const CoefficientBlock& source, const FloatBlock& change, const SampleMask& pinned);
 
-} // namespace complexion
+} // namespace complexion::jpeg

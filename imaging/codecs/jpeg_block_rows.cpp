@@ -9,36 +9,38 @@
 #include <array>
 #include <atomic>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-/// So many rows are decoded in one go. The restart markers of each part have to begin with RST0.
-constexpr int kRowsOfPart = 4 * Tile::kHeight;
-static_assert(kRowsOfPart % (8 * DCTSIZE) == 0);
+/// Rows decoded as one part. The restart markers of each part must begin with RST0.
+constexpr int kRowsPerPart = 4 * Tile::kHeight;
+static_assert(kRowsPerPart % (8 * DCTSIZE) == 0);
 
-// The frame header's payload (T.81, B.2.2): the precision, then the number of lines.
+// Frame header (ITU-T T.81 B.2.2) after its length: sample precision, then the number of lines.
 constexpr std::size_t kLinesOffset = 1;
 constexpr std::size_t kFrameHeaderLength = 6; // at least
 
 bool isStartOfFrame(std::uint8_t marker) {
-    return marker == 0xC0 || marker == 0xC1; // sequential, Huffman coded
+    return marker == 0xC0 ||
+           marker == 0xC1; // SOF0, SOF1: sequential DCT, Huffman coding (ITU-T T.81 table B.1)
 }
 
-/// Whether a segment tells the decoder nothing about the coding.
-bool isComment(std::uint8_t code) {
-    constexpr int kAdobe = 14; // tells the colour transform, as the absence of JFIF does
-    return code == jpeg::marker::kComment || (code > jpeg::marker::app(0) && code <= jpeg::marker::app(15) &&
-                                              code != jpeg::marker::app(kAdobe));
+/// Whether a segment has no effect on decoding.
+bool isIgnorable(std::uint8_t code) {
+    constexpr int kAdobe = 14; // selects the colour transform, as the absence of JFIF does
+    return code == marker::kComment ||
+           (code > marker::app(0) && code <= marker::app(15) && code != marker::app(kAdobe));
 }
 
-/// The file's headers with another number of lines; empty when they are not plain.
+/// The file's headers with another number of lines. Empty unless there is exactly one sequential frame and
+/// the scan follows.
 Bytes headersWithHeight(ByteView headers, int height) {
-    const jpeg::Segments jpeg = jpeg::split(headers);
-    Bytes bytes = {0xFF, jpeg::marker::kStartOfImage};
+    const Segments jpeg = split(headers);
+    Bytes bytes = {0xFF, marker::kStartOfImage};
     int frames = 0;
-    for (const jpeg::Segment& segment : jpeg.segments) {
-        if (isComment(segment.marker))
+    for (const Segment& segment : jpeg.segments) {
+        if (isIgnorable(segment.marker))
             continue;
         bytes.insert(bytes.end(), segment.whole.begin(), segment.whole.end());
         if (!isStartOfFrame(segment.marker) || segment.payload.size() < kFrameHeaderLength)
@@ -48,19 +50,19 @@ Bytes headersWithHeight(ByteView headers, int height) {
         payload[kLinesOffset] = static_cast<std::uint8_t>(height >> 8);
         payload[kLinesOffset + 1] = static_cast<std::uint8_t>(height);
     }
-    if (frames != 1 || jpeg.rest.size() < 2 || jpeg.rest[0] != 0xFF ||
-        jpeg.rest[1] != jpeg::marker::kStartOfScan)
+    if (frames != 1 || jpeg.rest.size() < 2 || jpeg.rest[0] != 0xFF || jpeg.rest[1] != marker::kStartOfScan)
         return {};
     bytes.insert(bytes.end(), jpeg.rest.begin(), jpeg.rest.end());
     return bytes;
 }
 
-/// Decodes the rows from `firstRow` on; false when anything is unusual. Notes whether pixels are missing.
+/// Decodes the rows from `firstRow` on. False if they cannot be decoded on their own. Sets `isDamaged` if
+/// pixels are missing.
 bool decodePart(const Bytes& headers, ByteView rest, PixelSize size, int firstRow, ImageBuilder& builder,
                 std::atomic<bool>& isDamaged) {
-    JpegDecompressor decompressor(headers, rest);
-    if (!decompressor.readHeader() || decompressor.size() != size || !decompressor.hasBlockRowsApart() ||
-        !decompressor.start())
+    Decompressor decompressor(headers, rest);
+    if (!decompressor.readHeader() || decompressor.size() != size ||
+        !decompressor.hasIndependentBlockRows() || !decompressor.start())
         return false;
     PixelBlock rows = PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)});
     std::array<JSAMPROW, Tile::kHeight> pointers{};
@@ -79,26 +81,26 @@ bool decodePart(const Bytes& headers, ByteView rest, PixelSize size, int firstRo
 
 } // namespace
 
-std::optional<DecodedPicture> decodeBlockRowsApart(const JpegDecompressor& header, ByteView file) {
+std::optional<DecodedPicture> decodeBlockRowsInParallel(const Decompressor& header, ByteView file) {
     const PixelSize size = header.size();
-    if (!header.hasBlockRowsApart() || size.height <= kRowsOfPart)
+    if (!header.hasIndependentBlockRows() || size.height <= kRowsPerPart)
         return std::nullopt;
     const ByteView scan = header.scanData();
     const RestartIntervals split = splitAtRestartMarkers(scan);
     const auto blockRows = static_cast<std::size_t>((size.height + DCTSIZE - 1) / DCTSIZE);
-    // A decoder that goes through from first to last finds its way through missing and wrong markers.
-    if (split.intervals.size() != blockRows || !split.inTurn || split.rest.size() < kJpegEndOfImage.size() ||
-        !std::equal(kJpegEndOfImage.begin(), kJpegEndOfImage.end(), split.rest.begin()))
+    // Files with missing or wrong markers are left to the sequential decoder, which resynchronises.
+    if (split.intervals.size() != blockRows || !split.inSequence || split.rest.size() < kEndOfImage.size() ||
+        !std::equal(kEndOfImage.begin(), kEndOfImage.end(), split.rest.begin()))
         return std::nullopt;
 
     const ByteView headers = file.first(file.size() - scan.size());
     ImageBuilder builder(size);
     std::atomic<bool> isDone = true;
     std::atomic<bool> isDamaged = false;
-    parallelFor((size.height + kRowsOfPart - 1) / kRowsOfPart, [&](int part) {
-        const int y = part * kRowsOfPart;
-        const int height = std::min(kRowsOfPart, size.height - y);
-        // To the file's end: how the library decodes damaged bytes depends on how many more there are.
+    parallelFor((size.height + kRowsPerPart - 1) / kRowsPerPart, [&](int part) {
+        const int y = part * kRowsPerPart;
+        const int height = std::min(kRowsPerPart, size.height - y);
+        // Up to the end of the file: how the library decodes damaged data depends on how much follows.
         const std::uint8_t* const first = split.intervals[static_cast<std::size_t>(y / DCTSIZE)].data();
         const ByteView rest(first, file.data() + file.size());
         const Bytes headersOfPart = headersWithHeight(headers, height);
@@ -112,4 +114,4 @@ std::optional<DecodedPicture> decodeBlockRowsApart(const JpegDecompressor& heade
                           isDamaged ? std::optional(Error{"JPEG: pixels are missing"}) : std::nullopt};
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -6,11 +6,11 @@
 
 #include <optional>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// Decodes the pixels of `file`, whose header `header` has read, on all cores, where each row of blocks can
-/// be decoded without the others: files of our own encoder. Nothing when the file is not of that kind, or not
-/// wholly in order; otherwise the pixels that the library decodes from first to last.
-std::optional<DecodedPicture> decodeBlockRowsApart(const JpegDecompressor& header, ByteView file);
+/// Decodes `file`, whose header `header` has read, on all cores, if its block rows are independent restart
+/// intervals, as our own encoder writes them. Nothing for other and for damaged files. The pixels equal those
+/// of sequential decoding.
+std::optional<DecodedPicture> decodeBlockRowsInParallel(const Decompressor& header, ByteView file);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -7,14 +7,14 @@
 #include <array>
 #include <cmath>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
 constexpr std::size_t kMaxComponents = 3;
 using Weights = std::array<std::array<float, 3>, kMaxComponents>;
 
-/// Y, Cb and Cr of red, green and blue (JFIF 1.02), and the other way round.
+/// RGB to YCbCr and back (JFIF 1.02, "Conversion to and from RGB").
 constexpr Weights kComponentsOfRgb = {{
     {0.299F, 0.587F, 0.114F},
     {-0.168735892F, -0.331264108F, 0.5F},
@@ -25,37 +25,38 @@ constexpr Weights kRgbOfComponents = {{
     {1, -0.344136286F, -0.714136286F},
     {1, 1.772F, 0},
 }};
-constexpr Weights kSame = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+constexpr Weights kIdentity = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
-/// A grey picture takes pixels whose red, green and blue are no further apart than repairs round them.
+/// Largest difference between the components of a pixel that counts as grey: what a repair's rounding can
+/// cause.
 constexpr int kMaxTint = 2;
-/// A pixel that was not painted must not move by more, in levels, without rounding.
-constexpr float kMaxMove = 15;
-/// Painted pixels that differ by more in the mean, in levels, are not what was painted.
+/// Largest change of an unpainted pixel, in levels before rounding.
+constexpr float kMaxUnpaintedChange = 15;
+/// Largest mean error of painted pixels, in levels.
 constexpr double kMaxPaintedError = 12;
-/// A pixel that was not painted should not move by more, in levels: with what rounding adds, that is below
-/// the limit.
+/// Target for the change of an unpainted pixel, in levels. Leaves room for rounding below
+/// `kMaxUnpaintedChange`.
 constexpr float kMaxSpill = 10;
-/// So often the pixels that moved more are given more weight before their samples are left alone.
-constexpr int kWeighings = 4;
-constexpr float kWeighing = 8;
+/// Rounds in which pixels beyond the target get more weight before their samples are frozen.
+constexpr int kReweightings = 4;
+constexpr float kReweightFactor = 8;
 
 int tintOf(RGBA32 pixel) {
-    const auto [least, most] = std::minmax({pixel.red(), pixel.green(), pixel.blue()});
-    return most - least;
+    const auto [lowest, highest] = std::minmax({pixel.red(), pixel.green(), pixel.blue()});
+    return highest - lowest;
 }
 
-PixelRect grown(PixelRect mcus, int by, const JpegLayout& layout) {
+PixelRect grown(PixelRect mcus, int by, const Layout& layout) {
     return PixelRect{mcus.x - by, mcus.y - by, mcus.width + 2 * by, mcus.height + 2 * by}.intersected(
         {0, 0, layout.mcusAcross, layout.mcusDown});
 }
 
-/// A window of MCUs with its pixels, and the changes of its components.
+/// A window of MCUs: its pixels, and the changes of its components' samples.
 class Window {
 public:
-    Window(const JpegLayout& layout, const JpegVersions& versions, PixelRect mcus)
+    Window(const Layout& layout, const Versions& versions, PixelRect mcus)
         : m_layout(layout), m_mcus(mcus), m_around(grown(mcus, 1, layout)) {
-        for (const JpegComponent& component : layout.components)
+        for (const Component& component : layout.components)
             m_upsamplings.emplace_back(layout, component, mcus);
         m_pixels = m_upsamplings.front().pixels();
         for (int y = m_around.y; y < m_around.bottom(); ++y)
@@ -66,13 +67,13 @@ public:
         m_isChanged.resize(pixelCount());
     }
 
-    /// False when a component for a colour is lacking.
-    bool readPixels(const JpegVersions& versions) {
+    /// False if a grey picture would need colour.
+    bool readPixels(const Versions& versions) {
         std::vector<RGBA32> before(pixelCount());
         std::vector<RGBA32> after(pixelCount());
         versions.before.read(m_pixels, before.data(), m_pixels.width);
         versions.after.read(m_pixels, after.data(), m_pixels.width);
-        const Weights& weights = m_layout.colors == JpegColors::Rgb ? kSame : kComponentsOfRgb;
+        const Weights& weights = m_layout.colorSpace == ColorSpace::Rgb ? kIdentity : kComponentsOfRgb;
         for (std::size_t i = 0; i < before.size(); ++i) {
             const RGBA32 one = before[i];
             const RGBA32 other = after[i];
@@ -80,7 +81,7 @@ public:
                                                  static_cast<float>(other.green() - one.green()),
                                                  static_cast<float>(other.blue() - one.blue())};
             m_isChanged[i] = change[0] != 0 || change[1] != 0 || change[2] != 0;
-            if (m_layout.colors == JpegColors::Grey && m_isChanged[i] && tintOf(other) > kMaxTint)
+            if (m_layout.colorSpace == ColorSpace::Grey && m_isChanged[i] && tintOf(other) > kMaxTint)
                 return false;
             for (std::size_t c = 0; c < m_values.size(); ++c)
                 m_values[c][i] =
@@ -89,12 +90,12 @@ public:
         return true;
     }
 
-    /// Finds the changes of all samples.
+    /// Computes the changes of all samples.
     void solve() {
         const bool allWhole = std::ranges::all_of(
-            m_layout.components, [](const JpegComponent& component) { return component.isWhole(); });
+            m_layout.components, [](const Component& component) { return component.isFullResolution(); });
         for (std::size_t c = 0; c < m_values.size(); ++c)
-            if (m_layout.components[c].isWhole())
+            if (m_layout.components[c].isFullResolution())
                 m_changes[c] = m_values[c];
         if (allWhole)
             return;
@@ -104,19 +105,19 @@ public:
             isFree.push_back(freeSamples(c));
         for (int round = 0;; ++round) {
             solve(weights, isFree);
-            const std::vector<char> spills = findSpills(weights);
-            if (std::ranges::none_of(spills, [](char isSpilt) { return isSpilt != 0; }))
+            const std::vector<char> spilled = findSpilled(weights);
+            if (std::ranges::none_of(spilled, [](char isSpilled) { return isSpilled != 0; }))
                 return;
-            if (round < kWeighings)
+            if (round < kReweightings)
                 for (std::size_t i = 0; i < weights.size(); ++i)
-                    weights[i] *= spills[i] ? kWeighing : 1;
+                    weights[i] *= spilled[i] ? kReweightFactor : 1;
             else
-                leaveAlone(spills, isFree);
+                freeze(spilled, isFree);
         }
     }
 
-    /// In place of `solve`: the changes are known.
-    void setChanges(const std::function<const JpegMcuMoves&(int row, int column)>& movesOf) {
+    /// Sets known changes instead of computing them with `solve`.
+    void setChanges(const std::function<const McuDifferences&(int row, int column)>& differencesOf) {
         for (std::size_t c = 0; c < m_changes.size(); ++c)
             m_changes[c].assign(static_cast<std::size_t>(m_upsamplings[c].samples().width) *
                                     static_cast<std::size_t>(m_upsamplings[c].samples().height),
@@ -125,12 +126,13 @@ public:
             for (int column = m_mcus.x; column < m_mcus.right(); ++column) {
                 if (!isTouched(row, column))
                     continue;
-                auto moves = movesOf(row, column).begin();
-                forEachBlock(row, column, [&](std::size_t c, int y, int x) { setBlock(c, y, x, *moves++); });
+                auto differences = differencesOf(row, column).begin();
+                forEachBlock(row, column,
+                             [&](std::size_t c, int y, int x) { setBlock(c, y, x, *differences++); });
             }
     }
 
-    /// Whether the pixels of `mcus` come out near what they should be.
+    /// Whether the pixels of `mcus` come close enough to their targets.
     bool isFaithful(PixelRect mcus) const {
         const Weights& rgb = rgbOfComponents();
         std::vector<std::vector<float>> spread(m_values.size());
@@ -145,12 +147,12 @@ public:
             if (PixelRect{column, row, 1, 1}.intersected(mcus).isEmpty() || !isTouched(row, column))
                 continue;
             for (const std::array<float, 3>& color : rgb) {
-                float apart = 0; // of grey only the first colour counts
+                float error = 0; // a grey picture uses the first row of weights only
                 for (std::size_t c = 0; c < spread.size(); ++c)
-                    apart += color[c] * (spread[c][i] - m_values[c][i]);
+                    error += color[c] * (spread[c][i] - m_values[c][i]);
                 if (m_isChanged[i])
-                    sum += std::abs(apart);
-                else if (std::abs(apart) > kMaxMove)
+                    sum += std::abs(error);
+                else if (std::abs(error) > kMaxUnpaintedChange)
                     return false;
             }
             count += m_isChanged[i] ? 1 : 0;
@@ -158,8 +160,8 @@ public:
         return sum <= kMaxPaintedError * 3 * static_cast<double>(count);
     }
 
-    JpegMcuChange changeOf(int row, int column) const {
-        JpegMcuChange change;
+    McuChange changeOf(int row, int column) const {
+        McuChange change;
         forEachBlock(row, column, [&](std::size_t c, int y, int x) { change.push_back(blockAt(c, y, x)); });
         return change;
     }
@@ -171,21 +173,21 @@ public:
     }
 
 private:
-    /// Calls `visit` for each of an MCU's blocks, in the order of a scan, with its component and with the row
-    /// and the column of its first sample.
+    /// Calls `visit(component, row, column)` for each block of an MCU in scan order, with the position of the
+    /// block's first sample.
     template <class Visit>
     void forEachBlock(int row, int column, const Visit& visit) const {
         for (std::size_t c = 0; c < m_changes.size(); ++c) {
-            const JpegComponent& component = m_layout.components[c];
+            const Component& component = m_layout.components[c];
             for (int down = 0; down < component.blocksDown; ++down)
                 for (int across = 0; across < component.blocksAcross; ++across)
-                    visit(c, (row * component.blocksDown + down) * kJpegBlockSide,
-                          (column * component.blocksAcross + across) * kJpegBlockSide);
+                    visit(c, (row * component.blocksDown + down) * kBlockSide,
+                          (column * component.blocksAcross + across) * kBlockSide);
         }
     }
 
     const Weights& rgbOfComponents() const {
-        return m_layout.colors == JpegColors::YCbCr ? kRgbOfComponents : kSame;
+        return m_layout.colorSpace == ColorSpace::YCbCr ? kRgbOfComponents : kIdentity;
     }
 
     std::size_t pixelCount() const {
@@ -202,16 +204,16 @@ private:
         return weights;
     }
 
-    /// Whether a sample lies in a touched MCU, with all those that it is blended with.
-    bool isFreeSample(const JpegComponent& component, int row, int column) const {
+    /// Whether a sample, with all samples that upsampling blends it with, is in a touched MCU.
+    bool isFreeSample(const Component& component, int row, int column) const {
         const int byRow = component.blendsDown() ? 1 : 0;
         const int byColumn = component.blendsAcross() ? 1 : 0;
         const PixelSize size = component.samples;
         for (int y = std::max(0, row - byRow); y <= std::min(size.height - 1, row + byRow); ++y)
             for (int x = std::max(0, column - byColumn); x <= std::min(size.width - 1, column + byColumn);
                  ++x)
-                if (!isTouched(y / (component.blocksDown * kJpegBlockSide),
-                               x / (component.blocksAcross * kJpegBlockSide)))
+                if (!isTouched(y / (component.blocksDown * kBlockSide),
+                               x / (component.blocksAcross * kBlockSide)))
                     return false;
         return true;
     }
@@ -227,19 +229,19 @@ private:
 
     void solve(const std::vector<float>& weights, const std::vector<std::vector<char>>& isFree) {
         for (std::size_t c = 0; c < m_values.size(); ++c)
-            if (!m_layout.components[c].isWhole())
+            if (!m_layout.components[c].isFullResolution())
                 m_changes[c] = m_upsamplings[c].nearestSamples(m_values[c], weights, isFree[c]);
     }
 
-    /// The pixels of touched MCUs that are not painted and would move too far.
-    std::vector<char> findSpills(const std::vector<float>& weights) const {
+    /// Unpainted pixels of touched MCUs that would change too much.
+    std::vector<char> findSpilled(const std::vector<float>& weights) const {
         std::vector<std::vector<float>> spread(m_values.size());
         for (std::size_t c = 0; c < m_values.size(); ++c)
-            if (!m_layout.components[c].isWhole())
+            if (!m_layout.components[c].isFullResolution())
                 spread[c] = m_upsamplings[c].up(m_changes[c]);
         const Weights& rgb = rgbOfComponents();
-        std::vector<char> spills(weights.size());
-        for (std::size_t i = 0; i < spills.size(); ++i) {
+        std::vector<char> spilled(weights.size());
+        for (std::size_t i = 0; i < spilled.size(); ++i) {
             if (m_isChanged[i] || weights[i] == 0)
                 continue;
             for (const std::array<float, 3>& color : rgb) {
@@ -247,65 +249,65 @@ private:
                 for (std::size_t c = 0; c < spread.size(); ++c)
                     moved += spread[c].empty() ? 0 : color[c] * spread[c][i];
                 if (std::abs(moved) > kMaxSpill)
-                    spills[i] = 1;
+                    spilled[i] = 1;
             }
         }
-        return spills;
+        return spilled;
     }
 
-    void leaveAlone(const std::vector<char>& spills, std::vector<std::vector<char>>& isFree) const {
+    void freeze(const std::vector<char>& spilled, std::vector<std::vector<char>>& isFree) const {
         for (std::size_t c = 0; c < m_values.size(); ++c) {
-            const std::vector<char> parts = m_upsamplings[c].samplesOf(spills);
+            const std::vector<char> parts = m_upsamplings[c].contributingSamples(spilled);
             for (std::size_t i = 0; i < parts.size(); ++i)
                 if (parts[i])
                     isFree[c][i] = 0;
         }
     }
 
-    /// The block whose first sample is that of `row` and `column`.
-    JpegBlockChange blockAt(std::size_t c, int row, int column) const {
-        const JpegComponent& component = m_layout.components[c];
+    /// The change of the block whose first sample is at `row`, `column`.
+    BlockChange blockAt(std::size_t c, int row, int column) const {
+        const Component& component = m_layout.components[c];
         const PixelRect rect = m_upsamplings[c].samples();
-        JpegBlockChange change;
-        for (int y = row; y < std::min(row + kJpegBlockSide, rect.bottom()); ++y)
-            for (int x = column; x < std::min(column + kJpegBlockSide, rect.right()); ++x) {
-                const auto i = static_cast<std::size_t>((y - row) * kJpegBlockSide + x - column);
+        BlockChange change;
+        for (int y = row; y < std::min(row + kBlockSide, rect.bottom()); ++y)
+            for (int x = column; x < std::min(column + kBlockSide, rect.right()); ++x) {
+                const auto i = static_cast<std::size_t>((y - row) * kBlockSide + x - column);
                 change.samples[i] =
                     m_changes[c][static_cast<std::size_t>((y - rect.y) * rect.width + x - rect.x)];
-                change.held[i] = !component.isWhole() && !isFreeSample(component, y, x);
+                change.pinned[i] = !component.isFullResolution() && !isFreeSample(component, y, x);
             }
         return change;
     }
 
-    void setBlock(std::size_t c, int row, int column, const JpegMcuMoves::value_type& moves) {
+    void setBlock(std::size_t c, int row, int column, const McuDifferences::value_type& differences) {
         const PixelRect rect = m_upsamplings[c].samples();
-        for (int y = row; y < std::min(row + kJpegBlockSide, rect.bottom()); ++y)
-            for (int x = column; x < std::min(column + kJpegBlockSide, rect.right()); ++x)
+        for (int y = row; y < std::min(row + kBlockSide, rect.bottom()); ++y)
+            for (int x = column; x < std::min(column + kBlockSide, rect.right()); ++x)
                 m_changes[c][static_cast<std::size_t>((y - rect.y) * rect.width + x - rect.x)] =
-                    moves[static_cast<std::size_t>((y - row) * kJpegBlockSide + x - column)];
+                    differences[static_cast<std::size_t>((y - row) * kBlockSide + x - column)];
     }
 
-    const JpegLayout& m_layout;
+    const Layout& m_layout;
     PixelRect m_mcus;
-    PixelRect m_around;            // the window with the MCUs beside it
-    std::vector<char> m_isTouched; // of all of these
-    std::vector<JpegUpsampling> m_upsamplings;
+    PixelRect m_around;            // the window and the MCUs around it
+    std::vector<char> m_isTouched; // for each MCU of `m_around`
+    std::vector<Upsampling> m_upsamplings;
     PixelRect m_pixels;
-    std::vector<std::vector<float>> m_values;  // each component's changes, pixel by pixel
-    std::vector<std::vector<float>> m_changes; // and sample by sample
+    std::vector<std::vector<float>> m_values;  // wanted changes of each component, per pixel
+    std::vector<std::vector<float>> m_changes; // changes of each component, per sample
     std::vector<char> m_isChanged;
 };
 
 } // namespace
 
-std::optional<std::map<int, JpegMcuChange>> changesIn(const JpegLayout& layout, const JpegVersions& versions,
+std::optional<std::map<int, McuChange>> sampleChanges(const Layout& layout, const Versions& versions,
                                                       PixelRect mcus) {
-    // With the MCUs beside them: what is done to these goes into the samples at the border.
+    // One more MCU on each side: their changes affect the samples at the border.
     Window window(layout, versions, grown(mcus, 1, layout));
     if (!window.readPixels(versions))
         return std::nullopt;
     window.solve();
-    std::map<int, JpegMcuChange> changes;
+    std::map<int, McuChange> changes;
     for (int row = mcus.y; row < mcus.bottom(); ++row)
         for (int column = mcus.x; column < mcus.right(); ++column)
             if (window.isTouched(row, column))
@@ -313,22 +315,22 @@ std::optional<std::map<int, JpegMcuChange>> changesIn(const JpegLayout& layout, 
     return changes;
 }
 
-bool isFaithful(const JpegLayout& layout, const JpegVersions& versions, PixelRect mcus,
-                const std::function<const JpegMcuMoves&(int row, int column)>& movesOf) {
+bool isFaithful(const Layout& layout, const Versions& versions, PixelRect mcus,
+                const std::function<const McuDifferences&(int row, int column)>& differencesOf) {
     Window window(layout, versions, grown(mcus, 1, layout));
     if (!window.readPixels(versions))
         return false;
-    window.setChanges(movesOf);
+    window.setChanges(differencesOf);
     return window.isFaithful(mcus);
 }
 
-PixelRect touchedPart(const JpegVersions& versions, PixelRect mcus) {
-    PixelRect part;
+PixelRect touchedBounds(const Versions& versions, PixelRect mcus) {
+    PixelRect bounds;
     for (int row = mcus.y; row < mcus.bottom(); ++row)
         for (int column = mcus.x; column < mcus.right(); ++column)
             if (versions.isTouched(row, column))
-                part = part.united({column, row, 1, 1});
-    return part;
+                bounds = bounds.united({column, row, 1, 1});
+    return bounds;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

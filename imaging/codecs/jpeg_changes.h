@@ -10,42 +10,41 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// What is to be added to the samples of a block, and which of them have to stay to the bit.
-struct JpegBlockChange {
-    JpegFloats samples = {};
-    JpegSampleMask held;
-    bool operator==(const JpegBlockChange&) const = default;
+/// The values to add to a block's samples, and the samples that must not change by a bit.
+struct BlockChange {
+    FloatBlock samples = {};
+    SampleMask pinned;
+    bool operator==(const BlockChange&) const = default;
 };
 
-/// The changes of an MCU's blocks in the order in which a scan has them: component by component, row by row.
-using JpegMcuChange = std::vector<JpegBlockChange>;
+/// The changes of an MCU's blocks in scan order (ITU-T T.81 A.2.3): component by component, row by row.
+using McuChange = std::vector<BlockChange>;
 
-/// By how much the samples of an MCU's blocks differ in the end, in the same order.
-using JpegMcuMoves = std::vector<std::array<std::int16_t, kJpegBlockArea>>;
+/// The resulting sample differences of an MCU's blocks, in the same order.
+using McuDifferences = std::vector<std::array<std::int16_t, kBlockArea>>;
 
-/// Two versions of a picture, as it is stored, and the MCUs in which they differ: row and column.
-struct JpegVersions {
+/// Two versions of a picture, both as stored, and the MCUs (row and column) in which they differ.
+struct Versions {
     const Image& before;
     const Image& after;
     std::function<bool(int row, int column)> isTouched;
 };
 
-/// What makes the one version of the other in the touched MCUs of `mcus` (a rectangle in MCUs), by their
-/// numbers in the order of the scan. Of components with fewer samples than pixels the changes suit both the
-/// pixels that differ and, first of all, those beside them that do not; where a decoder blends such a sample
-/// with those of an MCU that is not touched, it is held. The result depends on the MCUs up to two away.
-/// Nothing when a grey picture would need colours.
-std::optional<std::map<int, JpegMcuChange>> changesIn(const JpegLayout& layout, const JpegVersions& versions,
+/// The changes that turn `before` into `after` in the touched MCUs of `mcus` (a rectangle in MCUs), keyed by
+/// MCU index in scan order. Subsampled components get a least-squares fit that favours pixels that do not
+/// differ. Samples that upsampling blends with an untouched MCU are pinned. The result depends on MCUs up to
+/// two away. Nothing if a grey picture would need colour.
+std::optional<std::map<int, McuChange>> sampleChanges(const Layout& layout, const Versions& versions,
                                                       PixelRect mcus);
 
-/// Whether the pixels of `mcus` come out well when the samples of touched MCUs move by `movesOf`: no pixel
-/// that was not painted moves far, and those that were are near what was painted.
-bool isFaithful(const JpegLayout& layout, const JpegVersions& versions, PixelRect mcus,
-                const std::function<const JpegMcuMoves&(int row, int column)>& movesOf);
+/// Whether the pixels of `mcus` are faithful when the samples of touched MCUs change by `differencesOf`:
+/// unpainted pixels hardly change, and painted pixels are close to what was painted.
+bool isFaithful(const Layout& layout, const Versions& versions, PixelRect mcus,
+                const std::function<const McuDifferences&(int row, int column)>& differencesOf);
 
-/// The part of `mcus` in which all touched ones lie.
-PixelRect touchedPart(const JpegVersions& versions, PixelRect mcus);
+/// The bounding box of the touched MCUs in `mcus`.
+PixelRect touchedBounds(const Versions& versions, PixelRect mcus);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -9,7 +9,7 @@ namespace complexion {
 namespace {
 
 Result<std::vector<PixelSize>> measure(ByteView file) {
-    const Result<PixelSize> size = measureJpeg(file);
+    const Result<PixelSize> size = jpeg::measure(file);
     if (!size)
         return size.error();
     return std::vector<PixelSize>{*size};
@@ -22,10 +22,10 @@ const Codec kJpegCodec = {
     .extension = "jpg",
     .container = Container::Jpeg,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
-    .read = [](ByteView file) { return withoutThrowing([&] { return decodeJpeg(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return jpeg::decode(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
-            return withoutThrowing([&] { return encodeJpeg(upright, orientation); });
+            return withoutThrowing([&] { return jpeg::encode(upright, orientation); });
         },
 };
 

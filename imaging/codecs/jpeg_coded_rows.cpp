@@ -10,22 +10,22 @@
 #include <algorithm>
 #include <atomic>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
 constexpr std::size_t kMarkerSize = 2;
-/// Codes are chosen by rows of so many pixels at least, spread over the picture.
+/// Huffman codes are chosen from MCU rows spread over the picture, with at least this many pixels.
 constexpr std::int64_t kSampleArea = 1'000'000;
-/// So many rows are coded in one go: the library's preparations cost about as much as a tenth of one.
-constexpr int kRowsAtOnce = 8;
+/// MCU rows encoded per call: setting up the library costs about a tenth of encoding one row.
+constexpr int kRowsPerCall = 8;
 
-/// The height of the picture's part from row `first` of MCUs on, `count` rows of these, in pixels.
-int heightOf(const JpegLayout& layout, int first, int count) {
+/// The height in pixels of `count` MCU rows from row `first` on. The last row may be cut off by the picture.
+int heightOf(const Layout& layout, int first, int count) {
     return std::min(count * layout.mcu.height, layout.size.height - first * layout.mcu.height);
 }
 
-/// The bytes of row `index` with the marker that comes before it.
+/// The bytes of MCU row `index`, preceded by its restart marker.
 std::shared_ptr<const Bytes> withMarker(ByteView row, int index) {
     Bytes bytes;
     bytes.reserve(kMarkerSize + row.size());
@@ -35,39 +35,39 @@ std::shared_ptr<const Bytes> withMarker(ByteView row, int index) {
     return std::make_shared<const Bytes>(std::move(bytes));
 }
 
-Result<JpegTables> suitableCodes(const JpegCoefficients& coefficients) {
-    const JpegLayout& layout = coefficients.layout();
+Result<CodingTables> chooseTables(const Coefficients& coefficients) {
+    const Layout& layout = coefficients.layout();
     const std::int64_t rowArea = std::int64_t{layout.size.width} * layout.mcu.height;
     const std::int64_t wanted = (kSampleArea + rowArea - 1) / rowArea;
     const int count = static_cast<int>(std::min<std::int64_t>(wanted, layout.mcusDown));
-    JpegMcuRow row = emptyMcuRow(layout);
+    McuRow row = emptyMcuRow(layout);
     const auto sampled = [&](int i) {
         const std::int64_t index = std::int64_t{i} * layout.mcusDown / count;
         if (!coefficients.readRow(static_cast<int>(index), row))
-            row = emptyMcuRow(layout); // and the picture is found to be out of range
+            row = emptyMcuRow(layout); // encoding reports the error
         return &row;
     };
-    Result<JpegTables> tables = bestCodes(
+    Result<CodingTables> tables = optimalTables(
         layout, {.count = count, .height = heightOf(layout, layout.mcusDown - count, count), .row = sampled});
     if (!tables)
         return tables;
     for (std::size_t i = 0; i < 2; ++i) {
-        tables->dc[i] = completed(tables->dc[i], dcSymbols());
-        tables->ac[i] = completed(tables->ac[i], acSymbols());
+        tables->dc[i] = withAllSymbols(tables->dc[i], dcSymbols());
+        tables->ac[i] = withAllSymbols(tables->ac[i], acSymbols());
     }
     return tables;
 }
 
-/// Codes the rows from `first` on into `jpeg.rows`.
-std::optional<Error> codeRows(const JpegCoefficients& coefficients, int first, CodedJpeg& jpeg) {
-    const int count = std::min(kRowsAtOnce, jpeg.layout.mcusDown - first);
-    JpegMcuRow row = emptyMcuRow(jpeg.layout);
+/// Encodes up to `kRowsPerCall` MCU rows from `first` on into `jpeg.rows`.
+std::optional<Error> encodeRows(const Coefficients& coefficients, int first, TranscodedFile& jpeg) {
+    const int count = std::min(kRowsPerCall, jpeg.layout.mcusDown - first);
+    McuRow row = emptyMcuRow(jpeg.layout);
     bool isInRange = true;
     const auto read = [&](int i) {
         isInRange = coefficients.readRow(first + i, row) && isInRange;
         return &row;
     };
-    const Result<Bytes> coded = codedMcuRows(
+    const Result<Bytes> coded = encodeMcuRows(
         jpeg.layout, {.count = count, .height = heightOf(jpeg.layout, first, count), .row = read},
         jpeg.tables);
     if (!isInRange)
@@ -83,25 +83,25 @@ std::optional<Error> codeRows(const JpegCoefficients& coefficients, int first, C
 
 } // namespace
 
-Result<CodedJpeg> codedExactly(ByteView file) {
-    const auto coefficients = JpegCoefficients::read(file);
+Result<TranscodedFile> transcode(ByteView file) {
+    const auto coefficients = Coefficients::read(file);
     if (!coefficients)
         return coefficients.error();
-    const JpegLayout& layout = (*coefficients)->layout();
-    const Result<JpegTables> tables = suitableCodes(**coefficients);
+    const Layout& layout = (*coefficients)->layout();
+    const Result<CodingTables> tables = chooseTables(**coefficients);
     if (!tables)
         return tables.error();
-    Result<Bytes> header = exactJpegHeader(layout, layout.size.height, {}, *tables);
+    Result<Bytes> header = makeTranscodedHeader(layout, layout.size.height, {}, *tables);
     if (!header)
         return header.error();
-    CodedJpeg jpeg{.layout = layout, .tables = *tables, .header = std::move(*header), .rows = {}};
+    TranscodedFile jpeg{.layout = layout, .tables = *tables, .header = std::move(*header), .rows = {}};
     jpeg.rows.resize(static_cast<std::size_t>(layout.mcusDown));
-    const int parts = (layout.mcusDown + kRowsAtOnce - 1) / kRowsAtOnce;
+    const int parts = (layout.mcusDown + kRowsPerCall - 1) / kRowsPerCall;
     std::vector<std::optional<Error>> errors(static_cast<std::size_t>(parts));
     std::atomic<bool> hasFailed = false;
     parallelFor(parts, [&](int part) {
         auto& error = errors[static_cast<std::size_t>(part)];
-        if (!hasFailed && (error = codeRows(**coefficients, part * kRowsAtOnce, jpeg)))
+        if (!hasFailed && (error = encodeRows(**coefficients, part * kRowsPerCall, jpeg)))
             hasFailed = true;
     });
     for (std::optional<Error>& error : errors)
@@ -110,18 +110,18 @@ Result<CodedJpeg> codedExactly(ByteView file) {
     return jpeg;
 }
 
-Result<JpegMcuRow> mcuRowOf(const CodedJpeg& jpeg, int index) {
+Result<McuRow> decodeMcuRow(const TranscodedFile& jpeg, int index) {
     const ByteView bytes = *jpeg.rows[static_cast<std::size_t>(index)];
-    return decodedMcuRow(withJpegHeight(jpeg.header, heightOf(jpeg.layout, index, 1)),
-                         index > 0 ? bytes.subspan(kMarkerSize) : bytes);
+    return decodeMcuRow(withHeight(jpeg.header, heightOf(jpeg.layout, index, 1)),
+                        index > 0 ? bytes.subspan(kMarkerSize) : bytes);
 }
 
-Result<Bytes> codedMcuRow(const CodedJpeg& jpeg, int index, const JpegMcuRow& row) {
-    Result<Bytes> coded = codedMcuRows(
+Result<Bytes> encodeMcuRow(const TranscodedFile& jpeg, int index, const McuRow& row) {
+    Result<Bytes> coded = encodeMcuRows(
         jpeg.layout,
         {.count = 1, .height = heightOf(jpeg.layout, index, 1), .row = [&](int) { return &row; }},
         jpeg.tables);
     return coded ? Result<Bytes>(*withMarker(*coded, index)) : coded;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

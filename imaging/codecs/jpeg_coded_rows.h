@@ -8,28 +8,28 @@
 #include <memory>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// A picture's coefficients as the parts of a JPEG file whose quantisation tables are all ones and whose
-/// restart intervals are rows of MCUs: any row can be replaced.
-struct CodedJpeg {
-    JpegLayout layout;
-    /// Chosen for this picture, and complete: for whatever an edit may bring.
-    JpegTables tables;
-    /// A header of no profile.
+/// A picture's coefficients as parts of a JPEG file in which all quantisation table entries are 1 and each
+/// MCU row is a restart interval, so that any MCU row can be replaced.
+struct TranscodedFile {
+    Layout layout;
+    /// Chosen for this picture, with a code for every symbol that an edit may need.
+    CodingTables tables;
+    /// The file's header, without a colour profile.
     Bytes header;
-    /// The rows' bytes; each but the first begins with its restart marker.
+    /// The entropy-coded bytes of the MCU rows. Each but the first begins with its restart marker.
     std::vector<std::shared_ptr<const Bytes>> rows;
 };
 
-/// The coefficients of `file`, times their steps. An error says why they cannot be had or kept exactly; see
-/// JpegCoefficients.
-Result<CodedJpeg> codedExactly(ByteView file);
+/// Transcodes `file` without loss: its dequantised coefficients become the new ones. Fails if they cannot be
+/// read or represented exactly; see Coefficients.
+Result<TranscodedFile> transcode(ByteView file);
 
-/// The blocks of row `index`.
-Result<JpegMcuRow> mcuRowOf(const CodedJpeg& jpeg, int index);
+/// Decodes the coefficient blocks of MCU row `index`.
+Result<McuRow> decodeMcuRow(const TranscodedFile& jpeg, int index);
 
-/// The bytes of `row`, in place of those of row `index`.
-Result<Bytes> codedMcuRow(const CodedJpeg& jpeg, int index, const JpegMcuRow& row);
+/// Encodes `row` as a replacement for MCU row `index`.
+Result<Bytes> encodeMcuRow(const TranscodedFile& jpeg, int index, const McuRow& row);
 
-} // namespace complexion
+} // namespace complexion::jpeg

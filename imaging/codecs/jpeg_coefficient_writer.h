@@ -7,27 +7,28 @@
 
 #include <functional>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-// The pieces of a JPEG file whose quantisation tables are all ones and whose restart intervals are rows of
-// MCUs.
+// The parts of a JPEG file in which all quantisation table entries are 1 and each MCU row is a restart
+// interval.
 
-/// Some rows of MCUs to be coded: `row(i)` is the i-th of `count`, valid until the next call.
-struct JpegMcuRows {
+/// MCU rows to encode. `row(i)` returns the i-th of `count`; the pointer is valid until the next call.
+struct McuRows {
     int count = 0;
-    /// In pixels: `count` rows of MCUs but for what the picture's last lacks.
+    /// In pixels. The picture's last MCU row may be cut off.
     int height = 0;
-    std::function<const JpegMcuRow*(int)> row;
+    std::function<const McuRow*(int)> row;
 };
 
-/// What stands before the first interval of a picture of `height` rows of pixels: headers with 72 dots per
-/// inch (as jpegHeader), `icc` unless empty, and `tables`.
-Result<Bytes> exactJpegHeader(const JpegLayout& layout, int height, ByteView icc, const JpegTables& tables);
+/// The headers before the first restart interval of a picture `height` pixels high: 72 dots per inch (as
+/// makeHeader), `icc` unless empty, and `tables`.
+Result<Bytes> makeTranscodedHeader(const Layout& layout, int height, ByteView icc,
+                                   const CodingTables& tables);
 
-/// The entropy-coded bytes of rows of MCUs, one interval each, and the markers RST0, RST1, ... between them.
-Result<Bytes> codedMcuRows(const JpegLayout& layout, const JpegMcuRows& rows, const JpegTables& tables);
+/// Encodes MCU rows: one restart interval each, separated by the markers RST0, RST1, ...
+Result<Bytes> encodeMcuRows(const Layout& layout, const McuRows& rows, const CodingTables& tables);
 
-/// The best codes for the symbols that occur in `rows`, for them only.
-Result<JpegTables> bestCodes(const JpegLayout& layout, const JpegMcuRows& rows);
+/// The optimal Huffman codes for `rows`. Symbols that do not occur in them have no code.
+Result<CodingTables> optimalTables(const Layout& layout, const McuRows& rows);
 
-} // namespace complexion
+} // namespace complexion::jpeg

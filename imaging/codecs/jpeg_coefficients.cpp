@@ -7,38 +7,39 @@
 #include <optional>
 #include <span>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-constexpr int kBitsOfSample = 8;
-/// A scan's MCU holds no more (T.81, B.2.3).
-constexpr std::size_t kMaxBlocksOfMcu = 10;
-/// DC coefficients are that small in a picture of any sense, and then all decoders agree on it.
+constexpr int kSamplePrecision = 8;
+/// Largest number of blocks in an MCU (ITU-T T.81 B.2.3).
+constexpr std::size_t kMaxBlocksPerMcu = 10;
+/// Largest DC magnitude in a valid picture; up to it all decoders agree.
 constexpr int kMaxDc = 2047;
-static_assert(DCTSIZE2 == kJpegBlockArea && sizeof(JpegBlock) == sizeof(JBLOCK));
+static_assert(DCTSIZE2 == kBlockArea && sizeof(CoefficientBlock) == sizeof(JBLOCK));
 
-int dividedUp(int value, int divisor) {
+int ceilDivide(int value, int divisor) {
     return (value + divisor - 1) / divisor;
 }
 
-std::optional<JpegColors> colorsOf(const jpeg_decompress_struct& info) {
+std::optional<ColorSpace> colorSpaceOf(const jpeg_decompress_struct& info) {
     const bool isGrey = info.num_components == 1;
     if (!isGrey && info.num_components != 3)
         return std::nullopt;
     switch (info.jpeg_color_space) {
     case JCS_GRAYSCALE:
-        return isGrey ? std::optional(JpegColors::Grey) : std::nullopt;
+        return isGrey ? std::optional(ColorSpace::Grey) : std::nullopt;
     case JCS_YCbCr:
-        return isGrey ? std::nullopt : std::optional(JpegColors::YCbCr);
+        return isGrey ? std::nullopt : std::optional(ColorSpace::YCbCr);
     case JCS_RGB:
-        return isGrey ? std::nullopt : std::optional(JpegColors::Rgb);
+        return isGrey ? std::nullopt : std::optional(ColorSpace::Rgb);
     default:
         return std::nullopt;
     }
 }
 
-/// What divides all sampling factors of one direction divides nothing that can be seen.
+/// The greatest common divisor of all sampling factors in one direction. Dividing by it does not change the
+/// picture.
 int commonFactor(std::span<const jpeg_component_info> components, int jpeg_component_info::* factor) {
     int common = 0;
     for (const jpeg_component_info& component : components)
@@ -46,31 +47,32 @@ int commonFactor(std::span<const jpeg_component_info> components, int jpeg_compo
     return common;
 }
 
-/// Decoders fill in what an unfinished progressive file lacks of a block's first coefficients.
-bool isFinished(const jpeg_decompress_struct& info) {
-    constexpr int kGuessedCoefficients = 10;
+/// Whether a progressive file has all bits of each block's first coefficients. Decoders estimate missing ones
+/// (block smoothing).
+bool isComplete(const jpeg_decompress_struct& info) {
+    constexpr int kSmoothedCoefficients = 10;
     if (!info.progressive_mode || info.coef_bits == nullptr)
         return true;
     for (int component = 0; component < info.num_components; ++component)
-        if (!std::all_of(info.coef_bits[component], info.coef_bits[component] + kGuessedCoefficients,
+        if (!std::all_of(info.coef_bits[component], info.coef_bits[component] + kSmoothedCoefficients,
                          [](int missingBits) { return missingBits == 0; }))
             return false;
     return true;
 }
 
-/// `block` times `steps`; false when a product leaves the range of the format.
-bool dequantise(const JCOEF* block, const std::uint16_t* steps, JpegBlock& out) {
+/// Dequantises `block` with the table `steps`. False if a product exceeds the range of the format.
+bool dequantise(const JCOEF* block, const std::uint16_t* steps, CoefficientBlock& out) {
     int largest = 0;
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i) {
+    for (std::size_t i = 0; i < kBlockArea; ++i) {
         const int product = block[i] * steps[i];
         out[i] = static_cast<std::int16_t>(product);
         largest = std::max(largest, std::abs(product));
     }
-    if (largest <= kMaxJpegAc)
+    if (largest <= kMaxAc)
         return true;
     const int dc = block[0] * steps[0];
-    const auto isSmall = [&](std::size_t i) { return std::abs(block[i] * steps[i]) <= kMaxJpegAc; };
-    for (std::size_t i = 1; i < kJpegBlockArea; ++i)
+    const auto isSmall = [&](std::size_t i) { return std::abs(block[i] * steps[i]) <= kMaxAc; };
+    for (std::size_t i = 1; i < kBlockArea; ++i)
         if (!isSmall(i))
             return false;
     return std::abs(dc) <= kMaxDc;
@@ -78,12 +80,12 @@ bool dequantise(const JCOEF* block, const std::uint16_t* steps, JpegBlock& out) 
 
 } // namespace
 
-Result<std::unique_ptr<const JpegCoefficients>> JpegCoefficients::read(ByteView file) {
-    std::unique_ptr<JpegCoefficients> coefficients(new JpegCoefficients(file));
-    JpegDecompressor& decompressor = coefficients->m_decompressor;
+Result<std::unique_ptr<const Coefficients>> Coefficients::read(ByteView file) {
+    std::unique_ptr<Coefficients> coefficients(new Coefficients(file));
+    Decompressor& decompressor = coefficients->m_decompressor;
     if (!decompressor.readHeader())
         return decompressor.error();
-    const Result<JpegLayout> layout = coefficients->readLayout();
+    const Result<Layout> layout = coefficients->readLayout();
     if (!layout)
         return layout.error();
     coefficients->m_layout = *layout;
@@ -91,51 +93,51 @@ Result<std::unique_ptr<const JpegCoefficients>> JpegCoefficients::read(ByteView 
         return decompressor.error();
     if (decompressor.hasWarned())
         return Error{"JPEG: the file is damaged"};
-    if (!isFinished(decompressor.info()))
+    if (!isComplete(decompressor.info()))
         return Error{"JPEG: the progressive file lacks refinements"};
     for (int i = 0; i < decompressor.info().num_components; ++i)
         if (decompressor.info().comp_info[i].quant_table == nullptr)
             return Error{"JPEG: a component lacks its quantisation table"};
     coefficients->findRows();
-    return std::unique_ptr<const JpegCoefficients>(std::move(coefficients));
+    return std::unique_ptr<const Coefficients>(std::move(coefficients));
 }
 
-Result<JpegLayout> JpegCoefficients::readLayout() {
+Result<Layout> Coefficients::readLayout() {
     const jpeg_decompress_struct& info = m_decompressor.info();
-    const std::optional<JpegColors> colors = colorsOf(info);
-    if (!colors || info.data_precision != kBitsOfSample)
+    const std::optional<ColorSpace> colorSpace = colorSpaceOf(info);
+    if (!colorSpace || info.data_precision != kSamplePrecision)
         return Error{"JPEG: not 8-bit grey, YCbCr or RGB"};
     const std::span components(info.comp_info, static_cast<std::size_t>(info.num_components));
     const int acrossFactor = commonFactor(components, &jpeg_component_info::h_samp_factor);
     const int downFactor = commonFactor(components, &jpeg_component_info::v_samp_factor);
-    const int mostAcross = info.max_h_samp_factor / acrossFactor;
-    const int mostDown = info.max_v_samp_factor / downFactor;
-    JpegLayout layout{.size = m_decompressor.size(),
-                      .colors = *colors,
-                      .components = {},
-                      .mcu = {mostAcross * DCTSIZE, mostDown * DCTSIZE}};
-    layout.mcusAcross = dividedUp(layout.size.width, layout.mcu.width);
-    layout.mcusDown = dividedUp(layout.size.height, layout.mcu.height);
+    const int maxAcross = info.max_h_samp_factor / acrossFactor;
+    const int maxDown = info.max_v_samp_factor / downFactor;
+    Layout layout{.size = m_decompressor.size(),
+                  .colorSpace = *colorSpace,
+                  .components = {},
+                  .mcu = {maxAcross * DCTSIZE, maxDown * DCTSIZE}};
+    layout.mcusAcross = ceilDivide(layout.size.width, layout.mcu.width);
+    layout.mcusDown = ceilDivide(layout.size.height, layout.mcu.height);
     std::size_t blocks = 0;
     for (const jpeg_component_info& read : components) {
-        JpegComponent component;
+        Component component;
         component.blocksAcross = read.h_samp_factor / acrossFactor;
         component.blocksDown = read.v_samp_factor / downFactor;
-        if (mostAcross % component.blocksAcross != 0 || mostDown % component.blocksDown != 0)
+        if (maxAcross % component.blocksAcross != 0 || maxDown % component.blocksDown != 0)
             return Error{"JPEG: sampling ratios that are not whole"};
-        component.pixelsAcross = mostAcross / component.blocksAcross;
-        component.pixelsDown = mostDown / component.blocksDown;
-        component.samples = {dividedUp(layout.size.width, component.pixelsAcross),
-                             dividedUp(layout.size.height, component.pixelsDown)};
+        component.pixelsAcross = maxAcross / component.blocksAcross;
+        component.pixelsDown = maxDown / component.blocksDown;
+        component.samples = {ceilDivide(layout.size.width, component.pixelsAcross),
+                             ceilDivide(layout.size.height, component.pixelsDown)};
         layout.components.push_back(component);
-        blocks += component.blocksOfMcu();
+        blocks += component.blocksPerMcu();
     }
-    if (blocks > kMaxBlocksOfMcu)
+    if (blocks > kMaxBlocksPerMcu)
         return Error{"JPEG: too many blocks for one scan"};
     return layout;
 }
 
-void JpegCoefficients::findRows() {
+void Coefficients::findRows() {
     for (std::size_t i = 0; i < m_layout.components.size(); ++i) {
         const int rows = m_layout.mcusDown * m_layout.components[i].blocksDown;
         std::vector<JBLOCKROW>& found = m_rows.emplace_back();
@@ -144,36 +146,36 @@ void JpegCoefficients::findRows() {
     }
 }
 
-bool JpegCoefficients::readRow(int index, JpegMcuRow& row) const {
+bool Coefficients::readRow(int index, McuRow& row) const {
     for (std::size_t i = 0; i < m_layout.components.size(); ++i) {
-        const JpegComponent& component = m_layout.components[i];
+        const Component& component = m_layout.components[i];
         const std::uint16_t* const steps = m_decompressor.info().comp_info[i].quant_table->quantval;
-        const int perRow = m_layout.blocksInRow(component);
+        const int width = m_layout.blocksPerMcuRow(component);
         auto out = row[i].begin();
-        for (int down = 0; down < component.blocksDown; ++down, out += perRow) {
+        for (int down = 0; down < component.blocksDown; ++down, out += width) {
             const int blockRow = index * component.blocksDown + down;
             const JBLOCKROW blocks = m_rows[i][static_cast<std::size_t>(blockRow)];
-            const int count = blockRow < component.blocksOfColumn() ? component.blocksOfRow() : 0;
+            const int count = blockRow < component.blocksPerColumn() ? component.blocksPerRow() : 0;
             for (int block = 0; block < count; ++block)
                 if (!dequantise(blocks[block], steps, out[block]))
                     return false;
-            std::fill(out + count, out + perRow, JpegBlock{});
+            std::fill(out + count, out + width, CoefficientBlock{});
         }
     }
     return fitsRestartInterval(m_layout, row, index);
 }
 
-Result<JpegMcuRow> decodedMcuRow(ByteView header, ByteView row) {
+Result<McuRow> decodeMcuRow(ByteView header, ByteView row) {
     Bytes file(header.begin(), header.end());
     file.insert(file.end(), row.begin(), row.end());
     file.insert(file.end(), {0xFF, JPEG_EOI});
-    const auto coefficients = JpegCoefficients::read(file);
+    const auto coefficients = Coefficients::read(file);
     if (!coefficients)
         return coefficients.error();
-    JpegMcuRow blocks = emptyMcuRow((*coefficients)->layout());
+    McuRow blocks = emptyMcuRow((*coefficients)->layout());
     if (!(*coefficients)->readRow(0, blocks))
         return Error{"JPEG: a coefficient is out of range"};
     return blocks;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -9,36 +9,35 @@
 #include <memory>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// The coefficients of a JPEG file, as long as a file with quantisation tables of ones can hold them and
-/// gives the same samples: those of 8-bit grey, YCbCr or RGB pictures with whole sampling ratios, in files
-/// without any fault. (A decoder mends faults in ways of its own, and blurs progressive files whose
-/// refinements are missing.)
-class JpegCoefficients {
+/// The coefficients of a JPEG file, if a file with quantisation table entries of 1 can hold them dequantised
+/// and decodes to the same samples. That requires an undamaged 8-bit grey, YCbCr or RGB picture with integral
+/// sampling ratios. (Decoders conceal damage in their own ways, and smooth incomplete progressive files.)
+class Coefficients {
 public:
-    /// An error says why the file is not one of those. The bytes are not needed afterwards.
-    static Result<std::unique_ptr<const JpegCoefficients>> read(ByteView file);
+    /// Fails if the file does not qualify. `file` need not outlive the call.
+    static Result<std::unique_ptr<const Coefficients>> read(ByteView file);
 
-    const JpegLayout& layout() const { return m_layout; }
+    const Layout& layout() const { return m_layout; }
 
-    /// The blocks of row `index` of MCUs, each coefficient times its step; blocks outside the picture, which
-    /// fill up MCUs, are 0. False when a coefficient is too large for an 8-bit file in which the row is a
-    /// restart interval. `row` has the layout's shape. Safe to call from any thread.
-    bool readRow(int index, JpegMcuRow& row) const;
+    /// Reads the dequantised blocks of MCU row `index` into `row`, which has the layout's shape. Padding
+    /// blocks outside the picture are 0. False if a coefficient is too large for an 8-bit file in which the
+    /// row is a restart interval. Thread-safe.
+    bool readRow(int index, McuRow& row) const;
 
 private:
-    explicit JpegCoefficients(ByteView file) : m_decompressor(file) {}
-    Result<JpegLayout> readLayout();
+    explicit Coefficients(ByteView file) : m_decompressor(file) {}
+    Result<Layout> readLayout();
     void findRows();
 
-    JpegDecompressor m_decompressor;
-    JpegLayout m_layout;
-    std::vector<std::vector<JBLOCKROW>> m_rows; // of each component, all rows of its blocks
+    Decompressor m_decompressor;
+    Layout m_layout;
+    std::vector<std::vector<JBLOCKROW>> m_rows; // the block rows of each component
 };
 
-/// The coefficients of one row of MCUs that jpegMcuRows coded, without its restart marker. `header` is a
-/// header for a picture of that row alone.
-Result<JpegMcuRow> decodedMcuRow(ByteView header, ByteView row);
+/// Decodes one MCU row that `encodeMcuRows` wrote, without its restart marker. `header` is a header for a
+/// picture of that row alone.
+Result<McuRow> decodeMcuRow(ByteView header, ByteView row);
 
-} // namespace complexion
+} // namespace complexion::jpeg

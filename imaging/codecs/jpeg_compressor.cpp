@@ -6,19 +6,19 @@
 #include "imaging/codecs/jpeg_scan.h"
 #include "imaging/containers/jpeg_segments.h"
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
 constexpr int kQuality = 100;
-/// An interval is as little as can be coded again alone.
-constexpr int kBlockRowsOfInterval = 1;
-static_assert(kJpegBlockRows == DCTSIZE);
-/// A first guess at the coded size, and what the headers take beside a profile.
+/// A restart interval is the smallest unit that can be encoded again on its own.
+constexpr int kBlockRowsPerInterval = 1;
+static_assert(kBlockRowHeight == DCTSIZE);
+/// Initial estimates of the encoded size, and of the headers without a profile.
 constexpr std::size_t kExpectedBytesPerPixel = 1;
 constexpr std::size_t kHeaderSpace = 4096;
 
-/// The library's encoder of one picture. A step that fails leaves a message in `error()`.
+/// libjpeg's encoder for one picture. A failed step leaves its message in `error()`.
 class Compressor {
 public:
     Compressor(PixelSize size, std::size_t expectedBytes) : m_size(size), m_destination(expectedBytes) {
@@ -28,8 +28,8 @@ public:
     Compressor(const Compressor&) = delete;
     Compressor& operator=(const Compressor&) = delete;
 
-    /// Sets all parameters; `tables` null: the library finds the best ones for the picture.
-    bool configure(JpegColors colors, const JpegTables* tables) {
+    /// Sets all parameters. If `tables` is null, the library computes the optimal Huffman codes.
+    bool configure(ColorSpace colorSpace, const CodingTables* tables) {
         return m_errors.guard.run([&] {
             jpeg_create_compress(&m_info);
             m_info.dest = &m_destination;
@@ -38,10 +38,10 @@ public:
             m_info.input_components = sizeof(RGBA32);
             m_info.in_color_space = JCS_EXT_XBGR;
             jpeg_set_defaults(&m_info);
-            jpeg_set_colorspace(&m_info, colors == JpegColors::Rgb ? JCS_RGB : JCS_YCbCr);
+            jpeg_set_colorspace(&m_info, colorSpace == ColorSpace::Rgb ? JCS_RGB : JCS_YCbCr);
             jpeg_set_quality(&m_info, kQuality, TRUE);
-            // At quality 100 the integer transform's own rounding shows: the other loses a tenth less, in
-            // files that are a twentieth smaller, and takes no longer.
+            // At quality 100 the rounding of the integer DCT matters: the float DCT loses a tenth less, makes
+            // files a twentieth smaller and is as fast.
             m_info.dct_method = JDCT_FLOAT;
             for (int i = 0; i < m_info.num_components; ++i)
                 m_info.comp_info[i].h_samp_factor = m_info.comp_info[i].v_samp_factor = 1;
@@ -53,13 +53,12 @@ public:
     }
 
     bool start(ByteView icc, int rowsPerInterval) {
-        const Bytes exif = m_info.write_JFIF_header ? Bytes() : jpegExifOfDensity();
+        const Bytes exif = m_info.write_JFIF_header ? Bytes() : exifOfDensity();
         return m_errors.guard.run([&] {
             m_info.restart_in_rows = rowsPerInterval;
             jpeg_start_compress(&m_info, TRUE);
             if (!exif.empty())
-                jpeg_write_marker(&m_info, jpeg::marker::app(1), exif.data(),
-                                  static_cast<unsigned>(exif.size()));
+                jpeg_write_marker(&m_info, marker::app(1), exif.data(), static_cast<unsigned>(exif.size()));
             if (!icc.empty())
                 jpeg_write_icc_profile(&m_info, icc.data(), static_cast<unsigned>(icc.size()));
         });
@@ -67,7 +66,7 @@ public:
 
     bool writeRow(const RGBA32* row) {
         return m_errors.guard.run([&] {
-            // The library's interface is older than const.
+            // The library's interface is not const-correct.
             auto* samples = reinterpret_cast<JSAMPROW>(const_cast<RGBA32*>(row));
             jpeg_write_scanlines(&m_info, &samples, 1);
         });
@@ -86,14 +85,14 @@ public:
 
     ByteView written() const { return m_destination.written(); }
 
-    JpegTables tables() const { return huffmanCodesOf(m_info); }
+    CodingTables tables() const { return huffmanCodesOf(m_info); }
 
     Error error() const { return m_errors.error(); }
 
 private:
     PixelSize m_size;
-    JpegMemoryDestination m_destination;
-    JpegErrors m_errors;
+    MemoryDestination m_destination;
+    ErrorHandler m_errors;
     jpeg_compress_struct m_info = {};
 };
 
@@ -103,35 +102,36 @@ std::size_t expectedBytes(PixelSize size) {
 
 } // namespace
 
-Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tables) {
+Result<Bytes> makeHeader(PixelSize picture, ByteView icc, const CodingTables& tables) {
     Compressor compressor(picture, icc.size() + kHeaderSpace);
     const std::vector<RGBA32> anyRow(static_cast<std::size_t>(picture.width));
-    // The library writes the frame's and the scan's headers when the first row comes.
-    if (!compressor.configure(tables.colors, &tables) || !compressor.start(icc, kBlockRowsOfInterval) ||
+    // The library writes the frame and scan headers with the first row.
+    if (!compressor.configure(tables.colorSpace, &tables) || !compressor.start(icc, kBlockRowsPerInterval) ||
         !compressor.writeRow(anyRow.data()))
         return compressor.error();
-    const ByteView header = compressor.written().first(jpegScanStart(compressor.written()));
+    const ByteView header = compressor.written().first(scanStart(compressor.written()));
     return Bytes(header.begin(), header.end());
 }
 
-Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables& tables) {
+Result<Bytes> encodeBlockRows(PixelSize size, const RGBA32* rows, const CodingTables& tables) {
     Compressor compressor(size, expectedBytes(size) + kHeaderSpace);
-    if (!compressor.configure(tables.colors, &tables) || !compressor.start({}, kBlockRowsOfInterval) ||
+    if (!compressor.configure(tables.colorSpace, &tables) || !compressor.start({}, kBlockRowsPerInterval) ||
         !compressor.writeAllRows(rows))
         return compressor.error();
     const ByteView file = compressor.written();
-    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(jpegScanStart(file)),
-                 file.end() - kJpegEndOfImage.size());
+    return Bytes(file.begin() + static_cast<std::ptrdiff_t>(scanStart(file)),
+                 file.end() - kEndOfImage.size());
 }
 
-Result<JpegTrial> tryJpeg(PixelSize size, const RGBA32* rows, JpegColors colors) {
+Result<TrialEncoding> encodeTrial(PixelSize size, const RGBA32* rows, ColorSpace colorSpace) {
     Compressor compressor(size, expectedBytes(size));
-    if (!compressor.configure(colors, nullptr) || !compressor.start({}, 0) || !compressor.writeAllRows(rows))
+    if (!compressor.configure(colorSpace, nullptr) || !compressor.start({}, 0) ||
+        !compressor.writeAllRows(rows))
         return compressor.error();
     const ByteView file = compressor.written();
-    JpegTrial trial{.tables = compressor.tables(), .file = Bytes(file.begin(), file.end())};
-    trial.tables.colors = colors;
+    TrialEncoding trial{.tables = compressor.tables(), .file = Bytes(file.begin(), file.end())};
+    trial.tables.colorSpace = colorSpace;
     return trial;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

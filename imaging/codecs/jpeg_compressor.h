@@ -7,31 +7,30 @@
 #include "imaging/base/rgba32.h"
 #include "imaging/codecs/jpeg_tables.h"
 
-namespace complexion {
+namespace complexion::jpeg {
 
-// The pieces of a JPEG file of quality 100 without chroma subsampling whose restart intervals are single
-// block rows. Transparent pixels are coded over black: as their premultiplied components are.
+// The parts of a JPEG file of quality 100 without chroma subsampling, in which each block row is a restart
+// interval. Transparent pixels are encoded over black: as their premultiplied components.
 
-/// The height of a row of blocks, in pixels.
-inline constexpr int kJpegBlockRows = 8;
+/// The height of a block row, in pixels.
+inline constexpr int kBlockRowHeight = 8;
 
-/// The longest side that the format's library writes.
-inline constexpr int kMaxJpegSide = 65500;
+/// The longest side that libjpeg encodes, in pixels.
+inline constexpr int kMaxSide = 65500;
 
-/// What stands before the first interval: headers with 72 dots per inch (in a JFIF segment, or for red, green
-/// and blue, which that forbids, in an EXIF block), `icc` unless empty, and `tables`.
-Result<Bytes> jpegHeader(PixelSize picture, ByteView icc, const JpegTables& tables);
+/// The headers before the first restart interval: 72 dots per inch (in the JFIF segment; for RGB, which JFIF
+/// does not allow, in an EXIF segment), `icc` unless empty, and `tables`.
+Result<Bytes> makeHeader(PixelSize picture, ByteView icc, const CodingTables& tables);
 
-/// The entropy-coded bytes of `rows`, `size` pixels, packed: one interval for each block row, and the markers
-/// RST0, RST1, ... between them.
-Result<Bytes> jpegIntervals(PixelSize size, const RGBA32* rows, const JpegTables& tables);
+/// Encodes `size` packed pixels: one restart interval per block row, separated by the markers RST0, RST1, ...
+Result<Bytes> encodeBlockRows(PixelSize size, const RGBA32* rows, const CodingTables& tables);
 
-/// A picture's file, as one interval, and the codes in it: the best ones, for the symbols that occur in it
-/// only.
-struct JpegTrial {
-    JpegTables tables;
+/// A complete file without restart intervals, and its Huffman codes: optimal for the picture, with codes only
+/// for symbols that occur in it.
+struct TrialEncoding {
+    CodingTables tables;
     Bytes file;
 };
-Result<JpegTrial> tryJpeg(PixelSize size, const RGBA32* rows, JpegColors colors);
+Result<TrialEncoding> encodeTrial(PixelSize size, const RGBA32* rows, ColorSpace colorSpace);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -10,18 +10,18 @@
 #include "imaging/codecs/jpeg_decompressor.h"
 #include "imaging/codecs/jpeg_original.h"
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-/// A block of 64 pixels takes at least a bit for each component's first coefficient, save in a picture of one
-/// colour that only an arithmetic coder can squeeze further.
+/// A block of 64 pixels takes at least one bit per component for its DC coefficient, except in a
+/// single-colour picture with arithmetic coding.
 constexpr std::int64_t kMaxPixelsPerByte = 512;
-/// What the library shows where data is missing: all coefficients 0.
-constexpr RGBA32 kMissing(128, 128, 128, 255);
+/// What the library outputs for missing data: all coefficients 0.
+constexpr RGBA32 kMissingPixel(128, 128, 128, 255);
 
-/// Reads the header and refuses what would not fit.
-Result<PixelSize> readCheckedHeader(JpegDecompressor& decompressor, ByteView file) {
+/// Reads the header and rejects implausible sizes.
+Result<PixelSize> readCheckedHeader(Decompressor& decompressor, ByteView file) {
     if (!decompressor.readHeader())
         return decompressor.error();
     const PixelSize size = decompressor.size();
@@ -30,10 +30,10 @@ Result<PixelSize> readCheckedHeader(JpegDecompressor& decompressor, ByteView fil
     return size;
 }
 
-/// Reads the rows of a picture that has been started.
+/// Reads the rows of a started decompressor into an image.
 class RowReader {
 public:
-    RowReader(JpegDecompressor& decompressor, PixelSize size)
+    RowReader(Decompressor& decompressor, PixelSize size)
         : m_decompressor(decompressor),
           m_size(size),
           m_rows(PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)})) {
@@ -41,8 +41,8 @@ public:
             m_rowPointers.push_back(reinterpret_cast<JSAMPROW>(m_rows.row(row)));
     }
 
-    /// The picture; `convert` makes our pixels of each row in place. An error when not even one row can be
-    /// read.
+    /// Reads the picture. `convert(rows, count)` converts decoded rows to pixels in place. Fails if not even
+    /// one row can be read.
     template <class Convert>
     Result<Image> read(const Convert& convert) {
         ImageBuilder builder(m_size);
@@ -54,21 +54,21 @@ public:
             if (y == 0 && read == 0)
                 return m_decompressor.error();
             convert(m_rows, read);
-            std::fill(m_rows.row(read), m_rows.row(count), kMissing);
+            std::fill(m_rows.row(read), m_rows.row(count), kMissingPixel);
             builder.setRows(y, count, m_rows.pixels.get());
         }
         return builder.finish();
     }
 
 private:
-    JpegDecompressor& m_decompressor;
+    Decompressor& m_decompressor;
     PixelSize m_size;
     PixelBlock m_rows;
     std::vector<JSAMPROW> m_rowPointers;
 };
 
 Result<Image> readCmyk(RowReader& reader, ByteView icc) {
-    // Every writer of note stores inverted inks, with the Adobe segment or without.
+    // All common encoders store inverted inks, with or without an Adobe segment.
     const InvertedCmyk inks(icc);
     return reader.read([&](PixelBlock& rows, int count) {
         parallelFor(count, [&](int row) { inks.convert({rows.row(row), rows.row(row + 1)}); });
@@ -87,11 +87,11 @@ Result<Image> readInProfile(RowReader& reader, ByteView icc) {
     return image ? image->withProfile(ColorProfile::fromIcc(icc)) : image;
 }
 
-Result<DecodedPicture> readPixels(JpegDecompressor& decompressor, ByteView file, PixelSize size,
+Result<DecodedPicture> readPixels(Decompressor& decompressor, ByteView file, PixelSize size,
                                   const std::optional<GreyTable>& grey) {
     const Bytes icc = decompressor.icc();
     if (!decompressor.isCmyk() && !grey)
-        if (const std::optional<DecodedPicture> picture = decodeBlockRowsApart(decompressor, file))
+        if (const std::optional<DecodedPicture> picture = decodeBlockRowsInParallel(decompressor, file))
             return DecodedPicture{picture->image.withProfile(ColorProfile::fromIcc(icc)), picture->damage};
     if (!decompressor.start())
         return decompressor.error();
@@ -104,14 +104,14 @@ Result<DecodedPicture> readPixels(JpegDecompressor& decompressor, ByteView file,
     return DecodedPicture{std::move(*image), decompressor.damage()};
 }
 
-/// A picture, and what the file says of its storage.
-struct JpegPicture {
+/// A decoded picture, and how the file stores it.
+struct StoredPicture {
     DecodedPicture upright;
     Orientation orientation;
-    bool hasPlainColors; // the library's pixels are the picture's
+    bool hasPlainColors; // decoded to RGB without a profile conversion
 };
 
-Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file) {
+Result<StoredPicture> decodePicture(Decompressor& decompressor, ByteView file) {
     const Result<PixelSize> size = readCheckedHeader(decompressor, file);
     if (!size)
         return size.error();
@@ -126,7 +126,7 @@ Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file)
     Result<DecodedPicture> stored = readPixels(decompressor, file, *size, grey);
     if (!stored)
         return stored.error();
-    return JpegPicture{
+    return StoredPicture{
         .upright = {.image = turnedUpright(stored->image.withSize(sizeAtResolution(*size, resolution)),
                                            exif.orientation),
                     .damage = std::move(stored->damage)},
@@ -136,24 +136,24 @@ Result<JpegPicture> decodePicture(JpegDecompressor& decompressor, ByteView file)
 
 } // namespace
 
-Result<PixelSize> measureJpeg(ByteView file) {
-    JpegDecompressor decompressor(file);
+Result<PixelSize> measure(ByteView file) {
+    Decompressor decompressor(file);
     const Result<PixelSize> size = readCheckedHeader(decompressor, file);
     return size ? uprightSize(*size, decompressor.exif().orientation) : size;
 }
 
-Result<Image> decodeJpegPixels(ByteView file) {
-    JpegDecompressor decompressor(file);
-    const Result<JpegPicture> picture = decodePicture(decompressor, file);
+Result<Image> decodePixels(ByteView file) {
+    Decompressor decompressor(file);
+    const Result<StoredPicture> picture = decodePicture(decompressor, file);
     return picture ? Result<Image>(picture->upright.image) : picture.error();
 }
 
-Result<DecodedPicture> decodeJpeg(ByteView file, JpegPreparation preparation) {
-    const auto original = std::make_shared<JpegOriginal>(file);
-    if (preparation == JpegPreparation::AtOnce && measureJpeg(file))
+Result<DecodedPicture> decode(ByteView file, CoefficientLoading loading) {
+    const auto original = std::make_shared<OriginalFile>(file);
+    if (loading == CoefficientLoading::Concurrent && measure(file))
         original->prepare();
-    JpegDecompressor decompressor(file);
-    const Result<JpegPicture> picture = decodePicture(decompressor, file);
+    Decompressor decompressor(file);
+    const Result<StoredPicture> picture = decodePicture(decompressor, file);
     if (!picture)
         return picture.error();
     if (picture->hasPlainColors) {
@@ -163,4 +163,4 @@ Result<DecodedPicture> decodeJpeg(ByteView file, JpegPreparation preparation) {
     return picture->upright;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -5,21 +5,21 @@
 #include "imaging/base/result.h"
 #include "imaging/codecs/decoded_picture.h"
 
-namespace complexion {
+namespace complexion::jpeg {
 
 /// The upright size of a JPEG picture, from its headers.
-Result<PixelSize> measureJpeg(ByteView file);
+Result<PixelSize> measure(ByteView file);
 
-/// When the coefficients that an edit will leave as they are are read: beside the decoding, on another core,
-/// or at the first encoding.
-enum class JpegPreparation { AtOnce, WhenNeeded };
+/// When to read the coefficients that lossless editing needs: on another core while decoding, or at the first
+/// encoding.
+enum class CoefficientLoading { Concurrent, OnDemand };
 
-/// A JPEG picture (ITU-T T.81, Huffman or arithmetic, sequential or progressive, 8 bits), as `Codec::read`
-/// says. Of a truncated or damaged file the part that can be decoded; what is missing is grey. The image
-/// remembers the file, for what an edit leaves as it is (see JpegOriginal).
-Result<DecodedPicture> decodeJpeg(ByteView file, JpegPreparation preparation = JpegPreparation::WhenNeeded);
+/// Decodes a JPEG picture (ITU-T T.81: Huffman or arithmetic coding, sequential or progressive, 8 bits) as
+/// `Codec::read`. A truncated or damaged file gives what can be decoded; the rest is grey. The image keeps
+/// the file, so that encoding an edit preserves untouched MCUs (see OriginalFile).
+Result<DecodedPicture> decode(ByteView file, CoefficientLoading loading = CoefficientLoading::OnDemand);
 
-/// The image alone, which remembers nothing.
-Result<Image> decodeJpegPixels(ByteView file);
+/// The image alone, without the file.
+Result<Image> decodePixels(ByteView file);
 
-} // namespace complexion
+} // namespace complexion::jpeg

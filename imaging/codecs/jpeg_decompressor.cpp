@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
@@ -15,20 +15,21 @@ using namespace std::string_view_literals;
 
 constexpr int kExifMarker = JPEG_APP0 + 1;
 constexpr int kIccMarker = JPEG_APP0 + 2;
-constexpr std::size_t kMaxIccParts = 255; // a byte counts them
+constexpr std::size_t kMaxIccParts = 255; // counted in one byte (ICC.1:2010 annex B.4)
 constexpr std::string_view kExifSignature = "Exif\0"sv;
-constexpr std::size_t kExifHeaderSize = 6; // the signature and a padding byte
+constexpr std::size_t kExifHeaderSize = 6; // signature and padding byte (CIPA DC-008 section 4.7.2)
 constexpr std::string_view kIccSignature = "ICC_PROFILE\0"sv;
-constexpr std::size_t kIccHeaderSize = 14; // the signature, the part's number from 1 on, the number of parts
+constexpr std::size_t kIccHeaderSize = 14; // signature, part number from 1 on, number of parts
 
-/// The coefficients of a picture in several scans are kept in memory until the last has come, 2 bytes each.
+/// Memory limit for the coefficients of a multi-scan picture. They are kept, at 2 bytes each, until the last
+/// scan.
 constexpr long kMaxCoefficientMemory = 2L << 30;
-/// Real pictures have some ten scans. Each costs a walk over the whole picture, even an empty one.
+/// Real pictures have about ten scans. Each scan, even an empty one, costs a pass over the whole picture.
 constexpr int kMaxScans = 500;
 constexpr int kAlwaysAllowedScans = 16;
 constexpr std::int64_t kMaxScannedPixels = 4'000'000'000;
 
-/// What the library takes over from a second frame header before it refuses it.
+/// The fields that the library overwrites from a second frame header before it rejects it.
 struct Frame {
     explicit Frame(const jpeg_decompress_struct& info)
         : width(info.image_width),
@@ -49,11 +50,11 @@ struct Frame {
 
 } // namespace
 
-JpegApplicationSegments::JpegApplicationSegments() {
-    m_icc.reserve(kMaxIccParts + 1); // nothing may be thrown through the library
+ApplicationSegments::ApplicationSegments() {
+    m_icc.reserve(kMaxIccParts + 1); // add() is called by the C library and must not throw
 }
 
-void JpegApplicationSegments::add(int marker, ByteView payload) {
+void ApplicationSegments::add(int marker, ByteView payload) {
     if (marker == kExifMarker && m_exif.empty() && payload.size() >= kExifHeaderSize &&
         startsWith(payload, kExifSignature))
         m_exif = payload.subspan(kExifHeaderSize);
@@ -62,7 +63,7 @@ void JpegApplicationSegments::add(int marker, ByteView payload) {
         m_icc.push_back(payload);
 }
 
-Bytes JpegApplicationSegments::icc() const {
+Bytes ApplicationSegments::icc() const {
     std::vector<ByteView> parts(m_icc.size());
     for (const ByteView payload : m_icc) {
         const std::size_t number = payload[kIccHeaderSize - 2];
@@ -77,12 +78,12 @@ Bytes JpegApplicationSegments::icc() const {
     return profile;
 }
 
-JpegDecompressor::PieceSource::PieceSource() : jpeg_source_mgr() {
+Decompressor::PieceSource::PieceSource() : jpeg_source_mgr() {
     init_source = [](j_decompress_ptr) {};
     fill_input_buffer = [](j_decompress_ptr info) -> boolean {
         auto& source = *static_cast<PieceSource*>(info->src);
         const ByteView piece =
-            source.next < source.pieces.size() ? source.pieces[source.next++] : ByteView(kJpegEndOfImage);
+            source.next < source.pieces.size() ? source.pieces[source.next++] : ByteView(kEndOfImage);
         source.next_input_byte = piece.data();
         source.bytes_in_buffer = piece.size();
         return TRUE;
@@ -103,16 +104,16 @@ JpegDecompressor::PieceSource::PieceSource() : jpeg_source_mgr() {
     term_source = [](j_decompress_ptr) {};
 }
 
-JpegDecompressor::JpegDecompressor(ByteView file) : m_file(file) {
+Decompressor::Decompressor(ByteView file) : m_file(file) {
     m_info.err = &m_errors;
 }
 
-JpegDecompressor::JpegDecompressor(ByteView file, ByteView rest) : m_file(file), m_isInPieces(true) {
+Decompressor::Decompressor(ByteView file, ByteView rest) : m_file(file), m_isInPieces(true) {
     m_pieces.pieces = {file, rest};
     m_info.err = &m_errors;
 }
 
-bool JpegDecompressor::readHeader() {
+bool Decompressor::readHeader() {
     return guard().run([this] {
         jpeg_create_decompress(&m_info);
         m_info.mem->max_memory_to_use = kMaxCoefficientMemory;
@@ -127,16 +128,16 @@ bool JpegDecompressor::readHeader() {
     });
 }
 
-bool JpegDecompressor::hasBlockRowsApart() const {
-    const auto isWhole = [](const jpeg_component_info& component) {
+bool Decompressor::hasIndependentBlockRows() const {
+    const auto isFullResolution = [](const jpeg_component_info& component) {
         return component.h_samp_factor == 1 && component.v_samp_factor == 1;
     };
     return !m_info.progressive_mode && !m_info.arith_code && m_info.comps_in_scan == m_info.num_components &&
-           std::all_of(m_info.comp_info, m_info.comp_info + m_info.num_components, isWhole) &&
+           std::all_of(m_info.comp_info, m_info.comp_info + m_info.num_components, isFullResolution) &&
            m_info.restart_interval == (m_info.image_width + DCTSIZE - 1) / DCTSIZE;
 }
 
-Resolution JpegDecompressor::jfifResolution() const {
+Resolution Decompressor::jfifResolution() const {
     constexpr int kPerCentimetre = 2;
     if (!m_info.saw_JFIF_marker || m_info.density_unit > kPerCentimetre)
         return {};
@@ -144,7 +145,7 @@ Resolution JpegDecompressor::jfifResolution() const {
             static_cast<Resolution::Unit>(m_info.density_unit)};
 }
 
-bool JpegDecompressor::start() {
+bool Decompressor::start() {
     m_info.out_color_space = isCmyk() ? JCS_CMYK : JCS_EXT_ABGR;
     m_info.buffered_image = jpeg_has_multiple_scans(&m_info);
     if (!guard().run([this] { jpeg_start_decompress(&m_info); }))
@@ -152,28 +153,27 @@ bool JpegDecompressor::start() {
     return !m_info.buffered_image || startOutputOfAllScans();
 }
 
-bool JpegDecompressor::readRows(JSAMPROW* rows, int count) {
+bool Decompressor::readRows(JSAMPROW* rows, int count) {
     const int end = nextRow() + count;
-    const bool areRead = guard().run([&] {
+    const bool succeeded = guard().run([&] {
         const int first = nextRow();
         while (nextRow() < end)
             if (jpeg_read_scanlines(&m_info, rows + (nextRow() - first),
                                     static_cast<JDIMENSION>(end - nextRow())) == 0)
                 m_errors.guard.fail("no more rows");
     });
-    m_isCut = m_isCut || !areRead;
-    return areRead;
+    m_isTruncated = m_isTruncated || !succeeded;
+    return succeeded;
 }
 
-std::optional<Error> JpegDecompressor::damage() const {
-    if (!m_isCut && !m_errors.hasLostPixels && !(m_errors.hasNoEnd && lacksScans()))
+std::optional<Error> Decompressor::damage() const {
+    if (!m_isTruncated && !m_errors.hasLostPixels && !(m_errors.hasNoEnd && lacksScans()))
         return std::nullopt;
     return Error{"JPEG: pixels are missing"};
 }
 
-/// Whether a picture in several scans may go on behind the file's end: its coefficients are not all known to
-/// their last bit.
-bool JpegDecompressor::lacksScans() const {
+/// Whether a multi-scan picture lacks scans: not all coefficients are known to their last bit.
+bool Decompressor::lacksScans() const {
     if (!m_info.buffered_image)
         return false;
     if (m_info.coef_bits == nullptr)
@@ -183,11 +183,11 @@ bool JpegDecompressor::lacksScans() const {
     });
 }
 
-bool JpegDecompressor::readCoefficients() {
+bool Decompressor::readCoefficients() {
     m_progress.progress_monitor = [](j_common_ptr codec) {
         auto* const info = reinterpret_cast<j_decompress_ptr>(codec);
-        if (info->input_scan_number > mostScans(*info))
-            static_cast<JpegErrors*>(codec->err)->guard.fail("too many scans");
+        if (info->input_scan_number > maxScans(*info))
+            static_cast<ErrorHandler*>(codec->err)->guard.fail("too many scans");
     };
     return guard().run([this] {
         m_info.progress = &m_progress;
@@ -195,45 +195,45 @@ bool JpegDecompressor::readCoefficients() {
     });
 }
 
-JBLOCKROW JpegDecompressor::coefficientRow(int component, int row) {
-    // All rows are in memory, and stay where they are: the library has no other place for them.
+JBLOCKROW Decompressor::coefficientRow(int component, int row) {
+    // All rows are in memory and do not move: the library has no backing store.
     return *m_info.mem->access_virt_barray(reinterpret_cast<j_common_ptr>(&m_info), m_coefficients[component],
                                            static_cast<JDIMENSION>(row), 1, FALSE);
 }
 
-boolean JpegDecompressor::readSegment(j_decompress_ptr info) {
-    constexpr std::size_t kLengthLength = 2;
+boolean Decompressor::readSegment(j_decompress_ptr info) {
+    constexpr std::size_t kLengthFieldSize = 2;
     jpeg_source_mgr& source = *info->src;
     const ByteView rest(source.next_input_byte, source.bytes_in_buffer);
-    const std::size_t length = rest.size() < kLengthLength ? 0 : std::size_t{rest[0]} << 8 | rest[1];
-    if (length < kLengthLength || length > rest.size())
-        return source.fill_input_buffer(info); // which makes an end of the picture
-    static_cast<JpegApplicationSegments*>(info->client_data)
-        ->add(info->unread_marker, rest.subspan(kLengthLength, length - kLengthLength));
+    const std::size_t length = rest.size() < kLengthFieldSize ? 0 : std::size_t{rest[0]} << 8 | rest[1];
+    if (length < kLengthFieldSize || length > rest.size())
+        return source.fill_input_buffer(info); // which supplies an end marker
+    static_cast<ApplicationSegments*>(info->client_data)
+        ->add(info->unread_marker, rest.subspan(kLengthFieldSize, length - kLengthFieldSize));
     source.next_input_byte += length;
     source.bytes_in_buffer -= length;
     return TRUE;
 }
 
-int JpegDecompressor::mostScans(const jpeg_decompress_struct& info) {
+int Decompressor::maxScans(const jpeg_decompress_struct& info) {
     const std::int64_t area = std::int64_t{info.image_width} * info.image_height;
     const std::int64_t affordable = kMaxScannedPixels / area;
     return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMaxScans));
 }
 
-bool JpegDecompressor::startOutputOfAllScans() {
+bool Decompressor::startOutputOfAllScans() {
     const Frame frame(m_info);
     const bool undamaged = guard().run([this] {
-        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= mostScans(m_info))
+        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= maxScans(m_info))
             jpeg_consume_input(&m_info);
     });
     frame.restore(m_info);
-    // Asked for the scan before the one that it could not finish, the library reads no further, and shows
-    // what it has of both.
+    // If asked for the scan before an unfinished one, the library reads no further and outputs what it has of
+    // both.
     const bool finished = undamaged && jpeg_input_complete(&m_info);
-    m_isCut = !finished;
+    m_isTruncated = !finished;
     const int scan = std::max(1, m_info.input_scan_number - (finished ? 0 : 1));
     return guard().run([&] { jpeg_start_output(&m_info, scan); });
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -11,20 +11,20 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// The application segments of a JPEG file that matter. The library's own list of them costs the square of
-/// their number.
-class JpegApplicationSegments {
+/// A JPEG file's EXIF and ICC segments. The library's own list of segments takes time quadratic in their
+/// number.
+class ApplicationSegments {
 public:
-    JpegApplicationSegments();
+    ApplicationSegments();
 
     void add(int marker, ByteView payload);
 
-    /// The EXIF block behind its signature; empty without one.
+    /// The EXIF block after its signature. Empty if there is none.
     ByteView exif() const { return m_exif; }
 
-    /// The embedded profile; empty without a complete one.
+    /// The embedded ICC profile. Empty if it is missing or incomplete.
     Bytes icc() const;
 
 private:
@@ -32,66 +32,68 @@ private:
     std::vector<ByteView> m_icc;
 };
 
-/// The library's decoder on one file. A step that fails leaves a message in `error()`.
-class JpegDecompressor {
+/// libjpeg's decoder for one file. A failed step leaves its message in `error()`.
+class Decompressor {
 public:
-    explicit JpegDecompressor(ByteView file);
-    /// On a file in two pieces, the second from within the coded bytes on; its end is made up.
-    JpegDecompressor(ByteView file, ByteView rest);
-    ~JpegDecompressor() { jpeg_destroy_decompress(&m_info); }
-    JpegDecompressor(const JpegDecompressor&) = delete;
-    JpegDecompressor& operator=(const JpegDecompressor&) = delete;
+    explicit Decompressor(ByteView file);
+    /// For a file in two pieces: the headers, and entropy-coded data from some restart interval on. Supplies
+    /// an end marker.
+    Decompressor(ByteView file, ByteView rest);
+    ~Decompressor() { jpeg_destroy_decompress(&m_info); }
+    Decompressor(const Decompressor&) = delete;
+    Decompressor& operator=(const Decompressor&) = delete;
 
-    /// Reads up to the first scan's coded bytes.
+    /// Reads the headers up to the first scan's entropy-coded data.
     bool readHeader();
 
     PixelSize size() const {
         return {static_cast<int>(m_info.image_width), static_cast<int>(m_info.image_height)};
     }
-    /// What follows the headers.
+    /// The data after the headers.
     ByteView scanData() const { return {m_info.src->next_input_byte, m_info.src->bytes_in_buffer}; }
     bool isCmyk() const { return m_info.jpeg_color_space == JCS_CMYK || m_info.jpeg_color_space == JCS_YCCK; }
     bool isRgb() const { return m_info.jpeg_color_space == JCS_RGB; }
     bool isGrey() const { return m_info.jpeg_color_space == JCS_GRAYSCALE; }
     bool hasKnownColors() const { return m_info.jpeg_color_space != JCS_UNKNOWN; }
-    /// Whether no pixel depends on another row of blocks: each is an interval of one scan, none is scaled.
-    bool hasBlockRowsApart() const;
+    /// Whether block rows can be decoded independently: one scan, each block row a restart interval, no
+    /// subsampling.
+    bool hasIndependentBlockRows() const;
 
     ExifBasics exif() const {
         return m_segments.exif().empty() ? ExifBasics() : readExifBasics(m_segments.exif());
     }
-    /// 72 pixels per inch where the file states none.
+    /// The density in the JFIF segment; 72 pixels per inch if it has none.
     Resolution jfifResolution() const;
     Bytes icc() const { return m_segments.icc(); }
 
-    /// Prepares the output of rows in our pixel layout, or of CMYK samples. Pictures in several scans are
-    /// read whole here, as far as they can be.
+    /// Starts the output of rows as RGBA32 pixels or CMYK samples. Multi-scan pictures are read completely
+    /// here, as far as possible.
     bool start();
 
     int nextRow() const { return static_cast<int>(m_info.output_scanline); }
 
-    /// Reads the next `count` rows; false when the picture could not be read on.
+    /// Reads the next `count` rows. False if reading failed.
     bool readRows(JSAMPROW* rows, int count);
 
-    /// In place of `start`: reads the coefficients of all scans, 2 bytes each. False when that is more than a
-    /// picture of any sense needs, and when the file cannot be read to its end.
+    /// Instead of `start`: reads the coefficients of all scans, 2 bytes each. False if they exceed the memory
+    /// limit, if there are too many scans, or if the file cannot be read to its end.
     bool readCoefficients();
-    /// A row of a component's blocks, quantised, wherever it lies in the component's last row of MCUs; valid
-    /// as long as this is.
+    /// A component's row of quantised blocks; padding rows of the last MCU row are included. Valid as long as
+    /// this object.
     JBLOCKROW coefficientRow(int component, int row);
 
-    /// Whether anything in what was read so far was out of order.
+    /// Whether the library has issued a warning so far.
     bool hasWarned() const { return m_errors.hasWarned; }
-    /// What the library knows of the file.
+    /// The library's decoder state.
     const jpeg_decompress_struct& info() const { return m_info; }
 
     Error error() const { return m_errors.error(); }
 
-    /// What is wrong with the picture that was read, where pixels of it are missing.
+    /// Describes the damage if pixels are missing.
     std::optional<Error> damage() const;
 
 private:
-    /// Gives the library the pieces one after the other, then a made-up end.
+    /// Supplies the library with the pieces, then with an end marker.
     struct PieceSource : jpeg_source_mgr {
         PieceSource();
         std::array<ByteView, 2> pieces;
@@ -100,7 +102,7 @@ private:
 
     JumpGuard& guard() { return m_errors.guard; }
     static boolean readSegment(j_decompress_ptr info);
-    static int mostScans(const jpeg_decompress_struct& info);
+    static int maxScans(const jpeg_decompress_struct& info);
     bool startOutputOfAllScans();
     bool lacksScans() const;
 
@@ -108,11 +110,11 @@ private:
     PieceSource m_pieces;
     bool m_isInPieces = false;
     jpeg_progress_mgr m_progress = {};
-    jvirt_barray_ptr* m_coefficients = nullptr; // of each component; the library's
-    bool m_isCut = false;                       // reading stopped before the picture's end
-    JpegApplicationSegments m_segments;
-    JpegErrors m_errors;
+    jvirt_barray_ptr* m_coefficients = nullptr; // one array per component, owned by the library
+    bool m_isTruncated = false;                 // reading stopped before the end of the picture
+    ApplicationSegments m_segments;
+    ErrorHandler m_errors;
     jpeg_decompress_struct m_info = {};
 };
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -8,20 +8,21 @@
 #include <set>
 #include <utility>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-/// Chroma is solved for squares of so many MCUs, so that an edit costs no more than those that it touches.
-constexpr int kMcusOfSquare = 8;
-/// So far, in MCUs, the changes of one depend on others.
-constexpr int kReach = 2;
+/// Chroma is solved for squares with this many MCUs on a side, so that an edit costs only the squares it
+/// touches.
+constexpr int kSquareSide = 8;
+/// Distance, in MCUs, over which the changes of MCUs depend on one another.
+constexpr int kDependencyRadius = 2;
 
-constexpr std::uint32_t kColors = RGBA32(255, 255, 255, 0).color;
+constexpr std::uint32_t kColorBits = RGBA32(255, 255, 255, 0).color;
 
 bool haveSameColors(std::span<const RGBA32> one, std::span<const RGBA32> other) {
     return std::ranges::equal(one, other,
-                              [](RGBA32 a, RGBA32 b) { return ((a.color ^ b.color) & kColors) == 0; });
+                              [](RGBA32 a, RGBA32 b) { return ((a.color ^ b.color) & kColorBits) == 0; });
 }
 
 std::vector<RGBA32> readPixels(const Image& image, PixelRect rect) {
@@ -30,9 +31,9 @@ std::vector<RGBA32> readPixels(const Image& image, PixelRect rect) {
     return pixels;
 }
 
-/// Appends the numbers of the MCUs in which the two images differ within `rect`.
-void addDiffering(const JpegLayout& layout, const Image& one, const Image& other, PixelRect rect,
-                  std::vector<int>& mcus) {
+/// Appends the indices of the MCUs in which the two images differ within `rect`.
+void appendDifferingMcus(const Layout& layout, const Image& one, const Image& other, PixelRect rect,
+                         std::vector<int>& mcus) {
     const std::vector<RGBA32> before = readPixels(one, rect);
     const std::vector<RGBA32> after = readPixels(other, rect);
     for (int y = rect.y; y < rect.bottom(); ++y)
@@ -47,19 +48,19 @@ void addDiffering(const JpegLayout& layout, const Image& one, const Image& other
         }
 }
 
-JpegMcuMoves::value_type differenceOf(const JpegSamples& before, const JpegSamples& after) {
-    JpegMcuMoves::value_type moves{};
-    for (std::size_t i = 0; i < moves.size(); ++i)
-        moves[i] = static_cast<std::int16_t>(after[i] - before[i]);
-    return moves;
+McuDifferences::value_type differenceOf(const SampleBlock& before, const SampleBlock& after) {
+    McuDifferences::value_type differences{};
+    for (std::size_t i = 0; i < differences.size(); ++i)
+        differences[i] = static_cast<std::int16_t>(after[i] - before[i]);
+    return differences;
 }
 
-/// Calls `visit` with the place of each block of an MCU, in the order of a scan: the component's number, and
-/// the block's index in the row of MCUs.
+/// Calls `visit(component, block)` for each block of an MCU in scan order; `block` is its index in the
+/// component's part of the MCU row.
 template <class Visit>
-void forEachBlock(const JpegLayout& layout, int column, const Visit& visit) {
+void forEachBlock(const Layout& layout, int column, const Visit& visit) {
     for (std::size_t c = 0; c < layout.components.size(); ++c) {
-        const JpegComponent& component = layout.components[c];
+        const Component& component = layout.components[c];
         for (int down = 0; down < component.blocksDown; ++down)
             for (int across = 0; across < component.blocksAcross; ++across)
                 visit(c, blockIndex(layout, component, column, down, across));
@@ -68,25 +69,25 @@ void forEachBlock(const JpegLayout& layout, int column, const Visit& visit) {
 
 } // namespace
 
-JpegEdit::JpegEdit(const CodedJpeg& jpeg, const Image& upright, Orientation orientation)
+Edit::Edit(const TranscodedFile& jpeg, const Image& upright, Orientation orientation)
     : m_jpeg(jpeg),
       m_orientation(orientation),
       m_source(turnedForStorage(upright, orientation)),
       m_current(upright) {}
 
-const std::shared_ptr<const Bytes>& JpegEdit::row(int index) const {
+const std::shared_ptr<const Bytes>& Edit::row(int index) const {
     const auto edited = m_rows.find(index);
     return edited == m_rows.end() ? m_jpeg.rows[static_cast<std::size_t>(index)] : edited->second;
 }
 
-PixelRect JpegEdit::pixelsOf(int mcu) const {
-    const JpegLayout& layout = m_jpeg.layout;
+PixelRect Edit::pixelsOf(int mcu) const {
+    const Layout& layout = m_jpeg.layout;
     return PixelRect{mcu % layout.mcusAcross * layout.mcu.width, mcu / layout.mcusAcross * layout.mcu.height,
                      layout.mcu.width, layout.mcu.height}
         .intersected({0, 0, layout.size.width, layout.size.height});
 }
 
-std::vector<int> JpegEdit::differingMcus(const Image& upright) const {
+std::vector<int> Edit::differingMcus(const Image& upright) const {
     const Image before = turnedForStorage(m_current, m_orientation);
     const Image after = turnedForStorage(upright, m_orientation);
     std::vector<int> mcus;
@@ -99,8 +100,8 @@ std::vector<int> JpegEdit::differingMcus(const Image& upright) const {
             const PixelSize size = ones[column]->block().size;
             const PixelRect place{static_cast<int>(column) * Tile::kWidth, band * Tile::kHeight, size.width,
                                   size.height};
-            addDiffering(m_jpeg.layout, before, after, storedPlace(place, upright.pixelSize(), m_orientation),
-                         mcus);
+            appendDifferingMcus(m_jpeg.layout, before, after,
+                                storedPlace(place, upright.pixelSize(), m_orientation), mcus);
         }
     }
     std::ranges::sort(mcus);
@@ -108,14 +109,13 @@ std::vector<int> JpegEdit::differingMcus(const Image& upright) const {
     return mcus;
 }
 
-/// The touched parts of the squares of MCUs whose changes depend on one of `mcus`.
-std::vector<PixelRect> JpegEdit::squaresAround(const std::vector<int>& mcus,
-                                               const JpegVersions& versions) const {
-    const JpegLayout& layout = m_jpeg.layout;
+/// The bounding boxes of the touched MCUs in each square whose changes depend on one of `mcus`.
+std::vector<PixelRect> Edit::squaresAround(const std::vector<int>& mcus, const Versions& versions) const {
+    const Layout& layout = m_jpeg.layout;
     std::set<std::pair<int, int>> squares;
-    const auto firstOf = [](int place) { return std::max(0, place - kReach) / kMcusOfSquare; };
+    const auto firstOf = [](int place) { return std::max(0, place - kDependencyRadius) / kSquareSide; };
     const auto lastOf = [](int place, int count) {
-        return std::min(count - 1, place + kReach) / kMcusOfSquare;
+        return std::min(count - 1, place + kDependencyRadius) / kSquareSide;
     };
     for (const int mcu : mcus) {
         const int row = mcu / layout.mcusAcross;
@@ -126,24 +126,24 @@ std::vector<PixelRect> JpegEdit::squaresAround(const std::vector<int>& mcus,
     }
     std::vector<PixelRect> parts;
     for (const auto& [y, x] : squares) {
-        const PixelRect square{x * kMcusOfSquare, y * kMcusOfSquare, kMcusOfSquare, kMcusOfSquare};
+        const PixelRect square{x * kSquareSide, y * kSquareSide, kSquareSide, kSquareSide};
         const PixelRect part =
-            touchedPart(versions, square.intersected({0, 0, layout.mcusAcross, layout.mcusDown}));
+            touchedBounds(versions, square.intersected({0, 0, layout.mcusAcross, layout.mcusDown}));
         if (!part.isEmpty())
             parts.push_back(part);
     }
     return parts;
 }
 
-bool JpegEdit::isTouched(const Image& stored, int mcu) const {
+bool Edit::isTouched(const Image& stored, int mcu) const {
     const PixelRect rect = pixelsOf(mcu);
     return !haveSameColors(readPixels(m_source, rect), readPixels(stored, rect));
 }
 
-std::optional<JpegEdit::McuRows> JpegEdit::readRows(const std::vector<int>& rows) const {
-    std::vector<Result<JpegMcuRow>> read(rows.size(), JpegMcuRow());
+std::optional<Edit::McuRows> Edit::readRows(const std::vector<int>& rows) const {
+    std::vector<Result<McuRow>> read(rows.size(), McuRow());
     parallelFor(static_cast<int>(rows.size()), [&](int i) {
-        read[static_cast<std::size_t>(i)] = mcuRowOf(m_jpeg, rows[static_cast<std::size_t>(i)]);
+        read[static_cast<std::size_t>(i)] = decodeMcuRow(m_jpeg, rows[static_cast<std::size_t>(i)]);
     });
     McuRows result;
     for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -154,21 +154,22 @@ std::optional<JpegEdit::McuRows> JpegEdit::readRows(const std::vector<int>& rows
     return result;
 }
 
-void JpegEdit::fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>& mcus) const {
+void Edit::fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>& mcus) const {
     std::vector<std::shared_ptr<const TouchedMcu>> fitted(mcus.size());
     parallelFor(static_cast<int>(mcus.size()), [&](int i) {
         const int mcu = mcus[static_cast<std::size_t>(i)];
-        const JpegMcuRow& row = rows.at(mcu / m_jpeg.layout.mcusAcross);
+        const McuRow& row = rows.at(mcu / m_jpeg.layout.mcusAcross);
         const auto before = m_touched.find(mcu);
         auto after = std::make_shared<TouchedMcu>();
         after->change = touched.at(mcu)->change;
         forEachBlock(m_jpeg.layout, mcu % m_jpeg.layout.mcusAcross, [&](std::size_t c, std::size_t block) {
             const std::size_t n = after->blocks.size();
-            const bool isKnown = before != m_touched.end() && before->second->change[n] == after->change[n];
+            const bool isUnchanged =
+                before != m_touched.end() && before->second->change[n] == after->change[n];
             after->blocks.push_back(
-                isKnown ? before->second->blocks[n]
-                        : fittedBlock(row[c][block], after->change[n].samples, after->change[n].held));
-            after->moves.push_back(
+                isUnchanged ? before->second->blocks[n]
+                            : fitBlock(row[c][block], after->change[n].samples, after->change[n].pinned));
+            after->differences.push_back(
                 differenceOf(decodedSamples(row[c][block]), decodedSamples(after->blocks.back())));
         });
         fitted[static_cast<std::size_t>(i)] = std::move(after);
@@ -177,8 +178,8 @@ void JpegEdit::fit(const McuRows& rows, TouchedMcus& touched, const std::vector<
         touched[mcus[i]] = std::move(fitted[i]);
 }
 
-std::optional<Error> JpegEdit::update(const Image& upright) {
-    const JpegLayout& layout = m_jpeg.layout;
+std::optional<Error> Edit::update(const Image& upright) {
+    const Layout& layout = m_jpeg.layout;
     const Image stored = turnedForStorage(upright, m_orientation);
     const std::vector<int> differing = differingMcus(upright);
     TouchedMcus touched = m_touched;
@@ -191,15 +192,14 @@ std::optional<Error> JpegEdit::update(const Image& upright) {
             touched.erase(mcu);
     }
 
-    const JpegVersions versions = {
-        .before = m_source, .after = stored, .isTouched = [&](int row, int column) {
-            return touched.contains(row * layout.mcusAcross + column);
-        }};
+    const Versions versions = {.before = m_source, .after = stored, .isTouched = [&](int row, int column) {
+                                   return touched.contains(row * layout.mcusAcross + column);
+                               }};
     const std::vector<PixelRect> squares = squaresAround(differing, versions);
-    std::vector<std::optional<std::map<int, JpegMcuChange>>> changes(squares.size());
+    std::vector<std::optional<std::map<int, McuChange>>> changes(squares.size());
     parallelFor(static_cast<int>(squares.size()), [&](int i) {
         const auto n = static_cast<std::size_t>(i);
-        changes[n] = changesIn(layout, versions, squares[n]);
+        changes[n] = sampleChanges(layout, versions, squares[n]);
     });
     std::vector<int> toFit;
     for (auto& changesOfSquare : changes) {
@@ -219,17 +219,17 @@ std::optional<Error> JpegEdit::update(const Image& upright) {
     if (!rows)
         return Error{"JPEG: a row that was coded cannot be read"};
     fit(*rows, touched, toFit);
-    std::atomic<bool> isGood = true;
+    std::atomic<bool> areFaithful = true;
     parallelFor(static_cast<int>(squares.size()), [&](int i) {
         if (!isFaithful(layout, versions, squares[static_cast<std::size_t>(i)],
-                        [&](int row, int column) -> const JpegMcuMoves& {
-                            return touched.at(row * layout.mcusAcross + column)->moves;
+                        [&](int row, int column) -> const McuDifferences& {
+                            return touched.at(row * layout.mcusAcross + column)->differences;
                         }))
-            isGood = false;
+            areFaithful = false;
     });
-    if (!isGood)
+    if (!areFaithful)
         return Error{"JPEG: the picture's chroma is too coarse for the edit"};
-    std::optional<CodedRows> coded = codeRows(std::move(*rows), touched);
+    std::optional<CodedRows> coded = encodeRows(std::move(*rows), touched);
     if (!coded)
         return Error{"JPEG: the edited picture is out of range"};
     m_rows.swap(*coded);
@@ -238,13 +238,13 @@ std::optional<Error> JpegEdit::update(const Image& upright) {
     return std::nullopt;
 }
 
-std::optional<JpegEdit::CodedRows> JpegEdit::codeRows(McuRows rows, const TouchedMcus& touched) const {
-    const JpegLayout& layout = m_jpeg.layout;
+std::optional<Edit::CodedRows> Edit::encodeRows(McuRows rows, const TouchedMcus& touched) const {
+    const Layout& layout = m_jpeg.layout;
     CodedRows coded = m_rows;
-    std::vector<std::pair<int, JpegMcuRow*>> edited;
+    std::vector<std::pair<int, McuRow*>> edited;
     for (auto& entry : rows) {
         const int index = entry.first;
-        JpegMcuRow& row = entry.second;
+        McuRow& row = entry.second;
         const auto first = touched.lower_bound(index * layout.mcusAcross);
         const auto last = touched.lower_bound((index + 1) * layout.mcusAcross);
         if (first == last)
@@ -261,7 +261,7 @@ std::optional<JpegEdit::CodedRows> JpegEdit::codeRows(McuRows rows, const Touche
     parallelFor(static_cast<int>(edited.size()), [&](int i) {
         const auto& [index, row] = edited[static_cast<std::size_t>(i)];
         bytes[static_cast<std::size_t>(i)] = fitsRestartInterval(layout, *row, index)
-                                                 ? codedMcuRow(m_jpeg, index, *row)
+                                                 ? encodeMcuRow(m_jpeg, index, *row)
                                                  : Result<Bytes>(Error{"out of range"});
     });
     for (std::size_t i = 0; i < edited.size(); ++i) {
@@ -272,4 +272,4 @@ std::optional<JpegEdit::CodedRows> JpegEdit::codeRows(McuRows rows, const Touche
     return coded;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

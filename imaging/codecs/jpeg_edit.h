@@ -11,48 +11,48 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// What an edit made of a JPEG picture's MCUs. Those in which no pixel differs from the picture as it was
-/// decoded keep their coefficients, and what a decoder makes of them stays the same to the bit: chroma beside
-/// them is held, so that a decoder's blending across their border changes nothing either.
-class JpegEdit {
+/// The edited MCUs of a JPEG picture. MCUs without a changed pixel keep their coefficients and decode to the
+/// same bits: chroma samples next to them are pinned, so that upsampling across their border changes nothing
+/// either.
+class Edit {
 public:
-    /// Nothing is edited yet: `upright` is the picture that `jpeg` shows, stored with `orientation`.
-    JpegEdit(const CodedJpeg& jpeg, const Image& upright, Orientation orientation);
+    /// Starts without edits. `upright` is the picture in `jpeg`, which stores it with `orientation`.
+    Edit(const TranscodedFile& jpeg, const Image& upright, Orientation orientation);
 
-    /// Makes the edit that of `upright`: costs the MCUs in which that differs from the image before. An
-    /// error says why the picture's components cannot hold the new pixels; then the edit is as it was.
+    /// Updates the edit to `upright`. Costs time only for the MCUs that differ from the previous image.
+    /// Fails, leaving the edit as it was, if the picture's components cannot represent the new pixels.
     std::optional<Error> update(const Image& upright);
 
-    /// The bytes of row `index` of MCUs, as in CodedJpeg.
+    /// The bytes of MCU row `index`, as in TranscodedFile.
     const std::shared_ptr<const Bytes>& row(int index) const;
 
 private:
-    /// A touched MCU: what was to be changed, the blocks that came of it, and what these change.
+    /// A touched MCU: the wanted change, the resulting blocks, and the differences of their samples.
     struct TouchedMcu {
-        JpegMcuChange change;
-        std::vector<JpegBlock> blocks;
-        JpegMcuMoves moves;
+        McuChange change;
+        std::vector<CoefficientBlock> blocks;
+        McuDifferences differences;
     };
     using TouchedMcus = std::map<int, std::shared_ptr<const TouchedMcu>>;
-    using McuRows = std::map<int, JpegMcuRow>;
+    using McuRows = std::map<int, McuRow>;
     using CodedRows = std::map<int, std::shared_ptr<const Bytes>>;
 
-    std::vector<PixelRect> squaresAround(const std::vector<int>& mcus, const JpegVersions& versions) const;
+    std::vector<PixelRect> squaresAround(const std::vector<int>& mcus, const Versions& versions) const;
     std::vector<int> differingMcus(const Image& upright) const;
     bool isTouched(const Image& stored, int mcu) const;
     PixelRect pixelsOf(int mcu) const;
     std::optional<McuRows> readRows(const std::vector<int>& rows) const;
     void fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>& mcus) const;
-    std::optional<CodedRows> codeRows(McuRows rows, const TouchedMcus& touched) const;
+    std::optional<CodedRows> encodeRows(McuRows rows, const TouchedMcus& touched) const;
 
-    const CodedJpeg& m_jpeg;
+    const TranscodedFile& m_jpeg;
     Orientation m_orientation;
     Image m_source;  // as stored
-    Image m_current; // upright; of its own, so that no picture's memory owns itself through it
+    Image m_current; // upright; a separate image, so that no encoder memory owns itself
     TouchedMcus m_touched;
-    CodedRows m_rows; // those with touched MCUs
+    CodedRows m_rows; // MCU rows with touched MCUs
 };
 
-} // namespace complexion
+} // namespace complexion::jpeg

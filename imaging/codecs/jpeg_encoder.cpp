@@ -9,46 +9,46 @@
 
 #include <cstdlib>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-using Tables = std::shared_ptr<const JpegPictureTables>;
+using Tables = std::shared_ptr<const PictureTables>;
 
-/// How a picture is coded is decided by so many of its pixels at least, in stripes spread over it. Codes
-/// trained on four times as many made files a thousandth smaller.
+/// Colour space and codes are chosen from at least this many pixels, in stripes spread over the picture. Four
+/// times as many made files only 0.1 % smaller.
 constexpr std::int64_t kSampleArea = 250'000;
 
-/// The most that may be lost of a picture, in levels in the mean: of a photo's file, coded again, it is 0.03
-/// to 0.13, of red, green and blue below 0.09.
+/// Largest acceptable mean loss, in levels. Encoding decoded photos again loses 0.03 to 0.13 as YCbCr and
+/// less than 0.09 as RGB.
 constexpr double kMaxLoss = 0.14;
 
-/// A band's intervals, of one block row each.
-constexpr std::size_t kIntervalsOfBand = Tile::kHeight / kJpegBlockRows;
-static_assert(kIntervalsOfBand == 8, "the markers RST0 to RST7 come round with each band");
+/// Restart intervals per band: one per block row.
+constexpr std::size_t kIntervalsPerBand = Tile::kHeight / kBlockRowHeight;
+static_assert(kIntervalsPerBand == 8, "the markers RST0 to RST7 repeat with each band");
 
-/// Stripes of block rows, spread evenly; a small picture whole.
+/// Evenly spread block rows; all of a small picture.
 PixelBlock sampleOf(const Image& image) {
     const PixelSize size = image.pixelSize();
-    const std::int64_t stripeArea = std::int64_t{size.width} * kJpegBlockRows;
+    const std::int64_t stripeArea = std::int64_t{size.width} * kBlockRowHeight;
     const std::int64_t wanted = (kSampleArea + stripeArea - 1) / stripeArea;
-    const std::int64_t all = size.height / kJpegBlockRows;
+    const std::int64_t all = size.height / kBlockRowHeight;
     const bool whole = wanted >= all;
     PixelBlock sample = PixelBlock::uninitialized(
-        {size.width, whole ? size.height : static_cast<int>(wanted) * kJpegBlockRows});
+        {size.width, whole ? size.height : static_cast<int>(wanted) * kBlockRowHeight});
     if (whole) {
         image.read({0, 0, size.width, size.height}, sample.pixels.get(), size.width);
         return sample;
     }
     for (std::int64_t i = 0; i < wanted; ++i)
-        image.read({0, static_cast<int>(i * all / wanted) * kJpegBlockRows, size.width, kJpegBlockRows},
-                   sample.row(static_cast<int>(i) * kJpegBlockRows), size.width);
+        image.read({0, static_cast<int>(i * all / wanted) * kBlockRowHeight, size.width, kBlockRowHeight},
+                   sample.row(static_cast<int>(i) * kBlockRowHeight), size.width);
     return sample;
 }
 
-/// The mean difference of red, green and blue, in levels, between pixels and what is decoded of their file.
-Result<double> lossIn(ByteView file, const PixelBlock& pixels) {
-    const Result<Image> decoded = decodeJpegPixels(file);
+/// The mean absolute RGB difference, in levels, between `pixels` and what `file` decodes to.
+Result<double> meanLoss(ByteView file, const PixelBlock& pixels) {
+    const Result<Image> decoded = decodePixels(file);
     if (!decoded)
         return decoded.error();
     const PixelBlock back = PixelBlock::uninitialized(pixels.size);
@@ -63,81 +63,81 @@ Result<double> lossIn(ByteView file, const PixelBlock& pixels) {
     return static_cast<double>(sum) / static_cast<double>(3 * pixels.size.area());
 }
 
-/// The colours and codes that suit a picture. The components of most photos are YCbCr; pictures of strong
-/// colours, or that were never stored as YCbCr, would lose too much. Where an effect is on it, nothing has to
-/// come back as it was.
-Result<JpegTables> suitableTables(const Image& image) {
+/// Chooses the colour space and Huffman codes of a picture. Most photos are encoded as YCbCr. Pictures with
+/// saturated colours, or that were never YCbCr, would lose too much and are encoded as RGB. With an effect
+/// applied no pixel has to be preserved.
+Result<CodingTables> chooseTables(const Image& image) {
     const PixelBlock sample = sampleOf(image);
-    const auto tried = [&sample](JpegColors colors) {
-        return tryJpeg(sample.size, sample.pixels.get(), colors);
+    const auto tried = [&sample](ColorSpace colorSpace) {
+        return encodeTrial(sample.size, sample.pixels.get(), colorSpace);
     };
-    Result<JpegTrial> trial = tried(JpegColors::YCbCr);
+    Result<TrialEncoding> trial = tried(ColorSpace::YCbCr);
     if (trial && !image.isTransformed()) {
-        const Result<double> loss = lossIn(trial->file, sample);
+        const Result<double> loss = meanLoss(trial->file, sample);
         if (!loss)
             return loss.error();
         if (*loss > kMaxLoss)
-            trial = tried(JpegColors::Rgb);
+            trial = tried(ColorSpace::Rgb);
     }
     if (!trial)
         return trial.error();
     return trial->tables;
 }
 
-/// The picture's tables: chosen at its first encoding, with codes for whatever an edit may bring.
+/// The picture's tables, chosen at its first encoding, with a code for every symbol that an edit may need.
 Result<Tables> tablesFor(const Image& image) {
-    const auto original = image.encoderMemory().get<JpegOriginal>();
-    Memo& memory = original ? original->plainMemory() : image.encoderMemory();
-    if (Tables kept = memory.get<JpegPictureTables>())
+    const auto original = image.encoderMemory().get<OriginalFile>();
+    Memo& memory = original ? original->fallbackMemory() : image.encoderMemory();
+    if (Tables kept = memory.get<PictureTables>())
         return kept;
-    const Result<JpegTables> suitable = suitableTables(image);
+    const Result<CodingTables> suitable = chooseTables(image);
     if (!suitable)
         return suitable.error();
-    auto tables = std::make_shared<JpegPictureTables>();
-    tables->codes.colors = suitable->colors;
+    auto tables = std::make_shared<PictureTables>();
+    tables->codes.colorSpace = suitable->colorSpace;
     for (std::size_t i = 0; i < 2; ++i) {
-        tables->codes.dc[i] = completed(suitable->dc[i], dcSymbols());
-        tables->codes.ac[i] = completed(suitable->ac[i], acSymbols());
+        tables->codes.dc[i] = withAllSymbols(suitable->dc[i], dcSymbols());
+        tables->codes.ac[i] = withAllSymbols(suitable->ac[i], acSymbols());
     }
     memory.set(tables);
     return Tables(tables);
 }
 
-/// The file of an image's pixels.
+/// Encodes an image from its pixels.
 Result<FileContents> encodePixels(const Image& image) {
     const PixelSize size = image.pixelSize();
     if (!image.hasPixels())
         return Error{"JPEG: there are no pixels", ErrorKind::FormatCannotHold};
-    if (size.width > kMaxJpegSide || size.height > kMaxJpegSide)
+    if (size.width > kMaxSide || size.height > kMaxSide)
         return Error{"JPEG: the picture is too large for the format", ErrorKind::FormatCannotHold};
     const Result<Tables> tables = tablesFor(image);
     if (!tables)
         return tables.error();
-    Result<Bytes> header = jpegHeader(size, image.profile().icc(), (*tables)->codes);
+    Result<Bytes> header = makeHeader(size, image.profile().icc(), (*tables)->codes);
     if (!header)
         return header.error();
-    const auto bands = codedJpegBands(image, *tables);
+    const auto bands = encodeBands(image, *tables);
     if (!bands)
         return bands.error();
 
     FileContents file;
     file.append(std::move(*header));
     Bytes marker;
-    appendRestartMarker(marker, kIntervalsOfBand);
+    appendRestartMarker(marker, kIntervalsPerBand);
     const auto betweenBands = std::make_shared<const Bytes>(std::move(marker));
     for (std::size_t i = 0; i < bands->size(); ++i) {
         if (i > 0)
             file.parts.push_back(betweenBands);
         file.parts.push_back((*bands)[i]);
     }
-    file.append({kJpegEndOfImage.begin(), kJpegEndOfImage.end()});
+    file.append({kEndOfImage.begin(), kEndOfImage.end()});
     return file;
 }
 
 } // namespace
 
-Result<FileContents> encodeJpeg(const Image& upright, Orientation orientation) {
-    if (const auto original = upright.encoderMemory().get<JpegOriginal>();
+Result<FileContents> encode(const Image& upright, Orientation orientation) {
+    if (const auto original = upright.encoderMemory().get<OriginalFile>();
         original && original->orientation() == orientation)
         if (Result<FileContents> exact = original->encode(upright);
             exact || exact.error().kind == ErrorKind::OutOfMemory)
@@ -145,4 +145,4 @@ Result<FileContents> encodeJpeg(const Image& upright, Orientation orientation) {
     return encodePixels(turnedForStorage(upright, orientation));
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -6,13 +6,13 @@
 #include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// The image as a JPEG file, turned to be stored with `orientation`. An edited image of a picture from a JPEG
-/// file keeps the coefficients of all that was not touched, where that can be done exactly (see
-/// JpegOriginal). All others are coded from their pixels: quality 100, no chroma subsampling, each block row
-/// a restart interval. These are coded on all cores; what the image's bands were coded to is kept beside
-/// them, and the picture's code tables beside the picture.
-Result<FileContents> encodeJpeg(const Image& upright, Orientation orientation);
+/// Encodes an image as a JPEG file, turned for storage with `orientation`. An edited image that was opened
+/// from a JPEG file keeps the coefficients of all untouched MCUs where that can be done exactly (see
+/// OriginalFile). Other images are encoded from their pixels, on all cores: quality 100, no chroma
+/// subsampling, each block row a restart interval. Encoded bands are cached beside the image's bands, coding
+/// tables beside the image.
+Result<FileContents> encode(const Image& upright, Orientation orientation);
 
-} // namespace complexion
+} // namespace complexion::jpeg

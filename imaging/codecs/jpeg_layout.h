@@ -7,44 +7,47 @@
 
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// One component of a JPEG picture whose samples repeat or spread over a whole number of pixels.
-struct JpegComponent {
-    /// Its blocks in each MCU, across and down (T.81, A.2.3).
+/// One component of a JPEG picture. A sample covers a whole number of pixels in each direction.
+struct Component {
+    /// Blocks per MCU, across and down (ITU-T T.81 A.2.3).
     int blocksAcross = 1;
     int blocksDown = 1;
     /// Pixels per sample, across and down.
     int pixelsAcross = 1;
     int pixelsDown = 1;
-    /// Its samples in the whole picture, without those that fill up blocks.
+    /// Samples of the whole picture, without padding of blocks.
     PixelSize samples;
 
-    std::size_t blocksOfMcu() const {
+    std::size_t blocksPerMcu() const {
         return static_cast<std::size_t>(blocksAcross) * static_cast<std::size_t>(blocksDown);
     }
-    /// Its blocks in the whole picture, without those that fill up MCUs.
-    int blocksOfRow() const { return (samples.width + kJpegBlockSide - 1) / kJpegBlockSide; }
-    int blocksOfColumn() const { return (samples.height + kJpegBlockSide - 1) / kJpegBlockSide; }
-    bool isWhole() const { return pixelsAcross == 1 && pixelsDown == 1; }
-    /// Whether decoders blend neighbouring samples across, or down (libjpeg's "fancy upsampling"); otherwise
-    /// each sample is repeated.
-    bool blendsAcross() const { return pixelsAcross == 2 && pixelsDown <= 2 && samples.width > kNarrowest; }
+    /// Blocks of the whole picture, without padding of MCUs.
+    int blocksPerRow() const { return (samples.width + kBlockSide - 1) / kBlockSide; }
+    int blocksPerColumn() const { return (samples.height + kBlockSide - 1) / kBlockSide; }
+    bool isFullResolution() const { return pixelsAcross == 1 && pixelsDown == 1; }
+    /// Whether decoders interpolate between neighbouring samples across or down (libjpeg's "fancy
+    /// upsampling"). Otherwise samples are replicated.
+    bool blendsAcross() const {
+        return pixelsAcross == 2 && pixelsDown <= 2 && samples.width > kMaxReplicatedWidth;
+    }
     bool blendsDown() const {
-        return pixelsDown == 2 && (pixelsAcross == 1 || (pixelsAcross == 2 && samples.width > kNarrowest));
+        return pixelsDown == 2 &&
+               (pixelsAcross == 1 || (pixelsAcross == 2 && samples.width > kMaxReplicatedWidth));
     }
 
 private:
-    /// Up to here libjpeg repeats samples rather than blend them across.
-    static constexpr int kNarrowest = 2;
+    /// libjpeg replicates the samples of components up to this wide.
+    static constexpr int kMaxReplicatedWidth = 2;
 };
 
-/// How a picture is divided into MCUs of one scan.
-struct JpegLayout {
+/// How a single-scan picture is divided into MCUs.
+struct Layout {
     PixelSize size;
-    JpegColors colors = JpegColors::YCbCr;
-    std::vector<JpegComponent> components;
-    /// An MCU in pixels.
+    ColorSpace colorSpace = ColorSpace::YCbCr;
+    std::vector<Component> components;
+    /// Size of an MCU in pixels.
     PixelSize mcu;
     int mcusAcross = 0;
     int mcusDown = 0;
@@ -52,25 +55,26 @@ struct JpegLayout {
     std::size_t mcuCount() const {
         return static_cast<std::size_t>(mcusAcross) * static_cast<std::size_t>(mcusDown);
     }
-    /// A component's blocks in a row of MCUs: `blocksDown` rows of so many.
-    int blocksInRow(const JpegComponent& component) const { return mcusAcross * component.blocksAcross; }
+    /// Width in blocks of a component's part of an MCU row, which is `blocksDown` blocks high.
+    int blocksPerMcuRow(const Component& component) const { return mcusAcross * component.blocksAcross; }
 };
 
-/// The coefficients of one row of MCUs: of each component its rows of blocks, one behind the other.
-using JpegMcuRow = std::vector<std::vector<JpegBlock>>;
+/// The coefficient blocks of one MCU row: for each component its block rows, concatenated.
+using McuRow = std::vector<std::vector<CoefficientBlock>>;
 
-/// An empty row of MCUs: all coefficients 0.
-JpegMcuRow emptyMcuRow(const JpegLayout& layout);
+/// An MCU row with all coefficients 0.
+McuRow emptyMcuRow(const Layout& layout);
 
-/// The place of a component's block in its part of a JpegMcuRow: of MCU `mcu`, and there in row `down` and
-/// column `across`.
-inline std::size_t blockIndex(const JpegLayout& layout, const JpegComponent& component, int mcu, int down,
+/// The index of a block in its component's part of a McuRow: MCU `mcu`, block row `down` and block column
+/// `across` in it.
+inline std::size_t blockIndex(const Layout& layout, const Component& component, int mcu, int down,
                               int across) {
-    return static_cast<std::size_t>(down * layout.blocksInRow(component) + mcu * component.blocksAcross +
+    return static_cast<std::size_t>(down * layout.blocksPerMcuRow(component) + mcu * component.blocksAcross +
                                     across);
 }
 
-/// Whether an interval of an 8-bit file holds the DC coefficients of `row`, row `index` of the picture.
-bool fitsRestartInterval(const JpegLayout& layout, const JpegMcuRow& row, int index);
+/// Whether a restart interval of an 8-bit file can hold the DC differences of `row`, MCU row `index` of the
+/// picture.
+bool fitsRestartInterval(const Layout& layout, const McuRow& row, int index);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -7,39 +7,42 @@
 
 #include <system_error>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-void JpegOriginal::setPicture(const Image& upright, Orientation orientation) {
-    // An image of its own: one that shares the picture's memory would own this object, and be owned by it.
+void OriginalFile::setPicture(const Image& upright, Orientation orientation) {
+    // A separate image: one that shared the picture's encoder memory would form an ownership cycle with this
+    // object.
     m_upright = Image::fromBands(upright.pixelSize(), upright.bands());
     m_orientation = orientation;
 }
 
-void JpegOriginal::prepare() {
+void OriginalFile::prepare() {
     try {
         m_preparation = std::async(std::launch::async, [this] {
             const std::scoped_lock lock(m_mutex);
-            (void)coded();
+            (void)transcoded();
         });
-    } catch (const std::system_error&) { // no thread can be had: the first encoding does it
+    } catch (const std::system_error&) { // no thread available: the first encoding does the work
     }
 }
 
-const Result<CodedJpeg>& JpegOriginal::coded() const {
-    const auto lackedMemory = [this] { return !*m_coded && m_coded->error().kind == ErrorKind::OutOfMemory; };
-    if (!m_coded || lackedMemory()) {
-        m_coded = withoutThrowing([this] { return codedExactly(m_file); });
-        if (!lackedMemory()) // otherwise the next encoding tries again
+const Result<TranscodedFile>& OriginalFile::transcoded() const {
+    const auto ranOutOfMemory = [this] {
+        return !*m_transcoded && m_transcoded->error().kind == ErrorKind::OutOfMemory;
+    };
+    if (!m_transcoded || ranOutOfMemory()) {
+        m_transcoded = withoutThrowing([this] { return transcode(m_file); });
+        if (!ranOutOfMemory()) // otherwise the next encoding tries again
             m_file = Bytes();
     }
-    return *m_coded;
+    return *m_transcoded;
 }
 
-Result<FileContents> JpegOriginal::encode(const Image& upright) const {
+Result<FileContents> OriginalFile::encode(const Image& upright) const {
     if (upright.pixelSize() != m_upright.pixelSize() || upright.bandCount() == 0 || !upright.storedBand(0))
         return Error{"JPEG: not an edited image"};
     const std::scoped_lock lock(m_mutex);
-    const Result<CodedJpeg>& jpeg = coded();
+    const Result<TranscodedFile>& jpeg = transcoded();
     if (!jpeg)
         return jpeg.error();
     if (!m_edit)
@@ -47,15 +50,15 @@ Result<FileContents> JpegOriginal::encode(const Image& upright) const {
     if (std::optional<Error> error = m_edit->update(upright))
         return std::move(*error);
     Result<Bytes> header =
-        exactJpegHeader(jpeg->layout, jpeg->layout.size.height, upright.profile().icc(), jpeg->tables);
+        makeTranscodedHeader(jpeg->layout, jpeg->layout.size.height, upright.profile().icc(), jpeg->tables);
     if (!header)
         return header.error();
     FileContents file;
     file.append(std::move(*header));
     for (int row = 0; row < jpeg->layout.mcusDown; ++row)
         file.parts.push_back(m_edit->row(row));
-    file.append({kJpegEndOfImage.begin(), kJpegEndOfImage.end()});
+    file.append({kEndOfImage.begin(), kEndOfImage.end()});
     return file;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -11,40 +11,40 @@
 #include <mutex>
 #include <optional>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// The JPEG file that a picture was opened from, kept beside all images that edits make of it. With it an
-/// edited image is coded so that all MCUs without a changed pixel come back as they were, to the bit.
-class JpegOriginal : public Memo::Value {
+/// The JPEG file that a picture was opened from, shared by all images that edits derive from it. Encoding an
+/// edited image with it preserves every MCU without a changed pixel, bit for bit.
+class OriginalFile : public Memo::Value {
 public:
-    explicit JpegOriginal(ByteView file) : m_file(file.begin(), file.end()) {}
+    explicit OriginalFile(ByteView file) : m_file(file.begin(), file.end()) {}
 
-    /// Tells the picture that the file shows, stored with `orientation`. Before `encode`.
+    /// Sets the decoded picture, which the file stores with `orientation`. Call before `encode`.
     void setPicture(const Image& upright, Orientation orientation);
     Orientation orientation() const { return m_orientation; }
 
-    /// Begins to read the coefficients on another core; otherwise the first encoding does.
+    /// Starts reading the coefficients on another core. Otherwise the first encoding reads them.
     void prepare();
 
-    /// `upright`, an edited image, as the file; an error says why that cannot be done exactly. What was coded
-    /// last is kept: an edit costs the MCUs that it touches.
+    /// Encodes the edited image `upright`. Fails if that cannot be done exactly. Reuses the previous
+    /// encoding: costs time only for the MCUs that changed since.
     Result<FileContents> encode(const Image& upright) const;
 
-    /// Where the encoder keeps what it needs for images that cannot be coded exactly.
-    Memo& plainMemory() const { return m_plainMemory; }
+    /// Encoder memory for images that cannot be encoded exactly.
+    Memo& fallbackMemory() const { return m_fallbackMemory; }
 
 private:
-    const Result<CodedJpeg>& coded() const;
+    const Result<TranscodedFile>& transcoded() const;
 
     Orientation m_orientation = Orientation::TopLeft;
     Image m_upright;
-    mutable Memo m_plainMemory;
+    mutable Memo m_fallbackMemory;
 
-    mutable std::mutex m_mutex; // of all that follows
-    mutable Bytes m_file;       // until it is coded
-    mutable std::optional<Result<CodedJpeg>> m_coded;
-    mutable std::optional<JpegEdit> m_edit;
-    std::future<void> m_preparation; // the last: its end is waited for before all others go
+    mutable std::mutex m_mutex; // guards all members below
+    mutable Bytes m_file;       // released once transcoded
+    mutable std::optional<Result<TranscodedFile>> m_transcoded;
+    mutable std::optional<Edit> m_edit;
+    std::future<void> m_preparation; // last, so that its destructor waits for the task first
 };
 
-} // namespace complexion
+} // namespace complexion::jpeg

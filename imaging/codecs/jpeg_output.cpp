@@ -11,18 +11,18 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-/// What the headers take beside a profile.
+/// Size of the headers without a profile.
 constexpr std::size_t kHeaderSpace = 4096;
 
-// A file's structure (T.81, B.1.1 and B.2.2).
-constexpr std::size_t kFirstSegment = 2; // after SOI
-constexpr std::size_t kSegmentStart = 4; // its marker and length
-constexpr std::size_t kFrameHeight = 5;  // in a frame's segment, behind its precision
-constexpr std::uint8_t kBaselineFrame = 0xC0;
+// Sizes and offsets in bytes (ITU-T T.81 B.1.1, B.2.2).
+constexpr std::size_t kFirstSegment = 2;      // after SOI
+constexpr std::size_t kSegmentHeaderSize = 4; // marker and length
+constexpr std::size_t kFrameHeightOffset = 5; // in the frame header, after marker, length and precision
+constexpr std::uint8_t kBaselineFrame = 0xC0; // SOF0
 
 std::size_t segmentSize(ByteView file, std::size_t position) {
     return 2 + (std::size_t{file[position + 2]} << 8 | file[position + 3]);
@@ -44,12 +44,12 @@ HuffmanCode codeOf(const JHUFF_TBL& table) {
 
 } // namespace
 
-JpegMemoryDestination::JpegMemoryDestination(std::size_t expectedSize)
+MemoryDestination::MemoryDestination(std::size_t expectedSize)
     : jpeg_destination_mgr(), capacity(std::max(expectedSize, kHeaderSpace)) {
     init_destination = [](j_compress_ptr codec) { of(codec).grow(codec, 0); };
     empty_output_buffer = [](j_compress_ptr codec) -> boolean {
-        JpegMemoryDestination& self = of(codec);
-        const std::size_t used = self.capacity; // the library calls only when all is used
+        MemoryDestination& self = of(codec);
+        const std::size_t used = self.capacity; // called only when the buffer is full
         self.capacity *= 2;
         self.grow(codec, used);
         return TRUE;
@@ -57,15 +57,15 @@ JpegMemoryDestination::JpegMemoryDestination(std::size_t expectedSize)
     term_destination = [](j_compress_ptr) {};
 }
 
-JpegMemoryDestination::~JpegMemoryDestination() {
+MemoryDestination::~MemoryDestination() {
     std::free(bytes);
 }
 
-JpegMemoryDestination& JpegMemoryDestination::of(j_compress_ptr codec) {
-    return *static_cast<JpegMemoryDestination*>(codec->dest);
+MemoryDestination& MemoryDestination::of(j_compress_ptr codec) {
+    return *static_cast<MemoryDestination*>(codec->dest);
 }
 
-void JpegMemoryDestination::grow(j_compress_ptr codec, std::size_t used) {
+void MemoryDestination::grow(j_compress_ptr codec, std::size_t used) {
     void* grown = std::realloc(bytes, capacity);
     if (grown == nullptr)
         ERREXIT1(codec, JERR_OUT_OF_MEMORY, 0);
@@ -74,15 +74,15 @@ void JpegMemoryDestination::grow(j_compress_ptr codec, std::size_t used) {
     free_in_buffer = capacity - used;
 }
 
-void setHuffmanCodes(j_compress_ptr codec, const JpegTables& tables) {
+void setHuffmanCodes(j_compress_ptr codec, const CodingTables& tables) {
     for (std::size_t i = 0; i < 2; ++i) {
         setCode(codec, &codec->dc_huff_tbl_ptrs[i], tables.dc[i]);
         setCode(codec, &codec->ac_huff_tbl_ptrs[i], tables.ac[i]);
     }
 }
 
-JpegTables huffmanCodesOf(const jpeg_compress_struct& codec) {
-    JpegTables tables;
+CodingTables huffmanCodesOf(const jpeg_compress_struct& codec) {
+    CodingTables tables;
     for (std::size_t i = 0; i < 2; ++i) {
         tables.dc[i] = codeOf(*codec.dc_huff_tbl_ptrs[i]);
         tables.ac[i] = codeOf(*codec.ac_huff_tbl_ptrs[i]);
@@ -92,36 +92,36 @@ JpegTables huffmanCodesOf(const jpeg_compress_struct& codec) {
 
 void setDensity(j_compress_ptr codec) {
     codec->density_unit = 1; // per inch
-    codec->X_density = codec->Y_density = kJpegDotsPerInch;
+    codec->X_density = codec->Y_density = kDotsPerInch;
 }
 
-Bytes jpegExifOfDensity() {
+Bytes exifOfDensity() {
     Bytes payload = {'E', 'x', 'i', 'f', 0, 0};
-    append(payload, tiff::exifOfResolution({kJpegDotsPerInch, kJpegDotsPerInch, Resolution::Unit::Inch}));
+    append(payload, tiff::exifOfResolution({kDotsPerInch, kDotsPerInch, Resolution::Unit::Inch}));
     return payload;
 }
 
-std::size_t jpegScanStart(ByteView file) {
+std::size_t scanStart(ByteView file) {
     std::size_t position = kFirstSegment;
-    while (position + kSegmentStart <= file.size()) {
+    while (position + kSegmentHeaderSize <= file.size()) {
         const std::uint8_t code = file[position + 1];
         position += segmentSize(file, position);
-        if (code == jpeg::marker::kStartOfScan)
+        if (code == marker::kStartOfScan)
             break;
     }
     return std::min(position, file.size());
 }
 
-Bytes withJpegHeight(ByteView headers, int height) {
+Bytes withHeight(ByteView headers, int height) {
     Bytes changed(headers.begin(), headers.end());
     std::size_t position = kFirstSegment;
-    while (position + kSegmentStart <= changed.size() && changed[position + 1] != kBaselineFrame)
+    while (position + kSegmentHeaderSize <= changed.size() && changed[position + 1] != kBaselineFrame)
         position += segmentSize(changed, position);
-    if (position + kFrameHeight + 1 >= changed.size())
+    if (position + kFrameHeightOffset + 1 >= changed.size())
         fatal("headers of a JPEG file without a frame");
-    changed[position + kFrameHeight] = static_cast<std::uint8_t>(height >> 8);
-    changed[position + kFrameHeight + 1] = static_cast<std::uint8_t>(height);
+    changed[position + kFrameHeightOffset] = static_cast<std::uint8_t>(height >> 8);
+    changed[position + kFrameHeightOffset + 1] = static_cast<std::uint8_t>(height);
     return changed;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -8,45 +8,45 @@
 
 #include <jpeglib.h>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// The density that our files state.
-inline constexpr int kJpegDotsPerInch = 72;
+/// The density in the files we write.
+inline constexpr int kDotsPerInch = 72;
 
-/// The library's output in memory that grows. Written to inside guarded steps, so memory is the C library's
-/// and its lack is an error of libjpeg.
-struct JpegMemoryDestination : jpeg_destination_mgr {
-    explicit JpegMemoryDestination(std::size_t expectedSize);
-    ~JpegMemoryDestination();
-    JpegMemoryDestination(const JpegMemoryDestination&) = delete;
-    JpegMemoryDestination& operator=(const JpegMemoryDestination&) = delete;
+/// A libjpeg destination in growing memory. It is written to inside guarded steps, so it uses malloc and
+/// reports exhausted memory as a libjpeg error.
+struct MemoryDestination : jpeg_destination_mgr {
+    explicit MemoryDestination(std::size_t expectedSize);
+    ~MemoryDestination();
+    MemoryDestination(const MemoryDestination&) = delete;
+    MemoryDestination& operator=(const MemoryDestination&) = delete;
 
     ByteView written() const { return {bytes, capacity - free_in_buffer}; }
 
 private:
-    static JpegMemoryDestination& of(j_compress_ptr codec);
+    static MemoryDestination& of(j_compress_ptr codec);
     void grow(j_compress_ptr codec, std::size_t used);
 
     JOCTET* bytes = nullptr;
     std::size_t capacity;
 };
 
-/// Has the encoder take these codes. Inside a guarded step.
-void setHuffmanCodes(j_compress_ptr codec, const JpegTables& tables);
+/// Sets the encoder's Huffman codes. Call inside a guarded step.
+void setHuffmanCodes(j_compress_ptr codec, const CodingTables& tables);
 
-/// The codes that the encoder takes.
-JpegTables huffmanCodesOf(const jpeg_compress_struct& codec);
+/// The encoder's Huffman codes.
+CodingTables huffmanCodesOf(const jpeg_compress_struct& codec);
 
-/// Has the file state our density. Inside a guarded step, before the encoder is started.
+/// Sets the file's density. Call inside a guarded step, before the encoder starts.
 void setDensity(j_compress_ptr codec);
 
-/// The payload of an EXIF segment that tells the density: for files that have no JFIF segment.
-Bytes jpegExifOfDensity();
+/// The payload of an EXIF segment with our density, for files without a JFIF segment.
+Bytes exifOfDensity();
 
-/// Where the entropy-coded bytes begin in a file that the library wrote: after the SOS segment.
-std::size_t jpegScanStart(ByteView file);
+/// The offset of the entropy-coded data, after the SOS segment, in a file that the library wrote.
+std::size_t scanStart(ByteView file);
 
-/// Headers that the library wrote, for a picture of `height` rows.
-Bytes withJpegHeight(ByteView headers, int height);
+/// `headers`, which the library wrote, changed to a picture of `height` rows.
+Bytes withHeight(ByteView headers, int height);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -3,13 +3,13 @@
 
 #include <cstring>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
 constexpr std::uint8_t kMarkerPrefix = 0xFF;
-constexpr std::uint8_t kStuffed = 0x00; // behind a prefix: the prefix was a coded byte
-constexpr std::uint8_t kFirstRestart = 0xD0;
+constexpr std::uint8_t kStuffed = 0x00; // after 0xFF: the 0xFF is entropy-coded data (ITU-T T.81 F.1.2.3)
+constexpr std::uint8_t kFirstRestart = 0xD0; // RST0 (ITU-T T.81 table B.1)
 constexpr std::size_t kRestartNumbers = 8;
 constexpr std::size_t kMarkerLength = 2;
 
@@ -36,7 +36,7 @@ RestartIntervals splitAtRestartMarkers(ByteView bytes) {
             split.rest = bytes.subspan(position);
             break;
         }
-        split.inTurn = split.inTurn && number == split.intervals.size() % kRestartNumbers;
+        split.inSequence = split.inSequence && number == split.intervals.size() % kRestartNumbers;
         split.intervals.push_back(bytes.subspan(start, position - start));
         position += kMarkerLength;
         start = position;
@@ -50,4 +50,4 @@ void appendRestartMarker(Bytes& bytes, std::size_t index) {
     bytes.push_back(static_cast<std::uint8_t>(kFirstRestart + (index - 1) % kRestartNumbers));
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

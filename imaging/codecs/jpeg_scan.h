@@ -6,26 +6,26 @@
 #include <array>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// The marker that ends a JPEG file.
-inline constexpr std::array<std::uint8_t, 2> kJpegEndOfImage = {0xFF, 0xD9};
+/// EOI, the marker that ends a JPEG file (ITU-T T.81 table B.1).
+inline constexpr std::array<std::uint8_t, 2> kEndOfImage = {0xFF, 0xD9};
 
-/// The entropy-coded bytes of a scan, parted at its restart markers (T.81, B.1.1 and E.1.4).
+/// A scan's entropy-coded segments, split at its restart markers (ITU-T T.81 B.1.1, E.1.4).
 struct RestartIntervals {
-    /// What lies before, between and behind the markers: one more than there are markers.
+    /// The segments before, between and after the markers: one more than there are markers.
     std::vector<ByteView> intervals;
-    /// Whether the markers are RST0 .. RST7 in turn, with no fill bytes before them.
-    bool inTurn = true;
-    /// From the first other marker on; empty when there is none.
+    /// Whether the markers cycle through RST0 .. RST7 in order, without fill bytes before them.
+    bool inSequence = true;
+    /// The data from the first other marker on; empty if there is none.
     ByteView rest;
 };
 
-/// `bytes` begin where a scan's coded bytes do. Knows no lengths: looks at every byte up to the first other
-/// marker.
+/// Splits `bytes`, which begin with a scan's entropy-coded data. The segments have no length fields, so every
+/// byte up to the first other marker is scanned.
 RestartIntervals splitAtRestartMarkers(ByteView bytes);
 
-/// Appends the marker that comes before interval `index` (from 1 on) of a scan.
+/// Appends the restart marker before interval `index` (at least 1) of a scan.
 void appendRestartMarker(Bytes& bytes, std::size_t index);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -5,15 +5,16 @@
 #include <numeric>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-constexpr int kMaxCodeLength = 16;
+constexpr int kMaxCodeLength = 16; // in bits (ITU-T T.81 B.2.4.2)
 constexpr std::size_t kDcSymbolCount = 12;
 constexpr std::size_t kAcSymbolCount = 162;
-/// Weights: a word of 16 bits counts 2^8, so that all symbols that were never seen together count for little.
-constexpr int kMinWordWeightBits = 24;
+/// Log2 weight of an empty code; each bit halves it. A 16-bit code weighs 2^8, so that all unseen symbols
+/// together weigh little.
+constexpr int kWeightBits = 24;
 constexpr std::int64_t kUnseenWeight = 1;
 
 constexpr std::array<std::uint8_t, kAcSymbolCount> makeAcSymbols() {
@@ -29,13 +30,13 @@ constexpr std::array<std::uint8_t, kDcSymbolCount> kDcSymbols = {0, 1, 2, 3, 4, 
 constexpr std::array<std::uint8_t, kAcSymbolCount> kAcSymbols = makeAcSymbols();
 
 struct Leaf {
-    int symbol; // kReserved for the word of all ones, which no symbol may have
+    int symbol; // kReserved for the code of all ones, which no symbol may have
     std::int64_t weight;
     int length = 0;
 };
 constexpr int kReserved = -1;
 
-/// Huffman's construction on `leaves` (sorted by weight, lightest first): sets their word lengths.
+/// Sets the leaves' code lengths by Huffman's algorithm.
 void setHuffmanLengths(std::vector<Leaf>& leaves) {
     struct Node {
         std::int64_t weight;
@@ -61,12 +62,11 @@ void setHuffmanLengths(std::vector<Leaf>& leaves) {
     }
 }
 
-/// Brings word lengths to at most 16 bits (T.81, K.2, figure K.3). `counts[n]` is how many words have n bits.
+/// Limits code lengths to 16 bits (ITU-T T.81 K.2, figure K.3). `counts[n]` is the number of codes of n bits.
 void limitLengths(std::vector<int>& counts) {
     for (std::size_t length = counts.size() - 1; length > kMaxCodeLength; --length)
         while (counts[length] > 0) {
-            // A pair of the longest words is replaced by its prefix and by a shorter word that is split in
-            // two.
+            // Replace a pair of the longest codes by its prefix, and split a shorter code in two.
             std::size_t shorter = length - 2;
             while (counts[shorter] == 0)
                 --shorter;
@@ -77,7 +77,7 @@ void limitLengths(std::vector<int>& counts) {
         }
 }
 
-std::vector<Leaf> weighedLeaves(const HuffmanCode& code, std::span<const std::uint8_t> needed) {
+std::vector<Leaf> weightedLeaves(const HuffmanCode& code, std::span<const std::uint8_t> needed) {
     std::vector<Leaf> leaves;
     std::array<bool, 256> seen = {};
     std::size_t next = 0;
@@ -85,7 +85,7 @@ std::vector<Leaf> weighedLeaves(const HuffmanCode& code, std::span<const std::ui
         for (int i = 0; i < code.lengthCounts[length] && next < code.symbols.size(); ++i) {
             const std::uint8_t symbol = code.symbols[next++];
             seen[symbol] = true;
-            leaves.push_back({symbol, std::int64_t{1} << (kMinWordWeightBits - static_cast<int>(length))});
+            leaves.push_back({symbol, std::int64_t{1} << (kWeightBits - static_cast<int>(length))});
         }
     for (const std::uint8_t symbol : needed)
         if (!seen[symbol])
@@ -104,10 +104,10 @@ std::span<const std::uint8_t> acSymbols() {
     return kAcSymbols;
 }
 
-HuffmanCode completed(const HuffmanCode& code, std::span<const std::uint8_t> needed) {
-    std::vector<Leaf> leaves = weighedLeaves(code, needed);
+HuffmanCode withAllSymbols(const HuffmanCode& code, std::span<const std::uint8_t> needed) {
+    std::vector<Leaf> leaves = weightedLeaves(code, needed);
     setHuffmanLengths(leaves);
-    // Short words first; the reserved word is the last of all.
+    // Short codes first, the reserved code last.
     std::ranges::stable_sort(leaves, [](const Leaf& a, const Leaf& b) {
         return a.length != b.length ? a.length < b.length : (a.symbol != kReserved && b.symbol == kReserved);
     });
@@ -116,7 +116,7 @@ HuffmanCode completed(const HuffmanCode& code, std::span<const std::uint8_t> nee
     for (const Leaf& leaf : leaves)
         ++counts[static_cast<std::size_t>(leaf.length)];
     limitLengths(counts);
-    // The reserved word leaves.
+    // Drop the reserved code.
     std::size_t longest = kMaxCodeLength;
     while (counts[longest] == 0)
         --longest;
@@ -132,4 +132,4 @@ HuffmanCode completed(const HuffmanCode& code, std::span<const std::uint8_t> nee
     return result;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -5,34 +5,33 @@
 #include <cstdint>
 #include <span>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// A Huffman code as a DHT segment has it (T.81, B.2.4.2): how many codes there are of each length 1 .. 16
-/// (element 0 is unused) and the symbols in the order of their codes.
+/// A Huffman code as in a DHT segment (ITU-T T.81 B.2.4.2): the number of codes of each length from 1 to 16
+/// (element 0 is unused), and the symbols in the order of their codes.
 struct HuffmanCode {
     std::array<std::uint8_t, 17> lengthCounts = {};
     std::array<std::uint8_t, 256> symbols = {};
     bool operator==(const HuffmanCode&) const = default;
 };
 
-/// What a file's components are. The usual ones make smaller files; whoever wants back red, green and
-/// blue to the level had better store those.
-enum class JpegColors { YCbCr, Rgb, Grey };
+/// The colour space of a file's components. YCbCr makes smaller files, RGB preserves pixel values better.
+enum class ColorSpace { YCbCr, Rgb, Grey };
 
-/// How a picture's components are coded. Element 0 of the codes is luminance, 1 both chrominances; red, green
-/// and blue all take element 0.
-struct JpegTables {
-    JpegColors colors = JpegColors::YCbCr;
+/// The colour space and Huffman codes of a picture. Element 0 of the codes is for luminance, element 1 for
+/// both chrominances; RGB uses element 0 for all components.
+struct CodingTables {
+    ColorSpace colorSpace = ColorSpace::YCbCr;
     std::array<HuffmanCode, 2> dc;
     std::array<HuffmanCode, 2> ac;
 };
 
-/// All symbols that the blocks of an 8-bit picture can need: sizes of DC differences, and for AC coefficients
-/// runs of zeros with the size of what ends them, the end of a block and the run of sixteen.
+/// All symbols that blocks of an 8-bit picture can need (ITU-T T.81 F.1.2): size categories of DC
+/// differences; for AC coefficients the run/size pairs, EOB and ZRL.
 std::span<const std::uint8_t> dcSymbols();
 std::span<const std::uint8_t> acSymbols();
 
-/// A code of nearly the same lengths as `code` in which every symbol of `needed` has a code word.
-HuffmanCode completed(const HuffmanCode& code, std::span<const std::uint8_t> needed);
+/// A code of nearly the same lengths as `code` that has a code word for every symbol of `symbols`.
+HuffmanCode withAllSymbols(const HuffmanCode& code, std::span<const std::uint8_t> symbols);
 
-} // namespace complexion
+} // namespace complexion::jpeg

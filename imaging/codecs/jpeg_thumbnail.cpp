@@ -7,8 +7,8 @@
 
 namespace complexion::jpeg {
 
-Bytes encodedThumbnail(std::span<const RGBA32> pixels, PixelSize size, int quality) {
-    JpegErrors errors;
+Bytes encodeThumbnail(std::span<const RGBA32> pixels, PixelSize size, int quality) {
+    ErrorHandler errors;
     jpeg_compress_struct info = {};
     info.err = &errors;
     unsigned char* data = nullptr;
@@ -25,7 +25,7 @@ Bytes encodedThumbnail(std::span<const RGBA32> pixels, PixelSize size, int quali
         info.optimize_coding = TRUE;
         jpeg_start_compress(&info, TRUE);
         while (info.next_scanline < info.image_height) {
-            // The library's interface is older than const.
+            // The library's interface is not const-correct.
             auto* row = reinterpret_cast<JSAMPROW>(
                 const_cast<RGBA32*>(&pixels[std::size_t{info.next_scanline} * info.image_width]));
             jpeg_write_scanlines(&info, &row, 1);

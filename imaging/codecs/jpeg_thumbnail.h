@@ -9,8 +9,8 @@
 
 namespace complexion::jpeg {
 
-/// A small picture, packed rows of `size`, as a JPEG file of this quality (1 to 100) whose colours are halved
-/// in both directions, as in cameras' thumbnails; empty when there is not enough memory.
-Bytes encodedThumbnail(std::span<const RGBA32> pixels, PixelSize size, int quality);
+/// Encodes a small picture of packed rows as a JPEG file of `quality` (1 to 100) with 4:2:0 chroma
+/// subsampling, as in cameras' thumbnails. Empty if memory runs out.
+Bytes encodeThumbnail(std::span<const RGBA32> pixels, PixelSize size, int quality);
 
 } // namespace complexion::jpeg

@@ -9,36 +9,36 @@
 #include <limits>
 #include <numbers>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-constexpr std::size_t kSide = kJpegBlockSide;
+constexpr std::size_t kSide = kBlockSide;
 constexpr float kLevelShift = 128;
 
-// The slow integer transform is Loeffler, Ligtenberg and Moschytz's of 1989 with constants of 13 fraction
-// bits. Multiplied out, each output is a sum of inputs with these weights; sums of integers are exact, so any
-// order gives its bits.
+// libjpeg's slow integer transform follows Loeffler, Ligtenberg and Moschytz (1989) with 13-bit fixed-point
+// constants. Multiplied out, each output is a weighted sum of inputs. Integer sums are exact, so any order of
+// summation gives the same bits.
 
-/// Rows: outputs 0 .. 3 (7 .. 4 have the same); columns: inputs 0, 2, 4, 6.
+/// Row n: outputs n and 7 - n. Column k: input 2k.
 constexpr std::array<std::array<std::int32_t, 4>, 4> kEvenWeights = {{
     {8192, 10703, 8192, 4433},
     {8192, 4433, -8192, -10704},
     {8192, -4433, -8192, 10704},
     {8192, -10703, 8192, -4433},
 }};
-/// Rows: outputs 0 .. 3 (7 .. 4 have their negatives); columns: inputs 1, 3, 5, 7.
+/// Row n: output n and, negated, output 7 - n. Column k: input 2k + 1.
 constexpr std::array<std::array<std::int32_t, 4>, 4> kOddWeights = {{
     {11363, 9633, 6437, 2260},
     {9633, -2259, -11362, -6436},
     {6437, -11362, 2261, 9633},
     {2260, -6436, 9633, -11363},
 }};
-/// The first pass keeps two fraction bits; the second takes off these, its own 13, and the factor of 8.
+/// The first pass keeps two fraction bits. The second removes these, its own 13, and the factor of 8.
 constexpr int kFirstShift = 13 - 2;
 constexpr int kSecondShift = 13 + 2 + 3;
 
-/// `value` / 2^`bits`, rounded, halves upward.
+/// `value` / 2^`bits`, rounded half up.
 constexpr std::int32_t descaled(std::int32_t value, int bits) {
     return (value + (1 << (bits - 1))) >> bits;
 }
@@ -69,16 +69,16 @@ std::array<std::array<float, kSide>, kSide> makeCosines() {
     return cosines;
 }
 
-/// cosines()[k][n]: how much a one-dimensional coefficient k adds to sample n.
+/// cosines()[k][n] is the contribution of one-dimensional coefficient k to sample n.
 const std::array<std::array<float, kSide>, kSide>& cosines() {
     static const auto kCosines = makeCosines();
     return kCosines;
 }
 
-/// out[j][i] = sum over k of in[i][k] * weights(k, j): one dimension, and the sides swapped.
+/// out[j][i] = sum over k of in[i][k] * weights(k, j): transforms the rows and transposes.
 template <class Weights>
-JpegFloats transformRows(const JpegFloats& in, const Weights& weights) {
-    JpegFloats out{};
+FloatBlock transformRows(const FloatBlock& in, const Weights& weights) {
+    FloatBlock out{};
     for (std::size_t i = 0; i < kSide; ++i)
         for (std::size_t j = 0; j < kSide; ++j) {
             float sum = 0;
@@ -92,55 +92,55 @@ JpegFloats transformRows(const JpegFloats& in, const Weights& weights) {
 } // namespace
 
 COMPLEXION_WIDE_VECTORS
-JpegSamples decodedSamples(const JpegBlock& block) {
+SampleBlock decodedSamples(const CoefficientBlock& block) {
     std::array<std::array<std::int32_t, kSide>, kSide> in{};
     std::array<std::array<std::int32_t, kSide>, kSide> half{};
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i)
+    for (std::size_t i = 0; i < kBlockArea; ++i)
         in[i / kSide][i % kSide] = block[i];
     transformColumns(in, half, kFirstShift);
-    // Between the passes the usual decoders keep 16 bits.
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i)
+    // Common decoders keep 16 bits between the passes.
+    for (std::size_t i = 0; i < kBlockArea; ++i)
         in[i % kSide][i / kSide] =
             std::clamp<std::int32_t>(half[i / kSide][i % kSide], std::numeric_limits<std::int16_t>::min(),
                                      std::numeric_limits<std::int16_t>::max());
     transformColumns(in, half, kSecondShift);
-    JpegSamples samples{};
-    for (std::size_t i = 0; i < kJpegBlockArea; ++i)
+    SampleBlock samples{};
+    for (std::size_t i = 0; i < kBlockArea; ++i)
         samples[i] = static_cast<std::uint8_t>(std::clamp(half[i % kSide][i / kSide] + 128, 0, 255));
     return samples;
 }
 
-JpegFloats inverseTransform(const JpegFloats& coefficients) {
+FloatBlock inverseDct(const FloatBlock& coefficients) {
     const auto weights = [](std::size_t k, std::size_t n) { return cosines()[k][n]; };
-    JpegFloats samples = transformRows(transformRows(coefficients, weights), weights);
+    FloatBlock samples = transformRows(transformRows(coefficients, weights), weights);
     for (float& sample : samples)
         sample += kLevelShift;
     return samples;
 }
 
-JpegFloats inverseTransform(const JpegBlock& block) {
-    JpegFloats coefficients{};
+FloatBlock inverseDct(const CoefficientBlock& block) {
+    FloatBlock coefficients{};
     std::ranges::copy(block, coefficients.begin());
-    return inverseTransform(coefficients);
+    return inverseDct(coefficients);
 }
 
-JpegFloats forwardTransform(const JpegFloats& samples) {
-    JpegFloats shifted = samples;
+FloatBlock forwardDct(const FloatBlock& samples) {
+    FloatBlock shifted = samples;
     for (float& sample : shifted)
         sample -= kLevelShift;
     const auto weights = [](std::size_t n, std::size_t k) { return cosines()[k][n]; };
     return transformRows(transformRows(shifted, weights), weights);
 }
 
-const std::array<JpegFloats, kJpegBlockArea>& jpegBasis() {
+const std::array<FloatBlock, kBlockArea>& dctBasis() {
     static const auto kBasis = [] {
-        std::array<JpegFloats, kJpegBlockArea> basis{};
-        for (std::size_t k = 0; k < kJpegBlockArea; ++k)
-            for (std::size_t p = 0; p < kJpegBlockArea; ++p)
+        std::array<FloatBlock, kBlockArea> basis{};
+        for (std::size_t k = 0; k < kBlockArea; ++k)
+            for (std::size_t p = 0; p < kBlockArea; ++p)
                 basis[k][p] = cosines()[k / kSide][p / kSide] * cosines()[k % kSide][p % kSide];
         return basis;
     }();
     return kBasis;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -5,36 +5,36 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-// The transforms of an 8 by 8 block (T.81, A.3.3). All arrays are in row order, rows from top to bottom, and
-// coefficients with rising vertical frequency.
+// The DCT of 8 by 8 blocks (ITU-T T.81 A.3.3). All arrays are row-major: samples from the top row down,
+// coefficients by increasing vertical frequency.
 
-inline constexpr int kJpegBlockSide = 8;
-inline constexpr std::size_t kJpegBlockArea = 64;
+inline constexpr int kBlockSide = 8;
+inline constexpr std::size_t kBlockArea = 64;
 
-/// A block's coefficients, dequantised.
-using JpegBlock = std::array<std::int16_t, kJpegBlockArea>;
+/// A block's dequantised coefficients.
+using CoefficientBlock = std::array<std::int16_t, kBlockArea>;
 /// A block's samples, 0 to 255.
-using JpegSamples = std::array<std::uint8_t, kJpegBlockArea>;
-using JpegFloats = std::array<float, kJpegBlockArea>;
+using SampleBlock = std::array<std::uint8_t, kBlockArea>;
+using FloatBlock = std::array<float, kBlockArea>;
 
-/// The largest magnitude of an AC coefficient, and of the difference of two DC coefficients, that an 8-bit
-/// Huffman-coded file holds (T.81, F.1.2).
-inline constexpr int kMaxJpegAc = 1023;
-inline constexpr int kMaxJpegDcDifference = 2047;
+/// The largest magnitudes of an AC coefficient and of a DC difference in an 8-bit Huffman-coded file (ITU-T
+/// T.81 F.1.2).
+inline constexpr int kMaxAc = 1023;
+inline constexpr int kMaxDcDifference = 2047;
 
-/// The samples that the usual decoders make of a block: to the bit those of libjpeg's slow integer transform.
-JpegSamples decodedSamples(const JpegBlock& block);
+/// The samples that common decoders compute for a block: bit-identical to libjpeg's slow integer transform.
+SampleBlock decodedSamples(const CoefficientBlock& block);
 
-/// The inverse transform as it is defined, with 128 added: neither rounded nor clamped.
-JpegFloats inverseTransform(const JpegFloats& coefficients);
-JpegFloats inverseTransform(const JpegBlock& block);
+/// The exact inverse DCT plus the level shift of 128, neither rounded nor clamped.
+FloatBlock inverseDct(const FloatBlock& coefficients);
+FloatBlock inverseDct(const CoefficientBlock& block);
 
-/// The forward transform of samples less 128.
-JpegFloats forwardTransform(const JpegFloats& samples);
+/// The forward DCT of samples minus the level shift of 128.
+FloatBlock forwardDct(const FloatBlock& samples);
 
-/// The transform's basis: `jpegBasis()[k][p]` is how much coefficient k adds to sample p.
-const std::array<JpegFloats, kJpegBlockArea>& jpegBasis();
+/// The DCT basis: `dctBasis()[k][p]` is the contribution of coefficient k to sample p.
+const std::array<FloatBlock, kBlockArea>& dctBasis();
 
-} // namespace complexion
+} // namespace complexion::jpeg

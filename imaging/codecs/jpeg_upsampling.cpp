@@ -5,17 +5,17 @@
 
 #include <algorithm>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
-// A pixel of a blending decoder: three parts of the sample that it lies in and one of the next on its side.
+// Fancy upsampling: a pixel is 3/4 of the sample it falls in plus 1/4 of the nearest neighbour.
 constexpr float kNearWeight = 0.75F;
 constexpr float kFarWeight = 0.25F;
 
-/// Conjugate gradients converge in some twenty steps here.
+/// Conjugate gradients converge in about twenty steps here.
 constexpr int kMaxSteps = 60;
-/// Remaining errors, as a part of the first, squared.
+/// The squared residual at which the iteration stops, relative to the initial one.
 constexpr double kConverged = 1e-7;
 
 PixelRect scaled(PixelRect mcus, int width, int height, PixelSize whole) {
@@ -56,13 +56,13 @@ std::vector<float> zeros(int width, int height) {
 
 } // namespace
 
-JpegSpread::JpegSpread(int firstPixel, int pixels, int firstSample, int samples, int allSamples,
-                       int pixelsOfSample, bool blends)
+UpsamplingTaps::UpsamplingTaps(int firstPixel, int pixels, int firstSample, int samples, int sampleCount,
+                               int pixelsPerSample, bool blends)
     : m_samples(samples) {
     m_taps.reserve(static_cast<std::size_t>(pixels));
     for (int pixel = firstPixel; pixel < firstPixel + pixels; ++pixel) {
-        const int near = pixel / pixelsOfSample;
-        const int far = std::clamp(pixel % 2 == 0 ? near - 1 : near + 1, 0, allSamples - 1);
+        const int near = pixel / pixelsPerSample;
+        const int far = std::clamp(pixel % 2 == 0 ? near - 1 : near + 1, 0, sampleCount - 1);
         Tap tap;
         const auto set = [&](std::size_t i, int sample, float weight) {
             const int index = sample - firstSample;
@@ -77,9 +77,9 @@ JpegSpread::JpegSpread(int firstPixel, int pixels, int firstSample, int samples,
     }
 }
 
-JpegUpsampling::JpegUpsampling(const JpegLayout& layout, const JpegComponent& component, PixelRect mcus)
-    : m_sampleRect(scaled(mcus, component.blocksAcross * kJpegBlockSide,
-                          component.blocksDown * kJpegBlockSide, component.samples)),
+Upsampling::Upsampling(const Layout& layout, const Component& component, PixelRect mcus)
+    : m_sampleRect(scaled(mcus, component.blocksAcross * kBlockSide, component.blocksDown * kBlockSide,
+                          component.samples)),
       m_pixelRect(scaled(mcus, layout.mcu.width, layout.mcu.height, layout.size)),
       m_across(m_pixelRect.x, m_pixelRect.width, m_sampleRect.x, m_sampleRect.width, component.samples.width,
                component.pixelsAcross, component.blendsAcross()),
@@ -87,11 +87,11 @@ JpegUpsampling::JpegUpsampling(const JpegLayout& layout, const JpegComponent& co
              component.pixelsDown, component.blendsDown()) {}
 
 COMPLEXION_WIDE_VECTORS
-std::vector<float> JpegUpsampling::up(const std::vector<float>& samples) const {
-    // Down first: whole rows are added, and fewer of them are left to be spread across.
+std::vector<float> Upsampling::up(const std::vector<float>& samples) const {
+    // Vertically first: this adds whole rows, while they are still narrow.
     std::vector<float> tall = zeros(m_sampleRect.width, m_pixelRect.height);
     for (int y = 0; y < m_pixelRect.height; ++y) {
-        const JpegSpread::Tap& tap = m_down.taps()[static_cast<std::size_t>(y)];
+        const UpsamplingTaps::Tap& tap = m_down.taps()[static_cast<std::size_t>(y)];
         for (std::size_t i = 0; i < 2; ++i)
             addRow(rowOf(samples, tap.sample[i], m_sampleRect.width), tap.weight[i],
                    rowOf(tall, y, m_sampleRect.width), m_sampleRect.width);
@@ -101,7 +101,7 @@ std::vector<float> JpegUpsampling::up(const std::vector<float>& samples) const {
         const float* const from = rowOf(tall, y, m_sampleRect.width);
         float* const to = rowOf(pixels, y, m_pixelRect.width);
         for (int x = 0; x < m_pixelRect.width; ++x) {
-            const JpegSpread::Tap& tap = m_across.taps()[static_cast<std::size_t>(x)];
+            const UpsamplingTaps::Tap& tap = m_across.taps()[static_cast<std::size_t>(x)];
             to[x] = tap.weight[0] * from[tap.sample[0]] + tap.weight[1] * from[tap.sample[1]];
         }
     }
@@ -109,20 +109,20 @@ std::vector<float> JpegUpsampling::up(const std::vector<float>& samples) const {
 }
 
 COMPLEXION_WIDE_VECTORS
-std::vector<float> JpegUpsampling::down(const std::vector<float>& pixels) const {
+std::vector<float> Upsampling::down(const std::vector<float>& pixels) const {
     std::vector<float> tall = zeros(m_sampleRect.width, m_pixelRect.height);
     for (int y = 0; y < m_pixelRect.height; ++y) {
         const float* const from = rowOf(pixels, y, m_pixelRect.width);
         float* const to = rowOf(tall, y, m_sampleRect.width);
         for (int x = 0; x < m_pixelRect.width; ++x) {
-            const JpegSpread::Tap& tap = m_across.taps()[static_cast<std::size_t>(x)];
+            const UpsamplingTaps::Tap& tap = m_across.taps()[static_cast<std::size_t>(x)];
             to[tap.sample[0]] += tap.weight[0] * from[x];
             to[tap.sample[1]] += tap.weight[1] * from[x];
         }
     }
     std::vector<float> samples = zeros(m_sampleRect.width, m_sampleRect.height);
     for (int y = 0; y < m_pixelRect.height; ++y) {
-        const JpegSpread::Tap& tap = m_down.taps()[static_cast<std::size_t>(y)];
+        const UpsamplingTaps::Tap& tap = m_down.taps()[static_cast<std::size_t>(y)];
         for (std::size_t i = 0; i < 2; ++i)
             addRow(rowOf(tall, y, m_sampleRect.width), tap.weight[i],
                    rowOf(samples, tap.sample[i], m_sampleRect.width), m_sampleRect.width);
@@ -130,9 +130,9 @@ std::vector<float> JpegUpsampling::down(const std::vector<float>& pixels) const 
     return samples;
 }
 
-std::vector<float> JpegUpsampling::nearestSamples(const std::vector<float>& values,
-                                                  const std::vector<float>& weights,
-                                                  const std::vector<char>& isFree) const {
+std::vector<float> Upsampling::nearestSamples(const std::vector<float>& values,
+                                              const std::vector<float>& weights,
+                                              const std::vector<char>& isFree) const {
     // Conjugate gradients on the normal equations.
     const auto gradientOf = [&](std::vector<float> pixels) {
         for (std::size_t i = 0; i < pixels.size(); ++i)
@@ -149,23 +149,23 @@ std::vector<float> JpegUpsampling::nearestSamples(const std::vector<float>& valu
     double error = dot(residual, residual);
     const double enough = error * kConverged;
     for (int step = 0; step < kMaxSteps && error > enough; ++step) {
-        const std::vector<float> image = gradientOf(up(direction));
-        const double curvature = dot(direction, image);
+        const std::vector<float> product = gradientOf(up(direction));
+        const double curvature = dot(direction, product);
         if (curvature <= 0)
             break;
-        const auto length = static_cast<float>(error / curvature);
-        addScaled(samples, length, direction);
-        addScaled(residual, -length, image);
+        const auto alpha = static_cast<float>(error / curvature);
+        addScaled(samples, alpha, direction);
+        addScaled(residual, -alpha, product);
         const double next = dot(residual, residual);
-        const auto turn = static_cast<float>(next / error);
+        const auto beta = static_cast<float>(next / error);
         for (std::size_t i = 0; i < direction.size(); ++i)
-            direction[i] = residual[i] + turn * direction[i];
+            direction[i] = residual[i] + beta * direction[i];
         error = next;
     }
     return samples;
 }
 
-std::vector<char> JpegUpsampling::samplesOf(const std::vector<char>& isMarked) const {
+std::vector<char> Upsampling::contributingSamples(const std::vector<char>& isMarked) const {
     std::vector<float> pixels(isMarked.begin(), isMarked.end());
     const std::vector<float> parts = down(pixels);
     std::vector<char> result(parts.size());
@@ -173,4 +173,4 @@ std::vector<char> JpegUpsampling::samplesOf(const std::vector<char>& isMarked) c
     return result;
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

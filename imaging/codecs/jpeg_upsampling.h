@@ -7,19 +7,19 @@
 #include <array>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-/// Which samples make the pixels of one direction, and with what weights: a decoder's upsampling. Indices
-/// count from the first sample of a window; those outside it are left out.
-class JpegSpread {
+/// A decoder's upsampling in one direction: the samples and weights that make each pixel. Indices are
+/// relative to a window's first sample; samples outside the window are dropped.
+class UpsamplingTaps {
 public:
     /// For `pixels` pixels from `firstPixel` on, and `samples` samples from `firstSample` on, of
-    /// `allSamples`; each is as wide as `pixelsOfSample` pixels.
-    JpegSpread(int firstPixel, int pixels, int firstSample, int samples, int allSamples, int pixelsOfSample,
-               bool blends);
+    /// `sampleCount`. A sample covers `pixelsPerSample` pixels.
+    UpsamplingTaps(int firstPixel, int pixels, int firstSample, int samples, int sampleCount,
+                   int pixelsPerSample, bool blends);
 
     struct Tap {
-        std::array<int, 2> sample = {}; // the nearest and the next; where one lies outside, its weight is 0
+        std::array<int, 2> sample = {}; // nearest and second nearest; weight 0 outside the window
         std::array<float, 2> weight = {};
     };
     const std::vector<Tap>& taps() const { return m_taps; }
@@ -30,33 +30,33 @@ private:
     int m_samples;
 };
 
-/// A decoder's upsampling of a window of a component: linear, but for rounding.
-class JpegUpsampling {
+/// A decoder's upsampling of a component's window as a linear map, without rounding.
+class Upsampling {
 public:
-    /// The window of `component` that the MCUs of `mcus` (a rectangle in MCUs) hold.
-    JpegUpsampling(const JpegLayout& layout, const JpegComponent& component, PixelRect mcus);
+    /// The window of `component` that `mcus`, a rectangle in MCUs, covers.
+    Upsampling(const Layout& layout, const Component& component, PixelRect mcus);
 
     PixelRect samples() const { return m_sampleRect; } // of the component
     PixelRect pixels() const { return m_pixelRect; }   // of the picture
 
-    /// The pixels' values of those of the samples; rows packed, both.
+    /// Upsamples packed rows of samples to packed rows of pixels.
     std::vector<float> up(const std::vector<float>& samples) const;
     /// The transpose of `up`.
     std::vector<float> down(const std::vector<float>& pixels) const;
 
-    /// The samples nearest to `values`, one for each pixel, that upsampling can make: 0 but where `isFree`,
-    /// and by least squares, in which each pixel counts as `weights` says.
+    /// The samples whose upsampling is nearest to the pixels `values`, by least squares weighted with
+    /// `weights` per pixel. Samples that are not `isFree` are 0.
     std::vector<float> nearestSamples(const std::vector<float>& values, const std::vector<float>& weights,
                                       const std::vector<char>& isFree) const;
 
-    /// Whether each sample has a part in a pixel that `isMarked`.
-    std::vector<char> samplesOf(const std::vector<char>& isMarked) const;
+    /// For each sample, whether it contributes to a pixel that `isMarked`.
+    std::vector<char> contributingSamples(const std::vector<char>& isMarked) const;
 
 private:
     PixelRect m_sampleRect;
     PixelRect m_pixelRect;
-    JpegSpread m_across;
-    JpegSpread m_down;
+    UpsamplingTaps m_across;
+    UpsamplingTaps m_down;
 };
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -9,17 +9,16 @@
 
 namespace complexion {
 
-/// The one place that a C library's error handler jumps back to. libjpeg and libpng expect their error
-/// handlers not to return; a jump over C++ frames is sound only while no object with a destructor lives in
-/// them.
+/// The setjmp point that a C library's error handler returns to. libjpeg and libpng require error handlers
+/// that do not return. Jumping over C++ frames is sound only if no object in them has a destructor.
 class JumpGuard {
 public:
     JumpGuard() = default;
     JumpGuard(const JumpGuard&) = delete;
     JumpGuard& operator=(const JumpGuard&) = delete;
 
-    /// Calls `step`; false when `fail` was called inside it. `step` calls the library and nothing that
-    /// throws, and makes no object with a destructor.
+    /// Calls `step`. False if `fail` was called during it. `step` may call only the library, must not throw
+    /// and must not create objects with destructors.
     template <class Step>
     [[nodiscard]] bool run(const Step& step) {
         if (setjmp(m_place) != 0) // NOLINT(modernize-*,cert-err52-cpp): see the class
@@ -28,14 +27,14 @@ public:
         return true;
     }
 
-    /// Ends the running `step`. For the library's error handler.
+    /// Aborts the running `step`. Called by the library's error handler.
     [[noreturn]] void fail(std::string_view message) {
         m_message = {};
         std::copy_n(message.data(), std::min(message.size(), m_message.size() - 1), m_message.data());
         std::longjmp(m_place, 1); // NOLINT(modernize-*,cert-err52-cpp): see the class
     }
 
-    /// What the last `fail` said.
+    /// The message of the last `fail`.
     std::string message() const { return m_message.data(); }
 
 private:

@@ -13,7 +13,7 @@ Result<DecodedPicture> decodedForEditing(ByteView file) {
         return Error{"not a picture file", ErrorKind::NotAPicture};
     if (codec != &kJpegCodec)
         return codec->read(file);
-    return withoutThrowing([&] { return decodeJpeg(file, JpegPreparation::AtOnce); });
+    return withoutThrowing([&] { return jpeg::decode(file, jpeg::CoefficientLoading::Concurrent); });
 }
 
 } // namespace complexion

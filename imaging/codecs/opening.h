@@ -7,8 +7,8 @@
 
 namespace complexion {
 
-/// As Codec::read of the file's format, for a picture that will be edited: what encoding it will need of
-/// the file is made ready beside the decoding, on another core.
+/// Decodes a file for editing, as Codec::read of its format. For a JPEG file, another core reads the
+/// coefficients that encoding will need at the same time.
 Result<DecodedPicture> decodedForEditing(ByteView file);
 
 } // namespace complexion

@@ -8,17 +8,17 @@
 #include <memory>
 #include <vector>
 
-namespace complexion {
+namespace complexion::png {
 
-/// The image data of a picture in a PNG file, by bands.
-struct CodedPngBands {
-    bool withAlpha = false;                           ///< as RGBA, otherwise as RGB
-    std::vector<std::shared_ptr<const Bytes>> chunks; ///< each a whole chunk
-    std::uint32_t adler = 0;                          ///< of all data before compression
+/// A picture's encoded PNG image data, band by band.
+struct EncodedBands {
+    bool withAlpha = false;                           ///< RGBA, otherwise RGB
+    std::vector<std::shared_ptr<const Bytes>> chunks; ///< one IDAT chunk per band
+    std::uint32_t adler = 0;                          ///< checksum of all uncompressed data
 };
 
-/// Codes `image` as RGBA where a pixel is not opaque, otherwise as RGB. What is kept beside stored bands is
-/// used, and of a band that was edited only pieces of some rows are coded again.
-CodedPngBands codedPngBands(const Image& image);
+/// Encodes `image` as RGBA if any pixel is not opaque, otherwise as RGB. Uses what is cached beside stored
+/// bands: of an edited band only the changed pieces are encoded again.
+EncodedBands encodeBands(const Image& image);
 
-} // namespace complexion
+} // namespace complexion::png

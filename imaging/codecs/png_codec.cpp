@@ -10,7 +10,7 @@ namespace complexion {
 namespace {
 
 Result<std::vector<PixelSize>> measure(ByteView file) {
-    COMPLEXION_TRY(const PixelSize size, measurePng(file));
+    COMPLEXION_TRY(const PixelSize size, png::measure(file));
     return std::vector<PixelSize>{size};
 }
 
@@ -21,10 +21,10 @@ const Codec kPngCodec = {
     .extension = "png",
     .container = Container::Png,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
-    .read = [](ByteView file) { return withoutThrowing([&] { return decodePng(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return png::decode(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
-            return withoutThrowing([&] { return encodePng(turnedForStorage(upright, orientation)); });
+            return withoutThrowing([&] { return png::encode(turnedForStorage(upright, orientation)); });
         },
 };
 

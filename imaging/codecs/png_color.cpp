@@ -8,14 +8,14 @@
 #include <cmath>
 #include <memory>
 
-namespace complexion {
+namespace complexion::png {
 
 namespace {
 
 // sRGB, IEC 61966-2-1.
 constexpr Primaries kSrgbPrimaries = {{0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06}};
 constexpr double kSrgbFileGamma = 1 / 2.2;
-/// Differences that writers' rounding makes, and the eye does not.
+/// Tolerances for encoders' rounding. Differences below them are invisible.
 constexpr double kSameGamma = 0.05; // of the product of encoding and decoding exponents
 constexpr double kSameChromaticity = 0.01;
 constexpr double kMinFileGamma = 0.1;
@@ -40,16 +40,17 @@ struct CurveDeleter {
 };
 using Curve = std::unique_ptr<cmsToneCurve, CurveDeleter>;
 
-/// The curve whose foot is linear and whose rest is ((x + offset) / (1 + offset))^exponent, from `foot` on.
-Curve curveWithFoot(double exponent, double offset, double slope, double foot) {
-    constexpr int kPowerWithLinearFoot = 4;
+/// A power curve with a linear toe (lcms parametric type 4): x / slope below `toeEnd`, ((x + offset) / (1 +
+/// offset))^exponent from there on.
+Curve curveWithToe(double exponent, double offset, double slope, double toeEnd) {
+    constexpr int kPowerWithLinearToe = 4;
     const std::array<cmsFloat64Number, 5> parameters = {exponent, 1 / (1 + offset), offset / (1 + offset),
-                                                        1 / slope, foot};
-    return Curve(cmsBuildParametricToneCurve(nullptr, kPowerWithLinearFoot, parameters.data()));
+                                                        1 / slope, toeEnd};
+    return Curve(cmsBuildParametricToneCurve(nullptr, kPowerWithLinearToe, parameters.data()));
 }
 
 Curve srgbCurve() {
-    return curveWithFoot(2.4, 0.055, 12.92, 0.04045);
+    return curveWithToe(2.4, 0.055, 12.92, 0.04045);
 }
 
 Curve curveOf(std::optional<double> fileGamma) {
@@ -58,21 +59,21 @@ Curve curveOf(std::optional<double> fileGamma) {
     return srgbCurve();
 }
 
-/// The profile's bytes, the same whenever they are made: without the time of their making.
+/// The profile's bytes with a fixed creation date, so that equal profiles have equal bytes.
 Bytes savedProfile(void* profile) {
-    constexpr std::size_t kTimeOffset = 24; // six 16-bit numbers, year to second (ICC.1, 7.2.8)
-    constexpr std::array<std::uint8_t, 12> kFixedTime = {0x07, 0xD0, 0, 1, 0, 1};
+    constexpr std::size_t kDateOffset = 24; // six 16-bit numbers, year to second (ICC.1, 7.2.8)
+    constexpr std::array<std::uint8_t, 12> kFixedDate = {0x07, 0xD0, 0, 1, 0, 1};
     cmsUInt32Number size = 0;
     if (!cmsSaveProfileToMem(profile, nullptr, &size))
         return {};
     Bytes bytes(size);
     if (!cmsSaveProfileToMem(profile, bytes.data(), &size))
         return {};
-    std::ranges::copy(kFixedTime, bytes.begin() + kTimeOffset);
+    std::ranges::copy(kFixedDate, bytes.begin() + kDateOffset);
     return bytes;
 }
 
-/// The bytes of the profile of such values; empty when none can be made.
+/// The bytes of a matrix/curve profile. Empty if it cannot be created.
 Bytes profileOf(const Primaries& used, const Curve& curve) {
     const cmsCIExyY white = {used.white.x, used.white.y, 1};
     const cmsCIExyYTRIPLE colors = {
@@ -82,11 +83,11 @@ Bytes profileOf(const Primaries& used, const Curve& curve) {
     return profile ? savedProfile(profile.get()) : Bytes();
 }
 
-// ITU-T H.273, tables 2 and 3.
+// ITU-T H.273: colour primaries (table 2) and transfer characteristics (table 3).
 constexpr unsigned kPrimariesOfSrgb = 1;
 constexpr unsigned kTransferOfSrgb = 13;
 
-std::optional<Primaries> primariesOfCode(unsigned code) {
+std::optional<Primaries> primariesFromCode(unsigned code) {
     constexpr Chromaticity kD65 = {0.3127, 0.3290};
     switch (code) {
     case kPrimariesOfSrgb:
@@ -107,13 +108,13 @@ std::optional<Primaries> primariesOfCode(unsigned code) {
     }
 }
 
-Curve curveOfCode(unsigned code) {
+Curve curveFromCode(unsigned code) {
     switch (code) {
     case 1:  // BT.709
     case 6:  // BT.601
     case 14: // BT.2020, 10 bits
     case 15: // BT.2020, 12 bits
-        return curveWithFoot(1 / 0.45, 0.099, 4.5, 0.081);
+        return curveWithToe(1 / 0.45, 0.099, 4.5, 0.081);
     case 4:
         return Curve(cmsBuildGamma(nullptr, 2.2));
     case 5:
@@ -129,19 +130,20 @@ Curve curveOfCode(unsigned code) {
 
 } // namespace
 
-Bytes unpackedProfile(ByteView chunk) {
+Bytes inflatedProfile(ByteView chunk) {
     constexpr std::size_t kMaxName = 79;
     constexpr std::size_t kMaxProfile = 16 << 20;
     const auto nameEnd = std::ranges::find(chunk.first(std::min(chunk.size(), kMaxName + 1)), 0);
     const auto start =
-        static_cast<std::size_t>(nameEnd - chunk.begin()) + 2; // the end of the name, the method
+        static_cast<std::size_t>(nameEnd - chunk.begin()) + 2; // null terminator, compression method
     if (start >= chunk.size())
         return {};
     Inflated profile = inflated(chunk.subspan(start), kMaxProfile);
     return profile.isWhole ? std::move(profile.bytes) : Bytes();
 }
 
-Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries) {
+Bytes profileFromGammaAndPrimaries(std::optional<double> fileGamma,
+                                   const std::optional<Primaries>& primaries) {
     if (fileGamma && (*fileGamma < kMinFileGamma || *fileGamma > kMaxFileGamma))
         fileGamma.reset();
     if (fileGamma && std::abs(*fileGamma / kSrgbFileGamma - 1) < kSameGamma)
@@ -153,18 +155,18 @@ Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::opt
     return profileOf(ownPrimaries ? *primaries : kSrgbPrimaries, curveOf(fileGamma));
 }
 
-std::optional<Bytes> profileOfCodePoints(ByteView chunk) {
-    // Primaries, transfer function, matrix (0: these are red, green and blue), range (1: all values are
-    // used).
+std::optional<Bytes> profileFromCodePoints(ByteView chunk) {
+    // Colour primaries, transfer characteristics, matrix coefficients (0: RGB), full-range flag (1: full
+    // range).
     if (chunk.size() != 4 || chunk[2] != 0 || chunk[3] != 1)
         return std::nullopt;
     if (chunk[0] == kPrimariesOfSrgb && chunk[1] == kTransferOfSrgb)
         return Bytes();
-    const std::optional<Primaries> primaries = primariesOfCode(chunk[0]);
-    const Curve curve = curveOfCode(chunk[1]);
+    const std::optional<Primaries> primaries = primariesFromCode(chunk[0]);
+    const Curve curve = curveFromCode(chunk[1]);
     if (!primaries || !curve)
         return std::nullopt;
     return profileOf(*primaries, curve);
 }
 
-} // namespace complexion
+} // namespace complexion::png

@@ -6,18 +6,19 @@
 #include <array>
 #include <optional>
 
-namespace complexion {
+namespace complexion::png {
 
-/// The ICC profile in the data of an iCCP chunk; empty when it is damaged or absurdly large.
-Bytes unpackedProfile(ByteView chunk);
+/// Decompresses the ICC profile of an iCCP chunk (PNG 1.2 section 4.2.2.4). Empty if it is damaged or larger
+/// than 16 MiB.
+Bytes inflatedProfile(ByteView chunk);
 
-/// A place in the CIE chromaticity diagram.
+/// A CIE 1931 chromaticity.
 struct Chromaticity {
     double x = 0;
     double y = 0;
 };
 
-/// The white point and primaries of a cHRM chunk.
+/// The white point and primaries of a cHRM chunk (PNG 1.2 section 4.2.2.2).
 struct Primaries {
     Chromaticity white;
     Chromaticity red;
@@ -25,14 +26,13 @@ struct Primaries {
     Chromaticity blue;
 };
 
-/// The ICC profile of the space that a gAMA chunk (`fileGamma`, the exponent that encoded light has) and a
-/// cHRM chunk describe; what is missing is as in sRGB. Empty where they mean sRGB, closely, or nothing
-/// possible.
-Bytes profileOfGammaAndPrimaries(std::optional<double> fileGamma, const std::optional<Primaries>& primaries);
+/// The ICC profile described by a gAMA chunk (`fileGamma`, the encoding exponent) and a cHRM chunk. Missing
+/// values are those of sRGB. Empty if the values are impossible or close to sRGB.
+Bytes profileFromGammaAndPrimaries(std::optional<double> fileGamma,
+                                   const std::optional<Primaries>& primaries);
 
-/// The same of a cICP chunk (PNG, third edition; the numbers are those of ITU-T H.273): empty for sRGB,
-/// nothing for a chunk that is damaged or names values that no matrix and curve describe, as those of high
-/// dynamic range.
-std::optional<Bytes> profileOfCodePoints(ByteView chunk);
+/// The ICC profile described by a cICP chunk (PNG third edition; code points of ITU-T H.273). Empty for sRGB.
+/// Nothing if the chunk is damaged or no matrix and curve can describe it, as with HDR transfer functions.
+std::optional<Bytes> profileFromCodePoints(ByteView chunk);
 
-} // namespace complexion
+} // namespace complexion::png

@@ -14,23 +14,23 @@
 
 #include <png.h>
 
-namespace complexion {
+namespace complexion::png {
 
 namespace {
 
 constexpr png_alloc_size_t kMaxChunk = 64 << 20;
-/// Deflate makes at most 1032 bytes of one (258 bytes of two bits).
+/// Largest expansion by deflate: 258 bytes from two bits (RFC 1951 section 3.2.5), 1032 bytes per byte.
 constexpr std::int64_t kMaxExpansion = 1032;
 
-/// Chunks that the library need not look at: nobody asks it for text, and what the profile is worth is judged
-/// by the colour library, which is less strict.
+/// Chunks that the library skips: text is not needed here, and the profile is validated by the colour
+/// library, which is less strict.
 constexpr char kIgnoredChunks[] = "tEXt\0zTXt\0iTXt\0sPLT\0hIST\0tIME\0eXIf\0pCAL\0iCCP";
-constexpr int kIgnoredChunkCount = sizeof kIgnoredChunks / 5; // four letters and an end each
+constexpr int kIgnoredChunkCount = sizeof kIgnoredChunks / 5; // four letters and a null byte each
 
-/// The library's decoder on one file. A step that fails leaves a message in `error()`.
-class PngReader {
+/// libpng's decoder for one file. A failed step leaves its message in `error()`.
+class Reader {
 public:
-    explicit PngReader(ByteView file) : m_unread(file) {
+    explicit Reader(ByteView file) : m_unread(file) {
         m_png = png_create_read_struct(
             PNG_LIBPNG_VER_STRING, this,
             [](png_structp png, png_const_charp message) {
@@ -40,9 +40,9 @@ public:
         if (m_png != nullptr)
             m_info = png_create_info_struct(m_png);
     }
-    ~PngReader() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
-    PngReader(const PngReader&) = delete;
-    PngReader& operator=(const PngReader&) = delete;
+    ~Reader() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
+    Reader(const Reader&) = delete;
+    Reader& operator=(const Reader&) = delete;
 
     /// Reads up to the image data.
     bool readHeader() {
@@ -50,7 +50,7 @@ public:
             return false;
         return m_guard.run([this] {
             png_set_read_fn(m_png, this, [](png_structp png, png_bytep out, std::size_t count) {
-                PngReader& self = of(png_get_io_ptr(png));
+                Reader& self = of(png_get_io_ptr(png));
                 if (self.m_unread.size() < count)
                     png_error(png, "the file ends early");
                 std::memcpy(out, self.m_unread.data(), count);
@@ -63,7 +63,7 @@ public:
                                         kIgnoredChunkCount);
             png_set_benign_errors(m_png, 1);
 #ifdef PNG_IGNORE_ADLER32 // not every build of the library has the option
-            // What a checksum at the end finds wrong is shown long before.
+            // The checksum follows all the pixels; a wrong one must not discard them.
             png_set_option(m_png, PNG_IGNORE_ADLER32, PNG_OPTION_ON);
 #endif
             png_read_info(m_png, m_info);
@@ -83,7 +83,7 @@ public:
     }
     bool isGrey() const { return (png_get_color_type(m_png, m_info) & PNG_COLOR_MASK_COLOR) == 0; }
 
-    /// 72 pixels per inch where the file states none.
+    /// The density in the pHYs chunk (PNG 1.2 section 4.2.4.2); 72 pixels per inch if there is none.
     Resolution resolution() const {
         png_uint_32 across = 0;
         png_uint_32 down = 0;
@@ -93,13 +93,13 @@ public:
         return wholeResolutionOfPixelsPerMetre(across, down);
     }
 
-    /// The ICC profile that describes the picture's values as its gAMA and cHRM chunks do; empty for sRGB.
+    /// The ICC profile described by the gAMA and cHRM chunks. Empty for sRGB.
     Bytes describedProfile() const {
         const bool srgb = png_get_valid(m_png, m_info, PNG_INFO_sRGB) != 0;
-        return srgb ? Bytes() : profileOfGammaAndPrimaries(fileGamma(), primaries());
+        return srgb ? Bytes() : profileFromGammaAndPrimaries(fileGamma(), primaries());
     }
 
-    /// Has the library give rows in our pixel layout, not premultiplied.
+    /// Starts the output of rows in RGBA32 layout, with straight alpha.
     bool start() {
         return m_guard.run([this] {
             png_set_expand(m_png);
@@ -117,11 +117,11 @@ public:
         });
     }
 
-    /// How often all rows must be read: more than once where the picture is interlaced.
+    /// Number of passes over all rows: more than one for interlaced pictures.
     int passes() const { return m_passes; }
 
-    /// Reads the next row. Each pass of an interlaced picture paints its pixels over larger ones of the
-    /// passes before, which must still stand in `row`.
+    /// Reads the next row. For an interlaced picture `row` must hold the result of the previous pass, which
+    /// this one refines.
     bool readRow(RGBA32* row) {
         auto* bytes = reinterpret_cast<png_bytep>(row);
         return m_guard.run([&] {
@@ -135,7 +135,7 @@ public:
     Error error() const { return Error{"PNG: " + m_guard.message()}; }
 
 private:
-    static PngReader& of(png_voidp self) { return *static_cast<PngReader*>(self); }
+    static Reader& of(png_voidp self) { return *static_cast<Reader*>(self); }
 
     std::optional<double> fileGamma() const {
         double gamma = 0;
@@ -157,8 +157,8 @@ private:
     int m_passes = 1;
 };
 
-/// Reads the header and refuses what would not fit.
-Result<PixelSize> readCheckedHeader(PngReader& reader, ByteView file) {
+/// Reads the header and rejects implausible sizes.
+Result<PixelSize> readCheckedHeader(Reader& reader, ByteView file) {
     if (!reader.readHeader())
         return reader.error();
     const PixelSize size = reader.size();
@@ -167,20 +167,19 @@ Result<PixelSize> readCheckedHeader(PngReader& reader, ByteView file) {
     return size;
 }
 
-/// The space of a picture's values, and the conversion of grey ones to sRGB where they have a space of their
-/// own.
+/// A picture's colour profile and, for grey pictures with a profile of their own, the conversion to sRGB.
 struct SourceColors {
     ColorProfile profile;
     std::optional<GreyTable> grey;
 };
 
-/// What a cICP chunk says comes before all else.
-SourceColors sourceColors(const PngReader& reader, ByteView file) {
-    if (const std::optional<ByteView> codes = png::findChunk(file, "cICP"); codes && !reader.isGrey())
-        if (const std::optional<Bytes> described = profileOfCodePoints(*codes))
+/// A cICP chunk takes precedence over all other colour chunks.
+SourceColors sourceColors(const Reader& reader, ByteView file) {
+    if (const std::optional<ByteView> codes = findChunk(file, "cICP"); codes && !reader.isGrey())
+        if (const std::optional<Bytes> described = profileFromCodePoints(*codes))
             return {.profile = ColorProfile::fromIcc(*described), .grey = {}};
-    const std::optional<ByteView> chunk = png::findChunk(file, "iCCP");
-    const Bytes embedded = chunk ? unpackedProfile(*chunk) : Bytes();
+    const std::optional<ByteView> chunk = findChunk(file, "iCCP");
+    const Bytes embedded = chunk ? inflatedProfile(*chunk) : Bytes();
     if (const std::optional<GreyTable> grey = reader.isGrey() ? greyTable(embedded) : std::nullopt)
         return {.profile = {}, .grey = grey};
     const ColorProfile profile = ColorProfile::fromIcc(embedded);
@@ -188,7 +187,7 @@ SourceColors sourceColors(const PngReader& reader, ByteView file) {
             .grey = {}};
 }
 
-/// Makes our pixels of rows as the library gives them.
+/// Converts decoded rows to RGBA32 pixels, in place.
 class PixelFinisher {
 public:
     PixelFinisher(bool hasAlpha, std::optional<GreyTable> grey) : m_hasAlpha(hasAlpha), m_grey(grey) {}
@@ -216,7 +215,7 @@ private:
     std::optional<GreyTable> m_grey;
 };
 
-Result<DecodedPicture> readProgressively(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
+Result<DecodedPicture> readProgressively(Reader& reader, PixelSize size, const PixelFinisher& finisher) {
     ImageBuilder builder(size);
     PixelBlock rows = PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)});
     bool readable = true;
@@ -235,7 +234,7 @@ Result<DecodedPicture> readProgressively(PngReader& reader, PixelSize size, cons
     return DecodedPicture{builder.finish(), readable ? std::nullopt : std::optional(reader.error())};
 }
 
-Result<DecodedPicture> readInterlaced(PngReader& reader, PixelSize size, const PixelFinisher& finisher) {
+Result<DecodedPicture> readInterlaced(Reader& reader, PixelSize size, const PixelFinisher& finisher) {
     std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
     const auto row = [&](int y) { return pixels.data() + std::ptrdiff_t{y} * size.width; };
     bool readable = true;
@@ -252,25 +251,25 @@ Result<DecodedPicture> readInterlaced(PngReader& reader, PixelSize size, const P
 }
 
 Orientation orientationOf(ByteView file) {
-    return readExifBasics(png::exif(png::split(file))).orientation;
+    return readExifBasics(exif(split(file))).orientation;
 }
 
 } // namespace
 
-Result<PixelSize> measurePng(ByteView file) {
-    PngReader reader(file);
+Result<PixelSize> measure(ByteView file) {
+    Reader reader(file);
     Result<PixelSize> size = readCheckedHeader(reader, file);
     if (!size)
         return size;
     return uprightSize(*size, orientationOf(file));
 }
 
-Result<DecodedPicture> decodePng(ByteView file) {
-    PngReader reader(file);
+Result<DecodedPicture> decode(ByteView file) {
+    Reader reader(file);
     COMPLEXION_TRY(const PixelSize size, readCheckedHeader(reader, file));
     const Resolution resolution = reader.resolution();
     const SourceColors colors = sourceColors(reader, file);
-    const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before the library counts what it adds
+    const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before start(), which adds alpha
     if (!reader.start())
         return reader.error();
     Result<DecodedPicture> stored = reader.passes() > 1 ? readInterlaced(reader, size, finisher)
@@ -282,4 +281,4 @@ Result<DecodedPicture> decodePng(ByteView file) {
     return stored;
 }
 
-} // namespace complexion
+} // namespace complexion::png

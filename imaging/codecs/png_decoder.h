@@ -5,13 +5,13 @@
 #include "imaging/base/result.h"
 #include "imaging/codecs/decoded_picture.h"
 
-namespace complexion {
+namespace complexion::png {
 
 /// The upright size of a PNG picture, from its headers.
-Result<PixelSize> measurePng(ByteView file);
+Result<PixelSize> measure(ByteView file);
 
-/// A PNG picture (ISO/IEC 15948; of an animation the default image), as `Codec::read` says. Of a truncated
-/// or damaged file the rows that can be decoded; what is missing is transparent.
-Result<DecodedPicture> decodePng(ByteView file);
+/// Decodes a PNG picture (ISO/IEC 15948; for an animation the default image) as `Codec::read`. A truncated or
+/// damaged file gives the rows that can be decoded; the rest is transparent.
+Result<DecodedPicture> decode(ByteView file);
 
-} // namespace complexion
+} // namespace complexion::png

@@ -5,10 +5,11 @@
 #include "imaging/base/image.h"
 #include "imaging/base/result.h"
 
-namespace complexion {
+namespace complexion::png {
 
-/// The image as a PNG file: RGB when every pixel is opaque, otherwise RGBA. Bands are coded on all cores,
-/// each to a chunk of its own, which is kept beside it.
-Result<FileContents> encodePng(const Image& image);
+/// Encodes an image as a PNG file: RGB if every pixel is opaque, otherwise RGBA. Bands are encoded on all
+/// cores, each to an IDAT chunk of its own, which is cached beside it. Fails if the picture is empty or too
+/// wide.
+Result<FileContents> encode(const Image& image);
 
-} // namespace complexion
+} // namespace complexion::png

@@ -6,11 +6,11 @@
 #include <cstdlib>
 #include <vector>
 
-namespace complexion {
+namespace complexion::png {
 
 namespace {
 
-// The filters' numbers in the file.
+// Filter types (ISO/IEC 15948 clause 9.2).
 constexpr std::uint8_t kNone = 0;
 constexpr std::uint8_t kSub = 1;
 constexpr std::uint8_t kUp = 2;
@@ -19,19 +19,18 @@ constexpr std::uint8_t kPaeth = 4;
 constexpr std::array<std::uint8_t, 2> kFirstRowFilters = {kNone, kSub};
 constexpr std::array<std::uint8_t, 5> kFilters = {kNone, kSub, kUp, kAverage, kPaeth};
 
-/// A row's filter is chosen by a part of its samples: so many of each period.
-constexpr std::ptrdiff_t kJudgedSamples = 64;
-constexpr std::ptrdiff_t kJudgedPeriod = 256;
+/// The filter is chosen from a part of the row: this many samples of each period.
+constexpr std::ptrdiff_t kSampledPart = 64;
+constexpr std::ptrdiff_t kSamplingPeriod = 256;
 
-/// A row's samples and its neighbours': all may be read from one whole pixel before the row's first sample
-/// on.
+/// A row's samples and those of the row above. Both are readable from one pixel before the first sample on.
 struct Neighbours {
     const std::uint8_t* current;
     const std::uint8_t* above;
-    std::ptrdiff_t pixel; // samples of a pixel
+    std::ptrdiff_t pixel; // samples per pixel
 };
 
-/// The predictor of clause 9.4, of the samples to the left, above, and above to the left.
+/// The Paeth predictor (ISO/IEC 15948 clause 9.4) from the samples to the left, above and above left.
 inline int paeth(int left, int above, int corner) {
     const int toLeft = std::abs(above - corner);
     const int toAbove = std::abs(left - corner);
@@ -42,8 +41,8 @@ inline int paeth(int left, int above, int corner) {
 
 /// Calls `use(i, filtered sample i)` for samples `first` .. `last` - 1 of a row.
 template <class Use>
-inline void forFiltered(std::uint8_t filter, const Neighbours& row, std::ptrdiff_t first, std::ptrdiff_t last,
-                        const Use& use) {
+inline void forEachFiltered(std::uint8_t filter, const Neighbours& row, std::ptrdiff_t first,
+                            std::ptrdiff_t last, const Use& use) {
     const std::uint8_t* current = row.current;
     const std::uint8_t* left = row.current - row.pixel;
     const std::uint8_t* above = row.above;
@@ -72,14 +71,14 @@ inline void forFiltered(std::uint8_t filter, const Neighbours& row, std::ptrdiff
     }
 }
 
-/// The sum of the filtered samples' distances from 0, modulo 256: the usual measure of how well a row will
-/// pack.
+/// The sum of the absolute filtered samples as signed bytes: the usual heuristic for compressibility (PNG 1.2
+/// section 9.6).
 std::int64_t cost(std::uint8_t filter, const Neighbours& row, std::ptrdiff_t samples) {
     std::int64_t sum = 0;
-    for (std::ptrdiff_t first = 0; first < samples; first += kJudgedPeriod) {
+    for (std::ptrdiff_t first = 0; first < samples; first += kSamplingPeriod) {
         std::int32_t part = 0;
-        forFiltered(
-            filter, row, first, std::min(first + kJudgedSamples, samples),
+        forEachFiltered(
+            filter, row, first, std::min(first + kSampledPart, samples),
             [&](std::ptrdiff_t, std::uint8_t value) { part += std::abs(static_cast<std::int8_t>(value)); });
         sum += part;
     }
@@ -126,7 +125,7 @@ Bytes filteredRows(PixelSize size, const RGBA32* rows, const RGBA32* above, bool
     const std::ptrdiff_t samples = pixel * size.width;
     Bytes out(static_cast<std::size_t>((samples + 1) * size.height));
     std::uint8_t* to = out.data();
-    // Left of the first pixel, and above the first row, samples count as 0.
+    // Left of the first pixel, and above the first row, samples are 0.
     std::vector<std::uint8_t> upper(static_cast<std::size_t>(pixel + samples));
     std::vector<std::uint8_t> current(upper.size());
     if (above != nullptr)
@@ -138,10 +137,11 @@ Bytes filteredRows(PixelSize size, const RGBA32* rows, const RGBA32* above, bool
                                                         : std::span<const std::uint8_t>(kFilters);
         const std::uint8_t filter = bestFilter(filters, row, samples);
         *to++ = filter;
-        forFiltered(filter, row, 0, samples, [to](std::ptrdiff_t i, std::uint8_t value) { to[i] = value; });
+        forEachFiltered(filter, row, 0, samples,
+                        [to](std::ptrdiff_t i, std::uint8_t value) { to[i] = value; });
         to += samples;
     }
     return out;
 }
 
-} // namespace complexion
+} // namespace complexion::png

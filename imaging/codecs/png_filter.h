@@ -7,14 +7,14 @@
 
 #include <span>
 
-namespace complexion {
+namespace complexion::png {
 
-/// Whether every pixel is.
+/// Whether every pixel is opaque.
 bool isOpaque(std::span<const RGBA32> pixels);
 
-/// Packed rows as the image data of a PNG file before compression (ISO/IEC 15948, clause 9): for each row its
-/// filter's number and its filtered samples, RGB or, with alpha, RGBA that are not premultiplied. The first
-/// row's filter looks at the row `above` it; with null, at none.
+/// Filters packed rows for compression (ISO/IEC 15948 clause 9): for each row its filter type and filtered
+/// samples, RGB or, with alpha, RGBA with straight alpha. `above` is the row before the first one; null if
+/// there is none.
 Bytes filteredRows(PixelSize size, const RGBA32* rows, const RGBA32* above, bool withAlpha);
 
-} // namespace complexion
+} // namespace complexion::png

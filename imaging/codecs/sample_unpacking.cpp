@@ -51,7 +51,8 @@ std::uint64_t loadInteger(const std::uint8_t* row, std::size_t index, int bits) 
     }
 }
 
-/// IEEE 754 binary16, and the 24-bit format of TIFF Technical Note 3: 7 bits of exponent, 16 of fraction.
+/// IEEE 754 binary16, and the 24-bit format of Adobe's TIFF Technical Note 3: 7-bit exponent, 16-bit
+/// fraction.
 double smallFloat(std::uint32_t bits, int exponentBits, int fractionBits) {
     const int bias = (1 << (exponentBits - 1)) - 1;
     const auto exponent = static_cast<int>(bits >> fractionBits & ((1U << exponentBits) - 1));
@@ -81,7 +82,7 @@ double loadFloat(const std::uint8_t* row, std::size_t index, int bits) {
 }
 
 std::uint8_t fromUnitRange(double value) {
-    if (!(value > 0)) // also what is no number
+    if (!(value > 0)) // NaN too
         return 0;
     return value >= 1 ? 255 : static_cast<std::uint8_t>(std::lround(value * 255));
 }
@@ -92,9 +93,9 @@ std::uint8_t from16Bits(std::uint32_t value) {
 }
 
 template <class Sample>
-void forEach(SampleUnpacker::Walk walk, std::uint8_t* out, Sample sample) {
-    for (std::size_t i = 0; i < walk.count; ++i)
-        out[i * walk.outStep] = sample(walk.first + i * walk.step);
+void forEach(SampleUnpacker::Stride stride, std::uint8_t* out, Sample sample) {
+    for (std::size_t i = 0; i < stride.count; ++i)
+        out[i * stride.outStep] = sample(stride.first + i * stride.step);
 }
 
 } // namespace
@@ -105,38 +106,38 @@ std::optional<SampleUnpacker> SampleUnpacker::create(int bits, SampleKind kind) 
     return known ? std::optional(SampleUnpacker(bits, kind)) : std::nullopt;
 }
 
-void SampleUnpacker::unpack(const std::uint8_t* row, Walk walk, std::uint8_t* out) const {
+void SampleUnpacker::unpack(const std::uint8_t* row, Stride stride, std::uint8_t* out) const {
     if (m_kind == SampleKind::Float) {
-        forEach(walk, out, [&](std::size_t i) { return fromUnitRange(loadFloat(row, i, m_bits)); });
+        forEach(stride, out, [&](std::size_t i) { return fromUnitRange(loadFloat(row, i, m_bits)); });
         return;
     }
     // The lowest signed number is the darkest: flipping the sign bit makes it 0.
     const std::uint64_t sign = m_kind == SampleKind::Signed ? std::uint64_t{1} << (m_bits - 1) : 0;
     if (m_bits == 8) {
-        forEach(walk, out, [&](std::size_t i) { return static_cast<std::uint8_t>(row[i] ^ sign); });
+        forEach(stride, out, [&](std::size_t i) { return static_cast<std::uint8_t>(row[i] ^ sign); });
     } else if (m_bits == 16) {
-        forEach(walk, out, [&](std::size_t i) {
+        forEach(stride, out, [&](std::size_t i) {
             return from16Bits(load<std::uint16_t>(row, i) ^ static_cast<std::uint32_t>(sign));
         });
     } else if (m_bits > 16) {
-        // The highest 16 bits decide.
-        forEach(walk, out, [&](std::size_t i) {
+        // Only the 16 most significant bits matter.
+        forEach(stride, out, [&](std::size_t i) {
             return from16Bits(
                 static_cast<std::uint32_t>((loadInteger(row, i, m_bits) ^ sign) >> (m_bits - 16)));
         });
     } else {
         const std::uint32_t highest = (1U << m_bits) - 1;
-        forEach(walk, out, [&](std::size_t i) {
+        forEach(stride, out, [&](std::size_t i) {
             const auto value = static_cast<std::uint32_t>(loadBits(row, i, m_bits) ^ sign);
             return static_cast<std::uint8_t>((value * 255 + highest / 2) / highest);
         });
     }
 }
 
-void SampleUnpacker::unpackNumbers(const std::uint8_t* row, Walk walk, std::uint16_t* out) const {
-    for (std::size_t i = 0; i < walk.count; ++i)
-        out[i * walk.outStep] =
-            static_cast<std::uint16_t>(loadInteger(row, walk.first + i * walk.step, m_bits));
+void SampleUnpacker::unpackIndices(const std::uint8_t* row, Stride stride, std::uint16_t* out) const {
+    for (std::size_t i = 0; i < stride.count; ++i)
+        out[i * stride.outStep] =
+            static_cast<std::uint16_t>(loadInteger(row, stride.first + i * stride.step, m_bits));
 }
 
 } // namespace complexion

@@ -12,7 +12,7 @@ std::shared_ptr<void> transformFrom(const LcmsProfile& source, cmsColorSpaceSign
     if (!source || cmsGetColorSpace(source.get()) != space)
         return nullptr;
     const LcmsProfile srgb(cmsCreate_sRGBProfile());
-    // Without the cache of the last colour a transform has no state and serves several threads.
+    // Without its one-colour cache a transform is stateless, so several threads can share it.
     cmsHTRANSFORM transform = cmsCreateTransform(source.get(), format, srgb.get(), TYPE_RGB_8,
                                                  INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOCACHE | flags);
     if (!transform)
@@ -33,7 +33,7 @@ std::optional<SrgbConversion> SrgbConversion::fromGrey(ByteView icc) {
 }
 
 std::optional<SrgbConversion> SrgbConversion::fromLab() {
-    // The table that would be interpolated for speed errs by a level at black and white.
+    // The optimiser's interpolated lookup table would be off by one level at black and white.
     auto transform = transformFrom(LcmsProfile(cmsCreateLab4Profile(nullptr)), cmsSigLabData, TYPE_Lab_8,
                                    cmsFLAGS_NOOPTIMIZE);
     return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;

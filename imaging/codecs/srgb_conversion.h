@@ -7,17 +7,17 @@
 
 namespace complexion {
 
-/// Converts 8-bit colours of another space to sRGB, relative colorimetric. May be used from several threads.
+/// Converts 8-bit colours of another space to sRGB, with relative colorimetric intent. Thread-safe.
 class SrgbConversion {
 public:
-    /// From the space of an ICC profile; nothing when `icc` is not a usable profile of that kind.
+    /// From the space of an ICC profile. Nothing if `icc` is not a usable profile of that colour space.
     static std::optional<SrgbConversion> fromCmyk(ByteView icc);
     static std::optional<SrgbConversion> fromGrey(ByteView icc);
 
-    /// From CIE L*a*b* relative to white: L as 0 to 255, a and b with 128 added.
+    /// From CIE L*a*b* relative to white: L* scaled to 0..255, a* and b* offset by 128.
     static std::optional<SrgbConversion> fromLab();
 
-    /// Packed colours to packed red, green, blue.
+    /// Converts `count` packed colours to packed RGB.
     void convert(const std::uint8_t* colors, std::uint8_t* rgb, std::size_t count) const;
 
 private:

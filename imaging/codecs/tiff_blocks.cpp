@@ -11,17 +11,17 @@ namespace complexion::tiff {
 
 namespace {
 
-// Strips of one picture-high piece are read row by row above this size, in bytes.
+// Larger strips, in bytes, are read row by row.
 constexpr std::uint64_t kMaxWholeStrip = std::uint64_t{64} << 20;
-// What has to be read whole is refused above this size.
+// Larger blocks, in bytes, are rejected.
 constexpr std::uint64_t kMaxBlock = std::uint64_t{1} << 30;
-// Pictures of less than this many pixels are not worth a second thread.
+// Smaller pictures, in pixels, are decoded on one thread.
 constexpr std::int64_t kSmallArea = std::int64_t{1} << 18;
 
-/// One block's samples, decoded.
+/// The decoded samples of a strip or tile.
 struct Block {
     Bytes bytes;
-    int rows = 0; // that could be decoded
+    int rows = 0; // decoded rows
 };
 
 class BlockReader {
@@ -38,8 +38,8 @@ public:
         block.rows = rows;
         if (readWhole(index, block.bytes))
             return;
-        readCut(index, block.bytes);
-        // What is decoded before the damage is of use, but not in the file's foreign byte order.
+        readTruncated(index, block.bytes);
+        // Rows before the damage are usable, unless they are still in the file's foreign byte order.
         if (TIFFIsByteSwapped(m_file.handle()) != 0 && m_page.bits > 8)
             block.rows = 0;
         while (block.rows > 0 && isBlank(block, block.rows - 1))
@@ -56,15 +56,15 @@ private:
         return got == size;
     }
 
-    /// Decodes as much of a block as the file holds when its end is cut off: the library does not even begin.
-    void readCut(std::uint32_t index, Bytes& out) {
+    /// Decodes as much of a truncated block as the file holds. The library rejects such blocks.
+    void readTruncated(std::uint32_t index, Bytes& out) {
         const std::uint64_t offset = TIFFGetStrileOffset(m_file.handle(), index);
         const std::uint64_t count = TIFFGetStrileByteCount(m_file.handle(), index);
         const ByteView file = m_file.bytes();
         if (offset >= file.size() || count <= file.size() - offset)
             return;
-        const ByteView there = file.subspan(static_cast<std::size_t>(offset));
-        Bytes coded(there.begin(), there.end()); // the library may turn its bits round in place
+        const ByteView available = file.subspan(static_cast<std::size_t>(offset));
+        Bytes coded(available.begin(), available.end()); // the library may reverse its bits in place
         std::size_t size = out.size();
         if (m_page.compression == COMPRESSION_NONE)
             size = std::min(size, coded.size() / m_rowBytes * m_rowBytes);
@@ -84,7 +84,7 @@ private:
     std::size_t m_rowBytes;
 };
 
-/// The blocks of all samples used that lie at one place: one block, or in a planar page one for each sample.
+/// The blocks at one position: a single block, or in a planar page one per used sample.
 class BlockGroup {
 public:
     BlockGroup(const Page& page, const PixelConverter& converter)
@@ -93,7 +93,8 @@ public:
           m_blocks(page.planar ? m_samples.size() : 1),
           m_rows(m_blocks.size()) {}
 
-    /// `blockOf` gives the index of a sample's block. Gives the rows that could be decoded of every sample.
+    /// Reads the blocks; `blockOf(sample)` is the index of a sample's block. Returns the number of rows
+    /// decoded for all samples.
     template <class BlockOf>
     int read(BlockReader& reader, int rows, BlockOf blockOf) {
         int decoded = rows;
@@ -118,14 +119,14 @@ private:
     std::vector<const std::uint8_t*> m_rows;
 };
 
-/// The number of rows in a strip.
+/// The number of rows in a strip (TIFF 6.0 section 8, RowsPerStrip).
 int stripHeight(const File& file, const Page& page) {
     std::uint32_t rows = 0;
     TIFFGetFieldDefaulted(file.handle(), TIFFTAG_ROWSPERSTRIP, &rows);
     return static_cast<int>(std::clamp<std::uint32_t>(rows, 1, static_cast<std::uint32_t>(page.size.height)));
 }
 
-/// How a page is divided into blocks: strips, or tiles side by side.
+/// How a page is divided into strips or tiles.
 struct Grid {
     int blockWidth = 0; // in pixels; a strip is as wide as the page
     int blockHeight = 0;
@@ -164,7 +165,7 @@ Result<Grid> gridOfStrips(const File& file, const Page& page) {
     return grid;
 }
 
-/// Rows that several threads decode.
+/// Collects rows that several threads decode.
 class RowSink {
 public:
     explicit RowSink(ImageBuilder& builder) : m_builder(builder) {}
@@ -179,7 +180,7 @@ private:
     std::mutex m_mutex;
 };
 
-/// Decodes rows of blocks; each method gives the number of rows of pixels that something of could be decoded.
+/// Decodes rows of blocks. The methods return the number of pixel rows that were at least partly decoded.
 class RowOfBlocksReader {
 public:
     RowOfBlocksReader(const File& file, const Page& page, const Grid& grid, PixelConverter& converter,
@@ -245,28 +246,28 @@ private:
     std::vector<RGBA32> m_pixels;
 };
 
-/// Decodes all blocks, on all cores. The library decodes one block of an open file at a time: each thread
-/// opens the file for itself.
+/// Decodes all blocks on all cores. The library decodes one block of an open file at a time, so each thread
+/// opens the file itself.
 int readAllBlocks(const File& file, const Grid& grid, int rowsOfBlocks, RowSink& sink) {
     const int shares = std::min(coreCount(), rowsOfBlocks);
     std::atomic<int> decoded = 0;
     parallelFor(shares, [&](int share) {
-        const Result<File> mine = File::open(file.bytes());
-        const Result<Page> page = mine ? readPage(*mine) : Result<Page>(mine.error());
+        const Result<File> ownFile = File::open(file.bytes());
+        const Result<Page> page = ownFile ? readPage(*ownFile) : Result<Page>(ownFile.error());
         if (!page)
             return;
-        std::optional<PixelConverter> converter = PixelConverter::create(*mine, *page);
+        std::optional<PixelConverter> converter = PixelConverter::create(*ownFile, *page);
         const auto boundary = [&](int index) {
             return static_cast<int>(std::int64_t{rowsOfBlocks} * index / shares);
         };
         if (converter)
-            decoded += RowOfBlocksReader(*mine, *page, grid, *converter, sink)
+            decoded += RowOfBlocksReader(*ownFile, *page, grid, *converter, sink)
                            .readAll(boundary(share), boundary(share + 1));
     });
     return decoded;
 }
 
-/// Row by row, so that a picture in one strip is not held twice.
+/// Reads row by row, so that a picture in one strip is not in memory twice.
 int readRows(const File& file, const Page& page, PixelConverter& converter, ImageBuilder& builder) {
     Bytes samples(static_cast<std::size_t>(TIFFScanlineSize64(file.handle())));
     std::vector<RGBA32> pixels(static_cast<std::size_t>(page.size.width));
@@ -275,7 +276,7 @@ int readRows(const File& file, const Page& page, PixelConverter& converter, Imag
     int decoded = 0;
     for (int y = 0; y < page.size.height;) {
         if (TIFFReadScanline(file.handle(), samples.data(), static_cast<std::uint32_t>(y), 0) != 1) {
-            y = (y / height + 1) * height; // behind the damage, a strip later
+            y = (y / height + 1) * height; // continue with the next strip
             continue;
         }
         converter.convert({&row, 1}, pixels);
@@ -298,10 +299,10 @@ Result<int> readBlocks(const File& file, const Page& page, PixelConverter& conve
         return Error{"TIFF strips of an impossible size"};
     RowSink sink(builder);
     const int rowsOfBlocks = grid->rowsOfBlocks(page.size);
-    const bool isWork = page.compression != COMPRESSION_NONE && page.size.area() > kSmallArea &&
-                        grid->blockBytes <= kMaxWholeStrip;
-    return isWork ? readAllBlocks(file, *grid, rowsOfBlocks, sink)
-                  : RowOfBlocksReader(file, page, *grid, converter, sink).readAll(0, rowsOfBlocks);
+    const bool isWorthThreads = page.compression != COMPRESSION_NONE && page.size.area() > kSmallArea &&
+                                grid->blockBytes <= kMaxWholeStrip;
+    return isWorthThreads ? readAllBlocks(file, *grid, rowsOfBlocks, sink)
+                          : RowOfBlocksReader(file, page, *grid, converter, sink).readAll(0, rowsOfBlocks);
 }
 
 } // namespace complexion::tiff

@@ -5,12 +5,12 @@
 
 namespace complexion::tiff {
 
-/// Decodes the page's strips or tiles into `builder`. Gives the number of rows that something of could be
-/// decoded; the others stay unset. An error when the blocks are too large to be held.
+/// Decodes the page's strips or tiles into `builder`. Returns the number of rows that were at least partly
+/// decoded; the others stay unset. Fails if the blocks are too large.
 Result<int> readBlocks(const File& file, const Page& page, PixelConverter& converter, ImageBuilder& builder);
 
-/// The same by the library's own conversion to RGBA, for pixels that PixelConverter does not know: subsampled
-/// YCbCr, old JPEG, LogLuv.
+/// The same with libtiff's own conversion to RGBA, for pixels that PixelConverter does not support:
+/// subsampled YCbCr, old-style JPEG, LogLuv.
 Result<int> readByLibrary(const File& file, const Page& page, ImageBuilder& builder);
 
 } // namespace complexion::tiff

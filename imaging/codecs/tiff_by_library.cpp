@@ -7,7 +7,7 @@ namespace complexion::tiff {
 
 namespace {
 
-// Pieces of a picture that are larger, in bytes, are refused.
+// Larger slabs (rows of strips or tiles), in bytes, are rejected.
 constexpr std::uint64_t kMaxSlab = std::uint64_t{1} << 30;
 
 /// The number of rows in a strip or tile.
@@ -23,7 +23,7 @@ int blockHeight(TIFF* handle, int pageHeight) {
 } // namespace
 
 Result<int> readByLibrary(const File& file, const Page& page, ImageBuilder& builder) {
-    constexpr std::size_t kMessageSize = 1024; // the library's own
+    constexpr std::size_t kMessageSize = 1024; // required by the library
     std::array<char, kMessageSize> message = {};
     TIFF* handle = file.handle();
     if (TIFFRGBAImageOK(handle, message.data()) == 0)

@@ -9,11 +9,11 @@ const Codec kTiffCodec = {
     .name = "TIFF",
     .extension = "tiff",
     .container = Container::Tiff,
-    .measure = [](ByteView file) { return withoutThrowing([&] { return measureTiff(file); }); },
-    .read = [](ByteView file) { return withoutThrowing([&] { return decodeTiff(file); }); },
+    .measure = [](ByteView file) { return withoutThrowing([&] { return tiff::measure(file); }); },
+    .read = [](ByteView file) { return withoutThrowing([&] { return tiff::decode(file); }); },
     .encodeTurned =
         [](const Image& upright, Orientation orientation) {
-            return withoutThrowing([&] { return encodeTiff(turnedForStorage(upright, orientation)); });
+            return withoutThrowing([&] { return tiff::encode(turnedForStorage(upright, orientation)); });
         },
 };
 

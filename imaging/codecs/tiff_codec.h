@@ -3,12 +3,12 @@
 
 #include "imaging/codecs/codec.h"
 
-namespace complexion {
+namespace complexion::tiff {
 
-// The operations of kTiffCodec, which may throw when memory is lacking.
+// The operations of kTiffCodec. They may throw std::bad_alloc.
 
-Result<std::vector<PixelSize>> measureTiff(ByteView file);
-Result<DecodedPicture> decodeTiff(ByteView file);
-Result<FileContents> encodeTiff(const Image& image);
+Result<std::vector<PixelSize>> measure(ByteView file);
+Result<DecodedPicture> decode(ByteView file);
+Result<FileContents> encode(const Image& image);
 
-} // namespace complexion
+} // namespace complexion::tiff

@@ -8,25 +8,24 @@
 #include <algorithm>
 #include <limits>
 
-namespace complexion {
+namespace complexion::tiff {
 
 namespace {
 
 constexpr double kPixelsPerInch = 72;
 
-/// A band's rows as the samples of a strip: red, green, blue and, unless all bands are opaque, premultiplied
-/// alpha.
-struct TiffBand : Memo::Value {
+/// A band encoded as a strip: RGB or, unless all bands are opaque, RGBA with premultiplied alpha.
+struct EncodedBand : Memo::Value {
     std::shared_ptr<const Bytes> bytes;
     std::size_t samples = 0;
     bool opaque = false;
 };
 
-/// Encodes with `samples` a pixel; with 0, as few as the band itself needs.
-std::shared_ptr<const TiffBand> encodedRows(const Image& image, PixelRect rect, std::size_t samples) {
+/// Encodes with `samples` per pixel; 0 chooses as few as the band needs.
+std::shared_ptr<const EncodedBand> encodedRows(const Image& image, PixelRect rect, std::size_t samples) {
     std::vector<RGBA32> pixels(static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height));
     image.read(rect, pixels.data(), rect.width);
-    auto band = std::make_shared<TiffBand>();
+    auto band = std::make_shared<EncodedBand>();
     band->opaque = std::ranges::all_of(pixels, [](RGBA32 pixel) { return pixel.alpha() == 255; });
     band->samples = samples != 0 ? samples : (band->opaque ? 3 : 4);
     Bytes bytes(pixels.size() * band->samples);
@@ -43,21 +42,22 @@ std::shared_ptr<const TiffBand> encodedRows(const Image& image, PixelRect rect, 
     return band;
 }
 
-/// The band as it is kept, if it has `samples` a pixel or any number will do (0); otherwise newly encoded.
-std::shared_ptr<const TiffBand> encodedBand(const Image& image, int index, std::size_t samples) {
+/// The cached band if it has `samples` per pixel (0 accepts any); otherwise encodes it.
+std::shared_ptr<const EncodedBand> encodedBand(const Image& image, int index, std::size_t samples) {
     const std::shared_ptr<const Band> stored = image.storedBand(index);
     if (stored)
-        if (auto kept = stored->encoded().get<TiffBand>(); kept && (samples == 0 || kept->samples == samples))
-            return kept;
+        if (auto cached = stored->encoded().get<EncodedBand>();
+            cached && (samples == 0 || cached->samples == samples))
+            return cached;
     auto band = encodedRows(image, image.bandRect(index), samples);
     if (stored)
         stored->encoded().set(band);
     return band;
 }
 
-using EncodedBands = std::vector<std::shared_ptr<const TiffBand>>;
+using EncodedBands = std::vector<std::shared_ptr<const EncodedBand>>;
 
-/// All bands with the same samples: three when the whole picture is opaque, else four.
+/// All bands with the same number of samples per pixel: 3 if the picture is opaque, otherwise 4.
 EncodedBands encodedBands(const Image& image) {
     EncodedBands bands(static_cast<std::size_t>(image.bandCount()));
     parallelFor(image.bandCount(),
@@ -72,7 +72,7 @@ EncodedBands encodedBands(const Image& image) {
     return bands;
 }
 
-/// Everything before the strips, the first of which begins at `stripsAt`.
+/// The header and directory. The first strip begins at offset `stripsAt`.
 Bytes head(const Image& image, const EncodedBands& bands, std::size_t stripsAt) {
     constexpr std::uint64_t kBitsPerSample = 8;
     const std::size_t samples = bands.front()->samples;
@@ -87,41 +87,41 @@ Bytes head(const Image& image, const EncodedBands& bands, std::size_t stripsAt) 
     }
 
     constexpr ByteOrder kOrder = ByteOrder::LittleEndian;
-    tiff::Directory directory;
+    Directory directory;
     const auto add = [&directory](unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers) {
-        directory.entries.push_back(tiff::entryOfNumbers(tag, type, numbers, kOrder));
+        directory.entries.push_back(entryOfNumbers(tag, type, numbers, kOrder));
     };
-    add(TIFFTAG_IMAGEWIDTH, tiff::type::kLong, {static_cast<std::uint64_t>(image.pixelSize().width)});
-    add(TIFFTAG_IMAGELENGTH, tiff::type::kLong, {static_cast<std::uint64_t>(image.pixelSize().height)});
-    add(TIFFTAG_BITSPERSAMPLE, tiff::type::kShort, std::vector<std::uint64_t>(samples, kBitsPerSample));
-    add(TIFFTAG_COMPRESSION, tiff::type::kShort, {COMPRESSION_NONE});
-    add(TIFFTAG_PHOTOMETRIC, tiff::type::kShort, {PHOTOMETRIC_RGB});
-    add(TIFFTAG_STRIPOFFSETS, tiff::type::kLong, offsets);
-    add(TIFFTAG_SAMPLESPERPIXEL, tiff::type::kShort, {samples});
-    add(TIFFTAG_ROWSPERSTRIP, tiff::type::kLong, {Tile::kHeight});
-    add(TIFFTAG_STRIPBYTECOUNTS, tiff::type::kLong, counts);
-    add(TIFFTAG_PLANARCONFIG, tiff::type::kShort, {PLANARCONFIG_CONTIG});
-    tiff::setResolution(directory, kOrder, {kPixelsPerInch, kPixelsPerInch, Resolution::Unit::Inch});
+    add(TIFFTAG_IMAGEWIDTH, type::kLong, {static_cast<std::uint64_t>(image.pixelSize().width)});
+    add(TIFFTAG_IMAGELENGTH, type::kLong, {static_cast<std::uint64_t>(image.pixelSize().height)});
+    add(TIFFTAG_BITSPERSAMPLE, type::kShort, std::vector<std::uint64_t>(samples, kBitsPerSample));
+    add(TIFFTAG_COMPRESSION, type::kShort, {COMPRESSION_NONE});
+    add(TIFFTAG_PHOTOMETRIC, type::kShort, {PHOTOMETRIC_RGB});
+    add(TIFFTAG_STRIPOFFSETS, type::kLong, offsets);
+    add(TIFFTAG_SAMPLESPERPIXEL, type::kShort, {samples});
+    add(TIFFTAG_ROWSPERSTRIP, type::kLong, {Tile::kHeight});
+    add(TIFFTAG_STRIPBYTECOUNTS, type::kLong, counts);
+    add(TIFFTAG_PLANARCONFIG, type::kShort, {PLANARCONFIG_CONTIG});
+    setResolution(directory, kOrder, {kPixelsPerInch, kPixelsPerInch, Resolution::Unit::Inch});
     if (alpha)
-        add(TIFFTAG_EXTRASAMPLES, tiff::type::kShort, {EXTRASAMPLE_ASSOCALPHA});
+        add(TIFFTAG_EXTRASAMPLES, type::kShort, {EXTRASAMPLE_ASSOCALPHA});
     if (!icc.empty())
-        directory.entries.push_back(tiff::entryOfBytes(TIFFTAG_ICCPROFILE, tiff::type::kUndefined, icc));
-    tiff::Layout layout(kOrder, false);
+        directory.entries.push_back(entryOfBytes(TIFFTAG_ICCPROFILE, type::kUndefined, icc));
+    Layout layout(kOrder, false);
     Bytes bytes = layout.finish(layout.placeDirectory(directory));
-    bytes.resize((bytes.size() + 1) / 2 * 2); // strips begin at even offsets, as values do
+    bytes.resize((bytes.size() + 1) / 2 * 2); // strips begin at even offsets, as directory values do
     return bytes;
 }
 
 } // namespace
 
-Result<FileContents> encodeTiff(const Image& image) {
+Result<FileContents> encode(const Image& image) {
     if (!image.hasPixels())
         return Error{"a TIFF file needs pixels", ErrorKind::FormatCannotHold};
     const auto icc = image.profile().icc();
     constexpr std::uint64_t kRoomForHead = std::uint64_t{16} << 20;
-    const std::uint64_t most = static_cast<std::uint64_t>(image.pixelSize().area()) * 4 + icc.size() +
-                               kRoomForHead + static_cast<std::uint64_t>(image.bandCount()) * 8;
-    if (most > std::numeric_limits<std::uint32_t>::max())
+    const std::uint64_t maxSize = static_cast<std::uint64_t>(image.pixelSize().area()) * 4 + icc.size() +
+                                  kRoomForHead + static_cast<std::uint64_t>(image.bandCount()) * 8;
+    if (maxSize > std::numeric_limits<std::uint32_t>::max())
         return Error{"the picture is too large for a TIFF file of 4 GB", ErrorKind::FormatCannotHold};
 
     const EncodedBands bands = encodedBands(image);
@@ -133,4 +133,4 @@ Result<FileContents> encodeTiff(const Image& image) {
     return contents;
 }
 
-} // namespace complexion
+} // namespace complexion::tiff

@@ -17,7 +17,7 @@ void File::SourceDeleter::operator()(Source* source) const {
     delete source;
 }
 
-/// What the library calls to read. The file is mapped: it reads strips straight from memory.
+/// The library's I/O callbacks. The file is memory-mapped, so strips are read without copying.
 struct File::Procedures {
     static tmsize_t read(thandle_t handle, void* out, tmsize_t count) {
         auto& source = *static_cast<Source*>(handle);
@@ -41,8 +41,7 @@ struct File::Procedures {
     static toff_t size(thandle_t handle) { return static_cast<Source*>(handle)->bytes.size(); }
     static int map(thandle_t handle, void** base, toff_t* size) {
         const ByteView bytes = static_cast<Source*>(handle)->bytes;
-        *base =
-            const_cast<std::uint8_t*>(bytes.data()); // opened for reading: the library writes nothing there
+        *base = const_cast<std::uint8_t*>(bytes.data()); // opened read-only: the library does not write to it
         *size = bytes.size();
         return 1;
     }
@@ -92,7 +91,7 @@ Orientation orientationOf(TIFF* handle) {
     return orientationFromTag(field<std::uint16_t>(handle, TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT));
 }
 
-/// Nothing counts in a unit that is not known.
+/// The default for unknown units.
 Resolution resolutionOf(TIFF* handle) {
     const auto unit = field<std::uint16_t>(handle, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
     if (unit != RESUNIT_INCH && unit != RESUNIT_CENTIMETER)
@@ -124,7 +123,7 @@ int colorSamplesOf(std::uint16_t photometric) {
     }
 }
 
-/// Finds the alpha sample among those that are no colours.
+/// Finds the alpha sample among the extra samples (TIFF 6.0 section 18).
 void findAlpha(TIFF* handle, Page& page) {
     std::uint16_t count = 0;
     const std::uint16_t* kinds = nullptr;
@@ -138,21 +137,21 @@ void findAlpha(TIFF* handle, Page& page) {
         page.alphaSample = sample;
         return;
     }
-    // Some writers leave the tag out; the one sample more is alpha then.
+    // Some writers omit ExtraSamples; a single extra sample is alpha then.
     if (count == 0 && page.samples == page.colorSamples + 1) {
         page.alpha = Alpha::Straight;
         page.alphaSample = page.colorSamples;
     }
 }
 
-/// How many bytes of samples a byte of a page's data can stand for, at most; as many as there may be pixels
-/// where the coding sets no bound.
-std::int64_t mostBytesPerByte(std::uint16_t compression) {
-    constexpr std::int64_t kCutFile = 64; // a file that was cut may have lost nearly everything
+/// The largest number of sample bytes that a byte of compressed data can expand to; kMaxArea if the
+/// compression has no bound.
+std::int64_t maxExpansion(std::uint16_t compression) {
+    constexpr std::int64_t kTruncatedFile = 64; // a truncated file may have lost nearly everything
     constexpr std::int64_t kCompressed = 4096;
     switch (compression) {
     case COMPRESSION_NONE:
-        return kCutFile;
+        return kTruncatedFile;
     case COMPRESSION_LZW:
     case COMPRESSION_PACKBITS:
     case COMPRESSION_DEFLATE:
@@ -165,7 +164,7 @@ std::int64_t mostBytesPerByte(std::uint16_t compression) {
     }
 }
 
-/// A page of which nothing is known but how its samples are coded.
+/// A page with only the tags that describe how samples are coded.
 Page pageCoding(TIFF* handle) {
     Page page;
     page.bits = field<std::uint16_t>(handle, TIFFTAG_BITSPERSAMPLE, 1);
@@ -176,14 +175,13 @@ Page pageCoding(TIFF* handle) {
 
 bool hasPossibleSamples(const Page& page) {
     constexpr int kMaxBits = 64;
-    constexpr int kMaxSamples = 256; // no instrument has more channels; each costs every pixel
+    constexpr int kMaxSamples = 256; // more than any instrument has channels; each costs memory per pixel
     return page.bits >= 1 && page.bits <= kMaxBits && page.samples >= 1 && page.samples <= kMaxSamples;
 }
 
 bool isPlausible(const File& file, const Page& page, std::int64_t width, std::int64_t height) {
     const std::int64_t bitsPerPixel = std::int64_t{page.bits} * page.samples;
-    const std::int64_t perByte =
-        std::max<std::int64_t>(1, mostBytesPerByte(page.compression) * 8 / bitsPerPixel);
+    const std::int64_t perByte = std::max<std::int64_t>(1, maxExpansion(page.compression) * 8 / bitsPerPixel);
     return isPlausibleArea(width, height, file.bytes().size(), perByte);
 }
 
@@ -221,7 +219,7 @@ Result<Page> readPage(const File& file) {
     if (page.sampleFormat == SAMPLEFORMAT_VOID)
         page.sampleFormat = SAMPLEFORMAT_UINT;
 
-    // A file need not say what its samples mean; then their number tells.
+    // Without PhotometricInterpretation the number of samples decides.
     page.photometric = page.samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISBLACK;
     TIFFGetField(handle, TIFFTAG_PHOTOMETRIC, &page.photometric);
     if (page.photometric == PHOTOMETRIC_YCBCR && page.compression == COMPRESSION_JPEG && !page.planar) {

@@ -10,10 +10,10 @@
 
 namespace complexion::tiff {
 
-/// A TIFF file in memory, opened for reading at its first page. What the library complains of is not printed.
+/// A TIFF file in memory, opened for reading at its first page. The library's messages are suppressed.
 class File {
 public:
-    /// The library refuses to take more memory than this at once.
+    /// The largest single allocation that the library may make, in bytes.
     static constexpr tmsize_t kMaxAllocation = tmsize_t{512} << 20;
 
     /// `bytes` must outlive the file.
@@ -40,32 +40,31 @@ private:
 
 enum class Alpha { None, Associated, Straight };
 
-/// What a page's tags say.
+/// A page's tags.
 struct Page {
     PixelSize size; // as stored
     int bits = 1;   // of each sample
     int samples = 1;
-    int colorSamples = 1; // the first of the samples
+    int colorSamples = 1; // the leading samples
     Alpha alpha = Alpha::None;
     int alphaSample = 0;
     std::uint16_t sampleFormat = SAMPLEFORMAT_UINT;
     std::uint16_t photometric = PHOTOMETRIC_MINISBLACK;
     std::uint16_t compression = COMPRESSION_NONE;
-    bool planar = false; // each sample in blocks of its own
+    bool planar = false; // each sample in strips or tiles of its own
     Orientation orientation = Orientation::TopLeft;
     Resolution resolution;
-    ByteView icc; // lives as long as the file
+    ByteView icc; // valid as long as the File
 };
 
-/// The size of the page that `file` stands at, turned upright.
+/// The upright size of the current page of `file`.
 PixelSize uprightPageSize(const File& file);
 
-/// Whether the page that `file` stands at has a size that can be decoded and that the file is long enough
-/// for.
+/// Whether the current page of `file` has a decodable size that is plausible for the file's length.
 bool isPlausiblePage(const File& file);
 
-/// Reads the tags of the page that `file` stands at. Its size is decodable and plausible for the file's
-/// length. JPEG data in YCbCr are announced, and will be read, as RGB.
+/// Reads the tags of the current page of `file`. Fails if its size cannot be decoded or is implausible for
+/// the file's length. JPEG-compressed YCbCr is reported, and will be decoded, as RGB.
 Result<Page> readPage(const File& file);
 
 } // namespace complexion::tiff

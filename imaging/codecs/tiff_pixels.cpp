@@ -12,8 +12,8 @@ namespace {
 constexpr std::size_t kGreys = GreyTable().size();
 constexpr int kMaxPaletteBits = 16;
 
-/// Few writers mean it when they mark integers as signed, and other readers ignore it: only deep greys are
-/// measurements.
+/// Signed integers are honoured only in single-channel samples of more than 8 bits, which are measurements.
+/// Elsewhere the tag is usually a mistake, and other readers ignore it.
 SampleKind sampleKind(const Page& page) {
     if (page.sampleFormat == SAMPLEFORMAT_IEEEFP)
         return SampleKind::Float;
@@ -72,11 +72,11 @@ bool PixelConverter::readPalette(const File& file) {
         TIFFGetField(file.handle(), TIFFTAG_COLORMAP, map.data(), &map[1], &map[2]) != 1)
         return false;
     const std::size_t count = std::size_t{1} << m_page.bits;
-    // Entries have 16 bits, but some writers set them as if they had 8.
-    const bool small = std::ranges::all_of(map, [&](const std::uint16_t* entries) {
+    // ColorMap entries have 16 bits (TIFF 6.0 section 5), but some writers store 8-bit values.
+    const bool has8BitEntries = std::ranges::all_of(map, [&](const std::uint16_t* entries) {
         return std::all_of(entries, entries + count, [](std::uint16_t entry) { return entry < 256; });
     });
-    const int shift = small ? 0 : 8;
+    const int shift = has8BitEntries ? 0 : 8;
     for (std::size_t i = 0; i < count; ++i)
         m_palette.emplace_back(static_cast<std::uint8_t>(map[0][i] >> shift),
                                static_cast<std::uint8_t>(map[1][i] >> shift),
@@ -85,15 +85,16 @@ bool PixelConverter::readPalette(const File& file) {
 }
 
 void PixelConverter::makeGreys() {
-    const std::optional<GreyTable> byProfile = m_page.icc.empty() ? std::nullopt : greyTable(m_page.icc);
+    const std::optional<GreyTable> profileGreys = m_page.icc.empty() ? std::nullopt : greyTable(m_page.icc);
     for (std::size_t i = 0; i < kGreys; ++i) {
         const std::size_t level = m_page.photometric == PHOTOMETRIC_MINISWHITE ? kGreys - 1 - i : i;
         const auto grey = static_cast<std::uint8_t>(level);
-        m_palette.push_back(byProfile ? (*byProfile)[level] : RGBA32(grey, grey, grey, 255));
+        m_palette.push_back(profileGreys ? (*profileGreys)[level] : RGBA32(grey, grey, grey, 255));
     }
 }
 
-SampleUnpacker::Walk PixelConverter::walk(std::size_t used, std::size_t count, std::size_t outStep) const {
+SampleUnpacker::Stride PixelConverter::stride(std::size_t used, std::size_t count,
+                                              std::size_t outStep) const {
     if (m_page.planar)
         return {0, 1, count, outStep};
     return {static_cast<std::size_t>(m_used[used]), static_cast<std::size_t>(m_page.samples), count, outStep};
@@ -101,24 +102,24 @@ SampleUnpacker::Walk PixelConverter::walk(std::size_t used, std::size_t count, s
 
 PixelConverter::Samples PixelConverter::samplesOf(std::span<const std::uint8_t* const> rows,
                                                   std::size_t count) {
-    if (m_unpacker.isPlain() && !m_page.planar)
+    if (m_unpacker.isCopy() && !m_page.planar)
         return {rows[0], static_cast<std::size_t>(m_page.samples),
                 static_cast<std::size_t>(m_page.alphaSample)};
     const std::size_t step = m_used.size();
     m_unpacked.resize(step * count);
     for (std::size_t i = 0; i < step; ++i)
-        m_unpacker.unpack(rows[m_page.planar ? i : 0], walk(i, count, step), m_unpacked.data() + i);
+        m_unpacker.unpack(rows[m_page.planar ? i : 0], stride(i, count, step), m_unpacked.data() + i);
     return {m_unpacked.data(), step, step - 1};
 }
 
-/// A pixel of colours that are, or are not yet, multiplied by its alpha.
+/// Applies the page's kind of alpha to a colour.
 RGBA32 PixelConverter::pixel(std::uint8_t red, std::uint8_t green, std::uint8_t blue,
                              const std::uint8_t* alpha) const {
     switch (m_page.alpha) {
     case Alpha::None:
         return {red, green, blue, 255};
     case Alpha::Associated:
-        // No component of a premultiplied pixel is above its alpha.
+        // A premultiplied component must not exceed alpha.
         return {std::min(red, *alpha), std::min(green, *alpha), std::min(blue, *alpha), *alpha};
     case Alpha::Straight:
         return {premultiplied(red, *alpha), premultiplied(green, *alpha), premultiplied(blue, *alpha),
@@ -166,11 +167,11 @@ void PixelConverter::convertRgb(Samples samples, std::span<RGBA32> out) const {
 
 void PixelConverter::convertPalette(std::span<const std::uint8_t* const> rows, std::span<RGBA32> out) {
     m_indices.resize(out.size());
-    m_unpacker.unpackNumbers(rows[0], walk(0, out.size(), 1), m_indices.data());
+    m_unpacker.unpackIndices(rows[0], stride(0, out.size(), 1), m_indices.data());
     const bool alpha = m_page.alpha != Alpha::None;
     if (alpha) {
         m_unpacked.resize(out.size());
-        m_unpacker.unpack(rows[m_page.planar ? 1 : 0], walk(1, out.size(), 1), m_unpacked.data());
+        m_unpacker.unpack(rows[m_page.planar ? 1 : 0], stride(1, out.size(), 1), m_unpacked.data());
     }
     for (std::size_t i = 0; i < out.size(); ++i) {
         const RGBA32 color = m_palette[m_indices[i]];
@@ -180,7 +181,7 @@ void PixelConverter::convertPalette(std::span<const std::uint8_t* const> rows, s
 
 void PixelConverter::convertByProfile(Samples samples, std::span<RGBA32> out) {
     const auto colors = static_cast<std::size_t>(m_page.colorSamples);
-    // CIE L*a*b* of TIFF 6.0 has signed a and b, the conversion wants them with 128 added.
+    // CIE L*a*b* has signed a* and b* (TIFF 6.0 section 23); the conversion expects an offset of 128.
     const std::uint8_t flip = m_page.photometric == PHOTOMETRIC_CIELAB ? 0x80 : 0;
     m_packedColors.resize(colors * out.size());
     m_rgb.resize(3 * out.size());
@@ -193,7 +194,7 @@ void PixelConverter::convertByProfile(Samples samples, std::span<RGBA32> out) {
                        samples.data + i * samples.step + samples.alpha);
 }
 
-/// CMYK without a profile: each ink, and black over all, takes its share of the light.
+/// CMYK without a profile: ideal inks. Each channel is attenuated by its ink and by black.
 void PixelConverter::convertInks(Samples samples, std::span<RGBA32> out) const {
     const std::uint8_t* in = samples.data;
     for (RGBA32& to : out) {

@@ -11,23 +11,23 @@
 
 namespace complexion::tiff {
 
-/// Turns rows of a page's samples into pixels.
+/// Converts rows of a page's samples to pixels.
 class PixelConverter {
 public:
-    /// Nothing for a kind of pixels that it does not know (see `readByLibrary`).
+    /// Nothing for pixel formats that are not supported (see `readByLibrary`).
     static std::optional<PixelConverter> create(const File& file, const Page& page);
 
-    /// The samples that are looked at: in a planar page, the only ones whose blocks have to be read.
+    /// The samples that are used. In a planar page only their blocks have to be read.
     const std::vector<int>& samplesUsed() const { return m_used; }
 
-    /// Converts `out.size()` pixels. `rows` are the samples of one row: of all samples in turn, or in a
-    /// planar page of one sample each, in the order of `samplesUsed`.
+    /// Converts `out.size()` pixels of one row. `rows` are the row's interleaved samples or, in a planar
+    /// page, one row per sample in the order of `samplesUsed`.
     void convert(std::span<const std::uint8_t* const> rows, std::span<RGBA32> out);
 
 private:
     enum class Colors { Grey, Palette, Rgb, Cmyk, Lab };
 
-    /// 8-bit samples of a row: `step` bytes from pixel to pixel, alpha `alpha` bytes behind the first colour.
+    /// 8-bit samples of a row: pixels are `step` bytes apart, alpha is `alpha` bytes after the first colour.
     struct Samples {
         const std::uint8_t* data = nullptr;
         std::size_t step = 0;
@@ -39,7 +39,7 @@ private:
     bool readPalette(const File& file);
     void makeGreys();
 
-    SampleUnpacker::Walk walk(std::size_t used, std::size_t count, std::size_t outStep) const;
+    SampleUnpacker::Stride stride(std::size_t used, std::size_t count, std::size_t outStep) const;
     Samples samplesOf(std::span<const std::uint8_t* const> rows, std::size_t count);
     RGBA32 pixel(std::uint8_t red, std::uint8_t green, std::uint8_t blue, const std::uint8_t* alpha) const;
     void convertGrey(Samples samples, std::span<RGBA32> out) const;
@@ -52,8 +52,8 @@ private:
     SampleUnpacker m_unpacker;
     Colors m_colors = Colors::Grey;
     std::vector<int> m_used;
-    std::vector<RGBA32> m_palette;          // opaque; of greys too
-    std::optional<SrgbConversion> m_toSrgb; // of CMYK and Lab
+    std::vector<RGBA32> m_palette;          // opaque; the grey levels too
+    std::optional<SrgbConversion> m_toSrgb; // from CMYK or L*a*b*
     std::vector<std::uint8_t> m_unpacked, m_packedColors, m_rgb;
     std::vector<std::uint16_t> m_indices;
 };

@@ -200,7 +200,7 @@ private:
 
     /// Whether the image is saved as the JPEG file that it was, but for what was clicked; or why not.
     void tellCoding(const Image& clicked) {
-        const auto original = clicked.encoderMemory().get<JpegOriginal>();
+        const auto original = clicked.encoderMemory().get<jpeg::OriginalFile>();
         if (!original) {
             tell("exact", "not 8-bit grey, YCbCr or RGB");
             return;

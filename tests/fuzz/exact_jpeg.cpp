@@ -25,8 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Result<Image> opened = kJpegCodec.decode(source);
     if (!opened)
         return 0;
-    const auto original = opened->encoderMemory().get<JpegOriginal>();
-    const Result<CodedJpeg> coded = codedExactly(source);
+    const auto original = opened->encoderMemory().get<jpeg::OriginalFile>();
+    const Result<jpeg::TranscodedFile> coded = jpeg::transcode(source);
     if (!original || !coded)
         return 0;
     const PixelSize pixels = opened->pixelSize();
@@ -37,13 +37,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Result<FileContents> file = original->encode(edited);
     if (!file)
         return 0; // not exactly
-    const Result<Image> again = decodeJpegPixels(file->joined());
+    const Result<Image> again = jpeg::decodePixels(file->joined());
     fuzz::require(bool(again), "the file cannot be opened");
     const std::vector<RGBA32> before = fuzz::pixelsOf(turnedForStorage(*opened, original->orientation()));
     const std::vector<RGBA32> painted = fuzz::pixelsOf(turnedForStorage(edited, original->orientation()));
     const std::vector<RGBA32> after = fuzz::pixelsOf(*again);
     fuzz::require(before.size() == after.size(), "the file has another size");
-    const JpegLayout& layout = coded->layout;
+    const jpeg::Layout& layout = coded->layout;
     std::vector<bool> isTouched(layout.mcuCount());
     const auto mcuOf = [&layout](std::size_t i) {
         const int row = static_cast<int>(i) / layout.size.width;

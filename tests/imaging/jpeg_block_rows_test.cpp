@@ -18,15 +18,15 @@ using test::encoded;
 
 /// Where the coded bytes begin.
 std::size_t scanStart(ByteView file) {
-    JpegDecompressor decompressor(file);
+    jpeg::Decompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
     return file.size() - decompressor.scanData().size();
 }
 
 std::optional<Image> decodedApart(ByteView file) {
-    JpegDecompressor decompressor(file);
+    jpeg::Decompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
-    const std::optional<DecodedPicture> picture = decodeBlockRowsApart(decompressor, file);
+    const std::optional<DecodedPicture> picture = jpeg::decodeBlockRowsInParallel(decompressor, file);
     return picture ? std::optional(picture->image) : std::nullopt;
 }
 
@@ -42,12 +42,12 @@ testing::AssertionResult decodesAsTheLibraryDoes(ByteView file) {
 template <class Change>
 Bytes withIntervals(const Bytes& file, const Change& change) {
     const std::size_t start = scanStart(file);
-    RestartIntervals split = splitAtRestartMarkers(ByteView(file).subspan(start));
+    jpeg::RestartIntervals split = jpeg::splitAtRestartMarkers(ByteView(file).subspan(start));
     change(split.intervals);
     Bytes changed(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(start));
     for (std::size_t i = 0; i < split.intervals.size(); ++i) {
         if (i > 0)
-            appendRestartMarker(changed, i);
+            jpeg::appendRestartMarker(changed, i);
         changed.insert(changed.end(), split.intervals[i].begin(), split.intervals[i].end());
     }
     changed.insert(changed.end(), split.rest.begin(), split.rest.end());
@@ -56,22 +56,22 @@ Bytes withIntervals(const Bytes& file, const Change& change) {
 
 TEST(RestartMarkers, PartAScan) {
     const Bytes bytes = {1, 0xFF, 0, 2, 0xFF, 0xD0, 0xFF, 0xD1, 3, 0xFF, 0xD9, 4, 0xFF, 0xD2};
-    const RestartIntervals split = splitAtRestartMarkers(bytes);
+    const jpeg::RestartIntervals split = jpeg::splitAtRestartMarkers(bytes);
     ASSERT_EQ(split.intervals.size(), 3U);
     EXPECT_EQ(Bytes(split.intervals[0].begin(), split.intervals[0].end()), (Bytes{1, 0xFF, 0, 2}));
     EXPECT_TRUE(split.intervals[1].empty());
     EXPECT_EQ(split.intervals[2].front(), 3);
-    EXPECT_TRUE(split.inTurn);
+    EXPECT_TRUE(split.inSequence);
     EXPECT_EQ(split.rest.size(), 5U);
 }
 
 TEST(RestartMarkers, OutOfTurnCutAndFilledScansAreSeen) {
-    EXPECT_FALSE(splitAtRestartMarkers(Bytes{1, 0xFF, 0xD1}).inTurn);
-    EXPECT_FALSE(splitAtRestartMarkers(Bytes{1, 0xFF, 0xD0, 0xFF, 0xD0}).inTurn);
-    EXPECT_TRUE(splitAtRestartMarkers(Bytes{1, 2}).rest.empty());
-    EXPECT_EQ(splitAtRestartMarkers(Bytes{1, 0xFF}).rest.size(), 1U);
-    EXPECT_EQ(splitAtRestartMarkers(Bytes{1, 0xFF, 0xFF, 0xD0}).rest.size(), 3U);
-    EXPECT_EQ(splitAtRestartMarkers({}).intervals.size(), 1U);
+    EXPECT_FALSE(jpeg::splitAtRestartMarkers(Bytes{1, 0xFF, 0xD1}).inSequence);
+    EXPECT_FALSE(jpeg::splitAtRestartMarkers(Bytes{1, 0xFF, 0xD0, 0xFF, 0xD0}).inSequence);
+    EXPECT_TRUE(jpeg::splitAtRestartMarkers(Bytes{1, 2}).rest.empty());
+    EXPECT_EQ(jpeg::splitAtRestartMarkers(Bytes{1, 0xFF}).rest.size(), 1U);
+    EXPECT_EQ(jpeg::splitAtRestartMarkers(Bytes{1, 0xFF, 0xFF, 0xD0}).rest.size(), 3U);
+    EXPECT_EQ(jpeg::splitAtRestartMarkers({}).intervals.size(), 1U);
 }
 
 TEST(JpegBlockRows, OwnFilesAreDecodedApartAndAsTheLibraryDoes) {

@@ -111,14 +111,14 @@ TEST_P(ExactJpeg, AnUneditedPictureComesBackToTheBit) {
 }
 
 TEST_P(ExactJpeg, WhatIsWrittenHasTheLayoutOfTheSourceAndOneInterval) {
-    const Result<CodedJpeg> source = codedExactly(fileOf(GetParam()));
+    const Result<jpeg::TranscodedFile> source = jpeg::transcode(fileOf(GetParam()));
     ASSERT_TRUE(source) << source.error().message;
-    const Result<CodedJpeg> file = codedExactly(saved(decoded(kJpegCodec, fileOf(GetParam()))));
+    const Result<jpeg::TranscodedFile> file = jpeg::transcode(saved(decoded(kJpegCodec, fileOf(GetParam()))));
     ASSERT_TRUE(file) << file.error().message;
     EXPECT_EQ(file->layout.mcu, source->layout.mcu);
-    EXPECT_EQ(file->layout.colors, source->layout.colors);
+    EXPECT_EQ(file->layout.colorSpace, source->layout.colorSpace);
     for (int row = 0; row < source->layout.mcusDown; ++row)
-        EXPECT_EQ(*mcuRowOf(*file, row), *mcuRowOf(*source, row));
+        EXPECT_EQ(*jpeg::decodeMcuRow(*file, row), *jpeg::decodeMcuRow(*source, row));
 }
 
 TEST_P(ExactJpeg, NothingChangesOutsideTheTouchedMcus) {
@@ -128,7 +128,7 @@ TEST_P(ExactJpeg, NothingChangesOutsideTheTouchedMcus) {
     const Bytes file = saved(edited);
     const PixelSize stored = turnedForStorage(image, orientation()).pixelSize();
     const Outcome outcome = outcomeOf(samplesOf(source), samplesOf(edited), samplesOf(file), stored,
-                                      codedExactly(source)->layout.mcu);
+                                      jpeg::transcode(source)->layout.mcu);
     EXPECT_EQ(outcome.differentOutside, 0);
     EXPECT_LE(outcome.mostUnpainted, 16);
     EXPECT_LE(outcome.meanInside, 2);
@@ -155,7 +155,7 @@ TEST_P(ExactJpeg, UndoneEditsLeaveNoTrace) {
 TEST_P(ExactJpeg, TenSavesInARowChangeNothingOutside) {
     Bytes file = fileOf(GetParam());
     const std::vector<std::uint8_t> source = samplesOf(file);
-    const PixelSize mcu = codedExactly(file)->layout.mcu;
+    const PixelSize mcu = jpeg::transcode(file)->layout.mcu;
     std::vector<std::uint8_t> painted = source;
     PixelSize stored;
     Orientation turn = orientation();

@@ -18,7 +18,7 @@ using test::withSpot;
 
 /// Why an image that was edited cannot be coded exactly; empty where it can.
 std::string reasonOf(const Image& edited) {
-    const auto original = edited.encoderMemory().get<JpegOriginal>();
+    const auto original = edited.encoderMemory().get<jpeg::OriginalFile>();
     if (!original)
         return "it remembers no file";
     const Result<FileContents> file = original->encode(edited);
@@ -29,7 +29,7 @@ std::string reasonOf(const Image& edited) {
 void expectFallback(const Image& edited, const std::string& reason) {
     EXPECT_THAT(reasonOf(edited), testing::HasSubstr(reason));
     const Bytes file = encoded(kJpegCodec, edited);
-    const Result<CodedJpeg> coded = codedExactly(file);
+    const Result<jpeg::TranscodedFile> coded = jpeg::transcode(file);
     ASSERT_TRUE(coded);
     EXPECT_EQ(coded->layout.mcu, (PixelSize{8, 8}));
     EXPECT_EQ(coded->layout.components.size(), 3U);
@@ -109,7 +109,7 @@ TEST(InexactJpeg, HardEdgesOfStrongColorsMoveNoOtherPixelFar) {
             }
             const Outcome outcome =
                 outcomeOf(before, rgbSamples(edited), jpegSamples(encoded(kJpegCodec, edited), JCS_RGB),
-                          edited.pixelSize(), codedExactly(source)->layout.mcu);
+                          edited.pixelSize(), jpeg::transcode(source)->layout.mcu);
             EXPECT_EQ(outcome.differentOutside, 0);
             EXPECT_LE(outcome.mostUnpainted, 16);
         }

@@ -76,7 +76,7 @@ TEST_P(JpegLoss, IsLessThanThatOfTheLibrarysOwnSettings) {
 
 /// The colours that the file's components are.
 J_COLOR_SPACE colorsOf(ByteView file) {
-    JpegDecompressor decompressor(file);
+    jpeg::Decompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
     return decompressor.isRgb() ? JCS_RGB : JCS_YCbCr;
 }
@@ -91,7 +91,7 @@ Image withStrongColors(int side) {
     });
 }
 
-TEST(JpegColors, APictureOfStrongColorsLosesAsLittleAsAnother) {
+TEST(JpegColorSpace, APictureOfStrongColorsLosesAsLittleAsAnother) {
     const Image image = noise(kSize);
     const std::vector<std::uint8_t> samples = rgbSamples(image);
     EXPECT_GT(meanDifference(jpegSamples(jpegFile({.size = kSize, .exif = {}, .icc = {}}, samples), JCS_RGB),
@@ -103,24 +103,24 @@ TEST(JpegColors, APictureOfStrongColorsLosesAsLittleAsAnother) {
     EXPECT_TRUE(nearlySamePixels(decoded(kJpegCodec, file), image, 2));
 }
 
-TEST(JpegColors, AreTheUsualOnesForAPhotoAndWhereOnlyLittleIsStrong) {
+TEST(JpegColorSpace, AreTheUsualOnesForAPhotoAndWhereOnlyLittleIsStrong) {
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, *kJpegCodec.decode(noisyFile(95)))), JCS_YCbCr);
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, withStrongColors(40))), JCS_YCbCr);
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, withStrongColors(240))), JCS_RGB);
 }
 
-TEST(JpegColors, StayThoseOfThePictureHoweverItIsEdited) {
+TEST(JpegColorSpace, StayThoseOfThePictureHoweverItIsEdited) {
     const Image image = noise(kSize);
     (void)encoded(kJpegCodec, image);
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, image.withBands(filled(kSize, grey(90)).bands()))), JCS_RGB);
 }
 
-TEST(JpegColors, AreTheUsualOnesForComputedPixels) {
+TEST(JpegColorSpace, AreTheUsualOnesForComputedPixels) {
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, noise(kSize).transformed(std::make_shared<test::Inversion>()))),
               JCS_YCbCr);
 }
 
-TEST(JpegColors, OfRedGreenAndBlueComeWithTheDensityInExif) {
+TEST(JpegColorSpace, OfRedGreenAndBlueComeWithTheDensityInExif) {
     const Bytes file = encoded(kJpegCodec, noise(kSize).withSize({10, 10}));
     EXPECT_EQ(readJpegMetadata(file).resolution, (Resolution{72, 72, Resolution::Unit::Inch}));
     EXPECT_EQ(textOf(file).find("JFIF"), std::string_view::npos);

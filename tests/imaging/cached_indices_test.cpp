@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A picture of too many colours keeps the ones chosen for it from edit to edit, as long as they fit.
-#include "imaging/codecs/remembered_indices.h"
+#include "imaging/codecs/cached_indices.h"
 
 #include "imaging/base/pixel_buffer.h"
 #include "tests/fakes/pictures.h"
@@ -32,7 +32,7 @@ Image withPatch(const Image& image, PixelRect patch, RGBA32 color) {
 }
 
 IndexedImage remembered(const Image& image) {
-    const auto indexed = rememberedIndexedImage(image);
+    const auto indexed = cachedIndexedImage(image);
     EXPECT_TRUE(indexed);
     return **indexed;
 }

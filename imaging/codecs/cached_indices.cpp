@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/codecs/remembered_indices.h"
+#include "imaging/codecs/cached_indices.h"
 
 #include <algorithm>
 #include <array>
@@ -12,25 +12,25 @@ namespace {
 constexpr std::size_t kComponents = 3;
 using Color = std::array<float, kComponents>;
 
-/// Looking up one pixel after the other is the better way for at most this part of them.
-constexpr std::int64_t kMaxChangedPart = 16;
-/// The colours' fit to the picture is judged by so many of its pixels.
-constexpr std::int64_t kJudgedPixels = 50'000;
-/// Colours fit changed pixels when these are off by at most so much more than the picture's own pixels are,
-/// in the mean square; or by what nobody sees, two levels in each component.
-constexpr double kAcceptedWorsening = 2;
-constexpr double kUnseenMisfit = 3 * 2 * 2;
+/// At most one pixel in this many may have changed. Beyond that, choosing a new palette is faster.
+constexpr std::int64_t kMinPixelsPerChange = 16;
+/// Number of pixels sampled to measure how well a palette fits.
+constexpr std::int64_t kSampledPixels = 50'000;
+/// A palette fits the changed pixels if their mean squared error is at most `kMaxErrorRatio` times the
+/// picture's, or at most `kInvisibleError`: two levels in each component.
+constexpr double kMaxErrorRatio = 2;
+constexpr double kInvisibleError = 3 * 2 * 2;
 
-/// A picture's chosen colours, the bands that they were given to, and how far its pixels are from them: the
-/// mean square of the distances, in levels.
-struct ChosenColors : Memo::Value {
+/// A palette chosen for a picture, the bands it was applied to, and the mean squared error of the picture's
+/// pixels, in levels.
+struct CachedPalette : Memo::Value {
     BandList bands;
     std::shared_ptr<const IndexedImage> indexed;
-    double misfit = 0;
+    double error = 0;
 };
 
 struct ChangedPixel {
-    PixelPosition place;
+    PixelPosition position;
     RGBA32 color;
 };
 
@@ -39,10 +39,10 @@ Color asColor(RGBA32 pixel) {
             static_cast<float>(pixel.blue())};
 }
 
-/// The palette, for look-ups by distance.
-class Colors {
+/// Nearest-colour search in a palette.
+class PaletteSearch {
 public:
-    explicit Colors(const IndexedImage& image) : m_first(image.hasTransparency ? 1 : 0) {
+    explicit PaletteSearch(const IndexedImage& image) : m_first(image.hasTransparency ? 1 : 0) {
         for (std::size_t i = m_first; i < image.palette.size(); ++i)
             m_colors.push_back(asColor(image.palette[i]));
     }
@@ -70,7 +70,7 @@ private:
     std::vector<Color> m_colors;
 };
 
-double misfitOf(const Colors& colors, const std::vector<RGBA32>& pixels) {
+double meanSquaredError(const PaletteSearch& colors, const std::vector<RGBA32>& pixels) {
     double sum = 0;
     std::int64_t opaque = 0;
     for (const RGBA32 pixel : pixels)
@@ -81,18 +81,18 @@ double misfitOf(const Colors& colors, const std::vector<RGBA32>& pixels) {
     return opaque == 0 ? 0 : sum / static_cast<double>(opaque);
 }
 
-/// Pixels spread over the picture.
-std::vector<RGBA32> spreadPixels(const Image& image) {
+/// Pixels sampled evenly over the picture.
+std::vector<RGBA32> sampledPixels(const Image& image) {
     const PixelSize size = image.pixelSize();
-    const std::int64_t step = std::max<std::int64_t>(1, size.area() / kJudgedPixels);
+    const std::int64_t step = std::max<std::int64_t>(1, size.area() / kSampledPixels);
     std::vector<RGBA32> pixels;
-    for (std::int64_t place = 0; place < size.area(); place += step)
+    for (std::int64_t position = 0; position < size.area(); position += step)
         pixels.push_back(withoutHalfTransparency(
-            image.pixel(static_cast<int>(place / size.width), static_cast<int>(place % size.width))));
+            image.pixel(static_cast<int>(position / size.width), static_cast<int>(position % size.width))));
     return pixels;
 }
 
-/// The pixels that differ from those of the bands `before`, in scan order within each tile.
+/// The pixels that differ from those of the bands `before`, in raster order.
 std::vector<ChangedPixel> pixelsChangedSince(const Image& image, const BandList& before) {
     std::vector<ChangedPixel> changed;
     const BandList& bands = image.bands();
@@ -112,28 +112,28 @@ std::vector<ChangedPixel> pixelsChangedSince(const Image& image, const BandList&
         }
     }
     std::ranges::sort(changed, {}, [](const ChangedPixel& pixel) {
-        return std::pair(pixel.place.row, pixel.place.column);
+        return std::pair(pixel.position.row, pixel.position.column);
     });
     return changed;
 }
 
-/// Diffuses what a pixel is off to its neighbours, over the changed pixels only (Floyd and Steinberg, An
-/// Adaptive Algorithm for Spatial Greyscale, 1976).
-void dither(const std::vector<ChangedPixel>& changed, const Colors& colors, IndexedImage& indexed) {
+/// Dithers the changed pixels by error diffusion among them (Floyd and Steinberg, An Adaptive Algorithm for
+/// Spatial Greyscale, 1976).
+void dither(const std::vector<ChangedPixel>& changed, const PaletteSearch& colors, IndexedImage& indexed) {
     const auto width = static_cast<std::size_t>(indexed.size.width);
-    // Places of one row and the next, with a margin on both sides.
-    std::vector<Color> off(width + 2);
-    std::vector<Color> offBelow(width + 2);
+    // The errors diffused to this row and the next, with a margin on both sides.
+    std::vector<Color> errors(width + 2);
+    std::vector<Color> errorsBelow(width + 2);
     std::int64_t row = -1;
     for (const ChangedPixel& pixel : changed) {
-        if (pixel.place.row != row) {
-            std::swap(off, offBelow);
-            if (pixel.place.row != row + 1)
-                std::ranges::fill(off, Color{});
-            std::ranges::fill(offBelow, Color{});
-            row = pixel.place.row;
+        if (pixel.position.row != row) {
+            std::swap(errors, errorsBelow);
+            if (pixel.position.row != row + 1)
+                std::ranges::fill(errors, Color{});
+            std::ranges::fill(errorsBelow, Color{});
+            row = pixel.position.row;
         }
-        const auto x = static_cast<std::size_t>(pixel.place.column);
+        const auto x = static_cast<std::size_t>(pixel.position.column);
         std::uint8_t& index = indexed.indices[static_cast<std::size_t>(row) * width + x];
         if (pixel.color.alpha() == 0) {
             index = 0;
@@ -141,32 +141,32 @@ void dither(const std::vector<ChangedPixel>& changed, const Colors& colors, Inde
         }
         Color wanted = asColor(pixel.color);
         for (std::size_t c = 0; c < kComponents; ++c)
-            wanted[c] = std::clamp(wanted[c] + off[x + 1][c], 0.0F, 255.0F);
-        const Colors::Found found = colors.nearest(wanted);
+            wanted[c] = std::clamp(wanted[c] + errors[x + 1][c], 0.0F, 255.0F);
+        const PaletteSearch::Found found = colors.nearest(wanted);
         index = found.index;
         for (std::size_t c = 0; c < kComponents; ++c) {
-            const float rest = (wanted[c] - found.color[c]) / 16;
-            off[x + 2][c] += 7 * rest;
-            offBelow[x][c] += 3 * rest;
-            offBelow[x + 1][c] += 5 * rest;
-            offBelow[x + 2][c] += rest;
+            const float sixteenth = (wanted[c] - found.color[c]) / 16;
+            errors[x + 2][c] += 7 * sixteenth;
+            errorsBelow[x][c] += 3 * sixteenth;
+            errorsBelow[x + 1][c] += 5 * sixteenth;
+            errorsBelow[x + 2][c] += sixteenth;
         }
     }
 }
 
-/// `before` with the pixels that have changed since; null when other colours have to be chosen.
-std::shared_ptr<const ChosenColors> afterEdits(const ChosenColors& before, const Image& image) {
+/// `before` updated with the pixels changed since then; null if a new palette is needed.
+std::shared_ptr<const CachedPalette> afterEdits(const CachedPalette& before, const Image& image) {
     const std::vector<ChangedPixel> changed = pixelsChangedSince(image, before.bands);
-    if (std::ssize(changed) > image.pixelSize().area() / kMaxChangedPart)
+    if (std::ssize(changed) > image.pixelSize().area() / kMinPixelsPerChange)
         return nullptr;
-    const Colors colors(*before.indexed);
+    const PaletteSearch colors(*before.indexed);
     std::vector<RGBA32> changedColors;
     std::ranges::transform(changed, std::back_inserter(changedColors), &ChangedPixel::color);
-    if (misfitOf(colors, changedColors) > std::max(kUnseenMisfit, kAcceptedWorsening * before.misfit))
+    if (meanSquaredError(colors, changedColors) > std::max(kInvisibleError, kMaxErrorRatio * before.error))
         return nullptr;
-    auto after = std::make_shared<ChosenColors>();
+    auto after = std::make_shared<CachedPalette>();
     after->bands = image.bands();
-    after->misfit = before.misfit;
+    after->error = before.error;
     auto indexed = std::make_shared<IndexedImage>(*before.indexed);
     dither(changed, colors, *indexed);
     after->indexed = std::move(indexed);
@@ -175,12 +175,12 @@ std::shared_ptr<const ChosenColors> afterEdits(const ChosenColors& before, const
 
 } // namespace
 
-Result<std::shared_ptr<const IndexedImage>> rememberedIndexedImage(const Image& image) {
+Result<std::shared_ptr<const IndexedImage>> cachedIndexedImage(const Image& image) {
     ColorSurvey survey = surveyedColors(image);
     if (survey.exact)
         return std::shared_ptr<const IndexedImage>(std::make_shared<IndexedImage>(std::move(*survey.exact)));
     const bool isStored = image.storedBand(0) != nullptr;
-    const auto before = isStored ? image.encoderMemory().get<ChosenColors>() : nullptr;
+    const auto before = isStored ? image.encoderMemory().get<CachedPalette>() : nullptr;
     if (before && before->indexed->size == image.pixelSize() &&
         before->indexed->hasTransparency == survey.hasTransparency)
         if (const auto after = afterEdits(*before, image)) {
@@ -190,11 +190,11 @@ Result<std::shared_ptr<const IndexedImage>> rememberedIndexedImage(const Image& 
     Result<IndexedImage> chosen = quantized(image, survey.hasTransparency);
     if (!chosen)
         return chosen.error();
-    auto colors = std::make_shared<ChosenColors>();
+    auto colors = std::make_shared<CachedPalette>();
     colors->indexed = std::make_shared<IndexedImage>(std::move(*chosen));
     if (isStored) {
         colors->bands = image.bands();
-        colors->misfit = misfitOf(Colors(*colors->indexed), spreadPixels(image));
+        colors->error = meanSquaredError(PaletteSearch(*colors->indexed), sampledPixels(image));
         image.encoderMemory().set(colors);
     }
     return colors->indexed;
