@@ -3,6 +3,8 @@
 
 #include "app/icons.h"
 
+#include <QCoreApplication>
+
 namespace complexion {
 
 namespace {
@@ -25,6 +27,13 @@ void setAvailable(QAction* action, bool isAvailable, const QString& name, const 
     const QString shortcut = action->shortcut().toString(QKeySequence::NativeText);
     const QString text = isAvailable || reason.isEmpty() ? name : u"%1: %2"_s.arg(name, reason);
     action->setToolTip(shortcut.isEmpty() ? text : u"%1 (%2)"_s.arg(text, shortcut));
+}
+
+/// `plain`, or `withStep` with the step's name if it has one.
+QString commandName(StepName step, const QString& plain, const QString& withStep) {
+    if (step == StepName::Unnamed)
+        return plain;
+    return withStep.arg(QCoreApplication::translate("Steps", titleOf(step)));
 }
 
 } // namespace
@@ -62,8 +71,10 @@ void Actions::showState(const WindowState& state) {
     setAvailable(selectImage, true, tr("Select image"));
     setAvailable(resetImage, state.hasImage, tr("Reload image"), noPhoto);
     setAvailable(saveImage, state.hasImage, tr("Save image"), noPhoto);
-    setAvailable(undo, state.canUndo, tr("Undo"), state.hasImage ? tr("nothing to undo") : noPhoto);
-    setAvailable(redo, state.canRedo, tr("Redo"), state.hasImage ? tr("nothing to redo") : noPhoto);
+    undo->setText(commandName(state.canUndo ? state.undoStep : StepName::Unnamed, tr("Undo"), tr("Undo %1")));
+    redo->setText(commandName(state.canRedo ? state.redoStep : StepName::Unnamed, tr("Redo"), tr("Redo %1")));
+    setAvailable(undo, state.canUndo, undo->text(), state.hasImage ? tr("nothing to undo") : noPhoto);
+    setAvailable(redo, state.canRedo, redo->text(), state.hasImage ? tr("nothing to redo") : noPhoto);
     setAvailable(zoomIn, state.hasImage, tr("Zoom in"), noPhoto);
     setAvailable(zoomOut, state.hasImage, tr("Zoom out"), noPhoto);
     setAvailable(resetZoom, state.hasImage, tr("Reset zoom"), noPhoto);

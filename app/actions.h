@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "editor/step_name.h"
+
 #include <QAction>
 #include <QObject>
 
@@ -11,6 +13,8 @@ struct WindowState {
     bool hasImage = false;
     bool canUndo = false;
     bool canRedo = false;
+    StepName undoStep = StepName::Unnamed;
+    StepName redoStep = StepName::Unnamed;
     bool hasTutorial = false;
     QString fileName; // of the photo, empty without one
 };
@@ -39,7 +43,8 @@ public:
     QAction* videoTutorial;
     QAction* about;
 
-    /// Enables the commands that are possible. The tooltips of the others say why they are not.
+    /// Enables the commands that are possible, and names undo and redo after their steps. The tooltips of the
+    /// others say why they are not.
     void showState(const WindowState& state);
 };
 

@@ -40,6 +40,8 @@ WindowState stateOf(const ViewController& controller) {
     return {.hasImage = controller.hasImage(),
             .canUndo = controller.canUndo(),
             .canRedo = controller.canRedo(),
+            .undoStep = controller.undoStep(),
+            .redoStep = controller.redoStep(),
             .hasTutorial = !controller.tutorialAddress.empty(),
             .fileName = shownName(name)};
 }

@@ -48,17 +48,18 @@ void EditSession::setFileInfo(const OpenedPhoto& photo) {
 
 void EditSession::setImage(const Image& image) {
     install(image, /*isNewPhoto*/ false);
-    if (m_journal && !m_repairMilliseconds)
+    if (m_journal && !m_recordedRepair)
         m_journal->end();
 }
 
 void EditSession::recordRepair(const Snapshot& repaired, Point place) {
     // Recorded before the state file is written, which can take long for a large file.
-    m_repairMilliseconds = history.milliseconds();
+    m_recordedRepair =
+        RecordedRepair{.milliseconds = history.milliseconds(), .step = stepNameOf(repaired.settings.style)};
     journalStep(RepairStep{.place = place,
                            .repair = Repair::of(repaired.settings),
                            .changesBack = changeCount() - repaired.change,
-                           .stateMilliseconds = *m_repairMilliseconds});
+                           .stateMilliseconds = m_recordedRepair->milliseconds});
 }
 
 void EditSession::install(const Image& image, bool isNewPhoto) {
@@ -130,9 +131,9 @@ void EditSession::beginHistory() {
 }
 
 void EditSession::pushState() {
-    const std::optional<std::int64_t> repair = std::exchange(m_repairMilliseconds, std::nullopt);
-    const std::int64_t milliseconds = repair ? *repair : history.milliseconds();
-    if (!history.push(image(), stateFormat(), milliseconds))
+    const std::optional<RecordedRepair> repair = std::exchange(m_recordedRepair, std::nullopt);
+    const std::int64_t milliseconds = repair ? repair->milliseconds : history.milliseconds();
+    if (!history.push(image(), stateFormat(), milliseconds, repair ? repair->step : StepName::Unnamed))
         journalStep(StateLostStep{history.position});
     isRepairing = false;
 }
@@ -151,7 +152,7 @@ bool EditSession::moveTo(std::int64_t state) {
 
 void EditSession::beginJournal(const std::optional<FileIdentity>& opened) {
     m_effect = 0;
-    m_repairMilliseconds.reset();
+    m_recordedRepair.reset();
     if (!m_journal)
         return;
     if (opened)

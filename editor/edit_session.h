@@ -100,6 +100,9 @@ public:
     /// Moves one state back or forward. Returns false, with nothing changed, if that is not possible.
     bool undo() { return canUndo() && moveTo(history.position - 1); }
     bool redo() { return canRedo() && moveTo(history.position + 1); }
+    /// The step that undo or redo would take, whether or not a repair is in progress.
+    StepName undoStep() const { return history.stepTo(history.position); }
+    StepName redoStep() const { return history.stepTo(history.position + 1); }
 
     // The journal.
 
@@ -141,7 +144,12 @@ private:
 
     std::unique_ptr<Journal> m_journal;
     int m_effect = 0;
-    std::optional<std::int64_t> m_repairMilliseconds; // when the repair to be pushed was recorded
+    /// A repair whose state is not pushed yet.
+    struct RecordedRepair {
+        std::int64_t milliseconds = 0;
+        StepName step = StepName::Unnamed;
+    };
+    std::optional<RecordedRepair> m_recordedRepair;
 };
 
 } // namespace complexion

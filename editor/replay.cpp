@@ -68,7 +68,7 @@ private:
         if (!result)
             return false;
         m_images.push(*result);
-        m_history.push(*result, m_format, step.stateMilliseconds,
+        m_history.push(*result, m_format, step.stateMilliseconds, stepNameOf(step.repair.style),
                        isStateLost ? StateHistory::Writing::Never : StateHistory::Writing::Later);
         return true;
     }

@@ -35,13 +35,13 @@ bool StateHistory::begin(const Image& image, const std::string& format) {
     const std::filesystem::path path = makePath(format, milliseconds());
     if (!m_files.write(image, path, format))
         return false;
-    paths.push_back(path);
+    append(path, StepName::Unnamed);
     position = 0;
     return true;
 }
 
 bool StateHistory::push(const Image& image, const std::string& format, std::int64_t milliseconds,
-                        Writing writing) {
+                        StepName step, Writing writing) {
     const std::filesystem::path path = makePath(format, milliseconds);
     if (position < bound) {
         // Redo states are deleted first, and stay deleted if writing fails.
@@ -51,7 +51,7 @@ bool StateHistory::push(const Image& image, const std::string& format, std::int6
         }
         if (!write(image, path, format, writing))
             return false;
-        paths.push_back(path);
+        append(path, step);
         ++position;
         return true;
     }
@@ -62,8 +62,21 @@ bool StateHistory::push(const Image& image, const std::string& format, std::int6
         fatal("the oldest state of an empty history is dropped");
     removeFile(paths.front());
     paths.erase(paths.begin());
-    paths.push_back(path);
+    if (!m_steps.empty())
+        m_steps.erase(m_steps.begin());
+    append(path, step);
     return true;
+}
+
+void StateHistory::append(const std::filesystem::path& path, StepName step) {
+    paths.push_back(path);
+    m_steps.resize(paths.size());
+    m_steps.back() = step;
+}
+
+StepName StateHistory::stepTo(std::int64_t index) const {
+    const bool isKnown = hasState(index - 1) && hasState(index) && index < std::ssize(m_steps);
+    return isKnown ? m_steps[static_cast<std::size_t>(index)] : StepName::Unnamed;
 }
 
 std::optional<Image> StateHistory::moveTo(std::int64_t index) {

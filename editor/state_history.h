@@ -3,6 +3,7 @@
 
 #include "editor/platform.h"
 #include "editor/state_image_files.h"
+#include "editor/step_name.h"
 #include "imaging/base/image.h"
 
 #include <cstdint>
@@ -38,14 +39,16 @@ public:
 
     /// Deletes all states and writes `image` as the first. Returns false if writing fails.
     bool begin(const Image& image, const std::string& format);
-    /// Records `image` after the current state. Returns false if it cannot be written. Redo states are
-    /// deleted before, the oldest state of a full history only after `image` is written.
-    bool push(const Image& image, const std::string& format, std::int64_t milliseconds,
+    /// Records `image`, the result of `step`, after the current state. Returns false if it cannot be written.
+    /// Redo states are deleted before, the oldest state of a full history only after `image` is written.
+    bool push(const Image& image, const std::string& format, std::int64_t milliseconds, StepName step,
               Writing writing = Writing::Now);
     /// Writes one state file that was postponed. Returns false if there is none.
     bool writeNext() { return m_files.writeNext(); }
 
     bool hasState(std::int64_t index) const { return index >= 0 && index < std::ssize(paths); }
+    /// The step from state `index - 1` to state `index`; Unnamed if either does not exist.
+    StepName stepTo(std::int64_t index) const;
     /// Moves to state `index` and returns its image. Returns nothing, without moving, if it cannot be read.
     std::optional<Image> moveTo(std::int64_t index);
     /// Whether the current state is the recorded image; false if another program has changed its file.
@@ -57,10 +60,12 @@ public:
     void removeFile(const std::filesystem::path& path) { m_files.remove(path); }
 
 private:
+    void append(const std::filesystem::path& path, StepName step);
     bool write(const Image& image, const std::filesystem::path& path, const std::string& format,
                Writing writing);
 
     Platform& m_platform;
+    std::vector<StepName> m_steps; // that made the states; resized with `paths` when a state is appended
     StateImageFiles m_files;
 };
 

@@ -227,6 +227,8 @@ public:
     bool hasImage() const;
     bool canUndo() const;
     bool canRedo() const;
+    StepName undoStep() const { return m_session.undoStep(); }
+    StepName redoStep() const { return m_session.redoStep(); }
 
     /// Set if the open photo's file is damaged and parts of the picture are missing.
     const std::optional<Error>& photoDamage() const { return m_session.damage; }

@@ -189,6 +189,17 @@
     </message>
 </context>
 <context>
+    <name>Steps</name>
+    <message>
+        <source>repair</source>
+        <translation>Reparatur</translation>
+    </message>
+    <message>
+        <source>natural repair</source>
+        <translation>natürliche Reparatur</translation>
+    </message>
+</context>
+<context>
     <name>complexion::Actions</name>
     <message>
         <source>Select image…</source>
@@ -281,6 +292,14 @@
     <message>
         <source>not included in this build</source>
         <translation>nicht in diesem Programm enthalten</translation>
+    </message>
+    <message>
+        <source>Undo %1</source>
+        <translation>Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Redo %1</source>
+        <translation>Wiederholen: %1</translation>
     </message>
 </context>
 <context>

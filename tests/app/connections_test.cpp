@@ -4,9 +4,12 @@
 #include "tests/app/window_fixture.h"
 #include "tests/fakes/active_window.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
@@ -56,6 +59,50 @@ TEST_F(Connections, TheNaturalRepairTakesNoColourAndTheControlsSayWhy) {
     QTest::keyClick(&repair, Qt::Key_Up);
     EXPECT_TRUE(bar().checkAutodetectColor->isEnabled());
     EXPECT_TRUE(bar().colorWellCustomColor->isEnabled());
+}
+
+TEST_F(Connections, UndoAndRedoNameTheStep) {
+    const Actions& actions = window.actions();
+    const auto* const undo = window.contents().boxUndo->findChild<QToolButton*>();
+    const auto* const redo = window.contents().boxRedo->findChild<QToolButton*>();
+    EXPECT_EQ(actions.undo->text(), QStringLiteral("Undo"));
+    EXPECT_EQ(actions.redo->text(), QStringLiteral("Redo"));
+    open();
+    click(window.rootView(), window.rootView().rect().center());
+    queues.runAll();
+    EXPECT_EQ(actions.undo->text(), QStringLiteral("Undo repair"));
+    EXPECT_EQ(actions.undo->toolTip(), QStringLiteral("Undo repair (Ctrl+Z)"));
+    EXPECT_EQ(undo->toolTip(), QStringLiteral("Undo repair (Ctrl+Z)"));
+    bar().comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
+    click(window.rootView(), window.rootView().rect().center());
+    EXPECT_EQ(actions.undo->text(), QStringLiteral("Undo repair")); // not changed by a repair in progress
+    queues.runAll();
+    EXPECT_EQ(actions.undo->text(), QStringLiteral("Undo natural repair"));
+    actions.undo->trigger();
+    EXPECT_EQ(actions.redo->text(), QStringLiteral("Redo natural repair"));
+    EXPECT_EQ(redo->toolTip(), QStringLiteral("Redo natural repair (Ctrl+Shift+Z)"));
+    EXPECT_EQ(actions.undo->text(), QStringLiteral("Undo repair"));
+    actions.undo->trigger();
+    EXPECT_EQ(actions.undo->text(), QStringLiteral("Undo"));
+    EXPECT_EQ(actions.undo->toolTip(), QStringLiteral("Undo: nothing to undo (Ctrl+Z)"));
+    EXPECT_EQ(actions.redo->text(), QStringLiteral("Redo repair"));
+
+    // The buttons keep their names, by which assistive technology finds them; their description says more.
+    EXPECT_EQ(undo->accessibleName(), QStringLiteral("Undo"));
+    QAccessibleInterface* const accessible =
+        QAccessible::queryAccessibleInterface(window.contents().boxRedo->findChild<QToolButton*>());
+    EXPECT_EQ(accessible->text(QAccessible::Name), QStringLiteral("Redo"));
+    EXPECT_EQ(accessible->text(QAccessible::Description), QStringLiteral("Redo repair (Ctrl+Shift+Z)"));
+}
+
+TEST_F(Connections, TheMenuItemsOfUndoAndRedoAreNamedAfterTheStep) {
+    open();
+    click(window.rootView(), window.rootView().rect().center());
+    queues.runAll();
+    QMenu* const edit = window.menuBar()->actions().at(1)->menu();
+    QAccessibleInterface* const item = QAccessible::queryAccessibleInterface(edit)->child(0);
+    ASSERT_TRUE(item);
+    EXPECT_EQ(item->text(QAccessible::Name), QStringLiteral("Undo repair"));
 }
 
 TEST_F(Connections, CommandsAreOfferedWhenTheyArePossible) {

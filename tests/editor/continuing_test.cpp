@@ -106,6 +106,20 @@ TEST_F(NextWindow, HasPictureHistoryAndPosition) {
     EXPECT_EQ(controller->currenState, 3);
 }
 
+TEST_F(NextWindow, HasTheNamesOfTheSteps) {
+    openThroughPanel(makePhoto());
+    retouch(0);
+    controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
+    retouch(1);
+    retouch(2);
+    controller->OnUndo(nullptr);
+    controller->OnUndo(nullptr);
+    kill();
+    ASSERT_TRUE(goOn());
+    EXPECT_EQ(controller->undoStep(), StepName::Repair);
+    EXPECT_EQ(controller->redoStep(), StepName::NaturalRepair);
+}
+
 TEST_F(NextWindow, GoesOnInTheSameJournal) {
     openThroughPanel(makePhoto());
     retouch(0);

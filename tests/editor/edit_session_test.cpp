@@ -25,6 +25,15 @@ protected:
         session.setImage(filled({4, 3}, grey(level)));
         session.pushState();
     }
+    void repair(RepairStyle style, int level) {
+        EditSettings settings;
+        settings.radius = 1;
+        settings.style = style;
+        session.setSettings(settings);
+        const auto snapshot = session.beginRepair();
+        session.recordRepair(*snapshot, {2, 2});
+        change(level);
+    }
     int shownLevel() const { return session.image().pixel(0, 0).red(); }
 
     FakePlatform platform;
@@ -112,6 +121,59 @@ TEST_F(Session, StepsThroughItsStates) {
     EXPECT_FALSE(session.redo());
     EXPECT_EQ(session.history.paths.size(), 3U);
     EXPECT_EQ(filesIn(platform.states()).size(), 3U);
+}
+
+TEST_F(Session, NamesTheStepsThatUndoAndRedoWouldTake) {
+    open(filled({4, 3}, grey(1)));
+    EXPECT_EQ(session.undoStep(), StepName::Unnamed);
+    EXPECT_EQ(session.redoStep(), StepName::Unnamed);
+    repair(RepairStyle::FlatColor, 2);
+    repair(RepairStyle::Natural, 3);
+    EXPECT_EQ(session.undoStep(), StepName::NaturalRepair);
+    EXPECT_EQ(session.redoStep(), StepName::Unnamed);
+    session.undo();
+    EXPECT_EQ(session.undoStep(), StepName::Repair);
+    EXPECT_EQ(session.redoStep(), StepName::NaturalRepair);
+    session.undo();
+    EXPECT_EQ(session.undoStep(), StepName::Unnamed);
+    EXPECT_EQ(session.redoStep(), StepName::Repair);
+    repair(RepairStyle::Natural, 4);
+    EXPECT_EQ(session.undoStep(), StepName::NaturalRepair);
+    EXPECT_EQ(session.redoStep(), StepName::Unnamed);
+}
+
+TEST_F(Session, AnImageThatNoRepairMadeIsAnUnnamedStep) {
+    open(filled({4, 3}, grey(1)));
+    repair(RepairStyle::FlatColor, 2);
+    change(3);
+    EXPECT_EQ(session.undoStep(), StepName::Unnamed);
+    session.undo();
+    EXPECT_EQ(session.undoStep(), StepName::Repair);
+    EXPECT_EQ(session.redoStep(), StepName::Unnamed);
+}
+
+TEST_F(Session, AFullHistoryKeepsTheNamesOfItsStates) {
+    session.history.bound = 2;
+    open(filled({4, 3}, grey(1)));
+    repair(RepairStyle::FlatColor, 2);
+    repair(RepairStyle::FlatColor, 3);
+    repair(RepairStyle::Natural, 4);
+    ASSERT_EQ(session.history.paths.size(), 3U);
+    EXPECT_EQ(session.undoStep(), StepName::NaturalRepair);
+    session.undo();
+    EXPECT_EQ(session.undoStep(), StepName::Repair);
+    session.undo();
+    EXPECT_EQ(session.undoStep(), StepName::Unnamed);
+    EXPECT_EQ(session.redoStep(), StepName::Repair);
+}
+
+TEST_F(Session, AnotherPhotoHasNoSteps) {
+    open(filled({4, 3}, grey(1)));
+    repair(RepairStyle::FlatColor, 2);
+    session.undo();
+    open(filled({4, 3}, grey(5)));
+    EXPECT_EQ(session.undoStep(), StepName::Unnamed);
+    EXPECT_EQ(session.redoStep(), StepName::Unnamed);
 }
 
 TEST_F(Session, DoesNotStepWhileARepairIsComputed) {
