@@ -6,6 +6,8 @@
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
+#include "imaging/base/fatal.h"
+#include "imaging/base/pixel_buffer.h"
 
 #include <algorithm>
 #include <chrono>
@@ -18,17 +20,66 @@ namespace {
 constexpr QPointF kSpacing(17, 40);
 constexpr int kSteps = 100;
 constexpr int kStepsARow = 10;
+constexpr double kApart = 90; // pixels
 constexpr std::int64_t kRadius = 20;
+constexpr std::int64_t kThreshold = 10;  // where its slider starts
+constexpr std::int64_t kSpotRadius = 12; // pixels
+constexpr double kSpotDepth = 40;        // levels, in the middle
 
-/// A natural repair of skin, one of a hundred about the middle of a photo of that size.
+/// A natural repair of a blemish, one of a hundred about the middle of a photo of that size.
 RepairStep step(int index, PointSize size) {
     RepairStep step;
-    step.place = {size.width / 2 + 50.0 * (index % kStepsARow),
-                  size.height / 2 - 50.0 * (index / kStepsARow)};
-    step.repair = {
-        .radius = kRadius, .colorType = 1, .customColor = {}, .style = RepairStyle::Natural, .threshold = 1};
+    step.place = {size.width / 2 + kApart * (index % kStepsARow),
+                  size.height / 2 - kApart * (index / kStepsARow)};
+    step.repair = {.radius = kRadius,
+                   .colorType = 1,
+                   .customColor = {},
+                   .style = RepairStyle::Natural,
+                   .threshold = kThreshold};
     step.stateMilliseconds = index;
     return step;
+}
+
+std::vector<EditStep> hundredSteps(PointSize size) {
+    std::vector<EditStep> steps;
+    for (int i = 0; i < kSteps; ++i)
+        steps.emplace_back(step(i, size));
+    return steps;
+}
+
+PixelPosition pixelOf(const EditStep& step, const Image& image) {
+    return pixelAt(std::get<RepairStep>(step).place, image.size());
+}
+
+bool isRepaired(const Image& repaired, const Image& before, PixelPosition place) {
+    const auto row = static_cast<int>(place.row);
+    const auto column = static_cast<int>(place.column);
+    return repaired.pixel(row, column) != before.pixel(row, column);
+}
+
+/// The photo with a soft reddish spot where each step repairs one.
+Image withBlemishes(const Image& photo, const std::vector<EditStep>& steps) {
+    Result<PixelBuffer> buffer = PixelBuffer::open(photo);
+    if (!buffer)
+        fatal(buffer.error().message);
+    for (const EditStep& step : steps) {
+        const PixelPosition middle = pixelOf(step, photo);
+        for (std::int64_t dy = -kSpotRadius; dy <= kSpotRadius; ++dy)
+            for (std::int64_t dx = -kSpotRadius; dx <= kSpotRadius; ++dx) {
+                const double square =
+                    static_cast<double>(dx * dx + dy * dy) / static_cast<double>(kSpotRadius * kSpotRadius);
+                const PixelPosition place{middle.row + dy, middle.column + dx};
+                const RGBA32 skin = buffer->pixel(place);
+                const auto darker = [&](std::uint8_t level, double share) {
+                    return static_cast<std::uint8_t>(
+                        std::max(0.0, level - share * kSpotDepth * std::max(0.0, 1 - square)));
+                };
+                const RGBA32 spot[] = {RGBA32(darker(skin.red(), 0.6), darker(skin.green(), 1),
+                                              darker(skin.blue(), 0.9), skin.alpha())};
+                buffer->paintRow(place, spot);
+            }
+    }
+    return std::move(*buffer).close();
 }
 
 /// Recording one step, with the threads that flush and hash at work, against a click until it is seen: the
@@ -53,23 +104,28 @@ Row appendAgainstClick() {
             }};
 }
 
-/// What continuing a hundred natural repairs takes beyond opening the photo, until the window answers again:
-/// the states' files are written after that, between events.
+/// What continuing a hundred natural repairs of blemishes adds to opening the photo, until the window answers
+/// again: the states' files are written after that, between events.
 Row replayAgainstDecode() {
     return {.name = rowName("replay_100", 24), .goal = atMost(0.5), .prepare = []() -> Round {
                 const std::filesystem::path photo = portraitFile(24, Kind::Jpeg);
                 auto editor = std::make_shared<Editor>();
                 editor->open(photo);
                 auto session = std::make_shared<EditSession>(editor->platform());
-                const Image image = editor->controller().originalImage();
-                std::vector<EditStep> steps;
-                for (int i = 0; i < kSteps; ++i)
-                    steps.emplace_back(step(i, image.size()));
-                return [=](Samples& samples) {
+                const Image opened = editor->controller().originalImage();
+                const std::vector<EditStep> steps = hundredSteps(opened.size());
+                const Image image = withBlemishes(opened, steps);
+                // The session uses the editor's platform.
+                return [editor, session, photo, image, steps](Samples& samples) {
                     const double reference = decodeJpegSeconds(photo);
                     session->open({image}, photo);
                     session->beginHistory();
                     samples.add(secondsOf([&] { (void)session->replay(steps); }), reference);
+                    const auto isDone = [&](const EditStep& step) {
+                        return isRepaired(session->image(), image, pixelOf(step, image));
+                    };
+                    if (const auto done = std::ranges::count_if(steps, isDone); done != kSteps)
+                        fatal("only " + std::to_string(done) + " of the repairs have changed something");
                 };
             }};
 }

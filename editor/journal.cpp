@@ -86,14 +86,13 @@ struct Journal::State {
 
     bool hasWork() const { return needsFile || needsSync || needsHash; }
 
-    /// Records the step or hash; the lock is held.
+    /// Records the step or hash; the lock is held. The writer is woken once it is not, or would wait for it.
     void add(const Bytes& record) {
         unwritten.insert(unwritten.end(), record.begin(), record.end());
         if (file)
             write();
         else
             needsFile = true;
-        wakeWriter.notify_one();
     }
 
     void write() {
@@ -149,14 +148,17 @@ void Journal::start(const std::filesystem::path& path, const FileIdentity& opene
 }
 
 void Journal::append(const EditStep& step) {
-    const std::scoped_lock lock(m_state->mutex);
-    if (!m_state->takesSteps)
-        return;
-    if (!m_state->file && m_state->unwritten.empty()) {
-        m_state->unwritten = journalHead(m_state->photo);
-        m_state->needsHash = true;
+    {
+        const std::scoped_lock lock(m_state->mutex);
+        if (!m_state->takesSteps)
+            return;
+        if (!m_state->file && m_state->unwritten.empty()) {
+            m_state->unwritten = journalHead(m_state->photo);
+            m_state->needsHash = true;
+        }
+        m_state->add(journalRecord(step));
     }
-    m_state->add(journalRecord(step));
+    m_state->wakeWriter.notify_one();
 }
 
 void Journal::end() {
@@ -213,9 +215,12 @@ void Journal::hashInBackground() {
                  opened = m_state->opened, number] {
         const auto isWanted = [&] { return state->hashing == number; };
         const std::optional<PhotoHash> hash = hashPhoto(path, opened, isWanted);
-        const std::scoped_lock lock(state->mutex);
-        if (hash && isWanted())
-            state->add(journalRecord(*hash));
+        {
+            const std::scoped_lock lock(state->mutex);
+            if (hash && isWanted())
+                state->add(journalRecord(*hash));
+        }
+        state->wakeWriter.notify_one();
     }).detach();
 }
 
