@@ -6,10 +6,10 @@
 #include "imaging/screen_colors.h"
 #include "view/accessible_photo.h"
 #include "view/image_fit.h"
-#include "view/image_painter.h"
 #include "view/notification_center.h"
 
 #include <QAccessible>
+#include <QCursor>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
@@ -24,6 +24,13 @@
 namespace complexion {
 
 namespace {
+
+/// From the last step of a zoom until its pixels are painted, in milliseconds.
+constexpr int kRestBeforeRefining = 30;
+/// How long refining keeps the event loop waiting at a time.
+constexpr std::chrono::milliseconds kRefiningStep{8};
+/// A frame that differs from the image in more of its area is painted from scratch.
+constexpr double kMaxChangedShare = 0.25;
 
 /// The MIME type of a drag that carries URLs.
 const QString kAddressList = QStringLiteral("text/uri-list");
@@ -47,6 +54,8 @@ CustomImageView::CustomImageView(QWidget* parent)
     : QWidget(parent), m_acceptedTypes(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end()) {
     QAccessible::installFactory(accessibleView); // safe to repeat
     setAccessibleName(tr("Photo"));
+    m_refining.setSingleShot(true);
+    connect(&m_refining, &QTimer::timeout, this, &CustomImageView::refine);
 }
 
 QTransform CustomImageView::pixelsToWidget() const {
@@ -86,6 +95,10 @@ void CustomImageView::refresh(const std::optional<Image>& before) {
     const bool comparable = before && now && before->size() == now->size();
     const PixelRect changed = comparable ? before->difference(*now) : PixelRect{};
     m_onScreen = now && now->hasPixels() ? std::optional(inScreenColors(*now)) : std::nullopt;
+    if (m_onScreen)
+        chooseFrame(*now);
+    else
+        m_kept = {};
     if (!comparable) {
         update();
     } else if (!changed.isEmpty()) {
@@ -95,9 +108,48 @@ void CustomImageView::refresh(const std::optional<Image>& before) {
     }
 }
 
+void CustomImageView::chooseFrame(const Image& image) {
+    const auto changedIn = [&image](const KeptFrame& kept) -> std::optional<PixelRect> {
+        if (!kept.image || !(kept.image->size() == image.size()) ||
+            !(kept.image->pixelSize() == image.pixelSize()))
+            return std::nullopt;
+        const PixelRect changed = kept.image->difference(image);
+        const auto share =
+            static_cast<double>(changed.area()) / static_cast<double>(image.pixelSize().area());
+        return share <= kMaxChangedShare ? std::optional(changed) : std::nullopt;
+    };
+    std::optional<PixelRect> changed = changedIn(m_kept[m_current]);
+    if (!changed || !changed->isEmpty()) {
+        const std::size_t other = 1 - m_current;
+        const std::optional<PixelRect> changedInOther = changedIn(m_kept[other]);
+        if (!changed || (changedInOther && changedInOther->area() < changed->area())) {
+            m_current = other;
+            changed = changedInOther;
+        }
+    }
+    KeptFrame& kept = m_kept[m_current];
+    if (!changed)
+        kept.frame.clear();
+    else if (!changed->isEmpty())
+        kept.frame.invalidate(*changed);
+    kept.image = image;
+}
+
+void CustomImageView::refine() {
+    if (!m_onScreen)
+        return;
+    PaintedFrame& frame = m_kept[m_current].frame;
+    update(frame.refine(*m_onScreen, mapFromGlobal(QCursor::pos()), kRefiningStep));
+    if (frame.isProvisional())
+        m_refining.start(0);
+}
+
 void CustomImageView::setFrame(const Frame& frame) {
     if (m_frame == frame)
         return;
+    const bool isZoomed = frame.width != m_frame.width || frame.height != m_frame.height;
+    if (isZoomed)
+        m_refining.start(kRestBeforeRefining);
     m_frame = frame;
     update();
     Q_EMIT frameChanged();
@@ -107,9 +159,10 @@ void CustomImageView::paintEvent(QPaintEvent* event) {
     if (!m_onScreen)
         return;
     QPainter painter(this);
-    // Rectangle by rectangle: the old and the new position of the disc may be far apart.
-    for (const QRect& part : event->region())
-        paintImage(painter, *m_onScreen, pixelsToWidget(), part);
+    PaintedFrame& frame = m_kept[m_current].frame;
+    frame.paint(painter, *m_onScreen, pixelsToWidget(), event->region(), rect());
+    if (frame.isProvisional() && !m_refining.isActive())
+        m_refining.start(kRestBeforeRefining);
 }
 
 void CustomImageView::dragEnterEvent(QDragEnterEvent* event) {

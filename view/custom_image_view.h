@@ -4,9 +4,12 @@
 #include "imaging/base/image.h"
 #include "view/dialogs.h"
 #include "view/frame.h"
+#include "view/painted_frame.h"
 
+#include <QTimer>
 #include <QWidget>
 
+#include <array>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -65,6 +68,10 @@ private:
     bool isAcceptedType(const std::string& extension) const;
     /// Repaints after the shown image has changed from `before`.
     void refresh(const std::optional<Image>& before);
+    /// Makes the kept frame that differs least from `image` the current one.
+    void chooseFrame(const Image& image);
+    /// Paints some of the pixels for which those of another zoom stand in.
+    void refine();
 
     std::vector<std::string_view> m_acceptedTypes;
     Dialogs* m_dialogs = nullptr;
@@ -74,6 +81,14 @@ private:
     ColorProfile m_screenProfile;    // the source profile of m_toScreen
     std::shared_ptr<const PixelTransform> m_toScreen;
     Frame m_frame;
+
+    struct KeptFrame {
+        std::optional<Image> image; // in its own colours
+        PaintedFrame frame;
+    };
+    std::array<KeptFrame, 2> m_kept; // two, so that a comparison switches between painted pictures
+    std::size_t m_current = 0;
+    QTimer m_refining;
 };
 
 } // namespace complexion

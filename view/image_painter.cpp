@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 
 namespace complexion {
 
@@ -55,6 +56,16 @@ QImage readPart(const Image& image, const QRect& part) {
         for (int chunk = 0; chunk < chunks; ++chunk)
             readRows(chunk);
     return picture;
+}
+
+/// `toPainter`, at one device pixel per pixel moved to whole device pixels. The toolkit does the same, but
+/// rounds halves away from zero: parts painted on both sides of it would not fit together.
+QTransform onWholePixels(const QTransform& toPainter, const QTransform& toDevice) {
+    QTransform moved = toPainter * toDevice;
+    if (moved.m11() != 1 || moved.m22() != 1)
+        return toPainter;
+    moved.translate(std::floor(moved.dx() + 0.5) - moved.dx(), std::floor(moved.dy() + 0.5) - moved.dy());
+    return moved * toDevice.inverted();
 }
 
 /// For scales of one device pixel per pixel and above.
@@ -106,7 +117,8 @@ void paintImage(QPainter& painter, const Image& image, const QTransform& toPaint
     if (scale < 1 && isScaleAndTranslation(pixelsToDevice))
         paintAveraged(painter, image, toPainter, exposed, mipmapLevelFor(scale));
     else
-        paintEnlarged(painter, image, toPainter, exposed, scale < kCrispScale);
+        paintEnlarged(painter, image, onWholePixels(toPainter, painter.deviceTransform()), exposed,
+                      scale < kCrispScale);
 }
 
 } // namespace complexion

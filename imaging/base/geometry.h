@@ -43,6 +43,7 @@ struct PixelRect {
     int height = 0;
     bool operator==(const PixelRect&) const = default;
     bool isEmpty() const { return width <= 0 || height <= 0; }
+    std::int64_t area() const { return isEmpty() ? 0 : std::int64_t{width} * height; }
     int right() const { return x + width; }
     int bottom() const { return y + height; }
 

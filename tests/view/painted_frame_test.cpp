@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "view/painted_frame.h"
+
+#include "tests/fakes/pictures.h"
+#include "view/image_painter.h"
+
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+
+namespace complexion {
+namespace {
+
+/// Counts the pixels that it leaves as they are.
+class CountingTransform : public PixelTransform {
+public:
+    void apply(std::span<RGBA32> pixels) const override { m_count += std::ssize(pixels); }
+    /// Since the last call.
+    std::int64_t taken() const { return m_count.exchange(0); }
+
+private:
+    mutable std::atomic<std::int64_t> m_count = 0;
+};
+
+/// A screen and the kept frame that is painted on it.
+class PaintedFrameTest : public testing::Test {
+protected:
+    static QTransform placed(double scale, QPointF offset) {
+        return QTransform(scale, 0, 0, scale, offset.x(), offset.y());
+    }
+
+    QImage blankScreen() const {
+        QImage screen(screenSize, QImage::Format_ARGB32_Premultiplied);
+        screen.setDevicePixelRatio(ratio);
+        screen.fill(Qt::transparent);
+        return screen;
+    }
+    QRect view() const { return {QPoint(), (QSizeF(screenSize) / ratio).toSize()}; }
+
+    /// What the frame paints.
+    QImage kept(const Image& image, const QTransform& toPainter) {
+        QImage screen = blankScreen();
+        QPainter painter(&screen);
+        frame.paint(painter, image, toPainter, view(), view());
+        return screen;
+    }
+
+    /// The same from scratch.
+    QImage fresh(const Image& image, const QTransform& toPainter) const {
+        QImage screen = blankScreen();
+        QPainter painter(&screen);
+        paintImage(painter, image, toPainter, view());
+        return screen;
+    }
+
+    static int largestDifference(const QImage& one, const QImage& other) {
+        int largest = 0;
+        for (int y = 0; y < one.height(); ++y)
+            for (int x = 0; x < one.width(); ++x) {
+                const QRgb a = one.pixel(x, y);
+                const QRgb b = other.pixel(x, y);
+                for (const int shift : {0, 8, 16, 24})
+                    largest = std::max(largest, std::abs(int((a >> shift) & 255) - int((b >> shift) & 255)));
+            }
+        return largest;
+    }
+
+    /// A picture without hard edges, of which each part differs from its neighbours.
+    static RGBA32 wave(int row, int column) {
+        return {static_cast<std::uint8_t>(128 + 100 * std::sin(row * 0.11)),
+                static_cast<std::uint8_t>(128 + 100 * std::sin(column * 0.07)),
+                static_cast<std::uint8_t>(100 + 90 * std::sin((row + column) * 0.05)), 255};
+    }
+    static Image waves(PixelSize size) { return painted(size, wave); }
+
+    PaintedFrame frame;
+    QSize screenSize{300, 200};
+    double ratio = 1;
+};
+
+TEST_F(PaintedFrameTest, APannedPictureLooksLikeOneFromScratch) {
+    const Image image = waves({900, 700});
+    for (const double scale : {0.21, 0.5, 0.83, 1.0, 1.7, 4.6})
+        for (const double screenRatio : {1.0, 1.5, 2.0}) {
+            ratio = screenRatio;
+            QPointF offset(-31.25, -17.5);
+            // Across the borders of the stored pixels, beyond the picture's edges, and back.
+            for (const QPointF step : {QPointF(0, 0), QPointF(-6, 4), QPointF(40, -30), QPointF(-250, -150),
+                                       QPointF(350, 210), QPointF(0, 8), QPointF(-100, 0)}) {
+                offset += step;
+                const QTransform toPainter = placed(scale, offset);
+                EXPECT_LE(largestDifference(kept(image, toPainter), fresh(image, toPainter)), 2)
+                    << scale << " at " << offset.x() << ", " << offset.y() << " ratio " << screenRatio;
+            }
+        }
+}
+
+TEST_F(PaintedFrameTest, APanPaintsTheStripThatComesIntoView) {
+    const auto counter = std::make_shared<CountingTransform>();
+    const Image image = waves({900, 700}).transformed(counter);
+    kept(image, placed(0.7, {-50, -50}));
+    EXPECT_GE(counter->taken(), 300 * 200);
+    kept(image, placed(0.7, {-57, -45}));
+    const std::int64_t strips = 7 * 200 + 5 * 300;
+    EXPECT_GT(counter->taken(), strips / 2);
+    kept(image, placed(0.7, {-57, -45}));
+    EXPECT_EQ(counter->taken(), 0) << "a rest";
+    kept(image, placed(0.7, {-50, -50}));
+    EXPECT_LE(counter->taken(), strips) << "the way back";
+}
+
+TEST_F(PaintedFrameTest, AMoveByPartOfAPixelPaintsAll) {
+    const Image image = waves({900, 700});
+    kept(image, placed(0.7, {-50, -50}));
+    const QTransform moved = placed(0.7, {-50.4, -50});
+    EXPECT_LE(largestDifference(kept(image, moved), fresh(image, moved)), 1);
+}
+
+TEST_F(PaintedFrameTest, OnlyWhatChangedIsPaintedAgain) {
+    const auto counter = std::make_shared<CountingTransform>();
+    const Image before = waves({900, 700});
+    const Image after = painted({900, 700}, [](int row, int column) {
+        return row >= 150 && row < 170 && column >= 200 && column < 220 ? RGBA32(255, 255, 255, 255)
+                                                                        : wave(row, column);
+    });
+    for (const double scale : {0.4, 1.0, 2.0}) {
+        frame.clear();
+        const QTransform toPainter = placed(scale, {-10, -20});
+        kept(before.transformed(counter), toPainter);
+        counter->taken();
+        frame.invalidate({200, 150, 20, 20});
+        const QImage shown = kept(after.transformed(counter), toPainter);
+        EXPECT_LE(largestDifference(shown, fresh(after, toPainter)), 2) << scale;
+        EXPECT_LE(counter->taken(), 60 * 60) << scale;
+    }
+}
+
+TEST_F(PaintedFrameTest, AChangeOutsideTheViewShowsWhenItComesIntoView) {
+    const Image before = filled({900, 700}, grey(40));
+    const Image after = filled({900, 700}, grey(90));
+    kept(before, placed(1, {0, 0}));
+    frame.invalidate({0, 0, 900, 700});
+    const QTransform moved = placed(1, {-100, 0});
+    EXPECT_EQ(largestDifference(kept(after, moved), fresh(after, moved)), 0);
+}
+
+TEST_F(PaintedFrameTest, ALargerViewKeepsWhatItShowed) {
+    const auto counter = std::make_shared<CountingTransform>();
+    const Image image = waves({900, 700}).transformed(counter);
+    kept(image, placed(0.7, {-57, -45}));
+    counter->taken();
+    screenSize = {330, 220};
+    const QTransform toPainter = placed(0.7, {-57, -45});
+    const QImage shown = kept(image, toPainter);
+    EXPECT_LE(counter->taken(), 330 * 220 - 300 * 200);
+    EXPECT_LE(largestDifference(shown, fresh(image, toPainter)), 2);
+}
+
+TEST_F(PaintedFrameTest, TransparentPixelsStayTransparentAfterAPan) {
+    const Image image = painted({900, 700}, [](int row, int column) {
+        return (row / 20 + column / 20) % 2 == 0 ? RGBA32(0, 0, 0, 0) : RGBA32(100, 50, 20, 100);
+    });
+    kept(image, placed(0.9, {0, 0}));
+    const QTransform moved = placed(0.9, {-300, -200}); // the stored pixels are all used again
+    EXPECT_LE(largestDifference(kept(image, moved), fresh(image, moved)), 1);
+}
+
+/// Zooming in a view that takes longer to paint than a screen shows a frame.
+class LargeView : public PaintedFrameTest {
+protected:
+    LargeView() { screenSize = {1600, 1000}; }
+
+    void refineAll(const Image& picture) {
+        for (int i = 0; i < 1000 && frame.isProvisional(); ++i)
+            frame.refine(picture, {800, 500}, std::chrono::milliseconds(1));
+    }
+
+    const std::shared_ptr<CountingTransform> counter = std::make_shared<CountingTransform>();
+    const Image image = waves({2400, 1600}).transformed(counter);
+    const QTransform fitted = placed(0.6, {0, 0});
+    const QTransform larger = placed(0.75, {-200, -125});
+};
+
+TEST_F(LargeView, AZoomInShowsTheKeptPixelsScaledAndThenTheNewOnes) {
+    EXPECT_LE(largestDifference(kept(image, fitted), fresh(image, fitted)), 1);
+    counter->taken();
+    const QImage scaled = kept(image, larger);
+    EXPECT_EQ(counter->taken(), 0) << "nothing is painted at once";
+    EXPECT_TRUE(frame.isProvisional());
+    EXPECT_LE(largestDifference(scaled, fresh(image, larger)), 70) << "no hole, no shift";
+    refineAll(image);
+    EXPECT_FALSE(frame.isProvisional());
+    EXPECT_LE(largestDifference(kept(image, larger), fresh(image, larger)), 1);
+}
+
+TEST_F(LargeView, AZoomOutPaintsOnlyWhatWasNotInView) {
+    kept(image, larger);
+    counter->taken();
+    const QImage scaled = kept(image, fitted);
+    EXPECT_GT(counter->taken(), 0);
+    EXPECT_LE(largestDifference(scaled, fresh(image, fitted)), 70);
+    refineAll(image);
+    EXPECT_LE(largestDifference(kept(image, fitted), fresh(image, fitted)), 1);
+}
+
+TEST_F(LargeView, RefiningBeginsNearThePointer) {
+    kept(image, fitted);
+    kept(image, larger);
+    const QRegion first = frame.refine(image, {1500, 100}, std::chrono::milliseconds(0));
+    EXPECT_TRUE(first.contains(QPoint(1500, 100)));
+    EXPECT_FALSE(first.contains(QPoint(100, 900)));
+}
+
+TEST_F(LargeView, AnEditDuringAZoomIsSeenAtOnce) {
+    kept(filled({2400, 1600}, grey(10)), fitted);
+    kept(filled({2400, 1600}, grey(10)), larger);
+    const Image after = filled({2400, 1600}, grey(200));
+    frame.invalidate({0, 0, 2400, 1600});
+    EXPECT_EQ(largestDifference(kept(after, larger), fresh(after, larger)), 0);
+}
+
+} // namespace
+} // namespace complexion

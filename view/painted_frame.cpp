@@ -1,0 +1,221 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "view/painted_frame.h"
+
+#include "view/image_painter.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+namespace complexion {
+
+namespace {
+
+constexpr double kMaxPhaseError = 1e-3; // device pixels
+/// Device pixels of a view that is refined in steps; smaller ones are painted within one frame of the screen.
+constexpr qint64 kMinProvisionalArea = 1'500'000;
+constexpr int kTileSide = 256;
+/// Device pixels beside a change that scaling may blend it into.
+constexpr int kChangeMargin = 3;
+
+int wrapped(int value, int period) {
+    const int remainder = value % period;
+    return remainder < 0 ? remainder + period : remainder;
+}
+
+/// Calls `use(piece, place)` for each part of `onPlane` that is contiguous in an image of `size` that wraps
+/// around: `place` is its top-left pixel there.
+template <class Use>
+void forEachPiece(const QRect& onPlane, const QSize& size, Use use) {
+    for (int y = onPlane.top(); y <= onPlane.bottom();) {
+        const int row = wrapped(y, size.height());
+        const int height = std::min(size.height() - row, onPlane.bottom() + 1 - y);
+        for (int x = onPlane.left(); x <= onPlane.right();) {
+            const int column = wrapped(x, size.width());
+            const int width = std::min(size.width() - column, onPlane.right() + 1 - x);
+            use(QRect(x, y, width, height), QPoint(column, row));
+            x += width;
+        }
+        y += height;
+    }
+}
+
+bool isScaleAndTranslation(const QTransform& transform) {
+    return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
+}
+
+/// From the point to the rectangle, in Manhattan lengths; 0 within.
+int distance(const QRect& rect, QPoint point) {
+    const QPoint nearest(std::clamp(point.x(), rect.left(), rect.right()),
+                         std::clamp(point.y(), rect.top(), rect.bottom()));
+    return (nearest - point).manhattanLength();
+}
+
+/// The same pixels without a copy, as an image of another device pixel ratio.
+QImage withRatio(const QImage& image, double ratio) {
+    QImage alias(image.constBits(), image.width(), image.height(), image.bytesPerLine(), image.format());
+    alias.setDevicePixelRatio(ratio);
+    return alias;
+}
+
+} // namespace
+
+void PaintedFrame::clear() {
+    *this = {};
+}
+
+void PaintedFrame::invalidate(const PixelRect& changed) {
+    const QRectF area(changed.x, changed.y, changed.width, changed.height);
+    m_valid -= m_toPlane.mapRect(area).toAlignedRect().adjusted(-kChangeMargin, -kChangeMargin, kChangeMargin,
+                                                                kChangeMargin);
+    m_standIn = {}; // it shows the image before the change
+}
+
+void PaintedFrame::keepStandIn() {
+    // A view that changes again before it is refined keeps the last complete one.
+    if (m_valid.rectCount() != 1)
+        return;
+    const QRect area = m_valid.boundingRect();
+    QImage copy(area.size(), m_pixels.format());
+    QPainter painter(&copy);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    forEachPiece(area, m_pixels.size(), [&](const QRect& piece, QPoint place) {
+        painter.drawImage(piece.topLeft() - area.topLeft(), m_pixels, QRect(place, piece.size()));
+    });
+    painter.end();
+    m_standIn = std::move(copy);
+    m_standInToPixels = QTransform::fromTranslate(area.x(), area.y()) * m_toPlane.inverted();
+}
+
+void PaintedFrame::place(const QTransform& pixelsToDevice, const QRect& viewOnDevice) {
+    const double x = pixelsToDevice.dx() - m_toPlane.dx();
+    const double y = pixelsToDevice.dy() - m_toPlane.dy();
+    const QPoint origin(static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y)));
+    const bool isMoved = !m_pixels.isNull() && pixelsToDevice.m11() == m_toPlane.m11() &&
+                         pixelsToDevice.m22() == m_toPlane.m22() &&
+                         std::abs(x - origin.x()) < kMaxPhaseError &&
+                         std::abs(y - origin.y()) < kMaxPhaseError;
+    if (!isMoved) {
+        if (qint64{viewOnDevice.width()} * viewOnDevice.height() >= kMinProvisionalArea)
+            keepStandIn();
+        m_toPlane = pixelsToDevice;
+        m_valid = {};
+    }
+    m_origin = isMoved ? origin : QPoint();
+    m_view = viewOnDevice;
+    m_valid &= viewOnPlane();
+    if (m_pixels.size() != m_view.size())
+        resizePixels();
+}
+
+void PaintedFrame::resizePixels() {
+    const QImage previous =
+        std::exchange(m_pixels, QImage(m_view.size(), QImage::Format_ARGB32_Premultiplied));
+    QPainter painter(&m_pixels);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    for (const QRect& rect : m_valid)
+        forEachPiece(rect, m_pixels.size(), [&](const QRect& piece, QPoint place) {
+            forEachPiece(piece, previous.size(), [&](const QRect& part, QPoint source) {
+                painter.drawImage(place + part.topLeft() - piece.topLeft(), previous,
+                                  QRect(source, part.size()));
+            });
+        });
+}
+
+void PaintedFrame::render(const Image& image, const QRect& onPlane) {
+    forEachPiece(onPlane, m_pixels.size(), [&](const QRect& piece, QPoint place) {
+        QPainter painter(&m_pixels);
+        painter.setClipRect(QRect(place, piece.size()));
+        painter.translate(place - piece.topLeft());
+        painter.setCompositionMode(QPainter::CompositionMode_Clear);
+        painter.fillRect(piece, Qt::transparent);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        paintImage(painter, image, m_toPlane, piece);
+    });
+    m_valid += onPlane;
+}
+
+QRectF PaintedFrame::planeToPainter(const QRect& onPlane) const {
+    return m_toDevice.inverted().mapRect(QRectF(onPlane.translated(m_origin)));
+}
+
+void PaintedFrame::drawStandIn(QPainter& painter, const QTransform& toPainter, const QRegion& onPlane) const {
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    for (const QRect& rect : onPlane) {
+        painter.save();
+        painter.setClipRect(planeToPainter(rect), Qt::IntersectClip);
+        painter.setTransform(m_standInToPixels * toPainter, true);
+        painter.drawImage(0, 0, m_standIn);
+        painter.restore();
+    }
+}
+
+void PaintedFrame::drawPixels(QPainter& painter, const QRegion& onPlane) const {
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    const QImage pixels = withRatio(m_pixels, m_toDevice.m11());
+    for (const QRect& rect : onPlane)
+        forEachPiece(rect, m_pixels.size(), [&](const QRect& piece, QPoint place) {
+            painter.drawImage(planeToPainter(piece).topLeft(), pixels, QRectF(place, piece.size()));
+        });
+}
+
+void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform& toPainter,
+                         const QRegion& exposed, const QRect& view) {
+    m_toDevice = painter.deviceTransform();
+    const QTransform pixelsToDevice = toPainter * m_toDevice;
+    const QRect viewOnDevice = m_toDevice.mapRect(QRectF(view)).toAlignedRect();
+    if (!isScaleAndTranslation(pixelsToDevice) || viewOnDevice.isEmpty()) {
+        clear();
+        for (const QRect& part : exposed)
+            paintImage(painter, image, toPainter, part);
+        return;
+    }
+    place(pixelsToDevice, viewOnDevice);
+    QRegion wanted;
+    for (const QRect& part : exposed)
+        wanted += m_toDevice.mapRect(QRectF(part)).toAlignedRect().translated(-m_origin);
+    wanted &= viewOnPlane();
+
+    QRegion missing = wanted - m_valid;
+    if (isProvisional()) {
+        // Rounded inwards: the border's pixels are painted.
+        const QRectF standInOnPlane =
+            (m_standInToPixels * m_toPlane).mapRect(QRectF(m_standIn.rect())).adjusted(1, 1, -1, -1);
+        const QRegion scaled = missing & standInOnPlane.toAlignedRect();
+        drawStandIn(painter, toPainter, scaled);
+        missing -= scaled;
+    }
+    for (const QRect& rect : missing)
+        render(image, rect);
+    drawPixels(painter, wanted & m_valid);
+    if (m_valid == QRegion(viewOnPlane()))
+        m_standIn = {};
+}
+
+QRegion PaintedFrame::refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration) {
+    const auto end = std::chrono::steady_clock::now() + duration;
+    const QPoint center = m_toDevice.map(pointer) - m_origin;
+    std::vector<QRect> tiles;
+    const QRect view = viewOnPlane();
+    for (int y = view.top(); y <= view.bottom(); y += kTileSide)
+        for (int x = view.left(); x <= view.right(); x += kTileSide)
+            if (const QRect tile = QRect(x, y, kTileSide, kTileSide) & view;
+                !QRegion(tile).subtracted(m_valid).isEmpty())
+                tiles.push_back(tile);
+    std::ranges::sort(tiles, {}, [center](const QRect& tile) { return distance(tile, center); });
+    QRegion changed;
+    for (const QRect& tile : tiles) {
+        if (!changed.isEmpty() && std::chrono::steady_clock::now() >= end)
+            return changed;
+        for (const QRect& rect : QRegion(tile) - m_valid)
+            render(image, rect);
+        changed += planeToPainter(tile).toAlignedRect();
+    }
+    m_standIn = {};
+    return changed;
+}
+
+} // namespace complexion

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/image.h"
+
+#include <QImage>
+#include <QRegion>
+#include <QTransform>
+
+#include <chrono>
+
+class QPainter;
+
+namespace complexion {
+
+/// The device pixels last painted of an image, kept so that a pan paints only the strip that comes into view,
+/// and an edit only what it changes. Colour conversion and effects are computed once per kept pixel.
+///
+/// When the scale changes, a large view shows the kept pixels scaled until `refine` has painted the new ones.
+///
+/// "Plane" coordinates are device pixels relative to a point of the image: a pan by whole device pixels moves
+/// the view over the plane and leaves the kept pixels valid. They are stored wrapped around, modulo the
+/// view's size, so that a pan moves no pixels in memory.
+class PaintedFrame {
+public:
+    /// Paints the parts `exposed` of `image`, in the painter's coordinates. `toPainter` maps the image's
+    /// pixels to them; `view` is the widget's rectangle. Always pass the same image, except for pixels
+    /// reported to `invalidate`.
+    void paint(QPainter& painter, const Image& image, const QTransform& toPainter, const QRegion& exposed,
+               const QRect& view);
+
+    /// Forgets what was painted of `changed`, in pixels of the image.
+    void invalidate(const PixelRect& changed);
+    void clear();
+
+    /// Whether scaled pixels of another zoom stand in for some that are not painted yet.
+    bool isProvisional() const { return !m_standIn.isNull(); }
+
+    /// Paints missing pixels for about `duration`, the nearest to `pointer` first. Returns what to repaint,
+    /// in the painter's coordinates of the last `paint`, as is `pointer`.
+    QRegion refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration);
+
+private:
+    QRect viewOnPlane() const { return m_view.translated(-m_origin); }
+    void place(const QTransform& pixelsToDevice, const QRect& viewOnDevice);
+    void keepStandIn();
+    void resizePixels();
+    void render(const Image& image, const QRect& onPlane);
+    void drawStandIn(QPainter& painter, const QTransform& toPainter, const QRegion& onPlane) const;
+    void drawPixels(QPainter& painter, const QRegion& onPlane) const;
+    QRectF planeToPainter(const QRect& onPlane) const;
+
+    QImage m_pixels;              // the pixel of plane point (x, y) is at (x mod width, y mod height)
+    QTransform m_toPlane;         // from the image's pixels; scale and translation
+    QTransform m_toDevice;        // the painter's, at the last painting
+    QPoint m_origin;              // of the plane, on the device
+    QRect m_view;                 // on the device
+    QRegion m_valid;              // on the plane, within the view
+    QImage m_standIn;             // pixels painted at another scale; null when all are painted
+    QTransform m_standInToPixels; // from the stand-in to the image's pixels
+};
+
+} // namespace complexion
