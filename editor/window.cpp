@@ -33,6 +33,7 @@ void ViewController::awakeFromNib() {
 void ViewController::viewDidLoad() {
     view->window()->installEventFilter(this);
     imageView->setAcceptDrops(true);
+    imageView->setBackground(view->palette().color(QPalette::Window));
 
     for (const auto& box : {boxHint, boxHelp, boxSelectImage, boxResetImage, boxSaveImage, boxZoomIn,
                             boxZoomOut, boxResetZoom, boxUndo, boxRedo, boxEditSettings})

@@ -58,6 +58,15 @@ CustomImageView::CustomImageView(QWidget* parent)
     connect(&m_refining, &QTimer::timeout, this, &CustomImageView::refine);
 }
 
+void CustomImageView::setBackground(const QColor& color) {
+    m_background = color;
+    // The parent's background below would be painted for nothing.
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    for (KeptFrame& kept : m_kept)
+        kept = {.image = std::nullopt, .frame = PaintedFrame(color)};
+    update();
+}
+
 QTransform CustomImageView::pixelsToWidget() const {
     const PointSize points = m_image->size();
     const PixelSize pixels = m_image->pixelSize();
@@ -98,7 +107,10 @@ void CustomImageView::refresh(const std::optional<Image>& before) {
     if (m_onScreen)
         chooseFrame(*now);
     else
-        m_kept = {};
+        for (KeptFrame& kept : m_kept) {
+            kept.image.reset();
+            kept.frame.clear();
+        }
     if (!comparable) {
         update();
     } else if (!changed.isEmpty()) {
@@ -156,9 +168,12 @@ void CustomImageView::setFrame(const Frame& frame) {
 }
 
 void CustomImageView::paintEvent(QPaintEvent* event) {
-    if (!m_onScreen)
-        return;
     QPainter painter(this);
+    if (!m_onScreen) {
+        if (m_background)
+            painter.fillRect(event->rect(), *m_background);
+        return;
+    }
     PaintedFrame& frame = m_kept[m_current].frame;
     frame.paint(painter, *m_onScreen, pixelsToWidget(), event->region(), rect());
     if (frame.isProvisional() && !m_refining.isActive())

@@ -33,6 +33,9 @@ public:
     /// Sets the dialogs that ask before a drop replaces an open image. Required before the first drop.
     void setDialogs(Dialogs* dialogs) { m_dialogs = dialogs; }
 
+    /// Paints an opaque colour behind and beside the image; without it, the parent shows there.
+    void setBackground(const QColor& color);
+
     const std::vector<std::string_view>& acceptedTypes() const { return m_acceptedTypes; }
 
     const std::optional<Image>& image() const { return m_image; }
@@ -86,6 +89,7 @@ private:
         std::optional<Image> image; // in its own colours
         PaintedFrame frame;
     };
+    std::optional<QColor> m_background;
     std::array<KeptFrame, 2> m_kept; // two, so that a comparison switches between painted pictures
     std::size_t m_current = 0;
     QTimer m_refining;

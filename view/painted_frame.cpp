@@ -64,7 +64,7 @@ QImage withRatio(const QImage& image, double ratio) {
 } // namespace
 
 void PaintedFrame::clear() {
-    *this = {};
+    *this = PaintedFrame(m_background);
 }
 
 void PaintedFrame::invalidate(const PixelRect& changed) {
@@ -112,8 +112,9 @@ void PaintedFrame::place(const QTransform& pixelsToDevice, const QRect& viewOnDe
 }
 
 void PaintedFrame::resizePixels() {
-    const QImage previous =
-        std::exchange(m_pixels, QImage(m_view.size(), QImage::Format_ARGB32_Premultiplied));
+    const bool isOpaque = m_background.alpha() == 255;
+    const QImage::Format format = isOpaque ? QImage::Format_RGB32 : QImage::Format_ARGB32_Premultiplied;
+    const QImage previous = std::exchange(m_pixels, QImage(m_view.size(), format));
     QPainter painter(&m_pixels);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     for (const QRect& rect : m_valid)
@@ -130,8 +131,8 @@ void PaintedFrame::render(const Image& image, const QRect& onPlane) {
         QPainter painter(&m_pixels);
         painter.setClipRect(QRect(place, piece.size()));
         painter.translate(place - piece.topLeft());
-        painter.setCompositionMode(QPainter::CompositionMode_Clear);
-        painter.fillRect(piece, Qt::transparent);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(piece, m_background);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         paintImage(painter, image, m_toPlane, piece);
     });
@@ -169,8 +170,10 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
     const QRect viewOnDevice = m_toDevice.mapRect(QRectF(view)).toAlignedRect();
     if (!isScaleAndTranslation(pixelsToDevice) || viewOnDevice.isEmpty()) {
         clear();
-        for (const QRect& part : exposed)
+        for (const QRect& part : exposed) {
+            painter.fillRect(part, m_background);
             paintImage(painter, image, toPainter, part);
+        }
         return;
     }
     place(pixelsToDevice, viewOnDevice);

@@ -3,6 +3,7 @@
 
 #include "imaging/base/image.h"
 
+#include <QColor>
 #include <QImage>
 #include <QRegion>
 #include <QTransform>
@@ -23,6 +24,9 @@ namespace complexion {
 /// view's size, so that a pan moves no pixels in memory.
 class PaintedFrame {
 public:
+    /// Paints `background` where the image is transparent or does not reach; transparent without one.
+    explicit PaintedFrame(const QColor& background = Qt::transparent) : m_background(background) {}
+
     /// Paints the parts `exposed` of `image`, in the painter's coordinates. `toPainter` maps the image's
     /// pixels to them; `view` is the widget's rectangle. Always pass the same image, except for pixels
     /// reported to `invalidate`.
@@ -50,6 +54,7 @@ private:
     void drawPixels(QPainter& painter, const QRegion& onPlane) const;
     QRectF planeToPainter(const QRect& onPlane) const;
 
+    QColor m_background;
     QImage m_pixels;              // the pixel of plane point (x, y) is at (x mod width, y mod height)
     QTransform m_toPlane;         // from the image's pixels; scale and translation
     QTransform m_toDevice;        // the painter's, at the last painting

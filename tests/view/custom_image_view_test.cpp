@@ -48,6 +48,14 @@ TEST_F(Painting, WithoutAnImageNothingIsPainted) {
     EXPECT_EQ(at(40, 30), background);
 }
 
+TEST_F(Painting, ABackgroundOfItsOwnIsPaintedBesideTheImageAndWithoutOne) {
+    view->setBackground(QColor(4, 5, 6));
+    EXPECT_EQ(at(40, 30), QColor(4, 5, 6));
+    view->setImage(halves({30, 60}));
+    EXPECT_EQ(at(2, 30), QColor(4, 5, 6));
+    EXPECT_EQ(at(30, 10), red);
+}
+
 TEST_F(Painting, AtOnePointPerPixelEveryPixelIsPaintedAsItIs) {
     const Image image = painted({80, 60}, [](int row, int column) {
         return RGBA32(static_cast<std::uint8_t>(row * 4), static_cast<std::uint8_t>(column * 3),

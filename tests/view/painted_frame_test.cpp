@@ -169,6 +169,20 @@ TEST_F(PaintedFrameTest, TransparentPixelsStayTransparentAfterAPan) {
     EXPECT_LE(largestDifference(kept(image, moved), fresh(image, moved)), 1);
 }
 
+TEST_F(PaintedFrameTest, ABackgroundShowsThroughAndBesideThePicture) {
+    frame = PaintedFrame(QColor(10, 20, 30));
+    const Image image = filled({100, 80}, RGBA32(100, 50, 20, 100));
+    for (const QPointF offset : {QPointF(20, 10), QPointF(-40, 90)}) {
+        const QTransform toPainter = placed(1.3, offset);
+        QImage screen = blankScreen();
+        screen.fill(QColor(10, 20, 30));
+        QPainter painter(&screen);
+        paintImage(painter, image, toPainter, view());
+        painter.end();
+        EXPECT_LE(largestDifference(kept(image, toPainter), screen), 1);
+    }
+}
+
 /// Zooming in a view that takes longer to paint than a screen shows a frame.
 class LargeView : public PaintedFrameTest {
 protected:
