@@ -15,10 +15,13 @@ Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Ima
 }
 
 Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture) {
-    // All that matters of a JPEG file is in the encoder's first part, which ends where the coded bytes
-    // begin.
+    // All that matters of a JPEG or TIFF file is in the encoder's first part, which ends where the coded
+    // bytes begin.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
-    if (containerOf(start) != Container::Jpeg || !picture.hasPixels())
+    const std::optional<Container> container = containerOf(start);
+    const bool isStartEnough =
+        container == Container::Tiff || (container == Container::Jpeg && picture.hasPixels());
+    if (!isStartEnough)
         return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
     Result<FileContents> file = withMetadataOf(source, start, picture);
     if (file)

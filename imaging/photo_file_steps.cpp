@@ -54,6 +54,15 @@ Result<FileContents> encodedPicture(const Image& image, std::string_view format,
     return codec->encodeTurned(raster, orientation);
 }
 
+Result<FileContents> encodedResult(const Image& image, std::string_view format, Orientation orientation,
+                                   const Result<Bytes>& photo) {
+    const Codec* codec = codecForExtension(format);
+    if (!codec || !codec->encodeResult || !photo)
+        return encodedPicture(image, format, orientation);
+    return codec->encodeResult(
+        rasterOf(image), {.orientation = orientation, .photo = *photo, .order = carriedByteOrder(*photo)});
+}
+
 bool countsAsSaved(const Error& error) {
     return error.kind == ErrorKind::FormatCannotHold;
 }

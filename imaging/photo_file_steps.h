@@ -28,6 +28,11 @@ Result<DecodedPicture> decodedPicture(ByteView file);
 Result<FileContents> encodedPicture(const Image& image, std::string_view format,
                                     Orientation orientation = Orientation::TopLeft);
 
+/// The file of the type that `format` names of an image that was made of `photo`, as savePhoto writes it,
+/// turned to be stored with `orientation`. Fatal and throwing as above.
+Result<FileContents> encodedResult(const Image& image, std::string_view format, Orientation orientation,
+                                   const Result<Bytes>& photo);
+
 /// Whether a save that ended in `error` is reported as done: a format that cannot hold the picture gives no
 /// file, and whoever needs the file looks for it.
 bool countsAsSaved(const Error& error);

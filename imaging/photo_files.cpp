@@ -60,7 +60,7 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
         if (!photo && photo.error().kind == ErrorKind::OutOfMemory)
             return photo.error();
         const Orientation orientation = carriedOrientationOf(photo, format);
-        const Result<FileContents> file = encodedPicture(image, format, orientation);
+        const Result<FileContents> file = encodedResult(image, format, orientation, photo);
         if (!file && !countsAsSaved(file.error()))
             return file.error();
         const Image picture = turnedForStorage(halvedTo(image, kThumbnailSource), orientation);

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/image.h"
 
+#include "imaging/base/deep_pixels.h"
 #include "imaging/base/fatal.h"
 #include "imaging/base/parallel.h"
 
+#include <bit>
 #include <cstring>
+#include <utility>
 
 namespace complexion {
 
@@ -28,11 +31,31 @@ std::vector<PixelBlock> newBand(PixelSize picture, int band) {
     return blocks;
 }
 
-std::shared_ptr<const Band> bandOf(std::vector<PixelBlock> blocks) {
+/// The deep pixels of `block`, which begins at column `left` of packed rows `width` wide.
+std::shared_ptr<const DeepBlock> deepBlockOf(const PixelBlock& block, const std::vector<RGBA64>& rows,
+                                             std::size_t width, std::size_t left) {
+    std::vector<RGBA64> pixels;
+    pixels.reserve(static_cast<std::size_t>(block.size.area()));
+    for (std::size_t row = 0; row < static_cast<std::size_t>(block.size.height); ++row) {
+        const auto begin = rows.begin() + static_cast<std::ptrdiff_t>(row * width + left);
+        pixels.insert(pixels.end(), begin, begin + block.size.width);
+    }
+    return DeepBlock::create(block, pixels);
+}
+
+/// With `deepRows`, which may be empty, as the deep pixels of all blocks side by side.
+std::shared_ptr<const Band> bandOf(std::vector<PixelBlock> blocks, const std::vector<RGBA64>& deepRows = {}) {
     std::vector<std::shared_ptr<const Tile>> tiles;
     tiles.reserve(blocks.size());
-    for (PixelBlock& block : blocks)
-        tiles.push_back(std::make_shared<const Tile>(std::move(block)));
+    const std::size_t width =
+        blocks.empty() ? 0 : deepRows.size() / static_cast<std::size_t>(blocks.front().size.height);
+    std::size_t left = 0;
+    for (PixelBlock& block : blocks) {
+        const auto blockWidth = static_cast<std::size_t>(block.size.width);
+        auto deep = deepRows.empty() ? nullptr : deepBlockOf(block, deepRows, width, left);
+        tiles.push_back(std::make_shared<const Tile>(std::move(block), std::move(deep)));
+        left += blockWidth;
+    }
     return std::make_shared<const Band>(std::move(tiles));
 }
 
@@ -49,6 +72,7 @@ struct Image::Content {
     PixelSize pixels;
     PointSize points;
     ColorProfile profile;
+    std::optional<DeepAlpha> deepAlpha; // of the bands' deep pixels
     std::shared_ptr<const BandList> bands = std::make_shared<const BandList>();
     std::shared_ptr<const PixelSource> source;                     // in place of bands, unless null
     std::vector<std::shared_ptr<const PixelTransform>> transforms; // applied in this order when read
@@ -59,14 +83,20 @@ struct Image::Content {
 
 Image::Image() : Image(std::make_shared<const Content>()) {}
 
+void PixelSource::readDeep(PixelRect, RGBA64*, std::ptrdiff_t) const {
+    fatal("deep pixels of a source without are read");
+}
+
 Image Image::empty(PointSize size) {
     Content content;
     content.points = size;
     return Image(std::make_shared<const Content>(std::move(content)));
 }
 
-Image Image::fromBands(PixelSize pixels, BandList bands, ColorProfile profile) {
+Image Image::fromBands(PixelSize pixels, BandList bands, ColorProfile profile,
+                       std::optional<DeepAlpha> deepAlpha) {
     Content content;
+    content.deepAlpha = deepAlpha;
     content.pixels = pixels;
     content.points = {static_cast<double>(pixels.width), static_cast<double>(pixels.height)};
     content.profile = std::move(profile);
@@ -118,6 +148,8 @@ Image Image::withProfile(ColorProfile profile) const {
 Image Image::withBands(BandList bands) const {
     Content content = *m_content;
     content.bands = std::make_shared<const BandList>(std::move(bands));
+    if (!content.isStored())
+        content.deepAlpha.reset();
     content.source = nullptr;
     content.transforms.clear();
     return Image(std::make_shared<const Content>(std::move(content)));
@@ -192,6 +224,32 @@ RGBA32 Image::pixel(int row, int column) const {
     return pixel;
 }
 
+std::optional<DeepAlpha> Image::deepAlpha() const {
+    if (!m_content->transforms.empty())
+        return std::nullopt;
+    return m_content->source ? m_content->source->deepAlpha() : m_content->deepAlpha;
+}
+
+void Image::readDeep(PixelRect rect, RGBA64* out, std::ptrdiff_t stride) const {
+    const std::optional<DeepAlpha> form = deepAlpha();
+    if (!form || rect.intersected({0, 0, pixelSize().width, pixelSize().height}) != rect)
+        fatal("deep pixels are read where there are none");
+    if (m_content->source) {
+        m_content->source->readDeep(rect, out, stride);
+        return;
+    }
+    for (int y = rect.y; y < rect.bottom(); ++y, out += stride) {
+        const TileList& tiles = (*m_content->bands)[static_cast<std::size_t>(y / Tile::kHeight)]->tiles();
+        for (int x = rect.x; x < rect.right();) {
+            const Tile& tile = *tiles[static_cast<std::size_t>(x / Tile::kWidth)];
+            const int column = x % Tile::kWidth;
+            const int count = std::min(tile.block().size.width - column, rect.right() - x);
+            tile.readDeep(y % Tile::kHeight, column, count, *form, out + (x - rect.x));
+            x += count;
+        }
+    }
+}
+
 PixelRect Image::difference(const Image& other) const {
     const PixelRect whole{0, 0, pixelSize().width, pixelSize().height};
     if (pixelSize() != other.pixelSize() || m_content->transforms != other.m_content->transforms ||
@@ -233,18 +291,25 @@ const BandList& Image::bands() const {
 Image Image::materialized() const {
     if (m_content->isStored())
         return *this;
+    const std::optional<DeepAlpha> deep = deepAlpha();
     BandList bands(static_cast<std::size_t>(bandCount()));
     parallelFor(bandCount(), [&](int index) {
         std::vector<PixelBlock> blocks = newBand(pixelSize(), index);
-        PixelRect place = bandRect(index);
+        const PixelRect band = bandRect(index);
+        PixelRect place = band;
         for (PixelBlock& block : blocks) {
             place.width = block.size.width;
             read(place, block.pixels.get(), place.width);
             place.x = place.right();
         }
-        bands[static_cast<std::size_t>(index)] = bandOf(std::move(blocks));
+        std::vector<RGBA64> deepRows;
+        if (deep) {
+            deepRows.resize(static_cast<std::size_t>(band.width) * static_cast<std::size_t>(band.height));
+            readDeep(band, deepRows.data(), band.width);
+        }
+        bands[static_cast<std::size_t>(index)] = bandOf(std::move(blocks), deepRows);
     });
-    return fromBands(pixelSize(), std::move(bands), profile()).withSize(size());
+    return fromBands(pixelSize(), std::move(bands), profile(), deep).withSize(size());
 }
 
 Memo& Image::encoderMemory() const {
@@ -266,23 +331,47 @@ void Image::forgetComputedUnlessShared(const Image& current) const {
     }
 }
 
-ImageBuilder::ImageBuilder(PixelSize size) : m_size(size) {
+ImageBuilder::ImageBuilder(PixelSize size, std::optional<DeepAlpha> deepAlpha)
+    : m_size(size), m_deepAlpha(deepAlpha) {
     if (size.width < 0 || size.height < 0)
         fatal("an image has a negative size");
-    const auto bands = static_cast<std::size_t>(size.width == 0 ? 0 : blocksFor(size.height, Tile::kHeight));
-    m_bands.resize(bands);
-    m_rowsSet.resize(bands);
+    m_bands.resize(static_cast<std::size_t>(size.width == 0 ? 0 : blocksFor(size.height, Tile::kHeight)));
 }
 
-void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows) {
+void ImageBuilder::begin(PartBand& part, std::size_t band) const {
+    part.blocks = newBand(m_size, static_cast<int>(band));
+    if (m_deepAlpha)
+        part.deepRows.resize(static_cast<std::size_t>(m_size.width) *
+                             static_cast<std::size_t>(part.blocks.front().size.height));
+}
+
+/// Deep rows take twice the memory of what they become: not longer than they have to.
+void ImageBuilder::finish(PartBand& part) const {
+    part.whole = bandOf(std::exchange(part.blocks, {}), std::exchange(part.deepRows, {}));
+}
+
+void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) {
     if (firstRow < 0 || count < 0 || firstRow > m_size.height - count)
         fatal("rows outside the picture are set");
+    if (count > 0 && m_deepAlpha.has_value() != (deepRows != nullptr))
+        fatal("an image is deep, or it is not");
     for (int row = firstRow; row < firstRow + count; ++row, rows += m_size.width) {
         const auto index = static_cast<std::size_t>(row / Tile::kHeight);
-        if (m_bands[index].empty())
-            m_bands[index] = newBand(m_size, static_cast<int>(index));
-        setBandRow(m_bands[index], row % Tile::kHeight, rows);
-        m_rowsSet[index] |= std::uint64_t{1} << (row % Tile::kHeight);
+        PartBand& part = m_bands[index];
+        if (part.whole)
+            fatal("rows are set twice");
+        if (part.blocks.empty())
+            begin(part, index);
+        const int rowInBand = row % Tile::kHeight;
+        setBandRow(part.blocks, rowInBand, rows);
+        if (deepRows != nullptr) {
+            std::copy_n(deepRows, m_size.width,
+                        part.deepRows.data() + std::ptrdiff_t{rowInBand} * m_size.width);
+            deepRows += m_size.width;
+        }
+        part.rowsSet |= std::uint64_t{1} << rowInBand;
+        if (m_deepAlpha && std::popcount(part.rowsSet) == part.blocks.front().size.height)
+            finish(part);
     }
 }
 
@@ -290,14 +379,18 @@ Image ImageBuilder::finish() {
     const std::vector<RGBA32> clear(static_cast<std::size_t>(m_size.width));
     BandList bands(m_bands.size());
     for (std::size_t index = 0; index < m_bands.size(); ++index) {
-        if (m_bands[index].empty())
-            m_bands[index] = newBand(m_size, static_cast<int>(index));
-        for (int row = 0; row < m_bands[index].front().size.height; ++row)
-            if ((m_rowsSet[index] >> row & 1) == 0)
-                setBandRow(m_bands[index], row, clear.data());
-        bands[index] = bandOf(std::move(m_bands[index]));
+        PartBand& part = m_bands[index];
+        if (!part.whole) {
+            if (part.blocks.empty())
+                begin(part, index);
+            for (int row = 0; row < part.blocks.front().size.height; ++row)
+                if ((part.rowsSet >> row & 1) == 0)
+                    setBandRow(part.blocks, row, clear.data());
+            finish(part);
+        }
+        bands[index] = std::move(part.whole);
     }
-    return Image::fromBands(m_size, std::move(bands));
+    return Image::fromBands(m_size, std::move(bands), {}, m_deepAlpha);
 }
 
 } // namespace complexion

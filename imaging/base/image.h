@@ -35,6 +35,11 @@ public:
 
     /// Copies the pixels of `rect` to `out`, whose rows are `stride` pixels apart. Called from any thread.
     virtual void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const = 0;
+
+    /// How deep pixels have their alpha; nothing for a source of 8-bit pixels.
+    virtual std::optional<DeepAlpha> deepAlpha() const { return std::nullopt; }
+    /// As `read`, of a source that has deep pixels.
+    virtual void readDeep(PixelRect rect, RGBA64* out, std::ptrdiff_t stride) const;
 };
 
 /// An immutable picture: tiles of pixels shared with other images, a size in points, and the colour space
@@ -47,8 +52,10 @@ public:
     /// An empty image, without pixels, of a given size.
     static Image empty(PointSize size);
 
-    /// The image of a list of bands that cover `pixels`, at one point per pixel.
-    static Image fromBands(PixelSize pixels, BandList bands, ColorProfile profile = {});
+    /// The image of a list of bands that cover `pixels`, at one point per pixel. With `deepAlpha`, its tiles
+    /// have deep pixels.
+    static Image fromBands(PixelSize pixels, BandList bands, ColorProfile profile = {},
+                           std::optional<DeepAlpha> deepAlpha = {});
 
     /// The image of pixels that are made when they are read, for going through it once: it has no halved
     /// levels.
@@ -95,6 +102,12 @@ public:
 
     RGBA32 pixel(int row, int column) const;
 
+    /// Whether the pixels were rounded from 16 bits a component that are still known, and how those have
+    /// their alpha; nothing for an image of 8 bits, and for one that is transformed.
+    std::optional<DeepAlpha> deepAlpha() const;
+    /// As `read`, the 16-bit pixels of an image that has `deepAlpha`.
+    void readDeep(PixelRect rect, RGBA64* out, std::ptrdiff_t stride) const;
+
     /// A rectangle outside which this image and `other` have the same pixels, found by comparing tiles'
     /// identity. The whole picture when they differ in size or kind.
     PixelRect difference(const Image& other) const;
@@ -126,19 +139,30 @@ private:
 /// Builds an image row by row, for decoders.
 class ImageBuilder {
 public:
-    explicit ImageBuilder(PixelSize size);
+    /// With `deepAlpha`, all rows are set with their deep pixels.
+    explicit ImageBuilder(PixelSize size, std::optional<DeepAlpha> deepAlpha = {});
 
     /// Sets `count` rows from `firstRow` on, packed. Rows of different bands may be set from different
     /// threads.
-    void setRows(int firstRow, int count, const RGBA32* rows);
+    void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows = nullptr);
 
     /// The image, at one point per pixel; rows that were never set are transparent.
     Image finish();
 
 private:
+    /// A band whose rows come one after the other.
+    struct PartBand {
+        std::vector<PixelBlock> blocks;
+        std::vector<RGBA64> deepRows; // packed, until all are there
+        std::uint64_t rowsSet = 0;    // one bit for each row
+        std::shared_ptr<const Band> whole;
+    };
+    void begin(PartBand& part, std::size_t band) const;
+    void finish(PartBand& part) const;
+
     PixelSize m_size;
-    std::vector<std::vector<PixelBlock>> m_bands;
-    std::vector<std::uint64_t> m_rowsSet; // one bit for each row of a band
+    std::optional<DeepAlpha> m_deepAlpha;
+    std::vector<PartBand> m_bands;
 };
 
 } // namespace complexion

@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <utility>
 
 namespace complexion {
 
 namespace {
 
-constexpr int kPixelsOfCacheLine = 64 / sizeof(RGBA32);
+constexpr int kCacheLine = 64; // bytes
 
 /// How a picture is turned: first the sides are swapped about the main diagonal, then it is mirrored.
 struct Turn {
@@ -61,17 +62,19 @@ PixelSize turnedSize(PixelSize size, Turn turn) {
     return turn.transpose ? PixelSize{size.height, size.width} : size;
 }
 
-/// Where a block of pixels is to be put: rows `stride` pixels apart.
+/// A block of pixels: rows `stride` pixels apart.
+template <class Pixel>
 struct PixelView {
-    RGBA32* pixels;
+    Pixel* pixels;
     std::ptrdiff_t stride;
     PixelSize size;
-    RGBA32* row(int index) const { return pixels + index * stride; }
+    Pixel* row(int index) const { return pixels + index * stride; }
 };
 
-void mirror(const PixelBlock& source, Turn turn, const PixelView& out) {
+template <class Pixel>
+void mirror(const PixelView<Pixel>& source, Turn turn, const PixelView<Pixel>& out) {
     for (int row = 0; row < out.size.height; ++row) {
-        const RGBA32* const from = source.row(turn.mirrorRows ? out.size.height - 1 - row : row);
+        const Pixel* const from = source.row(turn.mirrorRows ? out.size.height - 1 - row : row);
         if (turn.mirrorColumns)
             std::reverse_copy(from, from + out.size.width, out.row(row));
         else
@@ -81,15 +84,17 @@ void mirror(const PixelBlock& source, Turn turn, const PixelView& out) {
 
 /// In stripes: a row of the new block is a column of the old, and every pixel of that lies in a cache line of
 /// its own, which is used up while it is near.
-void transpose(const PixelBlock& source, Turn turn, const PixelView& out) {
+template <class Pixel>
+void transpose(const PixelView<Pixel>& source, Turn turn, const PixelView<Pixel>& out) {
+    constexpr int kPixelsOfCacheLine = kCacheLine / sizeof(Pixel);
     for (int begin = 0; begin < source.size.width; begin += kPixelsOfCacheLine) {
         const int count = std::min(kPixelsOfCacheLine, source.size.width - begin);
-        std::array<RGBA32*, kPixelsOfCacheLine> lines{};
+        std::array<Pixel*, kPixelsOfCacheLine> lines{};
         for (int i = 0; i < count; ++i)
             lines[static_cast<std::size_t>(i)] =
                 out.row(turn.mirrorRows ? out.size.height - 1 - (begin + i) : begin + i);
         for (int column = 0; column < out.size.width; ++column) {
-            const RGBA32* const from =
+            const Pixel* const from =
                 source.row(turn.mirrorColumns ? out.size.width - 1 - column : column) + begin;
             for (int i = 0; i < count; ++i)
                 lines[static_cast<std::size_t>(i)][column] = from[i];
@@ -105,23 +110,36 @@ public:
 
     PixelSize size() const { return m_size; }
 
-    /// A tile at a time, so that what is read and what is written are near while they are worked on.
     void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const override {
+        readTurned(rect, out, stride,
+                   [this](PixelRect part, RGBA32* pixels) { m_image.read(part, pixels, part.width); });
+    }
+
+    std::optional<DeepAlpha> deepAlpha() const override { return m_image.deepAlpha(); }
+
+    void readDeep(PixelRect rect, RGBA64* out, std::ptrdiff_t stride) const override {
+        readTurned(rect, out, stride,
+                   [this](PixelRect part, RGBA64* pixels) { m_image.readDeep(part, pixels, part.width); });
+    }
+
+private:
+    /// `readSource` reads a part of the image, packed. A tile at a time, so that what is read and what is
+    /// written are near while they are worked on.
+    template <class Pixel, class ReadSource>
+    void readTurned(PixelRect rect, Pixel* out, std::ptrdiff_t stride, const ReadSource& readSource) const {
+        const auto memory =
+            std::make_unique_for_overwrite<Pixel[]>(std::size_t{Tile::kWidth} * Tile::kHeight);
         for (int y = rect.y; y < rect.bottom(); y += Tile::kHeight)
             for (int x = rect.x; x < rect.right(); x += Tile::kWidth) {
                 const PixelRect place{x, y, std::min(Tile::kWidth, rect.right() - x),
                                       std::min(Tile::kHeight, rect.bottom() - y)};
-                readBlock(place,
-                          {out + (y - rect.y) * stride + (x - rect.x), stride, {place.width, place.height}});
+                const PixelRect part = sourceOf(place, m_size, m_turn);
+                readSource(part, memory.get());
+                const PixelView<Pixel> source{memory.get(), part.width, {part.width, part.height}};
+                const PixelView<Pixel> turned{
+                    out + (y - rect.y) * stride + (x - rect.x), stride, {place.width, place.height}};
+                m_turn.transpose ? transpose(source, m_turn, turned) : mirror(source, m_turn, turned);
             }
-    }
-
-private:
-    void readBlock(PixelRect place, const PixelView& out) const {
-        const PixelRect part = sourceOf(place, m_size, m_turn);
-        const PixelBlock source = PixelBlock::uninitialized({part.width, part.height});
-        m_image.read(part, source.pixels.get(), part.width);
-        (m_turn.transpose ? transpose : mirror)(source, m_turn, out);
     }
 
     Image m_image;

@@ -2,6 +2,7 @@
 #include "imaging/base/pixel_buffer.h"
 
 #include "imaging/base/checked.h"
+#include "imaging/base/deep_pixels.h"
 
 #include <algorithm>
 #include <new>
@@ -12,8 +13,8 @@ namespace {
 
 constexpr std::int64_t kBytesPerPixel = sizeof(RGBA32);
 
-const PixelBlock& storedBlock(const Image& image, std::int64_t band, std::int64_t column) {
-    return image.bands()[static_cast<std::size_t>(band)]->tiles()[static_cast<std::size_t>(column)]->block();
+const Tile& storedTile(const Image& image, std::int64_t band, std::int64_t column) {
+    return *image.bands()[static_cast<std::size_t>(band)]->tiles()[static_cast<std::size_t>(column)];
 }
 
 int columnInTile(PixelPosition position) {
@@ -22,6 +23,16 @@ int columnInTile(PixelPosition position) {
 
 int rowInTile(PixelPosition position) {
     return static_cast<int>(position.row % Tile::kHeight);
+}
+
+std::size_t indexInTile(PixelPosition position, const PixelBlock& block) {
+    return static_cast<std::size_t>(rowInTile(position)) * static_cast<std::size_t>(block.size.width) +
+           static_cast<std::size_t>(columnInTile(position));
+}
+
+std::shared_ptr<const Tile> tileOf(PixelBlock block, const std::vector<RGBA64>& deep) {
+    auto kept = deep.empty() ? nullptr : DeepBlock::create(block, deep);
+    return std::make_shared<const Tile>(std::move(block), std::move(kept));
 }
 
 } // namespace
@@ -48,42 +59,67 @@ PixelBuffer::TileIndex PixelBuffer::tileAt(PixelPosition position) {
     return {position.row / Tile::kHeight, position.column / Tile::kWidth};
 }
 
-PixelBlock& PixelBuffer::touchedTile(TileIndex index) {
+PixelBuffer::TouchedTile& PixelBuffer::touchedTile(TileIndex index) {
     const auto found = m_touched.find(index);
     if (found != m_touched.end())
         return found->second;
-    const PixelBlock& source = storedBlock(m_image, index.band, index.column);
-    PixelBlock copy = PixelBlock::uninitialized(source.size);
-    std::copy_n(source.pixels.get(), source.size.area(), copy.pixels.get());
+    const Tile& tile = storedTile(m_image, index.band, index.column);
+    const PixelBlock& source = tile.block();
+    TouchedTile copy{PixelBlock::uninitialized(source.size), {}};
+    std::copy_n(source.pixels.get(), source.size.area(), copy.block.pixels.get());
+    if (const std::optional<DeepAlpha> form = m_image.deepAlpha()) {
+        copy.deep.resize(static_cast<std::size_t>(source.size.area()));
+        for (int row = 0; row < source.size.height; ++row)
+            tile.readDeep(row, 0, source.size.width, *form,
+                          copy.deep.data() + std::ptrdiff_t{row} * source.size.width);
+    }
     return m_touched.emplace(index, std::move(copy)).first->second;
 }
 
 RGBA32 PixelBuffer::pixel(PixelPosition position) const {
     const TileIndex index = tileAt(position);
     const auto found = m_touched.find(index);
-    const PixelBlock& block =
-        found != m_touched.end() ? found->second : storedBlock(m_image, index.band, index.column);
+    const PixelBlock& block = found != m_touched.end()
+                                  ? found->second.block
+                                  : storedTile(m_image, index.band, index.column).block();
     return block.row(rowInTile(position))[columnInTile(position)];
+}
+
+void PixelBuffer::paintPixel(TouchedTile& tile, std::size_t index, RGBA32 paint) const {
+    RGBA32& pixel = tile.block.pixels[index];
+    if (!tile.deep.empty())
+        tile.deep[index] = repainted(tile.deep[index], pixel, paint, *m_image.deepAlpha());
+    pixel = paint;
 }
 
 void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) {
     TileIndex current{-1, -1};
-    PixelBlock* tile = nullptr;
+    TouchedTile* tile = nullptr;
     for (const PixelPosition position : positions) {
         if (const TileIndex index = tileAt(position); !tile || index != current) {
             current = index;
             tile = &touchedTile(index);
         }
-        tile->row(rowInTile(position))[columnInTile(position)] = paint;
+        paintPixel(*tile, indexInTile(position, tile->block), paint);
     }
 }
 
-void PixelBuffer::paintRow(PixelPosition start, std::span<const RGBA32> pixels) {
+void PixelBuffer::paintRow(PixelPosition start, std::span<const RGBA32> pixels,
+                           std::span<const RGBA64> deep) {
     while (!pixels.empty()) {
-        PixelBlock& tile = touchedTile(tileAt(start));
-        const int column = columnInTile(start);
-        const std::size_t count = std::min(pixels.size(), static_cast<std::size_t>(tile.size.width - column));
-        std::ranges::copy(pixels.first(count), tile.row(rowInTile(start)) + column);
+        TouchedTile& tile = touchedTile(tileAt(start));
+        const std::size_t first = indexInTile(start, tile.block);
+        const std::size_t count =
+            std::min(pixels.size(), static_cast<std::size_t>(tile.block.size.width - columnInTile(start)));
+        const auto part = pixels.first(count);
+        if (tile.deep.empty())
+            std::ranges::copy(part, tile.block.pixels.get() + first);
+        for (std::size_t i = 0; i < count && !tile.deep.empty(); ++i)
+            paintPixel(tile, first + i, part[i]);
+        if (!tile.deep.empty() && !deep.empty()) {
+            std::ranges::copy(deep.first(count), tile.deep.begin() + static_cast<std::ptrdiff_t>(first));
+            deep = deep.subspan(count);
+        }
         pixels = pixels.subspan(count);
         start.column += static_cast<std::int64_t>(count);
     }
@@ -97,7 +133,7 @@ Image PixelBuffer::close() && {
         auto tiles = slot->tiles();
         for (; touched != m_touched.end() && touched->first.band == band; ++touched)
             tiles[static_cast<std::size_t>(touched->first.column)] =
-                std::make_shared<const Tile>(std::move(touched->second));
+                tileOf(std::move(touched->second.block), touched->second.deep);
         slot = std::make_shared<const Band>(std::move(tiles), *slot);
     }
     return m_image.withBands(std::move(bands));

@@ -34,7 +34,9 @@ public:
     void paint(std::span<const PixelPosition> positions, RGBA32 paint);
 
     /// Gives the pixels from `start` on, to the right, those of `pixels`. Throws std::bad_alloc as above.
-    void paintRow(PixelPosition start, std::span<const RGBA32> pixels);
+    /// Of a deep image, `deep` are the pixels that these were rounded from; without, they are widened where
+    /// they change anything.
+    void paintRow(PixelPosition start, std::span<const RGBA32> pixels, std::span<const RGBA64> deep = {});
 
     /// A new image of the buffer's pixels, with the source's size in points.
     Image close() &&;
@@ -47,11 +49,16 @@ private:
         std::int64_t column = 0;
         auto operator<=>(const TileIndex&) const = default;
     };
+    struct TouchedTile {
+        PixelBlock block;
+        std::vector<RGBA64> deep; // of a deep image
+    };
     static TileIndex tileAt(PixelPosition position);
-    PixelBlock& touchedTile(TileIndex index);
+    TouchedTile& touchedTile(TileIndex index);
+    void paintPixel(TouchedTile& tile, std::size_t index, RGBA32 paint) const;
 
     Image m_image; // its pixels are stored, not computed when read
-    std::map<TileIndex, PixelBlock> m_touched;
+    std::map<TileIndex, TouchedTile> m_touched;
 };
 
 } // namespace complexion

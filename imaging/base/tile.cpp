@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/tile.h"
 
+#include "imaging/base/deep_pixels.h"
 #include "imaging/base/fatal.h"
 #include "imaging/base/wide_vectors.h"
 
@@ -50,6 +51,16 @@ PixelBlock halved(const PixelBlock& block) {
         }
     }
     return half;
+}
+
+void Tile::readDeep(int row, int column, int count, DeepAlpha form, RGBA64* out) const {
+    if (m_deep) {
+        m_deep->read(m_block, row, column, count, out);
+        return;
+    }
+    const RGBA32* const pixels = m_block.row(row) + column;
+    for (int i = 0; i < count; ++i)
+        out[i] = widened(pixels[i], form);
 }
 
 std::shared_ptr<const PixelBlock> Tile::level(int level) const {

@@ -4,6 +4,7 @@
 #include "imaging/base/geometry.h"
 #include "imaging/base/memo.h"
 #include "imaging/base/rgba32.h"
+#include "imaging/base/rgba64.h"
 
 #include <array>
 #include <memory>
@@ -27,6 +28,8 @@ struct PixelBlock {
 /// The block at half its width and height (rounded up), each pixel the rounded mean of 2 by 2.
 PixelBlock halved(const PixelBlock& block);
 
+class DeepBlock;
+
 /// The immutable unit of sharing between images: at most 256 by 64 pixels, less at the right and bottom edge.
 class Tile {
 public:
@@ -35,9 +38,14 @@ public:
     /// Level n is a tile halved n times; at the last, a whole tile is 4 by 1 pixels.
     static constexpr int kLastLevel = 6;
 
-    explicit Tile(PixelBlock block) : m_block(std::move(block)) {}
+    /// `deep`, unless null, are the 16-bit pixels that those of `block` were rounded from.
+    explicit Tile(PixelBlock block, std::shared_ptr<const DeepBlock> deep = nullptr)
+        : m_block(std::move(block)), m_deep(std::move(deep)) {}
 
     const PixelBlock& block() const { return m_block; }
+
+    /// Copies `count` 16-bit pixels of a row from `column` on: widened ones where there are no deeper ones.
+    void readDeep(int row, int column, int count, DeepAlpha form, RGBA64* out) const;
 
     /// The tile halved `level` times, 1 .. kLastLevel; computed at the first call and kept.
     std::shared_ptr<const PixelBlock> level(int level) const;
@@ -47,6 +55,7 @@ public:
 
 private:
     PixelBlock m_block;
+    std::shared_ptr<const DeepBlock> m_deep;
     mutable std::mutex m_mutex;
     mutable std::array<std::shared_ptr<const PixelBlock>, kLastLevel> m_levels;
 };

@@ -6,6 +6,7 @@
 #include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
 #include "imaging/codecs/decoded_picture.h"
+#include "imaging/containers/byte_order.h"
 #include "imaging/containers/container.h"
 
 #include <span>
@@ -13,6 +14,16 @@
 #include <vector>
 
 namespace complexion {
+
+/// What the encoding of a saved result takes over from the photo that it was made of.
+struct ResultForm {
+    /// How the pixels are turned for storage.
+    Orientation orientation = Orientation::TopLeft;
+    /// The photo's file, of any format; may be empty.
+    ByteView photo = {};
+    /// The byte order of the metadata that the file will be given.
+    ByteOrder order = ByteOrder::LittleEndian;
+};
 
 /// Measures, decodes and encodes one file format. Each format has one instance, listed by `codecs()`. No
 /// operation throws; input files are never trusted.
@@ -41,6 +52,10 @@ struct Codec {
     /// field for it, a density of 72 pixels per inch. Fails if the format cannot hold the picture. May cache
     /// encoded bytes beside the image for the next call.
     Result<FileContents> (*encodeTurned)(const Image& upright, Orientation orientation);
+
+    /// As encodeTurned, but with all the bits that the image has (Image::deepAlpha), and with the lossless
+    /// compression of the photo where the format has a choice. Null for formats that have neither.
+    Result<FileContents> (*encodeResult)(const Image& upright, const ResultForm& form) = nullptr;
 
     Result<FileContents> encode(const Image& image) const {
         return encodeTurned(image, Orientation::TopLeft);

@@ -26,6 +26,13 @@ const Codec kPngCodec = {
         [](const Image& upright, Orientation orientation) {
             return withoutThrowing([&] { return png::encode(turnedForStorage(upright, orientation)); });
         },
+    .encodeResult =
+        [](const Image& upright, const ResultForm& form) {
+            return withoutThrowing([&] {
+                const Image stored = turnedForStorage(upright, form.orientation);
+                return stored.deepAlpha() ? png::encodeDeep(stored) : png::encode(stored);
+            });
+        },
 };
 
 } // namespace complexion

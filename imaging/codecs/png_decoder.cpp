@@ -11,6 +11,7 @@
 #include "imaging/containers/png_text.h"
 
 #include <cstring>
+#include <type_traits>
 
 #include <png.h>
 
@@ -99,20 +100,29 @@ public:
         return srgb ? Bytes() : profileFromGammaAndPrimaries(fileGamma(), primaries());
     }
 
-    /// Starts the output of rows in RGBA32 layout, with straight alpha.
+    bool has16Bits() const { return png_get_bit_depth(m_png, m_info) == 16; }
+
+    /// Starts the output of rows of RGBA32 or RGBA64 pixels, with straight alpha.
+    template <class Pixel>
     bool start() {
         return m_guard.run([this] {
             png_set_expand(m_png);
-            png_set_scale_16(m_png);
             png_set_gray_to_rgb(m_png);
-            png_set_bgr(m_png);
-            if (hasAlpha())
-                png_set_swap_alpha(m_png);
-            else
-                png_set_add_alpha(m_png, 255, PNG_FILLER_BEFORE);
+            if (std::is_same_v<Pixel, RGBA64>) {
+                png_set_swap(m_png); // to little-endian
+                if (!hasAlpha())
+                    png_set_add_alpha(m_png, UINT16_MAX, PNG_FILLER_AFTER);
+            } else {
+                png_set_scale_16(m_png);
+                png_set_bgr(m_png);
+                if (hasAlpha())
+                    png_set_swap_alpha(m_png);
+                else
+                    png_set_add_alpha(m_png, 255, PNG_FILLER_BEFORE);
+            }
             m_passes = png_set_interlace_handling(m_png);
             png_read_update_info(m_png, m_info);
-            if (png_get_rowbytes(m_png, m_info) != png_get_image_width(m_png, m_info) * sizeof(RGBA32))
+            if (png_get_rowbytes(m_png, m_info) != png_get_image_width(m_png, m_info) * sizeof(Pixel))
                 m_guard.fail("unexpected row size");
         });
     }
@@ -122,8 +132,8 @@ public:
 
     /// Reads the next row. For an interlaced picture `row` must hold the result of the previous pass, which
     /// this one refines.
-    bool readRow(RGBA32* row) {
-        auto* bytes = reinterpret_cast<png_bytep>(row);
+    bool readRow(void* row) {
+        auto* bytes = static_cast<png_bytep>(row);
         return m_guard.run([&] {
             if (m_passes > 1)
                 png_read_row(m_png, nullptr, bytes);
@@ -215,27 +225,66 @@ private:
     std::optional<GreyTable> m_grey;
 };
 
-Result<DecodedPicture> readProgressively(Reader& reader, PixelSize size, const PixelFinisher& finisher) {
-    ImageBuilder builder(size);
-    PixelBlock rows = PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)});
+/// Builds an image from rows as the library decodes them.
+class RowBuilder {
+public:
+    RowBuilder(PixelSize size, const PixelFinisher& finisher) : m_builder(size), m_finisher(finisher) {}
+
+    void setRows(int firstRow, std::span<RGBA32> pixels, int count) {
+        m_finisher.finish(pixels);
+        m_builder.setRows(firstRow, count, pixels.data());
+    }
+    Image finish() { return m_builder.finish(); }
+
+private:
+    ImageBuilder m_builder;
+    const PixelFinisher& m_finisher;
+};
+
+/// The same from rows of 16 bits a sample.
+class DeepRowBuilder {
+public:
+    DeepRowBuilder(PixelSize size, const PixelFinisher& finisher)
+        : m_builder(size, DeepAlpha::Straight), m_finisher(finisher) {}
+
+    void setRows(int firstRow, std::span<const RGBA64> pixels, int count) {
+        m_rounded.clear();
+        for (const RGBA64 pixel : pixels)
+            m_rounded.emplace_back(roundedTo8(pixel.red), roundedTo8(pixel.green), roundedTo8(pixel.blue),
+                                   roundedTo8(pixel.alpha));
+        m_finisher.finish(m_rounded);
+        m_builder.setRows(firstRow, count, m_rounded.data(), pixels.data());
+    }
+    Image finish() { return m_builder.finish(); }
+
+private:
+    ImageBuilder m_builder;
+    const PixelFinisher& m_finisher;
+    std::vector<RGBA32> m_rounded;
+};
+
+template <class Pixel, class Builder>
+Result<DecodedPicture> readProgressively(Reader& reader, PixelSize size, Builder builder) {
+    const auto width = static_cast<std::size_t>(size.width);
+    std::vector<Pixel> rows(width * static_cast<std::size_t>(std::min(Tile::kHeight, size.height)));
     bool readable = true;
     for (int y = 0; y < size.height && readable; y += Tile::kHeight) {
         const int wanted = std::min(Tile::kHeight, size.height - y);
         int count = 0;
         while (readable && count < wanted) {
-            readable = reader.readRow(rows.row(count));
+            readable = reader.readRow(rows.data() + std::ptrdiff_t{count} * size.width);
             count += readable ? 1 : 0;
         }
         if (y + count == 0)
             return reader.error();
-        finisher.finish({rows.row(0), rows.row(count)});
-        builder.setRows(y, count, rows.pixels.get());
+        builder.setRows(y, std::span(rows).first(static_cast<std::size_t>(count) * width), count);
     }
     return DecodedPicture{builder.finish(), readable ? std::nullopt : std::optional(reader.error())};
 }
 
-Result<DecodedPicture> readInterlaced(Reader& reader, PixelSize size, const PixelFinisher& finisher) {
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
+template <class Pixel, class Builder>
+Result<DecodedPicture> readInterlaced(Reader& reader, PixelSize size, Builder builder) {
+    std::vector<Pixel> pixels(static_cast<std::size_t>(size.area()));
     const auto row = [&](int y) { return pixels.data() + std::ptrdiff_t{y} * size.width; };
     bool readable = true;
     for (int pass = 0; pass < reader.passes() && readable; ++pass)
@@ -244,10 +293,16 @@ Result<DecodedPicture> readInterlaced(Reader& reader, PixelSize size, const Pixe
             if (!readable && pass == 0 && y == 0)
                 return reader.error();
         }
-    finisher.finish(pixels);
-    ImageBuilder builder(size);
-    builder.setRows(0, size.height, pixels.data());
+    builder.setRows(0, pixels, size.height);
     return DecodedPicture{builder.finish(), readable ? std::nullopt : std::optional(reader.error())};
+}
+
+template <class Pixel, class Builder>
+Result<DecodedPicture> readRows(Reader& reader, PixelSize size, Builder builder) {
+    if (!reader.start<Pixel>())
+        return reader.error();
+    return reader.passes() > 1 ? readInterlaced<Pixel>(reader, size, std::move(builder))
+                               : readProgressively<Pixel>(reader, size, std::move(builder));
 }
 
 Orientation orientationOf(ByteView file) {
@@ -270,10 +325,10 @@ Result<DecodedPicture> decode(ByteView file) {
     const Resolution resolution = reader.resolution();
     const SourceColors colors = sourceColors(reader, file);
     const PixelFinisher finisher(reader.hasAlpha(), colors.grey); // before start(), which adds alpha
-    if (!reader.start())
-        return reader.error();
-    Result<DecodedPicture> stored = reader.passes() > 1 ? readInterlaced(reader, size, finisher)
-                                                        : readProgressively(reader, size, finisher);
+    // Greys of a space of their own are converted, in 8 bits.
+    Result<DecodedPicture> stored = reader.has16Bits() && !colors.grey
+                                        ? readRows<RGBA64>(reader, size, DeepRowBuilder(size, finisher))
+                                        : readRows<RGBA32>(reader, size, RowBuilder(size, finisher));
     if (stored)
         stored->image = turnedUpright(
             stored->image.withProfile(colors.profile).withSize(sizeAtResolution(size, resolution)),

@@ -12,4 +12,8 @@ namespace complexion::png {
 /// wide.
 Result<FileContents> encode(const Image& image);
 
+/// Encodes a deep image with its 16 bits a sample, as grey or RGB, with alpha if any pixel is not opaque.
+/// Nothing is cached.
+Result<FileContents> encodeDeep(const Image& deep);
+
 } // namespace complexion::png

@@ -91,6 +91,16 @@ std::uint8_t bestFilter(std::span<const std::uint8_t> filters, const Neighbours&
                                      [&](std::uint8_t filter) { return cost(filter, row, samples); });
 }
 
+/// Writes a row's filter type and filtered samples to `to`; returns the end. A first row has none above it.
+std::uint8_t* filterRow(const Neighbours& row, std::ptrdiff_t samples, bool isFirst, std::uint8_t* to) {
+    const auto filters =
+        isFirst ? std::span<const std::uint8_t>(kFirstRowFilters) : std::span<const std::uint8_t>(kFilters);
+    const std::uint8_t filter = bestFilter(filters, row, samples);
+    *to++ = filter;
+    forEachFiltered(filter, row, 0, samples, [to](std::ptrdiff_t i, std::uint8_t value) { to[i] = value; });
+    return to + samples;
+}
+
 void unpackRow(const RGBA32* pixels, int width, bool withAlpha, std::uint8_t* samples) {
     if (!withAlpha) {
         for (int i = 0; i < width; ++i, samples += 3) {
@@ -133,13 +143,22 @@ Bytes filteredRows(PixelSize size, const RGBA32* rows, const RGBA32* above, bool
     for (int y = 0; y < size.height; ++y, std::swap(upper, current)) {
         unpackRow(rows + std::ptrdiff_t{y} * size.width, size.width, withAlpha, current.data() + pixel);
         const Neighbours row = {current.data() + pixel, upper.data() + pixel, pixel};
-        const auto filters = y == 0 && above == nullptr ? std::span<const std::uint8_t>(kFirstRowFilters)
-                                                        : std::span<const std::uint8_t>(kFilters);
-        const std::uint8_t filter = bestFilter(filters, row, samples);
-        *to++ = filter;
-        forEachFiltered(filter, row, 0, samples,
-                        [to](std::ptrdiff_t i, std::uint8_t value) { to[i] = value; });
-        to += samples;
+        to = filterRow(row, samples, y == 0 && above == nullptr, to);
+    }
+    return out;
+}
+
+Bytes filteredSamples(ByteView rows, std::size_t rowBytes, std::size_t pixelBytes) {
+    const auto pixel = static_cast<std::ptrdiff_t>(pixelBytes);
+    Bytes out(rows.size() / rowBytes * (rowBytes + 1));
+    std::uint8_t* to = out.data();
+    std::vector<std::uint8_t> upper(pixelBytes + rowBytes);
+    std::vector<std::uint8_t> current(upper.size());
+    for (bool isFirst = true; !rows.empty(); rows = rows.subspan(rowBytes), isFirst = false) {
+        std::copy_n(rows.begin(), rowBytes, current.begin() + pixel);
+        const Neighbours row = {current.data() + pixel, upper.data() + pixel, pixel};
+        to = filterRow(row, static_cast<std::ptrdiff_t>(rowBytes), isFirst, to);
+        std::swap(upper, current);
     }
     return out;
 }

@@ -17,4 +17,7 @@ bool isOpaque(std::span<const RGBA32> pixels);
 /// there is none.
 Bytes filteredRows(PixelSize size, const RGBA32* rows, const RGBA32* above, bool withAlpha);
 
+/// The same for packed samples of any kind, in rows of `rowBytes` bytes. There is no row above the first.
+Bytes filteredSamples(ByteView rows, std::size_t rowBytes, std::size_t pixelBytes);
+
 } // namespace complexion::png

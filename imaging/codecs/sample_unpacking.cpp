@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/sample_unpacking.h"
 
+#include "imaging/base/rgba64.h"
+
 #include <cmath>
 #include <cstring>
 
@@ -87,11 +89,6 @@ std::uint8_t fromUnitRange(double value) {
     return value >= 1 ? 255 : static_cast<std::uint8_t>(std::lround(value * 255));
 }
 
-/// round(value / 257) without a division.
-std::uint8_t from16Bits(std::uint32_t value) {
-    return static_cast<std::uint8_t>((value + 128 - ((value + 128) >> 8)) >> 8);
-}
-
 template <class Sample>
 void forEach(SampleUnpacker::Stride stride, std::uint8_t* out, Sample sample) {
     for (std::size_t i = 0; i < stride.count; ++i)
@@ -117,12 +114,12 @@ void SampleUnpacker::unpack(const std::uint8_t* row, Stride stride, std::uint8_t
         forEach(stride, out, [&](std::size_t i) { return static_cast<std::uint8_t>(row[i] ^ sign); });
     } else if (m_bits == 16) {
         forEach(stride, out, [&](std::size_t i) {
-            return from16Bits(load<std::uint16_t>(row, i) ^ static_cast<std::uint32_t>(sign));
+            return roundedTo8(load<std::uint16_t>(row, i) ^ static_cast<std::uint32_t>(sign));
         });
     } else if (m_bits > 16) {
         // Only the 16 most significant bits matter.
         forEach(stride, out, [&](std::size_t i) {
-            return from16Bits(
+            return roundedTo8(
                 static_cast<std::uint32_t>((loadInteger(row, i, m_bits) ^ sign) >> (m_bits - 16)));
         });
     } else {

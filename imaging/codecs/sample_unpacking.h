@@ -29,8 +29,8 @@ public:
     /// out[i * outStep] = sample[first + i * step], scaled to 8 bits.
     void unpack(const std::uint8_t* row, Stride stride, std::uint8_t* out) const;
 
-    /// The same without scaling, for palette indices. Indices of more than 16 bits are truncated to their low
-    /// 16 bits.
+    /// The same without scaling, for palette indices and 16-bit samples. More than 16 bits are truncated to
+    /// the low 16.
     void unpackIndices(const std::uint8_t* row, Stride stride, std::uint16_t* out) const;
 
     /// Whether unpacking is a plain copy.

@@ -170,9 +170,9 @@ class RowSink {
 public:
     explicit RowSink(ImageBuilder& builder) : m_builder(builder) {}
 
-    void setRows(int firstRow, int count, const RGBA32* rows) {
+    void setRows(int firstRow, int count, const PixelRows& rows) {
         const std::scoped_lock lock(m_mutex); // blocks of two threads may share a band
-        m_builder.setRows(firstRow, count, rows);
+        m_builder.setRows(firstRow, count, rows.pixels(), rows.deepPixels());
     }
 
 private:
@@ -188,10 +188,10 @@ public:
         : m_file(file),
           m_page(page),
           m_grid(grid),
-          m_converter(converter),
           m_sink(sink),
           m_reader(file, page, grid.blockBytes, grid.rowBytes),
-          m_group(page, converter) {}
+          m_group(page, converter),
+          m_rows(page.size.width, converter) {}
 
     int readAll(int begin, int end) {
         int decoded = 0;
@@ -207,7 +207,7 @@ private:
     int readTiles(int y, int rows) {
         const auto width = static_cast<std::size_t>(m_page.size.width);
         const auto tileWidth = static_cast<std::size_t>(m_grid.blockWidth);
-        m_pixels.assign(width * static_cast<std::size_t>(rows), RGBA32());
+        m_rows.reset(rows);
         int decoded = 0;
         for (std::size_t x = 0; x < width; x += tileWidth) {
             const int good = m_group.read(m_reader, rows, [&](std::uint16_t sample) {
@@ -215,12 +215,10 @@ private:
                                        static_cast<std::uint32_t>(y), 0, sample);
             });
             for (int row = 0; row < good; ++row)
-                m_converter.convert(m_group.row(row, m_grid.rowBytes),
-                                    std::span(m_pixels).subspan(static_cast<std::size_t>(row) * width + x,
-                                                                std::min(tileWidth, width - x)));
+                m_rows.convert(m_group.row(row, m_grid.rowBytes), row, x, std::min(tileWidth, width - x));
             decoded = std::max(decoded, good);
         }
-        m_sink.setRows(y, decoded, m_pixels.data());
+        m_sink.setRows(y, decoded, m_rows);
         return decoded;
     }
 
@@ -228,10 +226,11 @@ private:
         const int decoded = m_group.read(m_reader, rows, [&](std::uint16_t sample) {
             return TIFFComputeStrip(m_file.handle(), static_cast<std::uint32_t>(y), sample);
         });
-        m_pixels.resize(static_cast<std::size_t>(m_page.size.width));
+        m_rows.reset(1);
         for (int row = 0; row < decoded; ++row) {
-            m_converter.convert(m_group.row(row, m_grid.rowBytes), m_pixels);
-            m_sink.setRows(y + row, 1, m_pixels.data());
+            m_rows.convert(m_group.row(row, m_grid.rowBytes), 0, 0,
+                           static_cast<std::size_t>(m_page.size.width));
+            m_sink.setRows(y + row, 1, m_rows);
         }
         return decoded;
     }
@@ -239,11 +238,10 @@ private:
     const File& m_file;
     const Page& m_page;
     const Grid& m_grid;
-    PixelConverter& m_converter;
     RowSink& m_sink;
     BlockReader m_reader;
     BlockGroup m_group;
-    std::vector<RGBA32> m_pixels;
+    PixelRows m_rows;
 };
 
 /// Decodes all blocks on all cores. The library decodes one block of an open file at a time, so each thread
@@ -270,7 +268,8 @@ int readAllBlocks(const File& file, const Grid& grid, int rowsOfBlocks, RowSink&
 /// Reads row by row, so that a picture in one strip is not in memory twice.
 int readRows(const File& file, const Page& page, PixelConverter& converter, ImageBuilder& builder) {
     Bytes samples(static_cast<std::size_t>(TIFFScanlineSize64(file.handle())));
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(page.size.width));
+    PixelRows pixels(page.size.width, converter);
+    pixels.reset(1);
     const std::uint8_t* row = samples.data();
     const int height = stripHeight(file, page);
     int decoded = 0;
@@ -279,8 +278,8 @@ int readRows(const File& file, const Page& page, PixelConverter& converter, Imag
             y = (y / height + 1) * height; // continue with the next strip
             continue;
         }
-        converter.convert({&row, 1}, pixels);
-        builder.setRows(y++, 1, pixels.data());
+        pixels.convert({&row, 1}, 0, 0, static_cast<std::size_t>(page.size.width));
+        builder.setRows(y++, 1, pixels.pixels(), pixels.deepPixels());
         ++decoded;
     }
     return decoded;

@@ -15,6 +15,11 @@ const Codec kTiffCodec = {
         [](const Image& upright, Orientation orientation) {
             return withoutThrowing([&] { return tiff::encode(turnedForStorage(upright, orientation)); });
         },
+    .encodeResult =
+        [](const Image& upright, const ResultForm& form) {
+            return withoutThrowing(
+                [&] { return tiff::encodeResult(turnedForStorage(upright, form.orientation), form); });
+        },
 };
 
 } // namespace complexion

@@ -10,5 +10,6 @@ namespace complexion::tiff {
 Result<std::vector<PixelSize>> measure(ByteView file);
 Result<DecodedPicture> decode(ByteView file);
 Result<FileContents> encode(const Image& image);
+Result<FileContents> encodeResult(const Image& image, const ResultForm& form);
 
 } // namespace complexion::tiff

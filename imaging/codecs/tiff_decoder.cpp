@@ -45,8 +45,8 @@ Result<std::vector<PixelSize>> measure(ByteView file) {
 Result<DecodedPicture> decode(ByteView file) {
     COMPLEXION_TRY(const File opened, openPicture(file));
     COMPLEXION_TRY(const Page page, readPage(opened));
-    ImageBuilder builder(page.size);
     std::optional<PixelConverter> converter = PixelConverter::create(opened, page);
+    ImageBuilder builder(page.size, converter ? converter->deepAlpha() : std::nullopt);
     COMPLEXION_TRY(const int rows, converter ? readBlocks(opened, page, *converter, builder)
                                              : readByLibrary(opened, page, builder));
     if (rows == 0 || (page.size.area() > kHarmlessArea && rows < page.size.height / kMaxRowsPerDecoded))

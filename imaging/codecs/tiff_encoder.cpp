@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/parallel.h"
+#include "imaging/codecs/sample_rows.h"
 #include "imaging/codecs/tiff_codec.h"
+#include "imaging/codecs/tiff_strips.h"
 #include "imaging/containers/tiff_resolution.h"
 
 #include <tiff.h>
 
 #include <algorithm>
+#include <bit>
+#include <iterator>
 #include <limits>
 
 namespace complexion::tiff {
@@ -72,65 +76,143 @@ EncodedBands encodedBands(const Image& image) {
     return bands;
 }
 
+using Strips = std::vector<std::shared_ptr<const Bytes>>;
+
+/// What the directory says of the strips.
+struct OutputPage {
+    StripCoding coding;
+    bool isGrey = false;
+    bool hasAlpha = false;
+    DeepAlpha alpha = DeepAlpha::Premultiplied;
+};
+
 /// The header and directory. The first strip begins at offset `stripsAt`.
-Bytes head(const Image& image, const EncodedBands& bands, std::size_t stripsAt) {
-    constexpr std::uint64_t kBitsPerSample = 8;
-    const std::size_t samples = bands.front()->samples;
-    const bool alpha = samples == 4;
+Bytes head(const Image& image, const OutputPage& page, const Strips& strips, std::size_t stripsAt) {
+    const std::size_t samples = page.coding.samples;
     const auto icc = image.profile().icc();
     std::vector<std::uint64_t> offsets;
     std::vector<std::uint64_t> counts;
-    for (const auto& band : bands) {
+    for (const auto& strip : strips) {
         offsets.push_back(stripsAt);
-        counts.push_back(band->bytes->size());
-        stripsAt += band->bytes->size();
+        counts.push_back(strip->size());
+        stripsAt += strip->size();
     }
 
-    constexpr ByteOrder kOrder = ByteOrder::LittleEndian;
+    const ByteOrder order = page.coding.order;
     Directory directory;
-    const auto add = [&directory](unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers) {
-        directory.entries.push_back(entryOfNumbers(tag, type, numbers, kOrder));
+    const auto add = [&](unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers) {
+        directory.entries.push_back(entryOfNumbers(tag, type, numbers, order));
     };
+    const auto bits = static_cast<std::uint64_t>(page.coding.bits);
     add(TIFFTAG_IMAGEWIDTH, type::kLong, {static_cast<std::uint64_t>(image.pixelSize().width)});
     add(TIFFTAG_IMAGELENGTH, type::kLong, {static_cast<std::uint64_t>(image.pixelSize().height)});
-    add(TIFFTAG_BITSPERSAMPLE, type::kShort, std::vector<std::uint64_t>(samples, kBitsPerSample));
-    add(TIFFTAG_COMPRESSION, type::kShort, {COMPRESSION_NONE});
-    add(TIFFTAG_PHOTOMETRIC, type::kShort, {PHOTOMETRIC_RGB});
+    add(TIFFTAG_BITSPERSAMPLE, type::kShort, std::vector<std::uint64_t>(samples, bits));
+    add(TIFFTAG_COMPRESSION, type::kShort, {page.coding.compression});
+    const std::uint64_t photometric = page.isGrey ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB;
+    add(TIFFTAG_PHOTOMETRIC, type::kShort, {photometric});
     add(TIFFTAG_STRIPOFFSETS, type::kLong, offsets);
     add(TIFFTAG_SAMPLESPERPIXEL, type::kShort, {samples});
     add(TIFFTAG_ROWSPERSTRIP, type::kLong, {Tile::kHeight});
     add(TIFFTAG_STRIPBYTECOUNTS, type::kLong, counts);
     add(TIFFTAG_PLANARCONFIG, type::kShort, {PLANARCONFIG_CONTIG});
-    setResolution(directory, kOrder, {kPixelsPerInch, kPixelsPerInch, Resolution::Unit::Inch});
-    if (alpha)
-        add(TIFFTAG_EXTRASAMPLES, type::kShort, {EXTRASAMPLE_ASSOCALPHA});
+    setResolution(directory, order, {kPixelsPerInch, kPixelsPerInch, Resolution::Unit::Inch});
+    if (page.coding.predicts())
+        add(TIFFTAG_PREDICTOR, type::kShort, {PREDICTOR_HORIZONTAL});
+    const std::uint64_t alpha =
+        page.alpha == DeepAlpha::Premultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
+    if (page.hasAlpha)
+        add(TIFFTAG_EXTRASAMPLES, type::kShort, {alpha});
     if (!icc.empty())
         directory.entries.push_back(entryOfBytes(TIFFTAG_ICCPROFILE, type::kUndefined, icc));
-    Layout layout(kOrder, false);
+    Layout layout(order, false);
     Bytes bytes = layout.finish(layout.placeDirectory(directory));
     bytes.resize((bytes.size() + 1) / 2 * 2); // strips begin at even offsets, as directory values do
     return bytes;
 }
 
+Result<FileContents> fileOf(const Image& image, const OutputPage& page, Strips strips) {
+    const std::size_t headSize = head(image, page, strips, 0).size();
+    FileContents contents;
+    contents.append(head(image, page, strips, headSize));
+    std::ranges::move(strips, std::back_inserter(contents.parts));
+    if (contents.size() > std::numeric_limits<std::uint32_t>::max())
+        return Error{"the picture is too large for a TIFF file of 4 GB", ErrorKind::FormatCannotHold};
+    return contents;
+}
+
+/// Whether an image has pixels, and not more than a file can hold uncompressed.
+Result<Done> checkSize(const Image& image, std::uint64_t bytesPerPixel) {
+    if (!image.hasPixels())
+        return Error{"a TIFF file needs pixels", ErrorKind::FormatCannotHold};
+    constexpr std::uint64_t kRoomForHead = std::uint64_t{16} << 20;
+    const std::uint64_t maxSize = static_cast<std::uint64_t>(image.pixelSize().area()) * bytesPerPixel +
+                                  image.profile().icc().size() + kRoomForHead +
+                                  static_cast<std::uint64_t>(image.bandCount()) * 8;
+    if (maxSize > std::numeric_limits<std::uint32_t>::max())
+        return Error{"the picture is too large for a TIFF file of 4 GB", ErrorKind::FormatCannotHold};
+    return Done();
+}
+
+/// Makes the strip of each band by `strip(index)`, on all cores.
+template <class MakeStrip>
+Strips stripsOf(const Image& image, const MakeStrip& strip) {
+    Strips strips(static_cast<std::size_t>(image.bandCount()));
+    parallelFor(image.bandCount(), [&](int index) {
+        strips[static_cast<std::size_t>(index)] = std::make_shared<const Bytes>(strip(index));
+    });
+    return strips;
+}
+
+constexpr ByteOrder kNativeOrder =
+    std::endian::native == std::endian::little ? ByteOrder::LittleEndian : ByteOrder::BigEndian;
+
+Result<FileContents> encodeDeep(const Image& deep, const ResultForm& form) {
+    const DeepSamples samples = samplesFor(deep);
+    const OutputPage page = {.coding = {.compression = compressionAfter(form.photo),
+                                        .order = form.order,
+                                        .bits = 16,
+                                        .samples = samples.perPixel()},
+                             .isGrey = samples.isGrey,
+                             .hasAlpha = samples.hasAlpha,
+                             .alpha = *deep.deepAlpha()};
+    if (const Result<Done> fits = checkSize(deep, 2 * page.coding.samples); !fits)
+        return fits.error();
+    return fileOf(deep, page, stripsOf(deep, [&](int index) {
+                      const PixelRect rect = deep.bandRect(index);
+                      return codedStrip(packedSamples(deep, rect, samples, page.alpha, kNativeOrder),
+                                        {rect.width, rect.height}, page.coding);
+                  }));
+}
+
 } // namespace
 
 Result<FileContents> encode(const Image& image) {
-    if (!image.hasPixels())
-        return Error{"a TIFF file needs pixels", ErrorKind::FormatCannotHold};
-    const auto icc = image.profile().icc();
-    constexpr std::uint64_t kRoomForHead = std::uint64_t{16} << 20;
-    const std::uint64_t maxSize = static_cast<std::uint64_t>(image.pixelSize().area()) * 4 + icc.size() +
-                                  kRoomForHead + static_cast<std::uint64_t>(image.bandCount()) * 8;
-    if (maxSize > std::numeric_limits<std::uint32_t>::max())
-        return Error{"the picture is too large for a TIFF file of 4 GB", ErrorKind::FormatCannotHold};
-
+    if (const Result<Done> fits = checkSize(image, 4); !fits)
+        return fits.error();
     const EncodedBands bands = encodedBands(image);
-    FileContents contents;
-    const std::size_t headSize = head(image, bands, 0).size();
-    contents.append(head(image, bands, headSize));
+    Strips strips;
     for (const auto& band : bands)
-        contents.parts.push_back(band->bytes);
-    return contents;
+        strips.push_back(band->bytes);
+    const std::size_t samples = bands.front()->samples;
+    return fileOf(image, {.coding = {.samples = samples}, .hasAlpha = samples == 4}, std::move(strips));
+}
+
+Result<FileContents> encodeResult(const Image& image, const ResultForm& form) {
+    if (image.deepAlpha())
+        return encodeDeep(image, form);
+    const std::uint16_t compression = compressionAfter(form.photo);
+    if (compression == COMPRESSION_NONE)
+        return encode(image);
+    if (const Result<Done> fits = checkSize(image, 4); !fits)
+        return fits.error();
+    const EncodedBands bands = encodedBands(image);
+    const std::size_t samples = bands.front()->samples;
+    const StripCoding coding = {.compression = compression, .samples = samples};
+    return fileOf(image, {.coding = coding, .hasAlpha = samples == 4}, stripsOf(image, [&](int index) {
+                      const PixelRect rect = image.bandRect(index);
+                      return codedStrip(*bands[static_cast<std::size_t>(index)]->bytes,
+                                        {rect.width, rect.height}, coding);
+                  }));
 }
 
 } // namespace complexion::tiff

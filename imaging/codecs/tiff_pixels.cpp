@@ -86,6 +86,7 @@ bool PixelConverter::readPalette(const File& file) {
 
 void PixelConverter::makeGreys() {
     const std::optional<GreyTable> profileGreys = m_page.icc.empty() ? std::nullopt : greyTable(m_page.icc);
+    m_hasGreyProfile = profileGreys.has_value();
     for (std::size_t i = 0; i < kGreys; ++i) {
         const std::size_t level = m_page.photometric == PHOTOMETRIC_MINISWHITE ? kGreys - 1 - i : i;
         const auto grey = static_cast<std::uint8_t>(level);
@@ -166,16 +167,43 @@ void PixelConverter::convertRgb(Samples samples, std::span<RGBA32> out) const {
 }
 
 void PixelConverter::convertPalette(std::span<const std::uint8_t* const> rows, std::span<RGBA32> out) {
-    m_indices.resize(out.size());
-    m_unpacker.unpackIndices(rows[0], stride(0, out.size(), 1), m_indices.data());
+    m_numbers.resize(out.size());
+    m_unpacker.unpackIndices(rows[0], stride(0, out.size(), 1), m_numbers.data());
     const bool alpha = m_page.alpha != Alpha::None;
     if (alpha) {
         m_unpacked.resize(out.size());
         m_unpacker.unpack(rows[m_page.planar ? 1 : 0], stride(1, out.size(), 1), m_unpacked.data());
     }
     for (std::size_t i = 0; i < out.size(); ++i) {
-        const RGBA32 color = m_palette[m_indices[i]];
+        const RGBA32 color = m_palette[m_numbers[i]];
         out[i] = alpha ? pixel(color.red(), color.green(), color.blue(), &m_unpacked[i]) : color;
+    }
+}
+
+std::optional<DeepAlpha> PixelConverter::deepAlpha() const {
+    const bool isKept = (m_colors == Colors::Grey && !m_hasGreyProfile) || m_colors == Colors::Rgb;
+    if (!isKept || m_page.bits != 16 || sampleKind(m_page) != SampleKind::Unsigned)
+        return std::nullopt;
+    return m_page.alpha == Alpha::Associated ? DeepAlpha::Premultiplied : DeepAlpha::Straight;
+}
+
+void PixelConverter::convertDeep(std::span<const std::uint8_t* const> rows, std::span<RGBA64> out) {
+    const std::size_t step = m_used.size();
+    m_numbers.resize(step * out.size());
+    for (std::size_t i = 0; i < step; ++i)
+        m_unpacker.unpackIndices(rows[m_page.planar ? i : 0], stride(i, out.size(), step),
+                                 m_numbers.data() + i);
+    const std::uint16_t flip = m_page.photometric == PHOTOMETRIC_MINISWHITE ? UINT16_MAX : 0;
+    const std::uint16_t* in = m_numbers.data();
+    for (RGBA64& to : out) {
+        const std::uint16_t alpha = m_page.alpha == Alpha::None ? UINT16_MAX : in[step - 1];
+        if (m_colors == Colors::Rgb) {
+            to = {in[0], in[1], in[2], alpha};
+        } else {
+            const auto grey = static_cast<std::uint16_t>(in[0] ^ flip);
+            to = {grey, grey, grey, alpha};
+        }
+        in += step;
     }
 }
 
@@ -203,6 +231,20 @@ void PixelConverter::convertInks(Samples samples, std::span<RGBA32> out) const {
                    premultiplied(255U - in[2], light), in + samples.alpha);
         in += samples.step;
     }
+}
+
+void PixelRows::reset(int rows) {
+    m_pixels.assign(m_width * static_cast<std::size_t>(rows), RGBA32());
+    if (m_isDeep)
+        m_deepPixels.assign(m_pixels.size(), RGBA64());
+}
+
+void PixelRows::convert(std::span<const std::uint8_t* const> samples, int row, std::size_t column,
+                        std::size_t count) {
+    const std::size_t first = static_cast<std::size_t>(row) * m_width + column;
+    m_converter.convert(samples, std::span(m_pixels).subspan(first, count));
+    if (m_isDeep)
+        m_converter.convertDeep(samples, std::span(m_deepPixels).subspan(first, count));
 }
 
 } // namespace complexion::tiff

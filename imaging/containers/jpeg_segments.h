@@ -49,4 +49,8 @@ Bytes segment(std::uint8_t marker, ByteView payload);
 /// The size that the file's frame header tells, as stored.
 std::optional<PixelSize> pixelSize(ByteView file);
 
+/// Where the picture that `file` begins with ends: behind its end-of-image marker, whatever its scans.
+/// Nothing for a picture without that marker.
+std::optional<std::size_t> pictureEnd(ByteView file);
+
 } // namespace complexion::jpeg

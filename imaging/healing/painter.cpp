@@ -48,6 +48,20 @@ void spreadLevels(const RGBA32* pixels, std::size_t count, PlaneRow& levels) {
     }
 }
 
+/// The levels of deep pixels, between whole ones too.
+void spreadDeepLevels(const RGBA64* pixels, std::size_t count, DeepAlpha form, PlaneRow& levels) {
+    constexpr float kPerLevel = 257;
+    constexpr float kOpaque = 65'535;
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto alpha = static_cast<float>(pixels[i].alpha);
+        const bool divides = form == DeepAlpha::Premultiplied && alpha > 0 && alpha < kOpaque;
+        const float scale = (divides ? kOpaque / alpha : 1) / kPerLevel;
+        levels.planes[0][i] = static_cast<float>(pixels[i].red) * scale;
+        levels.planes[1][i] = static_cast<float>(pixels[i].green) * scale;
+        levels.planes[2][i] = static_cast<float>(pixels[i].blue) * scale;
+    }
+}
+
 /// One component of a row: from its own level towards that of base + gain * detail, dithered for rounding.
 /// `change` gathers the largest difference of any component.
 COMPLEXION_WIDE_VECTORS
@@ -104,6 +118,7 @@ public:
           m_disc(disc),
           m_window(window),
           m_restoration(restoration),
+          m_deepAlpha(image.deepAlpha()),
           m_feather(std::max(kMinFeather, kFeather * window.radius)) {
         const PixelRect part = m_restoration.base.rect();
         m_left = std::max<std::int64_t>(m_disc.column - m_disc.radius,
@@ -139,6 +154,10 @@ private:
         m_ownLevels.resize(width);
         m_own.resize(width);
         m_source.resize(width);
+        if (m_deepAlpha) {
+            m_ownDeep.resize(width);
+            m_sourceDeep.resize(width);
+        }
         m_cells.resize(static_cast<std::size_t>(rect.width) + 1);
         for (std::size_t i = 0; i < width; ++i) {
             const float x =
@@ -150,7 +169,7 @@ private:
         }
         for (std::size_t row = 0; row < m_dither.size(); ++row) {
             m_dither[row].resize(width);
-            for (std::size_t c = 0; c < 3; ++c)
+            for (std::size_t c = 0; c < 3 && !m_deepAlpha; ++c) // 16 bits need none
                 for (std::size_t i = 0; i < width; ++i)
                     m_dither[row].planes[c][i] =
                         ditherAt(static_cast<std::int64_t>(row), m_left + static_cast<std::int64_t>(i), c);
@@ -169,10 +188,17 @@ private:
             --end;
         const auto first = static_cast<std::size_t>(begin - m_share.begin());
         const auto count = static_cast<std::size_t>(end - begin);
-        m_image.read({static_cast<int>(m_left + begin - m_share.begin()), static_cast<int>(row),
-                      static_cast<int>(count), 1},
-                     m_own.data(), static_cast<std::ptrdiff_t>(count));
-        readSource(row, m_left + static_cast<std::int64_t>(first), count);
+        const PixelRect place{static_cast<int>(m_left + begin - m_share.begin()), static_cast<int>(row),
+                              static_cast<int>(count), 1};
+        m_image.read(place, m_own.data(), place.width);
+        if (m_deepAlpha) {
+            m_image.readDeep(place, m_ownDeep.data(), place.width);
+            readSource(row, place.x, count, m_sourceDeep,
+                       [this](PixelRect part, RGBA64* out) { m_image.readDeep(part, out, part.width); });
+        } else {
+            readSource(row, place.x, count, m_source,
+                       [this](PixelRect part, RGBA32* out) { m_image.read(part, out, part.width); });
+        }
         spreadRow(row, first, count);
         for (std::size_t c = 0; c < 3; ++c)
             mixComponent(m_base.planes[c].data(), m_detail.planes[c].data(), m_restoration.gain,
@@ -183,7 +209,9 @@ private:
     }
 
     /// The pixels that the detail is taken from; a place beyond the window reads as the nearest in it.
-    void readSource(std::int64_t row, std::int64_t left, std::size_t count) {
+    template <class Pixel, class Read>
+    void readSource(std::int64_t row, std::int64_t left, std::size_t count, std::vector<Pixel>& source,
+                    const Read& read) const {
         const PixelRect& pixels = m_window.pixels;
         const auto clampedRow = static_cast<int>(
             std::clamp<std::int64_t>(row + m_restoration.rows, pixels.y, pixels.bottom() - 1));
@@ -192,11 +220,11 @@ private:
         const auto first = static_cast<int>(std::clamp<std::int64_t>(from, pixels.x, pixels.right() - 1));
         const auto end = static_cast<int>(std::clamp<std::int64_t>(from + wanted, first + 1, pixels.right()));
         const std::int64_t skipped = first - from > 0 ? std::min<std::int64_t>(first - from, wanted - 1) : 0;
-        const std::int64_t read = std::min<std::int64_t>(end - first, wanted - skipped);
-        m_image.read({first, clampedRow, static_cast<int>(read), 1}, m_source.data() + skipped, read);
-        std::fill_n(m_source.begin(), skipped, m_source[static_cast<std::size_t>(skipped)]);
-        std::fill(m_source.begin() + skipped + read, m_source.begin() + wanted,
-                  m_source[static_cast<std::size_t>(skipped + read - 1)]);
+        const std::int64_t there = std::min<std::int64_t>(end - first, wanted - skipped);
+        read({first, clampedRow, static_cast<int>(there), 1}, source.data() + skipped);
+        std::fill_n(source.begin(), skipped, source[static_cast<std::size_t>(skipped)]);
+        std::fill(source.begin() + skipped + there, source.begin() + wanted,
+                  source[static_cast<std::size_t>(skipped + there - 1)]);
     }
 
     void blendCellRows(float y) {
@@ -232,10 +260,18 @@ private:
         for (std::size_t c = 0; c < 3; ++c)
             spreadCells(m_cells.front().data() + c, m_before.data() + first, m_between.data() + first,
                         m_base.planes[c].data(), count);
-        spreadLevels(m_own.data(), count, m_ownLevels);
-        spreadLevels(m_source.data(), count, m_detail);
-        for (std::vector<float>& plane : m_detail.planes)
-            takeLogarithms(kLogOf.data(), plane.data(), count);
+        if (m_deepAlpha) {
+            spreadDeepLevels(m_ownDeep.data(), count, *m_deepAlpha, m_ownLevels);
+            spreadDeepLevels(m_sourceDeep.data(), count, *m_deepAlpha, m_detail);
+            for (std::vector<float>& plane : m_detail.planes)
+                std::transform(plane.begin(), plane.begin() + static_cast<std::ptrdiff_t>(count),
+                               plane.begin(), [](float level) { return logOf(level); });
+        } else {
+            spreadLevels(m_own.data(), count, m_ownLevels);
+            spreadLevels(m_source.data(), count, m_detail);
+            for (std::vector<float>& plane : m_detail.planes)
+                takeLogarithms(kLogOf.data(), plane.data(), count);
+        }
         std::fill_n(m_change.begin(), count, 0.0F);
         if (m_restoration.grain == 0)
             return;
@@ -251,29 +287,54 @@ private:
         std::size_t first = count;
         std::size_t last = 0;
         for (std::size_t i = 0; i < count; ++i) {
-            const std::uint8_t alpha = m_own[i].alpha();
-            if (m_change[i] < kMinChange || alpha == 0)
+            if (m_change[i] < kMinChange || m_own[i].alpha() == 0)
                 continue;
-            std::array<std::uint8_t, 3> bytes;
-            for (std::size_t c = 0; c < 3; ++c)
-                bytes[c] = premultiplied(
-                    static_cast<std::uint32_t>(static_cast<std::int32_t>(m_mixed.planes[c][i])), alpha);
-            const RGBA32 painted{bytes[0], bytes[1], bytes[2], alpha};
-            if (painted == m_own[i])
+            const RGBA32 painted = m_deepAlpha ? paintedDeep(i) : paintedPixel(i);
+            if (painted == m_own[i] && !m_deepAlpha)
                 continue;
             first = std::min(first, i);
             last = i;
             m_own[i] = painted;
         }
-        if (first <= last)
-            buffer.paintRow({start.row, start.column + static_cast<std::int64_t>(first)},
-                            std::span(m_own).subspan(first, last + 1 - first));
+        if (first > last)
+            return;
+        const std::size_t length = last + 1 - first;
+        const auto deep = m_deepAlpha ? std::span<const RGBA64>(m_ownDeep).subspan(first, length)
+                                      : std::span<const RGBA64>();
+        buffer.paintRow({start.row, start.column + static_cast<std::int64_t>(first)},
+                        std::span(m_own).subspan(first, length), deep);
+    }
+
+    RGBA32 paintedPixel(std::size_t i) const {
+        const std::uint8_t alpha = m_own[i].alpha();
+        std::array<std::uint8_t, 3> bytes;
+        for (std::size_t c = 0; c < 3; ++c)
+            bytes[c] = premultiplied(
+                static_cast<std::uint32_t>(static_cast<std::int32_t>(m_mixed.planes[c][i])), alpha);
+        return {bytes[0], bytes[1], bytes[2], alpha};
+    }
+
+    /// Sets the deep pixel as well.
+    RGBA32 paintedDeep(std::size_t i) {
+        const std::uint8_t alpha = m_own[i].alpha();
+        RGBA64& deep = m_ownDeep[i];
+        std::array<std::uint16_t, 3> wide;
+        std::array<std::uint8_t, 3> bytes;
+        for (std::size_t c = 0; c < 3; ++c) {
+            wide[c] = static_cast<std::uint16_t>(m_mixed.planes[c][i] * 257.0F + 0.5F);
+            bytes[c] = premultiplied(roundedTo8(wide[c]), alpha);
+            if (*m_deepAlpha == DeepAlpha::Premultiplied)
+                wide[c] = static_cast<std::uint16_t>((std::uint32_t{wide[c]} * deep.alpha + 32'767) / 65'535);
+        }
+        deep = {wide[0], wide[1], wide[2], deep.alpha};
+        return {bytes[0], bytes[1], bytes[2], alpha};
     }
 
     const Image& m_image;
     const RepairDisc& m_disc;
     const SkinWindow& m_window;
     const Restoration& m_restoration;
+    std::optional<DeepAlpha> m_deepAlpha;
     float m_feather;
     std::int64_t m_left = 0;
     std::int64_t m_right = 0;
@@ -288,6 +349,8 @@ private:
     std::vector<float> m_change;
     std::vector<RGBA32> m_own;
     std::vector<RGBA32> m_source;
+    std::vector<RGBA64> m_ownDeep; // these two of a deep image alone
+    std::vector<RGBA64> m_sourceDeep;
     PlaneRow m_base;
     PlaneRow m_detail;
     PlaneRow m_ownLevels;

@@ -3,6 +3,7 @@
 
 #include "imaging/base/no_throw.h"
 #include "imaging/containers/exif_basics.h"
+#include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/bmp_metadata.h"
 #include "imaging/metadata/gif_metadata.h"
 #include "imaging/metadata/jpeg_metadata.h"
@@ -85,6 +86,13 @@ Orientation carriedOrientation(ByteView source, Container target) {
     if (!from || !exifToCarry)
         return Orientation::TopLeft;
     return readExifBasics(exifToCarry(carrierOf(*from).read(source))).orientation;
+}
+
+ByteOrder carriedByteOrder(ByteView source) {
+    const auto from = containerOf(source);
+    const bool isTiff = from == Container::Tiff;
+    const Bytes exif = from && !isTiff ? carrierOf(*from).read(source).exif : Bytes();
+    return tiff::readHeader(isTiff ? source : exif).value_or(tiff::Header()).order;
 }
 
 } // namespace complexion

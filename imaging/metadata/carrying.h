@@ -4,6 +4,7 @@
 #include "imaging/base/files.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
+#include "imaging/containers/byte_order.h"
 #include "imaging/containers/container.h"
 #include "imaging/metadata/thumbnail_maker.h"
 
@@ -30,5 +31,9 @@ Result<FileContents> withMetadataOf(ByteView source, ByteView written, Thumbnail
 
 /// The orientation that the metadata of `source` will state in a file of format `target`.
 Orientation carriedOrientation(ByteView source, Container target);
+
+/// The byte order that a TIFF file will have once it has the metadata of `source`: samples of more than 8
+/// bits have to have the same.
+ByteOrder carriedByteOrder(ByteView source);
 
 } // namespace complexion

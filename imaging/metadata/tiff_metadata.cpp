@@ -66,9 +66,17 @@ bool hasWideSamples(const tiff::Directory& directory, ByteOrder order) {
     return std::ranges::any_of(numbers, [](std::uint64_t count) { return count > 8; });
 }
 
-/// Adds the strips (or tiles) to `layout` and their new offsets to `directory`; false if they are damaged.
+/// Whether `written` ends before the first strip begins.
+bool isStart(ByteView written, const std::vector<std::uint64_t>& begins) {
+    return std::ranges::all_of(begins, [&](std::uint64_t begin) { return begin >= written.size(); });
+}
+
+/// Adds the strips (or tiles) to `layout` and their new offsets to `directory`; false if they are damaged. If
+/// they follow `written`, which is then only a file's start, they are not added: the new start will have
+/// `startLength` bytes, and they will follow that.
 bool placeStrips(tiff::Layout& layout, tiff::Directory& directory, ByteView written,
-                 const tiff::Header& header, unsigned offsetTag, unsigned lengthTag) {
+                 const tiff::Header& header, unsigned offsetTag, unsigned lengthTag,
+                 std::uint64_t startLength) {
     const auto offsets = std::ranges::find_if(
         directory.entries, [offsetTag](const tiff::Entry& entry) { return entry.tag == offsetTag; });
     const tiff::Entry* lengths = directory.find(lengthTag);
@@ -81,6 +89,10 @@ bool placeStrips(tiff::Layout& layout, tiff::Directory& directory, ByteView writ
     std::vector<std::uint64_t> places;
     std::uint64_t total = 0;
     for (std::size_t i = 0; i < begins.size(); ++i) {
+        if (isStart(written, begins)) {
+            places.push_back(begins[i] - written.size() + startLength);
+            continue;
+        }
         const ByteView strip = slice(written, begins[i], counts[i]);
         total += strip.size();
         if (strip.size() < counts[i] || total > written.size())
@@ -106,31 +118,46 @@ tiff::Directory merged(const tiff::Directory& written, const tiff::Directory& ta
     return result;
 }
 
+/// The whole file or, where `written` is a file's start, the new start if that has `startLength` bytes.
+Result<Bytes> laidOut(const CarriedTags& tags, ByteView written, const tiff::Header& header,
+                      std::uint64_t startLength) {
+    tiff::Directory directory = tiff::readDirectory(written, header, header.firstDirectory);
+    if (tags.order != header.order && hasWideSamples(directory, header.order))
+        return Error{"the samples' byte order is not the metadata's"};
+
+    // The maker note and private values are only meaningful in the source's byte order.
+    tiff::Layout layout(tags.order, header.isBig);
+    if (const tiff::Entry* note = makerNoteOf(tags.directory);
+        note && note->valueOffset <= written.size() + kMaxHole && note->value.size() > header.offsetLength())
+        layout.placeAt(note->valueOffset, note->value);
+    const bool hasStrips = placeStrips(layout, directory, written, header, tiff::tag::kStripOffsets,
+                                       tiff::tag::kStripByteCounts, startLength) ||
+                           placeStrips(layout, directory, written, header, tiff::tag::kTileOffsets,
+                                       tiff::tag::kTileByteCounts, startLength);
+    if (!hasStrips)
+        return Error{"the TIFF file to give metadata to is damaged"};
+    if (tags.order != header.order)
+        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
+    const tiff::Directory all =
+        merged(directory, header.isBig ? tags.directory : withoutBigValues(tags.directory));
+    Bytes bytes = layout.finish(layout.placeDirectory(all));
+    bytes.resize((bytes.size() + 1) / 2 * 2); // what follows begins at an even offset
+    return bytes;
+}
+
 Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     const auto header = tiff::readHeader(written);
     if (!header)
         return Error{"not a TIFF file"};
-    tiff::Directory directory = tiff::readDirectory(written, *header, header->firstDirectory);
-    if (tags.order != header->order && hasWideSamples(directory, header->order))
-        return Error{"the samples' byte order is not the metadata's"};
-
-    // The maker note and private values are only meaningful in the source's byte order.
-    tiff::Layout layout(tags.order, header->isBig);
-    if (const tiff::Entry* note = makerNoteOf(tags.directory);
-        note && note->valueOffset <= written.size() + kMaxHole && note->value.size() > header->offsetLength())
-        layout.placeAt(note->valueOffset, note->value);
-    const bool hasStrips =
-        placeStrips(layout, directory, written, *header, tiff::tag::kStripOffsets,
-                    tiff::tag::kStripByteCounts) ||
-        placeStrips(layout, directory, written, *header, tiff::tag::kTileOffsets, tiff::tag::kTileByteCounts);
-    if (!hasStrips)
-        return Error{"the TIFF file to give metadata to is damaged"};
-    if (tags.order != header->order)
-        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
-    const tiff::Directory all =
-        merged(directory, header->isBig ? tags.directory : withoutBigValues(tags.directory));
+    COMPLEXION_TRY(Bytes bytes, laidOut(tags, written, *header, 0));
+    // Strips that follow a start move with its length, which is known now.
+    const tiff::Directory directory = tiff::readDirectory(written, *header, header->firstDirectory);
+    const tiff::Entry* const strips = directory.find(tiff::tag::kStripOffsets);
+    if (strips && isStart(written, tiff::allNumbers(*strips, header->order))) {
+        COMPLEXION_TRY(bytes, laidOut(tags, written, *header, bytes.size()));
+    }
     FileContents contents;
-    contents.append(layout.finish(layout.placeDirectory(all)));
+    contents.append(std::move(bytes));
     return contents;
 }
 

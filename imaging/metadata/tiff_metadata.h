@@ -10,10 +10,11 @@ namespace complexion {
 PictureMetadata readTiffMetadata(ByteView file);
 
 /// `written`, a TIFF file of one picture, with the tags of the first picture of another TIFF file, except
-/// those that describe its coding. The strips keep their bytes but may move.
+/// those that describe its coding. The strips keep their bytes but may move. `written` may be the start of a
+/// file, up to its strips: then so is the result, and the same strips follow it.
 Result<FileContents> withTiffTagsOf(ByteView source, ByteView written);
 
-/// `written`, a TIFF file of one picture, with metadata from another format.
+/// `written`, a TIFF file of one picture or its start, as above, with metadata from another format.
 Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView written);
 
 /// The tags that a TIFF file gets from the EXIF block of `metadata`, as an EXIF block.
