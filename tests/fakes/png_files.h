@@ -4,7 +4,9 @@
 #include "imaging/base/files.h"
 #include "imaging/base/image.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <stdexcept>
 #include <vector>
@@ -72,6 +74,52 @@ inline std::vector<std::uint8_t> pngSamples(ByteView file) {
     std::vector<std::uint8_t> samples(PNG_IMAGE_SIZE(image));
     if (png_image_finish_read(&image, nullptr, samples.data(), 0, nullptr) == 0)
         return {};
+    return samples;
+}
+
+/// Samples as a file has them, all in one plane.
+struct FileSamples {
+    PixelSize size;
+    int bits = 0;
+    int perPixel = 0;
+    std::vector<std::uint16_t> values;
+
+    const std::uint16_t* pixel(int row, int column) const {
+        return values.data() + (std::ptrdiff_t{row} * size.width + column) * perPixel;
+    }
+};
+
+/// What the library reads from a PNG file, nothing converted.
+inline FileSamples samplesOfPng(ByteView file) {
+    FileSamples samples;
+    png_structp png = png_create_read_struct(
+        PNG_LIBPNG_VER_STRING, nullptr,
+        [](png_structp, png_const_charp message) { throw std::runtime_error(message); },
+        [](png_structp, png_const_charp) {});
+    png_infop info = png_create_info_struct(png);
+    png_set_read_fn(png, &file, [](png_structp reader, png_bytep out, std::size_t count) {
+        ByteView& left = *static_cast<ByteView*>(png_get_io_ptr(reader));
+        if (left.size() < count)
+            png_error(reader, "too short");
+        std::copy_n(left.begin(), count, out);
+        left = left.subspan(count);
+    });
+    png_read_png(png, info, PNG_TRANSFORM_SWAP_ENDIAN, nullptr);
+    samples.size = {static_cast<int>(png_get_image_width(png, info)),
+                    static_cast<int>(png_get_image_height(png, info))};
+    samples.bits = png_get_bit_depth(png, info);
+    samples.perPixel = png_get_channels(png, info);
+    const auto perRow = static_cast<std::size_t>(samples.size.width * samples.perPixel);
+    for (int y = 0; y < samples.size.height; ++y) {
+        const png_bytep row = png_get_rows(png, info)[y];
+        for (std::size_t i = 0; i < perRow; ++i) {
+            std::uint16_t value = row[i];
+            if (samples.bits == 16)
+                std::memcpy(&value, row + 2 * i, sizeof value);
+            samples.values.push_back(value);
+        }
+    }
+    png_destroy_read_struct(&png, &info, nullptr);
     return samples;
 }
 

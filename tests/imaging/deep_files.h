@@ -11,18 +11,6 @@
 
 namespace complexion::test {
 
-/// Samples as a file has them, all in one plane.
-struct FileSamples {
-    PixelSize size;
-    int bits = 0;
-    int perPixel = 0;
-    std::vector<std::uint16_t> values;
-
-    const std::uint16_t* pixel(int row, int column) const {
-        return values.data() + (std::ptrdiff_t{row} * size.width + column) * perPixel;
-    }
-};
-
 /// How a 16-bit file is made.
 struct DeepKind {
     std::string name;
@@ -48,8 +36,7 @@ FileSamples skinSamples(PixelSize size, const DeepKind& kind);
 /// The file of such samples.
 Bytes deepFile(const FileSamples& samples, const DeepKind& kind);
 
-/// What other libraries read from a PNG or TIFF file, nothing converted.
-FileSamples samplesOfPng(ByteView file);
+/// What the library reads from a TIFF file, nothing converted.
 FileSamples samplesOfTiff(const std::filesystem::path& path);
 
 } // namespace complexion::test

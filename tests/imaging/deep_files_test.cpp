@@ -13,7 +13,6 @@ namespace complexion {
 namespace {
 
 using test::DeepKind;
-using test::FileSamples;
 
 constexpr PixelSize kSize = {300, 140}; // more than a tile and a band
 constexpr RgbColor kPaint = {0.25, 0.5, 0.75};
@@ -60,7 +59,7 @@ protected:
         const std::filesystem::path path = folder.path() / (isPng ? "saved.png" : "saved.tiff");
         EXPECT_TRUE(savePhoto(image, path, isPng ? "png" : "tiff", source));
         const std::string bytes = contentsOf(path);
-        return isPng ? test::samplesOfPng(bytesOf(bytes)) : test::samplesOfTiff(path);
+        return isPng ? samplesOfPng(bytesOf(bytes)) : test::samplesOfTiff(path);
     }
 
     TemporaryFolder folder;
@@ -129,7 +128,7 @@ TEST_P(DeepFiles, StatesAreFilesOfEightBits) {
     const std::filesystem::path path = folder.path() / "state";
     ASSERT_TRUE(ImageTools::SaveImage(openPhoto(source)->image, path, GetParam().isPng ? "png" : "tiff"));
     const std::string bytes = contentsOf(path);
-    EXPECT_EQ((GetParam().isPng ? test::samplesOfPng(bytesOf(bytes)) : test::samplesOfTiff(path)).bits, 8);
+    EXPECT_EQ((GetParam().isPng ? samplesOfPng(bytesOf(bytes)) : test::samplesOfTiff(path)).bits, 8);
 }
 
 TEST_F(OneDeepFile, PaintedPixelsAreThePaintWidened) {
