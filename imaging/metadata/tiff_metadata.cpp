@@ -66,42 +66,38 @@ bool hasWideSamples(const tiff::Directory& directory, ByteOrder order) {
     return std::ranges::any_of(numbers, [](std::uint64_t count) { return count > 8; });
 }
 
-/// Whether `written` ends before the first strip begins.
-bool isStart(ByteView written, const std::vector<std::uint64_t>& begins) {
-    return std::ranges::all_of(begins, [&](std::uint64_t begin) { return begin >= written.size(); });
-}
+/// The strips or tiles of a file. Of a file's start they follow it and have no bytes here.
+struct Strips {
+    unsigned offsetTag = 0;
+    std::vector<std::uint64_t> offsets; // from where the first one begins
+    std::vector<ByteView> bytes;
+};
 
-/// Adds the strips (or tiles) to `layout` and their new offsets to `directory`; false if they are damaged. If
-/// they follow `written`, which is then only a file's start, they are not added: the new start will have
-/// `startLength` bytes, and they will follow that.
-bool placeStrips(tiff::Layout& layout, tiff::Directory& directory, ByteView written,
-                 const tiff::Header& header, unsigned offsetTag, unsigned lengthTag,
-                 std::uint64_t startLength) {
-    const auto offsets = std::ranges::find_if(
-        directory.entries, [offsetTag](const tiff::Entry& entry) { return entry.tag == offsetTag; });
+/// Nothing if they are damaged.
+std::optional<Strips> stripsOf(const tiff::Directory& directory, ByteView written, const tiff::Header& header,
+                               unsigned offsetTag, unsigned lengthTag) {
+    const tiff::Entry* offsets = directory.find(offsetTag);
     const tiff::Entry* lengths = directory.find(lengthTag);
-    if (offsets == directory.entries.end() || !lengths)
-        return false;
+    if (!offsets || !lengths)
+        return std::nullopt;
     const std::vector<std::uint64_t> begins = tiff::allNumbers(*offsets, header.order);
     const std::vector<std::uint64_t> counts = tiff::allNumbers(*lengths, header.order);
     if (begins.empty() || begins.size() != counts.size())
-        return false;
-    std::vector<std::uint64_t> places;
+        return std::nullopt;
+    const bool isStart =
+        std::ranges::all_of(begins, [&](std::uint64_t begin) { return begin >= written.size(); });
+    Strips strips{.offsetTag = offsetTag, .offsets = {}, .bytes = {}};
     std::uint64_t total = 0;
     for (std::size_t i = 0; i < begins.size(); ++i) {
-        if (isStart(written, begins)) {
-            places.push_back(begins[i] - written.size() + startLength);
+        strips.offsets.push_back(isStart ? begins[i] - written.size() : total);
+        if (isStart)
             continue;
-        }
-        const ByteView strip = slice(written, begins[i], counts[i]);
-        total += strip.size();
-        if (strip.size() < counts[i] || total > written.size())
-            return false;
-        places.push_back(layout.place(strip));
+        strips.bytes.push_back(slice(written, begins[i], counts[i]));
+        total += counts[i];
+        if (strips.bytes.back().size() < counts[i] || total > written.size())
+            return std::nullopt;
     }
-    *offsets = tiff::entryOfNumbers(offsetTag, header.isBig ? tiff::type::kLong8 : tiff::type::kLong, places,
-                                    header.order);
-    return true;
+    return strips;
 }
 
 /// The coding tags of `written` combined with the descriptive tags in `tags`.
@@ -118,26 +114,24 @@ tiff::Directory merged(const tiff::Directory& written, const tiff::Directory& ta
     return result;
 }
 
-/// The whole file or, where `written` is a file's start, the new start if that has `startLength` bytes.
-Result<Bytes> laidOut(const CarriedTags& tags, ByteView written, const tiff::Header& header,
-                      std::uint64_t startLength) {
-    tiff::Directory directory = tiff::readDirectory(written, header, header.firstDirectory);
-    if (tags.order != header.order && hasWideSamples(directory, header.order))
-        return Error{"the samples' byte order is not the metadata's"};
+/// The file up to its strips, which begin at `stripsAt`: a number that takes as much room as any other.
+Bytes startOf(const CarriedTags& tags, const tiff::Directory& coding, const tiff::Header& header,
+              std::size_t writtenLength, const Strips& strips, std::uint64_t stripsAt) {
+    tiff::Directory directory = coding;
+    std::vector<std::uint64_t> places = strips.offsets;
+    for (std::uint64_t& place : places)
+        place += stripsAt;
+    remove(directory, strips.offsetTag);
+    directory.entries.push_back(tiff::entryOfNumbers(
+        strips.offsetTag, header.isBig ? tiff::type::kLong8 : tiff::type::kLong, places, header.order));
+    if (tags.order != header.order)
+        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
 
     // The maker note and private values are only meaningful in the source's byte order.
     tiff::Layout layout(tags.order, header.isBig);
     if (const tiff::Entry* note = makerNoteOf(tags.directory);
-        note && note->valueOffset <= written.size() + kMaxHole && note->value.size() > header.offsetLength())
+        note && note->valueOffset <= writtenLength + kMaxHole && note->value.size() > header.offsetLength())
         layout.placeAt(note->valueOffset, note->value);
-    const bool hasStrips = placeStrips(layout, directory, written, header, tiff::tag::kStripOffsets,
-                                       tiff::tag::kStripByteCounts, startLength) ||
-                           placeStrips(layout, directory, written, header, tiff::tag::kTileOffsets,
-                                       tiff::tag::kTileByteCounts, startLength);
-    if (!hasStrips)
-        return Error{"the TIFF file to give metadata to is damaged"};
-    if (tags.order != header.order)
-        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
     const tiff::Directory all =
         merged(directory, header.isBig ? tags.directory : withoutBigValues(tags.directory));
     Bytes bytes = layout.finish(layout.placeDirectory(all));
@@ -149,13 +143,21 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     const auto header = tiff::readHeader(written);
     if (!header)
         return Error{"not a TIFF file"};
-    COMPLEXION_TRY(Bytes bytes, laidOut(tags, written, *header, 0));
-    // Strips that follow a start move with its length, which is known now.
     const tiff::Directory directory = tiff::readDirectory(written, *header, header->firstDirectory);
-    const tiff::Entry* const strips = directory.find(tiff::tag::kStripOffsets);
-    if (strips && isStart(written, tiff::allNumbers(*strips, header->order))) {
-        COMPLEXION_TRY(bytes, laidOut(tags, written, *header, bytes.size()));
-    }
+    if (tags.order != header->order && hasWideSamples(directory, header->order))
+        return Error{"the samples' byte order is not the metadata's"};
+    std::optional<Strips> strips =
+        stripsOf(directory, written, *header, tiff::tag::kStripOffsets, tiff::tag::kStripByteCounts);
+    if (!strips)
+        strips = stripsOf(directory, written, *header, tiff::tag::kTileOffsets, tiff::tag::kTileByteCounts);
+    if (!strips)
+        return Error{"the TIFF file to give metadata to is damaged"};
+    const auto start = [&](std::uint64_t stripsAt) {
+        return startOf(tags, directory, *header, written.size(), *strips, stripsAt);
+    };
+    Bytes bytes = start(start(0).size());
+    for (const ByteView strip : strips->bytes)
+        append(bytes, strip);
     FileContents contents;
     contents.append(std::move(bytes));
     return contents;
