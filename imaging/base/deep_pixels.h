@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/pixel_block.h"
 #include "imaging/base/rgba64.h"
-#include "imaging/base/tile.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/base/geometry.h"
 #include "imaging/base/memo.h"
-#include "imaging/base/rgba32.h"
+#include "imaging/base/pixel_block.h"
 #include "imaging/base/rgba64.h"
 
 #include <array>
@@ -12,21 +11,6 @@
 #include <vector>
 
 namespace complexion {
-
-/// A block of pixels, rows packed, top row first.
-struct PixelBlock {
-    PixelSize size;
-    std::unique_ptr<RGBA32[]> pixels;
-
-    /// A block whose pixels are not set yet.
-    static PixelBlock uninitialized(PixelSize size);
-
-    const RGBA32* row(int index) const { return pixels.get() + std::ptrdiff_t{index} * size.width; }
-    RGBA32* row(int index) { return pixels.get() + std::ptrdiff_t{index} * size.width; }
-};
-
-/// The block at half its width and height (rounded up), each pixel the rounded mean of 2 by 2.
-PixelBlock halved(const PixelBlock& block);
 
 class DeepBlock;
 
