@@ -58,6 +58,9 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     showPreview->setChecked(true);
     largerArea = makeAction(this, tr("Larger edit area"), {}, Keys{Qt::Key_BracketRight});
     smallerArea = makeAction(this, tr("Smaller edit area"), {}, Keys{Qt::Key_BracketLeft});
+    fitArea = makeAction(this, tr("Fit the edit area"), u"fit"_s, Keys{Qt::Key_F});
+    fitArea->setIconText(tr("Fit"));
+    fitArea->setObjectName(u"Fit"_s);
     videoTutorial = makeAction(this, tr("Video tutorial"), u"play"_s, {QKeySequence::HelpContents});
     about = makeAction(this, tr("About Complexion"), {}, {});
 
@@ -79,6 +82,7 @@ void Actions::showState(const WindowState& state) {
     setAvailable(zoomOut, state.hasImage, tr("Zoom out"), noPhoto);
     setAvailable(resetZoom, state.hasImage, tr("Reset zoom"), noPhoto);
     setAvailable(actualPixels, state.hasImage, tr("Actual pixels"), noPhoto);
+    setAvailable(fitArea, state.hasImage, tr("Fit the edit area to the blemish under it"), noPhoto);
     setAvailable(compare, state.hasImage, tr("Hold to see the original"), noPhoto);
     setAvailable(videoTutorial, state.hasTutorial, tr("Video tutorial"), tr("not included in this build"));
 }

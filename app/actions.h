@@ -40,6 +40,7 @@ public:
     QAction* showPreview; // checkable
     QAction* largerArea;
     QAction* smallerArea;
+    QAction* fitArea;
     QAction* videoTutorial;
     QAction* about;
 

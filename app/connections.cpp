@@ -89,7 +89,6 @@ void connectSettings(const SettingsBar& bar, ViewController& controller) {
 
 void connectMouse(RootView& root, ViewController& controller) {
     QObject::connect(&root, &RootView::mouseDown, &controller, &ViewController::mouseDown);
-    QObject::connect(&root, &RootView::mouseUp, &controller, &ViewController::mouseUp);
     QObject::connect(&root, &RootView::mouseDragged, &controller, &ViewController::mouseDragged);
     QObject::connect(&root, &RootView::visibleAreaResized, &controller, &ViewController::visibleAreaResized);
 }
@@ -98,6 +97,11 @@ void connectMouse(RootView& root, ViewController& controller) {
 void connectPhotoInput(MainWindow& window, ViewController& controller) {
     auto* const aim = new Aim(controller, &window.editDisc(), controller.queues(), &controller);
     const PhotoInput* input = &window.photoInput();
+    QObject::connect(&window.rootView(), &RootView::mouseUp, &controller,
+                     [&controller, aim](MouseEvent event) {
+                         event.locationInWindow = aim->clickPoint(event.locationInWindow);
+                         controller.mouseUp(event);
+                     });
     QObject::connect(input, &PhotoInput::pointed, aim, &Aim::pointAt);
     QObject::connect(input, &PhotoInput::placeStepped, aim, &Aim::moveBy);
     QObject::connect(input, &PhotoInput::acted, aim, &Aim::act);
@@ -114,6 +118,9 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     });
 
     const Actions& actions = window.actions();
+    QObject::connect(actions.fitArea, &QAction::triggered, aim, &Aim::fit);
+    window.contents().boxEditSettings->fitArea->setDefaultAction(actions.fitArea);
+    window.rootView().imageView()->addAction(actions.fitArea); // an accessible action of the photo
     QObject::connect(actions.showPreview, &QAction::toggled, aim, &Aim::setPreviewing);
     QObject::connect(actions.actualPixels, &QAction::triggered, aim,
                      [&controller, aim] { controller.ZoomToPixels(aim->shownPoint()); });

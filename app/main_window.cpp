@@ -61,7 +61,7 @@ void MainWindow::makeMenus() {
     QMenu* edit = menuBar()->addMenu(tr("&Edit"));
     edit->addActions({m_actions->undo, m_actions->redo});
     edit->addSeparator();
-    edit->addActions({m_actions->largerArea, m_actions->smallerArea});
+    edit->addActions({m_actions->largerArea, m_actions->smallerArea, m_actions->fitArea});
     QMenu* view = menuBar()->addMenu(tr("&View"));
     view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom, m_actions->actualPixels});
     view->addSeparator();

@@ -83,6 +83,15 @@ QHBoxLayout* makeControlRow(int gap) {
     return row;
 }
 
+QToolButton* makeIconButton(const QString& objectName) {
+    auto* button = new QToolButton;
+    const int drawing = controlHeight() - kControlPadding;
+    button->setIconSize({drawing, drawing});
+    button->setFixedSize(controlHeight() + kGap / 2, controlHeight());
+    button->setObjectName(objectName);
+    return button;
+}
+
 QComboBox* makePopUp(const QString& objectName) {
     auto* popUp = new QComboBox;
     popUp->setFixedHeight(controlHeight());
@@ -167,9 +176,13 @@ QWidget* SettingsBar::makeSizeGroup() {
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // the field handles its keys
 
+    fitArea = makeIconButton(u"fitArea"_s);
+    fitArea->setAccessibleName(tr("Fit"));
+
     auto* row = makeControlRow(kGap / 2);
     row->addWidget(textFieldEditAreaSize);
     row->addWidget(stepperEditAreaSize);
+    row->addWidget(fitArea);
     row->addStretch();
     return makeGroup(tr("Edit area size"), row);
 }
@@ -215,13 +228,9 @@ QWidget* SettingsBar::makeColorGroup() {
     colorWellCustomColor->setObjectName(u"colorWellCustomColor"_s);
     colorWellCustomColor->setAccessibleName(tr("Custom color"));
     colorWellCustomColor->setColor(QColor::fromRgb(kStartColor));
-    pipette = new QToolButton;
+    pipette = makeIconButton(u"pipette"_s);
     pipette->setIcon(lineIcon(u"pipette"_s));
-    const int drawing = controlHeight() - kControlPadding;
-    pipette->setIconSize({drawing, drawing});
-    pipette->setFixedSize(controlHeight() + kGap / 2, controlHeight());
     pipette->setCheckable(true);
-    pipette->setObjectName(u"pipette"_s);
     pipette->setAccessibleName(tr("Pick a color from the photo"));
     connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::updateColorControls);
     connect(comboRepair, &QComboBox::currentIndexChanged, this, &SettingsBar::updateColorControls);

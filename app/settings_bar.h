@@ -27,6 +27,7 @@ public:
 
     QLineEdit* textFieldEditAreaSize;
     Stepper* stepperEditAreaSize;
+    QToolButton* fitArea; // fits the size to the blemish under the ring
     Slider* sliderThreshold;
     QCheckBox* checkAutodetectColor;
     QComboBox* comboRepair;

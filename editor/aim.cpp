@@ -5,6 +5,7 @@
 #include "editor/repair_words.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace complexion {
@@ -12,6 +13,9 @@ namespace complexion {
 namespace {
 
 constexpr int kRestMilliseconds = 350;
+constexpr double kOfferedFit = 1.2; // times the radius, or its inverse: a fit beyond these is offered
+constexpr double kHoldDistance =
+    4; // points that the mouse may move without taking the disc from where it was fitted
 constexpr double kRevealMargin = 48; // points kept visible around the place when the keys move it
 
 DiscLook lookOf(RepairOutcome outcome) {
@@ -39,6 +43,9 @@ Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* pa
     m_restTimer.setSingleShot(true);
     m_restTimer.setInterval(kRestMilliseconds);
     connect(&m_restTimer, &QTimer::timeout, this, &Aim::showResult);
+    m_fitTimer.setSingleShot(true);
+    m_fitTimer.setInterval(kRestMilliseconds);
+    connect(&m_fitTimer, &QTimer::timeout, this, &Aim::offerFit);
     connect(&m_preview, &RepairPreview::answered, this, &Aim::showAnswer);
     connect(&controller, &ViewController::stateChanged, this, [this] {
         updatePlace();
@@ -50,16 +57,15 @@ Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* pa
 }
 
 void Aim::pointAt(std::optional<Point> inRootView) {
+    if (inRootView && isHeld(*inRootView))
+        return;
+    m_heldPointer.reset();
     m_pointer = inRootView;
     m_hasKeys = m_hasKeys && !inRootView;
     updatePlace();
 }
 
 void Aim::updatePlace() {
-    const PixelSize size = m_controller.originalImage().pixelSize();
-    const auto isInside = [size](PixelPosition place) {
-        return place.row >= 0 && place.row < size.height && place.column >= 0 && place.column < size.width;
-    };
     std::optional<PixelPosition> place = m_hasKeys ? m_place : std::nullopt;
     if (m_pointer && !m_hasKeys && m_controller.hasImage()) {
         const PointSize image = m_controller.originalImage().size();
@@ -67,7 +73,12 @@ void Aim::updatePlace() {
         if (point.x >= 0 && point.y > 0)
             place = pixelAt(point, image);
     }
-    setPlace(place && isInside(*place) ? place : std::nullopt);
+    setPlace(place && isInPhoto(*place) ? place : std::nullopt);
+}
+
+bool Aim::isInPhoto(PixelPosition place) const {
+    const PixelSize size = m_controller.originalImage().pixelSize();
+    return place.row >= 0 && place.row < size.height && place.column >= 0 && place.column < size.width;
 }
 
 void Aim::takeKeys() {
@@ -105,6 +116,67 @@ void Aim::act() {
         m_controller.BeginRetouch(centreOfPlace());
 }
 
+void Aim::fit() {
+    if (!m_place)
+        returnToLastPlace();
+    if (!m_place || m_isPicking)
+        return;
+    m_isFitKnown = true;
+    const Repair repair = m_controller.currentRepair();
+    const Image image = m_controller.originalImage();
+    const bool isFitted = m_fitted && m_fitted->middle == *m_place && m_fitted->radius == repair.radius;
+    const auto ring = isFitted ? fitNextRing(repair, image, *m_fitted) : fitRing(repair, image, *m_place);
+    if (!ring) {
+        const QString text = isFitted ? tr("Nothing larger to fit here.") : tr("No blemish to fit here.");
+        if (m_disc)
+            m_disc->setCaption(text);
+        Q_EMIT announced(text);
+        return;
+    }
+    m_fitted = ring;
+    m_controller.SetEditAreaSize(ring->radius);
+    m_fitted->radius = m_controller.currentRepair().radius;
+    if (ring->middle != *m_place) {
+        m_heldPointer = m_hasKeys ? std::nullopt : m_pointer;
+        m_hasKeys = true;
+        setPlace(ring->middle);
+    }
+    Q_EMIT announced(tr("The edit area fits: %1 pixels.").arg(m_fitted->radius));
+}
+
+void Aim::returnToLastPlace() {
+    if (!m_lastPlace || !isInPhoto(*m_lastPlace)) {
+        takeKeys();
+        return;
+    }
+    m_hasKeys = true;
+    setPlace(m_lastPlace);
+}
+
+void Aim::offerFit() {
+    if (!m_disc || !m_disc->place() || m_isPicking)
+        return;
+    const Repair repair = m_controller.currentRepair();
+    const auto ring = fitRing(repair, m_controller.originalImage(), *m_place);
+    if (!ring)
+        return;
+    const double ratio = static_cast<double>(ring->radius) / static_cast<double>(repair.radius);
+    if (ratio <= kOfferedFit && ratio >= 1 / kOfferedFit)
+        return;
+    m_disc->setSecondRing(DiscRing{.place = ring->middle, .radius = static_cast<double>(ring->radius)});
+    if (!m_isFitKnown)
+        m_disc->setCaption(tr("F fits the ring"));
+}
+
+bool Aim::isHeld(Point pointer) const {
+    return m_heldPointer &&
+           std::hypot(pointer.x - m_heldPointer->x, pointer.y - m_heldPointer->y) < kHoldDistance;
+}
+
+Point Aim::clickPoint(Point pointer) const {
+    return isHeld(pointer) && m_place ? shownPoint() : pointer;
+}
+
 Point Aim::centreOfPlace() const {
     return {static_cast<double>(m_place->column) + 0.5,
             m_controller.originalImage().size().height - static_cast<double>(m_place->row) - 0.5};
@@ -122,6 +194,8 @@ Point Aim::shownPoint() const {
 void Aim::setPlace(std::optional<PixelPosition> place) {
     const bool hasChanged = place != m_place;
     m_place = place;
+    if (place)
+        m_lastPlace = place;
     refresh();
     if (hasChanged)
         Q_EMIT placeChanged();
@@ -144,16 +218,29 @@ void Aim::refresh() {
     m_disc->setPlace(isShown ? m_place : std::nullopt,
                      static_cast<double>(m_controller.currentRepair().radius));
     m_disc->setSwatch(isShown && m_isPicking ? std::optional(colorAtPlace()) : std::nullopt);
-    if (isShown && m_isPreviewing && !m_isPicking)
-        m_preview.ask(RepairPreview::Question{m_controller.originalImage(), m_controller.currentRepair(),
-                                              centreOfPlace()});
-    else
-        m_preview.ask(std::nullopt);
+    std::optional<RepairPreview::Question> question;
+    if (isShown && !m_isPicking)
+        question = RepairPreview::Question{m_controller.originalImage(), m_controller.currentRepair(),
+                                           centreOfPlace()};
+    waitToOfferFit(question);
+    m_preview.ask(m_isPreviewing ? question : std::nullopt);
     if (m_preview.answer())
         return;
     hideResult();
     m_disc->setLook(DiscLook::Plain);
     m_disc->setOutlined({});
+}
+
+void Aim::waitToOfferFit(const std::optional<RepairPreview::Question>& question) {
+    if (question && m_fitQuestion && question->isSameAs(*m_fitQuestion))
+        return;
+    m_fitQuestion = question;
+    m_disc->setSecondRing(std::nullopt);
+    m_disc->setCaption({});
+    if (question)
+        m_fitTimer.start();
+    else
+        m_fitTimer.stop();
 }
 
 void Aim::showAnswer() {

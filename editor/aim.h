@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "editor/fit.h"
 #include "editor/repair_preview.h"
 #include "editor/view_controller.h"
 #include "view/edit_disc.h"
@@ -37,6 +38,14 @@ public:
     /// Repairs at the place, or picks the colour there.
     void act();
 
+    /// Fits the disc to the blemish under it: its size, and its place where that is off; fitted again, to the
+    /// next larger thing. Announces the result.
+    void fit();
+
+    /// The point of the root view that a click of the mouse at `pointer` acts on: the disc's centre if
+    /// fitting has moved the disc and the mouse has hardly moved since.
+    Point clickPoint(Point pointer) const;
+
     /// Turns the preview of the repair on or off.
     void setPreviewing(bool on);
     /// While on, a click picks the colour at the place, which is shown instead of the disc.
@@ -52,6 +61,12 @@ Q_SIGNALS:
 
 private:
     Point centreOfPlace() const;
+    bool isInPhoto(PixelPosition place) const;
+    bool isHeld(Point pointer) const;
+    void returnToLastPlace();
+    void waitToOfferFit(const std::optional<RepairPreview::Question>& question);
+    /// Shows the ring that fits, if it clearly differs.
+    void offerFit();
     void setPlace(std::optional<PixelPosition> place);
     /// Recomputes the place from the mouse position and the photo.
     void updatePlace();
@@ -75,6 +90,14 @@ private:
     bool m_isPreviewing = true;
     bool m_isPicking = false;
     bool m_isResultShown = false;
+
+    // Fitting the disc to a blemish.
+    std::optional<FittedRing> m_fitted;       // what the disc was last fitted to
+    std::optional<PixelPosition> m_lastPlace; // where the disc was last shown
+    std::optional<Point> m_heldPointer;       // the mouse position when fitting moved the disc away from it
+    std::optional<RepairPreview::Question> m_fitQuestion; // the click that m_fitTimer was started for
+    QTimer m_fitTimer;
+    bool m_isFitKnown = false; // whether the disc was fitted before in this run
 };
 
 } // namespace complexion

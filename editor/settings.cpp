@@ -61,6 +61,12 @@ void ViewController::OnEditAreaSizeChanged(QObject* sender) {
     field.setText(QString::number(stepper.integerValue()));
 }
 
+void ViewController::SetEditAreaSize(std::int64_t radius) {
+    stepperEditAreaSize->setIntegerValue(static_cast<int>(
+        std::clamp<std::int64_t>(radius, stepperEditAreaSize->minimum(), stepperEditAreaSize->maximum())));
+    OnEditAreaSizeChanged(&*stepperEditAreaSize);
+}
+
 void ViewController::StepEditAreaSize(int steps) {
     Stepper& stepper = *stepperEditAreaSize;
     const int direction = steps < 0 ? -1 : 1;

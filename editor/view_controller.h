@@ -209,6 +209,8 @@ public:
 
     // Settings.
 
+    /// Sets the edit area size, in pixels, clamped to its range.
+    void SetEditAreaSize(std::int64_t radius);
     /// Changes the edit area size by `steps`, each a tenth of the size and at least one pixel.
     void StepEditAreaSize(int steps);
     /// Changes the threshold by `steps` grey levels.

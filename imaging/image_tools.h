@@ -66,6 +66,13 @@ public:
     static std::variant<BlemishPlace, BlemishRefusal>
     LocateBlemish(const Image& image, Point point, std::int64_t radius, std::int64_t threshold);
 
+    /// The blemish that a disc of `radius` pixels around `point` is meant for, however well the disc fits it,
+    /// by the search of HealPimpleInImage; or why there is none. What covers no more than a circle of radius
+    /// `largerThan` is passed over.
+    static std::variant<BlemishPlace, BlemishRefusal> FitBlemish(const Image& image, Point point,
+                                                                 std::int64_t radius, std::int64_t threshold,
+                                                                 double largerThan = 0);
+
     /// Sorts the disc's pixels; both lists are empty when the disc is not uniform across its centre.
     static PimplePixels FindPimplePixels(Point point, const Image& image, std::int64_t radius,
                                          std::int64_t threshold);

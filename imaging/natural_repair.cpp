@@ -3,6 +3,7 @@
 // The natural repair: what is not skin is found, the skin's colour is spanned across it like a membrane, and
 // the skin's detail is put on that. Each step stands, with its sources, in healing/.
 #include "imaging/base/fatal.h"
+#include "imaging/healing/blemish_fit.h"
 #include "imaging/healing/extent.h"
 #include "imaging/healing/painter.h"
 #include "imaging/image_tools.h"
@@ -15,7 +16,7 @@ std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point poi
         if (radius <= 0)
             fatal("the edit disc holds no pixel");
         const healing::FittedFinding finding = healing::findFittedBlemish(image, disc, threshold);
-        if (const auto* found = std::get_if<healing::FittedBlemish>(&finding))
+        if (const auto* found = std::get_if<healing::Trial>(&finding))
             healing::paintRestoration(image, found->disc, found->window,
                                       healing::restoreDetail(found->window, found->blemish), buffer);
     });
@@ -29,9 +30,17 @@ ImageTools::LocateBlemish(const Image& image, Point point, std::int64_t radius, 
     if (!disc.fitsInside(image.pixelSize()))
         return BlemishRefusal::OverBorder;
     const healing::FittedFinding finding = healing::findFittedBlemish(image, disc, threshold);
-    if (const auto* found = std::get_if<healing::FittedBlemish>(&finding))
-        return found->place;
+    if (const auto* found = std::get_if<healing::Trial>(&finding))
+        return found->place();
     return std::get<BlemishRefusal>(finding);
+}
+
+std::variant<BlemishPlace, BlemishRefusal> ImageTools::FitBlemish(const Image& image, Point point,
+                                                                  std::int64_t radius, std::int64_t threshold,
+                                                                  double largerThan) {
+    if (radius <= 0)
+        fatal("the edit disc holds no pixel");
+    return healing::fitBlemish(image, RepairDisc::at(point, image, radius), threshold, largerThan);
 }
 
 } // namespace complexion

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/edit_disc.h"
 
+#include "view/text_font.h"
+
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -29,6 +31,14 @@ constexpr double kSwatchWidth = 10;
 constexpr double kMinOutlinedRadius = 7; // smaller discs have no room for an outline
 constexpr int kMargin = 4;               // for antialiasing
 
+constexpr double kCaptionSize = 12;
+constexpr double kCaptionGap = 8; // from the rings
+constexpr double kCaptionMarginX = 8;
+constexpr double kCaptionMarginY = 3;
+constexpr double kCaptionCorner = 6;
+
+constexpr QRgb kFaintDark = 0x60101012;
+constexpr QRgb kFaintWhite = 0x80FFFFFF;
 constexpr QRgb kDark = 0xD0101012;
 constexpr QRgb kOutlineDark = 0x80101012;
 constexpr QRgb kWhite = 0xFFFFFFFF;
@@ -86,11 +96,19 @@ double EditDisc::shownRadius() const {
     return m_place && m_view->image() ? m_radius * m_view->pixelsToWidget().m11() : 0;
 }
 
+QPointF EditDisc::shownCentreOf(PixelPosition place) const {
+    return m_view->pixelsToWidget().map(
+        QPointF(static_cast<double>(place.column) + 0.5, static_cast<double>(place.row) + 0.5));
+}
+
+double EditDisc::shownRadiusOf(const DiscRing& ring) const {
+    return ring.radius * m_view->pixelsToWidget().m11();
+}
+
 QPointF EditDisc::shownCentre() const {
     if (!m_place || !m_view->image())
         return {};
-    return m_view->pixelsToWidget().map(
-        QPointF(static_cast<double>(m_place->column) + 0.5, static_cast<double>(m_place->row) + 0.5));
+    return shownCentreOf(*m_place);
 }
 
 void EditDisc::setPlace(std::optional<PixelPosition> place, double radius) {
@@ -101,6 +119,8 @@ void EditDisc::setPlace(std::optional<PixelPosition> place, double radius) {
     m_look = DiscLook::Plain;
     m_outlined = {};
     m_outline = {};
+    m_secondRing.reset();
+    m_caption.clear();
     refresh();
 }
 
@@ -116,6 +136,20 @@ void EditDisc::setOutlined(PixelMask pixels) {
         return;
     m_outlined = std::move(pixels);
     updateOutline();
+    refresh();
+}
+
+void EditDisc::setSecondRing(std::optional<DiscRing> ring) {
+    if (m_secondRing == ring)
+        return;
+    m_secondRing = ring;
+    refresh();
+}
+
+void EditDisc::setCaption(const QString& caption) {
+    if (m_caption == caption)
+        return;
+    m_caption = caption;
     refresh();
 }
 
@@ -154,7 +188,10 @@ QRegion EditDisc::extent() const {
     const double radius = shownRadius();
     QRegion region =
         around(centre, radius + 2 * kLine + (radius < kTinyRadius ? kCrosshairGap + kCrosshairLength : 0));
-    if (radius < kHollowRadius || m_look == DiscLook::OverBorder)
+    if (m_secondRing)
+        region += around(shownCentreOf(m_secondRing->place), shownRadiusOf(*m_secondRing) + kLine);
+    region += captionBox().toAlignedRect();
+    if (radius < kHollowRadius || m_secondRing || m_look == DiscLook::OverBorder)
         return region;
     // The photo inside a large ring need not be repainted when the ring moves.
     const double free = (radius - 2 * kLine) / std::numbers::sqrt2 - 2 * kMargin;
@@ -192,7 +229,57 @@ void EditDisc::paintEvent(QPaintEvent*) {
     if (!m_outline.picture.isNull())
         painter.drawImage(QPointF(m_outline.origin) / m_outline.picture.devicePixelRatio(),
                           m_outline.picture);
+    if (m_secondRing)
+        paintSecondRing(painter);
     paintDisc(painter);
+    if (!m_caption.isEmpty())
+        paintCaption(painter);
+}
+
+void EditDisc::paintSecondRing(QPainter& painter) const {
+    const QPointF centre = shownCentreOf(m_secondRing->place);
+    const double radius = shownRadiusOf(*m_secondRing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(QColor::fromRgba(kFaintDark), kLine));
+    painter.drawEllipse(centre, radius + kLine / 2, radius + kLine / 2);
+    const double inner = std::max(0.5, radius - kLine / 2);
+    painter.setPen(QPen(QColor::fromRgba(kFaintWhite), kLine));
+    painter.drawEllipse(centre, inner, inner);
+}
+
+QRectF EditDisc::captionBox() const {
+    if (m_caption.isEmpty())
+        return {};
+    const QFontMetricsF metrics(textFont(kCaptionSize));
+    const QSizeF size(metrics.horizontalAdvance(m_caption) + 2 * kCaptionMarginX,
+                      metrics.height() + 2 * kCaptionMarginY);
+    const QPointF centre = shownCentre();
+    double above = shownRadius();
+    double below = above;
+    if (m_secondRing) {
+        const double off = shownCentreOf(m_secondRing->place).y() - centre.y();
+        above = std::max(above, shownRadiusOf(*m_secondRing) - off);
+        below = std::max(below, shownRadiusOf(*m_secondRing) + off);
+    }
+    double top = centre.y() + below + kCaptionGap;
+    if (top + size.height() > height())
+        top = centre.y() - above - kCaptionGap - size.height();
+    const auto within = [](double value, double length, double whole) {
+        return std::clamp(value, 0.0, std::max(0.0, whole - length));
+    };
+    return {QPointF(within(centre.x() - size.width() / 2, size.width(), width()),
+                    within(top, size.height(), height())),
+            size};
+}
+
+void EditDisc::paintCaption(QPainter& painter) const {
+    const QRectF box = captionBox();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor::fromRgba(kDark));
+    painter.drawRoundedRect(box, kCaptionCorner, kCaptionCorner);
+    painter.setPen(QColor::fromRgba(kWhite));
+    painter.setFont(textFont(kCaptionSize));
+    painter.drawText(box, Qt::AlignCenter, m_caption);
 }
 
 void EditDisc::paintDisc(QPainter& painter) const {

@@ -22,6 +22,13 @@ enum class DiscLook {
     OverBorder, // too close to the photo's edge: a dashed ring, struck through
 };
 
+/// A ring around a pixel of the photo; the radius is in pixels.
+struct DiscRing {
+    PixelPosition place;
+    double radius = 0;
+    bool operator==(const DiscRing&) const = default;
+};
+
 /// The disc that a click edits, drawn over the photo at its exact size: a light and a dark line side by side,
 /// so that the ring is visible on any skin, and the outline of the pixels that would be repainted.
 /// Transparent to mouse events.
@@ -43,6 +50,14 @@ public:
     const PixelMask& outlined() const { return m_outlined; }
     void setOutlined(PixelMask pixels);
 
+    /// A faint second ring; reset when the disc is moved or resized.
+    const std::optional<DiscRing>& secondRing() const { return m_secondRing; }
+    void setSecondRing(std::optional<DiscRing> ring);
+
+    /// One line of text under the rings; reset when the disc is moved or resized.
+    const QString& caption() const { return m_caption; }
+    void setCaption(const QString& caption);
+
     /// Shows a ring of this colour instead of the disc, while a colour is being picked.
     void setSwatch(std::optional<QColor> color);
 
@@ -63,6 +78,12 @@ private:
     void refresh();
     void paintDisc(QPainter& painter) const;
     void paintSwatch(QPainter& painter) const;
+    void paintSecondRing(QPainter& painter) const;
+    void paintCaption(QPainter& painter) const;
+    QPointF shownCentreOf(PixelPosition place) const;
+    double shownRadiusOf(const DiscRing& ring) const;
+    /// The box of the caption: under the rings, or above them where there is no room; inside the view.
+    QRectF captionBox() const;
     void updateOutline();
 
     CustomImageView* m_view;
@@ -72,6 +93,8 @@ private:
     PixelMask m_outlined;
     MaskOutline m_outline; // m_outlined at the current zoom
     std::optional<QColor> m_swatch;
+    std::optional<DiscRing> m_secondRing;
+    QString m_caption;
     bool m_isFocusShown = false;
     QRegion m_painted; // the extent at the last repaint
 };

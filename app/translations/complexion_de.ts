@@ -254,6 +254,18 @@
         <translation>Bearbeitungsbereich größer</translation>
     </message>
     <message>
+        <source>Fit the edit area</source>
+        <translation>Bearbeitungsbereich anpassen</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Anpassen</translation>
+    </message>
+    <message>
+        <source>Fit the edit area to the blemish under it</source>
+        <translation>Bearbeitungsbereich an die Hautunreinheit darunter anpassen</translation>
+    </message>
+    <message>
         <source>Smaller edit area</source>
         <translation>Bearbeitungsbereich kleiner</translation>
     </message>
@@ -307,6 +319,22 @@
     <message>
         <source>Column %1, row %2. %3</source>
         <translation>Spalte %1, Zeile %2. %3</translation>
+    </message>
+    <message>
+        <source>F fits the ring</source>
+        <translation>F passt den Ring an</translation>
+    </message>
+    <message>
+        <source>Nothing larger to fit here.</source>
+        <translation>Hier ist nichts Größeres.</translation>
+    </message>
+    <message>
+        <source>No blemish to fit here.</source>
+        <translation>Hier ist keine Hautunreinheit.</translation>
+    </message>
+    <message>
+        <source>The edit area fits: %1 pixels.</source>
+        <translation>Der Bearbeitungsbereich passt: %1 Pixel.</translation>
     </message>
 </context>
 <context>
@@ -400,6 +428,10 @@
 </context>
 <context>
     <name>complexion::SettingsBar</name>
+    <message>
+        <source>Fit</source>
+        <translation>Anpassen</translation>
+    </message>
     <message>
         <source>Edit area size</source>
         <translation>Bearbeitungsbereich</translation>

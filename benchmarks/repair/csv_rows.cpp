@@ -13,6 +13,8 @@ std::vector<std::string> valuesOf(const std::string& line) {
     std::istringstream stream(line);
     for (std::string value; std::getline(stream, value, ',');)
         values.push_back(value);
+    if (line.ends_with(','))
+        values.emplace_back(); // the last one is empty
     return values;
 }
 

@@ -1,19 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/healing/blemish.h"
+#include "imaging/healing/trial.h"
 
 namespace complexion::healing {
 
-/// A blemish with the disc that fits it, from whose surroundings it was told.
-struct FittedBlemish {
-    RepairDisc disc;
-    SkinWindow window; // of that disc
-    Blemish blemish;
-    BlemishPlace place;
-};
-
-using FittedFinding = std::variant<FittedBlemish, Refusal>;
+using FittedFinding = std::variant<Trial, Refusal>;
 
 /// The largest disc that is tried, in radii of the edit disc.
 inline constexpr float kMaxGrowth = 2.8F;

@@ -12,6 +12,9 @@ namespace {
 
 constexpr double kReachInRadii = 2.2; // far enough for clean skin beside the largest blemish
 constexpr int kMarginInCells = 4;
+constexpr int kCoarseRadius = 10; // cells of a coarse window's disc
+constexpr int kMaxRowsOfCell = 8; // that are read
+constexpr int kMaxRowsOfCoarseCell = 8;
 
 /// Sums over a cell's pixels: of red, green, blue (premultiplied) and alpha, and of the square of what green
 /// differs from the mean of its neighbours in the row by, twice that.
@@ -29,14 +32,21 @@ public:
     RowSums(std::size_t pixels, std::size_t step)
         : m_pixels(pixels), m_step(step), m_columns(kSums * pixels), m_sums(kSums * pixels) {}
 
-    /// Takes `step` rows of pixels.
-    void take(const RGBA32* strip) {
+    /// Takes rows of pixels.
+    void take(const RGBA32* strip, std::size_t rows) {
         std::ranges::fill(m_columns, 0.0F);
-        for (std::size_t i = 0; i < m_step; ++i)
+        for (std::size_t i = 0; i < rows; ++i)
             addPixels(strip + i * m_pixels, m_pixels, m_columns.data());
-        std::ranges::copy(m_columns, m_sums.begin());
-        for (std::size_t i = 1; i < m_step; ++i)
-            addValues(m_columns.data() + i, m_sums.data(), m_sums.size() - i);
+        std::ranges::fill(m_sums, 0.0F);
+        // `step` columns, by sums of 1, 2, 4 ... of them.
+        std::size_t summed = 0;
+        for (std::size_t wide = 1; wide <= m_step; wide *= 2) {
+            if ((m_step & wide) != 0) {
+                addValues(m_columns.data() + summed, m_sums.data(), m_sums.size() - summed);
+                summed += wide;
+            }
+            addNext(m_columns.data(), m_columns.size() - wide, wide);
+        }
     }
 
     std::array<float, kSums> ofCell(std::size_t index) const {
@@ -69,6 +79,11 @@ private:
     static void addValues(const float* __restrict values, float* __restrict sums, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i)
             sums[i] += values[i];
+    }
+
+    static void addNext(float* values, std::size_t count, std::size_t distance) {
+        for (std::size_t i = 0; i < count; ++i)
+            values[i] += values[i + distance];
     }
 
     std::size_t m_pixels;
@@ -112,12 +127,13 @@ float SkinWindow::cellY(std::int64_t row) const {
     return (static_cast<float>(row - pixels.y) + 0.5F) / static_cast<float>(step) - 0.5F;
 }
 
-SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc) {
+SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc, Resolution resolution) {
     SkinWindow window;
     const auto radius = static_cast<int>(disc.radius);
-    const int step = radius <= SkinWindow::kMaxRadius
-                         ? 1
-                         : (radius + SkinWindow::kReducedRadius - 1) / SkinWindow::kReducedRadius;
+    const int reduced = resolution == Resolution::Coarse ? kCoarseRadius : SkinWindow::kReducedRadius;
+    const bool isWhole =
+        radius <= (resolution == Resolution::Coarse ? kCoarseRadius : SkinWindow::kMaxRadius);
+    const int step = isWhole ? 1 : (radius + reduced - 1) / reduced;
     const int reach = (static_cast<int>(kReachInRadii * radius) / step + kMarginInCells) * step;
     const PixelSize size = image.pixelSize();
     const PixelRect wanted = PixelRect{static_cast<int>(disc.column) - reach,
@@ -132,16 +148,22 @@ SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc) {
     window.centerY = window.cellY(disc.row);
     window.radius = static_cast<float>(radius) / static_cast<float>(step);
 
-    const auto side = static_cast<std::size_t>(step);
-    const auto pixelsOfCell = static_cast<float>(step) * static_cast<float>(step);
-    std::vector<RGBA32> strip(static_cast<std::size_t>(window.pixels.width) * side);
-    RowSums sums(static_cast<std::size_t>(window.pixels.width), side);
+    // Of large cells a few evenly spread rows are enough.
+    const int maxRows = resolution == Resolution::Coarse ? kMaxRowsOfCoarseCell : kMaxRowsOfCell;
+    const int spacing = (step + maxRows - 1) / maxRows;
+    const int rowsOfCell = (step + spacing - 1) / spacing;
+    const int firstRow = (step - 1 - (rowsOfCell - 1) * spacing) / 2;
+    const auto pixelsOfCell = static_cast<float>(step * rowsOfCell);
+    const auto width = static_cast<std::size_t>(window.pixels.width);
+    std::vector<RGBA32> strip(width * static_cast<std::size_t>(rowsOfCell));
+    RowSums sums(width, static_cast<std::size_t>(step));
     if (step > 1)
         window.grain = CellGrid<float>(window.cells.rect());
     for (int y = 0; y < rows; ++y) {
-        image.read({wanted.x, wanted.y + y * step, window.pixels.width, step}, strip.data(),
-                   window.pixels.width);
-        sums.take(strip.data());
+        for (int i = 0; i < rowsOfCell; ++i)
+            image.read({wanted.x, wanted.y + y * step + firstRow + i * spacing, window.pixels.width, 1},
+                       strip.data() + static_cast<std::size_t>(i) * width, window.pixels.width);
+        sums.take(strip.data(), static_cast<std::size_t>(rowsOfCell));
         for (int x = 0; x < columns; ++x) {
             const std::array<float, kSums> sum = sums.ofCell(static_cast<std::size_t>(x));
             window.cells.at(x, y) = cellOf(sum);

@@ -41,7 +41,13 @@ struct SkinWindow {
     float cellY(std::int64_t row) const;
 };
 
+enum class Resolution {
+    Full,   // for a repair
+    Coarse, // enough to tell where a blemish is
+};
+
 /// Reads the window of a disc that lies inside `image`. It is cut off at the picture's edges.
-SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc);
+SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc,
+                          Resolution resolution = Resolution::Full);
 
 } // namespace complexion::healing

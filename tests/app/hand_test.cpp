@@ -194,13 +194,13 @@ TEST_F(Hand, TheViewMenuTurnsThePreviewOff) {
 TEST_F(Hand, TabGoesFromThePhotoThroughTheButtonsToTheSettings) {
     bar().checkAutodetectColor->setChecked(false);
     std::vector<std::string> names;
-    for (int i = 0; i < 15; ++i) {
+    for (int i = 0; i < 16; ++i) {
         names.push_back(window.focusWidget()->accessibleName().toStdString());
         QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
     }
     EXPECT_THAT(names, testing::ElementsAre("Photo", "Select image", "Reload image", "Save image", "Zoom in",
                                             "Zoom out", "Reset zoom", "Show the original", "Edit area size",
-                                            "Threshold", "Repair", "Autodetect Color", "Custom color",
+                                            "Fit", "Threshold", "Repair", "Autodetect Color", "Custom color",
                                             "Pick a color from the photo", "Effect"));
     EXPECT_TRUE(photo().hasFocus());
 }
@@ -260,6 +260,25 @@ TEST_F(Hand, PressingThePhotoByAssistiveTechnologyRepairsAtTheDisc) {
     interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
+}
+
+TEST_F(Hand, FIsTheSizeThatTheBlemishNeedsAndAssistiveTechnologyHasItToo) {
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&photo());
+    ASSERT_NE(interface, nullptr);
+    EXPECT_TRUE(interface->actionInterface()->actionNames().contains(QStringLiteral("Fit")));
+    EXPECT_EQ(interface->actionInterface()->localizedActionName(QStringLiteral("Fit")),
+              QStringLiteral("Fit"));
+    interface->actionInterface()->doAction(QStringLiteral("Fit"));
+    const QString fitted = bar().textFieldEditAreaSize->text();
+    EXPECT_NE(fitted, QStringLiteral("10"));
+    EXPECT_EQ(photo().accessibleDescription(), QStringLiteral("The edit area fits: %1 pixels.").arg(fitted));
+
+    controller->SetEditAreaSize(10);
+    QTest::keyClick(&photo(), Qt::Key_F);
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), fitted);
+    controller->SetEditAreaSize(10);
+    bar().fitArea->click();
+    EXPECT_EQ(bar().textFieldEditAreaSize->text(), fitted);
 }
 
 TEST_F(Hand, TheStepperIsANumberForAssistiveTechnology) {

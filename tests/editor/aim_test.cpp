@@ -78,6 +78,86 @@ TEST_F(AimTest, TheDiscHasTheEditAreaSizeAsItsRadiusAndFollowsItsChanges) {
     EXPECT_EQ(controller->textFieldEditAreaSize->text(), QStringLiteral("12"));
 }
 
+TEST_F(AimTest, TheDiscFitsTheBlemishUnderIt) {
+    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
+    aim->pointAt(shownAt({62, 81}));
+    aim->fit();
+    EXPECT_EQ(aim->place(), (PixelPosition{60, 80}));
+    const auto fitted = controller->currentRepair().radius;
+    EXPECT_EQ(announced.last(), QStringLiteral("The edit area fits: %1 pixels.").arg(fitted));
+    EXPECT_EQ(controller->textFieldEditAreaSize->text(), QString::number(fitted));
+    EXPECT_EQ(controller->sliderThreshold->floatValue(), 10);
+    aim->fit();
+    EXPECT_EQ(announced.last(), QStringLiteral("Nothing larger to fit here."));
+    EXPECT_EQ(disc->caption(), QStringLiteral("Nothing larger to fit here."));
+    EXPECT_EQ(controller->currentRepair().radius, fitted);
+}
+
+TEST_F(AimTest, AFittedDiscStaysUntilTheMouseClearlyMoves) {
+    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
+    const Point mouse = shownAt({62, 81});
+    aim->pointAt(mouse);
+    EXPECT_EQ(aim->clickPoint(mouse), mouse);
+    aim->fit();
+    const Point hardlyMoved{mouse.x + 1, mouse.y - 1};
+    aim->pointAt(hardlyMoved);
+    EXPECT_EQ(aim->place(), (PixelPosition{60, 80}));
+    const Point clicked =
+        imagePointAt(aim->clickPoint(hardlyMoved), controller->originalImage().size(), imageView->frame());
+    EXPECT_EQ(pixelAt(clicked, controller->originalImage().size()), (PixelPosition{60, 80}));
+    const Point moved = shownAt({90, 20});
+    aim->pointAt(moved);
+    EXPECT_EQ(aim->place(), (PixelPosition{90, 20}));
+    EXPECT_EQ(aim->clickPoint(moved), moved);
+}
+
+TEST_F(AimTest, FittingFromAButtonFitsWhereTheDiscWasLast) {
+    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}, {30, 40}})));
+    aim->pointAt(shownAt({31, 41}));
+    aim->pointAt(std::nullopt);
+    EXPECT_FALSE(aim->place().has_value());
+    aim->fit();
+    EXPECT_EQ(aim->place(), (PixelPosition{30, 40}));
+    EXPECT_EQ(disc->place(), aim->place());
+}
+
+TEST_F(AimTest, OnCleanSkinTheDiscStaysAsItIs) {
+    openThroughPanel(makePhoto("clean.png", filled({160, 120}, kSkin)));
+    aim->pointAt(shownAt({60, 80}));
+    aim->fit();
+    EXPECT_EQ(announced.last(), QStringLiteral("No blemish to fit here."));
+    EXPECT_EQ(disc->caption(), QStringLiteral("No blemish to fit here."));
+    EXPECT_EQ(controller->currentRepair().radius, 10);
+}
+
+TEST_F(AimTest, ASecondRingShowsTheFitUntilTheDiscFits) {
+    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
+    controller->SetEditAreaSize(20);
+    aim->pointAt(shownAt({60, 80}));
+    EXPECT_FALSE(disc->secondRing().has_value());
+    rest([this] { return disc->secondRing().has_value(); });
+    EXPECT_EQ(disc->secondRing()->place, (PixelPosition{60, 80}));
+    EXPECT_LT(disc->secondRing()->radius, 20 / 1.2);
+    EXPECT_EQ(disc->caption(), QStringLiteral("F fits the ring"));
+
+    aim->fit();
+    EXPECT_FALSE(disc->secondRing().has_value());
+    controller->SetEditAreaSize(20);
+    rest([this] { return disc->secondRing().has_value(); });
+    EXPECT_EQ(disc->caption(), QString()); // it is known now
+}
+
+TEST_F(AimTest, ARingThatFitsHasNoSecondOne) {
+    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
+    aim->pointAt(shownAt({60, 80}));
+    aim->fit();
+    controller->StepEditAreaSize(1);
+    queues.runAll();
+    restForResult(); // as long as a second ring needs
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(disc->secondRing().has_value());
+}
+
 TEST_F(AimTest, TheSameMousePlaceIsAnotherPixelAfterAZoom) {
     open();
     const Point mouse{100, 100};

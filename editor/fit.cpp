@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/fit.h"
+
+#include "imaging/image_tools.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+/// What a repair's disc must be: so many times the radius of a disc of the blemish's area, and so many times
+/// the distance of the blemish's farthest pixel.
+struct Needs {
+    double size = 0;
+    double reach = 0;
+};
+
+/// The natural repair needs to know where the blemish is. The flat one takes its colour from the skin in the
+/// disc, and repairs nothing beyond it.
+constexpr Needs kNatural{.size = 1.1, .reach = 0.8};
+constexpr Needs kFlat{.size = 1.6, .reach = 1.1};
+constexpr double kMargin = 1; // pixels
+/// Times the blemish's radius. One blemish, seen in a larger disc, is measured up to a third larger.
+constexpr double kClearlyLarger = 1.5;
+
+std::optional<FittedRing> ringFor(const Repair& repair, const Image& image, PixelPosition place,
+                                  double largerThan) {
+    if (repair.radius <= 0)
+        return std::nullopt;
+    const Point point{static_cast<double>(place.column) + 0.5,
+                      image.size().height - static_cast<double>(place.row) - 0.5};
+    const auto found = ImageTools::FitBlemish(image, point, repair.radius, repair.threshold, largerThan);
+    const auto* blemish = std::get_if<BlemishPlace>(&found);
+    if (!blemish)
+        return std::nullopt;
+    const Needs& needs = repair.style == RepairStyle::Natural ? kNatural : kFlat;
+    const double radius = std::max(needs.size * blemish->radius + kMargin, needs.reach * blemish->reach);
+    return FittedRing{blemish->middle, std::llround(radius), blemish->radius};
+}
+
+} // namespace
+
+std::optional<FittedRing> fitRing(const Repair& repair, const Image& image, PixelPosition place) {
+    return ringFor(repair, image, place, 0);
+}
+
+std::optional<FittedRing> fitNextRing(const Repair& repair, const Image& image, const FittedRing& ring) {
+    return ringFor(repair, image, ring.middle, kClearlyLarger * ring.blemishRadius);
+}
+
+} // namespace complexion

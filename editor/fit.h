@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/repair.h"
+
+#include <optional>
+
+namespace complexion {
+
+/// The edit disc that a blemish needs. Lengths are in pixels.
+struct FittedRing {
+    PixelPosition middle;     // of the blemish
+    std::int64_t radius = 0;  // of the disc, for the repair's style
+    double blemishRadius = 0; // of a disc that covers the blemish
+    bool operator==(const FittedRing&) const = default;
+};
+
+/// The disc for the blemish under the disc of `repair` at `place`; none where no blemish is found. Takes at
+/// most two milliseconds.
+std::optional<FittedRing> fitRing(const Repair& repair, const Image& image, PixelPosition place);
+
+/// The disc for what is at the place of `ring` and clearly larger than its blemish.
+std::optional<FittedRing> fitNextRing(const Repair& repair, const Image& image, const FittedRing& ring);
+
+} // namespace complexion
