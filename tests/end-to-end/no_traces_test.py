@@ -41,7 +41,7 @@ class NoTracesTest(PortraitTestCase):
         program.retouch(*BLEMISH, *SIZE)
         program.press("Autodetect Color")
         wait_until(lambda: program.is_enabled("Custom color"), "the color well")
-        program.press("Custom color", "push button")
+        program.press("Custom color")
         program.wait_for("Custom color", "dialog")
         program.press("Add to Custom Colors")
         program.press("OK")

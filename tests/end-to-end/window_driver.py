@@ -168,15 +168,18 @@ class Complexion:
             return None
 
     def _takes_focus(self):
-        """Whether the window has the focus. Asks the window manager for it otherwise, which gives none to a window that
-        is there before it manages windows."""
+        """Whether the window has the focus. Otherwise asks the window manager for it, which may give none to a window that
+        was there before it managed windows, and sets it without the window manager, which may also refuse."""
         if self._focused_process() == self.process.pid:
             return True
         try:
-            subprocess.run(["wmctrl", "-i", "-a", self.window()], check=True)
-        except subprocess.CalledProcessError:
+            window = self.window()
+            subprocess.run(["wmctrl", "-i", "-a", window], check=True)
+            if self._focused_process() != self.process.pid:
+                subprocess.run(["xdotool", "windowfocus", window], check=True)
+        except (subprocess.CalledProcessError, IndexError):
             pass  # it is not there yet, or not managed
-        return False
+        return self._focused_process() == self.process.pid
 
     # Acting.
 
