@@ -21,6 +21,11 @@ def largest_difference(one, other):
     return max(high for _, high in ImageChops.difference(one, other).getextrema())
 
 
+def range_of_grey(picture):
+    low, high = picture.convert("L").getextrema()
+    return high - low
+
+
 class HandTest(PortraitTestCase):
     def setUp(self):
         super().setUp()
@@ -64,9 +69,9 @@ class HandTest(PortraitTestCase):
         x, y = place
         before = self.program.photo_on_screen().crop((x - inside, y - inside, x + inside, y + inside))
         self.point_at(place)
-        # The photo did not move under the pointer: the blemish is darker than the skin, then it is gone.
-        wait_until(lambda: self.around(place, inside).convert("L").getextrema()[0] >
-                   before.convert("L").getextrema()[0] + 15, "the result in the disc")
+        # The photo did not move under the pointer: the blemish differs from the skin, then it is gone.
+        wait_until(lambda: range_of_grey(self.around(place, inside)) < range_of_grey(before) / 2,
+                   "the result in the disc")
         preview = self.around(place, inside)
         self.assertEqual(len(self.program.state_images()), 1)
         self.xdotool("click", 1)
