@@ -18,8 +18,10 @@ constexpr double kHoldDistance =
     4; // points that the mouse may move without taking the disc from where it was fitted
 constexpr double kRevealMargin = 48; // points kept visible around the place when the keys move it
 
-DiscLook lookOf(RepairOutcome outcome) {
-    switch (outcome) {
+DiscLook lookOf(const Result<Repaired>& repair) {
+    if (!repair)
+        return DiscLook::Plain;
+    switch (repair->outcome) {
     case RepairOutcome::NothingToRepair:
         return DiscLook::Idle;
     case RepairOutcome::NotUniform:
@@ -31,9 +33,8 @@ DiscLook lookOf(RepairOutcome outcome) {
         return DiscLook::OverBorder;
     case RepairOutcome::Repaired:
         return DiscLook::Repairs;
-    default:
-        return DiscLook::Plain;
     }
+    return DiscLook::Plain;
 }
 
 } // namespace
@@ -246,22 +247,22 @@ void Aim::waitToOfferFit(const std::optional<RepairPreview::Question>& question)
 void Aim::showAnswer() {
     if (!m_disc)
         return;
-    const RepairReport& report = *m_preview.answer();
-    m_disc->setLook(lookOf(report.outcome));
-    m_disc->setOutlined(report.repainted);
+    const Result<Repaired>& repair = *m_preview.answer();
+    m_disc->setLook(lookOf(repair));
+    m_disc->setOutlined(repair ? repair->repainted : PixelMask{});
     m_restTimer.start();
 }
 
 void Aim::showResult() {
-    const RepairReport* report = m_preview.answer();
-    if (!report)
+    const Result<Repaired>* repair = m_preview.answer();
+    if (!repair)
         return;
     if (m_hasKeys)
         Q_EMIT announced(tr("Column %1, row %2. %3")
                              .arg(m_place->column + 1)
                              .arg(m_place->row + 1)
-                             .arg(describe(*report, /*isDone*/ false)));
-    if (report->outcome != RepairOutcome::Repaired)
+                             .arg(describe(*repair, /*isDone*/ false)));
+    if (!*repair || (*repair)->outcome != RepairOutcome::Repaired)
         return;
     m_isResultShown = true;
     refreshResult();
@@ -270,7 +271,7 @@ void Aim::showResult() {
 
 void Aim::refreshResult() {
     if (m_isResultShown && m_preview.answer())
-        m_controller.imageView->showReplacement(m_controller.withEffect(*m_preview.answer()->result));
+        m_controller.imageView->showReplacement(m_controller.withEffect((*m_preview.answer())->image));
 }
 
 void Aim::hideResult() {
@@ -280,8 +281,8 @@ void Aim::hideResult() {
     m_controller.imageView->showReplacement(std::nullopt);
 }
 
-void Aim::announceRepair(const RepairReport& report) {
-    Q_EMIT announced(describe(report, /*isDone*/ true));
+void Aim::announceRepair(const Result<Repaired>& repair) {
+    Q_EMIT announced(describe(repair, /*isDone*/ true));
 }
 
 QColor Aim::colorAtPlace() const {

@@ -77,7 +77,7 @@ private:
     /// Repaints the result with the selected effect, if it is shown.
     void refreshResult();
     void hideResult();
-    void announceRepair(const RepairReport& report);
+    void announceRepair(const Result<Repaired>& repair);
     QColor colorAtPlace() const;
 
     ViewController& m_controller;

@@ -25,15 +25,15 @@ void RepairPreview::compute() {
     m_queues.submitBackground([self, &queues = m_queues, question = *m_question] {
         if (self.expired())
             return;
-        RepairReport report = runRepair(question.repair, question.image, question.point);
-        queues.submitMain([self, question, report = std::move(report)] {
+        Result<Repaired> result = question.repair.applyTo(question.image, question.point);
+        queues.submitMain([self, question, result = std::move(result)] {
             if (const auto preview = self.lock())
-                (*preview)->take(question, report);
+                (*preview)->take(question, result);
         });
     });
 }
 
-void RepairPreview::take(const Question& question, RepairReport report) {
+void RepairPreview::take(const Question& question, Result<Repaired> result) {
     m_isComputing = false;
     if (!m_question)
         return;
@@ -41,7 +41,7 @@ void RepairPreview::take(const Question& question, RepairReport report) {
         compute();
         return;
     }
-    m_answer = std::move(report);
+    m_answer = std::move(result);
     Q_EMIT answered();
 }
 

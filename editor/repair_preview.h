@@ -34,18 +34,18 @@ public:
     void ask(std::optional<Question> question);
 
     /// The answer to the current question; null until it is computed.
-    const RepairReport* answer() const { return m_answer ? &*m_answer : nullptr; }
+    const Result<Repaired>* answer() const { return m_answer ? &*m_answer : nullptr; }
 
 Q_SIGNALS:
     void answered();
 
 private:
     void compute();
-    void take(const Question& question, RepairReport report);
+    void take(const Question& question, Result<Repaired> result);
 
     Queues& m_queues;
     std::optional<Question> m_question;
-    std::optional<RepairReport> m_answer;
+    std::optional<Result<Repaired>> m_answer;
     bool m_isComputing = false;
     /// Owned by the preview alone; expired weak pointers tell background work that it has been destroyed.
     std::shared_ptr<RepairPreview*> m_self;

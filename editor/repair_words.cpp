@@ -13,9 +13,11 @@ class RepairWords {
 
 } // namespace
 
-QString describe(const RepairReport& report, bool isDone) {
-    const std::int64_t count = report.repainted.count();
-    switch (report.outcome) {
+QString describe(const Result<Repaired>& repair, bool isDone) {
+    if (!repair)
+        return RepairWords::tr("Not repaired: not enough memory.");
+    const std::int64_t count = repair->repainted.count();
+    switch (repair->outcome) {
     case RepairOutcome::Repaired:
         if (count == 1)
             return isDone ? RepairWords::tr("Repaired one pixel.")
@@ -35,8 +37,6 @@ QString describe(const RepairReport& report, bool isDone) {
         return RepairWords::tr("Not repaired: there is no skin nearby to match.");
     case RepairOutcome::TooCloseToBorder:
         return RepairWords::tr("Not repaired: too close to the edge of the photo.");
-    case RepairOutcome::NoMemory:
-        return RepairWords::tr("Not repaired: not enough memory.");
     }
     return {};
 }

@@ -7,7 +7,8 @@
 
 namespace complexion {
 
-/// A sentence for assistive technology: what a repair did (`isDone`) or would do.
-QString describe(const RepairReport& report, bool isDone);
+/// A sentence for assistive technology: what a repair did (`isDone`) or would do. An error means lack of
+/// memory.
+QString describe(const Result<Repaired>& repair, bool isDone);
 
 } // namespace complexion

@@ -64,11 +64,11 @@ private:
         const Image* const repaired = m_images.back(step.changesBack);
         if (!repaired)
             return false;
-        const std::optional<Image> result = step.repair.applyTo(*repaired, step.place);
+        const Result<Repaired> result = step.repair.applyTo(*repaired, step.place);
         if (!result)
             return false;
-        m_images.push(*result);
-        m_history.push(*result, m_format, step.stateMilliseconds, stepNameOf(step.repair.style),
+        m_images.push(result->image);
+        m_history.push(result->image, m_format, step.stateMilliseconds, stepNameOf(step.repair.style),
                        isStateLost ? StateHistory::Writing::Never : StateHistory::Writing::Later);
         return true;
     }

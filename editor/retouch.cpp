@@ -53,17 +53,17 @@ void ViewController::RetouchAtPoint(Point point) {
 void ViewController::retouch(Point point, const std::optional<EditSession::Snapshot>& snapshot) {
     if (!snapshot)
         return;
-    const RepairReport report = runRepair(Repair::of(snapshot->settings), snapshot->image, point);
-    m_queues.submitMain([self = shared_from_this(), report, snapshot = *snapshot, point] {
+    const Result<Repaired> repaired = Repair::of(snapshot->settings).applyTo(snapshot->image, point);
+    m_queues.submitMain([self = shared_from_this(), repaired, snapshot = *snapshot, point] {
         if (snapshot.photo != self->m_session.photoNumber()) {
             self->imageProcessing = false;
             Q_EMIT self->stateChanged();
             return;
         }
-        if (report.result)
+        if (repaired)
             self->m_session.recordRepair(snapshot, point);
-        self->FinishRetouch(report.result);
-        Q_EMIT self->repairFinished(report);
+        self->FinishRetouch(repaired ? std::optional(repaired->image) : std::nullopt);
+        Q_EMIT self->repairFinished(repaired);
     });
 }
 

@@ -241,7 +241,7 @@ Q_SIGNALS:
     /// An edit setting has changed, by the user or by the program.
     void settingsChanged();
     /// A repair has ended.
-    void repairFinished(const complexion::RepairReport& report);
+    void repairFinished(const complexion::Result<complexion::Repaired>& repair);
     /// Work that blocks the window begins. `description` is shown to the user immediately.
     void longWorkBegan(const QString& description);
     void longWorkEnded();

@@ -3,6 +3,7 @@
 #include "imaging/base/pixel_buffer.h"
 #include "imaging/healing/repair_disc.h"
 #include "imaging/image_tools.h"
+#include "imaging/repairs.h"
 
 #include <algorithm>
 #include <cmath>
@@ -161,15 +162,25 @@ RGBA32 opaque(RgbColor color) {
 std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point point, std::int64_t radius,
                                                        std::int64_t colorType, RgbColor customColor,
                                                        std::int64_t threshold) {
-    return repairInDisc(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
-        const PimplePixels pixels = FindPimplePixels(point, image, radius, threshold);
-        if (!pixels.repair.empty() && colorType == kAutodetectColor) {
+    const Result<Repaired> repaired =
+        repairInFlatColor(image, point, radius, colorType, customColor, threshold);
+    return repaired ? std::optional(repaired->image) : std::nullopt;
+}
+
+Result<Repaired> repairInFlatColor(const Image& image, Point point, std::int64_t radius,
+                                   std::int64_t colorType, RgbColor customColor, std::int64_t threshold) {
+    return repairWith(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
+        const PimplePixels pixels = ImageTools::FindPimplePixels(point, image, radius, threshold);
+        if (pixels.repair.empty())
+            return pixels.sample.empty() ? RepairOutcome::NotUniform : RepairOutcome::NothingToRepair;
+        if (colorType == kAutodetectColor) {
             const PixelRect rect{static_cast<int>(disc.column - radius), static_cast<int>(disc.row - radius),
                                  static_cast<int>(2 * radius), static_cast<int>(2 * radius)};
             buffer.paint(pixels.repair, meanColor(buffer, rect, pixels.sample));
-        } else if (!pixels.repair.empty() && colorType == kCustomColor) {
+        } else if (colorType == kCustomColor) {
             buffer.paint(pixels.repair, opaque(customColor));
         }
+        return RepairOutcome::Repaired;
     });
 }
 

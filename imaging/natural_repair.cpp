@@ -7,18 +7,48 @@
 #include "imaging/healing/extent.h"
 #include "imaging/healing/painter.h"
 #include "imaging/image_tools.h"
+#include "imaging/repairs.h"
 
 namespace complexion {
 
+namespace {
+
+RepairOutcome outcomeOf(BlemishRefusal refusal) {
+    switch (refusal) {
+    case BlemishRefusal::NothingDiffers:
+        return RepairOutcome::NothingToRepair;
+    case BlemishRefusal::ComesFromOutside:
+        return RepairOutcome::ExtendsOutside;
+    case BlemishRefusal::FillsDisc:
+        return RepairOutcome::FillsDisc;
+    case BlemishRefusal::NoSkin:
+        return RepairOutcome::NoSkin;
+    case BlemishRefusal::OverBorder:
+        return RepairOutcome::TooCloseToBorder;
+    }
+    return RepairOutcome::NothingToRepair;
+}
+
+} // namespace
+
 std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point point, std::int64_t radius,
                                                    std::int64_t threshold) {
-    return repairInDisc(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
+    const Result<Repaired> repaired = repairNaturally(image, point, radius, threshold);
+    return repaired ? std::optional(repaired->image) : std::nullopt;
+}
+
+Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t radius,
+                                 std::int64_t threshold) {
+    return repairWith(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
         if (radius <= 0)
             fatal("the edit disc holds no pixel");
         const healing::FittedFinding finding = healing::findFittedBlemish(image, disc, threshold);
-        if (const auto* found = std::get_if<healing::Trial>(&finding))
-            healing::paintRestoration(image, found->disc, found->window,
-                                      healing::restoreDetail(found->window, found->blemish), buffer);
+        const auto* found = std::get_if<healing::Trial>(&finding);
+        if (!found)
+            return outcomeOf(std::get<BlemishRefusal>(finding));
+        healing::paintRestoration(image, found->disc, found->window,
+                                  healing::restoreDetail(found->window, found->blemish), buffer);
+        return RepairOutcome::Repaired;
     });
 }
 

@@ -33,8 +33,9 @@ TEST_F(RepairPreviewTest, AnswersWithWhatTheRepairGives) {
     queues.runAll();
     ASSERT_NE(preview->answer(), nullptr);
     EXPECT_EQ(answers, 1);
-    EXPECT_EQ(preview->answer()->outcome, RepairOutcome::Repaired);
-    EXPECT_TRUE(samePixels(*preview->answer()->result, *at(30.5, 39.5).repair.applyTo(image, {30.5, 39.5})));
+    EXPECT_EQ((*preview->answer())->outcome, RepairOutcome::Repaired);
+    EXPECT_TRUE(
+        samePixels((*preview->answer())->image, at(30.5, 39.5).repair.applyTo(image, {30.5, 39.5})->image));
 }
 
 TEST_F(RepairPreviewTest, OnlyTheLastQuestionIsAnswered) {
@@ -49,7 +50,7 @@ TEST_F(RepairPreviewTest, OnlyTheLastQuestionIsAnswered) {
     EXPECT_EQ(queues.backgroundCount(), 1U);
     queues.runAll();
     EXPECT_EQ(answers, 1);
-    EXPECT_EQ(preview->answer()->outcome, RepairOutcome::NothingToRepair);
+    EXPECT_EQ((*preview->answer())->outcome, RepairOutcome::NothingToRepair);
 }
 
 TEST_F(RepairPreviewTest, AQuestionTakenBackIsNotAnswered) {

@@ -30,50 +30,51 @@ TEST(Repair, TakesItsValuesFromTheSettings) {
 }
 
 TEST(Repair, TellsWhichPixelsItHasRepainted) {
-    const RepairReport report = runRepair(usual(), face(), middleOf(kSpot));
-    EXPECT_EQ(report.outcome, RepairOutcome::Repaired);
-    ASSERT_TRUE(report.result.has_value());
-    EXPECT_TRUE(samePixels(*report.result, filled(kSize, kSkin)));
+    const Result<Repaired> result = usual().applyTo(face(), middleOf(kSpot));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->outcome, RepairOutcome::Repaired);
+    EXPECT_TRUE(samePixels(result->image, filled(kSize, kSkin)));
     const PimplePixels found = ImageTools::FindPimplePixels(middleOf(kSpot), face(), 10, 10);
-    EXPECT_EQ(report.repainted.count(), std::ssize(found.repair));
+    EXPECT_EQ(result->repainted.count(), std::ssize(found.repair));
     for (const PixelPosition place : found.repair)
-        EXPECT_TRUE(report.repainted.has(static_cast<int>(place.row), static_cast<int>(place.column)));
+        EXPECT_TRUE(result->repainted.has(static_cast<int>(place.row), static_cast<int>(place.column)));
 }
 
 TEST(Repair, TellsOfADiscThatReachesOverTheBorder) {
     const Image image = face();
-    const RepairReport report = runRepair(usual(), image, middleOf({5, 30}));
-    EXPECT_EQ(report.outcome, RepairOutcome::TooCloseToBorder);
-    EXPECT_TRUE(report.result->isSameObject(image));
-    EXPECT_EQ(runRepair(usual(), image, {-300, 4000}).outcome, RepairOutcome::TooCloseToBorder);
+    const Result<Repaired> result = usual().applyTo(image, middleOf({5, 30}));
+    EXPECT_EQ(result->outcome, RepairOutcome::TooCloseToBorder);
+    EXPECT_TRUE(result->image.isSameObject(image));
+    EXPECT_EQ(usual().applyTo(image, {-300, 4000})->outcome, RepairOutcome::TooCloseToBorder);
 }
 
 TEST(Repair, TellsOfSkinWithNothingToRepair) {
-    const RepairReport report = runRepair(usual(), face(), middleOf({40, 60}));
-    EXPECT_EQ(report.outcome, RepairOutcome::NothingToRepair);
-    EXPECT_EQ(report.repainted, PixelMask{});
+    const Result<Repaired> result = usual().applyTo(face(), middleOf({40, 60}));
+    EXPECT_EQ(result->outcome, RepairOutcome::NothingToRepair);
+    EXPECT_EQ(result->repainted, PixelMask{});
 }
 
 TEST(Repair, TellsOfADiscThatIsNotUniform) {
     const Image edge = painted(kSize, [](int, int column) { return column < 40 ? grey(60) : grey(60 + 71); });
-    EXPECT_EQ(runRepair(usual(), edge, middleOf({30, 40})).outcome, RepairOutcome::NotUniform);
+    EXPECT_EQ(usual().applyTo(edge, middleOf({30, 40}))->outcome, RepairOutcome::NotUniform);
 }
 
 TEST(Repair, RepairsNaturallyWhereThatIsChosen) {
     Repair natural = usual();
     natural.style = RepairStyle::Natural;
-    const RepairReport report = runRepair(natural, face(), middleOf(kSpot));
-    EXPECT_EQ(report.outcome, RepairOutcome::Repaired);
+    const Result<Repaired> result = natural.applyTo(face(), middleOf(kSpot));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->outcome, RepairOutcome::Repaired);
     const std::optional<Image> healed = ImageTools::HealPimpleInImage(face(), middleOf(kSpot), 10, 10);
-    ASSERT_TRUE(report.result.has_value() && healed.has_value());
-    EXPECT_TRUE(samePixels(*report.result, *healed));
+    ASSERT_TRUE(healed.has_value());
+    EXPECT_TRUE(samePixels(result->image, *healed));
 }
 
 TEST(Repair, WantsTheColorInTheImagesOwnSpace) {
     const Repair repair{.radius = 10, .colorType = kCustomColor, .customColor = {1, 0, 0}, .threshold = 10};
-    const std::optional<Image> result = repair.applyTo(face(), middleOf(kSpot));
-    ASSERT_TRUE(result.has_value());
-    EXPECT_EQ(result->pixel(20, 30), RGBA32(255, 0, 0, 255));
+    const Result<Repaired> result = repair.applyTo(face(), middleOf(kSpot));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->image.pixel(20, 30), RGBA32(255, 0, 0, 255));
 }
 
 TEST(Repair, HasItsCentreInThePixelThatHoldsThePoint) {

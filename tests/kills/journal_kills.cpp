@@ -108,9 +108,9 @@ public:
                                .style = static_cast<RepairStyle>(upTo(2))});
         const Point place{upTo(kSize.width * 4) / 4.0, upTo(kSize.height * 4) / 4.0};
         const EditSession::Snapshot taken = *m_session.beginRepair();
-        const RepairReport report = runRepair(Repair::of(taken.settings), taken.image, place);
+        const Result<Repaired> repaired = Repair::of(taken.settings).applyTo(taken.image, place);
         m_session.recordRepair(taken, place);
-        m_session.setImage(*report.result);
+        m_session.setImage(repaired->image);
         m_session.pushState();
         return true;
     }

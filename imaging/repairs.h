@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/color_profile.h"
+#include "imaging/base/result.h"
+#include "imaging/changed_pixels.h"
+#include "imaging/healing/repair_disc.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace complexion {
+
+/// Whether a repair changed the image, or why not.
+enum class RepairOutcome {
+    Repaired,
+    NothingToRepair,  // no pixel of the disc differs by more than the threshold
+    NotUniform,       // the skin varies too much across the disc
+    ExtendsOutside,   // what differs is part of something larger that extends beyond the disc
+    FillsDisc,        // what differs leaves too little skin in the disc
+    NoSkin,           // there is no skin nearby to match
+    TooCloseToBorder, // the disc extends over the photo's edge
+};
+
+/// An image after a repair.
+struct Repaired {
+    Image image;         // with the pixels of the original unless `outcome` is Repaired
+    PixelMask repainted; // the pixels that changed
+    RepairOutcome outcome = RepairOutcome::NothingToRepair;
+};
+
+// The repairs report an error if memory runs out, or if the image has no pixels, and print a line then.
+
+/// As ImageTools::RemovePimpleFromImage, with the same arguments.
+Result<Repaired> repairInFlatColor(const Image& image, Point point, std::int64_t radius,
+                                   std::int64_t colorType, RgbColor customColor, std::int64_t threshold);
+
+/// As ImageTools::HealPimpleInImage, with the same arguments.
+Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t radius,
+                                 std::int64_t threshold);
+
+/// Runs one of the repairs: `paint` paints the disc around `point` and returns the outcome. It is not called
+/// if the disc is too close to the border.
+Result<Repaired> repairWith(const Image& image, Point point, std::int64_t radius,
+                            const std::function<RepairOutcome(const RepairDisc&, PixelBuffer&)>& paint);
+
+} // namespace complexion

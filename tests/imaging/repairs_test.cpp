@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A repair's image, changed pixels and outcome come from one run of it.
+#include "imaging/repairs.h"
+
+#include "imaging/image_tools.h"
+#include "tests/fakes/captured_output.h"
+#include "tests/imaging/natural_repair_skin.h"
+
+namespace complexion {
+namespace {
+
+constexpr std::int64_t kDisc = 10;
+
+Result<Repaired> flat(const Image& image, PixelPosition position, std::int64_t colorType = kAutodetectColor,
+                      RgbColor color = {}) {
+    return repairInFlatColor(image, at(image, position), kDisc, colorType, color, kThreshold);
+}
+
+Result<Repaired> natural(const Image& image, PixelPosition position = kCenter) {
+    return repairNaturally(image, at(image, position), kRadius, kThreshold);
+}
+
+TEST(Repairs, HaveTheImageAndTheChangedPixels) {
+    const Image spot = withPixels(filled(kSize, kSkin), {kCenter}, kBlemish);
+    const Result<Repaired> painted = flat(spot, kCenter);
+    ASSERT_TRUE(painted);
+    EXPECT_EQ(painted->outcome, RepairOutcome::Repaired);
+    EXPECT_TRUE(samePixels(painted->image, filled(kSize, kSkin)));
+    EXPECT_EQ(painted->repainted, (PixelMask{.area = {100, 80, 1, 1}, .bytes = {1}}));
+
+    const Image skin = Skin{}.picture();
+    const Result<Repaired> healedSkin = natural(skin);
+    ASSERT_TRUE(healedSkin);
+    EXPECT_EQ(healedSkin->outcome, RepairOutcome::Repaired);
+    EXPECT_TRUE(samePixels(healedSkin->image, healed(skin)));
+    EXPECT_EQ(healedSkin->repainted, changedPixels(skin, healedSkin->image));
+}
+
+TEST(Repairs, SayWhyTheyChangeNothing) {
+    const auto expectRefused = [](const Image& image, const Result<Repaired>& result, RepairOutcome outcome) {
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->outcome, outcome);
+        EXPECT_TRUE(samePixels(result->image, image));
+        EXPECT_EQ(result->repainted, PixelMask{});
+    };
+    const Image clean = Skin{}.clean();
+    const Image even = filled(kSize, kSkin);
+    const Image edge =
+        painted(kSize, [](int, int column) { return column < 100 ? grey(60) : grey(60 + 71); });
+    const Image clear = filled(kSize, {0, 0, 0, 0});
+    expectRefused(even, flat(even, kCenter), RepairOutcome::NothingToRepair);
+    expectRefused(clean, natural(clean), RepairOutcome::NothingToRepair);
+    expectRefused(edge, flat(edge, kCenter), RepairOutcome::NotUniform);
+    expectRefused(clear, natural(clear), RepairOutcome::NoSkin);
+    expectRefused(clean, flat(clean, {5, 100}), RepairOutcome::TooCloseToBorder);
+    expectRefused(clean, natural(clean, {5, 100}), RepairOutcome::TooCloseToBorder);
+}
+
+TEST(Repairs, PaintingAColourThatIsThereIsNoRepair) {
+    const Image spot = withPixels(filled(kSize, kSkin), {kCenter}, RGBA32(255, 0, 0, 255));
+    const Result<Repaired> result = flat(spot, kCenter, kCustomColor, {1, 0, 0});
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->outcome, RepairOutcome::NothingToRepair);
+    EXPECT_EQ(result->repainted, PixelMask{});
+}
+
+TEST(Repairs, AnImageWithoutPixelsIsAnError) {
+    printedBy([] {
+        const Image image = Image::empty({200, 160});
+        EXPECT_FALSE(flat(image, kCenter));
+        EXPECT_FALSE(natural(image));
+    });
+}
+
+TEST(Repairs, LackOfMemoryIsAnError) {
+    printedBy([] {
+        const Image image = filled(kSize, kSkin);
+        const Result<Repaired> result =
+            repairWith(image, at(image, kCenter), kDisc,
+                       [](const RepairDisc&, PixelBuffer&) -> RepairOutcome { throw std::bad_alloc(); });
+        ASSERT_FALSE(result);
+        EXPECT_EQ(result.error().kind, ErrorKind::OutOfMemory);
+    });
+}
+
+} // namespace
+} // namespace complexion
