@@ -27,10 +27,4 @@ QString shownName(const std::filesystem::path& name) {
     return text;
 }
 
-QString representableFolder(std::filesystem::path folder) {
-    while (!isRepresentable(folder) && folder.has_relative_path())
-        folder = folder.parent_path();
-    return QFile::decodeName(folder.c_str());
-}
-
 } // namespace complexion

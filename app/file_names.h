@@ -14,7 +14,4 @@ namespace complexion {
 /// Latin 1, which older systems used.
 QString shownName(const std::filesystem::path& name);
 
-/// `folder`, or its nearest ancestor whose path a QString can represent.
-QString representableFolder(std::filesystem::path folder);
-
 } // namespace complexion

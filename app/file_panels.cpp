@@ -2,16 +2,10 @@
 #include "app/file_panels.h"
 
 #include "app/file_names.h"
-#include "imaging/base/fatal.h"
 
-#include <QDir>
-#include <QEvent>
-#include <QFileInfo>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QStandardPaths>
-#include <QUrl>
+#include <QFile>
 
+#include <system_error>
 #include <utility>
 
 namespace complexion {
@@ -20,159 +14,101 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr QSize kUsualSize(860, 540);
-
-/// The toolkit matches the patterns in any letter case.
-QString filterFor(const QString& what, const std::vector<std::string>& extensions) {
-    QStringList patterns;
-    for (const std::string& extension : extensions)
-        patterns += u"*.%1"_s.arg(QString::fromStdString(extension));
-    return u"%1 (%2)"_s.arg(what, patterns.join(u' '));
+bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b) {
+    std::error_code notTheSame;
+    return std::filesystem::equivalent(a, b, notTheSame);
 }
 
-/// The folders where photos usually are, as far as they exist.
-QList<QUrl> usualPlaces() {
-    QList<QUrl> places;
-    for (const auto location : {QStandardPaths::HomeLocation, QStandardPaths::DesktopLocation,
-                                QStandardPaths::DownloadLocation, QStandardPaths::PicturesLocation}) {
-        const QUrl place = QUrl::fromLocalFile(QStandardPaths::writableLocation(location));
-        if (QFileInfo(place.toLocalFile()).isDir() && !places.contains(place))
-            places += place;
-    }
-    return places;
+/// What a name lacks to have one of the extensions.
+QString missingExtension(const QString& name, const std::vector<std::string>& extensions) {
+    if (extensions.empty())
+        return {};
+    for (const std::string& extension : extensions)
+        if (name.endsWith(u"."_s + QString::fromStdString(extension), Qt::CaseInsensitive))
+            return {};
+    const QString first = QString::fromStdString(extensions.front());
+    return name.endsWith(u'.') ? first : u'.' + first;
 }
 
 } // namespace
 
 QString withExtension(const QString& name, const std::vector<std::string>& extensions) {
-    if (extensions.empty())
-        return name;
-    for (const std::string& extension : extensions)
-        if (name.endsWith(u"."_s + QString::fromStdString(extension), Qt::CaseInsensitive))
-            return name;
-    const QString first = QString::fromStdString(extensions.front());
-    return name.endsWith(u'.') ? name + first : name + u'.' + first;
+    return name + missingExtension(name, extensions);
 }
 
-FilePanel::FilePanel(AcceptMode mode, const QString& title, const QString& folder,
-                     const std::vector<std::string>& extensions, QWidget* parent)
-    : QFileDialog(parent, title, folder) {
-    setOption(QFileDialog::DontUseNativeDialog);
-    setAcceptMode(mode); // makes the buttons
-    setNameFilter(filterFor(tr("Photos"), extensions));
-    setSidebarUrls(usualPlaces());
-    resize(kUsualSize);
-    m_name = findChild<QLineEdit*>(u"fileNameEdit"_s);
-    if (!m_name)
-        fatal("the toolkit's file panel has no field for the name");
-    m_name->setCompleter(nullptr); // it would put its own idea in the place of what was typed
-    // Nor read it: it would choose in the list, and take the text from there.
-    disconnect(m_name, &QLineEdit::textChanged, this, nullptr);
-    for (QPushButton* button : findChildren<QPushButton*>()) {
-        button->installEventFilter(this);
-        connect(m_name, &QLineEdit::textChanged, button, [button] { button->setEnabled(true); });
-    }
+OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const std::filesystem::path& folder, Dialogs& dialogs,
+                             QWidget* parent, FileAccess access)
+    : FilePanel(tr("Select image"), tr("Open"), folder, panel.allowedFileTypes, std::move(access), parent),
+      m_dialogs(dialogs) {}
+
+std::function<FilePanel::Action()> OpenFilePanel::check(const std::filesystem::path& typed) {
+    return [this, typed, kindOf = access().kindOf]() -> Action {
+        switch (kindOf(typed)) {
+        case FileKind::Folder:
+            return [this, typed] { enter(typed); };
+        case FileKind::File:
+            return [this, typed] { choose(typed); };
+        case FileKind::Missing:
+            break;
+        }
+        return [this, typed] {
+            const QString text = tr("There is no file “%1”.").arg(shownName(typed.filename()));
+            m_dialogs.runAlert({.messageText = "",
+                                .informativeText = text.toStdString(),
+                                .style = AlertStyle::Warning,
+                                .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
+        };
+    };
 }
 
-bool FilePanel::eventFilter(QObject* watched, QEvent* event) {
-    // The toolkit disables the button that accepts where its own reading of the text names no file.
-    auto* const button = qobject_cast<QPushButton*>(watched);
-    if (button && event->type() == QEvent::EnabledChange && !button->isEnabled() && !m_name->text().isEmpty())
-        button->setEnabled(true);
-    return QFileDialog::eventFilter(watched, event);
-}
-
-QString FilePanel::typedPath() const {
-    QString text = m_name->text();
-    if (text.isEmpty() || text.startsWith(u'/'))
-        return text;
-    if (text.startsWith(u"~/"_s))
-        return QDir::homePath() + text.mid(1);
-    const QString folder = directory().absolutePath();
-    return folder.endsWith(u'/') ? folder + text : folder + u'/' + text;
-}
-
-void FilePanel::enter(const QString& folder) {
-    setDirectory(folder);
-    m_name->clear();
-}
-
-void FilePanel::choose(const QString& path) {
-    m_chosen = path;
-    // QFileDialog's own would parse the typed text again.
-    QDialog::accept(); // NOLINT(bugprone-parent-virtual-call)
-}
-
-OpenFilePanel::OpenFilePanel(const OpenPanel& panel, const QString& folder, Dialogs& dialogs, QWidget* parent)
-    : FilePanel(AcceptOpen, tr("Select image"), folder, panel.allowedFileTypes, parent), m_dialogs(dialogs) {
-    setFileMode(QFileDialog::ExistingFile);
-    setOption(QFileDialog::ReadOnly, !panel.canCreateDirectories); // no new folder, no renaming, no deleting
-}
-
-void OpenFilePanel::accept() {
-    const QString path = typedPath();
-    if (path.isEmpty())
-        return;
-    const QFileInfo file(path);
-    if (file.isDir())
-        return enter(path);
-    if (file.exists())
-        return choose(path);
-    m_dialogs.runAlert({.messageText = "",
-                        .informativeText = tr("There is no file “%1”.").arg(file.fileName()).toStdString(),
-                        .style = AlertStyle::Warning,
-                        .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
-}
-
-SaveFilePanel::SaveFilePanel(const SavePanel& panel, const QString& folder, Guarded guarded, Dialogs& dialogs,
-                             QWidget* parent)
-    : FilePanel(AcceptSave, tr("Save image"), folder, panel.allowedFileTypes, parent),
+SaveFilePanel::SaveFilePanel(const SavePanel& panel, const std::filesystem::path& folder, Guarded guarded,
+                             Dialogs& dialogs, QWidget* parent, FileAccess access)
+    : FilePanel(tr("Save image"), tr("Save"), folder, panel.allowedFileTypes, std::move(access), parent),
       m_extensions(panel.allowedFileTypes),
       m_guarded(std::move(guarded)),
       m_dialogs(dialogs) {
-    setFileMode(QFileDialog::AnyFile);
-    nameField()->setText(shownName(panel.nameFieldStringValue));
-    nameField()->selectAll();
+    propose(shownName(panel.nameFieldStringValue));
 }
 
-void SaveFilePanel::accept() {
-    const QString typed = typedPath();
-    if (typed.isEmpty())
-        return;
-    if (typed.endsWith(u'/') || QFileInfo(typed).isDir())
-        return enter(typed);
-    const QString path = withExtension(typed, m_extensions);
-    nameField()->setText(withExtension(nameField()->text(), m_extensions));
-    if (!QFileInfo(path).isDir() && wouldLast(path) && mayReplace(path))
-        choose(path);
+std::function<FilePanel::Action()> SaveFilePanel::check(const std::filesystem::path& typed) {
+    std::filesystem::path path = typed;
+    path += missingExtension(QFile::decodeName(typed.c_str()), m_extensions).toStdString();
+    return [this, typed, path, kindOf = access().kindOf, guarded = m_guarded]() -> Action {
+        if (!typed.has_filename() || kindOf(typed) == FileKind::Folder)
+            return [this, typed] { enter(typed); };
+        const FileKind kind = kindOf(path);
+        if (kind == FileKind::Folder)
+            return [this, path] { enter(path); };
+        const Target target{.path = path,
+                            .exists = kind == FileKind::File,
+                            .isSource = kind == FileKind::File && isSameFile(path, guarded.source),
+                            .isInPrivateFolder = !guarded.privateFolder.empty() &&
+                                                 isSameFile(path.parent_path(), guarded.privateFolder)};
+        return [this, target] { save(target); };
+    };
 }
 
-bool SaveFilePanel::wouldLast(const QString& path) {
-    std::error_code notTheSame;
-    const std::filesystem::path folder =
-        std::filesystem::path(QFile::encodeName(path).toStdString()).parent_path();
-    if (m_guarded.passing.empty() || !std::filesystem::equivalent(folder, m_guarded.passing, notTheSame))
-        return true;
-    m_dialogs.runAlert(
-        {.messageText = "",
-         .informativeText = QT_TRANSLATE_NOOP(
-             "Alerts", "This folder is emptied when Complexion ends. Please choose another one."),
-         .style = AlertStyle::Warning,
-         .buttons = {"OK"}});
-    return false;
+void SaveFilePanel::save(const Target& target) {
+    if (nameField()->text() != withExtension(nameField()->text(), m_extensions))
+        nameField()->setText(withExtension(nameField()->text(), m_extensions));
+    if (target.isInPrivateFolder)
+        m_dialogs.runAlert(
+            {.messageText = "",
+             .informativeText = QT_TRANSLATE_NOOP(
+                 "Alerts", "This folder is emptied when Complexion ends. Please choose another one."),
+             .style = AlertStyle::Warning,
+             .buttons = {"OK"}});
+    else if (!target.exists || mayReplace(target))
+        choose(target.path);
 }
 
-bool SaveFilePanel::mayReplace(const QString& path) {
-    const QFileInfo file(path);
-    if (!file.exists())
-        return true;
-    std::error_code notTheSame;
-    const bool isSource =
-        std::filesystem::equivalent(QFile::encodeName(path).toStdString(), m_guarded.source, notTheSame);
-    const QString question = isSource ? tr("“%1” is the photo that you opened. Saving here replaces it for "
-                                           "good. Do you want to replace it?")
-                                      : tr("“%1” already exists. Do you want to replace it?");
-    const int answer = m_dialogs.runAlert(yesNoQuestion(question.arg(file.fileName()).toStdString()));
+bool SaveFilePanel::mayReplace(const Target& target) {
+    const QString question = target.isSource
+                                 ? tr("“%1” is the photo that you opened. Saving here replaces it for "
+                                      "good. Do you want to replace it?")
+                                 : tr("“%1” already exists. Do you want to replace it?");
+    const int answer =
+        m_dialogs.runAlert(yesNoQuestion(question.arg(shownName(target.path.filename())).toStdString()));
     return answer != kSecondButton;
 }
 

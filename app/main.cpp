@@ -6,6 +6,7 @@
 #include "app/look.h"
 #include "app/main_window.h"
 #include "app/private_folder.h"
+#include "app/session_end.h"
 #include "app/system_platform.h"
 #include "app/system_queues.h"
 #include "app/termination_signals.h"
@@ -28,16 +29,6 @@
 using namespace complexion;
 
 namespace {
-
-/// Asks the user before the desktop session ends, if the session manager allows interaction.
-void answerSessionEnd(QSessionManager& manager, ViewController& controller) {
-    const bool mayAsk = manager.allowsInteraction();
-    const bool mayEnd = controller.sessionMayEnd(mayAsk);
-    if (mayAsk)
-        manager.release();
-    if (!mayEnd)
-        manager.cancel();
-}
 
 /// `path` itself if the working folder has been deleted. Opening a relative one then fails with an alert.
 std::filesystem::path absoluteIfPossible(const std::filesystem::path& path) {
@@ -90,8 +81,8 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    // Qt's dialogs store visited folders and chosen colours. Store them in the private folder, which is
-    // removed when the program ends.
+    // Qt's color dialog stores the chosen colours. Store them in the private folder, which is removed when
+    // the program ends.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                        QString::fromStdString(folder->path().string()));
 

@@ -2,13 +2,10 @@
 #include "app/window_dialogs.h"
 
 #include "app/alert_dialog.h"
-#include "app/file_names.h"
 #include "app/file_panels.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QStandardPaths>
 
 #include <utility>
@@ -34,28 +31,27 @@ PanelAnswer WindowDialogs::runOpenPanel(const OpenPanel& panel) {
 }
 
 PanelAnswer WindowDialogs::runSavePanel(const SavePanel& panel) {
-    SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .passing = m_privateFolder}, *this,
-                         m_window);
+    SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .privateFolder = m_privateFolder},
+                         *this, m_window);
     const int result = dialog.exec();
     return answerOf(result, dialog.chosenPath());
 }
 
-QString WindowDialogs::startFolder() const {
-    if (!m_lastFolder.isEmpty())
+std::filesystem::path WindowDialogs::startFolder() const {
+    if (!m_lastFolder.empty())
         return m_lastFolder;
     const std::filesystem::path source = m_source();
     if (!source.empty())
-        return representableFolder(source.parent_path());
-    // A file dialog takes a folder that does not exist for a file name.
+        return source.parent_path();
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
-    return QFileInfo(pictures).isDir() ? pictures : QDir::homePath();
+    return QFile::encodeName(pictures).toStdString();
 }
 
-PanelAnswer WindowDialogs::answerOf(int result, const QString& chosen) {
+PanelAnswer WindowDialogs::answerOf(int result, const std::filesystem::path& chosen) {
     if (result != QDialog::Accepted)
         return {};
-    m_lastFolder = QFileInfo(chosen).absolutePath();
-    return {.confirmed = true, .url = QFile::encodeName(chosen).toStdString()};
+    m_lastFolder = chosen.parent_path();
+    return {.confirmed = true, .url = chosen};
 }
 
 } // namespace complexion

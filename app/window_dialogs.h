@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <filesystem>
 #include <functional>
 
 namespace complexion {
@@ -23,14 +24,15 @@ public:
     PanelAnswer runSavePanel(const SavePanel& panel) override;
 
 private:
-    QString startFolder() const;
+    /// Where the next panel starts; need not exist.
+    std::filesystem::path startFolder() const;
     /// The answer of a panel; remembers its folder for the next one.
-    PanelAnswer answerOf(int result, const QString& chosen);
+    PanelAnswer answerOf(int result, const std::filesystem::path& chosen);
 
     QPointer<QWidget> m_window;
     std::function<std::filesystem::path()> m_source;
     std::filesystem::path m_privateFolder;
-    QString m_lastFolder; // of the last confirmed panel, empty before
+    std::filesystem::path m_lastFolder; // of the last confirmed panel, empty before
 };
 
 } // namespace complexion

@@ -377,8 +377,86 @@
 <context>
     <name>complexion::FilePanel</name>
     <message>
-        <source>Photos</source>
-        <translation>Fotos</translation>
+        <source>Photos: %1</source>
+        <translation>Fotos: %1</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Ordner:</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Parent folder</source>
+        <translation>Übergeordneter Ordner</translation>
+    </message>
+    <message>
+        <source>Parent folder (Alt+Up)</source>
+        <translation>Übergeordneter Ordner (Alt+Hoch)</translation>
+    </message>
+    <message>
+        <source>File name:</source>
+        <translation>Dateiname:</translation>
+    </message>
+    <message>
+        <source>File name</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Looking for the file…</source>
+        <translation>Die Datei wird gesucht …</translation>
+    </message>
+    <message>
+        <source>Computer</source>
+        <translation>Computer</translation>
+    </message>
+    <message>
+        <source>Home</source>
+        <translation>Persönlicher Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::FolderModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>Modified</source>
+        <translation>Geändert</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::FolderView</name>
+    <message>
+        <source>Files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Reading the folder…</source>
+        <translation>Der Ordner wird gelesen …</translation>
+    </message>
+    <message>
+        <source>This folder cannot be listed: %1</source>
+        <translation>Dieser Ordner kann nicht aufgelistet werden: %1</translation>
+    </message>
+    <message>
+        <source>There are no photos here.</source>
+        <translation>Hier sind keine Fotos.</translation>
     </message>
 </context>
 <context>
@@ -407,6 +485,10 @@
         <translation>Bild auswählen</translation>
     </message>
     <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
         <source>There is no file “%1”.</source>
         <translation>Es gibt keine Datei „%1“.</translation>
     </message>
@@ -416,6 +498,10 @@
     <message>
         <source>Save image</source>
         <translation>Bild sichern</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
     </message>
     <message>
         <source>“%1” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?</source>

@@ -2,13 +2,13 @@
 #include "app/alert_dialog.h"
 #include "app/file_panels.h"
 #include "app/window_dialogs.h"
+#include "tests/app/panel_fixture.h"
 #include "tests/fakes/active_window.h"
 #include "tests/fakes/fake_dialogs.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
 #include <QApplication>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -92,6 +92,8 @@ TEST(SavePanel, PutsTheExtensionOnATypedName) {
     EXPECT_EQ(withExtension(QStringLiteral("day.2"), {"tiff"}), QStringLiteral("day.2.tiff"));
 }
 
+using test::accept;
+
 /// A save panel for a JPEG in a folder of its own.
 class RunningSavePanel : public testing::Test {
 protected:
@@ -106,15 +108,15 @@ protected:
         QTest::keyClicks(name, QString::fromLatin1(text));
     }
 
-    std::string chosenFile() { return panel.chosenPath().toStdString(); }
+    std::string chosenFile() { return panel.chosenPath(); }
 
     TemporaryFolder folder;
     FakeDialogs dialogs;
     std::filesystem::path source = folder.path() / "a.jpg";
-    std::filesystem::path passing = folder.path() / "history";
+    std::filesystem::path privateFolder = folder.path() / "history";
     SaveFilePanel panel{SavePanel{.allowedFileTypes = {"jpg"}, .nameFieldStringValue = "a_retouched.jpg"},
-                        QString::fromStdString(folder.path().string()),
-                        {.source = source, .passing = passing},
+                        folder.path(),
+                        {.source = source, .privateFolder = privateFolder},
                         dialogs};
 };
 
@@ -122,7 +124,7 @@ TEST_F(RunningSavePanel, ProposesTheNameWithItsExtension) {
     panel.show();
     EXPECT_EQ(panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text(),
               QStringLiteral("a_retouched.jpg"));
-    panel.accept();
+    accept(panel);
     EXPECT_EQ(panel.result(), QDialog::Accepted);
     EXPECT_EQ(chosenFile(), folder.path() / "a_retouched.jpg");
 }
@@ -130,7 +132,7 @@ TEST_F(RunningSavePanel, ProposesTheNameWithItsExtension) {
 TEST_F(RunningSavePanel, GivesTheNameWithTheExtensionPutOn) {
     panel.show();
     typeName("b.png");
-    panel.accept();
+    accept(panel);
     EXPECT_EQ(chosenFile(), folder.path() / "b.png.jpg");
 }
 
@@ -139,11 +141,11 @@ TEST_F(RunningSavePanel, AsksAboutTheNameThatWillBeWritten) {
     panel.show();
     typeName("b");
     dialogs.expectQuestion("“b.jpg” already exists. Do you want to replace it?", kSecondButton);
-    panel.accept();
+    accept(panel);
     EXPECT_EQ(panel.result(), QDialog::Rejected);
     EXPECT_TRUE(panel.isVisible());
     dialogs.expectQuestion("“b.jpg” already exists. Do you want to replace it?", kFirstButton);
-    panel.accept();
+    accept(panel);
     EXPECT_EQ(panel.result(), QDialog::Accepted);
     EXPECT_EQ(chosenFile(), folder.path() / "b.jpg");
 }
@@ -155,7 +157,7 @@ TEST_F(RunningSavePanel, SaysPlainlyThatTheOpenedPhotoWouldBeReplaced) {
     dialogs.expectQuestion(
         "“a.jpg” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?",
         kSecondButton);
-    panel.accept();
+    accept(panel);
     EXPECT_TRUE(panel.isVisible());
 }
 
@@ -170,25 +172,25 @@ TEST_F(RunningSavePanel, KnowsTheOpenedPhotoByItsOtherNames) {
                                    ".jpg” is the photo that you opened. Saving here replaces it for good. Do "
                                    "you want to replace it?",
                                kSecondButton);
-        panel.accept();
+        accept(panel);
         EXPECT_TRUE(panel.isVisible());
     }
 }
 
 TEST_F(RunningSavePanel, LetsNothingBeSavedWhereItWouldGoWithTheHistory) {
-    std::filesystem::create_directory(passing);
-    writeFile(passing / "stateImage1.jpg", "a state");
-    std::filesystem::create_directory_symlink(passing, folder.path() / "link");
+    std::filesystem::create_directory(privateFolder);
+    writeFile(privateFolder / "stateImage1.jpg", "a state");
+    std::filesystem::create_directory_symlink(privateFolder, folder.path() / "link");
     panel.show();
     for (const std::string name : {"history/stateImage1.jpg", "history/new", "link/new.jpg"}) {
         typeName((folder.path() / name).c_str());
         dialogs.expectAlert("This folder is emptied when Complexion ends. Please choose another one.",
                             AlertStyle::Warning);
-        panel.accept();
+        accept(panel);
         EXPECT_TRUE(panel.isVisible()) << name;
     }
     typeName((folder.path() / "new").c_str());
-    panel.accept();
+    accept(panel);
     EXPECT_FALSE(panel.isVisible());
 }
 
@@ -226,7 +228,7 @@ TEST_F(RunningSavePanel, ReturnsTheVeryPathThatItChecked) {
         const std::filesystem::path file = folder.path() / completed.toStdString();
         panel.show();
         panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
-        panel.accept();
+        accept(panel);
         EXPECT_EQ(panel.result(), QDialog::Accepted) << name;
         EXPECT_EQ(chosenFile(), file) << name;
         writeFile(file, "exists now");
@@ -235,18 +237,18 @@ TEST_F(RunningSavePanel, ReturnsTheVeryPathThatItChecked) {
         panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
         dialogs.expectQuestion(
             "“" + file.filename().string() + "” already exists. Do you want to replace it?", kFirstButton);
-        panel.accept();
+        accept(panel);
         EXPECT_EQ(chosenFile(), file) << name;
     }
 }
 
 TEST_F(RunningSavePanel, ProposesHostileNamesAsTheyAre) {
     for (const std::string& name : hostileNames()) {
-        SaveFilePanel proposing({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = name},
-                                QString::fromStdString(folder.path().string()), {}, dialogs);
+        SaveFilePanel proposing({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = name}, folder.path(),
+                                {}, dialogs);
         proposing.show();
-        proposing.accept();
-        EXPECT_EQ(proposing.chosenPath().toStdString(),
+        accept(proposing);
+        EXPECT_EQ(proposing.chosenPath(),
                   folder.path() / withExtension(QString::fromStdString(name), {"jpg"}).toStdString());
     }
 }
@@ -255,30 +257,47 @@ TEST_F(RunningSavePanel, AnOpenPanelTakesHostileNamesToo) {
     for (const std::string& name : hostileNames()) {
         const std::filesystem::path file = folder.path() / name;
         writeFile(file, "a photo");
-        OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, QString::fromStdString(folder.path().string()),
-                              dialogs);
+        OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, folder.path(), dialogs);
         opening.show();
         opening.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QString::fromStdString(name));
         for (const QPushButton* button : opening.findChildren<QPushButton*>())
             EXPECT_TRUE(button->isEnabled()) << name;
-        opening.accept();
+        accept(opening);
         EXPECT_EQ(opening.result(), QDialog::Accepted) << name;
-        EXPECT_EQ(opening.chosenPath().toStdString(), file) << name;
+        EXPECT_EQ(opening.chosenPath(), file) << name;
     }
 }
 
-TEST_F(RunningSavePanel, TheOpenPanelMakesRenamesAndDeletesNothing) {
+TEST_F(RunningSavePanel, NoPanelCreatesRenamesOrDeletes) {
     EXPECT_FALSE(OpenPanel().canCreateDirectories);
-    const OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, QString::fromStdString(folder.path().string()),
-                                dialogs);
-    EXPECT_TRUE(opening.testOption(QFileDialog::ReadOnly));
+    writeFile(folder.path() / "a.jpg", "a photo");
+    OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, folder.path(), dialogs);
+    for (FilePanel* shown : {static_cast<FilePanel*>(&panel), static_cast<FilePanel*>(&opening)}) {
+        shown->show();
+        test::waitUntilListed(*shown);
+        QTreeView* const list = &test::listOf(*shown);
+        ASSERT_EQ(list->model()->rowCount(), 1);
+        EXPECT_EQ(list->editTriggers(), QAbstractItemView::NoEditTriggers);
+        test::activate(*shown);
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(0, 0));
+        for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F2})
+            QTest::keyClick(list, key);
+        QTest::keyClick(list, Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        QStringList buttons;
+        for (const QAbstractButton* button : shown->findChildren<QAbstractButton*>())
+            if (button->isVisibleTo(shown))
+                buttons += button->accessibleName().isEmpty() ? button->text() : button->accessibleName();
+        EXPECT_EQ(buttons.size(), 3) << buttons.join(QStringLiteral(", ")).toStdString();
+    }
+    EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"a.jpg"});
 }
 
 TEST_F(RunningSavePanel, StaysOpenForTheNameOfAFolder) {
     std::filesystem::create_directory(folder.path() / "inner");
     panel.show();
     typeName("inner");
-    panel.accept();
+    accept(panel);
     EXPECT_TRUE(panel.isVisible());
 }
 
@@ -287,18 +306,19 @@ TEST(OpenPanelOfANewUser, BeginsInTheHomeFolderWithNoName) {
     const QByteArray before = qgetenv("HOME");
     qputenv("HOME", home.path().c_str());
     WindowDialogs dialogs(nullptr, [] { return std::filesystem::path(); });
-    QString folder;
+    std::filesystem::path folder;
     QString name = QStringLiteral("not looked at");
     QTimer::singleShot(0, [&] {
-        auto* const panel = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+        auto* const panel = qobject_cast<FilePanel*>(QApplication::activeModalWidget());
         ASSERT_TRUE(panel);
-        folder = panel->directory().path();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return panel->folder() == home.path(); }));
+        folder = panel->folder();
         name = panel->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->text();
         panel->reject();
     });
     dialogs.runOpenPanel({.allowedFileTypes = {"png"}});
     qputenv("HOME", before);
-    EXPECT_EQ(folder.toStdString(), home.path());
+    EXPECT_EQ(folder, home.path());
     EXPECT_EQ(name, QString());
 }
 

@@ -3,13 +3,12 @@
 
 #include "app/file_panels.h"
 #include "app/window_dialogs.h"
+#include "tests/app/panel_fixture.h"
 #include "tests/app/window_fixture.h"
 #include "tests/fakes/active_window.h"
 #include "tests/fakes/temporary_folder.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
-#include <QFileSystemModel>
 #include <QLineEdit>
 #include <QTest>
 #include <QTimer>
@@ -32,12 +31,6 @@ TEST(ShownName, OfAnythingElseIsReadAsLatin1) {
     EXPECT_EQ(shownName("\xFF\xFE\x80.png"), u"ÿþ\uFFFD.png"_s);
 }
 
-TEST(ReachableFolder, IsTheNearestThatTheToolkitCanName) {
-    EXPECT_EQ(representableFolder("/photos/caf\xC3\xA9"), u"/photos/café"_s);
-    EXPECT_EQ(representableFolder("/photos/caf\xE9/2019"), u"/photos"_s);
-    EXPECT_EQ(representableFolder("/\xE9"), u"/"_s);
-}
-
 /// The whole window; its panels are the real ones.
 class NamesThatAreNotUtf8 : public WindowTest {
 protected:
@@ -50,11 +43,9 @@ protected:
         return platform.photos() / name;
     }
 
-    QString folder() const { return QString::fromStdString(platform.photos().string()); }
+    std::filesystem::path folder() const { return platform.photos(); }
 
-    static void confirm(QDialog& panel) { panel.accept(); }
-
-    static void typeName(QFileDialog& panel, const QString& name) {
+    static void typeName(FilePanel& panel, const QString& name) {
         test::activate(panel); // typing replaces a choice in the list only with the focus
         auto* const field = panel.findChild<QLineEdit*>(u"fileNameEdit"_s);
         field->setFocus();
@@ -69,24 +60,45 @@ TEST_F(NamesThatAreNotUtf8, StandReadablyInTheTitle) {
     EXPECT_EQ(window.windowTitle(), u"café.png — Complexion"_s);
 }
 
-TEST_F(NamesThatAreNotUtf8, AreNotInTheOpenPanelAndTheOthersAre) {
-    makePhoto(kOldName);
-    makePhoto("other.png");
+TEST_F(NamesThatAreNotUtf8, AreListedAndChosenByteForByte) {
+    const std::filesystem::path photo = makePhoto(kOldName);
     OpenFilePanel panel({.allowedFileTypes = {"png"}}, folder(), dialogs);
     panel.show();
-    const auto* const model = panel.findChild<QFileSystemModel*>();
-    ASSERT_TRUE(model);
-    const QModelIndex root = model->index(folder());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return model->rowCount(root) > 0; }));
-    QStringList names;
-    for (int row = 0; row < model->rowCount(root); ++row)
-        names += model->index(row, 0, root).data().toString();
-    names.sort();
-    EXPECT_EQ(names, QStringList({u"other.png"_s, u"plain.png"_s}));
-
-    typeName(panel, u"other.png"_s);
-    confirm(panel);
+    test::waitUntilListed(panel);
+    EXPECT_EQ(test::namesIn(panel), QStringList({u"café.png"_s, u"plain.png"_s}));
+    QTreeView& list = test::listOf(panel);
+    list.setCurrentIndex(list.model()->index(0, 0));
+    EXPECT_EQ(panel.findChild<QLineEdit*>(u"fileNameEdit"_s)->text(), u"café.png"_s);
+    test::accept(panel);
     EXPECT_EQ(panel.result(), QDialog::Accepted);
+    EXPECT_EQ(panel.chosenPath(), photo);
+}
+
+TEST_F(NamesThatAreNotUtf8, AreForgottenOnceTheFieldIsEdited) {
+    makePhoto(kOldName);
+    OpenFilePanel panel({.allowedFileTypes = {"png"}}, folder(), dialogs);
+    panel.show();
+    test::waitUntilListed(panel);
+    QTreeView& list = test::listOf(panel);
+    list.setCurrentIndex(list.model()->index(0, 0));
+    typeName(panel, u"plain.png"_s);
+    test::accept(panel);
+    EXPECT_EQ(panel.chosenPath(), platform.photos() / "plain.png");
+}
+
+TEST_F(NamesThatAreNotUtf8, OfFoldersAreEntered) {
+    const std::filesystem::path photo = makePhoto("caf\xE9/face.png");
+    OpenFilePanel panel({.allowedFileTypes = {"png"}}, folder(), dialogs);
+    panel.show();
+    test::waitUntilListed(panel);
+    QTreeView& list = test::listOf(panel);
+    EXPECT_EQ(test::namesIn(panel).front(), u"café"_s);
+    Q_EMIT list.activated(list.model()->index(0, 0));
+    test::waitUntilListed(panel);
+    EXPECT_EQ(panel.folder(), photo.parent_path());
+    typeName(panel, u"face.png"_s);
+    test::accept(panel);
+    EXPECT_EQ(panel.chosenPath(), photo);
 }
 
 TEST_F(NamesThatAreNotUtf8, TypedIntoTheOpenPanelAreSaidToBeMissing) {
@@ -96,7 +108,7 @@ TEST_F(NamesThatAreNotUtf8, TypedIntoTheOpenPanelAreSaidToBeMissing) {
         panel.show();
         typeName(panel, typed);
         dialogs.expectAlert(u"There is no file “%1”."_s.arg(typed).toStdString(), AlertStyle::Warning);
-        confirm(panel);
+        test::accept(panel);
         EXPECT_TRUE(panel.isVisible());
         EXPECT_NE(panel.result(), QDialog::Accepted);
     }
@@ -118,17 +130,17 @@ TEST_F(NamesThatAreNotUtf8, AreProposedForTheResultAsTheyAreShown) {
     SaveFilePanel panel({.allowedFileTypes = {"png"}, .nameFieldStringValue = "caf\xE9_retouched.png"},
                         folder(), {}, dialogs);
     panel.show();
-    panel.accept();
-    EXPECT_EQ(panel.chosenPath(), folder() + u"/café_retouched.png"_s);
+    test::accept(panel);
+    EXPECT_EQ(panel.chosenPath(), folder() / "café_retouched.png");
 }
 
-TEST_F(NamesThatAreNotUtf8, OfFoldersLetTheSavePanelStartInTheNearestOtherOne) {
+TEST_F(NamesThatAreNotUtf8, OfFoldersLetTheSavePanelStartThere) {
     const std::filesystem::path source = makePhoto("caf\xE9/face.png");
     WindowDialogs real(nullptr, [&source] { return source; });
-    QTimer::singleShot(0, [] { confirm(*qobject_cast<QDialog*>(QApplication::activeModalWidget())); });
+    QTimer::singleShot(0, [] { qobject_cast<QDialog*>(QApplication::activeModalWidget())->accept(); });
     const PanelAnswer answer =
         real.runSavePanel({.allowedFileTypes = {"png"}, .nameFieldStringValue = "face_retouched.png"});
-    EXPECT_EQ(answer.url, platform.photos() / "face_retouched.png");
+    EXPECT_EQ(answer.url, source.parent_path() / "face_retouched.png");
 }
 
 } // namespace

@@ -233,6 +233,14 @@ TEST_F(Saving, TheFileIsDeletedBeforeTheNewOneIsWritten) {
                                                      "-saved (replaced).png"));
 }
 
+TEST_F(Saving, AGoodSaveOverAFileLeavesNothingInTheTrash) {
+    openThroughPanel(makePhoto());
+    writeFile(target("saved.png"), "an earlier file");
+    save(target("saved.png"));
+    EXPECT_FALSE(std::filesystem::exists(platform.trash() / "files/saved.png"));
+    EXPECT_FALSE(std::filesystem::exists(target("saved (replaced).png")));
+}
+
 TEST_F(Saving, APictureThatItsFormatCannotHoldCountsAsSavedWithoutAFile) {
     // A PNG by its contents, whose name asks for JPEG: one pixel wider than the library writes.
     const std::filesystem::path source = target("wide.jpg");

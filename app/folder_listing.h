@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace complexion {
+
+/// A file or folder in a list.
+struct FolderEntry {
+    std::string name; // the file system's bytes
+    bool isFolder = false;
+    std::int64_t size = 0;            // bytes; of files
+    std::int64_t modifiedSeconds = 0; // since 1970; of files
+    bool operator==(const FolderEntry&) const = default;
+};
+
+using EntriesFound = std::function<void(std::vector<FolderEntry>)>;
+
+/// Lists a folder: its folders, and its files with one of `extensions` (lower case, without dot) in any
+/// letter case; nothing hidden. `found` gets what needs no look elsewhere first, and then what symbolic links
+/// refer to, link by link, as any of them may lead to a file system that does not answer. Returns why the
+/// folder could not be listed.
+std::error_code listFolder(const std::filesystem::path& folder, const std::vector<std::string>& extensions,
+                           const EntriesFound& found);
+
+enum class FileKind { Missing, Folder, File };
+
+/// What a path refers to; Missing when that cannot be found out.
+FileKind fileKind(const std::filesystem::path& path);
+
+/// How the panels see the file system. All calls are made on threads of their own, and may never return.
+struct FileAccess {
+    std::function<std::error_code(const std::filesystem::path& folder,
+                                  const std::vector<std::string>& extensions, const EntriesFound& found)>
+        list = listFolder;
+    std::function<FileKind(const std::filesystem::path& path)> kindOf = fileKind;
+};
+
+} // namespace complexion

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/folder_view.h"
+
+#include "app/file_names.h"
+#include "app/icons.h"
+
+#include <QAccessible>
+#include <QCollator>
+#include <QDateTime>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+
+#include <chrono>
+#include <utility>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// A folder that is read in less time shows no sign of it, which would only flicker.
+constexpr auto kSignDelay = 150ms;
+constexpr int kSizeWidthInLetters = 12;
+constexpr int kTimeWidthInLetters = 20;
+constexpr int kMessageWidthInLetters = 40;
+
+} // namespace
+
+FolderModel::FolderModel() : m_folderIcon(lineIcon(u"folder"_s)), m_photoIcon(lineIcon(u"photo"_s)) {}
+
+void FolderModel::clear() {
+    beginResetModel();
+    m_entries.clear();
+    endResetModel();
+}
+
+void FolderModel::add(const std::vector<FolderEntry>& entries) {
+    if (entries.empty())
+        return;
+    beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(entries.size()) - 1);
+    m_entries.insert(m_entries.end(), entries.begin(), entries.end());
+    endInsertRows();
+}
+
+int FolderModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(m_entries.size());
+}
+
+int FolderModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant FolderModel::data(const QModelIndex& index, int role) const {
+    const FolderEntry& entry = this->entry(index.row());
+    if (role == Qt::DecorationRole && index.column() == Name)
+        return entry.isFolder ? m_folderIcon : m_photoIcon;
+    if (role == Qt::TextAlignmentRole && index.column() == Size)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::ToolTipRole && index.column() == Name)
+        return shownName(entry.name);
+    if (role != Qt::DisplayRole)
+        return {};
+    if (index.column() == Name)
+        return shownName(entry.name);
+    if (entry.isFolder)
+        return {};
+    if (index.column() == Size)
+        return QLocale().formattedDataSize(entry.size, 1, QLocale::DataSizeSIFormat);
+    return QLocale().toString(QDateTime::fromSecsSinceEpoch(entry.modifiedSeconds), QLocale::ShortFormat);
+}
+
+QVariant FolderModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    return section == Name ? tr("Name") : section == Size ? tr("Size") : tr("Modified");
+}
+
+bool SortedFolder::lessThan(const QModelIndex& left, const QModelIndex& right) const {
+    const auto& model = static_cast<const FolderModel&>(*sourceModel());
+    const FolderEntry& a = model.entry(left.row());
+    const FolderEntry& b = model.entry(right.row());
+    if (a.isFolder != b.isFolder)
+        return a.isFolder == (sortOrder() == Qt::AscendingOrder);
+    if (left.column() == FolderModel::Size && a.size != b.size)
+        return a.size < b.size;
+    if (left.column() == FolderModel::Modified && a.modifiedSeconds != b.modifiedSeconds)
+        return a.modifiedSeconds < b.modifiedSeconds;
+    static const QCollator collator = [] {
+        // The locale "C" knows no numbers in names.
+        QCollator natural(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
+        natural.setNumericMode(true); // 2.jpg before 10.jpg
+        natural.setCaseSensitivity(Qt::CaseInsensitive);
+        return natural;
+    }();
+    const int order = collator.compare(shownName(a.name), shownName(b.name));
+    return order != 0 ? order < 0 : a.name < b.name;
+}
+
+FolderView::FolderView(std::vector<std::string> extensions, FileAccess access, QWidget* parent)
+    : QWidget(parent),
+      m_extensions(std::move(extensions)),
+      m_access(std::move(access)),
+      m_list(new QTreeView),
+      m_message(new QLabel) {
+    m_sorted.setSourceModel(&m_model);
+    m_list->setModel(&m_sorted);
+    m_list->setObjectName(u"files"_s);
+    m_list->setAccessibleName(tr("Files"));
+    m_list->setRootIsDecorated(false);
+    m_list->setItemsExpandable(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setSortingEnabled(true);
+    m_list->sortByColumn(FolderModel::Name, Qt::AscendingOrder);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setTextElideMode(Qt::ElideMiddle);
+    m_list->setTabKeyNavigation(false);
+    m_list->installEventFilter(this);
+    const int letter = fontMetrics().averageCharWidth();
+    QHeaderView* const header = m_list->header();
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(FolderModel::Name, QHeaderView::Stretch);
+    header->resizeSection(FolderModel::Size, letter * kSizeWidthInLetters);
+    header->resizeSection(FolderModel::Modified, letter * kTimeWidthInLetters);
+
+    m_message->setAlignment(Qt::AlignCenter);
+    m_message->setWordWrap(true);
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setMinimumWidth(letter * kMessageWidthInLetters);
+    m_message->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_message->hide();
+    auto* const layout = new QGridLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_list, 0, 0);
+    layout->addWidget(m_message, 0, 0, Qt::AlignCenter);
+
+    m_signTimer.setSingleShot(true);
+    m_signTimer.setInterval(kSignDelay);
+    connect(&m_signTimer, &QTimer::timeout, this, [this] { showMessage(tr("Reading the folder…")); });
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        const QModelIndexList rows = m_list->selectionModel()->selectedRows();
+        if (!rows.isEmpty())
+            Q_EMIT selected(FolderEntry(entryAt(rows.front())));
+    });
+    connect(m_list, &QTreeView::activated, this,
+            [this](const QModelIndex& index) { Q_EMIT activated(FolderEntry(entryAt(index))); });
+}
+
+const FolderEntry& FolderView::entryAt(const QModelIndex& index) const {
+    return m_model.entry(m_sorted.mapToSource(index).row());
+}
+
+void FolderView::open(const std::filesystem::path& folder) {
+    m_folder = folder;
+    m_isReading = true;
+    m_model.clear();
+    m_message->hide();
+    m_signTimer.start();
+    m_reading.start(
+        [this, list = m_access.list, folder, extensions = m_extensions](const BackgroundTask::Post& post) {
+            const std::error_code error = list(folder, extensions, [&](std::vector<FolderEntry> entries) {
+                post([this, entries = std::move(entries)] {
+                    m_model.add(entries);
+                    if (m_model.rowCount() > 0)
+                        m_message->hide();
+                });
+            });
+            post([this, error] { end(error); });
+        });
+}
+
+void FolderView::end(std::error_code error) {
+    m_isReading = false;
+    m_signTimer.stop();
+    m_message->hide();
+    if (error)
+        showMessage(tr("This folder cannot be listed: %1").arg(QString::fromLocal8Bit(error.message())));
+    else
+        showMessage(tr("There are no photos here."));
+    Q_EMIT ended(error);
+}
+
+void FolderView::showMessage(const QString& text) {
+    if (m_model.rowCount() > 0)
+        return;
+    m_message->setText(text);
+    m_message->show();
+    QAccessibleEvent announcement(m_message, QAccessible::Alert);
+    QAccessible::updateAccessibility(&announcement);
+}
+
+bool FolderView::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Backspace) {
+        Q_EMIT parentRequested();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace complexion

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/background_task.h"
+#include "app/folder_listing.h"
+
+#include <QAbstractTableModel>
+#include <QIcon>
+#include <QLabel>
+#include <QSortFilterProxyModel>
+#include <QTimer>
+#include <QTreeView>
+#include <QWidget>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace complexion {
+
+/// The entries of a folder as rows: name, size, time of change.
+class FolderModel : public QAbstractTableModel {
+    Q_OBJECT
+
+public:
+    enum Column { Name, Size, Modified, kColumns };
+
+    FolderModel();
+
+    void clear();
+    void add(const std::vector<FolderEntry>& entries);
+    const FolderEntry& entry(int row) const { return m_entries.at(static_cast<std::size_t>(row)); }
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    QIcon m_folderIcon;
+    QIcon m_photoIcon;
+    std::vector<FolderEntry> m_entries;
+};
+
+/// Sorts the rows by any column, folders first.
+class SortedFolder : public QSortFilterProxyModel {
+    Q_OBJECT
+
+public:
+    using QSortFilterProxyModel::QSortFilterProxyModel;
+
+protected:
+    bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
+};
+
+/// Lists folders and photos to choose from. A folder is read in the background; one that hangs can be left
+/// for another at any time.
+class FolderView : public QWidget {
+    Q_OBJECT
+
+public:
+    FolderView(std::vector<std::string> extensions, FileAccess access, QWidget* parent = nullptr);
+
+    /// Lists a folder in the place of the one that was listed.
+    void open(const std::filesystem::path& folder);
+    const std::filesystem::path& folder() const { return m_folder; }
+    bool isReading() const { return m_isReading; }
+    QTreeView* list() const { return m_list; }
+    /// What the list says in place of rows; empty while there are some.
+    QString message() const { return m_message->isHidden() ? QString() : m_message->text(); }
+
+Q_SIGNALS:
+    /// The selection has moved to an entry of the folder.
+    void selected(const FolderEntry& entry);
+    /// An entry was double-clicked, or Return pressed on it.
+    void activated(const FolderEntry& entry);
+    void parentRequested();
+    /// The folder has been read, as far as that is possible.
+    void ended(std::error_code error);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void end(std::error_code error);
+    void showMessage(const QString& text);
+    const FolderEntry& entryAt(const QModelIndex& index) const;
+
+    std::vector<std::string> m_extensions;
+    FileAccess m_access;
+    std::filesystem::path m_folder;
+    bool m_isReading = false;
+    FolderModel m_model;
+    SortedFolder m_sorted;
+    QTreeView* m_list;
+    QLabel* m_message;
+    QTimer m_signTimer; // until it is said that the folder is being read
+    BackgroundTask m_reading{this};
+};
+
+} // namespace complexion
