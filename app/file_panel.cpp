@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QStandardPaths>
 #include <QToolButton>
@@ -27,6 +28,7 @@ using namespace std::chrono_literals;
 
 constexpr QSize kUsualSize(860, 540); // at the usual text size
 constexpr int kUsualLineHeight = 16;
+constexpr QSize kScreenMargin(48, 72); // for the window frame and desktop panels
 constexpr int kMargin = 16;
 constexpr int kGap = 8;
 constexpr int kPlacesWidthInLetters = 22;
@@ -51,7 +53,8 @@ FilePanel::FilePanel(const QString& title, const QString& acceptTitle, const std
     : QDialog(parent), m_access(std::move(access)), m_view(new FolderView(extensions, m_access)) {
     setWindowTitle(title);
     setAccessibleName(title);
-    resize(kUsualSize * fontMetrics().height() / kUsualLineHeight);
+    resize((kUsualSize * fontMetrics().height() / kUsualLineHeight)
+               .boundedTo(screen()->availableSize() - kScreenMargin));
     QStringList types;
     for (const std::string& extension : extensions)
         types += QString::fromStdString(extension);
