@@ -271,8 +271,10 @@ TEST_F(RunningSavePanel, AnOpenPanelTakesHostileNamesToo) {
 TEST_F(RunningSavePanel, NoPanelCreatesRenamesOrDeletes) {
     EXPECT_FALSE(OpenPanel().canCreateDirectories);
     writeFile(folder.path() / "a.jpg", "a photo");
+    SaveFilePanel saving({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = "a_retouched.jpg"},
+                         folder.path(), {.source = source, .privateFolder = privateFolder}, dialogs);
     OpenFilePanel opening({.allowedFileTypes = {"jpg"}}, folder.path(), dialogs);
-    for (FilePanel* shown : {static_cast<FilePanel*>(&panel), static_cast<FilePanel*>(&opening)}) {
+    for (FilePanel* shown : {static_cast<FilePanel*>(&saving), static_cast<FilePanel*>(&opening)}) {
         shown->show();
         test::waitUntilListed(*shown);
         QTreeView* const list = &test::listOf(*shown);
