@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/finding/blemish_finder.h"
+
+#include "imaging/base/parallel.h"
+#include "imaging/image_tools.h"
+
+#include <cmath>
+#include <tuple>
+
+namespace complexion {
+
+namespace {
+
+using finding::Ring;
+using finding::Spot;
+using finding::Surroundings;
+
+// How conspicuous a spot is.
+constexpr float kFullContrast = 0.35F; // in tones: more does not make it worse
+constexpr float kUsualRadius = 0.004F; // of the skin's extent
+constexpr float kFullRadius = 0.0085F; // a larger spot counts less and less, to none at 1.6 times
+constexpr float kNoRadius = 1.6F;
+constexpr float kMinProminence = 2.4F; // against the texture
+constexpr float kFullProminence = 8;
+constexpr float kMaxProminence = 1.3F;
+constexpr float kLightSpot = 0.15F; // light spots are mostly highlights
+
+// How even its surroundings are, in shares of its contrast.
+constexpr float kNearDeviation = 0.27F;
+constexpr float kMiddleDeviation = 0.4F;
+constexpr float kFarDeviation = 0.9F;
+
+constexpr float kFullDepth = 4; // radii to what is not skin
+constexpr int kLike = 8;        // so many like spots around halve the score
+constexpr int kGroup = 7;       // so many of its own kind are a group, to be left alone
+constexpr float kMinScore = 0.0004F;
+
+// A photo that shows little or nothing but skin does not show how large a face is.
+constexpr float kMinExtent = 450;
+constexpr double kAllSkin = 0.8;
+
+/// The first suggestion needs this score; the more there are, the less a further one needs.
+constexpr float kFirstScore = 0.025F;
+constexpr float kEasing = 3;
+
+constexpr std::int64_t kUsualThreshold = 10; // of the repair
+constexpr float kAskedRadius = 2.1F;         // of the disc that the repair is asked about, in spot radii
+constexpr float kMaxRepairedRadius = 2.8F;   // of the disc that the repair fits, in spot radii
+constexpr std::ptrdiff_t kMaxAsked = 120;
+constexpr std::size_t kAskedAtOnce = 16;
+
+/// How far from a spot it is judged by, at most, in pixels of the photo.
+constexpr int kJudgedAround = 128;
+
+constexpr float kApart = 1.5F; // radii between two suggestions
+constexpr float kApartPixels = 2;
+
+/// Where `value` is between `low` and `high`, as 0 to 1.
+float ramp(float value, float low, float high) {
+    return std::clamp((value - low) / (high - low), 0.0F, 1.0F);
+}
+
+/// 1 for an evenness of 0, falling to a half at `half`.
+float evenness(float deviation, float half) {
+    const float ratio = deviation / half;
+    return 1 / (1 + ratio * ratio);
+}
+
+bool isInside(const Spot& spot, PixelRect area) {
+    const auto x = static_cast<int>(spot.photoX());
+    const auto y = static_cast<int>(spot.photoY());
+    return x >= area.x && y >= area.y && x < area.right() && y < area.bottom();
+}
+
+float squaredDistance(const Spot& a, const Spot& b) {
+    const float dx = a.photoX() - b.photoX();
+    const float dy = a.photoY() - b.photoY();
+    return dx * dx + dy * dy;
+}
+
+bool isBetween(float squared, float low, float high) {
+    return squared > low * low && squared < high * high;
+}
+
+float scoreAlone(const Spot& spot, const Surroundings& around, float extent) {
+    const Ring& near = around.rings[1];
+    const Ring& middle = around.rings[2];
+    const Ring& far = around.rings[3];
+    const float contrast = near.median;
+    if (contrast <= 0)
+        return 0;
+    const float radius = spot.photoRadius() / extent;
+    const float prominence = std::abs(spot.response) / std::max(spot.texture, 1e-4F);
+    float score = std::min(contrast, kFullContrast) * std::clamp(radius / kUsualRadius, 0.5F, 1.5F) *
+                  std::clamp(kNoRadius - radius / kFullRadius, 0.0F, 1.0F);
+    score *=
+        std::clamp((prominence - kMinProminence) / (kFullProminence - kMinProminence), 0.0F, kMaxProminence);
+    // It stands out from the skin on all sides, unlike a line, an edge or a crease.
+    const float side = near.least / contrast;
+    score *= std::clamp(side, 0.0F, 1.0F) * std::clamp((side - 0.3F) / 0.3F, 0.1F, 1.0F);
+    score *= ramp(middle.least / contrast, -0.2F, 0.5F) * ramp(middle.quarter / contrast, 0, 1);
+    const float nearEvenness = near.deviation / contrast / kNearDeviation;
+    score *= evenness(nearEvenness * nearEvenness, 1);
+    score *= evenness(middle.deviation / contrast, kMiddleDeviation);
+    score *= evenness(far.deviation / contrast, kFarDeviation);
+    // Blood and pigment are redder than skin; hair and shadows are not.
+    if (spot.response > 0)
+        score *= std::clamp((near.redness / contrast + 0.08F) / 0.25F, 0.1F, 1.0F);
+    score *= ramp(around.depth, 1, kFullDepth) * ramp(around.skinShare, 1 / 3.0F, 1) * around.trust;
+    return spot.response > 0 ? score : kLightSpot * score;
+}
+
+SpotKind kindOf(const Spot& spot, const Surroundings& around) {
+    constexpr float kRed = 0.5F; // of the contrast in the green component
+    if (spot.response < 0)
+        return SpotKind::Light;
+    return around.rings[1].redness > kRed * around.rings[1].median ? SpotKind::Red : SpotKind::Dark;
+}
+
+} // namespace
+
+BlemishFinder::BlemishFinder(const Image& image) : m_map(finding::findSkin(image)) {
+    if (!m_map.hasSkin())
+        return;
+    const double skin = static_cast<double>(m_map.extent) * static_cast<double>(m_map.extent);
+    m_extent = std::max(m_map.extent, kMinExtent);
+    if (skin > kAllSkin * static_cast<double>(image.pixelSize().area()))
+        m_extent *= 2;
+    const PixelSize size = image.pixelSize();
+    judge(image, detectSpots(image, m_map, {0, 0, size.width, size.height}));
+    suggest(image);
+}
+
+void BlemishFinder::update(const Image& edited, PixelRect changed) {
+    if (!m_map.hasSkin() || changed.isEmpty())
+        return;
+    const PixelSize size = edited.pixelSize();
+    const PixelRect area = healing::widened(changed, kJudgedAround, {0, 0, size.width, size.height});
+    std::erase_if(m_candidates, [&](const Candidate& candidate) { return isInside(candidate.spot, area); });
+    std::vector<Spot> spots = detectSpots(edited, m_map, area);
+    std::erase_if(spots, [&](const Spot& spot) { return !isInside(spot, area); });
+    judge(edited, spots);
+    suggest(edited);
+}
+
+void BlemishFinder::judge(const Image& image, const std::vector<Spot>& spots) {
+    const std::size_t known = m_candidates.size();
+    m_candidates.resize(known + spots.size());
+    parallelFor(static_cast<int>(spots.size()), [&](int i) {
+        const Spot& spot = spots[static_cast<std::size_t>(i)];
+        const Surroundings around = measureSurroundings(image, m_map, spot);
+        m_candidates[known + static_cast<std::size_t>(i)] = {
+            spot, kindOf(spot, around), scoreAlone(spot, around, m_extent), std::nullopt};
+    });
+}
+
+float BlemishFinder::scoreAmongOthers(const Candidate& candidate) const {
+    const Spot& spot = candidate.spot;
+    const float radius = spot.photoRadius();
+    const float response = std::abs(spot.response);
+    int like = 0;  // dark or light: hair has both
+    int group = 0; // of its own kind: freckles
+    for (const Candidate& other : m_candidates) {
+        const float squared = squaredDistance(spot, other.spot);
+        const float otherRadius = other.spot.photoRadius();
+        const float otherResponse = std::abs(other.spot.response);
+        // Something stronger and smaller inside makes it a feature, such as a nose with its nostrils.
+        if (otherRadius < 0.55F * radius && otherResponse > response &&
+            isBetween(squared, 0.5F * radius, 2.2F * radius))
+            return 0;
+        const bool isLike = otherRadius > 0.6F * radius && otherRadius < 1.6F * radius &&
+                            otherResponse > 0.6F * response && isBetween(squared, 2.5F * radius, 14 * radius);
+        like += isLike;
+        group += isLike && other.spot.response * spot.response > 0;
+    }
+    return group >= kGroup ? 0 : candidate.score * evenness(static_cast<float>(like), kLike);
+}
+
+std::vector<BlemishFinder::Ranked> BlemishFinder::ranked() const {
+    std::vector<Ranked> all;
+    for (std::size_t i = 0; i < m_candidates.size(); ++i)
+        if (m_candidates[i].score > kMinScore)
+            all.push_back({i, 0});
+    parallelFor(static_cast<int>(all.size()), [&](int i) {
+        Ranked& each = all[static_cast<std::size_t>(i)];
+        each.score = scoreAmongOthers(m_candidates[each.candidate]);
+    });
+    std::erase_if(all, [](const Ranked& each) { return each.score < kMinScore; });
+    const auto order = [this](const Ranked& each) {
+        const Spot& spot = m_candidates[each.candidate].spot;
+        return std::tuple(-each.score, spot.photoY(), spot.photoX(), spot.radius);
+    };
+    std::ranges::sort(all, [&](const Ranked& a, const Ranked& b) { return order(a) < order(b); });
+    // Of those at one place, the strongest.
+    std::vector<Ranked> apart;
+    for (const Ranked& each : all) {
+        const Spot& spot = m_candidates[each.candidate].spot;
+        const bool isTaken = std::ranges::any_of(apart, [&](const Ranked& stronger) {
+            const Spot& other = m_candidates[stronger.candidate].spot;
+            const float distance = kApart * std::max(spot.photoRadius(), other.photoRadius()) + kApartPixels;
+            return squaredDistance(spot, other) < distance * distance;
+        });
+        if (!isTaken)
+            apart.push_back(each);
+        if (std::ssize(apart) == kMaxAsked)
+            break;
+    }
+    return apart;
+}
+
+void BlemishFinder::askRepair(const Image& image, std::span<const Ranked> of) {
+    parallelFor(static_cast<int>(of.size()), [&](int i) {
+        Candidate& candidate = m_candidates[of[static_cast<std::size_t>(i)].candidate];
+        if (candidate.repair)
+            return;
+        const Point point{static_cast<double>(candidate.spot.photoX()),
+                          image.size().height - static_cast<double>(candidate.spot.photoY())};
+        const auto radius = static_cast<std::int64_t>(kAskedRadius * candidate.spot.photoRadius()) + 2;
+        candidate.repair = ImageTools::LocateBlemish(image, point, radius, kUsualThreshold);
+    });
+}
+
+/// What the repair takes for something much larger is part of a feature.
+bool BlemishFinder::isRepairable(const Candidate& candidate) const {
+    const auto* place = candidate.repair ? std::get_if<BlemishPlace>(&*candidate.repair) : nullptr;
+    return place &&
+           place->radius < static_cast<double>(kMaxRepairedRadius * candidate.spot.photoRadius() + 2);
+}
+
+void BlemishFinder::suggest(const Image& image) {
+    m_suggestions.clear();
+    const std::vector<Ranked> all = ranked();
+    const auto isEnough = [&](float score) {
+        return std::ssize(m_suggestions) == kMaxSuggestions ||
+               score < kFirstScore / (1 + static_cast<float>(m_suggestions.size()) / kEasing);
+    };
+    for (std::size_t i = 0; i < all.size() && !isEnough(all[i].score); ++i) {
+        if (i % kAskedAtOnce == 0)
+            askRepair(image, std::span(all).subspan(i, std::min(kAskedAtOnce, all.size() - i)));
+        const Candidate& candidate = m_candidates[all[i].candidate];
+        if (!isRepairable(candidate))
+            continue;
+        const auto& place = std::get<BlemishPlace>(*candidate.repair);
+        m_suggestions.push_back({place.middle, place.radius, candidate.kind, all[i].score});
+    }
+}
+
+} // namespace complexion
