@@ -178,7 +178,50 @@ void Edit::fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>
         touched[mcus[i]] = std::move(fitted[i]);
 }
 
+/// The pixels that decide whether the MCUs of `square` can be represented.
+PixelRect Edit::regionOf(PixelRect square) const {
+    const Layout& layout = m_jpeg.layout;
+    const int left = std::max(0, square.x - kDependencyRadius);
+    const int top = std::max(0, square.y - kDependencyRadius);
+    const int right = std::min(layout.mcusAcross - 1, square.right() - 1 + kDependencyRadius);
+    const int bottom = std::min(layout.mcusDown - 1, square.bottom() - 1 + kDependencyRadius);
+    return pixelsOf(top * layout.mcusAcross + left).united(pixelsOf(bottom * layout.mcusAcross + right));
+}
+
+/// Whether what made the last update fail is in this image as it was: fitting it again would end the same.
+bool Edit::isStillRefused(const Image& upright) {
+    if (!m_refusal)
+        return false;
+    const Image now = Image::fromBands(upright.pixelSize(), upright.bands());
+    const PixelRect differing = m_refusal->image.difference(now);
+    const bool isSame =
+        differing.isEmpty() ||
+        storedPlace(differing, now.pixelSize(), m_orientation).intersected(m_refusal->region).isEmpty();
+    if (isSame)
+        m_refusal->image = now;
+    else
+        m_refusal.reset();
+    return isSame;
+}
+
+/// A square whose pixels the fitted blocks would change too much; nothing if there is none.
+std::optional<PixelRect> Edit::findUnfaithful(const std::vector<PixelRect>& squares, const Versions& versions,
+                                              const TouchedMcus& touched) const {
+    std::atomic<int> unfaithful = -1;
+    parallelFor(static_cast<int>(squares.size()), [&](int i) {
+        if (!isFaithful(m_jpeg.layout, versions, squares[static_cast<std::size_t>(i)],
+                        [&](int row, int column) -> const McuDifferences& {
+                            return touched.at(row * m_jpeg.layout.mcusAcross + column)->differences;
+                        }))
+            unfaithful = i;
+    });
+    return unfaithful < 0 ? std::nullopt
+                          : std::optional(squares[static_cast<std::size_t>(unfaithful.load())]);
+}
+
 std::optional<Error> Edit::update(const Image& upright) {
+    if (isStillRefused(upright))
+        return m_refusal->error;
     const Layout& layout = m_jpeg.layout;
     const Image stored = turnedForStorage(upright, m_orientation);
     const std::vector<int> differing = differingMcus(upright);
@@ -219,16 +262,12 @@ std::optional<Error> Edit::update(const Image& upright) {
     if (!rows)
         return Error{"JPEG: a row that was coded cannot be read"};
     fit(*rows, touched, toFit);
-    std::atomic<bool> areFaithful = true;
-    parallelFor(static_cast<int>(squares.size()), [&](int i) {
-        if (!isFaithful(layout, versions, squares[static_cast<std::size_t>(i)],
-                        [&](int row, int column) -> const McuDifferences& {
-                            return touched.at(row * layout.mcusAcross + column)->differences;
-                        }))
-            areFaithful = false;
-    });
-    if (!areFaithful)
-        return Error{"JPEG: the picture's chroma is too coarse for the edit"};
+    if (const std::optional<PixelRect> square = findUnfaithful(squares, versions, touched)) {
+        m_refusal = {.image = Image::fromBands(upright.pixelSize(), upright.bands()),
+                     .region = regionOf(*square),
+                     .error = Error{"JPEG: the picture's chroma is too coarse for the edit"}};
+        return m_refusal->error;
+    }
     std::optional<CodedRows> coded = encodeRows(std::move(*rows), touched);
     if (!coded)
         return Error{"JPEG: the edited picture is out of range"};

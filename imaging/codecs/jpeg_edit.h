@@ -3,6 +3,7 @@
 
 #include "imaging/base/image.h"
 #include "imaging/base/orientation.h"
+#include "imaging/base/result.h"
 #include "imaging/codecs/jpeg_changes.h"
 #include "imaging/codecs/jpeg_coded_rows.h"
 
@@ -39,6 +40,17 @@ private:
     using McuRows = std::map<int, McuRow>;
     using CodedRows = std::map<int, std::shared_ptr<const Bytes>>;
 
+    /// Why an image could not be represented, and the part of the stored picture that this depends on.
+    struct Refusal {
+        Image image; // upright
+        PixelRect region;
+        Error error;
+    };
+    bool isStillRefused(const Image& upright);
+    PixelRect regionOf(PixelRect square) const;
+    std::optional<PixelRect> findUnfaithful(const std::vector<PixelRect>& squares, const Versions& versions,
+                                            const TouchedMcus& touched) const;
+
     std::vector<PixelRect> squaresAround(const std::vector<int>& mcus, const Versions& versions) const;
     std::vector<int> differingMcus(const Image& upright) const;
     bool isTouched(const Image& stored, int mcu) const;
@@ -52,7 +64,8 @@ private:
     Image m_source;  // as stored
     Image m_current; // upright; a separate image, so that no encoder memory owns itself
     TouchedMcus m_touched;
-    CodedRows m_rows; // MCU rows with touched MCUs
+    CodedRows m_rows;                 // MCU rows with touched MCUs
+    std::optional<Refusal> m_refusal; // of the last update
 };
 
 } // namespace complexion::jpeg
