@@ -4,8 +4,35 @@
 #include "imaging/base/lcms.h"
 
 #include <algorithm>
+#include <array>
 
 namespace complexion {
+
+namespace {
+
+RgbColor clamped(const std::array<double, 3>& color) {
+    return {std::clamp(color[0], 0.0, 1.0), std::clamp(color[1], 0.0, 1.0), std::clamp(color[2], 0.0, 1.0)};
+}
+
+/// The colour of `own`, a profile that is used towards `srgb` only (a scanner's, say), that comes nearest to
+/// `wanted`: each step corrects by the error that is left.
+RgbColor foundBySearch(RgbColor wanted, const LcmsProfile& own, const LcmsProfile& srgb) {
+    constexpr int kSteps = 60;
+    constexpr double kShare = 0.7; // of the error, so that it does not overshoot
+    const LcmsTransform toSrgb(cmsCreateTransform(own.get(), TYPE_RGB_DBL, srgb.get(), TYPE_RGB_DBL,
+                                                  INTENT_RELATIVE_COLORIMETRIC, 0));
+    const std::array<double, 3> target = {wanted.red, wanted.green, wanted.blue};
+    std::array<double, 3> color = target;
+    for (int step = 0; step < kSteps && toSrgb; ++step) {
+        std::array<double, 3> shown = {};
+        cmsDoTransform(toSrgb.get(), color.data(), shown.data(), 1);
+        for (std::size_t c = 0; c < color.size(); ++c)
+            color[c] = std::clamp(color[c] + kShare * (target[c] - shown[c]), 0.0, 1.0);
+    }
+    return clamped(color);
+}
+
+} // namespace
 
 ColorProfile ColorProfile::fromIcc(std::span<const std::uint8_t> icc) {
     ColorProfile profile;
@@ -13,12 +40,9 @@ ColorProfile ColorProfile::fromIcc(std::span<const std::uint8_t> icc) {
     if (!opened || cmsGetColorSpace(opened.get()) != cmsSigRgbData)
         return profile;
     const LcmsProfile srgb(cmsCreate_sRGBProfile());
-    // A profile that cannot be used in both directions can be neither painted nor painted with.
     const LcmsTransform toScreen(cmsCreateTransform(opened.get(), TYPE_RGB_8, srgb.get(), TYPE_RGB_8,
                                                     INTENT_RELATIVE_COLORIMETRIC, 0));
-    const LcmsTransform fromScreen(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, opened.get(), TYPE_RGB_DBL,
-                                                      INTENT_RELATIVE_COLORIMETRIC, 0));
-    if (toScreen && fromScreen)
+    if (toScreen)
         profile.m_icc = std::make_shared<const std::vector<std::uint8_t>>(icc.begin(), icc.end());
     return profile;
 }
@@ -34,10 +58,11 @@ RgbColor ColorProfile::fromSrgb(RgbColor color) const {
     const LcmsProfile own = openLcmsProfile(icc());
     const LcmsTransform transform(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, own.get(), TYPE_RGB_DBL,
                                                      INTENT_RELATIVE_COLORIMETRIC, 0));
-    const double in[3] = {color.red, color.green, color.blue};
-    double out[3] = {};
-    cmsDoTransform(transform.get(), in, out, 1);
-    return {std::clamp(out[0], 0.0, 1.0), std::clamp(out[1], 0.0, 1.0), std::clamp(out[2], 0.0, 1.0)};
+    if (!transform)
+        return foundBySearch(color, own, srgb);
+    std::array<double, 3> out = {};
+    cmsDoTransform(transform.get(), std::array{color.red, color.green, color.blue}.data(), out.data(), 1);
+    return clamped(out);
 }
 
 bool ColorProfile::operator==(const ColorProfile& other) const {

@@ -86,6 +86,27 @@ TEST(ScreenColors, AreWithinALevelOfTheColorLibrarysForCurvesAndForTables) {
     }
 }
 
+TEST(ColorProfile, ThatWorksOneWayOnlyIsUsedThatWay) {
+    // tableProfile without its way back.
+    cmsHPROFILE profile =
+        cmsOpenProfileFromMem(tableProfile().data(), static_cast<cmsUInt32Number>(tableProfile().size()));
+    ASSERT_NE(profile, nullptr);
+    for (const cmsTagSignature tag : {cmsSigBToA0Tag, cmsSigBToA1Tag, cmsSigBToA2Tag})
+        cmsWriteTag(profile, tag, nullptr);
+    const Bytes icc = bytesOfProfile(profile);
+    const ColorProfile oneWay = ColorProfile::fromIcc(icc);
+    ASSERT_FALSE(oneWay.isSrgb());
+    // The colour that is found is shown as the one that is wanted.
+    const ColorProfile bothWays = ColorProfile::fromIcc(tableProfile());
+    for (const RgbColor wanted : {RgbColor{0.8, 0.6, 0.5}, RgbColor{0.3, 0.4, 0.35}}) {
+        const RgbColor found = oneWay.fromSrgb(wanted);
+        const RgbColor expected = bothWays.fromSrgb(wanted);
+        EXPECT_NEAR(found.red, expected.red, 0.02);
+        EXPECT_NEAR(found.green, expected.green, 0.02);
+        EXPECT_NEAR(found.blue, expected.blue, 0.02);
+    }
+}
+
 TEST(ScreenColors, AnSrgbImageNeedsNoConversion) {
     EXPECT_EQ(screenTransform(ColorProfile()), nullptr);
 }
