@@ -64,11 +64,15 @@ void ApplicationSegments::add(int marker, ByteView payload) {
 }
 
 Bytes ApplicationSegments::icc() const {
+    // Some writers number no part: all are "0 of 0", in their order.
+    const bool isNumbered =
+        std::ranges::any_of(m_icc, [](ByteView payload) { return payload[kIccHeaderSize - 1] != 0; });
     std::vector<ByteView> parts(m_icc.size());
-    for (const ByteView payload : m_icc) {
-        const std::size_t number = payload[kIccHeaderSize - 2];
-        if (payload[kIccHeaderSize - 1] != parts.size() || number < 1 || number > parts.size() ||
-            parts[number - 1].data() != nullptr)
+    for (std::size_t i = 0; i < m_icc.size(); ++i) {
+        const ByteView payload = m_icc[i];
+        const std::size_t number = isNumbered ? payload[kIccHeaderSize - 2] : i + 1;
+        if ((isNumbered && payload[kIccHeaderSize - 1] != parts.size()) || number < 1 ||
+            number > parts.size() || parts[number - 1].data() != nullptr)
             return {};
         parts[number - 1] = payload.subspan(kIccHeaderSize);
     }

@@ -168,6 +168,16 @@ TEST(JpegCodec, AProfileOfManySegmentsComesBack) {
     EXPECT_TRUE(decoded(kJpegCodec, encoded(kJpegCodec, soft({20, 20}))).profile().isSrgb());
 }
 
+TEST(JpegCodec, AProfileInSegmentsWithoutNumbersIsRead) {
+    const ColorProfile profile = ColorProfile::fromIcc(wideProfile());
+    Bytes file = encoded(kJpegCodec, soft({20, 20}).withProfile(profile));
+    constexpr std::string_view kName = "ICC_PROFILE";
+    const auto found = std::ranges::search(file, kName);
+    ASSERT_FALSE(found.empty());
+    std::fill_n(found.end() + 1, 2, std::uint8_t{0}); // its number and their count
+    EXPECT_EQ(decoded(kJpegCodec, file).profile(), profile);
+}
+
 TEST(JpegCodec, SidesBeyondTheFormatAreAnError) {
     EXPECT_EQ(kJpegCodec.encode(filled({65501, 1}, grey(9))).error().kind, ErrorKind::FormatCannotHold);
     EXPECT_FALSE(kJpegCodec.encode(filled({1, 65501}, grey(9))));
