@@ -20,6 +20,7 @@ using namespace std::string_view_literals;
 
 constexpr std::string_view kExifChunk = "eXIf";
 constexpr std::string_view kDensityChunk = "pHYs";
+constexpr std::string_view kCodePointsChunk = "cICP";
 constexpr std::string_view kXmpKeyword = "XML:com.adobe.xmp";
 // What JPEG has before an XMP packet, and some software keeps.
 constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
@@ -37,6 +38,14 @@ bool isMetadata(std::string_view name) {
     const auto contains = [name](const auto& names) { return std::ranges::find(names, name) != names.end(); };
     const auto isLower = [name](std::size_t letter) { return name[letter] >= 'a' && name[letter] <= 'z'; };
     return isLower(0) && (contains(kCarried) || (isLower(3) && !contains(kNotCarried)));
+}
+
+/// Whether the samples are red, green and blue: then their space is still that of the source's code points.
+bool isColor(ByteView file) {
+    constexpr std::size_t kColorType = 9; // offset in the header chunk
+    constexpr unsigned kColorBit = 2;
+    const auto header = png::findChunk(file, "IHDR");
+    return header && header->size() > kColorType && ((*header)[kColorType] & kColorBit) != 0;
 }
 
 ByteView withoutStart(ByteView bytes, std::string_view start) {
@@ -177,7 +186,10 @@ Result<FileContents> withPngChunksOf(ByteView source, ByteView written, Thumbnai
         hasDensity = hasDensity || chunk.name == kDensityChunk;
         append(metadata, carriedChunk(chunk, budget));
     }
-    return withChunks(written, metadata, hasDensity);
+    if (const auto codes = png::findChunk(source, kCodePointsChunk);
+        codes && isColor(source) && isColor(written))
+        append(metadata, png::chunk(kCodePointsChunk, *codes));
+    return withChunks(written, metadata, true); // a photo without a density gets none
 }
 
 Result<FileContents> withPngMetadata(const PictureMetadata& source, ByteView written, ThumbnailMaker& maker) {
