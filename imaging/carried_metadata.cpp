@@ -14,7 +14,27 @@ Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Ima
     });
 }
 
-Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture) {
+namespace {
+
+/// The whole file of a start with metadata, the parts that follow it, and attachments.
+void complete(FileContents& file, std::span<const std::shared_ptr<const Bytes>> rest,
+              const KeptAttachments& kept) {
+    Bytes start = file.joined();
+    file.parts.assign(1, nullptr);
+    file.parts.insert(file.parts.end(), rest.begin(), rest.end());
+    std::uint64_t size = start.size();
+    for (const auto& part : rest)
+        size += part->size();
+    setMultiPicturePlaces(start, size, kept);
+    file.parts.front() = std::make_shared<const Bytes>(std::move(start));
+    for (const KeptAttachment& one : kept)
+        file.parts.push_back(one.bytes);
+}
+
+} // namespace
+
+Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture,
+                                    const KeptAttachments& kept) {
     // All that matters of a JPEG or TIFF file is in the encoder's first part, which ends where the coded
     // bytes begin.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
@@ -23,10 +43,13 @@ Result<FileContents> withMetadataOf(ByteView source, const FileContents& written
         container == Container::Tiff || (container == Container::Jpeg && picture.hasPixels());
     if (!isStartEnough)
         return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
-    Result<FileContents> file = withMetadataOf(source, start, picture);
-    if (file)
-        file->parts.insert(file->parts.end(), written.parts.begin() + 1, written.parts.end());
-    return file;
+    return withoutThrowing([&] {
+        PictureThumbnails thumbnails(start, picture);
+        Result<FileContents> file = withMetadataOf(source, start, thumbnails, kept);
+        if (file)
+            complete(*file, std::span(written.parts).subspan(1), kept);
+        return file;
+    });
 }
 
 } // namespace complexion

@@ -4,6 +4,7 @@
 #include "imaging/base/files.h"
 #include "imaging/base/image.h"
 #include "imaging/base/result.h"
+#include "imaging/metadata/jpeg_attachments.h"
 
 namespace complexion {
 
@@ -12,7 +13,9 @@ namespace complexion {
 /// decoded.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
 
-/// The same of a file that is not written yet, as its format's encoder gives it.
-Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {});
+/// The same of a file that is not written yet, as its format's encoder gives it. Of a JPEG file `kept`, which
+/// are attachments of `source`, follow it.
+Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {},
+                                    const KeptAttachments& kept = {});
 
 } // namespace complexion

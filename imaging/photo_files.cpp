@@ -7,6 +7,7 @@
 #include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/opening.h"
+#include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
@@ -21,17 +22,24 @@ constexpr int kThumbnailSource = 1024;
 /// Writes `file`, the coded image, with the metadata of `photo`; without where it cannot be had.
 Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::path& path,
                                const Result<Bytes>& photo, const Image& picture,
-                               const std::filesystem::path& source) {
+                               const std::filesystem::path& source, const KeptAttachments& kept) {
     const CreationDate date = ImageTools::ImageCreationDate(source);
     const std::optional<Readers> readers = readersOf(source);
     const Result<FileContents> whole =
-        photo ? withMetadataOf(*photo, file, picture) : Result<FileContents>(photo.error());
+        photo ? withMetadataOf(*photo, file, picture, kept) : Result<FileContents>(photo.error());
     if (!whole && whole.error().kind == ErrorKind::OutOfMemory)
         return whole.error();
     if (!whole || !writeFileAtomically(path, *whole, readers))
         return writeFileAtomically(path, file, readers);
     carryCreationDate(path, date);
     return Done();
+}
+
+/// What follows the picture in a file that is saved as `format`.
+KeptAttachments keptBeside(const Image& image, std::string_view format, const Result<Bytes>& photo) {
+    const bool areJpeg =
+        photo && codecForContent(*photo) == &kJpegCodec && codecForExtension(format) == &kJpegCodec;
+    return areJpeg ? keptAttachments(*photo, image) : KeptAttachments();
 }
 
 } // namespace
@@ -49,7 +57,8 @@ Result<OpenedPhoto> openPhoto(const std::filesystem::path& path) {
             return size.error();
         return OpenedPhoto{.image = atActualSize(picture->image, *size),
                            .extension = codecForContent(*file)->extension,
-                           .damage = std::move(picture->damage)};
+                           .damage = std::move(picture->damage),
+                           .losses = savingLosses(*file, picture->image)};
     });
 }
 
@@ -65,7 +74,7 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
             return file.error();
         const Image picture = turnedForStorage(halvedTo(image, kThumbnailSource), orientation);
         if (file)
-            return writeWithMetadata(*file, path, photo, picture, source);
+            return writeWithMetadata(*file, path, photo, picture, source, keptBeside(image, format, photo));
         // Whatever stands there is given the metadata.
         ImageTools::ChangeImageExif(source, path, picture);
         return file.error();

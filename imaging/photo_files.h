@@ -3,10 +3,12 @@
 
 #include "imaging/base/image.h"
 #include "imaging/base/result.h"
+#include "imaging/saving_losses.h"
 
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace complexion {
 
@@ -23,6 +25,8 @@ struct OpenedPhoto {
     /// What is wrong with a file that was truncated or damaged, of whose picture parts are missing; nothing
     /// for a whole one.
     std::optional<Error> damage = {};
+    /// What of the photo a result that is saved of it will not have.
+    std::vector<SavingLoss> losses = {};
 };
 
 /// DecodeImage, ImageActualSize and BringImageToActualSize; an error when the file cannot be decoded or

@@ -22,6 +22,7 @@ public:
     /// Sets the decoded picture, which the file stores with `orientation`. Call before `encode`.
     void setPicture(const Image& upright, Orientation orientation);
     Orientation orientation() const { return m_orientation; }
+    const Image& upright() const { return m_upright; }
 
     /// Starts reading the coefficients on another core. Otherwise the first encoding reads them.
     void prepare();

@@ -33,11 +33,6 @@ std::size_t nextMarkerCode(ByteView file, std::size_t position) {
     return static_cast<std::size_t>(at - file.begin());
 }
 
-/// Start of frame 0 to 15 without the three codes in their range that mean tables (C4, C8, CC).
-bool isFrame(std::uint8_t code) {
-    return code >= 0xc0 && code <= 0xcf && code != 0xc4 && code != 0xc8 && code != 0xcc;
-}
-
 } // namespace
 
 Segments split(ByteView file) {
@@ -75,11 +70,15 @@ Bytes segment(std::uint8_t code, ByteView payload) {
     return segment;
 }
 
+bool isFrameHeader(std::uint8_t code) {
+    return code >= 0xc0 && code <= 0xcf && code != 0xc4 && code != 0xc8 && code != 0xcc;
+}
+
 std::optional<PixelSize> pixelSize(ByteView file) {
     if (!startsWith(file, "\xff\xd8"))
         return std::nullopt;
     for (const Segment& segment : split(file).segments)
-        if (isFrame(segment.marker) && segment.payload.size() >= 5) {
+        if (isFrameHeader(segment.marker) && segment.payload.size() >= 5) {
             // Precision, then lines, then samples per line.
             const auto lines = static_cast<int>(numberAt(segment.payload, 1, 2, ByteOrder::BigEndian));
             const auto samples = static_cast<int>(numberAt(segment.payload, 3, 2, ByteOrder::BigEndian));

@@ -49,6 +49,9 @@ Bytes segment(std::uint8_t marker, ByteView payload);
 /// The size that the file's frame header tells, as stored.
 std::optional<PixelSize> pixelSize(ByteView file);
 
+/// Whether a marker begins a frame header: SOF0 to SOF15, without DHT, JPG and DAC.
+bool isFrameHeader(std::uint8_t marker);
+
 /// Where the picture that `file` begins with ends: behind its end-of-image marker, whatever its scans.
 /// Nothing for a picture without that marker.
 std::optional<std::size_t> pictureEnd(ByteView file);

@@ -31,7 +31,11 @@ struct Carrier {
 };
 
 constexpr std::array<Carrier, 5> kCarriers = {{
-    {Container::Jpeg, readJpegMetadata, withJpegSegmentsOf, withJpegMetadata, exifForJpeg},
+    {Container::Jpeg, readJpegMetadata,
+     [](ByteView source, ByteView written, ThumbnailMaker& maker) {
+         return withJpegSegmentsOf(source, written, maker);
+     },
+     withJpegMetadata, exifForJpeg},
     {Container::Png, readPngMetadata, withPngChunksOf, withPngMetadata, exifForPng},
     {Container::Tiff, readTiffMetadata,
      [](ByteView source, ByteView written, ThumbnailMaker&) { return withTiffTagsOf(source, written); },
@@ -68,12 +72,15 @@ static_assert([] {
 
 } // namespace
 
-Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails) {
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails,
+                                    const KeptAttachments& kept) {
     const auto from = containerOf(source);
     const auto into = containerOf(written);
     if (!from || !into)
         return Error{"not a picture file"};
     return withoutThrowing([&] {
+        if (from == Container::Jpeg && into == Container::Jpeg)
+            return withJpegSegmentsOf(source, written, thumbnails, kept);
         return from == into
                    ? carrierOf(*into).withBlocksOf(source, written, thumbnails)
                    : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, thumbnails);

@@ -6,6 +6,7 @@
 #include "imaging/base/result.h"
 #include "imaging/containers/byte_order.h"
 #include "imaging/containers/container.h"
+#include "imaging/metadata/jpeg_attachments.h"
 #include "imaging/metadata/thumbnail_maker.h"
 
 namespace complexion {
@@ -19,15 +20,16 @@ namespace complexion {
 /// - blocks that describe how the source's pixels or colours are coded: jpeg_metadata.cpp, png_metadata.cpp
 ///   and gif_metadata.cpp name the blocks, exif_block.cpp the TIFF tags;
 /// - other pictures in the source, because they show the unretouched photo: further pages and frames,
-/// previews,
-///   gain maps, layers, thumbnails in Photoshop resources, XMP and IPTC. The EXIF thumbnail is rendered
+///   previews, layers, thumbnails in Photoshop resources, XMP and IPTC. The EXIF thumbnail is rendered
 ///   again, or dropped where that is not possible;
-/// - what is behind a JPEG file's end, and signatures over the source's bytes;
+/// - what is behind a JPEG file's end, but for `kept`, and signatures over the source's bytes;
 /// - blocks whose check sums are wrong, and entries that point outside the file.
 /// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.
 /// Maker notes are never changed: a preview within one stays.
-/// `thumbnails` makes those of what `written` shows.
-Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails);
+/// `thumbnails` makes those of what `written` shows. Between JPEG files, what the metadata tell of `kept`
+/// attachments is carried, too; these are to follow the file, and its multi-picture index is to be set.
+Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails,
+                                    const KeptAttachments& kept = {});
 
 /// The orientation that the metadata of `source` will state in a file of format `target`.
 Orientation carriedOrientation(ByteView source, Container target);

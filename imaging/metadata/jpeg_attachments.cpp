@@ -4,10 +4,11 @@
 #include "imaging/containers/jpeg_segments.h"
 #include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/jpeg_xmp.h"
-#include "imaging/metadata/xml_elements.h"
+#include "imaging/metadata/xml_blanking.h"
 #include "imaging/metadata/xmp_packet.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <string>
 #include <string_view>
@@ -22,6 +23,8 @@ constexpr std::string_view kIndexStart = "MPF\0"sv;
 constexpr std::string_view kGainMapStart = "urn:iso:std:iso:ts:21496:-1\0"sv;
 constexpr unsigned kEntriesTag = 0xB002;
 constexpr std::size_t kEntryLength = 16;
+constexpr std::size_t kEntrySize = 4; // offsets in an entry
+constexpr std::size_t kEntryBegin = 8;
 constexpr std::size_t kSegmentHead = 4; // marker and length
 
 using Kind = JpegAttachment::Kind;
@@ -44,10 +47,10 @@ std::optional<MultiPictureIndex> indexIn(ByteView file, const jpeg::Segment& seg
         const auto number = [&](std::size_t offset) {
             return numberAt(entries->value, at + offset, 4, header->order);
         };
-        const std::uint64_t offset = number(8);
+        const std::uint64_t offset = number(kEntryBegin);
         index.entries.push_back({.attribute = static_cast<std::uint32_t>(number(0)),
                                  .begin = offset == 0 ? 0 : offset + index.header,
-                                 .size = number(4)});
+                                 .size = number(kEntrySize)});
     }
     return index;
 }
@@ -89,6 +92,9 @@ std::string_view valueOf(std::string_view xml, std::string_view name, std::size_
     return end == std::string_view::npos ? std::string_view() : xml.substr(begin + 1, end - begin - 1);
 }
 
+constexpr std::string_view kItem = "Container:Item";
+constexpr std::string_view kPicture = "Primary"; // the semantic of the file's own picture
+
 /// An item of the container directory.
 struct Item {
     std::string_view semantic;
@@ -118,37 +124,88 @@ Kind kindOf(const Item& item, ByteView bytes) {
     return item.mime.starts_with("video/") ? Kind::Movie : kindOf(bytes);
 }
 
+/// What says that a file has a movie, and where.
+constexpr std::array kMovieProperties = {"GCamera:MotionPhoto"sv,
+                                         "GCamera:MotionPhotoVersion"sv,
+                                         "GCamera:MotionPhotoPresentationTimestampUs"sv,
+                                         "Camera:MotionPhoto"sv,
+                                         "Camera:MotionPhotoVersion"sv,
+                                         "Camera:MotionPhotoPresentationTimestampUs"sv,
+                                         "GCamera:MicroVideo"sv,
+                                         "GCamera:MicroVideoVersion"sv,
+                                         "GCamera:MicroVideoOffset"sv,
+                                         "GCamera:MicroVideoPresentationTimestampUs"sv};
+
+/// Replaces the number of a property in the element from `begin` to `end`.
+void setNumber(std::string& xml, std::size_t begin, std::size_t end, std::string_view name,
+               std::uint64_t number) {
+    const std::string_view value = valueOf(std::string_view(xml).substr(0, end), name, begin);
+    if (!value.empty())
+        xml.replace(static_cast<std::size_t>(value.data() - xml.data()), value.size(),
+                    std::to_string(number));
+}
+
+/// Has the item at `begin` tell the length of what it has become, or blanks it if that is not kept (`none`).
+void tellOfItem(std::string& xml, std::size_t begin, KeptAttachments::const_iterator found,
+                KeptAttachments::const_iterator none) {
+    const std::size_t end = elementEnd(xml, kItem, begin);
+    if (end == std::string::npos)
+        return;
+    const bool isPicture =
+        valueOf(std::string_view(xml).substr(begin, end - begin), "Item:Semantic") == kPicture;
+    if (isPicture)
+        setNumber(xml, begin, end, "Item:Padding", 0);
+    if (found != none)
+        setNumber(xml, begin, end, "Item:Length", found->bytes->size());
+    if (isPicture || found != none)
+        return;
+    // With the list item around it.
+    const std::size_t listBegin = xml.rfind("<rdf:li", begin);
+    const std::size_t listEnd = xml.find("</rdf:li>", end);
+    const bool isListed = listBegin != std::string::npos && listEnd != std::string::npos;
+    const std::size_t from = isListed ? listBegin : begin;
+    const std::size_t to = isListed ? listEnd + "</rdf:li>"sv.size() : end;
+    xml.replace(from, to - from, to - from, ' ');
+}
+
 class Collector {
 public:
     explicit Collector(ByteView file)
         : m_file(file), m_pictureEnd(jpeg::pictureEnd(file).value_or(file.size())) {}
 
-    void add(Kind kind, ByteView bytes) {
-        const bool isBehind = !bytes.empty() && begin(bytes) >= m_pictureEnd;
-        const bool isNew = std::ranges::none_of(
-            m_found, [&](const JpegAttachment& other) { return begin(other.bytes) == begin(bytes); });
-        if (isBehind && isNew)
-            m_found.push_back({kind, bytes});
+    void add(const JpegAttachment& attachment) {
+        if (attachment.bytes.empty() || begin(attachment.bytes) < m_pictureEnd)
+            return;
+        const auto same = std::ranges::find_if(m_found, [&](const JpegAttachment& other) {
+            return begin(other.bytes) == begin(attachment.bytes);
+        });
+        if (same == m_found.end())
+            m_found.push_back(attachment);
+        else if (!same->item)
+            same->item = attachment.item;
     }
     void addIndexed() {
-        if (const std::optional<MultiPictureIndex> index = multiPictureIndex(m_file))
-            for (const MultiPictureEntry& entry : index->entries) {
-                const ByteView bytes = slice(m_file, entry.begin, entry.size);
-                if (bytes.size() == entry.size)
-                    add(kindOf(bytes), bytes);
-            }
+        const std::optional<MultiPictureIndex> index = multiPictureIndex(m_file);
+        for (std::size_t i = 0; index && i < index->entries.size(); ++i) {
+            const MultiPictureEntry& entry = index->entries[i];
+            const ByteView bytes = slice(m_file, entry.begin, entry.size);
+            if (bytes.size() == entry.size)
+                add({.kind = kindOf(bytes), .bytes = bytes, .entry = i});
+        }
     }
     void addItems(std::string_view xmp) {
         std::uint64_t at = m_pictureEnd;
-        for (const Item& item : itemsOf(xmp)) {
+        const std::vector<Item> items = itemsOf(xmp);
+        for (std::size_t i = 0; i < items.size(); ++i) {
+            const Item& item = items[i];
             const ByteView bytes = slice(m_file, at, item.length);
-            if (item.semantic != "Primary" && bytes.size() == item.length)
-                add(kindOf(item, bytes), bytes);
-            at += (item.semantic == "Primary" ? 0 : bytes.size()) + item.padding;
+            if (item.semantic != kPicture && bytes.size() == item.length)
+                add({.kind = kindOf(item, bytes), .bytes = bytes, .item = i});
+            at += (item.semantic == kPicture ? 0 : bytes.size()) + item.padding;
         }
         const std::optional<std::uint64_t> fromEnd = numberIn(valueOf(xmp, "MicroVideoOffset"));
         if (fromEnd && *fromEnd < m_file.size())
-            add(Kind::Movie, m_file.last(static_cast<std::size_t>(*fromEnd)));
+            add({.kind = Kind::Movie, .bytes = m_file.last(static_cast<std::size_t>(*fromEnd))});
     }
     /// A movie that nothing points to begins behind the picture.
     void addMovie() {
@@ -158,7 +215,7 @@ public:
         const bool hasMovie = std::ranges::any_of(
             m_found, [](const JpegAttachment& other) { return other.kind == Kind::Movie; });
         if (!hasMovie && at != std::string_view::npos && at >= kBoxHead)
-            add(Kind::Movie, rest.subspan(at - kBoxHead));
+            add({.kind = Kind::Movie, .bytes = rest.subspan(at - kBoxHead)});
     }
     std::vector<JpegAttachment> sorted() && {
         std::ranges::sort(m_found, {}, [](const JpegAttachment& found) { return found.bytes.data(); });
@@ -192,6 +249,69 @@ std::vector<JpegAttachment> jpegAttachments(ByteView file) {
     collector.addItems(textOf(xmp));
     collector.addMovie();
     return std::move(collector).sorted();
+}
+
+std::string xmpTellingOf(const KeptAttachments& kept, std::string_view xmp) {
+    std::string xml(xmp);
+    for (const std::string_view name : kMovieProperties)
+        blankProperty(xml, name);
+    if (std::ranges::none_of(kept, [](const auto& one) { return one.source.kind == Kind::GainMap; }))
+        blankProperty(xml, "hdrgm:Version");
+    if (std::ranges::none_of(kept, [](const auto& one) { return one.source.item.has_value(); }))
+        blankElements(xml, "Container:Directory");
+    // From the last on: what changes its length leaves the places before it.
+    std::vector<std::size_t> places;
+    for (std::size_t at = 0; (at = xml.find("<" + std::string(kItem), at)) != std::string::npos; ++at)
+        places.push_back(at);
+    for (std::size_t i = places.size(); i-- > 0;)
+        tellOfItem(xml, places[i],
+                   std::ranges::find_if(kept, [i](const auto& one) { return one.source.item == i; }),
+                   kept.end());
+    return xml;
+}
+
+Bytes multiPictureSegment(const MultiPictureIndex& source, const KeptAttachments& kept) {
+    constexpr unsigned kVersionTag = 0xB000;
+    constexpr unsigned kCountTag = 0xB001;
+    Bytes entries;
+    const ByteOrder order = source.isBigEndian ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
+    const auto appendEntry = [&](std::uint32_t attribute) {
+        appendNumber(entries, 4, order, attribute);
+        entries.resize(entries.size() + kEntryLength - 4);
+    };
+    appendEntry(source.entries.front().attribute);
+    for (const KeptAttachment& one : kept)
+        if (one.source.entry)
+            appendEntry(source.entries[*one.source.entry].attribute);
+    if (entries.size() <= kEntryLength)
+        return {};
+    tiff::Directory directory;
+    directory.entries = {
+        tiff::entryOfBytes(kVersionTag, tiff::type::kUndefined, bytesOf("0100")),
+        tiff::entryOfNumbers(kCountTag, tiff::type::kLong, {entries.size() / kEntryLength}, order),
+        tiff::entryOfBytes(kEntriesTag, tiff::type::kUndefined, entries)};
+    tiff::Layout layout(order, false);
+    Bytes payload(kIndexStart.begin(), kIndexStart.end());
+    append(payload, layout.finish(layout.placeDirectory(directory)));
+    return jpeg::segment(jpeg::marker::app(2), payload);
+}
+
+void setMultiPicturePlaces(Bytes& start, std::uint64_t pictureEnd, const KeptAttachments& kept) {
+    const std::optional<MultiPictureIndex> index = multiPictureIndex(start);
+    if (!index)
+        return;
+    const ByteOrder order = index->isBigEndian ? ByteOrder::BigEndian : ByteOrder::LittleEndian;
+    std::size_t entry = index->header - kIndexStart.size() - kSegmentHead + index->entriesAt;
+    setNumberAt(start, entry + kEntrySize, 4, order, pictureEnd);
+    std::uint64_t begin = pictureEnd;
+    for (const KeptAttachment& one : kept) {
+        if (one.source.entry) {
+            entry += kEntryLength;
+            setNumberAt(start, entry + kEntrySize, 4, order, one.bytes->size());
+            setNumberAt(start, entry + kEntryBegin, 4, order, begin - index->header);
+        }
+        begin += one.bytes->size();
+    }
 }
 
 } // namespace complexion

@@ -25,6 +25,7 @@ using namespace std::string_view_literals;
 constexpr std::string_view kExifStart = "Exif\0\0"sv;
 constexpr std::string_view kPhotoshopStart = "Photoshop 3.0\0"sv;
 constexpr std::string_view kJfifStart = "JFIF\0"sv;
+constexpr std::string_view kGainMapStart = "urn:iso:std:iso:ts:21496:-1\0"sv; // ISO 21496-1, annex C
 
 // Offsets in a JFIF payload: the density's unit, the densities, then the size of a thumbnail and its pixels.
 constexpr std::size_t kJfifUnit = 7;
@@ -68,17 +69,17 @@ struct SegmentKind {
 /// Application segments that are not carried: the new file has its own, or they describe the coding or other
 /// pictures in the file.
 constexpr std::array kLeftBehind = {
-    SegmentKind{0, "JFIF\0"sv},                        // copied field by field
-    SegmentKind{0, "JFXX\0"sv},                        // a thumbnail
-    SegmentKind{0, "AVI1"sv},                          // video field order
-    SegmentKind{2, "ICC_PROFILE\0"sv},                 // the encoder wrote the pixels' own profile
-    SegmentKind{2, "MPF\0"sv},                         // offsets of further pictures
-    SegmentKind{2, "urn:iso:std:iso:ts:21496:-1\0"sv}, // a gain map
-    SegmentKind{3, "_JPSJPS_"sv},                      // stereo layout
-    SegmentKind{8, "SPIFF\0"sv},                       // size and coding of the source of the source
-    SegmentKind{11, ""sv},      // residual images, and signatures over the source's bytes
-    SegmentKind{14, "Adobe"sv}, // colour transform of the source's coding
-    SegmentKind{15, "Q "sv},    // quality of the source's coding
+    SegmentKind{0, "JFIF\0"sv},        // copied field by field
+    SegmentKind{0, "JFXX\0"sv},        // a thumbnail
+    SegmentKind{0, "AVI1"sv},          // video field order
+    SegmentKind{2, "ICC_PROFILE\0"sv}, // the encoder wrote the pixels' own profile
+    SegmentKind{2, "MPF\0"sv},         // offsets of further pictures
+    SegmentKind{2, kGainMapStart},     // a gain map, unless that is kept
+    SegmentKind{3, "_JPSJPS_"sv},      // stereo layout
+    SegmentKind{8, "SPIFF\0"sv},       // size and coding of the source of the source
+    SegmentKind{11, ""sv},             // residual images, and signatures over the source's bytes
+    SegmentKind{14, "Adobe"sv},        // colour transform of the source's coding
+    SegmentKind{15, "Q "sv},           // quality of the source's coding
 };
 
 bool isMetadata(const jpeg::Segment& segment) {
@@ -181,15 +182,32 @@ Bytes exifStatingResolution(Bytes exif, const std::optional<Resolution>& resolut
                                                                      : std::move(exif);
 }
 
+/// What is behind the source's picture, as the segments tell of it.
+struct Attached {
+    std::optional<MultiPictureIndex> index;
+    const KeptAttachments& kept;
+
+    bool hasGainMap() const {
+        return std::ranges::any_of(
+            kept, [](const KeptAttachment& one) { return one.source.kind == JpegAttachment::Kind::GainMap; });
+    }
+};
+
+bool isGainMapVersion(const jpeg::Segment& segment) {
+    return isSegment(segment, jpeg::marker::app(2), kGainMapStart);
+}
+
 /// The metadata segments for the new file; `withJfif` is false if that must not have a JFIF segment.
-Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif, ThumbnailMaker& maker) {
+Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif, ThumbnailMaker& maker,
+                      const Attached& attached) {
     Bytes carried;
     const jpeg::Segment* jfif = findJfif(segments);
     const std::optional<Resolution> forExif =
         withJfif || !jfif ? std::nullopt : resolutionForExif(jfifResolution(*jfif));
     if (forExif && std::ranges::none_of(segments, isExif))
         appendBlock(carried, jpeg::marker::app(1), kExifStart, exifWithResolution({}, *forExif));
-    const CarriedJpegXmp xmp(segments);
+    const CarriedJpegXmp xmp(segments,
+                             [&](std::string_view packet) { return xmpTellingOf(attached.kept, packet); });
     bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
         const jpeg::Segment& segment = segments[i];
@@ -217,7 +235,9 @@ Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif,
             end = photoshopEnd(segments, i);
             appendBlock(carried, segment.marker, kPhotoshopStart,
                         resourcesToCarry(joined(segments, i, end, kPhotoshopStart.size())));
-        } else if (isMetadata(segment)) {
+        } else if (attached.index && segment.whole.data() == attached.index->segment.data()) {
+            append(carried, multiPictureSegment(*attached.index, attached.kept));
+        } else if (isMetadata(segment) || (isGainMapVersion(segment) && attached.hasGainMap())) {
             append(carried, segment.whole);
         }
     }
@@ -292,7 +312,9 @@ PictureMetadata readJpegMetadata(ByteView file) {
             metadata.notes.push_back({std::string(kCommentKeyword), utf8Of(segment.payload)});
         }
     }
-    metadata.xmp = xmpOfJpeg(segments);
+    const Bytes xmp = xmpOfJpeg(segments);
+    const std::string alone = xmpTellingOf({}, textOf(xmp)); // other formats keep the picture alone
+    metadata.xmp.assign(alone.begin(), alone.end());
     metadata.iptc = iptcOfResources(resources);
     metadata.photoshop = resourcesWithoutIptc(resources);
     if (const jpeg::Segment* jfif = findJfif(segments))
@@ -307,11 +329,13 @@ Bytes exifForJpeg(const PictureMetadata& metadata) {
     return exifWithin(metadata.exif, kMaxExifBytes);
 }
 
-Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
+Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
+                                        const KeptAttachments& kept) {
     const std::vector<jpeg::Segment> segments = jpeg::split(source).segments;
     const jpeg::Segments jpeg = jpeg::split(written);
     return withSegments(jpeg, {determinesJfif(segments) ? Jfif::Removed : Jfif::Kept, {}},
-                        carriedSegments(segments, !isCodedInRgb(jpeg.segments), maker));
+                        carriedSegments(segments, !isCodedInRgb(jpeg.segments), maker,
+                                        {.index = multiPictureIndex(source), .kept = kept}));
 }
 
 Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,

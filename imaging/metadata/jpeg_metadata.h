@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/base/result.h"
+#include "imaging/metadata/jpeg_attachments.h"
 #include "imaging/metadata/picture_metadata.h"
 #include "imaging/metadata/thumbnail_maker.h"
 
@@ -11,8 +12,11 @@ namespace complexion {
 PictureMetadata readJpegMetadata(ByteView file);
 
 /// `written`, a JPEG file, with the metadata segments of `source`, another one, byte for byte and in their
-/// order, except what describes the coding or shows the picture before.
-Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker);
+/// order, except what describes the coding or shows the picture before. Of what is behind the source's
+/// picture they tell what is `kept`; the places in the multi-picture index have to be set when the file's
+/// length is known.
+Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
+                                        const KeptAttachments& kept = {});
 
 /// `written`, a JPEG file, with metadata that comes from another format.
 Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,

@@ -124,26 +124,33 @@ Bytes segmentsOfXmp(ByteView packet) {
     return segments;
 }
 
-CarriedJpegXmp::CarriedJpegXmp(const std::vector<jpeg::Segment>& segments) {
+Bytes CarriedJpegXmp::changed(ByteView packet) const {
+    const Bytes utf8 = xmpInUtf8(packet);
+    const std::string text = m_change(textOf(utf8));
+    return text == textOf(utf8) ? xmpToCarry(packet) : xmpToCarry(bytesOf(text));
+}
+
+CarriedJpegXmp::CarriedJpegXmp(const std::vector<jpeg::Segment>& segments, Change change)
+    : m_change(std::move(change)) {
     const jpeg::Segment* main = findMain(segments);
     if (!main)
         return;
     const Bytes packet = xmpInUtf8(packetIn(*main));
     std::vector<const jpeg::Segment*> pieces = piecesFor(segments, packet);
     const Bytes extension = joined(pieces);
-    const Bytes changed = xmpToCarry(extension);
-    if (changed == extension)
+    const Bytes newExtension = changed(extension);
+    if (newExtension == extension)
         return;
     // Replaces the old digest by that of the changed extension.
-    const Bytes carriedMain = xmpToCarry(packet);
+    const Bytes carriedMain = changed(packet);
     std::string text(textOf(carriedMain));
     const std::string_view digest = xmpExtensionDigest(text);
     if (digest.size() != kXmpDigestLength)
         return;
     text.replace(static_cast<std::size_t>(digest.data() - text.data()), digest.size(),
-                 xmpDigest(textOf(changed)));
+                 xmpDigest(textOf(newExtension)));
     m_replacement = text.size() <= kMaxMainBytes ? mainSegment(text) : segmentsOfXmp(bytesOf(text));
-    append(m_replacement, extensionSegments(textOf(changed)));
+    append(m_replacement, extensionSegments(textOf(newExtension)));
     m_main = main->whole;
     m_pieces = std::move(pieces);
     std::ranges::sort(m_pieces);
@@ -156,7 +163,7 @@ std::optional<Bytes> CarriedJpegXmp::carried(const jpeg::Segment& segment) const
         return Bytes();
     if (!isXmpSegment(segment))
         return std::nullopt;
-    const Bytes packet = xmpToCarry(packetIn(segment));
+    const Bytes packet = changed(packetIn(segment));
     if (std::ranges::equal(packet, packetIn(segment)))
         return Bytes(segment.whole.begin(), segment.whole.end());
     return segmentsOfXmp(packet);

@@ -3,6 +3,10 @@
 
 #include "imaging/containers/jpeg_segments.h"
 
+#include <functional>
+#include <string>
+#include <string_view>
+
 namespace complexion {
 
 bool isXmpSegment(const jpeg::Segment& segment);
@@ -14,15 +18,20 @@ Bytes xmpOfJpeg(const std::vector<jpeg::Segment>& segments);
 /// Splits a packet of any length into segments.
 Bytes segmentsOfXmp(ByteView packet);
 
-/// A file's XMP segments as they are carried to another JPEG file: byte for byte, except for thumbnails.
+/// A file's XMP segments as they are carried to another JPEG file: byte for byte, except for thumbnails and
+/// for what `change` makes of a packet in UTF-8, which it may return as it is.
 class CarriedJpegXmp {
 public:
-    explicit CarriedJpegXmp(const std::vector<jpeg::Segment>& segments);
+    using Change = std::function<std::string(std::string_view packet)>;
+    CarriedJpegXmp(const std::vector<jpeg::Segment>& segments, Change change);
 
     /// The bytes that replace `segment` in the new file; nullopt if it is not an XMP segment.
     std::optional<Bytes> carried(const jpeg::Segment& segment) const;
 
 private:
+    Bytes changed(ByteView packet) const;
+
+    Change m_change;
     // Empty unless the extension changes.
     ByteView m_main;
     std::vector<const jpeg::Segment*> m_pieces; // sorted by address

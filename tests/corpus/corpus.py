@@ -24,6 +24,7 @@ from pathlib import Path
 
 import numpy
 
+import declarations
 import exact_jpeg
 import independent_readers as readers
 import metadata_check
@@ -164,6 +165,13 @@ def examine_coding(outcome, report, photo, folder):
     return exact_jpeg.changed_outside(photo, saved) if outcome.exact == exact_jpeg.EXACT else ""
 
 
+def dangling_declaration(outcome, photo, folder):
+    saved = folder / ("saved" + photo.suffix.lower())
+    if outcome.broken or not saved.exists() or format_of(saved) != "JPEG":
+        return ""
+    return declarations.dangling(saved)
+
+
 def opened_pixels(report, folder):
     shape = (int(report["height"]), int(report["width"]), 4)
     return numpy.fromfile(folder / "opened.rgba", numpy.uint8).reshape(shape)
@@ -211,6 +219,7 @@ def examine(photo, root):
             outcome.why = wrong_in_session(outcome, report)
             outcome.why = outcome.why or lost_metadata(outcome, photo, folder)
             outcome.why = outcome.why or examine_coding(outcome, report, photo, folder)
+            outcome.why = outcome.why or dangling_declaration(outcome, photo, folder)
             if outcome.seconds > SECONDS_TO_OPEN and not SANITIZED:
                 outcome.why = f"opened after {outcome.seconds} s"
             outcome.result = "wrong" if outcome.why else "opened"

@@ -19,8 +19,8 @@ struct JpegRecipe {
     int components = 3;
     J_COLOR_SPACE samples = JCS_RGB; // of what is handed in
     int quality = 100;
-    Bytes exif; // from its byte order mark on
-    Bytes icc;
+    Bytes exif = {}; // from its byte order mark on
+    Bytes icc = {};
     /// Further settings, before the file is begun.
     std::function<void(jpeg_compress_struct&)> adjust = [](jpeg_compress_struct&) {};
 };

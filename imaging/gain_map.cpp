@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/gain_map.h"
+
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_original.h"
+#include "imaging/containers/jpeg_segments.h"
+#include "imaging/image_tools.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace complexion {
+
+namespace {
+
+constexpr std::int64_t kThreshold = 4; // levels of the map
+constexpr int kMinRadius = 3;          // pixels of the map
+
+/// The pixels of a map that changed ones of its photo lie in.
+class TouchedPixels {
+public:
+    TouchedPixels(PixelSize map, PixelSize photo)
+        : m_map(map), m_photo(photo), m_isTouched(static_cast<std::size_t>(map.area())) {}
+
+    void touch(int x, int y) {
+        const std::int64_t column = std::int64_t{x} * m_map.width / m_photo.width;
+        const std::int64_t row = std::int64_t{y} * m_map.height / m_photo.height;
+        m_isTouched[static_cast<std::size_t>(row * m_map.width + column)] = true;
+    }
+
+    /// The bounds of each group of touched pixels that are neighbours. Forgets them.
+    std::vector<PixelRect> groups() {
+        std::vector<PixelRect> all;
+        for (int y = 0; y < m_map.height; ++y)
+            for (int x = 0; x < m_map.width; ++x)
+                if (isTouched(x, y))
+                    all.push_back(takeGroup(x, y));
+        return all;
+    }
+
+private:
+    bool isTouched(int x, int y) const {
+        return x >= 0 && y >= 0 && x < m_map.width && y < m_map.height && m_isTouched[index(x, y)];
+    }
+    std::size_t index(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(m_map.width) +
+               static_cast<std::size_t>(x);
+    }
+
+    PixelRect takeGroup(int x, int y) {
+        PixelRect bounds;
+        std::vector<PixelRect> open = {{x, y, 1, 1}};
+        m_isTouched[index(x, y)] = false;
+        while (!open.empty()) {
+            const PixelRect pixel = open.back();
+            open.pop_back();
+            bounds = bounds.united(pixel);
+            for (int row = pixel.y - 1; row <= pixel.y + 1; ++row)
+                for (int column = pixel.x - 1; column <= pixel.x + 1; ++column)
+                    if (isTouched(column, row)) {
+                        m_isTouched[index(column, row)] = false;
+                        open.push_back({column, row, 1, 1});
+                    }
+        }
+        return bounds;
+    }
+
+    PixelSize m_map;
+    PixelSize m_photo;
+    std::vector<bool> m_isTouched;
+};
+
+/// The parts of the picture, each a tile, in which `before` and `after` do not share their pixels.
+std::vector<PixelRect> unsharedTiles(const Image& before, const Image& after) {
+    std::vector<PixelRect> parts;
+    for (int index = 0; index < after.bandCount(); ++index) {
+        const auto old = before.storedBand(index);
+        const auto now = after.storedBand(index);
+        const PixelRect band = after.bandRect(index);
+        for (std::size_t column = 0; old != now && column < now->tiles().size(); ++column)
+            if (old->tiles()[column] != now->tiles()[column])
+                parts.push_back({static_cast<int>(column) * Tile::kWidth, band.y,
+                                 now->tiles()[column]->block().size.width, band.height});
+    }
+    return parts;
+}
+
+/// Where the map has to be repaired.
+std::vector<PixelRect> placesToRepair(PixelSize map, const Image& before, const Image& after,
+                                      Orientation orientation) {
+    const PixelSize upright = after.pixelSize();
+    const PixelSize stored = uprightSize(upright, orientation); // turning back swaps the sides likewise
+    TouchedPixels touched(map, stored);
+    const PixelSize tile = {Tile::kWidth, Tile::kHeight};
+    std::vector<RGBA32> old(static_cast<std::size_t>(tile.area()));
+    std::vector<RGBA32> now(old.size());
+    for (const PixelRect part : unsharedTiles(before, after)) {
+        before.read(part, old.data(), part.width);
+        after.read(part, now.data(), part.width);
+        for (int y = 0; y < part.height; ++y)
+            for (int x = 0; x < part.width; ++x) {
+                const auto i = static_cast<std::size_t>(y) * static_cast<std::size_t>(part.width) +
+                               static_cast<std::size_t>(x);
+                if (old[i] == now[i])
+                    continue;
+                const PixelRect place = storedPlace({part.x + x, part.y + y, 1, 1}, upright, orientation);
+                touched.touch(place.x, place.y);
+            }
+    }
+    return touched.groups();
+}
+
+Image repaired(Image map, const std::vector<PixelRect>& places) {
+    for (const PixelRect& place : places) {
+        const Point center = {place.x + place.width / 2.0,
+                              map.pixelSize().height - (place.y + place.height / 2.0)};
+        const int radius = std::max(kMinRadius, std::max(place.width, place.height) / 2 + 2);
+        if (std::optional<Image> healed = ImageTools::HealPimpleInImage(map, center, radius, kThreshold))
+            map = *std::move(healed);
+    }
+    return map;
+}
+
+/// The coded picture of one JPEG file with the metadata segments of another, byte for byte.
+Bytes withSegmentsOf(ByteView source, ByteView coded) {
+    const auto isMetadata = [](const jpeg::Segment& segment) {
+        return (segment.marker >= jpeg::marker::app(0) && segment.marker <= jpeg::marker::app(15)) ||
+               segment.marker == jpeg::marker::kComment;
+    };
+    const jpeg::Segments written = jpeg::split(coded);
+    Bytes file = {0xff, jpeg::marker::kStartOfImage};
+    for (const jpeg::Segment& segment : jpeg::split(source).segments)
+        if (isMetadata(segment))
+            append(file, segment.whole);
+    for (const jpeg::Segment& segment : written.segments)
+        if (!isMetadata(segment))
+            append(file, segment.whole);
+    append(file, written.rest);
+    return file;
+}
+
+} // namespace
+
+std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Image& after,
+                                     Orientation orientation) {
+    Result<DecodedPicture> picture = kJpegCodec.read(map);
+    if (!picture || picture->damage)
+        return std::nullopt;
+    const Image stored = picture->image.withSize({static_cast<double>(picture->image.pixelSize().width),
+                                                  static_cast<double>(picture->image.pixelSize().height)});
+    const std::vector<PixelRect> places = placesToRepair(stored.pixelSize(), before, after, orientation);
+    const Image result = repaired(stored, places);
+    if (result.difference(stored).isEmpty())
+        return Bytes(map.begin(), map.end());
+    const auto original = result.encoderMemory().get<jpeg::OriginalFile>();
+    if (!original || original->orientation() != Orientation::TopLeft)
+        return std::nullopt;
+    const Result<FileContents> coded = original->encode(result);
+    return coded ? std::optional(withSegmentsOf(map, coded->joined())) : std::nullopt;
+}
+
+KeptAttachments keptAttachments(ByteView photo, const Image& image) {
+    KeptAttachments kept;
+    const auto keep = [&kept](const JpegAttachment& attachment, Bytes bytes) {
+        kept.push_back({attachment, std::make_shared<const Bytes>(std::move(bytes))});
+    };
+    const auto original = image.encoderMemory().get<jpeg::OriginalFile>();
+    for (const JpegAttachment& attachment : jpegAttachments(photo)) {
+        if (attachment.kind == JpegAttachment::Kind::Other)
+            keep(attachment, {attachment.bytes.begin(), attachment.bytes.end()});
+        if (attachment.kind != JpegAttachment::Kind::GainMap || !original || image.isTransformed() ||
+            original->upright().pixelSize() != image.pixelSize())
+            continue;
+        if (std::optional<Bytes> map =
+                repairedGainMap(attachment.bytes, original->upright(), image, original->orientation()))
+            keep(attachment, *std::move(map));
+    }
+    return kept;
+}
+
+} // namespace complexion
