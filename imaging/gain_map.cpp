@@ -139,6 +139,11 @@ Bytes withSegmentsOf(ByteView source, ByteView coded) {
     return file;
 }
 
+bool overlap(const JpegAttachment& one, const JpegAttachment& other) {
+    return one.bytes.data() < other.bytes.data() + other.bytes.size() &&
+           other.bytes.data() < one.bytes.data() + one.bytes.size();
+}
+
 } // namespace
 
 std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Image& after,
@@ -161,19 +166,24 @@ std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Im
 
 KeptAttachments keptAttachments(ByteView photo, const Image& image) {
     KeptAttachments kept;
-    const auto keep = [&kept](const JpegAttachment& attachment, Bytes bytes) {
-        kept.push_back({attachment, std::make_shared<const Bytes>(std::move(bytes))});
-    };
     const auto original = image.encoderMemory().get<jpeg::OriginalFile>();
-    for (const JpegAttachment& attachment : jpegAttachments(photo)) {
+    const bool isEdit =
+        original && !image.isTransformed() && original->upright().pixelSize() == image.pixelSize();
+    const std::vector<JpegAttachment> all = jpegAttachments(photo);
+    for (const JpegAttachment& attachment : all) {
+        const bool isAlone = std::ranges::none_of(all, [&](const JpegAttachment& other) {
+            return &other != &attachment && overlap(other, attachment);
+        });
+        if (!isAlone)
+            continue; // a damaged file's: nobody knows what is in it
         if (attachment.kind == JpegAttachment::Kind::Other)
-            keep(attachment, {attachment.bytes.begin(), attachment.bytes.end()});
-        if (attachment.kind != JpegAttachment::Kind::GainMap || !original || image.isTransformed() ||
-            original->upright().pixelSize() != image.pixelSize())
+            kept.push_back({attachment,
+                            std::make_shared<const Bytes>(attachment.bytes.begin(), attachment.bytes.end())});
+        if (attachment.kind != JpegAttachment::Kind::GainMap || !isEdit)
             continue;
         if (std::optional<Bytes> map =
                 repairedGainMap(attachment.bytes, original->upright(), image, original->orientation()))
-            keep(attachment, *std::move(map));
+            kept.push_back({attachment, std::make_shared<const Bytes>(*std::move(map))});
     }
     return kept;
 }

@@ -26,6 +26,8 @@ constexpr std::size_t kEntryLength = 16;
 constexpr std::size_t kEntrySize = 4; // offsets in an entry
 constexpr std::size_t kEntryBegin = 8;
 constexpr std::size_t kSegmentHead = 4; // marker and length
+/// No phone's file has more; what a file claims beyond is not looked at.
+constexpr std::size_t kMaxAttachments = 64;
 
 using Kind = JpegAttachment::Kind;
 
@@ -43,7 +45,8 @@ std::optional<MultiPictureIndex> indexIn(ByteView file, const jpeg::Segment& seg
     index.header = static_cast<std::size_t>(structure.data() - file.data());
     index.entriesAt = static_cast<std::size_t>(entries->valueOffset) + kSegmentHead + kIndexStart.size();
     index.isBigEndian = header->order == ByteOrder::BigEndian;
-    for (std::size_t at = 0; at + kEntryLength <= entries->value.size(); at += kEntryLength) {
+    const std::size_t end = std::min(entries->value.size(), kMaxAttachments * kEntryLength);
+    for (std::size_t at = 0; at + kEntryLength <= end; at += kEntryLength) {
         const auto number = [&](std::size_t offset) {
             return numberAt(entries->value, at + offset, 4, header->order);
         };
@@ -106,7 +109,8 @@ struct Item {
 /// The items that a packet lists, in the order in which they follow the picture; the picture is one itself.
 std::vector<Item> itemsOf(std::string_view xmp) {
     std::vector<Item> items;
-    for (std::size_t at = 0; (at = xmp.find("<Container:Item", at)) != std::string_view::npos;) {
+    for (std::size_t at = 0; (at = xmp.find("<Container:Item", at)) != std::string_view::npos &&
+                             items.size() < kMaxAttachments;) {
         const std::size_t end = std::min(xmp.find("<Container:Item", at + 1), xmp.size());
         const std::string_view item = xmp.substr(at, end - at);
         items.push_back({.semantic = valueOf(item, "Item:Semantic"),
@@ -261,7 +265,9 @@ std::string xmpTellingOf(const KeptAttachments& kept, std::string_view xmp) {
         blankElements(xml, "Container:Directory");
     // From the last on: what changes its length leaves the places before it.
     std::vector<std::size_t> places;
-    for (std::size_t at = 0; (at = xml.find("<" + std::string(kItem), at)) != std::string::npos; ++at)
+    for (std::size_t at = 0; (at = xml.find("<" + std::string(kItem), at)) != std::string::npos &&
+                             places.size() < kMaxAttachments;
+         ++at)
         places.push_back(at);
     for (std::size_t i = places.size(); i-- > 0;)
         tellOfItem(xml, places[i],
