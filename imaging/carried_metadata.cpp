@@ -3,6 +3,7 @@
 
 #include "imaging/base/no_throw.h"
 #include "imaging/metadata/carrying.h"
+#include "imaging/metadata/tiff_metadata.h"
 #include "imaging/picture_thumbnails.h"
 
 namespace complexion {
@@ -39,8 +40,8 @@ Result<FileContents> withMetadataOf(ByteView source, const FileContents& written
     // bytes begin.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
     const std::optional<Container> container = containerOf(start);
-    const bool isStartEnough =
-        container == Container::Tiff || (container == Container::Jpeg && picture.hasPixels());
+    const bool isStartEnough = (container == Container::Tiff && !needsStripsForMakerNote(source)) ||
+                               (container == Container::Jpeg && picture.hasPixels());
     if (!isStartEnough)
         return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
     return withoutThrowing([&] {

@@ -114,24 +114,33 @@ tiff::Directory merged(const tiff::Directory& written, const tiff::Directory& ta
     return result;
 }
 
-/// The file up to its strips, which begin at `stripsAt`: a number that takes as much room as any other.
+bool hasDistantNote(const tiff::Directory& tags) {
+    const tiff::Entry* const note = makerNoteOf(tags);
+    return note && note->valueOffset > kMaxHole;
+}
+
+bool areStripsFirst(const CarriedTags& tags, const Strips& strips) {
+    return !strips.bytes.empty() && hasDistantNote(tags.directory);
+}
+
+/// The file up to its strips, which begin at `stripsAt`: a number that takes as much room as any other. The
+/// whole file, with the strips first, where they fill the room before a distant maker note.
 Bytes startOf(const CarriedTags& tags, const tiff::Directory& coding, const tiff::Header& header,
               std::size_t writtenLength, const Strips& strips, std::uint64_t stripsAt) {
-    tiff::Directory directory = coding;
-    std::vector<std::uint64_t> places = strips.offsets;
-    for (std::uint64_t& place : places)
-        place += stripsAt;
-    remove(directory, strips.offsetTag);
-    directory.entries.push_back(tiff::entryOfNumbers(
-        strips.offsetTag, header.isBig ? tiff::type::kLong8 : tiff::type::kLong, places, header.order));
-    if (tags.order != header.order)
-        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
-
     // The maker note and private values are only meaningful in the source's byte order.
     tiff::Layout layout(tags.order, header.isBig);
     if (const tiff::Entry* note = makerNoteOf(tags.directory);
         note && note->valueOffset <= writtenLength + kMaxHole && note->value.size() > header.offsetLength())
         layout.placeAt(note->valueOffset, note->value);
+    std::vector<std::uint64_t> places = strips.offsets;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        places[i] = areStripsFirst(tags, strips) ? layout.place(strips.bytes[i]) : places[i] + stripsAt;
+    tiff::Directory directory = coding;
+    remove(directory, strips.offsetTag);
+    directory.entries.push_back(tiff::entryOfNumbers(
+        strips.offsetTag, header.isBig ? tiff::type::kLong8 : tiff::type::kLong, places, header.order));
+    if (tags.order != header.order)
+        std::ranges::transform(directory.entries, directory.entries.begin(), turned);
     const tiff::Directory all =
         merged(directory, header.isBig ? tags.directory : withoutBigValues(tags.directory));
     Bytes bytes = layout.finish(layout.placeDirectory(all));
@@ -155,9 +164,10 @@ Result<FileContents> withTags(const CarriedTags& tags, ByteView written) {
     const auto start = [&](std::uint64_t stripsAt) {
         return startOf(tags, directory, *header, written.size(), *strips, stripsAt);
     };
-    Bytes bytes = start(start(0).size());
-    for (const ByteView strip : strips->bytes)
-        append(bytes, strip);
+    const bool isWhole = areStripsFirst(tags, *strips);
+    Bytes bytes = isWhole ? start(0) : start(start(0).size());
+    for (std::size_t i = 0; i < strips->bytes.size() && !isWhole; ++i)
+        append(bytes, strips->bytes[i]);
     FileContents contents;
     contents.append(std::move(bytes));
     return contents;
@@ -175,6 +185,10 @@ void addNotes(CarriedTags& tags, const std::vector<TextNote>& notes) {
 }
 
 } // namespace
+
+bool needsStripsForMakerNote(ByteView source) {
+    return hasDistantNote(carriedTags(source).directory);
+}
 
 PictureMetadata readTiffMetadata(ByteView file) {
     PictureMetadata metadata;

@@ -6,6 +6,10 @@
 
 namespace complexion {
 
+/// Whether the metadata of `source`, a TIFF file, have a maker note so far from its start that the strips
+/// have to fill the room before it: its own offsets are true only where it was.
+bool needsStripsForMakerNote(ByteView source);
+
 /// The metadata of a TIFF file's first picture.
 PictureMetadata readTiffMetadata(ByteView file);
 

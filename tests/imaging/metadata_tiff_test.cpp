@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/carried_metadata.h"
+#include "imaging/codecs/codec.h"
 #include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/carrying.h"
 #include "imaging/metadata/tiff_metadata.h"
 #include "tests/fakes/metadata_samples.h"
+#include "tests/fakes/pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -121,6 +123,25 @@ TEST(TiffMetadata, MakerNoteStaysAtItsOffset) {
     const std::size_t offset = source.find(kSampleMakerNote);
     EXPECT_EQ(result.substr(offset, kSampleMakerNote.size()), kSampleMakerNote);
     EXPECT_EQ(Parsed(result).exifValue(37500), kSampleMakerNote);
+}
+
+TEST(TiffMetadata, MakerNoteStaysAtItsOffsetBehindTheStrips) {
+    SampleTiff far = photo();
+    far.main.push_back(SampleTiff::bytesTag(301, std::string(200'000, 'c'))); // of the coding: not carried
+    const std::string source = far.bytes();
+    const std::size_t offset = source.find(kSampleMakerNote);
+    ASSERT_GT(offset, 200'000U);
+    const Result<FileContents> written = kTiffCodec.encode(noise({400, 300}));
+    ASSERT_TRUE(written);
+    const Result<FileContents> file = withMetadataOf(viewOf(source), *written);
+    ASSERT_TRUE(file);
+    const std::string result = stringOf(*file);
+    EXPECT_EQ(result.substr(offset, kSampleMakerNote.size()), kSampleMakerNote);
+    EXPECT_LT(result.size(),
+              written->size() + written->parts[1]->size()); // a strip may not fit before the note
+    for (std::size_t i = 1; i < written->parts.size(); ++i)
+        EXPECT_TRUE(contains(result, textOf(*written->parts[i])));
+    EXPECT_TRUE(kTiffCodec.decode(viewOf(result)));
 }
 
 TEST(TiffMetadata, DensityOfTheWrittenFileStaysWhereTheSourceHasNone) {
