@@ -61,6 +61,8 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     fitArea = makeAction(this, tr("Fit the edit area"), u"fit"_s, Keys{Qt::Key_F});
     fitArea->setIconText(tr("Fit"));
     fitArea->setObjectName(u"Fit"_s);
+    nextBlemish = makeAction(this, tr("Next blemish"), {}, Keys{Qt::Key_N});
+    previousBlemish = makeAction(this, tr("Previous blemish"), {}, Keys{Qt::SHIFT | Qt::Key_N});
     videoTutorial = makeAction(this, tr("Video tutorial"), u"play"_s, {QKeySequence::HelpContents});
     about = makeAction(this, tr("About Complexion"), {}, {});
 
@@ -83,6 +85,8 @@ void Actions::showState(const WindowState& state) {
     setAvailable(resetZoom, state.hasImage, tr("Reset zoom"), noPhoto);
     setAvailable(actualPixels, state.hasImage, tr("Actual pixels"), noPhoto);
     setAvailable(fitArea, state.hasImage, tr("Fit the edit area to the blemish under it"), noPhoto);
+    setAvailable(nextBlemish, state.hasImage, tr("Next blemish"), noPhoto);
+    setAvailable(previousBlemish, state.hasImage, tr("Previous blemish"), noPhoto);
     setAvailable(compare, state.hasImage, tr("Hold to see the original"), noPhoto);
     setAvailable(videoTutorial, state.hasTutorial, tr("Video tutorial"), tr("not included in this build"));
 }

@@ -41,6 +41,8 @@ public:
     QAction* largerArea;
     QAction* smallerArea;
     QAction* fitArea;
+    QAction* nextBlemish;
+    QAction* previousBlemish;
     QAction* videoTutorial;
     QAction* about;
 

@@ -121,6 +121,8 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     QObject::connect(actions.fitArea, &QAction::triggered, aim, &Aim::fit);
     window.contents().boxEditSettings->fitArea->setDefaultAction(actions.fitArea);
     window.rootView().imageView()->addAction(actions.fitArea); // an accessible action of the photo
+    QObject::connect(actions.nextBlemish, &QAction::triggered, aim, [aim] { aim->goToSuggestion(1); });
+    QObject::connect(actions.previousBlemish, &QAction::triggered, aim, [aim] { aim->goToSuggestion(-1); });
     QObject::connect(actions.showPreview, &QAction::toggled, aim, &Aim::setPreviewing);
     QObject::connect(actions.actualPixels, &QAction::triggered, aim,
                      [&controller, aim] { controller.ZoomToPixels(aim->shownPoint()); });

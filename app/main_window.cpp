@@ -66,6 +66,8 @@ void MainWindow::makeMenus() {
     view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom, m_actions->actualPixels});
     view->addSeparator();
     view->addAction(m_actions->showPreview);
+    view->addSeparator();
+    view->addActions({m_actions->nextBlemish, m_actions->previousBlemish});
     QMenu* help = menuBar()->addMenu(tr("&Help"));
     help->addActions({m_actions->videoTutorial, m_actions->about});
 }

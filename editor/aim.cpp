@@ -40,7 +40,7 @@ DiscLook lookOf(const Result<Repaired>& repair) {
 } // namespace
 
 Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent)
-    : QObject(parent), m_controller(controller), m_disc(disc), m_preview(queues) {
+    : QObject(parent), m_controller(controller), m_disc(disc), m_preview(queues), m_suggestions(queues) {
     m_restTimer.setSingleShot(true);
     m_restTimer.setInterval(kRestMilliseconds);
     connect(&m_restTimer, &QTimer::timeout, this, &Aim::showResult);
@@ -48,6 +48,7 @@ Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* pa
     m_fitTimer.setInterval(kRestMilliseconds);
     connect(&m_fitTimer, &QTimer::timeout, this, &Aim::offerFit);
     connect(&m_preview, &RepairPreview::answered, this, &Aim::showAnswer);
+    connect(&m_suggestions, &Suggestions::found, this, &Aim::showSuggestion);
     connect(&controller, &ViewController::stateChanged, this, [this] {
         updatePlace();
         refreshResult(); // the effect may have changed
@@ -111,10 +112,12 @@ void Aim::act() {
     takeKeys();
     if (!m_place)
         return;
-    if (m_isPicking)
+    if (m_isPicking) {
         Q_EMIT picked(colorAtPlace());
-    else
-        m_controller.BeginRetouch(centreOfPlace());
+        return;
+    }
+    m_isSuggestionActedOn = m_place == m_fittedPlace;
+    m_controller.BeginRetouch(centreOfPlace());
 }
 
 void Aim::fit() {
@@ -283,6 +286,8 @@ void Aim::hideResult() {
 
 void Aim::announceRepair(const Result<Repaired>& repair) {
     Q_EMIT announced(describe(repair, /*isDone*/ true));
+    if (std::exchange(m_isSuggestionActedOn, false) && repair && repair->outcome == RepairOutcome::Repaired)
+        goToSuggestion(1);
 }
 
 QColor Aim::colorAtPlace() const {

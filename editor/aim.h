@@ -3,6 +3,7 @@
 
 #include "editor/fit.h"
 #include "editor/repair_preview.h"
+#include "editor/suggestions.h"
 #include "editor/view_controller.h"
 #include "view/edit_disc.h"
 
@@ -42,6 +43,11 @@ public:
     /// next larger thing. Announces the result.
     void fit();
 
+    /// Moves the disc to the next suggested blemish, or to the one before if `step` is -1, fits its size and
+    /// brings it into view; announces it. The blemishes are searched for first, in the background. After
+    /// `act` has repaired one, the disc moves on.
+    void goToSuggestion(int step);
+
     /// The point of the root view that a click of the mouse at `pointer` acts on: the disc's centre if
     /// fitting has moved the disc and the mouse has hardly moved since.
     Point clickPoint(Point pointer) const;
@@ -71,6 +77,7 @@ private:
     /// Recomputes the place from the mouse position and the photo.
     void updatePlace();
     /// Updates the disc and requests a preview for it.
+    void showSuggestion();
     void refresh();
     void showAnswer();
     void showResult();
@@ -97,6 +104,14 @@ private:
     std::optional<Point> m_heldPointer;       // the mouse position when fitting moved the disc away from it
     std::optional<RepairPreview::Question> m_fitQuestion; // the click that m_fitTimer was started for
     QTimer m_fitTimer;
+    // Going through the suggested blemishes.
+    Suggestions m_suggestions;
+    int m_suggestionStep = 0;                      // to be taken once they are found
+    std::ptrdiff_t m_suggestion = -1;              // index of the one shown last
+    std::optional<PixelPosition> m_suggestedPlace; // where its suggestion is
+    std::optional<PixelPosition> m_fittedPlace;    // where the disc was moved for it
+    bool m_isSuggestionActedOn = false;
+
     bool m_isFitKnown = false; // whether the disc was fitted before in this run
 };
 

@@ -313,6 +313,14 @@
         <source>Redo %1</source>
         <translation>Wiederholen: %1</translation>
     </message>
+    <message>
+        <source>Next blemish</source>
+        <translation>Nächste Hautunreinheit</translation>
+    </message>
+    <message>
+        <source>Previous blemish</source>
+        <translation>Vorherige Hautunreinheit</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -335,6 +343,26 @@
     <message>
         <source>The edit area fits: %1 pixels.</source>
         <translation>Der Bearbeitungsbereich passt: %1 Pixel.</translation>
+    </message>
+    <message>
+        <source>dark spot</source>
+        <translation>dunkler Fleck</translation>
+    </message>
+    <message>
+        <source>red spot</source>
+        <translation>roter Fleck</translation>
+    </message>
+    <message>
+        <source>light spot</source>
+        <translation>heller Fleck</translation>
+    </message>
+    <message>
+        <source>No blemishes found.</source>
+        <translation>Keine Hautunreinheiten gefunden.</translation>
+    </message>
+    <message>
+        <source>Suggestion %1 of %2: %3, %4 pixels</source>
+        <translation>Vorschlag %1 von %2: %3, %4 Pixel</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/platform.h"
+#include "imaging/finding/blemish_finder.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace complexion {
+
+/// Finds blemishes on the working image in the background: the first time on all of it, later only where an
+/// edit changed it.
+class Suggestions : public QObject {
+    Q_OBJECT
+
+public:
+    /// `queues` must outlive all work submitted to it.
+    explicit Suggestions(Queues& queues, QObject* parent = nullptr);
+
+    /// Searches `image`, unless it is the one searched last; an earlier search that has not ended is followed
+    /// by this one.
+    void search(const Image& image);
+
+    /// The blemishes on `image`, the most conspicuous first; null until it has been searched.
+    const std::vector<SuggestedBlemish>* on(const Image& image) const;
+
+Q_SIGNALS:
+    /// A search has ended, and no other is to follow.
+    void found();
+
+private:
+    void compute();
+    void take(const Image& searched, std::shared_ptr<const BlemishFinder> finder);
+
+    Queues& m_queues;
+    Image m_wanted;
+    Image m_searched;
+    std::shared_ptr<const BlemishFinder> m_finder; // of m_searched
+    bool m_isSearching = false;
+    /// Owned by this object alone; expired weak pointers tell background work that it has been destroyed.
+    std::shared_ptr<Suggestions*> m_self;
+};
+
+} // namespace complexion

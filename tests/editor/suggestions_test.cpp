@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/suggestions.h"
+
+#include "editor/aim.h"
+#include "tests/editor/editor_fixture.h"
+#include "tests/imaging/natural_repair_skin.h"
+
+namespace complexion {
+namespace {
+
+constexpr PixelPosition kFirst{300, 250};
+constexpr PixelPosition kSecond{420, 420};
+constexpr PixelPosition kThird{500, 300};
+
+/// A face with three spots, the first the darkest.
+Image face() {
+    return painted({700, 800}, [](int row, int column) {
+        const double dx = (column - 350) / 250.0;
+        const double dy = (row - 380) / 330.0;
+        const double light = 1 - 0.15 * dx + 0.02 * grainAt(row, column);
+        double t = 0;
+        for (const auto& [place, strength] :
+             {std::pair(kFirst, 0.5), std::pair(kSecond, 0.25), std::pair(kThird, 0.15)})
+            t += strength * stainAt(row, column, place, 5);
+        if (dx * dx + dy * dy >= 1)
+            return RGBA32(120, 120, 120, 255);
+        return RGBA32(byteOf(215 * light * (1 - 0.8 * t)), byteOf(170 * light * (1 - t)),
+                      byteOf(150 * light * (1 - t)), 255);
+    });
+}
+
+class SuggestionsTest : public EditorTest {
+protected:
+    void SetUp() override {
+        EditorTest::SetUp();
+        disc = new EditDisc(imageView);
+        aim = std::make_unique<Aim>(*controller, disc, queues);
+        QObject::connect(aim.get(), &Aim::announced, aim.get(),
+                         [this](const QString& text) { told << text; });
+    }
+    void open(const Image& image) {
+        openThroughPanel(makePhoto("face.png", image));
+        controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
+    }
+    void go(int step) {
+        aim->goToSuggestion(step);
+        queues.runAll();
+    }
+    void expectAt(PixelPosition place) const {
+        ASSERT_TRUE(aim->place().has_value());
+        EXPECT_NEAR(static_cast<double>(place.row), static_cast<double>(aim->place()->row), 2);
+        EXPECT_NEAR(static_cast<double>(place.column), static_cast<double>(aim->place()->column), 2);
+    }
+
+    EditDisc* disc = nullptr;
+    std::unique_ptr<Aim> aim;
+    QStringList told;
+};
+
+TEST_F(SuggestionsTest, TheRingGoesFromOneToTheNextAndRoundAndBack) {
+    open(face());
+    for (const PixelPosition place : {kFirst, kSecond, kThird, kFirst}) {
+        go(1);
+        expectAt(place);
+    }
+    go(-1);
+    expectAt(kThird);
+    go(-1);
+    expectAt(kSecond);
+}
+
+TEST_F(SuggestionsTest, EachIsAnnouncedAndTheEditAreaFitsIt) {
+    open(face());
+    go(1);
+    const std::int64_t radius = controller->currentRepair().radius;
+    EXPECT_GE(radius, 6);
+    EXPECT_LE(radius, 12);
+    EXPECT_TRUE(told.contains(QStringLiteral("Suggestion 1 of 3: dark spot, %1 pixels").arg(radius)))
+        << told.join(u'\n').toStdString();
+}
+
+TEST_F(SuggestionsTest, ARepairedOneGoesAndTheRingGoesOn) {
+    open(face());
+    go(1);
+    aim->act();
+    queues.runAll();
+    expectAt(kSecond);
+    EXPECT_TRUE(told.last().startsWith(QStringLiteral("Suggestion 1 of 2"))) << told.last().toStdString();
+    aim->act();
+    queues.runAll();
+    aim->act();
+    queues.runAll();
+    EXPECT_EQ(QStringLiteral("No blemishes found."), told.last());
+    EXPECT_EQ(3, controller->currenState);
+}
+
+TEST_F(SuggestionsTest, ARepairElsewhereLeavesTheRingThere) {
+    open(face());
+    go(1);
+    aim->moveBy(static_cast<int>(kThird.column - aim->place()->column),
+                static_cast<int>(kThird.row - aim->place()->row));
+    aim->act();
+    queues.runAll();
+    expectAt(kThird);
+}
+
+TEST_F(SuggestionsTest, APhotoWithoutBlemishesIsToldOf) {
+    go(1);
+    EXPECT_TRUE(told.isEmpty()) << "no photo";
+    open(filled({300, 300}, kSkin));
+    go(1);
+    EXPECT_EQ(QStringLiteral("No blemishes found."), told.last());
+}
+
+TEST_F(SuggestionsTest, OnlyTheLatestImageIsAnswered) {
+    Suggestions suggestions(queues);
+    int found = 0;
+    QObject::connect(&suggestions, &Suggestions::found, &suggestions, [&found] { ++found; });
+    const Image first = face();
+    const Image second = filled({300, 300}, kSkin);
+    suggestions.search(first);
+    suggestions.search(second);
+    EXPECT_EQ(nullptr, suggestions.on(second));
+    queues.runAll();
+    EXPECT_EQ(1, found);
+    EXPECT_EQ(nullptr, suggestions.on(first));
+    ASSERT_NE(nullptr, suggestions.on(second));
+    EXPECT_TRUE(suggestions.on(second)->empty());
+    suggestions.search(second);
+    EXPECT_EQ(0U, queues.backgroundCount());
+}
+
+TEST_F(SuggestionsTest, WorkThatOutlivesThemDoesNothing) {
+    auto suggestions = std::make_unique<Suggestions>(queues);
+    suggestions->search(face());
+    suggestions.reset();
+    queues.runAll();
+}
+
+} // namespace
+} // namespace complexion
