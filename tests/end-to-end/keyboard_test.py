@@ -2,18 +2,21 @@
 """The main job by the keyboard and the accessibility bus alone, without a mouse: as someone works who does not see the
 pointer, or cannot hold it."""
 
+import math
 import re
 import shutil
 import subprocess
 import unittest
 
-from picture_changes import check_only_discs_changed
+import sample_portrait
+from picture_changes import changed_pixels, check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS
 from virtual_desktop import wait_until
 from window_driver import EXIT_QUESTION, SAVE_SUCCESS
 
 BLEMISH = (548, 418)
+NOTHING_FOUND = "No blemishes found."
 PLACE = re.compile(r"Column (\d+), row (\d+)\. (.*)")
 
 
@@ -44,6 +47,12 @@ class KeyboardTest(PortraitTestCase):
         """Where the disc is and what a click would do, as the photo tells it."""
         match = wait_until(lambda: PLACE.fullmatch(self.told()), "the place to be told")
         return int(match[1]) - 1, int(match[2]) - 1, match[3]
+
+    def next_place(self, last):
+        """The column and row, once the ring is elsewhere than at the last place, or that there is nothing."""
+        told = self.told()
+        match = PLACE.fullmatch(told)
+        return told if told == NOTHING_FOUND else match and match.groups()[:2] != last and match.groups()[:2]
 
     def move_disc_to(self, column, row):
         """In steps of a hundred, ten and one pixels, as hands do it."""
@@ -96,6 +105,30 @@ class KeyboardTest(PortraitTestCase):
         self.program.confirm(SAVE_SUCCESS)
         saved = self.photos / "face_retouched.png"
         check_only_discs_changed(self.photo, saved, [BLEMISH], RADIUS)
+        self.program.ask_to_close()
+        self.program.confirm_to_end(EXIT_QUESTION)
+
+    def test_a_face_is_done_by_suggestions_alone(self):
+        self.program.start(self.photo)
+        self.program.keys("n")
+        last = None
+        for _ in range(30):
+            told = wait_until(lambda: self.next_place(last), "the next suggestion")
+            if told == NOTHING_FOUND:
+                break
+            last = told
+            self.program.keys("Return")
+        self.assertEqual(self.told(), NOTHING_FOUND)
+        self.program.start_saving()
+        self.program.confirm(SAVE_SUCCESS)
+        saved = self.photos / "face_retouched.png"
+        blemishes = sample_portrait.paint(self.photos / "again.png")
+        touched = set()
+        for x, y, _ in changed_pixels(self.photo, saved):
+            inside = [each for each in blemishes if math.dist((each.x, each.y), (x, y)) <= 2 * each.radius + 4]
+            self.assertTrue(inside, f"pixel {x}, {y} has changed, at no blemish")
+            touched.update(inside)
+        self.assertGreaterEqual(len(touched), 10)
         self.program.ask_to_close()
         self.program.confirm_to_end(EXIT_QUESTION)
 
