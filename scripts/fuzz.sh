@@ -3,7 +3,7 @@
 #
 # Usage: scripts/fuzz.sh SECONDS [program]...
 #
-# Runs each fuzzing program (all of them when none is named: decode_jpeg, metadata_png, whole_way ...) for that long,
+# Runs each fuzzing program (all of them when none is named: decode_jpeg, metadata_png, round_trip ...) for that long,
 # beginning with generated files and, where COMPLEXION_TEST_PHOTOS names a folder, with its small ones. What it
 # learns is kept in build/fuzz/corpus for the next run; a file that does harm is kept in build/fuzz/finds and named.
 set -uo pipefail
@@ -16,7 +16,7 @@ mkdir -p "$build/finds" "$build/seeds"
 "$build/tests/fuzz/fuzz_seeds" "$build/seeds" || exit 1
 
 programs=("$@")
-[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} whole_way exact_jpeg)
+[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} round_trip exact_jpeg)
 failed=0
 for program in "${programs[@]}"; do
     mkdir -p "$build/corpus/$program"

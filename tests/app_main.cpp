@@ -7,11 +7,11 @@
 #include <gmock/gmock.h>
 
 int main(int argc, char** argv) {
-    // Wherever it is started, a window of these tests is seen by nobody.
+    // No test opens a visible window, even on a desktop.
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The tests know the system's messages in English, whatever language the user reads.
+    // The tests expect the system's messages in English.
     qputenv("LC_ALL", "C.UTF-8");
-    // Static: the toolkit keeps its settings when it goes, after main.
+    // Static, as the toolkit saves its settings at exit, after main.
     static const complexion::PrivateHome home;
     testing::InitGoogleMock(&argc, argv);
     testing::FLAGS_gtest_death_test_style = "threadsafe";

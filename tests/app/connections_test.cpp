@@ -313,7 +313,7 @@ TEST_F(Connections, ADropOnABoxCountsAsOneOnThePhoto) {
 TEST_F(Connections, AClickOnTheHintCardOpensThePanel) {
     dialogs.expectOpenPanel(cancelled());
     click(*window.contents().boxHint->findChild<QAbstractButton*>(), {20, 20});
-    EXPECT_EQ(dialogs.shown(), 1);
+    EXPECT_EQ(dialogs.shownCount(), 1);
 }
 
 TEST_F(Connections, AButtonAndItsShortcutAreOneCommand) {
@@ -322,7 +322,7 @@ TEST_F(Connections, AButtonAndItsShortcutAreOneCommand) {
     dialogs.expectOpenPanel(cancelled());
     test::activate(window);
     QTest::keySequence(&window, QKeySequence::Open);
-    EXPECT_EQ(dialogs.shown(), 2);
+    EXPECT_EQ(dialogs.shownCount(), 2);
 }
 
 TEST_F(Connections, ClosingAsksOnceAndNoKeepsTheWindow) {
@@ -330,7 +330,7 @@ TEST_F(Connections, ClosingAsksOnceAndNoKeepsTheWindow) {
     dialogs.expectQuestion(kExitQuestion, kSecondButton);
     EXPECT_FALSE(window.close());
     EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(dialogs.shown(), 1);
+    EXPECT_EQ(dialogs.shownCount(), 1);
     EXPECT_EQ(filesIn(platform.states()).size(), 1U);
 }
 
@@ -351,7 +351,7 @@ TEST_F(Connections, QuittingAsksOnce) {
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     window.actions().quit->trigger();
     EXPECT_EQ(platform.terminations, 1);
-    EXPECT_EQ(dialogs.shown(), 2);
+    EXPECT_EQ(dialogs.shownCount(), 2);
 }
 
 TEST_F(Connections, LongWorkShowsASign) {

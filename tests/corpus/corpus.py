@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Takes every picture of a folder through the editor, one process each, and compares what it shows with what Pillow and
-ImageMagick read.
+"""Runs every picture in a folder through the editor, one process per picture, and compares the decoded pixels with those
+of Pillow and ImageMagick.
 
 Usage: corpus.py [--all] [--json FILE] [folder]
 
-Without a folder: the one that COMPLEXION_TEST_PHOTOS names. --all tells of every file and not only of those that are
-refused or wrong; --json writes what was measured. Ends with 1 when a file ends the program, takes too long or too
-much, or is wrong, or when too few of those that others open are opened.
+The default folder is COMPLEXION_TEST_PHOTOS. --all reports every file, not only those that are refused or wrong; --json
+writes the measurements. Exits with 1 if a file crashes the program, exceeds a limit on time or memory, or gives a wrong
+result, or if too few of the files that the other programs open can be opened.
 """
 
 import argparse
@@ -38,46 +38,46 @@ SIGNATURES = {b"\xff\xd8\xff": "JPEG", b"\x89PNG": "PNG", b"GIF8": "GIF", b"BM":
 LOAD_FAILURE = "The image could not be loaded."
 SAVED = "Image saved successfully."
 
-# What must hold. Sanitizers cost several times the time and memory: with them only crashes and hangs count.
+# The limits. Sanitizers multiply time and memory, so with them only crashes and hangs count.
 SECONDS_TO_REFUSE = 2.0
 MEBIBYTES_TO_REFUSE = 1024
 SECONDS_TO_OPEN = 60
-SECONDS_TO_HANG = 1200 if SANITIZED else 300  # for all of a session
+SECONDS_TO_HANG = 1200 if SANITIZED else 300  # for a whole session
 SHARE_OVER_ALL = 0.98
 SHARE_OF_FORMAT = 0.95
-MOST_MEAN_OF_JPEG = 0.15  # levels
+MAX_JPEG_MEAN = 0.15  # levels
 GIF_COLORS = 255
 
 
 @dataclasses.dataclass
 class Outcome:
-    path: str  # below the folder that is examined
+    path: str  # relative to the folder under test
     format: str
-    hostile: bool  # made to do harm: nobody else is asked to open it
-    broken: bool  # on purpose, hostile or not: may be refused
-    result: str = ""  # opened; differs from others' reading for a known reason; refused; wrong; crashed; hung
+    hostile: bool  # made to do harm: the other programs are not run on it
+    broken: bool  # deliberately invalid, hostile or not: may be refused
+    result: str = ""  # opened; differs (from the other programs, for a known reason); refused; wrong; crashed; hung
     why: str = ""
-    others: str = ""  # which of Pillow and ImageMagick open it
+    others: str = ""  # which of Pillow and ImageMagick can open it
     seconds: float = 0
     mebibytes: int = 0
-    apart: str = ""  # from the nearest reading of another program: most/mean
-    exact: str = ""  # of a saved JPEG file: "yes", or why it was coded anew
+    difference: str = ""  # from the closest other decoder: max/mean
+    exact: str = ""  # for a saved JPEG file: "yes", or why it was re-encoded from its pixels
     kind: str = ""  # the coding of a JPEG file
-    camera: bool = False  # a camera or a phone made it
+    camera: bool = False  # made by a camera or a phone
     pixels: int = 0
-    growth: float = 0  # bytes of the saved file by those of the photo
+    growth: float = 0  # size of the saved file divided by that of the photo
 
 
-def stands_in(photo, *places):
-    """Whether a file's whole path goes through one of these, whichever folder is examined."""
+def is_under(photo, *places):
+    """Whether the file's full path contains one of these folders or prefixes, whichever folder is under test."""
     return any(f"/{place}" in photo.as_posix() for place in places)
 
 
 def outcome_of(photo, root):
-    """What is known of a file before it is opened."""
-    hostile = stands_in(photo, "hostile/")
+    """An outcome filled with what is known before the file is opened."""
+    hostile = is_under(photo, "hostile/")
     return Outcome(str(photo.relative_to(root)), format_of(photo), hostile,
-                   broken=hostile or stands_in(photo, "bmpsuite-b/", "pngsuite/x"))
+                   broken=hostile or is_under(photo, "bmpsuite-b/", "pngsuite/x"))
 
 
 def format_of(path):
@@ -89,7 +89,7 @@ def format_of(path):
 
 
 def run_session(photo, folder):
-    """(how it ended, what it reports) of one photo's way through the editor."""
+    """Runs one photo through the editor. Returns how the process failed (empty if it did not) and its report."""
     with open(folder / "errors", "w+b") as errors:
         process = subprocess.Popen([BUILD / "tests/photo_session", photo, folder], stdout=subprocess.DEVNULL,
                                    stderr=errors)
@@ -99,7 +99,7 @@ def run_session(photo, folder):
         process.wait()
         watch.cancel()
         errors.seek(0)
-        words = errors.read().decode(errors="replace").splitlines()
+        messages = errors.read().decode(errors="replace").splitlines()
     report = {}
     if (folder / "report").exists():
         for line in (folder / "report").read_text().splitlines():
@@ -109,57 +109,59 @@ def run_session(photo, folder):
     if hung.is_set():
         ended = "hung"
     elif process.returncode != 0:
-        telling = [line for line in words if "ERROR" in line or "runtime error" in line] or words or ["no word"]
-        ended = f"crashed: {process.returncode}, {telling[0][:160]}"
+        relevant = [line for line in messages if "ERROR" in line or "runtime error" in line] or messages or ["no message"]
+        ended = f"crashed: {process.returncode}, {relevant[0][:160]}"
     return ended, report
 
 
 def wrong_in_session(outcome, report):
-    """What the way from opening to reopening did that it must not; empty when all was right."""
+    """What went wrong between opening the photo and reopening the result; empty if nothing did."""
     extension = Path(outcome.path).suffix.lower()
     if report.get("pointWidth") != report["width"] or report.get("pointHeight") != report["height"]:
-        return "not at one point per pixel"
+        return "not shown at one point per pixel"
     if report.get("undoDiffers") != "0" or report.get("redoDiffers") != "0":
-        return "undo or redo gives another picture"
+        return "undo or redo gives a different picture"
     if extension not in EXTENSIONS:
         return ""
     if report.get("save") != SAVED:
-        return "not saved: " + report.get("save", "no word")
+        return "not saved: " + report.get("save", "no message")
     if report.get("reopen") != "done":
-        return "the saved file does not open: " + report.get("reopen", "there is none")
+        return "the saved file does not open: " + report.get("reopen", "it does not exist")
     if report["clickDiffers"] != "0":
         return "the click changed pixels outside its disc"
     if report["sizeDiffers"] != "0":
-        return "the saved file has another size"
+        return "the saved file has a different size"
     if report["profileDiffers"] != "0":
-        return "the saved file has another profile"
-    most, mean = int(report["mostOpaque"]), float(report["mean"])
-    if extension in (".png", ".tif", ".tiff", ".bmp") and most > 0:
-        return f"untouched pixels come back {most} levels off"
-    if extension in (".jpg", ".jpeg") and mean >= MOST_MEAN_OF_JPEG:
-        return f"untouched pixels come back {mean:.3f} levels off in the mean"
-    if extension == ".gif" and int(report["colors"]) <= GIF_COLORS and int(report["most"]) > 0:
-        return f"untouched pixels of a GIF of few colours come back {report['most']} levels off"
+        return "the saved file has a different profile"
+    maximum, mean = int(report["maxOpaque"]), float(report["mean"])
+    if extension in (".png", ".tif", ".tiff", ".bmp") and maximum > 0:
+        return f"untouched pixels differ by up to {maximum} levels"
+    if extension in (".jpg", ".jpeg") and mean >= MAX_JPEG_MEAN:
+        return f"untouched pixels differ by {mean:.3f} levels on average"
+    if extension == ".gif" and int(report["colors"]) <= GIF_COLORS and int(report["max"]) > 0:
+        return f"untouched pixels of a GIF file with few colours differ by up to {report['max']} levels"
     return ""
 
 
 def lost_metadata(outcome, photo, folder):
-    """What of the photo's metadata exiftool does not find in the saved file; another format holds less."""
+    """Metadata of the photo that exiftool does not find in the saved file. Skipped if the format changed: it may hold
+    less."""
     saved = folder / ("saved" + photo.suffix.lower())
     if outcome.broken or not saved.exists() or format_of(saved) != outcome.format:
         return ""
     lost = metadata_check.lost_between(photo, saved, (folder / "opened.icc").stat().st_size > 0)
-    return f"{len(lost)} values of metadata are lost: {' '.join(lost[:5])}" if lost else ""
+    return f"{len(lost)} metadata values are lost: {' '.join(lost[:5])}" if lost else ""
 
 
 def examine_coding(outcome, report, photo, folder):
-    """How a JPEG photo was saved; what is wrong when it should be as it was outside the click."""
+    """Records how a JPEG photo was saved. Returns what is wrong if it was saved exactly and yet differs outside the
+    click."""
     saved = folder / ("saved" + photo.suffix.lower())
     if outcome.format != "JPEG" or not saved.exists() or format_of(saved) != "JPEG":
         return ""
     outcome.exact = report.get("exact", "")
     outcome.kind = exact_jpeg.kind_of(photo)
-    outcome.camera = stands_in(photo, "portraits/", "exif/")
+    outcome.camera = is_under(photo, "portraits/", "exif/")
     outcome.pixels = int(report["width"]) * int(report["height"])
     outcome.growth = saved.stat().st_size / photo.stat().st_size
     return exact_jpeg.changed_outside(photo, saved) if outcome.exact == exact_jpeg.EXACT else ""
@@ -178,25 +180,26 @@ def opened_pixels(report, folder):
 
 
 def compare(outcome, pixels, folder, photo):
-    """Sets what the others make of the file, and whether the pixels opened are the same."""
+    """Records which other programs open the file, and whether their pixels match."""
     if outcome.hostile:
         return
-    kind, readings = readers.by_pillow(photo)
+    kind, decodings = readers.by_pillow(photo)
     magick = readers.by_imagemagick(photo)
-    outcome.others = " ".join(name for name, opens in (("Pillow", readings), ("ImageMagick", magick is not None)) if opens)
+    opens = (("Pillow", decodings), ("ImageMagick", magick is not None))
+    outcome.others = " ".join(name for name, is_opened in opens if is_opened)
     if outcome.result != "opened":
         return
-    readings = readings + ([magick] if magick is not None else [])
-    found = [apart for reading in readings if (apart := readers.difference(pixels, reading))]
-    if readings and not found:
-        outcome.result, outcome.why = "wrong", f"size {pixels.shape[1::-1]}, others see " + " ".join(
-            str(reading.shape[1::-1]) for reading in readings)
-    if not found:
+    decodings = decodings + ([magick] if magick is not None else [])
+    differences = [found for decoding in decodings if (found := readers.difference(pixels, decoding))]
+    if decodings and not differences:
+        outcome.result, outcome.why = "wrong", f"size {pixels.shape[1::-1]}, others decode " + " ".join(
+            str(decoding.shape[1::-1]) for decoding in decodings)
+    if not differences:
         return
-    most, mean = min(found)
-    outcome.apart = f"{most}/{mean:.3f}"
-    if most > readers.tolerance(outcome.format, kind):
-        outcome.result, outcome.why = "wrong", f"{most} levels off ({mean:.3f} in the mean) what others read"
+    maximum, mean = min(differences)
+    outcome.difference = f"{maximum}/{mean:.3f}"
+    if maximum > readers.tolerance(outcome.format, kind):
+        outcome.result, outcome.why = "wrong", f"differs from other decoders by {maximum} levels ({mean:.3f} on average)"
 
 
 def examine(photo, root):
@@ -231,7 +234,7 @@ def examine(photo, root):
 
 
 def print_table(outcomes):
-    """The table, and whether enough is opened."""
+    """Prints the table. Returns whether enough files are opened."""
     print(f"{'':16}{'files':>7}{'opened':>8}{'differs':>9}{'refused':>9}{'wrong':>7}{'by others':>11}{'of them opened':>16}")
     enough = True
     rows = collections.defaultdict(list)
@@ -262,7 +265,7 @@ def main():
         sys.exit("corpus: name a folder of pictures, or set COMPLEXION_TEST_PHOTOS")
     root = Path(options.folder).resolve()
     photos = [path for path in sorted(root.rglob("*")) if path.is_file() and path.suffix.lower() in EXTENSIONS]
-    # In processes that end now and then: what Pillow and its libraries keep of one picture must not add up.
+    # Workers are replaced regularly: memory that Pillow and its libraries retain per picture must not accumulate.
     with multiprocessing.Pool(os.cpu_count(), maxtasksperchild=20) as pool:
         outcomes = pool.map(functools.partial(examine, root=root), photos, chunksize=1)
     if options.json:

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a saved JPEG photo keeps of its source, by the pixels that two other programs decode: everything outside the
-MCUs that the click touched."""
+"""Checks with two other decoders that a saved JPEG photo has exactly its source's pixels outside the MCUs that the click
+touched."""
 
 import collections
 import re
@@ -10,28 +10,30 @@ import subprocess
 import numpy
 from PIL import Image
 
-DISC_RADIUS = 10  # of the session's click in the middle
+DISC_RADIUS = 10  # of the session's click, in the centre of the picture
 SECONDS = 20
 
-# What must hold of files that are not broken on purpose.
-MOST_FALLBACKS_OF_CAMERAS = 0.01
-MOST_GROWTH_MEDIAN = 1.3
-MOST_GROWTH = 1.75
-LEAST_PIXELS_FOR_GROWTH = 400_000  # of smaller files the headers and codes are a large part
+# The limits, for files that are not deliberately broken.
+MAX_CAMERA_FALLBACKS = 0.01
+MAX_MEDIAN_GROWTH = 1.3
+MAX_GROWTH = 1.75
+MIN_PIXELS_FOR_GROWTH = 400_000  # in smaller files, headers and tables weigh too much
 
 EXACT = "yes"
 
 
 def stored_by_pillow(path):
-    """Red, green and blue as they are stored; None when Pillow refuses the file."""
+    """The pixels as stored (not rotated), as RGB; None if Pillow refuses the file."""
     try:
         with Image.open(path) as image:
             return numpy.asarray(image.convert("RGB"))
-    except Exception:  # whatever a foreign decoder comes up with: it refuses the file
+    except Exception:  # a decoder may raise anything on a bad file
         return None
 
 
 def stored_by_imagemagick(path):
+    """The pixels as stored (not rotated), as RGB; None if ImageMagick refuses the file."""
+    """The pixels as stored (not rotated), as RGB; None if ImageMagick refuses the file."""
     try:
         done = subprocess.run(["/usr/bin/convert", "-limit", "memory", "1GiB", "-limit", "area", "300MP", f"jpeg:{path}",
                                "-set", "colorspace", "sRGB", "-depth", "8", "-format", "%w %h\\n", "-write", "info:fd:2",
@@ -44,7 +46,7 @@ def stored_by_imagemagick(path):
 
 
 def sampling_of(path):
-    """(width, height) of each component's blocks in an MCU; empty when Pillow cannot tell."""
+    """The sampling factors (horizontal, vertical) of each component; empty if Pillow cannot read them."""
     try:
         with Image.open(path) as image:
             return [(layer[1], layer[2]) for layer in image.layer]
@@ -53,18 +55,18 @@ def sampling_of(path):
 
 
 def kind_of(path):
-    """The coding of a file, in words: for the table."""
+    """The file's coding, as a heading for the table."""
     try:
         with Image.open(path) as image:
             coding = "progressive" if image.info.get("progressive") else "sequential"
             sampling = ",".join(f"{layer[1]}x{layer[2]}" for layer in image.layer)
             return f"{image.mode} {sampling} {coding}"
     except Exception:
-        return "unreadable to others"
+        return "not readable by Pillow"
 
 
 def touched_by_click(size, mcu):
-    """The slices (rows, columns) of the MCUs that the disc in the middle may touch, however the picture is turned."""
+    """The slices (rows, columns) of the MCUs that the disc in the centre may touch, at any orientation."""
     def part(length, block):
         first = max(0, length // 2 - DISC_RADIUS - 2) // block * block
         return slice(first, (min(length - 1, length // 2 + DISC_RADIUS + 2) // block + 1) * block)
@@ -73,27 +75,27 @@ def touched_by_click(size, mcu):
 
 
 def changed_outside(photo, saved):
-    """What is wrong with the saved file; empty when every pixel outside the click's MCUs is the source's."""
+    """What is wrong with the saved file; empty if every pixel outside the click's MCUs equals the source's."""
     sampling = sampling_of(photo)
     if not sampling:
         return ""
-    alone = len(sampling) == 1  # then a scan's MCU is one block
-    mcu = (8, 8) if alone else (8 * max(across for across, _ in sampling), 8 * max(down for _, down in sampling))
+    is_grey = len(sampling) == 1  # the MCU of a scan with one component is one block
+    mcu = (8, 8) if is_grey else (8 * max(across for across, _ in sampling), 8 * max(down for _, down in sampling))
     for name, decode in (("Pillow", stored_by_pillow), ("ImageMagick", stored_by_imagemagick)):
         before, after = decode(photo), decode(saved)
         if before is None:
             continue
         if after is None or before.shape != after.shape:
-            return f"{name} sees another size or nothing"
-        apart = numpy.any(before != after, axis=2)
-        apart[touched_by_click(before.shape[1::-1], mcu)] = False
-        if count := int(apart.sum()):
+            return f"{name} decodes a different size or nothing"
+        differs = numpy.any(before != after, axis=2)
+        differs[touched_by_click(before.shape[1::-1], mcu)] = False
+        if count := int(differs.sum()):
             return f"{count} pixels outside the touched MCUs differ ({name})"
     return ""
 
 
 def print_table(outcomes):
-    """How the JPEG files were saved; whether enough of them exactly, and small enough."""
+    """Prints how the JPEG files were saved. Returns whether enough were saved exactly, and small enough."""
     saved = [outcome for outcome in outcomes if outcome.exact]
     kinds = collections.defaultdict(collections.Counter)
     for outcome in saved:
@@ -105,15 +107,15 @@ def print_table(outcomes):
         print(f"{kind:50}{counts[EXACT]:>7}{sum(fallbacks.values()):>10}  {why}")
     cameras = [outcome for outcome in saved if not outcome.broken and outcome.camera]
     fallbacks = [outcome for outcome in cameras if outcome.exact != EXACT]
-    good = len(fallbacks) <= MOST_FALLBACKS_OF_CAMERAS * len(cameras)
-    print(f"of {len(cameras)} files of cameras {len(fallbacks)} fall back{'' if good else ' (too many)'}")
+    good = len(fallbacks) <= MAX_CAMERA_FALLBACKS * len(cameras)
+    print(f"{len(fallbacks)} of {len(cameras)} camera files fall back{'' if good else ' (too many)'}")
     for outcome in fallbacks:
         print(f"    {outcome.path}: {outcome.exact}")
     growths = [outcome.growth for outcome in saved
-               if outcome.exact == EXACT and not outcome.broken and outcome.pixels >= LEAST_PIXELS_FOR_GROWTH]
+               if outcome.exact == EXACT and not outcome.broken and outcome.pixels >= MIN_PIXELS_FOR_GROWTH]
     if growths:
-        small = statistics.median(growths) <= MOST_GROWTH_MEDIAN and max(growths) <= MOST_GROWTH
-        print(f"size against the source's, {len(growths)} files above 0.4 megapixels: median {statistics.median(growths):.2f}, "
-              f"most {max(growths):.2f}{'' if small else ' (too much)'}")
+        small = statistics.median(growths) <= MAX_MEDIAN_GROWTH and max(growths) <= MAX_GROWTH
+        print(f"size relative to the source, {len(growths)} files above 0.4 megapixels: "
+              f"median {statistics.median(growths):.2f}, max {max(growths):.2f}{'' if small else ' (too large)'}")
         good = good and small
     return good

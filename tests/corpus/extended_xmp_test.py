@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""XMP that a JPEG file holds in more than one segment goes through the editor into every format that holds XMP, and
-into a JPEG file from every other: exiftool reads the same from the saved file as from the source. A file whose
-extension contradicts its content is read by the one and written by the other."""
+"""The editor carries XMP that spans several JPEG segments into every format that can hold XMP, and from each of them
+into a JPEG file: exiftool reads the same values from the saved file as from the source. Each test renames the photo, as
+a file is read by its content and written in the format of its extension."""
 
 import shutil
 import subprocess
@@ -28,17 +28,17 @@ class ExtendedXmpTest(unittest.TestCase):
         self.folder = Path(self.enterContext(tempfile.TemporaryDirectory()))
 
     def source(self, extension):
-        """A picture into which exiftool has written more than a segment holds."""
+        """A picture with more XMP, written by exiftool, than fits into one segment."""
         photo = self.folder / f"source.{extension}"
         Image.effect_noise((40, 30), 60).convert("P" if extension == "gif" else "RGB").save(photo)
-        words = [f"-{TAGS[name]}={value}" for name, value in (LONG | SHORT).items()]
+        assignments = [f"-{TAGS[name]}={value}" for name, value in (LONG | SHORT).items()]
         arguments = self.folder / "arguments"
-        arguments.write_text("\n".join(words) + "\n")
+        arguments.write_text("\n".join(assignments) + "\n")
         subprocess.run(["exiftool", "-q", "-overwrite_original", "-@", arguments, photo], check=True)
         return photo
 
     def saved(self, photo, extension):
-        """What the editor writes of the photo under another extension."""
+        """The file that the editor saves when the photo is opened under another extension."""
         renamed = self.folder / f"renamed.{extension}"
         shutil.copy(photo, renamed)
         target = Path(self.enterContext(tempfile.TemporaryDirectory(dir=self.folder)))
@@ -73,7 +73,7 @@ class ExtendedXmpTest(unittest.TestCase):
                 self.assertIn(EXTENSION, saved.read_bytes())
                 self.assert_all_read(saved)
 
-    def test_and_back(self):
+    def test_from_png_into_jpeg_and_back(self):
         into_jpeg = self.saved(self.source("png"), "jpg")
         self.assert_all_read(self.saved(into_jpeg, "png"))
 

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What other programs read from a picture file: Pillow and ImageMagick, upright, as 8-bit sRGB or in the picture's own
-RGB space, red, green, blue and alpha premultiplied."""
+"""Decodes pictures with Pillow and ImageMagick, for comparison: upright, premultiplied RGBA of 8 bits, in sRGB or in the
+picture's own RGB space."""
 
 import io
 import re
@@ -10,15 +10,15 @@ import warnings
 import numpy
 from PIL import Image, ImageCms, ImageFile, ImageOps
 
-MOST_PIXELS = 240_000_000
+MAX_PIXELS = 240_000_000
 SECONDS = 20
 
-Image.MAX_IMAGE_PIXELS = MOST_PIXELS
+Image.MAX_IMAGE_PIXELS = MAX_PIXELS
 warnings.simplefilter("ignore")
 
 
 def premultiplied(straight):
-    """Rounded as the product of two values of 0 to 255 is: (c a + 127) / 255."""
+    """Premultiplies by alpha, rounded to nearest: (c a + 127) / 255."""
     wide = straight.astype(numpy.uint32)
     alpha = wide[..., 3:]
     colors = (wide[..., :3] * alpha * 2 + 255) // 510
@@ -30,7 +30,7 @@ def is_deep(image):
 
 
 def eight_bits(image, bits):
-    """A grey picture of deep integers, scaled and rounded. Pillow would clip it."""
+    """A grey picture of deep integers, scaled to 8 bits and rounded. Pillow would clip it."""
     values = numpy.asarray(image)
     if bits == 32:
         values = values.astype(numpy.uint32)
@@ -39,7 +39,7 @@ def eight_bits(image, bits):
 
 
 def bits_of(image):
-    """The bits of its samples, each number once."""
+    """The set of bit depths of its samples."""
     if image.format == "TIFF":
         return set(image.tag_v2.get(258, (1,)))
     if image.format in ("PNG", "BMP") and image.tile:
@@ -49,7 +49,7 @@ def bits_of(image):
 
 
 def by_profile(image, icc):
-    """The picture in sRGB, by an ICC profile or from CIE L*a*b*; None without a usable profile."""
+    """The picture converted to sRGB from its ICC profile or from CIE L*a*b*; None without a usable profile."""
     try:
         if image.mode == "LAB":
             source = ImageCms.createProfile("LAB")
@@ -71,7 +71,7 @@ def by_profile(image, icc):
 
 
 def tolerance(file_format, kind):
-    """Levels that two right readings may be apart: coded colours and deep samples are rounded by each its way."""
+    """The levels by which two correct decoders may differ: each rounds converted colours and deep samples its own way."""
     if kind == "CMYK":
         return 3
     if file_format == "JPEG":
@@ -80,30 +80,30 @@ def tolerance(file_format, kind):
 
 
 def kind_of(image):
-    """"8 bits" for RGB and grey of just that, otherwise what else must be known of the samples."""
+    """"8 bits" for plain 8-bit RGB and grey, "CMYK", or "other"."""
     if image.mode == "CMYK":
         return "CMYK"
     return "8 bits" if bits_of(image) == {8} and image.mode in ("RGB", "RGBA", "L", "LA") else "other"
 
 
 def by_pillow(path):
-    """(kind, readings): each reading the pixels in one way that is right; (None, []) when Pillow refuses the file."""
+    """(kind, decodings), where each decoding is one correct interpretation; (None, []) if Pillow refuses the file."""
     try:
         with Image.open(path) as image:
             kind, bits, info = kind_of(image), bits_of(image), image.info
             image.load()
             if is_deep(image) and image.mode != "F":
                 image = eight_bits(image, max(bits))
-            # A TIFF file's picture was turned as it was loaded.
+            # Pillow has already rotated a TIFF picture on loading.
             upright = image if image.format == "TIFF" else ImageOps.exif_transpose(image)
             pictures = [picture for picture in (by_profile(upright, info.get("icc_profile")), upright) if picture]
             return kind, [premultiplied(numpy.asarray(picture.convert("RGBA"))) for picture in pictures]
-    except Exception:  # whatever a foreign decoder comes up with: it refuses the file
+    except Exception:  # a decoder may raise anything on a bad file
         return None, []
 
 
 def by_imagemagick(path):
-    """The first picture's pixels; None when ImageMagick refuses the file or complains of it."""
+    """The pixels of the first picture; None if ImageMagick refuses the file."""
     format_by_content = {b"\xff\xd8": "jpeg", b"\x89P": "png", b"GI": "gif", b"BM": "bmp", b"II": "tiff", b"MM": "tiff"}
     try:
         with open(path, "rb") as file:
@@ -116,22 +116,22 @@ def by_imagemagick(path):
                               capture_output=True, timeout=SECONDS, check=False)
         if done.returncode != 0:
             return None
-        # Among warnings, before and behind.
+        # Warnings may precede and follow this line.
         width, height = (int(side) for side in re.search(rb"^(\d+) (\d+)$", done.stderr, re.MULTILINE).groups())
         return premultiplied(numpy.frombuffer(done.stdout, numpy.uint8).reshape(height, width, 4))
     except (OSError, ValueError, AttributeError, subprocess.TimeoutExpired):
         return None
 
 
-def difference(pixels, reading):
-    """(most, mean): how far two pictures' components are apart; None for pictures of two sizes. One level that comes
-    and goes with multiplying by alpha does not count."""
-    if pixels.shape != reading.shape:
+def difference(pixels, decoding):
+    """The (max, mean) difference of two pictures' components; None if the sizes differ. One level of rounding error from
+    premultiplying does not count towards the maximum."""
+    if pixels.shape != decoding.shape:
         return None
-    apart = numpy.abs(pixels.astype(numpy.int16) - reading)
-    by_pixel = apart.max(axis=2)
+    differences = numpy.abs(pixels.astype(numpy.int16) - decoding)
+    by_pixel = differences.max(axis=2)
     by_pixel[(by_pixel == 1) & (pixels[..., 3] < 255)] = 0
-    return int(by_pixel.max(initial=0)), float(apart.mean())
+    return int(by_pixel.max(initial=0)), float(differences.mean())
 
 
 ImageFile.LOAD_TRUNCATED_IMAGES = False

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One photo through the whole editor: opened, clicked once in its middle, undone, redone, saved, opened
-// again. What was seen is written as lines of "name value" into FOLDER/report, the pixels opened as
-// FOLDER/opened.rgba (8 bits each, premultiplied) with their profile in FOLDER/opened.icc.
+// Usage: photo_session PHOTO FOLDER
+//
+// Runs one photo through the whole editor: opens it, clicks once in its centre, undoes, redoes, saves, and
+// opens the result. Writes measurements as lines of "name value" to FOLDER/report, the decoded pixels to
+// FOLDER/opened.rgba (8 bits each, premultiplied), and their profile to FOLDER/opened.icc.
 #include "app/connections.h"
 #include "app/look.h"
 #include "imaging/codecs/jpeg_original.h"
@@ -21,14 +23,14 @@
 namespace complexion {
 namespace {
 
-constexpr int kDiscRadius = 10; // the edit area that the window starts with
+constexpr int kDiscRadius = 10; // the window's initial edit area size
 
-/// Says "Yes" to every question, saves where it is told to, and remembers what it was shown.
-class ObligingDialogs : public Dialogs {
+/// Answers "Yes" to every question, saves to a given path, and records the alerts.
+class AutomaticDialogs : public Dialogs {
 public:
-    explicit ObligingDialogs(std::filesystem::path target) : m_target(std::move(target)) {}
+    explicit AutomaticDialogs(std::filesystem::path target) : m_target(std::move(target)) {}
 
-    /// The alerts since the last call, one after the other.
+    /// The texts of the alerts since the last call, concatenated.
     std::string shown() { return std::exchange(m_shown, {}); }
 
     int runAlert(const Alert& alert) override {
@@ -46,8 +48,8 @@ private:
     std::string m_shown;
 };
 
-/// The most memory that this process has held, in MiB (proc(5), "VmHWM", in KiB).
-long mostMebibytes() {
+/// The peak resident memory of this process in MiB (proc(5), "VmHWM", in KiB).
+long peakMebibytes() {
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;)
         if (word == "VmHWM:") {
@@ -83,11 +85,11 @@ void writeOpened(const Image& image, const std::filesystem::path& folder) {
         .write(reinterpret_cast<const char*>(icc.data()), static_cast<std::streamsize>(icc.size()));
 }
 
-/// How the pixels outside the disc in the middle differ between two images of one size.
+/// How the pixels outside the disc in the centre differ between two images of one size.
 struct Difference {
-    int mostOpaque = 0; // of any component of a pixel that is opaque in the first
-    int most = 0;
-    double mean = 0; // of the colour components of opaque pixels
+    int maxOpaque = 0; // of any component, over pixels that are opaque in the first image
+    int max = 0;       // of any component
+    double mean = 0;   // of the colour components of opaque pixels
 };
 
 Difference differenceOutsideDisc(const Image& before, const Image& after) {
@@ -104,11 +106,11 @@ Difference differenceOutsideDisc(const Image& before, const Image& after) {
             continue;
         const int colors[] = {std::abs(a[i].red() - b[i].red()), std::abs(a[i].green() - b[i].green()),
                               std::abs(a[i].blue() - b[i].blue())};
-        const int most = std::max({colors[0], colors[1], colors[2], std::abs(a[i].alpha() - b[i].alpha())});
-        difference.most = std::max(difference.most, most);
+        const int max = std::max({colors[0], colors[1], colors[2], std::abs(a[i].alpha() - b[i].alpha())});
+        difference.max = std::max(difference.max, max);
         if (a[i].alpha() != 255)
             continue;
-        difference.mostOpaque = std::max(difference.mostOpaque, most);
+        difference.maxOpaque = std::max(difference.maxOpaque, max);
         sum += colors[0] + colors[1] + colors[2];
         count += 3;
     }
@@ -125,8 +127,8 @@ std::size_t colorCount(const Image& image) {
     return colors.size();
 }
 
-/// The point of the root view at which the middle of the image's middle pixel is shown.
-Point middleOf(const Image& image, const Frame& frame) {
+/// The point of the root view that shows the centre of the image's central pixel.
+Point centreOf(const Image& image, const Frame& frame) {
     const PointSize size = image.size();
     const ImageFit fit = fitImage(size, {frame.width, frame.height});
     const PixelSize pixels = image.pixelSize();
@@ -134,7 +136,7 @@ Point middleOf(const Image& image, const Frame& frame) {
             frame.y + fit.offsetY + (size.height - pixels.height / 2 - 0.5) * fit.scale};
 }
 
-/// The editor in its window, with work run at once.
+/// The editor in its window, with background work run on this thread.
 class Session {
 public:
     Session(std::filesystem::path folder)
@@ -148,27 +150,27 @@ public:
         if (!open(photo, "open"))
             return 0;
         const Image opened = m_controller->originalImage();
-        tellOpened(opened);
-        clickInTheMiddle();
+        reportOpened(opened);
+        clickCentre();
         const Image clicked = m_controller->originalImage();
         m_controller->OnUndo(nullptr);
-        tell("undoDiffers", m_controller->originalImage().isSameObject(opened) ? 0 : 1);
+        report("undoDiffers", m_controller->originalImage().isSameObject(opened) ? 0 : 1);
         m_controller->OnRedo(nullptr);
-        tell("redoDiffers", m_controller->originalImage().isSameObject(clicked) ? 0 : 1);
-        tellCoding(clicked);
+        report("redoDiffers", m_controller->originalImage().isSameObject(clicked) ? 0 : 1);
+        reportCoding(clicked);
         m_controller->OnSaveImage(nullptr);
-        tell("save", m_dialogs.shown());
+        report("save", m_dialogs.shown());
         std::filesystem::path saved = m_folder / "saved";
         saved += "." + lowerCase(m_controller->originalImageExtension);
         if (!std::filesystem::exists(saved) || !open(saved, "reopen"))
             return 0;
-        tellReopened(opened, clicked, m_controller->originalImage());
+        reportReopened(opened, clicked, m_controller->originalImage());
         return 0;
     }
 
 private:
     template <class Value>
-    void tell(const std::string& name, const Value& value) {
+    void report(const std::string& name, const Value& value) {
         m_report << name << ' ' << value << std::endl;
     }
 
@@ -181,58 +183,59 @@ private:
         const auto begin = std::chrono::steady_clock::now();
         m_controller->OpenFile(path);
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-        tell(what + "Seconds", seconds.count());
+        report(what + "Seconds", seconds.count());
         const std::string alert = m_dialogs.shown();
-        tell(what, alert.empty() ? "done" : alert);
-        tell(what + "Mebibytes", mostMebibytes());
+        report(what, alert.empty() ? "done" : alert);
+        report(what + "Mebibytes", peakMebibytes());
         return alert.empty();
     }
 
-    void tellOpened(const Image& opened) {
-        tell("width", opened.pixelSize().width);
-        tell("height", opened.pixelSize().height);
-        tell("pointWidth", opened.size().width);
-        tell("pointHeight", opened.size().height);
-        tell("colors", colorCount(opened));
-        tell("states", m_controller->stateImagesPath.size());
+    void reportOpened(const Image& opened) {
+        report("width", opened.pixelSize().width);
+        report("height", opened.pixelSize().height);
+        report("pointWidth", opened.size().width);
+        report("pointHeight", opened.size().height);
+        report("colors", colorCount(opened));
+        report("states", m_controller->stateImagesPath.size());
         writeOpened(opened, m_folder);
     }
 
-    /// Whether the image is saved as the JPEG file that it was, but for what was clicked; or why not.
-    void tellCoding(const Image& clicked) {
+    /// Reports whether the image can be saved exactly (JPEG coefficients unchanged outside the click), or why
+    /// not.
+    void reportCoding(const Image& clicked) {
         const auto original = clicked.encoderMemory().get<jpeg::OriginalFile>();
         if (!original) {
-            tell("exact", "not 8-bit grey, YCbCr or RGB");
+            report("exact", "not 8-bit grey, YCbCr or RGB");
             return;
         }
         const Result<FileContents> file = original->encode(clicked);
-        tell("exact", file ? "yes" : file.error().message);
+        report("exact", file ? "yes" : file.error().message);
     }
 
-    void clickInTheMiddle() {
-        const Point point = middleOf(m_controller->originalImage(), m_controller->imageView->frame());
+    void clickCentre() {
+        const Point point = centreOf(m_controller->originalImage(), m_controller->imageView->frame());
         m_controller->mouseDown({.locationInWindow = point});
         m_platform.uptime += 100'000'000;
         m_controller->mouseUp({.locationInWindow = point});
         m_queues.runAll();
     }
 
-    void tellReopened(const Image& opened, const Image& clicked, const Image& reopened) {
+    void reportReopened(const Image& opened, const Image& clicked, const Image& reopened) {
         const bool sameSize = opened.pixelSize() == reopened.pixelSize();
-        tell("sizeDiffers", sameSize ? 0 : 1);
-        tell("profileDiffers", opened.profile() == reopened.profile() ? 0 : 1);
+        report("sizeDiffers", sameSize ? 0 : 1);
+        report("profileDiffers", opened.profile() == reopened.profile() ? 0 : 1);
         const Difference byClick = differenceOutsideDisc(opened, clicked);
-        tell("clickDiffers", byClick.most);
+        report("clickDiffers", byClick.max);
         if (!sameSize)
             return;
         const Difference difference = differenceOutsideDisc(opened, reopened);
-        tell("mostOpaque", difference.mostOpaque);
-        tell("most", difference.most);
-        tell("mean", difference.mean);
+        report("maxOpaque", difference.maxOpaque);
+        report("max", difference.max);
+        report("mean", difference.mean);
     }
 
     std::filesystem::path m_folder;
-    ObligingDialogs m_dialogs;
+    AutomaticDialogs m_dialogs;
     std::ofstream m_report;
     FakePlatform m_platform;
     ManualQueues m_queues;

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The cameras' and editors' files among the photographs that COMPLEXION_TEST_PHOTOS names go through the editor and lose
-nothing, least of all metadata. The whole folder is for `./check corpus`: it takes minutes."""
+"""Runs the camera and editor files of COMPLEXION_TEST_PHOTOS through the editor: no pixels and no metadata may be lost.
+`./check corpus` runs the whole folder, which takes minutes."""
 
 import os
 import subprocess
@@ -10,8 +10,8 @@ from pathlib import Path
 
 
 class PhotographsTest(unittest.TestCase):
-    @unittest.skipUnless(os.environ.get("COMPLEXION_TEST_PHOTOS"), "COMPLEXION_TEST_PHOTOS names no folder of photographs")
-    def test_files_of_cameras_come_back_whole(self):
+    @unittest.skipUnless(os.environ.get("COMPLEXION_TEST_PHOTOS"), "COMPLEXION_TEST_PHOTOS is not set")
+    def test_camera_files_lose_nothing(self):
         corpus = Path(__file__).with_name("corpus.py")
         folder = Path(os.environ["COMPLEXION_TEST_PHOTOS"]) / "exif"
         done = subprocess.run([sys.executable, corpus, folder], capture_output=True, text=True, check=False)

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A file of every kind that people bring, made by other programs, goes through the editor: what it shows is what the
-other programs read, and what was not retouched comes back untouched."""
+"""Runs files of every common kind, written by other programs, through the editor: it decodes the same pixels as the
+other programs, and saves what was not retouched unchanged."""
 
 import subprocess
 import tempfile
@@ -12,12 +12,12 @@ from PIL import Image, PngImagePlugin
 
 import corpus
 
-SIZE = (101, 77)  # no side is whole in blocks, tiles or bytes of bits
+SIZE = (101, 77)  # neither side is a multiple of a block, a tile or 8 bits
 ORIENTATION = 0x0112
 
 
 def painting(mode):
-    """Soft colours with a little noise, as photographs have."""
+    """Smooth gradients with a little noise, like a photograph."""
     width, height = SIZE
     across, down = numpy.meshgrid(numpy.linspace(0, 1, width), numpy.linspace(0, 1, height))
     noise = numpy.random.default_rng(7).integers(-4, 5, (height, width))
@@ -29,7 +29,7 @@ def painting(mode):
 
 
 def run(*command):
-    subprocess.run([str(word) for word in command], check=True, capture_output=True)
+    subprocess.run([str(argument) for argument in command], check=True, capture_output=True)
 
 
 def convert(*arguments):
@@ -49,13 +49,13 @@ class SyntheticFiles(unittest.TestCase):
         convert(cls.sources / "RGB.png", "-depth", "16", "-evaluate", "multiply", "0.93", cls.sources / "deep.tif")
 
     def check(self, name, make):
-        """Has `make` write a file of that name, and takes it through the editor."""
+        """Has `make` write a file of that name and runs it through the editor."""
         with self.subTest(name):
             photo = self.folder / name
             make(photo)
             outcome = corpus.examine(photo, self.folder)
             self.assertEqual(outcome.result, "opened", outcome.why)
-            self.assertNotEqual(outcome.apart, "", "nobody else reads it")
+            self.assertNotEqual(outcome.difference, "", "no other program decodes it")
 
     def check_command(self, name, *command):
         self.check(name, lambda photo: run(*command, photo))

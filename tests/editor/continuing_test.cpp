@@ -156,9 +156,9 @@ TEST_F(NextWindow, HasTheHistoryWithoutAStateThatCouldNotBeWritten) {
     openThroughPanel(makePhoto());
     retouch(0);
     controller->OnUndo(nullptr);
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     retouch(1);
-    platform.findTemporaryDirectory();
+    platform.restoreTemporaryDirectory();
     retouch(2);
     const Work before = work();
     EXPECT_EQ(before.states.size(), 2U);
@@ -166,9 +166,9 @@ TEST_F(NextWindow, HasTheHistoryWithoutAStateThatCouldNotBeWritten) {
 }
 
 TEST_F(NextWindow, HasTheHistoryOfAPhotoWhoseFirstStateCouldNotBeWritten) {
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     openThroughPanel(makePhoto());
-    platform.findTemporaryDirectory();
+    platform.restoreTemporaryDirectory();
     retouch(0);
     retouch(1);
     controller->OnUndo(nullptr);

@@ -27,10 +27,10 @@ TEST_F(Opening, APhotoDroppedOnTheViewReachesTheEditorBeforeTheDropEnds) {
 
 TEST_F(Opening, ADropOverAnOpenPhotoAsksOnceOnly) {
     openThroughPanel(makePhoto("first.png"));
-    const int before = dialogs.shown();
+    const int before = dialogs.shownCount();
     const std::filesystem::path path = makePhoto("second.png");
     EXPECT_TRUE(drop(path));
-    EXPECT_EQ(dialogs.shown(), before + 1);
+    EXPECT_EQ(dialogs.shownCount(), before + 1);
     expectFreshlyOpened(path, photo());
 }
 

@@ -12,7 +12,7 @@ TEST_F(EditHistory, AStateThatCannotBeWrittenIsLeftOutButTheLaterStatesAreGone) 
     change(4);
     controller->currenState = 2;
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     controller->imageProcessing = true;
 
     change(1);
@@ -29,7 +29,7 @@ TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
     openSmallPhoto();
     change(3);
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     controller->imageProcessing = true;
 
     change(1);
@@ -42,7 +42,7 @@ TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
 
 TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
     openThroughPanel(makePhoto());
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     retouch(0);
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
     EXPECT_TRUE(shown().isSameObject(controller->originalImage()));
@@ -50,13 +50,13 @@ TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
 }
 
 TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexAsItWas) {
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     openSmallPhoto();
     EXPECT_EQ(count(), 0U);
     EXPECT_EQ(controller->currenState, -1);
     EXPECT_TRUE(controller->hasImage());
 
-    platform.findTemporaryDirectory();
+    platform.restoreTemporaryDirectory();
     change(1);
     EXPECT_EQ(count(), 1U);
     EXPECT_EQ(controller->currenState, 0);
@@ -66,7 +66,7 @@ TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexA
 TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
     openSmallPhoto("first.png");
     change(3);
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     openSmallPhoto("second.png");
     EXPECT_EQ(count(), 0U);
     EXPECT_EQ(controller->currenState, 3); // outside the list
@@ -78,7 +78,7 @@ TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
     EXPECT_FALSE(controller->canUndo());
     EXPECT_FALSE(controller->canRedo());
 
-    platform.findTemporaryDirectory();
+    platform.restoreTemporaryDirectory();
     change(1);
     EXPECT_EQ(count(), 1U);
     EXPECT_EQ(controller->currenState, 4);

@@ -242,7 +242,7 @@ TEST_F(Opening, AnotherPhotoLeavesNoFileOfTheFirst) {
 }
 
 TEST_F(Opening, AnUnwrittenFirstStateIsSilent) {
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     openThroughPanel(makePhoto());
     EXPECT_TRUE(samePixels(shown(), photo()));
     EXPECT_TRUE(controller->stateImagesPath.empty());

@@ -328,13 +328,13 @@ void RandomActions::disturb() {
         action = "everything is well again";
         platform.wallClockStep = 1.0 / 64;
         platform.wallClock += 1;
-        platform.findTemporaryDirectory();
+        platform.restoreTemporaryDirectory();
         model.writable = true;
     }
 }
 
 void RandomActions::loseDisk() {
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     model.writable = false;
 }
 

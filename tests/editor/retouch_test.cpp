@@ -78,7 +78,7 @@ TEST_F(Retouch, TheResultIsPaintedWithoutWaitingForTheEventLoop) {
 
 TEST_F(Retouch, AStateThatCannotBeWrittenDoesNotUndoTheRetouch) {
     openPhoto();
-    platform.loseTemporaryDirectory();
+    platform.removeTemporaryDirectory();
     clickPixel(blemishes()[0]);
     queues.runAll();
     EXPECT_EQ(shown().pixel(20, 20), kSkin);

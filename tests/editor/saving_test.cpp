@@ -10,7 +10,7 @@ namespace {
 
 TEST_F(Saving, WithoutAPhotoNothingIsShown) {
     EXPECT_EQ(printedBy([this] { controller->OnSaveImage(nullptr); }), "");
-    EXPECT_EQ(dialogs.shown(), 0);
+    EXPECT_EQ(dialogs.shownCount(), 0);
 }
 
 TEST_F(Saving, TheNameIsProposedAfterTheSourceWithItsTypeInLowerCase) {
@@ -194,7 +194,7 @@ TEST_F(Saving, AFileThatCannotBeFlushedShowsTheFailure) {
     openThroughPanel(makePhoto());
     const FailingCalls failing(SystemCall::Fsync, EIO);
     saveWith({{"png"}, "portrait_retouched.png"}, chosen(target("saved.png")), kSaveFailure);
-    EXPECT_EQ(failing.failed(), 1);
+    EXPECT_EQ(failing.failedCount(), 1);
 }
 
 TEST_F(Saving, InAReadOnlyFolderNothingIsDeletedAndTheFailureIsShown) {

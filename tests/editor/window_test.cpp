@@ -52,7 +52,7 @@ TEST_F(UnloadedWindow, LoadingDressesTheControls) {
     EXPECT_EQ(controller->comboRepair->currentText(), QStringLiteral("Flat color"));
     EXPECT_TRUE(controller->checkAutodetectColor->isChecked());
     EXPECT_FALSE(imageView->image().has_value());
-    EXPECT_EQ(dialogs.shown(), 0);
+    EXPECT_EQ(dialogs.shownCount(), 0);
 }
 
 TEST_F(UnloadedWindow, TheCheckBoxIsTitledInWhiteFutura) {
@@ -117,14 +117,14 @@ TEST_F(Window, WithAPhotoNoKeepsItOpenWithItsPictureAndHistory) {
 
 TEST_F(Window, AFilterThatJoinsTheWindowDuringTheQuestionDoesNotMakeItAskTwice) {
     openThroughPanel(makePhoto());
-    const int before = dialogs.shown();
+    const int before = dialogs.shownCount();
     QObject filter;
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     dialogs.whileItIsShown([&] { root->installEventFilter(&filter); });
 
     EXPECT_TRUE(close());
 
-    EXPECT_EQ(dialogs.shown(), before + 1);
+    EXPECT_EQ(dialogs.shownCount(), before + 1);
 }
 
 TEST_F(Window, WithAPhotoYesDeletesEveryStateFile) {
@@ -193,7 +193,7 @@ TEST_F(Window, TheTutorialIsOpenedInTheBrowser) {
     controller->tutorialAddress = "https://complexion.example/a%20film";
     controller->OnVideoTutorial(nullptr);
     EXPECT_EQ(platform.addresses, std::vector<std::string>{"https://complexion.example/a%20film"});
-    EXPECT_EQ(dialogs.shown(), 0);
+    EXPECT_EQ(dialogs.shownCount(), 0);
 }
 
 TEST_F(Window, ATutorialAddressThatIsNoneOpensNothing) {

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Help, the version and mistakes are answered on the terminal, without a display."""
+"""--help, --version and usage errors are answered on the terminal and need no display."""
 
 import os
 import subprocess
@@ -23,7 +23,7 @@ class CommandLineTest(unittest.TestCase):
             self.assertEqual((answer.returncode, answer.stderr), (0, ""))
             self.assertTrue(answer.stdout.startswith(text), answer.stdout)
 
-    def test_mistakes_are_named(self):
+    def test_errors_name_the_wrong_argument(self):
         for words, named in ((["--frobnicate"], "'--frobnicate'"), (["-x", "face.png"], "'-x'"),
                              (["face.png", "other.png"], "'other.png'"), (["-style"], "'-style'")):
             answer = run(*words)

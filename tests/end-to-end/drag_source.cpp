@@ -10,15 +10,15 @@
 
 namespace {
 
-constexpr int kSide = 24; // small enough to lie in a corner of the screen, beside the window it drags onto
+constexpr int kSide = 24; // small enough not to cover the window under test
 
-/// One line for who drives the mouse.
-void say(const char* line) {
+/// Prints a line for the test that drives the mouse.
+void report(const char* line) {
     std::puts(line);
     std::fflush(stdout);
 }
 
-/// A square from which one address can be dragged, above all windows. The target's answers are printed.
+/// A square, above all windows, from which an address can be dragged. Prints the target's answers.
 class DragSource : public QWidget {
 public:
     explicit DragSource(QString address) : m_address(std::move(address)) {
@@ -33,19 +33,19 @@ protected:
         auto* drag = new QDrag(this);
         drag->setMimeData(content);
         connect(drag, &QDrag::actionChanged, this,
-                [](Qt::DropAction action) { say(action == Qt::CopyAction ? "copy offered" : "refused"); });
-        // The drag is destroyed when the target is done; until then it may ask for the address.
+                [](Qt::DropAction action) { report(action == Qt::CopyAction ? "copy offered" : "refused"); });
+        // The drag lives until the target is done: it may request the address until then.
         connect(drag, &QObject::destroyed, qApp, [] {
-            say("finished");
+            report("finished");
             QCoreApplication::quit();
         });
-        say("dragging");
+        report("dragging");
         drag->exec(Qt::CopyAction);
     }
 
     void paintEvent(QPaintEvent*) override {
         if (!m_hasAppeared)
-            say("ready");
+            report("ready");
         m_hasAppeared = true;
     }
 
@@ -56,7 +56,7 @@ private:
 
 } // namespace
 
-/// Shows a square in the screen's top left corner, from which the address can be dragged once.
+/// Shows a square in the top left corner of the screen, from which the address can be dragged once.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     if (argc != 2) {

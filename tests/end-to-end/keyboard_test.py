@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The main job by the keyboard and the accessibility bus alone, without a mouse: as someone works who does not see the
-pointer, or cannot hold it."""
+"""The main job with the keyboard and the accessibility bus only, as users do who cannot see or use a pointer."""
 
 import math
 import re
@@ -25,27 +24,27 @@ class KeyboardTest(PortraitTestCase):
         super().setUp()
         self.photo = self.photos / "face.png"
         shutil.copy(self.painted, self.photo)
-        # The pointer rests outside of the window's photo, on the screen's last pixel.
+        # Keep the pointer off the photo.
         subprocess.run(["xdotool", "mousemove", "1279", "799"], check=True)
 
     def focused(self):
         return self.program.focused_name()
 
     def tab_to(self, name):
-        """Presses Tab until a control has the focus; fails when the way comes round without it."""
+        """Presses Tab until the named control has the focus."""
         seen = []
         while (now := self.focused()) != name:
-            self.assertLess(len(seen), 40, f"Tab does not come to “{name}”, only to {seen}")
+            self.assertLess(len(seen), 40, f"Tab never reaches “{name}”, only {seen}")
             seen.append(now)
             self.program.keys("Tab")
             wait_until(lambda: self.focused() != now, f"the focus to leave “{now}”")
 
-    def told(self):
+    def description(self):
         return self.program.wait_for("Photo").get_description()
 
     def place(self):
-        """Where the disc is and what a click would do, as the photo tells it."""
-        match = wait_until(lambda: PLACE.fullmatch(self.told()), "the place to be told")
+        """The column and row of the disc and the effect of a click, from the photo's accessible description."""
+        match = wait_until(lambda: PLACE.fullmatch(self.description()), "the disc's description")
         return int(match[1]) - 1, int(match[2]) - 1, match[3]
 
     def next_place(self, last):
@@ -55,44 +54,44 @@ class KeyboardTest(PortraitTestCase):
         return told if told == NOTHING_FOUND else match and match.groups()[:2] != last and match.groups()[:2]
 
     def move_disc_to(self, column, row):
-        """In steps of a hundred, ten and one pixels, as hands do it."""
+        """Moves the disc with the arrow keys, in steps of 100, 10 and 1 pixels."""
         self.program.keys("Right")
         at = self.place()[:2]
-        for axis, target, forth, back in ((0, column, "Right", "Left"), (1, row, "Down", "Up")):
+        for axis, target, forward, back in ((0, column, "Right", "Left"), (1, row, "Down", "Up")):
             distance = target - at[axis]
-            key = forth if distance > 0 else back
+            key = forward if distance > 0 else back
             for size, modifier in ((100, "ctrl+"), (10, "shift+"), (1, "")):
                 count, distance = divmod(abs(distance), size)
                 if count:
                     self.program.keys(*[modifier + key] * count)
-        wait_until(lambda: self.place()[:2] == (column, row), f"the disc to come to {column}, {row}")
+        wait_until(lambda: self.place()[:2] == (column, row), f"the disc to reach {column}, {row}")
 
     def test_a_blemish_is_repaired_and_the_result_saved_without_a_mouse(self):
-        # The photo is opened through the panel.
+        # Open the photo through the panel.
         self.program.start()
         self.program.keys("ctrl+o")
         self.program.wait_for("Select image", "dialog")
-        wait_until(lambda: "name" in (self.focused() or ""), "the panel's field")
+        wait_until(lambda: "name" in (self.focused() or ""), "the panel's name field")
         self.program.type(str(self.photo))
         self.program.keys("Return")
         self.program.wait_for_photo()
 
-        # A setting is set by its name and its keys.
+        # Change a setting.
         self.tab_to("Threshold")
         threshold = self.program.wait_for("Threshold", "slider")
         self.program.keys("Right", "Right")
         wait_until(lambda: threshold.get_value_iface().get_current_value() == 120, "the threshold to be 12")
         self.assertEqual(self.program.wait_for("Edit area size in steps").get_value_iface().get_current_value(), RADIUS)
 
-        # The disc is brought to the blemish; the photo tells what would happen there, and then what has.
+        # Repair a blemish: the description first announces the effect, then the result.
         self.tab_to("Photo")
         self.move_disc_to(*BLEMISH)
         self.assertRegex(self.place()[2], r"\d+ pixels would be repaired\.")
         self.program.keys("Return")
-        wait_until(lambda: re.fullmatch(r"Repaired \d+ pixels\.", self.told()), "the repair to be told")
+        wait_until(lambda: re.fullmatch(r"Repaired \d+ pixels\.", self.description()), "the result's description")
         self.assertEqual(len(self.program.state_images()), 2)
 
-        # Undone and done again by the buttons' own names.
+        # Undo and redo it.
         self.tab_to("Undo")
         self.program.keys("space")
         wait_until(lambda: self.program.is_enabled("Redo"), "the undo")
@@ -139,9 +138,9 @@ class KeyboardTest(PortraitTestCase):
         photo.do_action(names.index("Press"))
         wait_until(lambda: len(self.program.state_images()) == 2, "the repair to be recorded")
 
-    def test_every_control_has_a_name_for_who_hears_it(self):
+    def test_every_control_has_an_accessible_name(self):
         self.program.start(self.photo)
-        buttons = [self.program.all_of(role) for role in ("push button", "button")]  # AT-SPI's old name and its new one
+        buttons = [self.program.all_of(role) for role in ("push button", "button")]  # AT-SPI's old and new role names
         self.assertTrue(any(buttons))
         for role in ("push button", "button", "toggle button", "check box", "slider", "spin button", "text", "canvas"):
             for control in self.program.all_of(role):

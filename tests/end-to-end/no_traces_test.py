@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Opening, saving, the color dialog and quitting leave nothing in the user's home but the result."""
+"""A session with the file panels and the color dialog leaves nothing in the home folder but the result."""
 
 import shutil
 import unittest
@@ -22,7 +22,7 @@ class NoTracesTest(PortraitTestCase):
                                     "XDG_CACHE_HOME": None, "XDG_STATE_HOME": None}
 
     def content(self):
-        """Every path in the home with the bytes of what is a file."""
+        """Every path in the home folder, with the content of files."""
         return {str(path.relative_to(self.home)): path.read_bytes() if path.is_file() else None
                 for path in self.home.rglob("*")}
 

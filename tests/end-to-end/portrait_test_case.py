@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What the end-to-end tests share: a desktop a class, and the program with a folder of photos a test."""
+"""The base class of the end-to-end tests: one desktop per class; the program and a folder for photos per test."""
 
 import tempfile
 import unittest

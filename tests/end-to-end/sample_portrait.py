@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The painted portrait that stands for a photo: the program that paints it, its size and its blemishes."""
+"""The painted portrait that tests use as a photo: its size, its blemishes, and the program that paints it."""
 
 import csv
 import shutil
@@ -11,11 +11,11 @@ from typing import NamedTuple
 from window_driver import BUILD
 
 SIZE = (1200, 1500)  # pixels
-RADIUS = 10  # the edit area that the window starts with
+RADIUS = 10  # the initial edit area size, in pixels
 
 
 class Blemish(NamedTuple):
-    x: float  # of its middle, in pixels from the top left
+    x: float  # of its centre, in pixels from the top left
     y: float
     radius: float
 
@@ -28,7 +28,7 @@ def paint(picture):
 
 
 def _painted(extension):
-    """What the program paints, kept beside it: it takes some seconds, and is the same every time."""
+    """The painter's output, cached beside the program: painting is deterministic and takes seconds."""
     program = BUILD / "tools/sample_portrait"
     kept = program.with_suffix("." + extension)
     if not kept.exists() or kept.stat().st_mtime < program.stat().st_mtime:

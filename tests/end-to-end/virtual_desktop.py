@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A desktop without a screen: an X server with a window manager, a session bus and the accessibility bus."""
+"""A virtual desktop for tests: an X server, a window manager, a session bus and the accessibility bus."""
 
 import os
 import subprocess
@@ -11,14 +11,14 @@ WAIT_SECONDS = 20
 
 
 def wait_until(condition, what, seconds=WAIT_SECONDS):
-    """The first true value of condition(); fails after a while, naming what was waited for."""
+    """Polls condition() and returns its first true value. Fails after a timeout, naming `what`."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
         if value:
             return value
         if time.monotonic() > end:
-            raise AssertionError(f"waited {seconds} s in vain for {what}")
+            raise AssertionError(f"timed out after {seconds} s waiting for {what}")
         time.sleep(POLL_SECONDS)
 
 
@@ -27,8 +27,8 @@ def output_of(*command, text=True):
 
 
 class VirtualDesktop:
-    """An X server with a window manager, a session bus and the accessibility bus. `folder` takes what programs on it
-    write beside their own files: settings, logs. One a process: the accessibility library keeps to its first bus."""
+    """An X server, a window manager, a session bus and the accessibility bus. Programs write their settings and logs to
+    `folder`. At most one per process, as the accessibility library connects only once."""
 
     def __init__(self, folder, width=1280, height=800):
         self.folder = Path(folder)
@@ -60,7 +60,8 @@ class VirtualDesktop:
         return process
 
     def _run_and_read_line(self, name, *command):
-        """Starts a program that announces itself by a line on a file descriptor: the command's {}."""
+        """Starts a program and returns the line that it writes to a file descriptor when it is ready. `{}` in the command
+        is that descriptor's number."""
         reader, writer = os.pipe()
         self._run(name, *(part.format(writer) for part in command), pass_fds=[writer])
         os.close(writer)
@@ -75,7 +76,7 @@ class VirtualDesktop:
         runtime.mkdir(mode=0o700, exist_ok=True)
         for name in ("WAYLAND_DISPLAY", "LANGUAGE"):
             os.environ.pop(name, None)
-        # Controls are found by their English names, whatever language this machine's user reads.
+        # Tests find controls by their English names.
         os.environ.update(LC_ALL="C.UTF-8", XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
                           XDG_CONFIG_HOME=str(self.folder / "config"), XDG_CACHE_HOME=str(self.folder / "cache"),
                           XDG_DATA_HOME=str(self.folder / "data"), XDG_STATE_HOME=str(self.folder / "state"))

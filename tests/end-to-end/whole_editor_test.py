@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The whole editor, from outside: drops, the history, effects, zoom and pan, reloading and quitting."""
+"""The features of the editor in the real window: drops, history, effects, zoom and pan, reloading, quitting."""
 
 import unittest
 
@@ -24,12 +24,12 @@ def is_black_and_white(image):
 
 
 def look_alike(one, other):
-    """Whether two pictures of the screen are the same but for the rounding of what was painted in parts."""
+    """Whether two screenshots are equal up to rounding (a partial repaint may round differently)."""
     return max(high for _, high in ImageChops.difference(one, other).getextrema()) <= 2
 
 
 def paint_map(path, mirrored=False):
-    """A photo whose every pixel says where it is."""
+    """Writes a photo in which the colour of each pixel encodes its position."""
     width, height = SIZE
     pixels = bytes(value for y in range(height) for x in range(width)
                    for value in (x % 256, y % 256, x // 256 + 16 * (y // 256)))
@@ -49,14 +49,14 @@ class WholeEditorTest(PortraitTestCase):
         return path
 
     def drop(self, path, answer=None):
-        """Drops a file and waits until it is dealt with, answering the question that must come, if any."""
+        """Drops a file, answers the expected question, if any, and waits until the drop is handled."""
         drag = self.program.drop(path.as_uri())
         if answer:
             self.program.answer(DROP_QUESTION, answer)
         drag.wait_for_end()
 
     def face(self):
-        """The middle of the photo on the screen, where nothing lies over it."""
+        """The centre of the view, free of overlays."""
         photo = self.program.photo_on_screen()
         middle, height = photo.width // 2, photo.height
         return photo.crop((middle - height // 4, height // 8, middle + height // 4, height * 4 // 5))
@@ -65,7 +65,7 @@ class WholeEditorTest(PortraitTestCase):
         wait_until(lambda: look_alike(self.face(), expected), what)
 
     def wait_for_another_face(self, *seen):
-        """The face once it looks like none of these and stays so."""
+        """Waits until the face differs from all of these and is stable. Returns it."""
         def another():
             now = self.face()
             return now if not any(look_alike(now, face) for face in seen) and now == self.face() else None
@@ -171,7 +171,7 @@ class WholeEditorTest(PortraitTestCase):
         self.assertEqual(program.state_images(), states)
 
     def view_of_map(self):
-        """The pixel of the map in the middle of the screen's view, and points on the screen per pixel of the map."""
+        """The map's pixel in the centre of the view, and screen points per pixel of the map (None if out of range)."""
         view = self.program.photo_on_screen()
         x, y, reach = view.width // 2, view.height // 2, view.width * 35 // 100
         left, middle, right = (place_on_map(view.getpixel((x + dx, y))) for dx in (-reach, 0, reach))
@@ -179,7 +179,8 @@ class WholeEditorTest(PortraitTestCase):
         return middle, 2 * reach / pixels if pixels > 0 else None
 
     def wait_for_scale(self, scale, what):
-        wait_until(lambda: (now := self.view_of_map()[1]) and abs(now / scale - 1) < 0.008, what)  # of some 180 pixels, 1 more or less
+        # The tolerance allows for an error of one pixel in about 180.
+        wait_until(lambda: (now := self.view_of_map()[1]) and abs(now / scale - 1) < 0.008, what)
 
     def test_zoom_stops_at_its_limits_and_a_drag_pans(self):
         photo = self.photos / "map.png"
@@ -191,7 +192,7 @@ class WholeEditorTest(PortraitTestCase):
         fitted = self.face()
         program.press("Zoom out")
         program.press("Zoom in")
-        self.wait_for_another_face(fitted)  # one step from the fitted size: the step out was none
+        self.wait_for_another_face(fitted)  # zooming out had no effect, so this is one step from the fitted size
         program.keys(*["ctrl+plus"] * 23)
         self.wait_for_scale(fitted_scale * 1.1 ** 24, "24 steps")
         program.keys("ctrl+plus")
@@ -207,8 +208,8 @@ class WholeEditorTest(PortraitTestCase):
         program.drag_photo(-160, 80)
         expected = x + 160 / scale, y - 80 / scale
         wait_until(lambda: all(abs(now - then) <= 1 for now, then in zip(self.view_of_map()[0], expected)),
-                   f"the map's {expected} in the middle")
-        self.assertEqual(program.state_images(), states)  # a drag is no click
+                   f"the map's {expected} in the centre")
+        self.assertEqual(program.state_images(), states)  # a drag is not a click
 
         program.keys(*["ctrl+minus"] * 25)
         self.wait_for_face(fitted, "the fitted photo")
@@ -277,7 +278,7 @@ class WholeEditorTest(PortraitTestCase):
         program.keys("ctrl+q")
         program.wait_for(EXIT_QUESTION)
         x, y, width, height = program.screen_area("Photo")
-        Drag(self.painted.as_uri()).to_where_none_is_taken(x + width // 5, y + height // 2)  # beside the question
+        Drag(self.painted.as_uri()).to_without_offer(x + width // 5, y + height // 2)  # beside the question
         self.assertFalse(program.is_showing(DROP_QUESTION))
         program.answer(EXIT_QUESTION, "No")
         self.assertEqual(program.state_images(), states)

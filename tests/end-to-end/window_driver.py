@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Drives Complexion's real window on a virtual desktop: controls are found by their accessible names, mouse and keys
-are real X events. Everything waits for a condition, nothing sleeps for luck.
-"""
+"""Drives Complexion's real window on a virtual desktop: finds controls by their accessible names and sends real X events.
+Waits for conditions instead of sleeping."""
 
 import math
 import os
@@ -16,11 +15,11 @@ from virtual_desktop import WAIT_SECONDS, output_of, wait_until
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 BUILD = Path(os.environ.get("COMPLEXION_BUILD", ROOT / "build/release"))
-LONGEST_CLICK_SECONDS = 0.2
+MAX_CLICK_SECONDS = 0.2
 EXIT_QUESTION = "All unsaved changes will be lost. Are you sure you want to exit the application?"
 SAVE_SUCCESS = "Image saved successfully."
 LOAD_FAILURE = "The image could not be loaded."
-ANSWER_MILLISECONDS = 1000  # for a question over the accessibility bus; the library's 15 s also go to ended programs
+ANSWER_MILLISECONDS = 1000  # timeout of the accessibility bus; the default of 15 s would also apply to ended programs
 
 
 class Complexion:
@@ -33,7 +32,7 @@ class Complexion:
         self.state_home = Path(tempfile.mkdtemp(prefix="state-", dir=desktop.folder))
         self.output = desktop.folder / "complexion.log"
         self.process = None
-        self.environment = {}  # beyond the desktop's; None takes a variable away
+        self.environment = {}  # in addition to the desktop's; None unsets a variable
 
     def start(self, *files, is_photo=True):
         import gi
@@ -48,7 +47,7 @@ class Complexion:
             self.process = subprocess.Popen([self.program, *map(str, files)], stdout=log, stderr=log,
                                             env=environment)
         wait_until(lambda: self.is_showing("Photo"), "the window")
-        # Keys typed before it has the focus go nowhere.
+        # Keys typed before the window has the focus are lost.
         wait_until(self._takes_focus, "the window's focus")
         if files and is_photo:
             self.wait_for_photo()
@@ -61,7 +60,7 @@ class Complexion:
             self.process.send_signal(signal.SIGKILL)
             self.process.wait()
 
-    # Looking.
+    # Observing.
 
     def _application(self):
         desktop = self.atspi.get_desktop(0)
@@ -80,7 +79,7 @@ class Complexion:
                 yield from self._all(child)
 
     def find(self, name, role=None):
-        """The control of that accessible name (any, when none is given) and role that is on the screen, or none."""
+        """The visible control with this accessible name and role (None matches any); None if there is none."""
         if self.process.poll() is not None:
             raise AssertionError(f"the program has ended with {self.process.returncode}: {self.output.read_text()}")
         try:
@@ -90,17 +89,17 @@ class Complexion:
                         accessible.get_state_set().contains(self.atspi.StateType.SHOWING):
                     return accessible
         except self._gone():
-            pass  # it went while it was looked at
+            pass  # it disappeared meanwhile
         return None
 
     def all_of(self, role):
-        """All controls of a role that are on the screen."""
+        """All visible controls with this role."""
         return [accessible for accessible in self._all(self._application())
                 if accessible.get_role_name() == role and
                 accessible.get_state_set().contains(self.atspi.StateType.SHOWING)]
 
     def combo_box(self, label):
-        """The pop-up with that label: its own name is the title that it shows."""
+        """The combo box with this label; its accessible name is its current entry."""
         def labelled():
             for box in self.all_of("combo box"):
                 for relation in box.get_relation_set():
@@ -108,11 +107,11 @@ class Complexion:
                             relation.get_target(0).get_name() == label:
                         return box
             return None
-        return wait_until(labelled, f"the pop-up “{label}”")
+        return wait_until(labelled, f"the combo box “{label}”")
 
     def focused_name(self):
-        """The accessible name of the control that has the focus; its label's where it shows a value as its name. The
-        chosen entries of closed pop-ups call themselves focused too, from Qt 6.8 on."""
+        """The name of the focused control's label if it has one, otherwise its own accessible name. Skips list items: from
+        Qt 6.8 on, the current entries of closed combo boxes report the focus, too."""
         try:
             for accessible in self._all(self._application()):
                 if accessible.get_state_set().contains(self.atspi.StateType.FOCUSED) and \
@@ -122,7 +121,7 @@ class Complexion:
                             return relation.get_target(0).get_name()
                     return accessible.get_name()
         except self._gone():
-            pass  # it went while it was looked at
+            pass  # it disappeared meanwhile
         return None
 
     def _gone(self):
@@ -136,7 +135,7 @@ class Complexion:
         return wait_until(lambda: self.find(name, role), f"“{name or role}”")
 
     def wait_until_gone(self, name):
-        wait_until(lambda: not self.is_showing(name), f"“{name}” to go")
+        wait_until(lambda: not self.is_showing(name), f"“{name}” to disappear")
 
     def is_enabled(self, name):
         return self.wait_for(name).get_state_set().contains(self.atspi.StateType.ENABLED)
@@ -145,11 +144,11 @@ class Complexion:
         wait_until(lambda: self.is_enabled("Save image"), "the photo")
 
     def wait_for_still_picture(self):
-        """Until the photo's view looks the same twice."""
-        wait_until(lambda: self.photo_on_screen() == self.photo_on_screen(), "a picture that stays")
+        """Waits until two consecutive screenshots of the view are equal."""
+        wait_until(lambda: self.photo_on_screen() == self.photo_on_screen(), "a stable picture")
 
     def windows(self):
-        """The numbers of the program's windows on the X server, the main one first."""
+        """The X window ids of the program, the main window first."""
         return output_of("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid)).split()
 
     def window(self):
@@ -168,8 +167,8 @@ class Complexion:
             return None
 
     def _takes_focus(self):
-        """Whether the window has the focus. Otherwise asks the window manager for it, which may give none to a window that
-        was there before it managed windows, and sets it without the window manager, which may also refuse."""
+        """Whether the window has the focus. If not, requests it from the window manager, which may refuse it to a window
+        that was there before the window manager; then sets it directly, which may also fail."""
         if self._focused_process() == self.process.pid:
             return True
         try:
@@ -178,32 +177,32 @@ class Complexion:
             if self._focused_process() != self.process.pid:
                 subprocess.run(["xdotool", "windowfocus", window], check=True)
         except (subprocess.CalledProcessError, IndexError):
-            pass  # it is not there yet, or not managed
+            pass  # not there yet, or not yet managed
         return self._focused_process() == self.process.pid
 
     # Acting.
 
     def press(self, name, role=None):
-        """Clicks the middle of a control."""
-        self.press_middle(self.wait_for(name, role))
+        """Clicks the centre of a control."""
+        self.press_centre(self.wait_for(name, role))
 
-    def press_middle(self, control):
+    def press_centre(self, control):
         rect = control.get_extents(self.atspi.CoordType.SCREEN)
         self.click_at(rect.x + rect.width // 2, rect.y + rect.height // 2)
 
     def choose_effect(self, index):
-        self.press_middle(self.combo_box("Effect"))
+        self.press_centre(self.combo_box("Effect"))
         wait_until(lambda: len(self.windows()) == 2, "the list of effects")
         self.keys("Home", *["Down"] * index, "Return")
         wait_until(lambda: len(self.windows()) == 1, "the list of effects to close")
 
     def screen_area(self, name, role=None):
-        """Where a control stands on the screen: x, y, width, height."""
+        """The position and size of a control on the screen: x, y, width, height."""
         rect = self.wait_for(name, role).get_extents(self.atspi.CoordType.SCREEN)
         return rect.x, rect.y, rect.width, rect.height
 
     def photo_on_screen(self, with_disc=False):
-        """The photo with what lies over it, as the screen shows it. Without the edit disc: the pointer is taken away."""
+        """A screenshot of the view. Moves the pointer away first, to hide the edit disc, unless `with_disc`."""
         x, y, width, height = self.screen_area("Photo")
         if not with_disc:
             subprocess.run(["xdotool", "mousemove", str(x + width - 1), str(y - 8)], check=True)
@@ -215,14 +214,14 @@ class Complexion:
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True)
 
     def drag_photo(self, dx, dy, steps=8):
-        """Drags from the middle of the photo's view, longer than a click takes, by so many points in so many moves."""
+        """Drags from the centre of the view by (dx, dy) in `steps` moves, for longer than a click may take."""
         x, y, width, height = self.screen_area("Photo")
         moves = [part for _ in range(steps) for part in ("mousemove_relative", "--", str(dx // steps), str(dy // steps))]
         subprocess.run(["xdotool", "mousemove", str(x + width // 2), str(y + height // 2), "mousedown", "1",
-                        *moves, "sleep", str(LONGEST_CLICK_SECONDS + 0.1), "mouseup", "1"], check=True)
+                        *moves, "sleep", str(MAX_CLICK_SECONDS + 0.1), "mouseup", "1"], check=True)
 
     def drop(self, address):
-        """Begins a drag of an address and lets it fall on the photo's view. Returns the drag, to wait for its end."""
+        """Drags an address to the view and drops it there. Returns the drag, to wait for its end."""
         drag = Drag(address)
         x, y, width, height = self.screen_area("Photo")
         drag.to(x + width // 2, y + height // 2)
@@ -235,8 +234,8 @@ class Complexion:
         subprocess.run(["xdotool", "type", "--delay", "2", text], check=True)
 
     def click_photo(self, x, y, width, height):
-        """Clicks on pixel (x, y), counted from the top left, of the fitted photo of that size. Returns the pixel that
-        the screen's coarser grid makes of it."""
+        """Clicks on pixel (x, y), from the top left, of the fitted photo of size (width, height). Returns the pixel that
+        was hit, given the coarser grid of the screen."""
         rect = self.wait_for("Photo").get_extents(self.atspi.CoordType.SCREEN)
         scale = min(rect.width / width, rect.height / height)
         left = rect.x + (rect.width - width * scale) / 2
@@ -247,14 +246,14 @@ class Complexion:
         return math.floor((screen_x - left) / scale), math.floor((screen_y - top) / scale)
 
     def retouch(self, x, y, width, height):
-        """Clicks as click_photo does and waits for the repair to be recorded."""
+        """Clicks like click_photo and waits for the repair to be recorded."""
         before = len(self.state_images())
         place = self.click_photo(x, y, width, height)
         wait_until(lambda: len(self.state_images()) > before, f"the repair at {x}, {y}")
         return place
 
     def save(self, path=None):
-        """Saves through the panel, under the name it proposes when none is given."""
+        """Saves through the panel, by default under the proposed name."""
         self.start_saving(path)
         self.answer(SAVE_SUCCESS, "OK")
 
@@ -272,7 +271,7 @@ class Complexion:
         self.wait_until_gone(question)
 
     def confirm(self, question):
-        """Answers with the button that the Return key presses: the first."""
+        """Answers with the default button, by the Return key."""
         self.wait_for(question)
         self.keys("Return")
         self.wait_until_gone(question)
@@ -283,11 +282,11 @@ class Complexion:
         self._wait_for_end()
 
     def ask_to_close(self):
-        """What the window's close button does, through the window manager."""
+        """Closes the window through the window manager, as its close button does."""
         subprocess.run(["wmctrl", "-i", "-c", self.window()], check=True)
 
     def answer_to_end(self, question, button):
-        """Answers a question with which the program ends; fails when it does not end well."""
+        """Answers the question before quitting; fails unless the program then exits with 0."""
         self.wait_for(question)
         self.press(button)
         self._wait_for_end()
@@ -310,18 +309,18 @@ class Drag:
 
     def _expect(self, line):
         if (said := self._line()) != line:
-            raise AssertionError(f"the drag's source says “{said}” where it should say “{line}”")
+            raise AssertionError(f"the drag source printed “{said}” instead of “{line}”")
 
     def to(self, x, y):
-        """Moves to a place of the screen, where a copy must be offered, and lets go."""
+        """Drags to a place on the screen where a copy must be offered, and drops there."""
         subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
         self._expect("dragging")
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
         self._expect("copy offered")
         subprocess.run(["xdotool", "mouseup", "1"], check=True)
 
-    def to_where_none_is_taken(self, x, y):
-        """Moves to a place of the screen, lets go whatever is offered, and waits for the end."""
+    def to_without_offer(self, x, y):
+        """Drags to a place on the screen, drops whatever is offered, and waits for the end."""
         subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
         self._expect("dragging")
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "sleep", "0.2", "mousemove_relative", "1", "1",
@@ -331,6 +330,6 @@ class Drag:
         self.source.wait(WAIT_SECONDS)
 
     def wait_for_end(self):
-        """Until the window has dealt with what was dropped."""
+        """Waits until the window has handled the drop."""
         self._expect("finished")
         self.source.wait(WAIT_SECONDS)

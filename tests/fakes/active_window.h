@@ -8,7 +8,7 @@
 
 namespace complexion::test {
 
-/// Makes a window that is shown the active one, as the window manager does: its controls can have the focus.
+/// Activates a visible window, as the window manager would, so that its controls can take the focus.
 inline void activate(QWidget& window) {
     window.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window));

@@ -42,10 +42,10 @@ void FakeDialogs::whileItIsShown(std::function<void()> action) {
 }
 
 template <class Kind>
-std::optional<Kind> FakeDialogs::next(const std::string& shownInstead) {
-    ++m_shown;
+std::optional<Kind> FakeDialogs::next(const std::string& shownDialog) {
+    ++m_shownCount;
     if (m_expected.empty() || !std::holds_alternative<Kind>(m_expected.front().dialog)) {
-        ADD_FAILURE() << "unexpected dialog: " << shownInstead;
+        ADD_FAILURE() << "unexpected dialog: " << shownDialog;
         return std::nullopt;
     }
     const Expected expected = std::move(m_expected.front());

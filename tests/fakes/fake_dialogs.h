@@ -24,9 +24,8 @@ inline constexpr const char* kLoadFailure = "The image could not be loaded.";
 inline constexpr const char* kSaveSuccess = "Image saved successfully.";
 inline constexpr const char* kSaveFailure = "Could not save the image.";
 
-/// Dialogs that are answered by a script: each expected one with its answer, in order. A dialog that the
-/// script does not expect fails the test and is answered as a user would who wants to be left alone; so does,
-/// at the end, an expected one that was never shown.
+/// Dialogs that are answered from a script of expected dialogs, in order. An unexpected dialog fails the test
+/// and is cancelled; an expected dialog that was never shown fails the test in the destructor.
 class FakeDialogs : public Dialogs {
 public:
     ~FakeDialogs() override;
@@ -38,11 +37,11 @@ public:
     void expectOpenPanel(PanelAnswer answer);
     void expectSavePanel(SavePanel panel, PanelAnswer answer);
 
-    /// Runs `action` while the dialog that was expected last is shown, as an event may come in then.
+    /// Runs `action` while the most recently expected dialog is shown, to simulate an event arriving then.
     void whileItIsShown(std::function<void()> action);
 
-    /// How many dialogs were shown.
-    int shown() const { return m_shown; }
+    /// The number of dialogs shown.
+    int shownCount() const { return m_shownCount; }
 
     int runAlert(const Alert& alert) override;
     PanelAnswer runOpenPanel(const OpenPanel& panel) override;
@@ -65,17 +64,17 @@ private:
         std::function<void()> whileShown;
     };
 
-    /// The next expected dialog, if it is of kind `Kind`; fails the test otherwise.
+    /// Removes and returns the next expected dialog; fails the test if it is not of type `Kind`.
     template <class Kind>
-    std::optional<Kind> next(const std::string& shownInstead);
+    std::optional<Kind> next(const std::string& shownDialog);
 
     std::deque<Expected> m_expected;
-    int m_shown = 0;
+    int m_shownCount = 0;
 };
 
-/// What a panel answers when a file was chosen.
+/// The answer of a panel in which a file was chosen.
 PanelAnswer chosen(const std::filesystem::path& path);
-/// What a panel answers when it was cancelled.
+/// The answer of a cancelled panel.
 PanelAnswer cancelled();
 
 } // namespace complexion

@@ -18,7 +18,7 @@ double FakePlatform::secondsSince1970() {
 }
 
 std::filesystem::path FakePlatform::temporaryDirectory() {
-    return m_lost ? m_folder.path() / "lost" : m_states;
+    return m_isRemoved ? m_folder.path() / "removed" : m_states;
 }
 
 } // namespace complexion

@@ -9,27 +9,27 @@
 
 namespace complexion {
 
-/// A system whose clocks stand where the test puts them and whose temporary folder lives as long as the test.
+/// A platform whose clocks the test sets, with a temporary folder that is removed with it.
 class FakePlatform : public Platform {
 public:
     FakePlatform();
 
     /// The uptime in nanoseconds.
     std::uint64_t uptime = 5'000'000'000'000;
-    /// The wall clock, in seconds since 1970, and how far it goes on whenever it is read. The step is a
-    /// binary fraction, so that the clock's milliseconds are exact.
+    /// The wall clock in seconds since 1970, and how far each reading advances it. The step is a binary
+    /// fraction, so that repeated additions are exact.
     double wallClock = 1479282091;
     double wallClockStep = 1.0 / 64;
 
-    /// Where state images go, and where tests put the photos that they make.
+    /// The folder for state images, and the folder for the tests' photos.
     const std::filesystem::path& states() const { return m_states; }
     const std::filesystem::path& photos() const { return m_photos; }
-    /// The user's trash, as long as this lives.
+    /// The user's trash.
     std::filesystem::path trash() const { return m_folder.path() / "data/Trash"; }
 
-    /// From now on, and until it is found again, nothing can be written into the temporary folder.
-    void loseTemporaryDirectory() { m_lost = true; }
-    void findTemporaryDirectory() { m_lost = false; }
+    /// Makes `temporaryDirectory` return a folder that does not exist, until it is restored.
+    void removeTemporaryDirectory() { m_isRemoved = true; }
+    void restoreTemporaryDirectory() { m_isRemoved = false; }
 
     std::vector<std::string> addresses;
     int terminations = 0;
@@ -44,7 +44,7 @@ private:
     TemporaryFolder m_folder;
     std::filesystem::path m_states;
     std::filesystem::path m_photos;
-    bool m_lost = false;
+    bool m_isRemoved = false;
 };
 
 } // namespace complexion

@@ -27,7 +27,7 @@ std::vector<std::string> FolderWatch::events() {
             inotify_event event;
             std::memcpy(&event, buffer.data() + at, sizeof event);
             const std::string name = buffer.data() + at + sizeof event;
-            // A file in the making, which gets its name, is no file that goes.
+            // An atomic write renames its temporary file: that is not a deletion.
             if ((event.mask & IN_MOVED_FROM) == 0 || !name.starts_with("."))
                 all.push_back(((event.mask & IN_MOVED_TO) == 0 ? "-" : "+") + name);
             at += static_cast<ssize_t>(sizeof event + event.len);

@@ -7,7 +7,7 @@
 
 namespace complexion {
 
-/// Watches which files come and go in a folder, in order.
+/// Records which files are created and deleted in a folder, in order.
 class FolderWatch {
 public:
     explicit FolderWatch(const std::filesystem::path& folder);
@@ -15,8 +15,8 @@ public:
     FolderWatch& operator=(const FolderWatch&) = delete;
     ~FolderWatch();
 
-    /// "+NAME" for a file that appeared under its name, "-NAME" for one that was deleted, since the last
-    /// call. Temporary files of an atomic write do not count.
+    /// The events since the last call: "+NAME" for a file that was renamed to NAME, "-NAME" for one that was
+    /// deleted. Temporary files of atomic writes are left out.
     std::vector<std::string> events();
 
 private:

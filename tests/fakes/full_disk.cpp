@@ -8,12 +8,12 @@
 
 namespace complexion {
 
-FullDisk::FullDisk(std::uint64_t largest) {
+FullDisk::FullDisk(std::uint64_t maxLength) {
     struct sigaction ignore = {};
-    ignore.sa_handler = SIG_IGN; // otherwise the limit ends the process
+    ignore.sa_handler = SIG_IGN; // by default, exceeding the limit kills the process
     ::sigaction(SIGXFSZ, &ignore, &m_signalBefore);
     ::getrlimit(RLIMIT_FSIZE, &m_before);
-    const rlimit limit{.rlim_cur = largest, .rlim_max = m_before.rlim_max};
+    const rlimit limit{.rlim_cur = maxLength, .rlim_max = m_before.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 

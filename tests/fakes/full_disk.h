@@ -9,11 +9,11 @@
 
 namespace complexion {
 
-/// As long as it lives, no file of this process can grow beyond `largest` bytes, as on a disk that is full.
-/// Leaves room for what a test captures of standard output.
+/// While it exists, no file of this process can grow beyond `maxLength` bytes, as on a full disk. The default
+/// leaves room for the standard output that a test captures.
 class FullDisk {
 public:
-    explicit FullDisk(std::uint64_t largest = 4096);
+    explicit FullDisk(std::uint64_t maxLength = 4096);
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;
     ~FullDisk();
@@ -23,8 +23,8 @@ private:
     struct sigaction m_signalBefore = {};
 };
 
-/// A file system of its own at a folder, with room for `bytes`; gone, with what is in it, when its owner
-/// goes. Only root can make one: `isMounted` tells.
+/// Mounts a file system with room for `bytes` at a folder; the destructor unmounts it. Only root can do that:
+/// check `isMounted`.
 class SmallDisk {
 public:
     SmallDisk(std::filesystem::path folder, std::uint64_t bytes);

@@ -13,19 +13,19 @@
 
 namespace complexion {
 
-/// How a test wants a JPEG file written by the library itself.
+/// The parameters of a JPEG file that a test writes with libjpeg itself.
 struct JpegRecipe {
     PixelSize size;
     int components = 3;
-    J_COLOR_SPACE samples = JCS_RGB; // of what is handed in
+    J_COLOR_SPACE samples = JCS_RGB; // of the input
     int quality = 100;
-    Bytes exif = {}; // from its byte order mark on
+    Bytes exif = {}; // starting with its byte order mark
     Bytes icc = {};
-    /// Further settings, before the file is begun.
+    /// Further settings, applied before compression starts.
     std::function<void(jpeg_compress_struct&)> adjust = [](jpeg_compress_struct&) {};
 };
 
-/// The file of packed samples; the library's defaults, but full chroma resolution.
+/// Encodes packed samples with the library's defaults, but without chroma subsampling.
 inline Bytes jpegFile(const JpegRecipe& recipe, const std::vector<std::uint8_t>& samples) {
     jpeg_compress_struct info = {};
     jpeg_error_mgr errors = {};
@@ -63,7 +63,7 @@ inline Bytes jpegFile(const JpegRecipe& recipe, const std::vector<std::uint8_t>&
     return file;
 }
 
-/// What the library decodes a file to, as the samples of `space`.
+/// The samples that the library decodes, in the colour space `space`.
 inline std::vector<std::uint8_t> jpegSamples(ByteView file, J_COLOR_SPACE space) {
     jpeg_decompress_struct info = {};
     jpeg_error_mgr errors = {};

@@ -7,18 +7,18 @@
 
 namespace complexion {
 
-/// Queues whose work is run when the test says so, on the test's own thread.
+/// Queues whose work runs only when the test asks for it, on the test's thread.
 class ManualQueues : public Queues {
 public:
     std::size_t backgroundCount() const { return m_background.size(); }
     std::size_t mainCount() const { return m_main.size(); }
 
-    /// Runs the item that was submitted first; does nothing when there is none.
+    /// Runs the oldest task; does nothing if there is none.
     void runBackground() { runFirst(m_background); }
     void runMain() { runFirst(m_main); }
-    /// Runs until nothing is left, background work first.
+    /// Runs all tasks, and those that they submit, background tasks first.
     void runAll();
-    /// Drops all work.
+    /// Discards all tasks.
     void clear();
 
     void submitBackground(std::function<void()> work) override { m_background.push_back(std::move(work)); }

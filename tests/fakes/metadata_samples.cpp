@@ -18,7 +18,7 @@ constexpr std::size_t kEntryLength = 12;
 constexpr unsigned kExifPointer = 34665;
 constexpr unsigned kGpsPointer = 34853;
 
-/// A directory's table with its values behind it, which begin at an even offset.
+/// A directory's table followed by its values, each at an even offset.
 class TableWriter {
 public:
     TableWriter(const SampleTiff& tiff, std::size_t offset, std::size_t count)
@@ -172,7 +172,7 @@ std::string jpegSegmentOf(int marker, std::string_view payload) {
 
 std::string withSegments(const std::string& jpeg, const std::string& segments, bool keepsJfif) {
     constexpr std::size_t kStart = 2;
-    constexpr std::size_t kJfifEnd = 20; // the start of the image and the 18 bytes of a JFIF segment
+    constexpr std::size_t kJfifEnd = 20; // the SOI marker and the 18 bytes of a JFIF segment
     return jpeg.substr(0, keepsJfif ? kJfifEnd : kStart) + segments + jpeg.substr(kJfifEnd);
 }
 
@@ -192,12 +192,12 @@ std::string withChunks(const std::string& png, const std::string& chunks) {
 }
 
 std::string rawProfileChunkOf(const std::string& kind, const std::string& bytes) {
-    constexpr std::string_view kFigures = "0123456789abcdef";
+    constexpr std::string_view kDigits = "0123456789abcdef";
     std::string text =
         "Raw profile type " + kind + '\0' + "\n" + kind + "\n      " + std::to_string(bytes.size()) + "\n";
     for (const char byte : bytes) {
-        text += kFigures[static_cast<unsigned char>(byte) >> 4];
-        text += kFigures[byte & 15];
+        text += kDigits[static_cast<unsigned char>(byte) >> 4];
+        text += kDigits[byte & 15];
     }
     return pngChunkOf("tEXt", text + "\n");
 }

@@ -12,8 +12,8 @@ namespace complexion {
 void writeJpeg(const std::filesystem::path& path, const Image& image, int dpi) {
     ASSERT_TRUE(ImageTools::SaveImage(image, path, "jpg"));
     std::string file = contentsOf(path);
-    // The file begins with its JFIF segment (JFIF 1.02): the unit of the density is byte 13, 1 for inches,
-    // followed by the two densities in 16 bits each, high byte first.
+    // The file begins with its JFIF segment (JFIF 1.02): byte 13 is the unit of the density, 1 for inches,
+    // followed by the horizontal and vertical density in 16 bits each, big-endian.
     constexpr std::size_t kUnit = 13;
     ASSERT_EQ(file.substr(6, 4), "JFIF");
     file[kUnit] = 1;

@@ -8,10 +8,10 @@
 
 namespace complexion {
 
-/// Writes a JPEG file that states a density in pixels per inch.
+/// Writes a JPEG file with a density in pixels per inch.
 void writeJpeg(const std::filesystem::path& path, const Image& image, int dpi);
 
-/// Writes a TIFF file of grey pages of these sizes, without any density.
+/// Writes a TIFF file with grey pages of these sizes, without a density.
 void writeTiffPages(const std::filesystem::path& path, const std::vector<PixelSize>& pages);
 
 } // namespace complexion

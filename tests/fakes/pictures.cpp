@@ -140,7 +140,7 @@ std::string withExif(const std::string& file, int orientation, const std::string
     exif.main = {exif.shortTag(274, static_cast<unsigned>(orientation)), SampleTiff::textTag(315, artist)};
     if (!file.starts_with("\xFF\xD8"))
         return withChunks(file, pngChunkOf("eXIf", exif.bytes()));
-    // The block's own segment, directly after the start of the image (EXIF 2.3, 4.5.4).
+    // The block's segment follows the SOI marker directly (EXIF 2.3, 4.5.4).
     return file.substr(0, 2) + jpegSegmentOf(0xE1, "Exif\0\0"s + exif.bytes()) + file.substr(2);
 }
 

@@ -15,7 +15,7 @@
 
 namespace complexion {
 
-/// How a test wants a PNG file written by the library itself.
+/// The parameters of a PNG file that a test writes with libpng itself.
 struct PngRecipe {
     PixelSize size;
     int colorType = PNG_COLOR_TYPE_RGB;
@@ -27,7 +27,7 @@ struct PngRecipe {
     std::function<void(png_structp)> atEnd = [](png_structp) {};
 };
 
-/// Has what `png` writes appended to `file`.
+/// Makes `png` append its output to `file`.
 inline void appendTo(Bytes& file, png_structp png) {
     png_set_write_fn(
         png, &file,
@@ -38,7 +38,7 @@ inline void appendTo(Bytes& file, png_structp png) {
         nullptr);
 }
 
-/// The file of packed rows, 16-bit samples in big-endian order.
+/// Encodes packed rows; 16-bit samples are big-endian.
 inline Bytes pngFile(const PngRecipe& recipe, std::vector<std::uint8_t> samples) {
     png_structp png = png_create_write_struct(
         PNG_LIBPNG_VER_STRING, nullptr,
@@ -64,7 +64,7 @@ inline Bytes pngFile(const PngRecipe& recipe, std::vector<std::uint8_t> samples)
     return file;
 }
 
-/// What the library decodes a file to: red, green, blue and alpha, not premultiplied.
+/// The samples that the library decodes: RGBA, not premultiplied.
 inline std::vector<std::uint8_t> pngSamples(ByteView file) {
     png_image image = {};
     image.version = PNG_IMAGE_VERSION;

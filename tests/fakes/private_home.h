@@ -7,8 +7,8 @@
 
 namespace complexion {
 
-/// A home of the tests' own: what the toolkit keeps there is none of the developer's. Made before the
-/// application, and gone after it.
+/// A temporary home directory, so that the toolkit never touches the developer's settings. Create it before
+/// the application and destroy it after.
 class PrivateHome {
 public:
     PrivateHome() {

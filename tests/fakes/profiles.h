@@ -9,7 +9,8 @@
 
 namespace complexion {
 
-/// The same bytes whenever they are made: without the time of their making (ICC.1, 7.2.8).
+/// Serialises and closes the profile. Overwrites its creation time (ICC.1, 7.2.8), so that the bytes are
+/// reproducible.
 inline Bytes bytesOfProfile(cmsHPROFILE profile) {
     cmsUInt32Number size = 0;
     cmsSaveProfileToMem(profile, nullptr, &size);
@@ -20,7 +21,7 @@ inline Bytes bytesOfProfile(cmsHPROFILE profile) {
     return bytes;
 }
 
-/// An RGB profile with primaries far wider than sRGB's (those of Adobe RGB, 1998) and a gamma of 2.2.
+/// An RGB profile with a much wider gamut than sRGB (the primaries of Adobe RGB, 1998) and a gamma of 2.2.
 inline Bytes wideProfile() {
     const cmsCIExyY white = {0.3127, 0.3290, 1};
     const cmsCIExyYTRIPLE primaries = {{0.64, 0.33, 1}, {0.21, 0.71, 1}, {0.15, 0.06, 1}};
@@ -31,7 +32,7 @@ inline Bytes wideProfile() {
     return bytes;
 }
 
-/// sRGB as tables of 17 colours a side, from and to Lab, as scanners and some cameras have it.
+/// sRGB as lookup tables of 17³ colours to and from Lab, as scanners and some cameras embed it.
 inline Bytes tableProfile() {
     cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, 2.4);
@@ -70,7 +71,7 @@ inline Bytes grayProfile(double gamma = 2.2) {
     return bytes;
 }
 
-/// A CMYK profile whose inks are paler than ideal ones: all of black leaves a tenth of the light.
+/// A CMYK profile with weak inks: full black still reflects a tenth of the light.
 inline Bytes cmykProfile() {
     cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, 2.4);

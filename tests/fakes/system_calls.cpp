@@ -30,13 +30,13 @@ thread_local std::string lastRenamedPath;
 thread_local int vainCloses = 0;
 thread_local int vainUnlinks = 0;
 thread_local int inheritableCalls = 0;
-thread_local std::size_t longestTransfer = std::numeric_limits<std::size_t>::max();
+thread_local std::size_t maxTransfer = std::numeric_limits<std::size_t>::max();
 
 Fault& faultOf(SystemCall call) {
     return faults[static_cast<std::size_t>(call)];
 }
 
-/// Whether this call is to fail, and with what.
+/// The errno with which this call must fail; 0 if it must not.
 int errorOf(SystemCall call) {
     Fault& fault = faultOf(call);
     if (fault.left == 0 || fault.skipped-- > 0)
@@ -58,7 +58,7 @@ Function* original(Function*, const char* name) {
     return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
-/// What the library's function returns; -1, and errno set, when this call is to fail.
+/// Calls the library's function, or returns -1 with errno set if this call must fail.
 template <class Function, class... Arguments>
 auto calledOrFailed(SystemCall call, Function* self, const char* name, Arguments... arguments) {
     if (const int error = errorOf(call)) {
@@ -76,11 +76,11 @@ CountedCalls::CountedCalls() {
     inheritableCalls = 0;
 }
 
-int CountedCalls::closedInVain() const {
+int CountedCalls::invalidCloses() const {
     return vainCloses;
 }
 
-int CountedCalls::unlinkedInVain() const {
+int CountedCalls::invalidUnlinks() const {
     return vainUnlinks;
 }
 
@@ -100,23 +100,23 @@ FailingCalls::~FailingCalls() {
     faultOf(m_call) = {};
 }
 
-int FailingCalls::failed() const {
+int FailingCalls::failedCount() const {
     return faultOf(m_call).failed;
 }
 
-ShortTransfers::ShortTransfers(std::size_t most) {
-    longestTransfer = most;
+ShortTransfers::ShortTransfers(std::size_t max) {
+    maxTransfer = max;
 }
 
 ShortTransfers::~ShortTransfers() {
-    longestTransfer = std::numeric_limits<std::size_t>::max();
+    maxTransfer = std::numeric_limits<std::size_t>::max();
 }
 
 } // namespace complexion
 
 using namespace complexion;
 
-// The C library's names, found before its own as the program itself defines them.
+// These definitions in the program take precedence over the C library's.
 
 extern "C" {
 
@@ -151,7 +151,7 @@ int posix_fallocate(int fd, off_t offset, off_t length) {
 
 ssize_t read(int fd, void* buffer, std::size_t count) {
     countIfInheritable(fd);
-    return calledOrFailed(SystemCall::Read, &read, "read", fd, buffer, std::min(count, longestTransfer));
+    return calledOrFailed(SystemCall::Read, &read, "read", fd, buffer, std::min(count, maxTransfer));
 }
 
 int rename(const char* from, const char* to) noexcept {
@@ -168,7 +168,7 @@ int unlink(const char* path) noexcept {
 ssize_t writev(int fd, const iovec* parts, int count) {
     countIfInheritable(fd);
     std::vector<iovec> taken(parts, parts + count);
-    std::size_t left = longestTransfer;
+    std::size_t left = maxTransfer;
     for (iovec& part : taken) {
         part.iov_len = std::min(part.iov_len, left);
         left -= part.iov_len;

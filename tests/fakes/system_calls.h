@@ -6,46 +6,45 @@
 
 namespace complexion {
 
-/// The system's calls on files that tests can have fail or do less, in place of the C library's own. Linked
-/// into every test program that uses this.
+/// The file operations of the C library that tests can make fail or transfer less. This header's source
+/// replaces the library's functions in every test program that links it.
 enum class SystemCall { Access, Close, Fchmod, Fsync, Linkat, PosixFallocate, Read, Rename, Writev };
 
-/// As long as it lives, the first calls of one kind on this thread fail; those that come later do what they
-/// always do.
+/// While it exists, the first calls of one function on this thread fail; later calls succeed as usual.
 class FailingCalls {
 public:
-    /// With `error` in errno (posix_fallocate: as its result). Calls after the `skipped` first.
+    /// Skips `skipped` calls, then fails `times` calls with `error` in errno (posix_fallocate returns it).
     FailingCalls(SystemCall call, int error, int times = 1, int skipped = 0);
     FailingCalls(const FailingCalls&) = delete;
     FailingCalls& operator=(const FailingCalls&) = delete;
     ~FailingCalls();
 
-    /// How many have failed.
-    int failed() const;
+    /// The number of calls that failed.
+    int failedCount() const;
 
 private:
     SystemCall m_call;
 };
 
-/// As long as it lives, what this thread does with descriptors is counted.
+/// Counts this thread's suspicious file operations from its construction on.
 class CountedCalls {
 public:
     CountedCalls();
-    /// How often `close` was called with no open descriptor, though one was meant.
-    int closedInVain() const;
-    /// How often `unlink` was called with a name that no file has.
-    int unlinkedInVain() const;
-    /// How many calls worked on a descriptor that a program started meanwhile would inherit.
+    /// Calls of `close` with a descriptor that is not open.
+    int invalidCloses() const;
+    /// Calls of `unlink` for a file that does not exist.
+    int invalidUnlinks() const;
+    /// Operations on a descriptor without FD_CLOEXEC, which a child process would inherit.
     int inheritable() const;
 };
 
-/// The path that the last `rename` on this thread was to move.
+/// The source path of the last `rename` on this thread.
 const std::string& lastRenamed();
 
-/// As long as it lives, no `read` or `writev` on this thread takes more than so many bytes at once.
+/// While it exists, each `read` or `writev` on this thread transfers at most `max` bytes.
 class ShortTransfers {
 public:
-    explicit ShortTransfers(std::size_t most);
+    explicit ShortTransfers(std::size_t max);
     ShortTransfers(const ShortTransfers&) = delete;
     ShortTransfers& operator=(const ShortTransfers&) = delete;
     ~ShortTransfers();

@@ -29,7 +29,7 @@ TemporaryFolder::TemporaryFolder() {
     if (!mkdtemp(name.data()))
         throw std::filesystem::filesystem_error("mkdtemp", name, {errno, std::generic_category()});
     m_path = name;
-    // Others may read: see ReadOnly.
+    // Readable by all: ReadOnly switches to another user.
     std::filesystem::permissions(m_path, std::filesystem::perms(0755));
     setenv(kParentVariable, m_path.c_str(), 1);
 }
@@ -54,7 +54,7 @@ std::vector<std::string> filesIn(const std::filesystem::path& folder) {
 ReadOnly::ReadOnly(std::filesystem::path folder)
     : m_folder(std::move(folder)), m_before(std::filesystem::status(m_folder).permissions()) {
     std::filesystem::permissions(m_folder, std::filesystem::perms(0555));
-    // Root writes everywhere; this thread's file accesses are somebody else's for a while.
+    // Root ignores permissions, so this thread accesses files as another user.
     if (geteuid() == 0) {
         setfsgid(kNobody);
         setfsuid(kNobody);
@@ -75,7 +75,7 @@ bool asNobody(const std::function<bool()>& work) {
     if (child == 0) {
         if (geteuid() == 0 &&
             (::setresgid(kNobody, kNobody, kNobody) != 0 || ::setresuid(kNobody, kNobody, kNobody) != 0 ||
-             ::prctl(PR_SET_DUMPABLE, 1) != 0)) // or it could not see its own open files
+             ::prctl(PR_SET_DUMPABLE, 1) != 0)) // otherwise /proc/self would be unreadable
             ::_exit(EXIT_FAILURE);
         ::_exit(work() ? EXIT_SUCCESS : EXIT_FAILURE);
     }

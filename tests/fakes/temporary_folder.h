@@ -8,10 +8,10 @@
 
 namespace complexion {
 
-/// A new folder that is removed, with all that is in it, when its owner goes.
+/// A new folder that is removed with its contents when the object is destroyed.
 ///
-/// The program that a death test starts makes its folders inside the one that its parent made last, because
-/// what aborts cannot clean up.
+/// The child process of a death test creates its folders inside the parent's newest one: it aborts and cannot
+/// clean up.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -29,7 +29,7 @@ private:
 /// The names of all files in a folder, sorted.
 std::vector<std::string> filesIn(const std::filesystem::path& folder);
 
-/// Makes a folder read-only for this thread as long as it lives, even where the tests run as root.
+/// Makes a folder read-only for this thread while it exists, even if the tests run as root.
 class ReadOnly {
 public:
     explicit ReadOnly(std::filesystem::path folder);
@@ -42,8 +42,7 @@ private:
     std::filesystem::perms m_before;
 };
 
-/// What `work` gives in a process of its own that, where the tests run as root, belongs to a user who owns no
-/// files.
+/// Runs `work` in a child process, as an unprivileged user if the tests run as root. Returns its result.
 bool asNobody(const std::function<bool()>& work);
 
 } // namespace complexion

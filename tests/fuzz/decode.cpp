@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Any bytes, given to one decoder: it refuses them, or gives the picture that it has measured.
+// Passes arbitrary bytes to one decoder, which must refuse them or return a picture of the measured size.
 #include "tests/fuzz/small_pictures.h"
 
 using namespace complexion;
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!image)
         return 0;
     fuzz::require(!sizes->empty() && image->pixelSize() == sizes->front(),
-                  "a picture of another size than measured");
+                  "the decoded size differs from the measured size");
     fuzz::pixelsOf(*image);
     return 0;
 }

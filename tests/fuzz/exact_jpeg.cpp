@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A JPEG file of whatever kind is retouched and saved: where that is done exactly, no pixel outside the
-// touched MCUs may differ from what the source decodes to.
+// Retouches and saves an arbitrary JPEG file. If it is saved exactly, no pixel outside the touched MCUs may
+// differ from the decoded source.
 #include "imaging/codecs/jpeg_decoder.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/image_tools.h"
@@ -36,13 +36,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         edited = *ImageTools::RemovePimpleFromImage(edited, place, kRadius, kAutodetectColor, {}, kThreshold);
     const Result<FileContents> file = original->encode(edited);
     if (!file)
-        return 0; // not exactly
+        return 0; // cannot be saved exactly
     const Result<Image> again = jpeg::decodePixels(file->joined());
-    fuzz::require(bool(again), "the file cannot be opened");
+    fuzz::require(bool(again), "the saved file cannot be decoded");
     const std::vector<RGBA32> before = fuzz::pixelsOf(turnedForStorage(*opened, original->orientation()));
     const std::vector<RGBA32> painted = fuzz::pixelsOf(turnedForStorage(edited, original->orientation()));
     const std::vector<RGBA32> after = fuzz::pixelsOf(*again);
-    fuzz::require(before.size() == after.size(), "the file has another size");
+    fuzz::require(before.size() == after.size(), "the saved file has a different size");
     const jpeg::Layout& layout = coded->layout;
     std::vector<bool> isTouched(layout.mcuCount());
     const auto mcuOf = [&layout](std::size_t i) {

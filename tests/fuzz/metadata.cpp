@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Any bytes as the source whose metadata is carried into a file of each format, and as the file that it is
-// carried into: the result holds the same pixels as before.
+// Uses arbitrary bytes as the source whose metadata is carried into a file of each format, and as the target
+// of carrying. The pixels of a valid target must not change.
 #include "imaging/carried_metadata.h"
 #include "imaging/metadata/carrying.h"
 #include "tests/fuzz/small_pictures.h"
@@ -35,18 +35,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (containerOf(source) != COMPLEXION_CONTAINER)
         return 0;
     const Written& written =
-        files[size % files.size()]; // one after the other, as the fuzzer changes the length
+        files[size % files.size()]; // the fuzzer varies the length, so every format gets its turn
     carriedOrientation(source, written.codec->container);
     const Result<FileContents> result = withMetadataOf(source, written.file);
-    fuzz::require(bool(result), "whole files are refused");
+    fuzz::require(bool(result), "a valid target is refused");
     const Bytes bytes = result->joined();
     const Result<Image> image = written.codec->decode(bytes);
     fuzz::require(image && image->pixelSize().area() == std::ssize(written.pixels),
-                  "the file cannot be read any more");
-    // The tag that was carried may turn the picture.
+                  "the result cannot be decoded");
+    // A carried orientation may turn the picture.
     if (image->pixelSize() == PixelSize{20, 12} &&
         carriedOrientation(source, written.codec->container) == Orientation::TopLeft)
-        fuzz::require(fuzz::pixelsOf(*image) == written.pixels, "the pixels are others");
-    static_cast<void>(withMetadataOf(written.file, source)); // damaged, the other way round
+        fuzz::require(fuzz::pixelsOf(*image) == written.pixels, "the pixels differ");
+    static_cast<void>(withMetadataOf(written.file, source)); // an arbitrary target: must not crash
     return 0;
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Writes the files that fuzzing begins with into a folder for each format: pictures of ours with and without
-// metadata, the hostile files of the tests, and the small ones of the photographs that COMPLEXION_TEST_PHOTOS
-// names.
+// Writes the seed files for fuzzing, in one folder per format: pictures encoded here with and without
+// metadata, the tests' hostile files, and the small files in COMPLEXION_TEST_PHOTOS.
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/imaging/hostile_files.h"
@@ -46,7 +45,7 @@ private:
     int m_count = 0;
 };
 
-/// A packet with its extension in two pieces.
+/// An XMP packet with its extension split into two segments.
 std::string extendedXmpSegments() {
     const std::string digest(32, 'A');
     const std::string extension = "<r:RDF xmlns:r='r'><r:Description xmlns:b='b' b:C='c'><b:D>d</b:D>"
@@ -62,7 +61,7 @@ std::string extendedXmpSegments() {
            piece(0, 50) + piece(50, extension.size());
 }
 
-void addOurs(Seeds& seeds) {
+void addEncodedPictures(Seeds& seeds) {
     const Image faded = painted({40, 30}, [](int row, int column) {
         const auto alpha = static_cast<std::uint8_t>(row * 8);
         return RGBA32(alpha, static_cast<std::uint8_t>(alpha / 2),
@@ -112,10 +111,10 @@ int main(int argc, char** argv) {
         return 2;
     }
     Seeds seeds(argv[1]);
-    addOurs(seeds);
+    addEncodedPictures(seeds);
     for (const HostileFile& file : hostileFiles())
         seeds.add(file.bytes);
     addPhotographs(seeds);
-    std::cout << seeds.count() << " files to begin with\n";
+    std::cout << seeds.count() << " seed files\n";
     return 0;
 }

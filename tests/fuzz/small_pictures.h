@@ -8,10 +8,10 @@
 
 namespace complexion::fuzz {
 
-/// Larger pictures take a fuzzer's time and show it nothing new.
+/// Larger pictures slow the fuzzer down and reach no new code.
 inline constexpr std::int64_t kMaxArea = 1 << 18;
 
-/// Whether all pictures that the file claims to hold are small enough to be decoded many times a second.
+/// Whether all pictures that the file declares are small enough to be decoded many times a second.
 inline bool isSmall(const Codec& codec, ByteView file) {
     const Result<std::vector<PixelSize>> sizes = codec.measure(file);
     return sizes && std::ranges::all_of(*sizes, [](PixelSize size) {
@@ -20,9 +20,9 @@ inline bool isSmall(const Codec& codec, ByteView file) {
            });
 }
 
-inline void require(bool holds, const char* whatFails) {
-    if (!holds)
-        fatal(whatFails);
+inline void require(bool condition, const char* failure) {
+    if (!condition)
+        fatal(failure);
 }
 
 inline std::vector<RGBA32> pixelsOf(const Image& image) {

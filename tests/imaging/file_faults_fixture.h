@@ -48,7 +48,7 @@ protected:
         const std::size_t before = openFiles();
         const FailingCalls failing(call, error, 1, skipped);
         EXPECT_FALSE(write());
-        EXPECT_EQ(failing.failed(), 1);
+        EXPECT_EQ(failing.failedCount(), 1);
         expectUntouched();
         EXPECT_EQ(openFiles(), before);
     }

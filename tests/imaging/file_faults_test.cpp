@@ -26,7 +26,7 @@ TEST_F(FileFaults, AWriteThatIsInterruptedGoesOn) {
     const ShortTransfers transfers(400);
     const FailingCalls failing(SystemCall::Writev, EINTR, 3, 1);
     EXPECT_TRUE(write());
-    EXPECT_EQ(failing.failed(), 3);
+    EXPECT_EQ(failing.failedCount(), 3);
     expectWritten();
 }
 
@@ -52,19 +52,19 @@ TEST_F(FileFaults, SpaceThatIsMissingIsFoundBeforeAnythingIsWritten) {
 TEST_F(FileFaults, SpaceThatCannotBeReservedIsNotMissing) {
     const FailingCalls failing(SystemCall::PosixFallocate, EOPNOTSUPP);
     EXPECT_TRUE(write());
-    EXPECT_EQ(failing.failed(), 1);
+    EXPECT_EQ(failing.failedCount(), 1);
     expectWritten();
 }
 
 TEST_F(FileFaults, SpaceIsReservedForWhatHasBytesAlone) {
     const FailingCalls failing(SystemCall::PosixFallocate, ENOSPC);
     EXPECT_TRUE(writeFileAtomically(m_path, {}));
-    EXPECT_EQ(failing.failed(), 0);
+    EXPECT_EQ(failing.failedCount(), 0);
     EXPECT_EQ(contentsOf(m_path), "");
     FileContents one;
     one.append({'1'});
     EXPECT_FALSE(writeFileAtomically(m_path, one));
-    EXPECT_EQ(failing.failed(), 1);
+    EXPECT_EQ(failing.failedCount(), 1);
     EXPECT_TRUE(writeFileAtomically(m_path, one));
     EXPECT_EQ(contentsOf(m_path), "1");
     // No byte more than there will be.
@@ -78,7 +78,7 @@ TEST_F(FileFaults, AModeThatCannotBeSetFails) {
 TEST_F(FileFaults, ANameThatIsTakenIsTriedAnew) {
     const FailingCalls failing(SystemCall::Linkat, EEXIST, 4);
     EXPECT_TRUE(write());
-    EXPECT_EQ(failing.failed(), 4);
+    EXPECT_EQ(failing.failedCount(), 4);
     expectWritten();
 }
 
@@ -113,7 +113,7 @@ TEST_F(FileFaults, OpenFilesThatCannotBeSeenCostTheNamelessFileAlone) {
     {
         const FailingCalls failing(SystemCall::Access, ENOENT);
         EXPECT_TRUE(write());
-        EXPECT_EQ(failing.failed(), 1);
+        EXPECT_EQ(failing.failedCount(), 1);
     }
     ::umask(before);
     expectWritten();
@@ -130,7 +130,7 @@ TEST_F(FileFaults, ANamedFileGoesWhenItCannotBecomeTheTarget) {
         const FailingCalls named(SystemCall::Access, ENOENT);
         const FailingCalls failing(call, EIO);
         EXPECT_FALSE(write());
-        EXPECT_EQ(failing.failed(), 1);
+        EXPECT_EQ(failing.failedCount(), 1);
         expectUntouched();
     }
 }
@@ -229,8 +229,8 @@ TEST_F(FileFaults, NothingIsClosedTwiceAndNothingIsInherited) {
     const HeldFile held(m_path);
     const int descriptor = std::stoi(held.path().filename());
     EXPECT_NE(::fcntl(descriptor, F_GETFD) & FD_CLOEXEC, 0);
-    EXPECT_EQ(counted.closedInVain(), 0);
-    EXPECT_EQ(counted.unlinkedInVain(), 0);
+    EXPECT_EQ(counted.invalidCloses(), 0);
+    EXPECT_EQ(counted.invalidUnlinks(), 0);
     EXPECT_EQ(counted.inheritable(), 0);
 }
 

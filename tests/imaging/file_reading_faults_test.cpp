@@ -23,7 +23,7 @@ TEST_F(FileFaults, FlushingFailsWhenTheFileOrItsFolderCannotBeFlushed) {
     for (const int skipped : {0, 1}) {
         const FailingCalls failing(SystemCall::Fsync, EIO, 1, skipped);
         EXPECT_FALSE(flushToDisk(m_path));
-        EXPECT_EQ(failing.failed(), 1);
+        EXPECT_EQ(failing.failedCount(), 1);
     }
     EXPECT_FALSE(flushToDisk(m_folder.path() / "none" / "photo"));
 }
@@ -44,7 +44,7 @@ TEST_F(FileFaults, AReadThatIsInterruptedGoesOn) {
     const ShortTransfers transfers(700);
     const FailingCalls failing(SystemCall::Read, EINTR, 3, 1);
     EXPECT_EQ(*readFile(m_path), manyParts().joined());
-    EXPECT_EQ(failing.failed(), 3);
+    EXPECT_EQ(failing.failedCount(), 3);
 }
 
 TEST_F(FileFaults, AReadThatFailsIsAnErrorThatSaysWhy) {

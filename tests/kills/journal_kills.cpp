@@ -2,11 +2,12 @@
 
 // Usage: journal_kills [KILLS]
 //
-// A process that works on a photo at random is killed at random moments, again and again, on two photos in
-// turn. After each kill: no step that it had finished is missing in the journal, unless the journal's file
-// was still being created for steps of the last 100 milliseconds; the continued picture, history and position
-// are those of a session that was never killed, the photo is as it was, and what was left on the disk is the
-// journal, of whose bytes all are accounted for, and the private folder, which the next start removes.
+// Repeatedly kills a process that edits a photo at random, at random moments, alternating between two photos.
+// After each kill, checks that the journal has every step that the process had finished, except for steps of
+// the last 100 milliseconds while the journal's file was being created; that the resumed picture, history and
+// position equal those of a session that was never killed (the oracle); that the photo is unchanged; and that
+// only the journal, without stray bytes, and the private folder are left on the disk. The next start must
+// remove that folder.
 #include "app/private_folder.h"
 #include "editor/edit_session.h"
 #include "imaging/image_tools.h"
@@ -34,9 +35,9 @@ namespace {
 constexpr int kKills = 1000;
 constexpr PixelSize kSize{160, 120};
 constexpr int kMaxRadius = 12;
-constexpr std::int64_t kMaxMoment = 150'000;        // microseconds after the start
-constexpr std::int64_t kMaxUnwritten = 100'000'000; // nanoseconds from a step to its being in a new file
-constexpr std::size_t kMaxTornBytes = 128;          // more than any record has
+constexpr std::int64_t kMaxDelay = 150'000;         // microseconds from the start to the kill
+constexpr std::int64_t kMaxUnwritten = 100'000'000; // nanoseconds from a step until it is in a new file
+constexpr std::size_t kMaxTornBytes = 128;          // longer than any record
 
 [[noreturn]] void fail(const std::string& what) {
     std::cerr << "journal_kills: " << what << '\n';
@@ -52,9 +53,8 @@ class DriverPlatform : public Platform {
 public:
     explicit DriverPlatform(std::filesystem::path folder) : m_folder(std::move(folder)) {}
     std::uint64_t monotonicNanoseconds() override { return 0; }
-    /// The wall clock, at least 2 ms after the previous call: states are named after the millisecond, and two
-    /// of one name share a file. It never runs ahead of the wall clock, since the next process continues this
-    /// one's work.
+    /// The wall clock, at least 2 ms after the previous call, as states are named by the millisecond. Never
+    /// ahead of the wall clock, since the next process continues this one's work.
     double secondsSince1970() override {
         std::this_thread::sleep_until(m_previous + std::chrono::milliseconds(2));
         m_previous = std::chrono::system_clock::now();
@@ -75,19 +75,19 @@ std::int64_t nanosecondsNow() {
         .count();
 }
 
-/// What a killed process had reported.
+/// What a process reported before it was killed.
 struct Run {
     std::int64_t steps = 0;
     std::int64_t firstAge = 0; // nanoseconds from the first step's end to the kill
 };
 
-/// The work of one person, whose next deed depends on nothing but the random numbers and the session.
+/// Performs random edits that depend only on the random numbers and the session.
 class Worker {
 public:
     Worker(EditSession& session, int effect) : m_session(session), m_effect(effect) {}
 
-    /// Does one thing; false when it was none that is a step.
-    bool work(std::mt19937& random) {
+    /// Performs one action; returns whether it was a step of the history.
+    bool act(std::mt19937& random) {
         const auto upTo = [&random](int limit) {
             return static_cast<int>(random() % static_cast<std::uint32_t>(limit));
         };
@@ -122,14 +122,14 @@ private:
     int m_effect;
 };
 
-/// Opens the photo; without one, as a photo of nothing.
+/// Opens the photo and begins its history.
 void open(EditSession& session, const std::filesystem::path& photo) {
     const auto opened = identify(photo);
     session.open({decoded(photo)}, photo, opened);
     session.beginHistory();
 }
 
-/// Opens the photo of the work and repeats its steps, as the window does.
+/// Opens the journal's photo and replays its steps, as the window does. Returns the effect.
 int continueWork(EditSession& session, const AbandonedJournal& work) {
     require(matchPhoto(work.contents.photo) == PhotoMatch::Same, "the photo is not recognised");
     open(session, work.contents.photo.path);
@@ -154,7 +154,7 @@ public:
             m_photos.push_back(m_root.path() / "photos" / name);
             require(ImageTools::SaveImage(noise(kSize, static_cast<std::uint32_t>(m_photos.size())),
                                           m_photos.back(), m_photos.back().extension().string().substr(1)),
-                    "no photo");
+                    "a photo cannot be written");
             m_bytes.push_back(contentsOf(m_photos.back()));
         }
     }
@@ -163,23 +163,24 @@ public:
         for (m_round = 0; m_round < m_count; ++m_round) {
             const auto seed = static_cast<std::uint32_t>(m_random());
             if (!m_isContinued)
-                startAnew();
+                startNewWork();
             const Run run = workUntilKilled(seed);
             checkFiles();
             checkWork(seed, run);
         }
-        std::cout << m_count << " kills, " << m_steps << " steps; " << m_unwritten
-                  << " kills before the file was created, " << static_cast<double>(m_oldestUnwritten) * 1e-6
-                  << " ms after the first step at most, none lost otherwise; " << m_unreported
-                  << " more had been journaled but not finished; " << m_withSteps << " works continued, "
-                  << m_largest << " steps at most; " << m_early << " kills before a first step\n";
+        std::cout << m_count << " kills; " << m_steps << " steps; " << m_unwritten
+                  << " kills before the journal's file was created, at most "
+                  << static_cast<double>(m_oldestUnwritten) * 1e-6
+                  << " ms after the first step, no steps lost otherwise; " << m_unreported
+                  << " more journaled but not yet finished; " << m_resumed << " sessions resumed, "
+                  << m_maxSteps << " steps at most; " << m_early << " kills before the first step\n";
     }
 
 private:
     const std::filesystem::path& photo() const { return m_photos[static_cast<std::size_t>(m_photo)]; }
 
-    /// The other photo, and a session that is never killed.
-    void startAnew() {
+    /// Switches to the other photo and starts a new oracle, a session that is never killed.
+    void startNewWork() {
         m_photo = 1 - m_photo;
         m_oracle.emplace(m_oraclePlatform);
         open(*m_oracle, photo());
@@ -189,20 +190,20 @@ private:
 
     Run workUntilKilled(std::uint32_t seed) {
         int pipe[2];
-        require(::pipe2(pipe, O_CLOEXEC) == 0, "no pipe");
-        const std::int64_t moment = std::uniform_int_distribution<std::int64_t>(0, kMaxMoment)(m_random);
+        require(::pipe2(pipe, O_CLOEXEC) == 0, "pipe2 failed");
+        const std::int64_t delay = std::uniform_int_distribution<std::int64_t>(0, kMaxDelay)(m_random);
         const pid_t child = ::fork();
-        require(child >= 0, "no process");
+        require(child >= 0, "fork failed");
         if (child == 0)
             work(seed, pipe[1]);
         ::close(pipe[1]);
-        const timespec wait{.tv_sec = 0, .tv_nsec = moment * 1000};
+        const timespec wait{.tv_sec = 0, .tv_nsec = delay * 1000};
         ::nanosleep(&wait, nullptr);
         const std::int64_t killed = nanosecondsNow();
         ::kill(child, SIGKILL);
         int status = 0;
         ::waitpid(child, &status, 0);
-        require(WIFSIGNALED(status), "the work ended by itself");
+        require(WIFSIGNALED(status), "the process ended before it was killed");
         Run run;
         for (std::int64_t end = 0; ::read(pipe[0], &end, sizeof end) == sizeof end; ++run.steps)
             if (run.steps == 0)
@@ -227,9 +228,9 @@ private:
         Worker worker(session, effect);
         std::mt19937 random(seed);
         for (;;)
-            if (worker.work(random)) {
+            if (worker.act(random)) {
                 const std::int64_t end = nanosecondsNow();
-                require(::write(report, &end, sizeof end) == sizeof end, "the report cannot be written");
+                require(::write(report, &end, sizeof end) == sizeof end, "a step cannot be reported");
             }
     }
 
@@ -243,24 +244,24 @@ private:
             if (within.starts_with("temporary/complexion-"))
                 continue;
             require(within.starts_with("home/.local/state/complexion/") && within.ends_with(".journal"),
-                    "a file outside the private folder: " + within);
+                    "an unexpected file outside the private folder: " + within);
             const std::string bytes = contentsOf(entry.path());
             const ParsedJournal parsed =
                 parseJournal(ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()));
             require(parsed.kind != JournalKind::Foreign &&
                         bytes.size() - parsed.contents.length < kMaxTornBytes,
-                    "bytes in the journal that are no record");
+                    "the journal has bytes that are not a record");
         }
     }
 
-    /// The next start: goes on with what was left and compares.
+    /// Resumes the work as the next start would, and compares it with the oracle.
     void checkWork(std::uint32_t seed, const Run& run) {
         const std::vector<std::string> before = filesIn(m_root.path() / "temporary");
         const Result<PrivateFolder> folder = PrivateFolder::create();
         require(static_cast<bool>(folder), "no private folder");
         for (const std::string& name : before)
             require(!std::filesystem::exists(m_root.path() / "temporary" / name),
-                    "a killed run's folder stays");
+                    "the private folder of the killed process was not removed");
 
         std::vector<AbandonedJournal> works = AbandonedJournal::findIn(m_journals);
         require(works.size() <= 1, "more than one journal");
@@ -274,24 +275,24 @@ private:
         }
         require(steps >= m_done + run.steps, "a finished step is lost: " + std::to_string(steps) + " of " +
                                                  std::to_string(m_done + run.steps));
-        require(steps <= m_done + run.steps + 1, "more steps than there were");
+        require(steps <= m_done + run.steps + 1, "the journal has more steps than were made");
         m_unreported += steps - m_done - run.steps;
-        m_largest = std::max(m_largest, steps);
+        m_maxSteps = std::max(m_maxSteps, steps);
 
         Worker worker(*m_oracle, m_effect);
         std::mt19937 random(seed);
         while (m_done < steps)
-            m_done += worker.work(random);
+            m_done += worker.act(random);
         m_effect = worker.effect();
         if (works.empty()) {
             ++m_early;
             m_isContinued = false;
             return;
         }
-        ++m_withSteps;
+        ++m_resumed;
         DriverPlatform platform(folder->path());
         EditSession session(platform);
-        require(continueWork(session, works[0]) == m_effect, "another effect");
+        require(continueWork(session, works[0]) == m_effect, "the effect differs");
         compare(session);
         m_isContinued = m_random() % 3 != 0;
         if (!m_isContinued)
@@ -299,21 +300,22 @@ private:
     }
 
     void compare(EditSession& session) {
-        require(samePixels(session.image(), m_oracle->image()), "another picture");
-        require(session.history.position == m_oracle->history.position, "another position");
-        require(session.history.paths.size() == m_oracle->history.paths.size(), "another history");
+        require(samePixels(session.image(), m_oracle->image()), "the picture differs");
+        require(session.history.position == m_oracle->history.position, "the position differs");
+        require(session.history.paths.size() == m_oracle->history.paths.size(),
+                "the length of the history differs");
         const std::int64_t position = session.history.position;
         for (std::int64_t i = 0; i < std::ssize(session.history.paths); ++i) {
             const auto state = session.history.moveTo(i);
             const auto expected = m_oracle->history.moveTo(i);
-            require(state && expected && samePixels(*state, *expected), "another state");
+            require(state && expected && samePixels(*state, *expected), "a state differs");
         }
         session.history.moveTo(position);
         m_oracle->history.moveTo(position);
     }
 
     int m_count;
-    TemporaryFolder m_oracleFolder; // first: the other is made within it
+    TemporaryFolder m_oracleFolder; // first, as the other is created inside it
     TemporaryFolder m_root;
     DriverPlatform m_oraclePlatform{m_oracleFolder.path()};
     std::filesystem::path m_journals;
@@ -326,14 +328,14 @@ private:
     bool m_isContinued = false;
     std::optional<EditSession> m_oracle;
     int m_effect = 0;
-    std::int64_t m_done = 0; // steps of the work, in all runs
+    std::int64_t m_done = 0; // steps of the current work, over all its processes
 
     std::int64_t m_steps = 0;
     std::int64_t m_unwritten = 0;       // kills before the journal's file was created
     std::int64_t m_oldestUnwritten = 0; // nanoseconds
     std::int64_t m_unreported = 0;
-    std::int64_t m_withSteps = 0;
-    std::int64_t m_largest = 0;
+    std::int64_t m_resumed = 0;
+    std::int64_t m_maxSteps = 0;
     std::int64_t m_early = 0;
 };
 

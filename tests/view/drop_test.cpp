@@ -67,7 +67,7 @@ TEST_F(Drop, OnAnEmptyViewAPhotoIsAnnouncedWithoutAQuestion) {
     const std::filesystem::path path = makeFile("photo.JPG");
     EXPECT_TRUE(drop(path));
     expectPostedOnly(path);
-    EXPECT_EQ(dialogs.shown(), 0);
+    EXPECT_EQ(dialogs.shownCount(), 0);
     EXPECT_FALSE(view.image().has_value()); // the decoded picture was only a test
 }
 

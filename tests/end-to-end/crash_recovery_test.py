@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Work that was killed is offered at the next start, and continued to the very picture."""
+"""After a kill, the next start offers the unfinished work and restores the identical picture."""
 
 import os
 import stat
@@ -15,7 +15,7 @@ PLACES = ((548, 418), (690, 690), (600, 500))
 FORGET_QUESTION = "The repairs of this photo will be lost. Are you sure you want to forget them?"
 
 
-class ContinuingTest(PortraitTestCase):
+class CrashRecoveryTest(PortraitTestCase):
     def setUp(self):
         super().setUp()
         self.photo = self.photos / "face.png"
@@ -66,9 +66,9 @@ class ContinuingTest(PortraitTestCase):
         self.program.wait_until_gone("Forget face.png")
         self.assertEqual(self.program.journals(), [])
 
-    def test_a_state_folder_that_cannot_be_made_stops_nothing(self):
+    def test_the_program_works_without_a_state_folder(self):
         os.rmdir(self.program.state_home)
-        self.program.state_home.write_text("a file where the folder belongs")
+        self.program.state_home.write_text("a file in place of the folder")
         self.retouch()
         self.saved("saved.png")
 

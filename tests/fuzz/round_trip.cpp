@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The way of a photo through the program: opened, retouched, seen through an effect, encoded, given the
-// source's metadata, and opened again.
+// The round trip of a photo: decodes it, retouches it, applies an effect, encodes it with the source's
+// metadata, and decodes the result.
 #include "imaging/carried_metadata.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
@@ -14,13 +14,13 @@ namespace {
 constexpr std::int64_t kRadius = 6;
 constexpr std::int64_t kThreshold = 10;
 
-/// A click in the picture's middle, and on its edge.
+/// The image after one click in its centre and one in its corner.
 Image retouched(Image image) {
     const PointSize size = image.size();
     for (const Point point : {Point{size.width / 2, size.height / 2}, Point{0, size.height}}) {
         const auto result =
             ImageTools::RemovePimpleFromImage(image, point, kRadius, kAutodetectColor, {}, kThreshold);
-        fuzz::require(result.has_value(), "a repair gave no image");
+        fuzz::require(result.has_value(), "a repair returned no image");
         image = *result;
     }
     return image;
@@ -44,12 +44,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Image stored = container ? turnedForStorage(shown, carriedOrientation(source, *container)) : shown;
     const Result<FileContents> encoded = codec->encode(stored);
     if (!encoded)
-        return 0; // more than the format can hold
+        return 0; // the format cannot hold the picture
     if (!container)
-        return 0; // too damaged to give metadata
+        return 0; // too damaged to carry metadata from
     const Result<FileContents> saved = withMetadataOf(source, encoded->joined());
-    fuzz::require(bool(saved), "metadata cannot be put into a file of ours");
+    fuzz::require(bool(saved), "metadata cannot be inserted into a valid file");
     const Result<Image> again = codec->decode(saved->joined());
-    fuzz::require(again && again->pixelSize() == pixels, "the saved file cannot be opened");
+    fuzz::require(again && again->pixelSize() == pixels, "the saved file cannot be decoded");
     return 0;
 }

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The main job, from outside: a portrait is opened, three blemishes are clicked away, the result is saved."""
+"""The main job in the real window: open a portrait, click away three blemishes, save the result."""
 
 import json
 import subprocess
@@ -14,7 +14,7 @@ from window_driver import EXIT_QUESTION, SAVE_SUCCESS
 
 BLEMISHES = [(548, 418), (690, 690), (470, 700)]
 
-# What a camera and an archive write into a photo.
+# Metadata as a camera and an archive write it.
 METADATA = {
     "EXIF:Make": "Sample Works", "EXIF:Model": "Painter 1", "EXIF:DateTimeOriginal": "2019:05:04 03:02:01",
     "EXIF:ExposureTime": "1/200", "EXIF:FNumber": "2.8", "EXIF:ISO": "100", "EXIF:UserComment": "by nobody",
@@ -29,7 +29,7 @@ JPEG_METADATA = {
 
 
 def metadata_of(path):
-    """All metadata of a file but what speaks of the file itself."""
+    """All metadata of a file except what describes the file itself."""
     text = subprocess.run(["exiftool", "-json", "-G1", "-n", "-a", "-x", "ThumbnailImage", str(path)],
                           check=True, capture_output=True).stdout
     return {name: value for name, value in json.loads(text)[0].items()
@@ -38,7 +38,7 @@ def metadata_of(path):
 
 
 def outside_discs(places, reach):
-    """A mask that is white where no disc reaches."""
+    """A mask that is white outside the squares of half-side `reach` around the places."""
     mask = Image.new("L", SIZE, 255)
     draw = ImageDraw.Draw(mask)
     for x, y in places:
@@ -46,9 +46,9 @@ def outside_discs(places, reach):
     return mask
 
 
-class MainJobTest(PortraitTestCase):
+class RetouchAndSaveTest(PortraitTestCase):
     def sample(self, name, **options):
-        """The sample portrait in the format that the name says, with metadata."""
+        """Writes the sample portrait with metadata, in the format of the name's extension."""
         path = self.photos / name
         with Image.open(self.painted) as image:
             image.save(path, **options)
@@ -82,7 +82,7 @@ class MainJobTest(PortraitTestCase):
         with Image.open(photo) as before, Image.open(saved) as after:
             difference = ImageChops.difference(before.convert("RGB"), after.convert("RGB"))
             self.assertEqual(after.info.get("dpi"), before.info.get("dpi"))
-        # Coding again at the best quality moves pixels by rounding; blocks of 8 pixels that a disc touches by more.
+        # Rounding changes untouched pixels slightly; the 8-pixel blocks that a disc touches may change more.
         untouched = ImageStat.Stat(difference, outside_discs(places, RADIUS + 8))
         self.assertLess(max(untouched.mean), 0.6)
         self.assertLess(max(high for _, high in untouched.extrema), 8)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""However the program ends, no picture of the photo's face stays behind, and no file of it could be read by others."""
+"""However the program ends, it leaves no state image behind, and other users can read none while it runs."""
 
 import signal
 import stat
@@ -14,7 +14,7 @@ from window_driver import EXIT_QUESTION
 BLEMISH = (548, 418)
 
 
-class EndingsTest(PortraitTestCase):
+class TerminationTest(PortraitTestCase):
     def start_and_retouch(self):
         self.program.start(self.painted)
         self.program.retouch(*BLEMISH, *SIZE)
@@ -30,7 +30,7 @@ class EndingsTest(PortraitTestCase):
         for file in self.program.state_images():
             self.assertEqual(stat.S_IMODE(file.stat().st_mode), 0o600)
 
-    def test_a_signal_to_end_leaves_the_journal_alone(self):
+    def test_a_termination_signal_leaves_only_the_journal(self):
         for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
             with self.subTest(signal=number.name):
                 self.start_and_retouch()
@@ -41,7 +41,7 @@ class EndingsTest(PortraitTestCase):
                 self.assertEqual(stat.S_IMODE(journal.stat().st_mode), 0o600)
                 journal.unlink()
 
-    def test_a_signal_ends_a_question_that_is_open(self):
+    def test_a_termination_signal_ends_an_open_question(self):
         self.start_and_retouch()
         self.program.ask_to_close()
         self.program.wait_for(EXIT_QUESTION)
@@ -49,7 +49,7 @@ class EndingsTest(PortraitTestCase):
         self.assertEqual(self.program.process.wait(20), 0)
         self.assertEqual(self.left(), [])
 
-    def test_what_a_killed_run_left_goes_at_the_next_start(self):
+    def test_the_next_start_removes_what_a_killed_process_left(self):
         self.start_and_retouch()
         left, = self.left()
         self.program.process.kill()
@@ -59,11 +59,11 @@ class EndingsTest(PortraitTestCase):
         self.assertEqual(len(self.left()), 1)
         self.assertFalse(left.exists())
 
-    def test_the_end_of_the_display_leaves_nothing(self):
+    def test_losing_the_display_leaves_nothing(self):
         self.start_and_retouch()
         subprocess.run(["xkill", "-id", self.program.window()], check=True, capture_output=True)
         self.program.process.wait(20)
-        wait_until(lambda: not self.left(), "the history to go")
+        wait_until(lambda: not self.left(), "the private folder to be removed")
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Photos whose names do not say their format: the content decides."""
+"""The format of a photo is detected from its content, whatever its name."""
 
 import unittest
 
@@ -15,12 +15,12 @@ DNG_VERSION = 50706
 
 
 def write_raw(path):
-    """A camera's raw file as far as an opener looks: a TIFF file of a small picture, with a DNG version."""
+    """A minimal camera raw file: a TIFF file of a small picture with a DNG version."""
     with Image.new("RGB", (256, 171), "brown") as picture:
         picture.save(path, format="TIFF", tiffinfo={DNG_VERSION: b"\1\4\0\0"})
 
 
-class NamelessPhotosTest(PortraitTestCase):
+class FormatDetectionTest(PortraitTestCase):
     def photo(self, name, save_as):
         path = self.photos / name
         with Image.open(self.painted) as image:
@@ -34,19 +34,19 @@ class NamelessPhotosTest(PortraitTestCase):
         self.assertTrue(self.program.is_enabled("Undo"))
         self.assertEqual({state.suffix for state in self.program.state_images()}, {extension})
         self.program.keys("ctrl+z")
-        wait_until(lambda: not self.program.is_enabled("Undo"), "the step back")
+        wait_until(lambda: not self.program.is_enabled("Undo"), "the undo")
         self.program.keys("ctrl+shift+z")
-        wait_until(lambda: self.program.is_enabled("Undo"), "the step forward")
+        wait_until(lambda: self.program.is_enabled("Undo"), "the redo")
         before = photo.read_bytes()
         self.program.save()
         self.assertEqual(sorted(self.photos.iterdir()),
                          sorted([photo, photo.with_name(photo.stem + "_retouched" + extension)]))
         self.assertEqual(photo.read_bytes(), before)
 
-    def test_a_jpeg_by_another_name(self):
+    def test_a_jpeg_with_another_extension(self):
         self.check_work_on(self.photo("face.jfif", "JPEG"), ".jpg")
 
-    def test_a_bmp_by_another_name(self):
+    def test_a_bmp_with_another_extension(self):
         self.check_work_on(self.photo("face.dib", "BMP"), ".bmp")
 
     def test_a_png_without_an_extension(self):

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The photo itself is chosen as the target: whatever becomes of the save, its only copy is not lost."""
+"""Saving over the photo itself never loses its only copy, however the save ends."""
 
 import os
 import resource
@@ -22,8 +22,8 @@ def replacing_the_photo(photo):
     return f"“{photo.name}” is the photo that you opened. Saving here replaces it for good. Do you want to replace it?"
 
 
-class ReplacedPhotosTest(PortraitTestCase):
-    """The program's files can be kept small from outside, as on a full disk."""
+class ReplacingTest(PortraitTestCase):
+    """A wrapper ignores SIGXFSZ, so that a limit on the file size acts like a full disk."""
 
     def setUp(self):
         super().setUp()
@@ -63,16 +63,16 @@ class ReplacedPhotosTest(PortraitTestCase):
         self.program.answer(SAVE_SUCCESS, "OK")
         self.assertEqual(list(self.photos.iterdir()), [self.photo])
 
-    def test_a_kill_never_costs_the_only_copy(self):
+    def test_a_kill_while_saving_never_loses_the_only_copy(self):
         self.replace_the_photo()
         wait_until(lambda: not self.photo.exists() or self.photo.read_bytes() != self.bytes, "the save to begin")
         self.program.process.kill()
         self.program.process.wait()
-        whole = [file for file in self.photos.iterdir() if not file.name.startswith(".")]
-        self.assertTrue(whole)
-        if self.photo not in whole:
-            self.assertEqual([file.name for file in whole], ["face (replaced).png"])
-        for file in whole:
+        complete = [file for file in self.photos.iterdir() if not file.name.startswith(".")]
+        self.assertTrue(complete)
+        if self.photo not in complete:
+            self.assertEqual([file.name for file in complete], ["face (replaced).png"])
+        for file in complete:
             if file.read_bytes() != self.bytes:
                 check_only_discs_changed(self.painted, file, [self.place], RADIUS)
 

@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A photo whose name, and whose folder's name, are not UTF-8 is opened from the command line and by a drop, retouched
-and saved."""
+"""Unusual file names: not valid UTF-8, or with quotation marks."""
 
 import os
 import shutil
@@ -12,11 +11,10 @@ from sample_portrait import RADIUS, SIZE
 from virtual_desktop import output_of, wait_until
 
 BLEMISH = (548, 418)
-# Latin 1: an e with an acute accent.
-OLD_NAME = os.fsdecode(b"caf\xe9")
+LATIN_1_NAME = os.fsdecode("café".encode("latin-1"))
 
 
-class NamesTest(PortraitTestCase):
+class FileNamesTest(PortraitTestCase):
     def make_photo(self, path):
         path.parent.mkdir(exist_ok=True)
         shutil.copy(self.painted, path)
@@ -33,13 +31,13 @@ class NamesTest(PortraitTestCase):
         self.assertEqual(set(saved.parent.iterdir()) - before, {saved})
         check_only_discs_changed(photo, saved, [place], RADIUS)
 
-    def test_from_the_command_line(self):
-        photo = self.make_photo(self.photos / f"{OLD_NAME}.png")
+    def test_a_latin_1_name_is_opened_from_the_command_line(self):
+        photo = self.make_photo(self.photos / f"{LATIN_1_NAME}.png")
         self.program.start(photo)
         self.retouch_and_save(photo, self.photos / "café_retouched.png")
 
-    def test_from_a_folder_whose_name_is_not_utf_8(self):
-        photo = self.make_photo(self.photos / OLD_NAME / f"{OLD_NAME}.png")
+    def test_a_photo_is_saved_in_a_folder_whose_name_is_not_utf_8(self):
+        photo = self.make_photo(self.photos / LATIN_1_NAME / f"{LATIN_1_NAME}.png")
         self.program.start(photo)
         self.retouch_and_save(photo, photo.parent / "café_retouched.png")
 
@@ -68,8 +66,8 @@ class NamesTest(PortraitTestCase):
         self.program.wait_for_photo()
         wait_until(lambda: self.title() == 'a "b" c.png — Complexion', "the photo's name")
 
-    def test_by_a_drop(self):
-        photo = self.make_photo(self.photos / f"{OLD_NAME}.png")
+    def test_a_latin_1_name_is_opened_by_a_drop(self):
+        photo = self.make_photo(self.photos / f"{LATIN_1_NAME}.png")
         self.program.start()
         drag = self.program.drop(photo.as_uri())
         drag.wait_for_end()

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What hands do over the photo with a real mouse: pointing, zooming where they look, moving the photo, comparing."""
+"""Pointing, zooming, panning and comparing with a real mouse."""
 
 import shutil
 import subprocess
@@ -26,7 +26,7 @@ def range_of_grey(picture):
     return high - low
 
 
-class HandTest(PortraitTestCase):
+class PointerTest(PortraitTestCase):
     def setUp(self):
         super().setUp()
         self.photo = self.photos / "face.png"
@@ -39,7 +39,7 @@ class HandTest(PortraitTestCase):
         self.top = (height - SIZE[1] * self.scale) / 2
 
     def place_of(self, column, row):
-        """Where the fitted photo shows the middle of a pixel, in its view."""
+        """The centre of a pixel of the fitted photo, in coordinates of the view."""
         return round(self.left + (column + 0.5) * self.scale), round(self.top + (row + 0.5) * self.scale)
 
     def xdotool(self, *words):
@@ -51,7 +51,7 @@ class HandTest(PortraitTestCase):
                      "mousemove", self.origin[0] + x, self.origin[1] + y)
 
     def around(self, place, reach):
-        """The screen around a place of the photo's view, the disc included."""
+        """The screen around a place in the view, including the edit disc."""
         x, y = place
         return self.program.photo_on_screen(with_disc=True).crop((x - reach, y - reach, x + reach, y + reach))
 
@@ -64,21 +64,21 @@ class HandTest(PortraitTestCase):
         place = self.place_of(*BLEMISH)
         bare = self.program.photo_on_screen()
         zoom = self.zoom_at(place)
-        inside = int(RADIUS * zoom / 1.5) - 4  # of the ring and its outline, a square
-        # Without the pointer, since the preview may be there already.
+        inside = int(RADIUS * zoom / 1.5) - 4  # half the side of a square inside the ring
+        # Captured without the pointer on the photo, because the preview may be visible already.
         x, y = place
         before = self.program.photo_on_screen().crop((x - inside, y - inside, x + inside, y + inside))
         self.point_at(place)
-        # The photo did not move under the pointer: the blemish differs from the skin, then it is gone.
+        # The preview replaces the blemish with skin, at the pointer: zooming kept the place fixed.
         wait_until(lambda: range_of_grey(self.around(place, inside)) < range_of_grey(before) / 2,
-                   "the result in the disc")
+                   "the preview in the disc")
         preview = self.around(place, inside)
         self.assertEqual(len(self.program.state_images()), 1)
         self.xdotool("click", 1)
         wait_until(lambda: len(self.program.state_images()) == 2, "the repair")
         square = (x - inside, y - inside, x + inside, y + inside)
         wait_until(lambda: largest_difference(self.program.photo_on_screen().crop(square), preview) <= 3,
-                   "what was shown before")
+                   "the picture of the preview")
 
         self.program.keys("ctrl+0")
         self.assertGreater(largest_difference(self.program.photo_on_screen(), bare), 15)
@@ -113,10 +113,10 @@ class HandTest(PortraitTestCase):
         place = self.place_of(*BLEMISH)
         self.zoom_at(place)
         start = self.program.photo_on_screen()
-        for way, seen in ((-40, lambda difference: difference > 15), (40, lambda difference: difference <= 3)):
+        for distance, matches in ((-40, lambda difference: difference > 15), (40, lambda difference: difference <= 3)):
             self.point_at(place)
-            self.xdotool("mousedown", 2, "mousemove_relative", "--", way, 0, "mouseup", 2)
-            wait_until(lambda: seen(largest_difference(self.program.photo_on_screen(), start)), "the photo to move")
+            self.xdotool("mousedown", 2, "mousemove_relative", "--", distance, 0, "mouseup", 2)
+            wait_until(lambda: matches(largest_difference(self.program.photo_on_screen(), start)), "the photo to move")
         self.assertEqual(len(self.program.state_images()), 1)
         self.point_at(place)
         self.xdotool("click", 1)
@@ -131,7 +131,7 @@ class HandTest(PortraitTestCase):
             self.xdotool("mousedown", 1, "mousemove_relative", "--", distance // 2, 0,
                          "mousemove_relative", "--", distance // 2, 0, "mouseup", 1)
             wait_until(lambda: largest_difference(self.program.photo_on_screen(), before) > 15, "the photo to move")
-        # Each move was taken back: a click hits the blemish, and its repair is the only one.
+        # The moves cancel out, so this click hits the blemish, and its repair is the only one.
         self.point_at(place)
         self.xdotool("click", 1)
         wait_until(lambda: len(self.program.state_images()) > 1, "the repair")
@@ -139,7 +139,7 @@ class HandTest(PortraitTestCase):
         self.assertEqual(len(self.program.state_images()), 2)
 
     def test_a_click_between_the_buttons_of_the_rail_repairs_nothing(self):
-        self.zoom_at(self.place_of(*BLEMISH))  # the photo is now behind the rail, too
+        self.zoom_at(self.place_of(*BLEMISH))  # the photo now extends behind the rail
         rail = [self.program.screen_area(name) for name in
                 ("Select image", "Reload image", "Save image", "Undo", "Redo", "Zoom in", "Zoom out", "Reset zoom",
                  "Show the original")]
@@ -178,7 +178,7 @@ class HandTest(PortraitTestCase):
         bare = self.program.photo_on_screen()
         self.point_at(place)
         wait_until(lambda: largest_difference(self.program.photo_on_screen(with_disc=True), bare) > 15, "the disc")
-        # A key takes the way over the accessibility bus: a button that follows at once would overtake it.
+        # Key events pass through the accessibility bus, so an immediate button press would overtake this one.
         self.xdotool("keydown", "space", "sleep", 0.5)
         self.assertLessEqual(largest_difference(self.program.photo_on_screen(with_disc=True), bare), 3)
         self.xdotool("mousedown", 1, "mousemove_relative", "--", 40, 0, "mouseup", 1, "sleep", 0.5, "keyup", "space")
