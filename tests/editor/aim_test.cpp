@@ -19,7 +19,7 @@ protected:
         disc = new EditDisc(imageView);
         aim = std::make_unique<Aim>(*controller, disc, queues);
         QObject::connect(aim.get(), &Aim::announced, aim.get(),
-                         [this](const QString& text) { announced << text; });
+                         [this](const QString& text) { announcements << text; });
         QObject::connect(aim.get(), &Aim::picked, aim.get(), [this](const QColor& color) { picked = color; });
     }
 
@@ -30,21 +30,21 @@ protected:
         queues.runAll();
     }
 
-    /// Until the hand has rested long enough.
-    void rest(const std::function<bool()>& isThere) {
+    /// Processes events until the condition holds, with the pointer at rest.
+    void restUntil(const std::function<bool()>& condition) {
         QElapsedTimer timer;
         timer.start();
-        while (!isThere() && timer.elapsed() < 5000)
+        while (!condition() && timer.elapsed() < 5000)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        EXPECT_TRUE(isThere());
+        EXPECT_TRUE(condition());
     }
-    void restForResult() {
-        rest([this] { return imageView->isShowingReplacement(); });
+    void restUntilPreview() {
+        restUntil([this] { return imageView->isShowingReplacement(); });
     }
 
     EditDisc* disc = nullptr;
     std::unique_ptr<Aim> aim;
-    QStringList announced;
+    QStringList announcements;
     QColor picked;
 };
 
@@ -59,7 +59,7 @@ TEST_F(AimTest, TheDiscFollowsTheMouseOverThePhoto) {
     EXPECT_FALSE(disc->place().has_value());
 }
 
-TEST_F(AimTest, BesideThePhotoThereIsNoDisc) {
+TEST_F(AimTest, ThereIsNoDiscBesideThePhoto) {
     openThroughPanel(makePhoto("narrow.png", filled({60, 120}, kSkin)));
     aim->pointAt(Point{10, 150});
     EXPECT_FALSE(aim->place().has_value());
@@ -72,7 +72,7 @@ TEST_F(AimTest, BesideThePhotoThereIsNoDisc) {
 TEST_F(AimTest, TheDiscHasTheEditAreaSizeAsItsRadiusAndFollowsItsChanges) {
     open();
     aim->pointAt(shownAt({30, 40}));
-    EXPECT_EQ(disc->shownRadius(), 50); // ten pixels of five points
+    EXPECT_EQ(disc->shownRadius(), 50); // ten pixels of five points each
     controller->StepEditAreaSize(2);
     EXPECT_EQ(disc->shownRadius(), 60);
     EXPECT_EQ(controller->textFieldEditAreaSize->text(), QStringLiteral("12"));
@@ -84,16 +84,16 @@ TEST_F(AimTest, TheDiscFitsTheBlemishUnderIt) {
     aim->fit();
     EXPECT_EQ(aim->place(), (PixelPosition{60, 80}));
     const auto fitted = controller->currentRepair().radius;
-    EXPECT_EQ(announced.last(), QStringLiteral("The edit area fits: %1 pixels.").arg(fitted));
+    EXPECT_EQ(announcements.last(), QStringLiteral("The edit area fits: %1 pixels.").arg(fitted));
     EXPECT_EQ(controller->textFieldEditAreaSize->text(), QString::number(fitted));
     EXPECT_EQ(controller->sliderThreshold->floatValue(), 10);
     aim->fit();
-    EXPECT_EQ(announced.last(), QStringLiteral("Nothing larger to fit here."));
+    EXPECT_EQ(announcements.last(), QStringLiteral("Nothing larger to fit here."));
     EXPECT_EQ(disc->caption(), QStringLiteral("Nothing larger to fit here."));
     EXPECT_EQ(controller->currentRepair().radius, fitted);
 }
 
-TEST_F(AimTest, AFittedDiscStaysUntilTheMouseClearlyMoves) {
+TEST_F(AimTest, AFittedDiscStaysUntilTheMouseMovesClearly) {
     openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
     const Point mouse = shownAt({62, 81});
     aim->pointAt(mouse);
@@ -111,7 +111,7 @@ TEST_F(AimTest, AFittedDiscStaysUntilTheMouseClearlyMoves) {
     EXPECT_EQ(aim->clickPoint(moved), moved);
 }
 
-TEST_F(AimTest, FittingFromAButtonFitsWhereTheDiscWasLast) {
+TEST_F(AimTest, AButtonFitsTheDiscAtItsLastPosition) {
     openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}, {30, 40}})));
     aim->pointAt(shownAt({31, 41}));
     aim->pointAt(std::nullopt);
@@ -121,21 +121,21 @@ TEST_F(AimTest, FittingFromAButtonFitsWhereTheDiscWasLast) {
     EXPECT_EQ(disc->place(), aim->place());
 }
 
-TEST_F(AimTest, OnCleanSkinTheDiscStaysAsItIs) {
+TEST_F(AimTest, OnCleanSkinTheDiscIsUnchanged) {
     openThroughPanel(makePhoto("clean.png", filled({160, 120}, kSkin)));
     aim->pointAt(shownAt({60, 80}));
     aim->fit();
-    EXPECT_EQ(announced.last(), QStringLiteral("No blemish to fit here."));
+    EXPECT_EQ(announcements.last(), QStringLiteral("No blemish to fit here."));
     EXPECT_EQ(disc->caption(), QStringLiteral("No blemish to fit here."));
     EXPECT_EQ(controller->currentRepair().radius, 10);
 }
 
-TEST_F(AimTest, ASecondRingShowsTheFitUntilTheDiscFits) {
+TEST_F(AimTest, ASecondRingShowsTheFittingSizeUntilTheDiscHasIt) {
     openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
     controller->SetEditAreaSize(20);
     aim->pointAt(shownAt({60, 80}));
     EXPECT_FALSE(disc->secondRing().has_value());
-    rest([this] { return disc->secondRing().has_value(); });
+    restUntil([this] { return disc->secondRing().has_value(); });
     EXPECT_EQ(disc->secondRing()->place, (PixelPosition{60, 80}));
     EXPECT_LT(disc->secondRing()->radius, 20 / 1.2);
     EXPECT_EQ(disc->caption(), QStringLiteral("F fits the ring"));
@@ -143,22 +143,22 @@ TEST_F(AimTest, ASecondRingShowsTheFitUntilTheDiscFits) {
     aim->fit();
     EXPECT_FALSE(disc->secondRing().has_value());
     controller->SetEditAreaSize(20);
-    rest([this] { return disc->secondRing().has_value(); });
-    EXPECT_EQ(disc->caption(), QString()); // it is known now
+    restUntil([this] { return disc->secondRing().has_value(); });
+    EXPECT_EQ(disc->caption(), QString()); // shown only once
 }
 
-TEST_F(AimTest, ARingThatFitsHasNoSecondOne) {
+TEST_F(AimTest, ADiscThatFitsHasNoSecondRing) {
     openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
     aim->pointAt(shownAt({60, 80}));
     aim->fit();
     controller->StepEditAreaSize(1);
     queues.runAll();
-    restForResult(); // as long as a second ring needs
+    restUntilPreview(); // as long as a second ring needs
     QCoreApplication::processEvents();
     EXPECT_FALSE(disc->secondRing().has_value());
 }
 
-TEST_F(AimTest, TheSameMousePlaceIsAnotherPixelAfterAZoom) {
+TEST_F(AimTest, AfterAZoomTheSameMousePositionIsAnotherPixel) {
     open();
     const Point mouse{100, 100};
     aim->pointAt(mouse);
@@ -169,14 +169,14 @@ TEST_F(AimTest, TheSameMousePlaceIsAnotherPixelAfterAZoom) {
     EXPECT_EQ(aim->place(), pixelAt(point, controller->originalImage().size()));
 }
 
-TEST_F(AimTest, ThePreviewIsWhatTheClickThenDoes) {
+TEST_F(AimTest, ThePreviewOutlinesThePixelsThatTheClickRepairs) {
     open();
     pointAtPixel(blemishes()[0]);
     EXPECT_EQ(disc->look(), DiscLook::Repairs);
     const PixelMask outlined = disc->outlined();
     EXPECT_GT(outlined.count(), 0);
     const Image before = controller->originalImage();
-    restForResult();
+    restUntilPreview();
     EXPECT_TRUE(controller->originalImage().isSameObject(before));
     EXPECT_TRUE(shown().isSameObject(before));
 
@@ -185,7 +185,7 @@ TEST_F(AimTest, ThePreviewIsWhatTheClickThenDoes) {
     EXPECT_EQ(changedPixels(before, controller->originalImage()), outlined);
 }
 
-TEST_F(AimTest, EveryRefusalIsSeenBeforehand) {
+TEST_F(AimTest, TheDiscShowsWhyAClickWouldNotRepair) {
     const Image photo = painted(kPhotoSize, [](int row, int column) {
         return row < 30 ? kSkin : column < 40 ? grey(40) : grey(120);
     });
@@ -198,26 +198,26 @@ TEST_F(AimTest, EveryRefusalIsSeenBeforehand) {
     EXPECT_EQ(disc->look(), DiscLook::Uneven);
 }
 
-TEST_F(AimTest, ASettingChangesThePreviewAtOnce) {
+TEST_F(AimTest, ChangingASettingUpdatesThePreview) {
     open();
     pointAtPixel(blemishes()[0]);
     EXPECT_EQ(disc->look(), DiscLook::Repairs);
     controller->sliderThreshold->setFloatValue(100);
-    EXPECT_EQ(disc->look(), DiscLook::Plain); // not known yet
+    EXPECT_EQ(disc->look(), DiscLook::Plain); // not yet computed
     EXPECT_EQ(disc->outlined(), PixelMask{});
     queues.runAll();
-    EXPECT_EQ(disc->look(), DiscLook::Repairs); // the disc's mean lies between spot and skin
+    EXPECT_EQ(disc->look(), DiscLook::Repairs); // the disc's mean is between blemish and skin
     controller->stepperEditAreaSize->setIntegerValue(2);
     queues.runAll();
     EXPECT_EQ(disc->look(), DiscLook::Idle);
 }
 
-TEST_F(AimTest, TheOtherRepairIsForeseenAsSoonAsItIsChosen) {
+TEST_F(AimTest, ChoosingTheOtherRepairUpdatesThePreview) {
     open();
     pointAtPixel(blemishes()[0]);
     EXPECT_EQ(disc->look(), DiscLook::Repairs);
     controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
-    EXPECT_EQ(disc->look(), DiscLook::Plain); // not known yet
+    EXPECT_EQ(disc->look(), DiscLook::Plain); // not yet computed
     queues.runAll();
     EXPECT_EQ(disc->look(), DiscLook::Repairs);
     const Image before = controller->originalImage();
@@ -227,15 +227,15 @@ TEST_F(AimTest, TheOtherRepairIsForeseenAsSoonAsItIsChosen) {
     EXPECT_EQ(changedPixels(before, controller->originalImage()), outlined);
 }
 
-TEST_F(AimTest, MovingOnTakesTheResultAway) {
+TEST_F(AimTest, MovingThePointerRemovesThePreview) {
     open();
     pointAtPixel(blemishes()[0]);
-    restForResult();
+    restUntilPreview();
     aim->pointAt(shownAt({30, 40}));
     EXPECT_FALSE(imageView->isShowingReplacement());
 }
 
-TEST_F(AimTest, AResultThatComesTooLateIsNotShown) {
+TEST_F(AimTest, AnOutdatedPreviewIsNotShown) {
     open();
     aim->pointAt(shownAt(blemishes()[0]));
     queues.runBackground();
@@ -248,12 +248,12 @@ TEST_F(AimTest, AResultThatComesTooLateIsNotShown) {
 TEST_F(AimTest, AfterTheClickThereIsNothingLeftToRepair) {
     open();
     pointAtPixel(blemishes()[0]);
-    restForResult();
+    restUntilPreview();
     clickPixel(blemishes()[0]);
     queues.runAll();
     EXPECT_FALSE(imageView->isShowingReplacement());
     EXPECT_EQ(disc->look(), DiscLook::Idle);
-    EXPECT_EQ(announced.back(), QStringLiteral("Repaired 29 pixels."));
+    EXPECT_EQ(announcements.back(), QStringLiteral("Repaired 29 pixels."));
 }
 
 TEST_F(AimTest, ThePreviewCanBeTurnedOff) {
@@ -268,39 +268,39 @@ TEST_F(AimTest, ThePreviewCanBeTurnedOff) {
     EXPECT_EQ(disc->look(), DiscLook::Repairs);
 }
 
-TEST_F(AimTest, ThePreviewIsShownThroughTheEffect) {
+TEST_F(AimTest, AClickOnAPreviewIsShownThroughTheEffect) {
     open();
     selectEffect(5);
     const Image before = shown();
     pointAtPixel(blemishes()[0]);
-    restForResult();
+    restUntilPreview();
     clickPixel(blemishes()[0]);
     queues.runAll();
     EXPECT_FALSE(samePixels(shown(), before));
 }
 
-TEST_F(AimTest, AnotherEffectShowsTheSameResultThroughIt) {
+TEST_F(AimTest, ChoosingAnEffectShowsThePreviewThroughIt) {
     const Image photo = painted(kPhotoSize, [](int row, int column) {
         return std::hypot(row - 20, column - 20) < 3 ? RGBA32(90, 30, 30, 255) : RGBA32(220, 170, 140, 255);
     });
     openThroughPanel(makePhoto("colored.png", photo));
     pointAtPixel({20, 20});
-    restForResult();
-    const auto seen = [this] {
+    restUntilPreview();
+    const auto colorOnScreen = [this] {
         QImage screen(root->size(), QImage::Format_RGB32);
         root->render(&screen);
         return screen.pixelColor(200, 150);
     };
-    const QColor before = seen();
+    const QColor before = colorOnScreen();
     selectEffect(5);
     EXPECT_TRUE(imageView->isShowingReplacement());
-    EXPECT_NE(seen(), before);
-    EXPECT_EQ(seen().red(), seen().blue()); // black and white
+    EXPECT_NE(colorOnScreen(), before);
+    EXPECT_EQ(colorOnScreen().red(), colorOnScreen().blue()); // black and white
 }
 
-// By the keys.
+// The keyboard.
 
-TEST_F(AimTest, TheKeysMoveTheDiscFromTheMiddleOfWhatIsSeen) {
+TEST_F(AimTest, TheKeysMoveTheDiscFromTheCentreOfTheView) {
     open();
     aim->moveBy(0, 0);
     EXPECT_EQ(aim->place(), (PixelPosition{30, 40}));
@@ -321,7 +321,7 @@ TEST_F(AimTest, TheKeysDoNothingWithoutAPhoto) {
     EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
-TEST_F(AimTest, ThePhotoComesAlongWithTheDisc) {
+TEST_F(AimTest, MovingTheDiscOutOfTheViewScrollsThePhoto) {
     open();
     for (int i = 0; i < 10; ++i)
         controller->OnZoomIn(nullptr);
@@ -334,24 +334,24 @@ TEST_F(AimTest, ThePhotoComesAlongWithTheDisc) {
     EXPECT_LT(there.y, kRootSize.height);
 }
 
-TEST_F(AimTest, ActingRepairsWhereTheDiscIsAndTellsOfIt) {
+TEST_F(AimTest, ActingRepairsAtTheDiscAndAnnouncesTheOutcome) {
     open();
     aim->moveBy(0, 0);
     aim->moveBy(static_cast<int>(blemishes()[0].column) - 40, static_cast<int>(blemishes()[0].row) - 30);
     queues.runAll();
-    rest([this] { return !announced.empty(); });
-    EXPECT_EQ(announced.back(), QStringLiteral("Column 21, row 21. 29 pixels would be repaired."));
+    restUntil([this] { return !announcements.empty(); });
+    EXPECT_EQ(announcements.back(), QStringLiteral("Column 21, row 21. 29 pixels would be repaired."));
     aim->act();
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
-    EXPECT_EQ(announced.back(), QStringLiteral("Repaired 29 pixels."));
+    EXPECT_EQ(announcements.back(), QStringLiteral("Repaired 29 pixels."));
     aim->act();
     queues.runAll();
-    EXPECT_EQ(announced.back(), QStringLiteral("Nothing to repair here."));
+    EXPECT_EQ(announcements.back(), QStringLiteral("Nothing to repair here."));
 }
 
-TEST_F(AimTest, ActingWhileARepairIsComputedIsForgotten) {
+TEST_F(AimTest, ActingDuringARepairIsIgnored) {
     open();
     aim->moveBy(0, 0);
     queues.runAll();
@@ -363,9 +363,9 @@ TEST_F(AimTest, ActingWhileARepairIsComputedIsForgotten) {
     EXPECT_EQ(controller->currenState, 1);
 }
 
-// Picking a colour.
+// The colour picker.
 
-TEST_F(AimTest, WhilePickingActingGivesTheColorAndRepairsNothing) {
+TEST_F(AimTest, WhilePickingActingPicksTheColorAndRepairsNothing) {
     openThroughPanel(makePhoto("plain.png", filled(kPhotoSize, {200, 150, 100, 255})));
     aim->setPicking(true);
     pointAtPixel({30, 40});
@@ -376,12 +376,12 @@ TEST_F(AimTest, WhilePickingActingGivesTheColorAndRepairsNothing) {
     EXPECT_EQ(disc->look(), DiscLook::Plain);
 }
 
-// Before and after.
+// Comparing with the original.
 
 TEST_F(AimTest, TheOriginalHidesTheDiscAndItsPreview) {
     open();
     pointAtPixel(blemishes()[0]);
-    restForResult();
+    restUntilPreview();
     controller->ShowSource(true);
     EXPECT_FALSE(disc->place().has_value());
     EXPECT_TRUE(imageView->isShowingReplacement());

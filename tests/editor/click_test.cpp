@@ -5,7 +5,7 @@ namespace complexion {
 
 namespace {
 
-// What is a click.
+// Which presses are clicks.
 
 TEST_F(Retouch, AShortPressRepairsTheBlemishUnderIt) {
     openPhoto();
@@ -24,7 +24,7 @@ TEST_F(Retouch, AShortPressRepairsTheBlemishUnderIt) {
 
 TEST_F(Retouch, ALongPressDoesNothing) {
     openPhoto();
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         clickPixel(blemishes()[0], 0.25);
         EXPECT_EQ(queues.backgroundCount(), 0U);
     });
@@ -42,7 +42,7 @@ TEST_F(Retouch, APressOfExactlyAFifthOfASecondIsAClick) {
     EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
-TEST_F(Retouch, APressOfANanosecondMoreThanAFifthOfASecondIsNoClick) {
+TEST_F(Retouch, APressOfOneNanosecondMoreIsNotAClick) {
     openPhoto();
     const Point place = shownAt(blemishes()[0]);
     for (const std::uint64_t nanoseconds : {200'000'000U, 200'000'001U}) {
@@ -54,13 +54,13 @@ TEST_F(Retouch, APressOfANanosecondMoreThanAFifthOfASecondIsNoClick) {
     }
 }
 
-TEST_F(Retouch, AClickMayComeOutOfNoTimeAtAll) {
+TEST_F(Retouch, APressOfZeroDurationIsAClick) {
     openPhoto();
     clickPixel(blemishes()[0], 0);
     EXPECT_EQ(queues.backgroundCount(), 1U);
 }
 
-TEST_F(Retouch, AReleaseBeforeItsPressIsFatal) {
+TEST_F(Retouch, AReleaseEarlierThanItsPressIsFatal) {
     openPhoto();
     controller->mouseDown({});
     platform.uptime -= 1;
@@ -85,7 +85,7 @@ TEST_F(Retouch, AClickWithoutAPhotoDoesNothing) {
     EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
-TEST_F(Retouch, AClickWhileARepairIsInFlightIsForgotten) {
+TEST_F(Retouch, AClickDuringARepairIsIgnored) {
     openPhoto();
     clickPixel(blemishes()[0]);
     queues.runBackground();
@@ -100,7 +100,7 @@ TEST_F(Retouch, AClickWhileARepairIsInFlightIsForgotten) {
     EXPECT_FALSE(controller->imageProcessing);
 }
 
-TEST_F(Retouch, TheBusyFlagIsSetWhenTheWorkStartsNotAtTheClick) {
+TEST_F(Retouch, TheBusyFlagIsSetWhenTheRepairStartsNotAtTheClick) {
     openPhoto();
     clickPixel(blemishes()[0]);
     EXPECT_FALSE(controller->imageProcessing);
@@ -111,12 +111,12 @@ TEST_F(Retouch, TheBusyFlagIsSetWhenTheWorkStartsNotAtTheClick) {
     EXPECT_FALSE(controller->imageProcessing);
 }
 
-TEST_F(Retouch, TwoClicksBeforeTheFirstWorkStartsBothRunEachOnThePictureItReads) {
+TEST_F(Retouch, TwoQueuedRepairsBothRunOnTheImageAtTheirStart) {
     openPhoto();
     clickPixel(blemishes()[0]);
     clickPixel(blemishes()[1]);
     EXPECT_EQ(queues.backgroundCount(), 2U);
-    // Both read the loaded picture; the second result replaces the first.
+    // Both read the loaded image; the second result replaces the first.
     queues.runBackground();
     queues.runBackground();
     queues.runMain();
@@ -128,7 +128,7 @@ TEST_F(Retouch, TwoClicksBeforeTheFirstWorkStartsBothRunEachOnThePictureItReads)
     EXPECT_FALSE(controller->imageProcessing);
 }
 
-TEST_F(Retouch, ASecondClickThatStartsAfterTheFirstHasFinishedRepairsItsResult) {
+TEST_F(Retouch, ARepairThatStartsAfterAnotherFinishedRepairsItsResult) {
     openPhoto();
     clickPixel(blemishes()[0]);
     clickPixel(blemishes()[1]);
@@ -140,16 +140,17 @@ TEST_F(Retouch, ASecondClickThatStartsAfterTheFirstHasFinishedRepairsItsResult) 
     EXPECT_EQ(controller->currenState, 2);
 }
 
-// Where the click lands.
+// Which pixel is clicked.
 
-TEST_F(Retouch, APointOfTheViewIsThePictureUnderIt) {
-    // 1000 by 500 pixels in a frame of 600 by 600: six tenths, 150 points above and below.
+TEST_F(Retouch, AClickIsMappedFromTheViewToTheImage) {
+    // 1000 by 500 pixels in a frame of 600 by 600: a scale of 0.6, with margins of 150 points above and
+    // below.
     root->resize(600, 600);
     imageView->resize(600, 600);
     const Image wide = skinWithBlemishes({1000, 500}, {{249, 500}});
     openThroughPanel(makePhoto("wide.png", wide));
     ASSERT_EQ(imageView->frame(), (Frame{0, 0, 600, 600}));
-    click({300, 300}); // (500, 250) of the picture, bottom up
+    click({300, 300}); // (500, 250) in the image, y upward
     queues.runAll();
     const auto expected = ImageTools::RemovePimpleFromImage(wide, {500, 250}, 10, 1, {}, 10);
     ASSERT_TRUE(expected.has_value());
@@ -157,16 +158,16 @@ TEST_F(Retouch, APointOfTheViewIsThePictureUnderIt) {
     EXPECT_TRUE(samePixels(controller->originalImage(), *expected));
 }
 
-TEST_F(Retouch, ATallPictureIsFittedByItsHeight) {
+TEST_F(Retouch, AClickOnATallImageIsMapped) {
     const Image tall = skinWithBlemishes({60, 300}, {{100, 30}});
     openThroughPanel(makePhoto("tall.png", tall));
-    // One point per pixel, 170 points left and right.
+    // One point per pixel, with margins of 170 points left and right.
     click({200.5, 300 - 100 - 0.5});
     queues.runAll();
     EXPECT_TRUE(samePixels(controller->originalImage(), filled({60, 300}, kSkin)));
 }
 
-TEST_F(Retouch, AZoomedAndPannedPictureIsHitWhereItIsShown) {
+TEST_F(Retouch, AClickOnAZoomedAndPannedImageIsMapped) {
     openPhoto();
     for (int i = 0; i < 7; ++i)
         controller->OnZoomIn(nullptr);
@@ -181,7 +182,7 @@ TEST_F(Retouch, AZoomedAndPannedPictureIsHitWhereItIsShown) {
     EXPECT_TRUE(samePixels(controller->originalImage(), filled(kPhotoSize, kSkin)));
 }
 
-TEST_F(Retouch, AClickBesideThePictureChangesNoPixelAndIsRecorded) {
+TEST_F(Retouch, AClickBesideTheImageChangesNoPixelAndIsRecorded) {
     root->resize(400, 400); // 50 points of margin above and below
     imageView->resize(400, 400);
     openPhoto();

@@ -29,8 +29,8 @@ TEST_F(Comparison, ShowsTheSourceAndThenTheWorkAgain) {
 TEST_F(Comparison, ChangesNothingButWhatIsSeen) {
     openThroughPanel(makePhoto());
     retouch(0);
-    expectUntouchedBy([this] { controller->ShowSource(true); });
-    expectUntouchedBy([this] { controller->ShowSource(false); });
+    expectUnchangedBy([this] { controller->ShowSource(true); });
+    expectUnchangedBy([this] { controller->ShowSource(false); });
 }
 
 TEST_F(Comparison, WhatIsSavedMeanwhileIsTheWork) {

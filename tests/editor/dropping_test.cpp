@@ -12,7 +12,7 @@ TEST_F(Opening, ADroppedPhotoIsLoadedWithoutAQuestionOfTheEditor) {
     controller->DragPerformed(dropped(path));
     expectFreshlyOpened(path, photo());
 
-    workOnAPhoto();
+    editPhoto();
     const Image other = filled({40, 30}, grey(90));
     const std::filesystem::path second = makePhoto("second.png", other);
     controller->DragPerformed(dropped(second));
@@ -35,23 +35,23 @@ TEST_F(Opening, ADropOverAnOpenPhotoAsksOnceOnly) {
 }
 
 TEST_F(Opening, AnUndecodableDropIsRefusedSilentlyAndLeavesEverything) {
-    workOnAPhoto();
+    editPhoto();
     const std::filesystem::path path = undecodable();
-    expectUntouchedBy([&] { EXPECT_FALSE(drop(path)); });
+    expectUnchangedBy([&] { EXPECT_FALSE(drop(path)); });
 }
 
 TEST_F(Opening, AFileThatBecomesUndecodableAfterItsDropShowsTheLoadFailure) {
-    workOnAPhoto();
+    editPhoto();
     const std::filesystem::path path = undecodable();
-    expectUntouchedBy([&] {
+    expectUnchangedBy([&] {
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
         controller->DragPerformed(dropped(path));
     });
 }
 
 TEST_F(Opening, ANotificationWithoutAPathShowsTheLoadFailure) {
-    workOnAPhoto();
-    expectUntouchedBy([this] {
+    editPhoto();
+    expectUnchangedBy([this] {
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
         controller->DragPerformed({kDragPerformed, UserInfo{{"file", "photo.png"}}});
     });
@@ -93,7 +93,7 @@ TEST_F(Opening, AFileHandedOverByTheSystemIsLoaded) {
 
 TEST_F(Opening, AnUndecodableFileHandedOverByTheSystemShowsTheLoadFailure) {
     const std::filesystem::path path = undecodable();
-    expectUntouchedBy([&] {
+    expectUnchangedBy([&] {
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
         controller->OpenFile(path);
     });

@@ -17,7 +17,7 @@ std::string lowerCase(std::string text) {
     return text;
 }
 
-/// A box at place `index` of a row along the root view's top.
+/// A box at position `index` in a row along the top of the root view.
 Box* makeBox(QWidget* root, int index) {
     auto* const box = new Box(root);
     box->setGeometry(index * kBoxSide, 0, kBoxSide, kBoxSide);
@@ -58,7 +58,7 @@ EditorTest::EditorTest(Queues* others) : root(std::make_unique<QWidget>()) {
 }
 
 EditorTest::~EditorTest() {
-    // Work that was never run may hold the controller.
+    // Pending tasks may own the controller.
     queues.clear();
 }
 
@@ -163,7 +163,7 @@ Image EditorTest::shown() const {
     return imageView->image().value_or(Image());
 }
 
-EditorTest::Everything EditorTest::everything() const {
+EditorTest::ObservableState EditorTest::observableState() const {
     return {.paths = controller->stateImagesPath,
             .currenState = controller->currenState,
             .name = controller->originalImageName,
@@ -176,12 +176,12 @@ EditorTest::Everything EditorTest::everything() const {
             .files = stateFiles()};
 }
 
-void EditorTest::expectUntouchedBy(const std::function<void()>& work) {
-    const Everything before = everything();
+void EditorTest::expectUnchangedBy(const std::function<void()>& work) {
+    const ObservableState before = observableState();
     const Image working = controller->originalImage();
     const std::optional<Image> onScreen = imageView->image();
     work();
-    EXPECT_TRUE(everything() == before);
+    EXPECT_TRUE(observableState() == before);
     EXPECT_TRUE(controller->originalImage().isSameObject(working));
     ASSERT_EQ(imageView->image().has_value(), onScreen.has_value());
     if (onScreen) {

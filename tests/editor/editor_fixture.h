@@ -17,31 +17,31 @@
 namespace complexion {
 
 inline constexpr PointSize kRootSize{400, 300};
-/// Of the photo that most tests open; it fills the root view at five points per pixel.
+/// The size of the photo that most tests open; it fills the root view at five points per pixel.
 inline constexpr PixelSize kPhotoSize{80, 60};
 
-/// The editor with real controls, and with the system around it played by the test.
+/// The controller with real controls and a fake system.
 class EditorTest : public testing::Test {
 protected:
     EditorTest() : EditorTest(nullptr) {}
-    /// With other queues than the manual ones.
+    /// Uses `others` instead of the manual queues.
     explicit EditorTest(Queues* others);
     ~EditorTest() override;
 
-    /// Loads the controller, as the window does. Tests of what comes before override it.
+    /// Loads the controller, as the window does. Tests of loading override it.
     void SetUp() override;
 
     // Photos.
 
-    /// Writes a photo into the photos' folder, in the format that its name's extension says.
+    /// Writes a photo to the photos' folder, in the format of its extension.
     std::filesystem::path makePhoto(const std::string& name, const Image& image) const;
     /// A PNG of kPhotoSize with three blemishes.
     std::filesystem::path makePhoto(const std::string& name = "portrait.png") const;
     static Image photo();
-    /// Where the photo's blemishes are.
+    /// The centres of the photo's blemishes.
     static const std::vector<PixelPosition>& blemishes();
 
-    // What the user does. Questions that must come are expected here and answered with "Yes".
+    // User actions. They expect the questions that must appear and answer "Yes".
 
     void openThroughPanel(const std::filesystem::path& path);
     bool drop(const std::filesystem::path& path);
@@ -49,24 +49,23 @@ protected:
     /// Presses and releases the mouse at a point of the root view.
     void click(Point inRootView, double seconds = 0.1);
     void clickPixel(PixelPosition position, double seconds = 0.1);
-    /// Clicks a blemish of the photo away, and waits for it.
+    /// Clicks on a blemish of the photo and runs the repair.
     void retouch(std::size_t blemish);
     void drag(double deltaX, double deltaY);
     void selectEffect(int index);
     void save(const std::filesystem::path& path);
 
-    // What there is to see.
+    // Observations.
 
-    /// The point of the root view at which the middle of a pixel of the working image is shown.
+    /// The point of the root view that shows the centre of a pixel of the working image.
     Point shownAt(PixelPosition position) const;
     std::vector<std::string> stateFiles() const;
     const std::filesystem::path& currentPath() const;
-    /// The picture on the screen.
+    /// The image that the view shows.
     Image shown() const;
 
-    /// What an operation must not change when it is refused: history, picture, source, effect, boxes, zoom,
-    /// files.
-    struct Everything {
+    /// What a refused operation must not change, except for the images.
+    struct ObservableState {
         std::vector<std::filesystem::path> paths;
         std::int64_t currenState = 0;
         std::string name;
@@ -77,18 +76,18 @@ protected:
         bool helpHidden = false;
         Frame frame;
         std::vector<std::string> files;
-        bool operator==(const Everything&) const = default;
+        bool operator==(const ObservableState&) const = default;
     };
-    Everything everything() const;
-    /// Runs `work` and checks that nothing of this was changed by it, nor what the screen shows.
-    void expectUntouchedBy(const std::function<void()>& work);
+    ObservableState observableState() const;
+    /// Runs `work` and expects that it changes neither the observable state nor the working and shown images.
+    void expectUnchangedBy(const std::function<void()>& work);
 
     FakePlatform platform;
     FakeDialogs dialogs;
     ManualQueues queues;
     std::unique_ptr<QWidget> root;
     CustomImageView* imageView = nullptr;
-    std::vector<Box*> boxes; // all eleven, in the order of the controller's outlets
+    std::vector<Box*> boxes; // all eleven, in the order of their outlets
     std::shared_ptr<ViewController> controller;
 };
 

@@ -11,8 +11,8 @@
 
 namespace complexion {
 
-/// What the editor is to be, by its rules, without pixels of its own: pictures are the handles that the
-/// editor made, once they have been compared.
+/// A model of the editor's rules, used as an oracle. It holds no pixels of its own: its images are the
+/// editor's, stored once a test has compared them.
 struct EditorModel {
     std::int64_t numberOfStates = 50;
     std::vector<std::filesystem::path> paths;
@@ -22,7 +22,7 @@ struct EditorModel {
 
     std::filesystem::path source; // empty while no photo is open
     Image working;
-    int photo = 0; // counts loads and reloads
+    int photo = 0; // number of loads and reloads
     int effect = 0;
     ZoomModel zoom;
 
@@ -30,8 +30,8 @@ struct EditorModel {
         int photo = 0;
         Image result;
     };
-    std::deque<Point> clicks;   // whose work has not started
-    std::deque<Repair> repairs; // whose result is not installed
+    std::deque<Point> clicks;   // queued, not yet started
+    std::deque<Repair> repairs; // computed, not yet installed
     bool processing = false;
 
     bool isOpen() const { return !source.empty(); }
@@ -50,8 +50,8 @@ struct EditorModel {
         current = 0;
     }
 
-    /// Whether the next push is one that ends the program: the history is full, and has no state to drop.
-    bool endsAtPush() const { return writable && paths.empty() && current >= numberOfStates; }
+    /// Whether the next push is fatal: the history is full but has no state to drop.
+    bool isPushFatal() const { return writable && paths.empty() && current >= numberOfStates; }
 
     void push(const std::filesystem::path& path) {
         if (current < numberOfStates) {

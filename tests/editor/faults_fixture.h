@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-/// The editor on a system that fails it. The photo is a BMP: its states have 19 KB each, whatever is on them.
+/// Helpers for tests with system faults. The photo is a BMP file, so each of its states has 19 KB.
 class Faults : public EditorTest {
 protected:
     void openPhoto() { openThroughPanel(makePhoto("portrait.bmp")); }
@@ -25,14 +25,13 @@ protected:
         return printedBy([this] { controller->OnSaveImage(nullptr); });
     }
 
-    /// No part of a picture lies about.
-    static void expectNothingTemporaryIn(const std::filesystem::path& folder) {
+    static void expectNoTemporaryFilesIn(const std::filesystem::path& folder) {
         for (const std::string& name : filesIn(folder))
             EXPECT_FALSE(name.starts_with(".")) << folder / name;
     }
 
-    /// A retouch works, is recorded, and can be saved.
-    void expectWorkGoesOn() {
+    /// Expects that a repair works, is recorded, and can be saved.
+    void expectEditorWorks() {
         const std::int64_t before = controller->currenState;
         retouch(2);
         EXPECT_EQ(controller->currenState, before + 1);
@@ -40,8 +39,8 @@ protected:
         EXPECT_EQ(controller->originalImage().pixel(45, 25), kSkin);
         saveExpecting(target("afterwards.bmp"), kSaveSuccess);
         EXPECT_TRUE(samePixels(decoded(target("afterwards.bmp")), shown()));
-        expectNothingTemporaryIn(platform.states());
-        expectNothingTemporaryIn(platform.photos());
+        expectNoTemporaryFilesIn(platform.states());
+        expectNoTemporaryFilesIn(platform.photos());
     }
 };
 

@@ -53,7 +53,7 @@ TEST_F(Faults, AStateThatBecameSomethingElseThanAPictureIsNotWaitedFor) {
         SCOPED_TRACE(name);
         std::filesystem::remove(earlier);
         replace(earlier);
-        expectUntouchedBy([this] { controller->OnUndo(nullptr); });
+        expectUnchangedBy([this] { controller->OnUndo(nullptr); });
     }
 }
 
@@ -65,7 +65,7 @@ TEST_F(Faults, ASourceThatBecameSomethingElseThanAPictureCannotBeReloadedAndCanB
     ASSERT_EQ(::mkfifo(source.c_str(), 0600), 0);
     for (const char* const name : {"pipe", "device"}) {
         SCOPED_TRACE(name);
-        expectUntouchedBy([this] {
+        expectUnchangedBy([this] {
             dialogs.expectQuestion(kReloadQuestion, kFirstButton);
             dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
             controller->OnResetImage(nullptr);
@@ -103,7 +103,7 @@ TEST_F(Faults, AFolderAsTheTargetIsLeftAloneWithWhatIsInIt) {
         EXPECT_THAT(printed, testing::MatchesRegex("Remove failed: [^\n]+\n"));
         EXPECT_EQ(filesIn(target()).size(), *inner ? 1U : 0U);
     }
-    expectWorkGoesOn();
+    expectEditorWorks();
 }
 
 TEST_F(Faults, ALinkAsTheTargetIsReplacedAndWhatItNamesIsLeftAlone) {
@@ -136,8 +136,8 @@ TEST_F(Faults, ANamedPipeAsTheTargetIsReplacedWithoutWaiting) {
 
 TEST_F(Faults, ANameThatIsTooLongShowsTheFailure) {
     openPhoto();
-    expectUntouchedBy([this] { saveExpecting(target(std::string(300, 'n') + ".bmp"), kSaveFailure); });
-    expectNothingTemporaryIn(platform.photos());
+    expectUnchangedBy([this] { saveExpecting(target(std::string(300, 'n') + ".bmp"), kSaveFailure); });
+    expectNoTemporaryFilesIn(platform.photos());
 }
 
 TEST_F(Faults, AFileOfAnotherUserInASharedFolderIsLeftAlone) {

@@ -20,7 +20,7 @@ TEST_F(Faults, ADiskThatIsFullAtTheOpeningCostsTheHistoryAlone) {
     EXPECT_TRUE(controller->stateImagesPath.empty());
     EXPECT_TRUE(stateFiles().empty());
     EXPECT_FALSE(controller->canUndo());
-    expectWorkGoesOn();
+    expectEditorWorks();
 }
 
 TEST_F(Faults, ADiskThatIsFullAtARetouchKeepsTheRetouchAndTheHistory) {
@@ -38,7 +38,7 @@ TEST_F(Faults, ADiskThatIsFullAtARetouchKeepsTheRetouchAndTheHistory) {
     EXPECT_EQ(stateFiles(), files);
     controller->OnUndo(nullptr);
     EXPECT_TRUE(samePixels(shown(), photo()));
-    expectWorkGoesOn();
+    expectEditorWorks();
 }
 
 TEST_F(Faults, ADiskThatIsFullAtARetouchAfterAnUndoKeepsWhatCameBefore) {
@@ -55,7 +55,7 @@ TEST_F(Faults, ADiskThatIsFullAtARetouchAfterAnUndoKeepsWhatCameBefore) {
     EXPECT_EQ(controller->currenState, 0);
     EXPECT_EQ(stateFiles().size(), 1U);
     EXPECT_FALSE(controller->canRedo());
-    expectWorkGoesOn();
+    expectEditorWorks();
 }
 
 TEST_F(Faults, ADiskThatIsFullUnderAFullHistoryKeepsItsOldestState) {
@@ -72,7 +72,7 @@ TEST_F(Faults, ADiskThatIsFullUnderAFullHistoryKeepsItsOldestState) {
     EXPECT_EQ(stateFiles().size(), 2U);
     controller->OnUndo(nullptr);
     EXPECT_TRUE(samePixels(shown(), photo()));
-    expectWorkGoesOn();
+    expectEditorWorks();
 }
 
 TEST_F(Faults, ADiskThatIsFullAtAReloadShowsThePhoto) {
@@ -113,7 +113,7 @@ TEST_F(Faults, AHistoryThatOutgrowsItsDiskKeepsWhatFitsAndEveryRetouchOnTheScree
 
     controller->OnUndo(nullptr);
     EXPECT_TRUE(samePixels(shown(), decoded(currentPath())));
-    expectWorkGoesOn(); // in the room of the states that were undone
+    expectEditorWorks(); // in the room of the states that were undone
     controller->windowWillClose();
     EXPECT_TRUE(stateFiles().empty());
 }
@@ -126,12 +126,12 @@ TEST_F(Faults, ADiskThatIsFullAtTheSaveShowsTheFailureAndChangesNothing) {
     retouch(1);
     controller->OnUndo(nullptr);
     selectEffect(3);
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         const FullDisk full;
         saveExpecting(target(), kSaveFailure);
     });
     EXPECT_FALSE(std::filesystem::exists(target()));
-    expectNothingTemporaryIn(platform.photos());
+    expectNoTemporaryFilesIn(platform.photos());
     saveExpecting(target(), kSaveSuccess);
     EXPECT_TRUE(samePixels(decoded(target()), shown()));
 }
@@ -146,7 +146,7 @@ TEST_F(Faults, ASmallDiskThatIsFullAtTheSaveIsLeftAsItWas) {
     retouch(0);
     saveExpecting(folder / "saved.bmp", kSaveFailure);
     EXPECT_TRUE(filesIn(folder).empty());
-    expectWorkGoesOn();
+    expectEditorWorks();
 }
 
 TEST_F(Faults, ADiskWithoutRoomForTheMetadataKeepsThePicture) {
@@ -161,7 +161,7 @@ TEST_F(Faults, ADiskWithoutRoomForTheMetadataKeepsThePicture) {
     }
     EXPECT_TRUE(samePixels(decoded(target("saved.png")), shown()));
     EXPECT_EQ(contentsOf(target("saved.png")).find(artist), std::string::npos);
-    expectNothingTemporaryIn(platform.photos());
+    expectNoTemporaryFilesIn(platform.photos());
     saveExpecting(target("saved.png"), kSaveSuccess);
     EXPECT_NE(contentsOf(target("saved.png")).find(artist), std::string::npos);
 }

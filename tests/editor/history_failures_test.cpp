@@ -20,7 +20,7 @@ TEST_F(EditHistory, AStateThatCannotBeWrittenIsLeftOutButTheLaterStatesAreGone) 
     EXPECT_FALSE(controller->imageProcessing);
     EXPECT_EQ(controller->currenState, 2);
     EXPECT_THAT(controller->stateImagesPath, testing::ElementsAre(before[0], before[1], before[2]));
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
     EXPECT_FALSE(controller->canRedo());
 }
 
@@ -37,7 +37,7 @@ TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
     EXPECT_FALSE(controller->imageProcessing);
     EXPECT_EQ(controller->currenState, 3);
     EXPECT_EQ(controller->stateImagesPath, before);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
@@ -60,7 +60,7 @@ TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexA
     change(1);
     EXPECT_EQ(count(), 1U);
     EXPECT_EQ(controller->currenState, 0);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
@@ -71,7 +71,7 @@ TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
     EXPECT_EQ(count(), 0U);
     EXPECT_EQ(controller->currenState, 3); // outside the list
 
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         controller->OnUndo(nullptr);
         controller->OnRedo(nullptr);
     });
@@ -82,7 +82,7 @@ TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
     change(1);
     EXPECT_EQ(count(), 1U);
     EXPECT_EQ(controller->currenState, 4);
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         controller->OnUndo(nullptr);
         controller->OnRedo(nullptr);
     });
@@ -117,7 +117,7 @@ TEST_F(EditHistory, AnotherPhotoIsOpenedEvenWhenOldStatesCannotBeDeleted) {
                                                "failed: [^\n]+\n)"));
     EXPECT_EQ(count(), 1U);
     EXPECT_EQ(controller->currenState, 0);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 } // namespace

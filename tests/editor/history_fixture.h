@@ -5,15 +5,15 @@
 
 namespace complexion {
 
-/// The editor with a history that grows quickly.
+/// Helpers for tests of the history, with small states.
 class EditHistory : public EditorTest {
 protected:
-    /// A photo is open whose states are small and quickly written.
+    /// Opens a photo whose states are small and quickly written.
     void openSmallPhoto(const std::string& name = "small.png") {
         openThroughPanel(makePhoto(name, filled({4, 3}, kSkin)));
     }
 
-    /// Records `count` changes, each another grey.
+    /// Records `count` states, each with another grey.
     void change(int count) {
         for (int i = 0; i < count; ++i) {
             controller->setOriginalImage(filled({4, 3}, grey(++m_level % 256)));
@@ -23,8 +23,8 @@ protected:
 
     std::size_t count() const { return controller->stateImagesPath.size(); }
 
-    /// Every file of the folder is listed, and every listed file is there.
-    void expectFilesAreTheListed() const {
+    /// Expects that the state folder contains exactly the files of the history.
+    void expectFilesMatchHistory() const {
         std::vector<std::string> listed;
         for (const auto& path : controller->stateImagesPath) {
             EXPECT_EQ(path.parent_path(), platform.states());

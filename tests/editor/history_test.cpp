@@ -72,7 +72,7 @@ TEST_F(EditHistory, ALoadedPhotoIsStateZero) {
     openSmallPhoto();
     EXPECT_EQ(count(), 1U);
     EXPECT_EQ(controller->currenState, 0);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
     EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
 }
 
@@ -93,7 +93,7 @@ TEST_F(EditHistory, GrowsToOneStateMoreThanItsBoundAndThenForgetsTheOldest) {
     change(1);
     EXPECT_EQ(count(), 51U);
     EXPECT_EQ(controller->currenState, 50);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 
     for (int more = 0; more < 3; ++more) {
         const std::vector<std::filesystem::path> before = controller->stateImagesPath;
@@ -102,7 +102,7 @@ TEST_F(EditHistory, GrowsToOneStateMoreThanItsBoundAndThenForgetsTheOldest) {
         EXPECT_EQ(controller->currenState, 50);
         EXPECT_FALSE(std::filesystem::exists(before.front()));
         EXPECT_TRUE(std::equal(before.begin() + 1, before.end(), controller->stateImagesPath.begin()));
-        expectFilesAreTheListed();
+        expectFilesMatchHistory();
         EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
     }
 }
@@ -119,7 +119,7 @@ TEST_F(EditHistory, TheBoundIsComparedWithTheCurrentStateNotWithTheLength) {
     EXPECT_EQ(controller->currenState, 3);
     change(1);
     EXPECT_EQ(count(), 4U);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 TEST_F(EditHistory, PushAfterUndoForgetsRedoLastStateFirst) {
@@ -137,7 +137,7 @@ TEST_F(EditHistory, PushAfterUndoForgetsRedoLastStateFirst) {
                 testing::ElementsAre("-" + before[5].filename().string(), "-" + before[4].filename().string(),
                                      "-" + before[3].filename().string(),
                                      "+" + currentPath().filename().string()));
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 TEST_F(EditHistory, AFullHistoryForgetsItsOldestStateOnlyAfterTheNewOneIsWritten) {
@@ -163,7 +163,7 @@ TEST_F(EditHistory, AnotherPhotosFilesGoBeforeItsFirstStateIsWritten) {
                 testing::ElementsAre("-" + before[0].filename().string(), "-" + before[1].filename().string(),
                                      "-" + before[2].filename().string(),
                                      "+" + currentPath().filename().string()));
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 TEST_F(EditHistory, PushingClearsTheBusyFlag) {
@@ -229,7 +229,7 @@ TEST_F(EditHistory, EffectsAndSavingAreNotRecorded) {
     save(platform.photos() / "portrait_retouched.png");
     EXPECT_EQ(controller->stateImagesPath, before);
     EXPECT_EQ(controller->currenState, 1);
-    expectFilesAreTheListed();
+    expectFilesMatchHistory();
 }
 
 TEST_F(EditHistory, AnActionThatEndsTheApplicationDeletesNoStateOfItsOwn) {

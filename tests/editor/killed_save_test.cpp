@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A process that saves again and again is killed at random moments: whatever it leaves is whole.
+// Kills a process that saves repeatedly, at random moments: no file that it leaves is torn.
 #include "tests/editor/editor_fixture.h"
 
 #include <sys/wait.h>
@@ -26,8 +26,8 @@ protected:
         dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
     }
 
-    /// The shortest of some, and less than a second.
-    std::chrono::microseconds timeOfASave() {
+    /// The shortest time of several saves, at most a second.
+    std::chrono::microseconds durationOfSave() {
         std::chrono::microseconds shortest(999'999);
         for (int i = 0; i < 5; ++i) {
             const auto start = std::chrono::steady_clock::now();
@@ -38,7 +38,7 @@ protected:
         return shortest;
     }
 
-    /// Runs saves in another process and kills it after that time.
+    /// Saves repeatedly in a child process and kills it after `time`.
     void saveUntilKilledAfter(std::chrono::microseconds time) {
         const pid_t saver = ::fork();
         ASSERT_GE(saver, 0);
@@ -61,7 +61,7 @@ protected:
     std::filesystem::path target = folder / "saved.png";
 };
 
-TEST_F(KilledSave, OntoTheSourceItselfNeverCostsTheOnlyCopy) {
+TEST_F(KilledSave, OverTheSourceNeverLosesTheOnlyCopy) {
     std::filesystem::create_directory(folder);
     const std::filesystem::path source = folder / "saved.png";
     std::filesystem::rename(makePhoto("portrait.png", noise(kSize)), source);
@@ -70,20 +70,20 @@ TEST_F(KilledSave, OntoTheSourceItselfNeverCostsTheOnlyCopy) {
     openThroughPanel(source);
     clickPixel({100, 100});
     queues.runAll();
-    const std::chrono::microseconds oneSave = timeOfASave();
+    const std::chrono::microseconds oneSave = durationOfSave();
     const std::string result = contentsOf(source);
     ASSERT_NE(result, photoBytes);
 
     std::mt19937 random(2);
-    std::uniform_int_distribution<std::int64_t> moment(0,
-                                                       std::min<std::int64_t>(oneSave.count() * 2, 900'000));
+    std::uniform_int_distribution<std::int64_t> delay(0,
+                                                      std::min<std::int64_t>(oneSave.count() * 2, 900'000));
     std::map<std::string, int> found;
     for (int i = 0; i < kKills && !HasFailure(); ++i) {
         for (const std::string& name : filesIn(folder))
             std::filesystem::remove(folder / name);
         writeFile(source, photoBytes);
-        saveUntilKilledAfter(std::chrono::microseconds(moment(random)));
-        // Under whatever name: the photo as it was, or a whole result.
+        saveUntilKilledAfter(std::chrono::microseconds(delay(random)));
+        // Under any name: the original photo, or a complete result.
         bool isPhotoThere = false;
         bool isResultThere = false;
         for (const std::string& name : filesIn(folder)) {
@@ -98,12 +98,12 @@ TEST_F(KilledSave, OntoTheSourceItselfNeverCostsTheOnlyCopy) {
         }
         ++found[isInPlace ? (isPhotoThere && !isResultThere ? "untouched" : "replaced") : "set aside"];
     }
-    EXPECT_GT(found["set aside"], 0) << "no kill came between the two";
+    EXPECT_GT(found["set aside"], 0) << "no kill hit the moment when only the set-aside file exists";
     for (const auto& [what, count] : found)
         std::cout << what << ": " << count << '\n';
 }
 
-TEST_F(KilledSave, LeavesTheEarlierFileOrNoneOrAWholePicture) {
+TEST_F(KilledSave, LeavesTheEarlierFileOrNoFileOrACompleteOne) {
     std::filesystem::create_directory(folder);
     const std::filesystem::path source = makePhoto("portrait.png", noise(kSize));
     writeFile(source, withExif(contentsOf(source), 1, kArtist));
@@ -112,23 +112,23 @@ TEST_F(KilledSave, LeavesTheEarlierFileOrNoneOrAWholePicture) {
     queues.runAll();
     const std::string photoBytes = contentsOf(source);
 
-    // What may stand there: an earlier file, nothing, the pixels alone, or all of it.
+    // The possible contents: the earlier file, no file, a picture without metadata, or the complete result.
     ASSERT_TRUE(ImageTools::SaveImage(shown(), target, "png"));
     const std::string pixels = contentsOf(target);
-    const std::chrono::microseconds oneSave = timeOfASave();
-    const std::string whole = contentsOf(target);
-    ASSERT_NE(whole, pixels);
+    const std::chrono::microseconds oneSave = durationOfSave();
+    const std::string complete = contentsOf(target);
+    ASSERT_NE(complete, pixels);
     ASSERT_TRUE(samePixels(decoded(target), shown()));
     const std::map<std::string, std::string> names = {
-        {"an earlier file", "earlier"}, {"", "absent"}, {pixels, "pixels alone"}, {whole, "whole"}};
+        {"an earlier file", "earlier"}, {"", "absent"}, {pixels, "without metadata"}, {complete, "complete"}};
 
     std::mt19937 random(1);
-    std::uniform_int_distribution<std::int64_t> moment(0,
-                                                       std::min<std::int64_t>(oneSave.count() * 2, 900'000));
+    std::uniform_int_distribution<std::int64_t> delay(0,
+                                                      std::min<std::int64_t>(oneSave.count() * 2, 900'000));
     std::map<std::string, int> found;
     for (int i = 0; i < kKills && !HasFailure(); ++i) {
         writeFile(target, "an earlier file");
-        saveUntilKilledAfter(std::chrono::microseconds(moment(random)));
+        saveUntilKilledAfter(std::chrono::microseconds(delay(random)));
         const auto left = names.find(std::filesystem::exists(target) ? contentsOf(target) : "");
         ASSERT_NE(left, names.end()) << "a torn file after kill " << i;
         ++found[left->second];
@@ -143,11 +143,11 @@ TEST_F(KilledSave, LeavesTheEarlierFileOrNoneOrAWholePicture) {
             std::filesystem::remove(folder / name);
         }
     }
-    EXPECT_GT(found["whole"] + found["pixels alone"] + found["absent"], 0) << "no save was interrupted";
+    EXPECT_GT(found["complete"] + found["without metadata"] + found["absent"], 0) << "no save had any effect";
     for (const auto& [what, count] : found)
         std::cout << what << ": " << count << '\n';
     save(target);
-    EXPECT_EQ(contentsOf(target), whole);
+    EXPECT_EQ(contentsOf(target), complete);
 }
 
 } // namespace

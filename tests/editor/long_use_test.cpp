@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Hours of work in minutes: what the program holds levels off. COMPLEXION_LONG_USE=1 makes the full measure
-// of it (see ./check long-use): 2000 clicks on 24 megapixels, 200 photos.
+// During long use, memory and open files level off. COMPLEXION_LONG_USE=1 runs the full test (see ./check
+// long-use): 2000 clicks on 24 megapixels, 200 photos.
 #include "tests/editor/editor_fixture.h"
 
 #include <cstdlib>
@@ -13,33 +13,33 @@ namespace complexion {
 
 namespace {
 
-bool isFullMeasure() {
+bool isFullTest() {
     return std::getenv("COMPLEXION_LONG_USE") != nullptr;
 }
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kKeepsFreedMemory = true; // for a while, to find its late users
+constexpr bool kKeepsFreedMemory = true; // in quarantine, to detect use after free
 #else
 constexpr bool kKeepsFreedMemory = false;
 #endif
 
-/// What the process holds.
-struct Held {
+/// The resources of this process.
+struct Usage {
     double residentMebibytes = 0;
     int openFiles = 0;
 };
 
-Held held() {
+Usage usage() {
     long pages = 0;
     long resident = 0;
     std::ifstream("/proc/self/statm") >> pages >> resident;
-    const auto files = filesIn("/proc/self/fd").size() - 1; // the listing's own
+    const auto files = filesIn("/proc/self/fd").size() - 1; // without the listing's own descriptor
     return {static_cast<double>(resident * ::sysconf(_SC_PAGESIZE)) / (1 << 20), static_cast<int>(files)};
 }
 
 class LongUse : public EditorTest {
 protected:
-    /// Skin in soft light with blemishes all over.
+    /// Softly lit skin covered with blemishes.
     static Image portrait(PixelSize size) {
         return painted(size, [](int row, int column) {
             const int y = row % 80 - 40;
@@ -56,7 +56,7 @@ protected:
         std::cout << std::setw(8) << what << "  resident MiB  open files  states  on disk MiB\n";
     }
     void printRow(int count) const {
-        const Held now = held();
+        const Usage now = usage();
         std::uintmax_t bytes = 0;
         for (const auto& entry : std::filesystem::directory_iterator(platform.states()))
             bytes += entry.file_size();
@@ -66,25 +66,25 @@ protected:
                   << static_cast<double>(bytes) / (1 << 20) << std::endl;
     }
 
-    /// What is held at the end is what was held when all that is kept had come together.
-    void expectLevel(const Held& filled) {
-        const Held now = held();
-        EXPECT_EQ(now.openFiles, filled.openFiles);
+    /// Expects that the usage has not grown since all caches and the history were full.
+    void expectNoGrowth(const Usage& full) {
+        const Usage now = usage();
+        EXPECT_EQ(now.openFiles, full.openFiles);
         if (!kKeepsFreedMemory) {
-            EXPECT_LT(now.residentMebibytes, filled.residentMebibytes * 1.1 + 16);
+            EXPECT_LT(now.residentMebibytes, full.residentMebibytes * 1.1 + 16);
         }
     }
 };
 
-TEST_F(LongUse, OfOnePhotoHoldsNoMoreThanItsHistory) {
-    const bool full = isFullMeasure();
-    const PixelSize size = full ? PixelSize{6000, 4000} : PixelSize{900, 600};
-    const int clicks = full ? 2000 : 200;
-    const int filledAt = clicks / 4; // the history is, long before
+TEST_F(LongUse, OfOnePhotoNeedsNoMoreThanItsHistory) {
+    const bool isFull = isFullTest();
+    const PixelSize size = isFull ? PixelSize{6000, 4000} : PixelSize{900, 600};
+    const int clicks = isFull ? 2000 : 200;
+    const int fullAt = clicks / 4; // the history is full long before
     openThroughPanel(makePhoto("portrait.jpg", portrait(size)));
     printHead("clicks");
     printRow(0);
-    Held filled;
+    Usage full;
     for (int i = 1; i <= clicks; ++i) {
         const int column = i * 7 % (size.width / 80);
         const int row = i * 11 % (size.height / 80);
@@ -97,34 +97,34 @@ TEST_F(LongUse, OfOnePhotoHoldsNoMoreThanItsHistory) {
         }
         if (i % 50 == 0)
             selectEffect(i / 50 % 9);
-        if (i == filledAt)
-            filled = held();
+        if (i == fullAt)
+            full = usage();
         if (i % (clicks / 10) == 0)
             printRow(i);
     }
-    expectLevel(filled);
+    expectNoGrowth(full);
 }
 
-TEST_F(LongUse, OfManyPhotosHoldsNoMoreThanOne) {
-    const bool full = isFullMeasure();
-    const PixelSize size = full ? PixelSize{6000, 4000} : PixelSize{900, 600};
-    const int count = full ? 200 : 40;
+TEST_F(LongUse, OfManyPhotosNeedsNoMoreThanOne) {
+    const bool isFull = isFullTest();
+    const PixelSize size = isFull ? PixelSize{6000, 4000} : PixelSize{900, 600};
+    const int count = isFull ? 200 : 40;
     std::vector<std::filesystem::path> photos;
     for (const char* name : {"a.jpg", "b.png", "c.tif", "d.bmp"})
         photos.push_back(makePhoto(name, portrait(size)));
-    photos.push_back(makePhoto("e.gif", portrait({900, 600}))); // nobody has large ones
+    photos.push_back(makePhoto("e.gif", portrait({900, 600}))); // GIF files are small in practice
     printHead("photos");
-    Held filled;
+    Usage full;
     for (int i = 1; i <= count; ++i) {
         openThroughPanel(photos[static_cast<std::size_t>(i) % photos.size()]);
         clickPixel({200, 200});
         queues.runAll();
         if (i == count / 4)
-            filled = held();
+            full = usage();
         if (i % (count / 10) == 0)
             printRow(i);
     }
-    expectLevel(filled);
+    expectNoGrowth(full);
 }
 
 } // namespace

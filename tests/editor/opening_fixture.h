@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-/// The editor with photos that are opened in every way.
+/// Helpers for opening photos.
 class Opening : public EditorTest {
 protected:
     Notification dropped(const std::filesystem::path& path) const {
@@ -14,11 +14,11 @@ protected:
 
     std::filesystem::path undecodable(const std::string& name = "fake.png") const {
         const std::filesystem::path path = platform.photos() / name;
-        writeFile(path, "this is no picture");
+        writeFile(path, "not a picture");
         return path;
     }
 
-    /// What is true after any photo was opened for the first time or again.
+    /// Expects the state right after a photo was opened.
     void expectFreshlyOpened(const std::filesystem::path& path, const Image& picture) {
         EXPECT_EQ(controller->originalImagePath, path);
         EXPECT_TRUE(samePixels(controller->originalImage(), picture));
@@ -36,8 +36,8 @@ protected:
         EXPECT_FALSE(controller->canRedo());
     }
 
-    /// A photo is open that has been worked on: retouched, stepped back, zoomed, with an effect.
-    void workOnAPhoto() {
+    /// Opens a photo and changes everything: repairs, undo, zoom, pan, effect.
+    void editPhoto() {
         openThroughPanel(makePhoto("worked_on.png"));
         retouch(0);
         retouch(1);

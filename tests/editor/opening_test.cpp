@@ -13,7 +13,7 @@ TEST_F(Opening, TheFirstPhotoIsChosenWithoutAQuestion) {
 }
 
 TEST_F(Opening, AnotherPhotoIsChosenAfterAQuestion) {
-    workOnAPhoto();
+    editPhoto();
     const Image other = filled({40, 30}, grey(90));
     const std::filesystem::path path = makePhoto("other.png", other);
     dialogs.expectQuestion(kSelectQuestion, kFirstButton);
@@ -23,15 +23,15 @@ TEST_F(Opening, AnotherPhotoIsChosenAfterAQuestion) {
 }
 
 TEST_F(Opening, NoKeepsTheOpenPhotoAndShowsNoPanel) {
-    workOnAPhoto();
-    expectUntouchedBy([this] {
+    editPhoto();
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kSelectQuestion, kSecondButton);
         controller->OnSelectImage(nullptr);
     });
 }
 
 TEST_F(Opening, AnyAnswerButNoCountsAsYes) {
-    workOnAPhoto();
+    editPhoto();
     const std::filesystem::path path = makePhoto("other.png");
     dialogs.expectQuestion(kSelectQuestion, 1002);
     dialogs.expectOpenPanel(chosen(path));
@@ -40,8 +40,8 @@ TEST_F(Opening, AnyAnswerButNoCountsAsYes) {
 }
 
 TEST_F(Opening, ACancelledPanelChangesNothing) {
-    workOnAPhoto();
-    expectUntouchedBy([this] {
+    editPhoto();
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kSelectQuestion, kFirstButton);
         dialogs.expectOpenPanel(cancelled());
         controller->OnSelectImage(nullptr);
@@ -49,15 +49,15 @@ TEST_F(Opening, ACancelledPanelChangesNothing) {
 }
 
 TEST_F(Opening, ACancelledFirstPanelChangesNothing) {
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         dialogs.expectOpenPanel(cancelled());
         controller->OnSelectImage(nullptr);
     });
 }
 
 TEST_F(Opening, AChoiceWithoutAPathShowsTheLoadFailure) {
-    workOnAPhoto();
-    expectUntouchedBy([this] {
+    editPhoto();
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kSelectQuestion, kFirstButton);
         dialogs.expectOpenPanel({.confirmed = true, .url = std::nullopt});
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
@@ -66,9 +66,9 @@ TEST_F(Opening, AChoiceWithoutAPathShowsTheLoadFailure) {
 }
 
 TEST_F(Opening, AnUndecodableChoiceShowsTheLoadFailureAndLeavesEverything) {
-    workOnAPhoto();
+    editPhoto();
     const std::filesystem::path path = undecodable();
-    expectUntouchedBy([&] {
+    expectUnchangedBy([&] {
         dialogs.expectQuestion(kSelectQuestion, kFirstButton);
         dialogs.expectOpenPanel(chosen(path));
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
@@ -78,7 +78,7 @@ TEST_F(Opening, AnUndecodableChoiceShowsTheLoadFailureAndLeavesEverything) {
 
 TEST_F(Opening, AnUndecodableFirstChoiceLeavesTheEmptyWindow) {
     const std::filesystem::path path = undecodable();
-    expectUntouchedBy([&] {
+    expectUnchangedBy([&] {
         dialogs.expectOpenPanel(chosen(path));
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
         controller->OnSelectImage(nullptr);
@@ -95,7 +95,7 @@ TEST_F(Opening, WhatIsNoFileOfPixelsShowsTheLoadFailure) {
     std::filesystem::create_directory(platform.photos() / "folder.png");
     for (const char* name : {"empty.png", "header_only.png", "folder.png", "missing.png"}) {
         SCOPED_TRACE(name);
-        expectUntouchedBy([&] {
+        expectUnchangedBy([&] {
             dialogs.expectOpenPanel(chosen(platform.photos() / name));
             dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
             controller->OnSelectImage(nullptr);

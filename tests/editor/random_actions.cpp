@@ -55,7 +55,7 @@ void RandomActions::doSomething() {
     }
 }
 
-/// The photo at `path` has just been loaded.
+/// Updates the model after the photo at `path` was loaded.
 void RandomActions::loaded(const std::filesystem::path& path) {
     model.source = path;
     model.working = controller->originalImage();
@@ -65,7 +65,7 @@ void RandomActions::loaded(const std::filesystem::path& path) {
 }
 
 void RandomActions::open() {
-    // A click whose work has not begun when another photo comes is not spoken of by the rules.
+    // The rules do not define what happens to queued repairs when another photo is opened.
     while (!model.clicks.empty())
         startRepair();
     const auto source = std::next(sources.begin(), upTo(static_cast<int>(sources.size())));
@@ -170,8 +170,8 @@ void RandomActions::startRepair() {
 void RandomActions::finishRepair() {
     action = "finish a repair";
     const std::filesystem::path statePath = nextPath();
-    if (model.endsAtPush()) // a test of its own shows that
-        loseDisk();
+    if (model.isPushFatal()) // has a test of its own
+        breakDisk();
     queues.runMain();
     if (model.repairs.empty())
         return;
@@ -236,7 +236,7 @@ void RandomActions::zoomOrPan() {
         drag(x, y);
         return model.zoom.drag(x, y);
     }
-    // Now and then as far as the limit, which is 25 steps from the fitted size.
+    // Sometimes up to the limit, which is 25 steps from the fitted size.
     const int count = kind > 0 && oneIn(8) ? 28 : 1;
     for (int i = 0; i < count; ++i) {
         if (kind == 0)
@@ -263,7 +263,7 @@ void RandomActions::resizeWindow() {
     imageView->resize(size);
     controller->visibleAreaResized({model.zoom.viewWidth, model.zoom.viewHeight}, next);
     model.zoom.resizeView(next.width, next.height);
-    // The rule gives no order of computation here: the last bits are the editor's.
+    // The rules leave the order of computation open here, so the model adopts the editor's rounding.
     const Frame frame = imageView->frame();
     EXPECT_NEAR(frame.x, model.zoom.image.x, 1e-9);
     EXPECT_NEAR(frame.y, model.zoom.image.y, 1e-9);
@@ -299,8 +299,8 @@ void RandomActions::saveSomewhere() {
     }
 }
 
-/// What happens to the editor from outside: the clock stands still or goes on, the disk is full or not,
-/// somebody changes a photo or deletes a state file.
+/// External events: the clock stops or runs, the disk fails or recovers, a photo is changed, a state file is
+/// deleted.
 void RandomActions::disturb() {
     switch (upTo(8)) {
     case 0:
@@ -309,7 +309,7 @@ void RandomActions::disturb() {
         return;
     case 1:
         action = "no state can be written";
-        return loseDisk();
+        return breakDisk();
     case 2:
         action = "change a photo";
         if (model.isOpen())
@@ -325,7 +325,7 @@ void RandomActions::disturb() {
         }
         return;
     default:
-        action = "everything is well again";
+        action = "remove all faults";
         platform.wallClockStep = 1.0 / 64;
         platform.wallClock += 1;
         platform.restoreTemporaryDirectory();
@@ -333,7 +333,7 @@ void RandomActions::disturb() {
     }
 }
 
-void RandomActions::loseDisk() {
+void RandomActions::breakDisk() {
     platform.removeTemporaryDirectory();
     model.writable = false;
 }

@@ -17,10 +17,10 @@ struct RandomRun {
     int steps = 0;
 };
 
-/// How a failed test names the run.
+/// The run's parameters, for failure messages.
 void PrintTo(const RandomRun& run, std::ostream* out);
 
-/// The editor with somebody before it who does anything at any time, and the model that it must agree with.
+/// Performs random actions on the editor and on a model, which must agree.
 class RandomActions : public EditorTest, public testing::WithParamInterface<RandomRun> {
 protected:
     void SetUp() override {
@@ -35,7 +35,7 @@ protected:
                        return RGBA32(static_cast<std::uint8_t>(200 - row),
                                      static_cast<std::uint8_t>(column * 2), 90, 255);
                    }));
-        writeFile(platform.photos() / "fake.png", "no picture");
+        writeFile(platform.photos() / "fake.png", "not a picture");
     }
 
     void makeSource(const std::string& name, const Image& picture) {
@@ -45,7 +45,7 @@ protected:
     int upTo(int limit) { return static_cast<int>(m_random() % static_cast<std::uint32_t>(limit)); }
     bool oneIn(int count) { return upTo(count) == 0; }
 
-    /// The path of the state image that is recorded next.
+    /// The path of the next state image.
     std::filesystem::path nextPath() const {
         std::string extension = model.source.extension();
         std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -54,7 +54,7 @@ protected:
                 extension);
     }
 
-    // The actions. Each does it to the editor and to the model.
+    // The actions. Each is applied to the editor and to the model.
 
     void doSomething();
     void open();
@@ -71,7 +71,7 @@ protected:
     void resizeWindow();
     void saveSomewhere();
     void disturb();
-    void loseDisk();
+    void breakDisk();
     void refuseToClose();
 
     void expectAgreement();
@@ -79,7 +79,7 @@ protected:
 
     EditorModel model;
     std::map<std::filesystem::path, Image> sources;
-    std::string action; // the last one, for the trace
+    std::string action; // the last one, for failure messages
 
 private:
     std::mt19937 m_random;

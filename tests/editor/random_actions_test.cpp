@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The editor against a small model of its rules: after every one of a few thousand random actions, both agree
-// about the history, the files on the disk, the place in the history and the picture on the screen.
+// Compares the editor with a model of its rules after each of a few thousand random actions: history,
+// position, files on the disk, and the image on the screen.
 #include "tests/editor/random_actions.h"
 
 #include <cstdlib>
@@ -50,14 +50,14 @@ void RandomActions::expectFilesAgree() {
 
 namespace {
 
-/// As many as the run says; or its share of all that COMPLEXION_RANDOM_STEPS says, where that is set.
+/// The run's number of steps, or its share of COMPLEXION_RANDOM_STEPS if that is set.
 int stepsOf(const RandomRun& run) {
     constexpr int kRuns = 5;
     const char* const all = std::getenv("COMPLEXION_RANDOM_STEPS");
     return all ? std::atoi(all) / kRuns : run.steps;
 }
 
-TEST_P(RandomActions, AgreeWithTheRules) {
+TEST_P(RandomActions, AgreeWithTheModel) {
     for (int step = 0; step < stepsOf(GetParam()); ++step) {
         doSomething();
         SCOPED_TRACE(testing::Message()

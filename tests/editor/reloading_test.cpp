@@ -6,19 +6,19 @@ namespace complexion {
 namespace {
 
 TEST_F(Opening, ReloadWithoutAPhotoDoesNothing) {
-    expectUntouchedBy([this] { controller->OnResetImage(nullptr); });
+    expectUnchangedBy([this] { controller->OnResetImage(nullptr); });
 }
 
 TEST_F(Opening, ReloadAlwaysAsksAndNoChangesNothing) {
     openThroughPanel(makePhoto());
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kReloadQuestion, kSecondButton);
         controller->OnResetImage(nullptr);
     });
 }
 
 TEST_F(Opening, ReloadThrowsAllEditsAway) {
-    workOnAPhoto();
+    editPhoto();
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
     reload();
     EXPECT_TRUE(samePixels(controller->originalImage(), photo()));
@@ -33,7 +33,7 @@ TEST_F(Opening, ReloadThrowsAllEditsAway) {
 }
 
 TEST_F(Opening, ReloadKeepsZoomPanBoxesAndSource) {
-    workOnAPhoto();
+    editPhoto();
     controller->boxHint->show();
     const Everything before = everything();
     reload();
@@ -56,9 +56,9 @@ TEST_F(Opening, ReloadReadsTheFileAsItIsNow) {
 }
 
 TEST_F(Opening, AReloadOfAFileThatIsNoPictureAnyMoreShowsTheLoadFailureAndLeavesEverything) {
-    workOnAPhoto();
+    editPhoto();
     undecodable("worked_on.png");
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kReloadQuestion, kFirstButton);
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
         controller->OnResetImage(nullptr);
@@ -66,9 +66,9 @@ TEST_F(Opening, AReloadOfAFileThatIsNoPictureAnyMoreShowsTheLoadFailureAndLeaves
 }
 
 TEST_F(Opening, AReloadOfADeletedFileShowsTheLoadFailureAndLeavesEverything) {
-    workOnAPhoto();
+    editPhoto();
     std::filesystem::remove(controller->originalImagePath);
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kReloadQuestion, kFirstButton);
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
         controller->OnResetImage(nullptr);

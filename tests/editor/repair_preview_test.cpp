@@ -27,7 +27,7 @@ protected:
     int answers = 0;
 };
 
-TEST_F(RepairPreviewTest, AnswersWithWhatTheRepairGives) {
+TEST_F(RepairPreviewTest, AnswersWithTheResultOfTheRepair) {
     preview->ask(at(30.5, 39.5));
     EXPECT_EQ(preview->answer(), nullptr);
     queues.runAll();
@@ -42,7 +42,7 @@ TEST_F(RepairPreviewTest, OnlyTheLastQuestionIsAnswered) {
     preview->ask(at(30.5, 39.5));
     preview->ask(at(40.5, 39.5));
     preview->ask(at(60.5, 30.5));
-    EXPECT_EQ(queues.backgroundCount(), 1U); // the one under way; the second is never computed
+    EXPECT_EQ(queues.backgroundCount(), 1U); // only the first is queued; the second is never computed
     queues.runBackground();
     queues.runMain();
     EXPECT_EQ(answers, 0);
@@ -53,7 +53,7 @@ TEST_F(RepairPreviewTest, OnlyTheLastQuestionIsAnswered) {
     EXPECT_EQ((*preview->answer())->outcome, RepairOutcome::NothingToRepair);
 }
 
-TEST_F(RepairPreviewTest, AQuestionTakenBackIsNotAnswered) {
+TEST_F(RepairPreviewTest, AWithdrawnQuestionIsNotAnswered) {
     preview->ask(at(30.5, 39.5));
     preview->ask(std::nullopt);
     queues.runAll();
@@ -85,7 +85,7 @@ TEST_F(RepairPreviewTest, AnotherSettingOrImageIsAnotherQuestion) {
     EXPECT_EQ(preview->answer(), nullptr);
 }
 
-TEST_F(RepairPreviewTest, NobodyIsTroubledAfterItsEnd) {
+TEST_F(RepairPreviewTest, PendingWorkMayOutliveIt) {
     preview->ask(at(30.5, 39.5));
     queues.runBackground();
     preview.reset();

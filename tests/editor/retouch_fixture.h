@@ -5,10 +5,10 @@
 
 namespace complexion {
 
-/// The editor with clicks on a photo.
+/// Helpers for tests of clicks.
 class Retouch : public EditorTest {
 protected:
-    /// What the repair makes of `image` with given settings at the middle of a pixel.
+    /// `image` after the flat repair at the centre of a pixel.
     static Image repaired(const Image& image, PixelPosition at, std::int64_t radius = 10,
                           std::int64_t threshold = 10, std::int64_t colorType = kAutodetectColor,
                           RgbColor customColor = {}) {

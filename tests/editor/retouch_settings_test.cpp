@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a repair is given: the settings as they stand in the controls when it starts.
+// A repair uses the values of the controls at its start.
 #include "tests/editor/retouch_fixture.h"
 
 #include <thread>
@@ -9,8 +9,8 @@ namespace complexion {
 
 namespace {
 
-TEST_F(Retouch, TheRadiusIsTheSteppers) {
-    // Dark pixels at distances whose squares are 89 and 106: inside a disc of 10, and of 11 only.
+TEST_F(Retouch, TheStepperSetsTheRadius) {
+    // Dark pixels at squared distances of 89 (within a radius of 10) and 106 (within a radius of 11 only).
     const Image image = painted(kPhotoSize, [](int row, int column) {
         const bool dark = (std::abs(row - 30) <= 1 && std::abs(column - 40) <= 1) ||
                           (row == 35 && column == 48) || (row == 35 && column == 49);
@@ -45,8 +45,8 @@ TEST_F(Retouch, TheTextFieldAloneDoesNotSetTheRadius) {
     EXPECT_TRUE(samePixels(controller->originalImage(), repaired(photo(), blemishes()[0], 10)));
 }
 
-TEST_F(Retouch, TheThresholdIsTheSliders) {
-    // A ramp of greys around a dark middle: each threshold repairs another part of it.
+TEST_F(Retouch, TheSliderSetsTheThreshold) {
+    // A grey ramp around a dark centre: each threshold repairs a different part of it.
     const Image image = painted(kPhotoSize, [](int row, int column) {
         if (std::abs(row - 30) <= 1 && std::abs(column - 40) <= 1)
             return grey(100);
@@ -68,7 +68,7 @@ TEST_F(Retouch, TheThresholdIsTheSliders) {
     EXPECT_FALSE(samePixels(repaired(image, {30, 40}, 10, 10), repaired(image, {30, 40}, 10, 11)));
 }
 
-TEST_F(Retouch, WithoutAutodetectionTheWellsColourIsPainted) {
+TEST_F(Retouch, WithoutAutodetectionTheColorWellsColorIsPainted) {
     openPhoto();
     controller->checkAutodetectColor->setChecked(false);
     controller->colorWellCustomColor->setColor(QColor(255, 0, 0));
@@ -82,7 +82,7 @@ TEST_F(Retouch, WithoutAutodetectionTheWellsColourIsPainted) {
     EXPECT_EQ(controller->originalImage().pixel(30, 55), RGBA32(200, 150, 120, 255));
 }
 
-TEST_F(Retouch, WithAutodetectionTheWellsColourIsNotUsed) {
+TEST_F(Retouch, WithAutodetectionTheColorWellIsIgnored) {
     openPhoto();
     controller->colorWellCustomColor->setColor(QColor(255, 0, 0));
     clickPixel(blemishes()[0]);
@@ -90,8 +90,8 @@ TEST_F(Retouch, WithAutodetectionTheWellsColourIsNotUsed) {
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
 }
 
-TEST_F(Retouch, WithNaturalChosenTheBlemishIsHealed) {
-    // Shaded skin: the flat repair paints one colour, the natural one goes on with the shading.
+TEST_F(Retouch, TheNaturalRepairCanBeChosen) {
+    // On shaded skin, the flat repair paints one colour, while the natural repair continues the shading.
     const Image image = painted(kPhotoSize, [](int row, int column) {
         const bool dark = std::abs(row - 30) <= 2 && std::abs(column - 40) <= 2;
         return dark ? grey(60) : grey(120 + column);
@@ -102,7 +102,7 @@ TEST_F(Retouch, WithNaturalChosenTheBlemishIsHealed) {
     ASSERT_TRUE(healed.has_value());
 
     controller->comboRepair->setCurrentIndex(1);
-    controller->checkAutodetectColor->setChecked(false); // belongs to the flat repair only
+    controller->checkAutodetectColor->setChecked(false); // affects the flat repair only
     clickPixel({30, 40});
     queues.runAll();
     EXPECT_TRUE(samePixels(controller->originalImage(), *healed));
@@ -118,7 +118,7 @@ TEST_F(Retouch, WithNaturalChosenTheBlemishIsHealed) {
     EXPECT_TRUE(samePixels(controller->originalImage(), *healed));
 }
 
-TEST_F(Retouch, TheThresholdAndTheRadiusSteerTheNaturalRepairToo) {
+TEST_F(Retouch, TheNaturalRepairUsesTheThresholdAndTheRadius) {
     openPhoto();
     controller->comboRepair->setCurrentIndex(1);
     controller->stepperEditAreaSize->setIntegerValue(12);
@@ -135,7 +135,7 @@ TEST_F(Retouch, TheThresholdAndTheRadiusSteerTheNaturalRepairToo) {
     EXPECT_TRUE(samePixels(controller->originalImage(), *expected));
 }
 
-TEST_F(Retouch, FlatColourChosenAgainIsTheFlatRepair) {
+TEST_F(Retouch, TheFlatRepairCanBeChosenAgain) {
     openPhoto();
     controller->comboRepair->setCurrentIndex(1);
     controller->comboRepair->setCurrentIndex(0);
@@ -144,7 +144,7 @@ TEST_F(Retouch, FlatColourChosenAgainIsTheFlatRepair) {
     EXPECT_TRUE(samePixels(controller->originalImage(), repaired(photo(), blemishes()[0])));
 }
 
-TEST_F(Retouch, TheSettingsAreReadWhenTheWorkStarts) {
+TEST_F(Retouch, TheSettingsAreReadWhenTheRepairStarts) {
     openPhoto();
     clickPixel(blemishes()[0]);
     controller->checkAutodetectColor->setChecked(false);
@@ -155,7 +155,7 @@ TEST_F(Retouch, TheSettingsAreReadWhenTheWorkStarts) {
     EXPECT_EQ(controller->originalImage().pixel(20, 20), RGBA32(0, 0, 255, 255));
 }
 
-TEST_F(Retouch, ControlsMayMoveWhileARepairReadsThem) {
+TEST_F(Retouch, ControlsMayChangeWhileARepairReadsThem) {
     openPhoto();
     clickPixel(blemishes()[0]);
     std::jthread background([this] { queues.runBackground(); });
@@ -171,7 +171,7 @@ TEST_F(Retouch, ControlsMayMoveWhileARepairReadsThem) {
                            skinWithBlemishes(kPhotoSize, {blemishes()[1], blemishes()[2]})));
 }
 
-TEST_F(Retouch, AControlThatIsGoneIsFatal) {
+TEST_F(Retouch, ADeletedControlIsFatal) {
     openPhoto();
     clickPixel(blemishes()[0]);
     EXPECT_DEATH(

@@ -5,13 +5,13 @@
 
 namespace complexion {
 
-/// The editor with results that are saved beside its photos.
+/// Helpers for saving beside the photos.
 class Saving : public EditorTest {
 protected:
     std::filesystem::path target(const std::string& name) const { return platform.photos() / name; }
 
-    /// Runs the save action, expecting a panel that proposes `name` and is answered with `answer`, and then
-    /// an alert (or none, for an empty text). What it printed.
+    /// Saves, expecting `panel`, answered with `answer`, and then `alert` (none if empty). Returns what was
+    /// printed.
     std::string saveWith(const SavePanel& panel, const PanelAnswer& answer, const char* alert) {
         dialogs.expectSavePanel(panel, answer);
         if (std::string_view(alert) == kSaveSuccess)

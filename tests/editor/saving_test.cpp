@@ -33,7 +33,7 @@ TEST_F(Saving, TheNameIsProposedAfterTheSourceWithItsTypeInLowerCase) {
 TEST_F(Saving, ACancelledPanelWritesAndPrintsNothing) {
     openThroughPanel(makePhoto());
     const std::vector<std::string> before = filesIn(platform.photos());
-    expectUntouchedBy(
+    expectUnchangedBy(
         [this] { EXPECT_EQ(saveWith({{"png"}, "portrait_retouched.png"}, cancelled(), ""), ""); });
     EXPECT_EQ(filesIn(platform.photos()), before);
 }
@@ -108,7 +108,7 @@ TEST_F(Saving, SavingChangesNothingInTheEditor) {
     controller->OnUndo(nullptr);
     selectEffect(6);
     controller->OnZoomIn(nullptr);
-    expectUntouchedBy([this] { save(target("saved.png")); });
+    expectUnchangedBy([this] { save(target("saved.png")); });
     EXPECT_TRUE(controller->canRedo());
 }
 

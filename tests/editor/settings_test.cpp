@@ -17,7 +17,7 @@ protected:
     int stepperValue() const { return controller->stepperEditAreaSize->integerValue(); }
     QString fieldText() const { return controller->textFieldEditAreaSize->text(); }
 
-    /// A photo in colours, with one blemish at (20, 20).
+    /// A coloured photo with a blemish at (20, 20).
     static Image coloured() {
         return painted(kPhotoSize, [](int row, int column) {
             const bool dark = std::abs(row - 20) <= 2 && std::abs(column - 20) <= 2;
@@ -30,7 +30,7 @@ protected:
     void openColoured() { openThroughPanel(makePhoto("coloured.png", coloured())); }
 };
 
-TEST_F(Settings, BeginAtTheirStartValues) {
+TEST_F(Settings, HaveTheirInitialValues) {
     EXPECT_TRUE(controller->checkAutodetectColor->isChecked());
     EXPECT_EQ(fieldText(), QStringLiteral("10"));
     EXPECT_EQ(stepperValue(), 10);
@@ -40,7 +40,7 @@ TEST_F(Settings, BeginAtTheirStartValues) {
     EXPECT_EQ(controller->editSettings().style, RepairStyle::FlatColor);
 }
 
-TEST_F(Settings, TheColourWellKeepsTheColourOfItsLayout) {
+TEST_F(Settings, LoadingKeepsTheColorOfTheColorWell) {
     controller->colorWellCustomColor->setColor(QColor(9, 8, 7));
     controller->viewDidLoad();
     EXPECT_EQ(controller->colorWellCustomColor->color(), QColor(9, 8, 7));
@@ -62,7 +62,7 @@ TEST_F(Settings, TheStepperFollowsTheField) {
 }
 
 TEST_F(Settings, ATypedSizeIsTheNextClicksRadius) {
-    // A dark pixel 20 away from the blemish: only a large disc reaches it.
+    // A dark pixel, 20 pixels from the blemish, which only a large disc covers.
     const Image image = painted(kPhotoSize, [](int row, int column) {
         const bool dark =
             (std::abs(row - 30) <= 1 && std::abs(column - 40) <= 1) || (row == 43 && column == 55);
@@ -93,7 +93,7 @@ TEST_F(Settings, ATypedSizeIsClampedToTheSteppersBounds) {
     EXPECT_EQ(fieldText(), QStringLiteral("1"));
 }
 
-TEST_F(Settings, WhatIsNoNumberLeavesTheSizeWithinItsBounds) {
+TEST_F(Settings, InvalidNumbersLeaveTheSizeWithinItsBounds) {
     for (const char* text : {"", "abc", "1e3", "9999999999", "99999999999999999999999",
                              "-99999999999999999999", "12.5", " 25 "}) {
         SCOPED_TRACE(text);
@@ -118,7 +118,7 @@ TEST_F(Settings, TheEditAreaGrowsByTenthsWithinItsBounds) {
     EXPECT_EQ(sizeAfter(-1), 450);
 }
 
-TEST_F(Settings, AControlOfTheSizeThatIsGoneIsFatal) {
+TEST_F(Settings, ADeletedSizeControlIsFatal) {
     EXPECT_DEATH(
         {
             delete controller->textFieldEditAreaSize.data();
@@ -146,7 +146,7 @@ TEST_F(Settings, TheThresholdMovesByGreyLevelsWithinItsBounds) {
 
 // Effects.
 
-TEST_F(Settings, TheEffectsStandInTheirOrder) {
+TEST_F(Settings, TheEffectsAreListedInOrder) {
     QStringList titles;
     for (int i = 0; i < controller->comboEffect->count(); ++i)
         titles.append(controller->comboEffect->itemText(i));
@@ -156,7 +156,7 @@ TEST_F(Settings, TheEffectsStandInTheirOrder) {
                            QStringLiteral("Process"), QStringLiteral("Tonal"), QStringLiteral("Transfer")}));
 }
 
-TEST_F(Settings, EachEffectShowsTheWorkingImageThroughIt) {
+TEST_F(Settings, EachEffectIsAppliedToTheWorkingImage) {
     openColoured();
     const Image working = controller->originalImage();
     for (int index = 1; index < 9; ++index) {
@@ -188,7 +188,7 @@ TEST_F(Settings, NormalShowsTheWorkingImageItself) {
     EXPECT_TRUE(shown().isSameObject(controller->originalImage()));
 }
 
-TEST_F(Settings, WithoutASelectedEffectTheViewIsLeftAsItIs) {
+TEST_F(Settings, WithoutASelectedEffectTheViewIsNotUpdated) {
     openColoured();
     selectEffect(5);
     const Image before = shown();
@@ -199,7 +199,7 @@ TEST_F(Settings, WithoutASelectedEffectTheViewIsLeftAsItIs) {
     EXPECT_TRUE(shown().isSameObject(before));
 }
 
-TEST_F(Settings, ARepairUnderAnEffectIsMadeInColourAndShownThroughTheEffect) {
+TEST_F(Settings, ARepairUnderAnEffectIsMadeInColorAndShownThroughTheEffect) {
     openColoured();
     selectEffect(5);
     clickPixel({20, 20});
@@ -230,7 +230,7 @@ TEST_F(Settings, AnEffectChosenBeforeAPhotoIsOpenShowsNothing) {
     EXPECT_FALSE(controller->hasImage());
 }
 
-TEST_F(Settings, AMissingPopUpOrViewIsFatal) {
+TEST_F(Settings, ADeletedEffectControlOrViewIsFatal) {
     openColoured();
     EXPECT_DEATH(
         {

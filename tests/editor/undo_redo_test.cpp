@@ -20,7 +20,7 @@ protected:
 };
 
 TEST_F(UndoRedo, WithoutAPhotoNothingHappens) {
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         undo();
         redo();
     });
@@ -30,7 +30,7 @@ TEST_F(UndoRedo, RightAfterOpeningThereIsNothingToUndo) {
     openThroughPanel(makePhoto());
     EXPECT_FALSE(controller->canUndo());
     EXPECT_FALSE(controller->canRedo());
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         undo();
         redo();
     });
@@ -58,7 +58,7 @@ TEST_F(UndoRedo, TwoUndosShowTheLoadedPhotoAndARedoTheFirstRepair) {
     redo();
     EXPECT_TRUE(samePixels(shown(), photoWithout({0, 1})));
     EXPECT_FALSE(controller->canRedo());
-    expectUntouchedBy([this] { redo(); });
+    expectUnchangedBy([this] { redo(); });
 }
 
 TEST_F(UndoRedo, StepsLeaveTheListAndItsFilesAlone) {
@@ -85,7 +85,7 @@ TEST_F(UndoRedo, ARepairAfterAnUndoForgetsTheRedo) {
     EXPECT_EQ(controller->currenState, 2);
     EXPECT_EQ(controller->stateImagesPath.size(), 3U);
     EXPECT_FALSE(controller->canRedo());
-    expectUntouchedBy([this] { redo(); });
+    expectUnchangedBy([this] { redo(); });
     EXPECT_TRUE(samePixels(shown(), photoWithout({0, 2})));
     undo();
     EXPECT_TRUE(samePixels(shown(), photoWithout({0})));
@@ -100,7 +100,7 @@ TEST_F(UndoRedo, NeitherIsPossibleWhileARepairIsInFlight) {
     queues.runBackground();
     EXPECT_FALSE(controller->canUndo());
     EXPECT_FALSE(controller->canRedo());
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         undo();
         redo();
     });
@@ -176,11 +176,11 @@ TEST_F(UndoRedo, AStateThatCannotBeReadKeepsThePictureAndThePlace) {
     retouch(0);
     retouch(1);
     std::filesystem::remove(controller->stateImagesPath[1]);
-    expectUntouchedBy([this] { undo(); });
+    expectUnchangedBy([this] { undo(); });
     EXPECT_EQ(controller->currenState, 2);
 
     writeFile(controller->stateImagesPath[1], "no picture");
-    expectUntouchedBy([this] { undo(); });
+    expectUnchangedBy([this] { undo(); });
 }
 
 TEST_F(UndoRedo, ALaterStateThatCannotBeReadKeepsThePictureAndThePlace) {
@@ -188,7 +188,7 @@ TEST_F(UndoRedo, ALaterStateThatCannotBeReadKeepsThePictureAndThePlace) {
     retouch(0);
     undo();
     std::filesystem::remove(controller->stateImagesPath[1]);
-    expectUntouchedBy([this] { redo(); });
+    expectUnchangedBy([this] { redo(); });
     EXPECT_EQ(controller->currenState, 0);
 }
 
@@ -215,7 +215,7 @@ TEST_F(UndoRedo, AStateOfAFormatThatCouldNotHoldItIsAStateThatCannotBeRead) {
     undo();
     EXPECT_EQ(controller->currenState, 0);
     EXPECT_TRUE(samePixels(controller->originalImage(), filled({40, 40}, kSkin)));
-    expectUntouchedBy([this] { redo(); });
+    expectUnchangedBy([this] { redo(); });
 }
 
 TEST_F(UndoRedo, APossibleStepIsAnnounced) {

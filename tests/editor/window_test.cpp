@@ -106,7 +106,7 @@ TEST_F(Window, WithoutAPhotoItClosesWithoutAQuestion) {
 TEST_F(Window, WithAPhotoNoKeepsItOpenWithItsPictureAndHistory) {
     openThroughPanel(makePhoto());
     retouch(0);
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kExitQuestion, kSecondButton);
         EXPECT_FALSE(controller->windowShouldClose());
         dialogs.expectQuestion(kExitQuestion, kSecondButton);
@@ -175,7 +175,7 @@ TEST_F(Window, QuittingWithoutAPhotoAsksNothing) {
 
 TEST_F(Window, QuittingWithAPhotoAndNoChangesNothing) {
     openThroughPanel(makePhoto());
-    expectUntouchedBy([this] {
+    expectUnchangedBy([this] {
         dialogs.expectQuestion(kExitQuestion, kSecondButton);
         controller->OnAppQuit(nullptr);
     });

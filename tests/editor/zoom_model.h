@@ -5,15 +5,15 @@
 
 namespace complexion {
 
-/// The rules of zoom and pan in arithmetic of its own, a number at a time, in the order in which the rules
-/// change them. All in points, in the root view's coordinates, y upward.
+/// An independent model of zoom and pan, used as an oracle: plain arithmetic in the same order as the rules.
+/// All values in points, in coordinates of the root view, y upward.
 struct ZoomModel {
-    double viewWidth = 0; // of the root view, the visible area
+    double viewWidth = 0; // of the root view, which is the visible area
     double viewHeight = 0;
-    Frame image; // the image view's
+    Frame image; // the image view's frame
 
-    /// A step of the zoom buttons: a tenth in (1.1) or out (0.9) about the centre, the width's ratio held in
-    /// 1 to 10.
+    /// A step of the zoom buttons: by 1.1 or 0.9 about the centre, with the zoom (the ratio of the widths)
+    /// limited to 1 to 10.
     void step(double factor) {
         const double widthBefore = image.width;
         const double heightBefore = image.height;
@@ -39,7 +39,7 @@ struct ZoomModel {
         closeGaps();
     }
 
-    /// Right before left, top before bottom: an image smaller than the area ends up at its left and bottom.
+    /// Right before left, top before bottom: an image smaller than the area ends up at the bottom left.
     void closeGaps() {
         if (viewWidth - image.width > image.x)
             image.x = viewWidth - image.width;
@@ -51,8 +51,7 @@ struct ZoomModel {
             image.y = 0;
     }
 
-    /// A drag, `down` growing downward. A movement that would open a gap is dropped whole, on each axis
-    /// alone.
+    /// A drag. A movement that would open a gap is dropped entirely, separately on each axis.
     void drag(double right, double down) {
         const double x = image.x + right;
         if (x >= viewWidth - image.width && x <= 0)
@@ -62,7 +61,7 @@ struct ZoomModel {
             image.y = y;
     }
 
-    /// The area gets another size: the image keeps its ratio to it, and what it shows in the middle.
+    /// Resizes the area. The image keeps its zoom and the point at the centre of the area.
     void resizeView(double width, double height) {
         const double ratio = image.width / viewWidth;
         const double middleX = (viewWidth / 2 - image.x) / image.width;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Where the wheel, the keys and the moving ring bring the photo, to the point: frames worked out by hand.
+// The exact frame after zooming at a point, moving by keys and revealing the disc, against values worked out
+// by hand.
 #include "tests/editor/editor_fixture.h"
 
 namespace complexion {
@@ -9,8 +10,8 @@ namespace {
 
 constexpr Frame kZoomed{-300, -250, 1000, 750};
 
-/// A root view on a screen of two pixels a point.
-class FineView : public QWidget {
+/// A root view on a screen with two pixels per point.
+class HighDpiView : public QWidget {
 protected:
     int metric(PaintDeviceMetric kind) const override {
         if (kind == PdmDevicePixelRatio)
@@ -21,7 +22,7 @@ protected:
     }
 };
 
-class LookingClosely : public EditorTest {
+class ZoomPositionTest : public EditorTest {
 protected:
     void open(PixelSize size) { openThroughPanel(makePhoto("photo.png", filled(size, kSkin))); }
 
@@ -33,7 +34,7 @@ protected:
         EXPECT_NEAR(frame.height, expected.height, 1e-9);
     }
 
-    /// The frame at which a point of the photo is shown with this margin, when it was shown zoomed.
+    /// The frame after revealing a point of the zoomed photo with this margin.
     Frame revealed(Point inImage, double margin) {
         imageView->setFrame(kZoomed);
         controller->Reveal(inImage, margin);
@@ -41,7 +42,7 @@ protected:
     }
 };
 
-TEST_F(LookingClosely, StepsKeepThePointTheyAreAbout) {
+TEST_F(ZoomPositionTest, ZoomStepsKeepTheirFixedPoint) {
     open({80, 60});
     controller->ZoomAbout({100, 75}, 2);
     expectFrame({100 - 0.25 * 484, 75 - 0.25 * 363, 484, 363});
@@ -51,35 +52,35 @@ TEST_F(LookingClosely, StepsKeepThePointTheyAreAbout) {
     expectFrame({100 - 0.25 * 435.6, 75 - 0.25 * 326.7, 435.6, 326.7});
 }
 
-TEST_F(LookingClosely, PixelsAreShownAtTheirSizeAboutThePoint) {
-    // Fitted, a pixel has 0.4 points: 2.5 times the area shows it at one. Above and below it are 25 points of
-    // margin.
+TEST_F(ZoomPositionTest, ZoomingToPixelsKeepsThePointAndAlignsToPixels) {
+    // Fitted, a pixel has 0.4 points: 2.5 times the area shows it at one. The margins above and below are 25
+    // points.
     open({1000, 700});
     controller->ZoomToPixels({133, 71});
-    // The photo's corner would stand at -199.5, -81.5: on whole points it is at -200, -82.
+    // The photo's corner would be at -199.5, -81.5; aligned to whole points it is at -200, -82.
     expectFrame({-200, -107, 1000, 750});
 }
 
-TEST_F(LookingClosely, PixelsOfATallPhotoToo) {
-    // Fitted, a pixel has 0.3 points. Left and right of the photo are 950 / 3 points of margin.
+TEST_F(ZoomPositionTest, ZoomingToPixelsAlignsATallPhoto) {
+    // Fitted, a pixel has 0.3 points. The margins left and right are 950 / 3 points.
     open({700, 1000});
     controller->ZoomToPixels({133, 71});
-    // The corner would stand at 6.33, -165.67.
+    // The corner would be at 6.33, -165.67.
     expectFrame({6 - 950.0 / 3, -166, 4000.0 / 3, 1000});
 }
 
-TEST_F(LookingClosely, PixelsOfAFineScreenAreSmallerAndHaveAFinerGrid) {
+TEST_F(ZoomPositionTest, ZoomingToPixelsUsesThePixelsOfAHighDpiScreen) {
     open({1000, 700});
-    FineView fine;
-    fine.resize(400, 300);
-    controller->view = &fine;
+    HighDpiView view;
+    view.resize(400, 300);
+    controller->view = &view;
     controller->ZoomToPixels({133, 71});
-    // The corner would stand at -33.25, -5.25: on half points it is at -33.5, -5.5, with 12.5 of margin below
-    // it.
+    // The corner would be at -33.25, -5.25; aligned to half points it is at -33.5, -5.5, with a margin of
+    // 12.5 below it.
     expectFrame({-33.5, -18, 500, 375});
 }
 
-TEST_F(LookingClosely, PixelsAtTheEdgeLeaveNoGap) {
+TEST_F(ZoomPositionTest, ZoomingToPixelsAtTheEdgeLeavesNoGap) {
     open({1000, 700});
     controller->ZoomToPixels({0, 0});
     expectFrame({0, 0, 1000, 750});
@@ -88,16 +89,16 @@ TEST_F(LookingClosely, PixelsAtTheEdgeLeaveNoGap) {
     expectFrame({-600, -450, 1000, 750});
 }
 
-TEST_F(LookingClosely, ThePhotoMovesWithTheKeys) {
+TEST_F(ZoomPositionTest, ThePhotoMovesWithTheKeys) {
     open({80, 60});
     imageView->setFrame(kZoomed);
     controller->MovePhoto(7, 5);
     expectFrame({-293, -255, 1000, 750});
 }
 
-TEST_F(LookingClosely, RevealingMovesToTheMarginOfEachSide) {
+TEST_F(ZoomPositionTest, RevealingMovesThePointInsideTheMarginOfEachSide) {
     open({80, 60});
-    // 12.5 points a pixel.
+    // 12.5 points per pixel.
     EXPECT_EQ(revealed({24.8, 40}, 20), (Frame{-290, -250, 1000, 750}));
     EXPECT_EQ(revealed({55.2, 40}, 20), (Frame{-310, -250, 1000, 750}));
     EXPECT_EQ(revealed({40, 20.8}, 20), (Frame{-300, -240, 1000, 750}));
@@ -106,15 +107,15 @@ TEST_F(LookingClosely, RevealingMovesToTheMarginOfEachSide) {
     EXPECT_EQ(revealed({40, 36}, 20), kZoomed);
 }
 
-TEST_F(LookingClosely, RevealingWithAMarginOfMoreThanHalfTheAreaCentres) {
+TEST_F(ZoomPositionTest, RevealingWithAMarginOfMoreThanHalfTheAreaCentresThePoint) {
     open({80, 60});
     EXPECT_EQ(revealed({30, 25}, 500), (Frame{-175, -162.5, 1000, 750}));
 }
 
-TEST_F(LookingClosely, RevealingCountsTheMarginsBesideThePhoto) {
-    open({80, 30}); // 187.5 points above and below it
+TEST_F(ZoomPositionTest, RevealingAccountsForTheMarginsBesideThePhoto) {
+    open({80, 30}); // margins of 187.5 points above and below
     EXPECT_EQ(revealed({40, 6}, 20), (Frame{-300, -242.5, 1000, 750}));
-    open({40, 60}); // 250 points left and right of it
+    open({40, 60}); // margins of 250 points left and right
     EXPECT_EQ(revealed({4.8, 40}, 20), (Frame{-290, -250, 1000, 750}));
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The editor under everything at once, with repairs on real threads: for the thread sanitizer above all.
+// A stress test with repairs on real threads, mainly for the thread sanitizer.
 #include "tests/editor/editor_fixture.h"
 
 #include <deque>
@@ -12,7 +12,7 @@ namespace complexion {
 
 namespace {
 
-/// Background work on a thread of its own each; main work when the test says so, on the test's thread.
+/// Runs each background task on a new thread, and main tasks on the test's thread when the test asks for it.
 class ThreadQueues : public Queues {
 public:
     void submitBackground(std::function<void()> work) override { m_threads.emplace_back(std::move(work)); }
@@ -36,7 +36,7 @@ public:
     }
 
     void finish() {
-        m_threads.clear(); // waits for each
+        m_threads.clear(); // joins them
         runMain();
     }
 
@@ -50,9 +50,9 @@ struct OwnsThreadQueues {
     ThreadQueues threads;
 };
 
-class Storm : private OwnsThreadQueues, public EditorTest {
+class ConcurrencyStressTest : private OwnsThreadQueues, public EditorTest {
 protected:
-    Storm() : EditorTest(&threads) {}
+    ConcurrencyStressTest() : EditorTest(&threads) {}
 
     int upTo(int limit) { return static_cast<int>(m_random() % static_cast<std::uint32_t>(limit)); }
 
@@ -82,7 +82,7 @@ protected:
         }
     }
 
-    /// Another photo or the same again, whatever repair is being computed.
+    /// Opens another photo or reloads this one, even during a repair.
     void load() {
         switch (upTo(3)) {
         case 0:
@@ -103,7 +103,7 @@ private:
     std::mt19937 m_random{1};
 };
 
-TEST_F(Storm, OfClicksLoadsUndosSavesAndEffectsEndsWithAWholeHistory) {
+TEST_F(ConcurrencyStressTest, TheHistoryStaysConsistent) {
     controller->numberOfStates = 6;
     openThroughPanel(wide);
     for (int i = 0; i < 1500; ++i)

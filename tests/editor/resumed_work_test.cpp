@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Work that was never ended is continued: picture, history and position are what they were.
+// Resuming abandoned work from its journal: image, history and position are restored.
 #include "tests/editor/editor_fixture.h"
 #include "tests/fakes/eventually.h"
 #include "tests/fakes/temporary_folder.h"
@@ -11,26 +11,26 @@ namespace complexion {
 
 namespace {
 
-constexpr const char* kGone =
+constexpr const char* kMissing =
     "The photo has been moved or deleted. Its repairs are kept until you forget them.";
 constexpr const char* kChanged =
     "The photo has changed since then. Its repairs are kept until you forget them.";
-constexpr const char* kUnfit =
+constexpr const char* kStepsDoNotFit =
     "The repairs could not be applied to the photo. They are kept until you forget them.";
 
-/// A window whose work is journaled.
-class Continuing : public EditorTest {
+/// The editor with a journal.
+class JournaledWorkTest : public EditorTest {
 protected:
     void SetUp() override {
         EditorTest::SetUp();
         controller->setJournal(std::make_unique<Journal>(folder));
     }
 
-    /// What is to be continued.
+    /// The state that resuming must restore.
     struct Work {
         Image picture;
         Image shown;
-        std::vector<std::string> names; // of the states' files
+        std::vector<std::string> names; // of the state files
         std::vector<Image> states;
         std::int64_t position = 0;
         int effect = 0;
@@ -49,24 +49,24 @@ protected:
         return work;
     }
 
-    /// The journal's window is gone; its file is left.
-    void kill() { controller->setJournal(nullptr); }
+    /// Closes the journal and leaves its file, as a crash does.
+    void abandon() { controller->setJournal(nullptr); }
 
     bool hasJournal() const {
         return eventually([this] { return std::filesystem::exists(folder) && filesIn(folder).size() == 1; });
     }
-    std::vector<AbandonedJournal> left() const { return AbandonedJournal::findIn(folder); }
+    std::vector<AbandonedJournal> abandonedWorks() const { return AbandonedJournal::findIn(folder); }
 
     TemporaryFolder home;
     std::filesystem::path folder = home.path() / "complexion";
 };
 
-/// The window that goes on with the work: the same one, as opening a photo leaves nothing of the one before.
-class NextWindow : public Continuing {
+/// Resumes in the same controller, as opening a photo resets its state.
+class ResumedWorkTest : public JournaledWorkTest {
 protected:
-    /// Goes on with the only work that is left.
-    bool goOn() {
-        const std::vector<AbandonedJournal> works = left();
+    /// Resumes the only abandoned work.
+    bool resume() {
+        const std::vector<AbandonedJournal> works = abandonedWorks();
         EXPECT_EQ(works.size(), 1U);
         controller->setJournal(std::make_unique<Journal>(folder));
         const bool continued = !works.empty() && controller->ContinueWork(works[0]);
@@ -74,9 +74,9 @@ protected:
         return continued;
     }
 
-    void expectContinued(const Work& before) {
-        kill();
-        ASSERT_TRUE(goOn());
+    void expectRestored(const Work& before) {
+        abandon();
+        ASSERT_TRUE(resume());
         const Work after = work();
         EXPECT_TRUE(samePixels(after.picture, before.picture));
         EXPECT_TRUE(samePixels(after.shown, before.shown));
@@ -85,7 +85,7 @@ protected:
         ASSERT_EQ(after.states.size(), before.states.size());
         for (std::size_t i = 0; i < after.states.size(); ++i) {
             EXPECT_TRUE(samePixels(after.states[i], before.states[i])) << i;
-            // The photo's own state is written when it is opened, and named by that time.
+            // The first state is written on opening the photo and named by the time.
             if (i > 0) {
                 EXPECT_EQ(after.names[i], before.names[i]);
             }
@@ -94,19 +94,19 @@ protected:
     }
 };
 
-TEST_F(NextWindow, HasPictureHistoryAndPosition) {
+TEST_F(ResumedWorkTest, RestoresImageHistoryAndPosition) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
     retouch(2);
     controller->OnUndo(nullptr);
     selectEffect(5);
-    expectContinued(work());
+    expectRestored(work());
     controller->OnRedo(nullptr);
     EXPECT_EQ(controller->currenState, 3);
 }
 
-TEST_F(NextWindow, HasTheNamesOfTheSteps) {
+TEST_F(ResumedWorkTest, HasTheNamesOfTheSteps) {
     openThroughPanel(makePhoto());
     retouch(0);
     controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
@@ -114,23 +114,23 @@ TEST_F(NextWindow, HasTheNamesOfTheSteps) {
     retouch(2);
     controller->OnUndo(nullptr);
     controller->OnUndo(nullptr);
-    kill();
-    ASSERT_TRUE(goOn());
+    abandon();
+    ASSERT_TRUE(resume());
     EXPECT_EQ(controller->undoStep(), StepName::Repair);
     EXPECT_EQ(controller->redoStep(), StepName::NaturalRepair);
 }
 
-TEST_F(NextWindow, GoesOnInTheSameJournal) {
+TEST_F(ResumedWorkTest, ContinuesTheSameJournal) {
     openThroughPanel(makePhoto());
     retouch(0);
-    expectContinued(work());
+    expectRestored(work());
     retouch(1);
     EXPECT_EQ(filesIn(folder).size(), 1U);
-    expectContinued(work());
+    expectRestored(work());
     EXPECT_EQ(controller->currenState, 2);
 }
 
-TEST_F(NextWindow, HasWhatAFullHistoryHeld) {
+TEST_F(ResumedWorkTest, RestoresAFullHistory) {
     controller->numberOfStates = 4;
     openThroughPanel(makePhoto());
     for (int i = 0; i < 9; ++i)
@@ -139,20 +139,20 @@ TEST_F(NextWindow, HasWhatAFullHistoryHeld) {
     controller->OnUndo(nullptr);
     const Work before = work();
     EXPECT_EQ(before.states.size(), 5U);
-    expectContinued(before);
+    expectRestored(before);
 }
 
-TEST_F(NextWindow, KnowsWhichImageARepairThatOverlappedAnotherWorkedOn) {
+TEST_F(ResumedWorkTest, RestoresOverlappingRepairs) {
     openThroughPanel(makePhoto());
     clickPixel(blemishes()[0]);
-    clickPixel(blemishes()[1]); // before the first has begun: both repair the same image
+    clickPixel(blemishes()[1]); // before the first starts: both repair the same image
     queues.runAll();
     const Work before = work();
     EXPECT_EQ(before.picture.pixel(30, 55), kSkin);
-    expectContinued(before);
+    expectRestored(before);
 }
 
-TEST_F(NextWindow, HasTheHistoryWithoutAStateThatCouldNotBeWritten) {
+TEST_F(ResumedWorkTest, RestoresAHistoryThatLacksAnUnwritableState) {
     openThroughPanel(makePhoto());
     retouch(0);
     controller->OnUndo(nullptr);
@@ -162,10 +162,10 @@ TEST_F(NextWindow, HasTheHistoryWithoutAStateThatCouldNotBeWritten) {
     retouch(2);
     const Work before = work();
     EXPECT_EQ(before.states.size(), 2U);
-    expectContinued(before);
+    expectRestored(before);
 }
 
-TEST_F(NextWindow, HasTheHistoryOfAPhotoWhoseFirstStateCouldNotBeWritten) {
+TEST_F(ResumedWorkTest, RestoresAHistoryThatLacksTheFirstState) {
     platform.removeTemporaryDirectory();
     openThroughPanel(makePhoto());
     platform.restoreTemporaryDirectory();
@@ -175,14 +175,14 @@ TEST_F(NextWindow, HasTheHistoryOfAPhotoWhoseFirstStateCouldNotBeWritten) {
     const Work before = work();
     EXPECT_EQ(before.states.size(), 2U);
     EXPECT_EQ(before.position, 0);
-    kill();
-    ASSERT_TRUE(goOn());
+    abandon();
+    ASSERT_TRUE(resume());
     EXPECT_TRUE(samePixels(work().picture, before.picture));
     EXPECT_EQ(work().names, before.names);
     EXPECT_EQ(work().position, 0);
 }
 
-TEST_F(NextWindow, EndsWhereAStateWasWhatAnotherProgramHadMadeOfIt) {
+TEST_F(ResumedWorkTest, StopsBeforeAStateThatAnotherProgramReplaced) {
     openThroughPanel(makePhoto());
     retouch(0);
     ASSERT_TRUE(ImageTools::SaveImage(filled(kPhotoSize, grey(9)), controller->stateImagesPath[0], "png"));
@@ -190,12 +190,12 @@ TEST_F(NextWindow, EndsWhereAStateWasWhatAnotherProgramHadMadeOfIt) {
     controller->OnUndo(nullptr);
     EXPECT_EQ(controller->originalImage().pixel(0, 0), grey(9));
     retouch(1);
-    kill();
-    ASSERT_TRUE(goOn());
+    abandon();
+    ASSERT_TRUE(resume());
     EXPECT_TRUE(samePixels(controller->originalImage(), repaired));
 }
 
-TEST_F(NextWindow, AgreesAfterRandomWork) {
+TEST_F(ResumedWorkTest, RestoresRandomWork) {
     for (unsigned seed = 1; seed <= 6; ++seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
@@ -224,45 +224,45 @@ TEST_F(NextWindow, AgreesAfterRandomWork) {
                 queues.runAll();
         }
         queues.runAll();
-        expectContinued(work());
+        expectRestored(work());
     }
 }
 
-TEST_F(NextWindow, SaysThatThePhotoIsGoneOrAnotherAndKeepsTheJournal) {
+TEST_F(ResumedWorkTest, ReportsAMissingOrChangedPhotoAndKeepsTheJournal) {
     const std::filesystem::path path = makePhoto();
     const std::string bytes = contentsOf(path);
     openThroughPanel(path);
     retouch(0);
-    // The hash is there once the journal has been closed in order; without it, size and time decide.
-    kill();
+    // A journal that was closed properly has the photo's hash; otherwise size and time decide.
+    abandon();
     writeFile(path, bytes + "x");
     dialogs.expectAlert(kChanged, AlertStyle::Warning);
-    expectUntouchedBy([this] { EXPECT_FALSE(goOn()); });
+    expectUnchangedBy([this] { EXPECT_FALSE(resume()); });
     std::filesystem::remove(path);
-    dialogs.expectAlert(kGone, AlertStyle::Warning);
-    expectUntouchedBy([this] { EXPECT_FALSE(goOn()); });
-    EXPECT_EQ(left().size(), 1U);
+    dialogs.expectAlert(kMissing, AlertStyle::Warning);
+    expectUnchangedBy([this] { EXPECT_FALSE(resume()); });
+    EXPECT_EQ(abandonedWorks().size(), 1U);
 }
 
-TEST_F(NextWindow, SaysThatStepsDoNotFitAndKeepsTheJournal) {
+TEST_F(ResumedWorkTest, ReportsStepsThatDoNotFitAndKeepsTheJournal) {
     openThroughPanel(makePhoto());
     retouch(0);
-    kill();
+    abandon();
     {
         Journal journal(folder);
-        const std::vector<AbandonedJournal> works = left();
+        const std::vector<AbandonedJournal> works = abandonedWorks();
         journal.resume(works.at(0), *identify(controller->originalImagePath));
         journal.append(MoveStep{40});
     }
-    dialogs.expectAlert(kUnfit, AlertStyle::Warning);
-    EXPECT_FALSE(goOn());
+    dialogs.expectAlert(kStepsDoNotFit, AlertStyle::Warning);
+    EXPECT_FALSE(resume());
     EXPECT_TRUE(samePixels(controller->originalImage(), photo()));
     EXPECT_EQ(controller->stateImagesPath.size(), 1U);
     EXPECT_EQ(stateFiles().size(), 1U);
-    EXPECT_EQ(left().size(), 1U);
+    EXPECT_EQ(abandonedWorks().size(), 1U);
 }
 
-TEST_F(Continuing, AnotherPhotoAReloadAndAnEndThatWasAgreedToDeleteTheJournal) {
+TEST_F(JournaledWorkTest, OpeningReloadingAndConfirmedClosingDeleteTheJournal) {
     openThroughPanel(makePhoto());
     retouch(0);
     EXPECT_TRUE(hasJournal());
@@ -277,30 +277,30 @@ TEST_F(Continuing, AnotherPhotoAReloadAndAnEndThatWasAgreedToDeleteTheJournal) {
     EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_F(Continuing, APhotoThatIsOnlyLookedAtLeavesNoJournal) {
+TEST_F(JournaledWorkTest, ViewingAPhotoWritesNoJournal) {
     openThroughPanel(makePhoto());
     controller->OnUndo(nullptr);
     controller->OnZoomIn(nullptr);
     EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
-TEST_F(Continuing, SavingKeepsTheJournal) {
+TEST_F(JournaledWorkTest, SavingKeepsTheJournal) {
     openThroughPanel(makePhoto());
     retouch(0);
     save(platform.photos() / "saved.png");
     EXPECT_TRUE(hasJournal());
 }
 
-TEST_F(Continuing, TheSystemsEndKeepsTheJournalAndDeletesTheStates) {
+TEST_F(JournaledWorkTest, TerminationBySystemKeepsTheJournalAndDeletesTheStates) {
     openThroughPanel(makePhoto());
     retouch(0);
     controller->terminateBySystem();
     EXPECT_TRUE(stateFiles().empty());
-    kill();
-    EXPECT_EQ(left().size(), 1U);
+    abandon();
+    EXPECT_EQ(abandonedWorks().size(), 1U);
 }
 
-TEST_F(Continuing, TheSessionsEndAsksWhereItMay) {
+TEST_F(JournaledWorkTest, LogoutAsksIfItMay) {
     EXPECT_TRUE(controller->sessionMayEnd(true));
     openThroughPanel(makePhoto());
     retouch(0);
@@ -308,29 +308,29 @@ TEST_F(Continuing, TheSessionsEndAsksWhereItMay) {
     EXPECT_FALSE(controller->sessionMayEnd(true));
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     EXPECT_TRUE(controller->sessionMayEnd(true));
-    root->window()->close(); // as the toolkit does: nothing is asked again
-    EXPECT_FALSE(std::filesystem::exists(folder)) << "who has agreed to lose it is not offered it";
+    root->window()->close(); // as the toolkit does: no second question
+    EXPECT_FALSE(std::filesystem::exists(folder)) << "the user has agreed to lose the work";
 }
 
-TEST_F(Continuing, WorkAfterASessionsEndThatDidNotComeIsKept) {
+TEST_F(JournaledWorkTest, WorkAfterACancelledLogoutIsKept) {
     openThroughPanel(makePhoto());
     retouch(0);
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     EXPECT_TRUE(controller->sessionMayEnd(true));
     retouch(1);
     controller->terminateBySystem();
-    kill();
-    EXPECT_EQ(left().size(), 1U);
+    abandon();
+    EXPECT_EQ(abandonedWorks().size(), 1U);
 }
 
-TEST_F(Continuing, TheSessionsEndKeepsTheWorkWhereItMayNotAsk) {
+TEST_F(JournaledWorkTest, LogoutKeepsTheWorkIfItMayNotAsk) {
     openThroughPanel(makePhoto());
     retouch(0);
     EXPECT_TRUE(controller->sessionMayEnd(false));
     root->window()->close();
     EXPECT_TRUE(stateFiles().empty());
-    kill();
-    EXPECT_EQ(left().size(), 1U);
+    abandon();
+    EXPECT_EQ(abandonedWorks().size(), 1U);
 }
 
 } // namespace
