@@ -7,7 +7,7 @@ namespace {
 class Comparison : public EditorTest {
 protected:
     /// The colour on the screen at a pixel of the photo.
-    QColor seenAt(PixelPosition position) {
+    QColor colorOnScreen(PixelPosition position) {
         QImage screen(root->size(), QImage::Format_RGB32);
         root->render(&screen);
         const Point point = shownAt(position);
@@ -16,24 +16,24 @@ protected:
     static QColor colorOf(RGBA32 pixel) { return QColor(pixel.red(), pixel.green(), pixel.blue()); }
 };
 
-TEST_F(Comparison, ShowsTheSourceAndThenTheWorkAgain) {
+TEST_F(Comparison, ShowsTheSourceAndThenTheWorkingImageAgain) {
     openThroughPanel(makePhoto());
     retouch(0);
-    EXPECT_EQ(seenAt(blemishes()[0]), colorOf(kSkin));
+    EXPECT_EQ(colorOnScreen(blemishes()[0]), colorOf(kSkin));
     controller->ShowSource(true);
-    EXPECT_EQ(seenAt(blemishes()[0]), colorOf(kBlemish));
+    EXPECT_EQ(colorOnScreen(blemishes()[0]), colorOf(kBlemish));
     controller->ShowSource(false);
-    EXPECT_EQ(seenAt(blemishes()[0]), colorOf(kSkin));
+    EXPECT_EQ(colorOnScreen(blemishes()[0]), colorOf(kSkin));
 }
 
-TEST_F(Comparison, ChangesNothingButWhatIsSeen) {
+TEST_F(Comparison, ChangesOnlyTheScreen) {
     openThroughPanel(makePhoto());
     retouch(0);
     expectUnchangedBy([this] { controller->ShowSource(true); });
     expectUnchangedBy([this] { controller->ShowSource(false); });
 }
 
-TEST_F(Comparison, WhatIsSavedMeanwhileIsTheWork) {
+TEST_F(Comparison, SavingMeanwhileSavesTheWorkingImage) {
     openThroughPanel(makePhoto());
     retouch(0);
     controller->ShowSource(true);
@@ -43,32 +43,32 @@ TEST_F(Comparison, WhatIsSavedMeanwhileIsTheWork) {
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
 }
 
-TEST_F(Comparison, TheSourceIsThePhotoAsItWasOpenedWithoutAnEffect) {
+TEST_F(Comparison, TheSourceIsShownWithoutTheEffect) {
     const Image source = painted(kPhotoSize, [](int, int) { return RGBA32(200, 120, 90, 255); });
     openThroughPanel(makePhoto("colored.png", source));
     selectEffect(5);
-    EXPECT_NE(seenAt({30, 40}), QColor(200, 120, 90));
+    EXPECT_NE(colorOnScreen({30, 40}), QColor(200, 120, 90));
     controller->ShowSource(true);
-    EXPECT_EQ(seenAt({30, 40}), QColor(200, 120, 90));
+    EXPECT_EQ(colorOnScreen({30, 40}), QColor(200, 120, 90));
 }
 
-TEST_F(Comparison, ARepairThatEndsMeanwhileIsSeenAfterwards) {
+TEST_F(Comparison, ARepairThatFinishesMeanwhileIsShownAfterwards) {
     openThroughPanel(makePhoto());
     clickPixel(blemishes()[0]);
     controller->ShowSource(true);
     queues.runAll();
-    EXPECT_EQ(seenAt(blemishes()[0]), colorOf(kBlemish));
+    EXPECT_EQ(colorOnScreen(blemishes()[0]), colorOf(kBlemish));
     controller->ShowSource(false);
-    EXPECT_EQ(seenAt(blemishes()[0]), colorOf(kSkin));
+    EXPECT_EQ(colorOnScreen(blemishes()[0]), colorOf(kSkin));
 }
 
 TEST_F(Comparison, AnotherPhotoHasItsOwnSource) {
     openThroughPanel(makePhoto());
     controller->ShowSource(true);
     openThroughPanel(makePhoto("other.png", filled(kPhotoSize, kBlemish)));
-    EXPECT_EQ(seenAt({30, 40}), colorOf(kBlemish));
+    EXPECT_EQ(colorOnScreen({30, 40}), colorOf(kBlemish));
     controller->ShowSource(false);
-    EXPECT_EQ(seenAt({30, 40}), colorOf(kBlemish));
+    EXPECT_EQ(colorOnScreen({30, 40}), colorOf(kBlemish));
 }
 
 TEST_F(Comparison, WithoutAPhotoThereIsNothingToShow) {

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Photos that are dropped on the window, or handed over by the system.
+// Photos that are dropped on the window or passed by the system.
 #include "tests/editor/opening_fixture.h"
 
 namespace complexion {
 
 namespace {
 
-TEST_F(Opening, ADroppedPhotoIsLoadedWithoutAQuestionOfTheEditor) {
+TEST_F(Opening, TheControllerLoadsADroppedPhotoWithoutAQuestion) {
     const std::filesystem::path path = makePhoto();
     controller->DragPerformed(dropped(path));
     expectFreshlyOpened(path, photo());
@@ -19,13 +19,13 @@ TEST_F(Opening, ADroppedPhotoIsLoadedWithoutAQuestionOfTheEditor) {
     expectFreshlyOpened(second, other);
 }
 
-TEST_F(Opening, APhotoDroppedOnTheViewReachesTheEditorBeforeTheDropEnds) {
+TEST_F(Opening, APhotoDroppedOnTheViewIsOpenBeforeTheDropEnds) {
     const std::filesystem::path path = makePhoto();
     EXPECT_TRUE(drop(path));
     expectFreshlyOpened(path, photo());
 }
 
-TEST_F(Opening, ADropOverAnOpenPhotoAsksOnceOnly) {
+TEST_F(Opening, ADropOnAnOpenPhotoAsksOnce) {
     openThroughPanel(makePhoto("first.png"));
     const int before = dialogs.shownCount();
     const std::filesystem::path path = makePhoto("second.png");
@@ -34,7 +34,7 @@ TEST_F(Opening, ADropOverAnOpenPhotoAsksOnceOnly) {
     expectFreshlyOpened(path, photo());
 }
 
-TEST_F(Opening, AnUndecodableDropIsRefusedSilentlyAndLeavesEverything) {
+TEST_F(Opening, AnUndecodableDropIsRefusedSilentlyAndChangesNothing) {
     editPhoto();
     const std::filesystem::path path = undecodable();
     expectUnchangedBy([&] { EXPECT_FALSE(drop(path)); });
@@ -61,15 +61,15 @@ TEST_F(Opening, ANotificationWithoutUserInformationIsFatal) {
     EXPECT_DEATH(controller->DragPerformed({kDragPerformed, std::nullopt}), "");
 }
 
-TEST_F(Opening, ADropIsNotHeardAfterTheControllerIsGone) {
+TEST_F(Opening, ADropAfterTheControllersDestructionIsIgnored) {
     const std::filesystem::path path = makePhoto();
     controller.reset();
     NotificationCenter::defaultCenter().post(dropped(path));
     EXPECT_FALSE(imageView->image().has_value());
 }
 
-TEST_F(Opening, AnyBytesInAPathSurvive) {
-    const std::filesystem::path path = platform.photos() / "caf\xE9.png"; // Latin-1, no UTF-8
+TEST_F(Opening, APathMayHaveAnyBytes) {
+    const std::filesystem::path path = platform.photos() / "caf\xE9.png"; // Latin-1, not UTF-8
     writeFile(path, contentsOf(makePhoto()));
     controller->DragPerformed(dropped(path));
     expectFreshlyOpened(path, photo());
@@ -77,7 +77,7 @@ TEST_F(Opening, AnyBytesInAPathSurvive) {
     EXPECT_EQ(controller->originalImageExtension, "png");
 }
 
-TEST_F(Opening, AMissingControlIsFatal) {
+TEST_F(Opening, ADeletedControlIsFatal) {
     const std::filesystem::path path = makePhoto();
     delete controller->comboEffect.data();
     EXPECT_DEATH(controller->DragPerformed(dropped(path)), "gone");
@@ -85,13 +85,13 @@ TEST_F(Opening, AMissingControlIsFatal) {
 
 // "Open with".
 
-TEST_F(Opening, AFileHandedOverByTheSystemIsLoaded) {
+TEST_F(Opening, AFilePassedByTheSystemIsLoaded) {
     const std::filesystem::path path = makePhoto();
     controller->OpenFile(path);
     expectFreshlyOpened(path, photo());
 }
 
-TEST_F(Opening, AnUndecodableFileHandedOverByTheSystemShowsTheLoadFailure) {
+TEST_F(Opening, AnUndecodableFilePassedByTheSystemShowsTheLoadFailure) {
     const std::filesystem::path path = undecodable();
     expectUnchangedBy([&] {
         dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);

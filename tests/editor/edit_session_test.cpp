@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The session without a window: one photo, its settings and its history.
+// The session without a window: a photo with its settings and history.
 #include "editor/edit_session.h"
 #include "tests/fakes/captured_output.h"
 #include "tests/fakes/fake_platform.h"
@@ -40,7 +40,7 @@ protected:
     EditSession session{platform};
 };
 
-TEST_F(Session, KnowsWhereThePhotoCameFrom) {
+TEST_F(Session, SplitsThePhotosPath) {
     open(filled({4, 3}, grey(7)), "a.b.PNG");
     EXPECT_EQ(session.path, platform.photos() / "a.b.PNG");
     EXPECT_EQ(session.name, "a.b");
@@ -62,7 +62,7 @@ TEST_F(Session, CountsEveryLoadAndReload) {
     EXPECT_EQ(session.source().pixel(0, 0).red(), 3);
 }
 
-TEST_F(Session, ARepairOfAPhotoThatHasBeenReplacedDoesNotBegin) {
+TEST_F(Session, ARepairOfAReplacedPhotoDoesNotBegin) {
     EditSettings settings;
     settings.radius = 12;
     session.setSettings(settings);
@@ -78,8 +78,8 @@ TEST_F(Session, ARepairOfAPhotoThatHasBeenReplacedDoesNotBegin) {
     EXPECT_TRUE(taken->image.isSameObject(session.image()));
 }
 
-// Levels, numbers and radii are changed together; a worker must never see one without the others.
-TEST_F(Session, WhatAWorkerTakesBelongsTogether) {
+// The image and its number change together; a worker must never see one without the other.
+TEST_F(Session, SnapshotsAreConsistent) {
     std::vector<Image> photos;
     for (int level = 0; level < 256; ++level)
         photos.push_back(filled({1, 1}, grey(level)));
@@ -93,7 +93,7 @@ TEST_F(Session, WhatAWorkerTakesBelongsTogether) {
             const EditSession::Snapshot taken = *session.beginRepair();
             torn += taken.image.pixel(0, 0).red() != static_cast<int>(taken.photo % 256);
             ++seen;
-            // Not always asleep at the lock: it arrives at every moment of an opening.
+            // Vary the timing, so that the worker does not always wait for the lock.
             for (volatile int pause = seen % 64; pause > 0;)
                 pause = pause - 1;
         }
@@ -176,7 +176,7 @@ TEST_F(Session, AnotherPhotoHasNoSteps) {
     EXPECT_EQ(session.redoStep(), StepName::Unnamed);
 }
 
-TEST_F(Session, DoesNotStepWhileARepairIsComputed) {
+TEST_F(Session, DoesNotStepDuringARepair) {
     session.setSettings(EditSettings{});
     open(filled({4, 3}, grey(1)));
     change(2);
@@ -187,7 +187,7 @@ TEST_F(Session, DoesNotStepWhileARepairIsComputed) {
     EXPECT_TRUE(session.undo());
 }
 
-TEST_F(Session, AStateThatCannotBeReadIsNotSteppedTo) {
+TEST_F(Session, DoesNotStepToAnUnreadableState) {
     open(filled({4, 3}, grey(1)));
     change(2);
     std::filesystem::remove(session.history.paths[0]);
@@ -196,7 +196,7 @@ TEST_F(Session, AStateThatCannotBeReadIsNotSteppedTo) {
     EXPECT_EQ(shownLevel(), 2);
 }
 
-TEST_F(Session, SettingsThatAreGoneAreFatal) {
+TEST_F(Session, MissingSettingsAreFatal) {
     open(filled({4, 3}, grey(1)));
     EXPECT_DEATH(session.settings(), "");
     EXPECT_DEATH(session.beginRepair(), "");

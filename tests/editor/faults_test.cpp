@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files that are taken away or changed while the editor works, and targets that are no usual files.
+// Files that other programs remove or replace, and targets that are not regular files.
 #include "tests/editor/faults_fixture.h"
 
 #include <sys/fsuid.h>
@@ -11,9 +11,9 @@ namespace complexion {
 
 namespace {
 
-// Files that are taken away, or made into something else.
+// Files that are removed or replaced.
 
-TEST_F(Faults, AHistorysFolderThatIsRemovedCostsTheHistoryAlone) {
+TEST_F(Faults, RemovingTheStateFolderLosesOnlyTheHistory) {
     openPhoto();
     retouch(0);
     std::filesystem::remove_all(platform.states());
@@ -36,7 +36,7 @@ TEST_F(Faults, AHistorysFolderThatIsRemovedCostsTheHistoryAlone) {
     std::filesystem::create_directory(platform.states());
 }
 
-TEST_F(Faults, AStateThatBecameSomethingElseThanAPictureIsNotWaitedFor) {
+TEST_F(Faults, UndoDoesNotBlockOnAStateThatIsNotARegularFile) {
     using Replace = std::function<void(const std::filesystem::path&)>;
     const std::vector<std::pair<std::string, Replace>> kinds = {
         {"folder", [](const auto& path) { std::filesystem::create_directory(path); }},
@@ -57,7 +57,7 @@ TEST_F(Faults, AStateThatBecameSomethingElseThanAPictureIsNotWaitedFor) {
     }
 }
 
-TEST_F(Faults, ASourceThatBecameSomethingElseThanAPictureCannotBeReloadedAndCanBeSavedFrom) {
+TEST_F(Faults, ASourceThatIsNotARegularFileCannotBeReloadedButItsResultCanBeSaved) {
     openPhoto();
     retouch(0);
     const std::filesystem::path source = controller->originalImagePath;
@@ -77,7 +77,7 @@ TEST_F(Faults, ASourceThatBecameSomethingElseThanAPictureCannotBeReloadedAndCanB
     }
 }
 
-TEST_F(Faults, AStateOpenedAsAPhotoIsShownAndGoesWithItsHistory) {
+TEST_F(Faults, AStateFileOpenedAsAPhotoIsDeletedWithItsHistory) {
     openPhoto();
     retouch(0);
     const Image retouched = shown();
@@ -90,9 +90,9 @@ TEST_F(Faults, AStateOpenedAsAPhotoIsShownAndGoesWithItsHistory) {
     EXPECT_TRUE(samePixels(shown(), retouched));
 }
 
-// Targets that are no usual files.
+// Targets that are not regular files.
 
-TEST_F(Faults, AFolderAsTheTargetIsLeftAloneWithWhatIsInIt) {
+TEST_F(Faults, AFolderAsTheTargetIsKeptWithItsContent) {
     openPhoto();
     retouch(0);
     for (const char* const inner : {"", "letter.txt"}) {
@@ -106,7 +106,7 @@ TEST_F(Faults, AFolderAsTheTargetIsLeftAloneWithWhatIsInIt) {
     expectEditorWorks();
 }
 
-TEST_F(Faults, ALinkAsTheTargetIsReplacedAndWhatItNamesIsLeftAlone) {
+TEST_F(Faults, ALinkAsTheTargetIsReplacedAndItsDestinationKept) {
     openPhoto();
     retouch(0);
     const std::filesystem::path source = controller->originalImagePath;
@@ -127,7 +127,7 @@ TEST_F(Faults, ALinkAsTheTargetIsReplacedAndWhatItNamesIsLeftAlone) {
     EXPECT_FALSE(std::filesystem::exists(nowhere));
 }
 
-TEST_F(Faults, ANamedPipeAsTheTargetIsReplacedWithoutWaiting) {
+TEST_F(Faults, ANamedPipeAsTheTargetIsReplacedWithoutBlocking) {
     openPhoto();
     ASSERT_EQ(::mkfifo(target().c_str(), 0600), 0);
     saveExpecting(target(), kSaveSuccess);
@@ -140,7 +140,7 @@ TEST_F(Faults, ANameThatIsTooLongShowsTheFailure) {
     expectNoTemporaryFilesIn(platform.photos());
 }
 
-TEST_F(Faults, AFileOfAnotherUserInASharedFolderIsLeftAlone) {
+TEST_F(Faults, AnotherUsersFileInASharedFolderIsKept) {
     if (::geteuid() != 0)
         GTEST_SKIP() << "only root can act as two users";
     constexpr unsigned kNobody = 65534;

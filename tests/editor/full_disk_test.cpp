@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Disks that are full while the editor works.
+// A full disk while the editor writes states and results.
 #include "tests/editor/faults_fixture.h"
 #include "tests/fakes/full_disk.h"
 
@@ -8,9 +8,9 @@ namespace complexion {
 
 namespace {
 
-// A full disk under the history.
+// The history on a full disk.
 
-TEST_F(Faults, ADiskThatIsFullAtTheOpeningCostsTheHistoryAlone) {
+TEST_F(Faults, AFullDiskAtOpeningDisablesOnlyTheHistory) {
     const std::filesystem::path path = makePhoto("portrait.bmp");
     {
         const FullDisk full;
@@ -23,7 +23,7 @@ TEST_F(Faults, ADiskThatIsFullAtTheOpeningCostsTheHistoryAlone) {
     expectEditorWorks();
 }
 
-TEST_F(Faults, ADiskThatIsFullAtARetouchKeepsTheRetouchAndTheHistory) {
+TEST_F(Faults, AFullDiskAtARepairKeepsTheRepairAndTheHistory) {
     openPhoto();
     retouch(0);
     const std::vector<std::string> files = stateFiles();
@@ -41,7 +41,7 @@ TEST_F(Faults, ADiskThatIsFullAtARetouchKeepsTheRetouchAndTheHistory) {
     expectEditorWorks();
 }
 
-TEST_F(Faults, ADiskThatIsFullAtARetouchAfterAnUndoKeepsWhatCameBefore) {
+TEST_F(Faults, AFullDiskAtARepairAfterAnUndoKeepsTheEarlierStates) {
     openPhoto();
     retouch(0);
     retouch(1);
@@ -58,7 +58,7 @@ TEST_F(Faults, ADiskThatIsFullAtARetouchAfterAnUndoKeepsWhatCameBefore) {
     expectEditorWorks();
 }
 
-TEST_F(Faults, ADiskThatIsFullUnderAFullHistoryKeepsItsOldestState) {
+TEST_F(Faults, AFullDiskKeepsTheOldestStateOfAFullHistory) {
     controller->numberOfStates = 1;
     openPhoto();
     retouch(0);
@@ -75,7 +75,7 @@ TEST_F(Faults, ADiskThatIsFullUnderAFullHistoryKeepsItsOldestState) {
     expectEditorWorks();
 }
 
-TEST_F(Faults, ADiskThatIsFullAtAReloadShowsThePhoto) {
+TEST_F(Faults, AFullDiskAtReloadingShowsThePhoto) {
     openPhoto();
     retouch(0);
     {
@@ -89,13 +89,13 @@ TEST_F(Faults, ADiskThatIsFullAtAReloadShowsThePhoto) {
     EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.back()), controller->originalImage()));
 }
 
-TEST_F(Faults, AHistoryThatOutgrowsItsDiskKeepsWhatFitsAndEveryRetouchOnTheScreen) {
-    constexpr std::uint64_t kRoomForFive = 5 * 20 * 1024; // in whole pages
+TEST_F(Faults, AHistoryThatOutgrowsItsDiskKeepsTheStatesThatFit) {
+    constexpr std::uint64_t kRoomForFive = 5 * 20 * 1024; // a state takes 20 KiB, in whole pages
     const SmallDisk disk(platform.states(), kRoomForFive);
     if (!disk.isMounted())
         GTEST_SKIP() << "only root can make a small disk";
     openPhoto();
-    for (int i = 0; i < 5; ++i) { // clicks beside the blemishes are states too
+    for (int i = 0; i < 5; ++i) { // clicks beside the blemishes create states, too
         clickPixel({12, 12 + 5 * i});
         queues.runAll();
     }
@@ -105,22 +105,22 @@ TEST_F(Faults, AHistoryThatOutgrowsItsDiskKeepsWhatFitsAndEveryRetouchOnTheScree
     EXPECT_EQ(controller->stateImagesPath.size(), 5U);
     EXPECT_EQ(controller->currenState, 4);
     for (const auto& path : controller->stateImagesPath)
-        decoded(path); // whole
+        decoded(path); // must not be torn
     EXPECT_TRUE(shown().isSameObject(controller->originalImage()));
-    EXPECT_FALSE(samePixels(shown(), decoded(currentPath()))); // the retouches are not in it
+    EXPECT_FALSE(samePixels(shown(), decoded(currentPath()))); // without the last repairs
     saveExpecting(target(), kSaveSuccess);
     EXPECT_TRUE(samePixels(decoded(target()), shown()));
 
     controller->OnUndo(nullptr);
     EXPECT_TRUE(samePixels(shown(), decoded(currentPath())));
-    expectEditorWorks(); // in the room of the states that were undone
+    expectEditorWorks(); // dropping the undone states makes room
     controller->windowWillClose();
     EXPECT_TRUE(stateFiles().empty());
 }
 
-// A full disk under the result.
+// The result on a full disk.
 
-TEST_F(Faults, ADiskThatIsFullAtTheSaveShowsTheFailureAndChangesNothing) {
+TEST_F(Faults, AFullDiskAtSavingShowsTheFailureAndChangesNothing) {
     openPhoto();
     retouch(0);
     retouch(1);
@@ -136,7 +136,7 @@ TEST_F(Faults, ADiskThatIsFullAtTheSaveShowsTheFailureAndChangesNothing) {
     EXPECT_TRUE(samePixels(decoded(target()), shown()));
 }
 
-TEST_F(Faults, ASmallDiskThatIsFullAtTheSaveIsLeftAsItWas) {
+TEST_F(Faults, AFailedSaveLeavesNothingOnASmallDisk) {
     const std::filesystem::path folder = target("stick");
     std::filesystem::create_directory(folder);
     const SmallDisk disk(folder, 16 * 1024);
@@ -149,7 +149,7 @@ TEST_F(Faults, ASmallDiskThatIsFullAtTheSaveIsLeftAsItWas) {
     expectEditorWorks();
 }
 
-TEST_F(Faults, ADiskWithoutRoomForTheMetadataKeepsThePicture) {
+TEST_F(Faults, ADiskWithoutRoomForTheMetadataStillGetsThePicture) {
     const std::string artist(60'000, 'A');
     const std::filesystem::path source = makePhoto();
     writeFile(source, withExif(contentsOf(source), 1, artist));

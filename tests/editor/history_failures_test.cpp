@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// State files that cannot be written, or cannot be deleted.
+// State files that cannot be written or deleted.
 #include "tests/editor/history_fixture.h"
 
 namespace complexion {
 
 namespace {
 
-TEST_F(EditHistory, AStateThatCannotBeWrittenIsLeftOutButTheLaterStatesAreGone) {
+TEST_F(EditHistory, AnUnwritableStateIsLeftOutButTheUndoneStatesAreDropped) {
     openSmallPhoto();
     change(4);
     controller->currenState = 2;
@@ -24,7 +24,7 @@ TEST_F(EditHistory, AStateThatCannotBeWrittenIsLeftOutButTheLaterStatesAreGone) 
     EXPECT_FALSE(controller->canRedo());
 }
 
-TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
+TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesIfTheNewOneCannotBeWritten) {
     controller->numberOfStates = 3;
     openSmallPhoto();
     change(3);
@@ -40,7 +40,7 @@ TEST_F(EditHistory, AFullHistoryKeepsAllItsStatesWhenANewOneCannotBeWritten) {
     expectFilesMatchHistory();
 }
 
-TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
+TEST_F(EditHistory, AnUnwritableStateShowsNoMessageAndKeepsTheChange) {
     openThroughPanel(makePhoto());
     platform.removeTemporaryDirectory();
     retouch(0);
@@ -49,7 +49,7 @@ TEST_F(EditHistory, AnUnwrittenStateShowsNoMessageAndKeepsTheChangeOnScreen) {
     EXPECT_FALSE(controller->imageProcessing);
 }
 
-TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexAsItWas) {
+TEST_F(EditHistory, AnUnwritableFirstStateLeavesTheListEmptyAndThePositionUnchanged) {
     platform.removeTemporaryDirectory();
     openSmallPhoto();
     EXPECT_EQ(count(), 0U);
@@ -63,7 +63,7 @@ TEST_F(EditHistory, AFirstStateThatCannotBeWrittenLeavesTheListEmptyAndTheIndexA
     expectFilesMatchHistory();
 }
 
-TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
+TEST_F(EditHistory, AfterAnUnwritableFirstStateUndoAndRedoRespectTheList) {
     openSmallPhoto("first.png");
     change(3);
     platform.removeTemporaryDirectory();
@@ -88,7 +88,7 @@ TEST_F(EditHistory, AfterAFailedFirstStateUndoAndRedoKeepToTheList) {
     });
 }
 
-TEST_F(EditHistory, AFullHistoryWithoutAnEntryIsFatal) {
+TEST_F(EditHistory, AFullHistoryWithoutStatesIsFatal) {
     openSmallPhoto();
     controller->RemoveStateImages();
     controller->stateImagesPath.clear();
@@ -96,7 +96,7 @@ TEST_F(EditHistory, AFullHistoryWithoutAnEntryIsFatal) {
     EXPECT_DEATH(controller->PushStateImage(), "empty history");
 }
 
-TEST_F(EditHistory, AFileThatIsGoneIsReportedOnOneLineAndTheNextIsDeleted) {
+TEST_F(EditHistory, AMissingFileIsReportedAndTheOthersAreDeleted) {
     openSmallPhoto();
     change(2);
     std::filesystem::remove(controller->stateImagesPath[1]);
@@ -107,7 +107,7 @@ TEST_F(EditHistory, AFileThatIsGoneIsReportedOnOneLineAndTheNextIsDeleted) {
     EXPECT_TRUE(stateFiles().empty());
 }
 
-TEST_F(EditHistory, AnotherPhotoIsOpenedEvenWhenOldStatesCannotBeDeleted) {
+TEST_F(EditHistory, AnotherPhotoIsOpenedEvenIfOldStatesCannotBeDeleted) {
     openSmallPhoto("first.png");
     change(2);
     for (const auto& path : controller->stateImagesPath)

@@ -27,7 +27,7 @@ TEST_F(NewController, HasNoHistoryAndNoPhoto) {
     EXPECT_FALSE(controller->canRedo());
 }
 
-TEST_F(NewController, HasNoOutletsOfItsOwn) {
+TEST_F(NewController, HasNoOutlets) {
     const ViewController bare(root.get(), dialogs, platform, queues);
     EXPECT_EQ(bare.view, root.get());
     EXPECT_TRUE(bare.imageView.isNull());
@@ -37,7 +37,7 @@ TEST_F(NewController, HasNoOutletsOfItsOwn) {
     EXPECT_TRUE(bare.stepperEditAreaSize.isNull());
 }
 
-TEST_F(EditHistory, StateImagesAreNamedByTheMillisecondAndTheExtensionInLowerCase) {
+TEST_F(EditHistory, StateImagesAreNamedByMillisecondAndLowerCaseExtension) {
     platform.wallClock = 1479282091.234;
     openSmallPhoto("Portrait.PNG");
     EXPECT_EQ(controller->originalImageExtension, "PNG");
@@ -59,7 +59,7 @@ TEST_F(EditHistory, WithoutAnExtensionAStateImagesNameEndsInABareDot) {
     EXPECT_EQ(controller->MakeStateImagePath().filename(), "stateImage12000.");
 }
 
-TEST_F(EditHistory, ATimeOutsideTheIntegersIsFatal) {
+TEST_F(EditHistory, ATimeThatOverflowsIsFatal) {
     platform.wallClock = 1e300;
     EXPECT_DEATH(controller->MakeStateImagePath(), "");
     platform.wallClock = -1e300;
@@ -76,7 +76,7 @@ TEST_F(EditHistory, ALoadedPhotoIsStateZero) {
     EXPECT_TRUE(samePixels(decoded(currentPath()), controller->originalImage()));
 }
 
-TEST_F(EditHistory, EveryStateFileHoldsThePictureAsItStoodThen) {
+TEST_F(EditHistory, EachStateFileHasTheImageOfItsStep) {
     openSmallPhoto();
     change(3);
     EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.at(0)), filled({4, 3}, kSkin)));
@@ -85,7 +85,7 @@ TEST_F(EditHistory, EveryStateFileHoldsThePictureAsItStoodThen) {
     EXPECT_TRUE(samePixels(decoded(controller->stateImagesPath.at(3)), filled({4, 3}, grey(3))));
 }
 
-TEST_F(EditHistory, GrowsToOneStateMoreThanItsBoundAndThenForgetsTheOldest) {
+TEST_F(EditHistory, GrowsToOneStateMoreThanItsBoundAndThenDropsTheOldest) {
     openSmallPhoto();
     change(49);
     EXPECT_EQ(count(), 50U);
@@ -107,7 +107,7 @@ TEST_F(EditHistory, GrowsToOneStateMoreThanItsBoundAndThenForgetsTheOldest) {
     }
 }
 
-TEST_F(EditHistory, TheBoundIsComparedWithTheCurrentStateNotWithTheLength) {
+TEST_F(EditHistory, TheBoundAppliesToThePositionNotToTheLength) {
     controller->numberOfStates = 3;
     openSmallPhoto();
     change(5);
@@ -140,7 +140,7 @@ TEST_F(EditHistory, PushAfterUndoForgetsRedoLastStateFirst) {
     expectFilesMatchHistory();
 }
 
-TEST_F(EditHistory, AFullHistoryForgetsItsOldestStateOnlyAfterTheNewOneIsWritten) {
+TEST_F(EditHistory, AFullHistoryDropsItsOldestStateOnlyAfterWritingTheNewOne) {
     controller->numberOfStates = 2;
     openSmallPhoto();
     change(2);
@@ -150,7 +150,7 @@ TEST_F(EditHistory, AFullHistoryForgetsItsOldestStateOnlyAfterTheNewOneIsWritten
     EXPECT_THAT(watch.events(), testing::ElementsAre("+" + currentPath().filename().string(), "-" + oldest));
 }
 
-TEST_F(EditHistory, AnotherPhotosFilesGoBeforeItsFirstStateIsWritten) {
+TEST_F(EditHistory, OpeningAPhotoDeletesTheOldStatesBeforeWritingTheFirst) {
     openSmallPhoto("first.png");
     change(2);
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
@@ -178,7 +178,7 @@ TEST_F(EditHistory, PushingClearsTheBusyFlag) {
     EXPECT_FALSE(controller->imageProcessing);
 }
 
-TEST_F(EditHistory, TwoStatesOfOneMillisecondShareAFileThatHoldsTheLater) {
+TEST_F(EditHistory, TwoStatesOfOneMillisecondShareAFileWithTheLaterImage) {
     platform.wallClockStep = 0;
     openSmallPhoto();
     change(1);
@@ -193,7 +193,7 @@ TEST_F(EditHistory, TwoStatesOfOneMillisecondShareAFileThatHoldsTheLater) {
     EXPECT_TRUE(samePixels(controller->originalImage(), filled({4, 3}, grey(1))));
 }
 
-TEST_F(EditHistory, RemoveStateImagesDeletesTheFilesFirstToLastAndKeepsTheList) {
+TEST_F(EditHistory, RemoveStateImagesDeletesTheFilesInOrderAndKeepsTheList) {
     openSmallPhoto();
     change(2);
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
@@ -209,7 +209,7 @@ TEST_F(EditHistory, RemoveStateImagesDeletesTheFilesFirstToLastAndKeepsTheList) 
     EXPECT_TRUE(stateFiles().empty());
 }
 
-TEST_F(EditHistory, RemovingOneStateImageLeavesTheListAlone) {
+TEST_F(EditHistory, RemovingOneStateImageKeepsTheList) {
     openSmallPhoto();
     change(1);
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
@@ -232,7 +232,7 @@ TEST_F(EditHistory, EffectsAndSavingAreNotRecorded) {
     expectFilesMatchHistory();
 }
 
-TEST_F(EditHistory, AnActionThatEndsTheApplicationDeletesNoStateOfItsOwn) {
+TEST_F(EditHistory, QuittingDeletesNoStateByItself) {
     openSmallPhoto();
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     controller->OnAppQuit(nullptr);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The journal's bytes and files.
+// The journal's records and files.
 #include "editor/journal.h"
 #include "tests/fakes/eventually.h"
 #include "tests/fakes/full_disk.h"
@@ -67,11 +67,11 @@ TEST(JournalRecords, TheHashIsOfThePhoto) {
     EXPECT_EQ(parseJournal(bytes).contents.photo.hash, hash);
 }
 
-// Cut at every byte: what is left is the records that are whole.
+// Truncates the journal at every byte: only complete records are read.
 TEST(JournalRecords, ATornRecordIsDropped) {
     const Bytes bytes = bytesOf(kSteps);
     const std::size_t head = bytesOf({}).size();
-    std::size_t whole = 0;
+    std::size_t complete = 0;
     std::size_t end = head;
     for (std::size_t length = 0; length <= bytes.size(); ++length) {
         const ParsedJournal parsed = parseJournal(ByteView(bytes).first(length));
@@ -79,16 +79,16 @@ TEST(JournalRecords, ATornRecordIsDropped) {
             EXPECT_EQ(parsed.kind, JournalKind::Unfinished) << length;
             continue;
         }
-        while (whole < kSteps.size() && length >= end + journalRecord(kSteps[whole]).size())
-            end += journalRecord(kSteps[whole++]).size();
+        while (complete < kSteps.size() && length >= end + journalRecord(kSteps[complete]).size())
+            end += journalRecord(kSteps[complete++]).size();
         ASSERT_EQ(parsed.kind, JournalKind::Journal) << length;
-        EXPECT_EQ(parsed.contents.steps.size(), whole) << length;
+        EXPECT_EQ(parsed.contents.steps.size(), complete) << length;
         EXPECT_EQ(parsed.contents.length, end) << length;
     }
-    EXPECT_EQ(whole, kSteps.size());
+    EXPECT_EQ(complete, kSteps.size());
 }
 
-// One bit changed anywhere: no step is another one, and none after it is taken.
+// Flips a bit in every byte: no step changes, and none is read from the damage on.
 TEST(JournalRecords, ADamagedRecordEndsTheJournal) {
     const Bytes whole = bytesOf(kSteps);
     for (std::size_t at = 0; at < whole.size(); ++at) {
@@ -111,8 +111,8 @@ TEST(JournalRecords, OfAnotherVersionOrKindAreForeign) {
     EXPECT_EQ(parseJournal({}).kind, JournalKind::Unfinished);
 }
 
-TEST(JournalRecords, NumbersThatNoClickHasAreRefused) {
-    for (const auto& spoil : std::vector<void (*)(RepairStep&)>{
+TEST(JournalRecords, ValuesOutOfRangeAreRefused) {
+    for (const auto& invalidate : std::vector<void (*)(RepairStep&)>{
              [](RepairStep& step) { step.place.x = std::numeric_limits<double>::quiet_NaN(); },
              [](RepairStep& step) { step.repair.radius = 0; },
              [](RepairStep& step) { step.repair.radius = std::int64_t{1} << 40; },
@@ -120,7 +120,7 @@ TEST(JournalRecords, NumbersThatNoClickHasAreRefused) {
              [](RepairStep& step) { step.repair.style = static_cast<RepairStyle>(2); },
              [](RepairStep& step) { step.changesBack = -1; }}) {
         RepairStep step = repairAt(1, 1);
-        spoil(step);
+        invalidate(step);
         EXPECT_TRUE(parseJournal(bytesOf({step})).contents.steps.empty());
     }
 }
@@ -133,21 +133,21 @@ protected:
     }
 
     void begin() { journal->begin(photo, *identify(photo)); }
-    /// As after a kill, with what was written.
+    /// The abandoned journals, as the next start finds them.
     std::vector<AbandonedJournal> found() { return AbandonedJournal::findIn(folder); }
     std::filesystem::path file() const { return folder / JournalFile::namesIn(folder).at(0); }
     void append(const std::vector<EditStep>& steps) {
         for (const EditStep& step : steps)
             journal->append(step);
     }
-    /// Appends the first steps of a photo, and waits for the file.
+    /// Appends the first steps, which create the file, and waits for it.
     void appendFirst(const std::vector<EditStep>& steps) {
         append(steps);
         EXPECT_TRUE(eventually(
             [this] { return !JournalFile::namesIn(folder).empty() && !contentsOf(file()).empty(); }));
     }
-    /// Ends the window without an end of its work.
-    void lose() { journal.reset(); }
+    /// Destroys the journal without ending it, as a crash does.
+    void abandon() { journal.reset(); }
     static mode_t modeOf(const std::filesystem::path& path) {
         struct stat status = {};
         EXPECT_EQ(::stat(path.c_str(), &status), 0);
@@ -167,37 +167,37 @@ TEST_F(Journals, NothingIsWrittenBeforeTheFirstStep) {
     EXPECT_EQ(filesIn(folder).size(), 1U);
 }
 
-TEST_F(Journals, AreForTheUserAlone) {
+TEST_F(Journals, CanBeReadByTheUserOnly) {
     begin();
     appendFirst(kSteps);
     EXPECT_EQ(modeOf(folder), 0700U);
     EXPECT_EQ(modeOf(file()), 0600U);
-    lose();
+    abandon();
     std::filesystem::permissions(folder, std::filesystem::perms(0755));
     found();
     EXPECT_EQ(modeOf(folder), 0700U);
 }
 
-TEST_F(Journals, AreOfferedOnlyWhenTheirWindowIsGone) {
+TEST_F(Journals, AreFoundOnlyWhenAbandoned) {
     begin();
     appendFirst(kSteps);
     EXPECT_TRUE(found().empty());
-    lose();
+    abandon();
     const std::vector<AbandonedJournal> works = found();
     ASSERT_EQ(works.size(), 1U);
     EXPECT_EQ(works[0].contents.steps, kSteps);
     EXPECT_EQ(works[0].contents.photo.path, photo);
-    EXPECT_TRUE(found().empty()) << "another window offers it";
+    EXPECT_TRUE(found().empty()) << "another process already holds it";
 }
 
-TEST_F(Journals, SeveralWindowsHaveOneEach) {
+TEST_F(Journals, SeveralProcessesHaveOneEach) {
     begin();
     appendFirst(kSteps);
     Journal other(folder);
     other.begin(photo, *identify(photo));
     other.append(kSteps[0]);
     EXPECT_TRUE(eventually([this] { return filesIn(folder).size() == 2U; }));
-    lose();
+    abandon();
     ASSERT_EQ(found().size(), 1U);
     EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size());
 }
@@ -219,22 +219,22 @@ TEST_F(Journals, TheHashFollowsTheFirstStep) {
     EXPECT_TRUE(eventually(isThere));
 }
 
-TEST_F(Journals, APhotoThatWasReplacedSinceItWasReadGetsNoHash) {
+TEST_F(Journals, APhotoReplacedSinceItWasReadGetsNoHash) {
     begin();
     std::filesystem::remove(photo);
     std::ofstream(photo) << "the bytes of another one";
     append(kSteps);
-    lose();
+    abandon();
     ASSERT_EQ(found().size(), 1U);
     EXPECT_FALSE(found()[0].contents.photo.hash.has_value());
     EXPECT_EQ(matchPhoto(found()[0].contents.photo), PhotoMatch::Different);
 }
 
-TEST_F(Journals, AForgottenOneIsGone) {
+TEST_F(Journals, ForgettingDeletesTheFileAndItsNewFolders) {
     begin();
     appendFirst(kSteps);
     journal->forget();
-    EXPECT_FALSE(std::filesystem::exists(folder.parent_path())) << "the folders that were made for it";
+    EXPECT_FALSE(std::filesystem::exists(folder.parent_path())) << "the folders that the journal created";
     append(kSteps);
     EXPECT_FALSE(std::filesystem::exists(folder));
     std::filesystem::create_directory(folder.parent_path());
@@ -242,40 +242,40 @@ TEST_F(Journals, AForgottenOneIsGone) {
     appendFirst(kSteps);
     begin();
     EXPECT_FALSE(std::filesystem::exists(folder));
-    EXPECT_TRUE(std::filesystem::exists(folder.parent_path())) << "it was there before";
+    EXPECT_TRUE(std::filesystem::exists(folder.parent_path())) << "a folder that existed before";
 }
 
-TEST_F(Journals, AfterItsEndNothingIsAdded) {
+TEST_F(Journals, NothingIsAppendedAfterTheEnd) {
     begin();
     journal->append(kSteps[0]);
     journal->end();
     journal->append(kSteps[1]);
-    lose();
+    abandon();
     EXPECT_EQ(found().at(0).contents.steps.size(), 1U);
 }
 
-TEST_F(Journals, AreResumedBehindATornRecord) {
+TEST_F(Journals, AreResumedAfterATornRecord) {
     begin();
     append(kSteps);
-    lose();
+    abandon();
     const std::filesystem::path path = file();
     std::filesystem::resize_file(path, std::filesystem::file_size(path) - 1);
     std::vector<AbandonedJournal> works = found();
     ASSERT_EQ(works.size(), 1U);
-    const std::size_t left = works[0].contents.steps.size();
+    const std::size_t stepCount = works[0].contents.steps.size();
     journal = std::make_unique<Journal>(folder);
     journal->resume(works[0], *identify(photo));
     works.clear();
-    EXPECT_TRUE(found().empty()) << "it has a window again";
+    EXPECT_TRUE(found().empty()) << "it is in use again";
     journal->append(MoveStep{9});
-    lose();
+    abandon();
     works = found();
     ASSERT_EQ(works.size(), 1U);
-    ASSERT_EQ(works[0].contents.steps.size(), left + 1);
+    ASSERT_EQ(works[0].contents.steps.size(), stepCount + 1);
     EXPECT_EQ(works[0].contents.steps.back(), EditStep(MoveStep{9}));
 }
 
-TEST_F(Journals, WhatEndsBeforeAStepIsRemovedAndWhatIsForeignStays) {
+TEST_F(Journals, FilesWithoutAStepAreDeletedAndForeignFilesKept) {
     std::filesystem::create_directories(folder);
     std::ofstream(folder / "empty.journal");
     std::ofstream(folder / "begun.journal") << "CMPLXJNL";
@@ -288,20 +288,19 @@ TEST_F(Journals, WhatEndsBeforeAStepIsRemovedAndWhatIsForeignStays) {
               (std::vector<std::string>{"folder.journal", "notes.txt", "other.journal", "text.journal"}));
 }
 
-TEST_F(Journals, AFolderThatCannotBeMadeCostsNothingButTheJournal) {
-    std::ofstream(home.path() / "state") << "a file where the folder belongs";
+TEST_F(Journals, AreWrittenOnceTheirFolderCanBeCreated) {
+    std::ofstream(home.path() / "state") << "a file in place of the folder";
     begin();
     append(kSteps);
     EXPECT_TRUE(found().empty());
-    // As soon as there is room, all steps are written.
     std::filesystem::remove(home.path() / "state");
     journal->append(MoveStep{1});
-    lose();
+    abandon();
     ASSERT_EQ(found().size(), 1U);
     EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size() + 1);
 }
 
-TEST_F(Journals, AFullDiskLeavesWholeRecordsAndLosesNoneOnceThereIsRoom) {
+TEST_F(Journals, AFullDiskLeavesCompleteRecordsAndTheRestFollowsOnceThereIsRoom) {
     begin();
     appendFirst({kSteps[0]});
     {
@@ -310,12 +309,12 @@ TEST_F(Journals, AFullDiskLeavesWholeRecordsAndLosesNoneOnceThereIsRoom) {
         EXPECT_EQ(parseJournal(readFile(file()) ? *readFile(file()) : Bytes()).contents.steps.size(), 1U);
     }
     journal->append(MoveStep{1});
-    lose();
+    abandon();
     ASSERT_EQ(found().size(), 1U);
     EXPECT_EQ(found()[0].contents.steps.size(), kSteps.size() + 2);
 }
 
-TEST_F(Journals, ThePhotoIsKnownByItsBytes) {
+TEST_F(Journals, ThePhotoIsIdentifiedByItsBytes) {
     JournaledPhoto known{.path = photo,
                          .size = 20,
                          .modifiedNanoseconds = identify(photo)->modifiedNanoseconds,

@@ -22,7 +22,7 @@ TEST_F(Opening, AnotherPhotoIsChosenAfterAQuestion) {
     expectFreshlyOpened(path, other);
 }
 
-TEST_F(Opening, NoKeepsTheOpenPhotoAndShowsNoPanel) {
+TEST_F(Opening, AnsweringNoKeepsThePhotoAndShowsNoPanel) {
     editPhoto();
     expectUnchangedBy([this] {
         dialogs.expectQuestion(kSelectQuestion, kSecondButton);
@@ -30,7 +30,7 @@ TEST_F(Opening, NoKeepsTheOpenPhotoAndShowsNoPanel) {
     });
 }
 
-TEST_F(Opening, AnyAnswerButNoCountsAsYes) {
+TEST_F(Opening, AnyAnswerExceptNoCountsAsYes) {
     editPhoto();
     const std::filesystem::path path = makePhoto("other.png");
     dialogs.expectQuestion(kSelectQuestion, 1002);
@@ -65,7 +65,7 @@ TEST_F(Opening, AChoiceWithoutAPathShowsTheLoadFailure) {
     });
 }
 
-TEST_F(Opening, AnUndecodableChoiceShowsTheLoadFailureAndLeavesEverything) {
+TEST_F(Opening, AnUndecodableChoiceShowsTheLoadFailureAndChangesNothing) {
     editPhoto();
     const std::filesystem::path path = undecodable();
     expectUnchangedBy([&] {
@@ -76,7 +76,7 @@ TEST_F(Opening, AnUndecodableChoiceShowsTheLoadFailureAndLeavesEverything) {
     });
 }
 
-TEST_F(Opening, AnUndecodableFirstChoiceLeavesTheEmptyWindow) {
+TEST_F(Opening, AnUndecodableFirstChoiceKeepsTheEmptyWindow) {
     const std::filesystem::path path = undecodable();
     expectUnchangedBy([&] {
         dialogs.expectOpenPanel(chosen(path));
@@ -88,7 +88,7 @@ TEST_F(Opening, AnUndecodableFirstChoiceLeavesTheEmptyWindow) {
     EXPECT_FALSE(controller->hasImage());
 }
 
-TEST_F(Opening, WhatIsNoFileOfPixelsShowsTheLoadFailure) {
+TEST_F(Opening, InvalidFilesShowTheLoadFailure) {
     const std::string whole = contentsOf(makePhoto());
     writeFile(platform.photos() / "empty.png", "");
     writeFile(platform.photos() / "header_only.png", whole.substr(0, 20));
@@ -113,7 +113,7 @@ TEST_F(Opening, TheSourcesNameIsSplitAtItsLastDotAndKeepsItsCase) {
     EXPECT_TRUE(contentsOf(currentPath()).starts_with("\xFF\xD8\xFF"));
 }
 
-TEST_F(Opening, AllSevenTypesAreOpenedAndTheirStatesAreOfTheSameType) {
+TEST_F(Opening, StatesHaveTheTypeOfThePhotoForAllSevenTypes) {
     for (const std::string_view type : ImageTools::kAcceptedTypes) {
         SCOPED_TRACE(type);
         const std::filesystem::path path = makePhoto("photo." + std::string(type));
@@ -125,12 +125,12 @@ TEST_F(Opening, AllSevenTypesAreOpenedAndTheirStatesAreOfTheSameType) {
     }
 }
 
-TEST_F(Opening, APhotoOfAnotherNameThanTheSevenIsWrittenAsItsContentSays) {
+TEST_F(Opening, APhotoWithAnotherExtensionIsSavedInTheFormatOfItsContent) {
     struct Case {
         std::string name;
         std::string content; // its format
         std::string stem;
-        std::string extension; // as it stands in the name
+        std::string extension; // of the name, in its case
     };
     for (const auto& [name, content, stem, extension] :
          std::vector<Case>{{"portrait.jfif", "jpg", "portrait", "jfif"},
@@ -173,7 +173,7 @@ TEST_F(Opening, ASourceWithoutAnExtensionCanBeReplacedByItsResult) {
     EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
 }
 
-TEST_F(Opening, AReloadedFileOfAnotherContentIsWrittenAsThatSays) {
+TEST_F(Opening, ReloadingUpdatesTheFormatOfTheContent) {
     const std::filesystem::path path = platform.photos() / "portrait";
     std::filesystem::rename(makePhoto("made.png"), path);
     controller->OpenFile(path);
@@ -185,7 +185,7 @@ TEST_F(Opening, AReloadedFileOfAnotherContentIsWrittenAsThatSays) {
     EXPECT_EQ(currentPath().extension(), ".png");
 }
 
-TEST_F(Opening, WhatIsWrongWithAPhotosFileIsKnownUntilTheNextOne) {
+TEST_F(Opening, ThePhotosDamageIsReportedUntilTheNextPhoto) {
     const std::filesystem::path path = makePhoto("cut.bmp");
     const std::string whole = contentsOf(path);
     writeFile(path, whole.substr(0, whole.size() / 2));
@@ -203,7 +203,7 @@ TEST_F(Opening, WhatIsWrongWithAPhotosFileIsKnownUntilTheNextOne) {
     EXPECT_FALSE(controller->photoDamage());
 }
 
-TEST_F(Opening, AHiddenFilesNameIsNoExtension) {
+TEST_F(Opening, AHiddenFilesNameIsNotAnExtension) {
     const std::filesystem::path path = platform.photos() / ".png";
     writeFile(path, contentsOf(makePhoto()));
     openThroughPanel(path);
@@ -211,8 +211,8 @@ TEST_F(Opening, AHiddenFilesNameIsNoExtension) {
     EXPECT_EQ(controller->originalImageExtension, "");
 }
 
-TEST_F(Opening, APhotoOfAnotherDensityHasOnePointForEachPixel) {
-    // A JFIF header that states 300 dots per inch.
+TEST_F(Opening, APhotoOfAnyDensityHasOnePointPerPixel) {
+    // A JFIF header with 300 dots per inch.
     std::string file = contentsOf(makePhoto("dense.jpg"));
     ASSERT_EQ(file.substr(6, 4), "JFIF");
     file[13] = 1;
@@ -228,7 +228,7 @@ TEST_F(Opening, APhotoOfAnotherDensityHasOnePointForEachPixel) {
     EXPECT_EQ(decoded(currentPath()).size(), (PointSize{80, 60}));
 }
 
-TEST_F(Opening, AnotherPhotoLeavesNoFileOfTheFirst) {
+TEST_F(Opening, OpeningAnotherPhotoDeletesTheStatesOfTheFirst) {
     openThroughPanel(makePhoto("first.png"));
     retouch(0);
     retouch(1);
@@ -241,7 +241,7 @@ TEST_F(Opening, AnotherPhotoLeavesNoFileOfTheFirst) {
     EXPECT_EQ(stateFiles().size(), 1U);
 }
 
-TEST_F(Opening, AnUnwrittenFirstStateIsSilent) {
+TEST_F(Opening, AnUnwritableFirstStateShowsNoMessage) {
     platform.removeTemporaryDirectory();
     openThroughPanel(makePhoto());
     EXPECT_TRUE(samePixels(shown(), photo()));
@@ -249,7 +249,7 @@ TEST_F(Opening, AnUnwrittenFirstStateIsSilent) {
     EXPECT_EQ(controller->currenState, -1);
 }
 
-TEST_F(Opening, TheSettingsOfTheRepairOutliveAnotherPhoto) {
+TEST_F(Opening, OpeningAnotherPhotoKeepsTheSettings) {
     openThroughPanel(makePhoto("first.png"));
     controller->stepperEditAreaSize->setIntegerValue(33);
     controller->sliderThreshold->setFloatValue(44.5F);

@@ -9,7 +9,7 @@ namespace complexion {
 namespace {
 
 TEST(PickedColor, IsTheMeanOfFiveByFivePixels) {
-    // A row of 25 in which one pixel is 125 lighter: five more in the mean.
+    // One of the 25 pixels is lighter by 125, which adds 5 to the mean.
     const Image image = painted({40, 40}, [](int row, int column) {
         return row == 21 && column == 18 ? RGBA32(225, 225, 100, 255) : RGBA32(100, 100, 100, 255);
     });
@@ -19,14 +19,14 @@ TEST(PickedColor, IsTheMeanOfFiveByFivePixels) {
     EXPECT_EQ(pickedColor(image, {20, 21}, 0.2), QColor(100, 100, 100));
 }
 
-TEST(PickedColor, IsTheMeanOfWhatIsSeenWhereThatIsMore) {
+TEST(PickedColor, IsTheMeanOfMorePixelsWhenZoomedOut) {
     const Image image =
         painted({200, 200}, [](int row, int column) { return (row + column) % 2 ? grey(0) : grey(200); });
     const QColor color = pickedColor(image, {100, 100}, 10);
     EXPECT_NEAR(color.red(), 100, 1);
 }
 
-TEST(PickedColor, IsInSrgbWhateverThePhotosSpaceIs) {
+TEST(PickedColor, IsInSrgbWhateverThePhotosColorSpace) {
     const ColorProfile wide = ColorProfile::fromIcc(wideProfile());
     const RgbColor skin = wide.fromSrgb({200 / 255.0, 150 / 255.0, 100 / 255.0});
     const auto byte = [](double component) { return static_cast<std::uint8_t>(component * 255 + 0.5); };
@@ -37,12 +37,12 @@ TEST(PickedColor, IsInSrgbWhateverThePhotosSpaceIs) {
     EXPECT_NEAR(color.blue(), 100, 2);
 }
 
-TEST(PickedColor, EndsAtThePhotosEdge) {
+TEST(PickedColor, UsesOnlyPixelsInsideThePhoto) {
     EXPECT_EQ(pickedColor(filled({40, 40}, kSkin), {0, 39}, 4), QColor(180, 180, 180));
     EXPECT_EQ(pickedColor(filled({1, 1}, kSkin), {0, 0}, 4), QColor(180, 180, 180));
 }
 
-TEST(PickedColor, OfTransparentPixelsCountsWhatIsThere) {
+TEST(PickedColor, WeightsPixelsByTheirAlpha) {
     const Image image = painted({40, 40}, [](int, int column) {
         return column < 20 ? RGBA32(0, 0, 0, 0) : RGBA32(200, 100, 50, 255);
     });

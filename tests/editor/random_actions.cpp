@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/random_actions.h"
 
+#include "tests/editor/near_frames.h"
+
 #include <QMimeData>
 #include <QUrl>
 
@@ -264,12 +266,8 @@ void RandomActions::resizeWindow() {
     controller->visibleAreaResized({model.zoom.viewWidth, model.zoom.viewHeight}, next);
     model.zoom.resizeView(next.width, next.height);
     // The rules leave the order of computation open here, so the model adopts the editor's rounding.
-    const Frame frame = imageView->frame();
-    EXPECT_NEAR(frame.x, model.zoom.image.x, 1e-9);
-    EXPECT_NEAR(frame.y, model.zoom.image.y, 1e-9);
-    EXPECT_NEAR(frame.width, model.zoom.image.width, 1e-9);
-    EXPECT_NEAR(frame.height, model.zoom.image.height, 1e-9);
-    model.zoom.image = frame;
+    expectNear(imageView->frame(), model.zoom.image);
+    model.zoom.image = imageView->frame();
 }
 
 void RandomActions::saveSomewhere() {

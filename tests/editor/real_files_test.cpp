@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files as people bring them: their names, what contradicts itself in them, and what must come back.
+// Files as they occur in practice: unusual names, contradictory metadata, and what saving must preserve.
 #include "imaging/metadata/creation_date.h"
 #include "imaging/screen_colors.h"
 #include "tests/editor/editor_fixture.h"
@@ -22,7 +22,7 @@ class RealFiles : public EditorTest {
 protected:
     std::filesystem::path target(const std::string& name) const { return platform.photos() / name; }
 
-    /// A drop as a file manager announces it: every byte of the path that is not plain is percent-encoded.
+    /// Drops a percent-encoded URL, as file managers do.
     bool dropEncoded(const std::filesystem::path& path) {
         if (imageView->image())
             dialogs.expectQuestion(kDropQuestion, kFirstButton);
@@ -32,7 +32,7 @@ protected:
         return imageView->performDragOperation(&data);
     }
 
-    /// Saves under the name that is proposed.
+    /// Saves under the proposed name.
     std::filesystem::path saveAsProposed() {
         const std::filesystem::path path =
             target(controller->originalImageName + "_retouched." + controller->originalImageExtension);
@@ -41,12 +41,12 @@ protected:
     }
 };
 
-/// `length` bytes of a name, with its extension.
+/// A file name of `length` bytes, including its extension.
 std::string longName(std::size_t length) {
     return std::string(length - 4, 'n') + ".png";
 }
 
-TEST_F(RealFiles, OfAnyNameAreDroppedHandedOverRetouchedAndSaved) {
+TEST_F(RealFiles, OfAnyNameAreOpenedAndSaved) {
     const std::string names[] = {
         "two words.png",
         " begins and ends with a blank .png",
@@ -58,7 +58,7 @@ TEST_F(RealFiles, OfAnyNameAreDroppedHandedOverRetouchedAndSaved) {
         "cafe\xCC\x81.png", // decomposed
         "\xE5\x86\x99\xE7\x9C\x9F \xF0\x9F\x98\x80.png",
         "caf\xE9 in Latin-1.png", // not UTF-8
-        "\xFF\xFE\x80.png",       // nor this
+        "\xFF\xFE\x80.png",       // not UTF-8 either
         ".hidden.png",
         "two.dots.png",
         longName(255 - std::string("_retouched").size()),
@@ -78,12 +78,12 @@ TEST_F(RealFiles, OfAnyNameAreDroppedHandedOverRetouchedAndSaved) {
     }
 }
 
-TEST_F(RealFiles, OfTheLongestNameAreSavedUnderAShorterOne) {
+TEST_F(RealFiles, OfTheLongestNameCanBeSavedUnderAShorterOne) {
     const std::filesystem::path path = makePhoto(longName(255));
     ASSERT_TRUE(dropEncoded(path));
     retouch(0);
     const std::vector<std::string> before = filesIn(platform.photos());
-    // The name proposed is longer than a file system allows.
+    // The proposed name is longer than file systems allow.
     const std::string proposed = controller->originalImageName + "_retouched.png";
     dialogs.expectSavePanel({{"png"}, proposed}, chosen(target(proposed)));
     dialogs.expectAlert(kSaveFailure, AlertStyle::Warning);
@@ -94,7 +94,7 @@ TEST_F(RealFiles, OfTheLongestNameAreSavedUnderAShorterOne) {
     EXPECT_TRUE(samePixels(decoded(target("m" + longName(254))), controller->originalImage()));
 }
 
-TEST_F(RealFiles, WithoutAnExtensionAreSavedAsTheirContentSays) {
+TEST_F(RealFiles, WithoutAnExtensionAreSavedInTheFormatOfTheirContent) {
     const std::filesystem::path path = target("portrait");
     writeFile(path, contentsOf(makePhoto()));
     controller->OpenFile(path);
@@ -123,7 +123,7 @@ TEST_F(RealFiles, AreReadByTheirContentAndWrittenByTheirExtension) {
 
 // Colour.
 
-TEST_F(RealFiles, InAWideSpaceTakeTheWellsColorAsItLooksOnTheScreen) {
+TEST_F(RealFiles, InAWideColorSpaceGetTheCustomColorConverted) {
     const ColorProfile wide = ColorProfile::fromIcc(wideProfile());
     for (const char* name : {"wide.png", "wide.tiff", "wide.bmp"}) {
         SCOPED_TRACE(name);
@@ -137,7 +137,7 @@ TEST_F(RealFiles, InAWideSpaceTakeTheWellsColorAsItLooksOnTheScreen) {
         EXPECT_EQ(saved.profile(), wide);
         const PixelPosition place = blemishes().front();
         RGBA32 pixel = saved.pixel(static_cast<int>(place.row), static_cast<int>(place.column));
-        EXPECT_GT(std::abs(pixel.red() - 200), 3) << "the colour is not that of the file's space";
+        EXPECT_GT(std::abs(pixel.red() - 200), 3) << "the colour was not converted to the file's space";
         screenTransform(wide)->apply({&pixel, 1});
         EXPECT_NEAR(pixel.red(), 200, 1);
         EXPECT_NEAR(pixel.green(), 120, 1);
@@ -147,7 +147,7 @@ TEST_F(RealFiles, InAWideSpaceTakeTheWellsColorAsItLooksOnTheScreen) {
 
 // Orientation.
 
-/// A JPEG file with an XMP packet that speaks of an orientation.
+/// A JPEG file with an XMP packet that has an orientation.
 std::string withXmpOrientation(const std::string& jpeg, int orientation) {
     const std::string packet = "http://ns.adobe.com/xap/1.0/\0"s +
                                "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:Description tiff:Orientation=\"" +
@@ -157,7 +157,7 @@ std::string withXmpOrientation(const std::string& jpeg, int orientation) {
            packet + jpeg.substr(2);
 }
 
-TEST_F(RealFiles, WhoseXmpContradictsTheTagAreTurnedByTheTagAndKeepBoth) {
+TEST_F(RealFiles, AreTurnedByExifWhereXmpContradictsItAndKeepBoth) {
     const std::filesystem::path source = makePhoto("turned.jpg");
     writeFile(source, withXmpOrientation(withExif(contentsOf(source), 6, "photographer"), 3));
     const Image upright = turnedUpright(photo(), Orientation::RightTop);
@@ -168,7 +168,7 @@ TEST_F(RealFiles, WhoseXmpContradictsTheTagAreTurnedByTheTagAndKeepBoth) {
     EXPECT_NE(contentsOf(target("saved.jpg")).find("tiff:Orientation=\"3\""), std::string::npos);
 }
 
-TEST_F(RealFiles, WithAnOrientationInXmpAloneAreShownAsTheyAreStored) {
+TEST_F(RealFiles, WithAnOrientationInXmpOnlyAreNotTurned) {
     const std::filesystem::path source = makePhoto("turned.jpg");
     writeFile(source, withXmpOrientation(contentsOf(source), 6));
     controller->OpenFile(source);
@@ -177,13 +177,13 @@ TEST_F(RealFiles, WithAnOrientationInXmpAloneAreShownAsTheyAreStored) {
     EXPECT_TRUE(nearlySamePixels(decoded(target("saved.jpg")), photo(), 8));
 }
 
-TEST_F(RealFiles, StoredInAnyOrderAreClickedWhereTheCursorIs) {
+TEST_F(RealFiles, OfAnyOrientationAreRetouchedUnderThePointer) {
     const std::filesystem::path tagged = makePhoto("tagged.jpg");
     const std::string untagged = contentsOf(tagged);
     for (const char* name : {"turned.tif", "turned.png", "turned.jpg"})
         for (int orientation = 1; orientation <= 8; ++orientation) {
             SCOPED_TRACE(name + std::to_string(orientation));
-            // What is seen is always the photo; it is stored turned, and the tag says how.
+            // The upright picture is always the photo; the tag says how it is stored.
             const Orientation turn = orientationFromTag(orientation);
             const std::filesystem::path source = makePhoto(name, turnedForStorage(photo(), turn));
             writeFile(tagged, withExif(untagged, orientation, "photographer"));
@@ -203,7 +203,7 @@ TEST_F(RealFiles, StoredInAnyOrderAreClickedWhereTheCursorIs) {
 
 // Density.
 
-TEST_F(RealFiles, OfThreeHundredToTheInchHaveAPointForEachPixelAndComeBackDense) {
+TEST_F(RealFiles, OfAnyDensityHaveOnePointPerPixelAndKeepTheirDensity) {
     const std::filesystem::path dense = target("dense.jpg");
     writeJpeg(dense, photo(), 300);
     for (const char* name : {"photo.jpg", "photo.png", "photo.tif", "photo.bmp"}) {
@@ -220,7 +220,7 @@ TEST_F(RealFiles, OfThreeHundredToTheInchHaveAPointForEachPixelAndComeBackDense)
     }
 }
 
-TEST_F(RealFiles, OfSeventyTwoToTheInchAreTheVeryImageThatWasDecoded) {
+TEST_F(RealFiles, Of72DotsPerInchAreNotCopiedForTheirSize) {
     for (const char* name : {"photo.jpg", "photo.png", "photo.tif", "photo.bmp", "photo.gif"}) {
         SCOPED_TRACE(name);
         const std::filesystem::path source = makePhoto(name);
@@ -231,13 +231,13 @@ TEST_F(RealFiles, OfSeventyTwoToTheInchAreTheVeryImageThatWasDecoded) {
 
 // Dates.
 
-/// The magic number of the file system that a folder is on.
+/// The magic number of the folder's file system.
 long fileSystemOf(const std::filesystem::path& folder) {
     struct statfs status = {};
     return ::statfs(folder.c_str(), &status) == 0 ? static_cast<long>(status.f_type) : 0;
 }
 
-TEST_F(RealFiles, KeepTheirCreationDateOnEveryFileSystemOrShowThatTheyCannot) {
+TEST_F(RealFiles, KeepTheirCreationDateOrReportThatTheFileSystemCannotStoreIt) {
     constexpr CreationDate kDate{std::chrono::seconds(1'234'567'890)};
     std::vector<long> seen;
     for (const std::filesystem::path& place :
@@ -252,19 +252,19 @@ TEST_F(RealFiles, KeepTheirCreationDateOnEveryFileSystemOrShowThatTheyCannot) {
         const std::filesystem::path folder = name;
         const std::filesystem::path source = folder / "photo.png";
         writeFile(source, contentsOf(makePhoto()));
-        const bool hasPlace = setCreationDate(source, kDate);
+        const bool canStoreDate = setCreationDate(source, kDate);
         const CreationDate date = ImageTools::ImageCreationDate(source);
         controller->OpenFile(source);
         dialogs.expectSavePanel({{"png"}, "photo_retouched.png"}, chosen(folder / "saved.png"));
         dialogs.expectAlert(kSaveSuccess, AlertStyle::Informational);
         const std::string printed = printedBy([this] { controller->OnSaveImage(nullptr); });
-        EXPECT_EQ(printed.find("ERROR\n") == std::string::npos, hasPlace) << printed;
-        EXPECT_EQ(ImageTools::ImageCreationDate(folder / "saved.png") == date, hasPlace);
+        EXPECT_EQ(printed.find("ERROR\n") == std::string::npos, canStoreDate) << printed;
+        EXPECT_EQ(ImageTools::ImageCreationDate(folder / "saved.png") == date, canStoreDate);
         std::filesystem::remove_all(folder);
     }
     RecordProperty("fileSystems", static_cast<int>(seen.size()));
     if (seen.size() < 2)
-        GTEST_SKIP() << "there is one file system only";
+        GTEST_SKIP() << "there is only one file system";
 }
 
 } // namespace

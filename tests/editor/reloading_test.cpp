@@ -9,7 +9,7 @@ TEST_F(Opening, ReloadWithoutAPhotoDoesNothing) {
     expectUnchangedBy([this] { controller->OnResetImage(nullptr); });
 }
 
-TEST_F(Opening, ReloadAlwaysAsksAndNoChangesNothing) {
+TEST_F(Opening, ReloadAlwaysAsksAndAnsweringNoChangesNothing) {
     openThroughPanel(makePhoto());
     expectUnchangedBy([this] {
         dialogs.expectQuestion(kReloadQuestion, kSecondButton);
@@ -17,7 +17,7 @@ TEST_F(Opening, ReloadAlwaysAsksAndNoChangesNothing) {
     });
 }
 
-TEST_F(Opening, ReloadThrowsAllEditsAway) {
+TEST_F(Opening, ReloadDiscardsAllEdits) {
     editPhoto();
     const std::vector<std::filesystem::path> before = controller->stateImagesPath;
     reload();
@@ -35,9 +35,9 @@ TEST_F(Opening, ReloadThrowsAllEditsAway) {
 TEST_F(Opening, ReloadKeepsZoomPanBoxesAndSource) {
     editPhoto();
     controller->boxHint->show();
-    const Everything before = everything();
+    const ObservableState before = observableState();
     reload();
-    const Everything after = everything();
+    const ObservableState after = observableState();
     EXPECT_NE(after.frame, (Frame{0, 0, kRootSize.width, kRootSize.height}));
     EXPECT_EQ(after.frame, before.frame);
     EXPECT_FALSE(after.hintHidden);
@@ -47,7 +47,7 @@ TEST_F(Opening, ReloadKeepsZoomPanBoxesAndSource) {
     EXPECT_EQ(after.extension, before.extension);
 }
 
-TEST_F(Opening, ReloadReadsTheFileAsItIsNow) {
+TEST_F(Opening, ReloadReadsTheCurrentFile) {
     openThroughPanel(makePhoto());
     const Image changed = filled({30, 30}, grey(77));
     makePhoto("portrait.png", changed);
@@ -55,7 +55,7 @@ TEST_F(Opening, ReloadReadsTheFileAsItIsNow) {
     EXPECT_TRUE(samePixels(controller->originalImage(), changed));
 }
 
-TEST_F(Opening, AReloadOfAFileThatIsNoPictureAnyMoreShowsTheLoadFailureAndLeavesEverything) {
+TEST_F(Opening, ReloadingAFileThatIsNoLongerAPictureShowsTheLoadFailureAndChangesNothing) {
     editPhoto();
     undecodable("worked_on.png");
     expectUnchangedBy([this] {
@@ -65,7 +65,7 @@ TEST_F(Opening, AReloadOfAFileThatIsNoPictureAnyMoreShowsTheLoadFailureAndLeaves
     });
 }
 
-TEST_F(Opening, AReloadOfADeletedFileShowsTheLoadFailureAndLeavesEverything) {
+TEST_F(Opening, ReloadingADeletedFileShowsTheLoadFailureAndChangesNothing) {
     editPhoto();
     std::filesystem::remove(controller->originalImagePath);
     expectUnchangedBy([this] {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What becomes of a repair's result.
+// The result of a repair is installed or dropped.
 #include "tests/editor/retouch_fixture.h"
 
 #include <QTest>
@@ -9,7 +9,7 @@ namespace complexion {
 
 namespace {
 
-TEST_F(Retouch, NoResultIsFatal) {
+TEST_F(Retouch, AMissingResultIsFatal) {
     openPhoto();
     EXPECT_DEATH(controller->FinishRetouch(std::nullopt), "gave no image");
 }
@@ -25,7 +25,7 @@ TEST_F(Retouch, APointOfThePhotoCanBeRetouchedWithoutAClick) {
     EXPECT_TRUE(samePixels(controller->originalImage(), repaired(photo(), blemish)));
 }
 
-TEST_F(Retouch, AClickWhosePhotoWasReplacedBeforeItsWorkBeganDoesNothing) {
+TEST_F(Retouch, AQueuedRepairOfAReplacedPhotoDoesNothing) {
     openPhoto();
     clickPixel(blemishes()[0]);
     openThroughPanel(makePhoto("second.png"));
@@ -55,7 +55,7 @@ TEST_F(Retouch, TheResultIsShownThroughTheEffectAndRecordedWithoutIt) {
     EXPECT_EQ(pixel, shown().pixel(40, 60));
 }
 
-/// Counts how often what it filters is painted.
+/// Counts the paint events of a widget.
 class PaintCounter : public QObject {
 public:
     int paints = 0;
@@ -65,7 +65,7 @@ public:
     }
 };
 
-TEST_F(Retouch, TheResultIsPaintedWithoutWaitingForTheEventLoop) {
+TEST_F(Retouch, TheResultIsPaintedImmediately) {
     openPhoto();
     root->show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(root.get()));
@@ -76,7 +76,7 @@ TEST_F(Retouch, TheResultIsPaintedWithoutWaitingForTheEventLoop) {
     EXPECT_GT(counter.paints, 0);
 }
 
-TEST_F(Retouch, AStateThatCannotBeWrittenDoesNotUndoTheRetouch) {
+TEST_F(Retouch, AnUnwritableStateDoesNotRevertTheRepair) {
     openPhoto();
     platform.removeTemporaryDirectory();
     clickPixel(blemishes()[0]);
@@ -97,7 +97,7 @@ TEST_F(Retouch, ARepairKeepsItsControllerAlive) {
     EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(Retouch, ARepairOfAnotherPhotoIsDroppedAndTheFlagCleared) {
+TEST_F(Retouch, AResultForAReplacedPhotoIsDroppedAndTheFlagCleared) {
     openPhoto();
     const Image other = filled({70, 50}, grey(99));
     const std::filesystem::path path = makePhoto("other.png", other);
@@ -114,13 +114,13 @@ TEST_F(Retouch, ARepairOfAnotherPhotoIsDroppedAndTheFlagCleared) {
     EXPECT_EQ(controller->currenState, 0);
     EXPECT_EQ(stateFiles().size(), 1U);
 
-    // The next click is taken.
+    // The next click is accepted.
     clickPixel({25, 35});
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
 }
 
-TEST_F(Retouch, ARepairThatWasReloadedAwayIsDroppedAndTheFlagCleared) {
+TEST_F(Retouch, AResultForAReloadedPhotoIsDroppedAndTheFlagCleared) {
     openPhoto();
     clickPixel(blemishes()[0]);
     queues.runBackground();
@@ -132,7 +132,7 @@ TEST_F(Retouch, ARepairThatWasReloadedAwayIsDroppedAndTheFlagCleared) {
     EXPECT_EQ(controller->currenState, 0);
 }
 
-TEST_F(Retouch, ARepairThatFinishesWhileTheQuestionIsShownIsDroppedAfterYes) {
+TEST_F(Retouch, ARepairThatFinishesDuringTheQuestionIsDroppedAfterYes) {
     openPhoto();
     const std::filesystem::path path = makePhoto("other.png", filled({70, 50}, grey(99)));
     clickPixel(blemishes()[0]);
@@ -145,11 +145,11 @@ TEST_F(Retouch, ARepairThatFinishesWhileTheQuestionIsShownIsDroppedAfterYes) {
     EXPECT_EQ(stateFiles().size(), 1U);
 }
 
-TEST_F(Retouch, ARefusedOpeningKeepsTheRepairInFlight) {
+TEST_F(Retouch, ARefusedOpeningKeepsTheRunningRepair) {
     openPhoto();
     clickPixel(blemishes()[0]);
     queues.runBackground();
-    writeFile(platform.photos() / "fake.png", "no picture");
+    writeFile(platform.photos() / "fake.png", "not a picture");
     EXPECT_FALSE(drop(platform.photos() / "fake.png"));
     queues.runAll();
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What is carried over from the photo to the result: metadata, dates, and how it lies.
+// What saving carries from the photo to the result: metadata, dates and orientation.
 #include "tests/editor/saving_fixture.h"
 
 #include <sys/xattr.h>
@@ -9,7 +9,7 @@ namespace complexion {
 
 namespace {
 
-/// A picture of four colours, one in each quarter, that no turn maps to itself.
+/// A picture with a different colour in each quarter, so that all eight orientations differ.
 Image quarters(PixelSize size) {
     return painted(size, [size](int row, int column) {
         const bool top = row < size.height / 2;
@@ -20,7 +20,7 @@ Image quarters(PixelSize size) {
     });
 }
 
-TEST_F(Saving, TheSourcesMetadataIsInTheSavedFile) {
+TEST_F(Saving, CarriesTheSourcesMetadata) {
     for (const std::string extension : {"jpg", "png"}) {
         SCOPED_TRACE(extension);
         const std::filesystem::path source = makePhoto("portrait." + extension);
@@ -35,7 +35,7 @@ TEST_F(Saving, TheSourcesMetadataIsInTheSavedFile) {
     }
 }
 
-TEST_F(Saving, AMissingSourceCostsTheMetadataOnly) {
+TEST_F(Saving, AMissingSourceLosesOnlyTheMetadata) {
     openThroughPanel(makePhoto());
     retouch(0);
     std::filesystem::remove(controller->originalImagePath);
@@ -44,7 +44,7 @@ TEST_F(Saving, AMissingSourceCostsTheMetadataOnly) {
     EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
 }
 
-TEST_F(Saving, ThePhotoThatIsReplacedGivesItsMetadataAndItsTurn) {
+TEST_F(Saving, AReplacedPhotosMetadataAndOrientationAreCarried) {
     const std::filesystem::path path = makePhoto("portrait.png");
     writeFile(path, withExif(contentsOf(path), 6, "A photographer of faces"));
     openThroughPanel(path);
@@ -54,18 +54,18 @@ TEST_F(Saving, ThePhotoThatIsReplacedGivesItsMetadataAndItsTurn) {
     EXPECT_TRUE(samePixels(decoded(path), controller->originalImage()));
 }
 
-TEST_F(Saving, TheSourcesCreationDateIsTheSavedFiles) {
+TEST_F(Saving, CarriesTheSourcesCreationDate) {
     const std::filesystem::path source = makePhoto();
     openThroughPanel(source);
     save(target("saved.png"));
     const auto time = ImageTools::ImageCreationDate(source);
     const auto saved = ImageTools::ImageCreationDate(target("saved.png"));
     if (getxattr(target("saved.png").c_str(), "user.crtime_usec", nullptr, 0) < 0)
-        GTEST_SKIP() << "the temporary folder's file system has no place for a creation date";
+        GTEST_SKIP() << "the temporary folder's file system cannot store a creation date";
     EXPECT_LT(std::chrono::abs(saved - time), std::chrono::microseconds(1));
 }
 
-TEST_F(Saving, AnOldCreationDateIsTheSavedFilesToo) {
+TEST_F(Saving, CarriesAnOldCreationDate) {
     const std::filesystem::path source = makePhoto();
     // 2016-11-16 07:41:31.234 UTC, in microseconds, little-endian.
     constexpr std::uint64_t kMicroseconds = 1'479'282'091'234'000;
@@ -73,14 +73,14 @@ TEST_F(Saving, AnOldCreationDateIsTheSavedFilesToo) {
     for (std::size_t i = 0; i < value.size(); ++i)
         value[i] = static_cast<unsigned char>(kMicroseconds >> (8 * i));
     if (setxattr(source.c_str(), "user.crtime_usec", value.data(), value.size(), 0) != 0)
-        GTEST_SKIP() << "the temporary folder's file system has no place for a creation date";
+        GTEST_SKIP() << "the temporary folder's file system cannot store a creation date";
     openThroughPanel(source);
     save(target("saved.png"));
     EXPECT_EQ(ImageTools::ImageCreationDate(target("saved.png")).time_since_epoch(),
               std::chrono::microseconds(kMicroseconds));
 }
 
-TEST_F(Saving, APhotoStoredOnItsSideIsEditedUprightAndSavedOnItsSide) {
+TEST_F(Saving, ARotatedPhotoIsEditedUprightAndSavedRotated) {
     constexpr PixelSize kStored{64, 48};
     for (int orientation = 1; orientation <= 8; ++orientation) {
         SCOPED_TRACE(orientation);
@@ -95,7 +95,7 @@ TEST_F(Saving, APhotoStoredOnItsSideIsEditedUprightAndSavedOnItsSide) {
         EXPECT_EQ(contentsOf(currentPath()).find("eXIf"), std::string::npos);
 
         save(target("saved.png"));
-        // A viewer that knows the tag shows it upright; the pixels lie as the source's did.
+        // With the tag it decodes upright; without it, the stored pixels have the source's orientation.
         EXPECT_TRUE(samePixels(decoded(target("saved.png")), upright));
         std::string untagged = contentsOf(target("saved.png"));
         const std::size_t chunk = untagged.find("eXIf");
@@ -109,7 +109,7 @@ TEST_F(Saving, APhotoStoredOnItsSideIsEditedUprightAndSavedOnItsSide) {
     }
 }
 
-TEST_F(Saving, AJpegStoredOnItsSideIsSavedOnItsSide) {
+TEST_F(Saving, ARotatedJpegIsSavedRotated) {
     constexpr PixelSize kStored{64, 48};
     const std::filesystem::path source = makePhoto("turned.jpg", quarters(kStored));
     writeFile(source, withExif(contentsOf(source), 6, "photographer"));
@@ -122,8 +122,8 @@ TEST_F(Saving, AJpegStoredOnItsSideIsSavedOnItsSide) {
     EXPECT_NE(contentsOf(target("saved.jpg")).find("photographer"), std::string::npos);
 }
 
-TEST_F(Saving, AFormatWithoutAPlaceForTheTurnIsSavedUpright) {
-    // A PNG by its contents and a BMP by its name: what is written has no orientation.
+TEST_F(Saving, AFormatWithoutAnOrientationIsSavedUpright) {
+    // A PNG file with a BMP extension: the BMP file that is written cannot have an orientation.
     const std::filesystem::path png = makePhoto("turned.png", quarters({64, 48}));
     const std::filesystem::path source = target("turned.bmp");
     writeFile(source, withExif(contentsOf(png), 6, "photographer"));

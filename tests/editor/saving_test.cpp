@@ -8,12 +8,12 @@ namespace complexion {
 
 namespace {
 
-TEST_F(Saving, WithoutAPhotoNothingIsShown) {
+TEST_F(Saving, WithoutAPhotoThereIsNoDialog) {
     EXPECT_EQ(printedBy([this] { controller->OnSaveImage(nullptr); }), "");
     EXPECT_EQ(dialogs.shownCount(), 0);
 }
 
-TEST_F(Saving, TheNameIsProposedAfterTheSourceWithItsTypeInLowerCase) {
+TEST_F(Saving, ProposesTheSourcesNameWithALowerCaseExtension) {
     const std::vector<std::pair<std::string, SavePanel>> cases = {
         {"IMG_0042.JPG", {{"jpg"}, "IMG_0042_retouched.jpg"}},
         {"Portrait.TIFF", {{"tiff"}, "Portrait_retouched.tiff"}},
@@ -49,7 +49,7 @@ TEST_F(Saving, AConfirmedPanelWithoutAPathIsFatal) {
         "");
 }
 
-TEST_F(Saving, ANewFileIsWrittenAfterTheFailedRemovalIsPrinted) {
+TEST_F(Saving, ANewFileIsWrittenAndTheFailedRemovalPrinted) {
     openThroughPanel(makePhoto());
     retouch(0);
     const std::filesystem::path path = target("new.png");
@@ -58,7 +58,7 @@ TEST_F(Saving, ANewFileIsWrittenAfterTheFailedRemovalIsPrinted) {
     EXPECT_TRUE(samePixels(decoded(path), shown()));
 }
 
-TEST_F(Saving, AllSevenTypesAreSavedInTheSourcesOwn) {
+TEST_F(Saving, AllSevenTypesAreSavedInTheSourcesFormat) {
     const std::map<std::string_view, std::string> starts = {
         {"jpg", "\xFF\xD8\xFF"}, {"jpeg", "\xFF\xD8\xFF"}, {"png", "\x89PNG"}, {"tiff", "II"},
         {"tif", "II"},           {"gif", "GIF8"},          {"bmp", "BM"},
@@ -124,7 +124,7 @@ TEST_F(Saving, SavingTwiceToOnePathReplacesTheFirstFile) {
     EXPECT_FALSE(samePixels(decoded(path), photo()));
 }
 
-TEST_F(Saving, TheEffectOnTheScreenIsInTheFileAndNotInTheWorkingImage) {
+TEST_F(Saving, TheFileHasTheEffectButTheWorkingImageDoesNot) {
     const Image coloured = painted(kPhotoSize, [](int row, int column) {
         return RGBA32(static_cast<std::uint8_t>(150 + row), static_cast<std::uint8_t>(100 + column), 90, 255);
     });
@@ -141,7 +141,7 @@ TEST_F(Saving, TheEffectOnTheScreenIsInTheFileAndNotInTheWorkingImage) {
     EXPECT_TRUE(samePixels(controller->originalImage(), coloured));
 }
 
-TEST_F(Saving, WhatIsShownAtThatMomentIsSavedWhileARepairIsInFlight) {
+TEST_F(Saving, DuringARepairTheShownImageIsSaved) {
     openThroughPanel(makePhoto());
     clickPixel(blemishes()[0]);
     queues.runBackground();
@@ -153,7 +153,7 @@ TEST_F(Saving, WhatIsShownAtThatMomentIsSavedWhileARepairIsInFlight) {
     EXPECT_EQ(controller->originalImage().pixel(20, 20), kSkin);
 }
 
-TEST_F(Saving, ARepairThatFinishesBehindThePanelIsSaved) {
+TEST_F(Saving, ARepairThatFinishesWhileThePanelIsOpenIsSaved) {
     openThroughPanel(makePhoto());
     clickPixel(blemishes()[0]);
     dialogs.expectSavePanel({{"png"}, "portrait_retouched.png"}, chosen(target("saved.png")));
@@ -163,7 +163,7 @@ TEST_F(Saving, ARepairThatFinishesBehindThePanelIsSaved) {
     EXPECT_EQ(decoded(target("saved.png")).pixel(20, 20), kSkin);
 }
 
-TEST_F(Saving, AMissingImageOrViewIsFatal) {
+TEST_F(Saving, ADeletedImageOrViewIsFatal) {
     openThroughPanel(makePhoto());
     EXPECT_DEATH(
         {
@@ -213,9 +213,9 @@ TEST_F(Saving, InAReadOnlyFolderNothingIsDeletedAndTheFailureIsShown) {
     EXPECT_THAT(filesIn(folder), testing::ElementsAre("saved.png"));
 }
 
-TEST_F(Saving, TheFileThatStoodThereIsGoneEvenWhenTheSaveFails) {
+TEST_F(Saving, AFailedSaveMovesTheEarlierFileToTheTrash) {
     openThroughPanel(makePhoto());
-    controller->originalImageExtension = "webp"; // no format of ours
+    controller->originalImageExtension = "webp"; // not supported
     const std::filesystem::path path = target("saved.webp");
     writeFile(path, "an earlier file");
     const std::string printed = saveWith({{"webp"}, "portrait_retouched.webp"}, chosen(path), kSaveFailure);
@@ -224,7 +224,7 @@ TEST_F(Saving, TheFileThatStoodThereIsGoneEvenWhenTheSaveFails) {
     EXPECT_EQ(contentsOf(platform.trash() / "files/saved.webp"), "an earlier file");
 }
 
-TEST_F(Saving, TheFileIsDeletedBeforeTheNewOneIsWritten) {
+TEST_F(Saving, TheEarlierFileIsSetAsideAndThenDeleted) {
     openThroughPanel(makePhoto());
     save(target("saved.png"));
     FolderWatch watch(platform.photos());
@@ -233,7 +233,7 @@ TEST_F(Saving, TheFileIsDeletedBeforeTheNewOneIsWritten) {
                                                      "-saved (replaced).png"));
 }
 
-TEST_F(Saving, AGoodSaveOverAFileLeavesNothingInTheTrash) {
+TEST_F(Saving, ASuccessfulSaveOverAFileLeavesNothingInTheTrash) {
     openThroughPanel(makePhoto());
     writeFile(target("saved.png"), "an earlier file");
     save(target("saved.png"));
@@ -241,8 +241,8 @@ TEST_F(Saving, AGoodSaveOverAFileLeavesNothingInTheTrash) {
     EXPECT_FALSE(std::filesystem::exists(target("saved (replaced).png")));
 }
 
-TEST_F(Saving, APictureThatItsFormatCannotHoldCountsAsSavedWithoutAFile) {
-    // A PNG by its contents, whose name asks for JPEG: one pixel wider than the library writes.
+TEST_F(Saving, AnImageThatTheFormatCannotHoldCountsAsSavedWithoutAFile) {
+    // A PNG file with a JPEG extension, one pixel wider than the JPEG library can write.
     const std::filesystem::path source = target("wide.jpg");
     ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), source, "png"));
     openThroughPanel(source);
@@ -251,7 +251,7 @@ TEST_F(Saving, APictureThatItsFormatCannotHoldCountsAsSavedWithoutAFile) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(Saving, AnUnholdablePictureStillTakesTheEarlierFileAway) {
+TEST_F(Saving, AnImageThatTheFormatCannotHoldStillRemovesTheEarlierFile) {
     const std::filesystem::path source = target("wide.jpg");
     ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), source, "png"));
     openThroughPanel(source);
@@ -262,7 +262,7 @@ TEST_F(Saving, AnUnholdablePictureStillTakesTheEarlierFileAway) {
     EXPECT_EQ(contentsOf(platform.trash() / "files/saved.jpg"), "an earlier file");
 }
 
-TEST_F(Saving, AResultCanBeReadByNobodyWhoCannotReadThePhoto) {
+TEST_F(Saving, TheResultHasThePermissionsOfThePhoto) {
     const std::filesystem::path path = makePhoto();
     std::filesystem::permissions(path, std::filesystem::perms(0600));
     openThroughPanel(path);
@@ -272,7 +272,7 @@ TEST_F(Saving, AResultCanBeReadByNobodyWhoCannotReadThePhoto) {
     EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
 }
 
-TEST_F(Saving, TheSourceItselfMayBeReplaced) {
+TEST_F(Saving, TheSourceCanBeReplaced) {
     const std::filesystem::path path = makePhoto();
     openThroughPanel(path);
     retouch(0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What becomes of a file that the user chose to replace.
+// Setting aside the file that a save replaces.
 #include "editor/set_aside.h"
 
 #include "editor/desktop_trash.h"
@@ -12,15 +12,15 @@ namespace complexion {
 
 namespace {
 
-class Replaced : public Faults {
+class SetAsideTest : public Faults {
 protected:
-    /// A file that is to be replaced.
-    std::filesystem::path earlier(const std::string& name = "saved.bmp") const {
+    /// Writes a file that is to be replaced.
+    std::filesystem::path makeEarlierFile(const std::string& name = "saved.bmp") const {
         writeFile(target(name), "an earlier file");
         return target(name);
     }
 
-    /// The names in the photos' folder.
+    /// The names of the files in the photos' folder.
     std::vector<std::string> names() const { return filesIn(platform.photos()); }
 
     std::string trashInfo(const std::string& name) const {
@@ -28,8 +28,8 @@ protected:
     }
 };
 
-TEST_F(Replaced, TheFileGoesOutOfItsPlaceAndIsDeletedOnceItIsNotNeeded) {
-    const std::filesystem::path path = earlier();
+TEST_F(SetAsideTest, RenamesTheFileAndDeletesItWhenDiscarded) {
+    const std::filesystem::path path = makeEarlierFile();
     EXPECT_EQ(printedBy([&] {
                   SetAsideFile file(path);
                   EXPECT_THAT(names(), testing::ElementsAre("saved (replaced).bmp"));
@@ -40,26 +40,26 @@ TEST_F(Replaced, TheFileGoesOutOfItsPlaceAndIsDeletedOnceItIsNotNeeded) {
               "");
 }
 
-TEST_F(Replaced, WithoutAnEndItStaysWhereItWasSetAside) {
+TEST_F(SetAsideTest, KeepsTheFileUnlessToldOtherwise) {
     {
-        const SetAsideFile file(earlier());
+        const SetAsideFile file(makeEarlierFile());
     }
     EXPECT_EQ(contentsOf(target("saved (replaced).bmp")), "an earlier file");
 }
 
-TEST_F(Replaced, NamesThatAreTakenAreLeftAlone) {
+TEST_F(SetAsideTest, OverwritesNoOtherFile) {
     writeFile(target("saved (replaced).bmp"), "somebody's");
     writeFile(target("saved (replaced 2).bmp"), "else");
-    SetAsideFile file(earlier());
+    SetAsideFile file(makeEarlierFile());
     EXPECT_EQ(contentsOf(target("saved (replaced).bmp")), "somebody's");
     EXPECT_EQ(contentsOf(target("saved (replaced 3).bmp")), "an earlier file");
     file.discard();
     EXPECT_EQ(names().size(), 2U);
 }
 
-TEST_F(Replaced, TheLongestNameIsSetAsideAndTrashed) {
+TEST_F(SetAsideTest, ShortensTheLongestName) {
     const std::string name = std::string(251, 'n') + ".bmp";
-    SetAsideFile file(earlier(name));
+    SetAsideFile file(makeEarlierFile(name));
     EXPECT_FALSE(std::filesystem::exists(target(name)));
     EXPECT_THAT(names(), testing::ElementsAre(std::string(240, 'n') + " (replaced).bmp"));
     file.moveToTrash();
@@ -67,7 +67,7 @@ TEST_F(Replaced, TheLongestNameIsSetAsideAndTrashed) {
     EXPECT_EQ(filesIn(platform.trash() / "files").size(), 1U);
 }
 
-TEST_F(Replaced, WhatCannotBeSetAsideIsLeftAndSaidSo) {
+TEST_F(SetAsideTest, ReportsAFileThatCannotBeRenamed) {
     EXPECT_EQ(printedBy([&] { SetAsideFile(target("missing.bmp")).discard(); }),
               "Remove failed: No such file or directory\n");
     std::filesystem::create_directory(target("folder.bmp"));
@@ -76,8 +76,8 @@ TEST_F(Replaced, WhatCannotBeSetAsideIsLeftAndSaidSo) {
     EXPECT_THAT(names(), testing::ElementsAre("folder.bmp"));
 }
 
-TEST_F(Replaced, AfterAFailureItIsInTheTrashAndKnowsWhereItWas) {
-    const std::filesystem::path path = earlier("a b%\xc3\xa4.bmp");
+TEST_F(SetAsideTest, MovesTheFileToTheTrashWithItsOriginalPath) {
+    const std::filesystem::path path = makeEarlierFile("a b%\xc3\xa4.bmp");
     SetAsideFile file(path);
     file.moveToTrash();
     EXPECT_TRUE(names().empty());
@@ -88,27 +88,27 @@ TEST_F(Replaced, AfterAFailureItIsInTheTrashAndKnowsWhereItWas) {
     EXPECT_EQ(std::filesystem::status(platform.trash()).permissions(), std::filesystem::perms(0700));
 }
 
-TEST_F(Replaced, TwoOfOneNameAreBothInTheTrash) {
-    SetAsideFile(earlier()).moveToTrash();
-    SetAsideFile(earlier()).moveToTrash();
+TEST_F(SetAsideTest, MovesTwoFilesOfOneNameToTheTrash) {
+    SetAsideFile(makeEarlierFile()).moveToTrash();
+    SetAsideFile(makeEarlierFile()).moveToTrash();
     EXPECT_THAT(filesIn(platform.trash() / "files"), testing::ElementsAre("saved.2.bmp", "saved.bmp"));
     EXPECT_EQ(filesIn(platform.trash() / "info").size(), 2U);
 }
 
-TEST_F(Replaced, WithoutATrashItStaysUnderItsName) {
+TEST_F(SetAsideTest, KeepsTheFileIfThereIsNoTrash) {
     const std::filesystem::path stick = target("stick");
     std::filesystem::create_directories(stick);
     const SmallDisk disk(stick, 64 * 1024);
     if (!disk.isMounted())
         GTEST_SKIP() << "only root can make a small disk";
-    writeFile(stick / (".Trash-" + std::to_string(::getuid())), "no folder");
+    writeFile(stick / (".Trash-" + std::to_string(::getuid())), "not a folder");
     writeFile(stick / "saved.bmp", "an earlier file");
     SetAsideFile(stick / "saved.bmp").moveToTrash();
     EXPECT_FALSE(std::filesystem::exists(stick / "saved.bmp"));
     EXPECT_EQ(contentsOf(stick / "saved (replaced).bmp"), "an earlier file");
 }
 
-TEST_F(Replaced, OnAnotherFileSystemTheTrashAtItsTopTakesIt) {
+TEST_F(SetAsideTest, UsesTheTrashOfTheFilesOwnFileSystem) {
     const std::filesystem::path stick = target("stick");
     std::filesystem::create_directories(stick);
     const SmallDisk disk(stick, 64 * 1024);
@@ -124,7 +124,7 @@ TEST_F(Replaced, OnAnotherFileSystemTheTrashAtItsTopTakesIt) {
     EXPECT_TRUE(filesIn(stick / "album").empty());
     EXPECT_FALSE(std::filesystem::exists(platform.trash()));
 
-    // One that an administrator made for everybody comes first, unless anybody could replace what is in it.
+    // An administrator's shared trash folder has precedence, but only with the sticky bit.
     std::filesystem::create_directory(stick / ".Trash");
     writeFile(stick / "album/saved.bmp", "a second file");
     SetAsideFile(stick / "album/saved.bmp").moveToTrash();
@@ -135,7 +135,7 @@ TEST_F(Replaced, OnAnotherFileSystemTheTrashAtItsTopTakesIt) {
     EXPECT_EQ(contentsOf(stick / ".Trash" / std::to_string(::getuid()) / "files/saved.bmp"), "a third file");
 }
 
-TEST_F(Replaced, AFullDiskLeavesItWhereItWasSetAside) {
+TEST_F(SetAsideTest, KeepsTheFileOnAFullDisk) {
     const std::filesystem::path stick = target("stick");
     std::filesystem::create_directories(stick);
     const SmallDisk disk(stick, 32 * 1024);
@@ -149,7 +149,7 @@ TEST_F(Replaced, AFullDiskLeavesItWhereItWasSetAside) {
     EXPECT_EQ(contentsOf(stick / "saved (replaced).bmp"), std::string(31 * 1024, 'x'));
 }
 
-TEST_F(Replaced, ASourceThatIsReplacedOnAFullDiskIsInTheTrash) {
+TEST_F(SetAsideTest, MovesAReplacedSourceToTheTrashWhenTheSaveFails) {
     openPhoto();
     retouch(0);
     const std::filesystem::path source = controller->originalImagePath;

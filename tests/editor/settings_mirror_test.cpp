@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a repair reads of the settings, and who is told of a change.
+// The settings that a repair reads, and the announcement of changes.
 #include "tests/editor/editor_fixture.h"
 
 namespace complexion {
@@ -19,7 +19,7 @@ protected:
     int stateChanges = 0;
 };
 
-TEST_F(SettingsMirror, ARepairReadsTheStartValues) {
+TEST_F(SettingsMirror, HasTheInitialValues) {
     controller->colorWellCustomColor->setColor(QColor(10, 20, 30));
     controller->viewDidLoad();
     const EditSettings settings = controller->editSettings();
@@ -32,7 +32,7 @@ TEST_F(SettingsMirror, ARepairReadsTheStartValues) {
     EXPECT_EQ(settings.style, RepairStyle::FlatColor);
 }
 
-TEST_F(SettingsMirror, EachChangeIsReadAndAnnounced) {
+TEST_F(SettingsMirror, FollowsAndAnnouncesEachChange) {
     controller->stepperEditAreaSize->setIntegerValue(33);
     EXPECT_EQ(controller->editSettings().radius, 33);
     EXPECT_EQ(settingsChanges, 1);
@@ -53,7 +53,7 @@ TEST_F(SettingsMirror, EachChangeIsReadAndAnnounced) {
     EXPECT_EQ(settingsChanges, 6);
 }
 
-TEST_F(SettingsMirror, AnEffectBeyondTheTableIsNone) {
+TEST_F(SettingsMirror, AnEffectIndexOutOfRangeAppliesNoEffect) {
     openThroughPanel(makePhoto());
     selectEffect(5);
     const Image noir = shown();
@@ -70,7 +70,7 @@ TEST_F(SettingsMirror, AnEffectBeyondTheTableIsNone) {
     EXPECT_TRUE(controller->withEffect(working).isSameObject(working));
 }
 
-TEST_F(SettingsMirror, WhatIsShownIsAnnounced) {
+TEST_F(SettingsMirror, ChangesOfTheShownImageAreAnnounced) {
     openThroughPanel(makePhoto());
     stateChanges = 0;
     controller->ApplyEffectsOnPreview();
@@ -88,7 +88,7 @@ TEST_F(SettingsMirror, WithoutAPhotoTheSourceIsNotShown) {
     EXPECT_FALSE(controller->isShowingSource());
 }
 
-TEST_F(SettingsMirror, TheEditAreaTakesAtLeastAPixelAStep) {
+TEST_F(SettingsMirror, AStepChangesTheEditAreaSizeByAtLeastOnePixel) {
     const auto sizeAfter = [this](int start, int steps) {
         controller->stepperEditAreaSize->setIntegerValue(start);
         controller->StepEditAreaSize(steps);
@@ -105,7 +105,7 @@ TEST_F(SettingsMirror, TheEditAreaTakesAtLeastAPixelAStep) {
     EXPECT_EQ(sizeAfter(100, 0), 100);
 }
 
-TEST_F(SettingsMirror, WhatIsNoNumberLeavesTheSizeAsItWas) {
+TEST_F(SettingsMirror, InvalidNumbersKeepTheSize) {
     controller->stepperEditAreaSize->setIntegerValue(25);
     for (const char* text : {"", "abc", "-"}) {
         controller->textFieldEditAreaSize->setText(QString::fromLatin1(text));
@@ -115,9 +115,9 @@ TEST_F(SettingsMirror, WhatIsNoNumberLeavesTheSizeAsItWas) {
     }
 }
 
-TEST_F(SettingsMirror, AControlThatIsGoneStaysMissedWhenAnotherChanges) {
-    const auto readWithout = [this](QWidget* gone) {
-        delete gone;
+TEST_F(SettingsMirror, ADeletedControlIsFatalEvenAfterAnotherChanges) {
+    const auto readWithout = [this](QWidget* control) {
+        delete control;
         if (controller->sliderThreshold)
             controller->sliderThreshold->setFloatValue(50);
         if (controller->stepperEditAreaSize)
@@ -131,7 +131,7 @@ TEST_F(SettingsMirror, AControlThatIsGoneStaysMissedWhenAnotherChanges) {
     EXPECT_DEATH(readWithout(controller->comboRepair), "comboRepair is gone");
 }
 
-TEST_F(SettingsMirror, TheFieldAloneIsTheSenderThatCounts) {
+TEST_F(SettingsMirror, ASenderOtherThanTheFieldMakesTheFieldFollowTheStepper) {
     controller->textFieldEditAreaSize->setText(QStringLiteral("25"));
     controller->OnEditAreaSizeChanged(nullptr);
     EXPECT_EQ(controller->stepperEditAreaSize->integerValue(), 10);

@@ -18,14 +18,14 @@ protected:
     Image image = skinWithBlemishes({30, 20}, {{10, 10}});
 };
 
-TEST_F(StateFiles, WhatWasWrittenIsReadBackAsTheVeryImage) {
+TEST_F(StateFiles, ReadingReturnsTheWrittenImageItself) {
     ASSERT_TRUE(files.write(image, path("state.jpg"), "jpg"));
     const auto read = files.read(path("state.jpg"));
     ASSERT_TRUE(read.has_value());
     EXPECT_TRUE(read->isSameObject(image));
 }
 
-TEST_F(StateFiles, TheFileIsACompletePictureForAnybody) {
+TEST_F(StateFiles, TheFileCanBeDecodedByAnyProgram) {
     for (const std::string_view type : ImageTools::kAcceptedTypes) {
         SCOPED_TRACE(type);
         const std::filesystem::path file = path("state." + std::string(type));
@@ -42,7 +42,7 @@ TEST_F(StateFiles, AnUnknownFormatOrFolderIsNotWritten) {
     EXPECT_TRUE(filesIn(folder.path()).empty());
 }
 
-TEST_F(StateFiles, TheLaterOfTwoWritesCounts) {
+TEST_F(StateFiles, ALaterWriteReplacesTheImage) {
     const Image later = filled({5, 5}, kSkin);
     ASSERT_TRUE(files.write(image, path(), "png"));
     ASSERT_TRUE(files.write(later, path(), "png"));
@@ -50,7 +50,7 @@ TEST_F(StateFiles, TheLaterOfTwoWritesCounts) {
     EXPECT_TRUE(samePixels(decoded(path()), later));
 }
 
-TEST_F(StateFiles, AFileThatIsAnotherIsDecoded) {
+TEST_F(StateFiles, AReplacedFileIsDecoded) {
     ASSERT_TRUE(files.write(image, path(), "png"));
     const Image other = filled({5, 5}, kBlemish);
     ASSERT_TRUE(ImageTools::SaveImage(other, path("other.png"), "png"));
@@ -60,7 +60,7 @@ TEST_F(StateFiles, AFileThatIsAnotherIsDecoded) {
     EXPECT_TRUE(samePixels(*read, other));
 }
 
-TEST_F(StateFiles, AFileWithTheSameBytesInAnotherPlaceIsDecodedToo) {
+TEST_F(StateFiles, AReplacedFileWithTheSameBytesIsDecoded) {
     ASSERT_TRUE(files.write(image, path(), "png"));
     std::filesystem::copy_file(path(), path("copy.png"));
     std::filesystem::rename(path("copy.png"), path());
@@ -70,32 +70,32 @@ TEST_F(StateFiles, AFileWithTheSameBytesInAnotherPlaceIsDecodedToo) {
     EXPECT_TRUE(samePixels(*read, image));
 }
 
-TEST_F(StateFiles, AFileOfSomebodyElseIsDecoded) {
+TEST_F(StateFiles, AFileThatWasNotWrittenHereIsDecoded) {
     ASSERT_TRUE(ImageTools::SaveImage(image, path(), "png"));
     const auto read = files.read(path());
     ASSERT_TRUE(read.has_value());
     EXPECT_TRUE(samePixels(*read, image));
 }
 
-TEST_F(StateFiles, AFileThatIsGoneOrNoPictureGivesNothing) {
+TEST_F(StateFiles, ReadingADeletedOrInvalidFileFails) {
     ASSERT_TRUE(files.write(image, path(), "png"));
     std::filesystem::remove(path());
     EXPECT_FALSE(files.read(path()).has_value());
-    writeFile(path(), "no picture");
+    writeFile(path(), "not a picture");
     EXPECT_FALSE(files.read(path()).has_value());
 }
 
-TEST_F(StateFiles, AnImageThatItsFormatCannotHoldGivesNothing) {
+TEST_F(StateFiles, AnImageThatItsFormatCannotHoldIsNotWritten) {
     EXPECT_TRUE(files.write(filled({65501, 1}, kSkin), path("wide.jpg"), "jpg"));
     EXPECT_FALSE(std::filesystem::exists(path("wide.jpg")));
     EXPECT_FALSE(files.read(path("wide.jpg")).has_value());
 }
 
-TEST_F(StateFiles, AnUnholdableImageOverAnEarlierFileIsNotTakenForIt) {
+TEST_F(StateFiles, AnImageThatItsFormatCannotHoldDoesNotReplaceAnEarlierFile) {
     ASSERT_TRUE(files.write(image, path("state.jpg"), "jpg"));
     EXPECT_TRUE(files.write(filled({65501, 1}, kSkin), path("state.jpg"), "jpg"));
     const auto read = files.read(path("state.jpg"));
-    // What stands in the file is what is read, never a picture that is not in it.
+    // Reading returns the file's content, not the image that could not be written.
     ASSERT_TRUE(read);
     EXPECT_TRUE(samePixels(*read, decoded(path("state.jpg"))));
 }

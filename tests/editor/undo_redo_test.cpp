@@ -11,11 +11,11 @@ protected:
     void redo() { controller->OnRedo(nullptr); }
 
     static Image photoWithout(std::initializer_list<std::size_t> repaired) {
-        std::vector<PixelPosition> left;
+        std::vector<PixelPosition> remaining;
         for (std::size_t i = 0; i < blemishes().size(); ++i)
             if (std::ranges::find(repaired, i) == repaired.end())
-                left.push_back(blemishes()[i]);
-        return skinWithBlemishes(kPhotoSize, left);
+                remaining.push_back(blemishes()[i]);
+        return skinWithBlemishes(kPhotoSize, remaining);
     }
 };
 
@@ -36,7 +36,7 @@ TEST_F(UndoRedo, RightAfterOpeningThereIsNothingToUndo) {
     });
 }
 
-TEST_F(UndoRedo, TwoUndosShowTheLoadedPhotoAndARedoTheFirstRepair) {
+TEST_F(UndoRedo, StepsThroughTheHistory) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
@@ -61,7 +61,7 @@ TEST_F(UndoRedo, TwoUndosShowTheLoadedPhotoAndARedoTheFirstRepair) {
     expectUnchangedBy([this] { redo(); });
 }
 
-TEST_F(UndoRedo, StepsLeaveTheListAndItsFilesAlone) {
+TEST_F(UndoRedo, StepsKeepTheListAndItsFiles) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
@@ -76,7 +76,7 @@ TEST_F(UndoRedo, StepsLeaveTheListAndItsFilesAlone) {
     EXPECT_TRUE(watch.events().empty());
 }
 
-TEST_F(UndoRedo, ARepairAfterAnUndoForgetsTheRedo) {
+TEST_F(UndoRedo, ARepairAfterAnUndoDropsTheRedo) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
@@ -91,7 +91,7 @@ TEST_F(UndoRedo, ARepairAfterAnUndoForgetsTheRedo) {
     EXPECT_TRUE(samePixels(shown(), photoWithout({0})));
 }
 
-TEST_F(UndoRedo, NeitherIsPossibleWhileARepairIsInFlight) {
+TEST_F(UndoRedo, NeitherIsPossibleDuringARepair) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
@@ -108,8 +108,8 @@ TEST_F(UndoRedo, NeitherIsPossibleWhileARepairIsInFlight) {
     EXPECT_TRUE(controller->canUndo());
 }
 
-TEST_F(UndoRedo, AStepIsExactEvenWhereTheFileFormatIsLossy) {
-    // Noise: no JPEG holds it exactly.
+TEST_F(UndoRedo, StepsAreExactEvenInALossyFormat) {
+    // JPEG cannot store noise exactly.
     const Image noise = painted(kPhotoSize, [](int row, int column) {
         const unsigned seed = static_cast<unsigned>(row) * 7919U + static_cast<unsigned>(column) * 104729U;
         return RGBA32(static_cast<std::uint8_t>(seed % 251), static_cast<std::uint8_t>(seed / 7 % 241),
@@ -147,7 +147,7 @@ TEST_F(UndoRedo, ManyRoundTripsLoseNothing) {
     }
 }
 
-TEST_F(UndoRedo, AStateFileThatSomebodyReplacedIsReadFromTheDisk) {
+TEST_F(UndoRedo, AReplacedStateFileIsReadFromTheDisk) {
     openThroughPanel(makePhoto());
     retouch(0);
     const Image other = filled({33, 22}, grey(12));
@@ -158,7 +158,7 @@ TEST_F(UndoRedo, AStateFileThatSomebodyReplacedIsReadFromTheDisk) {
     EXPECT_TRUE(samePixels(shown(), other));
 }
 
-TEST_F(UndoRedo, AStateFileThatSomebodyWroteIntoIsReadFromTheDisk) {
+TEST_F(UndoRedo, AModifiedStateFileIsReadFromTheDisk) {
     openThroughPanel(makePhoto("portrait.bmp"));
     retouch(0);
     std::string contents = contentsOf(controller->stateImagesPath[0]);
@@ -171,7 +171,7 @@ TEST_F(UndoRedo, AStateFileThatSomebodyWroteIntoIsReadFromTheDisk) {
     EXPECT_TRUE(samePixels(controller->originalImage(), decoded(controller->stateImagesPath[0])));
 }
 
-TEST_F(UndoRedo, AStateThatCannotBeReadKeepsThePictureAndThePlace) {
+TEST_F(UndoRedo, UndoToAnUnreadableStateChangesNothing) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
@@ -179,11 +179,11 @@ TEST_F(UndoRedo, AStateThatCannotBeReadKeepsThePictureAndThePlace) {
     expectUnchangedBy([this] { undo(); });
     EXPECT_EQ(controller->currenState, 2);
 
-    writeFile(controller->stateImagesPath[1], "no picture");
+    writeFile(controller->stateImagesPath[1], "not a picture");
     expectUnchangedBy([this] { undo(); });
 }
 
-TEST_F(UndoRedo, ALaterStateThatCannotBeReadKeepsThePictureAndThePlace) {
+TEST_F(UndoRedo, RedoToAnUnreadableStateChangesNothing) {
     openThroughPanel(makePhoto());
     retouch(0);
     undo();
@@ -192,7 +192,7 @@ TEST_F(UndoRedo, ALaterStateThatCannotBeReadKeepsThePictureAndThePlace) {
     EXPECT_EQ(controller->currenState, 0);
 }
 
-TEST_F(UndoRedo, TwoStatesOfOneMillisecondBothShowTheLaterPicture) {
+TEST_F(UndoRedo, TwoStatesOfOneMillisecondBothShowTheLaterImage) {
     platform.wallClockStep = 0;
     openThroughPanel(makePhoto());
     retouch(0);
@@ -205,9 +205,9 @@ TEST_F(UndoRedo, TwoStatesOfOneMillisecondBothShowTheLaterPicture) {
     EXPECT_TRUE(samePixels(shown(), photoWithout({0})));
 }
 
-TEST_F(UndoRedo, AStateOfAFormatThatCouldNotHoldItIsAStateThatCannotBeRead) {
+TEST_F(UndoRedo, AStateThatItsFormatCannotHoldIsUnreadable) {
     openThroughPanel(makePhoto("wide.jpg", filled({40, 40}, kSkin)));
-    const Image wide = filled({65501, 1}, kSkin); // one pixel too wide for a JPEG of the library
+    const Image wide = filled({65501, 1}, kSkin); // one pixel wider than the JPEG library can write
     controller->setOriginalImage(wide);
     controller->PushStateImage();
     EXPECT_EQ(controller->currenState, 1);
@@ -218,7 +218,7 @@ TEST_F(UndoRedo, AStateOfAFormatThatCouldNotHoldItIsAStateThatCannotBeRead) {
     expectUnchangedBy([this] { redo(); });
 }
 
-TEST_F(UndoRedo, APossibleStepIsAnnounced) {
+TEST_F(UndoRedo, AvailableStepsAreAnnounced) {
     int announced = 0;
     QObject::connect(controller.get(), &ViewController::stateChanged, controller.get(), [&] { ++announced; });
     openThroughPanel(makePhoto());
@@ -227,7 +227,7 @@ TEST_F(UndoRedo, APossibleStepIsAnnounced) {
     QObject::connect(controller.get(), &ViewController::stateChanged, controller.get(),
                      [&] { couldUndo = controller->canUndo(); });
     retouch(0);
-    EXPECT_TRUE(couldUndo); // at the last announcement the flag is cleared and the list is complete
+    EXPECT_TRUE(couldUndo); // the last announcement comes after the flag is cleared and the list is complete
     bool couldRedo = false;
     QObject::connect(controller.get(), &ViewController::stateChanged, controller.get(),
                      [&] { couldRedo = controller->canRedo(); });

@@ -11,7 +11,7 @@ namespace {
 
 class Window : public EditorTest {
 protected:
-    /// Closes the window as the window manager does; whether it lets itself be closed.
+    /// Closes the window as the window manager does. Returns whether it accepts.
     bool close() {
         QCloseEvent event;
         QCoreApplication::sendEvent(root.get(), &event);
@@ -31,7 +31,7 @@ TEST_F(UnloadedWindow, TheRootViewIsDarkGrey) {
     EXPECT_EQ(picture.pixelColor(200, 150), QColor(38, 38, 38)); // 0.15
 }
 
-TEST_F(UnloadedWindow, LoadingDressesTheControls) {
+TEST_F(UnloadedWindow, LoadingInitialisesTheControls) {
     controller->boxHint->hide();
     controller->boxHelp->hide();
     imageView->setAcceptDrops(false);
@@ -62,12 +62,12 @@ TEST_F(UnloadedWindow, TheCheckBoxIsTitledInWhiteFutura) {
     EXPECT_EQ(box.text(), QStringLiteral("Autodetect Color"));
     ASSERT_FALSE(box.font().families().isEmpty());
     EXPECT_EQ(box.font().families().front(), QStringLiteral("Futura"));
-    EXPECT_GT(box.font().families().size(), 1); // with relatives, where it is not installed
+    EXPECT_GT(box.font().families().size(), 1); // fallbacks, as it may not be installed
     EXPECT_EQ(box.palette().color(QPalette::Active, QPalette::WindowText), QColor(Qt::white));
     EXPECT_EQ(box.layoutDirection(), Qt::LeftToRight);
 }
 
-TEST_F(UnloadedWindow, AControlThatIsMissingAtTheLoadIsFatal) {
+TEST_F(UnloadedWindow, LoadingWithoutAControlIsFatal) {
     const auto loadWithout = [this](QObject* control) {
         delete control;
         controller->viewDidLoad();
@@ -86,7 +86,7 @@ TEST_F(UnloadedWindow, AControlThatIsMissingAtTheLoadIsFatal) {
     EXPECT_DEATH(loadWithout(controller->comboEffect), "gone");
 }
 
-TEST_F(UnloadedWindow, DropsAreHeardFromTheLoadOn) {
+TEST_F(UnloadedWindow, DropsAreHandledOnceLoaded) {
     const std::filesystem::path path = makePhoto();
     EXPECT_TRUE(drop(path));
     EXPECT_FALSE(imageView->image().has_value());
@@ -98,12 +98,12 @@ TEST_F(UnloadedWindow, DropsAreHeardFromTheLoadOn) {
 
 // Closing.
 
-TEST_F(Window, WithoutAPhotoItClosesWithoutAQuestion) {
+TEST_F(Window, ClosesWithoutAQuestionIfThereIsNoPhoto) {
     EXPECT_TRUE(controller->windowShouldClose());
     EXPECT_TRUE(close());
 }
 
-TEST_F(Window, WithAPhotoNoKeepsItOpenWithItsPictureAndHistory) {
+TEST_F(Window, AnsweringNoKeepsItOpenAndUnchanged) {
     openThroughPanel(makePhoto());
     retouch(0);
     expectUnchangedBy([this] {
@@ -115,7 +115,7 @@ TEST_F(Window, WithAPhotoNoKeepsItOpenWithItsPictureAndHistory) {
     EXPECT_EQ(platform.terminations, 0);
 }
 
-TEST_F(Window, AFilterThatJoinsTheWindowDuringTheQuestionDoesNotMakeItAskTwice) {
+TEST_F(Window, AnEventFilterInstalledDuringTheQuestionCausesNoSecondQuestion) {
     openThroughPanel(makePhoto());
     const int before = dialogs.shownCount();
     QObject filter;
@@ -127,7 +127,7 @@ TEST_F(Window, AFilterThatJoinsTheWindowDuringTheQuestionDoesNotMakeItAskTwice) 
     EXPECT_EQ(dialogs.shownCount(), before + 1);
 }
 
-TEST_F(Window, WithAPhotoYesDeletesEveryStateFile) {
+TEST_F(Window, AnsweringYesDeletesEveryStateFile) {
     openThroughPanel(makePhoto());
     retouch(0);
     retouch(1);
@@ -144,20 +144,20 @@ TEST_F(Window, WithAPhotoYesDeletesEveryStateFile) {
     EXPECT_EQ(controller->stateImagesPath, paths);
 }
 
-TEST_F(Window, AnyAnswerButNoCloses) {
+TEST_F(Window, AnyAnswerExceptNoCloses) {
     openThroughPanel(makePhoto());
     dialogs.expectQuestion(kExitQuestion, 1002);
     EXPECT_TRUE(controller->windowShouldClose());
 }
 
-TEST_F(Window, AskingAloneDeletesNothing) {
+TEST_F(Window, TheQuestionItselfDeletesNothing) {
     openThroughPanel(makePhoto());
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     EXPECT_TRUE(controller->windowShouldClose());
     EXPECT_EQ(stateFiles().size(), 1U);
 }
 
-TEST_F(Window, AStateFileThatCannotBeDeletedIsReportedAndTheCloseGoesOn) {
+TEST_F(Window, AStateFileThatCannotBeDeletedIsReportedAndDoesNotStopTheClosing) {
     openThroughPanel(makePhoto());
     retouch(0);
     std::filesystem::remove(controller->stateImagesPath[0]);
@@ -196,7 +196,7 @@ TEST_F(Window, TheTutorialIsOpenedInTheBrowser) {
     EXPECT_EQ(dialogs.shownCount(), 0);
 }
 
-TEST_F(Window, ATutorialAddressThatIsNoneOpensNothing) {
+TEST_F(Window, AnInvalidTutorialAddressOpensNothing) {
     for (const char* address : {"", "no address", "https://exa mple.org/", "https://[1/"}) {
         SCOPED_TRACE(address);
         controller->tutorialAddress = address;

@@ -3,6 +3,7 @@
 // The exact frame after zooming at a point, moving by keys and revealing the disc, against values worked out
 // by hand.
 #include "tests/editor/editor_fixture.h"
+#include "tests/editor/near_frames.h"
 
 namespace complexion {
 
@@ -26,13 +27,7 @@ class ZoomPositionTest : public EditorTest {
 protected:
     void open(PixelSize size) { openThroughPanel(makePhoto("photo.png", filled(size, kSkin))); }
 
-    void expectFrame(const Frame& expected) const {
-        const Frame frame = imageView->frame();
-        EXPECT_NEAR(frame.x, expected.x, 1e-9);
-        EXPECT_NEAR(frame.y, expected.y, 1e-9);
-        EXPECT_NEAR(frame.width, expected.width, 1e-9);
-        EXPECT_NEAR(frame.height, expected.height, 1e-9);
-    }
+    void expectFrame(const Frame& expected) const { expectNear(imageView->frame(), expected); }
 
     /// The frame after revealing a point of the zoomed photo with this margin.
     Frame revealed(Point inImage, double margin) {

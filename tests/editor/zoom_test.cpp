@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the zoom's actions, the pointer and the keys do to the view's frame; the rules are
-// zoom_frame_test.cpp's.
+// The zoom actions, the pointer and the keys change the view's frame. zoom_frame_test.cpp tests the
+// arithmetic.
 #include "editor/zoom_frame.h"
 #include "tests/editor/editor_fixture.h"
+#include "tests/editor/near_frames.h"
 
 #include <cmath>
 
@@ -13,13 +14,6 @@ namespace {
 
 constexpr PointSize kArea{400, 300};
 constexpr Frame kFitted{0, 0, 400, 300};
-
-void expectNear(const Frame& actual, const Frame& expected) {
-    EXPECT_NEAR(actual.x, expected.x, 1e-9);
-    EXPECT_NEAR(actual.y, expected.y, 1e-9);
-    EXPECT_NEAR(actual.width, expected.width, 1e-9);
-    EXPECT_NEAR(actual.height, expected.height, 1e-9);
-}
 
 void expectNoGap(const Frame& frame) {
     EXPECT_LE(frame.x, 0);
@@ -42,7 +36,7 @@ TEST_F(Zoom, WithoutAPhotoTheActionsDoNothing) {
     EXPECT_EQ(frame(), (Frame{-10, -20, 500, 400}));
 }
 
-TEST_F(Zoom, WithoutAPhotoADragStillFollowsTheRule) {
+TEST_F(Zoom, ADragNeedsNoPhoto) {
     drag(5, 5);
     EXPECT_EQ(frame(), kFitted);
     imageView->setFrame({-10, -20, 500, 400});
@@ -50,13 +44,13 @@ TEST_F(Zoom, WithoutAPhotoADragStillFollowsTheRule) {
     EXPECT_EQ(frame(), (Frame{-15, -25, 500, 400}));
 }
 
-TEST_F(Zoom, ResettingItselfNeedsNoPhoto) {
+TEST_F(Zoom, ResettingNeedsNoPhoto) {
     imageView->setFrame({-10, -20, 500, 400});
     controller->ResetZoom();
     EXPECT_EQ(frame(), kFitted);
 }
 
-TEST_F(Zoom, TheActionsMoveTheViewsFrameByTheRules) {
+TEST_F(Zoom, TheActionsChangeTheViewsFrame) {
     openPhoto();
     Frame expected = kFitted;
     for (int i = 0; i < 27; ++i) {
@@ -77,13 +71,13 @@ TEST_F(Zoom, TheActionsMoveTheViewsFrameByTheRules) {
     EXPECT_EQ(frame(), kFitted);
 }
 
-TEST_F(Zoom, FromTheFittedSizeAStepOutKeepsTheFrame) {
+TEST_F(Zoom, AStepOutOfTheFittedSizeKeepsTheFrame) {
     openPhoto();
     controller->OnZoomOut(nullptr);
     EXPECT_EQ(frame(), kFitted);
 }
 
-TEST_F(Zoom, AStepOutOfThePannedTopRightCornerLeavesNoGap) {
+TEST_F(Zoom, AStepOutAtTheTopRightCornerLeavesNoGap) {
     openPhoto();
     for (int i = 0; i < 8; ++i)
         controller->OnZoomIn(nullptr);
@@ -103,7 +97,7 @@ TEST_F(Zoom, ResetFitsThePhoto) {
     EXPECT_EQ(frame(), kFitted);
 }
 
-TEST_F(Zoom, TheFrameIsPulledBackIntoTheVisibleArea) {
+TEST_F(Zoom, RepositioningClosesGaps) {
     imageView->setFrame({30, 40, 800, 600});
     controller->RepositionImageInVisibleArea();
     EXPECT_EQ(frame(), (Frame{0, 0, 800, 600}));
@@ -112,14 +106,14 @@ TEST_F(Zoom, TheFrameIsPulledBackIntoTheVisibleArea) {
     EXPECT_EQ(frame(), (Frame{0, 0, 100, 100}));
 }
 
-TEST_F(Zoom, TheVisibleAreaIsTheRootViewAsItIsNow) {
+TEST_F(Zoom, TheVisibleAreaIsTheCurrentRootView) {
     openPhoto();
     root->resize(800, 500);
     controller->OnResetZoom(nullptr);
     EXPECT_EQ(frame(), (Frame{0, 0, 800, 500}));
 }
 
-TEST_F(Zoom, AnotherSizeOfWindowKeepsTheRatio) {
+TEST_F(Zoom, ResizingTheWindowKeepsTheRatio) {
     openPhoto();
     controller->OnZoomIn(nullptr);
     root->resize(800, 500);
@@ -155,7 +149,7 @@ TEST_F(Zoom, AnotherPhotoResetsTheZoom) {
     EXPECT_EQ(frame(), kFitted);
 }
 
-TEST_F(Zoom, AViewThatIsGoneIsFatal) {
+TEST_F(Zoom, ADeletedViewIsFatal) {
     openPhoto();
     EXPECT_DEATH(
         {
@@ -165,16 +159,16 @@ TEST_F(Zoom, AViewThatIsGoneIsFatal) {
         "gone");
 }
 
-class Looking : public EditorTest {};
+class ZoomAtPoint : public EditorTest {};
 
-TEST_F(Looking, WithoutAPhotoNothingZooms) {
+TEST_F(ZoomAtPoint, DoesNothingWithoutAPhoto) {
     const Frame before = imageView->frame();
     controller->ZoomAbout({10, 10}, 3);
     controller->ZoomToPixels({10, 10});
     EXPECT_EQ(imageView->frame(), before);
 }
 
-TEST_F(Looking, StepsAreThoseOfTheButtons) {
+TEST_F(ZoomAtPoint, HasTheStepsOfTheButtons) {
     openThroughPanel(makePhoto());
     controller->ZoomAbout({10, 10}, 3);
     EXPECT_NEAR(imageView->frame().width, 400 * std::pow(1.1, 3), 1e-9);
@@ -182,7 +176,7 @@ TEST_F(Looking, StepsAreThoseOfTheButtons) {
     EXPECT_NEAR(imageView->frame().width, 400 * std::pow(1.1, 3) * 0.9, 1e-9);
 }
 
-TEST_F(Looking, OnePixelIsOneOfTheScreenAndOnItsGrid) {
+TEST_F(ZoomAtPoint, ToPixelsAlignsPixelsWithTheScreen) {
     // 1000 by 700 pixels: 0.4 points each when fitted.
     openThroughPanel(makePhoto("large.png", filled({1000, 700}, kSkin)));
     controller->ZoomToPixels({133, 71});
@@ -192,14 +186,14 @@ TEST_F(Looking, OnePixelIsOneOfTheScreenAndOnItsGrid) {
     EXPECT_NEAR(shown.dy(), std::round(shown.dy()), 1e-9);
 }
 
-TEST_F(Looking, OnePixelStaysAsLargeAsTheLimitAllows) {
-    // Already five points a pixel when fitted: smaller would leave a gap.
+TEST_F(ZoomAtPoint, ToPixelsIsLimitedToTheFittedSize) {
+    // Fitted, a pixel already has five points: a smaller scale would leave a gap.
     openThroughPanel(makePhoto());
     controller->ZoomToPixels({133, 71});
     EXPECT_EQ(imageView->frame(), (Frame{0, 0, 400, 300}));
 }
 
-TEST_F(Looking, RevealingMovesThePhotoOnlyAsFarAsNeeded) {
+TEST_F(ZoomAtPoint, RevealingMovesThePhotoNoFurtherThanNeeded) {
     openThroughPanel(makePhoto());
     controller->ZoomAbout({200, 150}, 12);
     const Frame before = imageView->frame();
