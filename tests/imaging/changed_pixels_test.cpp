@@ -6,19 +6,19 @@
 namespace complexion {
 namespace {
 
-TEST(ChangedPixels, AreNoneInTheVeryImage) {
+TEST(ChangedPixels, AreNoneForTheSameObject) {
     const Image image = noise({300, 200});
     EXPECT_EQ(changedPixels(image, image), PixelMask{});
 }
 
-TEST(ChangedPixels, AreNoneWhereTheSameValuesWereWritten) {
+TEST(ChangedPixels, AreNoneIfTheSameValuesWereWritten) {
     const Image image = filled({300, 200}, kSkin);
     EXPECT_EQ(changedPixels(image, withPixels(image, {{10, 10}}, kSkin)), PixelMask{});
 }
 
-TEST(ChangedPixels, AreThoseWithAnotherValueInTheSmallestArea) {
+TEST(ChangedPixels, HaveTheSmallestBoundingBox) {
     const Image image = filled({600, 300}, kSkin);
-    // Across the borders of tiles, 256 by 64 pixels.
+    // Across tile borders: tiles have 256 by 64 pixels.
     const std::vector<PixelPosition> places = {{63, 255}, {64, 256}, {70, 250}};
     const PixelMask mask = changedPixels(image, withPixels(image, places, kBlemish));
     EXPECT_EQ(mask.area, (PixelRect{250, 63, 7, 8}));

@@ -8,7 +8,7 @@
 
 namespace complexion {
 
-/// A colour in CIELAB (CIE 15), under the D65 white of sRGB (IEC 61966-2-1).
+/// A colour in CIELAB (CIE 15) with the D65 white point of sRGB (IEC 61966-2-1).
 struct Lab {
     double lightness = 0; // 0 .. 100
     double a = 0;         // green to red
@@ -18,18 +18,18 @@ struct Lab {
     double hueDegrees() const { return std::atan2(b, a) * 180 / std::numbers::pi; }
 };
 
-/// Light of an sRGB level (0 .. 255), 0 .. 1.
+/// The linear light, 0 to 1, of an sRGB level, 0 to 255.
 inline double linearLight(double level) {
     const double value = level / 255;
     return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
 }
 
-/// The sRGB level of a light, 0 .. 255.
+/// The sRGB level, 0 to 255, of linear light, 0 to 1.
 inline double levelOfLight(double light) {
     return 255 * (light <= 0.0031308 ? 12.92 * light : 1.055 * std::pow(light, 1 / 2.4) - 0.055);
 }
 
-/// The relative luminance (Y) of an opaque sRGB pixel, 0 .. 1.
+/// The relative luminance Y, 0 to 1, of an opaque sRGB pixel.
 inline double luminance(RGBA32 pixel) {
     return 0.2126 * linearLight(pixel.red()) + 0.7152 * linearLight(pixel.green()) +
            0.0722 * linearLight(pixel.blue());

@@ -24,7 +24,7 @@ inline RGBA32 opaque(double red, double green, double blue) {
     return {level(red), level(green), level(blue), 255};
 }
 
-/// Skin from light to dark.
+/// Skin tones from light to dark.
 inline constexpr std::array kSkins = {
     RGBA32(244, 212, 190, 255), RGBA32(226, 178, 148, 255), RGBA32(199, 148, 118, 255),
     RGBA32(165, 112, 84, 255),  RGBA32(118, 76, 56, 255),   RGBA32(78, 50, 38, 255),
@@ -37,8 +37,8 @@ inline std::vector<RGBA32> greyRamp() {
     return ramp;
 }
 
-/// Fields of one colour each, 16 by 16: greys, skins, and twelve hues of three strengths and three
-/// brightnesses.
+/// A chart of uniform fields, 16 by 16 pixels each: greys, skin tones, and twelve hues at three saturations
+/// and three brightnesses.
 inline Image colorChart() {
     std::vector<RGBA32> fields;
     for (int level = 0; level < 256; level += 15)
@@ -46,11 +46,11 @@ inline Image colorChart() {
     for (const RGBA32 skin : kSkins)
         fields.insert(fields.end(), 6, skin);
     for (int hue = 0; hue < 12; ++hue)
-        for (const double strength : {0.2, 0.35, 0.5})
+        for (const double saturation : {0.2, 0.35, 0.5})
             for (const double value : {80.0, 150.0, 215.0}) {
                 const auto component = [&](int offset) {
                     const double wave = 0.5 + 0.5 * std::cos((hue * 30 + offset) * std::numbers::pi / 180);
-                    return value * (1 - strength * (1 - wave));
+                    return value * (1 - saturation * (1 - wave));
                 };
                 fields.push_back(opaque(component(0), component(-120), component(120)));
             }
@@ -68,7 +68,7 @@ inline Image colorChart() {
     return Image::fromPixels(size, pixels);
 }
 
-/// All pixels of a level, row by row.
+/// All pixels of a mipmap level, row by row.
 inline std::vector<RGBA32> levelPixelsOf(const Image& image, int level) {
     const PixelSize size = image.levelSize(level);
     std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()));
@@ -76,14 +76,15 @@ inline std::vector<RGBA32> levelPixelsOf(const Image& image, int level) {
     return pixels;
 }
 
-/// What an effect makes of some pixels.
+/// The pixels after an effect.
 inline std::vector<RGBA32> through(const std::string& effect, std::vector<RGBA32> pixels) {
     photoEffect(effect)->apply(pixels);
     return pixels;
 }
 
-/// How many pixels of the halved levels are further than 3 levels from the halved full result.
-inline double shareFarFromFullResult(const Image& picture, const std::string& effect, int level) {
+/// The share of a mipmap level's pixels that differ by more than 3 grey levels from the exact result, whose
+/// effect is applied before halving.
+inline double shareFarFromExact(const Image& picture, const std::string& effect, int level) {
     const Image lazy = ImageTools::ApplyEffectOnImage(picture, effect);
     const std::vector<RGBA32> shown = levelPixelsOf(lazy, level);
     const std::vector<RGBA32> exact = levelPixelsOf(lazy.materialized(), level);

@@ -56,12 +56,12 @@ std::string jpegWith(const std::string& segments) {
     return withSegments(encodedAs(kJpegCodec, anyPicture()), segments);
 }
 
-/// A photo with the main packet and the extension in three pieces.
+/// A photo with a main packet and an extension in three pieces.
 std::string extendedPhoto(const std::string& extension = kExtension) {
     const std::string digest = xmpDigest(extension);
     const std::size_t third = extension.size() / 3;
     std::string segments = jpegSegmentOf(0xe1, kMainStart + mainNaming(digest));
-    // The last comes first: the offsets count, not the order.
+    // Out of order, as the offsets decide.
     for (const std::size_t offset : {2 * third, std::size_t{0}, third})
         segments += pieceOf(digest, extension.size(), offset,
                             extension.substr(offset, offset == 2 * third ? std::string::npos : third));
@@ -93,15 +93,15 @@ std::string xmpIn(const std::string& file) {
     return {metadata.xmp.begin(), metadata.xmp.end()};
 }
 
-constexpr Container kRoomy[] = {Container::Png, Container::Tiff, Container::Gif};
+constexpr Container kFormatsWithoutLimit[] = {Container::Png, Container::Tiff, Container::Gif};
 
-TEST(ExtendedXmp, FromJpegToJpegComesByteForByte) {
+TEST(ExtendedXmp, IsCarriedFromJpegToJpegByteForByte) {
     const std::string source = extendedPhoto();
     EXPECT_TRUE(carried(source, written(Container::Jpeg)) == source);
 }
 
-TEST(ExtendedXmp, OtherFormatsGetOnePacketOfBothParts) {
-    for (const Container container : kRoomy) {
+TEST(ExtendedXmp, BecomesOnePacketInOtherFormats) {
+    for (const Container container : kFormatsWithoutLimit) {
         const std::string xmp = xmpIn(carried(extendedPhoto(), written(container)));
         EXPECT_TRUE(contains(xmp, "big:One=\"1\""));
         EXPECT_TRUE(contains(xmp, ">" + std::string(900, '2') + "</big:Two>"));
@@ -113,30 +113,30 @@ TEST(ExtendedXmp, OtherFormatsGetOnePacketOfBothParts) {
     }
 }
 
-TEST(ExtendedXmp, AnUnusableExtensionLeavesTheMainPacketAlone) {
+TEST(ExtendedXmp, OfAnInvalidExtensionOnlyTheMainPacketIsCarried) {
     const std::string digest = xmpDigest(kExtension);
     const std::string start = jpegSegmentOf(0xe1, kMainStart + mainNaming(digest));
     const std::size_t length = kExtension.size();
     const std::string first = kExtension.substr(0, 500);
     const std::string second = kExtension.substr(500);
     const std::string damaged[] = {
-        "",                                                                                   // none
-        pieceOf(std::string(32, 'A'), length, 0, kExtension),                                 // another's
-        pieceOf(digest, length, 0, first),                                                    // cut
-        pieceOf(digest, length, 500, second),                                                 // no start
-        pieceOf(digest, length, 0, first) + pieceOf(digest, length, 499, second),             // overlap
-        pieceOf(digest, length, 0, first) + pieceOf(digest, length, 501, second),             // gap
-        pieceOf(digest, length, 0, kExtension) + pieceOf(digest, length, 0, kExtension),      // twice
-        pieceOf(digest, length, 0, first) + pieceOf(digest, length + 1, 500, second),         // lengths
-        pieceOf(digest, 0xffffffff, 0, kExtension),                                           // too long
-        pieceOf(digest, 0xffffffff, 0xffffff00, kExtension),                                  // far away
-        pieceOf(digest, 0, 0, kExtension),                                                    // too short
-        pieceOf(digest, 9, 0, "no packet"),                                                   // not XML
-        pieceOf(digest, 17, 0, "<rdf:RDF><a></b> "),                                          // damaged
+        "",                                                                              // none
+        pieceOf(std::string(32, 'A'), length, 0, kExtension),                            // of another packet
+        pieceOf(digest, length, 0, first),                                               // truncated
+        pieceOf(digest, length, 500, second),                                            // no start
+        pieceOf(digest, length, 0, first) + pieceOf(digest, length, 499, second),        // overlap
+        pieceOf(digest, length, 0, first) + pieceOf(digest, length, 501, second),        // gap
+        pieceOf(digest, length, 0, kExtension) + pieceOf(digest, length, 0, kExtension), // twice
+        pieceOf(digest, length, 0, first) + pieceOf(digest, length + 1, 500, second),    // lengths
+        pieceOf(digest, 0xffffffff, 0, kExtension),                                      // too long
+        pieceOf(digest, 0xffffffff, 0xffffff00, kExtension),                             // far away
+        pieceOf(digest, 0, 0, kExtension),                                               // too short
+        pieceOf(digest, 9, 0, "no packet"),                                              // not XML
+        pieceOf(digest, 17, 0, "<rdf:RDF><a></b> "),                                     // damaged
         jpegSegmentOf(0xe1, kExtensionStart + digest) + jpegSegmentOf(0xe1, kExtensionStart), // headers
     };
     for (const std::string& pieces : damaged)
-        for (const Container container : kRoomy) {
+        for (const Container container : kFormatsWithoutLimit) {
             const std::string xmp = xmpIn(carried(jpegWith(start + pieces), written(container)));
             EXPECT_TRUE(contains(xmp, "tiff:Orientation=")) << pieces;
             EXPECT_FALSE(contains(xmp, "HasExtendedXMP")) << pieces;
@@ -144,7 +144,7 @@ TEST(ExtendedXmp, AnUnusableExtensionLeavesTheMainPacketAlone) {
         }
 }
 
-TEST(ExtendedXmp, NamespacesOfTheElementsAroundComeAlong) {
+TEST(ExtendedXmp, NamespacesOfEnclosingElementsAreKept) {
     const std::string extension = "<r:RDF xmlns:r=\"rdf/\" xmlns:big=\"b/\" xmlns:own=\"outer/\">"
                                   "<r:Description xmlns:own=\"inner/\" big:One=\"1\"/></r:RDF>";
     const auto joined = joinedXmp(packetOf("<rdf:Description a=\"b\"/>"), extension);
@@ -152,7 +152,7 @@ TEST(ExtendedXmp, NamespacesOfTheElementsAroundComeAlong) {
                                "xmlns:own=\"inner/\" big:One=\"1\"/>"));
 }
 
-TEST(ExtendedXmp, NamespacesThatWouldSwellThePacketAreRefused) {
+TEST(ExtendedXmp, NamespacesAndEntitiesThatWouldInflateThePacketAreRefused) {
     std::string names;
     for (int i = 0; i < 900; ++i)
         names += " xmlns:n" + std::to_string(i) + "=\"" + std::string(100, 'u') + "\"";
@@ -166,7 +166,7 @@ TEST(ExtendedXmp, NamespacesThatWouldSwellThePacketAreRefused) {
     EXPECT_FALSE(joinedXmp(main, "<!DOCTYPE a [<!ENTITY e \"eee\">]><rdf:RDF><a/></rdf:RDF>"));
 }
 
-TEST(ExtendedXmp, ThumbnailsGoFromTheExtensionAndItsDigestIsThatOfTheRest) {
+TEST(ExtendedXmp, RemovingThumbnailsFromTheExtensionUpdatesItsDigest) {
     const std::string extension =
         packetOf("<rdf:Description xmlns:xmp=\"x/\"><xmp:Thumbnails>the face before</xmp:Thumbnails>"
                  "<xmp:Kept>kept</xmp:Kept></rdf:Description>");
@@ -177,7 +177,7 @@ TEST(ExtendedXmp, ThumbnailsGoFromTheExtensionAndItsDigestIsThatOfTheRest) {
     EXPECT_EQ(carried(result, written(Container::Jpeg)), result);
 }
 
-TEST(ExtendedXmp, ThePhotoBeforeACameraBlurredItIsLeftBehind) {
+TEST(ExtendedXmp, AnEmbeddedUneditedPhotoIsRemoved) {
     const std::string extension = packetOf(
         "<rdf:Description xmlns:GImage=\"g/\" GImage:Mime=\"image/jpeg\"\n GImage:Data = \"the face\"/>");
     const std::string source = extendedPhoto(extension);
@@ -189,14 +189,14 @@ TEST(ExtendedXmp, ThePhotoBeforeACameraBlurredItIsLeftBehind) {
     }
 }
 
-TEST(ExtendedXmp, AThumbnailOfOneTagIsNotTakenForTheStartOfAnother) {
+TEST(ExtendedXmp, AnEmptyThumbnailElementIsNotTakenForTheStartOfAnother) {
     const std::string xmp = "<a/><xmp:Thumbnails/><b/><xmp:Thumbnails>face</xmp:Thumbnails ><c/>";
     const std::string source = jpegWith(jpegSegmentOf(0xe1, kMainStart + xmp));
     EXPECT_EQ(xmpIn(carried(source, written(Container::Png))),
               "<a/>" + std::string(17, ' ') + "<b/>" + std::string(38, ' ') + "<c/>");
 }
 
-/// A file of a format that holds long packets.
+/// A file with a packet of any length. Not JPEG.
 std::string fileWith(Container container, const std::string& xmp) {
     SampleTiff tiff;
     tiff.strip = "pixels";
@@ -215,7 +215,7 @@ std::string fileWith(Container container, const std::string& xmp) {
     }
 }
 
-/// The payloads of the segments that begin with `start`.
+/// The payloads of the JPEG segments that begin with `start`.
 std::vector<std::string> payloadsOf(const std::string& jpeg, const std::string& start) {
     std::vector<std::string> payloads;
     for (std::size_t at = 0; (at = jpeg.find(start, at)) != std::string::npos; at += start.size()) {
@@ -232,8 +232,8 @@ const std::string kLongNodes =
     std::string(150'000, 'w') + "\">\n <s:Few>few</s:Few>\n <s:Deep><rdf:Seq><rdf:li>" +
     std::string(90'000, 'd') + "</rdf:li></rdf:Seq></s:Deep>\n</rdf:Description>";
 
-TEST(ExtendedXmp, APacketThatIsTooLongForASegmentIsDividedByItsLargestProperties) {
-    for (const Container container : kRoomy) {
+TEST(ExtendedXmp, OfAPacketTooLongForASegmentTheLargestPropertiesMoveToTheExtension) {
+    for (const Container container : kFormatsWithoutLimit) {
         const std::string jpeg = carried(fileWith(container, packetOf(kLongNodes)), written(Container::Jpeg));
         const std::vector<std::string> mains = payloadsOf(jpeg, kMainStart);
         ASSERT_EQ(mains.size(), 1U);
@@ -260,7 +260,7 @@ TEST(ExtendedXmp, APacketThatIsTooLongForASegmentIsDividedByItsLargestProperties
     }
 }
 
-TEST(ExtendedXmp, ALongPacketComesBackFromJpegWithAllItsProperties) {
+TEST(ExtendedXmp, ALongPacketKeepsAllItsPropertiesThroughJpeg) {
     const std::string jpeg =
         carried(fileWith(Container::Tiff, packetOf(kLongNodes)), written(Container::Jpeg));
     const std::string xmp = xmpIn(carried(jpeg, written(Container::Png)));
@@ -271,7 +271,7 @@ TEST(ExtendedXmp, ALongPacketComesBackFromJpegWithAllItsProperties) {
     EXPECT_FALSE(contains(xmp, "HasExtendedXMP"));
 }
 
-TEST(ExtendedXmp, PaddingAloneNeedsNoExtension) {
+TEST(ExtendedXmp, IsNotNeededForPaddingOnly) {
     const std::string packet = packetOf("<rdf:Description/>");
     const std::string end = "<?xpacket end=\"w\"?>";
     const DividedXmp divided = dividedXmp(packet + std::string(70'000, ' ') + end, kMaxMainBytes);
@@ -279,7 +279,7 @@ TEST(ExtendedXmp, PaddingAloneNeedsNoExtension) {
     EXPECT_EQ(divided.extension, "");
 }
 
-TEST(ExtendedXmp, ThePacketThatJustFitsStaysWhole) {
+TEST(ExtendedXmp, IsNotNeededForAPacketThatJustFits) {
     const std::string small = packetOf("<rdf:Description a=\"\"/>");
     const std::string fits =
         packetOf("<rdf:Description a=\"" + std::string(kMaxMainBytes - small.size(), 'a') + "\"/>");
@@ -290,7 +290,7 @@ TEST(ExtendedXmp, ThePacketThatJustFitsStaysWhole) {
     EXPECT_GT(divided.extension.size(), 60'000U);
 }
 
-TEST(ExtendedXmp, APacketThatCannotBeDividedGoesIntoTheExtensionWhole) {
+TEST(ExtendedXmp, APacketThatCannotBeDividedBecomesTheExtension) {
     const std::string long70 = std::string(70'000, 'a');
     const std::string packets[] = {
         packetOf("<rdf:Description xmlns:a=\"" + long70 + "\"/>"),
@@ -309,7 +309,7 @@ TEST(ExtendedXmp, APacketThatCannotBeDividedGoesIntoTheExtensionWhole) {
     }
 }
 
-TEST(ExtendedXmp, DeepAndManifoldTextsTakeNoTime) {
+TEST(ExtendedXmp, DeepAndLongPacketsTakeLinearTime) {
     constexpr std::size_t kCount = 300'000;
     std::string deep;
     std::string flat;
@@ -326,12 +326,12 @@ TEST(ExtendedXmp, DeepAndManifoldTextsTakeNoTime) {
     }
 }
 
-TEST(ExtendedXmp, APacketOfAnotherFileNamesNoExtensionThatIsNotThere) {
+TEST(ExtendedXmp, AReferenceToAMissingExtensionIsRemoved) {
     const std::string source = fileWith(Container::Png, mainNaming(std::string(32, 'F')));
     EXPECT_FALSE(contains(carried(source, written(Container::Jpeg)), "HasExtendedXMP"));
 }
 
-TEST(XmpDigest, IsTheOneOfTheStandard) {
+TEST(XmpDigest, IsMd5) {
     // RFC 1321, A.5.
     EXPECT_EQ(xmpDigest(""), "D41D8CD98F00B204E9800998ECF8427E");
     EXPECT_EQ(xmpDigest("message digest"), "F96B697D7CB7938D525A2F31AAF161D0");

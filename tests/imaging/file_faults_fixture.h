@@ -13,17 +13,17 @@
 
 namespace complexion {
 
-/// How many descriptors are open.
-inline std::size_t openFiles() {
+/// The number of open descriptors.
+inline std::size_t openFileCount() {
     return filesIn("/proc/self/fd").size();
 }
 
-/// A folder with one older file, and ways to write another in its place.
+/// A folder with an old file, and helpers to replace it.
 class FileFaults : public testing::Test {
 protected:
     FileFaults() { writeFile(m_path, "an older file"); }
 
-    /// Parts of 0 to 6 bytes, 1500 bytes together.
+    /// Parts of 0 to 6 bytes, 1500 bytes in total.
     static FileContents manyParts() {
         FileContents contents;
         for (int i = 0; i < 500; ++i)
@@ -38,19 +38,19 @@ protected:
         EXPECT_EQ(contentsOf(m_path), std::string(whole.begin(), whole.end()));
         EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo"});
     }
-    void expectUntouched() const {
+    void expectUnchanged() const {
         EXPECT_EQ(contentsOf(m_path), "an older file");
         EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo"});
     }
 
-    /// Writing fails and leaves the older file, and no other, when this call fails.
+    /// Expects that a failure of this call makes writing fail and leaves only the old file.
     void expectFailureWith(SystemCall call, int error, int skipped = 0) const {
-        const std::size_t before = openFiles();
+        const std::size_t before = openFileCount();
         const FailingCalls failing(call, error, 1, skipped);
         EXPECT_FALSE(write());
         EXPECT_EQ(failing.failedCount(), 1);
-        expectUntouched();
-        EXPECT_EQ(openFiles(), before);
+        expectUnchanged();
+        EXPECT_EQ(openFileCount(), before);
     }
 
     TemporaryFolder m_folder;

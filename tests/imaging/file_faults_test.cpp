@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Writing files where the system's calls fail, are interrupted, or do less than they were asked for.
+// Writing files when system calls fail, are interrupted, or transfer less than requested.
 #include "tests/imaging/file_faults_fixture.h"
 
 #include <fcntl.h>
@@ -14,15 +14,15 @@
 namespace complexion {
 namespace {
 
-TEST_F(FileFaults, ADiskThatTakesLittleAtOnceGetsEveryByte) {
-    for (const std::size_t most : {1U, 3U, 6U, 7U, 100U}) {
-        const ShortTransfers transfers(most);
+TEST_F(FileFaults, ShortWritesAreCompleted) {
+    for (const std::size_t max : {1U, 3U, 6U, 7U, 100U}) {
+        const ShortTransfers transfers(max);
         EXPECT_TRUE(write());
     }
     expectWritten();
 }
 
-TEST_F(FileFaults, AWriteThatIsInterruptedGoesOn) {
+TEST_F(FileFaults, AnInterruptedWriteIsRepeated) {
     const ShortTransfers transfers(400);
     const FailingCalls failing(SystemCall::Writev, EINTR, 3, 1);
     EXPECT_TRUE(write());
@@ -30,33 +30,33 @@ TEST_F(FileFaults, AWriteThatIsInterruptedGoesOn) {
     expectWritten();
 }
 
-TEST_F(FileFaults, AWriteThatFailsLeavesTheOlderFile) {
+TEST_F(FileFaults, AFailedWriteKeepsTheOldFile) {
     expectFailureWith(SystemCall::Writev, ENOSPC);
     const ShortTransfers transfers(400);
     expectFailureWith(SystemCall::Writev, EIO, 2);
 }
 
-TEST_F(FileFaults, AWriteThatTakesNothingFails) {
+TEST_F(FileFaults, AWriteOfZeroBytesFails) {
     {
         const ShortTransfers transfers(0);
         EXPECT_FALSE(write());
     }
-    expectUntouched();
+    expectUnchanged();
 }
 
-TEST_F(FileFaults, SpaceThatIsMissingIsFoundBeforeAnythingIsWritten) {
+TEST_F(FileFaults, MissingSpaceIsDetectedBeforeWriting) {
     expectFailureWith(SystemCall::PosixFallocate, ENOSPC);
     expectFailureWith(SystemCall::PosixFallocate, EFBIG);
 }
 
-TEST_F(FileFaults, SpaceThatCannotBeReservedIsNotMissing) {
+TEST_F(FileFaults, AFileSystemThatCannotReserveSpaceIsNotAnError) {
     const FailingCalls failing(SystemCall::PosixFallocate, EOPNOTSUPP);
     EXPECT_TRUE(write());
     EXPECT_EQ(failing.failedCount(), 1);
     expectWritten();
 }
 
-TEST_F(FileFaults, SpaceIsReservedForWhatHasBytesAlone) {
+TEST_F(FileFaults, SpaceIsReservedUnlessTheFileIsEmpty) {
     const FailingCalls failing(SystemCall::PosixFallocate, ENOSPC);
     EXPECT_TRUE(writeFileAtomically(m_path, {}));
     EXPECT_EQ(failing.failedCount(), 0);
@@ -67,30 +67,29 @@ TEST_F(FileFaults, SpaceIsReservedForWhatHasBytesAlone) {
     EXPECT_EQ(failing.failedCount(), 1);
     EXPECT_TRUE(writeFileAtomically(m_path, one));
     EXPECT_EQ(contentsOf(m_path), "1");
-    // No byte more than there will be.
-    EXPECT_EQ(std::filesystem::file_size(m_path), 1U);
+    EXPECT_EQ(std::filesystem::file_size(m_path), 1U); // and for no more than its length
 }
 
-TEST_F(FileFaults, AModeThatCannotBeSetFails) {
+TEST_F(FileFaults, FailsIfThePermissionsCannotBeSet) {
     expectFailureWith(SystemCall::Fchmod, EPERM);
 }
 
-TEST_F(FileFaults, ANameThatIsTakenIsTriedAnew) {
+TEST_F(FileFaults, ATakenTemporaryNameIsReplacedByAnother) {
     const FailingCalls failing(SystemCall::Linkat, EEXIST, 4);
     EXPECT_TRUE(write());
     EXPECT_EQ(failing.failedCount(), 4);
     expectWritten();
 }
 
-TEST_F(FileFaults, ANameThatCannotBeGivenFails) {
+TEST_F(FileFaults, FailsIfTheFileCannotBeNamed) {
     expectFailureWith(SystemCall::Linkat, EACCES);
 }
 
-TEST_F(FileFaults, AMoveThatFailsLeavesNothing) {
+TEST_F(FileFaults, AFailedRenameLeavesNoTemporaryFile) {
     expectFailureWith(SystemCall::Rename, EIO);
 }
 
-TEST_F(FileFaults, TheNameUntilTheMoveIsShortAndAtRandom) {
+TEST_F(FileFaults, TemporaryNamesAreShortAndRandom) {
     std::set<char> letters;
     std::set<std::string> names;
     for (int i = 0; i < 100; ++i) {
@@ -103,13 +102,13 @@ TEST_F(FileFaults, TheNameUntilTheMoveIsShortAndAtRandom) {
         names.insert(name);
     }
     EXPECT_GT(names.size(), 90U);
-    // 600 letters: that one of them is missing happens once in some hundred million runs.
+    // Among 600 random letters, one is missing once in some hundred million runs.
     EXPECT_EQ(std::string(letters.begin(), letters.end()), "abcdefghijklmnopqrstuvwxyz");
 }
 
-TEST_F(FileFaults, OpenFilesThatCannotBeSeenCostTheNamelessFileAlone) {
+TEST_F(FileFaults, WithoutProcANamedTemporaryFileIsUsed) {
     const mode_t before = ::umask(0027);
-    const std::size_t open = openFiles();
+    const std::size_t open = openFileCount();
     {
         const FailingCalls failing(SystemCall::Access, ENOENT);
         EXPECT_TRUE(write());
@@ -117,25 +116,25 @@ TEST_F(FileFaults, OpenFilesThatCannotBeSeenCostTheNamelessFileAlone) {
     }
     ::umask(before);
     expectWritten();
-    EXPECT_EQ(openFiles(), open);
+    EXPECT_EQ(openFileCount(), open);
     EXPECT_EQ(std::filesystem::path(lastRenamed()).filename().string().size(), 10U);
     struct stat status = {};
     ASSERT_EQ(::stat(m_path.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0640U);
 }
 
-TEST_F(FileFaults, ANamedFileGoesWhenItCannotBecomeTheTarget) {
+TEST_F(FileFaults, ANamedTemporaryFileIsDeletedOnFailure) {
     for (const SystemCall call :
          {SystemCall::Writev, SystemCall::Fchmod, SystemCall::Rename, SystemCall::Close}) {
         const FailingCalls named(SystemCall::Access, ENOENT);
         const FailingCalls failing(call, EIO);
         EXPECT_FALSE(write());
         EXPECT_EQ(failing.failedCount(), 1);
-        expectUntouched();
+        expectUnchanged();
     }
 }
 
-TEST_F(FileFaults, TheMaskOfNewFilesStaysWhatItWas) {
+TEST_F(FileFaults, RespectsAndKeepsTheUmask) {
     const mode_t before = ::umask(0);
     EXPECT_TRUE(write());
     EXPECT_EQ(::umask(0123), 0U);
@@ -146,16 +145,16 @@ TEST_F(FileFaults, TheMaskOfNewFilesStaysWhatItWas) {
     EXPECT_EQ(::umask(before), 0123U);
 }
 
-TEST_F(FileFaults, NothingStaysOpen) {
-    const std::size_t before = openFiles();
+TEST_F(FileFaults, LeavesNoDescriptorOpen) {
+    const std::size_t before = openFileCount();
     EXPECT_TRUE(write());
     EXPECT_TRUE(readFile(m_path));
     EXPECT_FALSE(readFile(m_folder.path()));
     EXPECT_TRUE(flushToDisk(m_path));
-    EXPECT_EQ(openFiles(), before);
+    EXPECT_EQ(openFileCount(), before);
 }
 
-TEST_F(FileFaults, ATargetWithoutAFolderIsInTheCurrentOne) {
+TEST_F(FileFaults, ATargetWithoutAFolderIsInTheCurrentFolder) {
     const std::filesystem::path before = std::filesystem::current_path();
     std::filesystem::current_path(m_folder.path());
     EXPECT_TRUE(writeFileAtomically("photo", manyParts()));
@@ -164,7 +163,7 @@ TEST_F(FileFaults, ATargetWithoutAFolderIsInTheCurrentOne) {
     expectWritten();
 }
 
-TEST_F(FileFaults, PartsWithoutABytesAreNothingToWrite) {
+TEST_F(FileFaults, EmptyPartsGiveAnEmptyFile) {
     FileContents contents;
     contents.append({});
     contents.append({});
@@ -172,7 +171,7 @@ TEST_F(FileFaults, PartsWithoutABytesAreNothingToWrite) {
     EXPECT_EQ(contentsOf(m_path), "");
 }
 
-TEST_F(FileFaults, AnOldInterruptionIsNotTakenForAnother) {
+TEST_F(FileFaults, AStaleErrnoIsNotTakenForAnInterruption) {
     const ShortTransfers transfers(0);
     errno = EINTR;
     EXPECT_FALSE(write());
@@ -180,7 +179,7 @@ TEST_F(FileFaults, AnOldInterruptionIsNotTakenForAnother) {
     EXPECT_TRUE(readFile(m_path));
 }
 
-TEST_F(FileFaults, AFileThatHappensToHaveThePatternsNameStays) {
+TEST_F(FileFaults, AFileNamedLikeTheTemplateIsKept) {
     writeFile(m_folder.path() / ".cx-XXXXXX", "somebody's");
     {
         const FailingCalls failing(SystemCall::Writev, EIO);
@@ -190,10 +189,10 @@ TEST_F(FileFaults, AFileThatHappensToHaveThePatternsNameStays) {
     EXPECT_EQ(contentsOf(m_folder.path() / ".cx-XXXXXX"), "somebody's");
 }
 
-TEST_F(FileFaults, WhereStandardInputIsClosedItsNumberIsAsGoodAsAnyOther) {
+TEST_F(FileFaults, DescriptorZeroIsValid) {
     const int input = ::dup(0);
     ::close(0);
-    const std::size_t before = openFiles();
+    const std::size_t before = openFileCount();
     EXPECT_TRUE(write());
     EXPECT_TRUE(readFile(m_path));
     EXPECT_TRUE(flushToDisk(m_path));
@@ -204,15 +203,15 @@ TEST_F(FileFaults, WhereStandardInputIsClosedItsNumberIsAsGoodAsAnyOther) {
     {
         const HeldFile held(m_path);
         EXPECT_EQ(held.path(), "/proc/self/fd/0");
-        EXPECT_EQ(openFiles(), before + 1);
+        EXPECT_EQ(openFileCount(), before + 1);
     }
-    EXPECT_EQ(openFiles(), before);
+    EXPECT_EQ(openFileCount(), before);
     ::dup2(input, 0);
     ::close(input);
     expectWritten();
 }
 
-TEST_F(FileFaults, NothingIsClosedTwiceAndNothingIsInherited) {
+TEST_F(FileFaults, ClosesEachDescriptorOnceAndLetsNoneBeInherited) {
     const CountedCalls counted;
     EXPECT_TRUE(write());
     EXPECT_TRUE(readFile(m_path));
@@ -234,7 +233,7 @@ TEST_F(FileFaults, NothingIsClosedTwiceAndNothingIsInherited) {
     EXPECT_EQ(counted.inheritable(), 0);
 }
 
-TEST_F(FileFaults, ANamedPipeIsNeitherWaitedForNorFlushed) {
+TEST_F(FileFaults, ANamedPipeDoesNotBlock) {
     const std::filesystem::path pipe = m_folder.path() / "pipe";
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_FALSE(flushToDisk(pipe));

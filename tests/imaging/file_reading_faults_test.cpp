@@ -109,7 +109,7 @@ TEST_F(FileFaults, WhatIsNoFileSaysSo) {
 // Holding.
 
 TEST_F(FileFaults, AHeldFileIsReadWhenItsNameIsGoneOrAnothers) {
-    const std::size_t before = openFiles();
+    const std::size_t before = openFileCount();
     {
         const HeldFile held(m_path);
         writeFile(m_folder.path() / "other", "another file");
@@ -118,7 +118,7 @@ TEST_F(FileFaults, AHeldFileIsReadWhenItsNameIsGoneOrAnothers) {
         std::filesystem::remove(m_path);
         EXPECT_EQ(contentsOf(held.path()), "an older file");
     }
-    EXPECT_EQ(openFiles(), before);
+    EXPECT_EQ(openFileCount(), before);
 }
 
 TEST_F(FileFaults, AFileThatCannotBeHeldKeepsItsPath) {

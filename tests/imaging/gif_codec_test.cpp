@@ -21,7 +21,7 @@ const RGBA32 kRed(255, 0, 0, 255);
 const RGBA32 kGreen(0, 255, 0, 255);
 const RGBA32 kClear;
 
-/// `count` opaque colours in turn.
+/// A picture that cycles through `count` opaque colours.
 Image withColors(PixelSize size, int count) {
     return picture(size, [&](int x, int y) {
         const int color = (y * size.width + x) % count;
@@ -33,7 +33,7 @@ void append(Bytes& file, const Bytes& bytes) {
     file.insert(file.end(), bytes.begin(), bytes.end());
 }
 
-/// Signature, a canvas and a table of red, green, blue, white.
+/// The signature, the canvas size and a colour table of red, green, blue and white.
 Bytes screen(int width, int height) {
     return {'G',
             'I',
@@ -62,8 +62,8 @@ Bytes screen(int width, int height) {
             255};
 }
 
-/// A frame whose pixels are written as codes one bit longer than `codeSize`, with a clear code before every
-/// one.
+/// A frame whose palette indices are coded with a clear code before each, so that all codes have `codeSize` +
+/// 1 bits.
 Bytes frame(PixelRect place, const std::vector<int>& indices, int flags = 0, const Bytes& table = {},
             int codeSize = 2) {
     Bytes bytes = {0x2C, test::byteOf(place.x),      0, test::byteOf(place.y), 0, test::byteOf(place.width),
@@ -102,7 +102,7 @@ TEST(GifCodec, UpTo256ColorsAreWrittenExactly) {
             expectSamePixels(throughFile(kGifCodec, withColors(size, count)), withColors(size, count));
 }
 
-TEST(GifCodec, TransparencyBesides255ColorsIsWrittenExactly) {
+TEST(GifCodec, TransparencyAndUpTo255ColorsAreWrittenExactly) {
     for (const int count : {1, 2, 254, 255}) {
         const Image colors = withColors({65, 67}, count);
         const Image image =
@@ -113,7 +113,7 @@ TEST(GifCodec, TransparencyBesides255ColorsIsWrittenExactly) {
     expectSamePixels(throughFile(kGifCodec, clear), clear);
 }
 
-TEST(GifCodec, HalfTransparentPixelsBecomeOneOrTheOther) {
+TEST(GifCodec, HalfTransparentPixelsBecomeOpaqueOrTransparent) {
     const Image image = picture({3, 1}, [](int x, int) {
         return x == 0 ? RGBA32(127, 0, 0, 127) : (x == 1 ? RGBA32(128, 0, 64, 128) : kRed);
     });
@@ -121,7 +121,7 @@ TEST(GifCodec, HalfTransparentPixelsBecomeOneOrTheOther) {
     EXPECT_THAT(pixelsOf(read), testing::ElementsAre(kClear, RGBA32(255, 0, 128, 255), kRed));
 }
 
-TEST(GifCodec, MoreColorsAreReducedWell) {
+TEST(GifCodec, MoreColorsAreQuantized) {
     const Image ramp = picture({256, 96}, [](int x, int y) {
         return RGBA32(test::byteOf(x), test::byteOf(y * 2), test::byteOf(128), 255);
     });
@@ -138,10 +138,10 @@ TEST(GifCodec, MoreColorsAreReducedWell) {
     }
     EXPECT_LE(colors.size(), 256U);
     EXPECT_GT(colors.size(), 200U);
-    EXPECT_LT(error / static_cast<double>(a.size()) / 3, 6); // levels; steps of 16 by 16 colours are 12 apart
+    EXPECT_LT(error / static_cast<double>(a.size()) / 3, 6); // levels; 16 by 16 colours would be 12 apart
 }
 
-TEST(GifCodec, ReducedColorsKeepTheTransparentPixelsAndOnlyThem) {
+TEST(GifCodec, QuantizingKeepsTheTransparentPixels) {
     const Image image = picture({200, 100}, [](int x, int y) {
         return (x / 10 + y / 10) % 3 == 0
                    ? kClear
@@ -153,7 +153,7 @@ TEST(GifCodec, ReducedColorsKeepTheTransparentPixelsAndOnlyThem) {
             ASSERT_EQ(read.pixel(y, x).alpha(), image.pixel(y, x).alpha()) << x << ", " << y;
 }
 
-TEST(GifCodec, FewColorsTooManyStayNearlyExact) {
+TEST(GifCodec, OneColorTooManyChangesOnlyOneColor) {
     const Image image = picture({257, 30}, [](int x, int) {
         return RGBA32(test::byteOf(x == 256 ? 1 : x), test::byteOf(x == 256 ? 1 : 255 - x), 0, 255);
     });
@@ -172,12 +172,12 @@ TEST(GifCodec, AProfileIsKept) {
     EXPECT_TRUE(throughFile(kGifCodec, image.withProfile({})).profile().isSrgb());
 }
 
-TEST(GifCodec, WhatIsTooTallOrEmptyIsRefused) {
+TEST(GifCodec, ImagesThatAreTooLargeOrEmptyAreRefused) {
     EXPECT_FALSE(kGifCodec.encode(colorful({1, 65536})));
     EXPECT_FALSE(kGifCodec.encode(Image::empty({5, 5})));
 }
 
-TEST(GifCodec, ReadsTheFirstFrameAtItsPlaceOnTheCanvas) {
+TEST(GifCodec, ReadsTheFirstFrameAtItsPositionOnTheCanvas) {
     Bytes file = screen(4, 3);
     append(file, transparentIndex(2));
     append(file, frame({1, 1, 2, 2}, {0, 1, 2, 0}));
@@ -193,7 +193,7 @@ TEST(GifCodec, ReadsTheFirstFrameAtItsPlaceOnTheCanvas) {
     EXPECT_THAT(*sizes, testing::ElementsAre(PixelSize{4, 3}, PixelSize{4, 3}));
 }
 
-TEST(GifCodec, AFrameReachesOverTheCanvasUnseen) {
+TEST(GifCodec, AFrameIsClippedToTheCanvas) {
     Bytes file = screen(2, 2);
     append(file, frame({1, 1, 2, 2}, {0, 1, 2, 3}));
     EXPECT_THAT(pixelsOf(decoded(kGifCodec, file)), testing::ElementsAre(kClear, kClear, kClear, kRed));
@@ -212,13 +212,13 @@ TEST(GifCodec, InterlacedRowsAreOrdered) {
     EXPECT_EQ(pixels[7], RGBA32(255, 255, 255, 255));
 }
 
-TEST(GifCodec, AFramesOwnTableIsTaken) {
+TEST(GifCodec, AFramesLocalColorTableIsUsed) {
     Bytes file = screen(1, 1);
     append(file, frame({0, 0, 1, 1}, {1}, 0x80, {1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(decoded(kGifCodec, file).pixel(0, 0), RGBA32(4, 5, 6, 255));
 }
 
-TEST(GifCodec, CodesAreTakenAsLongAsTheTableHoldsThem) {
+TEST(GifCodec, CodeSizesUpTo11AreAccepted) {
     for (const int codeSize : {2, 8, 9, 10, 11}) {
         Bytes file = screen(3, 1);
         append(file, transparentIndex(2));

@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 constexpr std::size_t kMegabyte = 1 << 20;
 
-/// `count` zeros as a zlib stream, a thousandth of them long.
+/// A zlib stream of `count` zeros, compressed to about a thousandth.
 std::string deflatedZeros(std::size_t count) {
     const std::string zeros(count, '\0');
     uLongf length = compressBound(zeros.size());
@@ -56,8 +56,8 @@ void addBmps(std::vector<HostileFile>& files) {
         files.push_back({nameOf("run-length BMP", width, height), bmp(width, height, 8, 1, "\xff\x01\0\1"s)});
     }
     files.push_back(
-        {"BMP of nothing but moves", bmp(4000, 4000, 8, 1, repeated("\0\2\xff\xff"s, kMegabyte / 4))});
-    files.push_back({"BMP of a million rows", bmp(1, 1'000'000, 8, 1, repeated("\0\0"s, kMegabyte))});
+        {"BMP with only delta codes", bmp(4000, 4000, 8, 1, repeated("\0\2\xff\xff"s, kMegabyte / 4))});
+    files.push_back({"BMP with a million rows", bmp(1, 1'000'000, 8, 1, repeated("\0\0"s, kMegabyte))});
 }
 
 // PNG.
@@ -78,15 +78,16 @@ void addPngs(std::vector<HostileFile>& files) {
                              png(width, height, 8, 2, interlaced, few)});
     const std::string bomb = deflatedZeros(100 * kMegabyte);
     const std::string name = "x\0\0"s;
-    files.push_back({"PNG with a bomb behind its rows", png(16, 16, 8, 2, false, pngChunkOf("IDAT", bomb))});
     files.push_back(
-        {"PNG with a bomb for a profile", png(16, 16, 8, 2, false, pngChunkOf("iCCP", name + bomb) + few)});
-    files.push_back({"PNG with a hundred bombs for texts",
+        {"PNG with a decompression bomb after its rows", png(16, 16, 8, 2, false, pngChunkOf("IDAT", bomb))});
+    files.push_back({"PNG with a decompression bomb as its profile",
+                     png(16, 16, 8, 2, false, pngChunkOf("iCCP", name + bomb) + few)});
+    files.push_back({"PNG with a hundred compressed texts of 15 MB",
                      png(16, 16, 8, 2, false,
                          repeated(pngChunkOf("zTXt", name + deflatedZeros(15 * kMegabyte)), 100) + few)});
-    files.push_back({"PNG of a hundred thousand chunks",
+    files.push_back({"PNG with a hundred thousand chunks",
                      png(16, 16, 8, 2, false, repeated(pngChunkOf("tEXt", "k\0v"s), 100'000) + few)});
-    files.push_back({"PNG of a hundred thousand empty data chunks",
+    files.push_back({"PNG with a hundred thousand empty data chunks",
                      png(16, 16, 8, 2, false, repeated(pngChunkOf("IDAT", ""), 100'000) + few)});
     files.push_back({"PNG with a chunk of impossible length",
                      png(16, 16, 8, 2, false, bigNumber(0xffffffff, 4) + "tEXt" + few)});
@@ -104,7 +105,7 @@ std::string scanOf(int component, int first, int last, int high, int low) {
                                    static_cast<char>(last) + static_cast<char>(high << 4 | low));
 }
 
-/// Everything that a scan needs to begin.
+/// The tables that a scan needs.
 std::string jpegTables() {
     const std::string quantization = "\0"s + std::string(64, '\1');
     const std::string oneCode = "\1"s + std::string(15, '\0') + "\0"s; // a single code of one bit
@@ -124,7 +125,7 @@ void addJpegs(std::vector<HostileFile>& files) {
     for (int i = 0; i < 10'000; ++i)
         scans += scanOf(1 + i % 3, 0, 0, i < 3 ? 0 : 1, 0);
     for (const int side : {64, 4000, 8000})
-        files.push_back({"progressive JPEG of ten thousand scans at " + std::to_string(side),
+        files.push_back({"progressive JPEG with ten thousand scans at " + std::to_string(side),
                          start + jpegTables() +
                              frameOf(static_cast<unsigned>(side), static_cast<unsigned>(side), 0xc2) + scans +
                              end});
@@ -136,7 +137,7 @@ void addJpegs(std::vector<HostileFile>& files) {
              withSegments(jpeg, repeated(jpegSegmentOf(marker, "Exif\0\0"s + filler.substr(6)), 128))});
     SampleTiff exif = cameraExif(1);
     exif.thumbnail = start + jpegTables() + frameOf(1024, 1024, 0xc0) + scanOf(1, 0, 63, 0, 0) + end;
-    files.push_back({"JPEG of ten thousand large thumbnails",
+    files.push_back({"JPEG with ten thousand large thumbnails",
                      withSegments(jpeg, repeated(jpegSegmentOf(0xe1, "Exif\0\0"s + exif.bytes()), 10'000))});
     files.push_back({"JPEG with a million empty segments",
                      withSegments(jpeg, repeated(jpegSegmentOf(0xe2, ""), 1'000'000))});
@@ -162,18 +163,18 @@ std::string gifFrame(std::uint64_t width, std::uint64_t height, const std::strin
 }
 
 void addGifs(std::vector<HostileFile>& files) {
-    const std::string clear = "\2\x44\1"s; // clear, then the end
+    const std::string clear = "\2\x44\1"s; // a clear code and the end code
     for (const auto& [width, height] : largeSizes()) {
         files.push_back({nameOf("GIF", width, height), gif(width, height, gifFrame(width, height, clear))});
         files.push_back(
             {nameOf("GIF with a small frame", width, height), gif(width, height, gifFrame(1, 1, clear))});
     }
     files.push_back(
-        {"GIF of a hundred thousand frames", gif(16, 16, repeated(gifFrame(16, 16, clear), 100'000))});
-    files.push_back({"GIF of endless comments",
+        {"GIF with a hundred thousand frames", gif(16, 16, repeated(gifFrame(16, 16, clear), 100'000))});
+    files.push_back({"GIF with endless comments",
                      gif(16, 16, "!\xfe"s + repeated("\xff"s + std::string(255, 'c'), 30'000) + "\0"s)});
     files.push_back(
-        {"GIF of nothing but clear codes",
+        {"GIF with only clear codes",
          gif(4000, 4000, gifFrame(4000, 4000, repeated("\xff"s + std::string(255, '\x24'), 30'000)))});
 }
 

@@ -8,19 +8,19 @@
 
 namespace complexion {
 
-/// A file that was made to do harm.
+/// A malicious file.
 struct HostileFile {
     std::string name; // what is wrong with it
     std::string bytes;
 };
 
-/// Declared sizes up to the formats' own bounds with next to nothing behind them, bombs, loops, overlaps,
-/// endless metadata. Each is a few megabytes at most.
+/// Files with huge declared sizes and hardly any data, decompression bombs, loops, overlaps, and endless
+/// metadata. Each has at most a few megabytes.
 std::vector<HostileFile> hostileFiles();
 
-/// Those of TIFF.
+/// The TIFF files among them.
 std::vector<HostileFile> hostileTiffs();
-/// Widths and heights that no small file can have.
+/// Widths and heights that are invalid or too large for a small file.
 const std::vector<std::pair<std::uint64_t, std::uint64_t>>& largeSizes();
 
 } // namespace complexion

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files that were made to do harm are refused, or opened as far as they are pictures, quickly and in bounded
-// memory. Each is tried in a process of its own, whose time and memory the system counts.
+// Malicious files are refused, or opened as far as they are valid, within limits on time and memory. Each is
+// opened in a child process, whose usage is measured.
 #include "tests/imaging/hostile_files.h"
 
 #include "imaging/carried_metadata.h"
@@ -26,14 +26,13 @@ namespace complexion {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-constexpr bool kIsMeasured = false; // sanitizers take several times as much of both, plain code of time
+constexpr bool kIsMeasured = false; // sanitizers multiply time and memory, unoptimised code takes more time
 #else
 constexpr bool kIsMeasured = true;
 #endif
 
-constexpr double kMaxSeconds = 2; // of processor time: the machine may have other work
+constexpr double kMaxSeconds = 2; // of CPU time, which does not depend on other load
 constexpr std::int64_t kMaxMemoryOfRefused = std::int64_t{1} << 30;
-/// What a picture of harmless size takes while it is decoded, brought to its size and encoded.
 constexpr std::int64_t kMaxMemoryOfOpened = std::int64_t{1} << 30;
 
 enum class Outcome { Refused, Opened, Died };
@@ -41,10 +40,10 @@ enum class Outcome { Refused, Opened, Died };
 struct Cost {
     Outcome outcome = Outcome::Died;
     double seconds = 0;
-    std::int64_t memory = 0; // bytes, at the most
+    std::int64_t memory = 0; // peak, in bytes
 };
 
-/// Opens a file as the editor does, and carries its metadata into `written`. Whether it was a picture.
+/// Opens a file as the editor does, and carries its metadata into `written`. Returns whether it is a picture.
 bool openLikeTheEditor(const std::filesystem::path& path, const std::filesystem::path& written) {
     const std::optional<Image> image = ImageTools::DecodeImage(path);
     if (!image || !ImageTools::ImageActualSize(path))
@@ -85,7 +84,7 @@ protected:
     std::filesystem::path written = folder.path() / "written.jpg";
 };
 
-TEST_F(HostileFiles, AreRefusedOrOpenedQuicklyAndInLittleMemory) {
+TEST_F(HostileFiles, AreRefusedOrOpenedWithinLimits) {
     struct Row {
         std::string name;
         std::size_t length = 0;
@@ -102,30 +101,30 @@ TEST_F(HostileFiles, AreRefusedOrOpenedQuicklyAndInLittleMemory) {
         EXPECT_LT(cost.memory, cost.outcome == Outcome::Refused ? kMaxMemoryOfRefused : kMaxMemoryOfOpened)
             << file.name;
     }
-    // The worst of them, for whoever reads the log.
+    // Log the most expensive files.
     constexpr std::size_t kShown = 12;
     std::ranges::sort(rows, [](const Row& a, const Row& b) { return a.cost.seconds > b.cost.seconds; });
     const Cost nothing = costOf([] { return false; });
-    std::cout << rows.size() << " files, above " << nothing.memory / (1 << 20)
-              << " MiB of this process; those that took longest:\n";
+    std::cout << rows.size() << " files; a process that opens none takes " << nothing.memory / (1 << 20)
+              << " MiB; the slowest:\n";
     for (const Row& row : std::span(rows).first(std::min(kShown, rows.size())))
         std::cout << std::fixed << std::setprecision(2) << std::setw(7) << row.cost.seconds << " s "
                   << std::setw(6) << row.cost.memory / (1 << 20) << " MiB "
                   << (row.cost.outcome == Outcome::Opened ? "opened  " : "refused ") << row.length
                   << " bytes: " << row.name << '\n';
     std::ranges::sort(rows, [](const Row& a, const Row& b) { return a.cost.memory > b.cost.memory; });
-    std::cout << "those that took most memory:\n";
+    std::cout << "the largest:\n";
     for (const Row& row : std::span(rows).first(std::min(kShown, rows.size())))
         std::cout << std::setw(7) << row.cost.seconds << " s " << std::setw(6) << row.cost.memory / (1 << 20)
                   << " MiB " << (row.cost.outcome == Outcome::Opened ? "opened  " : "refused ") << row.length
                   << " bytes: " << row.name << '\n';
 }
 
-TEST_F(HostileFiles, OfEndlessLengthAreRefusedUnread) {
+TEST_F(HostileFiles, OfHugeLengthAreRefusedWithoutReading) {
     const std::filesystem::path path = folder.path() / "endless";
     for (const char* const start : {"", "\xff\xd8\xff", "II*\0\x08", "BM"}) {
         writeFile(path, start);
-        std::filesystem::resize_file(path, std::uintmax_t{1} << 40); // without a byte on the disk
+        std::filesystem::resize_file(path, std::uintmax_t{1} << 40); // sparse
         const Cost cost = costOf([&] { return openLikeTheEditor(path, written); });
         EXPECT_EQ(cost.outcome, Outcome::Refused);
         if (kIsMeasured) {
@@ -135,24 +134,24 @@ TEST_F(HostileFiles, OfEndlessLengthAreRefusedUnread) {
     }
 }
 
-TEST_F(HostileFiles, CutAtAnyPlaceGiveTheirPartOrNothing) {
+TEST_F(HostileFiles, TruncatedAnywhereAreOpenedPartlyOrRefused) {
     for (const Codec* const codec : codecs()) {
         SCOPED_TRACE(codec->name);
         const Image picture = noise({257, 130});
         const std::string whole = encodedAs(*codec, picture);
         constexpr std::size_t kParts = 64;
         for (std::size_t part = 0; part < kParts; ++part) {
-            const std::string cut = whole.substr(0, whole.size() * part / kParts);
-            const Result<Image> image = codec->decode(viewOf(cut));
+            const std::string truncated = whole.substr(0, whole.size() * part / kParts);
+            const Result<Image> image = codec->decode(viewOf(truncated));
             if (image) {
                 EXPECT_EQ(image->pixelSize().width, 257) << part;
                 EXPECT_EQ(image->pixelSize().height, 130) << part;
             }
-            const auto carriedOver = withMetadataOf(viewOf(cut), viewOf(whole));
-            ASSERT_EQ(bool(carriedOver), containerOf(viewOf(cut)).has_value()) << part;
-            if (!carriedOver)
+            const auto result = withMetadataOf(viewOf(truncated), viewOf(whole));
+            ASSERT_EQ(bool(result), containerOf(viewOf(truncated)).has_value()) << part;
+            if (!result)
                 continue;
-            EXPECT_TRUE(codec->decode(viewOf(stringOf(*carriedOver)))) << part;
+            EXPECT_TRUE(codec->decode(viewOf(stringOf(*result)))) << part;
         }
         EXPECT_TRUE(codec->decode(viewOf(whole)));
     }

@@ -17,7 +17,7 @@ struct Entry {
     std::uint64_t value = 0; // or its offset
 };
 
-/// A directory that stands at the end of `bytes`, and the link to the next.
+/// `bytes` with a directory appended whose link is `next`.
 std::string withDirectory(std::string bytes, const std::vector<Entry>& entries, std::uint64_t next) {
     bytes += littleNumber(entries.size(), 2);
     for (const Entry& entry : entries)
@@ -27,7 +27,7 @@ std::string withDirectory(std::string bytes, const std::vector<Entry>& entries, 
     return bytes;
 }
 
-/// A picture of one strip at `offset`.
+/// The entries of a picture with one strip at `offset`.
 std::vector<Entry> picture(std::uint64_t width, std::uint64_t height, std::uint64_t bits,
                            std::uint64_t compression, std::uint64_t offset, std::uint64_t length) {
     return {{256, kLong, 1, width},   {257, kLong, 1, height}, {258, 3, 1, bits},
@@ -44,7 +44,7 @@ std::string tiff(std::uint64_t width, std::uint64_t height, std::uint64_t compre
                          0);
 }
 
-/// Many strips, or tiles, that all stand for the same few bytes.
+/// A TIFF file whose strips all share the same few bytes.
 std::string overlapping(std::uint64_t side, std::uint64_t rows, std::uint64_t compression,
                         const std::string& data) {
     const std::uint64_t strips = (side + rows - 1) / rows;
@@ -62,7 +62,7 @@ std::string overlapping(std::uint64_t side, std::uint64_t rows, std::uint64_t co
     return withDirectory(start(8 + bytes.size()) + bytes, entries, 0);
 }
 
-std::string chain(std::size_t pages, bool loops) {
+std::string linkedPages(std::size_t pages, bool loops) {
     std::string bytes = start(108) + std::string(100, 'x');
     const std::vector<Entry> page = picture(10, 10, 8, 1, 8, 100);
     const std::size_t length = 2 + page.size() * 12 + 4;
@@ -73,7 +73,7 @@ std::string chain(std::size_t pages, bool loops) {
     return bytes;
 }
 
-std::string pageOfAnotherSize(std::uint64_t width, std::uint64_t height) {
+std::string secondPageOf(std::uint64_t width, std::uint64_t height) {
     std::string bytes = start(108) + std::string(100, 'x');
     const std::vector<Entry> first = picture(10, 10, 8, 1, 8, 100);
     bytes = withDirectory(bytes, first, bytes.size() + 2 + first.size() * 12 + 4);
@@ -90,35 +90,35 @@ std::vector<HostileFile> hostileTiffs() {
              {1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 32773U, 34661U, 34676U, 34887U, 34925U, 50000U, 50001U})
             files.push_back(
                 {"TIFF (" + std::to_string(compression) + ") of " + size, tiff(width, height, compression)});
-        files.push_back({"TIFF with a second page of " + size, pageOfAnotherSize(width, height)});
+        files.push_back({"TIFF with a second page of " + size, secondPageOf(width, height)});
     }
-    files.push_back({"TIFF whose directory leads to itself", chain(1, true)});
-    files.push_back({"TIFF whose pages lead back to the first", chain(3000, true)});
-    files.push_back({"TIFF of fifty thousand pages", chain(50'000, false)});
-    files.push_back({"TIFF of overlapping strips", overlapping(16'000, 1, 1, std::string(16'000, 'x'))});
-    files.push_back(
-        {"TIFF of overlapping packed strips", overlapping(16'000, 16, 32773, std::string(4'000, '\x81'))});
+    files.push_back({"TIFF whose directory links to itself", linkedPages(1, true)});
+    files.push_back({"TIFF whose pages link back to the first", linkedPages(3000, true)});
+    files.push_back({"TIFF with fifty thousand pages", linkedPages(50'000, false)});
+    files.push_back({"TIFF with overlapping strips", overlapping(16'000, 1, 1, std::string(16'000, 'x'))});
+    files.push_back({"TIFF with overlapping compressed strips",
+                     overlapping(16'000, 16, 32773, std::string(4'000, '\x81'))});
     std::vector<Entry> entries = picture(100, 100, 8, 1, 8, 100);
     for (const std::uint64_t count : {0ULL, 0xffffffffULL, 0x40000000ULL}) {
         for (Entry& entry : entries)
             entry.count = count;
-        files.push_back({"TIFF whose values are counted " + std::to_string(count),
+        files.push_back({"TIFF whose entries have a count of " + std::to_string(count),
                          withDirectory(start(108) + std::string(100, 'x'), entries, 0)});
     }
     std::vector<Entry> samples = picture(1000, 1000, 8, 1, 8, 100);
     samples[6] = {277, 3, 1, 65535};
-    files.push_back({"TIFF of 65535 samples", withDirectory(start(108) + std::string(100, 'x'), samples, 0)});
+    files.push_back(
+        {"TIFF with 65535 samples per pixel", withDirectory(start(108) + std::string(100, 'x'), samples, 0)});
     std::vector<Entry> tiles = picture(1000, 1000, 8, 1, 8, 100);
     tiles.push_back({322, kLong, 1, 0x7ffffff0});
     tiles.push_back({323, kLong, 1, 0x7ffffff0});
     tiles.push_back({324, kLong, 1, 8});
     tiles.push_back({325, kLong, 1, 100});
+    files.push_back({"TIFF with one huge tile", withDirectory(start(108) + std::string(100, 'x'), tiles, 0)});
     files.push_back(
-        {"TIFF of one endless tile", withDirectory(start(108) + std::string(100, 'x'), tiles, 0)});
-    files.push_back(
-        {"BigTIFF whose directory lies beyond all files", "II+\0\x08\0\0\0"s + littleNumber(~0ULL - 7, 8)});
-    files.push_back({"BigTIFF of endless entries", "II+\0\x08\0\0\0"s + littleNumber(16, 8) +
-                                                       littleNumber(~0ULL, 8) + std::string(200, '\1')});
+        {"BigTIFF whose directory is out of range", "II+\0\x08\0\0\0"s + littleNumber(~0ULL - 7, 8)});
+    files.push_back({"BigTIFF with endless entries", "II+\0\x08\0\0\0"s + littleNumber(16, 8) +
+                                                         littleNumber(~0ULL, 8) + std::string(200, '\1')});
     return files;
 }
 

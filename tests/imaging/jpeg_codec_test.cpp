@@ -14,24 +14,24 @@ using test::Inversion;
 using test::soft;
 using test::withSpot;
 
-/// The transform that the encoder takes.
-void transformPrecisely(jpeg_compress_struct& info) {
+/// Selects the encoder's DCT.
+void useFloatDct(jpeg_compress_struct& info) {
     info.dct_method = JDCT_FLOAT;
 }
 
-void codeRgbPrecisely(jpeg_compress_struct& info) {
+void useRgbAndFloatDct(jpeg_compress_struct& info) {
     jpeg_set_colorspace(&info, JCS_RGB);
-    transformPrecisely(info);
+    useFloatDct(info);
 }
 
-/// From the frame's header on.
+/// The file from its frame header on.
 Bytes frameOf(const Bytes& file) {
     const std::array<std::uint8_t, 4> frame = {0xFF, 0xC0, 0, 17};
     return {std::ranges::search(file, frame).begin(), file.end()};
 }
 
-/// The file that one library call writes for the picture, with the colours and codes of `like`.
-Bytes librarysFile(const Image& image, ByteView like, int rowsPerInterval) {
+/// The picture encoded by a single library call, with the colour space and Huffman tables of `like`.
+Bytes libraryFile(const Image& image, ByteView like, int rowsPerInterval) {
     jpeg_decompress_struct tables = {};
     jpeg_error_mgr errors = {};
     tables.err = jpeg_std_error(&errors);
@@ -47,7 +47,7 @@ Bytes librarysFile(const Image& image, ByteView like, int rowsPerInterval) {
                 *info.dc_huff_tbl_ptrs[i] = *tables.dc_huff_tbl_ptrs[i];
                 *info.ac_huff_tbl_ptrs[i] = *tables.ac_huff_tbl_ptrs[i];
             }
-            transformPrecisely(info);
+            useFloatDct(info);
             info.restart_in_rows = rowsPerInterval;
             info.density_unit = 1;
             info.X_density = info.Y_density = 72;
@@ -61,30 +61,30 @@ class JpegSizes : public testing::TestWithParam<PixelSize> {};
 
 INSTANTIATE_TEST_SUITE_P(Odd, JpegSizes, test::kOddSizes, test::nameOfSize);
 
-TEST_P(JpegSizes, BlockRowsCodedApartGiveTheFileOfOneLibraryCall) {
+TEST_P(JpegSizes, ParallelBlockRowsGiveTheFileOfASingleLibraryCall) {
     for (const Image& image : {shaded(GetParam()), noise(GetParam())}) {
         const Bytes file = encoded(kJpegCodec, image);
-        EXPECT_EQ(frameOf(file), frameOf(librarysFile(image, file, 1)));
+        EXPECT_EQ(frameOf(file), frameOf(libraryFile(image, file, 1)));
     }
 }
 
-TEST_P(JpegSizes, HeadersAreTheLibrarys) {
+TEST_P(JpegSizes, HeadersEqualTheLibrarys) {
     const Image image = shaded(GetParam());
     const Bytes file = encoded(kJpegCodec, image);
-    EXPECT_EQ(file, librarysFile(image, file, 1));
+    EXPECT_EQ(file, libraryFile(image, file, 1));
 }
 
-TEST_P(JpegSizes, PixelsAreThoseOfAPlainEncoding) {
+TEST_P(JpegSizes, DecodedPixelsEqualThoseOfAPlainEncoding) {
     const auto expectPlain = [](const Image& image, void (*adjust)(jpeg_compress_struct&)) {
         const JpegRecipe plain = {.size = GetParam(), .exif = {}, .icc = {}, .adjust = adjust};
         const Bytes plainFile = jpegFile(plain, rgbSamples(image));
         EXPECT_EQ(jpegSamples(encoded(kJpegCodec, image), JCS_RGB), jpegSamples(plainFile, JCS_RGB));
     };
-    expectPlain(shaded(GetParam()), transformPrecisely);
-    expectPlain(noise(GetParam()), codeRgbPrecisely);
+    expectPlain(shaded(GetParam()), useFloatDct);
+    expectPlain(noise(GetParam()), useRgbAndFloatDct);
 }
 
-TEST_P(JpegSizes, DecodedPixelsAreTheLibrarys) {
+TEST_P(JpegSizes, DecodedPixelsEqualTheLibrarys) {
     const JpegRecipe halved = {
         .size = GetParam(), .quality = 85, .exif = {}, .icc = {}, .adjust = [](jpeg_compress_struct& info) {
             info.comp_info[0].h_samp_factor = info.comp_info[0].v_samp_factor = 2;
@@ -94,7 +94,7 @@ TEST_P(JpegSizes, DecodedPixelsAreTheLibrarys) {
     EXPECT_EQ(*kJpegCodec.measure(file), std::vector{GetParam()});
 }
 
-TEST_P(JpegSizes, WhatIsKeptOfBandsGivesTheSameFile) {
+TEST_P(JpegSizes, CachedBandsGiveTheSameFile) {
     const Image image = soft(GetParam());
     (void)encoded(kJpegCodec, image);
     const Image edited = withSpot(image, {GetParam().height / 2, GetParam().width / 2});
@@ -109,13 +109,13 @@ TEST(JpegCodec, AfterAnEditOnlyTouchedBandsAreCodedAgain) {
     const Result<FileContents> before = kJpegCodec.encode(image);
     const Result<FileContents> after = kJpegCodec.encode(withSpot(image, {70, 10}));
     ASSERT_EQ(before->parts.size(), after->parts.size());
-    // A header; the bands with a marker between each two; the end.
+    // The header, the bands with a marker between each two, and the end.
     for (const std::size_t untouched : {1U, 5U, 7U})
         EXPECT_EQ(before->parts[untouched], after->parts[untouched]);
     EXPECT_NE(*before->parts[3], *after->parts[3]);
 }
 
-TEST(JpegCodec, CodesForAllSymbolsSurviveEditsThatNeedNewOnes) {
+TEST(JpegCodec, HuffmanTablesCoverSymbolsThatEditsAdd) {
     const Image image = filled({256, 256}, RGBA32(128, 128, 128, 255));
     (void)encoded(kJpegCodec, image);
     const Image rough = image.withBands([&] {
@@ -124,11 +124,11 @@ TEST(JpegCodec, CodesForAllSymbolsSurviveEditsThatNeedNewOnes) {
         return bands;
     }());
     const Bytes file = encoded(kJpegCodec, rough);
-    const JpegRecipe plain = {.size = {256, 256}, .exif = {}, .icc = {}, .adjust = transformPrecisely};
+    const JpegRecipe plain = {.size = {256, 256}, .exif = {}, .icc = {}, .adjust = useFloatDct};
     EXPECT_EQ(jpegSamples(file, JCS_RGB), jpegSamples(jpegFile(plain, rgbSamples(rough)), JCS_RGB));
 }
 
-TEST(JpegCodec, ComputedPixelsAreCodedAndNothingOfThemIsKept) {
+TEST(JpegCodec, LazilyComputedPixelsAreCodedAndNotCached) {
     const Image image = shaded({300, 100});
     const Bytes before = encoded(kJpegCodec, image);
     const Image inverted = image.transformed(std::make_shared<Inversion>());
@@ -145,14 +145,14 @@ TEST(JpegCodec, TransparentPixelsAreCodedOverBlack) {
     EXPECT_NEAR(back.pixel(8, 8).blue(), 25, 1);
 }
 
-TEST(JpegCodec, TheFileStatesOnePixelAPoint) {
+TEST(JpegCodec, WritesADensityOfOnePixelPerPoint) {
     const Bytes file = encoded(kJpegCodec, shaded({30, 20}).withSize({15, 10}));
     EXPECT_THAT(ByteView(file).subspan(2, 16),
                 testing::ElementsAre(0xFF, 0xE0, 0, 16, 'J', 'F', 'I', 'F', 0, 1, 1, 1, 0, 72, 0, 72));
     EXPECT_EQ(decoded(kJpegCodec, file).size(), (PointSize{30, 20}));
 }
 
-TEST(JpegCodec, AProfileOfManySegmentsComesBack) {
+TEST(JpegCodec, AProfileOfSeveralSegmentsIsPreserved) {
     const Bytes icc = bytesOfProfile([] {
         cmsHPROFILE profile = cmsCreate_sRGBProfile();
         cmsMLU* text = cmsMLUalloc(nullptr, 1);

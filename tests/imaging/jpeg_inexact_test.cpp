@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What cannot be coded exactly as the JPEG file that it was, and is coded from its pixels instead.
+// Images that cannot be coded exactly, from the coefficients of their JPEG file, fall back to their pixels.
 #include "imaging/codecs/jpeg_coded_rows.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/image_tools.h"
@@ -16,7 +16,7 @@ using test::Outcome;
 using test::outcomeOf;
 using test::withSpot;
 
-/// Why an image that was edited cannot be coded exactly; empty where it can.
+/// Why an edited image cannot be coded exactly; empty if it can.
 std::string reasonOf(const Image& edited) {
     const auto original = edited.encoderMemory().get<jpeg::OriginalFile>();
     if (!original)
@@ -25,7 +25,7 @@ std::string reasonOf(const Image& edited) {
     return file ? "" : file.error().message;
 }
 
-/// What is not coded exactly is coded from its pixels.
+/// Expects that the image is coded from its pixels, for this reason.
 void expectFallback(const Image& edited, const std::string& reason) {
     EXPECT_THAT(reasonOf(edited), testing::HasSubstr(reason));
     const Bytes file = encoded(kJpegCodec, edited);
@@ -38,9 +38,10 @@ void expectFallback(const Image& edited, const std::string& reason) {
 TEST(InexactJpeg, ColorsOnAGreyPictureFallBack) {
     const Image image = decoded(kJpegCodec, fileOf({.name = "", .components = 1}));
     EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "");
-    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, RGBA32(7, 8, 7, 255))), "") << "as a repair rounds it";
+    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, RGBA32(7, 8, 7, 255))), "")
+        << "within the rounding of a repair";
     expectFallback(withSpot(image, {9, 9}), "grey");
-    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "") << "undone, it is exact again";
+    EXPECT_EQ(reasonOf(withSpot(image, {9, 9}, grey(7))), "") << "exact again after undo";
 }
 
 TEST(InexactJpeg, AnEffectFallsBack) {
@@ -57,7 +58,7 @@ TEST(InexactJpeg, ADamagedFileFallsBack) {
 
 TEST(InexactJpeg, AProgressiveFileWithoutItsLastScansFallsBack) {
     static constexpr std::array<jpeg_scan_info, 2> kScans = {{
-        {3, {0, 1, 2}, 0, 0, 0, 1}, // DC but for its last bit
+        {3, {0, 1, 2}, 0, 0, 0, 1}, // DC without its lowest bit
         {3, {0, 1, 2}, 0, 0, 1, 0},
     }};
     const auto withoutAc = [](jpeg_compress_struct& info) {
@@ -67,7 +68,7 @@ TEST(InexactJpeg, AProgressiveFileWithoutItsLastScansFallsBack) {
     expectFallback(decoded(kJpegCodec, fileOf({.name = "", .adjust = withoutAc})), "refinements");
 }
 
-TEST(InexactJpeg, InksFallBack) {
+TEST(InexactJpeg, CmykFallsBack) {
     const Bytes file =
         jpegFile({.size = {40, 30}, .components = 4, .samples = JCS_CMYK, .exif = {}, .icc = {}},
                  std::vector<std::uint8_t>(40 * 30 * 4, 200));
@@ -75,7 +76,7 @@ TEST(InexactJpeg, InksFallBack) {
 }
 
 TEST(InexactJpeg, CoefficientsBeyondTheRangeFallBack) {
-    // The stripes' largest coefficient, 924, is one step and a half: it is rounded up to 1220.
+    // The stripes' largest coefficient, 924, is 1.5 quantisation steps: it is rounded up to 1220.
     const auto coarse = [](jpeg_compress_struct& info) {
         std::array<unsigned, DCTSIZE2> steps{};
         steps.fill(610);
@@ -90,7 +91,7 @@ TEST(InexactJpeg, CoefficientsBeyondTheRangeFallBack) {
     expectFallback(decoded(kJpegCodec, jpegFile(recipe, stripes)), "range");
 }
 
-TEST(InexactJpeg, HardEdgesOfStrongColorsMoveNoOtherPixelFar) {
+TEST(InexactJpeg, HardEdgesOfStrongColorsHardlyChangeOtherPixels) {
     for (const std::array<int, 6> sampling :
          {std::array{2, 2, 1, 1, 1, 1}, std::array{2, 1, 1, 1, 1, 1}, std::array{4, 1, 1, 1, 1, 1}})
         for (const int radius : {2, 5, 13}) {

@@ -17,22 +17,22 @@
 
 namespace {
 
-/// Allocations of more bytes than this fail, on the thread that sets it.
-thread_local std::size_t largestAllocation = std::numeric_limits<std::size_t>::max();
+/// Larger allocations fail on this thread.
+thread_local std::size_t maxAllocation = std::numeric_limits<std::size_t>::max();
 
-/// So many more allocations succeed, on all threads together; the one after them fails. Below zero: all do.
+/// How many more allocations succeed, over all threads, before one fails. Below zero, all succeed.
 std::atomic<std::int64_t> allocationsLeft = -1;
 
 bool isRefused(std::size_t size) {
-    if (size > largestAllocation)
+    if (size > maxAllocation)
         return true;
     return allocationsLeft >= 0 && allocationsLeft-- == 0;
 }
 
 } // namespace
 
-// This program's own allocation, so that a test can be short of memory. All forms are replaced: where only
-// some are, memory of one would be given back to another.
+// Replaces this program's allocation, so that tests can simulate a lack of memory. All forms are replaced, as
+// mixing them would free memory with the wrong allocator.
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return isRefused(size) ? nullptr : std::malloc(size == 0 ? 1 : size);
@@ -74,10 +74,10 @@ namespace {
 
 class LackOfMemory {
 public:
-    explicit LackOfMemory(std::size_t largest) { largestAllocation = largest; }
+    explicit LackOfMemory(std::size_t max) { maxAllocation = max; }
     LackOfMemory(const LackOfMemory&) = delete;
     LackOfMemory& operator=(const LackOfMemory&) = delete;
-    ~LackOfMemory() { largestAllocation = std::numeric_limits<std::size_t>::max(); }
+    ~LackOfMemory() { maxAllocation = std::numeric_limits<std::size_t>::max(); }
 };
 
 class Unchanged final : public PixelTransform {
@@ -92,7 +92,7 @@ std::optional<Image> repaired(const Image& image) {
     return ImageTools::RemovePimpleFromImage(image, kSpot, 10, 1, {}, 10);
 }
 
-TEST(LackingMemory, ForTheTilesToPaintGivesNoImageAndSaysSo) {
+TEST(LackingMemory, ForTheTilesOfARepairIsReported) {
     const Image image = spotted({256, 64}, {32, 128}, 4, 40, 180);
     std::optional<Image> result;
     const std::string printed = printedBy([&] {
@@ -104,8 +104,8 @@ TEST(LackingMemory, ForTheTilesToPaintGivesNoImageAndSaysSo) {
     EXPECT_TRUE(repaired(image));
 }
 
-TEST(LackingMemory, ForTheBufferItselfGivesNoImageAndSaysSo) {
-    // Pixels that are computed when read have to be stored before they can be painted.
+TEST(LackingMemory, ForTheBufferOfARepairIsReported) {
+    // Lazily computed pixels have to be stored before they can be painted.
     const Image image =
         spotted({256, 64}, {32, 128}, 4, 40, 180).transformed(std::make_shared<const Unchanged>());
     std::optional<Image> result;
@@ -118,17 +118,17 @@ TEST(LackingMemory, ForTheBufferItselfGivesNoImageAndSaysSo) {
     EXPECT_TRUE(repaired(image));
 }
 
-/// Runs `save` again and again with one failed allocation each time, ever later ones, until none fails: the
-/// save says that it succeeded when there is a whole file, and only then.
+/// Runs `save` repeatedly, failing one allocation each time, a later one in each run, until none fails.
+/// Expects that `save` reports success exactly when it has written a complete file.
 void expectNoFalseSuccess(const std::filesystem::path& path, std::string_view format,
                           const std::function<bool(const Image&)>& save) {
     int failures = 0;
-    // All of the first ones, then some of the many that are alike.
+    // Each of the first allocations, then a sample of the many similar ones.
     for (std::int64_t allowed = 0;; allowed += allowed < 100 ? 1 : 7) {
         const Image image = noise({20, 14});
         allocationsLeft = allowed;
         const bool saved = save(image);
-        const bool isOver = allocationsLeft >= 0;
+        const bool noneFailed = allocationsLeft >= 0;
         allocationsLeft = -1;
         ASSERT_EQ(saved, std::filesystem::exists(path)) << format << ", allocation " << allowed;
         failures += saved ? 0 : 1;
@@ -136,8 +136,8 @@ void expectNoFalseSuccess(const std::filesystem::path& path, std::string_view fo
             ASSERT_TRUE(ImageTools::DecodeImage(path)) << format << ", allocation " << allowed;
         }
         std::filesystem::remove(path);
-        ASSERT_EQ(filesIn(path.parent_path()).size(), 1U) << "something is left";
-        if (isOver)
+        ASSERT_EQ(filesIn(path.parent_path()).size(), 1U) << "a temporary file was left";
+        if (noneFailed)
             break;
     }
     EXPECT_GT(failures, 10) << format;
@@ -166,11 +166,11 @@ protected:
     TemporaryFolder m_folder;
     std::filesystem::path m_photo = m_folder.path() / "photo.bmp";
     std::filesystem::path m_target = m_folder.path() / "target";
-    // Twice as many pixels as points: it is scaled down before it is encoded.
+    // Two pixels per point, so it is scaled down before it is encoded.
     Image m_dense = noise({600, 400}).withSize({300, 200});
 };
 
-TEST_F(LackingMemoryForFiles, NothingIsSavedAndThatIsSaid) {
+TEST_F(LackingMemoryForFiles, SavingFailsAndLeavesNoFile) {
     {
         const LackOfMemory lack(kLessThanATile);
         EXPECT_FALSE(ImageTools::SaveImage(m_dense, m_target, "png"));
@@ -180,7 +180,7 @@ TEST_F(LackingMemoryForFiles, NothingIsSavedAndThatIsSaid) {
     EXPECT_TRUE(savePhoto(m_dense, m_target, "png", m_photo));
 }
 
-TEST_F(LackingMemoryForFiles, APhotoDoesNotOpen) {
+TEST_F(LackingMemoryForFiles, OpeningFails) {
     const LackOfMemory lack(kLessThanATile);
     EXPECT_FALSE(ImageTools::DecodeImage(m_photo));
     EXPECT_FALSE(openPhoto(m_photo));

@@ -60,7 +60,7 @@ TEST_F(ChangeImageExif, CarriesTheCreationDate) {
     EXPECT_EQ(ImageTools::ImageCreationDate(written), kDate);
 }
 
-TEST_F(ChangeImageExif, CarriesTheDateOfASourceWithoutMetadataToo) {
+TEST_F(ChangeImageExif, CarriesTheDateOfASourceWithoutMetadata) {
     writeFile(source, plain);
     if (!canKeepDates())
         GTEST_SKIP() << "the temporary folder's file system has no place for a creation date";
@@ -69,40 +69,40 @@ TEST_F(ChangeImageExif, CarriesTheDateOfASourceWithoutMetadataToo) {
     EXPECT_TRUE(contentsOf(written) == plain);
 }
 
-TEST_F(ChangeImageExif, DecidesByContentNotByName) {
+TEST_F(ChangeImageExif, DetectsFormatsByContentNotByName) {
     const std::filesystem::path png = folder.path() / "called.jpg";
     writeFile(png, encodedAs(kPngCodec, noise({9, 7})));
     ImageTools::ChangeImageExif(source, png);
     EXPECT_TRUE(contains(contentsOf(png), pngChunkOf("eXIf", cameraExif(6).bytes())));
 }
 
-TEST_F(ChangeImageExif, ASourceThatIsNotThereChangesNothingAndPrintsNothing) {
+TEST_F(ChangeImageExif, AMissingSourceChangesNothingAndPrintsNothing) {
     EXPECT_EQ(printedBy([&] { ImageTools::ChangeImageExif(folder.path() / "missing.jpg", written); }), "");
     EXPECT_TRUE(contentsOf(written) == plain);
     EXPECT_EQ(ImageTools::CarriedOrientation(folder.path() / "missing.jpg", "jpg"), Orientation::TopLeft);
 }
 
-TEST_F(ChangeImageExif, ASourceThatIsNoPictureChangesNothing) {
-    writeFile(source, "no picture at all");
+TEST_F(ChangeImageExif, ASourceThatIsNotAPictureChangesNothing) {
+    writeFile(source, "not a picture");
     const auto before = ImageTools::ImageCreationDate(written);
     EXPECT_EQ(printedBy([&] { ImageTools::ChangeImageExif(source, written); }), "");
     EXPECT_TRUE(contentsOf(written) == plain);
     EXPECT_EQ(ImageTools::ImageCreationDate(written), before);
 }
 
-TEST_F(ChangeImageExif, AWrittenFileThatIsNotThereIsNotMade) {
+TEST_F(ChangeImageExif, AMissingTargetIsNotCreated) {
     std::filesystem::remove(written);
     EXPECT_EQ(printedBy([&] { ImageTools::ChangeImageExif(source, written); }), "");
     EXPECT_FALSE(std::filesystem::exists(written));
 }
 
-TEST_F(ChangeImageExif, AWrittenFileThatIsNoPictureStaysAsItIs) {
-    writeFile(written, "no picture at all");
+TEST_F(ChangeImageExif, ATargetThatIsNotAPictureIsUnchanged) {
+    writeFile(written, "not a picture");
     EXPECT_EQ(printedBy([&] { ImageTools::ChangeImageExif(source, written); }), "");
-    EXPECT_EQ(contentsOf(written), "no picture at all");
+    EXPECT_EQ(contentsOf(written), "not a picture");
 }
 
-TEST_F(ChangeImageExif, AFileThatCannotBeReplacedKeepsItsBytesAndItsDate) {
+TEST_F(ChangeImageExif, ATargetThatCannotBeReplacedKeepsItsBytesAndItsDate) {
     if (!canKeepDates())
         GTEST_SKIP() << "the temporary folder's file system has no place for a creation date";
     const auto before = ImageTools::ImageCreationDate(written);
@@ -112,8 +112,7 @@ TEST_F(ChangeImageExif, AFileThatCannotBeReplacedKeepsItsBytesAndItsDate) {
     EXPECT_EQ(ImageTools::ImageCreationDate(written), before);
 }
 
-/// From now on the system refuses this process to set extended attributes, as a file system without them
-/// does.
+/// Makes setxattr fail in this process from now on, as on a file system without extended attributes.
 void refuseExtendedAttributes() {
     sock_filter filter[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
@@ -129,10 +128,10 @@ void refuseExtendedAttributes() {
 
 using ChangeImageExifDeathTest = ChangeImageExif;
 
-TEST_F(ChangeImageExifDeathTest, PrintsErrorAndKeepsTheFileWhereNoDateCanBeSet) {
+TEST_F(ChangeImageExifDeathTest, PrintsErrorAndKeepsTheFileIfTheDateCannotBeSet) {
     const auto change = [&] {
         refuseExtendedAttributes();
-        ::dup2(STDERR_FILENO, STDOUT_FILENO); // what the expectation reads
+        ::dup2(STDERR_FILENO, STDOUT_FILENO); // EXPECT_EXIT matches standard error
         ImageTools::ChangeImageExif(source, written);
         std::_Exit(contains(contentsOf(written), cameraExif(6).bytes()) ? 0 : 1);
     };

@@ -21,7 +21,7 @@ const std::string kIptc = "\x1c\x02\x78\0\3abc"s;
 const std::string kOtherResource = "8BIM\3\xed\0\0\0\0\0\x10"s + "sixteen bytes...";
 const std::string kXmp = "<x:xmpmeta tiff:Orientation=\"6\"/>";
 
-/// A photo with a block of every kind, 300 by 200 to the inch.
+/// A photo with every kind of metadata and a density of 300 by 200 dots per inch.
 std::string jpegPhoto(const std::string& xmp = kXmp) {
     std::string jpeg = encodedAs(kJpegCodec, shaded({8, 8}));
     jpeg.replace(13, 5, "\1\x01\x2c\x00\xc8"s);
@@ -86,7 +86,7 @@ TEST(MetadataAcrossFormats, FromTiffToJpegKeepsTheTags) {
     EXPECT_TRUE(scansOf(jpeg) == scansOf(written));
 }
 
-TEST(MetadataAcrossFormats, ToGifGoCommentsIptcAndUprightXmp) {
+TEST(MetadataAcrossFormats, GifGetsCommentsIptcAndUprightXmp) {
     const std::string gif = carried(jpegPhoto(), encodedAs(kGifCodec, filled({5, 5}, grey(9))));
     const PictureMetadata metadata = readGifMetadata(viewOf(gif));
     EXPECT_EQ(metadata.notes, kComment);
@@ -96,7 +96,7 @@ TEST(MetadataAcrossFormats, ToGifGoCommentsIptcAndUprightXmp) {
     EXPECT_TRUE(kGifCodec.decode(viewOf(gif)));
 }
 
-TEST(MetadataAcrossFormats, XmpOfSixteenBitsBecomesUtf8) {
+TEST(MetadataAcrossFormats, Utf16XmpBecomesUtf8) {
     std::string wide;
     for (const char character : kXmp)
         wide += character + "\0"s;
@@ -104,7 +104,7 @@ TEST(MetadataAcrossFormats, XmpOfSixteenBitsBecomesUtf8) {
     EXPECT_EQ(text(readPngMetadata(viewOf(png)).xmp), kXmp);
 }
 
-TEST(MetadataAcrossFormats, TextsOfAPngBecomeComments) {
+TEST(MetadataAcrossFormats, PngTextsBecomeComments) {
     const std::string png =
         withChunks(encodedAs(kPngCodec, noise({9, 7})),
                    pngChunkOf("tEXt", "Comment\0plain"s) + pngChunkOf("tEXt", "Author\0caf\xe9"s));
@@ -112,7 +112,7 @@ TEST(MetadataAcrossFormats, TextsOfAPngBecomeComments) {
     EXPECT_TRUE(contains(jpeg, jpegSegmentOf(0xfe, "plain") + jpegSegmentOf(0xfe, "Author: caf\xc3\xa9")));
 }
 
-TEST(MetadataAcrossFormats, AnExifBlockThatIsTooLongForJpegLosesItsLongestValues) {
+TEST(MetadataAcrossFormats, AnExifBlockTooLongForJpegLosesItsLongestValues) {
     SampleTiff exif = cameraExif(6);
     exif.main.push_back(SampleTiff::bytesTag(65001, std::string(70'000, 'x')));
     const std::string png = withChunks(encodedAs(kPngCodec, noise({9, 7})), pngChunkOf("eXIf", exif.bytes()));
@@ -124,7 +124,7 @@ TEST(MetadataAcrossFormats, AnExifBlockThatIsTooLongForJpegLosesItsLongestValues
     EXPECT_EQ(carriedOrientation(viewOf(png), Container::Jpeg), Orientation::RightTop);
 }
 
-/// A source in a format with an orientation in its EXIF block or its tags.
+/// A file with an orientation, if its format can hold one.
 std::string sourceOf(Container container, int orientation) {
     SampleTiff exif = cameraExif(orientation, orientation % 2 == 0);
     switch (container) {
@@ -154,7 +154,7 @@ Orientation orientationIn(const std::string& file) {
     }
 }
 
-TEST(CarriedOrientation, IsWhatTheNewFileSaysWhateverTheFormats) {
+TEST(CarriedOrientation, IsThatOfTheResultForAllPairsOfFormats) {
     constexpr Container kAll[] = {Container::Jpeg, Container::Png, Container::Tiff, Container::Gif,
                                   Container::Bmp};
     for (const Container from : kAll)
@@ -168,15 +168,15 @@ TEST(CarriedOrientation, IsWhatTheNewFileSaysWhateverTheFormats) {
                                                             : into == Container::Gif ? kGifCodec
                                                                                      : kBmpCodec,
                                                             filled({8, 8}, grey(90)));
-                const bool isHeld = std::max(from, into) <= Container::Tiff;
-                const Orientation expected = isHeld ? orientationFromTag(value) : Orientation::TopLeft;
+                const bool canHoldIt = std::max(from, into) <= Container::Tiff;
+                const Orientation expected = canHoldIt ? orientationFromTag(value) : Orientation::TopLeft;
                 EXPECT_EQ(carriedOrientation(viewOf(source), into), expected);
                 EXPECT_EQ(orientationIn(carried(source, written)), expected);
             }
 }
 
-TEST(CarriedOrientation, IsUprightForBlocksThatAreNotCarried) {
-    // No TIFF structure, although a lenient reader would find an orientation in it.
+TEST(CarriedOrientation, IsUprightForInvalidExifBlocks) {
+    // Not a TIFF structure, although a lenient reader would find an orientation in it.
     std::string block = cameraExif(6).bytes();
     block[2] = 'U';
     const std::string source =

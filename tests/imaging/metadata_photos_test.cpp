@@ -15,7 +15,7 @@
 namespace complexion {
 namespace {
 
-/// The files below a folder of the photographs that COMPLEXION_TEST_PHOTOS names; none where it is not set.
+/// The files in a subfolder of COMPLEXION_TEST_PHOTOS; none if that is not set.
 std::vector<std::filesystem::path> photos(const std::string& folder) {
     std::vector<std::filesystem::path> files;
     if (const char* root = std::getenv("COMPLEXION_TEST_PHOTOS"))
@@ -27,12 +27,12 @@ std::vector<std::filesystem::path> photos(const std::string& folder) {
     return files;
 }
 
-/// The values of a directory and of those in it, in their order, with their tags.
+/// Appends the tags and values of a directory and its subdirectories, in order.
 void addValues(const tiff::Directory& directory, std::vector<std::pair<unsigned, Bytes>>& values) {
     for (const tiff::Entry& entry : directory.entries) {
         if (entry.child)
             addValues(*entry.child, values);
-        // Where a thumbnail in the main directory lies and how long it is goes with the thumbnail.
+        // The offset and length of a thumbnail in the main directory are removed together with it.
         else if (entry.tag != tiff::tag::kJpegLength)
             values.emplace_back(entry.tag, entry.value);
     }
@@ -54,10 +54,10 @@ std::uint64_t makerNoteOffset(ByteView exif) {
     return note ? note->valueOffset : 0;
 }
 
-TEST(MetadataOfPhotographs, ComesBackWhole) {
+TEST(MetadataOfPhotographs, IsCarriedCompletely) {
     const std::vector<std::filesystem::path> files = photos("exif");
     if (files.empty())
-        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS is not set";
     const std::string written = encodedAs(kJpegCodec, shaded({64, 48}));
     for (const std::filesystem::path& path : files) {
         SCOPED_TRACE(path.filename());
@@ -76,10 +76,10 @@ TEST(MetadataOfPhotographs, ComesBackWhole) {
     }
 }
 
-TEST(MetadataOfPhotographs, DamagedFilesDoNoHarm) {
+TEST(MetadataOfPhotographs, HostileFilesAreHarmless) {
     const std::vector<std::filesystem::path> files = photos("hostile");
     if (files.empty())
-        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS is not set";
     const Image small = noise({8, 8});
     const std::string targets[] = {encodedAs(kJpegCodec, small), encodedAs(kPngCodec, small),
                                    encodedAs(kGifCodec, small), encodedAs(kBmpCodec, small)};

@@ -17,7 +17,7 @@ namespace complexion {
 
 namespace {
 
-/// How often each index was called.
+/// Counts the calls with each index.
 class CallCounts {
 public:
     explicit CallCounts(int count) : m_calls(static_cast<std::size_t>(count)) {}
@@ -40,7 +40,7 @@ TEST(Parallel, EveryIndexIsCalledOnce) {
     }
 }
 
-TEST(Parallel, CallsMayCallInParallelThemselves) {
+TEST(Parallel, CallsMayBeNested) {
     constexpr int kOuter = 20;
     constexpr int kInner = 30;
     CallCounts calls(kOuter * kInner);
@@ -50,7 +50,7 @@ TEST(Parallel, CallsMayCallInParallelThemselves) {
     EXPECT_TRUE(calls.areAllOne());
 }
 
-TEST(Parallel, AnExceptionReachesTheCallerAndEndsTheCalls) {
+TEST(Parallel, AnExceptionReachesTheCallerAndStopsTheLoop) {
     for (const int culprit : {0, 1, 500}) {
         std::atomic<int> calls = 0;
         const auto body = [&](int index) {
@@ -92,9 +92,9 @@ TEST(Parallel, SeveralThreadsMayCallAtOnce) {
         EXPECT_EQ(sum, kRounds * 45);
 }
 
-// A forked process has the thread that called fork and no other.
+// A forked process has only the thread that called fork.
 TEST(Parallel, AForkedChildCanCall) {
-    parallelFor(10, [](int) {}); // the threads are started here
+    parallelFor(10, [](int) {}); // starts the threads
     const pid_t child = fork();
     if (child == 0) {
         std::atomic<int> sum = 0;

@@ -8,7 +8,7 @@
 namespace complexion {
 namespace {
 
-TEST(RGBA32, HoldsRedInItsHighestByteAndAlphaInItsLowest) {
+TEST(RGBA32, HasRedInItsHighestByteAndAlphaInItsLowest) {
     const RGBA32 pixel(0x11, 0x22, 0x33, 0x44);
     EXPECT_EQ(pixel.color, 0x11223344U);
     EXPECT_EQ(pixel.red(), 0x11);
@@ -17,7 +17,7 @@ TEST(RGBA32, HoldsRedInItsHighestByteAndAlphaInItsLowest) {
     EXPECT_EQ(pixel.alpha(), 0x44);
 }
 
-TEST(RGBA32, LiesInMemoryAsAlphaBlueGreenRed) {
+TEST(RGBA32, IsStoredAsAlphaBlueGreenRed) {
     const RGBA32 pixel(0x11, 0x22, 0x33, 0x44);
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(&pixel);
     EXPECT_EQ(bytes[0], 0x44);
@@ -37,7 +37,7 @@ TEST(RGBA32, PremultiplicationRoundsToNearestAndKeepsOpaqueValues) {
     EXPECT_EQ(unpremultiplied(0, 0), 0);
 }
 
-TEST(PixelBuffer, HasTheFullPixelSizeOfAnImageOfOtherPoints) {
+TEST(PixelBuffer, HasTheSizeOfTheImageInPixels) {
     const Image image = noise({144, 72}).withSize({72, 36});
     PixelBuffer buffer = *PixelBuffer::open(image);
     EXPECT_EQ(buffer.width(), 144);
@@ -55,7 +55,7 @@ TEST(PixelBuffer, RowZeroColumnZeroIsTheTopLeftPixel) {
     EXPECT_EQ(buffer.pixel({1, 0}), grey(10));
 }
 
-TEST(PixelBuffer, APixelPaintedOpaqueOverATransparentOneIsFullyOpaque) {
+TEST(PixelBuffer, PaintingReplacesTransparentPixels) {
     const RGBA32 halfRed(128, 0, 0, 128); // red at half opacity, premultiplied
     PixelBuffer buffer = *PixelBuffer::open(filled({4, 4}, halfRed));
     EXPECT_EQ(buffer.pixel({1, 1}), halfRed);
@@ -81,14 +81,14 @@ TEST(PixelBuffer, PaintingChangesTheBufferAndNeverTheSource) {
     EXPECT_EQ(pixelsOf(closed), expected);
 }
 
-TEST(PixelBuffer, ClosingMakesANewImageEvenWhenNothingWasPainted) {
+TEST(PixelBuffer, ClosingReturnsANewImageEvenIfNothingWasPainted) {
     const Image image = noise({20, 20});
     const Image closed = std::move(*PixelBuffer::open(image)).close();
     EXPECT_FALSE(closed.isSameObject(image));
     EXPECT_EQ(pixelsOf(closed), pixelsOf(image));
 }
 
-TEST(PixelBuffer, AnImageWithoutPixelsYieldsNoBitmap) {
+TEST(PixelBuffer, AnImageWithoutPixelsCannotBeOpened) {
     const Result<PixelBuffer> buffer = PixelBuffer::open(Image());
     ASSERT_FALSE(buffer);
     EXPECT_EQ(buffer.error().message, "unable to get cgImage");

@@ -18,21 +18,21 @@ using test::forgetCodedBands;
 using test::Inversion;
 using test::withSpot;
 
-std::ptrdiff_t placeOf(ByteView file, std::string_view chunk) {
+std::ptrdiff_t offsetOf(ByteView file, std::string_view chunk) {
     const auto found = std::ranges::search(file, chunk);
     return found.empty() ? -1 : found.begin() - file.begin();
 }
 
 bool hasChunk(ByteView file, std::string_view name) {
-    return placeOf(file, name) >= 0;
+    return offsetOf(file, name) >= 0;
 }
 
 int colorTypeOf(ByteView file) {
     return file[25];
 }
 
-/// Every alpha and every colour, premultiplied.
-Image glassy(PixelSize size) {
+/// A picture of varied premultiplied colours and alpha values.
+Image translucent(PixelSize size) {
     return painted(size, [](int row, int column) {
         const auto alpha = static_cast<std::uint8_t>(row * 7 + column);
         return RGBA32(premultiplied(static_cast<std::uint32_t>(row * 5 % 256), alpha),
@@ -41,7 +41,7 @@ Image glassy(PixelSize size) {
     });
 }
 
-/// The picture of an RGBA file's samples.
+/// The picture of straight RGBA samples.
 Image imageOf(PixelSize size, const std::vector<std::uint8_t>& samples) {
     return painted(size, [&](int row, int column) {
         const std::uint8_t* p = samples.data() + 4 * (std::ptrdiff_t{row} * size.width + column);
@@ -53,7 +53,7 @@ class PngSizes : public testing::TestWithParam<PixelSize> {};
 
 INSTANTIATE_TEST_SUITE_P(Odd, PngSizes, test::kOddSizes, test::nameOfSize);
 
-TEST_P(PngSizes, OpaquePicturesComeBackBitForBit) {
+TEST_P(PngSizes, OpaquePicturesArePreservedExactly) {
     for (const Image& image : {noise(GetParam()), filled(GetParam(), kSkin)}) {
         const Bytes file = encoded(kPngCodec, image);
         EXPECT_EQ(colorTypeOf(file), PNG_COLOR_TYPE_RGB);
@@ -62,16 +62,16 @@ TEST_P(PngSizes, OpaquePicturesComeBackBitForBit) {
     }
 }
 
-TEST_P(PngSizes, TransparentPicturesComeBackAsTheyAreStored) {
-    const Image image = withSpot(glassy(GetParam()), {0, 0}, RGBA32(10, 20, 30, 40));
+TEST_P(PngSizes, TransparentPicturesArePreservedExactly) {
+    const Image image = withSpot(translucent(GetParam()), {0, 0}, RGBA32(10, 20, 30, 40));
     const Bytes file = encoded(kPngCodec, image);
     EXPECT_EQ(colorTypeOf(file), PNG_COLOR_TYPE_RGB_ALPHA);
     EXPECT_TRUE(samePixels(decoded(kPngCodec, file), image));
     EXPECT_TRUE(samePixels(imageOf(GetParam(), pngSamples(file)), image));
 }
 
-TEST_P(PngSizes, WhatIsKeptOfBandsGivesTheSameFile) {
-    for (const Image& image : {noise(GetParam()), glassy(GetParam())}) {
+TEST_P(PngSizes, CachedBandsGiveTheSameFile) {
+    for (const Image& image : {noise(GetParam()), translucent(GetParam())}) {
         (void)encoded(kPngCodec, image);
         const Image edited = withSpot(image, {GetParam().height / 2, GetParam().width / 2});
         const Bytes warm = encoded(kPngCodec, edited);
@@ -81,7 +81,7 @@ TEST_P(PngSizes, WhatIsKeptOfBandsGivesTheSameFile) {
     }
 }
 
-TEST_P(PngSizes, InterlacedFilesAreTheLibrarys) {
+TEST_P(PngSizes, InterlacedFilesAreDecoded) {
     const PngRecipe recipe = {.size = GetParam(), .interlaced = true};
     const std::vector<std::uint8_t> samples = rgbSamples(noise(GetParam()));
     EXPECT_TRUE(samePixels(decoded(kPngCodec, pngFile(recipe, samples)), noise(GetParam())));
@@ -91,14 +91,14 @@ TEST(PngCodec, AfterAnEditOnlyTouchedBandsAreCodedAgain) {
     const Image image = noise({300, 200}); // four bands
     const Result<FileContents> before = kPngCodec.encode(image);
     const Result<FileContents> after = kPngCodec.encode(withSpot(image, {70, 10}));
-    ASSERT_EQ(before->parts.size(), 6U); // what is before and behind the bands
+    ASSERT_EQ(before->parts.size(), 6U); // the bands, and what precedes and follows them
     ASSERT_EQ(after->parts.size(), 6U);
     for (const std::size_t untouched : {1U, 3U, 4U})
         EXPECT_EQ(before->parts[untouched], after->parts[untouched]);
     EXPECT_NE(*before->parts[2], *after->parts[2]);
 }
 
-TEST(PngCodec, ATransparentPixelChangesHowAllBandsAreCodedAndBack) {
+TEST(PngCodec, OneTransparentPixelGivesAllBandsAlpha) {
     const Image opaque = noise({100, 300});
     const Bytes before = encoded(kPngCodec, opaque);
     for (const int row : {0, 150, 299}) {
@@ -110,7 +110,7 @@ TEST(PngCodec, ATransparentPixelChangesHowAllBandsAreCodedAndBack) {
     }
 }
 
-TEST(PngCodec, ComputedPixelsAreCodedAndNothingOfThemIsKept) {
+TEST(PngCodec, LazilyComputedPixelsAreCodedAndNotCached) {
     const Image image = noise({300, 100});
     const Bytes before = encoded(kPngCodec, image);
     const Image inverted = image.transformed(std::make_shared<Inversion>());
@@ -118,7 +118,7 @@ TEST(PngCodec, ComputedPixelsAreCodedAndNothingOfThemIsKept) {
     EXPECT_EQ(encoded(kPngCodec, image), before);
 }
 
-TEST(PngCodec, APhotosGradientsPackWell) {
+TEST(PngCodec, GradientsCompressWell) {
     const Image slopes = painted({512, 512}, [](int row, int column) {
         return RGBA32(static_cast<std::uint8_t>((row + column) / 8), static_cast<std::uint8_t>(row / 2),
                       static_cast<std::uint8_t>(column / 2), 255);
@@ -126,13 +126,13 @@ TEST(PngCodec, APhotosGradientsPackWell) {
     EXPECT_LT(encoded(kPngCodec, slopes).size(), 512 * 512 * 3 / 20U);
 }
 
-TEST(PngCodec, TheFileStatesItsSpaceAndOnePixelAPoint) {
+TEST(PngCodec, WritesTheColorSpaceAndADensityOfOnePixelPerPoint) {
     const Bytes plain = encoded(kPngCodec, noise({30, 20}).withSize({15, 10}));
     EXPECT_TRUE(hasChunk(plain, "sRGB"));
     EXPECT_FALSE(hasChunk(plain, "iCCP"));
-    const std::ptrdiff_t density = placeOf(plain, "pHYs");
+    const std::ptrdiff_t density = offsetOf(plain, "pHYs");
     ASSERT_GT(density, 0);
-    // 2835 pixels a metre are 72.009 an inch.
+    // 2835 pixels per metre are 72.009 per inch.
     EXPECT_THAT(ByteView(plain).subspan(static_cast<std::size_t>(density) + 4, 9),
                 testing::ElementsAre(0, 0, 11, 19, 0, 0, 11, 19, 1));
     EXPECT_NEAR(decoded(kPngCodec, plain).size().width, 30, 0.01);
@@ -150,7 +150,7 @@ TEST(PngCodec, NoPixelsAreAnError) {
     EXPECT_FALSE(kPngCodec.encode(Image::empty({10, 10})));
 }
 
-TEST(PngCodec, PicturesAreTurnedUprightWhereverTheTagStands) {
+TEST(PngCodec, PicturesAreTurnedUprightWhereverTheExifChunkIs) {
     std::vector<std::uint8_t> samples(40 * 24 * 3);
     for (std::size_t i = 0; i < samples.size(); ++i)
         samples[i] = static_cast<std::uint8_t>(i * 7);
@@ -174,7 +174,7 @@ TEST(PngCodec, PicturesAreTurnedUprightWhereverTheTagStands) {
         }
 }
 
-TEST(PngExif, InATextTurnsThePictureToo) {
+TEST(PngExif, InATextChunkTurnsThePicture) {
     const std::string plain = encodedAs(kPngCodec, noise({30, 20}));
     const Image stored = decoded(kPngCodec, viewOf(plain));
     for (const std::string& kind : {"exif"s, "APP1"s})
@@ -187,7 +187,7 @@ TEST(PngExif, InATextTurnsThePictureToo) {
         }
 }
 
-TEST(PngExif, OfItsOwnChunkComesBeforeOneInAText) {
+TEST(PngExif, InItsOwnChunkHasPrecedenceOverATextChunk) {
     const std::string plain = encodedAs(kPngCodec, noise({30, 20}));
     const std::string file =
         withChunks(plain, rawProfileChunkOf("exif", "Exif\0\0"s + cameraExif(6).bytes()) +
@@ -205,7 +205,7 @@ TEST(PngCodec, PointsFollowTheDensity) {
                        pngFile({.size = {30, 10}, .adjust = chunk}, std::vector<std::uint8_t>(900)))
             .size();
     };
-    // 11811 is what 300 to the inch is rounded to, 2835 what 72 is: one point for each pixel.
+    // 11811 pixels per metre are 300 per inch, rounded; 2835 are 72, which is one point per pixel.
     EXPECT_EQ(sizeAt(11811, PNG_RESOLUTION_METER), (PointSize{30 * 72 / 300.0, 10 * 72 / 300.0}));
     EXPECT_EQ(sizeAt(2835, PNG_RESOLUTION_METER), (PointSize{30, 10}));
     EXPECT_NEAR(sizeAt(10'000, PNG_RESOLUTION_METER).width, 30 * 72 / 254.0, 1e-9);
@@ -214,7 +214,7 @@ TEST(PngCodec, PointsFollowTheDensity) {
     EXPECT_EQ(sizeAt(0, PNG_RESOLUTION_METER), (PointSize{30, 10}));
 }
 
-TEST(PngCodec, OfATruncatedFileTheFirstRowsAreShown) {
+TEST(PngCodec, ATruncatedFileShowsItsFirstRows) {
     const std::vector<std::uint8_t> samples = rgbSamples(noise({100, 200}));
     for (const bool interlaced : {false, true}) {
         const Bytes whole = pngFile({.size = {100, 200}, .interlaced = interlaced}, samples);
@@ -231,9 +231,8 @@ TEST(PngCodec, OfATruncatedFileTheFirstRowsAreShown) {
     }
 }
 
-TEST(PngCodec, SizesThatTheFileCannotHoldAreRefusedEarly) {
-    const auto claim = [](png_uint_32 width, png_uint_32 height) {
-        // Only headers are written; no picture of this size is made.
+TEST(PngCodec, HugePicturesInSmallFilesAreRefused) {
+    const auto headerOnly = [](png_uint_32 width, png_uint_32 height) {
         png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
         png_infop info = png_create_info_struct(png);
         Bytes file;
@@ -246,12 +245,12 @@ TEST(PngCodec, SizesThatTheFileCannotHoldAreRefusedEarly) {
         png_destroy_write_struct(&png, &info);
         return file;
     };
-    EXPECT_FALSE(kPngCodec.decode(claim(30'000, 30'000)));
-    EXPECT_FALSE(kPngCodec.decode(claim(100'000, 100'000)));
-    EXPECT_FALSE(kPngCodec.measure(claim(100'000, 100'000)));
+    EXPECT_FALSE(kPngCodec.decode(headerOnly(30'000, 30'000)));
+    EXPECT_FALSE(kPngCodec.decode(headerOnly(100'000, 100'000)));
+    EXPECT_FALSE(kPngCodec.measure(headerOnly(100'000, 100'000)));
 }
 
-TEST(PngCodec, DamagedBytesNeverDoHarm) {
+TEST(PngCodec, DamageIsHarmless) {
     const Bytes icc = wideProfile();
     Bytes exif = exifBlock(6);
     const auto chunks = [&](png_structp png, png_infop info) {

@@ -8,14 +8,14 @@
 namespace complexion {
 namespace {
 
-TEST(Resampled, TheSameSizeKeepsTheVeryPixelsAtOnePointPerPixel) {
+TEST(Resampled, TheSameSizeSharesThePixelsAtOnePointPerPixel) {
     const Image image = filled({300, 70}, RGBA32(10, 20, 30, 255)).withSize({72, 16.8});
     const Image same = resampled(image, {300, 70});
     EXPECT_EQ(same.size(), (PointSize{300, 70}));
     EXPECT_EQ(same.bands(), image.bands());
 }
 
-TEST(Resampled, AnEvenPictureStaysEvenAtEverySize) {
+TEST(Resampled, AUniformPictureStaysUniformAtEverySize) {
     const RGBA32 half(100, 50, 3, 127);
     const Image image = filled({97, 131}, half);
     for (const PixelSize size : {PixelSize{1, 1}, {96, 130}, {98, 132}, {255, 65}, {40, 700}, {700, 3}}) {
@@ -27,18 +27,18 @@ TEST(Resampled, AnEvenPictureStaysEvenAtEverySize) {
     }
 }
 
-TEST(Resampled, ShrinkingTakesTheMeanOfTheAreaCovered) {
+TEST(Resampled, ShrinkingAveragesTheCoveredArea) {
     const std::vector<RGBA32> pixels = {RGBA32(10, 0, 0, 255), RGBA32(20, 0, 0, 255), RGBA32(60, 0, 0, 255),
                                         RGBA32(30, 0, 0, 255), RGBA32(40, 0, 0, 255), RGBA32(90, 0, 0, 255)};
     const Image image = Image::fromPixels({3, 2}, pixels);
     EXPECT_EQ(resampled(image, {1, 1}).pixel(0, 0), RGBA32(42, 0, 0, 255)); // 250 / 6
-    // Half of the middle column belongs to either side.
+    // The middle column counts half on each side.
     const Image two = resampled(image, {2, 2});
     EXPECT_EQ(two.pixel(0, 0).red(), 13); // (10 + 20 / 2) / 1.5
     EXPECT_EQ(two.pixel(1, 1).red(), 73); // (40 / 2 + 90) / 1.5
 }
 
-TEST(Resampled, StretchesTheWholePictureWithoutKeepingItsShape) {
+TEST(Resampled, DoesNotKeepTheAspectRatio) {
     std::vector<RGBA32> pixels;
     for (int y = 0; y < 200; ++y)
         for (int x = 0; x < 400; ++x)
@@ -48,7 +48,7 @@ TEST(Resampled, StretchesTheWholePictureWithoutKeepingItsShape) {
     EXPECT_EQ(squeezed.pixel(99, 50), RGBA32(0, 0, 255, 255));
 }
 
-TEST(Resampled, AnEnlargedStepHasNoComponentAboveItsAlpha) {
+TEST(Resampled, AnEnlargedEdgeHasNoComponentAboveItsAlpha) {
     const std::vector<RGBA32> pixels = {RGBA32(0, 0, 0, 0), RGBA32(0, 0, 0, 0), RGBA32(128, 64, 128, 128),
                                         RGBA32(255, 255, 255, 255)};
     const Image wide = resampled(Image::fromPixels({4, 1}, pixels), {61, 5});
@@ -70,7 +70,7 @@ TEST(Resampled, AnEnlargedRampStaysARamp) {
         EXPECT_NEAR(wide.pixel(0, x).red(), 2 * x - 4, 1) << x;
 }
 
-TEST(Resampled, ThePicturesRowsJoinWithoutSeamsAcrossBands) {
+TEST(Resampled, BandsJoinWithoutSeams) {
     std::vector<RGBA32> pixels;
     for (int y = 0; y < 250; ++y)
         pixels.push_back(RGBA32(static_cast<std::uint8_t>(y), 0, 0, 255));

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files are read and written in processes that may take only so much more memory: too little is an answer,
-// never the end of the program.
+// Reads and writes files in processes with limited memory: too little memory is an error, never a crash.
 #include "imaging/image_tools.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
@@ -24,7 +23,7 @@ constexpr PixelSize kSize{2400, 1600};
 constexpr rlim_t kMinMemory = rlim_t{1} << 16;
 constexpr rlim_t kMaxMemory = rlim_t{1} << 30;
 
-/// The bytes of this process's address space.
+/// The size of this process's address space in bytes.
 rlim_t addressSpace() {
     rlim_t pages = 0;
     std::ifstream("/proc/self/statm") >> pages;
@@ -38,23 +37,23 @@ void limitAddressSpace(rlim_t bytes) {
     ::setrlimit(RLIMIT_AS, &limit);
 }
 
-/// Takes, for good, what earlier work left free inside this process, whose address space may grow no more.
-void takeWhatIsFree() {
+/// Allocates all memory that is free on the heap, and leaks it. The address space must be limited.
+void exhaustHeap() {
     for (std::size_t block = std::size_t{1} << 22; block >= 32; block /= 2) {
-        void* volatile taken = nullptr; // so that the compiler leaves the taking in place
+        void* volatile taken = nullptr; // volatile, so that the allocation is not optimised away
         do
             taken = std::malloc(block);
         while (taken != nullptr);
     }
 }
 
-/// What `work` answers in a process that may take `memory` more bytes; none when that process died.
-std::optional<bool> answerWithin(rlim_t memory, const std::function<bool()>& work) {
+/// Runs `work` in a child process that may allocate `memory` bytes. Returns its result; none if it crashed.
+std::optional<bool> resultWithin(rlim_t memory, const std::function<bool()>& work) {
     const pid_t child = ::fork();
     if (child == 0) {
         const rlim_t taken = addressSpace();
         limitAddressSpace(taken);
-        takeWhatIsFree();
+        exhaustHeap();
         limitAddressSpace(taken + memory);
         try {
             ::_exit(work() ? 1 : 0);
@@ -67,7 +66,7 @@ std::optional<bool> answerWithin(rlim_t memory, const std::function<bool()>& wor
     return WIFEXITED(status) ? std::optional(WEXITSTATUS(status) == 1) : std::nullopt;
 }
 
-/// Few colours, so that each format takes little time.
+/// A picture of few colours, which every format encodes quickly.
 Image shaded() {
     return painted(kSize, [](int row, int column) { return grey((row / 8 + column / 8) % 200); });
 }
@@ -76,17 +75,18 @@ class ScarceMemory : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-        GTEST_SKIP() << "sanitizers take address space of their own";
+        GTEST_SKIP() << "sanitizers reserve address space";
 #endif
     }
 
-    /// `work` in ever more memory: refused at first, done in the end, and alive all the time.
-    static void expectAnswers(const std::function<bool()>& work) {
+    /// Runs `work` with more and more memory. Expects that it fails at first, succeeds in the end, and never
+    /// crashes.
+    static void expectNoCrash(const std::function<bool()>& work) {
         int refused = 0;
         std::optional<bool> last;
         for (rlim_t memory = kMinMemory; memory <= kMaxMemory; memory *= 2) {
-            last = answerWithin(memory, work);
-            EXPECT_TRUE(last) << "died with " << memory << " bytes";
+            last = resultWithin(memory, work);
+            EXPECT_TRUE(last) << "crashed with " << memory << " bytes";
             refused += last == false ? 1 : 0;
         }
         EXPECT_GT(refused, 0);
@@ -101,14 +101,14 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Formats, ScarceMemory, testing::Values("jpg", "png", "tiff", "gif", "bmp"),
                          [](const auto& test) { return std::string(test.param); });
 
-TEST_P(ScarceMemory, RefusesAFileOrOpensIt) {
+TEST_P(ScarceMemory, NeverCrashesOpening) {
     ASSERT_TRUE(ImageTools::SaveImage(shaded(), path, format));
-    expectAnswers([&] { return ImageTools::DecodeImage(path).has_value(); });
+    expectNoCrash([&] { return ImageTools::DecodeImage(path).has_value(); });
 }
 
-TEST_P(ScarceMemory, LeavesAWholeFileOrNone) {
+TEST_P(ScarceMemory, NeverCrashesSaving) {
     const Image image = shaded();
-    expectAnswers([&] {
+    expectNoCrash([&] {
         std::filesystem::remove(path);
         return ImageTools::SaveImage(image, path, format) && std::filesystem::exists(path);
     });

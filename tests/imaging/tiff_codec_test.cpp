@@ -20,7 +20,7 @@ using test::throughFile;
 using test::TiffWriter;
 using test::translucent;
 
-TEST(TiffCodec, WritesAndReadsEveryPixelOfEverySizeAgain) {
+TEST(TiffCodec, PreservesEveryPixelAtEverySize) {
     for (const PixelSize size : test::kEdgeSizes) {
         expectSamePixels(throughFile(kTiffCodec, colorful(size)), colorful(size));
         expectSamePixels(throughFile(kTiffCodec, translucent(size)), translucent(size));
@@ -33,7 +33,7 @@ TEST(TiffCodec, AnOpaquePictureNeedsNoAlpha) {
     EXPECT_GT(encoded(kTiffCodec, translucent({256, 64})).size(), 256U * 64 * 4);
 }
 
-TEST(TiffCodec, OneTransparentPixelGivesAllBandsAlphaAndItsEndTakesIt) {
+TEST(TiffCodec, OneTransparentBandGivesAllBandsAlpha) {
     const Image opaque = colorful({70, 200});
     const auto withAlpha = [&] {
         BandList bands = opaque.bands();
@@ -69,7 +69,7 @@ TEST(TiffCodec, WritesOnePointPerPixelAndTheProfile) {
     EXPECT_TRUE(throughFile(kTiffCodec, colorful({7, 7})).profile().isSrgb());
 }
 
-TEST(TiffCodec, WhatIsTooLargeOrEmptyIsRefused) {
+TEST(TiffCodec, ImagesThatAreTooLargeOrEmptyAreRefused) {
     const auto tile =
         std::make_shared<const Tile>(PixelBlock{{256, 64}, std::make_unique<RGBA32[]>(256 * 64)});
     const auto band = std::make_shared<const Band>(std::vector(160, tile)); // 40960 columns
@@ -78,7 +78,7 @@ TEST(TiffCodec, WhatIsTooLargeOrEmptyIsRefused) {
     EXPECT_FALSE(kTiffCodec.encode(Image::empty({5, 5})));
 }
 
-TEST(TiffCodec, ThePictureStandsUpright) {
+TEST(TiffCodec, PicturesAreTurnedUpright) {
     const Image stored = colorful({5, 3});
     for (int tag = 1; tag <= 8; ++tag) {
         const Bytes file = rgbTiff(stored, [&](TIFF* tiff) {
@@ -95,7 +95,7 @@ TEST(TiffCodec, ThePictureStandsUpright) {
     }
 }
 
-TEST(TiffCodec, TheDensityCountsInchesOrCentimeters) {
+TEST(TiffCodec, TheDensityIsPerInchOrCentimeter) {
     const auto sizeWith = [](int unit) {
         return decoded(kTiffCodec, rgbTiff(colorful({300, 150}),
                                            [&](TIFF* tiff) {
@@ -110,7 +110,7 @@ TEST(TiffCodec, TheDensityCountsInchesOrCentimeters) {
     EXPECT_EQ(sizeWith(RESUNIT_NONE), (PointSize{300, 150}));
 }
 
-TEST(TiffCodec, AProfileOfOtherThanRgbIsNotKept) {
+TEST(TiffCodec, OnlyRgbProfilesAreKept) {
     const Bytes icc = wideProfile();
     const auto withProfile = [&](TIFF* tiff) {
         TIFFSetField(tiff, TIFFTAG_ICCPROFILE, static_cast<std::uint32_t>(icc.size()), icc.data());
@@ -148,7 +148,7 @@ TEST(TiffCodec, EveryPageIsMeasuredAndTheFirstIsDecoded) {
     EXPECT_EQ(image.pixel(99, 799).red(), 800 & 255);
 }
 
-TEST(TiffCodec, AChainOfPagesThatBitesItsTailEnds) {
+TEST(TiffCodec, ACyclicListOfPagesEnds) {
     Bytes file = encoded(kTiffCodec, colorful({3, 3}));
     const std::size_t entries = file[8];
     file[8 + 2 + entries * 12] = 8; // the next directory is the first one
@@ -157,9 +157,9 @@ TEST(TiffCodec, AChainOfPagesThatBitesItsTailEnds) {
     EXPECT_THAT(*sizes, testing::ElementsAre(PixelSize{3, 3}));
 }
 
-TEST(TiffCodec, CutFilesShowTheRowsThatAreThere) {
+TEST(TiffCodec, TruncatedFilesShowTheirFirstRows) {
     const Image image = colorful({20, 200});
-    // One strip and the directory in front of it, as written here; the library puts the directory last.
+    // This encoder writes the directory before its only strip; the library writes it last.
     const Bytes file = encoded(kTiffCodec, image);
     test::expectCutFilesAreHarmless(kTiffCodec, file, {20, 200});
     const Image half = decoded(kTiffCodec, ByteView(file).first(file.size() - 50 * 60));

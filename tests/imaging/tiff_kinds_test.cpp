@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Every kind of pixels that a TIFF file may have, and how they may lie in it.
+// Decoding every supported pixel format and layout of TIFF files.
 #include "imaging/codecs/codec.h"
 #include "tests/imaging/codec_pictures.h"
 #include "tests/imaging/tiff_writer.h"
@@ -53,7 +53,7 @@ TEST(TiffCodec, ReadsTilesThatReachOverTheEdge) {
     expectSamePixels(decoded(kTiffCodec, writer.finish()), image);
 }
 
-TEST(TiffCodec, ReadsPlanesApart) {
+TEST(TiffCodec, ReadsSeparatePlanes) {
     const Image image = colorful({61, 47});
     TiffWriter writer;
     writer.begin({61, 47}, 3, 8, PHOTOMETRIC_RGB);
@@ -81,7 +81,7 @@ TEST(TiffCodec, ReadsAssociatedAndStraightAlpha) {
     };
     const Image associated = file(EXTRASAMPLE_ASSOCALPHA);
     EXPECT_EQ(associated.pixel(0, 0), RGBA32(100, 50, 25, 128));
-    EXPECT_EQ(associated.pixel(0, 1), RGBA32(128, 100, 50, 128)); // red above alpha cannot be
+    EXPECT_EQ(associated.pixel(0, 1), RGBA32(128, 100, 50, 128)); // red is clamped to alpha
     const Image straight = file(EXTRASAMPLE_UNASSALPHA);
     EXPECT_EQ(straight.pixel(0, 0), RGBA32(50, 25, 13, 128));
     EXPECT_EQ(file(EXTRASAMPLE_UNSPECIFIED).pixel(0, 0), RGBA32(100, 50, 25, 255));
@@ -144,7 +144,7 @@ TEST(TiffCodec, ReadsPalettes) {
     std::vector<std::uint16_t> red(16);
     std::vector<std::uint16_t> green(16);
     std::vector<std::uint16_t> blue(16);
-    red[3] = 0xFF00; // some writers leave the low byte zero
+    red[3] = 0xFF00; // some encoders leave the low byte zero
     green[5] = 0x8080;
     TiffWriter writer;
     writer.begin({2, 1}, 1, 4, PHOTOMETRIC_PALETTE);
@@ -156,7 +156,7 @@ TEST(TiffCodec, ReadsPalettes) {
     EXPECT_EQ(image.pixel(0, 1), RGBA32(0, 128, 0, 255));
 }
 
-TEST(TiffCodec, ReadsInksWithoutAProfileAsShareOfTheLight) {
+TEST(TiffCodec, ReadsCmykWithoutAProfileMultiplicatively) {
     const Bytes samples = {0, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0, 255, 128, 0, 0, 128};
     TiffWriter writer;
     writer.begin({4, 1}, 4, 8, PHOTOMETRIC_SEPARATED);
@@ -201,8 +201,8 @@ TEST(TiffCodec, ReadsJpegInside) {
         }
 }
 
-TEST(TiffCodec, ReadsSubsampledColorsWithoutJpeg) {
-    // Two by two pixels of one colour: four lumas, then the shared Cb and Cr.
+TEST(TiffCodec, ReadsSubsampledChromaWithoutJpeg) {
+    // 2 by 2 pixels of one colour: four luma samples, then the shared Cb and Cr.
     const Bytes samples = {81, 81, 81, 81, 90, 240};
     TiffWriter writer;
     writer.begin({2, 2}, 3, 8, PHOTOMETRIC_YCBCR);

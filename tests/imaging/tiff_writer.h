@@ -11,7 +11,7 @@
 
 namespace complexion::test {
 
-/// A TIFF file in memory that the library writes.
+/// Writes a TIFF file to memory with the library.
 class TiffWriter {
 public:
     explicit TiffWriter(const char* mode = "w")
@@ -25,7 +25,7 @@ public:
 
     TIFF* handle() const { return m_handle; }
 
-    /// Sets the tags every page has.
+    /// Sets the tags that every page needs.
     void begin(PixelSize pixels, int samples, int bits, int photometric, int compression = COMPRESSION_NONE) {
         TIFFSetField(m_handle, TIFFTAG_IMAGEWIDTH, pixels.width);
         TIFFSetField(m_handle, TIFFTAG_IMAGELENGTH, pixels.height);
@@ -37,7 +37,7 @@ public:
     }
     void extraSample(std::uint16_t kind) { TIFFSetField(m_handle, TIFFTAG_EXTRASAMPLES, 1, &kind); }
 
-    /// The whole picture as one strip.
+    /// Writes the whole picture as one strip.
     void strip(const void* samples, std::size_t bytes) {
         TIFFWriteEncodedStrip(m_handle, 0, const_cast<void*>(samples), static_cast<tmsize_t>(bytes));
     }
@@ -80,7 +80,7 @@ private:
     TIFF* m_handle;
 };
 
-/// An RGB file whose tags `change` completes before the pixels are written in one strip.
+/// An RGB file in one strip; `change` sets further tags.
 template <class Change>
 Bytes rgbTiff(const Image& image, Change change, const char* mode = "w", int compression = COMPRESSION_NONE) {
     TiffWriter writer(mode);
