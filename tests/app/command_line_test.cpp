@@ -11,7 +11,7 @@ using testing::HasSubstr;
 using testing::StrEq;
 
 CommandLine parsed(std::vector<std::string> words) {
-    static std::vector<std::string> kept; // what is parsed points into it
+    static std::vector<std::string> kept; // the result points into it
     kept = std::move(words);
     kept.insert(kept.begin(), "complexion");
     std::vector<char*> pointers;
@@ -33,7 +33,7 @@ TEST(CommandLine, RefusesASecondPhoto) {
     EXPECT_THAT(parsed({"a.jpg", "--", "-b.jpg"}).usageError, HasSubstr("-b.jpg"));
 }
 
-TEST(CommandLine, KnowsHelpAndVersion) {
+TEST(CommandLine, RecognisesHelpAndVersion) {
     EXPECT_TRUE(parsed({"--help"}).help);
     EXPECT_TRUE(parsed({"-h"}).help);
     EXPECT_TRUE(parsed({"--version"}).version);
@@ -45,7 +45,7 @@ TEST(CommandLine, RefusesUnknownOptions) {
         EXPECT_THAT(parsed({option}).usageError, HasSubstr(option));
 }
 
-TEST(CommandLine, HandsTheToolkitsOptionsOn) {
+TEST(CommandLine, PassesTheToolkitsOptionsOn) {
     const CommandLine line = parsed({"-style", "Fusion", "a.jpg", "--platform=offscreen", "-reverse"});
     EXPECT_TRUE(line.usageError.empty());
     EXPECT_EQ(line.photo, "a.jpg");

@@ -23,13 +23,13 @@ namespace {
 
 class Connections : public WindowTest {
 protected:
-    /// A real press and release, as fast as the frozen clock tells.
+    /// Sends a press and a release; the fake clock does not advance in between.
     void click(QWidget& widget, const QPoint& place) {
         QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, place);
     }
 };
 
-TEST_F(Connections, StartValuesStandInTheControls) {
+TEST_F(Connections, ControlsHaveTheirInitialValues) {
     EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("10"));
     EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
     EXPECT_EQ(bar().sliderThreshold->floatValue(), 10.0F);
@@ -41,7 +41,7 @@ TEST_F(Connections, StartValuesStandInTheControls) {
     EXPECT_EQ(window.contents().boxUndo->alpha(), 0.8);
 }
 
-TEST_F(Connections, TheNaturalRepairTakesNoColourAndTheControlsSayWhy) {
+TEST_F(Connections, TheNaturalRepairDisablesTheColorControlsAndTheirToolTipsSayWhy) {
     QComboBox& repair = *bar().comboRepair;
     EXPECT_EQ(repair.currentText(), QStringLiteral("Flat color"));
     EXPECT_TRUE(bar().checkAutodetectColor->isEnabled());
@@ -105,7 +105,7 @@ TEST_F(Connections, TheMenuItemsOfUndoAndRedoAreNamedAfterTheStep) {
     EXPECT_EQ(item->text(QAccessible::Name), QStringLiteral("Undo repair"));
 }
 
-TEST_F(Connections, CommandsAreOfferedWhenTheyArePossible) {
+TEST_F(Connections, CommandsAreEnabledWhenAvailable) {
     const Actions& actions = window.actions();
     EXPECT_TRUE(actions.selectImage->isEnabled());
     for (const QAction* action : {actions.resetImage, actions.saveImage, actions.undo, actions.redo,
@@ -132,7 +132,7 @@ TEST_F(Connections, TheTitleNamesThePhoto) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("face.png — Complexion"));
 }
 
-TEST_F(Connections, TheStepperMovesTheField) {
+TEST_F(Connections, TheFieldFollowsTheStepper) {
     Stepper& stepper = *bar().stepperEditAreaSize;
     click(stepper, {stepper.width() / 2, 3});
     EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("11"));
@@ -152,12 +152,12 @@ TEST_F(Connections, ATypedSizeSetsTheStepper) {
 
 TEST_F(Connections, ATypedSizeIsClampedToTheSteppersBounds) {
     QLineEdit& field = *bar().textFieldEditAreaSize;
-    for (const auto& [typed, counts] : {std::pair("999", 500), std::pair("0", 1), std::pair("000000", 1)}) {
+    for (const auto& [typed, expected] : {std::pair("999", 500), std::pair("0", 1), std::pair("000000", 1)}) {
         field.selectAll();
         QTest::keyClicks(&field, QString::fromLatin1(typed));
         QTest::keyClick(&field, Qt::Key_Return);
-        EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), counts);
-        EXPECT_EQ(field.text(), QString::number(counts));
+        EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), expected);
+        EXPECT_EQ(field.text(), QString::number(expected));
     }
 }
 
@@ -172,15 +172,15 @@ TEST_F(Connections, AnEmptiedFieldKeepsTheSize) {
 
 TEST_F(Connections, ATypedFractionIsRounded) {
     QLineEdit& field = *bar().textFieldEditAreaSize;
-    for (const auto& [typed, counts] :
+    for (const auto& [typed, expected] :
          {std::pair("12.7", 13), std::pair("12,7", 13), std::pair("12.5", 13), std::pair("12.49", 12),
           std::pair("7.", 7), std::pair(".6", 1), std::pair("500.4", 500), std::pair("0.2", 1)}) {
         field.selectAll();
         QTest::keyClicks(&field, QString::fromLatin1(typed));
         EXPECT_EQ(field.text(), QString::fromLatin1(typed));
         QTest::keyClick(&field, Qt::Key_Return);
-        EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), counts) << typed;
-        EXPECT_EQ(field.text(), QString::number(counts));
+        EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), expected) << typed;
+        EXPECT_EQ(field.text(), QString::number(expected));
     }
 }
 
@@ -213,21 +213,21 @@ TEST_F(Connections, SettingAControlFromCodeSendsNoAction) {
     EXPECT_EQ(bar().textFieldEditAreaSize->text(), QStringLiteral("10"));
 }
 
-TEST_F(Connections, ChoosingAnEffectShowsIt) {
+TEST_F(Connections, ChoosingAnEffectAppliesIt) {
     open();
     QTest::keyClick(bar().comboEffect, Qt::Key_Down);
     EXPECT_EQ(bar().comboEffect->currentText(), QStringLiteral("Chrome"));
     EXPECT_FALSE(photo().image()->isSameObject(controller->originalImage()));
 }
 
-TEST_F(Connections, TheCustomColorIsOfferedWithoutAutodetection) {
+TEST_F(Connections, TheCustomColorIsEnabledWithoutAutodetection) {
     EXPECT_FALSE(bar().colorWellCustomColor->isEnabled());
     QTest::mouseClick(bar().checkAutodetectColor, Qt::LeftButton, Qt::NoModifier,
                       {10, bar().checkAutodetectColor->height() / 2});
     EXPECT_TRUE(bar().colorWellCustomColor->isEnabled());
 }
 
-TEST_F(Connections, AClickOnThePhotoIsARepair) {
+TEST_F(Connections, AClickOnThePhotoRepairs) {
     open();
     click(photo(), window.rootView().rect().center());
     EXPECT_EQ(queues.backgroundCount(), 1U);
@@ -235,7 +235,7 @@ TEST_F(Connections, AClickOnThePhotoIsARepair) {
     EXPECT_EQ(controller->currenState, 1);
 }
 
-TEST_F(Connections, TheSecondClickOfADoubleClickIsARepairToo) {
+TEST_F(Connections, TheSecondClickOfADoubleClickRepairs) {
     open();
     const QPoint center = photo().rect().center();
     click(photo(), center);
@@ -248,7 +248,7 @@ TEST_F(Connections, OtherMouseButtonsDoNotRepair) {
     open();
     QTest::mouseClick(&photo(), Qt::RightButton);
     QTest::mouseClick(&photo(), Qt::MiddleButton);
-    queues.runAll(); // what a click would do is looked at
+    queues.runAll(); // the preview may be computed
     EXPECT_EQ(controller->currenState, 0);
 }
 
@@ -264,7 +264,7 @@ TEST_F(Connections, APressOnABoxNeverReachesThePhoto) {
     EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
-TEST_F(Connections, MousePlacesCountFromTheBottomLeft) {
+TEST_F(Connections, MousePositionsAreFromTheBottomLeft) {
     std::vector<MouseEvent> events;
     const auto record = [&events](const MouseEvent& event) { events.push_back(event); };
     RootView& root = window.rootView();
@@ -291,7 +291,7 @@ TEST_F(Connections, AResizeKeepsAFittedPhotoFitted) {
               (Frame{0, 0, static_cast<double>(area.width()), static_cast<double>(area.height())}));
 }
 
-TEST_F(Connections, ADropOnABoxCountsAsOneOnThePhoto) {
+TEST_F(Connections, ADropOnABoxIsADropOnThePhoto) {
     const std::filesystem::path path = platform.photos() / "dropped.png";
     ASSERT_TRUE(ImageTools::SaveImage(filled({60, 40}, kSkin), path, "png"));
     QMimeData data;
@@ -316,7 +316,7 @@ TEST_F(Connections, AClickOnTheHintCardOpensThePanel) {
     EXPECT_EQ(dialogs.shownCount(), 1);
 }
 
-TEST_F(Connections, AButtonAndItsShortcutAreOneCommand) {
+TEST_F(Connections, AButtonAndItsShortcutRunTheSameCommand) {
     dialogs.expectOpenPanel(cancelled());
     click(*window.contents().boxSelectImage->findChild<QToolButton*>(), {20, 20});
     dialogs.expectOpenPanel(cancelled());
@@ -325,7 +325,7 @@ TEST_F(Connections, AButtonAndItsShortcutAreOneCommand) {
     EXPECT_EQ(dialogs.shownCount(), 2);
 }
 
-TEST_F(Connections, ClosingAsksOnceAndNoKeepsTheWindow) {
+TEST_F(Connections, ClosingAsksOnceAndAnsweringNoKeepsTheWindow) {
     open();
     dialogs.expectQuestion(kExitQuestion, kSecondButton);
     EXPECT_FALSE(window.close());
@@ -334,7 +334,7 @@ TEST_F(Connections, ClosingAsksOnceAndNoKeepsTheWindow) {
     EXPECT_EQ(filesIn(platform.states()).size(), 1U);
 }
 
-TEST_F(Connections, ClosingWithYesDeletesTheStates) {
+TEST_F(Connections, ClosingAndAnsweringYesDeletesTheStates) {
     open();
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     EXPECT_TRUE(window.close());
@@ -354,7 +354,7 @@ TEST_F(Connections, QuittingAsksOnce) {
     EXPECT_EQ(dialogs.shownCount(), 2);
 }
 
-TEST_F(Connections, LongWorkShowsASign) {
+TEST_F(Connections, LongWorkShowsABusySign) {
     Q_EMIT controller->longWorkBegan(QStringLiteral("Opening the photo…"));
     Q_EMIT controller->longWorkBegan(QStringLiteral("Writing…"));
     EXPECT_TRUE(window.busySign().isVisible());

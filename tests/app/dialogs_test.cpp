@@ -29,7 +29,7 @@ const Alert kOutcome{.messageText = "",
                      .style = AlertStyle::Informational,
                      .buttons = {"OK"}};
 
-/// What an alert of real dialogs gives when `answer` is done to it.
+/// Shows a real alert, performs `answer` on it, and returns its result.
 template <class Answer>
 int answered(const Alert& alert, const Answer& answer) {
     WindowDialogs dialogs(nullptr, [] { return std::filesystem::path(); });
@@ -52,7 +52,7 @@ void type(QWidget& dialog, Qt::Key key) {
     QTest::keyClick(&dialog, key);
 }
 
-TEST(Alert, AnswersWithTheButtonThatWasPressed) {
+TEST(Alert, ReturnsThePressedButton) {
     EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { press(dialog, "Yes"); }), kFirstButton);
     EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { press(dialog, "No"); }), kSecondButton);
     EXPECT_EQ(answered(kOutcome, [](QWidget& dialog) { press(dialog, "OK"); }), kFirstButton);
@@ -83,7 +83,7 @@ TEST(Alert, ShowsItsTextAndItsButtonsInOrder) {
     EXPECT_EQ(buttons[1]->text(), QStringLiteral("No"));
 }
 
-TEST(SavePanel, PutsTheExtensionOnATypedName) {
+TEST(SavePanel, AppendsTheExtensionToATypedName) {
     EXPECT_EQ(withExtension(QStringLiteral("a"), {"jpg"}), QStringLiteral("a.jpg"));
     EXPECT_EQ(withExtension(QStringLiteral("a."), {"jpg"}), QStringLiteral("a.jpg"));
     EXPECT_EQ(withExtension(QStringLiteral("a.jpg"), {"jpg"}), QStringLiteral("a.jpg"));
@@ -94,7 +94,7 @@ TEST(SavePanel, PutsTheExtensionOnATypedName) {
 
 using test::accept;
 
-/// A save panel for a JPEG in a folder of its own.
+/// A save panel for a JPEG file in a temporary folder.
 class RunningSavePanel : public testing::Test {
 protected:
     void show() { panel.show(); }
@@ -102,7 +102,7 @@ protected:
     void typeName(const char* text) {
         auto* name = panel.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
         ASSERT_TRUE(name);
-        test::activate(panel); // typing replaces a choice in the list only with the focus
+        test::activate(panel); // only with the focus, typing replaces the selection in the list
         name->setFocus();
         name->selectAll();
         QTest::keyClicks(name, QString::fromLatin1(text));
@@ -129,14 +129,14 @@ TEST_F(RunningSavePanel, ProposesTheNameWithItsExtension) {
     EXPECT_EQ(chosenFile(), folder.path() / "a_retouched.jpg");
 }
 
-TEST_F(RunningSavePanel, GivesTheNameWithTheExtensionPutOn) {
+TEST_F(RunningSavePanel, ReturnsTheNameWithTheExtensionAppended) {
     panel.show();
     typeName("b.png");
     accept(panel);
     EXPECT_EQ(chosenFile(), folder.path() / "b.png.jpg");
 }
 
-TEST_F(RunningSavePanel, AsksAboutTheNameThatWillBeWritten) {
+TEST_F(RunningSavePanel, AsksAboutTheCompletedName) {
     writeFile(folder.path() / "b.jpg", "old");
     panel.show();
     typeName("b");
@@ -150,7 +150,7 @@ TEST_F(RunningSavePanel, AsksAboutTheNameThatWillBeWritten) {
     EXPECT_EQ(chosenFile(), folder.path() / "b.jpg");
 }
 
-TEST_F(RunningSavePanel, SaysPlainlyThatTheOpenedPhotoWouldBeReplaced) {
+TEST_F(RunningSavePanel, WarnsThatTheOpenedPhotoWouldBeReplaced) {
     writeFile(source, "the photo");
     panel.show();
     typeName("a");
@@ -161,7 +161,7 @@ TEST_F(RunningSavePanel, SaysPlainlyThatTheOpenedPhotoWouldBeReplaced) {
     EXPECT_TRUE(panel.isVisible());
 }
 
-TEST_F(RunningSavePanel, KnowsTheOpenedPhotoByItsOtherNames) {
+TEST_F(RunningSavePanel, RecognisesTheOpenedPhotoThroughLinks) {
     writeFile(source, "the photo");
     std::filesystem::create_symlink(source, folder.path() / "link.jpg");
     std::filesystem::create_hard_link(source, folder.path() / "same.jpg");
@@ -177,7 +177,7 @@ TEST_F(RunningSavePanel, KnowsTheOpenedPhotoByItsOtherNames) {
     }
 }
 
-TEST_F(RunningSavePanel, LetsNothingBeSavedWhereItWouldGoWithTheHistory) {
+TEST_F(RunningSavePanel, RefusesThePrivateFolder) {
     std::filesystem::create_directory(privateFolder);
     writeFile(privateFolder / "stateImage1.jpg", "a state");
     std::filesystem::create_directory_symlink(privateFolder, folder.path() / "link");
@@ -220,7 +220,7 @@ const std::vector<std::string>& hostileNames() {
     return names;
 }
 
-TEST_F(RunningSavePanel, ReturnsTheVeryPathThatItChecked) {
+TEST_F(RunningSavePanel, ReturnsExactlyTheCheckedPath) {
     writeFile(folder.path() / "b.jpg", "another photo");
     writeFile(folder.path() / "holiday.jpg", "another photo");
     for (const std::string& name : hostileNames()) {
@@ -242,7 +242,7 @@ TEST_F(RunningSavePanel, ReturnsTheVeryPathThatItChecked) {
     }
 }
 
-TEST_F(RunningSavePanel, ProposesHostileNamesAsTheyAre) {
+TEST_F(RunningSavePanel, ProposesHostileNamesUnchanged) {
     for (const std::string& name : hostileNames()) {
         SaveFilePanel proposing({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = name}, folder.path(),
                                 {}, dialogs);
@@ -253,7 +253,7 @@ TEST_F(RunningSavePanel, ProposesHostileNamesAsTheyAre) {
     }
 }
 
-TEST_F(RunningSavePanel, AnOpenPanelTakesHostileNamesToo) {
+TEST_F(RunningSavePanel, AnOpenPanelAcceptsHostileNames) {
     for (const std::string& name : hostileNames()) {
         const std::filesystem::path file = folder.path() / name;
         writeFile(file, "a photo");
@@ -303,13 +303,13 @@ TEST_F(RunningSavePanel, StaysOpenForTheNameOfAFolder) {
     EXPECT_TRUE(panel.isVisible());
 }
 
-TEST(OpenPanelOfANewUser, BeginsInTheHomeFolderWithNoName) {
+TEST(OpenPanelOfANewUser, StartsInTheHomeFolderWithoutAName) {
     const TemporaryFolder home;
     const QByteArray before = qgetenv("HOME");
     qputenv("HOME", home.path().c_str());
     WindowDialogs dialogs(nullptr, [] { return std::filesystem::path(); });
     std::filesystem::path folder;
-    QString name = QStringLiteral("not looked at");
+    QString name = QStringLiteral("not read");
     QTimer::singleShot(0, [&] {
         auto* const panel = qobject_cast<FilePanel*>(QApplication::activeModalWidget());
         ASSERT_TRUE(panel);

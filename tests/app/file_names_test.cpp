@@ -18,23 +18,22 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-// Latin 1, and no UTF-8.
-constexpr const char* kOldName = "caf\xE9.png";
+constexpr const char* kLatin1Name = "caf\xE9.png";
 
-TEST(ShownName, OfUtf8IsTheNameItself) {
+TEST(ShownName, OfAUtf8NameIsTheName) {
     EXPECT_EQ(shownName("caf\xC3\xA9 \xE5\x86\x99.png"), u"café 写.png"_s);
     EXPECT_EQ(shownName("cafe\xCC\x81.png"), u"cafe\u0301.png"_s);
 }
 
-TEST(ShownName, OfAnythingElseIsReadAsLatin1) {
-    EXPECT_EQ(shownName(kOldName), u"café.png"_s);
+TEST(ShownName, OfAnotherNameIsReadAsLatin1) {
+    EXPECT_EQ(shownName(kLatin1Name), u"café.png"_s);
     EXPECT_EQ(shownName("\xFF\xFE\x80.png"), u"ÿþ\uFFFD.png"_s);
 }
 
-/// The whole window; its panels are the real ones.
+/// The whole window with the real panels.
 class NamesThatAreNotUtf8 : public WindowTest {
 protected:
-    /// A photo under that name.
+    /// Writes a photo under that name.
     std::filesystem::path makePhoto(const std::string& name) {
         const std::filesystem::path plain = platform.photos() / "plain.png";
         EXPECT_TRUE(ImageTools::SaveImage(skinWithBlemishes({40, 30}, {{15, 20}}), plain, "png"));
@@ -46,22 +45,22 @@ protected:
     std::filesystem::path folder() const { return platform.photos(); }
 
     static void typeName(FilePanel& panel, const QString& name) {
-        test::activate(panel); // typing replaces a choice in the list only with the focus
+        test::activate(panel); // only with the focus, typing replaces the selection in the list
         auto* const field = panel.findChild<QLineEdit*>(u"fileNameEdit"_s);
         field->setFocus();
         field->setText(name);
     }
 };
 
-TEST_F(NamesThatAreNotUtf8, StandReadablyInTheTitle) {
-    const std::filesystem::path path = makePhoto(kOldName);
+TEST_F(NamesThatAreNotUtf8, AreReadableInTheTitle) {
+    const std::filesystem::path path = makePhoto(kLatin1Name);
     controller->OpenFile(path);
     EXPECT_EQ(controller->originalImagePath, path);
     EXPECT_EQ(window.windowTitle(), u"café.png — Complexion"_s);
 }
 
 TEST_F(NamesThatAreNotUtf8, AreListedAndChosenByteForByte) {
-    const std::filesystem::path photo = makePhoto(kOldName);
+    const std::filesystem::path photo = makePhoto(kLatin1Name);
     OpenFilePanel panel({.allowedFileTypes = {"png"}}, folder(), dialogs);
     panel.show();
     test::waitUntilListed(panel);
@@ -101,8 +100,8 @@ TEST_F(NamesThatAreNotUtf8, OfFoldersAreEntered) {
     EXPECT_EQ(panel.chosenPath(), photo);
 }
 
-TEST_F(NamesThatAreNotUtf8, TypedIntoTheOpenPanelAreSaidToBeMissing) {
-    makePhoto(kOldName);
+TEST_F(NamesThatAreNotUtf8, TypedIntoTheOpenPanelAreReportedAsMissing) {
+    makePhoto(kLatin1Name);
     for (const QString& typed : {u"café.png"_s, u"caf\uFFFD.png"_s}) {
         OpenFilePanel panel({.allowedFileTypes = {"png"}}, folder(), dialogs);
         panel.show();
@@ -114,10 +113,10 @@ TEST_F(NamesThatAreNotUtf8, TypedIntoTheOpenPanelAreSaidToBeMissing) {
     }
 }
 
-TEST_F(NamesThatAreNotUtf8, ComingOutOfAPanelDamagedShowTheLoadFailureAndLoseNothing) {
+TEST_F(NamesThatAreNotUtf8, CorruptedByAPanelShowTheLoadFailureAndLoseNothing) {
     open();
     const std::filesystem::path before = controller->originalImagePath;
-    makePhoto(kOldName);
+    makePhoto(kLatin1Name);
     dialogs.expectQuestion(kSelectQuestion, kFirstButton);
     dialogs.expectOpenPanel(chosen(platform.photos() / "caf\xEF\xBF\xBD.png"));
     dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
@@ -126,7 +125,7 @@ TEST_F(NamesThatAreNotUtf8, ComingOutOfAPanelDamagedShowTheLoadFailureAndLoseNot
     EXPECT_TRUE(controller->hasImage());
 }
 
-TEST_F(NamesThatAreNotUtf8, AreProposedForTheResultAsTheyAreShown) {
+TEST_F(NamesThatAreNotUtf8, AreProposedForTheResultInReadableForm) {
     SaveFilePanel panel({.allowedFileTypes = {"png"}, .nameFieldStringValue = "caf\xE9_retouched.png"},
                         folder(), {}, dialogs);
     panel.show();

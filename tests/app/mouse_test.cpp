@@ -1,94 +1,94 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the mouse must not do by the way: repair where the photo was moved, change a setting that it passes.
-#include "tests/app/hand_fixture.h"
+// The mouse must not repair where the photo is panned, nor change settings that it scrolls over.
+#include "tests/app/photo_input_fixture.h"
 
 namespace complexion {
 namespace {
 
-TEST_F(Hand, AQuickPanIsNoClick) {
+TEST_F(PhotoInputTest, AQuickPanIsNotAClick) {
     turnWheel(8);
     const int distance = QApplication::startDragDistance();
     int repairs = 0;
     for (const int moved : {distance, distance + 3, 60, 200, -distance, -200}) {
         const Frame before = photo().frame();
-        drag(Qt::LeftButton, {moved, 0}); // in no time
+        drag(Qt::LeftButton, {moved, 0}); // takes no time
         EXPECT_NE(photo().frame(), before) << moved;
         queues.runAll();
         EXPECT_EQ(controller->currenState, repairs) << moved;
     }
-    drag(Qt::LeftButton, {distance - 1, 0}); // the hand that clicks trembles
+    drag(Qt::LeftButton, {distance - 1, 0}); // an unsteady click
     queues.runAll();
     EXPECT_EQ(controller->currenState, ++repairs);
-    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     EXPECT_EQ(controller->currenState, ++repairs);
 }
 
-TEST_F(Hand, APanThatEndsWhereItBeganIsNoClick) {
+TEST_F(PhotoInputTest, APanThatEndsWhereItBeganIsNotAClick) {
     turnWheel(8);
-    QTest::mousePress(&photo(), Qt::LeftButton, {}, middle());
+    QTest::mousePress(&photo(), Qt::LeftButton, {}, centre());
     for (const QPoint by : {QPoint(0, 30), QPoint(0, 0)}) {
-        QMouseEvent move(QEvent::MouseMove, middle() + by, photo().mapToGlobal(middle() + by), Qt::NoButton,
+        QMouseEvent move(QEvent::MouseMove, centre() + by, photo().mapToGlobal(centre() + by), Qt::NoButton,
                          Qt::LeftButton, {});
         QApplication::sendEvent(&photo(), &move);
     }
-    QTest::mouseRelease(&photo(), Qt::LeftButton, {}, middle());
+    QTest::mouseRelease(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     EXPECT_EQ(controller->currenState, 0);
 }
 
-TEST_F(Hand, AReleaseFarFromItsPressMovesThePhotoThoughNoMoveWasTold) {
+TEST_F(PhotoInputTest, AReleaseFarFromItsPressPansEvenWithoutAMoveEvent) {
     turnWheel(8);
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::MiddleButton}) {
         const Frame before = photo().frame();
-        QTest::mousePress(&photo(), button, {}, middle());
-        QTest::mouseRelease(&photo(), button, {}, middle() + QPoint(-20, 10));
+        QTest::mousePress(&photo(), button, {}, centre());
+        QTest::mouseRelease(&photo(), button, {}, centre() + QPoint(-20, 10));
         EXPECT_EQ(photo().frame(), (Frame{before.x - 20, before.y - 10, before.width, before.height}));
         queues.runAll();
         EXPECT_EQ(controller->currenState, 0);
     }
 }
 
-TEST_F(Hand, ALeftReleaseWhileAnotherButtonIsHeldIsNotLost) {
+TEST_F(PhotoInputTest, ALeftReleaseWhileAnotherButtonIsDownIsHandled) {
     for (const Qt::MouseButton other : {Qt::RightButton, Qt::MiddleButton}) {
         const std::int64_t before = controller->currenState;
-        QTest::mousePress(&photo(), Qt::LeftButton, {}, middle());
-        QTest::mousePress(&photo(), other, {}, middle());
-        QTest::mouseRelease(&photo(), Qt::LeftButton, {}, middle());
+        QTest::mousePress(&photo(), Qt::LeftButton, {}, centre());
+        QTest::mousePress(&photo(), other, {}, centre());
+        QTest::mouseRelease(&photo(), Qt::LeftButton, {}, centre());
         queues.runAll();
         EXPECT_EQ(controller->currenState, before + 1) << "with button " << other;
-        QTest::mouseRelease(&photo(), other, {}, middle());
-        // No button is down: the photo stays where it is.
+        QTest::mouseRelease(&photo(), other, {}, centre());
+        // No button is down any more, so moving the pointer must not pan.
         const Frame frame = photo().frame();
         turnWheel(1);
-        point(middle() + QPoint(40, 40));
+        point(centre() + QPoint(40, 40));
         turnWheel(-1);
         EXPECT_EQ(photo().frame(), frame);
     }
 }
 
-TEST_F(Hand, AButtonThatWasTakenForMovingNeverClicks) {
-    QTest::mousePress(&photo(), Qt::MiddleButton, {}, middle());
-    QTest::mousePress(&photo(), Qt::LeftButton, {}, middle());
-    QTest::mouseRelease(&photo(), Qt::MiddleButton, {}, middle());
-    QTest::mouseRelease(&photo(), Qt::LeftButton, {}, middle());
+TEST_F(PhotoInputTest, AButtonThatPansNeverClicks) {
+    QTest::mousePress(&photo(), Qt::MiddleButton, {}, centre());
+    QTest::mousePress(&photo(), Qt::LeftButton, {}, centre());
+    QTest::mouseRelease(&photo(), Qt::MiddleButton, {}, centre());
+    QTest::mouseRelease(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     EXPECT_EQ(controller->currenState, 0);
 }
 
-TEST_F(Hand, AltAndTheWheelLeaveTheFocusWhereItWas) {
+TEST_F(PhotoInputTest, AltAndTheWheelKeepTheFocus) {
     QTest::keyPress(&photo(), Qt::Key_Alt, Qt::AltModifier);
     turnWheel(1, Qt::AltModifier, {400, 200}, /*sideways*/ true);
     QTest::keyRelease(&photo(), Qt::Key_Alt);
     EXPECT_EQ(window.focusWidget(), &photo());
-    // Alt alone opens the menus, as everywhere.
+    // Alt alone opens the menus.
     QTest::keyPress(&photo(), Qt::Key_Alt, Qt::AltModifier);
     QTest::keyRelease(&photo(), Qt::Key_Alt);
     EXPECT_NE(window.focusWidget(), &photo());
 }
 
-TEST_F(Hand, TheWheelOverAControlWithoutTheFocusChangesNothing) {
+TEST_F(PhotoInputTest, TheWheelOverAControlWithoutTheFocusChangesNothing) {
     const auto turnOver = [](QWidget* control, int notches) {
         const QPoint at = control->rect().center();
         QWheelEvent event(at, control->mapToGlobal(at), {}, {0, 120 * notches}, Qt::NoButton, {},
@@ -118,7 +118,7 @@ TEST_F(Hand, TheWheelOverAControlWithoutTheFocusChangesNothing) {
     }
 }
 
-TEST_F(Hand, AClickBetweenTheButtonsOfTheRailRepairsNothing) {
+TEST_F(PhotoInputTest, AClickBetweenTheButtonsOfTheRailRepairsNothing) {
     const WindowContents& contents = window.contents();
     const std::vector<Box*> boxes = {contents.boxSelectImage, contents.boxResetImage, contents.boxSaveImage,
                                      contents.boxUndo,        contents.boxRedo,       contents.boxZoomIn,

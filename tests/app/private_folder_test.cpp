@@ -15,7 +15,7 @@
 namespace complexion {
 namespace {
 
-/// An environment variable's value for as long as it lives.
+/// Sets an environment variable and restores it on destruction.
 class Environment {
 public:
     Environment(const char* name, const std::string& value) : m_name(name) {
@@ -37,13 +37,13 @@ private:
     std::optional<std::string> m_before;
 };
 
-TEST(PrivateFolder, OnlyTheUserMayEnter) {
+TEST(PrivateFolder, CanBeEnteredByTheUserOnly) {
     const Result<PrivateFolder> folder = PrivateFolder::create();
     ASSERT_TRUE(folder);
     EXPECT_EQ(std::filesystem::status(folder->path()).permissions(), std::filesystem::perms::owner_all);
 }
 
-TEST(PrivateFolder, StandsInTheTemporaryDirectoryThatIsSet) {
+TEST(PrivateFolder, IsCreatedInTmpdir) {
     const TemporaryFolder parent;
     const Environment variable("TMPDIR", parent.path());
     const Result<PrivateFolder> folder = PrivateFolder::create();
@@ -51,14 +51,14 @@ TEST(PrivateFolder, StandsInTheTemporaryDirectoryThatIsSet) {
     EXPECT_EQ(folder->path().parent_path(), parent.path());
 }
 
-TEST(PrivateFolder, StandsInVarTmpWhenNoneIsSet) {
+TEST(PrivateFolder, IsCreatedInVarTmpIfTmpdirIsNotSet) {
     const Environment variable("TMPDIR", "");
     const Result<PrivateFolder> folder = PrivateFolder::create();
     ASSERT_TRUE(folder);
     EXPECT_EQ(folder->path().parent_path(), "/var/tmp");
 }
 
-TEST(PrivateFolder, GoesWithAllThatIsInIt) {
+TEST(PrivateFolder, IsRemovedWithItsContent) {
     std::filesystem::path path;
     {
         Result<PrivateFolder> folder = PrivateFolder::create();
@@ -71,39 +71,40 @@ TEST(PrivateFolder, GoesWithAllThatIsInIt) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST(PrivateFolder, EachRunHasItsOwn) {
+TEST(PrivateFolder, IsUnique) {
     const Result<PrivateFolder> one = PrivateFolder::create();
     const Result<PrivateFolder> other = PrivateFolder::create();
     EXPECT_NE(one->path(), other->path());
 }
 
-TEST(PrivateFolder, SaysWhyThereIsNone) {
+TEST(PrivateFolder, ReportsWhyItCannotBeCreated) {
     const Environment variable("TMPDIR", "/nowhere/at/all");
     const Result<PrivateFolder> folder = PrivateFolder::create();
     ASSERT_FALSE(folder);
     EXPECT_THAT(folder.error().message, testing::HasSubstr("/nowhere/at/all"));
 }
 
-/// What `create` in another process leaves at `place` when it is killed; the path of the folder.
-std::filesystem::path folderOfAKilledRun(const TemporaryFolder& parent) {
+/// Creates a private folder in `parent` in a child process that then ends abruptly. Returns the folder's
+/// path.
+std::filesystem::path folderOfAKilledProcess(const TemporaryFolder& parent) {
     const pid_t child = ::fork();
     if (child == 0) {
         const Result<PrivateFolder> folder = PrivateFolder::create();
         std::ofstream(folder->path() / "stateImage1.png") << "a face";
-        ::_exit(0); // no destructor runs, as when it is killed
+        ::_exit(0); // runs no destructors, like a kill
     }
     int status = 0;
     ::waitpid(child, &status, 0);
-    std::filesystem::path left;
+    std::filesystem::path folder;
     for (const auto& entry : std::filesystem::directory_iterator(parent.path()))
-        left = entry.path();
-    return left;
+        folder = entry.path();
+    return folder;
 }
 
-TEST(PrivateFolder, WhatAKilledRunLeftGoesAtTheNextStart) {
+TEST(PrivateFolder, OfAKilledProcessIsRemovedAtTheNextStart) {
     const TemporaryFolder parent;
     const Environment variable("TMPDIR", parent.path());
-    const std::filesystem::path left = folderOfAKilledRun(parent);
+    const std::filesystem::path left = folderOfAKilledProcess(parent);
     ASSERT_TRUE(std::filesystem::exists(left / "stateImage1.png"));
     const Result<PrivateFolder> folder = PrivateFolder::create();
     ASSERT_TRUE(folder);
@@ -111,7 +112,7 @@ TEST(PrivateFolder, WhatAKilledRunLeftGoesAtTheNextStart) {
     EXPECT_TRUE(std::filesystem::exists(folder->path()));
 }
 
-TEST(PrivateFolder, AFolderThatALivingRunOwnsStays) {
+TEST(PrivateFolder, OfARunningProcessIsKept) {
     const TemporaryFolder parent;
     const Environment variable("TMPDIR", parent.path());
     const Result<PrivateFolder> first = PrivateFolder::create();
@@ -120,10 +121,10 @@ TEST(PrivateFolder, AFolderThatALivingRunOwnsStays) {
     EXPECT_TRUE(std::filesystem::exists(first->path()));
 }
 
-TEST(PrivateFolder, WhatOthersPutBesideItStays) {
+TEST(PrivateFolder, FoldersOfOtherProgramsAreKept) {
     const TemporaryFolder parent;
     const Environment variable("TMPDIR", parent.path());
-    const std::filesystem::path open = parent.path() / "complexion-abcdef"; // not made by us: all may enter
+    const std::filesystem::path open = parent.path() / "complexion-abcdef"; // everyone may enter, so not ours
     std::filesystem::create_directory(open);
     std::filesystem::permissions(open, std::filesystem::perms(0755));
     const std::filesystem::path named = parent.path() / "complexion-notes";

@@ -16,7 +16,7 @@
 namespace complexion {
 namespace {
 
-TEST(SystemPlatform, TheUptimeNeverGoesBack) {
+TEST(SystemPlatform, TheUptimeIsMonotonic) {
     SystemPlatform platform("/", [] {});
     std::uint64_t last = platform.monotonicNanoseconds();
     for (int i = 0; i < 1000; ++i) {
@@ -26,12 +26,12 @@ TEST(SystemPlatform, TheUptimeNeverGoesBack) {
     }
 }
 
-TEST(SystemPlatform, TheWallClockTellsSecondsSince1970) {
+TEST(SystemPlatform, TheWallClockIsInSecondsSince1970) {
     SystemPlatform platform("/", [] {});
     EXPECT_NEAR(platform.secondsSince1970(), static_cast<double>(std::time(nullptr)), 2);
 }
 
-TEST(SystemPlatform, TerminatesAsItWasTold) {
+TEST(SystemPlatform, TerminateCallsTheGivenFunction) {
     int terminations = 0;
     SystemPlatform platform("/", [&terminations] { ++terminations; });
     platform.terminate();
@@ -50,7 +50,7 @@ TEST(SystemQueues, BackgroundWorkRunsOnAnotherThread) {
     EXPECT_NE(thread, QThread::currentThread());
 }
 
-TEST(SystemQueues, MainWorkRunsOnTheMainThreadInOrderAndNotAtOnce) {
+TEST(SystemQueues, MainWorkRunsLaterOnTheMainThreadInOrder) {
     SystemQueues queues;
     std::vector<int> order;
     queues.submitBackground([&] {
@@ -63,7 +63,7 @@ TEST(SystemQueues, MainWorkRunsOnTheMainThreadInOrderAndNotAtOnce) {
     EXPECT_EQ(order, (std::vector{1, 2}));
 }
 
-TEST(SystemQueues, TheEndWaitsForWhatRunsAndDropsWhatIsPending) {
+TEST(SystemQueues, TheDestructorWaitsForRunningTasksAndDropsPendingOnes) {
     const auto keptAlive = std::make_shared<int>(0);
     bool finished = false;
     bool ranOnMain = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The card that offers work to go on with.
+// The card that offers to resume unfinished work.
 #include "app/unfinished_work.h"
 #include "tests/app/window_fixture.h"
 #include "tests/fakes/temporary_folder.h"
@@ -19,8 +19,8 @@ constexpr const char* kForgetQuestion =
 
 class StartCard : public WindowTest {
 protected:
-    /// Leaves work of `repairs` clicks on a photo of that name, as a window that was killed.
-    void leaveWork(const std::string& name, int repairs) {
+    /// Leaves a journal with `repairs` repairs of a photo of that name, as a killed process does.
+    void abandonWork(const std::string& name, int repairs) {
         const std::filesystem::path path = platform.photos() / name;
         ASSERT_TRUE(ImageTools::SaveImage(skinWithBlemishes({200, 140}, {{70, 100}}), path, "png"));
         Journal journal(folder);
@@ -43,7 +43,7 @@ protected:
 
     ContinueCard& card() { return *window.contents().boxContinue; }
 
-    /// The names of the card's buttons, in order.
+    /// The accessible names of the card's buttons, in order.
     QStringList names() {
         QStringList names;
         for (const QAbstractButton* button : card().findChildren<QAbstractButton*>())
@@ -66,21 +66,21 @@ protected:
     std::optional<UnfinishedWork> work;
 };
 
-TEST_F(StartCard, IsNotThereWithoutWork) {
+TEST_F(StartCard, IsHiddenWithoutWork) {
     start();
     EXPECT_TRUE(card().isHidden());
 }
 
 TEST_F(StartCard, NamesThePhotoAndItsRepairs) {
-    leaveWork("face.png", 37);
+    abandonWork("face.png", 37);
     start();
     EXPECT_TRUE(card().isVisible());
     EXPECT_EQ(names(),
               (QStringList{u"Continue where you left off: face.png, 37 repairs"_s, u"Forget face.png"_s}));
 }
 
-TEST_F(StartCard, ContinuesWithTheKeysToo) {
-    leaveWork("face.png", 1);
+TEST_F(StartCard, ResumesByKeyboard) {
+    abandonWork("face.png", 1);
     start();
     QAbstractButton* const button = card().findChildren<QAbstractButton*>().at(0);
     EXPECT_EQ(button->accessibleName(), u"Continue where you left off: face.png, 1 repair"_s);
@@ -90,14 +90,14 @@ TEST_F(StartCard, ContinuesWithTheKeysToo) {
     EXPECT_EQ(controller->originalImage().pixel(70, 100), kSkin);
     EXPECT_TRUE(card().isHidden());
     EXPECT_TRUE(controller->canUndo());
-    // The window goes on in that journal, and deletes it when its work ends.
+    // The window continues the same journal, and deletes it on closing.
     EXPECT_EQ(filesIn(folder).size(), 1U);
     controller->windowWillClose();
     EXPECT_FALSE(std::filesystem::exists(folder));
 }
 
 TEST_F(StartCard, ForgetsOnlyAfterYes) {
-    leaveWork("face.png", 2);
+    abandonWork("face.png", 2);
     start();
     dialogs.expectQuestion(kForgetQuestion, kSecondButton);
     press(u"Forget face.png"_s);
@@ -109,8 +109,8 @@ TEST_F(StartCard, ForgetsOnlyAfterYes) {
     EXPECT_TRUE(card().isHidden());
 }
 
-TEST_F(StartCard, KeepsWorkWhosePhotoIsGone) {
-    leaveWork("face.png", 2);
+TEST_F(StartCard, KeepsWorkWhosePhotoIsMissing) {
+    abandonWork("face.png", 2);
     std::filesystem::remove(platform.photos() / "face.png");
     start();
     dialogs.expectAlert("The photo has been moved or deleted. Its repairs are kept until you forget them.",
@@ -121,9 +121,9 @@ TEST_F(StartCard, KeepsWorkWhosePhotoIsGone) {
     EXPECT_EQ(filesIn(folder).size(), 1U);
 }
 
-TEST_F(StartCard, ShowsTheNextWhenOneIsForgotten) {
+TEST_F(StartCard, ShowsTheNextWorkWhenOneIsForgotten) {
     for (int i = 0; i < ContinueCard::kMaxRows + 1; ++i)
-        leaveWork("face" + std::to_string(i) + ".png", i + 2);
+        abandonWork("face" + std::to_string(i) + ".png", i + 2);
     start();
     EXPECT_EQ(names().size(), 2 * ContinueCard::kMaxRows);
     dialogs.expectQuestion(kForgetQuestion, kFirstButton);
@@ -132,8 +132,8 @@ TEST_F(StartCard, ShowsTheNextWhenOneIsForgotten) {
     EXPECT_EQ(filesIn(folder).size(), static_cast<std::size_t>(ContinueCard::kMaxRows));
 }
 
-TEST_F(StartCard, LeavesWorkToTheNextWindowWhenAnotherPhotoIsOpened) {
-    leaveWork("left.png", 2);
+TEST_F(StartCard, ReleasesTheWorkWhenAnotherPhotoIsOpened) {
+    abandonWork("abandoned.png", 2);
     start();
     EXPECT_TRUE(AbandonedJournal::findIn(folder).empty());
     open();
@@ -143,7 +143,7 @@ TEST_F(StartCard, LeavesWorkToTheNextWindowWhenAnotherPhotoIsOpened) {
 
 TEST_F(StartCard, CoversNoOtherBox) {
     for (int i = 0; i < ContinueCard::kMaxRows; ++i)
-        leaveWork("a face with a rather long name " + std::to_string(i) + ".png", 1000);
+        abandonWork("a face with a rather long name " + std::to_string(i) + ".png", 1000);
     start();
     window.resize(window.minimumSize());
     QCoreApplication::processEvents();

@@ -14,7 +14,7 @@
 
 namespace complexion {
 
-/// The whole window with its controller, on a system that answers as told.
+/// The whole window with its controller, on a fake system.
 class WindowTest : public testing::Test {
 protected:
     WindowTest() {
@@ -27,7 +27,7 @@ protected:
         queues.clear();
     }
 
-    /// Opens a photo of 200 by 140 pixels with a blemish in its middle.
+    /// Opens a photo of 200 by 140 pixels with a blemish in its centre.
     void open() {
         const std::filesystem::path path = platform.photos() / "face.png";
         ASSERT_TRUE(ImageTools::SaveImage(skinWithBlemishes({200, 140}, {{70, 100}}), path, "png"));

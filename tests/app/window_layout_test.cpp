@@ -49,7 +49,7 @@ void forEveryWindow(const Check& check) {
     applyLook(*qApp, 1);
 }
 
-/// All but the one that is there only while it offers work to go on with.
+/// All boxes, without the card for unfinished work if it is hidden.
 std::vector<Box*> boxes(const MainWindow& window) {
     std::vector<Box*> found;
     for (Box* box : window.findChildren<Box*>())
@@ -58,7 +58,7 @@ std::vector<Box*> boxes(const MainWindow& window) {
     return found;
 }
 
-TEST(WindowLayout, NoBoxCoversAnother) {
+TEST(WindowLayout, BoxesDoNotOverlap) {
     forEveryWindow([](MainWindow& window) {
         const std::vector<Box*> all = boxes(window);
         ASSERT_EQ(all.size(), 12U);
@@ -69,14 +69,14 @@ TEST(WindowLayout, NoBoxCoversAnother) {
     });
 }
 
-TEST(WindowLayout, EveryBoxLiesInsideTheRootView) {
+TEST(WindowLayout, BoxesAreInsideTheRootView) {
     forEveryWindow([](MainWindow& window) {
         for (const Box* box : boxes(window))
             EXPECT_TRUE(window.rootView().rect().contains(box->geometry())) << describe(*box);
     });
 }
 
-TEST(WindowLayout, EveryControlLiesInsideWhatHoldsIt) {
+TEST(WindowLayout, ControlsAreInsideTheirParents) {
     forEveryWindow([](MainWindow& window) {
         for (const Box* box : boxes(window))
             for (const QWidget* widget : box->findChildren<QWidget*>())
@@ -86,7 +86,7 @@ TEST(WindowLayout, EveryControlLiesInsideWhatHoldsIt) {
     });
 }
 
-TEST(WindowLayout, NoTextIsCutOff) {
+TEST(WindowLayout, NoTextIsClipped) {
     forEveryWindow([](MainWindow& window) {
         for (const Box* box : boxes(window)) {
             for (const QLabel* label : box->findChildren<QLabel*>()) {
@@ -126,14 +126,14 @@ TEST(WindowLayout, ThePhotoFillsTheRootView) {
     });
 }
 
-TEST(WindowLayout, BoxesStandAboveThePhoto) {
+TEST(WindowLayout, BoxesAreAboveThePhoto) {
     const MainWindow window;
     const QObjectList& children = window.contents().boxHint->parentWidget()->children();
     for (Box* box : boxes(window))
         EXPECT_GT(children.indexOf(box), children.indexOf(window.rootView().imageView())) << describe(*box);
 }
 
-TEST(WindowLayout, EveryControlHasItsName) {
+TEST(WindowLayout, EveryControlHasItsAccessibleName) {
     const MainWindow window;
     std::vector<std::string> names;
     for (const QWidget* widget : window.findChildren<QWidget*>())

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Checks with two other decoders that a saved JPEG photo has exactly its source's pixels outside the MCUs that the click
-touched."""
+"""Checks with two other decoders that a saved JPEG photo has exactly its source's pixels outside the MCUs that the
+click touched."""
 
 import collections
 import re

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Decodes pictures with Pillow and ImageMagick, for comparison: upright, premultiplied RGBA of 8 bits, in sRGB or in the
-picture's own RGB space."""
+"""Decodes pictures with Pillow and ImageMagick, for comparison: upright, premultiplied RGBA of 8 bits, in sRGB or in
+the picture's own RGB space."""
 
 import io
 import re
@@ -124,8 +124,8 @@ def by_imagemagick(path):
 
 
 def difference(pixels, decoding):
-    """The (max, mean) difference of two pictures' components; None if the sizes differ. One level of rounding error from
-    premultiplying does not count towards the maximum."""
+    """The (max, mean) difference of two pictures' components; None if the sizes differ. One level of rounding error
+    from premultiplying does not count towards the maximum."""
     if pixels.shape != decoding.shape:
         return None
     differences = numpy.abs(pixels.astype(numpy.int16) - decoding)

@@ -70,8 +70,8 @@ def exception_for(name):
 
 def has_its_density_in_exif(before, after):
     """Whether a file without a JFIF segment (its components are RGB, which JFIF does not allow) has the density of the
-    source's JFIF segment, or of the source's EXIF block, in its own EXIF block. A JFIF pixel aspect ratio and the default
-    density of 72 need not be kept."""
+    source's JFIF segment, or of the source's EXIF block, in its own EXIF block. A JFIF pixel aspect ratio and the
+    default density of 72 need not be kept."""
     exif = [after.get(f"IFD0:{name}") for name in RESOLUTION]
     jfif = [before.get(f"JFIF:{name}") for name in RESOLUTION]
     if "JFIF:XResolution" in after or None in jfif:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// When the journal writes and flushes, and what it waits for.
+// When the journal writes and flushes, and what it must not wait for.
 #include "editor/journal.h"
 #include "tests/fakes/eventually.h"
 #include "tests/fakes/pictures.h"
@@ -30,14 +30,14 @@ EditStep step(int index) {
     return MoveStep{index};
 }
 
-/// Holds up whoever passes while it is closed.
+/// Blocks threads in `pass` while it is closed.
 class Gate {
 public:
     void close() { set(false); }
     void open() { set(true); }
-    /// How many have come to it.
+    /// The number of calls of `pass`, blocked or not.
     int arrivals() const { return m_arrivals; }
-    /// False after a minute: the test has failed.
+    /// Returns false after a minute, which fails the test.
     bool pass() {
         std::unique_lock lock(m_mutex);
         ++m_arrivals;
@@ -57,7 +57,7 @@ private:
     std::atomic<int> m_arrivals = 0;
 };
 
-/// A disk that is as slow as it is told, and records what is asked of it.
+/// A disk whose file creation and flushes the test can delay, and which records what is written.
 struct FakeDisk {
     Gate creation;
     Gate flush;
@@ -65,7 +65,7 @@ struct FakeDisk {
 
     std::mutex mutex;
     Bytes bytes;
-    std::size_t flushed = 0; // bytes that were there when a finished flush began
+    std::size_t flushed = 0; // bytes written when the last finished flush began
     bool isRemoved = false;
     bool isOpen = false;
 
@@ -149,7 +149,7 @@ TEST_F(JournalWriting, StepsDoNotWaitForTheFileAndKeepTheirOrder) {
     std::vector<EditStep> steps;
     for (int i = 0; i < 100; ++i) {
         steps.push_back(step(i));
-        journal->append(steps.back()); // would not return if it waited
+        journal->append(steps.back()); // must not block
         if (i == 50) {
             EXPECT_TRUE(eventually([this] { return disk.creation.arrivals() == 1; }));
         }
@@ -160,7 +160,7 @@ TEST_F(JournalWriting, StepsDoNotWaitForTheFileAndKeepTheirOrder) {
     EXPECT_EQ(disk.creation.arrivals(), 1);
 }
 
-// A process that is killed later has lost none of them.
+// So that a kill after `append` loses no step.
 TEST_F(JournalWriting, OnceTheFileExistsAStepIsInItWhenAppendReturns) {
     begin();
     journal->append(step(0));
@@ -173,7 +173,7 @@ TEST_F(JournalWriting, OnceTheFileExistsAStepIsInItWhenAppendReturns) {
     disk.flush.open();
 }
 
-TEST_F(JournalWriting, AFlushWaitsOnlyForTheOneBefore) {
+TEST_F(JournalWriting, AFlushWaitsOnlyForThePreviousOne) {
     disk.flush.close();
     begin();
     journal->append(step(0));
@@ -183,11 +183,11 @@ TEST_F(JournalWriting, AFlushWaitsOnlyForTheOneBefore) {
     EXPECT_EQ(disk.flushedLength(), 0U);
     disk.flush.open();
     EXPECT_TRUE(eventuallyFlushed());
-    EXPECT_EQ(disk.flush.arrivals(), 2) << "one flush for both";
+    EXPECT_EQ(disk.flush.arrivals(), 2) << "one flush covers both steps";
 }
 
 TEST_F(JournalWriting, AStepIsFlushedWithin100Milliseconds) {
-    disk.flushTime = 10ms; // what a flush takes at worst on the disks that were measured
+    disk.flushTime = 10ms; // the slowest flush on the measured disks
     begin();
     for (int i = 0; i < 20; ++i) {
         journal->append(step(i));
@@ -199,7 +199,7 @@ TEST_F(JournalWriting, AStepIsFlushedWithin100Milliseconds) {
     }
 }
 
-// As of a photo on a file system that has gone.
+// For example, of a photo on a file system that no longer answers.
 TEST_F(JournalWriting, AHashThatNeverEndsDelaysNothing) {
     const auto gate = std::make_shared<Gate>();
     gate->close();
@@ -217,7 +217,7 @@ TEST_F(JournalWriting, AHashThatNeverEndsDelaysNothing) {
     journal->append(step(1));
     EXPECT_TRUE(eventuallyFlushed());
     journal.reset();
-    EXPECT_FALSE(disk.isOpen) << "another window can offer it";
+    EXPECT_FALSE(disk.isOpen) << "another process can resume it";
     const std::size_t length = disk.length();
     gate->open();
     ended.get_future().wait();
@@ -236,7 +236,7 @@ TEST_F(JournalWriting, TheEndWaitsUntilAllStepsAreFlushed) {
     EXPECT_EQ(disk.stepsIn(disk.flushedLength()).size(), 2U);
 }
 
-TEST_F(JournalWriting, AFileThatIsBeingCreatedIsForgottenToo) {
+TEST_F(JournalWriting, ForgettingRemovesAFileThatIsBeingCreated) {
     disk.creation.close();
     begin();
     journal->append(step(0));
@@ -255,7 +255,7 @@ double threadSeconds() {
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
-// Of this thread's own work, which other programs do not lengthen, on the real disk.
+// Measures the CPU time of this thread, which does not depend on other load, with the real disk.
 TEST(JournalCost, OfAStepOnTheMainThreadIsATenthOfAMillisecondAtMost) {
     const TemporaryFolder home;
     const std::filesystem::path photo = home.path() / "photo.jpg";

@@ -60,8 +60,8 @@ class VirtualDesktop:
         return process
 
     def _run_and_read_line(self, name, *command):
-        """Starts a program and returns the line that it writes to a file descriptor when it is ready. `{}` in the command
-        is that descriptor's number."""
+        """Starts a program and returns the line that it writes to a file descriptor when it is ready. `{}` in the
+        command is that descriptor's number."""
         reader, writer = os.pipe()
         self._run(name, *(part.format(writer) for part in command), pass_fds=[writer])
         os.close(writer)

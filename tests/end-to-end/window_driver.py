@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Drives Complexion's real window on a virtual desktop: finds controls by their accessible names and sends real X events.
-Waits for conditions instead of sleeping."""
+"""Drives Complexion's real window on a virtual desktop: finds controls by their accessible names and sends real X
+events. Waits for conditions instead of sleeping."""
 
 import math
 import os
@@ -110,8 +110,8 @@ class Complexion:
         return wait_until(labelled, f"the combo box “{label}”")
 
     def focused_name(self):
-        """The name of the focused control's label if it has one, otherwise its own accessible name. Skips list items: from
-        Qt 6.8 on, the current entries of closed combo boxes report the focus, too."""
+        """The name of the focused control's label if it has one, otherwise its own accessible name. Skips list items:
+        from Qt 6.8 on, the current entries of closed combo boxes report the focus, too."""
         try:
             for accessible in self._all(self._application()):
                 if accessible.get_state_set().contains(self.atspi.StateType.FOCUSED) and \
@@ -167,8 +167,8 @@ class Complexion:
             return None
 
     def _takes_focus(self):
-        """Whether the window has the focus. If not, requests it from the window manager, which may refuse it to a window
-        that was there before the window manager; then sets it directly, which may also fail."""
+        """Whether the window has the focus. If not, requests it from the window manager, which may refuse it to a
+        window that was there before the window manager; then sets it directly, which may also fail."""
         if self._focused_process() == self.process.pid:
             return True
         try:
@@ -234,8 +234,8 @@ class Complexion:
         subprocess.run(["xdotool", "type", "--delay", "2", text], check=True)
 
     def click_photo(self, x, y, width, height):
-        """Clicks on pixel (x, y), from the top left, of the fitted photo of size (width, height). Returns the pixel that
-        was hit, given the coarser grid of the screen."""
+        """Clicks on pixel (x, y), from the top left, of the fitted photo of size (width, height). Returns the pixel
+        that was hit, given the coarser grid of the screen."""
         rect = self.wait_for("Photo").get_extents(self.atspi.CoordType.SCREEN)
         scale = min(rect.width / width, rect.height / height)
         left = rect.x + (rect.width - width * scale) / 2

@@ -6,7 +6,7 @@
 
 namespace complexion {
 
-/// Waits for what another thread does; false when that has not come about after 20 seconds.
+/// Polls `condition`, which another thread fulfils, for up to 20 seconds. Returns whether it came true.
 template <class Condition>
 bool eventually(const Condition& condition) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);

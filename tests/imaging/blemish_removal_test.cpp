@@ -16,7 +16,7 @@ namespace {
 
 constexpr RgbColor kRed = {1, 0, 0};
 
-/// The middle of the pixel (row, column) of an image of one point per pixel, bottom-left origin.
+/// The centre of a pixel of an image with one point per pixel, from the bottom left.
 Point at(const Image& image, std::int64_t row, std::int64_t column) {
     return {static_cast<double>(column) + 0.5, image.size().height - static_cast<double>(row) - 0.5};
 }
@@ -34,12 +34,12 @@ TEST(RemovePimple, PaintsADarkSpotInTheMeanColorOfTheSkinAround) {
     EXPECT_EQ(pixelsOf(result), pixelsOf(filled({60, 60}, grey(180))));
 }
 
-TEST(RemovePimple, PaintsALightSpotToo) {
+TEST(RemovePimple, PaintsALightSpot) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 240, 120);
     EXPECT_EQ(pixelsOf(repaired(image, 30, 30, 10, 20)), pixelsOf(filled({60, 60}, grey(120))));
 }
 
-TEST(RemovePimple, EqualsThePlainRuleOverRandomPicturesAndSettings) {
+TEST(RemovePimple, EqualsTheOracleForRandomPicturesAndSettings) {
     std::mt19937 random(7);
     for (int round = 0; round < 60; ++round) {
         const PixelSize size{static_cast<int>(40 + random() % 300), static_cast<int>(40 + random() % 100)};
@@ -65,7 +65,7 @@ TEST(RemovePimple, EqualsThePlainRuleOverRandomPicturesAndSettings) {
     }
 }
 
-TEST(RemovePimple, LeavesTheInputImageUntouched) {
+TEST(RemovePimple, DoesNotChangeTheInputImage) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180);
     const std::vector<RGBA32> before = pixelsOf(image);
     repaired(image, 30, 30, 10, 20);
@@ -84,7 +84,7 @@ TEST(RemovePimple, ChangesNoPixelOutsideTheRepairList) {
         }
 }
 
-TEST(RemovePimple, ADiscThatReachesOverTheBorderGivesTheVeryImageWithoutAWord) {
+TEST(RemovePimple, ADiscOverTheBorderReturnsTheInputItselfSilently) {
     const Image image = spotted({60, 50}, {25, 30}, 4, 40, 180);
     testing::internal::CaptureStdout();
     for (const auto& [row, column] : {std::pair{9, 30}, {25, 9}, {41, 30}, {25, 51}}) {
@@ -101,9 +101,9 @@ TEST(RemovePimple, ADiscThatTouchesTheBottomOrRightEdgeIsAccepted) {
     EXPECT_FALSE(repaired(image, 40, 50, 10, 10).isSameObject(image));
 }
 
-TEST(RemovePimple, SamplesPastTheLastRowOrColumnReadTheNearestPixelInside) {
-    // The right and bottom rim samples fall on column 60 and row 50. What stands there is the edge pixel: 71
-    // levels from the sample opposite it makes the disc uneven, 70 does not.
+TEST(RemovePimple, RimSamplesBeyondTheEdgeReadTheNearestPixel) {
+    // The right and bottom rim samples fall on column 60 and row 50, outside the picture, and read the edge
+    // pixel: if it differs by 71 levels from the opposite sample, the disc is uneven.
     for (const int difference : {70, 71}) {
         const Image right = painted({60, 50}, [&](int row, int column) {
             return grey(row == 25 && column == 59 ? 100 + difference : (row == 25 && column == 50 ? 0 : 100));
@@ -118,16 +118,16 @@ TEST(RemovePimple, SamplesPastTheLastRowOrColumnReadTheNearestPixelInside) {
     }
 }
 
-TEST(RemovePimple, RadiusOneIsTheCentrePixelWithItsNeighboursForARim) {
+TEST(RemovePimple, ADiscOfRadiusOneIsTheCentrePixel) {
     const Image image =
         painted({9, 9}, [](int row, int column) { return grey(row == 4 && column == 4 ? 40 : 180); });
     const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 4, 4), image, 1, 10);
-    // The mean is the pixel's own grey: nothing is darker than it by more than the threshold.
+    // The pixel equals the disc's mean, so it does not exceed the threshold.
     EXPECT_TRUE(pixels.repair.empty());
     EXPECT_EQ(pixels.sample, (std::vector<PixelPosition>{{4, 4}}));
 }
 
-TEST(RemovePimple, AFlatAreaComesBackPixelForPixelAsANewImage) {
+TEST(RemovePimple, AUniformAreaIsUnchangedButANewImage) {
     const Image image = filled({60, 60}, grey(150));
     for (const std::int64_t threshold : {0, 10}) {
         const Image result = repaired(image, 30, 30, 10, threshold);
@@ -136,7 +136,7 @@ TEST(RemovePimple, AFlatAreaComesBackPixelForPixelAsANewImage) {
     }
 }
 
-TEST(RemovePimple, OppositeRimSamplesMayDifferBySeventyLevelsAndNoMore) {
+TEST(RemovePimple, OppositeRimSamplesMayDifferByAtMost70Levels) {
     for (const int difference : {70, 71}) {
         const Image image = painted({60, 60}, [&](int row, int column) {
             const bool spot = (row - 30) * (row - 30) + (column - 30) * (column - 30) < 9;
@@ -148,7 +148,7 @@ TEST(RemovePimple, OppositeRimSamplesMayDifferBySeventyLevelsAndNoMore) {
     }
 }
 
-TEST(RemovePimple, AnUnevenDiscIsLeftAloneInANewImage) {
+TEST(RemovePimple, AnUnevenDiscIsUnchangedButANewImage) {
     const Image image = painted({60, 60}, [](int, int column) { return grey(column < 30 ? 20 : 220); });
     testing::internal::CaptureStdout();
     const Image result = repaired(image, 30, 30, 10, 10);
@@ -157,7 +157,7 @@ TEST(RemovePimple, AnUnevenDiscIsLeftAloneInANewImage) {
     EXPECT_EQ(pixelsOf(result), pixelsOf(image));
 }
 
-TEST(RemovePimple, EveryPositionOfTheDiscIsInExactlyOneListInScanOrder) {
+TEST(RemovePimple, EachPixelOfTheDiscIsInExactlyOneListInScanOrder) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180);
     const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 30, 30), image, 5, 20);
     std::vector<PixelPosition> all = pixels.repair;
@@ -185,11 +185,11 @@ TEST(RemovePimple, AThresholdOf255RepairsNothing) {
 TEST(RemovePimpleDeathTest, ANegativeThresholdThatLeavesNoSkinIsFatal) {
     const Image image = filled({60, 60}, grey(100));
     EXPECT_DEATH(repaired(image, 30, 30, 10, -1), "no skin");
-    // With a colour chosen there is no need for skin.
+    // A custom colour needs no skin.
     EXPECT_EQ(repaired(image, 30, 30, 10, -1, kCustomColor).pixel(30, 30), RGBA32(0xFF0000FF));
 }
 
-TEST(RemovePimple, AnotherColorTypePaintsNothingInANewImage) {
+TEST(RemovePimple, AnUnknownColorTypePaintsNothing) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180);
     const Image result = repaired(image, 30, 30, 10, 20, 2);
     EXPECT_FALSE(result.isSameObject(image));
@@ -210,7 +210,7 @@ TEST(RemovePimpleDeathTest, ACustomColorOutOfRangeIsFatal) {
     EXPECT_DEATH(repaired(image, 30, 30, 10, 20, kCustomColor, {0, 0, std::nan("")}), "custom colour");
 }
 
-TEST(RemovePimple, TheMeanIsOfStoredComponentsAndIsWrittenOpaque) {
+TEST(RemovePimple, TheMeanIsOfPremultipliedComponentsAndPaintedOpaque) {
     const RGBA32 skin(90, 80, 70, 128); // premultiplied
     const Image image = painted({60, 60}, [&](int row, int column) {
         return (row - 30) * (row - 30) + (column - 30) * (column - 30) < 9 ? RGBA32(0, 0, 0, 128) : skin;
@@ -218,9 +218,9 @@ TEST(RemovePimple, TheMeanIsOfStoredComponentsAndIsWrittenOpaque) {
     EXPECT_EQ(repaired(image, 30, 30, 10, 5).pixel(30, 30), RGBA32(90, 80, 70, 255));
 }
 
-TEST(RemovePimple, TheGrayMapHasRowsOfThePointWidthAndTheBufferOfThePixelWidth) {
-    // 40 by 40 pixels at 20 by 40 points: place (r, c) of the grey map is the picture's pixel r * 20 + c,
-    // counted through its rows of 40. A spot that is round in the map's rows:
+TEST(RemovePimple, TheGreyMapHasRowsOfTheWidthInPoints) {
+    // 40 by 40 pixels at 20 by 40 points: position (r, c) of the grey map is the picture's pixel with index
+    // r * 20 + c. The spot is round in the map.
     const auto inSpot = [](std::int64_t row, std::int64_t column) {
         return (row - 15) * (row - 15) + (column - 10) * (column - 10) < 9;
     };
@@ -232,27 +232,27 @@ TEST(RemovePimple, TheGrayMapHasRowsOfThePointWidthAndTheBufferOfThePixelWidth) 
     EXPECT_EQ(pixels.repair.size(), 25U);
     for (const PixelPosition position : pixels.repair)
         EXPECT_TRUE(inSpot(position.row, position.column));
-    // The same places are painted in the picture's own rows.
+    // The same positions are painted in the picture's rows of 40 pixels.
     const Image result = ImageTools::RemovePimpleFromImage(image, {10, 40 - 15}, 6, 0, kRed, 20).value();
     for (int row = 0; row < 40; ++row)
         for (int column = 0; column < 40; ++column)
             EXPECT_EQ(result.pixel(row, column) == RGBA32(0xFF0000FF), inSpot(row, column));
 }
 
-TEST(RemovePimple, AnImageOfMorePointsThanPixelsNeverReadsOutsideTheMap) {
+TEST(RemovePimple, AnImageWithMorePointsThanPixelsIsNotReadOutOfBounds) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180).withSize({600, 600});
     const auto result = ImageTools::RemovePimpleFromImage(image, {30, 600 - 30}, 10, 1, kRed, 10);
     ASSERT_TRUE(result);
     EXPECT_EQ(result->size(), (PointSize{600, 600}));
 }
 
-TEST(RemovePimple, AnImageWithoutPixelsGivesNoImageAndSaysSo) {
+TEST(RemovePimple, AnImageWithoutPixelsIsReported) {
     testing::internal::CaptureStdout();
     EXPECT_FALSE(ImageTools::RemovePimpleFromImage(Image(), {5, 5}, 1, 1, kRed, 10));
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "unable to get cgImage\n");
 }
 
-TEST(RemovePimpleDeathTest, ABrokenDiscIsFatal) {
+TEST(RemovePimpleDeathTest, AnInvalidDiscIsFatal) {
     const Image image = filled({60, 60}, grey(100));
     EXPECT_DEATH(repaired(image, 30, 30, 0, 10), "no pixel");
     EXPECT_DEATH(repaired(image, 30, 30, -3, 10), "negative radius");
@@ -263,7 +263,7 @@ TEST(RemovePimpleDeathTest, ABrokenDiscIsFatal) {
     EXPECT_DEATH(repaired(image, 30, 30, 5, std::numeric_limits<std::int64_t>::max()), "overflow");
 }
 
-TEST(RemovePimple, ASpotOnTheCornerOfFourTilesIsRepairedWhole) {
+TEST(RemovePimple, ASpotAcrossFourTilesIsRepairedCompletely) {
     const Image image = spotted({520, 140}, {64, 256}, 6, 40, 180);
     EXPECT_EQ(pixelsOf(repaired(image, 64, 256, 12, 20)), pixelsOf(filled({520, 140}, grey(180))));
 }

@@ -23,7 +23,7 @@ const RGBA32 kGreen(0, 255, 0, 255);
 const RGBA32 kBlue(0, 0, 255, 255);
 const RGBA32 kWhite(255, 255, 255, 255);
 
-struct Plan {
+struct BmpRecipe {
     int width = 1;
     int height = 1;
     int bits = 24;
@@ -33,43 +33,43 @@ struct Plan {
     std::uint32_t pixelsPerMeter = 0;
 };
 
-/// A file with a header of 40 bytes.
-Bytes bmpFile(const Plan& plan) {
+/// A file with a 40-byte header.
+Bytes bmpFile(const BmpRecipe& recipe) {
     Bytes file = {'B', 'M'};
     append32(file, 0);
     append32(file, 0);
-    append32(file, static_cast<std::uint32_t>(14 + 40 + plan.palette.size()));
+    append32(file, static_cast<std::uint32_t>(14 + 40 + recipe.palette.size()));
     append32(file, 40);
-    append32(file, static_cast<std::uint32_t>(plan.width));
-    append32(file, static_cast<std::uint32_t>(plan.height));
+    append32(file, static_cast<std::uint32_t>(recipe.width));
+    append32(file, static_cast<std::uint32_t>(recipe.height));
     append16(file, 1);
-    append16(file, static_cast<std::uint32_t>(plan.bits));
-    append32(file, plan.compression);
+    append16(file, static_cast<std::uint32_t>(recipe.bits));
+    append32(file, recipe.compression);
     append32(file, 0);
-    append32(file, plan.pixelsPerMeter);
-    append32(file, plan.pixelsPerMeter);
+    append32(file, recipe.pixelsPerMeter);
+    append32(file, recipe.pixelsPerMeter);
     append32(file, 0);
     append32(file, 0);
-    file.insert(file.end(), plan.palette.begin(), plan.palette.end());
-    file.insert(file.end(), plan.pixels.begin(), plan.pixels.end());
+    file.insert(file.end(), recipe.palette.begin(), recipe.palette.end());
+    file.insert(file.end(), recipe.pixels.begin(), recipe.pixels.end());
     return file;
 }
 
-/// Red, green, blue, white, then black.
+/// A colour table of red, green, blue and white, padded with black.
 Bytes paletteOf(int bits) {
     Bytes palette = {0, 0, 255, 0, 0, 255, 0, 0, 255, 0, 0, 0, 255, 255, 255, 0};
     palette.resize((std::size_t{1} << bits) * 4);
     return palette;
 }
 
-TEST(BmpCodec, WritesAndReadsEveryPixelOfEverySizeAgain) {
+TEST(BmpCodec, PreservesEveryPixelAtEverySize) {
     for (const PixelSize size : test::kEdgeSizes) {
         expectSamePixels(throughFile(kBmpCodec, colorful(size)), colorful(size));
         expectSamePixels(throughFile(kBmpCodec, translucent(size)), translucent(size));
     }
 }
 
-TEST(BmpCodec, EveryPremultipliedValueComesBack) {
+TEST(BmpCodec, PreservesEveryPremultipliedValue) {
     const Image all = picture({256, 256}, [](int component, int alpha) {
         const auto value = test::byteOf(std::min(component, alpha));
         return RGBA32(value, value, value, test::byteOf(alpha));
@@ -100,14 +100,14 @@ TEST(BmpCodec, OnlyChangedBandsAreCodedAgain) {
     const Image edited = image.withBands(bands);
     const auto second = kBmpCodec.encode(edited);
     ASSERT_TRUE(first && second);
-    ASSERT_EQ(first->parts.size(), 6U); // the headers and five bands, lowest first
+    ASSERT_EQ(first->parts.size(), 6U); // the headers and five bands, bottom first
     for (const std::size_t same : {1, 2, 4, 5})
         EXPECT_EQ(first->parts[same], second->parts[same]) << same;
     EXPECT_NE(first->parts[3], second->parts[3]);
     expectSamePixels(decoded(kBmpCodec, second->joined()), edited);
 }
 
-TEST(BmpCodec, ReadsEachNumberOfPaletteBits) {
+TEST(BmpCodec, ReadsPaletteIndicesOfEveryDepth) {
     struct Case {
         int bits;
         Bytes row;
@@ -124,7 +124,7 @@ TEST(BmpCodec, ReadsEachNumberOfPaletteBits) {
     }
 }
 
-TEST(BmpCodec, ReadsFiveBitsAndSixAsTheWholeRange) {
+TEST(BmpCodec, ScalesFiveAndSixBitsToTheFullRange) {
     const Bytes words = {0x00, 0x7C, 0xE0, 0x03, 0x10, 0x00, 0xFF, 0xFF};
     const Image image = decoded(kBmpCodec, bmpFile({4, 1, 16, 0, {}, words}));
     EXPECT_EQ(image.pixel(0, 0), kRed);
@@ -145,7 +145,7 @@ TEST(BmpCodec, TheFourthByteIsAlphaOnlyWithAMask) {
     EXPECT_EQ(decoded(kBmpCodec, bmpFile({1, 1, 32, 6, masks, pixel})).pixel(0, 0), RGBA32(15, 10, 5, 128));
 }
 
-TEST(BmpCodec, RowsStandBottomUpUnlessTheHeightIsNegative) {
+TEST(BmpCodec, RowsAreBottomUpUnlessTheHeightIsNegative) {
     const Bytes rows = {0, 0, 255, 0, 255, 0, 0, 0}; // red, then blue
     const Image up = decoded(kBmpCodec, bmpFile({1, 2, 24, 0, {}, rows}));
     EXPECT_EQ(up.pixel(0, 0), kBlue);
@@ -154,8 +154,9 @@ TEST(BmpCodec, RowsStandBottomUpUnlessTheHeightIsNegative) {
     EXPECT_EQ(down.pixelSize(), (PixelSize{1, 2}));
 }
 
-TEST(BmpCodec, ReadsRunsCopiesAndMoves) {
-    // Two of blue; three copied (padded); next row: move by one column, one of white; the end.
+TEST(BmpCodec, ReadsRunsLiteralsAndDeltas) {
+    // A run of two; three literal pixels, padded; the end of the row; a delta of one column; a run of one;
+    // the end.
     const Bytes code = {2, 2, 0, 3, 1, 1, 3, 0, 0, 0, 0, 2, 1, 0, 1, 3, 0, 1};
     const Image image = decoded(kBmpCodec, bmpFile({5, 3, 8, 1, paletteOf(8), code}));
     EXPECT_THAT(pixelsOf(image), testing::ElementsAre(kRed, kRed, kRed, kRed, kRed, kRed, kWhite, kRed, kRed,
@@ -163,15 +164,14 @@ TEST(BmpCodec, ReadsRunsCopiesAndMoves) {
 }
 
 TEST(BmpCodec, ReadsRunsOfFourBits) {
-    const Bytes code = {5, 0x12, 0, 0, 0, 3, 0x32, 0x10, 0, 1}; // alternating; then three copied
+    const Bytes code = {5, 0x12, 0, 0, 0, 3, 0x32, 0x10, 0, 1}; // an alternating run; three literal pixels
     const Image image = decoded(kBmpCodec, bmpFile({5, 2, 4, 2, paletteOf(4), code}));
     EXPECT_THAT(pixelsOf(image), testing::ElementsAre(kWhite, kBlue, kGreen, kRed, kRed, kGreen, kBlue,
                                                       kGreen, kBlue, kGreen));
 }
 
 TEST(BmpCodec, TheDensityGivesTheSizeInPoints) {
-    const Image image =
-        decoded(kBmpCodec, bmpFile({1, 1, 24, 0, {}, {1, 2, 3, 0}, 11811})); // 300 to the inch
+    const Image image = decoded(kBmpCodec, bmpFile({1, 1, 24, 0, {}, {1, 2, 3, 0}, 11811})); // 300 per inch
     EXPECT_DOUBLE_EQ(image.size().width, 0.24);
     const Image odd = decoded(kBmpCodec, bmpFile({1, 1, 24, 0, {}, {1, 2, 3, 0}, 1000}));
     EXPECT_DOUBLE_EQ(odd.size().width, 72 / 25.4);
@@ -184,17 +184,17 @@ TEST(BmpCodec, MeasuresWhatItDecodes) {
     EXPECT_FALSE(kBmpCodec.measure(Bytes{'B', 'M'}));
 }
 
-TEST(BmpCodec, OnlyBmpFilesAreRecognized) {
+TEST(BmpCodec, IsRecognisedByItsHeader) {
     const Bytes file = encoded(kBmpCodec, colorful({3, 3}));
     EXPECT_EQ(codecForContent(file), &kBmpCodec);
     const std::string_view text = "BM is not enough to be a picture";
     EXPECT_FALSE(codecForContent({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}));
 }
 
-TEST(BmpCodec, CutFilesShowTheRowsThatAreThere) {
+TEST(BmpCodec, TruncatedFilesShowTheirFirstRows) {
     const Image image = colorful({20, 200});
     const Bytes file = encoded(kBmpCodec, image);
-    test::expectCutFilesAreHarmless(kBmpCodec, file, {20, 200});
+    test::expectTruncationIsHarmless(kBmpCodec, file, {20, 200});
     const Image half = decoded(kBmpCodec, ByteView(file).first(138 + 100 * 80));
     EXPECT_EQ(half.pixel(99, 0), RGBA32());
     for (int y = 100; y < 200; ++y)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A picture of too many colours keeps the ones chosen for it from edit to edit, as long as they fit.
+// A quantised picture keeps its colour table from edit to edit, as long as the colours fit.
 #include "imaging/codecs/cached_indices.h"
 
 #include "imaging/base/pixel_buffer.h"
@@ -14,7 +14,7 @@
 namespace complexion {
 namespace {
 
-/// Skin with shadows and grain: some thousands of colours.
+/// Skin with shading and grain, in thousands of colours.
 Image skin(PixelSize size) {
     return painted(size, [](int row, int column) {
         const int grain = (row * 37 + column * 101 + row * column) % 13;
@@ -37,7 +37,7 @@ IndexedImage remembered(const Image& image) {
     return **indexed;
 }
 
-RGBA32 shownAt(const IndexedImage& image, int row, int column) {
+RGBA32 colorAt(const IndexedImage& image, int row, int column) {
     return image.palette[image.indices[static_cast<std::size_t>(row * image.size.width + column)]];
 }
 
@@ -48,13 +48,13 @@ bool areEqual(const IndexedImage& one, const IndexedImage& other) {
 
 constexpr PixelSize kSize{300, 130};
 constexpr PixelRect kPatch{250, 55, 20, 18};   // in four tiles
-constexpr RGBA32 kFitting(201, 152, 121, 255); // one of the picture's own, or nearly
+constexpr RGBA32 kFitting(201, 152, 121, 255); // close to the picture's own colours
 
-TEST(RememberedIndices, AreThoseOfThePictureAtFirst) {
+TEST(RememberedIndices, AreThoseOfIndexedImageAtFirst) {
     EXPECT_TRUE(areEqual(remembered(skin(kSize)), *indexedImage(skin(kSize))));
 }
 
-TEST(RememberedIndices, AnEditInFittingColorsChangesItsOwnPixelsOnly) {
+TEST(RememberedIndices, AnEditInFittingColorsChangesOnlyItsPixels) {
     const Image image = skin(kSize);
     const IndexedImage before = remembered(image);
     const RGBA32 color = kFitting;
@@ -63,15 +63,15 @@ TEST(RememberedIndices, AnEditInFittingColorsChangesItsOwnPixelsOnly) {
     for (int row = 0; row < kSize.height; ++row)
         for (int column = 0; column < kSize.width; ++column)
             if (!(PixelRect{column, row, 1, 1}.intersected(kPatch) == PixelRect{column, row, 1, 1})) {
-                ASSERT_EQ(shownAt(after, row, column), shownAt(before, row, column)) << row << ", " << column;
+                ASSERT_EQ(colorAt(after, row, column), colorAt(before, row, column)) << row << ", " << column;
             }
-    // Dithered, the patch has the wanted colour in the mean; and no pixel of it is far off.
+    // The patch is dithered: its mean is the right colour, and no pixel is far off.
     double red = 0;
     double green = 0;
     double blue = 0;
     for (int row = kPatch.y; row < kPatch.bottom(); ++row)
         for (int column = kPatch.x; column < kPatch.right(); ++column) {
-            const RGBA32 shown = shownAt(after, row, column);
+            const RGBA32 shown = colorAt(after, row, column);
             red += shown.red();
             green += shown.green();
             blue += shown.blue();
@@ -92,27 +92,27 @@ TEST(RememberedIndices, EditAfterEditIsRemembered) {
         image = withPatch(image, {40 * i, 25 * i, 12, 12}, kFitting);
         EXPECT_EQ(remembered(image).palette, first.palette);
     }
-    // A step back is an edit like any other.
+    // An undo is an edit like any other.
     const Image back = withPatch(image, {160, 90, 12, 12}, kFitting);
     EXPECT_EQ(remembered(back).palette, first.palette);
     EXPECT_EQ(remembered(image).palette, first.palette);
 }
 
-TEST(RememberedIndices, ColorsThatDoNotFitAreChosenAnew) {
+TEST(RememberedIndices, ColorsThatDoNotFitCauseANewColorTable) {
     const Image image = skin(kSize);
     (void)remembered(image);
     const Image painted = withPatch(image, kPatch, RGBA32(20, 60, 250, 255));
     EXPECT_TRUE(areEqual(remembered(painted), *indexedImage(painted)));
 }
 
-TEST(RememberedIndices, ColorsAreChosenAnewWhenMuchHasChanged) {
+TEST(RememberedIndices, ALargeChangeCausesANewColorTable) {
     const Image image = skin(kSize);
     (void)remembered(image);
     const Image painted = withPatch(image, {0, 0, 100, 100}, kFitting);
     EXPECT_TRUE(areEqual(remembered(painted), *indexedImage(painted)));
 }
 
-TEST(RememberedIndices, ColorsAreChosenAnewWhenTransparencyComesAndWhenItGoes) {
+TEST(RememberedIndices, AddingOrRemovingTransparencyCausesANewColorTable) {
     const Image image = skin(kSize);
     (void)remembered(image);
     const Image holed = withPatch(image, {10, 10, 2, 2}, RGBA32());
@@ -120,19 +120,19 @@ TEST(RememberedIndices, ColorsAreChosenAnewWhenTransparencyComesAndWhenItGoes) {
     EXPECT_TRUE(areEqual(remembered(image), *indexedImage(image)));
 }
 
-TEST(RememberedIndices, ATransparentPixelStaysOneAfterAnEdit) {
+TEST(RememberedIndices, TransparentPixelsStayTransparentAfterAnEdit) {
     const Image holed = withPatch(skin(kSize), {10, 10, 30, 2}, RGBA32());
     const IndexedImage before = remembered(holed);
     const Image smaller = withPatch(holed, {12, 8, 5, 5}, kFitting);
     const IndexedImage after = remembered(withPatch(smaller, {100, 100, 4, 1}, RGBA32()));
     EXPECT_EQ(after.palette, before.palette);
-    EXPECT_EQ(shownAt(after, 10, 10), RGBA32());
-    EXPECT_EQ(shownAt(after, 10, 13).alpha(), 255);
-    EXPECT_EQ(shownAt(after, 100, 103), RGBA32());
-    EXPECT_EQ(shownAt(after, 100, 104).alpha(), 255);
+    EXPECT_EQ(colorAt(after, 10, 10), RGBA32());
+    EXPECT_EQ(colorAt(after, 10, 13).alpha(), 255);
+    EXPECT_EQ(colorAt(after, 100, 103), RGBA32());
+    EXPECT_EQ(colorAt(after, 100, 104).alpha(), 255);
 }
 
-TEST(RememberedIndices, APictureThatComesToFewColorsIsExact) {
+TEST(RememberedIndices, AnEditThatLeavesFewColorsGivesAnExactPicture) {
     const Image image = skin(kSize);
     (void)remembered(image);
     const Image plain = withPatch(image, {0, 0, kSize.width, kSize.height}, RGBA32(1, 2, 3, 255));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files that have the structure of TIFF and are no pictures: what a camera's sensor recorded.
+// Camera raw files have the structure of TIFF but contain sensor data. They are refused.
 #include "imaging/codecs/camera_raw.h"
 
 #include "imaging/image_tools.h"
@@ -25,7 +25,7 @@ constexpr unsigned kShort = 3;
 constexpr unsigned kLong = 4;
 constexpr unsigned kColorFilterArray = 32803;
 
-/// A TIFF file of one row of grey pixels, which would open, with more tags.
+/// A TIFF file with one row of grey pixels, which would open.
 SampleTiff thumbnail(bool isBigEndian = false) {
     SampleTiff tiff;
     tiff.isBigEndian = isBigEndian;
@@ -33,12 +33,12 @@ SampleTiff thumbnail(bool isBigEndian = false) {
     return tiff;
 }
 
-/// A directory with one tag of one number, behind the file's end.
+/// The file with a subdirectory appended that has one tag.
 std::string withSubDirectory(SampleTiff tiff, unsigned name, unsigned value) {
-    // The place is known once the file has its length, which does not depend on it.
+    // The length of the file, which is the subdirectory's offset, does not depend on the value of its tag.
     tiff.main.push_back(tiff.longTag(kSubDirectories, 0));
-    const std::size_t place = tiff.bytes().size();
-    tiff.main.back() = tiff.longTag(kSubDirectories, static_cast<std::uint32_t>(place));
+    const std::size_t offset = tiff.bytes().size();
+    tiff.main.back() = tiff.longTag(kSubDirectories, static_cast<std::uint32_t>(offset));
     return tiff.bytes() + tiff.number(1, 2) + tiff.number(name, 2) + tiff.number(kShort, 2) +
            tiff.number(1, 4) + tiff.number(value, 2) + "\0\0"s + tiff.number(0, 4);
 }
@@ -66,21 +66,21 @@ TEST(CameraRaw, AFileWithADngVersionIsRefused) {
     }
 }
 
-TEST(CameraRaw, AThumbnailBeforeASensorsSamplesIsRefused) {
+TEST(CameraRaw, AThumbnailWithSensorDataInASubdirectoryIsRefused) {
     for (const bool isBigEndian : {false, true}) {
         SampleTiff tiff = thumbnail(isBigEndian);
         tiff.main.push_back(tiff.longTag(kNewSubfileType, 1));
         expectRefused(withSubDirectory(tiff, kPhotometric, kColorFilterArray));
-        ASSERT_TRUE(opened(withSubDirectory(tiff, kPhotometric, 1))) << "an ordinary smaller copy";
+        ASSERT_TRUE(opened(withSubDirectory(tiff, kPhotometric, 1))) << "an ordinary reduced copy";
     }
 }
 
-TEST(CameraRaw, TheMarkBehindTheHeaderIsSeen) {
+TEST(CameraRaw, ASignatureAfterTheHeaderIsDetected) {
     const std::string file = "II*\0\x10\0\0\0CR\2\0\0\0\0\0"s;
     EXPECT_TRUE(isCameraRaw(viewOf(file)));
 }
 
-TEST(CameraRaw, PicturesAreNotTakenForRaw) {
+TEST(CameraRaw, OrdinaryPicturesAreNotRefused) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "pages.tif";
     writeTiffPages(path, {{5, 4}, {3, 2}, {7, 1}});
@@ -90,8 +90,8 @@ TEST(CameraRaw, PicturesAreNotTakenForRaw) {
     EXPECT_FALSE(isCameraRaw({}));
 }
 
-TEST(CameraRaw, ChainsWithoutAnEndAndTablesBeyondTheFileAreHarmless) {
-    // A directory of no entries whose link names itself; one of more entries than the file has bytes.
+TEST(CameraRaw, CyclicAndTruncatedDirectoriesAreHarmless) {
+    // An empty directory that links to itself; one with more entries than the file has bytes.
     EXPECT_FALSE(isCameraRaw(viewOf("II*\0\x8\0\0\0\0\0\x8\0\0\0"s)));
     EXPECT_FALSE(isCameraRaw(viewOf("II*\0\x8\0\0\0\xff\xff"s)));
     EXPECT_FALSE(isCameraRaw(viewOf("II*\0\xff\xff\xff\xff"s)));

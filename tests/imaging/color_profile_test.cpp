@@ -13,7 +13,7 @@
 namespace complexion {
 namespace {
 
-TEST(ColorProfile, IsSrgbWhenThereIsNoUsableRgbProfile) {
+TEST(ColorProfile, IsSrgbWithoutAValidRgbProfile) {
     EXPECT_TRUE(ColorProfile().isSrgb());
     EXPECT_TRUE(ColorProfile::fromIcc({}).isSrgb());
     const Bytes noProfile(200, 7);
@@ -30,15 +30,15 @@ TEST(ColorProfile, KeepsAProfilesBytes) {
     EXPECT_FALSE(profile == ColorProfile());
 }
 
-TEST(ColorProfile, AColorOfSrgbIsItselfInSrgb) {
+TEST(ColorProfile, SrgbColorsAreUnchangedInSrgb) {
     const RgbColor color{0.2, 0.4, 0.6};
     EXPECT_EQ(ColorProfile().fromSrgb(color), color);
 }
 
-TEST(ColorProfile, AScreenColorBroughtIntoAWideSpaceAndBackIsTheSameOnTheScreen) {
+TEST(ColorProfile, FromSrgbInvertsTheScreenTransform) {
     const ColorProfile profile = ColorProfile::fromIcc(wideProfile());
     const RgbColor inSpace = profile.fromSrgb({200 / 255.0, 120 / 255.0, 90 / 255.0});
-    EXPECT_LT(inSpace.red, 200 / 255.0); // a wider space needs less of a colour
+    EXPECT_LT(inSpace.red, 200 / 255.0); // the same colour is less extreme in a wider gamut
     RGBA32 pixel(static_cast<std::uint8_t>(inSpace.red * 255 + 0.5),
                  static_cast<std::uint8_t>(inSpace.green * 255 + 0.5),
                  static_cast<std::uint8_t>(inSpace.blue * 255 + 0.5), 255);
@@ -49,7 +49,7 @@ TEST(ColorProfile, AScreenColorBroughtIntoAWideSpaceAndBackIsTheSameOnTheScreen)
     EXPECT_EQ(pixel.alpha(), 255);
 }
 
-/// What the colour library makes of opaque pixels on the screen.
+/// Opaque pixels converted to sRGB by the colour library.
 std::vector<RGBA32> byTheLibrary(const Bytes& icc, std::vector<RGBA32> pixels) {
     cmsHPROFILE from = cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size()));
     cmsHPROFILE screen = cmsCreate_sRGBProfile();
@@ -62,7 +62,7 @@ std::vector<RGBA32> byTheLibrary(const Bytes& icc, std::vector<RGBA32> pixels) {
     return pixels;
 }
 
-TEST(ScreenColors, AreWithinALevelOfTheColorLibrarysForCurvesAndForTables) {
+TEST(ScreenColors, AreWithinOneLevelOfTheColorLibrarys) {
     std::vector<RGBA32> colors;
     for (int red = 0; red < 256; red += 15)
         for (int green = 3; green < 256; green += 12)
@@ -75,13 +75,13 @@ TEST(ScreenColors, AreWithinALevelOfTheColorLibrarysForCurvesAndForTables) {
         std::vector<RGBA32> shown = colors;
         transform->apply(shown);
         const std::vector<RGBA32> expected = byTheLibrary(icc, colors);
-        int most = 0;
+        int maxDifference = 0;
         for (std::size_t i = 0; i < shown.size(); ++i)
-            most = std::max({most, std::abs(shown[i].red() - expected[i].red()),
-                             std::abs(shown[i].green() - expected[i].green()),
-                             std::abs(shown[i].blue() - expected[i].blue()),
-                             std::abs(shown[i].alpha() - expected[i].alpha())});
-        EXPECT_LE(most, 1);
+            maxDifference = std::max({maxDifference, std::abs(shown[i].red() - expected[i].red()),
+                                      std::abs(shown[i].green() - expected[i].green()),
+                                      std::abs(shown[i].blue() - expected[i].blue()),
+                                      std::abs(shown[i].alpha() - expected[i].alpha())});
+        EXPECT_LE(maxDifference, 1);
         EXPECT_FALSE(shown == colors);
     }
 }

@@ -27,7 +27,7 @@ using namespace std::string_literals;
 constexpr CreationDate kDate{std::chrono::microseconds(1479276891123456)};
 const std::string kDateAsAttribute = "\x00\xaf\x9e\xfd\x64\x41\x05\x00"s;
 
-/// A file that knows whether its file system has extended attributes.
+/// A temporary file with access to its extended attributes.
 class DatedFile {
 public:
     explicit DatedFile(const std::filesystem::path& folder) : m_path(folder / "dated") {
@@ -49,7 +49,7 @@ public:
         return length < 0 ? "none" : value.substr(0, static_cast<std::size_t>(length));
     }
 
-    /// What the file system says by itself.
+    /// The birth time from the file system, or the modification time if it has none.
     CreationDate birth() const {
         struct statx status = {};
         EXPECT_EQ(::statx(AT_FDCWD, m_path.c_str(), 0, STATX_BTIME | STATX_MTIME, &status), 0);
@@ -72,7 +72,7 @@ protected:
     DatedFile file{folder.path()};
 };
 
-TEST_F(CreationDates, ComeBackAsTheyWereSet) {
+TEST_F(CreationDates, AreReadAsTheyWereSet) {
     ASSERT_TRUE(setCreationDate(file.path(), kDate));
     EXPECT_EQ(creationDate(file.path()), kDate);
     EXPECT_EQ(ImageTools::ImageCreationDate(file.path()), kDate);
@@ -83,7 +83,7 @@ TEST_F(CreationDates, AreLittleEndianMicrosecondsInTheAttribute) {
     EXPECT_EQ(file.get("user.crtime_usec"), kDateAsAttribute);
 }
 
-TEST_F(CreationDates, BeforeNineteenSeventyAreKept) {
+TEST_F(CreationDates, Before1970AreSupported) {
     const CreationDate old = CreationDate{} - 1234567890s;
     ASSERT_TRUE(setCreationDate(file.path(), old));
     EXPECT_EQ(creationDate(file.path()), old);
@@ -93,32 +93,32 @@ TEST_F(CreationDates, AreTheBirthTimeWithoutAnAttribute) {
     EXPECT_EQ(creationDate(file.path()), file.birth());
 }
 
-TEST_F(CreationDates, AreTheBirthTimeWhenTheAttributeIsDamaged) {
+TEST_F(CreationDates, AreTheBirthTimeIfTheAttributeIsInvalid) {
     ASSERT_TRUE(file.set("user.crtime_usec", "1234567"));
     EXPECT_EQ(creationDate(file.path()), file.birth());
     ASSERT_TRUE(file.set("user.crtime_usec", "123456789"));
     EXPECT_EQ(creationDate(file.path()), file.birth());
 }
 
-TEST_F(CreationDates, AnExtremeAttributeIsTheEndOfTheClocksRange) {
+TEST_F(CreationDates, AreClampedToTheClocksRange) {
     ASSERT_TRUE(file.set("user.crtime_usec", "\xff\xff\xff\xff\xff\xff\xff\x7f"));
     EXPECT_GT(*creationDate(file.path()), CreationDate::max() - 1ms);
 }
 
-TEST_F(CreationDates, OfNetworkSharesMeanNothingOnOtherFileSystems) {
+TEST_F(CreationDates, OfNetworkSharesAreIgnoredOnOtherFileSystems) {
     ASSERT_TRUE(file.set("user.smb3.creationtime", "12345678"));
     EXPECT_EQ(creationDate(file.path()), file.birth());
     ASSERT_TRUE(setCreationDate(file.path(), kDate));
     EXPECT_EQ(file.get("user.smb3.creationtime"), "12345678");
 }
 
-TEST_F(CreationDates, LeaveTheModificationTimeAlone) {
+TEST_F(CreationDates, DoNotChangeTheModificationTime) {
     const auto before = std::filesystem::last_write_time(file.path());
     ASSERT_TRUE(setCreationDate(file.path(), kDate));
     EXPECT_EQ(std::filesystem::last_write_time(file.path()), before);
 }
 
-TEST(CreationDate, IsNowWhenTheFileCannotBeReached) {
+TEST(CreationDate, OfAMissingFileIsNow) {
     const TemporaryFolder folder;
     const auto before = std::chrono::system_clock::now();
     const CreationDate date = ImageTools::ImageCreationDate(folder.path() / "missing");
@@ -127,30 +127,30 @@ TEST(CreationDate, IsNowWhenTheFileCannotBeReached) {
     EXPECT_FALSE(creationDate(folder.path() / "missing"));
 }
 
-TEST(CreationDate, CannotBeSetOnAFileThatIsNotThere) {
+TEST(CreationDate, CannotBeSetOnAMissingFile) {
     const TemporaryFolder folder;
     EXPECT_FALSE(setCreationDate(folder.path() / "missing", kDate));
 }
 
-TEST(CreationDate, ThatCannotBeCarriedIsSaidOnStandardOutput) {
+TEST(CreationDate, AFailureToCarryItIsPrinted) {
     const TemporaryFolder folder;
     testing::internal::CaptureStderr();
     EXPECT_EQ(printedBy([&] { carryCreationDate(folder.path() / "missing", kDate); }), "ERROR\n");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(CreationDates, ThatCanBeCarriedAreCarriedWithoutAWord) {
+TEST_F(CreationDates, AreCarriedSilently) {
     EXPECT_EQ(printedBy([&] { carryCreationDate(file.path(), kDate); }), "");
     EXPECT_EQ(creationDate(file.path()), kDate);
 }
 
-TEST(CreationDate, IsKeptOnAFileSystemInMemoryToo) {
+TEST(CreationDate, IsSupportedOnTmpfs) {
     const std::filesystem::path shared = "/dev/shm";
     struct statfs status = {};
     constexpr auto kTypeTmpfs = 0x01021994;
     if (::statfs(shared.c_str(), &status) != 0 || status.f_type != kTypeTmpfs ||
         ::access(shared.c_str(), W_OK) != 0)
-        GTEST_SKIP() << "there is no file system in memory";
+        GTEST_SKIP() << "there is no writable tmpfs";
     const DatedFile file(shared);
     if (!file.set("user.probe", "1")) {
         EXPECT_FALSE(setCreationDate(file.path(), kDate));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A photo of which parts are missing opens as far as it goes, and says so.
+// A damaged photo opens as far as it can be decoded, and the damage is reported.
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_files.h"
@@ -28,7 +28,7 @@ std::vector<std::uint8_t> noiseSamples(PixelSize size) {
     return samples;
 }
 
-/// A JPEG file as cameras write them: without restart markers, or with several scans.
+/// A JPEG file as cameras write it: sequential without restart markers, or progressive.
 std::string cameraJpeg(bool isProgressive) {
     constexpr PixelSize kSize{120, 90};
     JpegRecipe recipe;
@@ -45,7 +45,7 @@ std::string interlacedPng() {
     return textOf(pngFile({.size = kSize, .interlaced = true}, noiseSamples(kSize)));
 }
 
-/// An 8-bit BMP file of run-length codes: one run a row, and the end's mark.
+/// An 8-bit BMP file with run-length coding: one run per row, and the end marker.
 std::string runLengthBmp() {
     constexpr int kHeight = 40;
     std::string codes;
@@ -84,7 +84,7 @@ std::vector<Sample> samples() {
     return all;
 }
 
-TEST(DamagedPhotos, AWholePhotoHasNoDamage) {
+TEST(DamagedPhotos, AnIntactPhotoHasNoDamage) {
     for (const auto& [name, file] : samples()) {
         const Result<OpenedPhoto> photo = opened(file);
         ASSERT_TRUE(photo) << name << ": " << photo.error().message;
@@ -92,26 +92,26 @@ TEST(DamagedPhotos, AWholePhotoHasNoDamage) {
     }
 }
 
-TEST(DamagedPhotos, ATruncatedPhotoSaysSo) {
+TEST(DamagedPhotos, TruncationIsReported) {
     for (const auto& [name, file] : samples()) {
         const std::size_t start = name.starts_with("BMP in") ? 70 : file.size() / 3;
         for (const std::size_t length :
              {start + 20, file.size() / 2, file.size() * 3 / 4, file.size() * 9 / 10}) {
-            // A TIFF file of ours has its directory first; what is cut are rows.
+            // A TIFF file written here has its directory first, so only rows are lost.
             const Result<OpenedPhoto> photo = opened(file.substr(0, length));
             if (!photo)
-                continue; // too little for a picture
+                continue; // too short to be decoded
             EXPECT_TRUE(photo->damage) << name << ", " << length << " of " << file.size();
         }
         const Result<OpenedPhoto> most = opened(file.substr(0, file.size() * 9 / 10));
-        EXPECT_TRUE(most || name == "PNG, small") << name << " shows what is there";
+        EXPECT_TRUE(most || name == "PNG, small") << name << " must show the remaining rows";
     }
 }
 
-TEST(DamagedPhotos, OverwrittenBytesSaySo) {
+TEST(DamagedPhotos, OverwrittenBytesAreReported) {
     for (const bool isProgressive : {false, true}) {
         std::string file = cameraJpeg(isProgressive);
-        file.replace(file.size() / 2, 2, "\xff\xd9"); // an end before the end
+        file.replace(file.size() / 2, 2, "\xff\xd9"); // a premature end marker
         const Result<OpenedPhoto> photo = opened(file);
         ASSERT_TRUE(photo);
         EXPECT_TRUE(photo->damage) << isProgressive;
@@ -123,7 +123,7 @@ TEST(DamagedPhotos, OverwrittenBytesSaySo) {
     EXPECT_TRUE(photo->damage);
 }
 
-TEST(DamagedPhotos, AJpegThatLacksItsEndMarkAloneIsWhole) {
+TEST(DamagedPhotos, AJpegThatLacksOnlyItsEndMarkerIsIntact) {
     for (const bool isProgressive : {false, true}) {
         const std::string file = cameraJpeg(isProgressive);
         const Result<OpenedPhoto> photo = opened(file.substr(0, file.size() - 2));
@@ -132,7 +132,7 @@ TEST(DamagedPhotos, AJpegThatLacksItsEndMarkAloneIsWhole) {
     }
 }
 
-TEST(DamagedPhotos, BytesBetweenAJpegsSegmentsAreNoDamage) {
+TEST(DamagedPhotos, BytesBetweenJpegSegmentsAreNotDamage) {
     std::string file = cameraJpeg(false);
     file.insert(2, "stray");
     const Result<OpenedPhoto> photo = opened(file);
@@ -140,7 +140,7 @@ TEST(DamagedPhotos, BytesBetweenAJpegsSegmentsAreNoDamage) {
     EXPECT_FALSE(photo->damage);
 }
 
-TEST(OpenedPhotos, AreNamedByTheirContent) {
+TEST(OpenedPhotos, HaveTheExtensionOfTheirContent) {
     const std::vector<std::pair<const Codec*, std::string>> formats = {{&kJpegCodec, "jpg"},
                                                                        {&kPngCodec, "png"},
                                                                        {&kTiffCodec, "tiff"},
@@ -151,7 +151,7 @@ TEST(OpenedPhotos, AreNamedByTheirContent) {
         ASSERT_TRUE(photo);
         EXPECT_EQ(photo->extension, extension);
     }
-    // A file of several pictures begins as a JPEG file, and goes on with others.
+    // A multi-picture file is a JPEG file followed by others.
     const std::string first = encodedAs(kJpegCodec, noise({20, 10}));
     const Result<OpenedPhoto> photo = opened(first + encodedAs(kJpegCodec, noise({30, 10}, 2)));
     ASSERT_TRUE(photo);
@@ -169,7 +169,7 @@ TEST(OpenedPhotos, FailuresHaveAKind) {
     };
     EXPECT_EQ(kindOf(folder.path() / "missing"), ErrorKind::CannotRead);
     EXPECT_EQ(kindOf(folder.path()), ErrorKind::CannotRead);
-    writeFile(folder.path() / "text", "no picture");
+    writeFile(folder.path() / "text", "not a picture");
     EXPECT_EQ(kindOf(folder.path() / "text"), ErrorKind::NotAPicture);
     writeFile(folder.path() / "cut", encodedAs(kPngCodec, noise({20, 10})).substr(0, 30));
     EXPECT_EQ(kindOf(folder.path() / "cut"), ErrorKind::Damaged);

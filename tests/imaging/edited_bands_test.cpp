@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What encoders keep of a band outlives an edit of it as far as the edit left the band alone.
+// The encoders' cache of a band is reused after an edit for the rows that did not change.
 #include "imaging/codecs/changed_rows.h"
 #include "imaging/codecs/codec.h"
 #include "tests/imaging/codec_pictures.h"
@@ -10,15 +10,15 @@
 namespace complexion {
 namespace {
 
+using test::clearCodedBands;
 using test::encoded;
-using test::forgetCodedBands;
 
 struct Number : Memo::Value {
     explicit Number(int n) : number(n) {}
     int number;
 };
 
-TEST(Memo, KeepsWhatIsOutdatedUntilSomethingNewIsSet) {
+TEST(Memo, KeepsAnOutdatedValueUntilANewOneIsSet) {
     Memo before;
     before.set(std::make_shared<Number>(1));
     Memo after;
@@ -31,7 +31,7 @@ TEST(Memo, KeepsWhatIsOutdatedUntilSomethingNewIsSet) {
     EXPECT_FALSE(after.getOutdated<Number>());
 }
 
-TEST(Memo, WhatWasOutdatedBeforeIsHandedOn) {
+TEST(Memo, PassesAnOutdatedValueOn) {
     Memo first;
     first.set(std::make_shared<Number>(1));
     Memo second;
@@ -44,7 +44,7 @@ TEST(Memo, WhatWasOutdatedBeforeIsHandedOn) {
     EXPECT_EQ(third.getOutdated<Number>()->number, 2);
 }
 
-TEST(ChangedRows, AreThoseOfThePixelsThatDiffer) {
+TEST(ChangedRows, AreTheRowsWithDifferentPixels) {
     const Image image = noise({600, 60});
     const TileList before = image.storedBand(0)->tiles();
     const Image edited = withPixels(image, {{8, 10}, {31, 500}, {59, 599}}, RGBA32(1, 2, 3, 255));
@@ -53,21 +53,21 @@ TEST(ChangedRows, AreThoseOfThePixelsThatDiffer) {
     EXPECT_EQ(changedRows(*edited.storedBand(0), before, 64), std::vector<bool>{true});
 }
 
-TEST(ChangedRows, ATilePaintedInItsOwnColorsHasNone) {
+TEST(ChangedRows, AreNoneIfTheSameColorsWerePainted) {
     const Image image = noise({100, 64});
     const Image same = withPixels(image, {{20, 30}}, image.pixel(20, 30));
     ASSERT_NE(same.storedBand(0), image.storedBand(0));
     EXPECT_EQ(changedRows(*same.storedBand(0), image.storedBand(0)->tiles(), 8), std::vector<bool>(8, false));
 }
 
-TEST(ChangedRows, AreAllOfABandOfAnotherSize) {
+TEST(ChangedRows, AreAllRowsIfTheSizeDiffers) {
     const Image image = noise({300, 64});
     for (const PixelSize other : {PixelSize{300, 40}, PixelSize{200, 64}, PixelSize{600, 64}})
         EXPECT_EQ(changedRows(*image.storedBand(0), noise(other).storedBand(0)->tiles(), 16),
                   std::vector<bool>(4, true));
 }
 
-TEST(EditedBands, RandomEditsGiveTheFilesOfBandsThatWereNeverCoded) {
+TEST(EditedBands, GiveTheSameFilesWithAndWithoutTheCache) {
     std::mt19937 random(5);
     for (const PixelSize size : {PixelSize{5000, 130}, PixelSize{1100, 201}, PixelSize{90, 65}}) {
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
@@ -78,26 +78,25 @@ TEST(EditedBands, RandomEditsGiveTheFilesOfBandsThatWereNeverCoded) {
             for (unsigned spot = 0; spot < 1 + random() % 3; ++spot)
                 spots.push_back({static_cast<std::int64_t>(random()) % size.height,
                                  static_cast<std::int64_t>(random()) % size.width});
-            // Each tenth colour is not opaque, so that a PNG file gets alpha and, when it is painted over,
-            // loses it.
+            // One colour in ten is transparent, so that the PNG file gains and loses its alpha channel.
             const bool clear = random() % 10 == 0;
             image = withPixels(image, spots, clear ? RGBA32() : RGBA32(200, 10, 10, 255));
             if (random() % 3 == 0)
-                continue; // two edits and one encoding
+                continue; // several edits between encodings
             for (const Codec* codec : {&kPngCodec, &kJpegCodec}) {
                 const Bytes warm = encoded(*codec, image);
-                forgetCodedBands(image);
+                clearCodedBands(image);
                 ASSERT_TRUE(encoded(*codec, image) == warm) << codec->name << ' ' << i;
             }
         }
     }
 }
 
-TEST(EditedBands, AnEditLeavesTheOtherBlockRowsBytesAlone) {
+TEST(EditedBands, AnEditDoesNotChangeTheBytesOfOtherBlockRows) {
     const Image image = noise({500, 64});
     const Bytes before = encoded(kJpegCodec, image);
     const Bytes after = encoded(kJpegCodec, withPixels(image, {{30, 100}}, RGBA32(0, 0, 0, 255)));
-    // Block row 3 stands between the markers RST2 and RST3.
+    // Block row 3 is between the markers RST2 and RST3.
     const auto place = [](const Bytes& file, std::uint8_t code) {
         const Bytes marker = {0xFF, code};
         return std::search(file.begin(), file.end(), marker.begin(), marker.end()) - file.begin();

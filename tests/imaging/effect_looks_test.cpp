@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the effects look like, measured in CIELAB on a colour chart and on real portraits.
+// The looks of the effects, measured in CIELAB on a colour chart and on real portraits.
 #include "tests/fakes/pictures.h"
 #include "tests/imaging/cielab.h"
 #include "tests/imaging/effect_pictures.h"
@@ -21,14 +21,14 @@ using testing::Gt;
 using testing::Le;
 using testing::Lt;
 
-/// What an effect does to a picture, in CIELAB.
+/// The changes of an effect, in CIELAB.
 struct Measured {
     double chromaRatio = 0;
     double contrastRatio = 0;      // of the standard deviations of lightness
     double shift[2] = {};          // mean change of a and b
-    double shadowShift[2] = {};    // the same, where the source is darker than lightness 30
-    double highlightShift[2] = {}; // and where it is brighter than 70
-    double luminanceError = 0;     // mean distance of the luminance, in levels
+    double shadowShift[2] = {};    // the same, where the source's lightness is below 30
+    double highlightShift[2] = {}; // and where it is above 70
+    double luminanceError = 0;     // mean absolute difference of the luminance, in levels
     bool isGrey = true;            // every pixel has equal components
 };
 
@@ -112,7 +112,7 @@ int darkestComponent(RGBA32 pixel) {
     return std::min({pixel.red(), pixel.green(), pixel.blue()});
 }
 
-// What the effects look like, for any picture.
+// The properties of each effect on any picture.
 
 void expectChrome(const Image& picture) {
     const Measured measured = measure(picture, "Chrome");
@@ -158,7 +158,7 @@ void expectTransfer(const Image& picture) {
     EXPECT_THAT(measured.shift[0] + measured.shift[1], Gt(3)) << "towards yellow and red";
 }
 
-TEST(PhotoEffects, ChromeMakesColorsRicher) {
+TEST(PhotoEffects, ChromeIncreasesSaturation) {
     expectChrome(colorChart());
 }
 
@@ -177,7 +177,7 @@ TEST(PhotoEffects, InstantWarmsHighlightsAndCoolsShadows) {
     expectInstant(colorChart());
 }
 
-TEST(PhotoEffects, BlackAndWhiteDiffersInContrast) {
+TEST(PhotoEffects, BlackAndWhiteEffectsDifferInContrast) {
     expectBlackAndWhites(colorChart());
 }
 
@@ -187,7 +187,7 @@ TEST(PhotoEffects, NoirHasDeepBlacks) {
     EXPECT_THAT(through("Noir", {dark}).front().red(), Lt(20));
 }
 
-TEST(PhotoEffects, TonalKeepsGreyAsItIs) {
+TEST(PhotoEffects, TonalDoesNotChangeGreys) {
     EXPECT_EQ(through("Tonal", greyRamp()), greyRamp());
 }
 
@@ -204,7 +204,7 @@ TEST(PhotoEffects, TransferTurnsWarmAndLiftsBlacks) {
 TEST(PhotoEffects, KeepTheirLooksOnRealPortraits) {
     const char* folder = std::getenv("COMPLEXION_TEST_PHOTOS");
     if (!folder)
-        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS names no folder of photographs";
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS is not set";
     const std::filesystem::path portraits = std::filesystem::path(folder) / "portraits";
     for (const char* name : {"interfaces/005.jpg", "interfaces/025.jpg", "interfaces/028.jpg",
                              "interfaces/080.jpg", "kodak/kodim04.png"}) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Every effect's colours, computed a second way: the looks were tuned by eye, and a photo's look is to stay
-// what it was.
+// Compares every effect with a second implementation. The looks were tuned by eye and must not change.
 #include "tests/imaging/effect_pictures.h"
 
 #include <gtest/gtest.h>
@@ -18,12 +17,12 @@ using Weights = std::array<double, 3>; // of red, green and blue
 
 constexpr Weights kLuminance = {0.30, 0.59, 0.11};
 
-/// What an effect is made of.
+/// The recipe of an effect.
 struct Look {
     const char* effect;
-    double saturation;  // 0: one grey
-    Weights grey;       // where that is 0: what of each component the grey is made of
-    double knots[3][4]; // what the levels 0, 85, 170 and 255 of red, green and blue become
+    double saturation;  // 0 for black and white
+    Weights grey;       // the weights of the components in the grey value
+    double knots[3][4]; // the tone curves of red, green and blue at levels 0, 85, 170 and 255
 };
 
 constexpr std::array<Look, 8> kLooks = {{
@@ -37,11 +36,11 @@ constexpr std::array<Look, 8> kLooks = {{
     {"Transfer", 0.85, kLuminance, {{36, 106, 188, 252}, {28, 92, 174, 243}, {26, 78, 148, 214}}},
 }};
 
-double cut(double level) {
+double clamped(double level) {
     return std::clamp(level, 0.0, 255.0);
 }
 
-/// The cubic through the four knots, as Lagrange wrote it.
+/// The cubic through the four knots, in Lagrange form.
 double curve(const double (&knots)[4], double level) {
     double sum = 0;
     for (int i = 0; i < 4; ++i) {
@@ -54,16 +53,16 @@ double curve(const double (&knots)[4], double level) {
     return sum;
 }
 
-/// The three components, 0 to 255, that a colour of them becomes.
+/// The result of the recipe for a colour; components from 0 to 255.
 Weights applied(const Look& look, const Weights& color) {
     const double grey = look.grey[0] * color[0] + look.grey[1] * color[1] + look.grey[2] * color[2];
     Weights result = {};
     for (std::size_t i = 0; i < 3; ++i)
-        result[i] = cut(curve(look.knots[i], cut(grey + look.saturation * (color[i] - grey))));
+        result[i] = clamped(curve(look.knots[i], clamped(grey + look.saturation * (color[i] - grey))));
     return result;
 }
 
-/// Greys, the corners and edges of the colour cube, and colours at random.
+/// All greys, a grid of the colour cube, and random colours.
 std::vector<RGBA32> manyColors() {
     std::vector<RGBA32> colors = greyRamp();
     for (const int red : {0, 85, 170, 255})
@@ -76,12 +75,12 @@ std::vector<RGBA32> manyColors() {
     return colors;
 }
 
-/// `component` is `exact` rounded; the margin is for what floats lose beside a half.
+/// Expects that `component` is `exact` rounded, with a margin for floating-point error near a half.
 void expectRounded(int component, double exact) {
     EXPECT_LE(std::abs(component - exact), 0.5 + 0.002) << component << " for " << exact;
 }
 
-TEST(EffectRecipes, EveryOpaqueColorBecomesWhatTheLookSays) {
+TEST(EffectRecipes, OpaqueColorsFollowTheRecipe) {
     const std::vector<RGBA32> colors = manyColors();
     for (const Look& look : kLooks) {
         SCOPED_TRACE(look.effect);
@@ -99,12 +98,12 @@ TEST(EffectRecipes, EveryOpaqueColorBecomesWhatTheLookSays) {
     }
 }
 
-TEST(EffectRecipes, ATranslucentColorIsTakenBeforePremultiplication) {
+TEST(EffectRecipes, TranslucentColorsAreUnpremultipliedFirst) {
     std::vector<RGBA32> colors;
     std::mt19937 random(5);
     for (int i = 0; i < 700; ++i) {
         const auto alpha = static_cast<std::uint32_t>(1 + random() % 255);
-        // At times brighter than its own alpha, as damaged files have it.
+        // Sometimes brighter than alpha, as in damaged files.
         const std::uint32_t brightest = i % 10 == 0 ? 255 : alpha;
         const auto part = [&] { return static_cast<std::uint8_t>(random() % (brightest + 1)); };
         colors.emplace_back(part(), part(), part(), static_cast<std::uint8_t>(alpha));
@@ -115,8 +114,9 @@ TEST(EffectRecipes, ATranslucentColorIsTakenBeforePremultiplication) {
         for (std::size_t i = 0; i < colors.size(); ++i) {
             const RGBA32 color = colors[i];
             const double opacity = color.alpha() / 255.0;
-            const Weights exact = applied(look, {cut(color.red() / opacity), cut(color.green() / opacity),
-                                                 cut(color.blue() / opacity)});
+            const Weights exact =
+                applied(look, {clamped(color.red() / opacity), clamped(color.green() / opacity),
+                               clamped(color.blue() / opacity)});
             expectRounded(results[i].red(), exact[0] * opacity);
             expectRounded(results[i].green(), exact[1] * opacity);
             expectRounded(results[i].blue(), exact[2] * opacity);
@@ -125,8 +125,8 @@ TEST(EffectRecipes, ATranslucentColorIsTakenBeforePremultiplication) {
     }
 }
 
-TEST(EffectRecipes, OpaquePixelsComeOutAlikeBesideTranslucentOnes) {
-    // More pixels than are looked at together, with one translucent pixel at different places among them.
+TEST(EffectRecipes, OpaquePixelsDoNotDependOnTranslucentNeighbours) {
+    // More pixels than one block of the implementation, with a translucent pixel at different positions.
     std::vector<RGBA32> colors = manyColors();
     const std::vector<RGBA32> opaqueAlone = through("Instant", colors);
     for (const std::size_t place : {0U, 127U, 128U, 300U}) {

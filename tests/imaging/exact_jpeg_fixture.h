@@ -12,7 +12,7 @@
 
 namespace complexion::test {
 
-/// Shading, noise and colours that change within a few pixels, as skin, hair and cloth have them.
+/// Shading, noise and colours that change within a few pixels, like skin, hair and cloth.
 inline std::vector<std::uint8_t> photoSamples(PixelSize size, int components) {
     std::mt19937 engine(7);
     std::normal_distribution<double> noise(0, 6);
@@ -26,11 +26,11 @@ inline std::vector<std::uint8_t> photoSamples(PixelSize size, int components) {
     return samples;
 }
 
-/// A kind of file that the exact way takes.
+/// A kind of file that can be saved exactly.
 struct JpegKind {
     const char* name;
     int components = 3;
-    std::array<int, 6> sampling = {1, 1, 1, 1, 1, 1}; // across and down, of each component
+    std::array<int, 6> sampling = {1, 1, 1, 1, 1, 1}; // horizontal and vertical factor of each component
     void (*adjust)(jpeg_compress_struct&) = [](jpeg_compress_struct&) {};
     int orientation = 1;
     PixelSize size = {205, 147};
@@ -58,11 +58,11 @@ inline Bytes fileOf(const JpegKind& kind, int quality = 85) {
                     photoSamples(kind.size, kind.components));
 }
 
-/// Where two pictures' samples differ, with the size of an MCU: each pixel's MCU by its number.
+/// How the saved samples differ from the painted ones.
 struct Outcome {
-    std::int64_t differentOutside = 0;
-    int mostUnpainted = 0;
-    double meanInside = 0;
+    std::int64_t differentOutside = 0; // samples outside the touched MCUs
+    int maxUnpainted = 0;              // difference of unpainted pixels in touched MCUs
+    double meanInside = 0;             // difference in touched MCUs
 };
 
 inline Outcome outcomeOf(const std::vector<std::uint8_t>& source, const std::vector<std::uint8_t>& painted,
@@ -82,18 +82,18 @@ inline Outcome outcomeOf(const std::vector<std::uint8_t>& source, const std::vec
     std::int64_t sum = 0;
     std::int64_t count = 0;
     for (std::size_t i = 0; i < source.size(); ++i) {
-        const int apart = std::abs(painted[i] - file[i]);
+        const int difference = std::abs(painted[i] - file[i]);
         if (!touched[mcuOf(i)]) {
-            outcome.differentOutside += apart != 0 ? 1 : 0;
+            outcome.differentOutside += difference != 0 ? 1 : 0;
             continue;
         }
-        sum += apart;
+        sum += difference;
         ++count;
         const std::size_t pixel = i - i % 3;
         if (std::equal(source.begin() + static_cast<std::ptrdiff_t>(pixel),
                        source.begin() + static_cast<std::ptrdiff_t>(pixel + 3),
                        painted.begin() + static_cast<std::ptrdiff_t>(pixel)))
-            outcome.mostUnpainted = std::max(outcome.mostUnpainted, apart);
+            outcome.maxUnpainted = std::max(outcome.maxUnpainted, difference);
     }
     outcome.meanInside = count > 0 ? static_cast<double>(sum) / static_cast<double>(count) : 0;
     return outcome;

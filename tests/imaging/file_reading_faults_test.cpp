@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Flushing, reading and holding files where the system's calls fail or do less than they were asked for.
+// Flushing, reading and holding files when system calls fail or transfer less than requested.
 #include "tests/imaging/file_faults_fixture.h"
 
 #include <fcntl.h>
@@ -18,7 +18,7 @@ constexpr std::int64_t kMaxBytes = std::int64_t{2} << 30;
 
 // Flushing.
 
-TEST_F(FileFaults, FlushingFailsWhenTheFileOrItsFolderCannotBeFlushed) {
+TEST_F(FileFaults, FlushingFailsIfTheFileOrItsFolderCannotBeFlushed) {
     EXPECT_TRUE(flushToDisk(m_path));
     for (const int skipped : {0, 1}) {
         const FailingCalls failing(SystemCall::Fsync, EIO, 1, skipped);
@@ -30,16 +30,16 @@ TEST_F(FileFaults, FlushingFailsWhenTheFileOrItsFolderCannotBeFlushed) {
 
 // Reading.
 
-TEST_F(FileFaults, ADiskThatGivesLittleAtOnceGivesEveryByte) {
+TEST_F(FileFaults, ShortReadsAreCompleted) {
     ASSERT_TRUE(write());
-    for (const std::size_t most : {1U, 7U, 1000U}) {
-        const ShortTransfers transfers(most);
+    for (const std::size_t max : {1U, 7U, 1000U}) {
+        const ShortTransfers transfers(max);
         EXPECT_EQ(*readFile(m_path), manyParts().joined());
         EXPECT_EQ(*readFile(m_path, [](ByteView) { return true; }), manyParts().joined());
     }
 }
 
-TEST_F(FileFaults, AReadThatIsInterruptedGoesOn) {
+TEST_F(FileFaults, AnInterruptedReadIsRepeated) {
     ASSERT_TRUE(write());
     const ShortTransfers transfers(700);
     const FailingCalls failing(SystemCall::Read, EINTR, 3, 1);
@@ -47,7 +47,7 @@ TEST_F(FileFaults, AReadThatIsInterruptedGoesOn) {
     EXPECT_EQ(failing.failedCount(), 3);
 }
 
-TEST_F(FileFaults, AReadThatFailsIsAnErrorThatSaysWhy) {
+TEST_F(FileFaults, AFailedReadReportsItsCause) {
     for (const int skipped : {0, 1}) {
         const FailingCalls failing(SystemCall::Read, EIO, 1, skipped);
         const ShortTransfers transfers(10);
@@ -55,7 +55,7 @@ TEST_F(FileFaults, AReadThatFailsIsAnErrorThatSaysWhy) {
         ASSERT_FALSE(file);
         EXPECT_EQ(file.error().message, std::strerror(EIO));
     }
-    // The first bytes, and then the others.
+    // While reading the first bytes, and the rest.
     ASSERT_TRUE(write());
     for (const int skipped : {0, 1}) {
         const FailingCalls failing(SystemCall::Read, EIO, 1, skipped);
@@ -65,14 +65,14 @@ TEST_F(FileFaults, AReadThatFailsIsAnErrorThatSaysWhy) {
     }
 }
 
-TEST_F(FileFaults, AFileThatBecameShorterIsReadAsFarAsItGoes) {
+TEST_F(FileFaults, AFileThatShrinksMeanwhileIsReadToItsEnd) {
     const ShortTransfers transfers(0);
     const Result<Bytes> file = readFile(m_path);
     ASSERT_TRUE(file);
     EXPECT_TRUE(file->empty());
 }
 
-TEST_F(FileFaults, AFileIsJudgedByItsFirstSixtyFourBytes) {
+TEST_F(FileFaults, AFileIsAcceptedByItsFirst64Bytes) {
     static std::size_t seen;
     const auto isWanted = [](ByteView start) {
         seen = start.size();
@@ -89,7 +89,7 @@ TEST_F(FileFaults, AFileIsJudgedByItsFirstSixtyFourBytes) {
     EXPECT_FALSE(readFile(m_path, isWanted));
 }
 
-TEST_F(FileFaults, AFileOfTheGreatestLengthIsReadAndALongerOneIsNot) {
+TEST_F(FileFaults, AFileOfTheMaximumLengthIsReadButNotALongerOne) {
     const auto isWanted = [](ByteView) { return false; };
     ASSERT_EQ(::truncate(m_path.c_str(), kMaxBytes), 0);
     const Result<Bytes> longest = readFile(m_path, isWanted);
@@ -101,14 +101,14 @@ TEST_F(FileFaults, AFileOfTheGreatestLengthIsReadAndALongerOneIsNot) {
     EXPECT_EQ(longer.error().message, "a file of impossible length");
 }
 
-TEST_F(FileFaults, WhatIsNoFileSaysSo) {
+TEST_F(FileFaults, WhatIsNotARegularFileIsReported) {
     EXPECT_EQ(readFile(m_folder.path()).error().message, "not a regular file");
     EXPECT_EQ(readFile(m_folder.path() / "missing").error().message, std::strerror(ENOENT));
 }
 
 // Holding.
 
-TEST_F(FileFaults, AHeldFileIsReadWhenItsNameIsGoneOrAnothers) {
+TEST_F(FileFaults, AHeldFileCanBeReadAfterItWasReplacedOrDeleted) {
     const std::size_t before = openFileCount();
     {
         const HeldFile held(m_path);

@@ -35,7 +35,7 @@ TEST(WriteFileAtomically, WritesAllPartsAndLeavesNoOtherFile) {
     EXPECT_EQ(filesIn(folder.path()).size(), 1U);
 }
 
-TEST(WriteFileAtomically, WritesMorePartsThanTheSystemTakesAtOnceAndSkipsEmptyOnes) {
+TEST(WriteFileAtomically, WritesMorePartsThanOneSystemCallAccepts) {
     FileContents contents;
     contents.append({});
     for (int i = 0; i < 5000; ++i)
@@ -55,7 +55,7 @@ TEST(WriteFileAtomically, ReplacesAnExistingFile) {
     EXPECT_EQ(textOf(folder.path() / "a"), "short");
 }
 
-TEST(WriteFileAtomically, WritesBesideANameOfTheGreatestLength) {
+TEST(WriteFileAtomically, WritesAFileOfTheLongestName) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / std::string(255, 'n');
     ASSERT_TRUE(writeFileAtomically(path, contentsOf("x")));
@@ -67,7 +67,7 @@ TEST(WriteFileAtomically, FailsInAMissingFolder) {
     EXPECT_FALSE(writeFileAtomically(folder.path() / "none" / "a", contentsOf("x")));
 }
 
-TEST(WriteFileAtomically, AFolderAtTheTargetIsLeftAloneAndNothingElseStays) {
+TEST(WriteFileAtomically, KeepsAFolderAtTheTargetAndLeavesNoOtherFile) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.path() / "a");
     EXPECT_FALSE(writeFileAtomically(folder.path() / "a", contentsOf("x")));
@@ -75,7 +75,7 @@ TEST(WriteFileAtomically, AFolderAtTheTargetIsLeftAloneAndNothingElseStays) {
     EXPECT_EQ(filesIn(folder.path()).size(), 1U);
 }
 
-TEST(WriteFileAtomically, GivesTheModeThatNewFilesHave) {
+TEST(WriteFileAtomically, GivesTheFileDefaultPermissions) {
     const TemporaryFolder folder;
     const mode_t before = ::umask(0027);
     ASSERT_TRUE(writeFileAtomically(folder.path() / "a", contentsOf("x")));
@@ -91,7 +91,7 @@ mode_t modeOf(const std::filesystem::path& path) {
     return status.st_mode & 07777;
 }
 
-TEST(WriteFileAtomically, LetsNobodyReadTheFileWhoIsNotAmongItsReaders) {
+TEST(WriteFileAtomically, RestrictsThePermissionsToTheGivenReaders) {
     const TemporaryFolder folder;
     const std::filesystem::path source = folder.path() / "source";
     const std::filesystem::path path = folder.path() / "a";
@@ -108,7 +108,7 @@ TEST(WriteFileAtomically, LetsNobodyReadTheFileWhoIsNotAmongItsReaders) {
         ASSERT_TRUE(writeFileAtomically(path, contentsOf("y"), readersOf(source)));
         EXPECT_EQ(modeOf(path), expected);
     }
-    // Members of another group may have been anybody to the source.
+    // Members of a different group may have been among the source's "others".
     for (const auto& [ofSource, expected] :
          std::vector<std::pair<mode_t, mode_t>>{{0640, 0600}, {0604, 0600}, {0644, 0644}}) {
         ASSERT_EQ(::chmod(source.c_str(), ofSource), 0);
@@ -121,7 +121,7 @@ TEST(WriteFileAtomically, LetsNobodyReadTheFileWhoIsNotAmongItsReaders) {
     EXPECT_FALSE(readersOf(folder.path() / "missing"));
 }
 
-TEST(MoveWithoutReplacing, LeavesWhatHasTheNameAlone) {
+TEST(MoveWithoutReplacing, KeepsAnExistingFile) {
     const TemporaryFolder folder;
     const std::filesystem::path from = folder.path() / "from";
     const std::filesystem::path to = folder.path() / "to";
@@ -136,7 +136,7 @@ TEST(MoveWithoutReplacing, LeavesWhatHasTheNameAlone) {
     EXPECT_FALSE(std::filesystem::exists(from));
 }
 
-TEST(NameWithSuffix, GoesBeforeTheExtensionAndFitsTheFileSystem) {
+TEST(NameWithSuffix, InsertsTheSuffixBeforeTheExtensionAndShortensTheName) {
     const TemporaryFolder folder;
     const auto name = [&folder](const std::string& of) {
         return nameWithSuffix(of, " (2)", folder.path()).string();
@@ -148,14 +148,14 @@ TEST(NameWithSuffix, GoesBeforeTheExtensionAndFitsTheFileSystem) {
               "a. long sentence with a dot somewhere in it (2)");
     EXPECT_EQ(name(std::string(255, 'n')), std::string(251, 'n') + " (2)");
     EXPECT_EQ(name(std::string(251, 'n') + ".png"), std::string(247, 'n') + " (2).png");
-    // An umlaut is two bytes; 251 are left.
+    // Each umlaut has two bytes and is not split; 251 bytes are available.
     std::string umlauts;
     for (int i = 0; i < 127; ++i)
         umlauts += "\xc3\xa4";
     EXPECT_EQ(name(umlauts), umlauts.substr(0, 250) + " (2)");
 }
 
-TEST(ReadFile, RefusesWhatIsNoRegularFileWithoutWaiting) {
+TEST(ReadFile, RefusesWhatIsNotARegularFileWithoutBlocking) {
     const TemporaryFolder folder;
     ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
     EXPECT_FALSE(readFile(folder.path() / "pipe"));
@@ -163,14 +163,14 @@ TEST(ReadFile, RefusesWhatIsNoRegularFileWithoutWaiting) {
     EXPECT_FALSE(readFile(folder.path() / "missing"));
 }
 
-TEST(FlushToDisk, TellsWhetherTheFileIsThere) {
+TEST(FlushToDisk, FailsForAMissingFile) {
     const TemporaryFolder folder;
     ASSERT_TRUE(writeFileAtomically(folder.path() / "a", contentsOf("x")));
     EXPECT_TRUE(flushToDisk(folder.path() / "a"));
     EXPECT_FALSE(flushToDisk(folder.path() / "b"));
 }
 
-TEST(FlushToDisk, WorksInAFolderThatMayBeWrittenButNotRead) {
+TEST(FlushToDisk, WorksInAFolderWithWriteButWithoutReadPermission) {
     const TemporaryFolder folder;
     const std::filesystem::path drop = folder.path() / "drop";
     std::filesystem::create_directory(drop);

@@ -235,7 +235,7 @@ TEST(GifCodec, CodeSizesUpTo11AreAccepted) {
     }
 }
 
-TEST(GifCodec, AnIndexBeyondEightBitsEndsTheFrame) {
+TEST(GifCodec, APaletteIndexAbove255EndsTheFrame) {
     Bytes file = screen(2, 2);
     append(file, frame({0, 0, 2, 2}, {0, 1, 1, 256}, 0, {}, 10));
     const Image image = decoded(kGifCodec, file);
@@ -243,7 +243,7 @@ TEST(GifCodec, AnIndexBeyondEightBitsEndsTheFrame) {
     EXPECT_EQ(image.pixel(1, 0), kClear);
 }
 
-TEST(GifCodec, AFrameWithoutCodesIsNoPictureWhateverComesBehindIt) {
+TEST(GifCodec, AFirstFrameWithoutCodesIsRefused) {
     constexpr std::uint8_t kCodeSize = 2;
     constexpr std::uint8_t kEndOfBlocks = 0;
     Bytes file = screen(2, 2);
@@ -256,7 +256,7 @@ TEST(GifCodec, AFrameWithoutCodesIsNoPictureWhateverComesBehindIt) {
     EXPECT_THAT(*sizes, testing::ElementsAre(PixelSize{2, 2}, PixelSize{2, 2}));
 }
 
-TEST(GifCodec, AFileWithoutAFrameListsNothing) {
+TEST(GifCodec, AFileWithoutAFrameHasNoPicture) {
     Bytes file = screen(4, 3);
     file.push_back(0x3B);
     const auto sizes = kGifCodec.measure(file);
@@ -265,10 +265,10 @@ TEST(GifCodec, AFileWithoutAFrameListsNothing) {
     EXPECT_FALSE(kGifCodec.decode(file));
 }
 
-TEST(GifCodec, CutFilesShowTheRowsThatAreThere) {
+TEST(GifCodec, TruncatedFilesShowTheirFirstRows) {
     const Image image = withColors({50, 100}, 256);
     const Bytes file = encoded(kGifCodec, image);
-    test::expectCutFilesAreHarmless(kGifCodec, file, {50, 100});
+    test::expectTruncationIsHarmless(kGifCodec, file, {50, 100});
     const Image half = decoded(kGifCodec, ByteView(file).first(file.size() / 2));
     EXPECT_EQ(half.pixel(0, 0), image.pixel(0, 0));
     EXPECT_EQ(half.pixel(99, 0), kClear);
@@ -289,7 +289,7 @@ TEST(GifCodec, AHugeCanvasInASmallFileIsRefused) {
     EXPECT_FALSE(kGifCodec.decode(file));
 }
 
-TEST(GifCodec, OnlyGifFilesAreRecognized) {
+TEST(GifCodec, IsRecognisedByItsSignature) {
     EXPECT_EQ(codecForContent(screen(1, 1)), &kGifCodec);
     EXPECT_FALSE(codecForContent(Bytes{'G', 'I', 'F'}));
     EXPECT_FALSE(kGifCodec.measure(Bytes{'G', 'I', 'F'}));

@@ -20,7 +20,7 @@ TEST(ConvertToGrayScale, WeighsTheComponentsAsDeviceGrayDoes) {
     EXPECT_EQ(grayImage.pixel(0, 2), grey((28 * 255 + 128) >> 8));
 }
 
-TEST(ConvertToGrayScale, RoundsTheWeighedSumOfEveryPixelHalfUp) {
+TEST(ConvertToGrayScale, RoundsTheWeightedSumHalfUp) {
     const Image image = noise({300, 70});
     const std::vector<RGBA32> colors = pixelsOf(image);
     const std::vector<RGBA32> greys = pixelsOf(ImageTools::convertToGrayScale(image));
@@ -32,18 +32,18 @@ TEST(ConvertToGrayScale, RoundsTheWeighedSumOfEveryPixelHalfUp) {
     }
 }
 
-TEST(ConvertToGrayScale, GivesEveryGrayItself) {
+TEST(ConvertToGrayScale, KeepsGreys) {
     const Image image = painted({256, 1}, [](int, int column) { return grey(column); });
     EXPECT_EQ(pixelsOf(ImageTools::convertToGrayScale(image)), pixelsOf(image));
 }
 
-TEST(ConvertToGrayScale, KeepsThePixelsAndThePointsOfA144DpiImage) {
+TEST(ConvertToGrayScale, KeepsTheSizesInPixelsAndPoints) {
     const Image grayImage = ImageTools::convertToGrayScale(noise({400, 200}).withSize({200, 100}));
     EXPECT_EQ(grayImage.pixelSize(), (PixelSize{400, 200}));
     EXPECT_EQ(grayImage.size(), (PointSize{200, 100}));
 }
 
-TEST(ConvertToGrayScale, ShowsTransparentPixelsOverBlackAndIsOpaque) {
+TEST(ConvertToGrayScale, CompositesTransparentPixelsOverBlack) {
     const Image grayImage = ImageTools::convertToGrayScale(
         painted({2, 1}, [](int, int column) { return column == 0 ? RGBA32() : RGBA32(100, 100, 100, 100); }));
     EXPECT_EQ(grayImage.pixel(0, 0), grey(0));

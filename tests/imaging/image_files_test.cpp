@@ -27,21 +27,21 @@ TEST(AcceptedTypes, AreSevenInAFixedOrder) {
     EXPECT_TRUE(std::ranges::equal(ImageTools::kAcceptedTypes, expected));
 }
 
-TEST(SaveImage, WritesEachFormatWhateverTheFilesName) {
+TEST(SaveImage, WritesEachFormatUnderAnyName) {
     const TemporaryFolder folder;
     const Image image = noise({70, 70});
     const std::vector<std::pair<std::string, std::string>> formats = {
         {"jpg", "JPEG"}, {"jpeg", "JPEG"}, {"png", "PNG"}, {"tiff", "TIFF"},
         {"tif", "TIFF"}, {"gif", "GIF"},   {"bmp", "BMP"}};
     for (const auto& [format, name] : formats) {
-        const std::filesystem::path path = folder.path() / ("a file named as it likes " + format);
+        const std::filesystem::path path = folder.path() / ("any file name " + format);
         EXPECT_TRUE(ImageTools::SaveImage(image, path, format));
         EXPECT_EQ(formatOf(path), name);
         EXPECT_EQ(ImageTools::DecodeImage(path)->pixelSize(), (PixelSize{70, 70}));
     }
 }
 
-TEST(SaveImage, TheTwoNamesOfJpegGiveIdenticalFiles) {
+TEST(SaveImage, JpgAndJpegGiveIdenticalFiles) {
     const TemporaryFolder folder;
     const Image image = noise({70, 70});
     ASSERT_TRUE(ImageTools::SaveImage(image, folder.path() / "a", "jpg"));
@@ -65,7 +65,7 @@ TEST(SaveImage, WritesOnePixelPerPointTruncated) {
     EXPECT_EQ(ImageTools::DecodeImage(path)->pixelSize(), (PixelSize{200, 100}));
 }
 
-TEST(SaveImageDeathTest, ASizeThatNoBitmapCanHaveIsFatal) {
+TEST(SaveImageDeathTest, AnInvalidSizeIsFatal) {
     const Image image = noise({4, 4});
     EXPECT_DEATH(ImageTools::SaveImage(image.withSize({std::nan(""), 4}), "a", "png"), "out of range");
     EXPECT_DEATH(
@@ -77,7 +77,7 @@ TEST(SaveImageDeathTest, ASizeThatNoBitmapCanHaveIsFatal) {
     EXPECT_DEATH(ImageTools::SaveImage(Image(), "a", "png"), "no bitmap");
 }
 
-TEST(SaveImageDeathTest, TheSizeIsJudgedBeforeTheFormat) {
+TEST(SaveImageDeathTest, TheSizeIsCheckedBeforeTheFormat) {
     const Image image = noise({4, 4});
     EXPECT_DEATH(ImageTools::SaveImage(Image(), "a", "webp"), "no bitmap");
     EXPECT_DEATH(ImageTools::SaveImage(image.withSize({std::nan(""), 4}), "a", "JPG"), "out of range");
@@ -93,7 +93,7 @@ TEST(SaveImage, ReplacesAnExistingFile) {
     EXPECT_EQ(filesIn(folder.path()).size(), 1U);
 }
 
-TEST(SaveImage, AFileThatCannotBeWrittenLeavesTheOldOneIntact) {
+TEST(SaveImage, FailsSilentlyInAMissingFolderAndOverAFolder) {
     const TemporaryFolder folder;
     testing::internal::CaptureStdout();
     EXPECT_FALSE(ImageTools::SaveImage(noise({7, 7}), folder.path() / "none" / "a.png", "png"));
@@ -103,7 +103,7 @@ TEST(SaveImage, AFileThatCannotBeWrittenLeavesTheOldOneIntact) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(SaveImage, AFolderThatMayNotBeWrittenLeavesTheOldFileIntact) {
+TEST(SaveImage, KeepsTheOldFileInAReadOnlyFolder) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "a.png", "an older file");
     {
@@ -113,7 +113,7 @@ TEST(SaveImage, AFolderThatMayNotBeWrittenLeavesTheOldFileIntact) {
     EXPECT_EQ(contentsOf(folder.path() / "a.png"), "an older file");
 }
 
-TEST(SaveImage, AFileThatDoesNotFitLeavesTheOldFileIntactAndNoOther) {
+TEST(SaveImage, KeepsOnlyTheOldFileOnAFullDisk) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "a.png", "an older file");
     {
@@ -124,7 +124,7 @@ TEST(SaveImage, AFileThatDoesNotFitLeavesTheOldFileIntactAndNoOther) {
     EXPECT_EQ(filesIn(folder.path()), std::vector<std::string>{"a.png"});
 }
 
-TEST(SaveImage, APictureThatTheFormatCannotHoldCountsAsSavedWithoutAFile) {
+TEST(SaveImage, AnImageThatTheFormatCannotHoldCountsAsSavedWithoutAFile) {
     const TemporaryFolder folder;
     EXPECT_TRUE(ImageTools::SaveImage(filled({65'501, 1}, grey(1)), folder.path() / "wide.jpg", "jpg"));
     EXPECT_EQ(filesIn(folder.path()).size(), 0U);
@@ -139,7 +139,7 @@ TEST(SaveImage, LosslessFormatsKeepEveryOpaquePixel) {
     }
 }
 
-TEST(SaveImage, TransparencyIsKeptWhereTheFormatHasAPlaceForIt) {
+TEST(SaveImage, KeepsTransparencyAsFarAsTheFormatAllows) {
     const TemporaryFolder folder;
     const Image image = painted({64, 64}, [](int row, int column) {
         return row < 32 ? RGBA32() : (column < 32 ? RGBA32(100, 50, 20, 128) : RGBA32(200, 100, 40, 255));
@@ -158,7 +158,7 @@ TEST(SaveImage, TransparencyIsKeptWhereTheFormatHasAPlaceForIt) {
     EXPECT_EQ(saved.pixel(40, 50), RGBA32(200, 100, 40, 255));
 }
 
-TEST(SaveImage, TheFileIsIn72DpiAndInTheImagesColors) {
+TEST(SaveImage, WritesADensityOf72DpiAndTheImagesProfile) {
     const TemporaryFolder folder;
     const Image image = noise({90, 70}).withProfile(ColorProfile::fromIcc(wideProfile()));
     for (const char* format : {"jpg", "png", "tiff", "bmp"}) {
@@ -169,14 +169,14 @@ TEST(SaveImage, TheFileIsIn72DpiAndInTheImagesColors) {
     }
 }
 
-TEST(DecodeImage, GoesByTheContentAndNotByTheName) {
+TEST(DecodeImage, DetectsTheFormatByContentNotByName) {
     const TemporaryFolder folder;
     const Image image = noise({30, 20});
     ASSERT_TRUE(ImageTools::SaveImage(image, folder.path() / "photo.jpg", "png"));
     EXPECT_EQ(pixelsOf(*ImageTools::DecodeImage(folder.path() / "photo.jpg")), pixelsOf(image));
 }
 
-TEST(DecodeImage, GivesNothingForWhatIsNoPicture) {
+TEST(DecodeImage, FailsForWhatIsNotAPicture) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "fake.png", "no picture at all");
     writeFile(folder.path() / "empty.jpg", "");

@@ -11,7 +11,7 @@
 namespace complexion {
 namespace {
 
-TEST(ImageActualSize, IsThePixelSizeWhateverTheDensity) {
+TEST(ImageActualSize, IsThePixelSizeAtAnyDensity) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
     writeJpeg(path, shaded({300, 200}), 300);
@@ -25,7 +25,7 @@ TEST(ImageActualSize, TakesTheLargestWidthAndTheLargestHeightOfAllPages) {
     EXPECT_EQ(ImageTools::ImageActualSize(path), (PointSize{800, 600}));
 }
 
-TEST(ImageActualSize, TakesThemFromWhicheverPage) {
+TEST(ImageActualSize, TheLargestPageMayBeAnyPage) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "pages.tiff";
     for (const std::vector<PixelSize>& pages : std::vector<std::vector<PixelSize>>{
@@ -35,7 +35,7 @@ TEST(ImageActualSize, TakesThemFromWhicheverPage) {
     }
 }
 
-TEST(ImageActualSize, IsNothingForPagesWhoseSidesTogetherAreTooLarge) {
+TEST(ImageActualSize, FailsIfTheLargestSidesExceedTheLimit) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "pages.tiff";
     writeTiffPages(path, {{400'000, 1}, {1, 700}});
@@ -48,28 +48,28 @@ TEST(ImageActualSize, IsNothingForPagesWhoseSidesTogetherAreTooLarge) {
     }
 }
 
-TEST(ImageActualSize, IsNothingForAFileThatCannotBeDecoded) {
+TEST(ImageActualSize, FailsForAnUndecodableFile) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "fake.png", "no picture at all");
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "fake.png"), std::nullopt);
-    writeFile(folder.path() / "begun.png", "\x89PNG\r\n\x1a\n, and no picture at all");
+    writeFile(folder.path() / "begun.png", "\x89PNG\r\n\x1a\n, but not a picture");
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "begun.png"), std::nullopt);
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "missing.png"), std::nullopt);
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path()), std::nullopt);
 }
 
-TEST(ImageActualSize, IsZeroForAFileWithoutAnyPicture) {
+TEST(ImageActualSize, IsZeroForAFileWithoutPictures) {
     const TemporaryFolder folder;
     // A GIF of a 5 by 5 screen that ends before its first frame.
     writeFile(folder.path() / "empty.gif", std::string("GIF89a\5\0\5\0\0\0\0;", 14));
     EXPECT_EQ(ImageTools::ImageActualSize(folder.path() / "empty.gif"), (PointSize{0, 0}));
 }
 
-TEST(ImageActualSizeDeathTest, AMissingAddressIsFatal) {
+TEST(ImageActualSizeDeathTest, AnEmptyPathIsFatal) {
     EXPECT_DEATH((void)ImageTools::ImageActualSize({}), "not named");
 }
 
-TEST(BringImageToActualSize, APhotoAt300DpiBecomesANewImageOfOnePointPerPixel) {
+TEST(BringImageToActualSize, APhotoAt300DpiBecomesANewImageWithOnePointPerPixel) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
     writeJpeg(path, shaded({300, 200}), 300);
@@ -81,7 +81,7 @@ TEST(BringImageToActualSize, APhotoAt300DpiBecomesANewImageOfOnePointPerPixel) {
     EXPECT_EQ(pixelsOf(actual), pixelsOf(decoded));
 }
 
-TEST(BringImageToActualSize, APhotoAt72DpiIsTheVeryImage) {
+TEST(BringImageToActualSize, APhotoAt72DpiIsReturnedItself) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
     writeJpeg(path, shaded({300, 200}), 72);
@@ -89,7 +89,7 @@ TEST(BringImageToActualSize, APhotoAt72DpiIsTheVeryImage) {
     EXPECT_TRUE(ImageTools::BringImageToActualSize(decoded, path).isSameObject(decoded));
 }
 
-TEST(BringImageToActualSize, ASizeThatDiffersInTheLastFractionMakesANewImage) {
+TEST(BringImageToActualSize, ATinyDifferenceInSizeGivesANewImage) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.jpg";
     writeJpeg(path, shaded({100, 50}), 72);
@@ -99,7 +99,7 @@ TEST(BringImageToActualSize, ASizeThatDiffersInTheLastFractionMakesANewImage) {
     EXPECT_EQ(actual.size(), (PointSize{100, 50}));
 }
 
-TEST(BringImageToActualSize, PagesOfUnequalSizesStretchTheFirstToTheLargestSides) {
+TEST(BringImageToActualSize, TheFirstPageIsStretchedToTheLargestSides) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "pages.tiff";
     writeTiffPages(path, {{800, 100}, {200, 600}});
@@ -108,7 +108,7 @@ TEST(BringImageToActualSize, PagesOfUnequalSizesStretchTheFirstToTheLargestSides
     EXPECT_EQ(actual.pixelSize(), (PixelSize{800, 600}));
 }
 
-TEST(BringImageToActualSize, AFileWithoutAnyPictureGivesAnEmptyImage) {
+TEST(BringImageToActualSize, AFileWithoutPicturesGivesAnEmptyImage) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "empty.gif", std::string("GIF89a\5\0\5\0\0\0\0;", 14));
     const Image actual =
@@ -117,7 +117,7 @@ TEST(BringImageToActualSize, AFileWithoutAnyPictureGivesAnEmptyImage) {
     EXPECT_FALSE(actual.hasPixels());
 }
 
-TEST(BringImageToActualSizeDeathTest, AFileThatCannotBeDecodedOrIsNotNamedIsFatal) {
+TEST(BringImageToActualSizeDeathTest, AnUndecodableFileOrAnEmptyPathIsFatal) {
     const TemporaryFolder folder;
     writeFile(folder.path() / "fake.png", "no picture at all");
     const Image image = filled({3, 3}, grey(1));
@@ -125,7 +125,7 @@ TEST(BringImageToActualSizeDeathTest, AFileThatCannotBeDecodedOrIsNotNamedIsFata
     EXPECT_DEATH(ImageTools::BringImageToActualSize(image, {}), "not named");
 }
 
-TEST(ResizeImage, SqueezesTheWholePictureIntoTheNewSize) {
+TEST(ResizeImage, DoesNotKeepTheAspectRatio) {
     const Image image = painted({400, 200}, [](int, int column) { return grey(column < 200 ? 40 : 200); });
     const Image resized = ImageTools::ResizeImage(image, 100, 100);
     EXPECT_EQ(resized.size(), (PointSize{100, 100}));
@@ -134,7 +134,7 @@ TEST(ResizeImage, SqueezesTheWholePictureIntoTheNewSize) {
     EXPECT_EQ(resized.pixel(50, 90), grey(200));
 }
 
-TEST(BringImageToActualSize, AnotherHeightAloneMakesANewImageToo) {
+TEST(BringImageToActualSize, ADifferentHeightAloneGivesANewImage) {
     const TemporaryFolder folder;
     const std::filesystem::path path = folder.path() / "photo.png";
     ASSERT_TRUE(ImageTools::SaveImage(shaded({100, 50}), path, "png"));
@@ -145,12 +145,12 @@ TEST(BringImageToActualSize, AnotherHeightAloneMakesANewImageToo) {
     EXPECT_EQ(actual.pixelSize(), (PixelSize{100, 50}));
 }
 
-TEST(ResizeImage, ToOnePixelGivesThePicturesColor) {
+TEST(ResizeImage, ToOnePixelGivesTheMeanColor) {
     const Image resized = ImageTools::ResizeImage(filled({40, 40}, grey(90)), 1, 1);
     EXPECT_EQ(pixelsOf(resized), std::vector<RGBA32>{grey(90)});
 }
 
-TEST(ResizeImage, ToNothingGivesAnImageWithoutPixels) {
+TEST(ResizeImage, ToZeroGivesAnImageWithoutPixels) {
     const Image image = filled({4, 4}, grey(9));
     for (const PointSize size : {PointSize{0, 3}, PointSize{3, 0}, PointSize{0, 0}}) {
         const Image resized = ImageTools::ResizeImage(image, size.width, size.height);
@@ -159,13 +159,13 @@ TEST(ResizeImage, ToNothingGivesAnImageWithoutPixels) {
     }
 }
 
-TEST(ResizeImage, OfAnImageWithoutPixelsIsClear) {
+TEST(ResizeImage, OfAnImageWithoutPixelsIsTransparent) {
     const Image resized = ImageTools::ResizeImage(Image::empty({7, 5}), 3, 2);
     EXPECT_EQ(resized.size(), (PointSize{3, 2}));
     EXPECT_EQ(pixelsOf(resized), std::vector<RGBA32>(6));
 }
 
-TEST(ResizeImageDeathTest, ASizeThatNoImageCanHaveIsFatal) {
+TEST(ResizeImageDeathTest, ASizeOutOfRangeIsFatal) {
     const Image image = filled({4, 4}, grey(9));
     EXPECT_DEATH((void)ImageTools::ResizeImage(image, -1, 3), "out of range");
     EXPECT_DEATH((void)ImageTools::ResizeImage(image, 3, -1), "out of range");
@@ -173,15 +173,15 @@ TEST(ResizeImageDeathTest, ASizeThatNoImageCanHaveIsFatal) {
     EXPECT_DEATH((void)ImageTools::ResizeImage(image, 0, std::nan("")), "out of range");
 }
 
-TEST(ResizeImage, MayBeAsLongAsTheLargestPictureHasPixels) {
-    // 2^28 pixels in a row are the bound; none of them is made where the other side is nothing.
+TEST(ResizeImage, ASideMayBeAsLongAsTheMaximumArea) {
+    // The limit is 2^28 pixels. With a height of 0, no pixels are allocated.
     const Image image = filled({4, 4}, grey(9));
     constexpr double kMaxSide = 268'435'456;
     EXPECT_EQ(ImageTools::ResizeImage(image, kMaxSide, 0).size(), (PointSize{kMaxSide, 0}));
     EXPECT_DEATH((void)ImageTools::ResizeImage(image, kMaxSide + 1, 0), "out of range");
 }
 
-TEST(ResizeImage, KeepsAFractionOfASizeInPoints) {
+TEST(ResizeImage, KeepsFractionsOfPoints) {
     const Image resized = ImageTools::ResizeImage(filled({4, 4}, grey(9)), 2.5, 1.25);
     EXPECT_EQ(resized.size(), (PointSize{2.5, 1.25}));
     EXPECT_EQ(resized.pixelSize(), (PixelSize{3, 2}));

@@ -34,7 +34,7 @@ RGBA32 meanOfFour(const Image& image, int row, int column) {
             mean([](RGBA32 p) { return p.blue(); }), mean([](RGBA32 p) { return p.alpha(); })};
 }
 
-TEST(Image, GivesBackThePixelsItWasMadeOf) {
+TEST(Image, HasThePixelsItWasMadeOf) {
     for (const PixelSize size : kOddSizes) {
         std::vector<RGBA32> pixels;
         for (std::int64_t i = 0; i < size.area(); ++i)
@@ -43,7 +43,7 @@ TEST(Image, GivesBackThePixelsItWasMadeOf) {
     }
 }
 
-TEST(Image, IsOnePointPerPixelUnlessToldOtherwise) {
+TEST(Image, HasOnePointPerPixelByDefault) {
     const Image image = filled({300, 200}, grey(9));
     EXPECT_EQ(image.size(), (PointSize{300, 200}));
     EXPECT_EQ(image.withSize({150, 100}).size(), (PointSize{150, 100}));
@@ -85,7 +85,7 @@ TEST(Image, HalvesToTheRoundedMeanOfFourPixels) {
     }
 }
 
-TEST(Image, CoarseLevelsAreTheSameWhicheverWasAskedForFirst) {
+TEST(Image, MipmapLevelsDoNotDependOnTheOrderOfComputation) {
     const PixelSize size{700, 200};
     const Image inOrder = noise(size);
     const Image atOnce = noise(size);
@@ -101,7 +101,7 @@ TEST(Image, CoarseLevelsAreTheSameWhicheverWasAskedForFirst) {
     }
 }
 
-TEST(Image, TransformsAreAppliedInOrderWherePixelsAreRead) {
+TEST(Image, TransformsAreAppliedLazilyInOrder) {
     const Image image = noise({300, 70});
     const Image inverted = image.transformed(std::make_shared<const Inverted>());
     EXPECT_EQ(inverted.pixel(65, 299).color, image.pixel(65, 299).color ^ 0xFFFFFF00);
@@ -109,7 +109,7 @@ TEST(Image, TransformsAreAppliedInOrderWherePixelsAreRead) {
     EXPECT_EQ(pixelsOf(inverted.materialized()), pixelsOf(inverted));
 }
 
-/// Pixels that tell their place.
+/// Pixels that encode their position.
 class Places final : public PixelSource {
 public:
     void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const override {
@@ -123,7 +123,7 @@ public:
     }
 };
 
-TEST(Image, OfASourceHasItsPixelsAndCanStoreThem) {
+TEST(Image, OfAPixelSourceHasItsPixelsAndCanStoreThem) {
     for (const PixelSize size : kOddSizes) {
         const Image image = Image::fromSource(size, std::make_shared<const Places>());
         EXPECT_EQ(image.bandCount(), (size.height + Tile::kHeight - 1) / Tile::kHeight);
@@ -138,14 +138,14 @@ TEST(Image, OfASourceHasItsPixelsAndCanStoreThem) {
     }
 }
 
-TEST(ImageDeathTest, OfASourceHasNoBandsAndNoLevels) {
+TEST(ImageDeathTest, OfAPixelSourceHasNoBandsAndNoLevels) {
     const Image image = Image::fromSource({300, 100}, std::make_shared<const Places>());
     EXPECT_DEATH((void)image.bands(), "bands");
     RGBA32 pixel;
     EXPECT_DEATH(image.readLevel(1, {0, 0, 1, 1}, &pixel, 1), "levels");
 }
 
-TEST(Image, DifferenceIsTheTilesThatAnEditTouched) {
+TEST(Image, DifferenceIsTheTouchedTiles) {
     const Image before = noise({1000, 300});
     const Image after = withPixels(before, {{70, 300}}, grey(5));
     EXPECT_EQ(after.difference(before), (PixelRect{256, 64, 256, 64}));
@@ -153,14 +153,14 @@ TEST(Image, DifferenceIsTheTilesThatAnEditTouched) {
     EXPECT_EQ(before.difference(noise({1000, 299})), (PixelRect{0, 0, 1000, 300}));
 }
 
-TEST(Image, DifferenceOfOneEffectIsThatOfTheSources) {
+TEST(Image, DifferenceUnderTheSameTransformIsThatOfTheSources) {
     const auto transform = std::make_shared<const Inverted>();
     const Image image = noise({300, 70});
     EXPECT_TRUE(image.transformed(transform).difference(image.transformed(transform)).isEmpty());
     EXPECT_EQ(image.transformed(transform).difference(image), (PixelRect{0, 0, 300, 70}));
 }
 
-TEST(Image, AnEditSharesAllOtherTilesWithItsSource) {
+TEST(Image, AnEditSharesAllUntouchedTilesWithItsSource) {
     const Image before = noise({1000, 300});
     const Image after = withPixels(before, {{70, 300}}, grey(5));
     for (std::size_t band = 0; band < before.bands().size(); ++band)

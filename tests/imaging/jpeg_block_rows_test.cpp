@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Files whose rows of blocks can be decoded apart, on all cores, decode as the library decodes them from
-// first to last, in order or not.
+// Files with a restart interval per block row are decoded in parallel. The result must equal the library's
+// sequential decoding, for intact and damaged files.
 #include "imaging/codecs/jpeg_block_rows.h"
 
 #include "imaging/codecs/codec.h"
@@ -16,29 +16,30 @@ namespace {
 
 using test::encoded;
 
-/// Where the coded bytes begin.
+/// The offset of the scan's entropy-coded data.
 std::size_t scanStart(ByteView file) {
     jpeg::Decompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
     return file.size() - decompressor.scanData().size();
 }
 
-std::optional<Image> decodedApart(ByteView file) {
+std::optional<Image> decodedInParallel(ByteView file) {
     jpeg::Decompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
     const std::optional<DecodedPicture> picture = jpeg::decodeBlockRowsInParallel(decompressor, file);
     return picture ? std::optional(picture->image) : std::nullopt;
 }
 
-testing::AssertionResult decodesAsTheLibraryDoes(ByteView file) {
+testing::AssertionResult decodesLikeTheLibrary(ByteView file) {
     const Result<Image> image = kJpegCodec.decode(file);
     if (!image)
         return testing::AssertionFailure() << image.error().message;
-    return rgbSamples(*image) == jpegSamples(file, JCS_RGB) ? testing::AssertionSuccess()
-                                                            : testing::AssertionFailure() << "other pixels";
+    return rgbSamples(*image) == jpegSamples(file, JCS_RGB)
+               ? testing::AssertionSuccess()
+               : testing::AssertionFailure() << "the pixels differ";
 }
 
-/// `file` with its intervals changed by `change`, joined with the right markers.
+/// `file` with its restart intervals changed by `change` and joined with correct markers.
 template <class Change>
 Bytes withIntervals(const Bytes& file, const Change& change) {
     const std::size_t start = scanStart(file);
@@ -54,7 +55,7 @@ Bytes withIntervals(const Bytes& file, const Change& change) {
     return changed;
 }
 
-TEST(RestartMarkers, PartAScan) {
+TEST(RestartMarkers, DivideAScan) {
     const Bytes bytes = {1, 0xFF, 0, 2, 0xFF, 0xD0, 0xFF, 0xD1, 3, 0xFF, 0xD9, 4, 0xFF, 0xD2};
     const jpeg::RestartIntervals split = jpeg::splitAtRestartMarkers(bytes);
     ASSERT_EQ(split.intervals.size(), 3U);
@@ -65,7 +66,7 @@ TEST(RestartMarkers, PartAScan) {
     EXPECT_EQ(split.rest.size(), 5U);
 }
 
-TEST(RestartMarkers, OutOfTurnCutAndFilledScansAreSeen) {
+TEST(RestartMarkers, IrregularScansAreDetected) {
     EXPECT_FALSE(jpeg::splitAtRestartMarkers(Bytes{1, 0xFF, 0xD1}).inSequence);
     EXPECT_FALSE(jpeg::splitAtRestartMarkers(Bytes{1, 0xFF, 0xD0, 0xFF, 0xD0}).inSequence);
     EXPECT_TRUE(jpeg::splitAtRestartMarkers(Bytes{1, 2}).rest.empty());
@@ -74,18 +75,18 @@ TEST(RestartMarkers, OutOfTurnCutAndFilledScansAreSeen) {
     EXPECT_EQ(jpeg::splitAtRestartMarkers({}).intervals.size(), 1U);
 }
 
-TEST(JpegBlockRows, OwnFilesAreDecodedApartAndAsTheLibraryDoes) {
+TEST(JpegBlockRows, OwnFilesAreDecodedInParallel) {
     for (const PixelSize size :
          {PixelSize{1, 257}, PixelSize{300, 264}, PixelSize{257, 513}, PixelSize{64, 1111}}) {
         const Bytes file = encoded(kJpegCodec, noise(size));
-        const std::optional<Image> apart = decodedApart(file);
-        ASSERT_TRUE(apart);
-        EXPECT_EQ(rgbSamples(*apart), jpegSamples(file, JCS_RGB));
-        EXPECT_TRUE(samePixels(*kJpegCodec.decode(file), *apart));
+        const std::optional<Image> image = decodedInParallel(file);
+        ASSERT_TRUE(image);
+        EXPECT_EQ(rgbSamples(*image), jpegSamples(file, JCS_RGB));
+        EXPECT_TRUE(samePixels(*kJpegCodec.decode(file), *image));
     }
 }
 
-TEST(JpegBlockRows, GreyFilesAreDecodedApart) {
+TEST(JpegBlockRows, GreyFilesAreDecodedInParallel) {
     const JpegRecipe recipe = {.size = {40, 600},
                                .components = 1,
                                .samples = JCS_GRAYSCALE,
@@ -96,11 +97,11 @@ TEST(JpegBlockRows, GreyFilesAreDecodedApart) {
     for (int i = 0; i < 40 * 600; ++i)
         samples.push_back(static_cast<std::uint8_t>(i * i / 7));
     const Bytes file = jpegFile(recipe, samples);
-    EXPECT_TRUE(decodedApart(file));
-    EXPECT_TRUE(decodesAsTheLibraryDoes(file));
+    EXPECT_TRUE(decodedInParallel(file));
+    EXPECT_TRUE(decodesLikeTheLibrary(file));
 }
 
-TEST(JpegBlockRows, FilesOfOtherKindsAreNot) {
+TEST(JpegBlockRows, OtherFilesAreLeftToTheLibrary) {
     const auto fileWith = [](const std::function<void(jpeg_compress_struct&)>& adjust) {
         return jpegFile({.size = {300, 600}, .exif = {}, .icc = {}, .adjust = adjust},
                         rgbSamples(noise({300, 600})));
@@ -118,29 +119,29 @@ TEST(JpegBlockRows, FilesOfOtherKindsAreNot) {
         }};
     for (const auto& adjust : others) {
         const Bytes file = fileWith(adjust);
-        EXPECT_FALSE(decodedApart(file));
-        EXPECT_TRUE(decodesAsTheLibraryDoes(file));
+        EXPECT_FALSE(decodedInParallel(file));
+        EXPECT_TRUE(decodesLikeTheLibrary(file));
     }
 }
 
-TEST(JpegBlockRows, DisorderIsLeftToTheLibrary) {
+TEST(JpegBlockRows, IrregularMarkersAreLeftToTheLibrary) {
     const Bytes file = encoded(kJpegCodec, noise({90, 700}));
-    std::vector<Bytes> disorders;
+    std::vector<Bytes> irregular;
     for (const std::size_t end : {file.size() - 1, file.size() - 2, file.size() / 2, file.size() / 3})
-        disorders.emplace_back(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(end));
-    disorders.push_back(withIntervals(file, [](auto& all) { all.erase(all.begin() + 40); }));
-    disorders.push_back(withIntervals(file, [](auto& all) { all.insert(all.begin() + 40, all[7]); }));
+        irregular.emplace_back(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(end));
+    irregular.push_back(withIntervals(file, [](auto& all) { all.erase(all.begin() + 40); }));
+    irregular.push_back(withIntervals(file, [](auto& all) { all.insert(all.begin() + 40, all[7]); }));
     Bytes other = file;
     const Bytes marker = {0xFF, 0xD4};
     *(std::search(other.begin(), other.end(), marker.begin(), marker.end()) + 1) = 0xD6;
-    disorders.push_back(other);
-    for (const Bytes& disorder : disorders) {
-        EXPECT_FALSE(decodedApart(disorder));
-        EXPECT_TRUE(decodesAsTheLibraryDoes(disorder));
+    irregular.push_back(other);
+    for (const Bytes& damaged : irregular) {
+        EXPECT_FALSE(decodedInParallel(damaged));
+        EXPECT_TRUE(decodesLikeTheLibrary(damaged));
     }
 }
 
-TEST(JpegBlockRows, DamageWithinIntervalsIsTheLibrarysToTheLastPixel) {
+TEST(JpegBlockRows, DamageWithinIntervalsDecodesLikeTheLibrary) {
     const Bytes file = encoded(kJpegCodec, noise({200, 900}));
     const std::size_t start = scanStart(file);
     std::mt19937 random(9);
@@ -148,24 +149,24 @@ TEST(JpegBlockRows, DamageWithinIntervalsIsTheLibrarysToTheLastPixel) {
         Bytes damaged = file;
         for (int spot = 0; spot < 1 + i % 40; ++spot) {
             const std::size_t place = start + random() % (file.size() - start - 2);
-            // No marker comes or goes.
+            // Create and destroy no marker.
             if (damaged[place] != 0xFF && damaged[place - 1] != 0xFF)
                 damaged[place] = static_cast<std::uint8_t>(random() % 0xFF);
         }
-        ASSERT_TRUE(decodedApart(damaged));
-        ASSERT_TRUE(decodesAsTheLibraryDoes(damaged)) << i;
+        ASSERT_TRUE(decodedInParallel(damaged));
+        ASSERT_TRUE(decodesLikeTheLibrary(damaged)) << i;
     }
 }
 
-TEST(JpegBlockRows, IntervalsOfWrongLengthsAreTheLibrarysToo) {
+TEST(JpegBlockRows, IntervalsOfWrongLengthsDecodeLikeTheLibrary) {
     const Bytes file = encoded(kJpegCodec, noise({200, 900}));
     const std::vector<std::function<void(std::vector<ByteView>&)>> changes = {
         [](auto& all) { all[70] = {}; }, [](auto& all) { all[63] = all[63].first(all[63].size() / 2); },
         [](auto& all) { std::swap(all[3], all[101]); }, [](auto& all) { all.back() = all.back().first(3); }};
     for (const auto& change : changes) {
         const Bytes changed = withIntervals(file, change);
-        EXPECT_TRUE(decodedApart(changed));
-        EXPECT_TRUE(decodesAsTheLibraryDoes(changed));
+        EXPECT_TRUE(decodedInParallel(changed));
+        EXPECT_TRUE(decodesLikeTheLibrary(changed));
     }
 }
 
@@ -180,8 +181,8 @@ TEST(JpegBlockRows, RandomDamageAnywhereInTheScanIsHarmless) {
                 static_cast<std::uint8_t>(random() % 3 == 0 ? 0xFF : random());
         const Result<Image> image = kJpegCodec.decode(damaged);
         ASSERT_TRUE(image);
-        if (const std::optional<Image> apart = decodedApart(damaged)) {
-            ASSERT_TRUE(rgbSamples(*apart) == jpegSamples(damaged, JCS_RGB)) << i;
+        if (const std::optional<Image> parallel = decodedInParallel(damaged)) {
+            ASSERT_TRUE(rgbSamples(*parallel) == jpegSamples(damaged, JCS_RGB)) << i;
         }
     }
 }

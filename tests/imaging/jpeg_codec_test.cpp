@@ -7,9 +7,9 @@
 namespace complexion {
 namespace {
 
+using test::clearCodedBands;
 using test::decoded;
 using test::encoded;
-using test::forgetCodedBands;
 using test::Inversion;
 using test::soft;
 using test::withSpot;
@@ -100,7 +100,7 @@ TEST_P(JpegSizes, CachedBandsGiveTheSameFile) {
     const Image edited = withSpot(image, {GetParam().height / 2, GetParam().width / 2});
     const Bytes warm = encoded(kJpegCodec, edited);
     EXPECT_EQ(encoded(kJpegCodec, edited), warm);
-    forgetCodedBands(edited);
+    clearCodedBands(edited);
     EXPECT_EQ(encoded(kJpegCodec, edited), warm);
 }
 

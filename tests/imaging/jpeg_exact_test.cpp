@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What an edit leaves of a JPEG picture: every pixel outside the MCUs that it touches, to the bit.
+// Saving an edited JPEG photo changes no pixel outside the MCUs that the edit touches.
 #include "imaging/codecs/jpeg_coded_rows.h"
 #include "tests/imaging/exact_jpeg_fixture.h"
 
@@ -57,14 +57,14 @@ class ExactJpeg : public testing::TestWithParam<Kind> {
 protected:
     Orientation orientation() const { return orientationFromTag(GetParam().orientation); }
 
-    /// What the encoder makes of an edited image, stored as the source is.
+    /// The encoded file of an edited image, in the orientation of the source.
     Bytes saved(const Image& upright) const {
         const Result<FileContents> file = kJpegCodec.encodeTurned(upright, orientation());
         EXPECT_TRUE(file);
         return file ? file->joined() : Bytes();
     }
 
-    /// Red, green and blue as the library decodes the file, as it is stored.
+    /// The RGB samples that the library decodes, in the stored orientation.
     static std::vector<std::uint8_t> samplesOf(const Bytes& file) { return jpegSamples(file, JCS_RGB); }
 
     std::vector<std::uint8_t> samplesOf(const Image& upright) const {
@@ -75,7 +75,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(Kinds, ExactJpeg, kKinds,
                          [](const testing::TestParamInfo<Kind>& test) { return test.param.name; });
 
-/// The picture with discs of another skin on it.
+/// The picture with random soft, lighter discs.
 Image retouched(const Image& image, int discs, unsigned seed) {
     std::mt19937 random(seed);
     std::vector<RGBA32> pixels(static_cast<std::size_t>(image.pixelSize().area()));
@@ -86,11 +86,11 @@ Image retouched(const Image& image, int discs, unsigned seed) {
         const int y0 = static_cast<int>(random() % static_cast<unsigned>(size.height));
         for (int y = std::max(0, y0 - 6); y < std::min(size.height, y0 + 7); ++y)
             for (int x = std::max(0, x0 - 6); x < std::min(size.width, x0 + 7); ++x) {
-                const int far = (x - x0) * (x - x0) + (y - y0) * (y - y0);
-                if (far > 36)
+                const int distance = (x - x0) * (x - x0) + (y - y0) * (y - y0); // squared
+                if (distance > 36)
                     continue;
                 const RGBA32 old = image.pixel(y, x);
-                const int lift = (36 - far) / 3;
+                const int lift = (36 - distance) / 3;
                 const bool isGrey = old.red() == old.green() && old.red() == old.blue();
                 const auto lifted = [&](int value, int by) {
                     return static_cast<std::uint8_t>(std::clamp(value + by, 0, 255));
@@ -104,13 +104,13 @@ Image retouched(const Image& image, int discs, unsigned seed) {
     return result;
 }
 
-TEST_P(ExactJpeg, AnUneditedPictureComesBackToTheBit) {
+TEST_P(ExactJpeg, AnUneditedPictureIsPreservedExactly) {
     const Bytes source = fileOf(GetParam());
     const Bytes file = saved(decoded(kJpegCodec, source));
     EXPECT_EQ(samplesOf(file), samplesOf(source));
 }
 
-TEST_P(ExactJpeg, WhatIsWrittenHasTheLayoutOfTheSourceAndOneInterval) {
+TEST_P(ExactJpeg, TheFileHasTheLayoutAndCoefficientsOfTheSource) {
     const Result<jpeg::TranscodedFile> source = jpeg::transcode(fileOf(GetParam()));
     ASSERT_TRUE(source) << source.error().message;
     const Result<jpeg::TranscodedFile> file = jpeg::transcode(saved(decoded(kJpegCodec, fileOf(GetParam()))));
@@ -130,11 +130,11 @@ TEST_P(ExactJpeg, NothingChangesOutsideTheTouchedMcus) {
     const Outcome outcome = outcomeOf(samplesOf(source), samplesOf(edited), samplesOf(file), stored,
                                       jpeg::transcode(source)->layout.mcu);
     EXPECT_EQ(outcome.differentOutside, 0);
-    EXPECT_LE(outcome.mostUnpainted, 16);
+    EXPECT_LE(outcome.maxUnpainted, 16);
     EXPECT_LE(outcome.meanInside, 2);
 }
 
-TEST_P(ExactJpeg, EditsOneByOneGiveTheFileOfAllAtOnce) {
+TEST_P(ExactJpeg, SavingBetweenEditsDoesNotChangeTheFile) {
     const Image image = decoded(kJpegCodec, fileOf(GetParam()));
     Image edited = image;
     for (unsigned seed = 1; seed <= 4; ++seed) {
@@ -145,7 +145,7 @@ TEST_P(ExactJpeg, EditsOneByOneGiveTheFileOfAllAtOnce) {
     EXPECT_EQ(saved(edited), saved(again.withBands(edited.bands())));
 }
 
-TEST_P(ExactJpeg, UndoneEditsLeaveNoTrace) {
+TEST_P(ExactJpeg, UndoneEditsDoNotChangeTheFile) {
     const Image image = decoded(kJpegCodec, fileOf(GetParam()));
     const Bytes before = saved(image);
     (void)saved(retouched(image, 4, 3));
@@ -160,7 +160,7 @@ TEST_P(ExactJpeg, TenSavesInARowChangeNothingOutside) {
     PixelSize stored;
     Orientation turn = orientation();
     for (unsigned round = 1; round <= 10; ++round) {
-        // The file states no orientation: from the second time on it is opened as it is stored.
+        // The saved file has no orientation: from the second round on it is opened as stored.
         const Image image = decoded(kJpegCodec, file);
         const Image edited = retouched(image, 1, round);
         file = kJpegCodec.encodeTurned(edited, turn)->joined();
@@ -171,7 +171,7 @@ TEST_P(ExactJpeg, TenSavesInARowChangeNothingOutside) {
         const std::vector<std::uint8_t> other = rgbSamples(after);
         for (std::size_t i = 0; i < one.size(); ++i)
             if (one[i] != other[i])
-                painted[i] = static_cast<std::uint8_t>(source[i] ^ 1); // touched, whatever came of it
+                painted[i] = static_cast<std::uint8_t>(source[i] ^ 1); // mark as touched
         turn = Orientation::TopLeft;
     }
     EXPECT_EQ(outcomeOf(source, painted, samplesOf(file), stored, mcu).differentOutside, 0);

@@ -112,7 +112,7 @@ TEST(InexactJpeg, HardEdgesOfStrongColorsHardlyChangeOtherPixels) {
                 outcomeOf(before, rgbSamples(edited), jpegSamples(encoded(kJpegCodec, edited), JCS_RGB),
                           edited.pixelSize(), jpeg::transcode(source)->layout.mcu);
             EXPECT_EQ(outcome.differentOutside, 0);
-            EXPECT_LE(outcome.mostUnpainted, 16);
+            EXPECT_LE(outcome.maxUnpainted, 16);
         }
 }
 

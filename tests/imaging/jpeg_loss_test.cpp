@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How much of a photo is lost when its JPEG file is decoded and coded again.
+// The loss when a JPEG photo is decoded and encoded again.
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_decompressor.h"
 #include "imaging/containers/byte_order.h"
@@ -19,7 +19,7 @@ using test::encoded;
 
 constexpr PixelSize kSize{320, 256};
 
-/// A photo's file: shading under noise, the colours at half resolution.
+/// A JPEG file with shading, noise and chroma subsampling, like a photo.
 Bytes noisyFile(int quality) {
     std::mt19937 engine(7);
     std::normal_distribution<double> noise(0, 6);
@@ -53,7 +53,7 @@ class JpegLoss : public testing::TestWithParam<int> {};
 INSTANTIATE_TEST_SUITE_P(OfQuality, JpegLoss, testing::Values(75, 90, 95, 98),
                          testing::PrintToStringParamName());
 
-TEST_P(JpegLoss, APhotoCodedAgainLosesLittle) {
+TEST_P(JpegLoss, IsSmallForAPhoto) {
     const Bytes source = noisyFile(GetParam());
     const Result<Image> image = kJpegCodec.decode(source);
     ASSERT_TRUE(image);
@@ -62,7 +62,7 @@ TEST_P(JpegLoss, APhotoCodedAgainLosesLittle) {
     EXPECT_LT(meanDifference(jpegSamples(file->joined(), JCS_RGB), jpegSamples(source, JCS_RGB)), 0.15);
 }
 
-TEST_P(JpegLoss, IsLessThanThatOfTheLibrarysOwnSettings) {
+TEST_P(JpegLoss, IsLessThanWithTheLibrarysDefaults) {
     const Bytes source = noisyFile(GetParam());
     const std::vector<std::uint8_t> samples = jpegSamples(source, JCS_RGB);
     const Bytes plain = jpegFile({.size = kSize, .exif = {}, .icc = {}}, samples);
@@ -72,16 +72,16 @@ TEST_P(JpegLoss, IsLessThanThatOfTheLibrarysOwnSettings) {
               0.95 * meanDifference(jpegSamples(plain, JCS_RGB), samples));
 }
 
-// Pictures that YCbCr does not hold.
+// Pictures that YCbCr cannot represent well.
 
-/// The colours that the file's components are.
+/// The colour space of the file's components.
 J_COLOR_SPACE colorsOf(ByteView file) {
     jpeg::Decompressor decompressor(file);
     EXPECT_TRUE(decompressor.readHeader());
     return decompressor.isRgb() ? JCS_RGB : JCS_YCbCr;
 }
 
-/// A picture in whose middle is a square of noise in all colours.
+/// A grey picture with a square of colour noise in its centre.
 Image withStrongColors(int side) {
     const Image strong = noise(kSize);
     return painted(kSize, [&](int row, int column) {
@@ -91,7 +91,7 @@ Image withStrongColors(int side) {
     });
 }
 
-TEST(JpegColorSpace, APictureOfStrongColorsLosesAsLittleAsAnother) {
+TEST(JpegColorSpace, StrongColorsAreCodedAsRgbWithLittleLoss) {
     const Image image = noise(kSize);
     const std::vector<std::uint8_t> samples = rgbSamples(image);
     EXPECT_GT(meanDifference(jpegSamples(jpegFile({.size = kSize, .exif = {}, .icc = {}}, samples), JCS_RGB),
@@ -103,24 +103,24 @@ TEST(JpegColorSpace, APictureOfStrongColorsLosesAsLittleAsAnother) {
     EXPECT_TRUE(nearlySamePixels(decoded(kJpegCodec, file), image, 2));
 }
 
-TEST(JpegColorSpace, AreTheUsualOnesForAPhotoAndWhereOnlyLittleIsStrong) {
+TEST(JpegColorSpace, AreYCbCrUnlessMuchOfThePictureHasStrongColors) {
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, *kJpegCodec.decode(noisyFile(95)))), JCS_YCbCr);
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, withStrongColors(40))), JCS_YCbCr);
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, withStrongColors(240))), JCS_RGB);
 }
 
-TEST(JpegColorSpace, StayThoseOfThePictureHoweverItIsEdited) {
+TEST(JpegColorSpace, DoNotChangeWithEdits) {
     const Image image = noise(kSize);
     (void)encoded(kJpegCodec, image);
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, image.withBands(filled(kSize, grey(90)).bands()))), JCS_RGB);
 }
 
-TEST(JpegColorSpace, AreTheUsualOnesForComputedPixels) {
+TEST(JpegColorSpace, AreYCbCrForLazilyComputedPixels) {
     EXPECT_EQ(colorsOf(encoded(kJpegCodec, noise(kSize).transformed(std::make_shared<test::Inversion>()))),
               JCS_YCbCr);
 }
 
-TEST(JpegColorSpace, OfRedGreenAndBlueComeWithTheDensityInExif) {
+TEST(JpegColorSpace, AnRgbFileHasItsDensityInExif) {
     const Bytes file = encoded(kJpegCodec, noise(kSize).withSize({10, 10}));
     EXPECT_EQ(readJpegMetadata(file).resolution, (Resolution{72, 72, Resolution::Unit::Inch}));
     EXPECT_EQ(textOf(file).find("JFIF"), std::string_view::npos);

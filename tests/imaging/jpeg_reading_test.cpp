@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// JPEG files of other programs: their kinds, colour spaces and damages.
+// Decoding JPEG files of other programs: codings, colour spaces, damage.
 #include "imaging/base/orientation.h"
 #include "imaging/codecs/codec.h"
 #include "tests/fakes/jpeg_files.h"
@@ -17,8 +17,8 @@ namespace {
 using test::decoded;
 using test::soft;
 
-TEST(JpegCodec, ASecondFrameHeaderBetweenScansDoesNoHarm) {
-    // The library takes the sizes of such a header before it complains. Found by fuzzing.
+TEST(JpegCodec, ASecondFrameHeaderBetweenScansIsHarmless) {
+    // The library stores the sizes of such a header before it reports an error. Found by fuzzing.
     Bytes file = jpegFile({.size = {100, 90},
                            .exif = {},
                            .icc = {},
@@ -26,12 +26,12 @@ TEST(JpegCodec, ASecondFrameHeaderBetweenScansDoesNoHarm) {
                           rgbSamples(soft({100, 90})));
     const Bytes scan = {0xFF, 0xDA};
     const auto second = std::find_end(file.begin(), file.end(), scan.begin(), scan.end());
-    const Bytes frame = {0xFF, 0xC2, 0, 8, 8, 0xFF, 0xFF, 0xFF, 0xFF, 0}; // large, and of no component
+    const Bytes frame = {0xFF, 0xC2, 0, 8, 8, 0xFF, 0xFF, 0xFF, 0xFF, 0}; // large, without components
     file.insert(second, frame.begin(), frame.end());
     EXPECT_EQ(decoded(kJpegCodec, file).pixelSize(), (PixelSize{100, 90}));
 }
 
-TEST(JpegCodec, ProgressiveArithmeticAndRestartedFilesAreTheLibrarys) {
+TEST(JpegCodec, DecodesEveryCodingLikeTheLibrary) {
     using Adjust = std::function<void(jpeg_compress_struct&)>;
     const std::vector<Adjust> ways = {
         [](jpeg_compress_struct& info) { jpeg_simple_progression(&info); },
@@ -59,17 +59,17 @@ TEST(JpegCodec, GreyBecomesRgb) {
     EXPECT_EQ(image.pixel(3, 3), grey(77));
 }
 
-TEST(JpegCodec, GreyInASpaceOfItsOwnBecomesSrgb) {
+TEST(JpegCodec, GreyWithAProfileBecomesSrgb) {
     const Bytes icc = grayProfile(1);
     const JpegRecipe recipe = {
         .size = {16, 16}, .components = 1, .samples = JCS_GRAYSCALE, .exif = {}, .icc = icc};
     const Image image = decoded(kJpegCodec, jpegFile(recipe, std::vector<std::uint8_t>(256, 55)));
-    // Linear 55 / 255 is 0.5015 of sRGB: 1.055 * (55 / 255)^(1 / 2.4) - 0.055.
+    // Linear 55 / 255 is 0.5015 in sRGB: 1.055 * (55 / 255)^(1 / 2.4) - 0.055.
     EXPECT_NEAR(image.pixel(3, 3).green(), 128, 1);
     EXPECT_TRUE(image.profile().isSrgb());
 }
 
-/// A file of one CMYK colour, given as the inks in 0 .. 255, stored inverted behind an Adobe segment.
+/// A file of one CMYK colour, with inks from 0 to 255, stored inverted and with an Adobe segment.
 Bytes cmykFile(std::array<std::uint8_t, 4> inks, J_COLOR_SPACE coded, const Bytes& icc) {
     const JpegRecipe recipe = {
         .size = {16, 16},
@@ -85,7 +85,7 @@ Bytes cmykFile(std::array<std::uint8_t, 4> inks, J_COLOR_SPACE coded, const Byte
     return jpegFile(recipe, samples);
 }
 
-TEST(JpegCodec, CmykWithoutAProfileIsWhatInksLetThrough) {
+TEST(JpegCodec, CmykWithoutAProfileIsConvertedMultiplicatively) {
     for (const J_COLOR_SPACE coded : {JCS_CMYK, JCS_YCCK}) {
         const RGBA32 pixel = decoded(kJpegCodec, cmykFile({0, 51, 255, 51}, coded, {})).pixel(5, 5);
         EXPECT_NEAR(pixel.red(), 204, 1);
@@ -106,7 +106,7 @@ TEST(JpegCodec, CmykIsConvertedByItsProfile) {
     cmsDeleteTransform(transform);
     cmsCloseProfile(srgb);
     cmsCloseProfile(source);
-    ASSERT_GT(std::abs(expected[0] - (255 - 20) * (255 - 51) / 255), 10); // not what ideal inks give
+    ASSERT_GT(std::abs(expected[0] - (255 - 20) * (255 - 51) / 255), 10); // differs from ideal inks
 
     const Image image = decoded(kJpegCodec, cmykFile(inks, JCS_CMYK, icc));
     EXPECT_NEAR(image.pixel(5, 5).red(), expected[0], 3);
@@ -149,7 +149,7 @@ TEST(JpegCodec, PointsFollowTheDensity) {
     EXPECT_EQ(sizeAt(1, 0, {}), (PointSize{30, 10}));
 }
 
-TEST(JpegCodec, OfATruncatedFileTheFirstPartIsShown) {
+TEST(JpegCodec, ATruncatedFileShowsItsFirstRows) {
     const Bytes whole = jpegFile({.size = {200, 200}, .exif = {}, .icc = {}}, rgbSamples(soft({200, 200})));
     const Image expected = decoded(kJpegCodec, whole);
     const Image part = decoded(kJpegCodec, ByteView(whole).first(whole.size() / 2));
@@ -160,14 +160,14 @@ TEST(JpegCodec, OfATruncatedFileTheFirstPartIsShown) {
     EXPECT_EQ(part.pixel(199, 50).alpha(), 255);
 }
 
-TEST(JpegCodec, OfADamagedProgressiveFileTheScansBeforeAreShown) {
+TEST(JpegCodec, ADamagedProgressiveFileShowsTheScansBeforeTheDamage) {
     const JpegRecipe recipe = {.size = {64, 64},
                                .exif = {},
                                .icc = {},
                                .adjust = [](jpeg_compress_struct& info) { jpeg_simple_progression(&info); }};
     Bytes file = jpegFile(recipe, rgbSamples(soft({64, 64})));
     const Image whole = decoded(kJpegCodec, file);
-    // The last scan's header now names a component that the picture has not.
+    // Make the last scan refer to a component that does not exist.
     constexpr std::array<std::uint8_t, 2> kScan = {0xFF, 0xDA};
     const auto last = std::ranges::find_end(file, kScan);
     ASSERT_FALSE(last.empty());
@@ -195,7 +195,7 @@ TEST(JpegCodec, FilesWithoutAPictureAreAnError) {
     EXPECT_FALSE(kJpegCodec.decode(noHeight));
 }
 
-TEST(JpegCodec, SizesThatTheFileCannotHoldAreRefusedEarly) {
+TEST(JpegCodec, HugePicturesInSmallFilesAreRefused) {
     Bytes file = jpegFile({.size = {64, 64}, .exif = {}, .icc = {}}, rgbSamples(soft({64, 64})));
     constexpr std::array<std::uint8_t, 2> kFrame = {0xFF, 0xC0};
     const auto frame = std::ranges::search(file, kFrame).begin();
@@ -206,7 +206,7 @@ TEST(JpegCodec, SizesThatTheFileCannotHoldAreRefusedEarly) {
     EXPECT_FALSE(kJpegCodec.decode(file));
 }
 
-TEST(JpegCodec, DamagedBytesNeverDoHarm) {
+TEST(JpegCodec, DamageIsHarmless) {
     const JpegRecipe recipe = {.size = {50, 40},
                                .quality = 70,
                                .exif = exifBlock(6, 300),

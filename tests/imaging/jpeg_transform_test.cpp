@@ -11,8 +11,8 @@ namespace {
 
 using test::fileOf;
 
-TEST(JpegTransform, TheTransformIsTheLibrarysToTheBit) {
-    // One block for each of many random sets of coefficients, from tame ones to the edges of the range.
+TEST(JpegTransform, DecodedSamplesEqualTheLibrarys) {
+    // Blocks of random coefficients, from small ones to the limits of the range.
     std::mt19937 random(5);
     for (const int reach : {3, 40, 300, 1023}) {
         jpeg::Layout layout{
@@ -41,7 +41,7 @@ TEST(JpegTransform, TheTransformIsTheLibrarysToTheBit) {
     }
 }
 
-TEST(JpegTransform, TransformsUndoEachOther) {
+TEST(JpegTransform, TheInverseTransformInvertsTheForwardTransform) {
     jpeg::FloatBlock samples{};
     std::iota(samples.begin(), samples.end(), 60.0F);
     const jpeg::FloatBlock back = jpeg::inverseDct(jpeg::forwardDct(samples));

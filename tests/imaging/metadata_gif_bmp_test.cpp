@@ -31,13 +31,13 @@ std::string xmpApplication(const std::string& packet) {
     return application("XMP DataXMP", packet + trailer + '\0');
 }
 
-TEST(GifMetadata, CommentsAndApplicationsComeInTheirOrderByteForByte) {
+TEST(GifMetadata, CommentsAndApplicationsAreCarriedInOrderByteForByte) {
     const std::string blocks = comment("first") + xmpApplication("<x:xmpmeta>some</x:xmpmeta>") +
                                application("SOMEBODY1.0", "\3abc\0"s) + comment("second");
     EXPECT_EQ(carried(gif(blocks), gif("")), gif(blocks));
 }
 
-TEST(GifMetadata, ThePictureKeepsItsBytes) {
+TEST(GifMetadata, ImageDataIsUnchanged) {
     const std::string written = encodedAs(kGifCodec, noise({30, 20}));
     const std::string result = carried(gif(comment("text")), written);
     std::string without = result;
@@ -45,15 +45,15 @@ TEST(GifMetadata, ThePictureKeepsItsBytes) {
     EXPECT_TRUE(without == written);
 }
 
-TEST(GifMetadata, AnimationAndProfileAreLeftBehind) {
+TEST(GifMetadata, AnimationAndProfileAreNotCarried) {
     const std::string blocks = application("NETSCAPE2.0", "\3\1\0\0\0"s) +
                                application("ICCRGBG1012", "\3abc\0"s) + "\x21\xf9\4\0\7\0\0\0"s;
     EXPECT_EQ(carried(gif(blocks), gif("")), gif(""));
 }
 
-TEST(GifMetadata, WhatTheFilesEndCutsOffIsLeftBehindThoughItsLastByteIsZero) {
-    const std::string cut = gif("").substr(0, 19) + comment("whole") + "\x21\xfe\x17 is cut\0"s;
-    EXPECT_EQ(carried(cut, gif("")), gif(comment("whole")));
+TEST(GifMetadata, ATruncatedExtensionThatEndsInAZeroIsNotCarried) {
+    const std::string truncated = gif("").substr(0, 19) + comment("complete") + "\x21\xfe\x17 is cut\0"s;
+    EXPECT_EQ(carried(truncated, gif("")), gif(comment("complete")));
 }
 
 TEST(GifMetadata, XmpThumbnailIsBlanked) {
@@ -62,44 +62,44 @@ TEST(GifMetadata, XmpThumbnailIsBlanked) {
     EXPECT_EQ(result, gif(xmpApplication("<a/>" + std::string(37, ' ') + "<b/>")));
 }
 
-TEST(GifMetadata, AChangedPacketWithAZeroIsLeftBehind) {
-    // Its own sub-blocks step over the zero; those of a changed packet need not.
+TEST(GifMetadata, AnXmpPacketThatCannotBeChangedSafelyIsNotCarried) {
+    // Readers of sub-blocks skip the zero in this packet, but might stop at it once the packet has changed.
     const std::string packet = "\x05 \0  \x2f<xmp:Thumbnails>the face before</xmp:Thumbnails>"s;
     EXPECT_EQ(carried(gif(xmpApplication(packet) + comment("behind")), gif("")), gif(comment("behind")));
 }
 
-TEST(GifMetadata, AnOldVersionBecomesTheOneThatHasExtensions) {
+TEST(GifMetadata, TheVersionBecomes89aForExtensions) {
     EXPECT_EQ(carried(gif(comment("text")), gif("", "87a")), gif(comment("text")));
 }
 
-TEST(GifMetadata, ASecondTimeGivesTheSameFile) {
+TEST(GifMetadata, CarryingTwiceGivesTheSameFile) {
     const std::string source = gif(comment("text"));
     EXPECT_EQ(carried(source, carried(source, gif(""))), source);
 }
 
-TEST(GifMetadata, AnExtensionThatTheEndCutsOffIsLeftBehind) {
-    const std::string source = gif("").substr(0, 19) + comment("whole") + "\x21\xfe\x20" + "cut off";
+TEST(GifMetadata, ATruncatedExtensionIsNotCarried) {
+    const std::string source = gif("").substr(0, 19) + comment("complete") + "\x21\xfe\x20" + "cut off";
     const std::string result = carried(source, gif(""));
-    EXPECT_EQ(result, gif(comment("whole")));
+    EXPECT_EQ(result, gif(comment("complete")));
 }
 
-TEST(BmpMetadata, ResolutionIsTheSourcesAndNothingElseChanges) {
+TEST(BmpMetadata, OnlyTheResolutionIsCarried) {
     const std::string written = encodedAs(kBmpCodec, noise({7, 5}));
     std::string source = written;
     source.replace(38, 8, littleNumber(11811, 4) + littleNumber(5906, 4));
     EXPECT_TRUE(carried(source, written) == source);
 }
 
-TEST(BmpMetadata, DensityCrossesFromJpeg) {
+TEST(BmpMetadata, TheResolutionIsCarriedFromJpeg) {
     std::string source = encodedAs(kJpegCodec, filled({8, 8}, grey(90)));
-    source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 and 200 to the inch
+    source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 by 200 per inch
     std::string expected = encodedAs(kBmpCodec, noise({7, 5}));
     const std::string written = expected;
     expected.replace(38, 8, littleNumber(11811, 4) + littleNumber(7874, 4));
     EXPECT_TRUE(carried(source, written) == expected);
 }
 
-TEST(BmpMetadata, AFileOfAHeaderOnlyTakesNone) {
+TEST(BmpMetadata, ATruncatedTargetIsRefused) {
     const std::string written = encodedAs(kBmpCodec, noise({7, 5}));
     EXPECT_FALSE(withMetadataOf(viewOf(written), viewOf(written.substr(0, 20))));
 }

@@ -35,7 +35,7 @@ std::string resource(int id, const std::string& data) {
            data + std::string(data.size() % 2, '\0');
 }
 
-/// The JPEG file that the thumbnail's directory of an EXIF block in `jpeg` points to, if it begins as one.
+/// The rest of `jpeg` from the first embedded JPEG file on; empty if there is none.
 std::string thumbnailIn(const std::string& jpeg) {
     const std::size_t start = jpeg.find("\xff\xd8\xff", 2);
     return start == std::string::npos ? std::string() : jpeg.substr(start);
@@ -48,14 +48,14 @@ TEST(JpegMetadata, ExifWithMakerNoteIsCopiedByteForByte) {
     }
 }
 
-TEST(JpegMetadata, ScansKeepTheirBytes) {
+TEST(JpegMetadata, ScansAreUnchanged) {
     SampleTiff exif = cameraExif(3);
     exif.thumbnail = plainJpeg(filled({16, 12}, grey(9)));
     const std::string written = plainJpeg();
     EXPECT_TRUE(scansOf(carried(photo(exifSegment(exif.bytes())), written)) == scansOf(written));
 }
 
-TEST(JpegMetadata, SegmentsComeInTheirOrderByteForByte) {
+TEST(JpegMetadata, SegmentsAreCarriedInOrderByteForByte) {
     const std::string segments =
         exifSegment(cameraExif(1).bytes()) + jpegSegmentOf(0xe1, kXmpStart + "<x:xmpmeta>main</x:xmpmeta>") +
         jpegSegmentOf(0xe1, "http://ns.adobe.com/xmp/extension/\0"s + std::string(32, 'A') + "rest of it") +
@@ -66,8 +66,8 @@ TEST(JpegMetadata, SegmentsComeInTheirOrderByteForByte) {
     EXPECT_TRUE(contains(carried(photo(segments), plainJpeg()), segments));
 }
 
-TEST(JpegMetadata, WhatDescribesTheCodingOrOtherPicturesIsLeftBehind) {
-    const std::string left[] = {
+TEST(JpegMetadata, SegmentsAboutTheCodingOrOtherPicturesAreNotCarried) {
+    const std::string dropped[] = {
         jpegSegmentOf(0xe0, "JFXX\0\x10thumbnail"s),
         jpegSegmentOf(0xe2, "ICC_PROFILE\0\1\1old profile"s),
         jpegSegmentOf(0xe2, "MPF\0index"s),
@@ -76,37 +76,37 @@ TEST(JpegMetadata, WhatDescribesTheCodingOrOtherPicturesIsLeftBehind) {
         jpegSegmentOf(0xeb, "JP signature"),
         jpegSegmentOf(0xee, "Adobe\0\x64\0\0\0\0\1"s),
     };
-    for (const std::string& segment : left)
+    for (const std::string& segment : dropped)
         EXPECT_TRUE(carried(photo(segment), plainJpeg()) == plainJpeg()) << segment;
 }
 
-TEST(JpegMetadata, TheProfileOfTheWrittenFileStays) {
+TEST(JpegMetadata, TheTargetsProfileIsKept) {
     const std::string profile = jpegSegmentOf(0xe2, "ICC_PROFILE\0\1\1new profile"s);
     const std::string comment = jpegSegmentOf(0xfe, "comment");
     EXPECT_TRUE(carried(photo(comment), withSegments(plainJpeg(), profile)) ==
                 withSegments(plainJpeg(), comment + profile));
 }
 
-TEST(JpegMetadata, DensityIsTheSources) {
+TEST(JpegMetadata, TheDensityIsCarried) {
     std::string source = plainJpeg();
-    source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 and 200 to the inch
+    source.replace(13, 5, "\1\x01\x2c\x00\xc8"s); // 300 by 200 per inch
     EXPECT_EQ(carried(source, plainJpeg()).substr(13, 5), source.substr(13, 5));
 }
 
-// A file whose components are red, green and blue can have no JFIF segment: its density stands in EXIF.
+// A file with RGB components cannot have a JFIF segment, so its density is in the EXIF block.
 
 std::string rgbJpeg() {
     return plainJpeg(noise({64, 48}));
 }
 
-/// A plain photo whose JFIF segment tells 300 and 200 to the unit of this number.
+/// A photo with a JFIF density of 300 by 200 in the unit of this number.
 std::string photoWithDensity(int unit, const std::string& segments = {}) {
     std::string source = photo(segments);
     source.replace(13, 5, bigNumber(static_cast<std::uint64_t>(unit), 1) + "\x01\x2c\x00\xc8"s);
     return source;
 }
 
-TEST(JpegMetadata, DensityIsToldByExifWhereThereCanBeNoJfif) {
+TEST(JpegMetadata, TheDensityIsWrittenToExifIfJfifIsImpossible) {
     const std::string result = carried(photoWithDensity(1), rgbJpeg());
     EXPECT_FALSE(contains(result, "JFIF"));
     EXPECT_EQ(readJpegMetadata(viewOf(result)).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
@@ -115,7 +115,7 @@ TEST(JpegMetadata, DensityIsToldByExifWhereThereCanBeNoJfif) {
               (Resolution{762, 508, Resolution::Unit::Inch}));
 }
 
-TEST(JpegMetadata, ExifWithoutADensityTakesThatOfJfif) {
+TEST(JpegMetadata, AnExifBlockWithoutADensityGetsThatOfJfif) {
     const std::string block =
         "II*\0\x08\0\0\0\x01\0\x31\x01\x02\0\x04\0\0\0abc\0\0\0\0\0"s; // the software: "abc"
     const std::string source = photoWithDensity(1, exifSegment(block));
@@ -125,22 +125,22 @@ TEST(JpegMetadata, ExifWithoutADensityTakesThatOfJfif) {
     EXPECT_TRUE(contains(std::string(exif.begin(), exif.end()), "abc"));
 }
 
-TEST(JpegMetadata, ExifThatTellsADensityStaysAsItIs) {
+TEST(JpegMetadata, AnExifBlockWithADensityIsUnchanged) {
     const std::string segment = exifSegment(cameraExif(6).bytes());
     EXPECT_TRUE(contains(carried(photoWithDensity(1, segment), rgbJpeg()), segment));
 }
 
-TEST(JpegMetadata, DamagedExifStaysAsItIsWhereItShouldTellTheDensity) {
+TEST(JpegMetadata, ADamagedExifBlockIsUnchanged) {
     const std::string segment = exifSegment("no structure");
     EXPECT_TRUE(contains(carried(photoWithDensity(1, segment), rgbJpeg()), segment));
 }
 
-TEST(JpegMetadata, OfABareShapeOrTheUsualDensityNoExifIsMade) {
+TEST(JpegMetadata, NoExifIsAddedForAnAspectRatioOrTheDefaultDensity) {
     EXPECT_FALSE(contains(carried(photoWithDensity(0), rgbJpeg()), "Exif"));
     EXPECT_FALSE(contains(carried(photo({}), rgbJpeg()), "Exif"));
 }
 
-TEST(JpegMetadata, DensityOfAnotherFormatIsToldByExifToo) {
+TEST(JpegMetadata, TheDensityOfAnotherFormatIsWrittenToExif) {
     std::string bmp = encodedAs(kBmpCodec, noise({8, 8}));
     bmp.replace(38, 8, littleNumber(11811, 4) + littleNumber(7874, 4));
     const auto resolution = readJpegMetadata(viewOf(carried(bmp, rgbJpeg()))).resolution;
@@ -149,26 +149,26 @@ TEST(JpegMetadata, DensityOfAnotherFormatIsToldByExifToo) {
     EXPECT_NEAR(resolution->down, 200, 0.01);
 }
 
-TEST(JpegMetadata, ExifComesFirstWhereTheSourceHasNoJfif) {
+TEST(JpegMetadata, ExifIsFirstIfTheSourceHasNoJfif) {
     const std::string exif = exifSegment(cameraExif(1).bytes());
     const std::string source = withSegments(plainJpeg(), exif, false);
     EXPECT_TRUE(carried(source, plainJpeg()) == source);
 }
 
-TEST(JpegMetadata, JfifStandsWhereTheSourceHasIt) {
+TEST(JpegMetadata, JfifKeepsItsPositionInTheSource) {
     const std::string plain = plainJpeg();
     const std::string segments = exifSegment(cameraExif(1).bytes()) + plain.substr(2, 18);
     const std::string source = withSegments(plain, segments, false);
     EXPECT_TRUE(carried(source, plain) == source);
 }
 
-TEST(JpegMetadata, ASecondTimeGivesTheSameFile) {
+TEST(JpegMetadata, CarryingTwiceGivesTheSameFile) {
     const std::string source = photo(exifSegment(cameraExif(5).bytes()) + jpegSegmentOf(0xfe, "comment"));
     const std::string once = carried(source, plainJpeg());
     EXPECT_TRUE(carried(source, once) == once);
 }
 
-TEST(JpegMetadata, ThumbnailShowsTheResultAtItsOldSizeAndPlace) {
+TEST(JpegMetadata, TheThumbnailIsReplacedAtItsSizeAndOffset) {
     SampleTiff exif = cameraExif(1);
     exif.thumbnail = plainJpeg(noise({40, 30}));
     const std::string old = exif.bytes();
@@ -181,7 +181,7 @@ TEST(JpegMetadata, ThumbnailShowsTheResultAtItsOldSizeAndPlace) {
     EXPECT_TRUE(nearlySamePixels(*thumbnail, filled({40, 30}, RGBA32(200, 90, 60, 255)), 6));
 }
 
-TEST(JpegMetadata, ThumbnailOfAnotherShapeGetsBars) {
+TEST(JpegMetadata, AThumbnailOfAnotherAspectRatioIsLetterboxed) {
     SampleTiff exif = cameraExif(1);
     exif.thumbnail = plainJpeg(noise({40, 30}));
     const std::string result =
@@ -194,52 +194,52 @@ TEST(JpegMetadata, ThumbnailOfAnotherShapeGetsBars) {
     EXPECT_LT(thumbnail->pixel(28, 20).red(), 20);
 }
 
-TEST(JpegMetadata, ThumbnailThatCannotBeShorterGoesToTheBlocksEnd) {
+TEST(JpegMetadata, AThumbnailThatIsTooLongIsMovedToTheEndOfTheBlock) {
     SampleTiff exif = cameraExif(1);
     exif.thumbnail = plainJpeg(filled({40, 30}, grey(7)));
-    exif.thumbnail.resize(exif.thumbnail.size() / 2); // too short for any picture, and still of a known size
+    exif.thumbnail.resize(exif.thumbnail.size() / 2); // too short for a picture, but its size can be read
     const std::string result = carried(photo(exifSegment(exif.bytes())), plainJpeg(noise({40, 30})));
     const Result<Image> thumbnail = kJpegCodec.decode(viewOf(thumbnailIn(result)));
     ASSERT_TRUE(thumbnail);
     EXPECT_EQ(thumbnail->pixelSize(), (PixelSize{40, 30}));
 }
 
-TEST(JpegMetadata, ThumbnailThatIsNoPictureIsTakenOutAndNothingMoves) {
+TEST(JpegMetadata, AnUndecodableThumbnailIsRemovedWithoutMovingValues) {
     SampleTiff exif = cameraExif(1);
     const std::string without = exif.bytes();
-    exif.thumbnail = "the face before, in a way that nobody can read";
+    exif.thumbnail = "the original face in an unknown format";
     const std::string result = carried(photo(exifSegment(exif.bytes())), plainJpeg());
     EXPECT_TRUE(contains(result, without));
-    EXPECT_FALSE(contains(result, "the face before"));
+    EXPECT_FALSE(contains(result, "the original face"));
 }
 
-TEST(JpegMetadata, AValueInThePlaceOfTheLinkToTheThumbnailStays) {
-    // One entry, whose value begins where the link would be and reads as an offset.
+TEST(JpegMetadata, AValueInPlaceOfTheLinkToTheThumbnailIsKept) {
+    // The only entry's value is where the link to the next directory would be, and resembles an offset.
     const std::string block = "II*\0\x08\0\0\0"s + littleNumber(1, 2) + littleNumber(305, 2) +
                               littleNumber(2, 2) + littleNumber(8, 4) + littleNumber(22, 4) +
                               "\x08\0\0\0text"s + std::string(40, 'x');
     EXPECT_TRUE(contains(carried(photo(exifSegment(block)), plainJpeg()), exifSegment(block)));
 }
 
-TEST(JpegMetadata, ThumbnailsOfPhotoshopAndXmpAreLeftBehind) {
+TEST(JpegMetadata, ThumbnailsInPhotoshopResourcesAndXmpAreNotCarried) {
     const std::string kept = resource(0x0404, "\x1c\x02\x78\0\3abc"s);
     const std::string source =
-        photo(jpegSegmentOf(0xed, kPhotoshopStart + resource(0x040c, "the face before") + kept) +
-              jpegSegmentOf(0xe1, kXmpStart + "<a/><xmp:Thumbnails>the face before</xmp:Thumbnails><b/>"));
+        photo(jpegSegmentOf(0xed, kPhotoshopStart + resource(0x040c, "the old face...") + kept) +
+              jpegSegmentOf(0xe1, kXmpStart + "<a/><xmp:Thumbnails>the old face...</xmp:Thumbnails><b/>"));
     const std::string result = carried(source, plainJpeg());
-    EXPECT_FALSE(contains(result, "the face before"));
+    EXPECT_FALSE(contains(result, "the old face..."));
     EXPECT_TRUE(contains(result, jpegSegmentOf(0xed, kPhotoshopStart + kept)));
     EXPECT_TRUE(contains(result, "<a/>" + std::string(48, ' ') + "<b/>"));
 }
 
-TEST(JpegMetadata, DamagedSegmentsDoNotKeepTheOthersBack) {
+TEST(JpegMetadata, DamagedSegmentsDoNotPreventCarryingOthers) {
     const std::string comment = jpegSegmentOf(0xfe, "comment");
     const std::string broken = exifSegment("II*\0\xff\xff\xff\xff"s) + exifSegment("") +
                                jpegSegmentOf(0xed, kPhotoshopStart + "8BIM\4\4\0\0\xff\xff\xff\xff"s);
     EXPECT_TRUE(contains(carried(photo(broken + comment), plainJpeg()), comment));
 }
 
-TEST(JpegMetadata, WhatStandsBetweenSegmentsDoesNotKeepThemBack) {
+TEST(JpegMetadata, JunkBetweenSegmentsDoesNotPreventCarryingThem) {
     const std::string comment = jpegSegmentOf(0xfe, "comment");
     const std::string xmp = jpegSegmentOf(0xe1, kXmpStart + "<x:xmpmeta>main</x:xmpmeta>");
     for (const std::string& junk :
@@ -253,7 +253,7 @@ TEST(JpegMetadata, WhatStandsBetweenSegmentsDoesNotKeepThemBack) {
     }
 }
 
-TEST(JpegMetadata, AFileWithAStrayByteAfterItsStartKeepsItsComment) {
+TEST(JpegMetadata, AStrayByteAfterTheStartDoesNotPreventCarrying) {
     const std::string comment = jpegSegmentOf(0xfe, "comment");
     std::string source = photo(comment);
     source.insert(2, "\0"s);
@@ -264,12 +264,12 @@ TEST(JpegMetadata, AFileWithAStrayByteAfterItsStartKeepsItsComment) {
     EXPECT_TRUE(contains(carried(source, png), "Comment\0comment"s));
 }
 
-TEST(JpegMetadata, AFileThatEndsBeforeItsPictureTakesNone) {
+TEST(JpegMetadata, ATargetWithoutAScanIsRefused) {
     const std::string written = plainJpeg();
-    const std::string cut = written.substr(0, written.find("\xff\xda"));
-    ASSERT_GT(cut.size(), 100U);
+    const std::string truncated = written.substr(0, written.find("\xff\xda"));
+    ASSERT_GT(truncated.size(), 100U);
     const std::string source = photo(jpegSegmentOf(0xfe, "comment"));
-    EXPECT_FALSE(withMetadataOf(viewOf(source), viewOf(cut)));
+    EXPECT_FALSE(withMetadataOf(viewOf(source), viewOf(truncated)));
 }
 
 } // namespace

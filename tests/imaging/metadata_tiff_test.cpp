@@ -20,7 +20,7 @@ constexpr unsigned kPrivateTag = 65001;
 constexpr unsigned kLayersTag = 37724;
 constexpr unsigned kProfileTag = 34675;
 
-/// A file as SaveImage leaves it: one strip, a density, a profile.
+/// A file as SaveImage writes it: one strip, a density, a profile.
 std::string writtenTiff(bool isBigEndian = false) {
     SampleTiff tiff;
     tiff.isBigEndian = isBigEndian;
@@ -32,18 +32,18 @@ std::string writtenTiff(bool isBigEndian = false) {
 
 SampleTiff photo(bool isBigEndian = false) {
     SampleTiff tiff = cameraExif(6, isBigEndian);
-    tiff.strip = "pixels before";
+    tiff.strip = "original pixels";
     tiff.main.push_back(SampleTiff::textTag(270, "What the picture shows"));
     tiff.main.push_back(SampleTiff::textTag(315, "Somebody"));
     tiff.main.push_back(SampleTiff::bytesTag(700, "<x:xmpmeta/>"));
     tiff.main.push_back(SampleTiff::bytesTag(33723, "\x1c\x02\x78\0\3abc"s));
     tiff.main.push_back(SampleTiff::bytesTag(kPrivateTag, "private data"));
     tiff.main.push_back(SampleTiff::bytesTag(kProfileTag, "the old profile"));
-    tiff.main.push_back(SampleTiff::bytesTag(kLayersTag, "layers: the face before"));
+    tiff.main.push_back(SampleTiff::bytesTag(kLayersTag, "layers of the original"));
     return tiff;
 }
 
-/// What the tests look at in a file.
+/// The tags of a file.
 struct Parsed {
     explicit Parsed(const std::string& file) : bytes(file) {
         const auto found = tiff::readHeader(viewOf(bytes));
@@ -68,9 +68,9 @@ struct Parsed {
     tiff::Directory directory;
 };
 
-TEST(TiffMetadata, AnOrientationThatReadersUnderstandDifferentlyIsNotCarried) {
-    const std::vector<SampleTag> doubtful = {{274, 3, 2, "\6\0\0\0"s}, {274, 1, 1, "\6"s}};
-    for (const SampleTag& orientation : doubtful) {
+TEST(TiffMetadata, AnAmbiguousOrientationIsNotCarried) {
+    const std::vector<SampleTag> ambiguous = {{274, 3, 2, "\6\0\0\0"s}, {274, 1, 1, "\6"s}};
+    for (const SampleTag& orientation : ambiguous) {
         SampleTiff source = photo();
         *std::ranges::find(source.main, 274U, &SampleTag::tag) = orientation;
         EXPECT_EQ(Parsed(carried(source.bytes(), writtenTiff())).value(274), "none");
@@ -78,7 +78,7 @@ TEST(TiffMetadata, AnOrientationThatReadersUnderstandDifferentlyIsNotCarried) {
     }
 }
 
-TEST(TiffMetadata, TagsOfThePictureAreTheSources) {
+TEST(TiffMetadata, TagsAboutThePictureAreCarried) {
     for (const bool isBigEndian : {false, true}) {
         const SampleTiff source = photo(isBigEndian);
         const Parsed result(carried(source.bytes(), writtenTiff()));
@@ -95,7 +95,7 @@ TEST(TiffMetadata, TagsOfThePictureAreTheSources) {
     }
 }
 
-TEST(TiffMetadata, TagsOfTheCodingAreTheWrittenFiles) {
+TEST(TiffMetadata, TagsAboutTheCodingAreNotCarried) {
     const Parsed result(carried(photo().bytes(), writtenTiff()));
     EXPECT_EQ(result.number(256), std::string("the very pixels").size());
     EXPECT_EQ(result.value(kProfileTag), "the new profile");
@@ -144,16 +144,16 @@ TEST(TiffMetadata, MakerNoteStaysAtItsOffsetBehindTheStrips) {
     EXPECT_TRUE(kTiffCodec.decode(viewOf(result)));
 }
 
-TEST(TiffMetadata, DensityOfTheWrittenFileStaysWhereTheSourceHasNone) {
+TEST(TiffMetadata, TheTargetsDensityIsKeptIfTheSourceHasNone) {
     SampleTiff source;
-    source.strip = "pixels before";
+    source.strip = "original pixels";
     source.main = {SampleTiff::textTag(270, "text")};
     const Parsed result(carried(source.bytes(), writtenTiff()));
     EXPECT_EQ(result.value(282), source.number(72, 4) + source.number(1, 4));
     EXPECT_EQ(result.value(270), "text\0"s);
 }
 
-TEST(TiffMetadata, EntriesThatPointOutsideAreLeftBehindAndNoOthers) {
+TEST(TiffMetadata, OnlyInvalidEntriesAreNotCarried) {
     SampleTiff source = photo();
     source.main.push_back({65002, 7, 0x7fffffff, "long"});
     source.main.push_back({65003, 99, 1, "type"});
@@ -163,15 +163,15 @@ TEST(TiffMetadata, EntriesThatPointOutsideAreLeftBehindAndNoOthers) {
     EXPECT_EQ(result.value(270), "What the picture shows\0"s);
 }
 
-TEST(TiffMetadata, DirectoriesThatHoldThemselvesEnd) {
+TEST(TiffMetadata, CyclicDirectoriesEnd) {
     SampleTiff source;
     source.strip = "pixels";
     source.main = {source.longTag(34665, 8), source.longTag(34853, 8), SampleTiff::textTag(270, "text")};
     EXPECT_EQ(Parsed(carried(source.bytes(), writtenTiff())).value(270), "text\0"s);
 }
 
-TEST(TiffMetadata, ValuesThatOverlapDoNotAddUpWithoutEnd) {
-    // Sixty thousand entries that all point at the same megabyte.
+TEST(TiffMetadata, OverlappingValuesDoNotInflateTheMetadata) {
+    // Sixty thousand entries that share the same megabyte.
     constexpr std::uint32_t kLength = 1'000'000;
     constexpr int kEntries = 60'000;
     std::string file = "II*\0\x08\0\0\0"s + littleNumber(kEntries, 2);
@@ -182,7 +182,7 @@ TEST(TiffMetadata, ValuesThatOverlapDoNotAddUpWithoutEnd) {
     EXPECT_LE(metadata.exif.size(), 3 * file.size());
 }
 
-TEST(TiffMetadata, AFileWithoutStripsTakesNone) {
+TEST(TiffMetadata, ATargetWithoutStripsIsRefused) {
     const std::string source = photo().bytes();
     EXPECT_FALSE(withMetadataOf(viewOf(source), viewOf(cameraExif(1).bytes())));
 }

@@ -23,15 +23,15 @@ Image stored(Orientation orientation) {
     switch (orientation) {
     case Orientation::TopLeft:
         return painted({2, 3}, [&](int r, int c) { return upright(r, c); });
-    case Orientation::TopRight: // the 0th column is the right side
+    case Orientation::TopRight: // column 0 is the right side
         return painted({2, 3}, [&](int r, int c) { return upright(r, 1 - c); });
     case Orientation::BottomRight:
         return painted({2, 3}, [&](int r, int c) { return upright(2 - r, 1 - c); });
     case Orientation::BottomLeft:
         return painted({2, 3}, [&](int r, int c) { return upright(2 - r, c); });
-    case Orientation::LeftTop: // the 0th row is the left side, the 0th column the top
+    case Orientation::LeftTop: // row 0 is the left side, column 0 the top
         return painted({3, 2}, [&](int r, int c) { return upright(c, r); });
-    case Orientation::RightTop: // the 0th row is the right side, the 0th column the top
+    case Orientation::RightTop: // row 0 is the right side, column 0 the top
         return painted({3, 2}, [&](int r, int c) { return upright(c, 1 - r); });
     case Orientation::RightBottom:
         return painted({3, 2}, [&](int r, int c) { return upright(2 - c, 1 - r); });
@@ -41,14 +41,14 @@ Image stored(Orientation orientation) {
     return {};
 }
 
-TEST(Orientation, EveryStoredOrderIsTurnedUpright) {
+TEST(Orientation, PicturesOfEveryOrientationAreTurnedUpright) {
     const Image upright = painted({2, 3}, [](int r, int c) { return grey(kUpright[r][c]); });
     for (const Orientation orientation : kAll)
         EXPECT_EQ(pixelsOf(turnedUpright(stored(orientation), orientation)), pixelsOf(upright))
             << static_cast<int>(orientation);
 }
 
-TEST(Orientation, TurningForStorageUndoesTurningUpright) {
+TEST(Orientation, TurningForStorageInvertsTurningUpright) {
     for (const PixelSize size : {PixelSize{1, 1}, {300, 70}, {65, 257}, {64, 256}})
         for (const Orientation orientation : kAll) {
             const Image image = noise(size);
@@ -59,7 +59,7 @@ TEST(Orientation, TurningForStorageUndoesTurningUpright) {
         }
 }
 
-TEST(Orientation, TheSizeInPointsTurnsToo) {
+TEST(Orientation, TheSizeInPointsIsTurned) {
     const Image image = noise({40, 20}).withSize({20, 5});
     EXPECT_EQ(turnedUpright(image, Orientation::RightTop).size(), (PointSize{5, 20}));
     EXPECT_EQ(turnedUpright(image, Orientation::BottomRight).size(), (PointSize{20, 5}));
@@ -70,7 +70,7 @@ TEST(Orientation, AnUprightPictureIsTheSameObject) {
     EXPECT_TRUE(turnedUpright(image, Orientation::TopLeft).isSameObject(image));
 }
 
-TEST(Orientation, ValuesThatMeanNothingAreUpright) {
+TEST(Orientation, InvalidValuesAreUpright) {
     for (const int value : {-1, 0, 9, 274})
         EXPECT_EQ(orientationFromTag(value), Orientation::TopLeft);
 }

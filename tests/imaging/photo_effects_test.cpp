@@ -14,7 +14,7 @@ namespace {
 
 using namespace test;
 
-TEST(PhotoEffects, ASmoothRampStaysMonotonicAndKeepsItsLevels) {
+TEST(PhotoEffects, AGreyRampStaysMonotonicWithoutBanding) {
     for (const std::string effect : kEffects) {
         SCOPED_TRACE(effect);
         const std::vector<RGBA32> ramp = through(effect, greyRamp());
@@ -48,8 +48,8 @@ TEST(PhotoEffects, ARampOfOneComponentStaysMonotonicInThatComponent) {
     }
 }
 
-TEST(PhotoEffects, AHalvedLevelLooksLikeTheHalvedResult) {
-    // Softly shaded: what has no edges finer than the level must not differ at all.
+TEST(PhotoEffects, OnAMipmapLevelEqualTheHalvedResult) {
+    // A soft gradient, without details finer than the level, must not differ at all.
     constexpr int kSide = 300;
     std::vector<RGBA32> pixels;
     for (int y = 0; y < kSide; ++y)
@@ -62,7 +62,7 @@ TEST(PhotoEffects, AHalvedLevelLooksLikeTheHalvedResult) {
             EXPECT_EQ(shareFarFromExact(picture, effect, level), 0) << effect << ", level " << level;
 }
 
-TEST(PhotoEffects, AlphaIsKeptAndTheColorBeneathIsWhatChanges) {
+TEST(PhotoEffects, KeepAlphaAndChangeTheStraightColor) {
     for (const std::string effect : kEffects)
         for (const int alpha : {1, 60, 128, 254}) {
             SCOPED_TRACE(effect + " at alpha " + std::to_string(alpha));
@@ -72,7 +72,7 @@ TEST(PhotoEffects, AlphaIsKeptAndTheColorBeneathIsWhatChanges) {
                                      premultiplied(color.green(), static_cast<std::uint32_t>(alpha)),
                                      premultiplied(color.blue(), static_cast<std::uint32_t>(alpha)),
                                      static_cast<std::uint8_t>(alpha));
-            // An opaque pixel beside it must not be taken for translucent, nor the other way round.
+            // An opaque and a translucent pixel side by side must not be confused.
             const std::vector<RGBA32> result = through(effect, {color, translucent});
             EXPECT_EQ(result[0], through(effect, {color}).front());
             EXPECT_EQ(result[1].alpha(), alpha);
@@ -83,14 +83,14 @@ TEST(PhotoEffects, AlphaIsKeptAndTheColorBeneathIsWhatChanges) {
         }
 }
 
-TEST(PhotoEffects, NothingStaysNothing) {
-    // Colours without any alpha, which damaged files have, are left as they are.
+TEST(PhotoEffects, TransparentPixelsAreUnchanged) {
+    // Even with invalid colours above their alpha, as in damaged files.
     for (const std::string effect : kEffects)
         for (const RGBA32 nothing : {RGBA32(), RGBA32(10, 20, 30, 0)})
             EXPECT_EQ(through(effect, {nothing}).front(), nothing) << effect;
 }
 
-TEST(PhotoEffects, AreOneObjectEach) {
+TEST(PhotoEffects, AreSingletons) {
     std::set<const PixelTransform*> effects;
     for (const std::string effect : kEffects) {
         ASSERT_NE(photoEffect(effect), nullptr) << effect;
@@ -100,12 +100,12 @@ TEST(PhotoEffects, AreOneObjectEach) {
     EXPECT_EQ(effects.size(), kEffects.size());
 }
 
-TEST(PhotoEffects, OtherNamesHaveNone) {
+TEST(PhotoEffects, UnknownNamesHaveNone) {
     for (const char* name : {"mono", "Normal", "", "Monochrome", "Chrome "})
         EXPECT_EQ(photoEffect(name), nullptr) << name;
 }
 
-TEST(ApplyEffectOnImage, KeepsTheSizesAndTheProfileAndLeavesTheSource) {
+TEST(ApplyEffectOnImage, KeepsTheSizesTheProfileAndTheSource) {
     const Image source = colorChart().withSize({144, 72});
     const Image result = ImageTools::ApplyEffectOnImage(source, "Mono");
     EXPECT_EQ(result.pixelSize(), source.pixelSize());
@@ -115,7 +115,7 @@ TEST(ApplyEffectOnImage, KeepsTheSizesAndTheProfileAndLeavesTheSource) {
     EXPECT_EQ(pixelsOf(result), through("Mono", pixelsOf(source)));
 }
 
-TEST(ApplyEffectOnImageDeathTest, ANameOfNoEffectIsFatal) {
+TEST(ApplyEffectOnImageDeathTest, AnUnknownNameIsFatal) {
     EXPECT_DEATH((void)ImageTools::ApplyEffectOnImage(colorChart(), "mono"), "no photo effect");
     EXPECT_DEATH((void)ImageTools::ApplyEffectOnImage(colorChart(), "Normal"), "no photo effect");
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Opening and saving in one step give what their parts give one after the other.
+// Opening and saving in one call give the same results as the separate steps.
 #include "imaging/photo_files.h"
 
 #include "imaging/base/orientation.h"
@@ -21,7 +21,7 @@ constexpr CreationDate kDate{std::chrono::seconds(1234567890)};
 
 class PhotoFiles : public testing::Test {
 protected:
-    /// A photo of 300 dots per inch, on its side, with an artist.
+    /// A photo with a creation date; in JPEG and PNG also rotated and with an artist.
     std::filesystem::path photo(std::string_view format) const {
         const std::filesystem::path path = folder.path() / ("photo." + std::string(format));
         EXPECT_TRUE(ImageTools::SaveImage(noise({90, 70}), path, format));
@@ -46,7 +46,7 @@ protected:
         return taken(path);
     }
 
-    /// The file's bytes, date and mode; the file goes.
+    /// The file's bytes, date and permissions. Deletes the file.
     static std::string taken(const std::filesystem::path& path) {
         if (!std::filesystem::exists(path))
             return "no file";
@@ -60,7 +60,7 @@ protected:
     TemporaryFolder folder;
 };
 
-TEST_F(PhotoFiles, SavingAtOnceGivesTheFileOfTheSteps) {
+TEST_F(PhotoFiles, SavingInOneCallEqualsTheSteps) {
     for (const std::string_view from : {"jpg", "png", "tiff", "gif", "bmp"})
         for (const std::string_view to : {"jpg", "png", "tiff", "gif", "bmp"}) {
             const std::filesystem::path source = photo(from);
@@ -70,14 +70,14 @@ TEST_F(PhotoFiles, SavingAtOnceGivesTheFileOfTheSteps) {
         }
 }
 
-TEST_F(PhotoFiles, WithoutASourceTheFileIsSavedWithoutMetadata) {
+TEST_F(PhotoFiles, WithoutASourceSavingEqualsTheSteps) {
     const Image image = noise({20, 10});
     for (const std::string_view to : {"jpg", "png"})
         EXPECT_TRUE(savedAtOnce(image, to, folder.path() / "nothing") ==
                     savedInSteps(image, to, folder.path() / "nothing"));
 }
 
-TEST_F(PhotoFiles, ADamagedSourceDoesNoHarm) {
+TEST_F(PhotoFiles, ADamagedSourceIsHarmless) {
     const std::filesystem::path source = photo("jpg");
     const std::string whole = contentsOf(source);
     const Image image = noise({20, 10});
@@ -88,7 +88,7 @@ TEST_F(PhotoFiles, ADamagedSourceDoesNoHarm) {
     }
 }
 
-TEST_F(PhotoFiles, WhatCannotBeSavedIsToldAsSaveImageTellsIt) {
+TEST_F(PhotoFiles, SavingFailsLikeSaveImage) {
     const std::filesystem::path path = folder.path() / "result";
     EXPECT_FALSE(savePhoto(noise({4, 4}), path, "JPG", photo("jpg")));
     EXPECT_FALSE(savePhoto(noise({4, 4}), folder.path() / "none" / "result", "jpg", photo("jpg")));
@@ -96,14 +96,14 @@ TEST_F(PhotoFiles, WhatCannotBeSavedIsToldAsSaveImageTellsIt) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST_F(PhotoFiles, TheSizeIsJudgedBeforeTheFormat) {
+TEST_F(PhotoFiles, TheSizeIsCheckedBeforeTheFormat) {
     const std::filesystem::path source = photo("png");
     EXPECT_DEATH(savePhoto(Image(), folder.path() / "result", "webp", source), "no bitmap");
     EXPECT_DEATH(savePhoto(noise({4, 4}).withSize({4, 0.5}), folder.path() / "result", "JPG", source),
                  "no bitmap");
 }
 
-TEST_F(PhotoFiles, OpeningAtOnceGivesThePictureOfTheSteps) {
+TEST_F(PhotoFiles, OpeningInOneCallEqualsTheSteps) {
     for (const std::string_view format : ImageTools::kAcceptedTypes) {
         const std::filesystem::path path = photo(format);
         const Result<OpenedPhoto> opened = openPhoto(path);
@@ -116,18 +116,18 @@ TEST_F(PhotoFiles, OpeningAtOnceGivesThePictureOfTheSteps) {
     }
 }
 
-TEST_F(PhotoFiles, APhotoOfAnotherDensityOpensAtOnePointAPixel) {
+TEST_F(PhotoFiles, APhotoOfAnyDensityOpensAtOnePointPerPixel) {
     const std::filesystem::path path = folder.path() / "dense.jpg";
     writeFile(path, withSegments(encodedAs(kJpegCodec, shaded({90, 60})),
                                  jpegSegmentOf(0xe1, "Exif\0\0"s + cameraExif(1).bytes()), false));
-    ASSERT_LT(ImageTools::DecodeImage(path)->size().width, 90); // 300 pixels to the inch
+    ASSERT_LT(ImageTools::DecodeImage(path)->size().width, 90); // 300 pixels per inch
     const Result<OpenedPhoto> photo = openPhoto(path);
     ASSERT_TRUE(photo);
     EXPECT_EQ(photo->image.size(), (PointSize{90, 60}));
     EXPECT_TRUE(samePixels(photo->image, *ImageTools::DecodeImage(path)));
 }
 
-TEST_F(PhotoFiles, WhatCannotBeDecodedDoesNotOpen) {
+TEST_F(PhotoFiles, OpeningAnUndecodableFileFails) {
     EXPECT_FALSE(openPhoto(folder.path() / "nothing"));
     EXPECT_FALSE(openPhoto(folder.path()));
     const std::filesystem::path path = photo("png");

@@ -12,14 +12,13 @@
 
 namespace complexion {
 
-/// The grey of a pixel by which the repair judges.
+/// The grey level by which the repair classifies a pixel.
 inline int plainGrey(RGBA32 pixel) {
     return (77 * pixel.red() + 151 * pixel.green() + 28 * pixel.blue() + 128) >> 8;
 }
 
-/// The rule of RemovePimpleFromImage with the colour that it finds, written down plainly: loops over the
-/// whole square about the disc's centre, in packed rows of one point per pixel. The disc lies within the
-/// picture.
+/// The oracle for RemovePimpleFromImage with automatic colour: straightforward loops over the square around
+/// the disc, in packed rows of one point per pixel. The disc must be inside the picture.
 inline void repairPlainly(std::vector<RGBA32>& pixels, PixelSize size, std::int64_t row, std::int64_t column,
                           std::int64_t radius, std::int64_t threshold) {
     const auto at = [&](std::int64_t r, std::int64_t c) -> RGBA32& {

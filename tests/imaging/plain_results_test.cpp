@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What is tiled, computed in parallel, computed when read, or remembered gives what plain loops over packed
-// rows give, to the last bit, for sizes about those of tiles and for random edits.
+// Tiling, parallel and lazy computation and caching give bit for bit the results of plain loops over packed
+// rows, for sizes around those of tiles and for random edits.
 #include "imaging/base/resample.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/image_tools.h"
@@ -16,7 +16,7 @@
 namespace complexion {
 namespace {
 
-constexpr PixelSize kWide{65500, 3}; // the widest picture that every format takes
+constexpr PixelSize kWide{65500, 3}; // the maximum width of all formats
 
 std::vector<PixelSize> sizes() {
     std::vector<PixelSize> all = {{1, 1}, {300, 1}, {1, 300}, kWide};
@@ -43,7 +43,7 @@ struct Plain {
     Image image() const { return Image::fromPixels(size, pixels); }
 };
 
-/// Skin with grain: repairs of it are many small spots.
+/// Skin with grain, so that repairs consist of many small spots.
 Plain grainySkin(PixelSize size, bool opaque = true) {
     Plain plain{size, {}};
     std::mt19937 random(static_cast<unsigned>(size.width * 1000 + size.height));
@@ -61,7 +61,7 @@ testing::AssertionResult equal(const Image& image, const Plain& plain) {
     return samePixels(image, plain.image());
 }
 
-/// Random clicks that fit into the picture; `after` is called with the image and the plain rows after each.
+/// Performs random repairs, and calls `after` with the image and the expected rows after each.
 template <class After>
 void editAtRandom(PixelSize size, int clicks, const After& after) {
     Plain plain = grainySkin(size);
@@ -93,7 +93,7 @@ Bytes encoded(const Image& image, std::string_view format) {
     return file ? file->joined() : Bytes();
 }
 
-TEST(PlainResults, TilesReadBackAsTheRowsTheyWereMadeOf) {
+TEST(PlainResults, ReadingTilesReturnsTheOriginalRows) {
     std::mt19937 random(3);
     for (const PixelSize size : sizes()) {
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
@@ -114,7 +114,7 @@ TEST(PlainResults, TilesReadBackAsTheRowsTheyWereMadeOf) {
     }
 }
 
-TEST(PlainResults, LevelsAreTheWholePictureHalved) {
+TEST(PlainResults, MipmapLevelsEqualTheHalvedPicture) {
     for (const PixelSize size : sizes()) {
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
         const Plain plain = grainySkin(size, false);
@@ -132,7 +132,7 @@ TEST(PlainResults, LevelsAreTheWholePictureHalved) {
     }
 }
 
-TEST(PlainResults, GreyAndEffectsAreThePlainLoopOverAllPixels) {
+TEST(PlainResults, GreyAndEffectsEqualALoopOverAllPixels) {
     for (const PixelSize size : sizes())
         for (const bool opaque : {true, false}) {
             SCOPED_TRACE(testing::Message()
@@ -153,7 +153,7 @@ TEST(PlainResults, GreyAndEffectsAreThePlainLoopOverAllPixels) {
         }
 }
 
-TEST(PlainResults, RepairsAreThoseOfThePlainLoops) {
+TEST(PlainResults, RepairsEqualTheOracles) {
     for (const PixelSize size : sizes()) {
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
         editAtRandom(size, size == kWide ? 3 : 8,
@@ -161,25 +161,25 @@ TEST(PlainResults, RepairsAreThoseOfThePlainLoops) {
     }
 }
 
-TEST(PlainResults, FilesFromRememberedBandsAreThoseOfTheWholePicture) {
+TEST(PlainResults, FilesFromCachedBandsEqualThoseOfANewImage) {
     for (const PixelSize size : sizes()) {
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
         editAtRandom(size, 3, [](const Image& image, const Plain& plain) {
             for (const std::string_view format : {"png", "tiff", "bmp"})
                 ASSERT_TRUE(encoded(image, format) == encoded(plain.image(), format)) << format;
         });
-        // The codes of a JPEG file are those of the picture that was opened; its pixels do not depend on
-        // them.
+        // The Huffman tables of a JPEG file are kept from the first encoding, so only the pixels are
+        // compared.
         editAtRandom(size, 3, [](const Image& image, const Plain& plain) {
-            const Result<Image> remembered = kJpegCodec.decode(encoded(image, "jpg"));
+            const Result<Image> cached = kJpegCodec.decode(encoded(image, "jpg"));
             const Result<Image> fresh = kJpegCodec.decode(encoded(plain.image(), "jpg"));
-            ASSERT_TRUE(remembered && fresh);
-            ASSERT_TRUE(samePixels(*remembered, *fresh));
+            ASSERT_TRUE(cached && fresh);
+            ASSERT_TRUE(samePixels(*cached, *fresh));
         });
     }
 }
 
-TEST(PlainResults, LosslessFilesOfEditedPicturesComeBackPixelByPixel) {
+TEST(PlainResults, LosslessFilesPreserveEditedPictures) {
     for (const PixelSize size : sizes()) {
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
         editAtRandom(size, 2, [](const Image& image, const Plain& plain) {
@@ -192,17 +192,17 @@ TEST(PlainResults, LosslessFilesOfEditedPicturesComeBackPixelByPixel) {
     }
 }
 
-TEST(PlainResults, TurningMovesEveryPixelToItsPlace) {
+TEST(PlainResults, TurningMovesEveryPixel) {
     for (const PixelSize size : sizes()) {
         if (size.width > 1000)
-            continue; // as high as it is wide now, it would be slow under a sanitizer
+            continue; // turned by 90 degrees, it would be slow under a sanitizer
         SCOPED_TRACE(testing::Message() << size.width << " by " << size.height);
         const Plain upright = grainySkin(size, false);
         for (int tag = 1; tag <= 8; ++tag) {
             const auto orientation = static_cast<Orientation>(tag);
             const Plain stored = [&] {
                 Plain turned{uprightSize(size, orientation), upright.pixels};
-                // Row 0 lies at the right or the bottom, column 0 does (TIFF 6.0, Orientation).
+                // Whether the vertical and the horizontal axis are reversed (TIFF 6.0, Orientation).
                 const bool backDown = tag == 3 || tag == 4 || tag == 6 || tag == 7;
                 const bool backAlong = tag == 2 || tag == 3 || tag == 7 || tag == 8;
                 for (int row = 0; row < size.height; ++row)
@@ -221,7 +221,7 @@ TEST(PlainResults, TurningMovesEveryPixelToItsPlace) {
     }
 }
 
-TEST(PlainResults, AHalvedPictureIsItsLevel) {
+TEST(PlainResults, HalvedToEqualsHalving) {
     const Plain plain = grainySkin({1300, 900}, false);
     const Image image = plain.image();
     EXPECT_TRUE(halvedTo(image, 651).isSameObject(image));

@@ -12,9 +12,9 @@ namespace complexion {
 namespace {
 
 using namespace std::string_literals;
+using test::clearCodedBands;
 using test::decoded;
 using test::encoded;
-using test::forgetCodedBands;
 using test::Inversion;
 using test::withSpot;
 
@@ -76,7 +76,7 @@ TEST_P(PngSizes, CachedBandsGiveTheSameFile) {
         const Image edited = withSpot(image, {GetParam().height / 2, GetParam().width / 2});
         const Bytes warm = encoded(kPngCodec, edited);
         EXPECT_EQ(encoded(kPngCodec, edited), warm);
-        forgetCodedBands(edited);
+        clearCodedBands(edited);
         EXPECT_EQ(encoded(kPngCodec, edited), warm);
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What becomes of the kinds of pixels and the colour spaces that a PNG file may have.
+// Decoding every pixel format and colour space of PNG files.
 #include "imaging/codecs/codec.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/png_files.h"
@@ -16,7 +16,7 @@ using namespace std::string_literals;
 using test::decoded;
 using test::encoded;
 
-TEST(PngCodec, AllDepthsOfGreySpanBlackToWhite) {
+TEST(PngCodec, GreysOfAllDepthsRangeFromBlackToWhite) {
     for (const int depth : {1, 2, 4, 8, 16}) {
         const PngRecipe recipe = {.size = {2, 1}, .colorType = PNG_COLOR_TYPE_GRAY, .depth = depth};
         const std::uint8_t first = depth < 8 ? static_cast<std::uint8_t>(255U << (8 - depth)) : 255;
@@ -37,7 +37,7 @@ TEST(PngCodec, SixteenBitsAreRoundedToEight) {
     EXPECT_EQ(image.pixel(0, 1), RGBA32(1, 254, 255, 255));
 }
 
-TEST(PngCodec, PalettesGiveTheirColorsAndTransparency) {
+TEST(PngCodec, PaletteColorsMayHaveAlpha) {
     const PngRecipe recipe = {.size = {4, 1},
                               .colorType = PNG_COLOR_TYPE_PALETTE,
                               .depth = 2,
@@ -54,7 +54,7 @@ TEST(PngCodec, PalettesGiveTheirColorsAndTransparency) {
     EXPECT_EQ(image.pixel(0, 2), RGBA32(9, 9, 255, 255));
 }
 
-TEST(PngCodec, AKeyColorIsTransparent) {
+TEST(PngCodec, TheKeyColorIsTransparent) {
     const PngRecipe recipe = {.size = {2, 1}, .adjust = [](png_structp png, png_infop info) {
                                   png_color_16 key = {};
                                   key.red = 10;
@@ -78,19 +78,19 @@ Bytes greyFile(const std::function<void(png_structp, png_infop)>& adjust, std::u
     return pngFile({.size = {1, 1}, .colorType = PNG_COLOR_TYPE_GRAY, .adjust = adjust}, {level});
 }
 
-TEST(PngCodec, GreyInASpaceOfItsOwnBecomesSrgb) {
+TEST(PngCodec, GreyWithAProfileBecomesSrgb) {
     const Bytes icc = grayProfile(1);
     const auto embed = [&](png_structp png, png_infop info) {
         png_set_iCCP(png, info, "grey", PNG_COMPRESSION_TYPE_BASE, icc.data(),
                      static_cast<png_uint_32>(icc.size()));
     };
     const Image image = decoded(kPngCodec, greyFile(embed, 55));
-    // Linear 55 / 255 is 0.5015 of sRGB: 1.055 * (55 / 255)^(1 / 2.4) - 0.055.
+    // Linear 55 / 255 is 0.5015 in sRGB: 1.055 * (55 / 255)^(1 / 2.4) - 0.055.
     EXPECT_NEAR(image.pixel(0, 0).green(), 128, 1);
     EXPECT_TRUE(image.profile().isSrgb());
 }
 
-/// sRGB's grey that a picture's own grey looks like.
+/// A grey level of `profile`, converted to sRGB.
 double asSrgb(const ColorProfile& profile, double level) {
     cmsHPROFILE own =
         cmsOpenProfileFromMem(profile.icc().data(), static_cast<cmsUInt32Number>(profile.icc().size()));
@@ -106,7 +106,7 @@ double asSrgb(const ColorProfile& profile, double level) {
     return out[1];
 }
 
-TEST(PngCodec, AGammaOfItsOwnBecomesAProfileAndLeavesPixelsAlone) {
+TEST(PngCodec, AGammaBecomesAProfileAndDoesNotChangePixels) {
     const auto linear = [](png_structp png, png_infop info) { png_set_gAMA(png, info, 1); };
     const Bytes file = pngFile({.size = {1, 1}, .adjust = linear}, {55, 55, 55});
     const Image image = decoded(kPngCodec, file);
@@ -117,7 +117,7 @@ TEST(PngCodec, AGammaOfItsOwnBecomesAProfileAndLeavesPixelsAlone) {
     EXPECT_EQ(decoded(kPngCodec, encoded(kPngCodec, image)).profile(), image.profile());
 }
 
-TEST(PngCodec, WideChromaticitiesBecomeAProfile) {
+TEST(PngCodec, ChromaticitiesOtherThanSrgbsBecomeAProfile) {
     const auto chunk = [](double redX) {
         return [=](png_structp png, png_infop info) {
             png_set_cHRM(png, info, 0.3127, 0.329, redX, 0.33, 0.3, 0.6, 0.15, 0.06);
@@ -134,7 +134,7 @@ TEST(PngCodec, TheGammaOfSrgbIsSrgb) {
     EXPECT_TRUE(decoded(kPngCodec, pngFile({.size = {1, 1}, .adjust = usual}, {9, 9, 9})).profile().isSrgb());
 }
 
-TEST(PngCodec, AProfileComesBeforeTheGamma) {
+TEST(PngCodec, AProfileHasPrecedenceOverAGamma) {
     const Bytes icc = wideProfile();
     const auto both = [&](png_structp png, png_infop info) {
         png_set_gAMA(png, info, 1);
@@ -145,9 +145,9 @@ TEST(PngCodec, AProfileComesBeforeTheGamma) {
               ColorProfile::fromIcc(icc));
 }
 
-// Code points of colour (cICP).
+// Coding-independent code points (cICP).
 
-/// A picture of one pixel with the wide profile and code points of colour.
+/// A picture of one pixel with the wide profile and a cICP chunk.
 Image withCodePoints(const std::string& codePoints, int colorType = PNG_COLOR_TYPE_RGB) {
     const Bytes icc = wideProfile();
     const auto profile = [&](png_structp png, png_infop info) {
@@ -165,28 +165,28 @@ void expectNear(RgbColor actual, RgbColor expected) {
     EXPECT_NEAR(actual.blue, expected.blue, 0.002);
 }
 
-TEST(PngCodePoints, ComeBeforeAProfile) {
+TEST(PngCodePoints, HavePrecedenceOverAProfile) {
     EXPECT_TRUE(withCodePoints("\1\15\0\1"s).profile().isSrgb());
     EXPECT_FALSE(withCodePoints("\14\15\0\1"s).profile() == ColorProfile::fromIcc(wideProfile()));
 }
 
-TEST(PngCodePoints, DescribeTheSpaceOfTheValues) {
-    // The red of sRGB in Display P3 and in BT.2020 with the curve of sRGB (CSS Color 4 gives the matrices).
+TEST(PngCodePoints, BecomeAProfile) {
+    // sRGB red in Display P3, and in BT.2020 with the transfer curve of sRGB (matrices from CSS Color 4).
     expectNear(withCodePoints("\14\15\0\1"s).profile().fromSrgb({1, 0, 0}), {0.9175, 0.2003, 0.1386});
     expectNear(withCodePoints("\11\15\0\1"s).profile().fromSrgb({1, 0, 0}), {0.8138, 0.2915, 0.1353});
-    // Middle grey is linear 0.2140: with the curve of BT.709 1.099 * 0.2140^0.45 - 0.099.
+    // sRGB 0.5 is linear 0.2140; with the transfer curve of BT.709 it is 1.099 * 0.2140^0.45 - 0.099.
     expectNear(withCodePoints("\1\10\0\1"s).profile().fromSrgb({0.5, 0.5, 0.5}), {0.2140, 0.2140, 0.2140});
     expectNear(withCodePoints("\1\1\0\1"s).profile().fromSrgb({0.5, 0.5, 0.5}), {0.4500, 0.4500, 0.4500});
 }
 
-TEST(PngCodePoints, OfHighDynamicRangeOrDamagedLeaveTheProfile) {
+TEST(PngCodePoints, OfHighDynamicRangeOrInvalidOnesAreIgnored) {
     const ColorProfile wide = ColorProfile::fromIcc(wideProfile());
     for (const std::string& codePoints :
          {"\11\20\0\1"s, "\11\22\0\1"s, "\2\15\0\1"s, "\14\15\1\1"s, "\14\15\0\0"s, "\14\15\0"s, ""s})
         EXPECT_EQ(withCodePoints(codePoints).profile(), wide);
 }
 
-TEST(PngCodePoints, OfAGreyPictureAreNotUsed) {
+TEST(PngCodePoints, OfAGreyPictureAreIgnored) {
     EXPECT_TRUE(withCodePoints("\14\15\0\1"s, PNG_COLOR_TYPE_GRAY).profile().isSrgb());
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The bounds of the flat repair's rule, each from both sides.
+// The limits in the flat repair's rule, tested on both sides.
 #include "imaging/image_tools.h"
 #include "tests/fakes/pictures.h"
 
@@ -21,12 +21,12 @@ constexpr Point kCentre{30.5, 29.5};
 constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
 constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
 
-/// The places on the rim of the disc that are compared with the one opposite, clockwise from the top. The
-/// diagonal is the root of half the radius' square, truncated: 7 for 50.
+/// The samples on the rim of the disc, clockwise from the top; each is compared with the opposite one. The
+/// diagonal offset is the truncated root of half the squared radius: 7 for a radius of 10.
 constexpr std::array<PixelPosition, 8> kRim = {
     {{20, 30}, {23, 37}, {30, 40}, {37, 37}, {40, 30}, {37, 23}, {30, 20}, {23, 23}}};
 
-/// Skin of grey 100 with a dark spot in the disc's middle, and some places of another grey.
+/// Skin of grey 100 with a dark spot in the centre of the disc, and pixels of another grey at `places`.
 Image skinWith(std::initializer_list<PixelPosition> places, int level) {
     return withPixels(spotted(kSize, {kRow, kColumn}, 3, 20, 100), places, grey(level));
 }
@@ -35,7 +35,7 @@ bool isRepaired(const Image& image) {
     return !ImageTools::FindPimplePixels(kCentre, image, kRadius, 10).repair.empty();
 }
 
-TEST(RepairBounds, EachPlaceOnTheRimMayDifferBySeventyLevelsFromTheOneOpposite) {
+TEST(RepairBounds, OppositeRimSamplesMayDifferByAtMost70Levels) {
     for (const PixelPosition place : kRim) {
         SCOPED_TRACE(testing::Message() << "row " << place.row << ", column " << place.column);
         EXPECT_TRUE(isRepaired(skinWith({place}, 170)));
@@ -45,15 +45,15 @@ TEST(RepairBounds, EachPlaceOnTheRimMayDifferBySeventyLevelsFromTheOneOpposite) 
     }
 }
 
-TEST(RepairBounds, OnlyOppositePlacesAreCompared) {
+TEST(RepairBounds, OnlyOppositeRimSamplesAreCompared) {
     for (std::size_t i = 0; i < kRim.size(); ++i)
         for (std::size_t j = 0; j < i; ++j)
             EXPECT_EQ(isRepaired(skinWith({kRim[i], kRim[j]}, 250)), i - j == 4) << i << " and " << j;
 }
 
-TEST(RepairBounds, ASpotIsDarkWhenTheRimIsBrighterThanTheCore) {
-    // One grey level between the means decides, and equality is light. The core is 3 by 3 pixels, the disc
-    // has one darker and one brighter place, each off the rim and the core.
+TEST(RepairBounds, ASpotIsDarkIfTheRimIsBrighterThanTheCore) {
+    // A difference of one grey level between the means decides; equal means count as a light spot. The core
+    // has 3 by 3 pixels; one darker and one brighter pixel are outside the rim and the core.
     const auto picture = [](int core) {
         const Image skin =
             withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(60)), {{35, 30}}, grey(140));
@@ -72,7 +72,7 @@ TEST(RepairBounds, ASpotIsDarkWhenTheRimIsBrighterThanTheCore) {
 }
 
 TEST(RepairBounds, TheMeansOfRimAndCoreAreTruncated) {
-    // Rim: 7 more than eight times 100, or 8. Core: nine times 100.
+    // The rim's sum exceeds eight times 100 by 7, or by 8. The core's sum is nine times 100.
     const auto picture = [](int extra) {
         return withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(60)), {kRim[1]},
                           grey(100 + extra));
@@ -82,15 +82,14 @@ TEST(RepairBounds, TheMeansOfRimAndCoreAreTruncated) {
     };
     EXPECT_FALSE(isDark(7));
     EXPECT_TRUE(isDark(8));
-    // Core: one less than nine times 100, whose mean is 99, and eight more than that, whose mean still is
-    // 100.
+    // The core's sum exceeds nine times 100 by 8, so that its truncated mean is still 100, or by 9.
     const auto coreOf = [&](int extra) { return withPixels(picture(8), {{29, 31}}, grey(100 + extra)); };
     EXPECT_FALSE(ImageTools::FindPimplePixels(kCentre, coreOf(8), kRadius, 30).repair.empty());
     EXPECT_TRUE(ImageTools::FindPimplePixels(kCentre, coreOf(9), kRadius, 30).repair.empty());
 }
 
-TEST(RepairBounds, ThePixelAtTheLimitItselfIsSkin) {
-    // The mean of the disc's 305 pixels is 99: two of them differ from 100.
+TEST(RepairBounds, APixelExactlyAtTheThresholdIsSkin) {
+    // Two darker pixels lower the truncated mean of the disc's 305 pixels to 99.
     for (const int level : {80, 79}) {
         const Image dark = withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(level)),
                                       {{30, 30}, {30, 31}}, grey(91));
@@ -105,23 +104,23 @@ TEST(RepairBounds, ThePixelAtTheLimitItselfIsSkin) {
     }
 }
 
-TEST(RepairBounds, TheDiscIsInsideThePictureUpToTheEdge) {
+TEST(RepairBounds, TheDiscMayTouchTheEdge) {
     const Image image = filled(kSize, grey(100));
-    const auto isTaken = [&](double x, double y) {
+    const auto isAccepted = [&](double x, double y) {
         return !ImageTools::RemovePimpleFromImage(image, {x, y}, kRadius, 1, {}, 10)->isSameObject(image);
     };
-    EXPECT_TRUE(isTaken(10, 30));
-    EXPECT_FALSE(isTaken(9.9, 30));
-    EXPECT_TRUE(isTaken(50.9, 30));
-    EXPECT_FALSE(isTaken(51, 30));
-    EXPECT_TRUE(isTaken(30, 50));
-    EXPECT_FALSE(isTaken(30, 50.1));
-    EXPECT_TRUE(isTaken(30, 9.1));
-    EXPECT_FALSE(isTaken(30, 9));
+    EXPECT_TRUE(isAccepted(10, 30));
+    EXPECT_FALSE(isAccepted(9.9, 30));
+    EXPECT_TRUE(isAccepted(50.9, 30));
+    EXPECT_FALSE(isAccepted(51, 30));
+    EXPECT_TRUE(isAccepted(30, 50));
+    EXPECT_FALSE(isAccepted(30, 50.1));
+    EXPECT_TRUE(isAccepted(30, 9.1));
+    EXPECT_FALSE(isAccepted(30, 9));
 }
 
-TEST(RepairBounds, TheRowIsCountedInPoints) {
-    // 40 by 40 pixels at 40 by 20 points: the spot in pixel row 10 stands 10 points below the top.
+TEST(RepairBounds, RowsAreCountedInPoints) {
+    // 40 by 40 pixels at 40 by 20 points: row 10 is 10 points below the top.
     const Image image = spotted({40, 40}, {10, 20}, 3, 40, 180).withSize({40, 20});
     const PimplePixels pixels = ImageTools::FindPimplePixels({20.5, 9.5}, image, 8, 20);
     ASSERT_FALSE(pixels.repair.empty());
@@ -130,7 +129,7 @@ TEST(RepairBounds, TheRowIsCountedInPoints) {
     EXPECT_TRUE(samePixels(*result, filled({40, 40}, grey(180)).withSize({40, 20})));
 }
 
-TEST(RepairBounds, ACustomColorMayReachJustBelow256) {
+TEST(RepairBounds, ACustomColorMayRoundDownFromJustBelow256) {
     const Image image = spotted(kSize, {kRow, kColumn}, 3, 40, 180);
     const auto painted = [&](RgbColor color) {
         return ImageTools::RemovePimpleFromImage(image, kCentre, kRadius, kCustomColor, color, 20)
@@ -144,7 +143,7 @@ TEST(RepairBounds, ACustomColorMayReachJustBelow256) {
     EXPECT_DEATH(painted({0, 0, -std::numeric_limits<double>::infinity()}), "custom colour");
 }
 
-TEST(RepairBounds, WithNothingToRepairNoColorIsRead) {
+TEST(RepairBounds, TheCustomColorIsNotReadIfThereIsNothingToRepair) {
     const Image image = filled(kSize, grey(100));
     const auto result =
         ImageTools::RemovePimpleFromImage(image, kCentre, kRadius, kCustomColor, {std::nan(""), 7, -7}, 10);
@@ -152,13 +151,13 @@ TEST(RepairBounds, WithNothingToRepairNoColorIsRead) {
     EXPECT_TRUE(samePixels(*result, image));
 }
 
-TEST(RepairBounds, ANegativeThresholdRepairsThePixelsOfTheMeanItself) {
+TEST(RepairBounds, ANegativeThresholdRepairsEvenPixelsEqualToTheMean) {
     const Image image = filled(kSize, grey(100));
     EXPECT_EQ(ImageTools::FindPimplePixels(kCentre, image, kRadius, 0).repair.size(), 0U);
     EXPECT_EQ(ImageTools::FindPimplePixels(kCentre, image, kRadius, -1).sample.size(), 0U);
 }
 
-TEST(RepairBoundsDeathTest, ALimitBeyondAllNumbersIsFatal) {
+TEST(RepairBoundsDeathTest, AThresholdThatOverflowsIsFatal) {
     const Image dark = spotted(kSize, {kRow, kColumn}, 3, 40, 180);
     EXPECT_DEATH((void)ImageTools::FindPimplePixels(kCentre, dark, kRadius, kMin), "overflow");
     EXPECT_TRUE(ImageTools::FindPimplePixels(kCentre, dark, kRadius, kMax).repair.empty());
@@ -167,9 +166,8 @@ TEST(RepairBoundsDeathTest, ALimitBeyondAllNumbersIsFatal) {
     EXPECT_TRUE(ImageTools::FindPimplePixels(kCentre, light, kRadius, kMin).sample.empty());
 }
 
-TEST(RepairBounds, TheMeanColorIsTruncatedByComponent) {
-    // A disc of one pixel in the middle to repair, and skin of two colours around: 304 pixels, 152 of each
-    // but for one.
+TEST(RepairBounds, EachComponentOfTheMeanColorIsTruncated) {
+    // One pixel to repair, in the centre, among 304 skin pixels of two colours in nearly equal numbers.
     const Image image = painted(kSize, [](int row, int column) {
         if (row == kRow && column == kColumn)
             return RGBA32(10, 10, 10, 255);

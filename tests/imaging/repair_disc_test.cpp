@@ -22,32 +22,32 @@ RepairDisc discAt(Point point, std::int64_t radius = 3) {
     return RepairDisc::at(point, filled(kSize, kSkin), radius);
 }
 
-TEST(RepairDisc, LiesAtThePointCountedFromTheTop) {
+TEST(RepairDisc, ConvertsThePointToARowFromTheTop) {
     const RepairDisc disc = discAt({12.9, 50 - 20.9}, 7);
     EXPECT_EQ(disc.row, 20);
     EXPECT_EQ(disc.column, 12);
     EXPECT_EQ(disc.radius, 7);
 }
 
-TEST(RepairDisc, TruncatesPlacesBeforeTheFirstPixelTowardsZero) {
+TEST(RepairDisc, TruncatesNegativeCoordinatesTowardsZero) {
     EXPECT_EQ(discAt({-0.5, 10}).column, 0);
     EXPECT_EQ(discAt({-1.5, 10}).column, -1);
     EXPECT_EQ(discAt({10, 50.5}).row, 0);
     EXPECT_EQ(discAt({10, 51.5}).row, -1);
-    // Such a disc is inside the picture as long as it has no radius, and holds no pixel then.
+    // With a radius of 0, such a disc counts as inside the picture, but contains no pixel.
     const Image image = filled(kSize, kSkin);
     EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {-0.5, 10}, 0, 1, {}, 10), "no pixel");
     EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {10, 50.5}, 0, 1, {}, 10), "no pixel");
 }
 
-TEST(RepairDisc, CountsRowsFromTheTopOfThePictureInPoints) {
+TEST(RepairDisc, CountsRowsInPoints) {
     const Image flat = filled({40, 40}, kSkin).withSize({40, 20});
     EXPECT_EQ(RepairDisc::at({8, 15}, flat, 3).row, 5);
     const Image tall = filled({40, 40}, kSkin).withSize({40, 90});
     EXPECT_EQ(RepairDisc::at({8, 15}, tall, 3).row, 75);
 }
 
-TEST(RepairDiscDeathTest, APlaceBeyondAllNumbersIsFatal) {
+TEST(RepairDiscDeathTest, ACoordinateThatOverflowsIsFatal) {
     EXPECT_DEATH(discAt({std::numeric_limits<double>::infinity(), 5}), "column is out of range");
     EXPECT_DEATH(discAt({5, -std::numeric_limits<double>::infinity()}), "row is out of range");
 }
@@ -67,7 +67,7 @@ TEST(RepairDisc, FitsInsideUpToTheEdgeOnEachSide) {
     EXPECT_FALSE(fits(25, 51));
 }
 
-TEST(RepairDiscDeathTest, AnEdgeBeyondAllNumbersIsFatal) {
+TEST(RepairDiscDeathTest, AnEdgeThatOverflowsIsFatal) {
     const auto fits = [](RepairDisc disc) { return disc.fitsInside(kSize); };
     EXPECT_DEATH(fits({.row = 5, .column = kMin, .radius = 1}), "overflow");
     EXPECT_DEATH(fits({.row = kMin, .column = 5, .radius = 1}), "overflow");
@@ -75,7 +75,7 @@ TEST(RepairDiscDeathTest, AnEdgeBeyondAllNumbersIsFatal) {
     EXPECT_DEATH(fits({.row = 5, .column = kMax, .radius = 1}), "overflow");
 }
 
-TEST(RepairDisc, ARowReachesAsFarAsPlacesAreNearerThanTheRadius) {
+TEST(RepairDisc, RowsContainTheDistancesBelowTheRadius) {
     for (std::int64_t radius = 0; radius <= 60; ++radius)
         for (std::int64_t dy = -radius - 2; dy <= radius + 2; ++dy) {
             std::int64_t half = -1;
@@ -86,8 +86,8 @@ TEST(RepairDisc, ARowReachesAsFarAsPlacesAreNearerThanTheRadius) {
         }
 }
 
-TEST(RepairDisc, ARowOfAHugeDiscIsExactWhereADoubleIsNot) {
-    // The squares of these do not fit the 53 bits of a double: its square root would be one too large.
+TEST(RepairDisc, RowsOfHugeDiscsAreExact) {
+    // These squares exceed the 53 bits of a double, whose square root would be one too large.
     for (const std::int64_t radius : {94'906'267LL, 1'000'000'007LL, 3'037'000'499LL}) {
         const RepairDisc disc{.row = 0, .column = 0, .radius = radius};
         EXPECT_EQ(disc.halfLength(0), radius - 1);
@@ -98,12 +98,12 @@ TEST(RepairDisc, ARowOfAHugeDiscIsExactWhereADoubleIsNot) {
     }
 }
 
-TEST(RepairDiscDeathTest, ARadiusWhoseSquareIsBeyondAllNumbersIsFatal) {
+TEST(RepairDiscDeathTest, ARadiusWhoseSquareOverflowsIsFatal) {
     const RepairDisc disc{.row = 0, .column = 0, .radius = 3'037'000'500};
     EXPECT_DEATH((void)disc.halfLength(0), "overflow");
 }
 
-TEST(RepairInDisc, PaintsWhatTheRepairPaints) {
+TEST(RepairInDisc, ReturnsWhatTheRepairPaints) {
     const Image image = filled(kSize, kSkin);
     const auto result = repairInDisc(image, {20, 25}, 5, [](const RepairDisc& disc, PixelBuffer& buffer) {
         const std::vector<PixelPosition> centre = {{disc.row, disc.column}};
@@ -113,27 +113,28 @@ TEST(RepairInDisc, PaintsWhatTheRepairPaints) {
     EXPECT_TRUE(samePixels(*result, withPixels(image, {{25, 20}}, kBlemish)));
 }
 
-TEST(RepairInDisc, DoesNothingWhereTheDiscDoesNotFit) {
+TEST(RepairInDisc, DoesNothingIfTheDiscDoesNotFit) {
     const Image image = filled(kSize, kSkin);
-    bool isAsked = false;
+    bool isCalled = false;
     const auto result =
-        repairInDisc(image, {2, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isAsked = true; });
+        repairInDisc(image, {2, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isCalled = true; });
     EXPECT_TRUE(result->isSameObject(image));
-    EXPECT_FALSE(isAsked);
+    EXPECT_FALSE(isCalled);
 }
 
-TEST(RepairInDisc, AnImageWithoutPixelsGivesNoImageAndSaysSo) {
-    bool isAsked = false;
+TEST(RepairInDisc, AnImageWithoutPixelsIsReported) {
+    bool isCalled = false;
     std::optional<Image> result;
     const std::string printed = printedBy([&] {
-        result = repairInDisc(Image(), {20, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isAsked = true; });
+        result =
+            repairInDisc(Image(), {20, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isCalled = true; });
     });
     EXPECT_FALSE(result);
-    EXPECT_FALSE(isAsked);
+    EXPECT_FALSE(isCalled);
     EXPECT_EQ(printed, "unable to get cgImage\n");
 }
 
-TEST(RepairInDisc, ARepairThatLacksMemoryGivesNoImageAndSaysSo) {
+TEST(RepairInDisc, ALackOfMemoryIsReported) {
     std::optional<Image> result;
     const std::string printed = printedBy([&] {
         result = repairInDisc(filled(kSize, kSkin), {20, 25}, 5,

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The flat repair's two lists and its colours against the rule written down plainly, over small pictures of
-// any size in points and discs at any place: small discs show every unit of their sums.
+// Compares the flat repair's two lists and its colours with a straightforward implementation of the rule, for
+// random small pictures of any size in points and discs at any place. In small discs, a difference of one
+// unit in a sum shows.
 #include "imaging/image_tools.h"
 #include "tests/fakes/pictures.h"
 #include "tests/imaging/plain_repair.h"
@@ -13,8 +14,7 @@
 namespace complexion {
 namespace {
 
-/// The grey values as one packed map in rows of the picture's width in points. Places outside read as the
-/// nearest inside.
+/// The grey values, packed, addressed in rows of the picture's width in points. Coordinates are clamped.
 class PlainMap {
 public:
     explicit PlainMap(const Image& image)
@@ -41,8 +41,8 @@ private:
     std::int64_t m_width;
 };
 
-/// The rule of FindPimplePixels over the whole square about the disc.
-PimplePixels listedPlainly(const Image& image, std::int64_t row, std::int64_t column, std::int64_t radius,
+/// The oracle for FindPimplePixels: a loop over the square around the disc.
+PimplePixels expectedLists(const Image& image, std::int64_t row, std::int64_t column, std::int64_t radius,
                            std::int64_t threshold) {
     const PlainMap map(image);
     std::vector<PixelPosition> disc;
@@ -89,7 +89,7 @@ protected:
         return first + static_cast<int>(m_random() % static_cast<unsigned>(last - first + 1));
     }
 
-    /// Colours about one grey, at times with a row or column that differs more.
+    /// Random colours around a grey, sometimes with rows and columns that differ more.
     Image picture(PixelSize size) {
         const int base = from(40, 160);
         const int grain = from(0, 40);
@@ -105,12 +105,12 @@ protected:
     std::mt19937 m_random{11};
 };
 
-TEST_F(RepairLists, AreThoseOfThePlainRuleAtAnyPlaceOfAnyPicture) {
+TEST_F(RepairLists, EqualTheOracles) {
     int repaired = 0;
     for (int round = 0; round < 4000; ++round) {
         const PixelSize size{from(1, 24), from(1, 24)};
         Image image = picture(size);
-        // Most have one point per pixel; the others' maps have rows of another length than their pixels.
+        // Sometimes the size in points differs from the size in pixels, and so does the length of rows.
         if (from(0, 2) == 0)
             image = image.withSize({from(1, 30) + from(0, 3) / 4.0, from(1, 30) + from(0, 3) / 4.0});
         const std::int64_t radius = from(1, 6);
@@ -120,7 +120,7 @@ TEST_F(RepairLists, AreThoseOfThePlainRuleAtAnyPlaceOfAnyPicture) {
         const Point point{static_cast<double>(column), image.size().height - static_cast<double>(row)};
         SCOPED_TRACE(testing::Message() << "round " << round << ", radius " << radius << ", row " << row
                                         << ", column " << column);
-        const PimplePixels expected = listedPlainly(image, row, column, radius, threshold);
+        const PimplePixels expected = expectedLists(image, row, column, radius, threshold);
         const PimplePixels pixels = ImageTools::FindPimplePixels(point, image, radius, threshold);
         ASSERT_EQ(pixels.repair, expected.repair);
         ASSERT_EQ(pixels.sample, expected.sample);
@@ -129,7 +129,7 @@ TEST_F(RepairLists, AreThoseOfThePlainRuleAtAnyPlaceOfAnyPicture) {
     EXPECT_GT(repaired, 1000);
 }
 
-TEST_F(RepairLists, GiveTheirColorToEveryPixelThatIsRepaired) {
+TEST_F(RepairLists, TheSamplesMeanColorIsPaintedOnTheRepairedPixels) {
     int repaired = 0;
     for (int round = 0; round < 2000; ++round) {
         const PixelSize size{from(14, 24), from(14, 24)};
@@ -138,7 +138,7 @@ TEST_F(RepairLists, GiveTheirColorToEveryPixelThatIsRepaired) {
         const std::int64_t row = from(static_cast<int>(radius), size.height - static_cast<int>(radius));
         const std::int64_t column = from(static_cast<int>(radius), size.width - static_cast<int>(radius));
         const std::int64_t threshold = from(0, 9);
-        const PimplePixels lists = listedPlainly(image, row, column, radius, threshold);
+        const PimplePixels lists = expectedLists(image, row, column, radius, threshold);
         std::vector<RGBA32> expected = pixelsOf(image);
         const auto at = [&](PixelPosition place) -> RGBA32& {
             return expected[static_cast<std::size_t>(place.row * size.width + place.column)];

@@ -161,13 +161,13 @@ TEST(TiffCodec, TruncatedFilesShowTheirFirstRows) {
     const Image image = colorful({20, 200});
     // This encoder writes the directory before its only strip; the library writes it last.
     const Bytes file = encoded(kTiffCodec, image);
-    test::expectCutFilesAreHarmless(kTiffCodec, file, {20, 200});
+    test::expectTruncationIsHarmless(kTiffCodec, file, {20, 200});
     const Image half = decoded(kTiffCodec, ByteView(file).first(file.size() - 50 * 60));
     for (int y = 0; y < 150; ++y)
         ASSERT_EQ(half.pixel(y, 7), image.pixel(y, 7)) << y;
     EXPECT_EQ(half.pixel(150, 7), RGBA32());
-    test::expectCutFilesAreHarmless(kTiffCodec,
-                                    rgbTiff(image, [](TIFF*) {}, "w", COMPRESSION_LZW), {20, 200});
+    test::expectTruncationIsHarmless(kTiffCodec,
+                                     rgbTiff(image, [](TIFF*) {}, "w", COMPRESSION_LZW), {20, 200});
 }
 
 TEST(TiffCodec, DamageIsHarmless) {

@@ -75,7 +75,7 @@ TEST_F(StepperTest, TheValueStaysWithinTheBounds) {
     EXPECT_EQ(actions, 0);
 }
 
-TEST_F(StepperTest, TheUpperHalfRaisesAndTheLowerHalfLowers) {
+TEST_F(StepperTest, TheUpperHalfIncreasesAndTheLowerHalfDecreases) {
     press(stepper, {10, 3});
     release(stepper, {10, 3});
     EXPECT_EQ(stepper.integerValue(), 11);
@@ -93,7 +93,7 @@ TEST_F(StepperTest, AnotherMouseButtonDoesNothing) {
 }
 
 TEST_F(StepperTest, AnArrowHeldDownRepeats) {
-    // Its timer is not waited for.
+    // Sends the timer event itself instead of waiting for it.
     const auto timers = [this] { return QAbstractEventDispatcher::instance()->registeredTimers(&stepper); };
     stepper.setIncrement(5);
     press(stepper, {10, 3});
@@ -116,13 +116,13 @@ TEST_F(StepperTest, KeysAndTheWheelStep) {
     EXPECT_EQ(stepper.integerValue(), 12);
     turnWheel(stepper, -120);
     EXPECT_EQ(stepper.integerValue(), 11);
-    turnWheel(stepper, 60); // half a notch, of a touchpad
+    turnWheel(stepper, 60); // half a notch, as from a touchpad
     EXPECT_EQ(stepper.integerValue(), 11);
     turnWheel(stepper, 60);
     EXPECT_EQ(stepper.integerValue(), 12);
 }
 
-TEST_F(StepperTest, AtItsBoundNothingIsSent) {
+TEST_F(StepperTest, SendsNothingAtItsBound) {
     stepper.setIntegerValue(500);
     values.clear();
     type(stepper, Qt::Key_Up);
@@ -132,7 +132,7 @@ TEST_F(StepperTest, AtItsBoundNothingIsSent) {
 
 // The threshold's slider.
 
-TEST(SliderTest, HoldsTenthsAndSendsNoUsersAction) {
+TEST(SliderTest, StoresTenthsAndSendsNoAction) {
     Slider slider;
     slider.setFloatRange(0, 100);
     std::vector<float> values;
@@ -148,7 +148,7 @@ TEST(SliderTest, HoldsTenthsAndSendsNoUsersAction) {
     EXPECT_EQ(moved, 0);
 }
 
-TEST(SliderTest, KeepsToItsBounds) {
+TEST(SliderTest, StaysWithinItsBounds) {
     Slider slider;
     slider.setFloatRange(0, 100);
     slider.setFloatValue(-3);
@@ -168,7 +168,7 @@ protected:
                          [this](const QColor& color) { colors.push_back(color); });
     }
 
-    /// Clicks the well and, in the dialog that it opens, does `answer`.
+    /// Clicks the well and performs `answer` on the dialog that it opens.
     void click(const std::function<void(QColorDialog&)>& answer) {
         QTimer::singleShot(0, &well, [&] {
             auto* const dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
@@ -182,20 +182,20 @@ protected:
     std::vector<QColor> colors;
 };
 
-TEST_F(ColorWellTest, AnnouncesAnotherColourOnce) {
+TEST_F(ColorWellTest, AnnouncesAnotherColorOnce) {
     well.setColor(QColor(1, 2, 3));
     well.setColor(QColor(1, 2, 3));
     EXPECT_EQ(well.color(), QColor(1, 2, 3));
     EXPECT_THAT(colors, testing::ElementsAre(QColor(1, 2, 3)));
 }
 
-TEST_F(ColorWellTest, KeepsItsColourForOneThatIsNone) {
+TEST_F(ColorWellTest, IgnoresAnInvalidColor) {
     well.setColor(QColor());
     EXPECT_EQ(well.color(), QColor(Qt::red));
     EXPECT_TRUE(colors.empty());
 }
 
-TEST_F(ColorWellTest, AClickOpensADialogThatChoosesTheColour) {
+TEST_F(ColorWellTest, AClickOpensADialogThatChoosesTheColor) {
     click([](QColorDialog& dialog) {
         EXPECT_EQ(dialog.currentColor(), QColor(Qt::red));
         dialog.setCurrentColor(QColor(10, 20, 30));
@@ -205,7 +205,7 @@ TEST_F(ColorWellTest, AClickOpensADialogThatChoosesTheColour) {
     EXPECT_THAT(colors, testing::ElementsAre(QColor(10, 20, 30)));
 }
 
-TEST_F(ColorWellTest, ACancelledDialogKeepsTheColour) {
+TEST_F(ColorWellTest, ACancelledDialogKeepsTheColor) {
     click([](QColorDialog& dialog) {
         dialog.setCurrentColor(QColor(10, 20, 30));
         dialog.reject();
@@ -214,15 +214,15 @@ TEST_F(ColorWellTest, ACancelledDialogKeepsTheColour) {
     EXPECT_TRUE(colors.empty());
 }
 
-TEST_F(ColorWellTest, ShowsItsColour) {
+TEST_F(ColorWellTest, ShowsItsColor) {
     well.setColor(QColor(10, 200, 30));
     EXPECT_EQ(well.grab().toImage().pixelColor(22, 12), QColor(10, 200, 30));
 }
 
 // The boxes.
 
-/// A widget that counts the mouse events that reach it.
-class Counting : public QWidget {
+/// Counts the mouse events that reach the widget.
+class EventCounter : public QWidget {
 public:
     int events = 0;
 
@@ -233,7 +233,7 @@ protected:
 };
 
 TEST(BoxTest, APressOnABoxNeverReachesThePhotoBelow) {
-    Counting root;
+    EventCounter root;
     root.resize(100, 100);
     Box box(&root);
     box.setGeometry(10, 10, 50, 50);
@@ -246,7 +246,7 @@ TEST(BoxTest, APressOnABoxNeverReachesThePhotoBelow) {
     EXPECT_EQ(root.events, 0);
 }
 
-TEST(BoxTest, ItsAlphaLetsThePhotoShineThrough) {
+TEST(BoxTest, IsBlendedWithThePhotoByItsAlpha) {
     QWidget root;
     QPalette palette;
     palette.setColor(QPalette::Window, QColor(200, 200, 200));

@@ -11,7 +11,7 @@ namespace complexion {
 
 namespace {
 
-/// A view of 80 by 60 points with a frame of its own size, over a coloured root view.
+/// A view of 80 by 60 points with a frame of the same size, on a coloured root view.
 class Painting : public testing::Test {
 protected:
     Painting() {
@@ -27,7 +27,7 @@ protected:
 
     QColor at(int x, int y) { return root.grab().toImage().pixelColor(x, y); }
 
-    /// Left half red, right half green; its lower half darker.
+    /// The left half is red, the right half green, and the lower half darker.
     static Image halves(PixelSize size) {
         return painted(size, [size](int row, int column) {
             const auto level = static_cast<std::uint8_t>(row < size.height / 2 ? 250 : 100);
@@ -48,7 +48,7 @@ TEST_F(Painting, WithoutAnImageNothingIsPainted) {
     EXPECT_EQ(at(40, 30), background);
 }
 
-TEST_F(Painting, ABackgroundOfItsOwnIsPaintedBesideTheImageAndWithoutOne) {
+TEST_F(Painting, ABackgroundColourIsPaintedAroundTheImageAndWithoutOne) {
     view->setBackground(QColor(4, 5, 6));
     EXPECT_EQ(at(40, 30), QColor(4, 5, 6));
     view->setImage(halves({30, 60}));
@@ -56,7 +56,7 @@ TEST_F(Painting, ABackgroundOfItsOwnIsPaintedBesideTheImageAndWithoutOne) {
     EXPECT_EQ(at(30, 10), red);
 }
 
-TEST_F(Painting, AtOnePointPerPixelEveryPixelIsPaintedAsItIs) {
+TEST_F(Painting, AtOnePointPerPixelPixelsAreExact) {
     const Image image = painted({80, 60}, [](int row, int column) {
         return RGBA32(static_cast<std::uint8_t>(row * 4), static_cast<std::uint8_t>(column * 3),
                       static_cast<std::uint8_t>((row * 31 + column * 17) % 256), 255);
@@ -82,22 +82,22 @@ TEST_F(Painting, TheImageIsFittedIntoTheFrame) {
     EXPECT_EQ(at(79, 59), darkGreen);
 }
 
-TEST_F(Painting, TheMarginsBesideTheImageStayAsTheyAre) {
-    view->setImage(halves({40, 10})); // 80 by 20 points, 20 above and below
+TEST_F(Painting, MarginsShowTheBackground) {
+    view->setImage(halves({40, 10})); // 80 by 20 points, with margins of 20 above and below
     EXPECT_EQ(at(20, 18), background);
     EXPECT_EQ(at(20, 22), red);
     EXPECT_EQ(at(60, 37), darkGreen);
     EXPECT_EQ(at(60, 42), background);
 
-    view->setImage(halves({10, 30})); // 20 by 60 points, 30 left and right
+    view->setImage(halves({10, 30})); // 20 by 60 points, with margins of 30 left and right
     EXPECT_EQ(at(28, 15), background);
     EXPECT_EQ(at(32, 15), red);
     EXPECT_EQ(at(47, 15), green);
     EXPECT_EQ(at(52, 15), background);
 }
 
-TEST_F(Painting, TheFrameIsCountedFromTheBottomLeft) {
-    view->setFrame({10, 5, 40, 30}); // from 10 to 50 across, from 25 to 55 down
+TEST_F(Painting, TheFramesOriginIsAtTheBottomLeft) {
+    view->setFrame({10, 5, 40, 30}); // columns 10 to 50, rows 25 to 55
     view->setImage(halves({40, 30}));
     EXPECT_EQ(at(9, 30), background);
     EXPECT_EQ(at(10, 25), red);
@@ -108,25 +108,25 @@ TEST_F(Painting, TheFrameIsCountedFromTheBottomLeft) {
 }
 
 TEST_F(Painting, AZoomedFrameShowsItsPart) {
-    // Four times the size of the view, whose middle shows the image's middle.
+    // Four times the size of the view, with the same centre.
     view->setFrame({-120, -90, 320, 240});
     view->setImage(halves({80, 60}));
     EXPECT_EQ(at(20, 15), red);
     EXPECT_EQ(at(60, 15), green);
     EXPECT_EQ(at(20, 45), darkRed);
     EXPECT_EQ(at(60, 45), darkGreen);
-    // The top right quarter alone.
+    // Only the top right quarter.
     view->setFrame({-240, -180, 320, 240});
     EXPECT_EQ(at(5, 5), green);
     EXPECT_EQ(at(5, 55), green);
     EXPECT_EQ(at(75, 55), green);
 }
 
-TEST_F(Painting, FarZoomedInAPixelIsASquareOfItsColour) {
+TEST_F(Painting, ZoomedInFarAPixelIsASquareOfItsColor) {
     view->setFrame({0, 0, 800, 600});
     view->setImage(
         painted({80, 60}, [](int row, int column) { return (row + column) % 2 ? kSkin : kBlemish; }));
-    // Ten points a pixel, seen from the image's bottom left corner.
+    // Ten points per pixel, with the image's bottom left corner visible.
     const QColor skin(180, 180, 180);
     const QColor dark(40, 40, 40);
     EXPECT_EQ(at(5, 55), skin); // row 59, column 0
@@ -145,7 +145,7 @@ TEST_F(Painting, ALargePhotoIsScaledDownWithoutAShift) {
     EXPECT_EQ(at(79, 59), darkGreen);
 }
 
-TEST_F(Painting, FineDetailOfALargePhotoIsAveragedNotSkipped) {
+TEST_F(Painting, FineDetailOfALargePhotoIsAveraged) {
     view->setImage(
         painted({640, 480}, [](int row, int column) { return (row + column) % 2 ? grey(200) : grey(100); }));
     const QImage picture = root.grab().toImage();
@@ -154,7 +154,7 @@ TEST_F(Painting, FineDetailOfALargePhotoIsAveragedNotSkipped) {
             EXPECT_NEAR(picture.pixelColor(x, y).red(), 150, 3) << x << ", " << y;
 }
 
-TEST_F(Painting, TransparentPixelsShowWhatIsBehind) {
+TEST_F(Painting, TransparentPixelsShowTheBackground) {
     view->setImage(painted({80, 60}, [](int, int column) {
         return column < 40 ? RGBA32(0, 0, 0, 0) : RGBA32(100, 0, 0, 128); // premultiplied
     }));
@@ -163,15 +163,15 @@ TEST_F(Painting, TransparentPixelsShowWhatIsBehind) {
     EXPECT_NEAR(at(60, 30).green(), 1, 1);
 }
 
-TEST_F(Painting, AnImageInPointsOfAnotherSizeIsFittedByItsPoints) {
-    view->setImage(halves({80, 60}).withSize({60, 60})); // shown 60 points wide, 10 beside
+TEST_F(Painting, AnImageIsFittedByItsSizeInPoints) {
+    view->setImage(halves({80, 60}).withSize({60, 60})); // shown 60 points wide, with margins of 10
     EXPECT_EQ(at(8, 20), background);
     EXPECT_EQ(at(12, 20), red);
     EXPECT_EQ(at(67, 20), green);
     EXPECT_EQ(at(72, 20), background);
 }
 
-TEST_F(Painting, AnotherImageIsPaintedAndNoneAgain) {
+TEST_F(Painting, TheImageCanBeReplacedAndRemoved) {
     view->setImage(filled({80, 60}, kSkin));
     EXPECT_EQ(at(40, 30), QColor(180, 180, 180));
     view->setImage(filled({80, 60}, kBlemish));
@@ -187,13 +187,13 @@ TEST_F(Painting, AnImageWithoutPixelsPaintsNothing) {
     EXPECT_EQ(at(40, 30), background);
 }
 
-TEST_F(Painting, AFrameOfNoSizePaintsNothing) {
+TEST_F(Painting, AnEmptyFramePaintsNothing) {
     view->setImage(halves({80, 60}));
     view->setFrame({0, 0, 0, 0});
     EXPECT_EQ(at(40, 30), background);
 }
 
-TEST_F(Painting, AnotherFrameIsAnnouncedOnceAndTheSameNotAtAll) {
+TEST_F(Painting, OnlyAChangedFrameIsAnnounced) {
     int announced = 0;
     QObject::connect(view, &CustomImageView::frameChanged, view, [&] { ++announced; });
     view->setFrame({1, 2, 3, 4});
@@ -203,8 +203,8 @@ TEST_F(Painting, AnotherFrameIsAnnouncedOnceAndTheSameNotAtAll) {
     EXPECT_EQ(announced, 1);
 }
 
-/// A widget that counts the mouse presses that reach it.
-class Counting : public QWidget {
+/// Counts the mouse presses that reach the widget.
+class PressCounter : public QWidget {
 public:
     int presses = 0;
 
@@ -213,7 +213,7 @@ protected:
 };
 
 TEST(Mouse, PressesOnTheViewReachTheRootView) {
-    Counting root;
+    PressCounter root;
     root.resize(80, 60);
     CustomImageView view(&root);
     view.setGeometry(root.rect());
@@ -223,11 +223,10 @@ TEST(Mouse, PressesOnTheViewReachTheRootView) {
     EXPECT_EQ(root.presses, 1);
 }
 
-/// Which part of the view an update asked to be painted again.
-class PaintedAgain : public Painting {
+class Repainting : public Painting {
 protected:
-    /// Shows `next` after `first` and gives the region that is painted because of it.
-    QRegion paintedFor(const Image& first, const Image& next) {
+    /// Shows `first`, then `next`, and returns the region that is repainted for `next`.
+    QRegion repaintedRegion(const Image& first, const Image& next) {
         class Recorder : public QObject {
         public:
             QRegion region;
@@ -251,7 +250,7 @@ protected:
     }
 };
 
-TEST_F(PaintedAgain, OnlyTheTileThatDiffersIsPaintedAgain) {
+TEST_F(Repainting, IsLimitedToTheChangedTile) {
     root.resize(800, 600);
     view->setGeometry(root.rect());
     view->setFrame({0, 0, 800, 600});
@@ -265,16 +264,16 @@ TEST_F(PaintedAgain, OnlyTheTileThatDiffersIsPaintedAgain) {
     block.row(300 - 4 * Tile::kHeight)[500 - Tile::kWidth] = kBlemish;
     tiles[1] = std::make_shared<const Tile>(std::move(block));
     bands[4] = std::make_shared<const Band>(tiles);
-    const QRegion region = paintedFor(first, first.withBands(bands));
+    const QRegion region = repaintedRegion(first, first.withBands(bands));
     EXPECT_TRUE(region.contains(QPoint(500, 300)));
     EXPECT_LT(region.boundingRect().width(), 300);
     EXPECT_LT(region.boundingRect().height(), 100);
     EXPECT_EQ(at(500, 300), QColor(40, 40, 40));
 }
 
-TEST_F(PaintedAgain, TheSameImageIsNotPaintedAgain) {
+TEST_F(Repainting, IsNotDoneForTheSameImage) {
     const Image image = halves({80, 60});
-    EXPECT_TRUE(paintedFor(image, image).isEmpty());
+    EXPECT_TRUE(repaintedRegion(image, image).isEmpty());
 }
 
 } // namespace

@@ -58,20 +58,20 @@ protected:
     std::vector<Notification> posted;
 };
 
-TEST_F(Drop, TheAcceptedTypesStandInTheirOrder) {
+TEST_F(Drop, TheAcceptedTypesAreInOrder) {
     EXPECT_THAT(view.acceptedTypes(),
                 testing::ElementsAre("jpg", "jpeg", "png", "tiff", "tif", "gif", "bmp"));
 }
 
-TEST_F(Drop, OnAnEmptyViewAPhotoIsAnnouncedWithoutAQuestion) {
+TEST_F(Drop, OnAnEmptyViewPostsAPhotoWithoutAQuestion) {
     const std::filesystem::path path = makeFile("photo.JPG");
     EXPECT_TRUE(drop(path));
     expectPostedOnly(path);
     EXPECT_EQ(dialogs.shownCount(), 0);
-    EXPECT_FALSE(view.image().has_value()); // the decoded picture was only a test
+    EXPECT_FALSE(view.image().has_value()); // the view only checks that the photo can be decoded
 }
 
-TEST_F(Drop, EveryAcceptedTypeInAnyCaseIsTaken) {
+TEST_F(Drop, AcceptsEveryTypeInAnyCase) {
     for (const char* name :
          {"a.jpg", "a.jpeg", "a.png", "a.tiff", "a.tif", "a.gif", "a.bmp", "a.PNG", "a.Tiff", "a.b.GIF"}) {
         SCOPED_TRACE(name);
@@ -82,7 +82,7 @@ TEST_F(Drop, EveryAcceptedTypeInAnyCaseIsTaken) {
     }
 }
 
-TEST_F(Drop, OverAnOpenPhotoYesAnnouncesTheFile) {
+TEST_F(Drop, OnAnOpenPhotoAnsweringYesPostsTheFile) {
     showAnImage();
     dialogs.expectQuestion(kDropQuestion, kFirstButton);
     const std::filesystem::path path = makeFile("photo.png");
@@ -90,20 +90,20 @@ TEST_F(Drop, OverAnOpenPhotoYesAnnouncesTheFile) {
     expectPostedOnly(path);
 }
 
-TEST_F(Drop, OverAnOpenPhotoNoRefusesTheFile) {
+TEST_F(Drop, OnAnOpenPhotoAnsweringNoRefusesTheFile) {
     showAnImage();
     dialogs.expectQuestion(kDropQuestion, kSecondButton);
     EXPECT_FALSE(drop(makeFile("photo.png")));
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, AnyAnswerButNoIsYes) {
+TEST_F(Drop, AnyAnswerExceptNoCountsAsYes) {
     showAnImage();
     dialogs.expectQuestion(kDropQuestion, 1002);
     EXPECT_TRUE(drop(makeFile("photo.png")));
 }
 
-TEST_F(Drop, ATextFileIsAskedAboutFirstAndThenRefusedSilently) {
+TEST_F(Drop, OnAnOpenPhotoATextFileIsRefusedSilentlyAfterTheQuestion) {
     showAnImage();
     const Image before = *view.image();
     dialogs.expectQuestion(kDropQuestion, kFirstButton);
@@ -112,7 +112,7 @@ TEST_F(Drop, ATextFileIsAskedAboutFirstAndThenRefusedSilently) {
     EXPECT_TRUE(view.image()->isSameObject(before));
 }
 
-TEST_F(Drop, OnAnEmptyViewATextFileIsRefusedWithoutAWord) {
+TEST_F(Drop, OnAnEmptyViewATextFileIsRefusedSilently) {
     EXPECT_FALSE(drop(makeFile("notes.txt")));
     EXPECT_TRUE(posted.empty());
 }
@@ -125,8 +125,8 @@ TEST_F(Drop, ANameWithoutAnExtensionIsRefused) {
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, AnImageFileWithoutAnImageIsRefusedSilently) {
-    writeFile(folder.path() / "fake.png", "this is no picture");
+TEST_F(Drop, AnUndecodableFileIsRefusedSilently) {
+    writeFile(folder.path() / "fake.png", "not a picture");
     EXPECT_FALSE(drop(folder.path() / "fake.png"));
     showAnImage();
     dialogs.expectQuestion(kDropQuestion, kFirstButton);
@@ -134,21 +134,21 @@ TEST_F(Drop, AnImageFileWithoutAnImageIsRefusedSilently) {
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, AFileThatIsNotThereIsRefused) {
+TEST_F(Drop, AMissingFileOrAFolderIsRefused) {
     EXPECT_FALSE(drop(folder.path() / "missing.png"));
     std::filesystem::create_directory(folder.path() / "folder.png");
     EXPECT_FALSE(drop(folder.path() / "folder.png"));
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, AnAddressThatIsNoLocalFileIsRefused) {
+TEST_F(Drop, AUrlThatIsNotALocalFileIsRefused) {
     EXPECT_FALSE(drop(QUrl(QStringLiteral("https://example.org/photo.png"))));
     EXPECT_FALSE(drop(QUrl(QStringLiteral("mailto:somebody@example.org"))));
     EXPECT_FALSE(drop(QUrl(QStringLiteral("photo.png"))));
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, WhatIsNoAddressIsRefusedWithoutAQuestion) {
+TEST_F(Drop, DataWithoutAUrlIsRefusedWithoutAQuestion) {
     showAnImage();
     QMimeData text;
     text.setText(QStringLiteral("/tmp/photo.png"));
@@ -159,7 +159,7 @@ TEST_F(Drop, WhatIsNoAddressIsRefusedWithoutAQuestion) {
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, OfSeveralFilesTheFirstIsTaken) {
+TEST_F(Drop, OfSeveralFilesTheFirstIsPosted) {
     const std::filesystem::path first = makeFile("first.png");
     const std::filesystem::path second = makeFile("second.png");
     QMimeData data;
@@ -169,7 +169,7 @@ TEST_F(Drop, OfSeveralFilesTheFirstIsTaken) {
     expectPostedOnly(first);
 }
 
-TEST_F(Drop, APathIsAnnouncedByteForByte) {
+TEST_F(Drop, APathIsPostedByteForByte) {
     const std::filesystem::path spaced = makeFile("a photo, 100% #1?.png");
     EXPECT_TRUE(drop(spaced));
     expectPostedOnly(spaced);
@@ -180,7 +180,7 @@ TEST_F(Drop, APathIsAnnouncedByteForByte) {
     expectPostedOnly(umlaut);
     posted.clear();
 
-    // A name of Latin-1 bytes, as file managers hand it over.
+    // A Latin-1 name, percent-encoded as by file managers.
     const std::filesystem::path latin = makeFile("m\xFCnchen.png");
     const QByteArray address = QByteArray("file://") + folder.path().c_str() + "/m%FCnchen.png";
     EXPECT_TRUE(drop(QUrl::fromEncoded(address)));
@@ -191,16 +191,16 @@ TEST_F(Drop, ADragWithoutAListOfTypesIsFatal) {
     EXPECT_DEATH(view.performDragOperation(nullptr), "types");
 }
 
-TEST_F(Drop, AnAddressThatWasPromisedAndIsNotThereIsFatal) {
+TEST_F(Drop, AMissingUrlInAUriListIsFatal) {
     QMimeData data;
     data.setData(QStringLiteral("text/uri-list"), QByteArray());
     EXPECT_DEATH(view.performDragOperation(&data), "URLs");
 }
 
-TEST_F(Drop, WhateverIsDraggedTheCursorShowsTheCopyBadge) {
+TEST_F(Drop, ACopyIsOfferedForAnyDrag) {
     view.setAcceptDrops(true);
     QMimeData text;
-    text.setText(QStringLiteral("no file at all"));
+    text.setText(QStringLiteral("not a file"));
     QMimeData file;
     file.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.path() / "notes.txt"))});
     for (QMimeData* data : {&text, &file}) {
@@ -218,8 +218,9 @@ TEST_F(Drop, WhateverIsDraggedTheCursorShowsTheCopyBadge) {
     EXPECT_TRUE(posted.empty());
 }
 
-TEST_F(Drop, TheToolkitsDropEventIsTakenOrRefused) {
-    // Directly: the application would hand it to the target of the drag that goes on, and there is none.
+TEST_F(Drop, TheToolkitsDropEventIsAcceptedOrRefused) {
+    // Sent directly, as the application would route it to the target of the current drag, which does not
+    // exist.
     const auto receive = [this](QEvent& event) { static_cast<QObject&>(view).event(&event); };
     view.setAcceptDrops(true);
     const std::filesystem::path path = makeFile("photo.png");
@@ -239,7 +240,7 @@ TEST_F(Drop, TheToolkitsDropEventIsTakenOrRefused) {
     EXPECT_EQ(posted.size(), 1U);
 }
 
-TEST_F(Drop, ADragWhoseProgramHasEndedIsRefused) {
+TEST_F(Drop, ADropWhoseSourceHasEndedIsRefused) {
     QMimeData broken;
     broken.setData(QStringLiteral("text/uri-list"), {});
     QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &broken, Qt::LeftButton, Qt::NoModifier);

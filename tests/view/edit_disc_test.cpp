@@ -17,9 +17,9 @@ namespace complexion {
 namespace {
 
 constexpr QSize kArea(400, 300);
-constexpr PixelSize kPhoto{80, 60}; // five points a pixel
+constexpr PixelSize kPhoto{80, 60}; // five points per pixel
 constexpr PixelPosition kPlace{30, 40};
-constexpr QPointF kMiddle(202.5, 152.5); // of that pixel on the screen
+constexpr QPointF kCentre(202.5, 152.5); // of that pixel on the screen
 
 class EditDiscTest : public testing::Test {
 protected:
@@ -47,20 +47,20 @@ protected:
                                  static_cast<int>(std::floor(point.y() * ratio)));
     }
 
-    /// How much the screen differs from one without a disc at a point.
-    int drawnAt(const QImage& screen, QPointF point) {
+    /// How much the screen differs at a point from one without a disc.
+    int differenceAt(const QImage& screen, QPointF point) {
         const QColor color = colorAt(screen, point);
         return std::abs(color.red() - kSkin.red()) + std::abs(color.green() - kSkin.green()) +
                std::abs(color.blue() - kSkin.blue());
     }
 
-    /// The part of a circle about the disc's middle on which something is drawn.
+    /// The share of a circle around the disc's centre on which something is drawn.
     double drawnShare(const QImage& screen, double radius) {
         constexpr int kPlaces = 360;
         int drawn = 0;
         for (int i = 0; i < kPlaces; ++i) {
             const double angle = 2 * M_PI * i / kPlaces;
-            drawn += drawnAt(screen, kMiddle + radius * QPointF(std::cos(angle), std::sin(angle))) > 60;
+            drawn += differenceAt(screen, kCentre + radius * QPointF(std::cos(angle), std::sin(angle))) > 60;
         }
         return static_cast<double>(drawn) / kPlaces;
     }
@@ -69,30 +69,30 @@ protected:
     EditDisc* disc = nullptr;
 };
 
-TEST_F(EditDiscTest, StandsAtItsPixelWithTheRadiusThatTheZoomMakesOfIt) {
+TEST_F(EditDiscTest, FollowsTheZoom) {
     disc->setPlace(kPlace, 8);
-    EXPECT_EQ(disc->shownCentre(), kMiddle);
+    EXPECT_EQ(disc->shownCentre(), kCentre);
     EXPECT_EQ(disc->shownRadius(), 40);
     view.setFrame({-400, -300, 1200, 900});
     EXPECT_EQ(disc->shownRadius(), 120);
     EXPECT_EQ(disc->shownCentre(), QPointF(-400 + 40.5 * 15, -300 + 30.5 * 15));
 }
 
-TEST_F(EditDiscTest, DrawsARingOfExactlyTheRadius) {
+TEST_F(EditDiscTest, DrawsARingOfExactlyItsRadius) {
     for (const double ratio : {1.0, 2.0}) {
         disc->setPlace(kPlace, 8);
         const QImage screen = shown(ratio);
-        // A dark line outside of the radius and a light one inside, each a point and a half wide.
+        // A dark line outside the radius and a light one inside, each 1.5 points wide.
         EXPECT_EQ(drawnShare(screen, 40.75), 1) << ratio;
         EXPECT_EQ(drawnShare(screen, 39.25), 1) << ratio;
         EXPECT_EQ(drawnShare(screen, 44), 0) << ratio;
         EXPECT_EQ(drawnShare(screen, 36), 0) << ratio;
-        EXPECT_LT(colorAt(screen, kMiddle + QPointF(40.75, 0)).lightness(), 110);
-        EXPECT_GT(colorAt(screen, kMiddle - QPointF(39.25, 0)).lightness(), 160);
+        EXPECT_LT(colorAt(screen, kCentre + QPointF(40.75, 0)).lightness(), 110);
+        EXPECT_GT(colorAt(screen, kCentre - QPointF(39.25, 0)).lightness(), 160);
     }
 }
 
-TEST_F(EditDiscTest, IsSeenOnEverySkin) {
+TEST_F(EditDiscTest, IsVisibleOnEverySkin) {
     for (const int level : {0, 30, 80, 128, 180, 230, 255}) {
         view.setImage(filled(kPhoto, grey(level)));
         disc->setPlace(std::nullopt, 8);
@@ -108,14 +108,14 @@ TEST_F(EditDiscTest, IsSeenOnEverySkin) {
     }
 }
 
-TEST_F(EditDiscTest, ShowsACrosshairWhereTheRingIsTiny) {
+TEST_F(EditDiscTest, ShowsACrosshairIfTheRingIsTiny) {
     disc->setPlace(kPlace, 1);
     const QImage tiny = shown();
-    EXPECT_GT(drawnAt(tiny, kMiddle + QPointF(12, 0)), 60);
-    EXPECT_GT(drawnAt(tiny, kMiddle - QPointF(0, 12)), 60);
-    EXPECT_EQ(drawnAt(tiny, kMiddle), 0);
+    EXPECT_GT(differenceAt(tiny, kCentre + QPointF(12, 0)), 60);
+    EXPECT_GT(differenceAt(tiny, kCentre - QPointF(0, 12)), 60);
+    EXPECT_EQ(differenceAt(tiny, kCentre), 0);
     disc->setPlace(kPlace, 2);
-    EXPECT_EQ(drawnAt(shown(), kMiddle + QPointF(16, 0)), 0);
+    EXPECT_EQ(differenceAt(shown(), kCentre + QPointF(16, 0)), 0);
 }
 
 TEST_F(EditDiscTest, EveryRefusalHasItsOwnLook) {
@@ -136,43 +136,43 @@ TEST_F(EditDiscTest, EveryRefusalHasItsOwnLook) {
         int all = 0;
         for (double degrees = fromDegrees; degrees < toDegrees; ++degrees, ++all) {
             const double angle = degrees * M_PI / 180;
-            light += lightAt(screen, kMiddle + 39.25 * QPointF(std::cos(angle), std::sin(angle)));
+            light += lightAt(screen, kCentre + 39.25 * QPointF(std::cos(angle), std::sin(angle)));
         }
         return static_cast<double>(light) / all;
     };
     EXPECT_LT(lightShare(idle, 0, 360), 0.8);
     EXPECT_GT(lightShare(idle, 0, 360), 0.2);
-    EXPECT_GT(lightShare(uneven, 100, 260), 0.9); // whole at the left
+    EXPECT_GT(lightShare(uneven, 100, 260), 0.9); // solid on the left
     EXPECT_LT(lightShare(uneven, -80, 80), 0.8);
-    EXPECT_GT(drawnAt(overBorder, kMiddle + QPointF(15, -15)), 60); // struck through
+    EXPECT_GT(differenceAt(overBorder, kCentre + QPointF(15, -15)), 60); // struck through
     for (const QImage& other : {repairs, idle, uneven})
-        EXPECT_EQ(drawnAt(other, kMiddle + QPointF(15, -15)), 0);
+        EXPECT_EQ(differenceAt(other, kCentre + QPointF(15, -15)), 0);
 }
 
-TEST_F(EditDiscTest, NothingCoversTheBlemishOfADiscThatRepairs) {
+TEST_F(EditDiscTest, DoesNotCoverTheBlemish) {
     disc->setPlace(kPlace, 8);
     disc->setLook(DiscLook::Repairs);
     const QImage screen = shown();
     for (int y = -25; y <= 25; ++y)
         for (int x = -25; x <= 25; ++x)
-            ASSERT_EQ(drawnAt(screen, kMiddle + QPointF(x, y)), 0);
+            ASSERT_EQ(differenceAt(screen, kCentre + QPointF(x, y)), 0);
 }
 
 TEST_F(EditDiscTest, OutlinesThePixelsThatWouldBeRepainted) {
     disc->setPlace(kPlace, 8);
     disc->setLook(DiscLook::Repairs);
-    // Two by two pixels, ten by ten points: the light line runs just inside of them, the dark one outside.
+    // 2 by 2 pixels, 10 by 10 points: the light line is just inside, the dark one just outside.
     disc->setOutlined({.area = {40, 30, 2, 2}, .bytes = {1, 1, 1, 1}});
     const QImage screen = shown();
     for (const QPointF inside : {QPointF(200, 155), QPointF(209, 155), QPointF(205, 150), QPointF(205, 159)})
-        EXPECT_GT(drawnAt(screen, inside), 60) << inside.x() << ", " << inside.y();
+        EXPECT_GT(differenceAt(screen, inside), 60) << inside.x() << ", " << inside.y();
     for (const QPointF outside : {QPointF(199, 155), QPointF(210, 155), QPointF(205, 149), QPointF(205, 160)})
-        EXPECT_GT(drawnAt(screen, outside), 60) << outside.x() << ", " << outside.y();
-    EXPECT_EQ(drawnAt(screen, {204, 154}), 0);
-    EXPECT_EQ(drawnAt(screen, {197, 155}), 0);
+        EXPECT_GT(differenceAt(screen, outside), 60) << outside.x() << ", " << outside.y();
+    EXPECT_EQ(differenceAt(screen, {204, 154}), 0);
+    EXPECT_EQ(differenceAt(screen, {197, 155}), 0);
 }
 
-TEST_F(EditDiscTest, AnotherPlaceTakesTheOutlineAndTheLookAway) {
+TEST_F(EditDiscTest, MovingResetsTheOutlineAndTheLook) {
     disc->setPlace(kPlace, 8);
     disc->setLook(DiscLook::Idle);
     disc->setOutlined({.area = {40, 30, 1, 1}, .bytes = {1}});
@@ -189,7 +189,7 @@ TEST_F(EditDiscTest, WithoutAPlaceNothingIsDrawn) {
     EXPECT_EQ(shown(), without);
 }
 
-TEST_F(EditDiscTest, LetsTheMouseThroughAndCoversTheView) {
+TEST_F(EditDiscTest, IsTransparentForTheMouseAndCoversTheView) {
     EXPECT_TRUE(disc->testAttribute(Qt::WA_TransparentForMouseEvents));
     view.resize(500, 200);
     QApplication::sendPostedEvents();
@@ -197,12 +197,12 @@ TEST_F(EditDiscTest, LetsTheMouseThroughAndCoversTheView) {
     EXPECT_EQ(disc->geometry(), view.rect());
 }
 
-TEST_F(EditDiscTest, ThePickedColorRingsThePlaceAndLeavesItFree) {
+TEST_F(EditDiscTest, ThePickedColorIsShownAroundThePlace) {
     disc->setPlace(kPlace, 8);
     disc->setSwatch(QColor(10, 200, 30));
     const QImage screen = shown();
-    EXPECT_EQ(colorAt(screen, kMiddle + QPointF(19, 0)), QColor(10, 200, 30));
-    EXPECT_EQ(drawnAt(screen, kMiddle + QPointF(8, 3)), 0);
+    EXPECT_EQ(colorAt(screen, kCentre + QPointF(19, 0)), QColor(10, 200, 30));
+    EXPECT_EQ(differenceAt(screen, kCentre + QPointF(8, 3)), 0);
 }
 
 TEST_F(EditDiscTest, ASecondRingIsFainterThanTheDisc) {

@@ -14,8 +14,8 @@
 namespace complexion {
 namespace {
 
-/// What a screen of `size` device pixels at `ratio` of them a point shows of a picture whose pixels are
-/// `scale` points wide, the first at `offset`.
+/// A screen of `size` device pixels, with `ratio` of them per point, on which a picture is painted at
+/// `offset` with `scale` points per pixel.
 QImage shown(const Image& image, double scale, QPointF offset, QSize size, double ratio = 1) {
     QImage screen(size, QImage::Format_ARGB32_Premultiplied);
     screen.setDevicePixelRatio(ratio);
@@ -30,8 +30,8 @@ Image checkerboard(PixelSize size) {
     return painted(size, [](int row, int column) { return (row + column) % 2 == 0 ? grey(0) : grey(200); });
 }
 
-/// The darkest and the lightest red in the middle of a screen, away from the picture's edges.
-std::pair<int, int> rangeInTheMiddle(const QImage& screen) {
+/// The minimum and maximum of red in the centre of a screen, away from the picture's edges.
+std::pair<int, int> rangeInTheCentre(const QImage& screen) {
     int low = 255;
     int high = 0;
     for (int y = 10; y < screen.height() - 10; ++y) {
@@ -43,7 +43,7 @@ std::pair<int, int> rangeInTheMiddle(const QImage& screen) {
     return {low, high};
 }
 
-TEST(ImagePainter, APlainPictureStaysItsVeryColorAtEveryScale) {
+TEST(ImagePainter, AUniformPictureKeepsItsColorAtEveryScale) {
     const Image image = filled({400, 400}, {201, 77, 3, 255});
     for (const double scale : {0.013, 0.26, 0.5, 0.61, 0.999, 1.0, 1.7, 4.0, 9.3}) {
         const QImage screen = shown(image, scale, {0.3, 0.7}, {100, 100});
@@ -52,23 +52,23 @@ TEST(ImagePainter, APlainPictureStaysItsVeryColorAtEveryScale) {
     }
 }
 
-TEST(ImagePainter, FineDetailBelowTheScreensIsEvenlyGrey) {
-    // At a half and below, whole cells of the pattern lie under each device pixel.
+TEST(ImagePainter, DetailFinerThanTheScreenIsAveraged) {
+    // At a scale of a half and below, each device pixel covers whole cells of the pattern.
     for (const double scale : {0.5, 0.25, 0.125}) {
-        const auto [low, high] = rangeInTheMiddle(shown(checkerboard({800, 800}), scale, {}, {90, 90}));
+        const auto [low, high] = rangeInTheCentre(shown(checkerboard({800, 800}), scale, {}, {90, 90}));
         EXPECT_EQ(low, 100) << scale;
         EXPECT_EQ(high, 100) << scale;
     }
-    // Between, what is left of it is what a device pixel's area leaves, far from black and white.
+    // In between, averaging over a device pixel leaves little contrast.
     for (const double scale : {0.53, 0.6, 0.7}) {
-        const auto [low, high] = rangeInTheMiddle(shown(checkerboard({800, 800}), scale, {}, {90, 90}));
+        const auto [low, high] = rangeInTheCentre(shown(checkerboard({800, 800}), scale, {}, {90, 90}));
         EXPECT_GT(low, 40) << scale;
         EXPECT_LT(high, 160) << scale;
     }
 }
 
-TEST(ImagePainter, ADeviceBrightnessDoesNotDependOnWhereThePictureLies) {
-    // A bright line, one pixel wide: however it moves, the screen has the same light from it.
+TEST(ImagePainter, BrightnessDoesNotDependOnTheOffset) {
+    // A bright line, one pixel wide, adds the same light at every offset.
     const Image image =
         painted({300, 40}, [](int, int column) { return column == 150 ? grey(255) : grey(0); });
     for (const double scale : {0.3, 0.55, 0.8}) {
@@ -82,7 +82,7 @@ TEST(ImagePainter, ADeviceBrightnessDoesNotDependOnWhereThePictureLies) {
     }
 }
 
-TEST(ImagePainter, APartOfTheScreenIsPaintedAsTheWholeIs) {
+TEST(ImagePainter, PaintingInPartsEqualsPaintingTheWhole) {
     const Image image = noise({500, 400});
     for (const double scale : {0.2, 0.37, 0.7, 1.0, 2.5, 6.0}) {
         const QTransform toScreen(scale, 0, 0, scale, -3.3, 1.6);
@@ -97,18 +97,19 @@ TEST(ImagePainter, APartOfTheScreenIsPaintedAsTheWholeIs) {
                 for (int x = 0; x < 200; x += 50)
                     paintImage(partPainter, image, toScreen, QRect(x, y, 50, 50));
         }
-        int most = 0;
+        int maxDifference = 0;
         for (int y = 0; y < whole.height(); ++y)
             for (int x = 0; x < whole.width(); ++x)
-                most = std::max(most, std::abs(qRed(whole.pixel(x, y)) - qRed(parts.pixel(x, y))));
-        // Smooth enlarging counts its steps from each part's own corner.
-        EXPECT_LE(most, scale > 1 && scale < kCrispScale ? 3 : 0) << scale;
+                maxDifference =
+                    std::max(maxDifference, std::abs(qRed(whole.pixel(x, y)) - qRed(parts.pixel(x, y))));
+        // Smooth enlarging rounds its steps from the corner of each part.
+        EXPECT_LE(maxDifference, scale > 1 && scale < kCrispScale ? 3 : 0) << scale;
     }
 }
 
-TEST(ImagePainter, ThePictureEndsWhereItEnds) {
+TEST(ImagePainter, EdgePixelsAreBlendedByCoverage) {
     const Image image = filled({100, 100}, grey(200));
-    // 70.4 device pixels from 10.5 on: the last one is covered by nine tenths.
+    // 70.4 device pixels from 10.5 on: nine tenths of the last one are covered.
     const QImage screen = shown(image, 0.704, {10.5, 10.5}, {120, 120});
     EXPECT_EQ(qAlpha(screen.pixel(9, 40)), 0);
     EXPECT_NEAR(qAlpha(screen.pixel(10, 40)), 255 * 0.5, 2);
@@ -118,8 +119,7 @@ TEST(ImagePainter, ThePictureEndsWhereItEnds) {
     EXPECT_EQ(qAlpha(screen.pixel(81, 40)), 0);
 }
 
-TEST(ImagePainter, EveryDevicePixelCountsWhateverTheRatio) {
-    // Half a point a pixel is one device pixel each at ratio 2: the pixels come out as they are.
+TEST(ImagePainter, AtOneDevicePixelPerPixelPixelsAreExactAtAnyRatio) {
     const Image image = noise({120, 100});
     for (const double ratio : {1.0, 1.25, 1.5, 2.0, 3.0}) {
         const QImage screen = shown(image, 1 / ratio, {}, {120, 100}, ratio);
@@ -133,19 +133,19 @@ TEST(ImagePainter, EveryDevicePixelCountsWhateverTheRatio) {
     }
 }
 
-TEST(ImagePainter, PixelsAreCrispFromFourDevicePixelsOnAndSmoothBelow) {
+TEST(ImagePainter, EnlargingIsSmoothBelowFourDevicePixelsPerPixelAndCrispFromThereOn) {
     const Image image = painted({40, 40}, [](int, int column) { return column < 20 ? grey(0) : grey(200); });
-    const auto blends = [](const QImage& screen) {
+    const auto blendedPixels = [](const QImage& screen) {
         const int y = screen.height() / 2;
-        int between = 0;
+        int count = 0;
         for (int x = 0; x < screen.width(); ++x)
-            between += qRed(screen.pixel(x, y)) > 5 && qRed(screen.pixel(x, y)) < 195;
-        return between;
+            count += qRed(screen.pixel(x, y)) > 5 && qRed(screen.pixel(x, y)) < 195;
+        return count;
     };
-    EXPECT_EQ(blends(shown(image, 4, {}, {160, 160})), 0);
-    EXPECT_GT(blends(shown(image, 3.9, {}, {160, 160})), 0);
-    EXPECT_EQ(blends(shown(image, 2, {}, {160, 160}, 2)), 0);
-    EXPECT_GT(blends(shown(image, 1.9, {}, {160, 160}, 2)), 0);
+    EXPECT_EQ(blendedPixels(shown(image, 4, {}, {160, 160})), 0);
+    EXPECT_GT(blendedPixels(shown(image, 3.9, {}, {160, 160})), 0);
+    EXPECT_EQ(blendedPixels(shown(image, 2, {}, {160, 160}, 2)), 0);
+    EXPECT_GT(blendedPixels(shown(image, 1.9, {}, {160, 160}, 2)), 0);
 }
 
 } // namespace

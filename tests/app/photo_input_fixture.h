@@ -10,17 +10,17 @@
 
 namespace complexion {
 
-/// The window with a photo, worked by hand.
-class Hand : public WindowTest {
+/// The window with a photo, and input events for it.
+class PhotoInputTest : public WindowTest {
 protected:
-    Hand() {
+    PhotoInputTest() {
         test::activate(window);
         open();
         photo().setFocus();
     }
 
     EditDisc& disc() { return window.editDisc(); }
-    QPoint middle() { return photo().rect().center(); }
+    QPoint centre() { return photo().rect().center(); }
     double zoom() { return photo().frame().width / photo().width(); }
 
     void turnWheel(int notches, Qt::KeyboardModifiers modifiers = {}, QPoint at = {400, 200},
@@ -36,12 +36,12 @@ protected:
         QApplication::sendEvent(&photo(), &event);
     }
     void drag(Qt::MouseButton button, QPoint by) {
-        QTest::mousePress(&photo(), button, {}, middle());
-        QTest::mouseMove(&photo(), middle() + by);
-        QMouseEvent move(QEvent::MouseMove, middle() + by, photo().mapToGlobal(middle() + by), Qt::NoButton,
+        QTest::mousePress(&photo(), button, {}, centre());
+        QTest::mouseMove(&photo(), centre() + by);
+        QMouseEvent move(QEvent::MouseMove, centre() + by, photo().mapToGlobal(centre() + by), Qt::NoButton,
                          button, {});
         QApplication::sendEvent(&photo(), &move);
-        QTest::mouseRelease(&photo(), button, {}, middle() + by);
+        QTest::mouseRelease(&photo(), button, {}, centre() + by);
     }
     void point(QPoint at) {
         QMouseEvent move(QEvent::MouseMove, at, photo().mapToGlobal(at), Qt::NoButton, Qt::NoButton, {});

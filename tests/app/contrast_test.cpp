@@ -22,12 +22,12 @@
 namespace complexion {
 namespace {
 
-/// Of text against what is behind it: WCAG 2.1, success criterion 1.4.3.
-constexpr double kReadable = 4.5;
-/// Of a control's shape and its focus: success criterion 1.4.11.
-constexpr double kSeen = 3;
+/// The minimum contrast of text (WCAG 2.1, success criterion 1.4.3).
+constexpr double kMinTextContrast = 4.5;
+/// The minimum contrast of controls and the focus (success criterion 1.4.11).
+constexpr double kMinControlContrast = 3;
 
-/// WCAG 2.1: relative luminance and contrast ratio.
+/// Relative luminance, as WCAG 2.1 defines it.
 double luminance(const QColor& color) {
     const auto linear = [](double component) {
         return component <= 0.04045 ? component / 12.92 : std::pow((component + 0.055) / 1.055, 2.4);
@@ -52,7 +52,7 @@ QPalette twoColors(QRgb text, QRgb background) {
     return palette;
 }
 
-/// What desktops set before the program gives itself its look.
+/// The palettes of desktops, which the program overrides.
 const std::map<std::string, QPalette>& desktops() {
     static const std::map<std::string, QPalette> all = {
         {"light", twoColors(0xFF2E3436, 0xFFF6F5F4)},
@@ -63,7 +63,7 @@ const std::map<std::string, QPalette>& desktops() {
     return all;
 }
 
-/// The window with a photo of one brightness under everything, for a desktop and a font scale.
+/// The window with a uniform photo behind everything, for a desktop palette and a font scale.
 class ReadableWindow {
 public:
     ReadableWindow(const QPalette& desktop, double fontScale, int photoLevel) {
@@ -89,20 +89,21 @@ public:
         applyLook(*qApp, 1);
     }
 
-    /// The most frequent color within a widget on the screen: what stands behind its text.
-    QColor behind(const QWidget& widget) const {
+    /// The most frequent color within a widget on the screen: its background.
+    QColor backgroundOf(const QWidget& widget) const {
         std::map<QRgb, int> counts;
         forEachPixel(widget, [&](QRgb pixel) { ++counts[pixel]; });
-        const auto most =
+        const auto maximum =
             std::ranges::max_element(counts, {}, [](const auto& entry) { return entry.second; });
-        return most == counts.end() ? QColor() : QColor(most->first);
+        return maximum == counts.end() ? QColor() : QColor(maximum->first);
     }
 
-    /// The highest contrast to `background` that any pixel of the widget has: its strokes'.
+    /// The highest contrast of any pixel of the widget to `background`.
     double contrastWithin(const QWidget& widget, const QColor& background) const {
-        double most = 1;
-        forEachPixel(widget, [&](QRgb pixel) { most = std::max(most, contrast(QColor(pixel), background)); });
-        return most;
+        double maximum = 1;
+        forEachPixel(widget,
+                     [&](QRgb pixel) { maximum = std::max(maximum, contrast(QColor(pixel), background)); });
+        return maximum;
     }
 
     FakePlatform platform;
@@ -135,48 +136,49 @@ void forEveryDesktop(const Check& check) {
             }
 }
 
-TEST(Readable, EveryTextOfTheBoxesIsOnEveryDesktopOverEveryPhoto) {
+TEST(Contrast, OfTextsIsSufficientOnEveryDesktopOverEveryPhoto) {
     forEveryDesktop([](const ReadableWindow& readable) {
         int texts = 0;
         for (const QLabel* label : readable.window->findChildren<QLabel*>()) {
             if (!label->isVisible())
                 continue;
             ++texts;
-            const QColor behind = readable.behind(*label);
-            EXPECT_GE(contrast(label->palette().color(label->foregroundRole()), behind), kReadable)
-                << label->text().toStdString() << " on " << behind.name().toStdString();
-            // The strokes of small text are thinner than a pixel; most of its color has to come through.
-            EXPECT_GE(readable.contrastWithin(*label, behind), kSeen) << label->text().toStdString();
+            const QColor background = readable.backgroundOf(*label);
+            EXPECT_GE(contrast(label->palette().color(label->foregroundRole()), background), kMinTextContrast)
+                << label->text().toStdString() << " on " << background.name().toStdString();
+            // The strokes of small text are thinner than a pixel, which lowers their contrast on the screen.
+            EXPECT_GE(readable.contrastWithin(*label, background), kMinControlContrast)
+                << label->text().toStdString();
         }
         EXPECT_GE(texts, 5);
         const SettingsBar& bar = *readable.window->contents().boxEditSettings;
         for (const QWidget* control :
              {static_cast<QWidget*>(bar.textFieldEditAreaSize), static_cast<QWidget*>(bar.comboEffect),
               static_cast<QWidget*>(bar.checkAutodetectColor)})
-            EXPECT_GE(readable.contrastWithin(*control, readable.behind(*control)), kReadable)
+            EXPECT_GE(readable.contrastWithin(*control, readable.backgroundOf(*control)), kMinTextContrast)
                 << control->objectName().toStdString();
     });
 }
 
-TEST(Readable, EveryButtonsDrawingIsSeen) {
+TEST(Contrast, OfIconsIsSufficient) {
     forEveryDesktop([](const ReadableWindow& readable) {
         for (const QToolButton* button : readable.window->findChildren<QToolButton*>()) {
             if (!button->isVisible() || !button->isEnabled())
                 continue;
-            EXPECT_GE(readable.contrastWithin(*button, readable.behind(*button)), kReadable)
+            EXPECT_GE(readable.contrastWithin(*button, readable.backgroundOf(*button)), kMinTextContrast)
                 << button->accessibleName().toStdString();
         }
     });
 }
 
-TEST(Readable, TheMenuBarIs) {
+TEST(Contrast, OfTheMenuBarIsSufficient) {
     forEveryDesktop([](const ReadableWindow& readable) {
         const QMenuBar& menu = *readable.window->menuBar();
-        EXPECT_GE(readable.contrastWithin(menu, readable.behind(menu)), kReadable);
+        EXPECT_GE(readable.contrastWithin(menu, readable.backgroundOf(menu)), kMinTextContrast);
     });
 }
 
-TEST(Readable, EveryPairOfColorsThatMeetIs) {
+TEST(Contrast, OfPaletteColorsIsSufficient) {
     applyLook(*qApp, 1);
     const QPalette palette = QApplication::palette();
     using Role = QPalette::ColorRole;
@@ -188,15 +190,18 @@ TEST(Readable, EveryPairOfColorsThatMeetIs) {
               std::pair(Role::HighlightedText, Role::Highlight),
               std::pair(Role::ToolTipText, Role::ToolTipBase), std::pair(Role::Link, Role::Window),
               std::pair(Role::LinkVisited, Role::Window)})
-            EXPECT_GE(contrast(palette.color(group, text), palette.color(group, background)), kReadable)
+            EXPECT_GE(contrast(palette.color(group, text), palette.color(group, background)),
+                      kMinTextContrast)
                 << text << " on " << background;
-        // The focus ring and the controls' edges.
+        // The focus ring and the edges of controls.
         for (const auto line : {Role::Highlight, Role::Light})
-            EXPECT_GE(contrast(palette.color(group, line), palette.color(group, Role::Base)), kSeen) << line;
+            EXPECT_GE(contrast(palette.color(group, line), palette.color(group, Role::Base)),
+                      kMinControlContrast)
+                << line;
     }
 }
 
-TEST(Readable, TheFocusIsSeenOnEveryControl) {
+TEST(Contrast, OfTheFocusIsSufficientOnEveryControl) {
     const ReadableWindow readable(desktops().at("light"), 1, 128);
     test::activate(*readable.window);
     QWidget* const photo = readable.window->rootView().imageView();
@@ -214,8 +219,8 @@ TEST(Readable, TheFocusIsSeenOnEveryControl) {
         int changed = 0;
         for (int y = 0; y < with.height(); ++y)
             for (int x = 0; x < with.width(); ++x)
-                changed += contrast(with.pixelColor(x, y), without.pixelColor(x, y)) >= kSeen;
-        // At least the length of the control's edge, one pixel wide.
+                changed += contrast(with.pixelColor(x, y), without.pixelColor(x, y)) >= kMinControlContrast;
+        // At least three quarters of the control's perimeter must change.
         EXPECT_GE(changed, 2 * (with.width() + with.height()) * 3 / 4)
             << widget->accessibleName().toStdString();
         ++controls;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/aim.h"
 #include "editor/picked_color.h"
-#include "tests/app/hand_fixture.h"
+#include "tests/app/photo_input_fixture.h"
 
 #include <QAccessible>
 #include <QToolButton>
@@ -13,8 +13,8 @@
 namespace complexion {
 namespace {
 
-TEST_F(Hand, TheDiscStandsForThePointerOverThePhoto) {
-    point(middle());
+TEST_F(PhotoInputTest, TheDiscReplacesThePointerOverThePhoto) {
+    point(centre());
     EXPECT_TRUE(disc().place().has_value());
     EXPECT_EQ(photo().cursor().shape(), Qt::BlankCursor);
     QEvent leave(QEvent::Leave);
@@ -23,7 +23,7 @@ TEST_F(Hand, TheDiscStandsForThePointerOverThePhoto) {
     EXPECT_EQ(photo().cursor().shape(), Qt::ArrowCursor);
 }
 
-TEST_F(Hand, TheWheelZoomsAboutThePointer) {
+TEST_F(PhotoInputTest, TheWheelZoomsAboutThePointer) {
     const QPoint at(300, 180);
     const QPointF before = photo().pixelsToWidget().inverted().map(QPointF(at));
     turnWheel(4, {}, at);
@@ -35,7 +35,7 @@ TEST_F(Hand, TheWheelZoomsAboutThePointer) {
     EXPECT_NEAR(zoom(), std::max(1.0, std::pow(1.1 * 0.9, 4)), 1e-9);
 }
 
-TEST_F(Hand, APinchZoomsInTheSameSteps) {
+TEST_F(PhotoInputTest, APinchZoomsInTheStepsOfTheButtons) {
     pinch(0.06);
     EXPECT_EQ(zoom(), 1);
     pinch(0.06);
@@ -44,7 +44,7 @@ TEST_F(Hand, APinchZoomsInTheSameSteps) {
     EXPECT_NEAR(zoom(), 1, 1e-9); // 0.99 is below the limit
 }
 
-TEST_F(Hand, ShiftAndTheWheelChangeTheSizeCtrlAndTheWheelTheThreshold) {
+TEST_F(PhotoInputTest, TheWheelWithShiftChangesTheSizeAndWithCtrlTheThreshold) {
     turnWheel(2, Qt::ShiftModifier);
     EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 12);
     turnWheel(-1, Qt::ShiftModifier, {400, 200}, /*sideways*/ true);
@@ -54,7 +54,7 @@ TEST_F(Hand, ShiftAndTheWheelChangeTheSizeCtrlAndTheWheelTheThreshold) {
     EXPECT_EQ(zoom(), 1);
 }
 
-TEST_F(Hand, BracketsAndPageKeysChangeTheSize) {
+TEST_F(PhotoInputTest, BracketsAndPageKeysChangeTheSize) {
     QTest::keyClick(&photo(), Qt::Key_BracketRight);
     QTest::keyClick(&photo(), Qt::Key_PageUp);
     EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 12);
@@ -63,7 +63,7 @@ TEST_F(Hand, BracketsAndPageKeysChangeTheSize) {
     EXPECT_EQ(bar().stepperEditAreaSize->integerValue(), 10);
 }
 
-TEST_F(Hand, ZoomKeysZoom) {
+TEST_F(PhotoInputTest, ZoomKeysZoom) {
     QTest::keyClick(&photo(), Qt::Key_Plus, Qt::ControlModifier);
     QTest::keyClick(&photo(), Qt::Key_Plus, Qt::ControlModifier | Qt::KeypadModifier);
     EXPECT_NEAR(zoom(), 1.21, 1e-9);
@@ -73,10 +73,10 @@ TEST_F(Hand, ZoomKeysZoom) {
     EXPECT_EQ(zoom(), 1);
     turnWheel(5);
     QTest::keyClick(&photo(), Qt::Key_1, Qt::ControlModifier);
-    EXPECT_EQ(zoom(), 1); // a small photo: smaller would leave a gap
+    EXPECT_EQ(zoom(), 1); // the photo is small: a smaller scale would leave a gap
 }
 
-TEST_F(Hand, TheMiddleButtonMovesThePhotoAndNeverClicks) {
+TEST_F(PhotoInputTest, TheMiddleButtonPansAndNeverClicks) {
     turnWheel(8);
     const Frame before = photo().frame();
     drag(Qt::MiddleButton, {-20, 10});
@@ -85,7 +85,7 @@ TEST_F(Hand, TheMiddleButtonMovesThePhotoAndNeverClicks) {
     EXPECT_EQ(controller->currenState, 0);
 }
 
-TEST_F(Hand, TheSpaceBarMakesTheLeftButtonMoveThePhotoAndNeverClick) {
+TEST_F(PhotoInputTest, WithTheSpaceBarTheLeftButtonPansAndNeverClicks) {
     turnWheel(8);
     QTest::keyPress(&photo(), Qt::Key_Space);
     EXPECT_EQ(photo().cursor().shape(), Qt::OpenHandCursor);
@@ -93,16 +93,16 @@ TEST_F(Hand, TheSpaceBarMakesTheLeftButtonMoveThePhotoAndNeverClick) {
     const Frame before = photo().frame();
     drag(Qt::LeftButton, {-20, 10});
     EXPECT_EQ(photo().frame(), (Frame{before.x - 20, before.y - 10, before.width, before.height}));
-    drag(Qt::LeftButton, {0, 0}); // as short as a click
+    drag(Qt::LeftButton, {0, 0}); // would be a click without the space bar
     QTest::keyRelease(&photo(), Qt::Key_Space);
     queues.runAll();
     EXPECT_EQ(controller->currenState, 0);
-    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
 }
 
-TEST_F(Hand, ArrowKeysMoveTheDiscAndEnterRepairs) {
+TEST_F(PhotoInputTest, ArrowKeysMoveTheDiscAndEnterRepairs) {
     QTest::keyClick(&photo(), Qt::Key_Right);
     const PixelPosition start = *disc().place();
     QTest::keyClick(&photo(), Qt::Key_Right, Qt::ShiftModifier);
@@ -115,7 +115,7 @@ TEST_F(Hand, ArrowKeysMoveTheDiscAndEnterRepairs) {
     EXPECT_EQ(controller->currenState, 1);
 }
 
-TEST_F(Hand, EnterOnAButtonDoesNotRepair) {
+TEST_F(PhotoInputTest, EnterOnAButtonDoesNotRepair) {
     auto* const button = window.contents().boxZoomIn->findChild<QToolButton*>();
     button->setFocus();
     QTest::keyClick(button, Qt::Key_Return);
@@ -123,14 +123,14 @@ TEST_F(Hand, EnterOnAButtonDoesNotRepair) {
     EXPECT_EQ(controller->currenState, 0);
 }
 
-TEST_F(Hand, TheOriginalIsSeenWhileTheKeyIsHeld) {
+TEST_F(PhotoInputTest, TheOriginalIsShownWhileTheKeyIsHeld) {
     QTest::keyPress(&photo(), Qt::Key_B);
     EXPECT_TRUE(controller->isShowingSource());
     QTest::keyRelease(&photo(), Qt::Key_B);
     EXPECT_FALSE(controller->isShowingSource());
 }
 
-TEST_F(Hand, TheOriginalIsSeenWhileTheButtonIsHeld) {
+TEST_F(PhotoInputTest, TheOriginalIsShownWhileTheButtonIsHeld) {
     auto* const button = window.contents().boxCompare->findChild<QToolButton*>();
     QTest::mousePress(button, Qt::LeftButton);
     EXPECT_TRUE(controller->isShowingSource());
@@ -143,24 +143,24 @@ TEST_F(Hand, TheOriginalIsSeenWhileTheButtonIsHeld) {
     EXPECT_FALSE(controller->isShowingSource());
 }
 
-TEST_F(Hand, ThePipetteTakesTheColorAndRepairsNothing) {
+TEST_F(PhotoInputTest, ThePipettePicksTheColorAndRepairsNothing) {
     bar().checkAutodetectColor->setChecked(false);
     bar().pipette->click();
     EXPECT_TRUE(photo().hasFocus());
-    point(middle());
-    const QColor there = pickedColor(controller->originalImage(), *disc().place(), 0.2);
-    EXPECT_NE(there, bar().colorWellCustomColor->color());
-    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    point(centre());
+    const QColor expected = pickedColor(controller->originalImage(), *disc().place(), 0.2);
+    EXPECT_NE(expected, bar().colorWellCustomColor->color());
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
-    EXPECT_EQ(bar().colorWellCustomColor->color(), there);
+    EXPECT_EQ(bar().colorWellCustomColor->color(), expected);
     EXPECT_EQ(controller->currenState, 0);
     EXPECT_FALSE(bar().pipette->isChecked());
-    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     EXPECT_EQ(controller->currenState, 1);
 }
 
-TEST_F(Hand, ThePipetteIsPutBackByEscape) {
+TEST_F(PhotoInputTest, EscapeCancelsThePipette) {
     bar().checkAutodetectColor->setChecked(false);
     const QColor before = bar().colorWellCustomColor->color();
     bar().pipette->click();
@@ -169,7 +169,7 @@ TEST_F(Hand, ThePipetteIsPutBackByEscape) {
     EXPECT_EQ(bar().colorWellCustomColor->color(), before);
 }
 
-TEST_F(Hand, ThePipetteIsOfferedWithAPhotoAndACustomColor) {
+TEST_F(PhotoInputTest, ThePipetteIsEnabledWithAPhotoAndACustomColor) {
     EXPECT_FALSE(bar().pipette->isEnabled());
     bar().checkAutodetectColor->setChecked(false);
     EXPECT_TRUE(bar().pipette->isEnabled());
@@ -178,10 +178,10 @@ TEST_F(Hand, ThePipetteIsOfferedWithAPhotoAndACustomColor) {
     EXPECT_FALSE(bar().pipette->isChecked());
 }
 
-TEST_F(Hand, TheViewMenuTurnsThePreviewOff) {
+TEST_F(PhotoInputTest, TheViewMenuTurnsThePreviewOff) {
     EXPECT_TRUE(window.actions().showPreview->isChecked());
     window.actions().showPreview->trigger();
-    point(middle());
+    point(centre());
     queues.runAll();
     EXPECT_EQ(disc().look(), DiscLook::Plain);
     window.actions().showPreview->trigger();
@@ -189,9 +189,9 @@ TEST_F(Hand, TheViewMenuTurnsThePreviewOff) {
     EXPECT_EQ(disc().look(), DiscLook::Repairs);
 }
 
-// For the keyboard and assistive technology.
+// The keyboard and assistive technology.
 
-TEST_F(Hand, TabGoesFromThePhotoThroughTheButtonsToTheSettings) {
+TEST_F(PhotoInputTest, TheTabOrderIsPhotoButtonsSettings) {
     bar().checkAutodetectColor->setChecked(false);
     std::vector<std::string> names;
     for (int i = 0; i < 16; ++i) {
@@ -205,28 +205,28 @@ TEST_F(Hand, TabGoesFromThePhotoThroughTheButtonsToTheSettings) {
     EXPECT_TRUE(photo().hasFocus());
 }
 
-TEST_F(Hand, AnUndoThatWasTheLastOneGivesTheFocusToThePhoto) {
-    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+TEST_F(PhotoInputTest, TheLastUndoMovesTheFocusToThePhoto) {
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     auto* const undo = window.contents().boxUndo->findChild<QToolButton*>();
     undo->setFocus();
     QTest::keyClick(undo, Qt::Key_Space);
     EXPECT_EQ(controller->currenState, 0);
-    EXPECT_TRUE(photo().hasFocus()); // not the redo button, which the same key would press
+    EXPECT_TRUE(photo().hasFocus()); // not the redo button, which the same key would trigger
 }
 
-TEST_F(Hand, ARepairLeavesTheFocusOnTheUndoButton) {
-    QTest::mouseClick(&photo(), Qt::LeftButton, {}, middle());
+TEST_F(PhotoInputTest, ARepairKeepsTheFocusOnTheUndoButton) {
+    QTest::mouseClick(&photo(), Qt::LeftButton, {}, centre());
     queues.runAll();
     auto* const undo = window.contents().boxUndo->findChild<QToolButton*>();
     undo->setFocus();
-    QTest::mouseClick(&window.rootView(), Qt::LeftButton, {}, middle());
+    QTest::mouseClick(&window.rootView(), Qt::LeftButton, {}, centre());
     queues.runAll();
     EXPECT_EQ(controller->currenState, 2);
     EXPECT_TRUE(undo->hasFocus());
 }
 
-TEST_F(Hand, WhatARepairDidIsTold) {
+TEST_F(PhotoInputTest, TheOutcomeOfARepairIsThePhotosDescription) {
     QTest::keyClick(&photo(), Qt::Key_Right);
     QTest::keyClick(&photo(), Qt::Key_Return);
     queues.runAll();
@@ -237,7 +237,7 @@ TEST_F(Hand, WhatARepairDidIsTold) {
 }
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
-TEST_F(Hand, WhatARepairDidIsSpokenAtOnce) {
+TEST_F(PhotoInputTest, TheOutcomeOfARepairIsAnnounced) {
     static QStringList spoken;
     spoken.clear();
     const auto before = QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
@@ -253,7 +253,7 @@ TEST_F(Hand, WhatARepairDidIsSpokenAtOnce) {
 }
 #endif
 
-TEST_F(Hand, PressingThePhotoByAssistiveTechnologyRepairsAtTheDisc) {
+TEST_F(PhotoInputTest, ThePressActionOfAssistiveTechnologyRepairsAtTheDisc) {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&photo());
     ASSERT_NE(interface, nullptr);
     EXPECT_EQ(interface->text(QAccessible::Name), QStringLiteral("Photo"));
@@ -262,7 +262,7 @@ TEST_F(Hand, PressingThePhotoByAssistiveTechnologyRepairsAtTheDisc) {
     EXPECT_EQ(controller->currenState, 1);
 }
 
-TEST_F(Hand, FIsTheSizeThatTheBlemishNeedsAndAssistiveTechnologyHasItToo) {
+TEST_F(PhotoInputTest, FFitsTheEditAreaToTheBlemishAlsoForAssistiveTechnology) {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(&photo());
     ASSERT_NE(interface, nullptr);
     EXPECT_TRUE(interface->actionInterface()->actionNames().contains(QStringLiteral("Fit")));
@@ -281,7 +281,7 @@ TEST_F(Hand, FIsTheSizeThatTheBlemishNeedsAndAssistiveTechnologyHasItToo) {
     EXPECT_EQ(bar().textFieldEditAreaSize->text(), fitted);
 }
 
-TEST_F(Hand, TheStepperIsANumberForAssistiveTechnology) {
+TEST_F(PhotoInputTest, TheStepperIsASpinBoxForAssistiveTechnology) {
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(bar().stepperEditAreaSize);
     ASSERT_NE(interface, nullptr);
     EXPECT_EQ(interface->role(), QAccessible::SpinBox);
