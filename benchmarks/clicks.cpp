@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a click costs: the repair alone, and until it is seen.
+// The time of a click: of the repair alone, and until it is painted.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
@@ -11,22 +11,22 @@ namespace complexion::bench {
 
 namespace {
 
-constexpr std::int64_t kThreshold = 1; // repairs the noise alone: much work
-constexpr int kRepairsInARow = 10;
+constexpr std::int64_t kThreshold = 1; // low enough to repair even noise: the most work
+constexpr int kRepairsPerRound = 10;
 constexpr QPointF kFittedSpacing(17, 40);
 constexpr QPointF kZoomedSpacing(110, 90);
 
-/// Seconds of one repair in the middle of the picture, where there is skin.
+/// The seconds of a repair at the centre of the picture, where there is skin.
 double repairSeconds(const Image& image, std::int64_t radius) {
     const PointSize size = image.size();
     return secondsOf([&] {
-               for (int i = 0; i < kRepairsInARow; ++i) {
+               for (int i = 0; i < kRepairsPerRound; ++i) {
                    const Point place{size.width / 2 + i, size.height / 2};
                    (void)ImageTools::RemovePimpleFromImage(image, place, radius, kAutodetectColor, {},
                                                            kThreshold);
                }
            }) /
-           kRepairsInARow;
+           kRepairsPerRound;
 }
 
 Row repairAgainstCopy(const std::string& name, std::int64_t radius, double limit) {

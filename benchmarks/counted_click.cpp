@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// One click on a picture of so many megapixels, for a profiler that counts the instructions of `countedClick`
-// alone.
+// Clicks once on a picture of a given size. A profiler counts the instructions of `countedClick`.
 #include "imaging/image_tools.h"
 
 #include <cstdio>
@@ -11,8 +10,8 @@ using namespace complexion;
 
 namespace {
 
-/// Skin with grain. A few bands stand in turn for all: a click reads those under its disc only, and what it
-/// does with the others does not depend on what is in them.
+/// Skin with noise. A few bands are repeated over the whole height: a click reads only the bands under its
+/// disc, and its work on the others does not depend on their contents.
 Image skin(PixelSize size) {
     constexpr int kDifferentBands = 4;
     ImageBuilder builder({size.width, kDifferentBands * Tile::kHeight});
@@ -36,11 +35,10 @@ Image skin(PixelSize size) {
 
 } // namespace
 
-/// The repair, and finding out what of the picture to paint anew.
+/// Repairs, and computes the region to repaint.
 extern "C" __attribute__((noinline)) bool countedClick(const Image& image) {
     constexpr std::int64_t kRadius = 20;
-    // In the middle of a tile: how many tiles a disc lies on is a matter of chance, not of the picture's
-    // size.
+    // At the centre of a tile: the number of tiles under the disc must not depend on the picture's size.
     const Point place{10 * Tile::kWidth + 128, image.size().height - (10 * Tile::kHeight + 32)};
     const auto repaired = ImageTools::RemovePimpleFromImage(image, place, kRadius, kAutodetectColor, {}, 1);
     return repaired && !image.difference(*repaired).isEmpty();

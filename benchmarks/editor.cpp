@@ -15,7 +15,7 @@ namespace complexion::bench {
 namespace {
 
 constexpr QSize kWindowSize(1920, 1200);
-/// So low that the noise alone is repaired: a repair of much work.
+/// Low enough that even noise is repaired, which is the most work.
 constexpr float kThreshold = 1;
 constexpr int kSkinColumns = 11;
 constexpr int kSkinRows = 8;
@@ -23,13 +23,13 @@ constexpr int kSkinRows = 8;
 PrivateFolder newFolder() {
     Result<PrivateFolder> folder = PrivateFolder::create();
     if (!folder)
-        fatal("no folder for state images can be made");
+        fatal("cannot create a folder for the state images");
     return *std::move(folder);
 }
 
 double required(std::optional<double> seconds) {
     if (!seconds)
-        fatal("what is measured until it is painted was not painted");
+        fatal("the measured change was not painted");
     return *seconds;
 }
 
@@ -47,11 +47,11 @@ double TimedPlatform::secondsSince1970() {
 }
 
 std::filesystem::path TimedPlatform::temporaryDirectory() {
-    stateIsNamed();
+    aboutToWriteState();
     return m_folder.path();
 }
 
-void WaitingQueues::runAll() {
+void DeferredQueues::runAll() {
     while (!m_work.empty()) {
         const std::function<void()> work = std::move(m_work.front());
         m_work.pop_front();
@@ -89,7 +89,7 @@ std::optional<double> Editor::untilPainted(const std::function<void()>& work) {
     m_shownBefore = m_controller->imageView->image();
     m_paintings = 0;
     double paintedAt = 0;
-    m_platform.stateIsNamed = [&] {
+    m_platform.aboutToWriteState = [&] {
         if (m_paintings > 0)
             paintedAt = now();
     };
@@ -99,7 +99,7 @@ std::optional<double> Editor::untilPainted(const std::function<void()>& work) {
     paintNow();
     if (paintedAt == 0)
         paintedAt = now();
-    m_platform.stateIsNamed = [] {};
+    m_platform.aboutToWriteState = [] {};
     return m_paintings > 0 ? std::optional(paintedAt - start) : std::nullopt;
 }
 
@@ -149,7 +149,7 @@ double Editor::drag(QPointF distance) {
     sendMouse(QEvent::MouseButtonPress, middle, Qt::LeftButton);
     const double seconds =
         paintedAfter([&] { sendMouse(QEvent::MouseMove, middle + distance, Qt::LeftButton); });
-    m_platform.goOn(1); // held for so long that it is no click
+    m_platform.advance(1); // too long a press for a click
     sendMouse(QEvent::MouseButtonRelease, middle + distance, Qt::NoButton);
     return seconds;
 }
@@ -162,7 +162,7 @@ double Editor::paintedAfter(const std::function<void()>& work) {
         paintNow();
     });
     if (m_paintings == 0)
-        fatal("what is measured until it is painted was not painted");
+        fatal("the measured change was not painted");
     return seconds;
 }
 

@@ -13,8 +13,8 @@
 
 namespace complexion::bench {
 
-/// A user who says yes to everything and chooses the file that is set.
-class WillingDialogs final : public Dialogs {
+/// Dialogs that confirm everything at once and choose the file `chosen`.
+class AutomaticDialogs final : public Dialogs {
 public:
     std::filesystem::path chosen;
 
@@ -28,11 +28,11 @@ class TimedPlatform final : public Platform {
 public:
     TimedPlatform();
 
-    /// Told when the editor is about to write a state: it asks for the folder then.
-    std::function<void()> stateIsNamed = [] {};
+    /// Called when the editor is about to write a state, i.e. when it asks for the folder.
+    std::function<void()> aboutToWriteState = [] {};
 
-    /// Lets the uptime go on by some seconds.
-    void goOn(double seconds) { m_ahead += seconds; }
+    /// Advances the monotonic clock.
+    void advance(double seconds) { m_ahead += seconds; }
 
     std::uint64_t monotonicNanoseconds() override;
     double secondsSince1970() override;
@@ -43,11 +43,11 @@ public:
 private:
     PrivateFolder m_folder;
     double m_ahead = 0;                 // seconds
-    double m_wallClock = 1'700'000'000; // goes on at each look, so that states' names differ
+    double m_wallClock = 1'700'000'000; // advances on each call, so that the states' names differ
 };
 
-/// Work runs on the calling thread when it is asked for.
-class WaitingQueues final : public Queues {
+/// Runs the submitted work on the calling thread, in runAll().
+class DeferredQueues final : public Queues {
 public:
     void runAll();
 
@@ -58,7 +58,7 @@ private:
     std::deque<std::function<void()>> m_work;
 };
 
-/// The whole editor in its real window of 1920 by 1200, which nobody sees.
+/// The whole editor in its real window of 1920 × 1200 points, off screen.
 class Editor : public QObject {
 public:
     Editor();
@@ -67,29 +67,29 @@ public:
     ViewController& controller() { return *m_controller; }
     TimedPlatform& platform() { return m_platform; }
 
-    /// Opens a photo through the panel; the seconds until it was painted for the first time.
+    /// Opens a photo through the panel. Returns the seconds until it was first painted.
     double open(const std::filesystem::path& photo);
-    /// Shows a picture as if it had been opened, without a file and a history.
+    /// Shows a picture as if it had been opened, but without a file or a history.
     void show(const Image& image);
     /// Saves through the panel.
     void save(const std::filesystem::path& target);
 
-    /// Clicks with the mouse at the next of many places on the skin, `spacing` points of the root view from
-    /// each other, where there is something to repair; the seconds from the release until it is painted. The
-    /// state is written, too.
+    /// Clicks at the next of a grid of points on the skin, `spacing` points of the root view apart; skips
+    /// those where there is nothing to repair. Returns the seconds from the release until the repair is
+    /// painted. Also writes the state.
     double clickOnSkin(QPointF spacing);
-    /// Steps back, also over a click that found nothing to repair, and paints what that changes.
+    /// Undoes the last click, even one that found nothing to repair, and repaints.
     void undo();
-    /// Drags by a distance; the seconds until that is painted.
+    /// Drags the photo. Returns the seconds until it is repainted.
     double drag(QPointF distance);
 
-    /// Does `work` and paints what it has changed; the seconds for both.
+    /// Runs `work` and repaints. Returns the seconds for both.
     double paintedAfter(const std::function<void()>& work);
 
-    /// Zooms about the middle until the ratio is nearest to `ratio`.
+    /// Zooms in about the centre until the zoom ratio is at least `ratio`.
     void zoomTo(double ratio);
 
-    /// Steers the repairs: the radius in pixels.
+    /// Sets the radius of the repairs, in pixels.
     void setRadius(int radius);
 
 protected:
@@ -97,18 +97,18 @@ protected:
 
 private:
     static void paintNow();
-    /// Runs `work` with all that follows; the seconds until the photo was painted, be it before or after the
-    /// state is written; nothing when it was not.
+    /// Runs `work` and all work that it submits. Returns the seconds until the photo was painted, whether
+    /// before or after the state was written; nothing if it was not painted.
     std::optional<double> untilPainted(const std::function<void()>& work);
     QPointF nextSkin(QPointF spacing);
     void sendMouse(QEvent::Type type, QPointF place, Qt::MouseButtons buttons);
 
     TimedPlatform m_platform;
-    WillingDialogs m_dialogs;
-    WaitingQueues m_queues;
+    AutomaticDialogs m_dialogs;
+    DeferredQueues m_queues;
     MainWindow m_window;
     std::shared_ptr<ViewController> m_controller;
-    std::optional<Image> m_shownBefore; // the painting of any other picture counts
+    std::optional<Image> m_shownBefore; // only paintings of a different picture count
     int m_paintings = 0;
     int m_skin = 0;
 };

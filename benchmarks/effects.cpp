@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What choosing an effect costs, until it is seen.
+// The time from choosing an effect until it is painted.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/table.h"
@@ -9,7 +9,7 @@ namespace complexion::bench {
 
 namespace {
 
-/// Chooses effects in turn, as the pop-up does.
+/// Chooses one effect after the other, as the pop-up button does.
 class Choosing {
 public:
     explicit Choosing(const Image& image) { m_editor.show(image); }
@@ -22,8 +22,8 @@ public:
         });
     }
 
-    /// Takes away what was computed for painting, as if the photo had never been shown.
-    void forget() { m_editor.controller().originalImage().forgetComputedUnlessShared(Image()); }
+    /// Clears everything that was cached for painting, as if the photo had never been shown.
+    void clearCaches() { m_editor.controller().originalImage().forgetComputedUnlessShared(Image()); }
 
 private:
     Editor m_editor;
@@ -47,7 +47,7 @@ void addEffectRows() {
                     return [choosing = std::make_shared<Choosing>(portraitImage(megapixels)),
                             file = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
                         const double reference = decodeJpegSeconds(file);
-                        choosing->forget();
+                        choosing->clearCaches();
                         samples.add(choosing->next(), reference);
                     };
                 }});

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// An empty window of the toolkit. As the real program does, it opens the file that it is given once it is
-// shown.
+// An empty Qt window. Like Complexion, it opens the file of its argument as soon as it is shown.
 #include <QApplication>
 #include <QFile>
 #include <QMainWindow>

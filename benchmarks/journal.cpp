@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What it costs that no click is lost: recording a step, and replaying all of them.
+// The cost of the journal: recording a step, and replaying all of them.
 #include "editor/journal.h"
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
@@ -19,18 +19,18 @@ namespace {
 
 constexpr QPointF kSpacing(17, 40);
 constexpr int kSteps = 100;
-constexpr int kStepsARow = 10;
+constexpr int kStepsPerRow = 10;
 constexpr double kApart = 90; // pixels
 constexpr std::int64_t kRadius = 20;
 constexpr std::int64_t kThreshold = 10;  // where its slider starts
 constexpr std::int64_t kSpotRadius = 12; // pixels
 constexpr double kSpotDepth = 40;        // levels, in the middle
 
-/// A natural repair of a blemish, one of a hundred about the middle of a photo of that size.
+/// A natural repair of a blemish, one of a hundred around the centre of a photo of that size.
 RepairStep step(int index, PointSize size) {
     RepairStep step;
-    step.place = {size.width / 2 + kApart * (index % kStepsARow),
-                  size.height / 2 - kApart * (index / kStepsARow)};
+    step.place = {size.width / 2 + kApart * (index % kStepsPerRow),
+                  size.height / 2 - kApart * (index / kStepsPerRow)};
     step.repair = {.radius = kRadius,
                    .colorType = 1,
                    .customColor = {},
@@ -82,8 +82,8 @@ Image withBlemishes(const Image& photo, const std::vector<EditStep>& steps) {
     return std::move(*buffer).close();
 }
 
-/// Recording one step, with the threads that flush and hash at work, against a click until it is seen: the
-/// first step of a photo or a later one, whichever takes longer.
+/// The time to record one step, while other threads flush and hash, relative to a click until it is painted.
+/// The first step of a photo and the later ones are variants.
 Row appendAgainstClick() {
     return {.name = rowName("journal", 24), .goal = atMost(0.05), .prepare = []() -> Round {
                 auto editor = std::make_shared<Editor>();
@@ -104,8 +104,8 @@ Row appendAgainstClick() {
             }};
 }
 
-/// What continuing a hundred natural repairs of blemishes adds to opening the photo, until the window answers
-/// again: the states' files are written after that, between events.
+/// The time to replay a hundred natural repairs of blemishes after opening the photo, until the window
+/// responds again. The states' files are written later, between events.
 Row replayAgainstDecode() {
     return {.name = rowName("replay_100", 24), .goal = atMost(0.5), .prepare = []() -> Round {
                 const std::filesystem::path photo = portraitFile(24, Kind::Jpeg);

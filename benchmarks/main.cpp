@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The speed table: ./bench says how it is called.
+// Measures the speed table. ./bench documents the arguments.
 #include "app/look.h"
 #include "benchmarks/memory.h"
 #include "benchmarks/portraits.h"
@@ -14,7 +14,7 @@
 using namespace complexion;
 
 int main(int argc, char** argv) {
-    // Wherever it is started, the windows are seen by nobody, and never larger than they say.
+    // Off screen and unscaled, whatever desktop it is started on.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", "1");
     QApplication application(argc, argv);

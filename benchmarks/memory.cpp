@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How much memory an open photo and its history take.
+// The memory use of an open photo and of its history.
 #include "benchmarks/memory.h"
 
 #include "benchmarks/editor.h"
@@ -35,7 +35,7 @@ struct Memory {
     double clicked = 0;
 };
 
-/// Measured in a program of its own: what this one has used before is no measure.
+/// Measures in a child process, because this process already holds memory of previous rows.
 Memory measured() {
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
     const std::string command =
@@ -44,7 +44,7 @@ Memory measured() {
     Memory memory;
     if (pipe == nullptr ||
         std::fscanf(pipe, "%lf %lf %lf", &memory.empty, &memory.opened, &memory.clicked) != 3)
-        fatal("the program that measures memory says nothing");
+        fatal("the memory measurement failed");
     ::pclose(pipe);
     return memory;
 }

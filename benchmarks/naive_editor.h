@@ -7,17 +7,16 @@
 
 namespace complexion::bench {
 
-/// The same editor as one would write it first, on the toolkit's image class: each click makes a grey map of
-/// the whole picture and a copy of it, and writes the whole as a file; each undo reads one.
-///
-/// What the table compares with must stay what it is: this code is not to be changed.
+/// The same editor in its most straightforward form, on QImage: each click makes a luminance map and a copy
+/// of the whole picture and writes the whole picture to a file; each undo reads one. This is a reference of
+/// the table. Its code must not change, or the results are no longer comparable.
 class NaiveEditor {
 public:
-    /// Opens a photo; states go to `folder`.
+    /// Opens a photo. States are written to `folder`.
     NaiveEditor(const QString& photo, const QString& folder);
     ~NaiveEditor();
 
-    /// Paints what is darker or lighter than the disc's mean in the mean of the rest.
+    /// Replaces the pixels that are darker or lighter than the disc's mean by the mean of the others.
     void click(QPoint place, int radius, int threshold);
     void undo();
 

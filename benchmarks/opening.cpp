@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What opening a photo costs: until it is seen, and until work on it can begin.
+// The time to open a photo: until it is painted, and until it can be edited.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
@@ -10,13 +10,13 @@ namespace complexion::bench {
 
 namespace {
 
-/// Seconds until a photo that is opened in a fresh editor is painted, and until its first state is written.
+/// The seconds until a photo, opened in a new editor, is painted, and until its first state is written.
 struct Opening {
     double first = 0;
     double ready = 0;
 };
 
-Opening openAnew(const std::filesystem::path& photo) {
+Opening openInNewEditor(const std::filesystem::path& photo) {
     Editor editor;
     Opening opening;
     opening.ready = secondsOf([&] { opening.first = editor.open(photo); });
@@ -30,21 +30,21 @@ Row openFirst(int megapixels) {
             .prepare = [=]() -> Round {
                 return [photo = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
                     const double reference = decodeJpegSeconds(photo);
-                    samples.add(openAnew(photo).first, reference);
+                    samples.add(openInNewEditor(photo).first, reference);
                 };
             }};
 }
 
-/// The reference is the sum that the goal names, in the two-core machine's parts.
+/// The reference is the sum that the goal names, as divided between two cores.
 Row openReady(int megapixels) {
     return {
         .name = rowName("open_ready", megapixels), .goal = atMost(1), .rounds = 5, .prepare = [=]() -> Round {
             const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
-            return [picture, bytes = encodePlainly(*picture),
+            return [picture, bytes = encodeWithLibjpeg(*picture),
                     photo = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
                 const double reference = 1.15 * decodeJpegSeconds(photo) + 0.6 * encodeJpegSeconds(*picture) +
                                          1.2 * writeSeconds(bytes, Flush::No);
-                samples.add(openAnew(photo).ready, reference);
+                samples.add(openInNewEditor(photo).ready, reference);
             };
         }};
 }
@@ -53,19 +53,19 @@ Row openPng() {
     return {.name = rowName("open_png", 24), .goal = atMost(1.1), .rounds = 5, .prepare = []() -> Round {
                 return [photo = portraitFile(24, Kind::Png)](Samples& samples) {
                     const double reference = decodePngSeconds(photo);
-                    samples.add(openAnew(photo).first, reference);
+                    samples.add(openInNewEditor(photo).first, reference);
                 };
             }};
 }
 
-/// How many times faster than the library at its own level of compression.
+/// The speed relative to libpng at its default compression level.
 Row firstPngState() {
     return {
         .name = rowName("state_png_first", 24), .goal = atLeast(20), .rounds = 3, .prepare = []() -> Round {
             const auto picture = std::make_shared<PlainPicture>(portrait(24));
             return [picture, photo = portraitFile(24, Kind::Png)](Samples& samples) {
-                const double plain = secondsOf([&] { (void)encodePngPlainly(*picture, -1); });
-                const Opening opening = openAnew(photo);
+                const double plain = secondsOf([&] { (void)encodeWithLibpng(*picture, -1); });
+                const Opening opening = openInNewEditor(photo);
                 samples.add(plain, opening.ready - opening.first);
             };
         }};

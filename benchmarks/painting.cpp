@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What one frame costs while the user pans and zooms, in every colour space, with an effect and without.
+// The time of a frame while panning and zooming, in every kind of colour space, with and without an effect.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/table.h"
@@ -13,9 +13,9 @@ namespace complexion::bench {
 namespace {
 
 constexpr std::array kZooms = {1.2, 2.0, 4.0, 7.0, 10.0};
-constexpr int kZoomSteps = 24; // from the fitted size to ten times it
+constexpr int kZoomSteps = 24; // from the fitted size to ten times that
 
-/// Primaries of SMPTE EG 432-1, white of D65, sRGB's curve.
+/// Display P3: the primaries of SMPTE EG 432-1, white point D65, sRGB's transfer curve.
 ColorProfile displayP3() {
     const cmsCIExyY white = {0.3127, 0.3290, 1};
     const cmsCIExyYTRIPLE primaries = {{0.680, 0.320, 1}, {0.265, 0.690, 1}, {0.150, 0.060, 1}};
@@ -50,7 +50,7 @@ Row pan(const std::string& name, const std::function<ColorProfile()>& profile, b
             }};
 }
 
-/// All steps in to the largest size.
+/// All steps of zooming in.
 Row zoom(const std::string& name, const std::function<ColorProfile()>& profile, bool withEffect,
          double limit) {
     return {.name = rowName(name, 100), .goal = atMost(limit), .rounds = 5, .prepare = [=]() -> Round {

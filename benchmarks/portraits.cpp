@@ -15,16 +15,17 @@ namespace complexion::bench {
 
 namespace {
 
-std::filesystem::path& folderPlace() {
+std::filesystem::path& mutableFolder() {
     static std::filesystem::path place;
     return place;
 }
 
-/// A stream of numbers that is the same at every run (a 64-bit linear congruence; its high bits).
+/// A reproducible random number generator: a 64-bit linear congruential generator, of which the high bits are
+/// used.
 class Numbers {
 public:
     explicit Numbers(std::uint64_t seed) : m_state(seed * 0x9E3779B97F4A7C15U + 1) {}
-    /// Roughly normal, mean 0, deviation 1: the sum of four uniform bytes.
+    /// Approximately normal with mean 0 and standard deviation 1: the sum of four uniform bytes.
     float normal() {
         m_state = m_state * 6364136223846793005U + 1442695040888963407U;
         const auto bits = static_cast<std::uint32_t>(m_state >> 32);
@@ -37,7 +38,7 @@ private:
     std::uint64_t m_state;
 };
 
-/// The sample portrait between its pixels, in [0, 1] from corner to corner.
+/// The sample portrait, bilinearly interpolated. Coordinates run over [0, 1] from corner to corner.
 class Painting {
 public:
     std::array<float, 3> at(float x, float y) const {
@@ -66,12 +67,13 @@ private:
     const QImage& m_image = painted();
 };
 
-/// Noise grows with the root of the light; this much at white, in levels.
+/// The noise's standard deviation at white, in levels. It is proportional to the square root of the light.
 constexpr float kNoiseAtWhite = 3.0F;
 
 void paintRow(const Painting& painting, PixelSize size, int y, RGBA32* row) {
     Numbers numbers(static_cast<std::uint64_t>(y) + 1);
-    // A sensor sees one colour a pixel and shares it with the neighbours: noise is smoother than the pixels.
+    // A sensor measures one colour per pixel and interpolates the others from the neighbours, which smooths
+    // the noise.
     std::array<float, 3> before = {};
     for (int x = 0; x < size.width; ++x) {
         std::array<float, 3> color =
@@ -87,8 +89,7 @@ void paintRow(const Painting& painting, PixelSize size, int y, RGBA32* row) {
     }
 }
 
-/// The bytes of an EXIF segment: the orientation, and a thumbnail in a directory of its own. TIFF 6.0,
-/// EXIF 2.32.
+/// An EXIF segment with the orientation in IFD 0 and a thumbnail in IFD 1 (TIFF 6.0, EXIF 2.32).
 Bytes exifSegment(int orientation, const Bytes& thumbnail) {
     Bytes block = {'E', 'x', 'i', 'f', 0, 0};
     const auto put = [&block](std::uint32_t value, int bytes) {
@@ -104,10 +105,10 @@ Bytes exifSegment(int orientation, const Bytes& thumbnail) {
     constexpr std::uint32_t kShort = 3;
     constexpr std::uint32_t kLong = 4;
     block.insert(block.end(), {'I', 'I', 42, 0});
-    put(8, 4); // where the first directory stands
+    put(8, 4); // the offset of IFD 0
     put(1, 2);
     entry(0x0112, kShort, static_cast<std::uint32_t>(orientation));
-    put(26, 4); // the second, behind it
+    put(26, 4); // the offset of IFD 1
     put(3, 2);
     entry(0x0103, kShort, 6); // JPEG
     entry(0x0201, kLong, 68);
@@ -124,8 +125,8 @@ Bytes exifSegment(int orientation, const Bytes& thumbnail) {
 
 Bytes jpegOf(const PlainPicture& picture, int orientation) {
     PlainPicture small{{160, 120}, std::vector<RGBA32>(160UL * 120)};
-    const Bytes segment = exifSegment(orientation, encodePlainly(small));
-    Bytes file = encodePlainly(picture);
+    const Bytes segment = exifSegment(orientation, encodeWithLibjpeg(small));
+    Bytes file = encodeWithLibjpeg(picture);
     file.insert(file.begin() + 2, segment.begin(), segment.end());
     return file;
 }
@@ -147,7 +148,7 @@ Bytes fileOf(int megapixels, Kind kind) {
     case Kind::JpegTurned:
         return jpegOf(onItsSide(picture), 6);
     case Kind::Png:
-        return encodePngPlainly(picture, 1);
+        return encodeWithLibpng(picture, 1);
     }
     return {};
 }
@@ -188,7 +189,7 @@ PlainPicture portrait(int megapixels) {
 }
 
 Image portraitImage(int megapixels) {
-    // The last one is kept: many rows in turn want the same.
+    // The last one is cached: many successive rows use the same.
     static Image kept;
     const PixelSize size = portraitSize(megapixels);
     if (kept.pixelSize() != size) {
@@ -221,11 +222,11 @@ std::filesystem::path portraitFile(int megapixels, Kind kind) {
 
 void setFolder(const std::filesystem::path& folder) {
     std::filesystem::create_directories(folder);
-    folderPlace() = folder;
+    mutableFolder() = folder;
 }
 
 const std::filesystem::path& folder() {
-    return folderPlace();
+    return mutableFolder();
 }
 
 } // namespace complexion::bench

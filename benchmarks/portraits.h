@@ -12,31 +12,31 @@ namespace complexion::bench {
 
 inline constexpr int kMegapixels[] = {12, 24, 50, 100};
 
-/// A picture's pixels as an ordinary program holds them.
+/// A picture as a plain array of pixels, row by row.
 struct PlainPicture {
     PixelSize size;
     std::vector<RGBA32> pixels;
 };
 
-/// The size of the portrait of so many megapixels: upright, as a camera's sensor has it.
+/// The size of the portrait of `megapixels`: upright, with the aspect ratio of a camera's sensor.
 PixelSize portraitSize(int megapixels);
 
-/// The sample portrait at that size, with a camera's noise.
+/// The sample portrait at that size, with simulated sensor noise.
 PlainPicture portrait(int megapixels);
 
-/// The portrait in the editor's own form.
+/// The portrait as an Image.
 Image portraitImage(int megapixels);
 
 enum class Kind {
-    Jpeg, ///< quality 100, 4:4:4, as the library writes it, with a camera's EXIF block and its thumbnail
-    JpegTurned, ///< the same, stored on its side (orientation 6)
-    Png,        ///< as libpng writes it at its fastest level
+    Jpeg,       ///< quality 100, 4:4:4, written by libjpeg, with an EXIF block and thumbnail as from a camera
+    JpegTurned, ///< the same, stored rotated (orientation 6)
+    Png,        ///< written by libpng at its fastest level
 };
 
-/// The portrait as a file, made once and kept in the build folder.
+/// The portrait as a file, created on first use and kept in folder().
 std::filesystem::path portraitFile(int megapixels, Kind kind);
 
-/// Has portraits and results kept in `folder`.
+/// Sets the folder in which portraits and results are kept.
 void setFolder(const std::filesystem::path& folder);
 const std::filesystem::path& folder();
 

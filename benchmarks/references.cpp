@@ -33,12 +33,12 @@ void require(bool condition, const char* what) {
     std::exit(1);
 }
 
-/// Rows that have not been written to yet, as a program has them that decodes into a new picture.
+/// Uninitialised pixels, as when a program decodes into a newly allocated picture.
 std::unique_ptr<RGBA32[]> newPixels(PixelSize size) {
     return std::make_unique_for_overwrite<RGBA32[]>(static_cast<std::size_t>(size.area()));
 }
 
-void decodeJpegPlainly(const std::filesystem::path& path) {
+void decodeWithLibjpeg(const std::filesystem::path& path) {
     const File file(std::fopen(path.c_str(), "rb"));
     require(file != nullptr, path.c_str());
     jpeg_decompress_struct info{};
@@ -60,7 +60,7 @@ void decodeJpegPlainly(const std::filesystem::path& path) {
     jpeg_destroy_decompress(&info);
 }
 
-void decodePngPlainly(const std::filesystem::path& path) {
+void decodeWithLibpng(const std::filesystem::path& path) {
     const File file(std::fopen(path.c_str(), "rb"));
     require(file != nullptr, path.c_str());
     png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
@@ -126,14 +126,14 @@ double FrameReference::operator()() {
 }
 
 double decodeJpegSeconds(const std::filesystem::path& file) {
-    return secondsOf([&] { decodeJpegPlainly(file); });
+    return secondsOf([&] { decodeWithLibjpeg(file); });
 }
 
 double decodePngSeconds(const std::filesystem::path& file) {
-    return secondsOf([&] { decodePngPlainly(file); });
+    return secondsOf([&] { decodeWithLibpng(file); });
 }
 
-Bytes encodePlainly(const PlainPicture& picture) {
+Bytes encodeWithLibjpeg(const PlainPicture& picture) {
     Bytes file;
     encodeJpeg(picture,
                [&](const unsigned char* data, unsigned long length) { file.assign(data, data + length); });
@@ -144,7 +144,7 @@ double encodeJpegSeconds(const PlainPicture& picture) {
     return secondsOf([&] { encodeJpeg(picture, [](const unsigned char*, unsigned long) {}); });
 }
 
-Bytes encodePngPlainly(const PlainPicture& picture, int level) {
+Bytes encodeWithLibpng(const PlainPicture& picture, int level) {
     Bytes file;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png_create_info_struct(png);

@@ -6,10 +6,10 @@
 
 namespace complexion::bench {
 
-// What the table's values are quotients of: plain work of plain libraries, on the portraits. Each gives the
-// seconds that it took.
+// The denominators of the table's values: the same work done plainly with the system's libraries, on the
+// portraits. Each returns the seconds that it took.
 
-/// Copying the picture's pixels in memory.
+/// Copies the picture's pixels in memory.
 class CopyReference {
 public:
     explicit CopyReference(int megapixels);
@@ -20,7 +20,7 @@ private:
     std::vector<RGBA32> m_to;
 };
 
-/// Copying one frame of 1920 by 1200 pixels of 32 bits in memory.
+/// Copies a frame of 1920 × 1200 pixels of 32 bits in memory.
 class FrameReference {
 public:
     FrameReference();
@@ -31,21 +31,21 @@ private:
     std::vector<std::uint32_t> m_to;
 };
 
-/// One plain decode of a JPEG file to rows of pixels.
+/// Decodes a JPEG file with libjpeg.
 double decodeJpegSeconds(const std::filesystem::path& file);
-/// One plain decode of a PNG file to rows of pixels.
+/// Decodes a PNG file with libpng.
 double decodePngSeconds(const std::filesystem::path& file);
 
-/// The picture as the JPEG library writes it: quality 100, 4:4:4.
-Bytes encodePlainly(const PlainPicture& picture);
+/// Encodes a picture with libjpeg: quality 100, 4:4:4.
+Bytes encodeWithLibjpeg(const PlainPicture& picture);
 double encodeJpegSeconds(const PlainPicture& picture);
 
-/// The picture as the PNG library writes it at a level of its compression (-1: its own choice).
-Bytes encodePngPlainly(const PlainPicture& picture, int level);
+/// Encodes a picture with libpng at a compression level (-1: the default).
+Bytes encodeWithLibpng(const PlainPicture& picture, int level);
 
 enum class Flush { No, Yes };
 
-/// Writing `bytes` to a new file that is then renamed.
+/// Writes `bytes` to a new file and renames it.
 double writeSeconds(const Bytes& bytes, Flush flush);
 
 Bytes bytesOf(const std::filesystem::path& file);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What saving costs, with metadata and flush, when no band of the picture is coded yet.
+// The time to save, with metadata and fsync, if no band of the picture is coded yet.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
@@ -12,7 +12,7 @@ namespace complexion::bench {
 
 namespace {
 
-/// An editor that saves a picture whose bands are as if never coded.
+/// An editor that saves a picture without cached coded bands.
 class Saving {
 public:
     Saving(int megapixels, Kind kind) { m_editor.open(portraitFile(megapixels, kind)); }
@@ -38,9 +38,9 @@ private:
 Row saveAgainstLibrary(const std::string& name, int megapixels, Kind kind) {
     return {.name = rowName(name, megapixels), .goal = atMost(1), .rounds = 5, .prepare = [=]() -> Round {
                 const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
-                return [picture, bytes = encodePlainly(*picture),
+                return [picture, bytes = encodeWithLibjpeg(*picture),
                         saving = std::make_shared<Saving>(megapixels, kind)](Samples& samples) {
-                    ::sync(); // what other rows have left to be written is not this one's
+                    ::sync(); // writes the pending data of other rows first
                     const double reference =
                         0.65 * encodeJpegSeconds(*picture) + 2.2 * writeSeconds(bytes, Flush::Yes);
                     samples.add(saving->save(), reference);

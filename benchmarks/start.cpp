@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// How long the program takes to its window, against a window with nothing in it.
+// The time from the program's start until its window is shown, relative to an empty window.
 #include "benchmarks/portraits.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
@@ -20,21 +20,21 @@ namespace complexion::bench {
 
 namespace {
 
-/// Seconds from the start of `program` until it has shown its window: both programs then open the file that
-/// they are given, which is watched.
+/// The seconds from the start of `program` until it has shown its window. Both programs open the file of
+/// their argument at that moment, and the file is watched.
 double startSeconds(const char* program) {
     const std::filesystem::path file = folder() / "no photo";
     std::ofstream(file).put('\n');
     const int watch = ::inotify_init1(IN_CLOEXEC);
     if (watch < 0 || ::inotify_add_watch(watch, file.c_str(), IN_OPEN) < 0)
-        fatal("the start cannot be watched");
+        fatal("cannot watch for the program's window");
     std::string path = program;
     std::string argument = file.string();
     const std::array<char*, 3> arguments = {path.data(), argument.data(), nullptr};
     pid_t child = 0;
     const double start = now();
     if (::posix_spawn(&child, program, nullptr, nullptr, arguments.data(), environ) != 0)
-        fatal("the program cannot be started");
+        fatal("cannot start the program");
     alignas(inotify_event) std::array<std::byte, 4096> event;
     const bool isOpened = ::read(watch, event.data(), event.size()) > 0;
     const double seconds = now() - start;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the history costs: writing a state after a click, stepping back and forth.
+// The cost of the history: writing a state after a click, undo and redo.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
@@ -15,12 +15,12 @@ constexpr QPointF kSpacing(17, 40);
 constexpr std::int64_t kRadius = 20;
 constexpr int kNoises = 12;
 
-/// An editor in which a photo is open; each `push` is one state after one click.
+/// An editor with an open photo. Each `push` writes one state after one click.
 class Retouching {
 public:
     explicit Retouching(const std::filesystem::path& photo) { m_editor.open(photo); }
 
-    /// Seconds of PushStateImage after a click.
+    /// The seconds of PushStateImage after a click.
     double push() {
         ViewController& controller = m_editor.controller();
         const Image image = controller.originalImage();
@@ -59,7 +59,7 @@ Row stateAgainstEncode(int megapixels) {
             .prepare = [=]() -> Round {
                 auto retouching = std::make_shared<Retouching>(portraitFile(megapixels, Kind::Jpeg));
                 const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
-                const Bytes bytes = encodePlainly(*picture);
+                const Bytes bytes = encodeWithLibjpeg(*picture);
                 return [=](Samples& samples) {
                     const double plain = encodeJpegSeconds(*picture) + writeSeconds(bytes, Flush::No);
                     samples.add(plain, retouching->push());
@@ -78,7 +78,7 @@ std::shared_ptr<Editor> editorWithHistory(int megapixels) {
 
 using Step = void (ViewController::*)(QObject*);
 
-/// Seconds of `step` until it is painted; `back` makes up for it.
+/// Measures `step` until it is painted; `back` reverses it.
 double stepSeconds(Editor& editor, Step step, Step back) {
     ViewController& controller = editor.controller();
     const double seconds = editor.paintedAfter([&] { (controller.*step)(nullptr); });

@@ -5,13 +5,13 @@
 
 namespace complexion::bench {
 
-/// Seconds of a clock that never goes back.
+/// Seconds of a monotonic clock.
 double now();
 
-/// Seconds of processor time that this program has used, on all cores together.
+/// The processor time of this process in seconds, summed over all cores.
 double processorTime();
 
-/// How many seconds `work` takes.
+/// The seconds that `work` takes.
 double secondsOf(const std::function<void()>& work);
 
 } // namespace complexion::bench

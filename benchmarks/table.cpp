@@ -23,7 +23,7 @@ double median(Values values) {
 }
 
 bool isWorse(double value, double than, const Goal& goal) {
-    return goal.isLeast ? value < than : value > than;
+    return goal.isMinimum ? value < than : value > than;
 }
 
 void run(const Row& row, benchmark::State& state) {
@@ -43,7 +43,7 @@ void run(const Row& row, benchmark::State& state) {
     const Samples::Medians medians = samples.worst(row.goal);
     state.counters["value"] = medians.value;
     state.counters["goal"] = row.goal.limit;
-    state.counters["goal_is_least"] = row.goal.isLeast ? 1 : 0;
+    state.counters["goal_is_minimum"] = row.goal.isMinimum ? 1 : 0;
     state.counters["subject_ms"] = medians.subject * kMillisecondsPerSecond;
     state.counters["reference_ms"] = medians.reference * kMillisecondsPerSecond;
     const std::map<int, Samples::Medians> variants = samples.all();
@@ -70,11 +70,11 @@ public:
                 continue;
             }
             const auto counter = [&run](const char* name) { return run.counters.at(name).value; };
-            const bool isLeast = counter("goal_is_least") != 0;
-            const bool isMet = !isWorse(counter("value"), counter("goal"), {0, isLeast});
+            const bool isMinimum = counter("goal_is_minimum") != 0;
+            const bool isMet = !isWorse(counter("value"), counter("goal"), {0, isMinimum});
             m_allMet = m_allMet && isMet;
             std::printf("%-26s %10.4g %2s %7.4g %s\n", run.run_name.function_name.c_str(), counter("value"),
-                        isLeast ? ">=" : "<=", counter("goal"), isMet ? "ok" : "SHORT");
+                        isMinimum ? ">=" : "<=", counter("goal"), isMet ? "ok" : "SHORT");
             std::fflush(stdout);
         }
     }
@@ -89,7 +89,7 @@ bool isNumber(const std::string& word) {
     return !word.empty() && std::ranges::all_of(word, [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-/// The words as the library's regular expression over rows' names.
+/// The regular expression with which the library selects rows by name.
 std::string filterOf(const std::vector<std::string>& words) {
     std::string names;
     std::string sizes;
@@ -151,7 +151,7 @@ int runTable(const std::vector<std::string>& words, const std::string& jsonPath)
     TablePrinter printer;
     const std::size_t rows = benchmark::RunSpecifiedBenchmarks(&printer);
     if (rows == 0) {
-        std::fputs("No row of the table has such a name.\n", stderr);
+        std::fputs("No row matches.\n", stderr);
         return 2;
     }
     return printer.allMet() ? 0 : 1;

@@ -8,10 +8,10 @@
 
 namespace complexion::bench {
 
-/// What a row's value has to be.
+/// The bound that a row's value must meet.
 struct Goal {
     double limit = 0;
-    bool isLeast = false;
+    bool isMinimum = false;
 };
 
 constexpr Goal atMost(double limit) {
@@ -22,22 +22,22 @@ constexpr Goal atLeast(double limit) {
     return {limit, true};
 }
 
-/// What the rounds of one row have measured: quotients of something and its reference, which were measured
-/// one right after the other, so that a busy machine changes both.
+/// The measurements of one row: ratios of a subject to its reference. Both are measured in direct succession,
+/// so that load on the machine affects both.
 class Samples {
 public:
-    /// Adds one pair, in seconds or in bytes. A row may measure the same thing in several `variants`; the one
-    /// that meets the goal worst counts.
+    /// Adds a pair of measurements, in seconds or bytes. A row may measure several variants; the one that is
+    /// worst with respect to the goal counts.
     void add(double subject, double reference, int variant = 0);
 
-    /// Of the variant that meets the goal worst.
+    /// The medians of one variant.
     struct Medians {
         double value = 0;
         double subject = 0;
         double reference = 0;
     };
     Medians worst(const Goal& goal) const;
-    /// Of each variant.
+    /// The medians of each variant.
     std::map<int, Medians> all() const;
 
 private:
@@ -48,26 +48,26 @@ private:
     std::map<int, std::vector<Pair>> m_variants;
 };
 
-/// Measures once and adds what it finds.
+/// Measures once and adds the results.
 using Round = std::function<void(Samples&)>;
 
 struct Row {
     std::string name; ///< "subject/megapixels", or the subject alone
     Goal goal;
     int rounds = 9;
-    /// Makes what the rounds work on; called when the row's turn comes.
+    /// Creates the fixture of the rounds; called immediately before them.
     std::function<Round()> prepare;
 };
 
-/// Hands a row to the benchmark library. The first round warms up and is not counted.
+/// Registers a row with the benchmark library. The first round is a warm-up and is not counted.
 void addRow(const Row& row);
 
 /// "subject/megapixels".
 std::string rowName(const std::string& subject, int megapixels);
 
-/// Runs the rows that are named: words that are numbers choose sizes, others the beginnings of names; without
-/// a word, all rows. Prints the table, writes the library's JSON file to `jsonPath`; the program's exit
-/// status.
+/// Runs the selected rows: numbers among `words` select megapixels, other words prefixes of names; without
+/// words, all rows run. Prints the table and writes the library's JSON file to `jsonPath`. Returns the
+/// program's exit status.
 int runTable(const std::vector<std::string>& words, const std::string& jsonPath);
 
 // The rows, by subject.

@@ -9,11 +9,11 @@
 
 namespace complexion {
 
-/// A line of a table: its values by the names of their columns.
+/// A line of a CSV file: its values by column name.
 using CsvRow = std::map<std::string, std::string>;
 
-/// The lines of a table whose first line names the columns; its values hold neither commas nor quotes.
-/// Nothing when the file cannot be read or has a line with too few values.
+/// Reads a CSV file whose first line names the columns and whose values contain neither commas nor quotes.
+/// Returns nothing if the file cannot be read or a line has too few values.
 std::optional<std::vector<CsvRow>> readCsv(const std::filesystem::path& path);
 
 } // namespace complexion

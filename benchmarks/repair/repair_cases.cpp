@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: repair_cases CASES OUT
-//
-// Repairs every case of a folder with each style, one click each at the usual threshold. CASES/cases.csv has
-// the columns name, x, y (the click, from the top left) and R (the radius), all in pixels; CASES/in/NAME.png
-// is read, OUT/flat/NAME.png and OUT/natural/NAME.png are written.
+// Usage: repair_cases CASES OUT Repairs every case of a folder in each style, with one click at the default
+// threshold. CASES/cases.csv has the columns name, x, y (the click, from the top left) and R (the radius), in
+// pixels. Reads CASES/in/NAME.png; writes OUT/flat/NAME.png and OUT/natural/NAME.png.
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
 
@@ -13,7 +11,7 @@
 namespace complexion {
 namespace {
 
-constexpr std::int64_t kUsualThreshold = 10;
+constexpr std::int64_t kDefaultThreshold = 10;
 
 bool repairCase(const CsvRow& row, const std::filesystem::path& cases, const std::filesystem::path& out) {
     const std::string file = row.at("name") + ".png";
@@ -23,8 +21,8 @@ bool repairCase(const CsvRow& row, const std::filesystem::path& cases, const std
     const Point point{std::stod(row.at("x")) + 0.5, image->size().height - std::stod(row.at("y")) - 0.5};
     const std::int64_t radius = std::stoll(row.at("R"));
     const auto flat =
-        ImageTools::RemovePimpleFromImage(*image, point, radius, kAutodetectColor, {}, kUsualThreshold);
-    const auto natural = ImageTools::HealPimpleInImage(*image, point, radius, kUsualThreshold);
+        ImageTools::RemovePimpleFromImage(*image, point, radius, kAutodetectColor, {}, kDefaultThreshold);
+    const auto natural = ImageTools::HealPimpleInImage(*image, point, radius, kDefaultThreshold);
     return flat && natural && ImageTools::SaveImage(*flat, out / "flat" / file, "png") &&
            ImageTools::SaveImage(*natural, out / "natural" / file, "png");
 }

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: repair_sheet SPOTS PHOTOS OUT
-//
-// A contact sheet of real blemishes: before, repaired in a flat colour, repaired naturally, each at 200 %.
-// SPOTS is a table with the columns file, x, y, radius in pixels from the top left; its files lie in the
-// folder PHOTOS.
+// Usage: repair_sheet SPOTS PHOTOS OUT Makes a contact sheet of real blemishes: before, flat repair, natural
+// repair, each at 200 %. SPOTS is a CSV file with the columns file, x, y, radius, in pixels from the top
+// left; the files are in the folder PHOTOS.
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
 
@@ -15,9 +13,9 @@
 namespace complexion {
 namespace {
 
-constexpr std::int64_t kUsualThreshold = 10;
-constexpr int kView = 64;       // pixels of the photo, across
-constexpr int kLargeView = 128; // where the disc has no room in that
+constexpr std::int64_t kDefaultThreshold = 10;
+constexpr int kView = 64;       // width in pixels of the photo
+constexpr int kLargeView = 128; // if the disc does not fit into that
 constexpr int kScale = 2;
 constexpr int kCell = kView * kScale;
 constexpr int kGap = 4;
@@ -34,8 +32,7 @@ public:
                  (count + kColumns - 1) / kColumns * (kCell + kPairGap)},
           m_pixels(static_cast<std::size_t>(m_size.area()), kBackground) {}
 
-    /// Puts the surroundings of a place of `image` into a view, every pixel twice as wide and high; a large
-    /// disc's surroundings at half of that.
+    /// Draws the surroundings of a place of `image` into a view, at 200 %; a large disc's at 100 %.
     void show(const Image& image, PixelPosition place, bool large, int index, int view) {
         const int left = index % kColumns * (kViews * (kCell + kGap) + kPairGap) + view * (kCell + kGap);
         const int top = index / kColumns * (kCell + kPairGap);
@@ -86,8 +83,8 @@ int makeSheet(const std::filesystem::path& spots, const std::filesystem::path& p
                           photo->size().height - static_cast<double>(place.row) - 0.5};
         const std::array<std::optional<Image>, kViews> views = {
             photo,
-            ImageTools::RemovePimpleFromImage(*photo, point, radius, kAutodetectColor, {}, kUsualThreshold),
-            ImageTools::HealPimpleInImage(*photo, point, radius, kUsualThreshold)};
+            ImageTools::RemovePimpleFromImage(*photo, point, radius, kAutodetectColor, {}, kDefaultThreshold),
+            ImageTools::HealPimpleInImage(*photo, point, radius, kDefaultThreshold)};
         for (int view = 0; view < kViews; ++view)
             if (const auto& image = views[static_cast<std::size_t>(view)])
                 sheet.show(*image, place, 2 * radius >= kView, index, view);

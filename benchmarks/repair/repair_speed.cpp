@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: repair_speed
-//
-// What a natural repair of a drawn blemish costs, in milliseconds, at several radii, and beside it a seamless
-// cloning of the same box by OpenCV where it is installed. Both are run in turn, so that a busy machine slows
-// both.
+// Usage: repair_speed Measures the repairs of a synthetic blemish at several radii, in milliseconds, and
+// OpenCV's seamless cloning of the same box if OpenCV is installed. They run alternately, so that load on the
+// machine affects all of them.
 #include "imaging/image_tools.h"
 
 #ifdef COMPLEXION_HAS_OPENCV
@@ -27,7 +25,7 @@ constexpr PixelSize kPictureSize{2400, 1600};
 constexpr int kCenterX = 1210;
 constexpr int kCenterY = 830;
 
-/// Uneven, shaded skin with a blemish that fits the radius as a click's does.
+/// Uneven, shaded skin with a blemish of the size that one would click with that radius.
 Image skinWithBlemish(int radius) {
     std::minstd_rand random(7);
     std::vector<RGBA32> pixels(static_cast<std::size_t>(kPictureSize.area()));
@@ -51,7 +49,7 @@ double median(std::vector<double> values) {
     return values[values.size() / 2];
 }
 
-/// Times of one kind of work, in milliseconds.
+/// The times of one kind of repair, in milliseconds.
 class Times {
 public:
     void measure(const std::function<void()>& work) {
@@ -75,7 +73,7 @@ private:
 };
 
 #ifdef COMPLEXION_HAS_OPENCV
-/// Clones the box beside the disc into the disc's box.
+/// Clones the box beside the disc over the disc's box.
 class Cloning {
 public:
     Cloning(const Image& image, int radius)

@@ -74,7 +74,7 @@ TEST_F(NamesThatAreNotUtf8, AreListedAndChosenByteForByte) {
 }
 
 TEST_F(NamesThatAreNotUtf8, AreForgottenOnceTheFieldIsEdited) {
-    makePhoto(kOldName);
+    makePhoto(kLatin1Name);
     OpenFilePanel panel({.allowedFileTypes = {"png"}}, folder(), dialogs);
     panel.show();
     test::waitUntilListed(panel);
