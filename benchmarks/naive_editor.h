@@ -8,8 +8,9 @@
 namespace complexion::bench {
 
 /// The same editor in its most straightforward form, on QImage: each click makes a luminance map and a copy
-/// of the whole picture and writes the whole picture to a file; each undo reads one. This is a reference of
-/// the table. Its code must not change, or the results are no longer comparable.
+/// of the whole picture and writes the whole picture to a file; each undo reads one.
+///
+/// This is a reference of the table. Its code must not change, or the results are no longer comparable.
 class NaiveEditor {
 public:
     /// Opens a photo. States are written to `folder`.

@@ -4,15 +4,15 @@
 # Usage: scripts/build.sh [--for program|tests|bench] PRESET [target]...
 #        scripts/build.sh --options program|tests|bench|work
 #
-# Builds targets of a preset (all of them when none is named) in build/PRESET. Quiet when all is up to date.
+# Builds targets of a preset (by default all) in build/PRESET. Prints nothing if everything is up to date.
 #
-# `--for` names what is built, so that nothing else is configured and no other package is needed. Without it the build
-# is for working on the program: with the tests, and warnings are errors. A build folder only ever gains options: what
-# one command has added stays when another one builds there, and nothing is compiled again for it (but once, when
-# warnings become errors). `--options` prints what a new folder is configured with.
+# `--for` names the purpose of the build: nothing else is configured, and no other packages are needed. The default is a
+# developer's build, with the tests and with warnings as errors. Options are only ever added to a build folder, never
+# removed, so that commands with different purposes do not cause each other's files to be recompiled (except once, when
+# warnings become errors). `--options` prints the options with which a new folder is configured.
 set -euo pipefail
 
-# What each purpose needs to be on.
+# The options that each purpose needs.
 program=()
 tests=(COMPLEXION_TESTS)
 bench=(COMPLEXION_BENCHMARKS)
@@ -50,7 +50,7 @@ log=$(mktemp)
 trap 'rm -f "$log"' EXIT
 configure() {
     cmake "$@" >"$log" 2>&1 || {
-        rm -f "build/$preset/build.ninja" # the next attempt begins anew
+        rm -f "build/$preset/build.ninja" # so that the next attempt starts from scratch
         cat "$log" >&2
         exit 1
     }
@@ -67,6 +67,6 @@ else
 fi
 targets=()
 [[ $# -gt 0 ]] && targets=(--target "$@")
-# Left out: what the build system says about itself when nothing is to be done.
+# Filters out the build system's messages about being up to date.
 chatter='^(ninja: no work to do\.|-- .*|\[[0-9/]*\] Re-(checking globbed directories|running CMake)\.\.\.)$'
 cmake --build --preset "$preset" "${targets[@]}" 2>&1 | { grep --line-buffered -vE "$chatter" || true; }

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fails when a document points at something that is not there, or when the tutorial's pages tell different steps."""
+"""Fails if a document refers to a file that does not exist, or if the tutorial's pages have different steps."""
 
 import re
 import subprocess
@@ -27,7 +27,7 @@ def wrong_in(document):
 def wrong_in_tutorial():
     steps = {page.name: STEP.findall(page.read_text()) for page in (ROOT / "docs/tutorial").glob("index*.html")}
     if len(steps) < 2 or any(not page or page != steps["index.html"] for page in steps.values()):
-        yield "docs/tutorial: the pages do not tell the same steps at the same seconds"
+        yield "docs/tutorial: the pages do not have the same steps at the same seconds"
 
 
 def main():

@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Does what a stranger does first, in a new minimal system of each release named: clones what is committed, and calls
-./run, ./test and ./package, which have to install what they need; then the package in yet another new system.
+"""Plays the part of a new user, in a new minimal system of each release named: clones the committed state and calls
+./run, ./test and ./package, which must install what they need. Then tests the package in another new system.
 
-Root calls ./run in the C locale. A user with sudo calls the rest in a German one, and ./run on a display. The clone's
-folder has a space in its name. Logs and pictures are kept in build/fresh/RELEASE. Needs root, for chroot.
+Root calls ./run in the C locale. A user with sudo calls the rest in a German locale, and ./run again with a display.
+The clone's folder has a space in its name. Logs and pictures are kept in build/fresh/RELEASE. Needs root, for chroot.
 """
 
 import os
@@ -21,10 +21,10 @@ from new_system import ENVIRONMENT, ROOT, NewSystem, run
 
 FRESH = ROOT / "build/fresh"
 RELEASES = ("bookworm", "trixie")
-USER = "stranger"
+USER = "new_user"
 HOME = f"/home/{USER}"
 CLONE = f"{HOME}/my photos"
-# Starts ./run on a display of its own, waits for the window, and closes it as its user would.
+# Starts ./run on a virtual display, waits for the window, and closes it through the window manager.
 RUN_ON_A_DISPLAY = """
     exec 3< <(exec Xvfb -displayfd 1 -screen 0 1280x800x24 -nolisten tcp -noreset 2>/dev/null)
     server=$!
@@ -42,16 +42,16 @@ RUN_ON_A_DISPLAY = """
 """
 
 
-class Stranger:
-    """Calls commands in the clone, each with a log and a line that says how it went."""
+class NewUser:
+    """Calls commands in the clone. Writes a log of each and prints a line with its result."""
 
     def __init__(self, system, release, folder):
         self.system, self.release, self.folder = system, release, folder
         self.failed = False
 
     def call(self, title, user, language, *command):
-        """Calls a command as a user with a language; nothing of this machine's environment is seen there. Returns what
-        it printed."""
+        """Calls a command as `user` with `language`, without this machine's environment variables. Returns its
+        output."""
         log = self.folder / f"{re.sub(r'[^a-z]+', '-', title.lower()).strip('-')}.log"
         environment = ["env", "-i", f"PATH={ENVIRONMENT['PATH']}", f"LANG={language}", "TERM=dumb"]
         become = ["setpriv", f"--reuid={user}", f"--regid={user}", "--init-groups"] if user != "root" else []
@@ -72,7 +72,7 @@ class Stranger:
 
 
 def prepare_user(system):
-    """A user with sudo who reads German."""
+    """Creates the user, with sudo and a German locale."""
     system.run("apt-get", "install", "-y", "--no-install-recommends", "sudo", "locales")
     system.run("localedef", "-i", "de_DE", "-f", "UTF-8", "de_DE.UTF-8")
     system.run("useradd", "--create-home", "--shell", "/bin/bash", USER)
@@ -87,7 +87,7 @@ def keep(pictures, folder):
 
 
 def check(release):
-    """All stages in a system of that release; whether all have passed. The system of one that has not is kept."""
+    """Runs all stages in a system of that release. Returns whether they passed; if not, keeps the system."""
     folder = FRESH / release
     folder.mkdir(parents=True, exist_ok=True)
     with ExitStack() as stack:
@@ -95,18 +95,18 @@ def check(release):
         clone = system.folder / CLONE.lstrip("/")
         clone.parent.mkdir(parents=True)
         run("git", "clone", "--quiet", ROOT, clone)
-        stranger = Stranger(system, release, folder)
-        stranger.call("./run", "root", "C", "./run")
+        new_user = NewUser(system, release, folder)
+        new_user.call("./run", "root", "C", "./run")
         keep(clone.glob("out/*.png"), folder)
 
         prepare_user(system)
         system.run("chown", "-R", f"{USER}:", HOME)
-        tests = stranger.call("./test", USER, "de_DE.UTF-8", "./test")
+        tests = new_user.call("./test", USER, "de_DE.UTF-8", "./test")
         print(*re.findall(r"^\d+% tests passed.*$", tests, re.MULTILINE), sep="\n")
-        stranger.call("./run on a display", USER, "de_DE.UTF-8", "bash", "-c", RUN_ON_A_DISPLAY)
-        stranger.call("./package", USER, "de_DE.UTF-8", "./package")
+        new_user.call("./run on a display", USER, "de_DE.UTF-8", "bash", "-c", RUN_ON_A_DISPLAY)
+        new_user.call("./package", USER, "de_DE.UTF-8", "./package")
         package = next(clone.glob("build/package/complexion_*.deb"), None)
-        if stranger.failed or package is None:
+        if new_user.failed or package is None:
             return False
         shutil.copy(package, folder)
     system.remove()
@@ -124,7 +124,7 @@ def main():
 
 
 if __name__ == "__main__":
-    # Mounts in a namespace of its own: whatever ends this program takes them away.
+    # Mounts in a separate namespace, so that they disappear with this process however it ends.
     if os.geteuid() == 0 and "COMPLEXION_OWN_MOUNTS" not in os.environ:
         os.environ["COMPLEXION_OWN_MOUNTS"] = "1"
         os.execvp("unshare", ["unshare", "--mount", "--propagation", "private", sys.executable, __file__, *sys.argv[1:]])

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Reads the built program: fails when a protection that Debian builds with is missing, or when the program could speak
-to a network by itself. The one address that it opens goes to the user's browser, in one place of the sources."""
+"""Inspects the built program: fails if a hardening option of Debian's builds is missing, or if the program could access
+a network itself. It opens a single address, in the user's browser, from a single source file."""
 
 import re
 import subprocess
@@ -33,11 +33,11 @@ def wrong_protections():
     symbols = imported()
     stack = re.search(r"GNU_STACK.*", segments)
     checks = {
-        "is no position-independent program": "DYN" in readelf("--file-header"),
+        "is not a position-independent executable": "DYN" in readelf("--file-header"),
         "has an executable stack": stack and "E" not in stack.group().split()[-2],
         "leaves its relocations writable": "GNU_RELRO" in segments and re.search(r"BIND_NOW|\bNOW\b", dynamic),
         "has no stack protector": "__stack_chk_fail" in symbols,
-        "has no checked copies": any(name.startswith("__") and name.endswith("_chk") for name in symbols),
+        "is not built with _FORTIFY_SOURCE": any(name.startswith("__") and name.endswith("_chk") for name in symbols),
     }
     return [f"{PROGRAM.name} {what}" for what, holds in checks.items() if not holds]
 
@@ -49,7 +49,7 @@ def wrong_connections():
     sources = [path for folder in ("app", "editor", "view", "imaging") for path in (ROOT / folder).rglob("*.cpp")]
     places = [path.relative_to(ROOT) for path in sources if OPENS_ADDRESS in path.read_text()]
     if [str(place) for place in places] != ["app/system_platform.cpp"]:
-        wrong.append(f"addresses are opened in {', '.join(map(str, places)) or 'no place'}")
+        wrong.append(f"addresses are opened in {', '.join(map(str, places)) or 'no file'}")
     return wrong
 
 

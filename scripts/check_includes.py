@@ -1,20 +1,20 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fails when files of the program include each other in a circle, a header and the source file of its name taken as
-one; when folders do; or when a folder includes one that it may not know."""
+"""Fails if the includes of files or folders form a cycle (a header and its source file count as one), or if a folder
+includes one that it must not depend on."""
 
 import re
 import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-BELOW = {  # what the files of each part of the program may include beside their own
+BELOW = {  # the other parts that each part of the program may depend on
     "imaging": set(),
     "view": {"imaging"},
     "editor": {"imaging", "view"},
     "app": {"imaging", "view", "editor"},
 }
-BELOW_FOLDER = {  # the same for folders of which less is allowed: codecs and metadata do not know each other
+BELOW_FOLDER = {  # stricter rules within a part: codecs and metadata must not depend on each other
     "imaging/base": set(),
     "imaging/containers": {"imaging/base"},
     "imaging/codecs": {"imaging/base", "imaging/containers"},
@@ -32,8 +32,8 @@ def folder(file):
     return str(Path(file).parent)
 
 
-def circle(graph):
-    """A list of nodes that lead to each other, the first one again at the end; none when there is no such circle."""
+def find_cycle(graph):
+    """A cycle of the graph, as a list of nodes that ends with the first one again; None if the graph is acyclic."""
     done, trail = set(), []
 
     def visit(node):
@@ -55,8 +55,8 @@ def circle(graph):
     return None
 
 
-def joined(graph, name):
-    """The graph of what `name` makes of the files: edges within one of them are left out."""
+def grouped(graph, name):
+    """The graph of the groups into which `name` maps the files, without edges within a group."""
     result = {}
     for file, others in graph.items():
         result.setdefault(name(file), set()).update(name(other) for other in others if name(other) != name(file))
@@ -72,12 +72,12 @@ def is_allowed(file, other):
 
 
 def problems(graph):
-    """What is wrong with files that include each other as `graph` says, a line each."""
-    wrong = [f"{file} includes {other}, which it may not know"
+    """The violations in the include graph, as lines of text."""
+    wrong = [f"{file} must not include {other}"
              for file, others in graph.items() for other in others if not is_allowed(file, other)]
     for name, what in ((lambda file: str(Path(file).with_suffix("")), "files"), (folder, "folders")):
-        if found := circle(joined(graph, name)):
-            wrong.append(f"a circle of {what}: " + " -> ".join(found))
+        if found := find_cycle(grouped(graph, name)):
+            wrong.append(f"include cycle of {what}: " + " -> ".join(found))
     return wrong
 
 

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Installs the Debian package in a new minimal system, with its declared dependencies alone, and does the main job
-with it there: a portrait is opened, a blemish is clicked away, the result is saved. Needs root, for chroot."""
+"""Installs the Debian package with only its declared dependencies in a new minimal system, and uses it there: opens a
+portrait, retouches a blemish, saves the result. Needs root, for chroot."""
 
 import sys
 import tempfile
@@ -21,14 +21,14 @@ BLEMISH = (548, 418)
 
 
 def install(system, package):
-    """Installs the package with its declared dependencies alone."""
+    """Installs the package with only its declared dependencies."""
     new_system.run("cp", package, system.folder / "complexion.deb")
     system.run("apt-get", "install", "-y", "--no-install-recommends", "/complexion.deb")
 
 
-def do_main_job(system, stack, folder, picture):
-    """Retouches and saves a portrait in `folder` with the program that is installed in the system, on a desktop of this
-    machine. Leaves a picture of the window."""
+def retouch_and_save(system, stack, folder, picture):
+    """Retouches and saves a portrait in `folder` with the program installed in `system`, on a virtual desktop of this
+    machine. Saves a screenshot of the window as `picture`."""
     system.mount(Path(f"{system.folder}{folder}"), "--bind", folder)
     start = folder / "complexion"
     start.write_text(f'#!/bin/sh\nexec chroot "{system.folder}" /usr/bin/complexion "$@"\n')
@@ -36,7 +36,7 @@ def do_main_job(system, stack, folder, picture):
     portrait, saved = folder / "portrait.png", folder / "portrait_retouched.png"
     sample_portrait.paint(portrait)
     desktop = stack.enter_context(VirtualDesktop(folder))
-    with Complexion(desktop, start) as empty:  # which offers the tutorial until a photo is open
+    with Complexion(desktop, start) as empty:  # the tutorial is offered while no photo is open
         empty.start()
         if not empty.is_enabled("Video tutorial"):
             sys.exit("check_package: the tutorial is missing")
@@ -51,11 +51,11 @@ def do_main_job(system, stack, folder, picture):
 
 
 def check(package, release, folder):
-    """The whole check in a new system of that release, in a folder that keeps the picture of the window."""
+    """Runs the whole check in a new system of that release. Leaves a screenshot of the window in `folder`."""
     with ExitStack() as stack:
         system = new_system.NewSystem(stack, folder / "system", release)
         install(system, package)
-        do_main_job(system, stack, Path(stack.enter_context(tempfile.TemporaryDirectory())), folder / "window.png")
+        retouch_and_save(system, stack, Path(stack.enter_context(tempfile.TemporaryDirectory())), folder / "window.png")
     system.remove()
 
 

@@ -1,11 +1,11 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fails when a command needs a package that it does not install. Each command's own calls of scripts/setup.sh and
-scripts/build.sh say what it installs and configures. Looked at are what that configuration finds (find_package,
-pkg_check_modules, find_library ...) and the programs that the command's scripts call; each must come from a package of
-its lists, or from one that those depend on. Debian's build dependencies are judged in the same way.
+"""Fails if a command needs a package that it does not install. A command's calls of scripts/setup.sh and
+scripts/build.sh determine what it installs and configures. Everything that its configuration finds (find_package,
+pkg_check_modules, find_library ...) and every program that its scripts call must belong to a package of its lists or to
+a dependency of one. Debian's build dependencies are checked in the same way.
 
-It asks dpkg about this machine, where all of these are installed. Needs no root.
+Queries dpkg on this machine, on which all of these packages must be installed. Does not need root.
 """
 
 import ast
@@ -19,9 +19,9 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 FINDS = re.compile(r"^(?:find_package|pkg_check_modules|find_library|find_path)$")
-# What a new system has: dpkg's essential packages, and git, which fetched the sources.
+# Present on every system: dpkg's essential packages (added below), and git, which fetched the sources.
 GIVEN = {"git", "apt", "passwd"}
-# A word where a shell expects a command: at a line's start or after what ends the command before.
+# A word in command position: at the start of a line or after the end of the previous command.
 SHELL_COMMAND = re.compile(r"(?:^|[|;&(!{]|\b(?:then|do|else|if|exec|while|xargs|time)\b)\s*([a-z][\w.+-]*)(?=\s|$)", re.MULTILINE)
 PYTHON_CALLS = {"run", "Popen", "check_output", "output_of", "_run", "_run_and_read_line"}
 
@@ -32,7 +32,7 @@ def output(*command):
 
 @functools.cache
 def dependencies():
-    """Package to what it needs, for all installed packages; virtual ones to those that provide them."""
+    """Maps all installed packages to their dependencies, and virtual packages to their providers."""
     form = "${db:Status-Abbrev}\t${Package}\t${Essential}\t${Provides}\t${Depends}, ${Pre-Depends}\n"
     needs = {}
     for line in output("dpkg-query", "--show", f"--showformat={form}").splitlines():
@@ -49,7 +49,7 @@ def dependencies():
 
 @functools.cache
 def with_dependencies(packages):
-    """The packages with all that comes with them. Takes and gives a frozen set."""
+    """The transitive closure of the packages' dependencies, as a frozen set."""
     needs, reached, to_do = dependencies(), set(), list(packages)
     while to_do:
         package = to_do.pop()
@@ -61,9 +61,9 @@ def with_dependencies(packages):
 
 @functools.cache
 def package_of(path):
-    """The package that a file came from, through links of Debian's alternatives; none when it came from no package."""
+    """The package that a file belongs to, resolving links of Debian's alternatives; None if there is none."""
     for candidate in dict.fromkeys((str(path), str(Path(path).resolve()))):
-        # Where /bin and /lib are links into /usr, packages name either.
+        # If /bin and /lib are links into /usr, packages may list either path.
         for name in (candidate, candidate.removeprefix("/usr"), "/usr" + candidate):
             found = subprocess.run(["dpkg-query", "--search", name], capture_output=True, text=True).stdout
             if found and not found.startswith("diversion"):
@@ -72,7 +72,7 @@ def package_of(path):
 
 
 def listed(purpose):
-    """The packages of a list in setup.sh; every alternative counts."""
+    """The packages of a list in setup.sh, including all alternatives."""
     body = re.search(rf"^{purpose}=\((.*?)\)", (ROOT / "scripts/setup.sh").read_text(), re.MULTILINE | re.DOTALL)[1]
     words = re.sub(r"#.*", "", body).replace("'", "").replace("|", " ").split()
     return {word.split("<")[0] for word in words}
@@ -80,7 +80,7 @@ def listed(purpose):
 
 @functools.cache
 def found_files(options):
-    """What configuring with these options finds outside of the project: a description to one file of it."""
+    """Maps everything that configuring with these options finds outside of the project to one of its files."""
     with tempfile.TemporaryDirectory() as folder:
         trace = Path(folder, "trace")
         output("cmake", "--preset", "release", "-B", f"{folder}/build", "--trace-expand", f"--trace-redirect={trace}",
@@ -112,7 +112,7 @@ def called_by_shell(text):
 
 
 def called_by_python(text):
-    """The programs in calls such as subprocess.run(["name", ...]) and output_of("name", ...)."""
+    """The programs started by calls such as subprocess.run(["name", ...]) and output_of("name", ...)."""
     names = set()
     for node in ast.walk(ast.parse(text)):
         if isinstance(node, ast.Call) and getattr(node.func, "attr", getattr(node.func, "id", "")) in PYTHON_CALLS:
@@ -124,7 +124,7 @@ def called_by_python(text):
 
 
 def reached(text, folder, seen):
-    """The text of a script with those of all scripts that it calls or imports, as (suffix, text)."""
+    """The (suffix, text) of all scripts that a script calls or imports, directly or indirectly."""
     for name in re.findall(r"(?:scripts|tests/\w[\w-]*)/\w+\.(?:py|sh)", text):
         yield from script(ROOT / name, seen)
     for name in re.findall(r"^(?:import|from) (\w+)", text, re.MULTILINE):
@@ -140,7 +140,7 @@ def script(path, seen):
 
 
 def commands():
-    """What a user calls, as (name, the shell text that does it)."""
+    """The commands for users, as (name, text of the shell script)."""
     for name in ("run", "test", "bench", "package", "screenshots"):
         yield f"./{name}", (ROOT / name).read_text()
     for part, body in re.findall(r"^check_(\w+)\(\) \{\n(.*?)^\}", (ROOT / "check").read_text(), re.MULTILINE | re.DOTALL):
@@ -151,9 +151,9 @@ def commands():
 
 
 def missing(needed, packages):
-    """Lines on what is needed (description to file) and comes from none of the packages."""
+    """Describes what is needed (description to file) but belongs to none of the packages or their dependencies."""
     there = with_dependencies(frozenset(packages | GIVEN))
-    return [f"{what} comes from {package_of(file)}" for what, file in sorted(needed.items())
+    return [f"{what} is in {package_of(file)}" for what, file in sorted(needed.items())
             if package_of(file) is not None and package_of(file) not in there]
 
 
@@ -178,13 +178,13 @@ def check_command(name, text):
 def check_build_dependencies():
     control = (ROOT / "packaging/debian/control").read_text()
     declared = re.search(r"^Build-Depends:(.*?)^\w", control, re.MULTILINE | re.DOTALL)[1]
-    # Debian takes the essential ones for granted in a build, and asks for a version of debhelper by another name.
+    # build-essential is implied in every build, and debhelper is requested as debhelper-compat.
     packages = {name.removesuffix("-compat") for name in re.findall(r"^ ([\w.+-]+)", declared, re.MULTILINE)}
     packages.add("build-essential")
     needed = found_files(tuple(output("scripts/build.sh", "--options", "program").split()))
     installed = with_dependencies(frozenset(listed("build") | listed("package")))
     return [*(f"packaging/debian/control: {line}" for line in missing(needed, packages)),
-            *(f"./package: {package} is asked for by packaging/debian/control" for package in sorted(packages - installed))]
+            *(f"./package: {package} is required by packaging/debian/control" for package in sorted(packages - installed))]
 
 
 def main():

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fails when a text of the program has no translation, or a translation no text. With --update, takes new texts in and
-what is gone out."""
+"""Fails if a text of the program has no translation, or a translation is no longer used. With --update, adds new texts
+to the translation files and removes unused ones."""
 
 import shutil
 import subprocess
@@ -21,7 +21,7 @@ def update(file):
 
 
 def texts(file):
-    """Context and text of each message, with its translation; nothing for one that is not finished."""
+    """Maps the (context, text) of each message to its translation, or to None if that is unfinished."""
     return {(context.findtext("name"), message.findtext("source")):
             None if message.find("translation").get("type") else message.findtext("translation")
             for context in ElementTree.parse(file).iter("context") for message in context.iter("message")}
@@ -36,7 +36,7 @@ def wrong_in(file):
         if not translation:
             yield f"{file.name}: no translation in {context} of: {text}"
     for context, text in texts(file).keys() - now.keys():
-        yield f"{file.name}: no such text in {context} any more: {text}"
+        yield f"{file.name}: unused text in {context}: {text}"
 
 
 def main():

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Prints which share of each folder's lines and branches the tests have run, and the files in which most lines were
-never run. Fails when a folder of the core has 90 % of its lines or less. Reads what a run in build/coverage counted."""
+"""Prints the line and branch coverage of each folder, and the files with the most lines that are not covered. Fails if
+the line coverage of a core folder is 90 % or less. Reads the counts that a test run left in build/coverage."""
 
 import json
 import subprocess
@@ -35,11 +35,11 @@ def main():
         print(f"{folder:10}{share:9.1f}%{100 * branches / max(all_branches, 1):9.1f}%")
         if folder in CORE and share <= GOAL:
             short.append(folder)
-    print("Lines that no test runs:")
+    print("Lines not covered:")
     for file in sorted(files, key=lambda file: file["line_covered"] - file["line_total"])[:NAMED]:
         print(f"{file['line_total'] - file['line_covered']:6} in {file['filename']}")
     if short:
-        print(f"coverage: at most {GOAL} % of the lines of {' and '.join(short)}", file=sys.stderr)
+        print(f"coverage: only {GOAL} % or less of the lines of {' and '.join(short)}", file=sys.stderr)
     return 1 if short else 0
 
 

@@ -3,9 +3,9 @@
 #
 # Usage: scripts/fuzz.sh SECONDS [program]...
 #
-# Runs each fuzzing program (all of them when none is named: decode_jpeg, metadata_png, round_trip ...) for that long,
-# beginning with generated files and, where COMPLEXION_TEST_PHOTOS names a folder, with its small ones. What it
-# learns is kept in build/fuzz/corpus for the next run; a file that does harm is kept in build/fuzz/finds and named.
+# Runs each fuzz target (by default all: decode_jpeg, metadata_png, round_trip ...) for that long. The seeds are
+# generated files and, if COMPLEXION_TEST_PHOTOS names a folder, its small files. The corpus is kept in
+# build/fuzz/corpus for the next run. A file that makes a target fail is kept in build/fuzz/finds.
 set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
@@ -26,11 +26,11 @@ for program in "${programs[@]}"; do
         -print_final_stats=1 -artifact_prefix="$build/finds/$program-" "$build/corpus/$program" "${seeds[@]}" \
         >"$build/$program.log" 2>&1; then
         awk -v name="$program" '/number_of_executed_units/ { runs = $2 } / cov: / { line = $0 }
-            END { sub(/.* cov: /, "", line); sub(/ .*/, "", line); print name ": " runs " files, " line " edges, nothing found" }' \
+            END { sub(/.* cov: /, "", line); sub(/ .*/, "", line); print name ": " runs " files, " line " edges, no failure" }' \
             "$build/$program.log"
     else
         failed=1
-        echo "$program: found something"
+        echo "$program: FAILED"
         tail -n 40 "$build/$program.log"
     fi
 done

@@ -2,14 +2,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Usage: mutants.py [file]...
 
-Makes small faults in the files that hold the program's rules, one at a time, and runs the file's own tests on each: a
-fault that no test notices is a survivor. Prints killed / all for each file, and its survivors. Fails when fewer than
-95 % are killed altogether, or when a survivor is not listed in tests/equivalent_mutants.txt with the reason why it
-changes nothing.
+Mutation testing of the files that implement specified rules. Makes one small change (a mutant) at a time and runs the
+file's tests on it; a mutant that passes them is a survivor. Prints killed / all and the survivors of each file. Fails
+if fewer than 95 % of all mutants are killed, or if a survivor is not listed in tests/equivalent_mutants.txt with the
+reason why it does not change the behaviour.
 
-The files themselves are never touched: a mutant is compiled from a copy, without optimisation, into a shared library
-that comes before the one with the rest of the program, made of what build/release has. Left out are mutants that do not
-compile, and those of which the compiler makes the very same code as of the file itself."""
+The files themselves are never modified: a mutant is compiled from a copy, without optimisation, into a shared library
+that overrides the one with the rest of the program, which is linked from build/release. Mutants that do not compile,
+or for which the compiler generates the same code as for the original, do not count."""
 
 import json
 import os
@@ -25,7 +25,7 @@ import time
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-sys.dont_write_bytecode = True  # nothing is left in the tree
+sys.dont_write_bytecode = True  # leaves no files in the source tree
 from mutation_operators import function_bodies, mutants_of, with_all  # noqa: E402
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -33,16 +33,16 @@ BUILD = ROOT / "build/release"
 WORK = ROOT / "build/mutants"
 EQUIVALENT = ROOT / "tests/equivalent_mutants.txt"
 GOAL = 95  # per cent
-WALL_SECONDS = 45  # for a mutant that waits for ever
-MEMORY = 6 << 30  # bytes, of addresses
+WALL_SECONDS = 45  # for a mutant that hangs
+MEMORY = 6 << 30  # bytes of address space
 FILE_SIZE = 4 << 30  # bytes, most of them holes
-# Behind a file's own includes: which of the mutants compiled together is chosen.
+# Inserted after a file's includes: selects one of the mutants that are compiled together.
 MUTANT_NUMBER = """
 #include <cstdlib>
 namespace { const int mutantNumber = std::atoi(std::getenv("MUTANT_NUMBER")); }
 """
 
-# The files that hold specified rules, and the tests that hold them to these.
+# The files that implement specified rules, and the tests of these rules.
 TESTS = {
     "imaging/blemish_removal.cpp": ["imaging/repair_bounds_test.cpp", "imaging/repair_lists_test.cpp",
                                     "imaging/blemish_removal_test.cpp"],
@@ -82,7 +82,7 @@ def must(command, **options):
 
 
 class TestProgram:
-    """The tests of a folder, linked so that a mutant in a library of its own comes before the program's own code."""
+    """The tests of a folder, linked so that a mutant in a separate library overrides the program's own code."""
 
     def __init__(self, folder):
         target = f"tests/{folder}_tests"
@@ -106,7 +106,7 @@ class TestProgram:
 
 
 def command_of_build(name):
-    """The compiler and its options for a file, without files and precompiled headers."""
+    """The compiler and its options for a file, without file names and precompiled headers."""
     entries = json.loads((BUILD / "compile_commands.json").read_text())
     entry = next(entry for entry in entries if entry["file"] == str(ROOT / name))
     parts = iter(shlex.split(entry["command"]))
@@ -127,7 +127,7 @@ def filter_of(tests):
 
 
 class Subject:
-    """A file whose mutants are made, and what it takes to compile and test them."""
+    """A file to mutate, and everything needed to compile and test its mutants."""
 
     def __init__(self, name, programs, listed):
         self.text = (ROOT / name).read_text()
@@ -151,13 +151,13 @@ class Subject:
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
         if not self.passes(self.library, self.folder / "tmp", 0):
             sys.exit((self.folder / "tmp/log").read_text(errors="replace") +
-                     f"mutants: the tests of {name} fail on the file itself")
+                     f"mutants: the tests of {name} fail without a mutation")
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
         used = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
         self.cpu_seconds = int(3 * used) + 3
 
     def compile(self, text, folder):
-        """Makes the library in a folder; what the compiler says when it refuses, nothing else."""
+        """Compiles the library into a folder. Returns the compiler's errors, or None on success."""
         folder.mkdir(parents=True, exist_ok=True)
         source = folder / "mutant.cpp"
         source.write_text(text)
@@ -166,7 +166,7 @@ class Subject:
         return None if result.returncode == 0 else result.stderr
 
     def compile_together(self):
-        """Makes one library of all mutants inside of functions that compile together: their numbers."""
+        """Compiles one library with all mutants inside of functions, as far as they compile. Returns their numbers."""
         bodies = function_bodies(self.text)
         inside = {number: mutant for number, mutant in self.mutants.items()
                   if any(first < mutant.start and mutant.end <= last for first, last in bodies)}
@@ -180,7 +180,7 @@ class Subject:
             inside = {number: mutant for number, mutant in inside.items() if named and number not in named}
 
     def passes(self, library, folder, number):
-        """Whether all tests pass on the library, in which this mutant is chosen. The folder is the tests' own."""
+        """Whether all tests pass with this mutant of the library. The folder is the tests' working directory."""
         folder.mkdir(parents=True, exist_ok=True)
         environment = {"PATH": os.environ["PATH"], "LANG": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen",
                        "LD_LIBRARY_PATH": str(library), "HOME": str(folder), "TMPDIR": str(folder),
@@ -205,7 +205,7 @@ class Subject:
                 process.wait()
 
     def code_of(self, text):
-        """What the compiler makes of a text when it is used as for the program."""
+        """The object code of a source text, compiled with the program's own options."""
         with tempfile.TemporaryDirectory(dir=self.folder) as place:
             source = Path(place) / "same_name.cpp"
             source.write_text(text)
@@ -231,7 +231,7 @@ class Subject:
 
 
 def equivalents():
-    """The listed mutants: (file, line before, line after)."""
+    """The mutants listed as equivalent: (file, line before, line after)."""
     listed = set()
     file = before = None
     for line in EQUIVALENT.read_text().splitlines() if EQUIVALENT.exists() else ():
@@ -245,7 +245,8 @@ def equivalents():
 
 
 def examine(subject):
-    """Prints what became of a file's mutants: how many were killed, how many there are, and whether the list agrees."""
+    """Tests a file's mutants and prints the result. Returns the numbers of killed and of all mutants, and whether the
+    survivors are exactly those listed as equivalent."""
     started = time.monotonic()
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         verdicts = list(pool.map(subject.verdict, subject.mutants))
@@ -254,7 +255,7 @@ def examine(subject):
     count = killed + len(survivors)
     share = 100 * killed / count if count else 100
     print(f"{subject.name:36}{killed:5} / {count:<5}{share:6.1f} %{time.monotonic() - started:7.0f} s"
-          f"   (left out: {verdicts.count('refused')} refused, {verdicts.count('same')} the same code)", flush=True)
+          f"   (not counted: {verdicts.count('refused')} do not compile, {verdicts.count('same')} same code)", flush=True)
     unlisted = 0
     for mutant in survivors:
         is_listed = (mutant.before, mutant.after) in subject.listed
@@ -262,22 +263,22 @@ def examine(subject):
         if not is_listed:
             print(f"  {subject.name}:{mutant.line}\n- {mutant.before}\n+ {mutant.after}", flush=True)
     if unlisted < len(survivors):
-        print(f"  and {len(survivors) - unlisted} that are listed as equivalent", flush=True)
+        print(f"  and {len(survivors) - unlisted} listed as equivalent", flush=True)
     alive = {(mutant.before, mutant.after) for mutant in survivors}
     stale = sorted(subject.listed - alive)
     for before, after in stale:
-        print(f"  listed as equivalent, and no survivor:\n- {before}\n+ {after}", flush=True)
+        print(f"  listed as equivalent, but not a survivor:\n- {before}\n+ {after}", flush=True)
     return killed, count, not unlisted and not stale
 
 
 def main(names):
     unknown = [name for name in names if name not in TESTS]
     if unknown:
-        sys.exit(f"mutants: no tests are named for {', '.join(unknown)}")
+        sys.exit(f"mutants: no tests are listed for {', '.join(unknown)}")
     gone = [name for file, tests in TESTS.items() for name in (file, *(f"tests/{test}" for test in tests))
             if not (ROOT / name).exists()]
     if gone:
-        sys.exit(f"mutants: the table names files that are gone: {', '.join(sorted(set(gone)))}")
+        sys.exit(f"mutants: listed files do not exist: {', '.join(sorted(set(gone)))}")
     WORK.mkdir(parents=True, exist_ok=True)
     made = {}
 
@@ -291,7 +292,7 @@ def main(names):
     killed = sum(result[0] for result in results)
     count = sum(result[1] for result in results)
     share = 100 * killed / max(count, 1)
-    print(f"{'together':36}{killed:5} / {count:<5}{share:6.1f} %")
+    print(f"{'total':36}{killed:5} / {count:<5}{share:6.1f} %")
     return 0 if all(result[2] for result in results) and (names or share >= GOAL) else 1
 
 

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The small faults that a programmer makes, made in the text of a C++ file: another operator, another constant, a bound
-one off, a neighbouring member, a statement left out, a condition that always or never holds.
+"""Mutation operators for C++ source text, modelled on a programmer's mistakes: a different operator or constant, a
+bound off by one, a similar member, a deleted statement, a condition that is always true or false.
 
-Works on tokens and leans on the project's layout: binary operators stand between blanks, template brackets, pointers
-and references do not. What does not compile is left to the compiler to sort out."""
+Works on tokens and relies on the project's formatting: binary operators have spaces on both sides; template brackets,
+pointers and references do not. It is left to the compiler to reject invalid mutants."""
 
 import re
 from dataclasses import dataclass
@@ -23,14 +23,14 @@ BINARY = {
     "&": ("|",), "|": ("&",), "^": ("|",), "<<": (">>",), ">>": ("<<",), "+=": ("-=",), "-=": ("+=",),
     "*=": ("/=",), "/=": ("*=",), "&=": ("|=",), "|=": ("&=",),
 }
-OPPOSITE = {"<": ">=", "<=": ">", ">": "<=", ">=": "<"}  # left out where the whole condition is turned anyway
+OPPOSITE = {"<": ">=", "<=": ">", ">": "<=", ">=": "<"}  # not applied where the whole condition is negated anyway
 WORDS = {"true": "false", "false": "true"}
 CALLS = {"min": "max", "max": "min", "ceil": "floor", "floor": "ceil", "front": "back", "back": "front",
          "checkedAdd": "checkedSubtract", "checkedSubtract": "checkedAdd", "push_back": "push_front"}
 MEMBERS = {"width": "height", "height": "width", "x": "y", "y": "x", "row": "column", "column": "row"}
 SIZES = {"size": "pixelSize", "pixelSize": "size"}
 FLOAT_STEP = 0.05  # of the constant
-# What begins a statement that is no expression: a declaration, or one that has its own mutants.
+# The first tokens of statements that are not expressions: declarations, or statements with their own mutants.
 NO_EXPRESSION = {"return", "break", "continue", "using", "static", "const", "constexpr", "auto", "if", "else", "for",
                  "while", "do", "switch", "case", "default", "class", "struct", "enum", "namespace", "template", "try",
                  "catch", "public", "private", "protected", "explicit", "virtual", "friend", "typedef", "throw",
@@ -47,12 +47,12 @@ class Token:
 
 @dataclass(frozen=True)
 class Mutant:
-    """One fault: what stands at [start, end) of the text is replaced."""
+    """A single change: replaces [start, end) of the text."""
     start: int
     end: int
     replacement: str
     line: int
-    before: str  # the lines that it touches, on one line
+    before: str  # the affected lines, joined into one
     after: str
 
     @property
@@ -72,7 +72,7 @@ def tokens_of(text):
 
 
 def mutants_of(text):
-    """All mutants of a file's text, in its order, each once."""
+    """All distinct mutants of a file's text, in order."""
     tokens = tokens_of(text)
     found = {}
     for start, end, replacement in [*token_changes(text, tokens), *condition_changes(tokens),
@@ -96,7 +96,7 @@ def one_line(text):
 
 
 def other_numbers(text):
-    """What may stand in a number's place."""
+    """The replacements for a number."""
     if text.startswith(("'", '"')):
         return []
     digits, suffix = re.fullmatch(r"(0[xX][0-9a-fA-F']+|[\d.eE+'-]+?)([uUlLfF]*)", text).groups()
@@ -112,15 +112,15 @@ def other_numbers(text):
 
 
 def conditions(tokens):
-    """The first and last index of what stands between the brackets of each `if` and `while`."""
+    """The indices of the first and last tokens in the parentheses of each `if` and `while`."""
     for i, token in enumerate(tokens[:-1]):
         if token.text in ("if", "while") and tokens[i + 1].text == "(":
             yield token.text, i + 2, closing(tokens, i + 1) - 1
 
 
 def with_all(text, mutants):
-    """The text with all these mutants in it, by number, all inside of function bodies: each body comes once for each
-    mutant, and the variable `mutantNumber` chooses. What a compiler says of one names the file mutant_NUMBER."""
+    """The text with all these mutants, given by number, which must be inside of function bodies. Repeats a body for
+    each of its mutants, and the variable `mutantNumber` selects one. Compiler errors name the file mutant_NUMBER."""
     for first, last in reversed(function_bodies(text)):
         inside = {number: mutant for number, mutant in mutants.items() if first < mutant.start and mutant.end <= last}
         if not inside:
@@ -133,7 +133,7 @@ def with_all(text, mutants):
 
 
 def token_changes(text, tokens):
-    """Operators, constants, and names of a neighbour."""
+    """Replaces operators and constants, and names by similar ones."""
     turned = {i for _, first, last in conditions(tokens) for i in range(first, last + 1)}
     for i, token in enumerate(tokens):
         before = tokens[i - 1].text if i else ""
@@ -167,7 +167,7 @@ def token_changes(text, tokens):
 
 
 def closing(tokens, opening):
-    """The index of the bracket that closes the one at `opening`."""
+    """The index of the closing bracket for the one at `opening`."""
     pairs = {"(": ")", "{": "}", "[": "]"}
     depth = 0
     for i in range(opening, len(tokens)):
@@ -181,7 +181,7 @@ def closing(tokens, opening):
 
 
 def condition_changes(tokens):
-    """Conditions that always or never hold; loops that are never entered."""
+    """Makes conditions always true or false, and loops never entered."""
     for keyword, first, last in conditions(tokens):
         inner = tokens[first:last + 1]
         semicolons = [part for part in inner if part.text == ";"]
@@ -195,7 +195,7 @@ def condition_changes(tokens):
 
 
 def opens_a_block(tokens, brace, is_within_block):
-    """Whether statements stand between the brace at this index and its partner."""
+    """Whether the brace at this index encloses statements."""
     if brace == 0:
         return False
     before = tokens[brace - 1].text
@@ -219,13 +219,13 @@ def opens_a_block(tokens, brace, is_within_block):
         return False
     if before in (")", "const", "override", "noexcept", "else", "try", "do", "]"):
         return True
-    if "->" in head and ")" in head:  # a lambda or function that names its result
+    if "->" in head and ")" in head:  # a lambda or function with a trailing return type
         return True
     return before in (";", "{", "}") and is_within_block
 
 
 def function_bodies(text):
-    """Where the braces of functions stand that are no constexpr: (opening, closing), neither of one in another."""
+    """The positions of the braces of functions that are not constexpr: (opening, closing), outermost only."""
     tokens = tokens_of(text)
     bodies = []
     i = 0
@@ -242,8 +242,8 @@ def function_bodies(text):
 
 
 def statement_changes(tokens):
-    """Expression statements left out."""
-    blocks = []  # for each open brace: whether statements stand in it
+    """Deletes expression statements."""
+    blocks = []  # for each open brace: whether it encloses statements
     for i, token in enumerate(tokens):
         if token.text == "{":
             blocks.append(opens_a_block(tokens, i, bool(blocks) and blocks[-1]))
@@ -254,9 +254,9 @@ def statement_changes(tokens):
 
 
 def statements_between(tokens, first, last):
-    """The expression statements that stand directly in a block; those in its inner blocks are theirs."""
+    """The expression statements directly in a block, without those in nested blocks."""
     i = first
-    behind_if = False  # leaving that statement out is the condition that never holds
+    behind_if = False  # deleting that statement is the same as the condition that is always false
     while i < last:
         text = tokens[i].text
         behind_if, is_behind_if = text == "if", behind_if
@@ -296,7 +296,7 @@ def is_expression(tokens):
 
 
 def rounding_changes(text, tokens):
-    """Rounding down in place of towards zero."""
+    """Replaces truncation by rounding down."""
     for i, token in enumerate(tokens[:-1]):
         if token.text != "truncateToInt64" or tokens[i + 1].text != "(":
             continue

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Makes a new minimal Debian system in a folder, from the archive that this machine installs from. Needs root."""
+"""Creates a minimal Debian system in a folder, from the archive that this machine uses. Needs root."""
 
 import os
 import re
@@ -8,26 +8,26 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-DOWNLOADS = ROOT / "downloads"  # packages, a folder a release; they outlive build/
+DOWNLOADS = ROOT / "downloads"  # packages, in a folder per release; kept when build/ is deleted
 ENVIRONMENT = {"PATH": "/usr/sbin:/usr/bin:/sbin:/bin", "LC_ALL": "C.UTF-8", "DEBIAN_FRONTEND": "noninteractive",
                **{name: value for name, value in os.environ.items() if name.lower().endswith("_proxy")}}
 
 
 def run(*command):
-    """Runs a command; its output is shown only when it fails, which ends the program."""
+    """Runs a command. If it fails, exits with the command's output."""
     done = subprocess.run([*map(str, command)], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
                           env=ENVIRONMENT)
     if done.returncode:
-        sys.exit(f"{done.stdout}\n{Path(sys.argv[0]).stem}: {' '.join(map(str, command))} has failed")
+        sys.exit(f"{done.stdout}\n{Path(sys.argv[0]).stem}: {' '.join(map(str, command))} failed")
 
 
 def this_release():
-    """The codename of this machine's own release."""
+    """The codename of this machine's release."""
     return re.search(r"^VERSION_CODENAME=(\w+)$", Path("/etc/os-release").read_text(), re.MULTILINE)[1]
 
 
 def archives(release):
-    """The archives that this machine installs its own release from, as (address, suite) of the wanted release."""
+    """The archives that this machine uses, as (address, suite) pairs for another release."""
     lines = subprocess.run(["apt-get", "indextargets", "--format", "$(CREATED_BY) $(REPO_URI) $(RELEASE)"], check=True,
                            capture_output=True, text=True).stdout.splitlines()
     own = this_release()
@@ -38,25 +38,25 @@ def archives(release):
 
 
 def own_settings():
-    """How this machine's apt reaches an archive: proxies, certificates, what it takes for valid."""
+    """This machine's settings for access to archives: proxies, certificates, validity checks."""
     kept = re.compile(r'Acquire::(https?::|Check-|Retries|ForceIPv).* ".+";')
     lines = subprocess.run(["apt-config", "dump"], check=True, capture_output=True, text=True).stdout.splitlines()
     return "".join(line + "\n" for line in lines if kept.match(line))
 
 
 class NewSystem:
-    """A minimal system of a release, with this machine's /proc and devices of its own, in a folder that must not be there before.
-    `stack` unmounts what was mounted; the folder stays."""
+    """A minimal system of a release, with this machine's /proc and its own devices. Replaces the folder if it exists.
+    `stack` unmounts everything; the folder remains."""
 
     def __init__(self, stack, folder, release, *packages):
         self.stack = stack
         self.folder = folder
         if os.geteuid() != 0:
-            sys.exit(f"{Path(sys.argv[0]).stem}: a new system can be made by root alone")
+            sys.exit(f"{Path(sys.argv[0]).stem}: only root can create a new system")
         sources = archives(release)
         address = next((address for address, suite in sources if suite == release), None)
         if address is None:
-            sys.exit(f"{Path(sys.argv[0]).stem}: this machine installs from no archive that has {release}")
+            sys.exit(f"{Path(sys.argv[0]).stem}: no archive that this machine uses has {release}")
         downloads = DOWNLOADS / release
         downloads.mkdir(parents=True, exist_ok=True)
         run("rm", "-rf", "--one-file-system", folder)
@@ -82,5 +82,5 @@ class NewSystem:
         run("chroot", self.folder, *command)
 
     def remove(self):
-        """To be called when nothing is mounted any more."""
+        """Deletes the folder. Call this only when nothing is mounted any more."""
         run("rm", "-rf", "--one-file-system", self.folder)

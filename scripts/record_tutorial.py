@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Records the tutorial's film: the program at work on the sample portrait, in the real window on a virtual display.
-The steps and the seconds at which they begin are those of the tutorial's page."""
+"""Records the tutorial's video: retouches the sample portrait in the real window on a virtual display. The steps and
+their start times in seconds are those of the tutorial's page."""
 
 import os
 import subprocess
@@ -23,17 +23,17 @@ PAGE = ROOT / "docs/tutorial/index.html"
 FILM = ROOT / "docs/tutorial/film.webm"
 SCREEN = (1280, 800)
 LENGTH = 32  # seconds
-FRAMES = 25  # a second
+FRAMES = 25  # per second
 ZOOM_STEPS = 6
-ZOOM_FACTOR = 1.1  # of one step
-DRAG = (0, 170)  # from the portrait's middle to the face
-ENOUGH = 18  # edit area for the largest blemish
-NATURAL = 1  # place among the repairs
-NOIR = 5  # and among the effects
+ZOOM_FACTOR = 1.1  # per step
+DRAG = (0, 170)  # from the portrait's centre to the face
+LARGE_EDIT_AREA = 18  # edit area size for the largest blemish
+NATURAL = 1  # index in the list of repairs
+NOIR = 5  # index in the list of effects
 
 
 class Steps(HTMLParser):
-    """The captions' names with their seconds."""
+    """Parses the captions' names and start times from the page."""
 
     def __init__(self):
         super().__init__()
@@ -46,7 +46,7 @@ class Steps(HTMLParser):
 
 
 class Hand:
-    """Moves the mouse as a hand does: with a start, a glide and an end."""
+    """Moves the mouse smoothly, as a person does: accelerates and decelerates."""
 
     def __init__(self, x, y):
         self.x, self.y = x, y
@@ -75,7 +75,7 @@ class Hand:
 
 
 class Film:
-    """What is shown, step by step; each method is named after the page's caption."""
+    """Performs the steps; each method is named after a caption's id."""
 
     def __init__(self, program, blemishes):
         self.program = program
@@ -87,7 +87,7 @@ class Film:
         self.offset = (0, 0)
 
     def place(self, x, y):
-        """Where a pixel of the portrait stands on the screen now."""
+        """The current screen position of a pixel of the portrait."""
         left, top, width, height = self.area
         scale = min(width / SIZE[0], height / SIZE[1]) * self.zoomed
         return (left + width / 2 + (x + 0.5 - SIZE[0] / 2) * scale + self.offset[0],
@@ -128,7 +128,7 @@ class Film:
         subprocess.run(["xdotool", "click", "--repeat", "2", "--delay", "60", "1"], check=True)
         time.sleep(0.3)
         self.program.keys("ctrl+a")
-        self.program.type(str(ENOUGH))
+        self.program.type(str(LARGE_EDIT_AREA))
         time.sleep(0.4)
         self.program.keys("Return")
         self.click_away(self.large)
@@ -175,7 +175,7 @@ def record(display, path):
 
 
 def encode(raw, film):
-    """The last seconds of what was recorded as VP9, small: two passes over a film in which little moves."""
+    """Encodes the last LENGTH seconds of the recording as VP9, in two passes for a small file."""
     with tempfile.TemporaryDirectory() as folder:
         command = ["ffmpeg", "-loglevel", "error", "-y", "-sseof", str(-LENGTH), "-i", str(raw), "-c:v", "libvpx-vp9",
                    "-b:v", "0", "-crf", "38", "-row-mt", "1", "-g", str(FRAMES * 5), "-pix_fmt", "yuv420p",

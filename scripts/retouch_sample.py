@@ -1,9 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Shows Complexion at work where there is no display: retouches the sample portrait in the real window on a virtual
-one, and prints the paths of the picture before, the picture after and a screenshot.
+"""Demonstrates Complexion without a display: retouches the sample portrait in the real window on a virtual display, and
+prints the paths of the picture before, the picture after and a screenshot.
 
-With a photo as its argument it opens that one, and prints the path of the screenshot.
+With a photo as its argument, only opens that photo and prints the path of the screenshot.
 """
 
 import sys
@@ -19,7 +19,7 @@ from virtual_desktop import VirtualDesktop  # noqa: E402
 from window_driver import EXIT_QUESTION, Complexion  # noqa: E402
 
 OUT = ROOT / "out"
-LARGEST = 8  # spots that fit well into it
+LARGEST = 8  # radius of the blemishes to retouch: they fit well into the default edit area
 
 
 def show(photo):

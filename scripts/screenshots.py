@@ -1,6 +1,6 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Takes the README's pictures of the real window on a virtual display: empty, and with the sample portrait being
+"""Takes the README's screenshots of the real window on a virtual display: empty, and while the sample portrait is being
 retouched."""
 
 import subprocess
@@ -17,13 +17,13 @@ from window_driver import Complexion  # noqa: E402
 
 IMAGES = ROOT / "docs/images"
 WINDOW = (1280, 800)
-LARGEST = 6  # radius of a blemish that is retouched; the larger ones are left for the picture
+LARGEST = 6  # radius of the blemishes to retouch; larger ones remain visible in the picture
 ZOOM_STEPS = 5
-DRAG = (0, 120)  # from the portrait's middle to the face
+DRAG = (0, 120)  # from the portrait's centre to the face
 
 
 def arrange(program):
-    """Gives the window its size and moves the mouse out of it."""
+    """Resizes the window and moves the mouse out of it."""
     window = program.window()
     subprocess.run(["xdotool", "windowsize", "--sync", window, *map(str, WINDOW)], check=True)
     wait_until(lambda: program.screen_area("Photo")[2] == WINDOW[0], "the window's size")
@@ -31,7 +31,7 @@ def arrange(program):
 
 
 def take(program, window, path):
-    """The window's content, once it has come to rest."""
+    """Saves a screenshot of the window once it no longer changes."""
     subprocess.run(["xdotool", "mousemove", "0", "0"], check=True)
     program.wait_for_still_picture()
     subprocess.run(["import", "-window", window, "-strip", "-quality", "90", str(path)], check=True)

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# Installs the packages of Debian or Ubuntu that are missing, for the purposes named (the lists below).
-# Says what it installs; says nothing when nothing is missing.
+# Installs the missing Debian or Ubuntu packages for the purposes named (the lists below). Prints what it installs, and
+# nothing if nothing is missing.
 #
-# "a|b" is the first of them that the system's archive has; "b<1.2" suffices only in an older version than 1.2.
+# "a|b" means the first of these packages that is available; "b<1.2" is satisfied only by a version before 1.2.
 set -euo pipefail
 
 build=(
@@ -14,7 +14,7 @@ build=(
     libgif-dev libimagequant-dev libcgif-dev liblcms2-dev
     fonts-urw-base35 'qt6-svg-plugins|libqt6svg6<6.7.2-5'
 )
-# A virtual display, and what drives the window on it from outside.
+# A virtual display, and tools to control the window on it.
 window=(
     xvfb openbox xdotool wmctrl x11-utils imagemagick dbus at-spi2-core
     python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core
@@ -25,11 +25,11 @@ tests=(
 )
 check=(git clang-format-19 clang-tidy-19 valgrind)
 package=(build-essential dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
-system=(debootstrap) # makes a new system to try the package in
+system=(debootstrap) # creates the system in which the package is tested
 coverage=(gcovr)
 fuzz=(clang libclang-rt-dev)
 film=(ffmpeg) # records the tutorial
-bench=(libbenchmark-dev libopencv-photo-dev) # the latter only to be compared with
+bench=(libbenchmark-dev libopencv-photo-dev) # OpenCV only for comparison
 
 wanted=()
 for purpose in "$@"; do
@@ -40,12 +40,12 @@ for purpose in "$@"; do
     wanted+=("${packages[@]}")
 done
 
-# Another system has the same under other names.
+# Other distributions have different package names.
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
     cat >&2 <<'END'
-setup: this system has no packages of Debian's. Complexion needs a C++20 compiler, CMake 3.25, Ninja, pkg-config,
+setup: this system does not use Debian packages. Complexion needs a C++20 compiler, CMake 3.25, Ninja, pkg-config,
 Qt 6.4 or later (Gui, Widgets, Svg with its image plug-in, Linguist tools), libjpeg-turbo, libpng, libtiff, giflib,
-cgif, libimagequant, ISA-L, zlib and Little CMS 2; its tests need GoogleTest too. With these installed, go on with:
+cgif, libimagequant, ISA-L, zlib and Little CMS 2; its tests also need GoogleTest. Install these, then run:
 
     cmake --preset release -DCOMPLEXION_TESTS=OFF -DCOMPLEXION_WERROR=OFF
     cmake --build --preset release
@@ -65,7 +65,7 @@ is_installed() {
     [[ $name == "$1" ]] || dpkg --compare-versions "${installed[$name]}" lt "${1#*<}"
 }
 
-# Whether one of "a|b<1.2" is installed.
+# Whether any of "a|b<1.2" is installed.
 is_satisfied() {
     local alternative
     for alternative in ${1//|/ }; do
@@ -74,7 +74,7 @@ is_satisfied() {
     return 1
 }
 
-# The first of "a|b<1.2" that the archive has; the last where it has none of them.
+# The first package of "a|b<1.2" that is available, or else the last.
 first_known() {
     local name
     for name in ${1//|/ }; do
@@ -114,7 +114,7 @@ apt_get() {
 install_missing() {
     apt_get install -y --no-install-recommends "${missing[@]}"
 }
-# The lists may be missing or older than the archive: the second attempt has fresh ones.
+# The package lists may be missing or outdated; if so, update them and try again.
 install_missing || { apt_get update && choose_missing && install_missing; } || {
     cat "$log" >&2
     echo "setup: cannot install ${missing[*]}" >&2

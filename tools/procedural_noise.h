@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-/// Numbers that look random and are the same in every run and on every machine.
+/// A pseudorandom number generator with the same sequence in every run and on every machine.
 class HashedNumbers {
 public:
     explicit HashedNumbers(std::uint32_t seed) : m_state(seed) {}

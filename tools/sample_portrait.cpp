@@ -21,7 +21,7 @@ bool writeBlemishes(const char* path, const std::vector<Blemish>& blemishes) {
 
 } // namespace
 
-/// Writes the sample portrait, and the places of its blemishes when a second file is named.
+/// Writes the sample portrait, and the positions of its blemishes if a second file is named.
 int main(int argc, char** argv) {
     if (argc != 2 && argc != 3) {
         std::fputs("usage: sample_portrait PICTURE.png [BLEMISHES.csv]\n", stderr);

@@ -64,7 +64,7 @@ void paintLashes(QPainter& painter, HashedNumbers& numbers) {
     }
 }
 
-/// One eye about the origin, its inner corner at the left.
+/// Paints an eye at the origin, with its inner corner at the left.
 void paintEye(QPainter& painter, bool isMirrored, HashedNumbers& numbers) {
     const QPainterPath outline = eyeOutline();
     QLinearGradient white(0, -24, 0, 20);
@@ -76,7 +76,7 @@ void paintEye(QPainter& painter, bool isMirrored, HashedNumbers& numbers) {
     painter.setClipPath(outline);
     painter.save();
     if (isMirrored)
-        painter.scale(-1, 1); // the lamp is not mirrored
+        painter.scale(-1, 1); // the highlight is not mirrored
     paintIris(painter, QPointF(isMirrored ? -2 : 2, -5), numbers);
     painter.restore();
     QLinearGradient lidShadow(0, -30, 0, -4);
@@ -131,7 +131,7 @@ void paintLips(QPainter& painter) {
     lower.cubicTo(QPointF(56, 26), QPointF(30, 37), QPointF(0, 37));
     lower.cubicTo(QPointF(-30, 37), QPointF(-56, 26), QPointF(-86, -5));
 
-    // Several faint outlines one in another make a soft edge.
+    // Several nested faint outlines make a soft edge.
     for (int layer = 0; layer < 5; ++layer) {
         const double size = 1.03 - 0.015 * layer;
         painter.save();

@@ -14,13 +14,13 @@ namespace complexion {
 
 namespace {
 
-/// A lock of hair between two curves: its strands and how bright it is where the light falls on it.
+/// A lock of hair between two curves: its strands, and its brightness where it is lit.
 struct Lock {
     Curve inner;
     Curve outer;
     int strands = 0;
     double shine = 1;
-    bool fadesIn = false; // it continues another lock
+    bool fadesIn = false; // if it continues another lock
 };
 
 QColor hairColor(double brightness) {
@@ -45,7 +45,7 @@ void paintStrands(QPainter& painter, const Lock& lock, HashedNumbers& numbers) {
         };
         jitter(curve.from, 3);
         jitter(curve.bend, 9);
-        jitter(curve.bendToo, 12);
+        jitter(curve.secondBend, 12);
         jitter(curve.to, 10);
         curve.to.ry() += numbers.between(-70, 22);
         const double tone = numbers.between(0.05, 0.42) * (0.7 + 0.5 * std::sin(part * 21));
@@ -92,7 +92,7 @@ void paintHairInFront(QImage& picture) {
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     HashedNumbers numbers(502);
-    // From a parting right of the middle, over the temples, down to the shoulders.
+    // From a parting right of the centre, over the temples, down to the shoulders.
     const Lock left{{{640, 306}, {470, 350}, {372, 520}, {388, 780}},
                     {{644, 222}, {330, 190}, {318, 520}, {316, 820}},
                     700,

@@ -7,21 +7,21 @@ namespace complexion {
 
 inline constexpr int kPortraitWidth = 1200;
 inline constexpr int kPortraitHeight = 1500;
-/// The column that the face is symmetric about.
+/// The face's axis of symmetry, as an x coordinate.
 inline constexpr double kFaceAxis = 600;
 
-/// The layers of the portrait, from back to front; each paints over those before it.
+// The layers of the portrait, from back to front.
 
 void paintBackdrop(QImage& picture);
 void paintHairBehind(QImage& picture);
-/// Neck and face, lit from the upper left, with pores.
+/// Paints neck and face with pores, lit from the upper left.
 void paintSkin(QImage& picture);
 void paintBlemishes(QImage& picture, const std::vector<Blemish>& blemishes);
 void paintEyes(QImage& picture);
 void paintMouthAndNostrils(QImage& picture);
 void paintSweater(QImage& picture);
 void paintHairInFront(QImage& picture);
-/// What a sensor adds.
+/// Adds sensor noise.
 void paintGrain(QImage& picture);
 
 } // namespace complexion

@@ -7,24 +7,24 @@
 
 namespace complexion {
 
-/// A spot on the painted skin, in image pixels from the top left corner.
+/// A blemish of the painted skin, in pixels from the top left corner.
 struct Blemish {
     double x = 0;
     double y = 0;
-    double radius = 0; // where the spot has faded out
+    double radius = 0; // at which it has faded out completely
     bool isDark = true;
 };
 
-/// A picture of a face that belongs to nobody, to try the retouching on, and where its blemishes are.
+/// A painting of an imaginary face to retouch, and its blemishes.
 struct SamplePortrait {
     QImage image; // 1200 by 1500, opaque
     std::vector<Blemish> blemishes;
 };
 
-/// Where the portrait has its blemishes.
+/// The blemishes that the portrait has.
 std::vector<Blemish> samplePortraitBlemishes();
 
-/// Paints the portrait; the same one every time. Needs a QGuiApplication for nothing but the painting.
+/// Paints the portrait, deterministically. Needs a QGuiApplication.
 SamplePortrait paintSamplePortrait();
 
 } // namespace complexion

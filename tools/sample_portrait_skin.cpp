@@ -49,7 +49,7 @@ struct Knot {
     double value = 0;
 };
 
-/// A smooth curve through `knots` that is flat at none of them (Catmull-Rom), constant beyond the ends.
+/// A Catmull-Rom spline through `knots`, constant beyond the ends.
 template <std::size_t kCount>
 double interpolated(const std::array<Knot, kCount>& knots, double at) {
     if (at <= knots.front().at)
@@ -84,7 +84,7 @@ double neckHalfWidth(double y) {
     return interpolated(kOutline, y);
 }
 
-/// A rounded hill (or hollow) of the face: `height` in pixels, its reach in both directions.
+/// A rounded bump (or hollow) of the face: its height and its extents in both directions, in pixels.
 struct Hill {
     double x = 0; // to the right of the axis
     double y = 0;
@@ -156,8 +156,8 @@ struct Light {
     double gloss = 0;
 };
 
-/// The light on a surface of the given slopes (pixels of height a pixel): a large lamp at the upper left, a
-/// reflector at the right.
+/// The illumination of a surface with the given slopes (pixels of height per pixel) by a large lamp at the
+/// upper left and a reflector at the right.
 Light lightOn(double slopeX, double slopeY) {
     const double length = std::sqrt(slopeX * slopeX + slopeY * slopeY + 1);
     const double nx = -slopeX / length;
@@ -169,7 +169,7 @@ Light lightOn(double slopeX, double slopeY) {
     return {0.16 + 0.72 * lamp + 0.17 * reflector, std::pow(half, 26)};
 }
 
-/// How far shadows reach that are thrown upon a place: under the chin, beside the nose, beneath the brows.
+/// The strength of the cast shadows at a point: under the chin, beside the nose, beneath the brows.
 double shade(double x, double y, bool isNeck) {
     const auto spot = [&](double cx, double cy, double rx, double ry) {
         return std::exp(-0.5 * (std::pow((x - cx) / rx, 2) + std::pow((y - cy) / ry, 2)));
@@ -181,7 +181,7 @@ double shade(double x, double y, bool isNeck) {
            0.16 * smoothStep(400, 300, y) + 0.10 * (spot(-60, 600, 12, 22) + spot(60, 600, 12, 22));
 }
 
-/// The skin's own colour: warmer on cheeks, nose and chin, blotched and freckled by noise.
+/// The skin's albedo: warmer on cheeks, nose and chin, with blotches and freckles from noise.
 Color skinColor(double x, double y) {
     const auto spot = [&](double cx, double cy, double rx, double ry) {
         return std::exp(-0.5 * (std::pow((x - cx) / rx, 2) + std::pow((y - cy) / ry, 2)));
@@ -194,22 +194,21 @@ Color skinColor(double x, double y) {
             color.blue * (1 - 0.024 * blotch)};
 }
 
-/// The fine relief of skin: pores that are dark pits and the net of lines between them.
+/// The fine relief of skin: pores and the network of lines between them.
 double poreRelief(double x, double y) {
     const double pits = smoothStep(0.25, 0.8, smoothNoise(x / 3.1, y / 3.1, 21));
     const double net = smoothNoise(x / 2.0, y / 2.4, 22) + 0.6 * smoothNoise(x / 5.0, y / 4.2, 23);
     return 0.10 * net - 0.30 * pits;
 }
 
-/// How rough the skin is; smooth around the eyes, rougher on nose and cheeks.
+/// The roughness of the skin: low around the eyes, higher on nose and cheeks.
 double roughness(double x, double y) {
     const double nose = std::exp(-0.5 * (std::pow(x / 70, 2) + std::pow((y - 730) / 70, 2)));
     const double lids = std::exp(-0.5 * (std::pow((std::abs(x) - 96) / 60, 2) + std::pow((y - 605) / 36, 2)));
     return std::max(0.15, 0.75 + 0.5 * nose - 0.6 * lids);
 }
 
-/// The heights of a surface, each computed when it is first asked for: a body covers a part of the picture
-/// only.
+/// A height map that is computed lazily, because a body covers only part of the picture.
 template <typename Relief>
 class ReliefMap {
 public:
@@ -240,14 +239,14 @@ private:
 Color litSkin(double x, double y, Light light, double shadow) {
     const Color own = skinColor(x, y);
     const double bright = light.diffuse * (1 - shadow);
-    // Light that has travelled beneath the skin makes shadows red.
+    // Subsurface scattering makes shadows red.
     const Color lit{own.red * std::pow(bright, 0.82), own.green * std::pow(bright, 1.02),
                     own.blue * std::pow(bright, 1.08)};
     const double gloss = 46 * light.gloss * (1 - shadow) * (0.8 + 0.35 * smoothNoise(x / 7, y / 7, 31));
     return {lit.red + gloss, lit.green + gloss * 0.97, lit.blue + gloss * 0.92};
 }
 
-/// How much of the pixel lies inside an outline of the given half width.
+/// The pixel's coverage by an outline of the given half width.
 double coverage(double x, double halfWidth, double softness) {
     return smoothStep(halfWidth + softness, halfWidth - softness, std::abs(x));
 }
@@ -298,7 +297,7 @@ void paintBlemishes(QImage& picture, const std::vector<Blemish>& blemishes) {
                                        ? Color{skin.red * 0.80, skin.green * 0.62, skin.blue * 0.60}
                                        : blended(skin, {255, 240, 222}, 0.62);
                 Color color = blended(skin, spot, part);
-                // A raised spot catches the lamp on its upper left.
+                // A raised spot reflects the lamp at its upper left.
                 const double glint = std::exp(-std::pow(distance / 0.35, 2)) * (dx + dy < 0 ? 7 : 0);
                 color = {color.red + glint, color.green + glint, color.blue + glint};
                 setColor(picture, x, y, color);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Usage: repair_sheet SPOTS PHOTOS OUT Makes a contact sheet of real blemishes: before, flat repair, natural
+//
 // repair, each at 200 %. SPOTS is a CSV file with the columns file, x, y, radius, in pixels from the top
 // left; the files are in the folder PHOTOS.
 #include "benchmarks/repair/csv_rows.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Usage: repair_speed Measures the repairs of a synthetic blemish at several radii, in milliseconds, and
+//
 // OpenCV's seamless cloning of the same box if OpenCV is installed. They run alternately, so that load on the
 // machine affects all of them.
 #include "imaging/image_tools.h"
