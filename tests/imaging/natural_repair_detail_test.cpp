@@ -25,7 +25,7 @@ Restoration restorationOf(const Image& image, PixelPosition place, std::int64_t 
     return blemish ? healing::restoreDetail(window, *blemish) : Restoration{};
 }
 
-/// The correlation of two parts of a picture's green, as far as they reach from their middles.
+/// The correlation of the green component in two square regions of a picture, given by their centres.
 double correlation(const Image& picture, PixelPosition a, PixelPosition b, int reach) {
     const auto greenAt = [&picture](PixelPosition place, int dy, int dx) {
         return static_cast<double>(
@@ -52,7 +52,7 @@ double correlation(const Image& picture, PixelPosition a, PixelPosition b, int r
            std::sqrt((squareA - sumA * sumA / count) * (squareB - sumB * sumB / count));
 }
 
-/// The skin around a mottled blemish, as a search for its detail sees it.
+/// The skin around a mottled blemish, as the input of the search for detail.
 struct Neighbourhood {
     SkinWindow window;
     Blemish blemish;
@@ -80,7 +80,7 @@ struct Neighbourhood {
     }
 };
 
-TEST(NaturalRepair, APatchWhosePatternStandsThereAlreadyIsNotTakenAgain) {
+TEST(NaturalRepair, APatchThatIsAlreadyThereIsNotUsedAgain) {
     const Neighbourhood skin = Neighbourhood::ofMottledSkin();
     CellGrid<float> present(skin.blemish.bounds);
     std::vector<DetailSource> taken;
@@ -96,7 +96,7 @@ TEST(NaturalRepair, APatchWhosePatternStandsThereAlreadyIsNotTakenAgain) {
     }
 }
 
-TEST(NaturalRepair, TheSamePlaceClickedTwiceDoesNotRepeatAPattern) {
+TEST(NaturalRepair, ASecondClickDoesNotRepeatThePattern) {
     const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
     const Restoration first = restorationOf(image, kCenter, kRadius);
     ASSERT_TRUE(first.columns != 0 || first.rows != 0);
@@ -104,8 +104,7 @@ TEST(NaturalRepair, TheSamePlaceClickedTwiceDoesNotRepeatAPattern) {
     const Image once = healed(image);
     EXPECT_GT(correlation(once, kCenter, source, 7), 0.7);
 
-    // It gets spotted again, a little: the spot is repaired, and the pattern that stands there is not laid on
-    // it once more.
+    // Adds a faint new spot: it is repaired, and the pattern that is there already is not applied again.
     const Image spotted = painted(kSize, [&once](int row, int column) {
         const RGBA32 pixel = once.pixel(row, column);
         const double factor = 1 - 0.4 * stainAt(row, column, kCenter, 8);
@@ -120,16 +119,16 @@ TEST(NaturalRepair, TheSamePlaceClickedTwiceDoesNotRepeatAPattern) {
     EXPECT_GT(grainAround(twice, 6), 0.5 * grainAround(once, 6));
 }
 
-TEST(NaturalRepair, TheDetailOfABlemishThatHasNoneOfSkinsComesFromCleanSkin) {
+TEST(NaturalRepair, ForAMottledBlemishDetailComesFromCleanSkin) {
     const Image clean = Skin{.grain = 5}.clean();
     const Restoration restoration = restorationOf(mottled(clean, kCenter), kCenter, kRadius);
     EXPECT_GT(restoration.gain, 0);
     EXPECT_EQ(restoration.grain, 0);
-    // The patch lies wholly beside the blemish.
+    // The patch does not overlap the blemish.
     EXPECT_GT(std::hypot(restoration.columns, restoration.rows), kMottledRadius);
 }
 
-/// A picture that the disc fills: there is no room for a patch of clean skin in it.
+/// The disc fills the picture, so that there is no clean skin from which to take a patch.
 void expectMembraneWithGrain(int radius) {
     SCOPED_TRACE(radius);
     const PixelSize size{2 * radius, 2 * radius};
@@ -164,7 +163,7 @@ void expectMembraneWithGrain(int radius) {
     EXPECT_LT(ratio, 2);
 }
 
-TEST(NaturalRepair, WithoutAGoodSourceTheMembraneGetsGrainAsStrongAsTheSkins) {
+TEST(NaturalRepair, WithoutASourcePatchTheMembraneGetsGrainAsStrongAsTheSkins) {
     expectMembraneWithGrain(20);
     expectMembraneWithGrain(48);
 }

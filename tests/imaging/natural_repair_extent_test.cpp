@@ -51,7 +51,7 @@ TEST(NaturalRepairExtent, TheBlemishIsFoundAtItsPlaceWhateverTheDisc) {
     }
 }
 
-TEST(NaturalRepairExtent, WhatIsRefusedSaysWhy) {
+TEST(NaturalRepairExtent, ARefusedRepairReportsTheReason) {
     const Image clean = Skin{}.clean();
     EXPECT_EQ(located(clean, kCenter, kRadius), Located(BlemishRefusal::NothingDiffers));
     EXPECT_EQ(located(clean, {5, 100}, kRadius), Located(BlemishRefusal::OverBorder));
@@ -72,7 +72,7 @@ TEST(NaturalRepairExtent, ALowerThresholdNeverLosesABlemish) {
     }
 }
 
-/// The mean brightness of the pixels between two distances from the middle.
+/// The mean brightness of the pixels between two distances from the centre.
 double ringMean(const Image& image, double from, double to) {
     double sum = 0;
     int count = 0;

@@ -7,7 +7,7 @@
 namespace complexion {
 namespace {
 
-TEST(NaturalRepair, AlphaStaysAndColourIsPremultipliedByIt) {
+TEST(NaturalRepair, AlphaIsKeptAndColourIsPremultiplied) {
     const Skin skin{.grain = 0};
     const Image opaque = skin.picture();
     const auto translucent = [](const Image& picture) {
@@ -37,7 +37,7 @@ TEST(NaturalRepair, TransparentPixelsStayTransparent) {
     EXPECT_TRUE(samePixels(healed(filled(kSize, {})), filled(kSize, {})));
 }
 
-TEST(NaturalRepair, TheProfileAndTheSizeInPointsStay) {
+TEST(NaturalRepair, TheProfileAndTheSizeInPointsAreKept) {
     const ColorProfile profile = ColorProfile::fromIcc(wideProfile());
     const Image image = Skin{}.picture().withProfile(profile).withSize({100, 80});
     const auto result = ImageTools::HealPimpleInImage(image, {50, 40}, 8, kThreshold);
@@ -60,7 +60,7 @@ TEST(NaturalRepair, TheSameClickGivesTheSamePixelsOnEveryThread) {
 }
 
 TEST(NaturalRepair, TheSameClickGivesTheSamePixelsOnEveryMachine) {
-    // FNV-1a of the pixels, as first computed: another compiler or processor must come to the same.
+    // The FNV-1a hash of the pixels, which must be the same for every compiler and processor.
     const Skin skin{.shading = 0.25, .grain = 8};
     std::uint32_t hash = 2166136261U;
     for (const RGBA32 pixel : pixelsOf(healed(skin.picture())))

@@ -4,7 +4,7 @@
 namespace complexion {
 namespace {
 
-TEST(NaturalRepair, ADiscOverTheBorderGivesTheVeryImageAsTheFlatRepairDoes) {
+TEST(NaturalRepair, ADiscOverTheBorderReturnsTheSameImageAsTheFlatRepairDoes) {
     const Image image = Skin{}.picture();
     const std::int64_t radius = 15;
     for (const PixelPosition place : {PixelPosition{14, 100},
@@ -45,7 +45,7 @@ TEST(NaturalRepair, ABlemishAtThePicturesEdgeIsRepaired) {
     }
 }
 
-TEST(NaturalRepair, DiscsOfAFewPixelsAreDefined) {
+TEST(NaturalRepair, DiscsOfAFewPixelsAreHandled) {
     const Image image = skinWithBlemishes(kSize, {kCenter});
     for (const std::int64_t radius : {1, 2, 3, 4, 5, 6}) {
         SCOPED_TRACE(radius);
@@ -54,7 +54,7 @@ TEST(NaturalRepair, DiscsOfAFewPixelsAreDefined) {
     EXPECT_TRUE(samePixels(healed(image, kCenter, 1), image));
 }
 
-TEST(NaturalRepair, APictureThatTheDiscFillsIsDefined) {
+TEST(NaturalRepair, ADiscThatFillsThePictureIsHandled) {
     for (const int side : {2, 3, 7, 20, 66}) {
         SCOPED_TRACE(side);
         const Image image = noise({side, side});
@@ -64,7 +64,7 @@ TEST(NaturalRepair, APictureThatTheDiscFillsIsDefined) {
     }
 }
 
-TEST(NaturalRepair, ADiscWithoutPixelsAndAPointOutOfAllRangeAreFatal) {
+TEST(NaturalRepair, ADiscWithoutPixelsAndAPointFarOutOfRangeAreFatal) {
     const Image image = Skin{}.picture();
     EXPECT_DEATH(healed(image, kCenter, 0), "no pixel");
     EXPECT_DEATH(healed(image, kCenter, -1), "no pixel");
@@ -77,7 +77,7 @@ TEST(NaturalRepair, AnImageWithoutPixelsGivesNoImage) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "unable to get cgImage\n");
 }
 
-TEST(NaturalRepair, ChaosIsSurvived) {
+TEST(NaturalRepair, RandomPixelsAreHandled) {
     const Image image = noise(kSize, 5);
     for (const std::int64_t radius : {3, 17, 40, 79})
         for (const std::int64_t threshold : {0, 10, 100})

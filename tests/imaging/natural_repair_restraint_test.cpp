@@ -4,17 +4,17 @@
 namespace complexion {
 namespace {
 
-TEST(NaturalRepair, NothingOutsideADiscThatHoldsTheBlemishIsTouched) {
+TEST(NaturalRepair, NothingOutsideADiscThatCoversTheBlemishIsChanged) {
     const Image image = Skin{}.picture();
     for (const std::int64_t radius : {18, 20, 33, 41}) {
         SCOPED_TRACE(radius);
         const Image result = healed(image, kCenter, radius);
-        EXPECT_GT(countOfChanged(image, result), 0);
+        EXPECT_GT(changedPixelCount(image, result), 0);
         expectUntouchedOutsideDisc(image, result, kCenter, radius);
     }
 }
 
-TEST(NaturalRepair, NothingBeyondTheReachOfASmallDiscIsTouched) {
+TEST(NaturalRepair, NothingBeyondTheReachOfASmallDiscIsChanged) {
     const Image image = Skin{}.picture();
     for (const std::int64_t radius : {1, 2, 5, 8, 12}) {
         SCOPED_TRACE(radius);
@@ -22,7 +22,7 @@ TEST(NaturalRepair, NothingBeyondTheReachOfASmallDiscIsTouched) {
     }
 }
 
-TEST(NaturalRepair, TheGivenImageStaysAndUntouchedTilesAreShared) {
+TEST(NaturalRepair, TheSourceIsUnchangedAndUntouchedTilesAreShared) {
     const Image image = Skin{}.picture();
     const std::vector<RGBA32> before = pixelsOf(image);
     const Image result = healed(image);
@@ -79,17 +79,17 @@ TEST(NaturalRepair, AThresholdOfAllLevelsRepairsNothing) {
 TEST(NaturalRepair, ALargerThresholdRepairsNoMorePixels) {
     const Skin skin;
     const Image image = skin.picture();
-    int previous = countOfChanged(image, healed(image, kCenter, kRadius, 0));
+    int previous = changedPixelCount(image, healed(image, kCenter, kRadius, 0));
     EXPECT_GT(previous, 400);
     for (const std::int64_t threshold : {10, 30, 60, 100, 254}) {
-        const int changed = countOfChanged(image, healed(image, kCenter, kRadius, threshold));
+        const int changed = changedPixelCount(image, healed(image, kCenter, kRadius, threshold));
         EXPECT_LE(changed, previous + 10) << threshold;
         previous = changed;
     }
     EXPECT_LT(previous, 100);
 }
 
-TEST(NaturalRepair, AThresholdBelowZeroIsTakenAsZero) {
+TEST(NaturalRepair, ANegativeThresholdCountsAsZero) {
     const Image image = Skin{}.picture();
     EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, -5), healed(image, kCenter, kRadius, 0)));
 }
@@ -103,7 +103,7 @@ TEST(NaturalRepair, HairOverTheDiscIsLeftAlone) {
     EXPECT_TRUE(samePixels(healed(hair), hair));
 }
 
-TEST(NaturalRepair, HairBesideABlemishStaysAndDoesNotRunIntoTheSkin) {
+TEST(NaturalRepair, HairBesideABlemishIsKeptAndDoesNotBleedIntoTheSkin) {
     const Skin skin{.grain = 3, .radius = 9};
     const auto withHair = [](const Image& picture) {
         return painted(kSize, [&picture](int row, int column) {
@@ -119,18 +119,18 @@ TEST(NaturalRepair, HairBesideABlemishStaysAndDoesNotRunIntoTheSkin) {
     EXPECT_NEAR(meanAround(result, &RGBA32::green), meanAround(clean, &RGBA32::green), 3);
 }
 
-TEST(NaturalRepair, TheRepairDoesNotRepeatItselfWhenThePlaceIsClickedAgain) {
+TEST(NaturalRepair, ASecondClickChangesAlmostNothing) {
     const Skin skin;
     const Image once = healed(skin.picture());
     const Image twice = healed(once);
-    // What is skin now stays, or next to all of it.
-    EXPECT_LT(countOfChanged(once, twice), 60);
+    // Almost all of the repaired skin is left unchanged.
+    EXPECT_LT(changedPixelCount(once, twice), 60);
 }
 
-TEST(NaturalRepair, ASecondBlemishInTheSamePlaceGetsOtherDetail) {
+TEST(NaturalRepair, ASecondBlemishAtTheSamePositionGetsDifferentDetail) {
     const Skin skin{.grain = 5};
     const Image clean = skin.clean();
-    // A blot without any detail of its own, twice in one place.
+    // A blemish without detail, twice at the same position.
     const auto blotted = [](const Image& picture) {
         return painted(kSize, [&picture](int row, int column) {
             return std::hypot(row - 80, column - 100) < 10 ? RGBA32(90, 40, 40, 255)
@@ -139,12 +139,12 @@ TEST(NaturalRepair, ASecondBlemishInTheSamePlaceGetsOtherDetail) {
     };
     const Image once = healed(blotted(clean));
     const Image twice = healed(once);
-    EXPECT_LT(countOfChanged(once, twice), 60);
+    EXPECT_LT(changedPixelCount(once, twice), 60);
     EXPECT_GT(grainAround(once, 6), 0.4 * grainAround(clean, 6));
 }
 
-TEST(NaturalRepair, HairBesideABlemishDoesNotKeepItFromBeingRepaired) {
-    // Very even skin that gets dark softly towards the hair, which the blemish nearly touches.
+TEST(NaturalRepair, HairBesideABlemishDoesNotPreventItsRepair) {
+    // Very even skin that darkens gradually towards the hair, which the blemish almost touches.
     for (const int middle : {104, 107}) {
         SCOPED_TRACE(middle);
         const auto picture = [middle](double strength) {
@@ -161,7 +161,7 @@ TEST(NaturalRepair, HairBesideABlemishDoesNotKeepItFromBeingRepaired) {
     }
 }
 
-TEST(NaturalRepair, AHighlightBesideTheBlemishStays) {
+TEST(NaturalRepair, AHighlightBesideTheBlemishIsKept) {
     const auto picture = [](double strength) {
         return painted(kSize, [strength](int row, int column) {
             const double t = strength * stainAt(row, column, kCenter, 11);

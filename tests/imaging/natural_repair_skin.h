@@ -10,14 +10,14 @@
 
 namespace complexion {
 
-// Drawn skin with blemishes, and what repairs make of it.
+// Synthetic skin with blemishes, and measures of its repairs.
 
 inline constexpr PixelSize kSize{200, 160};
 inline constexpr PixelPosition kCenter{80, 100};
 inline constexpr std::int64_t kRadius = 20;
 inline constexpr std::int64_t kThreshold = 10;
 
-/// The middle of a pixel of an image of one point per pixel, bottom-left origin.
+/// The centre of a pixel as a point, in an image of one point per pixel.
 inline Point at(const Image& image, PixelPosition position) {
     return {static_cast<double>(position.column) + 0.5,
             image.size().height - static_cast<double>(position.row) - 0.5};
@@ -32,7 +32,7 @@ inline std::uint8_t byteOf(double value) {
     return static_cast<std::uint8_t>(std::clamp(value + 0.5, 0.0, 255.0));
 }
 
-/// Noise of a place, -1 to 1, the same at every run.
+/// Deterministic noise from -1 to 1.
 inline double grainAt(int row, int column) {
     auto hash = static_cast<std::uint32_t>(row * 7919 + column * 104729 + 17);
     hash = (hash ^ (hash >> 15)) * 2246822519U;
@@ -40,7 +40,7 @@ inline double grainAt(int row, int column) {
     return static_cast<double>((hash ^ (hash >> 16)) & 0xFFFF) / 32767.5 - 1;
 }
 
-/// How much of a blemish of a radius is at a place: 1 in its middle, 0 outside, with a soft rim.
+/// The strength of a blemish at a pixel: 1 at its centre, 0 outside, with a soft edge.
 inline double stainAt(int row, int column, PixelPosition center, double radius) {
     const auto dx = static_cast<double>(column - center.column);
     const auto dy = static_cast<double>(row - center.row);
@@ -49,9 +49,9 @@ inline double stainAt(int row, int column, PixelPosition center, double radius) 
     return t * t * (3 - 2 * t);
 }
 
-/// Shaded skin with grain of a strength, and a stain that multiplies it.
+/// Shaded skin with grain, multiplied by a stain.
 struct Skin {
-    double shading = 0.15; // levels a column
+    double shading = 0.15; // levels per column
     double grain = 6;      // levels
     std::array<double, 3> color{205, 160, 140};
     std::array<double, 3> stain{0.68, 0.5, 0.52};
@@ -73,7 +73,8 @@ struct Skin {
 
 inline constexpr double kMottledRadius = 12;
 
-/// A blemish with a mottle of its own, which no skin has: its detail must come from elsewhere.
+/// Adds a blemish with a mottled texture that skin does not have, so that its detail must come from
+/// elsewhere.
 inline Image mottled(const Image& clean, PixelPosition center, double radius = kMottledRadius) {
     return painted(clean.pixelSize(), [&](int row, int column) {
         const RGBA32 pixel = clean.pixel(row, column);
@@ -85,7 +86,7 @@ inline Image mottled(const Image& clean, PixelPosition center, double radius = k
     });
 }
 
-/// The mean of a component over the places within `radius` of the centre.
+/// The mean of a component over the pixels within `radius` of the centre.
 inline double meanAround(const Image& image, std::uint8_t (RGBA32::*component)() const, int radius = 8) {
     double sum = 0;
     int count = 0;
@@ -100,7 +101,7 @@ inline double meanAround(const Image& image, std::uint8_t (RGBA32::*component)()
     return sum / count;
 }
 
-/// The mean square of the difference between horizontal neighbours there.
+/// The mean square of the difference between horizontal neighbours within `radius` of the centre.
 inline double grainAround(const Image& image, int radius = 8) {
     double sum = 0;
     int count = 0;
@@ -115,7 +116,7 @@ inline double grainAround(const Image& image, int radius = 8) {
     return sum / count;
 }
 
-inline void expectSkinBack(const Skin& skin, double tolerance = 2.5) {
+inline void expectSkinRestored(const Skin& skin, double tolerance = 2.5) {
     const Image clean = skin.clean();
     const Image result = healed(skin.picture());
     EXPECT_NEAR(meanAround(result, &RGBA32::red), meanAround(clean, &RGBA32::red), tolerance);
@@ -126,7 +127,7 @@ inline void expectSkinBack(const Skin& skin, double tolerance = 2.5) {
     EXPECT_LT(ratio, 2.0);
 }
 
-inline int countOfChanged(const Image& before, const Image& after) {
+inline int changedPixelCount(const Image& before, const Image& after) {
     const std::vector<RGBA32> a = pixelsOf(before);
     const std::vector<RGBA32> b = pixelsOf(after);
     int count = 0;
@@ -147,8 +148,8 @@ inline void expectUntouchedOutsideDisc(const Image& before, const Image& after, 
         }
 }
 
-/// Farther than this from the click, in pixels, a natural repair changes nothing: the disc that it may go to
-/// and its feather.
+/// The distance from the click, in pixels, beyond which a natural repair changes nothing: the largest disc to
+/// which it may extend, plus the feathering.
 inline std::int64_t reachOf(std::int64_t radius) {
     return static_cast<std::int64_t>(ImageTools::kMaxHealingReach * static_cast<double>(radius)) + 3;
 }

@@ -4,23 +4,23 @@
 namespace complexion {
 namespace {
 
-TEST(NaturalRepair, ADarkStainGivesTheSkinBackWithItsGrain) {
-    expectSkinBack({});
+TEST(NaturalRepair, ADarkStainIsReplacedBySkinWithGrain) {
+    expectSkinRestored({});
 }
 
-TEST(NaturalRepair, AFaintStainOnDarkSkinGivesTheSkinBack) {
-    expectSkinBack({.shading = 0.05, .grain = 2, .color = {72, 48, 38}, .stain = {0.95, 0.78, 0.8}}, 1.5);
+TEST(NaturalRepair, AFaintStainOnDarkSkinIsReplacedBySkin) {
+    expectSkinRestored({.shading = 0.05, .grain = 2, .color = {72, 48, 38}, .stain = {0.95, 0.78, 0.8}}, 1.5);
 }
 
-TEST(NaturalRepair, ALightScarGivesTheSkinBack) {
-    expectSkinBack({.stain = {1.15, 1.3, 1.3}});
+TEST(NaturalRepair, ALightScarIsReplacedBySkin) {
+    expectSkinRestored({.stain = {1.15, 1.3, 1.3}});
 }
 
-TEST(NaturalRepair, AStainClickedBesideItsMiddleGivesTheSkinBack) {
-    expectSkinBack({.radius = 11, .center = {77, 103}});
+TEST(NaturalRepair, AStainClickedOffCentreIsReplacedBySkin) {
+    expectSkinRestored({.radius = 11, .center = {77, 103}});
 }
 
-TEST(NaturalRepair, ShadingGoesOnAcrossTheRepair) {
+TEST(NaturalRepair, ShadingContinuesAcrossTheRepair) {
     Skin skin{.shading = 0.7, .grain = 0};
     const Image result = healed(skin.picture());
     EXPECT_TRUE(nearlySamePixels(result, skin.clean(), 3));
@@ -63,7 +63,7 @@ TEST(NaturalRepair, ALargeDiscIsRepairedAsASmallOne) {
     EXPECT_LT(worst, 4);
 }
 
-TEST(NaturalRepair, TheGrainOfALargeDiscIsThatOfThePixelsAround) {
+TEST(NaturalRepair, TheGrainOfALargeDiscMatchesThePixelsAround) {
     constexpr PixelSize kLargeSize{420, 400};
     constexpr PixelPosition kMiddle{200, 210};
     const auto picture = [](double strength) {
@@ -90,7 +90,7 @@ TEST(NaturalRepair, TheGrainOfALargeDiscIsThatOfThePixelsAround) {
     EXPECT_LT(ratio, 1.2);
 }
 
-/// Skin whose grain has hues of its own, with a blemish that is red and brown in turn.
+/// Skin whose grain varies in hue, with a blemish that alternates between red and brown.
 Image motley(double strength, double hue, double turns) {
     return painted(kSize, [=](int row, int column) {
         const double t = strength * stainAt(row, column, kCenter, 12);
@@ -103,8 +103,9 @@ Image motley(double strength, double hue, double turns) {
     });
 }
 
-/// How far any 4 by 4 pixels around the centre are from that skin's hue, in levels of red less blue.
-double worstHue(const Image& image) {
+/// The largest deviation of a block of 4 × 4 pixels near the centre from that skin's hue, in levels of red
+/// minus blue.
+double largestHueDeviation(const Image& image) {
     double worst = 0;
     for (int row = 70; row < 90; row += 4)
         for (int column = 90; column < 110; column += 4) {
@@ -119,17 +120,17 @@ double worstHue(const Image& image) {
 }
 
 TEST(NaturalRepair, ABlemishOfSeveralHuesLeavesNoneOfThem) {
-    EXPECT_LT(worstHue(motley(0, 0, 1)), 2);
+    EXPECT_LT(largestHueDeviation(motley(0, 0, 1)), 2);
     for (const double turns : {0.35, 0.5, 0.7, 0.9}) {
         SCOPED_TRACE(turns);
-        EXPECT_GT(worstHue(motley(1, 0.15, turns)), 15);
-        EXPECT_LT(worstHue(healed(motley(1, 0.15, turns))), 3);
+        EXPECT_GT(largestHueDeviation(motley(1, 0.15, turns)), 15);
+        EXPECT_LT(largestHueDeviation(healed(motley(1, 0.15, turns))), 3);
     }
 }
 
 TEST(NaturalRepair, ABlemishOfNearlyOneHueLeavesLittleOfTheOther) {
-    EXPECT_GT(worstHue(motley(1, 0.06, 0.35)), 15);
-    EXPECT_LT(worstHue(healed(motley(1, 0.06, 0.35))), 6);
+    EXPECT_GT(largestHueDeviation(motley(1, 0.06, 0.35)), 15);
+    EXPECT_LT(largestHueDeviation(healed(motley(1, 0.06, 0.35))), 6);
 }
 
 } // namespace
