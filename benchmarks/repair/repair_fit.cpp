@@ -20,7 +20,7 @@
 namespace complexion {
 namespace {
 
-constexpr std::int64_t kUsualThreshold = 10;
+constexpr std::int64_t kDefaultThreshold = 10;
 constexpr int kRuns = 3; // of which the quickest counts
 constexpr std::array<std::int64_t, 8> kStartRadii = {5, 7, 10, 14, 20, 30, 45, 60};
 // Of the fitted radius, in radii of the label: a fit outside of this is wrong.
@@ -32,10 +32,10 @@ Repair naturalRepair(std::int64_t radius) {
             .colorType = kAutodetectColor,
             .customColor = {},
             .style = RepairStyle::Natural,
-            .threshold = kUsualThreshold};
+            .threshold = kDefaultThreshold};
 }
 
-Point middleOf(PixelPosition place, const Image& image) {
+Point centreOf(PixelPosition place, const Image& image) {
     return {static_cast<double>(place.column) + 0.5,
             image.size().height - static_cast<double>(place.row) - 0.5};
 }
@@ -92,7 +92,7 @@ int fitCases(const std::filesystem::path& cases, const std::filesystem::path& ou
                 return 1;
             const auto ring = fitting.fit(start, *image, placeIn(row));
             const auto repaired =
-                ring ? naturalRepair(ring->radius).applyTo(*image, middleOf(ring->middle, *image)) : image;
+                ring ? naturalRepair(ring->radius).applyTo(*image, centreOf(ring->middle, *image)) : image;
             if (!repaired || !ImageTools::SaveImage(*repaired, folder / file, "png"))
                 return 1;
         }

@@ -210,7 +210,8 @@ TEST_F(EditDiscTest, ASecondRingIsFainterThanTheDisc) {
     disc->setSecondRing(DiscRing{.place = kPlace, .radius = 20});
     const QImage screen = shown();
     EXPECT_GT(drawnShare(screen, 100.75), 0.8);
-    EXPECT_LT(drawnAt(screen, kMiddle + QPointF(100.75, 0)), drawnAt(screen, kMiddle + QPointF(50.75, 0)));
+    EXPECT_LT(differenceAt(screen, kCentre + QPointF(100.75, 0)),
+              differenceAt(screen, kCentre + QPointF(50.75, 0)));
     disc->setPlace(kPlace, 11);
     EXPECT_LT(drawnShare(shown(), 100.75), 0.05);
 }
@@ -218,14 +219,14 @@ TEST_F(EditDiscTest, ASecondRingIsFainterThanTheDisc) {
 TEST_F(EditDiscTest, ACaptionIsUnderTheRingsOrAboveThemAndInsideTheView) {
     disc->setPlace(kPlace, 10);
     disc->setCaption(QStringLiteral("F fits the ring"));
-    EXPECT_GT(drawnAt(shown(), kMiddle + QPointF(0, 50 + 8 + 6)), 100);
+    EXPECT_GT(differenceAt(shown(), kCentre + QPointF(0, 50 + 8 + 6)), 100);
     disc->setPlace(PixelPosition{52, 40}, 5);
     EXPECT_EQ(disc->caption(), QString());
     disc->setCaption(QStringLiteral("F fits the ring"));
-    EXPECT_GT(drawnAt(shown(), disc->shownCentre() - QPointF(0, 25 + 8 + 6)), 100);
+    EXPECT_GT(differenceAt(shown(), disc->shownCentre() - QPointF(0, 25 + 8 + 6)), 100);
     disc->setPlace(PixelPosition{30, 0}, 5);
     disc->setCaption(QStringLiteral("F fits the ring"));
-    EXPECT_GT(drawnAt(shown(), QPointF(3, disc->shownCentre().y() + 25 + 8 + 8)), 100);
+    EXPECT_GT(differenceAt(shown(), QPointF(3, disc->shownCentre().y() + 25 + 8 + 8)), 100);
 }
 
 } // namespace
