@@ -2,6 +2,7 @@
 """A virtual desktop for tests: an X server, a window manager, a session bus and the accessibility bus."""
 
 import os
+import shlex
 import subprocess
 import time
 from pathlib import Path
@@ -85,10 +86,11 @@ class VirtualDesktop:
             "--print-address={}")
         os.environ["DISPLAY"] = ":" + self._run_and_read_line(
             "xserver", "Xvfb", "-displayfd", "{}", "-screen", "0", self.size, "-nolisten", "tcp", "-noreset")
-        self._run("window-manager", "openbox")
+        # It announces itself on the root window before it manages windows, and would lose one that is mapped then.
+        managing = self.folder / "managing"
+        self._run("window-manager", "openbox", "--startup", f"touch {shlex.quote(str(managing))}")
         self._run("accessibility", "/usr/libexec/at-spi-bus-launcher", "--launch-immediately")
-        wait_until(lambda: "window id" in output_of("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"),
-                   "the window manager")
+        wait_until(managing.exists, "the window manager")
         wait_until(lambda: "AT_SPI_BUS" in output_of("xprop", "-root", "AT_SPI_BUS"), "the accessibility bus")
 
     def screenshot(self, path):
