@@ -23,7 +23,7 @@ public:
     }
 
     /// Clears everything that was cached for painting, as if the photo had never been shown.
-    void clearCaches() { m_editor.controller().originalImage().forgetComputedUnlessShared(Image()); }
+    void clearCaches() { m_editor.controller().originalImage().dropCachesUnlessShared(Image()); }
 
 private:
     Editor m_editor;

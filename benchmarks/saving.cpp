@@ -24,7 +24,7 @@ public:
     }
 
     double save() {
-        m_editor.controller().originalImage().forgetComputedUnlessShared(Image());
+        m_editor.controller().originalImage().dropCachesUnlessShared(Image());
         const std::filesystem::path target = folder() / "saved.jpg";
         const double seconds = secondsOf([&] { m_editor.save(target); });
         std::filesystem::remove(target);

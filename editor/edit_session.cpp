@@ -73,7 +73,7 @@ void EditSession::install(const Image& image, bool isNewPhoto) {
         }
         m_change = isNewPhoto ? 0 : m_change + 1;
     }
-    previous.forgetComputedUnlessShared(image);
+    previous.dropCachesUnlessShared(image);
 }
 
 Image EditSession::image() const {

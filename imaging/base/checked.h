@@ -33,7 +33,7 @@ Integer checkedMultiply(Integer a, Integer b) {
     return product;
 }
 
-/// `value` truncated toward zero; fatal, naming `what`, when it is not finite or does not fit.
+/// Truncates `value` toward zero. Fatal, with the message `what`, if it is not finite or out of range.
 inline std::int64_t truncateToInt64(double value, std::string_view what) {
     // -2^63 itself fits; the next double below it, -2^63 - 2048, is the exclusive lower bound.
     if (!std::isfinite(value) || value <= -9223372036854777856.0 || value >= 9223372036854775808.0)

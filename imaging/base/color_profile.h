@@ -8,7 +8,7 @@
 
 namespace complexion {
 
-/// A colour as red, green and blue in 0 to 1, in the space that its context names.
+/// An RGB colour with components from 0 to 1, in the colour space that its context names.
 struct RgbColor {
     double red = 0;
     double green = 0;
@@ -16,21 +16,21 @@ struct RgbColor {
     bool operator==(const RgbColor&) const = default;
 };
 
-/// The RGB space that an image's values are in: sRGB, or the one of an ICC profile.
+/// The RGB colour space of an image's values: sRGB, or that of an ICC profile.
 class ColorProfile {
 public:
     /// sRGB.
     ColorProfile() = default;
 
-    /// The space of an ICC profile; sRGB when `icc` is not a usable RGB profile.
+    /// The space of an ICC profile; sRGB if `icc` is not a usable RGB profile.
     static ColorProfile fromIcc(std::span<const std::uint8_t> icc);
 
     bool isSrgb() const { return m_icc == nullptr; }
 
-    /// The profile's bytes, to be embedded in files; empty for sRGB.
+    /// The profile's bytes for embedding in files; empty for sRGB.
     std::span<const std::uint8_t> icc() const;
 
-    /// A colour of sRGB in this space, clamped to 0 .. 1 (relative colorimetric); itself in sRGB.
+    /// Converts an sRGB colour to this space (relative colorimetric), clamped to 0 .. 1.
     RgbColor fromSrgb(RgbColor color) const;
 
     bool operator==(const ColorProfile& other) const;

@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-/// Prints one line on standard output, at once: the only words that operations on images and files have.
+/// Prints one line to standard output and flushes it. Operations on images and files print nothing else.
 void printLine(std::string_view line);
 
 } // namespace complexion

@@ -5,8 +5,8 @@
 
 namespace complexion {
 
-/// Ends the program because a precondition is broken: names it on standard error and aborts.
-/// Not for what a user or a file can cause in normal work.
+/// Reports a broken precondition on standard error and aborts. Not for anything that a user or a file can
+/// cause.
 [[noreturn]] void fatal(std::string_view brokenPrecondition);
 
 } // namespace complexion

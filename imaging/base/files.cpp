@@ -35,8 +35,8 @@ public:
     }
     int get() const { return m_fd; }
     explicit operator bool() const { return m_fd >= 0; }
-    void reset(int fd) { m_fd = fd; } // of one that holds none
-    /// Closes now; false when the system reports that bytes were lost.
+    void reset(int fd) { m_fd = fd; } // only while none is held
+    /// Closes now. False if the system reports that data was lost.
     bool close() {
         const int result = ::close(m_fd);
         m_fd = -1;
@@ -51,13 +51,13 @@ Error systemError(ErrorKind kind) {
     return Error{std::strerror(errno), errno == ENOMEM ? ErrorKind::OutOfMemory : kind};
 }
 
-/// All parts, in few calls: each call costs about as much as the copying of 100 KB.
+/// Writes all parts in few calls: each call costs about as much as copying 100 KB.
 bool writeAll(int fd, const FileContents& contents) {
     std::vector<iovec> rest;
     rest.reserve(contents.parts.size());
     for (const auto& part : contents.parts)
         if (!part->empty())
-            rest.push_back({const_cast<std::uint8_t*>(part->data()), part->size()}); // it is only read
+            rest.push_back({const_cast<std::uint8_t*>(part->data()), part->size()}); // only read
     for (std::span<iovec> left = rest; !left.empty();) {
         const ssize_t result =
             ::writev(fd, left.data(), static_cast<int>(std::min(left.size(), std::size_t{IOV_MAX})));
@@ -75,8 +75,8 @@ bool writeAll(int fd, const FileContents& contents) {
     return true;
 }
 
-/// Fills `bytes` from `position` on, and makes them as many as there are.
-bool readOn(int fd, Bytes& bytes, std::size_t position) {
+/// Reads into `bytes` from `position` on, and shrinks it to what was read.
+bool readInto(int fd, Bytes& bytes, std::size_t position) {
     while (position < bytes.size()) {
         const ssize_t got = ::read(fd, bytes.data() + position, bytes.size() - position);
         if (got < 0 && errno == EINTR)
@@ -91,16 +91,16 @@ bool readOn(int fd, Bytes& bytes, std::size_t position) {
     return true;
 }
 
-mode_t usualFileMode() {
-    // The mask can only be read by setting it; no other thread of this program creates files meanwhile.
+mode_t defaultFileMode() {
+    // The umask can only be read by setting it. No other thread creates files at the same time.
     const mode_t mask = ::umask(0077);
     ::umask(mask);
     return 0666 & ~mask;
 }
 
-/// The permissions of a new file of `group` whose readers must all be among `readers`.
+/// The permission bits of a new file of `group`, all of whose readers must be among `readers`.
 mode_t modeFor(const Readers& readers, gid_t group) {
-    // To a new file of another group, each of the two classes may have members of both of the old one.
+    // If the group differs, each of the new file's two classes may have members of both old ones.
     const bool both = readers.everybodyInGroup && readers.allOthers;
     const bool isSameGroup = readers.group == group;
     mode_t mode = S_IRWXU;
@@ -115,8 +115,9 @@ std::filesystem::path folderOf(const std::filesystem::path& path) {
     return path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
 }
 
-/// A file in the making beside its target. Where the file system can, it has no name until it is whole: a
-/// process that is killed leaves nothing of it. Goes with its owner unless it was moved.
+/// A file being written beside its target. Where the file system supports it, the file has no name until it
+/// is complete, so that a killed process leaves nothing behind. Deleted by the destructor unless it was
+/// moved.
 class NewFile {
 public:
     explicit NewFile(const std::filesystem::path& folder)
@@ -135,7 +136,7 @@ public:
 
     bool write(const FileContents& contents, const std::optional<Readers>& readers) {
         if (contents.size() > 0) {
-            // Reserving the space first is faster and finds a full disk early; not every file system can.
+            // Preallocation is faster and detects a full disk early. Not every file system supports it.
             const int reserved = ::posix_fallocate(m_file.get(), 0, static_cast<off_t>(contents.size()));
             if (reserved == ENOSPC || reserved == EFBIG)
                 return false;
@@ -144,8 +145,8 @@ public:
     }
 
     bool moveTo(const std::filesystem::path& path) {
-        // File systems that report lost bytes only when a file is closed have no files without a name.
-        if (m_isNamed ? !m_file.close() : !giveName())
+        // File systems that report lost data only on close do not support files without a name.
+        if (m_isNamed ? !m_file.close() : !linkToName())
             return false;
         if (::rename(m_name.c_str(), path.c_str()) != 0)
             return false;
@@ -154,20 +155,20 @@ public:
     }
 
 private:
-    // A short name: one made from the target's could be longer than the file system allows.
+    // Short, as a name derived from the target's could exceed the file system's maximum.
     static constexpr const char* kNamePattern = ".cx-XXXXXX";
     static constexpr std::size_t kRandomLetters = 6; // at its end
     static constexpr const char* kOpenFiles = "/proc/self/fd/";
 
     static int openUnnamed(const std::filesystem::path& folder) {
-        // Without the process's own files to see, there would be no way to name it.
+        // Without /proc the file could not be linked to a name.
         return ::access(kOpenFiles, F_OK) == 0
                    ? ::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR)
                    : -1;
     }
 
     bool setMode(const std::optional<Readers>& readers) {
-        mode_t mode = usualFileMode();
+        mode_t mode = defaultFileMode();
         struct stat status = {};
         if (readers && ::fstat(m_file.get(), &status) != 0)
             return false;
@@ -176,8 +177,8 @@ private:
         return ::fchmod(m_file.get(), mode) == 0;
     }
 
-    /// A link cannot replace a file, so that even a file without a name needs one before it is moved.
-    bool giveName() {
+    /// linkat() cannot replace a file, so even a file without a name needs one before it is moved.
+    bool linkToName() {
         const std::string self = kOpenFiles + std::to_string(m_file.get());
         const std::string pattern = m_name;
         std::random_device random;
@@ -210,8 +211,8 @@ Bytes FileContents::joined() const {
     return bytes;
 }
 
-Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start)) {
-    // Without O_NONBLOCK the opening of a named pipe would wait for a writer.
+Result<Bytes> readFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start)) {
+    // Without O_NONBLOCK, opening a named pipe would wait for a writer.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file)
         return systemError(ErrorKind::CannotRead);
@@ -223,16 +224,16 @@ Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteV
     if (status.st_size > kMaxFile)
         return Error{"a file of impossible length", ErrorKind::TooLarge};
     const auto length = static_cast<std::size_t>(status.st_size);
-    Bytes bytes(isWanted ? std::min(length, kTellingBytes) : length);
-    if (!readOn(file.get(), bytes, 0))
+    Bytes bytes(isAccepted ? std::min(length, kSignatureBytes) : length);
+    if (!readInto(file.get(), bytes, 0))
         return systemError(ErrorKind::CannotRead);
-    if (!isWanted)
+    if (!isAccepted)
         return bytes;
-    if (!isWanted(bytes))
+    if (!isAccepted(bytes))
         return Error{"a file of another kind", ErrorKind::NotAPicture};
     const std::size_t start = bytes.size();
     bytes.resize(length);
-    if (!readOn(file.get(), bytes, start))
+    if (!readInto(file.get(), bytes, start))
         return systemError(ErrorKind::CannotRead);
     return bytes;
 }
@@ -264,7 +265,7 @@ bool flushToDisk(const std::filesystem::path& path) {
     const Descriptor folder(::open(folderOf(path).c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY));
     if (folder)
         return ::fsync(folder.get()) == 0;
-    // A folder that may be written and not read cannot be opened: the whole file system then.
+    // A folder without read permission cannot be opened: flush the whole file system.
     return errno == EACCES && ::syncfs(file.get()) == 0;
 }
 
@@ -273,7 +274,7 @@ bool moveWithoutReplacing(const std::filesystem::path& from, const std::filesyst
         return true;
     if (errno != EINVAL && errno != ENOSYS)
         return false;
-    // The file system cannot do that in one step: an empty file takes the name first.
+    // The file system cannot do that atomically: reserve the name with an empty file.
     const Descriptor place(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!place)
         return false;
@@ -287,10 +288,10 @@ bool moveWithoutReplacing(const std::filesystem::path& from, const std::filesyst
 
 std::filesystem::path nameWithSuffix(const std::filesystem::path& name, const std::string& suffix,
                                      const std::filesystem::path& folder, std::size_t spare) {
-    constexpr std::size_t kUsualMaxName = 255;
-    constexpr std::size_t kMaxExtension = 32; // a longer one is no extension but a name with a dot in it
-    const long told = ::pathconf(folder.c_str(), _PC_NAME_MAX);
-    const std::size_t longest = told > 0 ? static_cast<std::size_t>(told) : kUsualMaxName;
+    constexpr std::size_t kDefaultMaxName = 255;
+    constexpr std::size_t kMaxExtension = 32; // a longer one is part of the name
+    const long reported = ::pathconf(folder.c_str(), _PC_NAME_MAX);
+    const std::size_t maxLength = reported > 0 ? static_cast<std::size_t>(reported) : kDefaultMaxName;
     std::string extension = name.extension().string();
     std::string stem = name.stem().string();
     if (extension.size() > kMaxExtension)
@@ -299,7 +300,7 @@ std::filesystem::path nameWithSuffix(const std::filesystem::path& name, const st
     const auto continuesSequence = [](char byte) {
         return (static_cast<unsigned char>(byte) & 0xc0) == 0x80;
     };
-    std::size_t length = std::min(stem.size(), longest - std::min(longest, taken));
+    std::size_t length = std::min(stem.size(), maxLength - std::min(maxLength, taken));
     while (length > 0 && length < stem.size() && continuesSequence(stem[length]))
         --length;
     return stem.substr(0, length) + suffix + extension;

@@ -18,55 +18,56 @@ namespace complexion {
 using Bytes = std::vector<std::uint8_t>;
 using ByteView = std::span<const std::uint8_t>;
 
-/// The bytes of a file to be written, in parts, so that bytes which are kept elsewhere need no copy.
+/// The bytes of a file to write, in parts, so that cached bytes need not be copied.
 struct FileContents {
     std::vector<std::shared_ptr<const Bytes>> parts;
 
     void append(Bytes bytes) { parts.push_back(std::make_shared<const Bytes>(std::move(bytes))); }
     std::uint64_t size() const;
-    /// All parts in one.
+    /// All parts concatenated.
     Bytes joined() const;
 };
 
-/// Longer files are refused before memory is taken for them.
+/// Maximum file size in bytes. Longer files are rejected before memory is allocated.
 inline constexpr std::int64_t kMaxFile = std::int64_t{2} << 30;
-/// As many bytes of a file tell what it is.
-inline constexpr std::size_t kTellingBytes = 64;
+/// Number of leading bytes needed for format detection.
+inline constexpr std::size_t kSignatureBytes = 64;
 
-/// A whole regular file of at most kMaxFile bytes; anything else that stands at `path` (folder, pipe,
-/// device) is an error. So is a file whose first kTellingBytes `isWanted` does not want: it is no picture.
-Result<Bytes> readFile(const std::filesystem::path& path, bool (*isWanted)(ByteView start) = nullptr);
+/// Reads a regular file of at most kMaxFile bytes. Fails for anything else at `path` (folder, pipe, device),
+/// and with NotAPicture if `isAccepted` rejects the first kSignatureBytes bytes.
+Result<Bytes> readFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start) = nullptr);
 
 /// Who may read a file besides its owner.
 struct Readers {
     bool everybodyInGroup = true;
     bool allOthers = true;
-    /// The group; nothing where the group alone does not decide, because the file has an access control list.
+    /// The file's group; nothing if the file has an access control list, so that the group alone does not
+    /// decide.
     std::optional<gid_t> group;
 };
 
-/// The readers of the file at `path`; nothing when its attributes cannot be read.
+/// The readers of the file at `path`; nothing if its attributes cannot be read.
 std::optional<Readers> readersOf(const std::filesystem::path& path);
 
-/// Writes to a temporary file beside `path` and moves it over `path` in one step. An error, with whatever
-/// stood at `path` untouched and no temporary file left, when that fails. A new file has the usual mode (0666
-/// less the umask), less what would let anybody read it who is not among `readers`.
+/// Writes to a temporary file beside `path` and renames it to `path`. On failure, what was at `path` is
+/// unchanged and no temporary file remains. A new file has the default mode (0666 less the umask), without
+/// permissions for anybody who is not among `readers`.
 Result<Done> writeFileAtomically(const std::filesystem::path& path, const FileContents& contents,
                                  const std::optional<Readers>& readers = std::nullopt);
 
-/// Has the system put the file's bytes and its folder's entry on the disk; false when it reports an error.
+/// Flushes the file and its directory entry to disk. False if the system reports an error.
 bool flushToDisk(const std::filesystem::path& path);
 
-/// Moves a file to a name that nothing has yet. False, with errno set (EEXIST: the name is taken) and the
-/// file where it was, when that fails.
+/// Renames a file to a name that is not in use. On failure returns false, sets errno (EEXIST: the name is in
+/// use) and leaves the file where it was.
 bool moveWithoutReplacing(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// `name` with `suffix` put before its extension, cut in front of the suffix to what the file system of
-/// `folder` allows as a name less `spare` bytes. Never cuts a UTF-8 sequence in two.
+/// Inserts `suffix` before the extension of `name`. Shortens the stem so that the name has at most the length
+/// that the file system of `folder` allows, less `spare` bytes. Never splits a UTF-8 sequence.
 std::filesystem::path nameWithSuffix(const std::filesystem::path& name, const std::string& suffix,
                                      const std::filesystem::path& folder, std::size_t spare = 0);
 
-/// A file that stays readable when its name is taken away: one that may be replaced while it is still needed.
+/// Keeps a file readable even when its name is removed or taken by another file.
 class HeldFile {
 public:
     explicit HeldFile(const std::filesystem::path& path);
@@ -74,7 +75,7 @@ public:
     HeldFile& operator=(const HeldFile&) = delete;
     ~HeldFile();
 
-    /// A path that reads the file for as long as it is held; the file's own where it could not be opened.
+    /// A path that reads the file as long as this object lives; the original path if it could not be opened.
     const std::filesystem::path& path() const { return m_path; }
 
 private:

@@ -28,7 +28,7 @@ struct Point {
     bool operator==(const Point&) const = default;
 };
 
-/// A place in a picture: row 0 is the top row, column 0 the left edge.
+/// The position of a pixel: row 0 is the top row, column 0 the leftmost column.
 struct PixelPosition {
     std::int64_t row = 0;
     std::int64_t column = 0;
@@ -54,7 +54,7 @@ struct PixelRect {
                 std::max(0, std::min(bottom(), other.bottom()) - top)};
     }
 
-    /// The smallest rectangle that holds both; an empty one adds nothing.
+    /// The bounding box of both rectangles; empty ones are ignored.
     PixelRect united(const PixelRect& other) const {
         if (isEmpty())
             return other;

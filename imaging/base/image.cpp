@@ -74,7 +74,7 @@ struct Image::Content {
     ColorProfile profile;
     std::optional<DeepAlpha> deepAlpha; // of the bands' deep pixels
     std::shared_ptr<const BandList> bands = std::make_shared<const BandList>();
-    std::shared_ptr<const PixelSource> source;                     // in place of bands, unless null
+    std::shared_ptr<const PixelSource> source;                     // replaces the bands, unless null
     std::vector<std::shared_ptr<const PixelTransform>> transforms; // applied in this order when read
     std::shared_ptr<Memo> encoderMemory = std::make_shared<Memo>();
 
@@ -316,7 +316,7 @@ Memo& Image::encoderMemory() const {
     return *m_content->encoderMemory;
 }
 
-void Image::forgetComputedUnlessShared(const Image& current) const {
+void Image::dropCachesUnlessShared(const Image& current) const {
     const BandList& mine = *m_content->bands;
     const BandList& theirs = *current.m_content->bands;
     for (std::size_t index = 0; index < mine.size(); ++index) {
@@ -327,7 +327,7 @@ void Image::forgetComputedUnlessShared(const Image& current) const {
         const auto& tiles = mine[index]->tiles();
         for (std::size_t column = 0; column < tiles.size(); ++column)
             if (!other || column >= other->tiles().size() || tiles[column] != other->tiles()[column])
-                tiles[column]->forgetLevels();
+                tiles[column]->dropLevels();
     }
 }
 

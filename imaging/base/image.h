@@ -13,7 +13,7 @@
 
 namespace complexion {
 
-/// A change of single pixels, the same at every place of the picture.
+/// A transformation of single pixels, independent of their position.
 class PixelTransform {
 public:
     PixelTransform() = default;
@@ -21,11 +21,11 @@ public:
     PixelTransform& operator=(const PixelTransform&) = delete;
     virtual ~PixelTransform() = default;
 
-    /// Replaces each of `pixels` in place. Called from any thread.
+    /// Transforms `pixels` in place. Called from any thread.
     virtual void apply(std::span<RGBA32> pixels) const = 0;
 };
 
-/// Pixels that are made when they are read.
+/// Pixels that are computed on demand.
 class PixelSource {
 public:
     PixelSource() = default;
@@ -42,14 +42,14 @@ public:
     virtual void readDeep(PixelRect rect, RGBA64* out, std::ptrdiff_t stride) const;
 };
 
-/// An immutable picture: tiles of pixels shared with other images, a size in points, and the colour space
-/// its values are in. Copying an Image copies a handle; the copy is the same object.
+/// An immutable picture: copy-on-write tiles of pixels, a size in points, and the colour space of its values.
+/// Copying an Image copies a handle to the same object.
 class Image {
 public:
     /// An empty image: no pixels, size zero.
     Image();
 
-    /// An empty image, without pixels, of a given size.
+    /// An image of a given size, without pixels.
     static Image empty(PointSize size);
 
     /// The image of a list of bands that cover `pixels`, at one point per pixel. With `deepAlpha`, its tiles
@@ -57,15 +57,14 @@ public:
     static Image fromBands(PixelSize pixels, BandList bands, ColorProfile profile = {},
                            std::optional<DeepAlpha> deepAlpha = {});
 
-    /// The image of pixels that are made when they are read, for going through it once: it has no halved
-    /// levels.
+    /// An image whose pixels are computed on demand, for a single pass: it has no mipmap levels.
     static Image fromSource(PixelSize pixels, std::shared_ptr<const PixelSource> source,
                             ColorProfile profile = {});
 
-    /// The image of packed rows, top row first, at one point per pixel.
+    /// An image of packed rows, top row first, at one point per pixel.
     static Image fromPixels(PixelSize size, std::span<const RGBA32> pixels);
 
-    /// Whether both are handles of one object (not merely equal pixels).
+    /// Whether both are handles to one object (not merely equal pixels).
     bool isSameObject(const Image& other) const { return m_content == other.m_content; }
 
     bool hasPixels() const { return pixelSize().area() > 0; }
@@ -73,31 +72,30 @@ public:
     PointSize size() const;
     const ColorProfile& profile() const;
 
-    /// New images of the same pixels.
+    /// New images with the same pixels.
     Image withSize(PointSize size) const;
     Image withProfile(ColorProfile profile) const;
-    /// The same picture with other pixels; keeps the size in points, the profile and the encoders' memory.
+    /// The same picture with other pixels. Keeps the size in points, the profile and the encoder memory.
     Image withBands(BandList bands) const;
 
-    /// The image whose pixels are `transform` of this one's, computed where and when they are read. Another
-    /// picture: its encoders' memory is its own.
+    /// A new picture whose pixels are `transform` of this one's, computed on demand. It has an encoder memory
+    /// of its own.
     Image transformed(std::shared_ptr<const PixelTransform> transform) const;
     bool isTransformed() const;
 
-    /// Copies the pixels of `rect`, which lies inside the picture, to `out`, whose rows are `stride` pixels
-    /// apart.
+    /// Copies the pixels of `rect`, which must be inside the picture, to `out`, whose rows are `stride`
+    /// pixels apart.
     void read(PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const;
 
-    /// As `read`, from the picture halved `level` times (0 .. Tile::kLastLevel); `rect` counts that level's
-    /// pixels.
+    /// As `read`, from mipmap level `level` (0 .. Tile::kLastLevel); `rect` is in pixels of that level.
     void readLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const;
 
-    /// The two halves of `readLevel`, for who has something to do between them: the pixels as they are
-    /// stored, and what they are transformed into when they are read.
+    /// The two steps of `readLevel`, for callers that work between them: reading the stored pixels, and
+    /// transforming them.
     void readStoredLevel(int level, PixelRect rect, RGBA32* out, std::ptrdiff_t stride) const;
     void transform(std::span<RGBA32> pixels) const;
 
-    /// The size of the picture halved `level` times: each halving rounds up.
+    /// The size of mipmap level `level`: each halving rounds up.
     PixelSize levelSize(int level) const;
 
     RGBA32 pixel(int row, int column) const;
@@ -115,19 +113,19 @@ public:
     int bandCount() const;
     /// The rows of band `index`.
     PixelRect bandRect(int index) const;
-    /// Band `index` as it is stored, null when the pixels are computed when read: whatever is kept beside a
-    /// stored band speaks of its very pixels.
+    /// The stored band `index`; null if pixels are computed on demand, as values cached beside a band must
+    /// match its stored pixels.
     std::shared_ptr<const Band> storedBand(int index) const;
-    /// All stored bands. Not for an image whose pixels are computed when read: see `materialized`.
+    /// All stored bands. Fatal if pixels are computed on demand; see `materialized`.
     const BandList& bands() const;
-    /// The same object when the pixels are stored, otherwise a new image that stores them.
+    /// The same object if its pixels are stored, otherwise a new image that stores them.
     Image materialized() const;
 
-    /// What an encoder wants to keep for all images made from one picture (its code tables, say).
+    /// What an encoder caches for all images derived from one picture, such as its Huffman codes.
     Memo& encoderMemory() const;
 
-    /// Gives back what can be computed again from those of this image's pixels that `current` does not share.
-    void forgetComputedUnlessShared(const Image& current) const;
+    /// Frees the cached values (encoded bands, mipmap levels) of those pixels that `current` does not share.
+    void dropCachesUnlessShared(const Image& current) const;
 
 private:
     struct Content;

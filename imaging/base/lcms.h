@@ -9,7 +9,7 @@
 
 namespace complexion {
 
-// Owners of the colour library's objects.
+// RAII owners of the colour library's objects.
 
 struct LcmsProfileCloser {
     void operator()(void* profile) const { cmsCloseProfile(profile); }
@@ -21,7 +21,7 @@ struct LcmsTransformDeleter {
 };
 using LcmsTransform = std::unique_ptr<void, LcmsTransformDeleter>;
 
-/// The profile in `icc`; null when it is none.
+/// Opens the profile in `icc`. Null if it is not a valid profile.
 inline LcmsProfile openLcmsProfile(std::span<const std::uint8_t> icc) {
     return LcmsProfile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
 }

@@ -9,14 +9,14 @@
 
 namespace complexion {
 
-/// `work()`'s Result; an exception of it as an error. The border between code that throws when memory is
-/// lacking and code that works with values.
+/// Calls `work` and returns its Result; converts an exception to an error. The boundary between code that may
+/// throw std::bad_alloc and code that returns values.
 template <class Work>
 auto withoutThrowing(const Work& work) -> decltype(work()) {
     try {
         return work();
     } catch (const std::bad_alloc&) {
-        return Error{"out of memory", ErrorKind::OutOfMemory}; // short: takes no memory itself
+        return Error{"out of memory", ErrorKind::OutOfMemory}; // short enough to need no memory
     } catch (const std::system_error& error) {                 // no thread can be started
         return Error{error.what(), ErrorKind::OutOfMemory};
     } catch (const std::exception& exception) {

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kCacheLine = 64; // bytes
 
-/// How a picture is turned: first the sides are swapped about the main diagonal, then it is mirrored.
+/// How a picture is turned: first transposed, then mirrored.
 struct Turn {
     bool transpose = false;
     bool mirrorColumns = false;
@@ -41,7 +41,7 @@ Turn turnTo(Orientation orientation) {
     return {};
 }
 
-/// The turn that undoes `orientation`: all are their own inverse but the two quarter turns.
+/// The inverse orientation: all but the two quarter turns are their own.
 Orientation inverse(Orientation orientation) {
     if (orientation == Orientation::RightTop)
         return Orientation::LeftBottom;
@@ -50,7 +50,7 @@ Orientation inverse(Orientation orientation) {
     return orientation;
 }
 
-/// The part of the picture `from` that becomes `place` in the turned one, of size `to`.
+/// The part of the source picture that becomes `place` in the turned one, of size `to`.
 PixelRect sourceOf(PixelRect place, PixelSize to, Turn turn) {
     const PixelRect mirrored{turn.mirrorColumns ? to.width - place.right() : place.x,
                              turn.mirrorRows ? to.height - place.bottom() : place.y, place.width,
@@ -102,7 +102,7 @@ void transpose(const PixelView<Pixel>& source, Turn turn, const PixelView<Pixel>
     }
 }
 
-/// A picture turned while it is read.
+/// A picture that is turned on demand.
 class TurnedPixels : public PixelSource {
 public:
     TurnedPixels(Image image, Turn turn)
@@ -147,20 +147,20 @@ private:
     PixelSize m_size;
 };
 
-/// The picture turned, its pixels made when they are read.
+/// The turned picture, whose pixels are computed on demand.
 Image turned(const Image& image, Turn turn) {
     const auto source = std::make_shared<const TurnedPixels>(image, turn);
     const PointSize points = image.size();
     const Image result = Image::fromSource(source->size(), source, image.profile())
                              .withSize(turn.transpose ? PointSize{points.height, points.width} : points);
-    // What an encoder has learned of the picture holds for it however it lies.
+    // The encoder memory holds for a picture in any orientation.
     result.encoderMemory().set(image.encoderMemory().get<Memo::Value>());
     return result;
 }
 
 } // namespace
 
-PixelRect storedPlace(PixelRect place, PixelSize upright, Orientation orientation) {
+PixelRect storedRect(PixelRect place, PixelSize upright, Orientation orientation) {
     return sourceOf(place, upright, turnTo(orientation));
 }
 

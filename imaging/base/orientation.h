@@ -5,8 +5,8 @@
 
 namespace complexion {
 
-/// How stored pixels are turned to be upright: the values 1 to 8 of the EXIF and TIFF tag 274 ("Orientation",
-/// TIFF 6.0: where row 0 and column 0 of the stored picture lie in the upright one).
+/// How stored pixels are turned upright: the values 1 to 8 of the Orientation tag, 274 (TIFF 6.0 section 8).
+/// The names say which sides of the upright picture the stored row 0 and column 0 are on.
 enum class Orientation {
     TopLeft = 1,
     TopRight = 2,
@@ -18,12 +18,12 @@ enum class Orientation {
     LeftBottom = 8,
 };
 
-/// The orientation of a tag's value; upright for values that mean nothing.
+/// The orientation for a tag's value; TopLeft for invalid values.
 constexpr Orientation orientationFromTag(int value) {
     return value >= 1 && value <= 8 ? static_cast<Orientation>(value) : Orientation::TopLeft;
 }
 
-/// Whether upright width is stored height.
+/// Whether turning upright swaps width and height.
 constexpr bool swapsSides(Orientation orientation) {
     return orientation >= Orientation::LeftTop;
 }
@@ -32,13 +32,13 @@ constexpr PixelSize uprightSize(PixelSize stored, Orientation orientation) {
     return swapsSides(orientation) ? PixelSize{stored.height, stored.width} : stored;
 }
 
-/// Where the pixels of `place`, a part of an upright picture of size `upright`, are stored.
-PixelRect storedPlace(PixelRect place, PixelSize upright, Orientation orientation);
+/// The stored rectangle of `place`, a part of an upright picture of size `upright`.
+PixelRect storedRect(PixelRect place, PixelSize upright, Orientation orientation);
 
-/// The upright picture of pixels stored with `orientation`; the same object for TopLeft.
+/// Turns a picture stored with `orientation` upright. Returns the same object for TopLeft.
 Image turnedUpright(const Image& stored, Orientation orientation);
 
-/// The pixels to store with `orientation` so that a viewer shows `upright`: undoes `turnedUpright`.
+/// Turns an upright picture for storage with `orientation`: the inverse of `turnedUpright`.
 Image turnedForStorage(const Image& upright, Orientation orientation);
 
 } // namespace complexion

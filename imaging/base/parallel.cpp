@@ -14,42 +14,40 @@ namespace complexion {
 
 namespace {
 
-/// One call of parallelFor, on the stack of its caller. What is not const or atomic is guarded by the pool's
-/// mutex.
+/// One call of parallelFor, on its caller's stack. The pool's mutex guards what is neither const nor atomic.
 struct Job {
     Job(const std::function<void(int)>& calls, int callCount) : body(calls), count(callCount) {}
 
     const std::function<void(int)>& body;
     const int count;
     std::atomic<int> next = 0;
-    int missingHelpers = 0; // how many more threads may take part
-    int helpers = 0;        // how many take part now
+    int openSlots = 0; // how many more threads may join
+    int helpers = 0;   // how many have joined and not left yet
     std::condition_variable helpersDone;
     std::exception_ptr failure;
     Job* nextInQueue = nullptr;
 };
 
-/// Threads that wait for jobs, one less than there are cores: the caller of parallelFor always works on its
-/// own job and waits only for threads that have taken part in it. So nested calls cannot wait for each other,
-/// and a call is never slower than its caller alone.
+/// Worker threads, one fewer than there are cores. The caller of parallelFor always works on its own job and
+/// waits only for threads that have joined it. So nested calls cannot deadlock, and a call is never slower
+/// than its caller alone.
 class ThreadPool {
 public:
-    /// Lives until the process ends: its threads may be waiting for work while the program's other objects
-    /// go.
+    /// Never destroyed: its threads may still wait for work while static objects are destroyed.
     static ThreadPool& instance() {
         static auto& pool = *new ThreadPool;
         return pool;
     }
 
-    /// Whether the threads are those of this process; a forked child has none of them.
+    /// Whether the threads belong to this process; a forked child has none of them.
     bool isOurs() const { return m_process == getpid(); }
 
     void run(Job& job, int helpers) {
         {
             const std::scoped_lock lock(m_mutex);
             addThreads(helpers);
-            job.missingHelpers = std::min(helpers, m_threads);
-            if (job.missingHelpers > 0)
+            job.openSlots = std::min(helpers, m_threads);
+            if (job.openSlots > 0)
                 enqueue(job);
         }
         for (int i = 0; i < helpers; ++i)
@@ -61,7 +59,7 @@ public:
     }
 
 private:
-    /// Has so many threads, or fewer when memory or threads are lacking.
+    /// Grows the pool to `wanted` threads, or to fewer if memory or threads run out.
     void addThreads(int wanted) {
         try {
             for (; m_threads < wanted; ++m_threads)
@@ -86,14 +84,14 @@ private:
             }
     }
 
-    /// What each of the threads does.
+    /// The loop that each worker thread runs.
     [[noreturn]] void help() {
         std::unique_lock lock(m_mutex);
         for (;;) {
             m_wake.wait(lock, [this] { return m_queue != nullptr; });
             Job& job = *m_queue;
             ++job.helpers;
-            if (--job.missingHelpers == 0)
+            if (--job.openSlots == 0)
                 dequeue(job);
             lock.unlock();
             work(job);
@@ -117,7 +115,7 @@ private:
     const pid_t m_process = getpid();
     std::mutex m_mutex;
     std::condition_variable m_wake;
-    Job* m_queue = nullptr; // jobs that miss helpers, the oldest first
+    Job* m_queue = nullptr; // jobs with open slots, oldest first
     int m_threads = 0;
 };
 

@@ -5,11 +5,11 @@
 
 namespace complexion {
 
-/// How many threads can run at once.
+/// The number of threads that can run at once, at least 1.
 int coreCount();
 
-/// Calls `body(i)` once for each i in 0 .. count - 1, on all cores, and returns when all are done.
-/// The calls are taken in ascending order. An exception of a call is thrown again here.
+/// Calls `body(i)` once for each i in 0 .. count - 1, on all cores, and returns when all calls have. The
+/// calls start in ascending order. Rethrows the exception of a call.
 void parallelFor(int count, const std::function<void(int)>& body);
 
 } // namespace complexion

@@ -98,7 +98,7 @@ void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) 
     for (const PixelPosition position : positions) {
         if (const TileIndex index = tileAt(position); !tile || index != current) {
             current = index;
-            tile = &touchedTile(index);
+            tile = &writableTile(index);
         }
         paintPixel(*tile, indexInTile(position, tile->block), paint);
     }
@@ -127,8 +127,8 @@ void PixelBuffer::paintRow(PixelPosition start, std::span<const RGBA32> pixels,
 
 Image PixelBuffer::close() && {
     BandList bands = m_image.bands();
-    for (auto touched = m_touched.begin(); touched != m_touched.end();) {
-        const std::int64_t band = touched->first.band;
+    for (auto written = m_writableTiles.begin(); written != m_writableTiles.end();) {
+        const std::int64_t band = written->first.band;
         std::shared_ptr<const Band>& slot = bands[static_cast<std::size_t>(band)];
         auto tiles = slot->tiles();
         for (; touched != m_touched.end() && touched->first.band == band; ++touched)

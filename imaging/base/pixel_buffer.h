@@ -8,29 +8,30 @@
 
 namespace complexion {
 
-/// An image opened for editing pixel by pixel: 8 bits a component, premultiplied, top row first.
-/// Opening copies no pixel; painting copies the tiles it touches; closing shares all others with the source.
+/// An image opened for editing pixel by pixel: 8 bits per component, premultiplied, top row first. Its tiles
+/// are copy-on-write: opening copies nothing, painting copies the tiles it touches, and closing shares all
+/// others with the source.
 class PixelBuffer {
 public:
-    /// What is printed when the image has no pixels, when memory for the buffer or for its pixels is lacking.
+    /// Messages for an image without pixels, and for exhausted memory for the buffer or its pixels.
     static constexpr const char* kNoBitmap = "unable to get cgImage";
     static constexpr const char* kNoContext = "unable to create context";
     static constexpr const char* kNoData = "unable to get context data";
 
-    /// Opens `image`; the error's message is kNoBitmap or kNoContext. Sizes whose rows or whole do not fit in
-    /// an integer are fatal.
+    /// Opens `image`. Fails with the message kNoBitmap or kNoContext. Fatal if the size in bytes overflows 64
+    /// bits.
     static Result<PixelBuffer> open(const Image& image);
 
     std::int64_t width() const { return m_image.pixelSize().width; }
     std::int64_t height() const { return m_image.pixelSize().height; }
 
-    /// The source's pixels in `rect`, packed, top row first; `rect` lies inside the buffer.
+    /// The source's pixels in `rect`, packed, top row first. `rect` must be inside the buffer.
     std::vector<RGBA32> sourcePixels(PixelRect rect) const;
 
-    /// The pixel as it stands now.
+    /// The current pixel at `position`.
     RGBA32 pixel(PixelPosition position) const;
 
-    /// Gives every position of `positions` the pixel `paint`. Throws std::bad_alloc when memory is lacking.
+    /// Sets the pixels at `positions` to `paint`. May throw std::bad_alloc.
     void paint(std::span<const PixelPosition> positions, RGBA32 paint);
 
     /// Gives the pixels from `start` on, to the right, those of `pixels`. Throws std::bad_alloc as above.
@@ -38,7 +39,7 @@ public:
     /// they change anything.
     void paintRow(PixelPosition start, std::span<const RGBA32> pixels, std::span<const RGBA64> deep = {});
 
-    /// A new image of the buffer's pixels, with the source's size in points.
+    /// Returns a new image of the buffer's pixels, with the source's size in points.
     Image close() &&;
 
 private:

@@ -15,8 +15,7 @@ namespace {
 constexpr std::size_t kComponents = 4;
 constexpr int kSplineTaps = 4;
 
-/// For each place of the new axis: the places of the old one that make it up, with their weights, which sum
-/// to 1.
+/// For each output pixel of one axis: the input pixels that contribute to it, with weights that sum to 1.
 struct Axis {
     struct Span {
         int first = 0;
@@ -36,7 +35,7 @@ struct Axis {
     }
 };
 
-/// Shares of the area that each new pixel covers.
+/// Weights by area: the part of each input pixel that an output pixel covers.
 Axis coverage(int from, int to) {
     Axis axis;
     std::vector<double> parts;
@@ -60,7 +59,7 @@ double catmullRom(double x) {
     return x < 2 ? ((-0.5 * x + 2.5) * x - 4) * x + 2 : 0;
 }
 
-/// Spline weights between pixel centres; beyond the edge its last pixel continues.
+/// Catmull-Rom weights between pixel centres; edge pixels are repeated beyond the edge.
 Axis spline(int from, int to) {
     Axis axis;
     std::vector<double> parts;
@@ -81,7 +80,7 @@ Axis axisFor(int from, int to) {
     return to <= from ? coverage(from, to) : spline(from, to);
 }
 
-/// Stretches rows sideways on demand, for the vertical pass of one band.
+/// Resamples rows horizontally on demand, for the vertical pass of one band.
 class RowSource {
 public:
     RowSource(const Image& image, const Axis& columns)
@@ -93,9 +92,9 @@ public:
             row.values.resize(columns.spans.size() * kComponents);
     }
 
-    /// Row `index` of the source at the new width; stays valid while the next three rows are asked for.
+    /// Source row `index` at the output width. Valid while the next three rows are requested.
     const float* row(int index) {
-        // Neighbouring new rows share at most the rows of one spline.
+        // Neighbouring output rows share at most the input rows of one spline.
         Row& row = m_rows[static_cast<std::size_t>(index % kSplineTaps)];
         if (row.index != index) {
             row.index = index;
@@ -137,7 +136,7 @@ private:
     std::array<Row, kSplineTaps> m_rows;
 };
 
-/// The nearest pixel; splines overshoot, so no component may pass 255, and no colour its alpha.
+/// Rounds to a pixel. Splines overshoot, so components are clamped to 255, and colours to alpha.
 RGBA32 rounded(const float* value) {
     const auto component = [](float v, float highest) {
         return static_cast<std::uint8_t>(std::clamp(v + 0.5F, 0.0F, highest));

@@ -5,14 +5,14 @@
 
 namespace complexion {
 
-/// The whole picture stretched to `size`, at one point per pixel, in the source's colour space. Along an axis
-/// that shrinks each pixel is the mean of the area it covers, along one that grows the pixels are joined by
-/// Catmull-Rom splines; both work on the premultiplied values. A picture that has the size already keeps its
-/// very pixels; one without pixels becomes transparent.
+/// Resamples the whole picture to `size`, at one point per pixel, in its own colour space. Averages areas
+/// along an axis that shrinks and interpolates with Catmull-Rom splines along one that grows, both on
+/// premultiplied values. A picture that already has the size keeps its pixels; one without pixels becomes
+/// transparent.
 Image resampled(const Image& image, PixelSize size);
 
-/// The whole picture halved as often as its longer side stays at least `longSide` pixels, at one point per
-/// pixel; the very image when that is never.
+/// The last mipmap level whose longer side has at least `longSide` pixels, at one point per pixel. Returns
+/// `image` itself if that is level 0.
 Image halvedTo(const Image& image, int longSide);
 
 } // namespace complexion

@@ -7,27 +7,27 @@
 
 namespace complexion {
 
-/// What kind of failure an Error is, for those who decide by it.
+/// The kind of a failure, for callers that depend on it.
 enum class ErrorKind {
-    Damaged,          // the file's content does not decode; what an error is unless it says otherwise
-    NotAPicture,      // the file is of none of the formats
-    TooLarge,         // the file or the picture exceeds what is accepted
-    OutOfMemory,      // memory, or another resource of the process, is lacking
-    CannotRead,       // the system does not give the file
-    CannotWrite,      // the system does not take the file
-    FormatCannotHold, // the format has no way to store the picture
+    Damaged,          // the file's content cannot be decoded; the default
+    NotAPicture,      // no codec recognises the file
+    TooLarge,         // the file or the picture exceeds a limit
+    OutOfMemory,      // memory or another resource of the process is exhausted
+    CannotRead,       // the system cannot read the file
+    CannotWrite,      // the system cannot write the file
+    FormatCannotHold, // the format cannot store the picture
 };
 
-/// Why an operation on a file or a picture gave no value; the message is for a log line.
+/// Why an operation on a file or a picture failed. The message is for the log.
 struct Error {
     std::string message;
     ErrorKind kind = ErrorKind::Damaged;
 };
 
-/// The value of an operation that has no other result than its success.
+/// The value of an operation that only succeeds or fails.
 struct Done {};
 
-/// A value, or the error that stands in its place.
+/// A value or an error.
 template <class T>
 class [[nodiscard]] Result {
 public:
@@ -48,13 +48,13 @@ private:
 
 } // namespace complexion
 
-#define COMPLEXION_JOINED_AGAIN(a, b) a##b
-#define COMPLEXION_JOINED(a, b) COMPLEXION_JOINED_AGAIN(a, b)
+#define COMPLEXION_CONCATENATE_EXPANDED(a, b) a##b
+#define COMPLEXION_CONCATENATE(a, b) COMPLEXION_CONCATENATE_EXPANDED(a, b)
 
-/// Declares `declaration` ("const PixelSize size") and gives it the value of a Result; returns the error from
-/// the function around it where there is none.
+/// Declares `declaration` ("const PixelSize size") with the value of a Result, or returns its error from the
+/// enclosing function.
 #define COMPLEXION_TRY(declaration, ...)                                                                     \
-    auto COMPLEXION_JOINED(tried, __LINE__) = (__VA_ARGS__);                                                 \
-    if (!COMPLEXION_JOINED(tried, __LINE__))                                                                 \
-        return COMPLEXION_JOINED(tried, __LINE__).error();                                                   \
-    declaration = *std::move(COMPLEXION_JOINED(tried, __LINE__))
+    auto COMPLEXION_CONCATENATE(tried, __LINE__) = (__VA_ARGS__);                                            \
+    if (!COMPLEXION_CONCATENATE(tried, __LINE__))                                                            \
+        return COMPLEXION_CONCATENATE(tried, __LINE__).error();                                              \
+    declaration = *std::move(COMPLEXION_CONCATENATE(tried, __LINE__))

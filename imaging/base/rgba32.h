@@ -26,7 +26,7 @@ struct RGBA32 {
 
 static_assert(sizeof(RGBA32) == 4);
 
-/// `component` scaled by `alpha` / 255, rounded to nearest: what premultiplied storage holds.
+/// `component` multiplied by `alpha` / 255, rounded to nearest.
 constexpr std::uint8_t premultiplied(std::uint32_t component, std::uint32_t alpha) {
     const std::uint32_t scaled = component * alpha + 128;
     return static_cast<std::uint8_t>((scaled + (scaled >> 8)) >> 8);

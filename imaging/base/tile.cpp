@@ -22,7 +22,7 @@ std::shared_ptr<const PixelBlock> Tile::level(int level) const {
     const std::scoped_lock lock(m_mutex);
     const auto index = static_cast<std::size_t>(level - 1);
     if (!m_levels[index]) {
-        // From the nearest finer level that stands; those in between are not kept.
+        // Start from the nearest cached finer level; the levels in between are not cached.
         std::size_t from = index;
         while (from > 0 && !m_levels[from - 1])
             --from;
@@ -34,7 +34,7 @@ std::shared_ptr<const PixelBlock> Tile::level(int level) const {
     return m_levels[index];
 }
 
-void Tile::forgetLevels() const {
+void Tile::dropLevels() const {
     const std::scoped_lock lock(m_mutex);
     m_levels = {};
 }

@@ -14,12 +14,13 @@ namespace complexion {
 
 class DeepBlock;
 
-/// The immutable unit of sharing between images: at most 256 by 64 pixels, less at the right and bottom edge.
+/// A copy-on-write tile, the unit of sharing between images. Immutable; 256 by 64 pixels, fewer at the right
+/// and bottom edge.
 class Tile {
 public:
     static constexpr int kWidth = 256;
     static constexpr int kHeight = 64;
-    /// Level n is a tile halved n times; at the last, a whole tile is 4 by 1 pixels.
+    /// Mipmap level n is a tile halved n times; at the last level a full tile is 4 by 1 pixels.
     static constexpr int kLastLevel = 6;
 
     /// `deep`, unless null, are the 16-bit pixels that those of `block` were rounded from.
@@ -34,8 +35,8 @@ public:
     /// The tile halved `level` times, 1 .. kLastLevel; computed at the first call and kept.
     std::shared_ptr<const PixelBlock> level(int level) const;
 
-    /// Gives back the memory of the levels; they are computed again when asked for.
-    void forgetLevels() const;
+    /// Frees the cached mipmap levels. They are computed again on demand.
+    void dropLevels() const;
 
 private:
     PixelBlock m_block;
@@ -50,7 +51,7 @@ using TileList = std::vector<std::shared_ptr<const Tile>>;
 class Band {
 public:
     explicit Band(TileList tiles) : m_tiles(std::move(tiles)) {}
-    /// The band that an edit makes of `before`; an encoder finds there what it need not do again.
+    /// The band that an edit derives from `before`, whose encoded bytes an encoder can reuse in part.
     Band(TileList tiles, const Band& before) : Band(std::move(tiles)) {
         m_encoded.setOutdated(before.m_encoded);
     }
@@ -58,7 +59,7 @@ public:
     const TileList& tiles() const { return m_tiles; }
     int height() const { return m_tiles.front()->block().size.height; }
 
-    /// The band's bytes as an encoder last wrote them.
+    /// Cache for the band's encoded bytes.
     Memo& encoded() const { return m_encoded; }
 
 private:

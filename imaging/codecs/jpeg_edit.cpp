@@ -101,7 +101,7 @@ std::vector<int> Edit::differingMcus(const Image& upright) const {
             const PixelRect place{static_cast<int>(column) * Tile::kWidth, band * Tile::kHeight, size.width,
                                   size.height};
             appendDifferingMcus(m_jpeg.layout, before, after,
-                                storedPlace(place, upright.pixelSize(), m_orientation), mcus);
+                                storedRect(place, upright.pixelSize(), m_orientation), mcus);
         }
     }
     std::ranges::sort(mcus);

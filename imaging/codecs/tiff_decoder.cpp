@@ -49,7 +49,7 @@ Result<DecodedPicture> decode(ByteView file) {
     ImageBuilder builder(page.size, converter ? converter->deepAlpha() : std::nullopt);
     COMPLEXION_TRY(const int rows, converter ? readBlocks(opened, page, *converter, builder)
                                              : readByLibrary(opened, page, builder));
-    if (rows == 0 || (page.size.area() > kHarmlessArea && rows < page.size.height / kMaxRowsPerDecoded))
+    if (rows == 0 || (page.size.area() > kAlwaysAllowedArea && rows < page.size.height / kMaxRowsPerDecoded))
         return Error{"TIFF file without readable pixels"};
     const Image stored =
         builder.finish()

@@ -10,8 +10,8 @@ namespace complexion {
 /// The file formats.
 enum class Container { Jpeg, Png, Tiff, Gif, Bmp };
 
-/// The format of a file by its first bytes (kTellingBytes suffice), whatever its name; nothing for any other
-/// file. The one place that recognises formats: what decodes pixels and what carries metadata ask here.
+/// The format of a file by its first bytes (kSignatureBytes suffice), whatever its name; nothing for any
+/// other file. The one place that recognises formats: what decodes pixels and what carries metadata ask here.
 std::optional<Container> containerOf(ByteView file);
 
 } // namespace complexion
