@@ -14,12 +14,12 @@ namespace complexion {
 
 namespace {
 
-/// Opposite samples on the disc's rim that differ by more grey levels than this mean that it is not uniform.
+/// The disc is not uniform if opposite samples on its rim differ by more grey levels than this.
 constexpr int kMaxRimDifference = 70;
 
-/// The grey image as the bytes of one packed map, top row first, addressed in rows of the image's width in
-/// *points*. That is the pixels' own row length for an image of one point per pixel; for others the rows
-/// shift, as they do in the map's bytes. Places outside the map read as the nearest inside.
+/// The grey image as one packed map of bytes, top row first, addressed with the image's width in *points* as
+/// row length. That is the pixel width at one point per pixel; otherwise the rows shift, as they do in the
+/// map's bytes. Positions outside the map read as the nearest one inside.
 class GrayMap {
 public:
     explicit GrayMap(Image gray)
@@ -35,7 +35,7 @@ public:
         return gray.red();
     }
 
-    /// The `count` values from (row, column) on, to the right.
+    /// Reads `count` values from (row, column) to the right.
     void readRun(std::int64_t row, std::int64_t column, std::int64_t count, std::vector<RGBA32>& run) const {
         run.resize(static_cast<std::size_t>(count));
         for (std::int64_t done = 0; done < count;) {
@@ -71,7 +71,7 @@ private:
     std::int64_t m_lastIndex;
 };
 
-/// Calls `visit(position, gray)` for each place of the disc, rows top to bottom, columns left to right.
+/// Calls `visit(position, gray)` for each pixel of the disc, in raster order.
 template <class Visit>
 void forEachInDisc(const RepairDisc& disc, const GrayMap& map, Visit visit) {
     std::vector<RGBA32> run;
@@ -99,7 +99,7 @@ std::int64_t meanGray(const RepairDisc& disc, const GrayMap& map) {
     return sum / count;
 }
 
-/// Eight samples on the rim, clockwise from the top: sample i lies opposite sample i + 4.
+/// Eight samples on the rim, clockwise from the top: sample i is opposite sample i + 4.
 std::array<int, 8> rimSamples(const RepairDisc& disc, const GrayMap& map) {
     const std::int64_t r = disc.radius;
     const std::int64_t halfSquare = checkedMultiply(r, r) / 2;

@@ -8,13 +8,13 @@
 
 namespace complexion {
 
-/// `written`, a picture file, with the metadata of `source` as metadata/carrying.h has it, thumbnails made of
-/// what `written` shows. `picture`, unless empty, is that, at any resolution: `written` then need not be
-/// decoded.
+/// Returns the picture file `written` with the metadata of `source`, as in metadata/carrying.h, and with
+/// thumbnails of its own picture. `picture`, unless empty, is that picture at any resolution, so that
+/// `written` need not be decoded.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
 
-/// The same of a file that is not written yet, as its format's encoder gives it. Of a JPEG file `kept`, which
-/// are attachments of `source`, follow it.
+/// The same for an encoder's output that is not written yet. In a JPEG file, `kept`, attachments of `source`, are
+/// appended to it.
 Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {},
                                     const KeptAttachments& kept = {});
 

@@ -13,7 +13,7 @@ std::vector<RGBA32> readPixels(const Image& image, PixelRect rect) {
     return pixels;
 }
 
-/// The part of `mask` within `area`, which lies inside its own.
+/// `mask` cropped to `area`, which must be inside its own.
 PixelMask cropped(const PixelMask& mask, PixelRect area) {
     PixelMask part{.area = area, .bytes = {}};
     for (int y = area.y; y < area.bottom(); ++y) {

@@ -8,13 +8,13 @@
 
 namespace complexion {
 
-/// Some of a picture's pixels: those of `area` whose byte is not 0, row by row.
+/// A set of pixels: those in `area` whose byte is not 0, row by row.
 struct PixelMask {
     PixelRect area;
     std::vector<std::uint8_t> bytes;
     bool operator==(const PixelMask&) const = default;
 
-    /// Whether the pixel is one of them; places outside the area are not.
+    /// Whether the pixel is in the set. Pixels outside the area are not.
     bool has(int row, int column) const {
         return row >= area.y && row < area.bottom() && column >= area.x && column < area.right() &&
                bytes[static_cast<std::size_t>(row - area.y) * static_cast<std::size_t>(area.width) +
@@ -23,8 +23,8 @@ struct PixelMask {
     std::int64_t count() const;
 };
 
-/// The pixels in which two images of one size differ, in the smallest area that holds them. Costs what the
-/// tiles that they do not share hold.
+/// The pixels in which two images of the same size differ; `area` is their bounding box. Compares only tiles
+/// that are not shared.
 PixelMask changedPixels(const Image& before, const Image& after);
 
 } // namespace complexion

@@ -7,8 +7,8 @@ namespace complexion {
 
 namespace {
 
-/// Device RGB to device grey as page-description languages define it, 0.30 R + 0.59 G + 0.11 B, in 256ths.
-/// Stored components are premultiplied: the grey is that of the picture over black.
+/// Device RGB to device grey, 0.30 R + 0.59 G + 0.11 B, in 256ths (PostScript Language Reference, section
+/// 7.2.1). Stored components are premultiplied: the result is the grey of the picture over black.
 COMPLEXION_WIDE_VECTORS
 void makeGray(RGBA32* pixels, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The natural repair: what is not skin is found, the skin's colour is spanned across it like a membrane, and
-// the skin's detail is put on that. Each step stands, with its sources, in healing/.
+// The natural repair: finds what is not skin, spans the skin's colour across it as a membrane, and adds the
+// skin's detail. healing/ describes each step, with its sources.
 #include "imaging/base/fatal.h"
 #include "imaging/healing/blemish_fit.h"
 #include "imaging/healing/extent.h"

@@ -13,44 +13,45 @@ namespace complexion {
 
 namespace {
 
-/// The shares of red, green and blue that one component of the result is made of.
-struct Shares {
+/// The weights of red, green and blue in one component of the result.
+struct Weights {
     float red = 0;
     float green = 0;
     float blue = 0;
 };
 
-/// The shares of each component of the result; every row adds up to 1, so that grey stays grey.
+/// A channel mixer: the weights for each component of the result. Every row sums to 1, so that grey stays
+/// grey.
 struct Mix {
-    Shares red;
-    Shares green;
-    Shares blue;
+    Weights red;
+    Weights green;
+    Weights blue;
 };
 
-/// How bright the eye finds each component of device RGB; the weights of the grey conversion.
-constexpr Shares kLuminance{0.30F, 0.59F, 0.11F};
+/// The luminance of each component of device RGB; the weights of the grey conversion.
+constexpr Weights kLuminance{0.30F, 0.59F, 0.11F};
 
-/// One grey from the three components.
-constexpr Mix grey(Shares shares) {
-    return {shares, shares, shares};
+/// The same weights for all three components.
+constexpr Mix grey(Weights weights) {
+    return {weights, weights, weights};
 }
 
-/// The colour's distance from the grey of its own luminance, times `factor`.
+/// Scales a colour's distance from the grey of its own luminance by `factor`.
 constexpr Mix saturation(float factor) {
     const float rest = 1 - factor;
-    const Shares base{rest * kLuminance.red, rest * kLuminance.green, rest * kLuminance.blue};
+    const Weights base{rest * kLuminance.red, rest * kLuminance.green, rest * kLuminance.blue};
     return {{base.red + factor, base.green, base.blue},
             {base.red, base.green + factor, base.blue},
             {base.red, base.green, base.blue + factor}};
 }
 
-/// A cubic curve of levels, named by what it makes of black, of the levels 85 and 170, and of white.
-/// Values beyond 0 and 255 are cut off.
-class Curve {
+/// A cubic tone curve, defined by its values at black, at the levels 85 and 170, and at white. They may be
+/// outside 0 to 255.
+class ToneCurve {
 public:
-    constexpr Curve(float black, float third, float twoThirds, float white)
+    constexpr ToneCurve(float black, float third, float twoThirds, float white)
         : m_constant(black),
-          // Newton's divided differences, the step being 85 levels, put in order of powers.
+          // Newton's divided differences with a step of 85 levels, expanded in powers.
           m_linear((-11 * black + 18 * third - 9 * twoThirds + 2 * white) / (6 * kStep)),
           m_square((2 * black - 5 * third + 4 * twoThirds - white) / (2 * kStep * kStep)),
           m_cubic((-black + 3 * third - 3 * twoThirds + white) / (6 * kStep * kStep * kStep)) {}
@@ -59,8 +60,8 @@ public:
         return ((m_cubic * level + m_square) * level + m_linear) * level + m_constant;
     }
 
-    /// Whether brighter never becomes darker. The margin keeps rounding from undoing it.
-    constexpr bool rises() const {
+    /// Whether the curve is strictly increasing, with a margin for rounding.
+    constexpr bool isIncreasing() const {
         constexpr float kMargin = 0.005F;
         for (int level = 0; level < 255; ++level)
             if ((*this)(static_cast<float>(level) + 1) < (*this)(static_cast<float>(level)) + kMargin)
@@ -77,23 +78,23 @@ private:
     float m_cubic;
 };
 
-/// An effect: the components are mixed, then each goes through its curve.
+/// An effect: a channel mix, then a tone curve for each component.
 struct Recipe {
     std::string_view name;
     Mix mix;
-    Curve red;
-    Curve green;
-    Curve blue;
+    ToneCurve red;
+    ToneCurve green;
+    ToneCurve blue;
 };
 
 // The looks, to be tuned by eye:
 //   Chrome     richer colours, a little more contrast
 //   Fade       washed out, blacks lifted
 //   Instant    an old instant print: warm highlights, greenish-blue shadows, low contrast
-//   Mono       soft black and white; more green than the eye sees evens out skin
+//   Mono       soft black and white; extra weight on green evens out skin
 //   Noir       black and white of high contrast, deep blacks
-//   Process    film in the wrong bath: greenish-blue all over, lively contrast
-//   Tonal      black and white as bright as the photo was
+//   Process    cross-processed film: greenish-blue cast, lively contrast
+//   Tonal      black and white that keeps the photo's luminance
 //   Transfer   vintage and warm: yellow highlights, reddish lifted shadows
 constexpr std::array kRecipes{
     Recipe{.name = "Chrome",
@@ -139,37 +140,37 @@ constexpr std::array kRecipes{
 };
 
 static_assert(std::ranges::all_of(kRecipes, [](const Recipe& recipe) {
-    return recipe.red.rises() && recipe.green.rises() && recipe.blue.rises();
+    return recipe.red.isIncreasing() && recipe.green.isIncreasing() && recipe.blue.isIncreasing();
 }));
 
-float mixed(const Shares& shares, float red, float green, float blue) {
-    const float sum = shares.red * red + shares.green * green + shares.blue * blue;
+float mixed(const Weights& weights, float red, float green, float blue) {
+    const float sum = weights.red * red + weights.green * green + weights.blue * blue;
     const float low = sum < 0 ? 0 : sum;
     return low > 255 ? 255 : low;
 }
 
-float cutOff(float level) {
+float clamped(float level) {
     const float low = level < 0 ? 0 : level;
     return low > 255 ? 255 : low;
 }
 
-/// `level`, which is not negative, rounded half up.
+/// Rounds `level`, which is not negative, half up.
 std::uint32_t rounded(float level) {
     constexpr float kHalf = 0.5F;
-    // Through a signed integer: the only conversion that the baseline instruction set does several at a time.
+    // Via a signed integer: the only conversion that the baseline instruction set vectorises.
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(level + kHalf));
 }
 
-/// The compiler turns this loop into one over several pixels at a time.
+/// The compiler vectorises this loop.
 COMPLEXION_WIDE_VECTORS
 void applyToOpaque(Recipe recipe, std::span<RGBA32> pixels) {
     for (RGBA32& pixel : pixels) {
         const auto red = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 24));
         const auto green = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
         const auto blue = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 8 & 255));
-        const float newRed = cutOff(recipe.red(mixed(recipe.mix.red, red, green, blue)));
-        const float newGreen = cutOff(recipe.green(mixed(recipe.mix.green, red, green, blue)));
-        const float newBlue = cutOff(recipe.blue(mixed(recipe.mix.blue, red, green, blue)));
+        const float newRed = clamped(recipe.red(mixed(recipe.mix.red, red, green, blue)));
+        const float newGreen = clamped(recipe.green(mixed(recipe.mix.green, red, green, blue)));
+        const float newBlue = clamped(recipe.blue(mixed(recipe.mix.blue, red, green, blue)));
         pixel.color = rounded(newRed) << 24 | rounded(newGreen) << 16 | rounded(newBlue) << 8 | 255;
     }
 }
@@ -179,7 +180,7 @@ public:
     explicit PhotoEffect(const Recipe& recipe) : m_recipe(recipe) {}
 
     void apply(std::span<RGBA32> pixels) const override {
-        // In parts, so that a photo's half-covered edge does not slow down all between.
+        // In parts, so that translucent pixels at a photo's edge do not slow down the opaque ones.
         constexpr std::size_t kPart = 128;
         for (; !pixels.empty(); pixels = pixels.subspan(std::min(kPart, pixels.size()))) {
             const std::span<RGBA32> part = pixels.first(std::min(kPart, pixels.size()));
@@ -194,18 +195,18 @@ public:
     }
 
 private:
-    /// The effect is one of the colour before premultiplication, which translucent pixels lack the levels
-    /// for: so in floats, rounded once.
+    /// Effects apply to straight colours. Those of translucent pixels are computed in floats and rounded
+    /// once, as 8 bits would lose levels.
     void applyToAny(std::span<RGBA32> pixels) const {
         for (RGBA32& pixel : pixels) {
             if (pixel.alpha() == 0)
                 continue;
             const float opacity = static_cast<float>(pixel.alpha()) / 255;
-            const float red = cutOff(static_cast<float>(pixel.red()) / opacity);
-            const float green = cutOff(static_cast<float>(pixel.green()) / opacity);
-            const float blue = cutOff(static_cast<float>(pixel.blue()) / opacity);
-            const auto part = [&](const Curve& curve, const Shares& shares) {
-                return rounded(cutOff(curve(mixed(shares, red, green, blue))) * opacity);
+            const float red = clamped(static_cast<float>(pixel.red()) / opacity);
+            const float green = clamped(static_cast<float>(pixel.green()) / opacity);
+            const float blue = clamped(static_cast<float>(pixel.blue()) / opacity);
+            const auto part = [&](const ToneCurve& curve, const Weights& weights) {
+                return rounded(clamped(curve(mixed(weights, red, green, blue))) * opacity);
             };
             pixel.color = part(m_recipe.red, m_recipe.mix.red) << 24 |
                           part(m_recipe.green, m_recipe.mix.green) << 16 |

@@ -8,9 +8,9 @@
 
 namespace complexion {
 
-/// The photo effect of a name ("Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal", "Transfer"),
-/// null for any other text. One effect is one object for the whole run: images made by it can be compared by
-/// it.
+/// The photo effect with a name ("Chrome", "Fade", "Instant", "Mono", "Noir", "Process", "Tonal",
+/// "Transfer"); null for any other text. Each effect is one object for the whole run, so that images can be
+/// compared by it.
 std::shared_ptr<const PixelTransform> photoEffect(std::string_view name);
 
 } // namespace complexion

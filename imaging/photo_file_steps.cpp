@@ -75,7 +75,7 @@ Result<PointSize> actualSizeOf(ByteView file) {
         size.width = std::max(size.width, static_cast<double>(picture.width));
         size.height = std::max(size.height, static_cast<double>(picture.height));
     }
-    // The longest sides of several pictures may make one that is larger than each.
+    // The largest sides of several pictures may make a size that is larger than each.
     if (!pictures.empty() &&
         !isDecodableSize(static_cast<std::int64_t>(size.width), static_cast<std::int64_t>(size.height)))
         return Error{"the pictures' sides are too long together", ErrorKind::TooLarge};
@@ -99,7 +99,7 @@ Image rasterOf(const Image& image) {
 }
 
 void carryCreationDate(const std::filesystem::path& path, CreationDate date) {
-    // The file is complete by now: nothing that goes wrong here makes it less so.
+    // The file is complete by now; a failure here does not invalidate it.
     const Result<Done> carried = withoutThrowing([&]() -> Result<Done> {
         if (setCreationDate(path, date))
             return Done();

@@ -11,20 +11,20 @@
 
 namespace complexion {
 
-// What the operations on photo files are made of.
+// Building blocks of the operations on photo files.
 
-/// A file's bytes when it can be opened and begins as one that metadata is read from or written into.
+/// Reads a file that has the signature of a supported format.
 Result<Bytes> readPicture(const std::filesystem::path& path);
 
-/// The orientation that the metadata of `photo`, as readPicture gives it, will have in a file written as
+/// The orientation that the metadata of `photo`, the result of readPicture, will have in a file of type
 /// `format`.
 Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format);
 
-/// The first picture of a file, whatever it is.
+/// Decodes the first picture of a file of any supported format.
 Result<DecodedPicture> decodedPicture(ByteView file);
 
-/// The file of the type that `format` names, as SaveImage writes it, turned to be stored with `orientation`.
-/// Fatal as rasterOf; may throw when memory is lacking.
+/// Encodes the image as SaveImage does, as a file of type `format`, turned for storage with `orientation`.
+/// Fatal as rasterOf; may throw std::bad_alloc.
 Result<FileContents> encodedPicture(const Image& image, std::string_view format,
                                     Orientation orientation = Orientation::TopLeft);
 
@@ -37,21 +37,22 @@ Result<FileContents> encodedResult(const Image& image, std::string_view format, 
 /// file, and whoever needs the file looks for it.
 bool countsAsSaved(const Error& error);
 
-/// The largest width and the largest height in pixels of all pictures in a file of one of the formats; an
-/// error when it cannot be decoded, or when a picture of that size could not.
+/// The largest width and the largest height in pixels of all pictures in a file of a supported format. Fails
+/// if it cannot be decoded, or if a picture of that size could not.
 Result<PointSize> actualSizeOf(ByteView file);
 
-/// The image drawn with as many pixels as `size` has points, rounded up. Fatal when that is out of range.
+/// Resamples the image to one pixel per point of `size`, rounded up. Fatal if that is out of range.
 Image drawnAt(const Image& image, PointSize size);
 
-/// The image drawn at `size`, one point per pixel: the very image when its size in points is that already.
+/// Resamples the image to `size`, at one point per pixel. Returns the same image if it has that size in
+/// points.
 Image atActualSize(const Image& image, PointSize size);
 
-/// The image as it is encoded: one pixel per point, the size truncated to whole points. Fatal when no bitmap
-/// of that size can be made.
+/// The image as it is encoded: one pixel per point, the size truncated to whole points. Fatal if no bitmap of
+/// that size can be created.
 Image rasterOf(const Image& image);
 
-/// Gives the file at `path` a creation date; prints "ERROR" when that cannot be done.
+/// Sets the creation date of the file at `path`. Prints "ERROR" if that fails.
 void carryCreationDate(const std::filesystem::path& path, CreationDate date);
 
 } // namespace complexion

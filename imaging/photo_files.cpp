@@ -16,10 +16,10 @@ namespace complexion {
 
 namespace {
 
-/// The longer side of the picture that thumbnails are made from, in pixels: some times theirs.
+/// Longer side of the picture that thumbnails are made from, in pixels: several times theirs.
 constexpr int kThumbnailSource = 1024;
 
-/// Writes `file`, the coded image, with the metadata of `photo`; without where it cannot be had.
+/// Writes `file`, the encoded image, with the metadata of `photo`, or without it if that fails.
 Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::path& path,
                                const Result<Bytes>& photo, const Image& picture,
                                const std::filesystem::path& source, const KeptAttachments& kept) {
@@ -75,7 +75,7 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
         const Image picture = turnedForStorage(halvedTo(image, kThumbnailSource), orientation);
         if (file)
             return writeWithMetadata(*file, path, photo, picture, source, keptBeside(image, format, photo));
-        // Whatever stands there is given the metadata.
+        // A file that already exists there gets the metadata.
         ImageTools::ChangeImageExif(source, path, picture);
         return file.error();
     });

@@ -12,31 +12,29 @@
 
 namespace complexion {
 
-// Steps of ImageTools that the editor takes one after the other, with the same result for the same files, but
-// with each file read or written once.
+// Sequences of ImageTools operations as the editor calls them, with the same results, but with each file read
+// or written once.
 
 /// A photo as it was opened.
 struct OpenedPhoto {
     /// At one point per pixel.
     Image image;
-    /// The extension of the format that the file has by its content, whatever its name: "jpg", "png", "tiff",
-    /// "gif" or "bmp".
+    /// The extension for the format of the file's content, whatever its name: "jpg", "png", "tiff", "gif" or
+    /// "bmp".
     std::string_view extension = {};
-    /// What is wrong with a file that was truncated or damaged, of whose picture parts are missing; nothing
-    /// for a whole one.
+    /// Why parts of the picture are missing, if the file is truncated or damaged; nothing for a complete one.
     std::optional<Error> damage = {};
     /// What of the photo a result that is saved of it will not have.
     std::vector<SavingLoss> losses = {};
 };
 
-/// DecodeImage, ImageActualSize and BringImageToActualSize; an error when the file cannot be decoded or
-/// measured.
+/// DecodeImage, ImageActualSize and BringImageToActualSize. Fails if the file cannot be decoded or measured.
 Result<OpenedPhoto> openPhoto(const std::filesystem::path& path);
 
-/// SaveImage of `image`, which is upright, with its pixels turned as CarriedOrientation says of the photo at
-/// `source`, and, when that succeeds, ChangeImageExif with that photo: no other program sees the file without
-/// its metadata, and nobody can read it who cannot read the photo. The result is SaveImage's; false too when
-/// memory is lacking for the metadata.
+/// SaveImage of the upright `image`, turned for storage with the CarriedOrientation of the photo at `source`,
+/// followed on success by ChangeImageExif with that photo. No other program sees the file without its
+/// metadata, and nobody can read it who cannot read the photo. Returns SaveImage's result; false too if
+/// memory for the metadata runs out.
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
                const std::filesystem::path& source);
 

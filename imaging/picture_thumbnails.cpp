@@ -15,11 +15,11 @@ namespace complexion {
 
 namespace {
 
-// The best first: cameras' own thumbnails are near the middle.
+// Best first; cameras' own thumbnails are near the middle.
 constexpr std::array<int, 8> kQualities = {92, 85, 78, 70, 60, 50, 35, 20};
 
-// Aspect ratios that differ by less than this share are stretched instead of letterboxed with a hairline.
-constexpr double kUnseenStretch = 0.02;
+// Aspect ratios that differ by less than this are stretched instead of letterboxed with a hairline.
+constexpr double kInvisibleStretch = 0.02;
 
 /// The largest size with the picture's aspect ratio within `frame`; the frame itself if the ratios are close.
 PixelSize fittedSize(PixelSize picture, PixelSize frame) {
@@ -27,7 +27,7 @@ PixelSize fittedSize(PixelSize picture, PixelSize frame) {
                                   static_cast<double>(frame.height) / picture.height);
     const auto fitted = [scale](int side, int frameSide) {
         const double length = side * scale;
-        if (length > frameSide * (1 - kUnseenStretch))
+        if (length > frameSide * (1 - kInvisibleStretch))
             return frameSide;
         return std::max(1, static_cast<int>(std::lround(length)));
     };

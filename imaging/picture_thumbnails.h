@@ -8,11 +8,10 @@
 
 namespace complexion {
 
-/// Makes thumbnails of a picture file; decodes it when the first one is asked for and the picture is not at
-/// hand.
+/// Makes thumbnails of a picture file. Decodes the file at the first request, unless the picture is given.
 class PictureThumbnails : public ThumbnailMaker {
 public:
-    /// `file` must outlive the maker. `picture`, unless empty, is what is in it, at any resolution.
+    /// `file` must outlive the maker. `picture`, unless empty, is the file's picture at any resolution.
     explicit PictureThumbnails(ByteView file, const Image& picture = {}) : m_file(file) {
         if (picture.hasPixels())
             m_picture = picture;
@@ -25,7 +24,7 @@ private:
     const Image* picture();
 
     ByteView m_file;
-    bool m_isDecoded = false; // or cannot be
+    bool m_isDecoded = false; // or decoding has failed
     std::optional<Image> m_picture;
 };
 

@@ -15,12 +15,12 @@ namespace {
 
 constexpr int kLevels = 256;
 constexpr float kMaxLevel = 255;
-constexpr double kMaxLight = 1000; // of one primary, in the screen's white
+constexpr double kMaxLight = 1000; // of one primary, relative to the screen's white
 
-/// Red, green and blue, and one component more: the compiler's vector of four.
+/// Red, green, blue and an unused component: a SIMD vector of four.
 using Color = float __attribute__((vector_size(16)));
 
-/// The components of `color`, which are none below 0, without their fractions.
+/// Truncates the components of `color`, none of which is negative.
 using WholeColor = std::int32_t __attribute__((vector_size(16)));
 WholeColor whole(Color color) {
     return __builtin_convertvector(color, WholeColor);
@@ -32,10 +32,10 @@ LcmsTransform libraryTransform(const LcmsProfile& from, cmsUInt32Number format, 
         cmsCreateTransform(from.get(), format, screen.get(), format, INTENT_RELATIVE_COLORIMETRIC, flags));
 }
 
-/// By the colour library: exact and slow.
+/// Converts with the colour library: exact and slow.
 class ByLibrary final : public PixelTransform {
 public:
-    // Without its one-pixel cache a transform may be used from several threads.
+    // Without its one-pixel cache a transform is thread-safe.
     explicit ByLibrary(const LcmsProfile& from)
         : m_transform(libraryTransform(from, TYPE_ABGR_8, cmsFLAGS_NOCACHE | cmsFLAGS_COPY_ALPHA)) {}
 
@@ -60,7 +60,7 @@ Vector cross(const Vector& a, const Vector& b) {
     return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-/// What light the profile's primaries stand for, in CIE XYZ.
+/// Reads the profile's primaries in CIE XYZ. False if one is missing.
 bool readPrimaries(const LcmsProfile& profile, Matrix& primaries) {
     constexpr std::array kTags = {cmsSigRedColorantTag, cmsSigGreenColorantTag, cmsSigBlueColorantTag};
     for (std::size_t i = 0; i < kTags.size(); ++i) {
@@ -84,11 +84,11 @@ bool readCurves(const LcmsProfile& profile, Curves& curves) {
     return true;
 }
 
-/// For profiles that are three curves and the primaries' light: to light by the curves, to the screen's
-/// primaries by one matrix, and back by the screen's curve.
+/// For matrix/curve profiles: linearises by the profile's tone curves, converts to the screen's primaries by
+/// one matrix, and applies the screen's tone curve.
 class ByPrimaries final : public PixelTransform {
 public:
-    /// Null when the profile is of another kind.
+    /// Null for other kinds of profiles.
     static std::shared_ptr<const ByPrimaries> of(const LcmsProfile& from) {
         const LcmsProfile screen(cmsCreate_sRGBProfile());
         Matrix source;
@@ -123,10 +123,10 @@ public:
     }
 
 private:
-    /// So many that at the curve's steep end, near black, a step is less than half a level.
+    /// Enough that at the tone curve's steep end, near black, a step is less than half a level.
     static constexpr int kScreenSteps = 8192;
 
-    /// False when a value would be no number, or none to count with.
+    /// False if a value is not finite, or too large.
     bool setLight(const Curves& curves, const Matrix& source, const Matrix& target) {
         const double determinant = dot(target[0], cross(target[1], target[2]));
         for (std::size_t primary = 0; primary < 3; ++primary)
@@ -157,12 +157,12 @@ private:
         cmsFreeToneCurve(inverse);
     }
 
-    /// What each level of each primary adds to the screen's light, in steps of m_screen.
+    /// Lookup table: what each level of each primary adds to the screen's light, in steps of m_screen.
     std::array<std::array<Color, kLevels>, 3> m_light = {};
     std::array<std::uint8_t, kScreenSteps> m_screen = {};
 };
 
-/// For any profile: by a cube of colours, between which it interpolates.
+/// For any profile: interpolates in a colour cube.
 class ByCube final : public PixelTransform {
 public:
     explicit ByCube(const LcmsProfile& from) : m_nodes(std::size_t{kSide} * kSide * kSide) {
@@ -206,7 +206,7 @@ public:
     }
 
 private:
-    static constexpr int kSide = 33; // as the colour library takes
+    static constexpr int kSide = 33; // as in the colour library
 
     struct Place {
         std::size_t index = 0;
@@ -222,7 +222,7 @@ private:
     std::array<Place, kLevels> m_places = {};
 };
 
-/// Colours all over the cube, those of its faces among them.
+/// Test colours spread over the whole RGB cube, its faces included.
 std::vector<RGBA32> probes() {
     constexpr int kSteps = 15;
     constexpr int kStep = 17; // 15 of them are 255
@@ -236,7 +236,7 @@ std::vector<RGBA32> probes() {
     return colors;
 }
 
-/// Whether `fast` gives the levels that `exact` does, give or take `tolerance`.
+/// Whether the levels of `fast` and `exact` differ by at most `tolerance`.
 bool agree(const PixelTransform& fast, const PixelTransform& exact, int tolerance) {
     std::vector<RGBA32> mine = probes();
     std::vector<RGBA32> theirs = mine;
@@ -255,7 +255,7 @@ std::shared_ptr<const PixelTransform> screenTransform(const ColorProfile& profil
         return nullptr;
     const LcmsProfile from = openLcmsProfile(profile.icc());
     auto exact = std::make_shared<const ByLibrary>(from);
-    // What profiles say of themselves is not trusted.
+    // Profiles are not trusted to be what they claim.
     if (auto fast = ByPrimaries::of(from); fast && agree(*fast, *exact, 1))
         return fast;
     if (auto fast = std::make_shared<const ByCube>(from); agree(*fast, *exact, 1))

@@ -5,8 +5,8 @@
 
 namespace complexion {
 
-/// What turns pixels of `profile` into the colours that the screen shows, sRGB (relative colorimetric); null
-/// for a profile that is sRGB.
+/// The conversion of pixels from `profile` to the screen's sRGB (relative colorimetric). Null if `profile` is
+/// sRGB.
 std::shared_ptr<const PixelTransform> screenTransform(const ColorProfile& profile);
 
 } // namespace complexion

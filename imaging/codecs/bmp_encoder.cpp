@@ -69,8 +69,8 @@ Bytes headers(PixelSize size, std::uint32_t pixelBytes, std::uint32_t profileByt
     append16(bytes, kBitsPerPixel);
     append32(bytes, static_cast<std::uint32_t>(Compression::BitFields));
     append32(bytes, pixelBytes);
-    append32(bytes, kUsualPixelsPerMetre);
-    append32(bytes, kUsualPixelsPerMetre);
+    append32(bytes, kDefaultPixelsPerMetre);
+    append32(bytes, kDefaultPixelsPerMetre);
     append32(bytes, 0); // palette entries
     append32(bytes, 0); // important colours
     append32(bytes, 0x00FF0000);

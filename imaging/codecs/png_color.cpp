@@ -139,7 +139,7 @@ Bytes inflatedProfile(ByteView chunk) {
     if (start >= chunk.size())
         return {};
     Inflated profile = inflated(chunk.subspan(start), kMaxProfile);
-    return profile.isWhole ? std::move(profile.bytes) : Bytes();
+    return profile.isComplete ? std::move(profile.bytes) : Bytes();
 }
 
 Bytes profileFromGammaAndPrimaries(std::optional<double> fileGamma,

@@ -62,8 +62,8 @@ Bytes fileStart(const Image& image, SampleKind kind) {
     appendChunk(file, "IHDR", header);
     appendProfile(file, image.profile().icc());
     Bytes density;
-    big_endian::append32(density, kUsualPixelsPerMetre);
-    big_endian::append32(density, kUsualPixelsPerMetre);
+    big_endian::append32(density, kDefaultPixelsPerMetre);
+    big_endian::append32(density, kDefaultPixelsPerMetre);
     density.push_back(1); // per metre
     appendChunk(file, "pHYs", density);
     appendChunk(file, "IDAT", kZlibHeader);

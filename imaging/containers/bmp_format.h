@@ -13,7 +13,8 @@
 
 namespace complexion::bmp {
 
-// Sizes in bytes of the file header and of the picture headers, which tell their versions.
+// Sizes in bytes of BITMAPFILEHEADER and of the picture headers. A picture header's size identifies its
+// version.
 inline constexpr std::size_t kFileHeaderSize = 14;
 inline constexpr std::uint32_t kCoreHeaderSize = 12;
 inline constexpr std::uint32_t kShortOs2HeaderSize = 16;
@@ -23,15 +24,15 @@ inline constexpr std::uint32_t kInfoHeaderWithAlphaMaskSize = 56;
 inline constexpr std::uint32_t kOs2HeaderSize = 64;
 inline constexpr std::uint32_t kV5HeaderSize = 124;
 
-// Where a picture header has the pixels per metre, across and down.
+// Offsets of biXPelsPerMeter and biYPelsPerMeter in a picture header.
 inline constexpr std::size_t kPixelsPerMetreAcrossOffset = 24;
 inline constexpr std::size_t kPixelsPerMetreDownOffset = 28;
 
 inline constexpr std::uint32_t kColorSpaceSrgb = 0x73524742;     // "sRGB"
 inline constexpr std::uint32_t kColorSpaceEmbedded = 0x4D424544; // "MBED"
 
-/// The numbers of the compression field; 3 and 4 mean Huffman codes and runs of 24-bit pixels in OS/2
-/// headers.
+/// Values of the biCompression field. In OS/2 2.x headers 3 and 4 mean Huffman and RLE24 instead, which have
+/// values of their own here.
 enum class Compression : std::uint32_t {
     None = 0,
     Rle8 = 1,
@@ -44,7 +45,7 @@ enum class Compression : std::uint32_t {
     Rle24 = 1004,
 };
 
-/// What the headers of a file say.
+/// A file's headers.
 struct Header {
     PixelSize size;
     bool topDown = false;
@@ -53,10 +54,10 @@ struct Header {
     std::array<std::uint32_t, 4> masks = {}; // red, green, blue, alpha
     std::array<RGBA32, 256> palette = {};
     std::size_t pixelsAt = 0;
-    Resolution resolution; // 0 where it is not stated
+    Resolution resolution; // 0 if the file has none
     ColorProfile profile;
 
-    /// Bytes from one row to the next in uncompressed pixels: whole 32-bit words.
+    /// The stride of uncompressed rows in bytes: whole 32-bit words.
     std::size_t rowBytes() const {
         return (static_cast<std::size_t>(size.width) * static_cast<std::size_t>(bits) + 31) / 32 * 4;
     }

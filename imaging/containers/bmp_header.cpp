@@ -14,8 +14,7 @@ namespace {
 using little_endian::read16;
 using little_endian::read32;
 
-// A run of 255 pixels takes two bytes; one bit is the least that a pixel takes otherwise, in files that may
-// be cut.
+// A run of 255 pixels takes two bytes, any other pixel at least one bit. Allows for truncated files.
 constexpr std::int64_t kMaxPixelsPerByte = 512;
 
 constexpr std::array<std::uint32_t, 4> kMasks16 = {0x7C00, 0x03E0, 0x001F, 0};
@@ -40,7 +39,7 @@ Compression compressionOf(const PictureHeader& picture) {
     return compression == Compression::Jpeg ? Compression::Rle24 : compression;
 }
 
-bool isPossibleDepth(int bits, Compression compression) {
+bool isValidDepth(int bits, Compression compression) {
     switch (compression) {
     case Compression::None:
         return bits == 1 || bits == 2 || bits == 4 || bits == 8 || bits == 16 || bits == 24 || bits == 32;
@@ -62,7 +61,7 @@ bool isPossibleDepth(int bits, Compression compression) {
     return false;
 }
 
-/// Sets the masks and gives the place behind them, where a palette would begin.
+/// Sets the masks. Returns the offset after them, where a palette would begin.
 std::size_t readMasks(ByteView file, const PictureHeader& picture, Header& header) {
     const std::size_t end = kFileHeaderSize + picture.size;
     header.masks = header.bits == 16 ? kMasks16 : kMasks32;
@@ -81,7 +80,7 @@ std::size_t readMasks(ByteView file, const PictureHeader& picture, Header& heade
     return inHeader ? end : begin + 4 * count;
 }
 
-/// Reads as many colours as are meant and there; the others stay black.
+/// Reads the palette entries that are used and present; the others stay black.
 void readPalette(ByteView file, const PictureHeader& picture, std::size_t begin, Header& header) {
     header.palette.fill(RGBA32(0, 0, 0, 255));
     if (header.bits > 8)
@@ -132,7 +131,7 @@ Result<Header> readHeader(ByteView file) {
     header.size = {static_cast<int>(width), static_cast<int>(std::abs(height))};
     header.bits = read16(picture.bytes, core ? 10 : 14);
     header.compression = compressionOf(picture);
-    if (!isPossibleDepth(header.bits, header.compression))
+    if (!isValidDepth(header.bits, header.compression))
         return Error{"BMP picture of an unknown kind"};
     header.resolution = wholeResolutionOfPixelsPerMetre(picture.field32(kPixelsPerMetreAcrossOffset),
                                                         picture.field32(kPixelsPerMetreDownOffset));

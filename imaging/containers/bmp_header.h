@@ -6,7 +6,8 @@
 
 namespace complexion::bmp {
 
-/// Reads the headers, masks, palette and profile. The size is decodable and plausible for the file's length.
+/// Reads the headers, masks, palette and profile. Fails if the size cannot be decoded or is implausible for
+/// the file's length.
 Result<Header> readHeader(ByteView file);
 
 } // namespace complexion::bmp

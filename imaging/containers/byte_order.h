@@ -11,7 +11,7 @@ namespace complexion {
 
 enum class ByteOrder { LittleEndian, BigEndian };
 
-/// The unsigned number of `length` bytes (at most 8) at `offset`; 0 where the bytes end before it does.
+/// Reads the unsigned number of `length` bytes (at most 8) at `offset`; 0 if it exceeds the end of `bytes`.
 inline std::uint64_t numberAt(ByteView bytes, std::uint64_t offset, std::size_t length, ByteOrder order) {
     if (offset > bytes.size() || bytes.size() - offset < length)
         return 0;
@@ -21,7 +21,7 @@ inline std::uint64_t numberAt(ByteView bytes, std::uint64_t offset, std::size_t 
     return value;
 }
 
-/// Writes the low `length` bytes of `value` at `offset`, which lies inside.
+/// Writes the low `length` bytes of `value` at `offset`. They must be inside `bytes`.
 inline void setNumberAt(Bytes& bytes, std::size_t offset, std::size_t length, ByteOrder order,
                         std::uint64_t value) {
     for (std::size_t i = 0; i < length; ++i) {
@@ -39,7 +39,7 @@ inline void append(Bytes& bytes, ByteView more) {
     bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
-/// The bytes of a text, without a closing zero.
+/// The bytes of a text, without a null terminator.
 inline ByteView bytesOf(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
@@ -52,7 +52,7 @@ inline bool startsWith(ByteView bytes, std::string_view start) {
     return textOf(bytes).substr(0, start.size()) == start;
 }
 
-/// The bytes from `offset` on, at most `length`; what lies beyond the end is missing.
+/// The bytes from `offset` on, at most `length` of them; clamped to the end of `bytes`.
 inline ByteView slice(ByteView bytes, std::uint64_t offset, std::uint64_t length = UINT64_MAX) {
     if (offset >= bytes.size())
         return {};
@@ -62,7 +62,7 @@ inline ByteView slice(ByteView bytes, std::uint64_t offset, std::uint64_t length
 
 namespace little_endian {
 
-/// The number at `offset`; all its bytes are within `bytes`.
+/// Reads the number at `offset`, which must be inside `bytes`.
 inline std::uint16_t read16(ByteView bytes, std::size_t offset) {
     return static_cast<std::uint16_t>(bytes[offset] | bytes[offset + 1] << 8);
 }
@@ -83,7 +83,7 @@ inline void append32(Bytes& bytes, std::uint32_t value) {
 
 namespace big_endian {
 
-/// The number at `offset`; all its bytes are within `bytes`.
+/// Reads the number at `offset`, which must be inside `bytes`.
 inline std::uint16_t read16(ByteView bytes, std::size_t offset) {
     return static_cast<std::uint16_t>(bytes[offset] << 8 | bytes[offset + 1]);
 }

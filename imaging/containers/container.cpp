@@ -13,7 +13,8 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// SOI alone begins a JPEG file: a marker should follow at once, but decoders skip what stands between.
+// SOI alone identifies a JPEG file: another marker should follow at once, but decoders skip stray bytes
+// before it.
 constexpr std::array<std::pair<std::string_view, Container>, 4> kSignatures = {{
     {"\xff\xd8"sv, Container::Jpeg},
     {"\x89PNG\r\n\x1a\n"sv, Container::Png},
@@ -21,8 +22,8 @@ constexpr std::array<std::pair<std::string_view, Container>, 4> kSignatures = {{
     {"GIF89a"sv, Container::Gif},
 }};
 
-/// The two letters of a BMP file are little to go by: the size of the picture header, which follows the file
-/// header of 14 bytes, has to be a possible one.
+/// "BM" alone is a weak signature: the size of the picture header, which follows the 14-byte file header,
+/// must be plausible too.
 bool isBmp(ByteView file) {
     constexpr std::size_t kHeaderSizeOffset = 14;
     constexpr std::uint64_t kMinHeaderSize = 12;

@@ -10,8 +10,8 @@ namespace complexion {
 /// The file formats.
 enum class Container { Jpeg, Png, Tiff, Gif, Bmp };
 
-/// The format of a file by its first bytes (kSignatureBytes suffice), whatever its name; nothing for any
-/// other file. The one place that recognises formats: what decodes pixels and what carries metadata ask here.
+/// Detects a file's format from its signature (kSignatureBytes are enough), whatever its name. Nothing for
+/// other files. The only place that detects formats, for codecs and for metadata.
 std::optional<Container> containerOf(ByteView file);
 
 } // namespace complexion

@@ -16,7 +16,7 @@ tiff::Header lenientHeader(ByteView exif) {
     return header;
 }
 
-/// Some writers take a wider type than the one prescribed.
+/// Some writers use LONG instead of the prescribed SHORT.
 bool isOrientation(const tiff::Entry& entry) {
     return entry.tag == tiff::tag::kOrientation && entry.count == 1 &&
            (entry.type == tiff::type::kShort || entry.type == tiff::type::kLong);
@@ -25,7 +25,7 @@ bool isOrientation(const tiff::Entry& entry) {
 } // namespace
 
 ExifBasics readExifBasics(ByteView exif) {
-    constexpr std::uint64_t kCentimetres = 3;
+    constexpr std::uint64_t kCentimetres = 3; // ResolutionUnit (TIFF 6.0 section 8)
     ExifBasics basics;
     const tiff::Header header = lenientHeader(exif);
     Resolution resolution{0, 0, Resolution::Unit::Inch};

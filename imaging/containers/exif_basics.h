@@ -9,15 +9,15 @@
 
 namespace complexion {
 
-/// What decoding needs to know from a picture's EXIF block.
+/// What decoding needs from a picture's EXIF block.
 struct ExifBasics {
     Orientation orientation = Orientation::TopLeft;
     /// In pixels per inch.
     std::optional<Resolution> resolution;
 };
 
-/// Reads the first directory of an EXIF block ("II" or "MM" onward: a TIFF structure without pixels). Damaged
-/// blocks give what can be read of them; one without a TIFF header is taken for little-endian.
+/// Reads the first directory (IFD 0) of an EXIF block: a TIFF structure from "II" or "MM" on, without pixels.
+/// A damaged block gives what can be read; one without a TIFF header is assumed to be little-endian.
 ExifBasics readExifBasics(ByteView exif);
 
 } // namespace complexion

@@ -12,7 +12,7 @@ namespace {
 constexpr std::size_t kScreenWidthOffset = 6;
 constexpr std::size_t kScreenHeightOffset = 8;
 constexpr std::size_t kScreenFlagsOffset = 10;
-// What an extension begins with, and what a frame's descriptor does.
+// The first byte of an extension (GIF89a section 23) and of an image descriptor (section 20).
 constexpr std::uint8_t kExtensionIntroducer = 0x21;
 constexpr std::uint8_t kFrameSeparator = 0x2C;
 constexpr std::size_t kFrameDescriptorLength = 10;
@@ -21,14 +21,13 @@ constexpr std::size_t kApplicationNameOffset = 3;
 constexpr std::size_t kApplicationNameLength = 11;
 constexpr std::size_t kMaxSubBlockLength = 255;
 
-/// The length in bytes of a colour table, from the flags that announce it.
+/// The size in bytes of the colour table that the packed flags describe (GIF89a sections 18 and 20).
 constexpr std::size_t colorTableLength(std::uint8_t flags) {
     constexpr std::uint8_t kHasColorTable = 0x80;
     return (flags & kHasColorTable) != 0 ? std::size_t{3} << ((flags & 7) + 1) : 0;
 }
 
-/// The place after the sub-blocks that begin at `position` and the zero that closes them; nothing when the
-/// file ends before.
+/// The offset after the sub-blocks at `position` and their terminator. Nothing if the file ends before it.
 std::optional<std::size_t> subBlocksEnd(ByteView file, std::size_t position) {
     while (position < file.size() && file[position] != 0)
         position += std::size_t{1} + file[position];
@@ -128,10 +127,10 @@ Result<FileContents> withExtensions(ByteView written, ByteView extensions, std::
         return Error{"the GIF file to give extensions to is damaged"};
     Bytes file(gif->start.begin(), gif->start.end());
     file.reserve(written.size() + extensions.size());
-    // Extensions came with the version of 1989.
+    // Extensions need version 89a.
     std::copy_n("GIF89a", 6, file.begin());
     if (aspect)
-        file[kAspectOffset] = *aspect;
+        file[kAspectRatioOffset] = *aspect;
     append(file, extensions);
     ByteView rest = written.subspan(gif->start.size());
     for (const Extension& old : gif->extensions)

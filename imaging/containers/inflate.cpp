@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kStep = 16 << 10;
 
-/// Ends the library's work, whatever it came to.
+/// Frees the library's state at the end of its scope.
 struct Inflation {
     z_stream stream = {};
     ~Inflation() { inflateEnd(&stream); }
@@ -20,7 +20,7 @@ struct Inflation {
 
 } // namespace
 
-Inflated inflated(ByteView stream, std::size_t most) {
+Inflated inflated(ByteView stream, std::size_t maxSize) {
     constexpr std::size_t kMaxChunk = std::numeric_limits<uInt>::max();
     Inflation inflation;
     inflation.stream.next_in = const_cast<Bytef*>(stream.data()); // the library only reads it
@@ -29,15 +29,15 @@ Inflated inflated(ByteView stream, std::size_t most) {
         return {};
     Bytes bytes;
     int state = Z_OK;
-    while (state == Z_OK && bytes.size() <= most) {
+    while (state == Z_OK && bytes.size() <= maxSize) {
         bytes.resize(bytes.size() + kStep);
         inflation.stream.next_out = bytes.data() + (bytes.size() - kStep);
         inflation.stream.avail_out = kStep;
         state = inflate(&inflation.stream, Z_NO_FLUSH);
         bytes.resize(bytes.size() - inflation.stream.avail_out);
     }
-    const bool isWhole = state == Z_STREAM_END && bytes.size() <= most;
-    return {.bytes = std::move(bytes), .isWhole = isWhole};
+    const bool isComplete = state == Z_STREAM_END && bytes.size() <= maxSize;
+    return {.bytes = std::move(bytes), .isComplete = isComplete};
 }
 
 } // namespace complexion

@@ -5,14 +5,13 @@
 
 namespace complexion {
 
-/// What was made of a zlib stream (RFC 1950).
+/// The decompressed data of a zlib stream (RFC 1950).
 struct Inflated {
     Bytes bytes;
-    bool isWhole = false; // up to the stream's end, and no longer than allowed
+    bool isComplete = false; // up to the stream's end, and within the limit
 };
 
-/// Inflates a stream as far as it is sound; one that comes to more than `most` bytes only little further than
-/// that.
-Inflated inflated(ByteView stream, std::size_t most);
+/// Inflates a stream up to its end or the first damage. Stops soon after `maxSize` bytes.
+Inflated inflated(ByteView stream, std::size_t maxSize);
 
 } // namespace complexion

@@ -8,21 +8,20 @@ namespace complexion::jpeg {
 namespace {
 
 constexpr std::uint8_t kMarkerStart = 0xff;
-constexpr std::size_t kLengthLength = 2;
+constexpr std::size_t kLengthFieldSize = 2;
 
-/// Whether a marker that may stand among segments has no length and no payload: 01 (TEM) and D0 to D7
-/// (restarts).
-bool isBare(std::uint8_t code) {
+/// Whether a marker stands alone, without length and payload: TEM (01) and RST0 to RST7 (D0 to D7).
+bool isStandalone(std::uint8_t code) {
     return code == 0x01 || (code >= 0xd0 && code < marker::kStartOfImage);
 }
 
-/// Whether the segments before a scan end with this marker.
+/// Whether this marker ends the segments before a scan.
 bool endsSegments(std::uint8_t code) {
     return code == marker::kStartOfScan || code == marker::kStartOfImage || code == marker::kEndOfImage;
 }
 
-/// The place of the code of the next marker from `position` on; the file's end when there is none. Skips what
-/// belongs to no segment, as decoders do: any bytes, fill bytes, and prefixes followed by 0.
+/// The offset of the next marker's code from `position` on; the file's size if there is none. Skips what
+/// belongs to no segment, as decoders do: stray bytes, fill bytes, and 0xFF followed by 0.
 std::size_t nextMarkerCode(ByteView file, std::size_t position) {
     const auto end = file.end();
     auto at = file.begin() + static_cast<std::ptrdiff_t>(position);
@@ -47,15 +46,15 @@ Segments split(ByteView file) {
         jpeg.rest = file.subspan(code - 1);
         if (endsSegments(found))
             return jpeg;
-        if (isBare(found)) {
+        if (isStandalone(found)) {
             position = code + 1;
             continue;
         }
-        const std::uint64_t length = numberAt(file, code + 1, kLengthLength, ByteOrder::BigEndian);
+        const std::uint64_t length = numberAt(file, code + 1, kLengthFieldSize, ByteOrder::BigEndian);
         const ByteView whole = slice(file, code - 1, length + 2);
-        if (length < kLengthLength || whole.size() < length + 2)
+        if (length < kLengthFieldSize || whole.size() < length + 2)
             return jpeg;
-        jpeg.segments.push_back({found, whole.subspan(2 + kLengthLength), whole});
+        jpeg.segments.push_back({found, whole.subspan(2 + kLengthFieldSize), whole});
         position = code + 1 + length;
     }
     jpeg.rest = {};
@@ -64,8 +63,8 @@ Segments split(ByteView file) {
 
 Bytes segment(std::uint8_t code, ByteView payload) {
     Bytes segment = {kMarkerStart, code};
-    segment.reserve(2 + kLengthLength + payload.size());
-    appendNumber(segment, kLengthLength, ByteOrder::BigEndian, payload.size() + kLengthLength);
+    segment.reserve(2 + kLengthFieldSize + payload.size());
+    appendNumber(segment, kLengthFieldSize, ByteOrder::BigEndian, payload.size() + kLengthFieldSize);
     append(segment, payload);
     return segment;
 }

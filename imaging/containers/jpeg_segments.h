@@ -9,7 +9,7 @@
 
 namespace complexion::jpeg {
 
-/// Marker codes of ITU-T T.81, second byte.
+/// Second bytes of marker codes (ITU-T T.81 table B.1).
 namespace marker {
 inline constexpr std::uint8_t kStartOfImage = 0xd8;
 inline constexpr std::uint8_t kEndOfImage = 0xd9;
@@ -22,10 +22,10 @@ constexpr std::uint8_t app(int number) {
 }
 } // namespace marker
 
-/// The most that one segment holds beside its marker and its length.
+/// The largest payload of a segment, without marker and length, in bytes (ITU-T T.81 B.1.1.4).
 inline constexpr std::size_t kMaxSegmentBytes = 65533;
 
-/// One segment before the picture's first scan.
+/// A marker segment before the first scan.
 struct Segment {
     std::uint8_t marker = 0;
     ByteView payload;
@@ -36,17 +36,17 @@ struct Segment {
 /// A JPEG file up to its first scan.
 struct Segments {
     std::vector<Segment> segments;
-    /// From the first scan's marker on, or from where the file stops making sense.
+    /// The data from the first SOS marker on, or from the first damage on.
     ByteView rest;
 };
 
-/// Finds the segments that a decoder finds, whatever stands between them.
+/// Splits a file into the segments that decoders find, skipping stray bytes between them.
 Segments split(ByteView file);
 
-/// A segment's bytes; `payload` is at most kMaxSegmentBytes long.
+/// Builds a segment. `payload` has at most kMaxSegmentBytes bytes.
 Bytes segment(std::uint8_t marker, ByteView payload);
 
-/// The size that the file's frame header tells, as stored.
+/// The size in the frame header (ITU-T T.81 B.2.2), as stored. Nothing if there is none.
 std::optional<PixelSize> pixelSize(ByteView file);
 
 /// Whether a marker begins a frame header: SOF0 to SOF15, without DHT, JPG and DAC.

@@ -16,12 +16,12 @@ std::uint32_t crcOf(ByteView nameAndData) {
     return crc32_gzip_refl(0, nameAndData.data(), nameAndData.size());
 }
 
-/// Decoders cannot do without a critical chunk; its name begins with a capital.
+/// Whether decoding needs the chunk: its type then begins with a capital letter (ISO/IEC 15948 clause 5.4).
 bool isCritical(const Chunk& chunk) {
     return chunk.name[0] >= 'A' && chunk.name[0] <= 'Z';
 }
 
-bool hasRightCrc(const Chunk& chunk) {
+bool hasValidCrc(const Chunk& chunk) {
     return big_endian::read32(chunk.whole, kDataOffset + chunk.data.size()) ==
            crcOf(chunk.whole.subspan(kNameOffset, kNameLength + chunk.data.size()));
 }
@@ -30,13 +30,13 @@ bool hasRightCrc(const Chunk& chunk) {
 
 std::optional<Chunk> chunkAt(ByteView file, std::size_t position) {
     const ByteView rest = slice(file, position);
-    if (rest.size() < kFrameSize)
+    if (rest.size() < kChunkOverhead)
         return std::nullopt;
     const std::size_t length = big_endian::read32(rest, 0);
-    if (length > rest.size() - kFrameSize)
+    if (length > rest.size() - kChunkOverhead)
         return std::nullopt;
     return Chunk{textOf(rest.subspan(kNameOffset, kNameLength)), rest.subspan(kDataOffset, length),
-                 rest.first(kFrameSize + length)};
+                 rest.first(kChunkOverhead + length)};
 }
 
 std::vector<Chunk> split(ByteView file) {
@@ -44,7 +44,7 @@ std::vector<Chunk> split(ByteView file) {
     std::size_t position = kSignature.size();
     while (const auto chunk = chunkAt(file, position)) {
         position += chunk->whole.size();
-        if (isCritical(*chunk) || hasRightCrc(*chunk))
+        if (isCritical(*chunk) || hasValidCrc(*chunk))
             chunks.push_back(*chunk);
         if (chunk->name == "IEND")
             break;
@@ -70,13 +70,13 @@ void appendChunk(Bytes& bytes, std::string_view name, std::span<const ByteView> 
     std::size_t length = 0;
     for (const ByteView part : parts)
         length += part.size();
-    bytes.reserve(bytes.size() + length + kFrameSize);
+    bytes.reserve(bytes.size() + length + kChunkOverhead);
     big_endian::append32(bytes, static_cast<std::uint32_t>(length));
-    const std::size_t checked = bytes.size();
+    const std::size_t crcStart = bytes.size();
     append(bytes, bytesOf(name));
     for (const ByteView part : parts)
         append(bytes, part);
-    big_endian::append32(bytes, crcOf(ByteView(bytes).subspan(checked)));
+    big_endian::append32(bytes, crcOf(ByteView(bytes).subspan(crcStart)));
 }
 
 Bytes chunk(std::string_view name, ByteView data) {

@@ -9,40 +9,39 @@
 
 namespace complexion::png {
 
-// The chunks of a PNG file (ISO/IEC 15948, clause 5): after a signature, each chunk has a big-endian length,
+// The chunks of a PNG file (ISO/IEC 15948 clause 5): after the signature, each chunk has a big-endian length,
 // a type of four letters, data, and a CRC over type and data.
 
 inline constexpr std::string_view kSignature = "\x89PNG\r\n\x1a\n";
 
-/// What a chunk has around its data: length, type and CRC, in bytes.
-inline constexpr std::size_t kFrameSize = 12;
-/// Where a chunk's data begin.
+/// The size in bytes of what surrounds a chunk's data: length, type and CRC.
+inline constexpr std::size_t kChunkOverhead = 12;
+/// The offset of a chunk's data.
 inline constexpr std::size_t kDataOffset = 8;
 
 struct Chunk {
-    /// Its type, four letters.
+    /// The chunk type, four letters.
     std::string_view name;
     ByteView data;
     /// Length, name, data and CRC.
     ByteView whole;
 };
 
-/// The chunk at `position` in a file; nothing where no whole chunk is.
+/// The chunk at `position`; nothing if there is no complete chunk.
 std::optional<Chunk> chunkAt(ByteView file, std::size_t position);
 
-/// A PNG file's chunks up to IEND, or to where the file is damaged. Ancillary chunks with a wrong CRC are
-/// left out.
+/// Splits a file into its chunks up to IEND or the first damage. Skips ancillary chunks with a wrong CRC.
 std::vector<Chunk> split(ByteView file);
 
-/// The data of the file's first chunk of a type, wherever it is; its CRC is not checked.
+/// The data of the file's first chunk of a type. Its CRC is not checked.
 std::optional<ByteView> findChunk(ByteView file, std::string_view name);
 
-/// Appends a whole chunk; `data` is at most 2^31 - 1 bytes.
+/// Appends a chunk; `data` has at most 2^31 - 1 bytes.
 void appendChunk(Bytes& bytes, std::string_view name, ByteView data);
-/// The same of data in parts.
+/// The same with data in parts.
 void appendChunk(Bytes& bytes, std::string_view name, std::span<const ByteView> parts);
 
-/// A chunk's bytes.
+/// Builds a chunk.
 Bytes chunk(std::string_view name, ByteView data);
 
 } // namespace complexion::png

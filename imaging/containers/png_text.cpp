@@ -16,25 +16,25 @@ using namespace std::string_view_literals;
 
 constexpr std::string_view kInternationalText = "iTXt";
 constexpr std::string_view kRawProfile = "Raw profile type ";
-// What JPEG has before an EXIF block and an XMP packet, and some software keeps.
+// The signatures of EXIF and XMP segments in JPEG files, which some software keeps.
 constexpr std::string_view kExifSignature = "Exif\0\0"sv;
 constexpr std::string_view kXmpSignature = "http://ns.adobe.com/xap/1.0/\0"sv;
 
-/// The text of a zlib stream; nothing when it is damaged or longer than `budget`, which it is taken from.
+/// Inflates a text and deducts its size from `budget`. Nothing if it is damaged or exceeds the budget.
 std::optional<std::string> inflatedText(ByteView compressed, std::size_t& budget) {
     const Inflated text = inflated(compressed, budget);
     budget -= std::min(budget, text.bytes.size());
-    return text.isWhole ? std::optional(std::string(textOf(text.bytes))) : std::nullopt;
+    return text.isComplete ? std::optional(std::string(textOf(text.bytes))) : std::nullopt;
 }
 
-/// Takes what stands before the next zero, and the zero; nothing when there is none.
-std::optional<std::string_view> takenWord(std::string_view& rest) {
+/// Takes a null-terminated string from `rest`. Nothing if there is no terminator.
+std::optional<std::string_view> takeString(std::string_view& rest) {
     const std::size_t end = rest.find('\0');
     if (end == std::string_view::npos)
         return std::nullopt;
-    const std::string_view word = rest.substr(0, end);
+    const std::string_view string = rest.substr(0, end);
     rest.remove_prefix(end + 1);
-    return word;
+    return string;
 }
 
 std::optional<Text> compressedText(std::string_view keyword, std::string_view stream, bool isUtf8,
@@ -50,16 +50,16 @@ std::optional<Text> internationalText(std::string_view keyword, std::string_view
         return std::nullopt;
     const bool isCompressed = rest[0] != 0;
     rest.remove_prefix(2);
-    if (!takenWord(rest) || !takenWord(rest)) // language and translated keyword
+    if (!takeString(rest) || !takeString(rest)) // language and translated keyword
         return std::nullopt;
     if (isCompressed)
         return compressedText(keyword, rest, true, budget);
     return Text{std::string(keyword), std::string(rest), true};
 }
 
-/// The bytes that the text of a raw profile stands for.
-Bytes bytesOfHexadecimal(std::string_view text) {
-    // An empty line, the kind, the length, then lines of digits.
+/// Decodes the hexadecimal digits of a raw profile.
+Bytes bytesOfHexDigits(std::string_view text) {
+    // Skip an empty line, the kind and the length; lines of digits follow.
     for (int line = 0; line < 3; ++line) {
         const std::size_t end = text.find('\n');
         if (end == std::string_view::npos)
@@ -83,8 +83,8 @@ Bytes bytesOfHexadecimal(std::string_view text) {
     return profile;
 }
 
-/// `block` behind the signature that it may begin with, if that is an EXIF block; empty otherwise.
-Bytes soundExif(ByteView block) {
+/// `block` without an EXIF signature, if it is a valid EXIF block; otherwise empty.
+Bytes validExif(ByteView block) {
     const ByteView exif = startsWith(block, kExifSignature) ? block.subspan(kExifSignature.size()) : block;
     return tiff::readHeader(exif) ? Bytes(exif.begin(), exif.end()) : Bytes();
 }
@@ -97,7 +97,7 @@ std::optional<Text> readText(const Chunk& chunk, std::size_t& budget) {
     const bool isCompressed = chunk.name == "zTXt";
     if (!isPlain && !isCompressed && chunk.name != kInternationalText)
         return std::nullopt;
-    const auto keyword = takenWord(rest);
+    const auto keyword = takeString(rest);
     if (!keyword || keyword->empty())
         return std::nullopt;
     if (isPlain)
@@ -122,7 +122,8 @@ Bytes textChunk(std::string_view keyword, std::string_view utf8) {
 Bytes internationalTextChunk(std::string_view keyword, std::string_view utf8) {
     Bytes data;
     append(data, bytesOf(keyword));
-    // The keyword's end; not compressed, by no method; no language; no translated keyword.
+    // The keyword's terminator, compression flag and method, and an empty language tag and translated keyword
+    // (PNG 1.2 section 4.2.3.3).
     data.insert(data.end(), 5, 0);
     append(data, bytesOf(utf8));
     return chunk(kInternationalText, data);
@@ -139,7 +140,7 @@ bool RawProfile::isXmp() const {
 std::optional<RawProfile> rawProfile(const Text& text) {
     if (!text.keyword.starts_with(kRawProfile))
         return std::nullopt;
-    return RawProfile{text.keyword.substr(kRawProfile.size()), bytesOfHexadecimal(text.text)};
+    return RawProfile{text.keyword.substr(kRawProfile.size()), bytesOfHexDigits(text.text)};
 }
 
 Bytes rawProfileChunk(std::string_view kind, ByteView profile) {
@@ -161,7 +162,7 @@ Bytes rawProfileChunk(std::string_view kind, ByteView profile) {
 Bytes exif(const std::vector<Chunk>& chunks) {
     for (const Chunk& chunk : chunks)
         if (chunk.name == "eXIf")
-            if (Bytes exif = soundExif(chunk.data); !exif.empty())
+            if (Bytes exif = validExif(chunk.data); !exif.empty())
                 return exif;
     std::size_t budget = kMaxInflatedText;
     for (const Chunk& chunk : chunks) {
@@ -169,7 +170,7 @@ Bytes exif(const std::vector<Chunk>& chunks) {
             continue;
         if (const auto text = readText(chunk, budget))
             if (const auto profile = rawProfile(*text); profile && profile->isExif())
-                if (Bytes exif = soundExif(profile->bytes); !exif.empty())
+                if (Bytes exif = validExif(profile->bytes); !exif.empty())
                     return exif;
     }
     return {};

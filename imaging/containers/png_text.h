@@ -9,26 +9,26 @@
 
 namespace complexion::png {
 
-/// The parts of a tEXt, zTXt or iTXt chunk.
+/// The contents of a tEXt, zTXt or iTXt chunk (PNG 1.2 section 4.2.3).
 struct Text {
     std::string keyword;
-    /// As the chunk's kind has it: Latin 1 for the first two, UTF-8 for the third.
+    /// Latin 1 from tEXt and zTXt, UTF-8 from iTXt.
     std::string text;
     bool isUtf8 = false;
 };
 
-/// Maximum length in bytes of all compressed texts of a file together, once inflated.
+/// Maximum total size in bytes of a file's compressed texts, once inflated.
 inline constexpr std::size_t kMaxInflatedText = std::size_t{16} << 20;
 
-/// Nothing for other chunks and for damaged ones. A compressed text is taken from `budget`, and not read when
-/// it is longer than that.
+/// Reads a text chunk. Nothing for other and for damaged chunks. Deducts a compressed text's size from
+/// `budget`; a text that exceeds it is not read.
 std::optional<Text> readText(const Chunk& chunk, std::size_t& budget);
 
-/// An uncompressed chunk: iTXt, or tEXt where that can hold the text.
+/// Builds an uncompressed chunk: tEXt for ASCII, otherwise iTXt.
 Bytes textChunk(std::string_view keyword, std::string_view utf8);
 Bytes internationalTextChunk(std::string_view keyword, std::string_view utf8);
 
-/// A profile (EXIF, XMP, IPTC …) that older software writes as a text, in hexadecimal digits.
+/// A profile (EXIF, XMP, IPTC …) that older software stores as a text of hexadecimal digits.
 struct RawProfile {
     /// "exif", "xmp", "iptc", "8bim", "icc" …; "APP1" is EXIF or XMP as in a JPEG file, with its signature.
     std::string kind;
@@ -38,12 +38,12 @@ struct RawProfile {
     bool isXmp() const;
 };
 
-/// Nothing for other texts.
+/// Reads a raw profile. Nothing for other texts.
 std::optional<RawProfile> rawProfile(const Text& text);
 Bytes rawProfileChunk(std::string_view kind, ByteView profile);
 
-/// The EXIF block of a PNG file: that of its eXIf chunk, else the first one in a raw profile; empty without a
-/// sound one.
+/// The EXIF block of a PNG file: from its eXIf chunk, otherwise from the first raw profile. Empty if there is
+/// no valid one.
 Bytes exif(const std::vector<Chunk>& chunks);
 
 } // namespace complexion::png

@@ -19,7 +19,7 @@ double perInch(double resolution, Resolution::Unit unit) {
     return isUsable ? number : kPointsPerInch;
 }
 
-/// How many of a resolution's unit are a metre.
+/// The number of units per metre.
 double unitsPerMetre(Resolution::Unit unit) {
     switch (unit) {
     case Resolution::Unit::Inch:

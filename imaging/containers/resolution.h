@@ -9,13 +9,13 @@ namespace complexion {
 
 inline constexpr double kCentimetresPerInch = 2.54;
 
-/// How many pixels there are to a unit of length, in the units that files state it in.
+/// Pixels per unit of length, in the units that file formats use.
 struct Resolution {
     enum class Unit { None, Inch, Centimetre };
 
     double across = 0;
     double down = 0;
-    /// None: the numbers are only the shape of a pixel.
+    /// None: only their ratio, the pixel aspect ratio, has a meaning.
     Unit unit = Unit::None;
 
     bool operator==(const Resolution&) const = default;
@@ -25,17 +25,17 @@ struct Resolution {
 /// and finite, count as 72 pixels per inch.
 PointSize sizeAtResolution(PixelSize pixels, const Resolution& resolution);
 
-/// A resolution for files that count whole pixels per metre; without a unit, the bare number.
+/// Converts a resolution to whole pixels per metre; without a unit, rounds the number itself.
 std::uint32_t pixelsPerMetre(double resolution, Resolution::Unit unit);
 
-/// The other way round, exactly: in pixels per centimetre.
+/// The exact inverse, in pixels per centimetre.
 Resolution resolutionOfPixelsPerMetre(std::uint32_t across, std::uint32_t down);
 
-/// The same in pixels per inch. Whole pixels per metre cannot express 72 to the inch: a number that a whole
-/// resolution is rounded to means that resolution.
+/// The same in pixels per inch. A number that a whole resolution rounds to becomes that resolution: whole
+/// pixels per metre cannot express 72 per inch.
 Resolution wholeResolutionOfPixelsPerMetre(std::uint32_t across, std::uint32_t down);
 
-/// The nearest to 72 pixels per inch, which our files state.
-inline constexpr std::uint32_t kUsualPixelsPerMetre = 2835;
+/// The density in the files we write: 72 pixels per inch, rounded.
+inline constexpr std::uint32_t kDefaultPixelsPerMetre = 2835;
 
 } // namespace complexion

@@ -8,7 +8,7 @@ namespace complexion::tiff {
 
 namespace {
 
-// TIFF's numbers for the units of resolution; Resolution counts from 0.
+// ResolutionUnit values (TIFF 6.0 section 8); Resolution::Unit counts from 0.
 constexpr std::uint64_t kUnitNone = 1;
 constexpr std::uint64_t kUnitInch = 2;
 

@@ -6,16 +6,16 @@
 
 namespace complexion::tiff {
 
-/// The first number of an entry of type RATIONAL; 0 for others and where the denominator is 0.
+/// The first value of a RATIONAL entry; 0 for other types and for a denominator of 0.
 double rationalOf(const Entry& entry, ByteOrder order);
 
-/// The resolution that a directory states; nothing where it states none, or nothing meaningful.
+/// A directory's resolution. Nothing if it has none, or an invalid one.
 std::optional<Resolution> resolutionOf(const Directory& directory, ByteOrder order);
 
-/// Makes the directory state this resolution.
+/// Sets a directory's resolution.
 void setResolution(Directory& directory, ByteOrder order, const Resolution& resolution);
 
-/// An EXIF block that states a resolution and nothing else.
+/// An EXIF block with a resolution and nothing else.
 Bytes exifOfResolution(const Resolution& resolution);
 
 } // namespace complexion::tiff

@@ -11,16 +11,16 @@ namespace {
 constexpr unsigned kClassicVersion = 42;
 constexpr unsigned kBigVersion = 43;
 constexpr std::uint64_t kMaxEntries = 65535;
-// EXIF in the first directory, interoperability in EXIF.
-constexpr int kDeepestDirectory = 2;
+// The first directory contains the EXIF directory, which contains the interoperability directory.
+constexpr int kMaxDirectoryDepth = 2;
 
-bool isCarriedDirectory(unsigned wanted) {
+bool isSubdirectory(unsigned wanted) {
     return wanted == tag::kExifDirectory || wanted == tag::kGpsDirectory ||
            wanted == tag::kInteroperabilityDirectory;
 }
 
-/// Reads directories and counts the bytes that it has read, so that tables and values which overlap cannot
-/// add up without end.
+/// Reads directories within a budget of bytes, so that overlapping tables and values cannot multiply without
+/// limit.
 class DirectoryReader {
 public:
     DirectoryReader(ByteView structure, const Header& header)
@@ -73,9 +73,9 @@ private:
         if (value.size() < length || !spend(length))
             return;
         entry.value.assign(value.begin(), value.end());
-        if (isCarriedDirectory(entry.tag)) {
+        if (isSubdirectory(entry.tag)) {
             const std::uint64_t offset = firstNumber(entry, m_header.order);
-            if (depth >= kDeepestDirectory || offset == 0 || offset == directory.offset)
+            if (depth >= kMaxDirectoryDepth || offset == 0 || offset == directory.offset)
                 return;
             entry.child = std::make_shared<const Directory>(read(offset, depth + 1));
             if (entry.child->entries.empty())
@@ -115,8 +115,8 @@ std::optional<Header> readHeader(ByteView structure) {
 }
 
 std::size_t typeLength(unsigned wanted) {
-    // By number: none, BYTE, ASCII, SHORT, LONG, RATIONAL, SBYTE, UNDEFINED, SSHORT, SLONG, SRATIONAL, FLOAT,
-    // DOUBLE, IFD, two that nobody gave a meaning, LONG8, SLONG8, IFD8; 129 is the text in UTF-8 of EXIF 3.
+    // By number: unused, BYTE, ASCII, SHORT, LONG, RATIONAL, SBYTE, UNDEFINED, SSHORT, SLONG, SRATIONAL,
+    // FLOAT, DOUBLE, IFD, two unassigned, LONG8, SLONG8, IFD8. 129 is UTF-8 text (EXIF 3.0).
     constexpr std::array<std::size_t, 19> kLengths = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4,
                                                       8, 4, 8, 4, 0, 0, 8, 8, 8};
     constexpr unsigned kUtf8 = 129;
@@ -201,7 +201,7 @@ std::uint64_t Layout::place(ByteView bytes) {
 }
 
 std::uint64_t Layout::placeDirectory(const Directory& directory) {
-    // TIFF 6.0 wants the entries in the order of their numbers.
+    // Entries must be sorted by tag (TIFF 6.0 section 2).
     std::vector<const Entry*> entries;
     entries.reserve(directory.entries.size());
     for (const Entry& entry : directory.entries)
@@ -214,20 +214,20 @@ std::uint64_t Layout::placeDirectory(const Directory& directory) {
     setNumberAt(m_bytes, table, m_header.countLength(), m_header.order, entries.size());
     std::uint64_t position = table + m_header.countLength();
     for (const Entry* entry : entries) {
-        std::uint64_t valuePlace = 0;
+        std::uint64_t placedOffset = 0;
         if (entry->child)
-            valuePlace = placeDirectory(*entry->child);
+            placedOffset = placeDirectory(*entry->child);
         else if (entry->tag == tag::kMakerNote && m_fixedLength != 0 && entry->valueOffset == m_fixedOffset)
-            valuePlace = m_fixedOffset;
+            placedOffset = m_fixedOffset;
         else if (entry->value.size() > m_header.offsetLength())
-            valuePlace = place(entry->value);
-        putEntry(position, *entry, valuePlace);
+            placedOffset = place(entry->value);
+        writeEntry(position, *entry, placedOffset);
         position += entryLength;
     }
     return table;
 }
 
-void Layout::putEntry(std::size_t position, const Entry& entry, std::uint64_t valuePlace) {
+void Layout::writeEntry(std::size_t position, const Entry& entry, std::uint64_t placedOffset) {
     const std::size_t offsetLength = m_header.offsetLength();
     const ByteOrder order = m_header.order;
     const unsigned directoryType = m_header.isBig ? type::kDirectory8 : type::kLong;
@@ -235,8 +235,8 @@ void Layout::putEntry(std::size_t position, const Entry& entry, std::uint64_t va
     setNumberAt(m_bytes, position + 2, 2, order, entry.child ? directoryType : entry.type);
     setNumberAt(m_bytes, position + 4, offsetLength, order, entry.child ? 1 : entry.count);
     const std::size_t field = position + 4 + offsetLength;
-    if (valuePlace != 0)
-        setNumberAt(m_bytes, field, offsetLength, order, valuePlace);
+    if (placedOffset != 0)
+        setNumberAt(m_bytes, field, offsetLength, order, placedOffset);
     else
         std::ranges::copy(entry.value, m_bytes.begin() + static_cast<std::ptrdiff_t>(field));
 }

@@ -9,10 +9,10 @@
 
 namespace complexion::tiff {
 
-// The directories of TIFF files and EXIF blocks (TIFF 6.0, BigTIFF, EXIF 2.32): tags with values in the byte
-// order of their file.
+// The directories of TIFF files and EXIF blocks (TIFF 6.0 section 2, BigTIFF, EXIF 2.32): tagged values in
+// the byte order of their file.
 
-/// Tags by number, as far as this code gives one a meaning.
+/// The tags that have a meaning here.
 namespace tag {
 inline constexpr unsigned kImageWidth = 256;
 inline constexpr unsigned kImageLength = 257;
@@ -43,7 +43,7 @@ inline constexpr unsigned kMakerNote = 37500;
 inline constexpr unsigned kInteroperabilityDirectory = 40965;
 } // namespace tag
 
-/// Value types by number.
+/// Field types (TIFF 6.0 section 2, BigTIFF).
 namespace type {
 inline constexpr unsigned kByte = 1;
 inline constexpr unsigned kAscii = 2;
@@ -57,7 +57,7 @@ inline constexpr unsigned kLong8 = 16;
 inline constexpr unsigned kDirectory8 = 18;
 } // namespace type
 
-/// How a TIFF structure begins.
+/// The header of a TIFF structure (TIFF 6.0 section 2, BigTIFF).
 struct Header {
     ByteOrder order = ByteOrder::LittleEndian;
     /// BigTIFF: offsets and counts of 8 bytes instead of 4.
@@ -72,48 +72,48 @@ struct Header {
 
 struct Directory;
 
-/// One tag.
+/// A directory entry.
 struct Entry {
     unsigned tag = 0;
     unsigned type = 0;
     std::uint64_t count = 0;
     /// The value's bytes in the structure's byte order; empty for a directory.
     Bytes value;
-    /// Where the value lies in the structure that it was read from.
+    /// Offset of the value in the structure it was read from.
     std::uint64_t valueOffset = 0;
-    /// The EXIF, GPS or interoperability directory that the tag stands for.
+    /// The EXIF, GPS or interoperability directory that the entry refers to.
     std::shared_ptr<const Directory> child;
 };
 
 struct Directory {
     std::vector<Entry> entries;
-    /// Where it lies in the structure that it was read from, and how long its table is.
+    /// Offset in the structure it was read from, and length of its table, in bytes.
     std::uint64_t offset = 0;
     std::uint64_t length = 0;
-    /// Where the link to the next directory is written, and what it says (0: none).
+    /// Offset of the link to the next directory, and the link itself (0: none).
     std::uint64_t linkOffset = 0;
     std::uint64_t next = 0;
 
     const Entry* find(unsigned wanted) const;
 };
 
-/// Nothing for bytes that do not begin as a TIFF structure.
+/// Reads the header. Nothing if `structure` does not begin with one.
 std::optional<Header> readHeader(ByteView structure);
 
-/// The length in bytes of one value of a type; 0 for types that are not known.
+/// The size in bytes of one value of a type; 0 for unknown types.
 std::size_t typeLength(unsigned type);
 
-/// The directory at `offset`, with the EXIF, GPS and interoperability directories in it. Entries that lie or
-/// point outside the structure are left out. What is read is never longer than twice the structure.
+/// Reads the directory at `offset` with its EXIF, GPS and interoperability directories. Skips entries that
+/// are, or point, outside the structure. Reads at most twice the size of the structure.
 Directory readDirectory(ByteView structure, const Header& header, std::uint64_t offset);
 
-/// The first number of an entry of type BYTE, SHORT, LONG or LONG8 (0 for others and for empty ones).
+/// The first value of a BYTE, SHORT, LONG or LONG8 entry (0 for other types and empty entries).
 std::uint64_t firstNumber(const Entry& entry, ByteOrder order);
 
-/// All numbers of such an entry.
+/// All values of such an entry.
 std::vector<std::uint64_t> allNumbers(const Entry& entry, ByteOrder order);
 
-/// An entry made of numbers (BYTE, SHORT, LONG, LONG8) and one made of bytes.
+/// Builds an entry from numbers (BYTE, SHORT, LONG, LONG8) or from bytes.
 Entry entryOfNumbers(unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers, ByteOrder order);
 Entry entryOfBytes(unsigned tag, unsigned type, ByteView bytes);
 
@@ -122,23 +122,23 @@ class Layout {
 public:
     Layout(ByteOrder order, bool isBig);
 
-    /// Keeps the place at `offset` free for `bytes`: maker notes hold offsets of their own that are true only
-    /// where the camera put them. To be called before anything is placed; false when the place is taken.
+    /// Reserves `offset` for `bytes`: maker notes contain offsets that are valid only where the camera wrote
+    /// them. Must be called before anything is placed. False if the range is in use.
     bool placeAt(std::uint64_t offset, ByteView bytes);
 
-    /// Puts `bytes` at the next free even offset, which it returns.
+    /// Places `bytes` at the next free even offset, which it returns.
     std::uint64_t place(ByteView bytes);
 
-    /// Puts the directory's values, the directories in it and its table; returns the table's offset. An entry
-    /// whose value was placed by placeAt points there.
+    /// Places the directory's values, the directories in it and its table; returns the table's offset. An
+    /// entry whose value was placed by placeAt points there.
     std::uint64_t placeDirectory(const Directory& directory);
 
-    /// The structure, whose first directory is at `firstDirectory`.
+    /// Returns the structure, with its first directory at `firstDirectory`.
     Bytes finish(std::uint64_t firstDirectory);
 
 private:
     std::uint64_t reserve(std::uint64_t length);
-    void putEntry(std::size_t position, const Entry& entry, std::uint64_t valuePlace);
+    void writeEntry(std::size_t position, const Entry& entry, std::uint64_t placedOffset);
 
     Header m_header;
     Bytes m_bytes;

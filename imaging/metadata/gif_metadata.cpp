@@ -117,7 +117,7 @@ Result<FileContents> withGifBlocksOf(ByteView source, ByteView written) {
     for (const gif::Extension& extension : gif->extensions)
         if (isMetadata(extension))
             appendCarried(extensions, extension);
-    return withMetadataExtensions(written, extensions, source[gif::kAspectOffset]);
+    return withMetadataExtensions(written, extensions, source[gif::kAspectRatioOffset]);
 }
 
 Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView written) {
