@@ -13,8 +13,8 @@ namespace complexion {
 /// `written` need not be decoded.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Image& picture = {});
 
-/// The same for an encoder's output that is not written yet. In a JPEG file, `kept`, attachments of `source`, are
-/// appended to it.
+/// The same for an encoder's output that is not written yet. In a JPEG file, `kept`, attachments of `source`,
+/// are appended to it.
 Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {},
                                     const KeptAttachments& kept = {});
 

@@ -103,7 +103,7 @@ std::vector<PixelRect> placesToRepair(PixelSize map, const Image& before, const 
                                static_cast<std::size_t>(x);
                 if (old[i] == now[i])
                     continue;
-                const PixelRect place = storedPlace({part.x + x, part.y + y, 1, 1}, upright, orientation);
+                const PixelRect place = storedRect({part.x + x, part.y + y, 1, 1}, upright, orientation);
                 touched.touch(place.x, place.y);
             }
     }

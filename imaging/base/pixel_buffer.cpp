@@ -59,13 +59,13 @@ PixelBuffer::TileIndex PixelBuffer::tileAt(PixelPosition position) {
     return {position.row / Tile::kHeight, position.column / Tile::kWidth};
 }
 
-PixelBuffer::TouchedTile& PixelBuffer::touchedTile(TileIndex index) {
-    const auto found = m_touched.find(index);
-    if (found != m_touched.end())
+PixelBuffer::WritableTile& PixelBuffer::writableTile(TileIndex index) {
+    const auto found = m_writableTiles.find(index);
+    if (found != m_writableTiles.end())
         return found->second;
     const Tile& tile = storedTile(m_image, index.band, index.column);
     const PixelBlock& source = tile.block();
-    TouchedTile copy{PixelBlock::uninitialized(source.size), {}};
+    WritableTile copy{PixelBlock::uninitialized(source.size), {}};
     std::copy_n(source.pixels.get(), source.size.area(), copy.block.pixels.get());
     if (const std::optional<DeepAlpha> form = m_image.deepAlpha()) {
         copy.deep.resize(static_cast<std::size_t>(source.size.area()));
@@ -73,19 +73,19 @@ PixelBuffer::TouchedTile& PixelBuffer::touchedTile(TileIndex index) {
             tile.readDeep(row, 0, source.size.width, *form,
                           copy.deep.data() + std::ptrdiff_t{row} * source.size.width);
     }
-    return m_touched.emplace(index, std::move(copy)).first->second;
+    return m_writableTiles.emplace(index, std::move(copy)).first->second;
 }
 
 RGBA32 PixelBuffer::pixel(PixelPosition position) const {
     const TileIndex index = tileAt(position);
-    const auto found = m_touched.find(index);
-    const PixelBlock& block = found != m_touched.end()
+    const auto found = m_writableTiles.find(index);
+    const PixelBlock& block = found != m_writableTiles.end()
                                   ? found->second.block
                                   : storedTile(m_image, index.band, index.column).block();
     return block.row(rowInTile(position))[columnInTile(position)];
 }
 
-void PixelBuffer::paintPixel(TouchedTile& tile, std::size_t index, RGBA32 paint) const {
+void PixelBuffer::paintPixel(WritableTile& tile, std::size_t index, RGBA32 paint) const {
     RGBA32& pixel = tile.block.pixels[index];
     if (!tile.deep.empty())
         tile.deep[index] = repainted(tile.deep[index], pixel, paint, *m_image.deepAlpha());
@@ -94,7 +94,7 @@ void PixelBuffer::paintPixel(TouchedTile& tile, std::size_t index, RGBA32 paint)
 
 void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) {
     TileIndex current{-1, -1};
-    TouchedTile* tile = nullptr;
+    WritableTile* tile = nullptr;
     for (const PixelPosition position : positions) {
         if (const TileIndex index = tileAt(position); !tile || index != current) {
             current = index;
@@ -107,7 +107,7 @@ void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) 
 void PixelBuffer::paintRow(PixelPosition start, std::span<const RGBA32> pixels,
                            std::span<const RGBA64> deep) {
     while (!pixels.empty()) {
-        TouchedTile& tile = touchedTile(tileAt(start));
+        WritableTile& tile = writableTile(tileAt(start));
         const std::size_t first = indexInTile(start, tile.block);
         const std::size_t count =
             std::min(pixels.size(), static_cast<std::size_t>(tile.block.size.width - columnInTile(start)));
@@ -131,9 +131,9 @@ Image PixelBuffer::close() && {
         const std::int64_t band = written->first.band;
         std::shared_ptr<const Band>& slot = bands[static_cast<std::size_t>(band)];
         auto tiles = slot->tiles();
-        for (; touched != m_touched.end() && touched->first.band == band; ++touched)
-            tiles[static_cast<std::size_t>(touched->first.column)] =
-                tileOf(std::move(touched->second.block), touched->second.deep);
+        for (; written != m_writableTiles.end() && written->first.band == band; ++written)
+            tiles[static_cast<std::size_t>(written->first.column)] =
+                tileOf(std::move(written->second.block), written->second.deep);
         slot = std::make_shared<const Band>(std::move(tiles), *slot);
     }
     return m_image.withBands(std::move(bands));

@@ -50,16 +50,16 @@ private:
         std::int64_t column = 0;
         auto operator<=>(const TileIndex&) const = default;
     };
-    struct TouchedTile {
+    struct WritableTile {
         PixelBlock block;
         std::vector<RGBA64> deep; // of a deep image
     };
     static TileIndex tileAt(PixelPosition position);
-    TouchedTile& touchedTile(TileIndex index);
-    void paintPixel(TouchedTile& tile, std::size_t index, RGBA32 paint) const;
+    WritableTile& writableTile(TileIndex index);
+    void paintPixel(WritableTile& tile, std::size_t index, RGBA32 paint) const;
 
     Image m_image; // its pixels are stored, not computed when read
-    std::map<TileIndex, TouchedTile> m_touched;
+    std::map<TileIndex, WritableTile> m_writableTiles;
 };
 
 } // namespace complexion

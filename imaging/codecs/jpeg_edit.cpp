@@ -196,7 +196,7 @@ bool Edit::isStillRefused(const Image& upright) {
     const PixelRect differing = m_refusal->image.difference(now);
     const bool isSame =
         differing.isEmpty() ||
-        storedPlace(differing, now.pixelSize(), m_orientation).intersected(m_refusal->region).isEmpty();
+        storedRect(differing, now.pixelSize(), m_orientation).intersected(m_refusal->region).isEmpty();
     if (isSame)
         m_refusal->image = now;
     else

@@ -91,8 +91,8 @@ std::optional<std::size_t> pictureEnd(ByteView file) {
     ByteView rest = split(file).rest;
     while (rest.size() >= 2 && rest[1] != marker::kEndOfImage) {
         // A scan's header, or tables between scans; coded data follow the former.
-        const std::uint64_t length = numberAt(rest, 2, kLengthLength, ByteOrder::BigEndian);
-        rest = slice(rest, isBare(rest[1]) ? 2 : 2 + std::max<std::uint64_t>(length, kLengthLength));
+        const std::uint64_t length = numberAt(rest, 2, kLengthFieldSize, ByteOrder::BigEndian);
+        rest = slice(rest, isBare(rest[1]) ? 2 : 2 + std::max<std::uint64_t>(length, kLengthFieldSize));
         std::size_t code = nextMarkerCode(rest, 0);
         while (code < rest.size() && isBare(rest[code]))
             code = nextMarkerCode(rest, code + 1);
