@@ -105,7 +105,8 @@ std::vector<int> Edit::differingMcus(const Image& upright) const {
         }
     }
     std::ranges::sort(mcus);
-    mcus.erase(std::unique(mcus.begin(), mcus.end()), mcus.end());
+    const auto repeated = std::ranges::unique(mcus);
+    mcus.erase(repeated.begin(), repeated.end());
     return mcus;
 }
 
