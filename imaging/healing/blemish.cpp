@@ -40,6 +40,7 @@ constexpr float kMaxShareCutOff = 0.35F;   // of the region's edge
 constexpr float kStrangeColor = 0.35F;     // of the logarithmic scale
 constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
+constexpr int kTouch = 1; // cells
 
 /// At this threshold the differences above are meant; they scale with it.
 constexpr float kUsualThreshold = 10;
@@ -81,11 +82,22 @@ public:
                 return Refusal::NoSkin;
         }
         markUnlikeSkin();
+        m_blemish.isParted = touchesForeign();
         m_blemish.foreign = std::move(m_strange);
         return std::move(m_blemish);
     }
 
 private:
+    bool touchesForeign() const {
+        bool touches = false;
+        if (m_isParted)
+            forEachMasked([&](int x, int y) {
+                forEachCell(widened({x, y, 1, 1}, kTouch, m_field),
+                            [&](int nextX, int nextY) { touches = touches || m_foreign.at(nextX, nextY); });
+            });
+        return touches;
+    }
+
     bool insideDisc(int x, int y, float margin) const { return m_reach.at(x, y) <= m_window.radius - margin; }
 
     LogColor offAt(int x, int y) const {

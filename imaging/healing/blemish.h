@@ -10,13 +10,14 @@ namespace complexion::healing {
 
 /// A blemish as it was found in a window.
 struct Blemish {
-    CellMask mask;       // with its soft rim, without holes, inside the disc
-    PixelRect bounds;    // of the mask
-    SkinModel model;     // of the skin around
-    CellGrid<Cell> skin; // in and near the mask: the membrane, the skin's colour without any detail
-    CellMask unlikeSkin; // cells near the disc that differ from the skin, the blemish and others
-    CellMask foreign;    // those of them that reach out of the disc: no part of the blemish
-    LogColor tint{};     // what the blemish's strong part differs from the skin by, in the mean
+    CellMask mask;         // with its soft rim, without holes, inside the disc
+    PixelRect bounds;      // of the mask
+    SkinModel model;       // of the skin around
+    CellGrid<Cell> skin;   // in and near the mask: the membrane, the skin's colour without any detail
+    CellMask unlikeSkin;   // cells near the disc that differ from the skin, the blemish and others
+    CellMask foreign;      // those of them that reach out of the disc: no part of the blemish
+    bool isParted = false; // from what is foreign and touches it
+    LogColor tint{};       // what the blemish's strong part differs from the skin by, in the mean
 };
 
 /// A blemish, or why there is none.

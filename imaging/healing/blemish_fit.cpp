@@ -17,6 +17,8 @@ constexpr double kMinLast = 36;
 constexpr double kMaxLast = 110;
 constexpr double kMinLastShare = 1.2; // of the edit disc's radius, if that is more
 constexpr double kMaxNextShare = 6;
+// For a repair, in radii of the edit disc.
+constexpr double kMinNearShare = 0.35;
 constexpr float kMinCovered = 0.3F;
 constexpr float kMuchStronger = 1.5F;
 constexpr float kClearer = 1.3F;
@@ -24,30 +26,30 @@ constexpr float kPoorRim = 0.25F;
 constexpr double kMinSettled = 12;
 constexpr double kSettled = 3.5; // times the blemish's radius: a disc this large shows what it is part of
 
+/// Radii of discs in pixels.
+struct Range {
+    double first = 0;
+    double last = 0;
+};
+
 /// Fits one blemish.
 class Fit {
 public:
-    Fit(const Image& image, const RepairDisc& disc, std::int64_t threshold, double largerThan)
-        : m_image(image), m_disc(disc), m_threshold(threshold), m_largerThan(largerThan) {}
+    Fit(const Image& image, const RepairDisc& disc, std::int64_t threshold, Range range, double largerThan)
+        : m_image(image), m_disc(disc), m_threshold(threshold), m_range(range), m_largerThan(largerThan) {}
 
     std::variant<BlemishPlace, Refusal> run() {
-        const auto radius = static_cast<double>(m_disc.radius);
-        const double least = std::max({kMinTrial, kMinShare * radius, m_largerThan});
-        const double most =
-            m_largerThan > 0
-                ? kMaxNextShare * radius
-                : std::max({kMinLast, std::min(kMaxShare * radius, kMaxLast), kMinLastShare * radius});
-        for (double size = least; size <= most; size *= kGrowth) {
-            if (isSettled(size))
-                break;
+        double size = m_range.first;
+        while (size <= m_range.last && !isSettled(size)) {
             take(look({m_disc.row, m_disc.column, std::llround(size)}, m_disc));
+            size *= kGrowth;
         }
         if (!m_best)
             m_best = m_beside ? std::move(m_beside) : std::move(m_cut);
         if (!m_best)
             return m_refusal.value_or(Refusal::NothingDiffers);
         const RepairDisc own{static_cast<std::int64_t>(m_best->y), static_cast<std::int64_t>(m_best->x),
-                             std::llround(m_best->fittingRadius())};
+                             std::llround(fittingRadius(m_best->radius, m_best->reach))};
         const std::optional<Trial> exact = look(own, own);
         if (exact && static_cast<double>(exact->radius) <= m_largerThan)
             return Refusal::NothingDiffers;
@@ -99,6 +101,7 @@ private:
     const Image& m_image;
     RepairDisc m_disc;
     std::int64_t m_threshold;
+    Range m_range;
     double m_largerThan;
     std::optional<Trial> m_best;   // ends in its disc and covers the click
     std::optional<Trial> m_beside; // does not cover the click
@@ -110,7 +113,19 @@ private:
 
 std::variant<BlemishPlace, Refusal> fitBlemish(const Image& image, const RepairDisc& disc,
                                                std::int64_t threshold, double largerThan) {
-    return Fit(image, disc, threshold, largerThan).run();
+    const auto radius = static_cast<double>(disc.radius);
+    const Range any{std::max(kMinTrial, kMinShare * radius),
+                    std::max({kMinLast, std::min(kMaxShare * radius, kMaxLast), kMinLastShare * radius})};
+    const Range next{std::max(any.first, largerThan), kMaxNextShare * radius};
+    return Fit(image, disc, threshold, largerThan > 0 ? next : any, largerThan).run();
+}
+
+std::variant<BlemishPlace, Refusal> fitNear(const Image& image, const RepairDisc& disc,
+                                            std::int64_t threshold, double largest) {
+    const auto radius = static_cast<double>(disc.radius);
+    return Fit(image, disc, threshold,
+               {std::max(std::min(kMinTrial, radius), kMinNearShare * radius), largest * radius}, 0)
+        .run();
 }
 
 } // namespace complexion::healing

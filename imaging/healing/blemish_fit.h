@@ -11,4 +11,8 @@ namespace complexion::healing {
 std::variant<BlemishPlace, Refusal> fitBlemish(const Image& image, const RepairDisc& disc,
                                                std::int64_t threshold, double largerThan);
 
+/// As above, with discs of about the disc's size alone.
+std::variant<BlemishPlace, Refusal> fitNear(const Image& image, const RepairDisc& disc,
+                                            std::int64_t threshold, double largest);
+
 } // namespace complexion::healing

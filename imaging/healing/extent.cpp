@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/extent.h"
 
+#include "imaging/healing/blemish_fit.h"
+
 #include <cmath>
 #include <utility>
 
@@ -15,8 +17,12 @@ constexpr std::int64_t kMinRadius = 4;
 constexpr float kMinDrawnIn = 8; // pixels: so small a disc holds little else than a blemish
 
 // Shares of the rim that the mask covers.
-constexpr float kSoftRim = 0.35F; // it may be the faint end of a blemish in the disc's middle
-constexpr float kPoorRim = 0.4F;  // a mask that covers more is no blemish in that disc
+constexpr float kPartedRim = 0.1F; // where something touches it that is not part of it
+constexpr float kCompactReach =
+    1.25F; // times the radius: a mask that reaches farther may hold a part of something else
+constexpr float kClearlySmaller = 0.95F; // times the radius
+constexpr float kSoftRim = 0.35F;        // it may be the faint end of a blemish in the disc's middle
+constexpr float kPoorRim = 0.4F;         // a mask that covers more is no blemish in that disc
 
 constexpr float kDrawnIn = 0.8F; // a disc that could be this small is drawn in
 constexpr float kSameBlemish = 0.7F;
@@ -25,7 +31,9 @@ constexpr float kSameBlemish = 0.7F;
 constexpr std::array<std::int64_t, 5> kThresholds = {5, 10, 20, 40, 80};
 
 // Of the tint, in the skin's deviations at the usual threshold.
-constexpr float kWeak = 8; // what is weaker may be a part of something stronger
+constexpr float kWeak = 8;              // what is weaker may be a part of something stronger
+constexpr float kStrong = 12;           // what no disc of the clicked size shows must be as strong
+constexpr float kMinStrengthBeside = 6; // of what is not in the middle
 constexpr float kMuchStronger = 2;
 constexpr float kMinCovered = 0.3F; // of it, by what reaches out of the edit disc
 
@@ -44,7 +52,8 @@ public:
             }
             const Refusal refusal = m_refusal.value_or(Refusal::NothingDiffers);
             const auto* const next = std::ranges::upper_bound(kThresholds, m_threshold);
-            if (refusal == Refusal::NothingDiffers || refusal == Refusal::NoSkin || next == kThresholds.end())
+            if (refusal == Refusal::NothingDiffers || refusal == Refusal::NoSkin || m_isPartOfFeature ||
+                next == kThresholds.end())
                 return m_firstRefusal.value_or(refusal);
             m_firstRefusal = m_firstRefusal.value_or(refusal);
             m_threshold = *next;
@@ -57,7 +66,7 @@ private:
         for (const float size : kTrials) {
             std::optional<Trial> trial = look(sized(size), m_clicked);
             if (!trial || trial->rim > kPoorRim || (size > 1 && trial->covered < kMinCovered) ||
-                trial->strength < (size == 1 ? kMinStrength : kWeak) * scaleOfThreshold(m_threshold))
+                trial->strength < minStrength(*trial, size) * scaleOfThreshold(m_threshold))
                 continue;
             const bool fits = trial->rim <= (size == 1 && trial->isCentered ? kSoftRim : kFreeRim);
             if (fits || !best || trial->rim < best->rim)
@@ -65,7 +74,56 @@ private:
             if (fits)
                 break;
         }
+        if (best && best->disc.radius == m_clicked.radius && best->blemish.isParted)
+            partFromFeature(best);
         return best;
+    }
+
+    /// What must be as strong as this, or it is but a spot of the skin's own.
+    float minStrength(const Trial& trial, float size) const {
+        if (size == 1)
+            return trial.isCentered ? kMinStrength : kMinStrengthBeside;
+        return m_refusal == Refusal::NothingDiffers ? kStrong : kWeak;
+    }
+
+    /// Something larger touches the blemish, and the mask may hold a part of it: a brow, a nostril. The disc
+    /// that fits the blemish leaves that out; a mask at the rim that no such disc confirms is no blemish.
+    void partFromFeature(std::optional<Trial>& best) {
+        const bool isAtRim = best->rim > kPartedRim;
+        if (!isAtRim && best->reach < kCompactReach * best->radius)
+            return;
+        std::optional<Trial> fitted = fit(best->rim <= kFreeRim ? 1 : kMaxGrowth, kMinStrength);
+        if (fitted &&
+            (fitted->radius < kClearlySmaller * best->radius || (!isAtRim && !fitted->blemish.isParted))) {
+            best = std::move(fitted);
+        } else if (isAtRim && !fitted) {
+            best.reset();
+            m_refusal = Refusal::ComesFromOutside;
+            m_isPartOfFeature = true;
+        }
+    }
+
+    /// The blemish in the disc that fits it.
+    std::optional<Trial> fit(float growth, float minStrength) {
+        const auto found = fitNear(m_image, m_clicked, m_threshold, static_cast<double>(growth));
+        const auto* place = std::get_if<BlemishPlace>(&found);
+        if (!place)
+            return std::nullopt;
+        const float radius =
+            fittingRadius(static_cast<float>(place->radius), static_cast<float>(place->reach));
+        const RepairDisc disc{place->middle.row, place->middle.column,
+                              static_cast<std::int64_t>(std::ceil(radius))};
+        std::optional<Trial> trial = look(disc, disc);
+        if (!trial || trial->rim > (trial->blemish.isParted ? kPartedRim : kSoftRim) ||
+            trial->strength < minStrength * scaleOfThreshold(m_threshold))
+            return std::nullopt;
+        return trial;
+    }
+
+    /// Whether the blemish ends in its disc, away from anything else.
+    static bool isClear(const Trial& trial) {
+        return trial.rim <= kFreeRim && trial.isCentered &&
+               (!trial.blemish.isParted || trial.reach < kCompactReach * trial.radius);
     }
 
     RepairDisc sized(float size) const {
@@ -105,7 +163,7 @@ private:
 
     void drawIn(Trial& best) {
         for (int round = 0; round < 2; ++round) {
-            const float fitting = best.fittingRadius();
+            const float fitting = fittingRadius(best.radius, best.reach);
             const auto current = static_cast<float>(best.disc.radius);
             const float off = std::sqrt(square(best.x - 0.5F - static_cast<float>(best.disc.column)) +
                                         square(best.y - 0.5F - static_cast<float>(best.disc.row)));
@@ -126,6 +184,7 @@ private:
     std::int64_t m_threshold;
     std::optional<Refusal> m_refusal; // of the edit disc itself
     std::optional<Refusal> m_firstRefusal;
+    bool m_isPartOfFeature = false; // a higher threshold would find a part of it
 };
 
 } // namespace

@@ -78,7 +78,7 @@ BlemishPlace Trial::place() const {
             .reach = static_cast<double>(reach)};
 }
 
-float Trial::fittingRadius() const {
+float fittingRadius(float radius, float reach) {
     return std::max(kFittingRadius * radius + kFittingMargin, reach / kFittingReach);
 }
 

@@ -23,9 +23,10 @@ struct Trial {
     float covered = 0;  // share of the clicked place that the mask covers
 
     BlemishPlace place() const;
-    /// The radius of a disc that shows the blemish with enough skin around it.
-    float fittingRadius() const;
 };
+
+/// The radius of a disc that shows a blemish of that radius and reach with enough skin around it.
+float fittingRadius(float radius, float reach);
 
 /// The share of the rim that a blemish may cover which ends inside the disc.
 inline constexpr float kFreeRim = 0.05F;
