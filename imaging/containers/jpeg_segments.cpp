@@ -92,9 +92,9 @@ std::optional<std::size_t> pictureEnd(ByteView file) {
     while (rest.size() >= 2 && rest[1] != marker::kEndOfImage) {
         // A scan's header, or tables between scans; coded data follow the former.
         const std::uint64_t length = numberAt(rest, 2, kLengthFieldSize, ByteOrder::BigEndian);
-        rest = slice(rest, isBare(rest[1]) ? 2 : 2 + std::max<std::uint64_t>(length, kLengthFieldSize));
+        rest = slice(rest, isStandalone(rest[1]) ? 2 : 2 + std::max<std::uint64_t>(length, kLengthFieldSize));
         std::size_t code = nextMarkerCode(rest, 0);
-        while (code < rest.size() && isBare(rest[code]))
+        while (code < rest.size() && isStandalone(rest[code]))
             code = nextMarkerCode(rest, code + 1);
         rest = code < rest.size() ? rest.subspan(code - 1) : ByteView();
     }

@@ -72,6 +72,33 @@ TEST(NaturalRepairExtent, ALowerThresholdNeverLosesABlemish) {
     }
 }
 
+TEST(NaturalRepairExtent, ANostrilThatTouchesTheBlemishStaysAsItIs) {
+    const PixelPosition middle{150, 150};
+    constexpr double kBlemish = 39;
+    constexpr double kNostril = 45;
+    const Image image = painted({300, 300}, [&](int row, int column) {
+        const double t = stainAt(row, column, middle, kBlemish);
+        const double across = column - 165;
+        const double down = (row - 84) / 0.6;
+        const double edge = std::clamp((1.15 - std::hypot(across, down) / kNostril) / 0.6, 0.0, 1.0);
+        const double shade = edge * edge * (3 - 2 * edge);
+        const double light = 4 * grainAt(row, column);
+        return RGBA32(byteOf((205 + light) * (1 - 0.32 * t) * (1 - 0.8 * shade)),
+                      byteOf((160 + light) * (1 - 0.5 * t) * (1 - 0.9 * shade)),
+                      byteOf((140 + light) * (1 - 0.48 * t) * (1 - 0.92 * shade)), 255);
+    });
+    const Image result = healed(image, middle, 100);
+    EXPECT_GT(result.pixel(150, 150).green(), 145);
+    int changed = 0;
+    for (int row = 0; row < 300; ++row)
+        for (int column = 0; column < 300; ++column)
+            changed +=
+                image.pixel(row, column).green() < 45 && image.pixel(row, column) != result.pixel(row, column)
+                    ? 1
+                    : 0;
+    EXPECT_EQ(changed, 0);
+}
+
 /// The mean brightness of the pixels between two distances from the centre.
 double ringMean(const Image& image, double from, double to) {
     double sum = 0;
