@@ -84,7 +84,7 @@ float fittingRadius(float radius, float reach) {
 
 std::variant<Trial, Refusal> tryDisc(SkinWindow window, const RepairDisc& disc, const RepairDisc& clicked,
                                      std::int64_t threshold) {
-    const float cell = static_cast<float>(window.step);
+    const auto cell = static_cast<float>(window.step);
     const ClickedPlace place{window.cellX(clicked.column), window.cellY(clicked.row),
                              std::min(static_cast<float>(clicked.radius) / cell, window.radius)};
     Finding finding = findBlemish(window, place, threshold);
