@@ -50,11 +50,13 @@ class KeyboardTest(PortraitTestCase):
 
     def next_place(self, last):
         """The column and row, once the ring is elsewhere than at the last place; or that there is nothing."""
-        told = self.told()
-        match = PLACE.fullmatch(told)
+        description = self.description()
+        match = PLACE.fullmatch(description)
         if match and match.groups()[:2] == last and match[3] == NOTHING_HERE:
-            self.program.keys("n")  # the place has been told after what was found: ask again
-        return told if told == NOTHING_FOUND else match and match.groups()[:2] != last and match.groups()[:2]
+            self.program.keys("n")  # the description was read between the two: ask again
+        if description == NOTHING_FOUND:
+            return description
+        return match and match.groups()[:2] != last and match.groups()[:2]
 
     def move_disc_to(self, column, row):
         """Moves the disc with the arrow keys, in steps of 100, 10 and 1 pixels."""
@@ -115,12 +117,12 @@ class KeyboardTest(PortraitTestCase):
         self.program.keys("n")
         last = None
         for _ in range(30):
-            told = wait_until(lambda: self.next_place(last), "the next suggestion")
-            if told == NOTHING_FOUND:
+            found = wait_until(lambda: self.next_place(last), "the next suggestion")
+            if found == NOTHING_FOUND:
                 break
-            last = told
+            last = found
             self.program.keys("Return")
-        self.assertEqual(told, NOTHING_FOUND)
+        self.assertEqual(found, NOTHING_FOUND)
         self.program.start_saving()
         self.program.confirm(SAVE_SUCCESS)
         saved = self.photos / "face_retouched.png"
