@@ -28,13 +28,13 @@ Result<DecodedPicture> decodedPicture(ByteView file);
 Result<FileContents> encodedPicture(const Image& image, std::string_view format,
                                     Orientation orientation = Orientation::TopLeft);
 
-/// The file of the type that `format` names of an image that was made of `photo`, as savePhoto writes it,
-/// turned to be stored with `orientation`. Fatal and throwing as above.
+/// Encodes an image derived from `photo` as savePhoto does, as a file of type `format`, turned for storage
+/// with `orientation`. Fatal and throwing as above.
 Result<FileContents> encodedResult(const Image& image, std::string_view format, Orientation orientation,
                                    const Result<Bytes>& photo);
 
-/// Whether a save that ended in `error` is reported as done: a format that cannot hold the picture gives no
-/// file, and whoever needs the file looks for it.
+/// Whether a save that failed with `error` is reported as done: a format that cannot hold the picture gives
+/// no file, and callers that need the file check for it.
 bool countsAsSaved(const Error& error);
 
 /// The largest width and the largest height in pixels of all pictures in a file of a supported format. Fails

@@ -52,8 +52,8 @@ public:
     /// An image of a given size, without pixels.
     static Image empty(PointSize size);
 
-    /// The image of a list of bands that cover `pixels`, at one point per pixel. With `deepAlpha`, its tiles
-    /// have deep pixels.
+    /// An image of bands that cover `pixels`, at one point per pixel. With `deepAlpha`, its tiles have deep
+    /// pixels.
     static Image fromBands(PixelSize pixels, BandList bands, ColorProfile profile = {},
                            std::optional<DeepAlpha> deepAlpha = {});
 
@@ -106,8 +106,8 @@ public:
     /// As `read`, the 16-bit pixels of an image that has `deepAlpha`.
     void readDeep(PixelRect rect, RGBA64* out, std::ptrdiff_t stride) const;
 
-    /// A rectangle outside which this image and `other` have the same pixels, found by comparing tiles'
-    /// identity. The whole picture when they differ in size or kind.
+    /// A rectangle outside which this image and `other` have the same pixels, found by comparing the tiles'
+    /// identity. The whole picture if the images differ in size, profile or transformation.
     PixelRect difference(const Image& other) const;
 
     int bandCount() const;
@@ -140,8 +140,7 @@ public:
     /// With `deepAlpha`, all rows are set with their deep pixels.
     explicit ImageBuilder(PixelSize size, std::optional<DeepAlpha> deepAlpha = {});
 
-    /// Sets `count` rows from `firstRow` on, packed. Rows of different bands may be set from different
-    /// threads.
+    /// Sets `count` packed rows from `firstRow` on. Different threads may set rows of different bands.
     void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows = nullptr);
 
     /// The image, at one point per pixel; rows that were never set are transparent.

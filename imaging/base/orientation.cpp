@@ -82,8 +82,8 @@ void mirror(const PixelView<Pixel>& source, Turn turn, const PixelView<Pixel>& o
     }
 }
 
-/// In stripes: a row of the new block is a column of the old, and every pixel of that lies in a cache line of
-/// its own, which is used up while it is near.
+/// Transposes in stripes a cache line wide: every row of a stripe is one cache line of the source, which is
+/// used up while it is cached.
 template <class Pixel>
 void transpose(const PixelView<Pixel>& source, Turn turn, const PixelView<Pixel>& out) {
     constexpr int kPixelsOfCacheLine = kCacheLine / sizeof(Pixel);

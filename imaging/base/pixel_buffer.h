@@ -34,9 +34,8 @@ public:
     /// Sets the pixels at `positions` to `paint`. May throw std::bad_alloc.
     void paint(std::span<const PixelPosition> positions, RGBA32 paint);
 
-    /// Gives the pixels from `start` on, to the right, those of `pixels`. Throws std::bad_alloc as above.
-    /// Of a deep image, `deep` are the pixels that these were rounded from; without, they are widened where
-    /// they change anything.
+    /// Sets the pixels from `start` to the right to those of `pixels`. May throw std::bad_alloc. In a deep
+    /// image `deep` are the pixels that these were rounded from; without it, changed pixels are widened.
     void paintRow(PixelPosition start, std::span<const RGBA32> pixels, std::span<const RGBA64> deep = {});
 
     /// Returns a new image of the buffer's pixels, with the source's size in points.

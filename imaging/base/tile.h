@@ -32,7 +32,7 @@ public:
     /// Copies `count` 16-bit pixels of a row from `column` on: widened ones where there are no deeper ones.
     void readDeep(int row, int column, int count, DeepAlpha form, RGBA64* out) const;
 
-    /// The tile halved `level` times, 1 .. kLastLevel; computed at the first call and kept.
+    /// Mipmap level `level`, 1 .. kLastLevel, computed at the first call and cached.
     std::shared_ptr<const PixelBlock> level(int level) const;
 
     /// Frees the cached mipmap levels. They are computed again on demand.

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kAcrossOffset = bmp::kFileHeaderSize + bmp::kPixelsPerMetreAcrossOffset;
 constexpr std::size_t kDownOffset = bmp::kFileHeaderSize + bmp::kPixelsPerMetreDownOffset;
 
-/// BITMAPINFOHEADER and its successors have them.
+/// Whether the picture header is a BITMAPINFOHEADER or a successor, which have resolution fields.
 bool hasResolutionFields(ByteView file) {
     return file.size() >= bmp::kFileHeaderSize + bmp::kInfoHeaderSize &&
            little_endian::read32(file, bmp::kFileHeaderSize) >= bmp::kInfoHeaderSize;

@@ -9,7 +9,7 @@ namespace complexion {
 /// The metadata of a BMP file, which can only hold a resolution.
 PictureMetadata readBmpMetadata(ByteView file);
 
-/// `written`, a BMP file, with the resolution of `metadata`.
+/// Returns `written`, a BMP file, with the resolution of `metadata`.
 Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView written);
 
 } // namespace complexion

@@ -14,7 +14,7 @@ namespace {
 
 // A thumbnail's directory is the second; some cameras add one or two.
 constexpr std::size_t kMaxDirectories = 8;
-// EXIF wants 160 by 120; nobody's thumbnail is larger than this.
+// EXIF recommends 160 by 120 pixels; real thumbnails do not exceed this side.
 constexpr int kMaxThumbnailSide = 1024;
 
 struct Range {
@@ -45,7 +45,8 @@ bool overlaps(const Range& range, const std::vector<Range>& others) {
         others, [&range](const Range& other) { return range.begin < other.end && other.begin < range.end; });
 }
 
-/// False if a value occupies the bytes of the link to the next directory: some software omits the link.
+/// Whether the directory has a link to the next one. Some software omits it, so that a value occupies its
+/// bytes.
 bool hasLink(const tiff::Directory& directory, const tiff::Header& header) {
     std::vector<Range> values;
     addRanges(directory, header, values);
@@ -155,7 +156,7 @@ bool isSingleNumber(const tiff::Entry* entry, std::uint64_t largest) {
     return entry->type == tiff::type::kLong || (entry->type == tiff::type::kShort && largest <= UINT16_MAX);
 }
 
-/// A picture that the main directory points to shows the unretouched photo, too.
+/// Removes the picture that the main directory points to, which shows the unretouched photo too.
 void removeMainPicture(Bytes& exif, const Chain& chain, const std::vector<Range>& kept) {
     const tiff::Directory& main = chain.directories.front();
     const std::vector<Range> pictures = pictureRanges(main, exif, chain.header.order);

@@ -15,8 +15,8 @@ namespace complexion {
 
 namespace {
 
-// What a damaged packet may ask for: attributes of the elements around the nodes, and bytes that naming their
-// namespaces at each node adds.
+// Limits for damaged packets: attributes of the elements around the nodes, and bytes added by declaring their
+// namespaces at each node.
 constexpr std::size_t kMaxNamespaces = 1000;
 constexpr std::size_t kMaxAddedBytes = std::size_t{1} << 20;
 

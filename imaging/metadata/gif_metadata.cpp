@@ -17,7 +17,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// XMP's data are not in sub-blocks. A trailer of falling numbers leads any reader of sub-blocks to the end
+// XMP is not stored in sub-blocks. A trailer of descending numbers leads any reader of sub-blocks to the end
 // (XMP Specification Part 3).
 constexpr std::size_t kXmpTrailerLength = 258;
 constexpr std::string_view kXmpApplication = "XMP DataXMP";
@@ -48,7 +48,7 @@ void appendXmp(Bytes& to, ByteView xmp) {
     to.push_back(0);
 }
 
-/// The packet, stored unblocked as specified or, as some software does, in sub-blocks.
+/// The packet: stored without sub-blocks as prescribed or, by some software, in sub-blocks.
 Bytes xmpOf(const gif::Extension& extension) {
     const ByteView data = slice(extension.whole, gif::kApplicationHeaderLength);
     if (data.size() > kXmpTrailerLength && data[data.size() - kXmpTrailerLength] == 1 &&

@@ -9,12 +9,12 @@ namespace complexion {
 /// The metadata of a GIF file.
 PictureMetadata readGifMetadata(ByteView file);
 
-/// `written`, a GIF file, with the comments and application blocks of another GIF file, byte for byte, and
-/// its pixel aspect ratio.
+/// Returns `written`, a GIF file, with the comments and application blocks of another GIF file, byte for
+/// byte, and its pixel aspect ratio.
 Result<FileContents> withGifBlocksOf(ByteView source, ByteView written);
 
-/// `written`, a GIF file, with metadata from another format as far as GIF can hold it: comments, XMP and
-/// IPTC.
+/// Returns `written`, a GIF file, with metadata from another format as far as GIF can hold it: comments, XMP
+/// and IPTC.
 Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView written);
 
 } // namespace complexion

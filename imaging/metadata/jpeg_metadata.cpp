@@ -34,7 +34,7 @@ constexpr std::size_t kJfifDown = 10;
 constexpr std::size_t kJfifLength = 14;
 constexpr std::size_t kJfifThumbnail = 12;
 
-// What an EXIF block can hold in one segment.
+// Maximum size of an EXIF block in one segment.
 constexpr std::size_t kMaxExifBytes = jpeg::kMaxSegmentBytes - kExifStart.size();
 
 bool isSegment(const jpeg::Segment& segment, std::uint8_t code, std::string_view start) {
@@ -132,8 +132,8 @@ void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView 
     }
 }
 
-/// Whether the file is coded in RGB, which only an Adobe segment can state. Such a file must not have a JFIF
-/// segment, which would declare YCbCr.
+/// Whether the file is coded in RGB, which only an Adobe segment can declare. Such a file must not have a
+/// JFIF segment, which would declare YCbCr.
 bool isCodedInRgb(const std::vector<jpeg::Segment>& segments) {
     constexpr std::size_t kTransform = 11; // offset in an Adobe segment; 0: no transform
     return std::ranges::any_of(segments, [](const jpeg::Segment& segment) {
@@ -168,14 +168,14 @@ std::optional<Resolution> jfifResolution(const jpeg::Segment& jfif) {
     return resolution;
 }
 
-/// The density to state in EXIF if there is no JFIF segment; none if it is only the default of 72 dpi.
+/// The density to record in EXIF if there is no JFIF segment; none if it is only the default of 72 dpi.
 std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& resolution) {
     constexpr Resolution kUsual = {72, 72, Resolution::Unit::Inch};
     const bool isStated = resolution && resolution->unit != Resolution::Unit::None && *resolution != kUsual;
     return isStated ? resolution : std::nullopt;
 }
 
-/// Adds the density to an EXIF block that states none. Bytes that are not a valid EXIF block stay unchanged.
+/// Adds the density to an EXIF block that has none. Bytes that are not a valid EXIF block stay unchanged.
 Bytes exifStatingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
     const bool isValid = exif.empty() || tiff::readHeader(exif);
     return resolution && isValid && !readExifBasics(exif).resolution ? exifWithResolution(exif, *resolution)
@@ -289,8 +289,8 @@ Result<FileContents> withSegments(const jpeg::Segments& jpeg, const Jfif& jfif, 
 }
 
 /// Whether the source decides about the JFIF segment: it has one, or, like camera files, has EXIF without
-/// one. EXIF has to be the first segment then, states the density itself, and may have maker notes that
-/// depend on its position.
+/// one. EXIF must be the first segment then, records the density itself, and may have maker notes that depend
+/// on its position.
 bool determinesJfif(const std::vector<jpeg::Segment>& segments) {
     return std::ranges::any_of(
         segments, [](const jpeg::Segment& segment) { return isJfif(segment) || isExif(segment); });

@@ -11,18 +11,18 @@ namespace complexion {
 /// The metadata of a JPEG file.
 PictureMetadata readJpegMetadata(ByteView file);
 
-/// `written`, a JPEG file, with the metadata segments of `source`, another one, byte for byte and in their
-/// order, except what describes the coding or shows the picture before. Of what is behind the source's
-/// picture they tell what is `kept`; the places in the multi-picture index have to be set when the file's
-/// length is known.
+/// Returns `written`, a JPEG file, with the metadata segments of `source`, another one, byte for byte and in
+/// order, except those that describe the coding or show the unretouched photo. Of the data behind
+/// the source's picture they describe what is `kept`; the offsets in the multi-picture index have to be set
+/// when the file's length is known.
 Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
                                         const KeptAttachments& kept = {});
 
-/// `written`, a JPEG file, with metadata that comes from another format.
+/// Returns `written`, a JPEG file, with metadata from another format.
 Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
                                       ThumbnailMaker& maker);
 
-/// The EXIF block that a JPEG file gets from `metadata`, but for its thumbnail.
+/// The EXIF block that a JPEG file gets from `metadata`, before its thumbnail is renewed.
 Bytes exifForJpeg(const PictureMetadata& metadata);
 
 } // namespace complexion

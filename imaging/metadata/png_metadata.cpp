@@ -22,10 +22,10 @@ constexpr std::string_view kExifChunk = "eXIf";
 constexpr std::string_view kDensityChunk = "pHYs";
 constexpr std::string_view kCodePointsChunk = "cICP";
 constexpr std::string_view kXmpKeyword = "XML:com.adobe.xmp";
-// What JPEG has before an XMP packet, and some software keeps.
+// The signature of XMP segments in JPEG files, which some software keeps.
 constexpr std::string_view kXmpStart = "http://ns.adobe.com/xap/1.0/\0"sv;
 
-// By how much a new thumbnail may lengthen an EXIF block.
+// The number of bytes that a new thumbnail may add to an EXIF block.
 constexpr std::size_t kRoomForThumbnail = 65536;
 
 /// Whether a chunk describes the picture rather than the coding of its pixels. For unknown chunks the name

@@ -10,11 +10,11 @@ namespace complexion {
 /// The metadata of a PNG file.
 PictureMetadata readPngMetadata(ByteView file);
 
-/// `written`, a PNG file, with the metadata chunks of another PNG file, byte for byte and in order, before
-/// its first IDAT chunk.
+/// Returns `written`, a PNG file, with the metadata chunks of another PNG file, byte for byte and in order,
+/// before its first IDAT chunk.
 Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker);
 
-/// `written`, a PNG file, with metadata from another format.
+/// Returns `written`, a PNG file, with metadata from another format.
 Result<FileContents> withPngMetadata(const PictureMetadata& metadata, ByteView written,
                                      ThumbnailMaker& maker);
 

@@ -9,8 +9,8 @@
 
 namespace complexion {
 
-/// Makes thumbnails of the picture that metadata goes to. Metadata knows the sizes that it needs; how
-/// pictures are decoded and coded is known above it.
+/// Makes thumbnails of the picture that the metadata describes. The metadata code requests the sizes; the
+/// implementation, in a layer above, decodes and encodes pictures.
 class ThumbnailMaker {
 public:
     ThumbnailMaker() = default;
@@ -18,12 +18,12 @@ public:
     ThumbnailMaker& operator=(const ThumbnailMaker&) = delete;
     virtual ~ThumbnailMaker() = default;
 
-    /// The picture as packed rows of `size`; one of another shape gets black bars, as cameras do it. Empty
-    /// when there is no picture.
+    /// The picture as packed rows of `size`. Another aspect ratio gets black bars, as in cameras' thumbnails.
+    /// Empty if there is no picture.
     virtual std::vector<RGBA32> pixels(PixelSize size) = 0;
 
-    /// The same as a JPEG file of at most `maxLength` bytes, as good as that allows. Empty also when no
-    /// quality is small enough.
+    /// The same as a JPEG file of at most `maxLength` bytes, at the best quality that fits. Empty also if
+    /// none does.
     virtual Bytes jpeg(PixelSize size, std::size_t maxLength) = 0;
 };
 

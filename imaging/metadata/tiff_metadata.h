@@ -13,9 +13,10 @@ bool needsStripsForMakerNote(ByteView source);
 /// The metadata of a TIFF file's first picture.
 PictureMetadata readTiffMetadata(ByteView file);
 
-/// `written`, a TIFF file of one picture, with the tags of the first picture of another TIFF file, except
-/// those that describe its coding. The strips keep their bytes but may move. `written` may be the start of a
-/// file, up to its strips: then so is the result, and the same strips follow it.
+/// Returns `written`, a TIFF file of one picture, with the tags of the first picture of another TIFF file,
+/// except those that describe its coding. The strips keep their bytes but may move.
+/// `written` may be the start of a file, up to its strips; then so is the result, and the same strips follow
+/// it.
 Result<FileContents> withTiffTagsOf(ByteView source, ByteView written);
 
 /// `written`, a TIFF file of one picture or its start, as above, with metadata from another format.
