@@ -57,14 +57,24 @@ protected:
         return screen;
     }
 
-    static int largestDifference(const QImage& one, const QImage& other) {
+    static int difference(QRgb one, QRgb other) {
+        int largest = 0;
+        for (const int shift : {0, 8, 16, 24})
+            largest = std::max(largest, std::abs(int((one >> shift) & 255) - int((other >> shift) & 255)));
+        return largest;
+    }
+
+    /// The largest difference of a pixel of `one` from the most similar pixel of `other` within `reach`.
+    static int largestDifference(const QImage& one, const QImage& other, int reach = 0) {
         int largest = 0;
         for (int y = 0; y < one.height(); ++y)
             for (int x = 0; x < one.width(); ++x) {
-                const QRgb a = one.pixel(x, y);
-                const QRgb b = other.pixel(x, y);
-                for (const int shift : {0, 8, 16, 24})
-                    largest = std::max(largest, std::abs(int((a >> shift) & 255) - int((b >> shift) & 255)));
+                int least = 255;
+                for (int row = std::max(0, y - reach); row <= std::min(other.height() - 1, y + reach); ++row)
+                    for (int column = std::max(0, x - reach);
+                         column <= std::min(other.width() - 1, x + reach); ++column)
+                        least = std::min(least, difference(one.pixel(x, y), other.pixel(column, row)));
+                largest = std::max(largest, least);
             }
         return largest;
     }
@@ -93,7 +103,10 @@ TEST_F(PaintedFrameTest, APannedPictureLooksLikeOneFromScratch) {
                                        QPointF(350, 210), QPointF(0, 8), QPointF(-100, 0)}) {
                 offset += step;
                 const QTransform toPainter = placed(scale, offset);
-                EXPECT_LE(largestDifference(kept(image, toPainter), fresh(image, toPainter)), 2)
+                // The toolkit may put the border of an enlarged pixel one device pixel elsewhere when it
+                // paints a part.
+                const int reach = scale < kCrispScale / ratio ? 0 : 1;
+                EXPECT_LE(largestDifference(kept(image, toPainter), fresh(image, toPainter), reach), 2)
                     << scale << " at " << offset.x() << ", " << offset.y() << " ratio " << screenRatio;
             }
         }
