@@ -64,15 +64,15 @@ protected:
         return largest;
     }
 
-    /// The largest difference of a pixel of `one` from the most similar pixel of `other` within `reach`.
+    /// The largest difference of a pixel of `one` from the most similar pixel of `other` within `reach`. The
+    /// border of that width is left out: a pixel like it may be beyond the edge.
     static int largestDifference(const QImage& one, const QImage& other, int reach = 0) {
         int largest = 0;
-        for (int y = 0; y < one.height(); ++y)
-            for (int x = 0; x < one.width(); ++x) {
+        for (int y = reach; y < one.height() - reach; ++y)
+            for (int x = reach; x < one.width() - reach; ++x) {
                 int least = 255;
-                for (int row = std::max(0, y - reach); row <= std::min(other.height() - 1, y + reach); ++row)
-                    for (int column = std::max(0, x - reach);
-                         column <= std::min(other.width() - 1, x + reach); ++column)
+                for (int row = y - reach; row <= y + reach; ++row)
+                    for (int column = x - reach; column <= x + reach; ++column)
                         least = std::min(least, difference(one.pixel(x, y), other.pixel(column, row)));
                 largest = std::max(largest, least);
             }
