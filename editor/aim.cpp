@@ -14,8 +14,8 @@ namespace {
 
 constexpr int kRestMilliseconds = 350;
 constexpr double kOfferedFit = 1.2; // times the radius, or its inverse: a fit beyond these is offered
-constexpr double kHoldDistance =
-    4; // points that the mouse may move without taking the disc from where it was fitted
+/// Points that the mouse may move without taking the disc from where it was fitted.
+constexpr double kHoldDistance = 4;
 constexpr double kRevealMargin = 48; // points kept visible around the place when the keys move it
 
 DiscLook lookOf(const Result<Repaired>& repair) {
@@ -182,8 +182,7 @@ Point Aim::clickPoint(Point pointer) const {
 }
 
 Point Aim::centreOfPlace() const {
-    return {static_cast<double>(m_place->column) + 0.5,
-            m_controller.originalImage().size().height - static_cast<double>(m_place->row) - 0.5};
+    return centreOf(*m_place, m_controller.originalImage().size());
 }
 
 Point Aim::shownPoint() const {

@@ -76,8 +76,8 @@ private:
     void setPlace(std::optional<PixelPosition> place);
     /// Recomputes the place from the mouse position and the photo.
     void updatePlace();
-    /// Updates the disc and requests a preview for it.
     void showSuggestion();
+    /// Updates the disc and requests a preview for it.
     void refresh();
     void showAnswer();
     void showResult();
@@ -104,6 +104,8 @@ private:
     std::optional<Point> m_heldPointer;       // the mouse position when fitting moved the disc away from it
     std::optional<RepairPreview::Question> m_fitQuestion; // the click that m_fitTimer was started for
     QTimer m_fitTimer;
+    bool m_isFitKnown = false; // whether the disc was fitted before in this run
+
     // Going through the suggested blemishes.
     Suggestions m_suggestions;
     int m_suggestionStep = 0;                      // to be taken once they are found
@@ -111,8 +113,6 @@ private:
     std::optional<PixelPosition> m_suggestedPlace; // where its suggestion is
     std::optional<PixelPosition> m_fittedPlace;    // where the disc was moved for it
     bool m_isSuggestionActedOn = false;
-
-    bool m_isFitKnown = false; // whether the disc was fitted before in this run
 };
 
 } // namespace complexion

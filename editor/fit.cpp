@@ -29,9 +29,8 @@ std::optional<FittedRing> ringFor(const Repair& repair, const Image& image, Pixe
                                   double largerThan) {
     if (repair.radius <= 0)
         return std::nullopt;
-    const Point point{static_cast<double>(place.column) + 0.5,
-                      image.size().height - static_cast<double>(place.row) - 0.5};
-    const auto found = ImageTools::FitBlemish(image, point, repair.radius, repair.threshold, largerThan);
+    const auto found = ImageTools::FitBlemish(image, centreOf(place, image.size()), repair.radius,
+                                              repair.threshold, largerThan);
     const auto* blemish = std::get_if<BlemishPlace>(&found);
     if (!blemish)
         return std::nullopt;

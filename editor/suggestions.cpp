@@ -13,8 +13,7 @@ constexpr std::int64_t kEditShare = 4;
 std::shared_ptr<const BlemishFinder> searchAgain(const Image& before, const BlemishFinder& finder,
                                                  const Image& image) {
     const PixelRect changed = before.difference(image);
-    const std::int64_t area = std::int64_t{changed.width} * changed.height;
-    if (before.pixelSize() != image.pixelSize() || area * kEditShare > image.pixelSize().area())
+    if (before.pixelSize() != image.pixelSize() || changed.area() * kEditShare > image.pixelSize().area())
         return std::make_shared<const BlemishFinder>(image);
     auto updated = std::make_shared<BlemishFinder>(finder);
     updated->update(image, changed);

@@ -30,10 +30,6 @@ int mipmapLevelFor(double scale) {
     return level;
 }
 
-bool isScaleAndTranslation(const QTransform& transform) {
-    return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
-}
-
 /// A part of the image as a QImage.
 QImage readPart(const Image& image, const QRect& part) {
     QImage picture(part.width(), part.height(), QImage::Format_ARGB32_Premultiplied);
@@ -108,6 +104,10 @@ void paintAveraged(QPainter& painter, const Image& image, const QTransform& toPa
 }
 
 } // namespace
+
+bool isScaleAndTranslation(const QTransform& transform) {
+    return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
+}
 
 void paintImage(QPainter& painter, const Image& image, const QTransform& toPainter, const QRectF& exposed) {
     const QTransform pixelsToDevice = toPainter * painter.deviceTransform();

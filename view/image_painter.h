@@ -13,6 +13,9 @@ namespace complexion {
 /// At this many device pixels per image pixel and above, pixels are painted as sharp squares.
 inline constexpr double kCrispScale = 4;
 
+/// Whether `transform` only enlarges or reduces, and moves.
+bool isScaleAndTranslation(const QTransform& transform);
+
 /// Paints the part of `image` within `exposed`, in the painter's coordinates. `image` is in the screen's
 /// colour space; `toPainter` maps its pixels to the painter's coordinates. Below one device pixel per pixel
 /// each device pixel is the area mean of the image pixels it covers, so that fine detail neither vanishes nor

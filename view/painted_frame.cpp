@@ -43,10 +43,6 @@ void forEachPiece(const QRect& onPlane, const QSize& size, Use use) {
     }
 }
 
-bool isScaleAndTranslation(const QTransform& transform) {
-    return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
-}
-
 /// From the point to the rectangle, in Manhattan lengths; 0 within.
 int distance(const QRect& rect, QPoint point) {
     const QPoint nearest(std::clamp(point.x(), rect.left(), rect.right()),

@@ -35,11 +35,6 @@ Repair naturalRepair(std::int64_t radius) {
             .threshold = kDefaultThreshold};
 }
 
-Point centreOf(PixelPosition place, const Image& image) {
-    return {static_cast<double>(place.column) + 0.5,
-            image.size().height - static_cast<double>(place.row) - 0.5};
-}
-
 PixelPosition placeIn(const CsvRow& row) {
     return {std::stoll(row.at("y")), std::stoll(row.at("x"))};
 }
@@ -92,7 +87,8 @@ int fitCases(const std::filesystem::path& cases, const std::filesystem::path& ou
                 return 1;
             const auto ring = fitting.fit(start, *image, placeIn(row));
             const auto repaired =
-                ring ? naturalRepair(ring->radius).applyTo(*image, centreOf(ring->middle, *image)) : image;
+                ring ? naturalRepair(ring->radius).applyTo(*image, centreOf(ring->middle, image->size()))
+                     : image;
             if (!repaired || !ImageTools::SaveImage(*repaired, folder / file, "png"))
                 return 1;
         }

@@ -80,8 +80,7 @@ int makeSheet(const std::filesystem::path& spots, const std::filesystem::path& p
         }
         const PixelPosition place{std::stoll(row.at("y")), std::stoll(row.at("x"))};
         const std::int64_t radius = std::stoll(row.at("radius"));
-        const Point point{static_cast<double>(place.column) + 0.5,
-                          photo->size().height - static_cast<double>(place.row) - 0.5};
+        const Point point = centreOf(place, photo->size());
         const std::array<std::optional<Image>, kViews> views = {
             photo,
             ImageTools::RemovePimpleFromImage(*photo, point, radius, kAutodetectColor, {}, kDefaultThreshold),

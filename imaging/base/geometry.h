@@ -35,6 +35,11 @@ struct PixelPosition {
     bool operator==(const PixelPosition&) const = default;
 };
 
+/// The centre of a pixel of an upright picture of `size` points, at one point per pixel.
+inline Point centreOf(PixelPosition pixel, PointSize size) {
+    return {static_cast<double>(pixel.column) + 0.5, size.height - static_cast<double>(pixel.row) - 0.5};
+}
+
 /// A rectangle of whole pixels, top-down: x and y are its first column and row.
 struct PixelRect {
     int x = 0;

@@ -26,7 +26,7 @@ constexpr std::size_t kEntryLength = 16;
 constexpr std::size_t kEntrySize = 4; // offsets in an entry
 constexpr std::size_t kEntryBegin = 8;
 constexpr std::size_t kSegmentHead = 4; // marker and length
-/// No phone's file has more; what a file claims beyond is not looked at.
+/// More than any phone writes; further ones are ignored.
 constexpr std::size_t kMaxAttachments = 64;
 
 using Kind = JpegAttachment::Kind;
@@ -62,8 +62,9 @@ bool isJpeg(ByteView bytes) {
     return startsWith(bytes, "\xff\xd8\xff"sv);
 }
 
-/// By what a picture says of itself: the metadata of its gain, or the type of an auxiliary picture.
-bool saysGainMap(ByteView picture) {
+/// Whether a picture's own segments declare it a gain map: by gain map metadata, or by the type of an
+/// auxiliary picture.
+bool isGainMap(ByteView picture) {
     return std::ranges::any_of(jpeg::split(picture).segments, [](const jpeg::Segment& segment) {
         if (segment.marker == jpeg::marker::app(2))
             return startsWith(segment.payload, kGainMapStart);
@@ -76,7 +77,7 @@ bool saysGainMap(ByteView picture) {
 Kind kindOf(ByteView bytes) {
     if (!isJpeg(bytes))
         return bytes.size() > 8 && textOf(bytes).substr(4, 4) == "ftyp" ? Kind::Movie : Kind::Other;
-    return saysGainMap(bytes) ? Kind::GainMap : Kind::Preview;
+    return isGainMap(bytes) ? Kind::GainMap : Kind::Preview;
 }
 
 std::optional<std::uint64_t> numberIn(std::string_view text) {
@@ -128,7 +129,7 @@ Kind kindOf(const Item& item, ByteView bytes) {
     return item.mime.starts_with("video/") ? Kind::Movie : kindOf(bytes);
 }
 
-/// What says that a file has a movie, and where.
+/// The XMP properties that declare a movie, and its offset.
 constexpr std::array kMovieProperties = {"GCamera:MotionPhoto"sv,
                                          "GCamera:MotionPhotoVersion"sv,
                                          "GCamera:MotionPhotoPresentationTimestampUs"sv,
@@ -149,8 +150,9 @@ void setNumber(std::string& xml, std::size_t begin, std::size_t end, std::string
                     std::to_string(number));
 }
 
-/// Has the item at `begin` tell the length of what it has become, or blanks it if that is not kept (`none`).
-void tellOfItem(std::string& xml, std::size_t begin, KeptAttachments::const_iterator found,
+/// Sets the length of the item at `begin` to that of the kept attachment `found`, or blanks the item if it is
+/// `none`.
+void updateItem(std::string& xml, std::size_t begin, KeptAttachments::const_iterator found,
                 KeptAttachments::const_iterator none) {
     const std::size_t end = elementEnd(xml, kItem, begin);
     if (end == std::string::npos)
@@ -174,8 +176,7 @@ void tellOfItem(std::string& xml, std::size_t begin, KeptAttachments::const_iter
 
 class Collector {
 public:
-    explicit Collector(ByteView file)
-        : m_file(file), m_pictureEnd(jpeg::pictureEnd(file).value_or(file.size())) {}
+    Collector(ByteView file, std::size_t pictureEnd) : m_file(file), m_pictureEnd(pictureEnd) {}
 
     void add(const JpegAttachment& attachment) {
         if (attachment.bytes.empty() || begin(attachment.bytes) < m_pictureEnd)
@@ -244,10 +245,10 @@ std::optional<MultiPictureIndex> multiPictureIndex(ByteView file) {
 }
 
 std::vector<JpegAttachment> jpegAttachments(ByteView file) {
-    Collector collector(file);
     const std::optional<std::size_t> end = jpeg::pictureEnd(file);
     if (!end || *end == file.size())
         return {};
+    Collector collector(file, *end);
     const Bytes xmp = xmpOfJpeg(jpeg::split(file).segments);
     collector.addIndexed();
     collector.addItems(textOf(xmp));
@@ -255,7 +256,7 @@ std::vector<JpegAttachment> jpegAttachments(ByteView file) {
     return std::move(collector).sorted();
 }
 
-std::string xmpTellingOf(const KeptAttachments& kept, std::string_view xmp) {
+std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp) {
     std::string xml(xmp);
     for (const std::string_view name : kMovieProperties)
         blankProperty(xml, name);
@@ -270,7 +271,7 @@ std::string xmpTellingOf(const KeptAttachments& kept, std::string_view xmp) {
          ++at)
         places.push_back(at);
     for (std::size_t i = places.size(); i-- > 0;)
-        tellOfItem(xml, places[i],
+        updateItem(xml, places[i],
                    std::ranges::find_if(kept, [i](const auto& one) { return one.source.item == i; }),
                    kept.end());
     return xml;

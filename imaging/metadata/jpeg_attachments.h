@@ -11,8 +11,8 @@
 
 namespace complexion {
 
-// What a JPEG file has behind the end of its picture, and where the file says so: the index of the
-// Multi-Picture Format (CIPA DC-007), and the container directory and offsets in XMP.
+// The data after the end of a JPEG file's picture, and their declarations: the index of the Multi-Picture
+// Format (CIPA DC-007), and the container directory and offsets in XMP.
 
 /// An entry of the multi-picture index.
 struct MultiPictureEntry {
@@ -32,7 +32,7 @@ struct MultiPictureIndex {
 
 std::optional<MultiPictureIndex> multiPictureIndex(ByteView file);
 
-/// A part of a file behind its picture.
+/// Data after the end of a file's picture.
 struct JpegAttachment {
     enum class Kind {
         GainMap, ///< a JPEG picture: how much brighter each place is on a screen of high dynamic range
@@ -46,20 +46,19 @@ struct JpegAttachment {
     std::optional<std::size_t> item = {};  ///< in the container directory of XMP
 };
 
-/// In the file's order. Parts of which the file does not say what they are, are not among them, unless they
-/// are movies.
+/// The attachments in file order. Data that the file does not declare are left out, except movies.
 std::vector<JpegAttachment> jpegAttachments(ByteView file);
 
-/// Attachments that a new file gets, in their order, with what they have become.
+/// An attachment that is written to a new file, with its new content. In file order.
 struct KeptAttachment {
     JpegAttachment source;
     std::shared_ptr<const Bytes> bytes;
 };
 using KeptAttachments = std::vector<KeptAttachment>;
 
-/// An XMP packet of the file that they come from, as it tells of these attachments alone: of those that are
-/// not kept it no longer speaks, and the lengths are the new ones.
-std::string xmpTellingOf(const KeptAttachments& kept, std::string_view xmp);
+/// The XMP packet `xmp` of the file that the attachments come from, with their new lengths and without the
+/// declarations of attachments that are not kept.
+std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp);
 
 /// The segment of a multi-picture index of the picture that it is in and of those attachments that had an
 /// entry in `source`, without their places; empty when there are none.

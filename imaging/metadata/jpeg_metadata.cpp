@@ -206,8 +206,8 @@ Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif,
         withJfif || !jfif ? std::nullopt : resolutionForExif(jfifResolution(*jfif));
     if (forExif && std::ranges::none_of(segments, isExif))
         appendBlock(carried, jpeg::marker::app(1), kExifStart, exifWithResolution({}, *forExif));
-    const CarriedJpegXmp xmp(segments,
-                             [&](std::string_view packet) { return xmpTellingOf(attached.kept, packet); });
+    const CarriedJpegXmp xmp(
+        segments, [&](std::string_view packet) { return xmpWithAttachments(attached.kept, packet); });
     bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
         const jpeg::Segment& segment = segments[i];
@@ -313,7 +313,7 @@ PictureMetadata readJpegMetadata(ByteView file) {
         }
     }
     const Bytes xmp = xmpOfJpeg(segments);
-    const std::string alone = xmpTellingOf({}, textOf(xmp)); // other formats keep the picture alone
+    const std::string alone = xmpWithAttachments({}, textOf(xmp)); // other formats keep the picture alone
     metadata.xmp.assign(alone.begin(), alone.end());
     metadata.iptc = iptcOfResources(resources);
     metadata.photoshop = resourcesWithoutIptc(resources);

@@ -12,10 +12,8 @@ protected:
     static Image repaired(const Image& image, PixelPosition at, std::int64_t radius = 10,
                           std::int64_t threshold = 10, std::int64_t colorType = kAutodetectColor,
                           RgbColor customColor = {}) {
-        const Point point{static_cast<double>(at.column) + 0.5,
-                          image.size().height - static_cast<double>(at.row) - 0.5};
-        const auto result =
-            ImageTools::RemovePimpleFromImage(image, point, radius, colorType, customColor, threshold);
+        const auto result = ImageTools::RemovePimpleFromImage(image, centreOf(at, image.size()), radius,
+                                                              colorType, customColor, threshold);
         EXPECT_TRUE(result.has_value());
         return result.value_or(Image());
     }
