@@ -19,28 +19,28 @@ namespace {
 
 /// The whole file of a start with metadata, the parts that follow it, and attachments.
 void complete(FileContents& file, std::span<const std::shared_ptr<const Bytes>> rest,
-              const KeptAttachments& kept) {
+              const jpeg::KeptAttachments& kept) {
     Bytes start = file.joined();
     file.parts.assign(1, nullptr);
     file.parts.insert(file.parts.end(), rest.begin(), rest.end());
     std::uint64_t size = start.size();
     for (const auto& part : rest)
         size += part->size();
-    setMultiPicturePlaces(start, size, kept);
+    jpeg::setMultiPicturePlaces(start, size, kept);
     file.parts.front() = std::make_shared<const Bytes>(std::move(start));
-    for (const KeptAttachment& one : kept)
+    for (const jpeg::KeptAttachment& one : kept)
         file.parts.push_back(one.bytes);
 }
 
 } // namespace
 
 Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture,
-                                    const KeptAttachments& kept) {
+                                    const jpeg::KeptAttachments& kept) {
     // All that matters of a JPEG or TIFF file is in the encoder's first part, which ends where the coded
     // bytes begin.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
     const std::optional<Container> container = containerOf(start);
-    const bool isStartEnough = (container == Container::Tiff && !needsStripsForMakerNote(source)) ||
+    const bool isStartEnough = (container == Container::Tiff && !tiff::needsStripsForMakerNote(source)) ||
                                (container == Container::Jpeg && picture.hasPixels());
     if (!isStartEnough)
         return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });

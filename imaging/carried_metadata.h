@@ -16,6 +16,6 @@ Result<FileContents> withMetadataOf(ByteView source, ByteView written, const Ima
 /// The same for an encoder's output that is not written yet. In a JPEG file, `kept`, attachments of `source`,
 /// are appended to it.
 Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture = {},
-                                    const KeptAttachments& kept = {});
+                                    const jpeg::KeptAttachments& kept = {});
 
 } // namespace complexion

@@ -139,7 +139,7 @@ Bytes withSegmentsOf(ByteView source, ByteView coded) {
     return file;
 }
 
-bool overlap(const JpegAttachment& one, const JpegAttachment& other) {
+bool overlap(const jpeg::Attachment& one, const jpeg::Attachment& other) {
     return one.bytes.data() < other.bytes.data() + other.bytes.size() &&
            other.bytes.data() < one.bytes.data() + one.bytes.size();
 }
@@ -164,22 +164,22 @@ std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Im
     return coded ? std::optional(withSegmentsOf(map, coded->joined())) : std::nullopt;
 }
 
-KeptAttachments keptAttachments(ByteView photo, const Image& image) {
-    KeptAttachments kept;
+jpeg::KeptAttachments keptAttachments(ByteView photo, const Image& image) {
+    jpeg::KeptAttachments kept;
     const auto original = image.encoderMemory().get<jpeg::OriginalFile>();
     const bool isEdit =
         original && !image.isTransformed() && original->upright().pixelSize() == image.pixelSize();
-    const std::vector<JpegAttachment> all = jpegAttachments(photo);
-    for (const JpegAttachment& attachment : all) {
-        const bool isAlone = std::ranges::none_of(all, [&](const JpegAttachment& other) {
+    const std::vector<jpeg::Attachment> all = jpeg::attachments(photo);
+    for (const jpeg::Attachment& attachment : all) {
+        const bool isAlone = std::ranges::none_of(all, [&](const jpeg::Attachment& other) {
             return &other != &attachment && overlap(other, attachment);
         });
         if (!isAlone)
             continue; // a damaged file's: nobody knows what is in it
-        if (attachment.kind == JpegAttachment::Kind::Other)
+        if (attachment.kind == jpeg::Attachment::Kind::Other)
             kept.push_back({attachment,
                             std::make_shared<const Bytes>(attachment.bytes.begin(), attachment.bytes.end())});
-        if (attachment.kind != JpegAttachment::Kind::GainMap || !isEdit)
+        if (attachment.kind != jpeg::Attachment::Kind::GainMap || !isEdit)
             continue;
         if (std::optional<Bytes> map =
                 repairedGainMap(attachment.bytes, original->upright(), image, original->orientation()))

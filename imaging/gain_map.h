@@ -12,7 +12,7 @@ namespace complexion {
 /// What follows the picture in a JPEG file that is saved of `image`, an edit of the JPEG file `photo`: a gain
 /// map, repaired where the photo was, and what shows nothing of the photo. Previews and movies are left out,
 /// and so is the gain map of an image that is another picture than the photo (under an effect, say).
-KeptAttachments keptAttachments(ByteView photo, const Image& image);
+jpeg::KeptAttachments keptAttachments(ByteView photo, const Image& image);
 
 /// The JPEG file `map`, with a natural repair at each place that corresponds to one where `before` and
 /// `after`, of one size, differ. `orientation` is the one that the map's photo is stored with. All MCUs that

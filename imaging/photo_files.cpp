@@ -22,7 +22,7 @@ constexpr int kThumbnailSource = 1024;
 /// Writes `file`, the encoded image, with the metadata of `photo`, or without it if that fails.
 Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::path& path,
                                const Result<Bytes>& photo, const Image& picture,
-                               const std::filesystem::path& source, const KeptAttachments& kept) {
+                               const std::filesystem::path& source, const jpeg::KeptAttachments& kept) {
     const CreationDate date = ImageTools::ImageCreationDate(source);
     const std::optional<Readers> readers = readersOf(source);
     const Result<FileContents> whole =
@@ -36,10 +36,10 @@ Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::
 }
 
 /// What follows the picture in a file that is saved as `format`.
-KeptAttachments keptBeside(const Image& image, std::string_view format, const Result<Bytes>& photo) {
+jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, const Result<Bytes>& photo) {
     const bool areJpeg =
         photo && codecForContent(*photo) == &kJpegCodec && codecForExtension(format) == &kJpegCodec;
-    return areJpeg ? keptAttachments(*photo, image) : KeptAttachments();
+    return areJpeg ? keptAttachments(*photo, image) : jpeg::KeptAttachments();
 }
 
 } // namespace

@@ -29,13 +29,13 @@ std::vector<SavingLoss> lossesOfJpeg(ByteView file) {
                    segment.payload[kComponentCount] == kInks;
         }))
         losses.push_back({Kind::Cmyk});
-    const std::vector<JpegAttachment> attachments = jpegAttachments(file);
-    const auto add = [&](JpegAttachment::Kind attached, Kind kind) {
+    const std::vector<jpeg::Attachment> attachments = jpeg::attachments(file);
+    const auto add = [&](jpeg::Attachment::Kind attached, Kind kind) {
         if (std::ranges::any_of(attachments, [&](const auto& found) { return found.kind == attached; }))
             losses.push_back({kind});
     };
-    add(JpegAttachment::Kind::Movie, Kind::Movie);
-    add(JpegAttachment::Kind::Preview, Kind::Preview);
+    add(jpeg::Attachment::Kind::Movie, Kind::Movie);
+    add(jpeg::Attachment::Kind::Preview, Kind::Preview);
     return losses;
 }
 

@@ -119,7 +119,7 @@ Result<StoredPicture> decodePicture(Decompressor& decompressor, ByteView file) {
         return Error{"JPEG: the components stand for no known colours"};
     if (decompressor.scanData().size() <= 2)
         return Error{"JPEG: the file ends before the picture"};
-    const ExifBasics exif = decompressor.exif();
+    const exif::Basics exif = decompressor.exif();
     const Resolution resolution = exif.resolution.value_or(decompressor.jfifResolution());
     const std::optional<GreyTable> grey =
         decompressor.isGrey() ? greyTable(decompressor.icc()) : std::nullopt;

@@ -59,8 +59,8 @@ public:
     /// subsampling.
     bool hasIndependentBlockRows() const;
 
-    ExifBasics exif() const {
-        return m_segments.exif().empty() ? ExifBasics() : readExifBasics(m_segments.exif());
+    exif::Basics exif() const {
+        return m_segments.exif().empty() ? exif::Basics() : exif::readBasics(m_segments.exif());
     }
     /// The density in the JFIF segment; 72 pixels per inch if it has none.
     Resolution jfifResolution() const;

@@ -306,7 +306,7 @@ Result<DecodedPicture> readRows(Reader& reader, PixelSize size, Builder builder)
 }
 
 Orientation orientationOf(ByteView file) {
-    return readExifBasics(exif(split(file))).orientation;
+    return exif::readBasics(exif(split(file))).orientation;
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 
 #include "imaging/containers/tiff_resolution.h"
 
-namespace complexion {
+namespace complexion::exif {
 
 namespace {
 
@@ -24,9 +24,9 @@ bool isOrientation(const tiff::Entry& entry) {
 
 } // namespace
 
-ExifBasics readExifBasics(ByteView exif) {
+Basics readBasics(ByteView exif) {
     constexpr std::uint64_t kCentimetres = 3; // ResolutionUnit (TIFF 6.0 section 8)
-    ExifBasics basics;
+    Basics basics;
     const tiff::Header header = lenientHeader(exif);
     Resolution resolution{0, 0, Resolution::Unit::Inch};
     double unitsPerInch = 1;
@@ -48,4 +48,4 @@ ExifBasics readExifBasics(ByteView exif) {
     return basics;
 }
 
-} // namespace complexion
+} // namespace complexion::exif

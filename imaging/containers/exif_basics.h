@@ -7,10 +7,10 @@
 
 #include <optional>
 
-namespace complexion {
+namespace complexion::exif {
 
 /// What decoding needs from a picture's EXIF block.
-struct ExifBasics {
+struct Basics {
     Orientation orientation = Orientation::TopLeft;
     /// In pixels per inch.
     std::optional<Resolution> resolution;
@@ -18,6 +18,6 @@ struct ExifBasics {
 
 /// Reads the first directory (IFD 0) of an EXIF block: a TIFF structure from "II" or "MM" on, without pixels.
 /// A damaged block gives what can be read; one without a TIFF header is assumed to be little-endian.
-ExifBasics readExifBasics(ByteView exif);
+Basics readBasics(ByteView exif);
 
-} // namespace complexion
+} // namespace complexion::exif

@@ -4,22 +4,22 @@
 #include "imaging/containers/bmp_format.h"
 #include "imaging/containers/byte_order.h"
 
-namespace complexion {
+namespace complexion::bmp {
 
 namespace {
 
-constexpr std::size_t kAcrossOffset = bmp::kFileHeaderSize + bmp::kPixelsPerMetreAcrossOffset;
-constexpr std::size_t kDownOffset = bmp::kFileHeaderSize + bmp::kPixelsPerMetreDownOffset;
+constexpr std::size_t kAcrossOffset = kFileHeaderSize + kPixelsPerMetreAcrossOffset;
+constexpr std::size_t kDownOffset = kFileHeaderSize + kPixelsPerMetreDownOffset;
 
 /// Whether the picture header is a BITMAPINFOHEADER or a successor, which have resolution fields.
 bool hasResolutionFields(ByteView file) {
-    return file.size() >= bmp::kFileHeaderSize + bmp::kInfoHeaderSize &&
-           little_endian::read32(file, bmp::kFileHeaderSize) >= bmp::kInfoHeaderSize;
+    return file.size() >= kFileHeaderSize + kInfoHeaderSize &&
+           little_endian::read32(file, kFileHeaderSize) >= kInfoHeaderSize;
 }
 
 } // namespace
 
-PictureMetadata readBmpMetadata(ByteView file) {
+PictureMetadata readMetadata(ByteView file) {
     PictureMetadata metadata;
     if (!hasResolutionFields(file))
         return metadata;
@@ -34,7 +34,7 @@ PictureMetadata readBmpMetadata(ByteView file) {
     return metadata;
 }
 
-Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView written) {
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written) {
     if (!hasResolutionFields(written))
         return Error{"the BMP file to give metadata to is damaged"};
     Bytes file(written.begin(), written.end());
@@ -51,4 +51,4 @@ Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView w
     return contents;
 }
 
-} // namespace complexion
+} // namespace complexion::bmp

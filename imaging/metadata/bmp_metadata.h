@@ -4,12 +4,12 @@
 #include "imaging/base/result.h"
 #include "imaging/metadata/picture_metadata.h"
 
-namespace complexion {
+namespace complexion::bmp {
 
 /// The metadata of a BMP file, which can only hold a resolution.
-PictureMetadata readBmpMetadata(ByteView file);
+PictureMetadata readMetadata(ByteView file);
 
 /// Returns `written`, a BMP file, with the resolution of `metadata`.
-Result<FileContents> withBmpMetadata(const PictureMetadata& metadata, ByteView written);
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written);
 
-} // namespace complexion
+} // namespace complexion::bmp

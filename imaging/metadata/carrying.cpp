@@ -31,30 +31,30 @@ struct Carrier {
 };
 
 constexpr std::array<Carrier, 5> kCarriers = {{
-    {Container::Jpeg, readJpegMetadata,
+    {Container::Jpeg, jpeg::readMetadata,
      [](ByteView source, ByteView written, ThumbnailMaker& maker) {
-         return withJpegSegmentsOf(source, written, maker);
+         return jpeg::withSegmentsOf(source, written, maker);
      },
-     withJpegMetadata, exifForJpeg},
-    {Container::Png, readPngMetadata, withPngChunksOf, withPngMetadata, exifForPng},
-    {Container::Tiff, readTiffMetadata,
-     [](ByteView source, ByteView written, ThumbnailMaker&) { return withTiffTagsOf(source, written); },
+     jpeg::withMetadata, jpeg::exifFor},
+    {Container::Png, png::readMetadata, png::withChunksOf, png::withMetadata, png::exifFor},
+    {Container::Tiff, tiff::readMetadata,
+     [](ByteView source, ByteView written, ThumbnailMaker&) { return tiff::withTagsOf(source, written); },
      [](const PictureMetadata& metadata, ByteView written, ThumbnailMaker&) {
-         return withTiffMetadata(metadata, written);
+         return tiff::withMetadata(metadata, written);
      },
-     exifForTiff},
-    {Container::Gif, readGifMetadata,
-     [](ByteView source, ByteView written, ThumbnailMaker&) { return withGifBlocksOf(source, written); },
+     tiff::exifFor},
+    {Container::Gif, gif::readMetadata,
+     [](ByteView source, ByteView written, ThumbnailMaker&) { return gif::withBlocksOf(source, written); },
      [](const PictureMetadata& metadata, ByteView written, ThumbnailMaker&) {
-         return withGifMetadata(metadata, written);
+         return gif::withMetadata(metadata, written);
      },
      nullptr},
-    {Container::Bmp, readBmpMetadata,
+    {Container::Bmp, bmp::readMetadata,
      [](ByteView source, ByteView written, ThumbnailMaker&) {
-         return withBmpMetadata(readBmpMetadata(source), written);
+         return bmp::withMetadata(bmp::readMetadata(source), written);
      },
      [](const PictureMetadata& metadata, ByteView written, ThumbnailMaker&) {
-         return withBmpMetadata(metadata, written);
+         return bmp::withMetadata(metadata, written);
      },
      nullptr},
 }};
@@ -73,14 +73,14 @@ static_assert([] {
 } // namespace
 
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails,
-                                    const KeptAttachments& kept) {
+                                    const jpeg::KeptAttachments& kept) {
     const auto from = containerOf(source);
     const auto into = containerOf(written);
     if (!from || !into)
         return Error{"not a picture file"};
     return withoutThrowing([&] {
         if (from == Container::Jpeg && into == Container::Jpeg)
-            return withJpegSegmentsOf(source, written, thumbnails, kept);
+            return jpeg::withSegmentsOf(source, written, thumbnails, kept);
         return from == into
                    ? carrierOf(*into).withBlocksOf(source, written, thumbnails)
                    : carrierOf(*into).withMetadata(carrierOf(*from).read(source), written, thumbnails);
@@ -92,7 +92,7 @@ Orientation carriedOrientation(ByteView source, Container target) {
     const auto exifToCarry = carrierOf(target).exifToCarry;
     if (!from || !exifToCarry)
         return Orientation::TopLeft;
-    return readExifBasics(exifToCarry(carrierOf(*from).read(source))).orientation;
+    return exif::readBasics(exifToCarry(carrierOf(*from).read(source))).orientation;
 }
 
 ByteOrder carriedByteOrder(ByteView source) {

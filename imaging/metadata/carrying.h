@@ -29,7 +29,7 @@ namespace complexion {
 /// `thumbnails` makes those of what `written` shows. Between JPEG files, what the metadata tell of `kept`
 /// attachments is carried, too; these are to follow the file, and its multi-picture index is to be set.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails,
-                                    const KeptAttachments& kept = {});
+                                    const jpeg::KeptAttachments& kept = {});
 
 /// The orientation that the metadata of `source` will state in a file of format `target`.
 Orientation carriedOrientation(ByteView source, Container target);

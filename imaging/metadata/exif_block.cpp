@@ -7,7 +7,7 @@
 #include <array>
 #include <utility>
 
-namespace complexion {
+namespace complexion::exif {
 
 namespace {
 
@@ -132,7 +132,7 @@ tiff::Directory withoutBigValues(const tiff::Directory& directory) {
     return result;
 }
 
-Bytes exifBlock(const CarriedTags& tags) {
+Bytes blockOf(const CarriedTags& tags) {
     if (tags.isEmpty())
         return {};
     const tiff::Directory directory = withoutBigValues(tags.directory);
@@ -143,13 +143,13 @@ Bytes exifBlock(const CarriedTags& tags) {
     return layout.finish(layout.placeDirectory(directory));
 }
 
-Bytes exifWithResolution(ByteView exif, const Resolution& resolution) {
+Bytes withResolution(ByteView exif, const Resolution& resolution) {
     CarriedTags tags = carriedTags(exif);
     tiff::setResolution(tags.directory, tags.order, resolution);
-    return exifBlock(tags);
+    return blockOf(tags);
 }
 
-Bytes exifWithin(ByteView exif, std::size_t limit) {
+Bytes within(ByteView exif, std::size_t limit) {
     if (exif.size() <= limit)
         return {exif.begin(), exif.end()};
     CarriedTags tags;
@@ -159,10 +159,10 @@ Bytes exifWithin(ByteView exif, std::size_t limit) {
     tags.order = header->order;
     tags.directory = tiff::readDirectory(exif, *header, header->firstDirectory);
     tags.directory = withoutLongValues(tags.directory, longestThatFits(tags.directory, limit));
-    Bytes block = exifBlock(tags);
+    Bytes block = blockOf(tags);
     if (block.size() > limit)
         block.clear();
     return block;
 }
 
-} // namespace complexion
+} // namespace complexion::exif

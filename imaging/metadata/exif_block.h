@@ -4,7 +4,7 @@
 #include "imaging/containers/resolution.h"
 #include "imaging/containers/tiff_structure.h"
 
-namespace complexion {
+namespace complexion::exif {
 
 /// The tags of a TIFF structure's first directory that describe the picture rather than the coding of its
 /// pixels.
@@ -29,13 +29,13 @@ tiff::Directory withoutBigValues(const tiff::Directory& directory);
 
 /// Serialises the tags. The maker note keeps its original offset if that is small enough, because its own
 /// offsets may be relative to the block.
-Bytes exifBlock(const CarriedTags& tags);
+Bytes blockOf(const CarriedTags& tags);
 
 /// The carried tags of an EXIF block, which may be empty, with this resolution.
-Bytes exifWithResolution(ByteView exif, const Resolution& resolution);
+Bytes withResolution(ByteView exif, const Resolution& resolution);
 
 /// The block itself if it has at most `limit` bytes; otherwise one without its thumbnail and without as many
 /// of the longest values as needed.
-Bytes exifWithin(ByteView exif, std::size_t limit);
+Bytes within(ByteView exif, std::size_t limit);
 
-} // namespace complexion
+} // namespace complexion::exif

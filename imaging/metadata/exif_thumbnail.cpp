@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::exif {
 
 namespace {
 
@@ -268,4 +268,4 @@ void renewThumbnail(Bytes& exif, ThumbnailMaker& maker, std::size_t lengthLimit)
     unlinkNext(exif, *chain, chain->directories[1]);
 }
 
-} // namespace complexion
+} // namespace complexion::exif

@@ -4,7 +4,7 @@
 #include "imaging/base/files.h"
 #include "imaging/metadata/thumbnail_maker.h"
 
-namespace complexion {
+namespace complexion::exif {
 
 // The thumbnail belongs to the EXIF block's second directory. Both operations work in place and move nothing
 // else, because maker notes contain offsets into the block.
@@ -17,4 +17,4 @@ void removeThumbnail(Bytes& exif);
 /// longer and the block stays within `lengthLimit` bytes. Removes the thumbnail if neither is possible.
 void renewThumbnail(Bytes& exif, ThumbnailMaker& maker, std::size_t lengthLimit);
 
-} // namespace complexion
+} // namespace complexion::exif

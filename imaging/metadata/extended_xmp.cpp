@@ -11,7 +11,7 @@
 #include <new>
 #include <vector>
 
-namespace complexion {
+namespace complexion::xmp {
 
 namespace {
 
@@ -21,71 +21,72 @@ constexpr std::size_t kMaxNamespaces = 1000;
 constexpr std::size_t kMaxAddedBytes = std::size_t{1} << 20;
 
 /// The structure of a packet: properties belong to nodes in rdf:RDF, which may be wrapped in x:xmpmeta.
-struct XmpTree {
-    XmlElement root;
-    XmlElement rdf;
+struct Tree {
+    xml::Element root;
+    xml::Element rdf;
 
     /// Includes the colon; empty if there is no prefix.
     std::string_view rdfPrefix() const { return rdf.name.substr(0, rdf.name.find(':') + 1); }
 };
 
-bool isRdf(const XmlElement& element) {
+bool isRdf(const xml::Element& element) {
     return element.name == "RDF" || element.name.ends_with(":RDF");
 }
 
-std::optional<XmpTree> xmpTree(std::string_view xml) {
-    const auto root = findXmlElement(xml, 0, xml.size());
+std::optional<Tree> treeOf(std::string_view xml) {
+    const auto root = xml::findElement(xml, 0, xml.size());
     if (!root)
         return std::nullopt;
     if (isRdf(*root))
-        return XmpTree{*root, *root};
-    const auto rdf = findXmlElement(xml, root->contentBegin, root->contentEnd);
+        return Tree{*root, *root};
+    const auto rdf = xml::findElement(xml, root->contentBegin, root->contentEnd);
     if (!rdf || !isRdf(*rdf))
         return std::nullopt;
-    return XmpTree{*root, *rdf};
+    return Tree{*root, *rdf};
 }
 
 std::string_view between(std::string_view xml, std::size_t begin, std::size_t end) {
     return xml.substr(begin, end - begin);
 }
 
-bool isNamespace(const XmlAttribute& attribute) {
+bool isNamespace(const xml::Attribute& attribute) {
     return attribute.name == "xmlns" || attribute.name.starts_with("xmlns:");
 }
 
-bool isAbout(const XmlAttribute& attribute) {
+bool isAbout(const xml::Attribute& attribute) {
     return attribute.name == "about" || attribute.name.ends_with(":about");
 }
 
 /// Whether an attribute is a namespace declaration or RDF syntax rather than a property.
-bool isContext(const XmlAttribute& attribute) {
+bool isContext(const xml::Attribute& attribute) {
     return isNamespace(attribute) || isAbout(attribute) || attribute.name.starts_with("xml:") ||
            attribute.name.starts_with("rdf:");
 }
 
 /// The namespace declarations in scope for all nodes; inner ones hide outer ones. nullopt if there are too
 /// many.
-std::optional<std::vector<XmlAttribute>> namespacesOf(std::string_view xml, const XmpTree& tree) {
-    std::vector<XmlAttribute> found = xmlAttributes(xml, tree.rdf);
-    std::vector<XmlAttribute> outer;
+std::optional<std::vector<xml::Attribute>> namespacesOf(std::string_view xml, const Tree& tree) {
+    std::vector<xml::Attribute> found = xml::attributes(xml, tree.rdf);
+    std::vector<xml::Attribute> outer;
     if (tree.root.begin != tree.rdf.begin)
-        outer = xmlAttributes(xml, tree.root);
+        outer = xml::attributes(xml, tree.root);
     if (found.size() + outer.size() > kMaxNamespaces)
         return std::nullopt;
-    for (const XmlAttribute& attribute : outer)
-        if (std::ranges::find(found, attribute.name, &XmlAttribute::name) == found.end())
+    for (const xml::Attribute& attribute : outer)
+        if (std::ranges::find(found, attribute.name, &xml::Attribute::name) == found.end())
             found.push_back(attribute);
-    std::erase_if(found, [](const XmlAttribute& attribute) { return !isNamespace(attribute); });
+    std::erase_if(found, [](const xml::Attribute& attribute) { return !isNamespace(attribute); });
     return found;
 }
 
 /// A node's text with the namespace declarations of its former context, unless it redeclares them.
-std::string nodeWith(const std::vector<XmlAttribute>& outer, std::string_view xml, const XmlElement& node) {
+std::string nodeWith(const std::vector<xml::Attribute>& outer, std::string_view xml,
+                     const xml::Element& node) {
     const std::size_t behindName = node.begin + 1 + node.name.size();
-    const std::vector<XmlAttribute> own = xmlAttributes(xml, node);
+    const std::vector<xml::Attribute> own = xml::attributes(xml, node);
     std::string text(between(xml, node.begin, behindName));
-    for (const XmlAttribute& attribute : outer)
-        if (std::ranges::find(own, attribute.name, &XmlAttribute::name) == own.end())
+    for (const xml::Attribute& attribute : outer)
+        if (std::ranges::find(own, attribute.name, &xml::Attribute::name) == own.end())
             text.append(" ").append(attribute.whole);
     return text.append(between(xml, behindName, node.end));
 }
@@ -105,8 +106,8 @@ std::string withoutPadding(std::string_view packet) {
 std::string extensionNote(std::string_view prefix, std::string_view about, std::string_view extension) {
     const std::string rdf(prefix);
     return "<" + rdf + "Description " + std::string(about) +
-           R"( xmlns:xmpNote="http://ns.adobe.com/xmp/note/" xmpNote:HasExtendedXMP=")" +
-           xmpDigest(extension) + "\"/>";
+           R"( xmlns:xmpNote="http://ns.adobe.com/xmp/note/" xmpNote:HasExtendedXMP=")" + digest(extension) +
+           "\"/>";
 }
 
 /// A property of a node: a child element or an attribute.
@@ -119,24 +120,24 @@ struct Property {
     std::size_t size() const { return end - begin; }
 };
 
-std::vector<Property> propertiesOf(std::string_view xml, const std::vector<XmlElement>& nodes) {
+std::vector<Property> propertiesOf(std::string_view xml, const std::vector<xml::Element>& nodes) {
     std::vector<Property> properties;
     for (std::size_t i = 0; i < nodes.size(); ++i) {
-        for (const XmlAttribute& attribute : xmlAttributes(xml, nodes[i]))
+        for (const xml::Attribute& attribute : xml::attributes(xml, nodes[i]))
             if (!isContext(attribute)) {
                 const auto begin = static_cast<std::size_t>(attribute.whole.data() - xml.data());
                 properties.push_back({begin, begin + attribute.whole.size(), i, false});
             }
-        for (const XmlElement& element : xmlChildren(xml, nodes[i]))
+        for (const xml::Element& element : xml::children(xml, nodes[i]))
             properties.push_back({element.begin, element.end, i, true});
     }
     return properties;
 }
 
 /// A node with only the given properties, in their order.
-std::string nodeOf(std::string_view xml, const XmlElement& node, std::span<const Property> properties) {
+std::string nodeOf(std::string_view xml, const xml::Element& node, std::span<const Property> properties) {
     std::string tag = "<" + std::string(node.name);
-    for (const XmlAttribute& attribute : xmlAttributes(xml, node))
+    for (const xml::Attribute& attribute : xml::attributes(xml, node))
         if (isContext(attribute))
             tag.append(" ").append(attribute.whole);
     std::string content;
@@ -164,11 +165,11 @@ std::optional<std::vector<Property>> largest(std::vector<Property> properties, s
 }
 
 /// Splits the packet: the properties in `moved`, in document order, go into the extension.
-DividedXmp dividedBy(std::string_view xml, const XmpTree& tree, const std::vector<XmlElement>& nodes,
-                     std::span<const Property> moved, std::string_view about) {
-    const XmlElement& root = tree.root;
+DividedPacket dividedBy(std::string_view xml, const Tree& tree, const std::vector<xml::Element>& nodes,
+                        std::span<const Property> moved, std::string_view about) {
+    const xml::Element& root = tree.root;
     const bool hasOuter = root.begin != tree.rdf.begin;
-    DividedXmp divided;
+    DividedPacket divided;
     std::string& extension = divided.extension;
     if (hasOuter)
         extension += between(xml, root.begin, root.contentBegin);
@@ -194,9 +195,9 @@ DividedXmp dividedBy(std::string_view xml, const XmpTree& tree, const std::vecto
 }
 
 /// A main packet that contains only the reference to the extension.
-DividedXmp allInExtension(std::string_view xml) {
-    DividedXmp divided;
-    const auto root = findXmlElement(xml, 0, xml.size());
+DividedPacket allInExtension(std::string_view xml) {
+    DividedPacket divided;
+    const auto root = xml::findElement(xml, 0, xml.size());
     divided.extension = root ? between(xml, root->begin, root->end) : xml;
     divided.main = "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">"
                    "<rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">" +
@@ -206,7 +207,7 @@ DividedXmp allInExtension(std::string_view xml) {
 
 } // namespace
 
-std::string xmpDigest(std::string_view packet) {
+std::string digest(std::string_view packet) {
     static constexpr std::string_view kDigits = "0123456789ABCDEF";
     static constexpr std::size_t kStep = std::size_t{1} << 30; // the library counts in 32 bits
     void* const digester = cmsMD5alloc(nullptr);
@@ -226,20 +227,20 @@ std::string xmpDigest(std::string_view packet) {
     return digits;
 }
 
-DividedXmp dividedXmp(std::string_view packet, std::size_t most) {
+DividedPacket divided(std::string_view packet, std::size_t most) {
     if (packet.size() <= most)
         return {std::string(packet), {}};
     const std::string xml = withoutPadding(packet);
     if (xml.size() <= most)
         return {xml, {}};
-    const auto tree = xmpTree(xml);
+    const auto tree = treeOf(xml);
     if (!tree)
         return allInExtension(xml);
-    const std::vector<XmlElement> nodes = xmlChildren(xml, tree->rdf);
+    const std::vector<xml::Element> nodes = xml::children(xml, tree->rdf);
     // All nodes of a packet have the same subject (XMP Specification Part 1).
     std::string about = std::string(tree->rdfPrefix()) + "about=\"\"";
-    for (const XmlElement& node : nodes)
-        for (const XmlAttribute& attribute : xmlAttributes(xml, node))
+    for (const xml::Element& node : nodes)
+        for (const xml::Attribute& attribute : xml::attributes(xml, node))
             if (isAbout(attribute))
                 about = attribute.whole;
     const std::size_t surplus = xml.size() + extensionNote(tree->rdfPrefix(), about, {}).size() - most;
@@ -247,9 +248,9 @@ DividedXmp dividedXmp(std::string_view packet, std::size_t most) {
     return moved ? dividedBy(xml, *tree, nodes, *moved, about) : allInExtension(xml);
 }
 
-std::optional<std::string> joinedXmp(std::string_view main, std::string_view extension) {
-    const auto mainTree = xmpTree(main);
-    const auto extensionTree = xmpTree(extension);
+std::optional<std::string> joined(std::string_view main, std::string_view extension) {
+    const auto mainTree = treeOf(main);
+    const auto extensionTree = treeOf(extension);
     if (!mainTree || !extensionTree || mainTree->rdf.contentEnd == mainTree->rdf.end)
         return std::nullopt;
     const auto known = namespacesOf(main, *mainTree);
@@ -257,22 +258,22 @@ std::optional<std::string> joinedXmp(std::string_view main, std::string_view ext
     if (!known || !foreign)
         return std::nullopt;
     std::size_t foreignBytes = 0;
-    std::erase_if(*foreign, [&known](const XmlAttribute& attribute) {
-        return std::ranges::any_of(*known, [&attribute](const XmlAttribute& other) {
+    std::erase_if(*foreign, [&known](const xml::Attribute& attribute) {
+        return std::ranges::any_of(*known, [&attribute](const xml::Attribute& other) {
             return other.name == attribute.name && other.value == attribute.value;
         });
     });
-    for (const XmlAttribute& attribute : *foreign)
+    for (const xml::Attribute& attribute : *foreign)
         foreignBytes += attribute.whole.size() + 1;
-    const std::vector<XmlElement> nodes = xmlChildren(extension, extensionTree->rdf);
+    const std::vector<xml::Element> nodes = xml::children(extension, extensionTree->rdf);
     if (foreignBytes > kMaxAddedBytes || foreignBytes * nodes.size() > kMaxAddedBytes)
         return std::nullopt;
     std::string joined(main.substr(0, mainTree->rdf.contentEnd));
-    for (const XmlElement& node : nodes)
+    for (const xml::Element& node : nodes)
         joined += nodeWith(*foreign, extension, node);
     joined += main.substr(mainTree->rdf.contentEnd);
-    const Bytes one = xmpWithoutExtension(bytesOf(joined));
+    const Bytes one = withoutExtension(bytesOf(joined));
     return std::string(textOf(one));
 }
 
-} // namespace complexion
+} // namespace complexion::xmp

@@ -11,7 +11,7 @@
 #include <array>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::gif {
 
 namespace {
 
@@ -26,13 +26,12 @@ constexpr std::string_view kIptcApplication = "MGKIPTC0000";
 
 /// Application blocks that are not carried: animation loop counts, and the colour profile, because the
 /// encoder has already written that of the pixels.
-constexpr std::array kLeftBehind = {"NETSCAPE2.0"sv, "ANIMEXTS1.0"sv, gif::kProfileApplication};
+constexpr std::array kLeftBehind = {"NETSCAPE2.0"sv, "ANIMEXTS1.0"sv, kProfileApplication};
 
-bool isMetadata(const gif::Extension& extension) {
-    if (extension.label == gif::kCommentLabel)
+bool isMetadata(const Extension& extension) {
+    if (extension.label == kCommentLabel)
         return true;
-    return extension.label == gif::kApplicationLabel &&
-           extension.whole.size() > gif::kApplicationHeaderLength &&
+    return extension.label == kApplicationLabel && extension.whole.size() > kApplicationHeaderLength &&
            std::ranges::find(kLeftBehind, extension.application()) == kLeftBehind.end();
 }
 
@@ -40,7 +39,7 @@ bool isMetadata(const gif::Extension& extension) {
 void appendXmp(Bytes& to, ByteView xmp) {
     if (std::ranges::find(xmp, 0) != xmp.end())
         return;
-    gif::appendApplicationHeader(to, kXmpApplication);
+    appendApplicationHeader(to, kXmpApplication);
     append(to, xmp);
     to.push_back(1);
     for (int value = 255; value >= 0; --value)
@@ -49,17 +48,17 @@ void appendXmp(Bytes& to, ByteView xmp) {
 }
 
 /// The packet: stored without sub-blocks as prescribed or, by some software, in sub-blocks.
-Bytes xmpOf(const gif::Extension& extension) {
-    const ByteView data = slice(extension.whole, gif::kApplicationHeaderLength);
+Bytes xmpOf(const Extension& extension) {
+    const ByteView data = slice(extension.whole, kApplicationHeaderLength);
     if (data.size() > kXmpTrailerLength && data[data.size() - kXmpTrailerLength] == 1 &&
         data[data.size() - kXmpTrailerLength + 1] == 255) {
         const ByteView packet = data.first(data.size() - kXmpTrailerLength);
         return {packet.begin(), packet.end()};
     }
-    return gif::joinedSubBlocks(extension.whole, gif::kApplicationHeaderLength);
+    return joinedSubBlocks(extension.whole, kApplicationHeaderLength);
 }
 
-void appendCarried(Bytes& to, const gif::Extension& extension) {
+void appendCarried(Bytes& to, const Extension& extension) {
     const auto carry = [&](const Bytes& data, const Bytes& carried, auto write) {
         if (data == carried)
             append(to, extension.whole);
@@ -67,15 +66,17 @@ void appendCarried(Bytes& to, const gif::Extension& extension) {
             write(carried);
     };
     const auto writeApplication = [&](const Bytes& data) {
-        gif::appendApplicationHeader(to, extension.application());
-        gif::appendSubBlocks(to, data);
+        appendApplicationHeader(to, extension.application());
+        appendSubBlocks(to, data);
     };
     if (extension.isApplication(kXmpApplication)) {
         const Bytes xmp = xmpOf(extension);
-        carry(xmp, xmpToCarry(xmp), [&](const Bytes& data) { appendXmp(to, data); });
+        carry(xmp, xmp::toCarry(xmp), [&](const Bytes& data) { appendXmp(to, data); });
     } else if (extension.isApplication(kResourcesApplication) || extension.isApplication(kIptcApplication)) {
-        const Bytes data = gif::joinedSubBlocks(extension.whole, gif::kApplicationHeaderLength);
-        carry(data, startsWith(data, "8BIM") ? resourcesToCarry(data) : iptcToCarry(data), writeApplication);
+        const Bytes data = joinedSubBlocks(extension.whole, kApplicationHeaderLength);
+        carry(data,
+              startsWith(data, "8BIM") ? photoshop::resourcesToCarry(data) : photoshop::iptcToCarry(data),
+              writeApplication);
     } else {
         append(to, extension.whole);
     }
@@ -83,56 +84,57 @@ void appendCarried(Bytes& to, const gif::Extension& extension) {
 
 Result<FileContents> withMetadataExtensions(ByteView written, ByteView extensions,
                                             std::optional<std::uint8_t> aspect = std::nullopt) {
-    return gif::withExtensions(written, extensions, aspect, isMetadata);
+    return withExtensions(written, extensions, aspect, isMetadata);
 }
 
 } // namespace
 
-PictureMetadata readGifMetadata(ByteView file) {
+PictureMetadata readMetadata(ByteView file) {
     PictureMetadata metadata;
-    const auto gif = gif::split(file);
+    const auto gif = split(file);
     if (!gif)
         return metadata;
-    for (const gif::Extension& extension : gif->extensions) {
-        if (extension.label == gif::kCommentLabel) {
+    for (const Extension& extension : gif->extensions) {
+        if (extension.label == kCommentLabel) {
             metadata.notes.push_back(
-                {std::string(kCommentKeyword), utf8Of(gif::joinedSubBlocks(extension.whole, 2))});
+                {std::string(kCommentKeyword), utf8Of(joinedSubBlocks(extension.whole, 2))});
         } else if (extension.isApplication(kXmpApplication) && metadata.xmp.empty()) {
-            metadata.xmp = xmpInUtf8(xmpOf(extension));
+            metadata.xmp = xmp::inUtf8(xmpOf(extension));
         } else if (extension.isApplication(kResourcesApplication) ||
                    extension.isApplication(kIptcApplication)) {
-            const Bytes data = gif::joinedSubBlocks(extension.whole, gif::kApplicationHeaderLength);
-            append(metadata.iptc, startsWith(data, "8BIM") ? iptcOfResources(data) : data);
-            append(metadata.photoshop, resourcesWithoutIptc(data));
+            const Bytes data = joinedSubBlocks(extension.whole, kApplicationHeaderLength);
+            append(metadata.iptc, startsWith(data, "8BIM") ? photoshop::iptcOf(data) : data);
+            append(metadata.photoshop, photoshop::withoutIptc(data));
         }
     }
     return metadata;
 }
 
-Result<FileContents> withGifBlocksOf(ByteView source, ByteView written) {
-    const auto gif = gif::split(source);
+Result<FileContents> withBlocksOf(ByteView source, ByteView written) {
+    const auto gif = split(source);
     if (!gif)
         return withMetadataExtensions(written, {});
     Bytes extensions;
-    for (const gif::Extension& extension : gif->extensions)
+    for (const Extension& extension : gif->extensions)
         if (isMetadata(extension))
             appendCarried(extensions, extension);
-    return withMetadataExtensions(written, extensions, source[gif::kAspectRatioOffset]);
+    return withMetadataExtensions(written, extensions, source[kAspectRatioOffset]);
 }
 
-Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView written) {
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written) {
     Bytes extensions;
     for (const TextNote& note : metadata.notes) {
-        gif::appendComment(extensions, noteAsComment(note));
+        appendComment(extensions, noteAsComment(note));
     }
     if (!metadata.xmp.empty())
-        appendXmp(extensions, xmpUpright(xmpToCarry(metadata.xmp)));
-    if (const Bytes resources = resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc));
+        appendXmp(extensions, xmp::upright(xmp::toCarry(metadata.xmp)));
+    if (const Bytes resources =
+            photoshop::resourcesToCarry(photoshop::withIptc(metadata.photoshop, metadata.iptc));
         !resources.empty()) {
-        gif::appendApplicationHeader(extensions, kIptcApplication);
-        gif::appendSubBlocks(extensions, resources);
+        appendApplicationHeader(extensions, kIptcApplication);
+        appendSubBlocks(extensions, resources);
     }
     return withMetadataExtensions(written, extensions);
 }
 
-} // namespace complexion
+} // namespace complexion::gif

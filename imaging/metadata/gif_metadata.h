@@ -4,17 +4,17 @@
 #include "imaging/base/result.h"
 #include "imaging/metadata/picture_metadata.h"
 
-namespace complexion {
+namespace complexion::gif {
 
 /// The metadata of a GIF file.
-PictureMetadata readGifMetadata(ByteView file);
+PictureMetadata readMetadata(ByteView file);
 
 /// Returns `written`, a GIF file, with the comments and application blocks of another GIF file, byte for
 /// byte, and its pixel aspect ratio.
-Result<FileContents> withGifBlocksOf(ByteView source, ByteView written);
+Result<FileContents> withBlocksOf(ByteView source, ByteView written);
 
 /// Returns `written`, a GIF file, with metadata from another format as far as GIF can hold it: comments, XMP
 /// and IPTC.
-Result<FileContents> withGifMetadata(const PictureMetadata& metadata, ByteView written);
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written);
 
-} // namespace complexion
+} // namespace complexion::gif

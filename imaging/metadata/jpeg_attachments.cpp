@@ -13,7 +13,7 @@
 #include <string>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
@@ -29,9 +29,9 @@ constexpr std::size_t kSegmentHead = 4; // marker and length
 /// More than any phone writes; further ones are ignored.
 constexpr std::size_t kMaxAttachments = 64;
 
-using Kind = JpegAttachment::Kind;
+using Kind = Attachment::Kind;
 
-std::optional<MultiPictureIndex> indexIn(ByteView file, const jpeg::Segment& segment) {
+std::optional<MultiPictureIndex> indexIn(ByteView file, const Segment& segment) {
     const ByteView structure = segment.payload.subspan(kIndexStart.size());
     const std::optional<tiff::Header> header = tiff::readHeader(structure);
     if (!header)
@@ -65,8 +65,8 @@ bool isJpeg(ByteView bytes) {
 /// Whether a picture's own segments declare it a gain map: by gain map metadata, or by the type of an
 /// auxiliary picture.
 bool isGainMap(ByteView picture) {
-    return std::ranges::any_of(jpeg::split(picture).segments, [](const jpeg::Segment& segment) {
-        if (segment.marker == jpeg::marker::app(2))
+    return std::ranges::any_of(split(picture).segments, [](const Segment& segment) {
+        if (segment.marker == marker::app(2))
             return startsWith(segment.payload, kGainMapStart);
         const std::string_view text = textOf(segment.payload);
         return isXmpSegment(segment) && (text.find("hdrgm:GainMapM") != std::string_view::npos ||
@@ -154,7 +154,7 @@ void setNumber(std::string& xml, std::size_t begin, std::size_t end, std::string
 /// `none`.
 void updateItem(std::string& xml, std::size_t begin, KeptAttachments::const_iterator found,
                 KeptAttachments::const_iterator none) {
-    const std::size_t end = elementEnd(xml, kItem, begin);
+    const std::size_t end = xml::elementEnd(xml, kItem, begin);
     if (end == std::string::npos)
         return;
     const bool isPicture =
@@ -178,12 +178,11 @@ class Collector {
 public:
     Collector(ByteView file, std::size_t pictureEnd) : m_file(file), m_pictureEnd(pictureEnd) {}
 
-    void add(const JpegAttachment& attachment) {
+    void add(const Attachment& attachment) {
         if (attachment.bytes.empty() || begin(attachment.bytes) < m_pictureEnd)
             return;
-        const auto same = std::ranges::find_if(m_found, [&](const JpegAttachment& other) {
-            return begin(other.bytes) == begin(attachment.bytes);
-        });
+        const auto same = std::ranges::find_if(
+            m_found, [&](const Attachment& other) { return begin(other.bytes) == begin(attachment.bytes); });
         if (same == m_found.end())
             m_found.push_back(attachment);
         else if (!same->item)
@@ -217,13 +216,13 @@ public:
         constexpr std::size_t kBoxHead = 4; // its length
         const ByteView rest = slice(m_file, m_pictureEnd);
         const std::size_t at = textOf(rest).find("ftyp");
-        const bool hasMovie = std::ranges::any_of(
-            m_found, [](const JpegAttachment& other) { return other.kind == Kind::Movie; });
+        const bool hasMovie =
+            std::ranges::any_of(m_found, [](const Attachment& other) { return other.kind == Kind::Movie; });
         if (!hasMovie && at != std::string_view::npos && at >= kBoxHead)
             add({.kind = Kind::Movie, .bytes = rest.subspan(at - kBoxHead)});
     }
-    std::vector<JpegAttachment> sorted() && {
-        std::ranges::sort(m_found, {}, [](const JpegAttachment& found) { return found.bytes.data(); });
+    std::vector<Attachment> sorted() && {
+        std::ranges::sort(m_found, {}, [](const Attachment& found) { return found.bytes.data(); });
         return std::move(m_found);
     }
 
@@ -232,24 +231,24 @@ private:
 
     ByteView m_file;
     std::size_t m_pictureEnd;
-    std::vector<JpegAttachment> m_found;
+    std::vector<Attachment> m_found;
 };
 
 } // namespace
 
 std::optional<MultiPictureIndex> multiPictureIndex(ByteView file) {
-    for (const jpeg::Segment& segment : jpeg::split(file).segments)
-        if (segment.marker == jpeg::marker::app(2) && startsWith(segment.payload, kIndexStart))
+    for (const Segment& segment : split(file).segments)
+        if (segment.marker == marker::app(2) && startsWith(segment.payload, kIndexStart))
             return indexIn(file, segment);
     return std::nullopt;
 }
 
-std::vector<JpegAttachment> jpegAttachments(ByteView file) {
-    const std::optional<std::size_t> end = jpeg::pictureEnd(file);
+std::vector<Attachment> attachments(ByteView file) {
+    const std::optional<std::size_t> end = pictureEnd(file);
     if (!end || *end == file.size())
         return {};
     Collector collector(file, *end);
-    const Bytes xmp = xmpOfJpeg(jpeg::split(file).segments);
+    const Bytes xmp = xmpOf(split(file).segments);
     collector.addIndexed();
     collector.addItems(textOf(xmp));
     collector.addMovie();
@@ -259,11 +258,11 @@ std::vector<JpegAttachment> jpegAttachments(ByteView file) {
 std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp) {
     std::string xml(xmp);
     for (const std::string_view name : kMovieProperties)
-        blankProperty(xml, name);
+        xml::blankProperty(xml, name);
     if (std::ranges::none_of(kept, [](const auto& one) { return one.source.kind == Kind::GainMap; }))
-        blankProperty(xml, "hdrgm:Version");
+        xml::blankProperty(xml, "hdrgm:Version");
     if (std::ranges::none_of(kept, [](const auto& one) { return one.source.item.has_value(); }))
-        blankElements(xml, "Container:Directory");
+        xml::blankElements(xml, "Container:Directory");
     // From the last on: what changes its length leaves the places before it.
     std::vector<std::size_t> places;
     for (std::size_t at = 0; (at = xml.find("<" + std::string(kItem), at)) != std::string::npos &&
@@ -300,7 +299,7 @@ Bytes multiPictureSegment(const MultiPictureIndex& source, const KeptAttachments
     tiff::Layout layout(order, false);
     Bytes payload(kIndexStart.begin(), kIndexStart.end());
     append(payload, layout.finish(layout.placeDirectory(directory)));
-    return jpeg::segment(jpeg::marker::app(2), payload);
+    return jpeg::segment(marker::app(2), payload);
 }
 
 void setMultiPicturePlaces(Bytes& start, std::uint64_t pictureEnd, const KeptAttachments& kept) {
@@ -321,4 +320,4 @@ void setMultiPicturePlaces(Bytes& start, std::uint64_t pictureEnd, const KeptAtt
     }
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 // The data after the end of a JPEG file's picture, and their declarations: the index of the Multi-Picture
 // Format (CIPA DC-007), and the container directory and offsets in XMP.
@@ -33,7 +33,7 @@ struct MultiPictureIndex {
 std::optional<MultiPictureIndex> multiPictureIndex(ByteView file);
 
 /// Data after the end of a file's picture.
-struct JpegAttachment {
+struct Attachment {
     enum class Kind {
         GainMap, ///< a JPEG picture: how much brighter each place is on a screen of high dynamic range
         Preview, ///< a JPEG picture of what the photo shows
@@ -47,11 +47,11 @@ struct JpegAttachment {
 };
 
 /// The attachments in file order. Data that the file does not declare are left out, except movies.
-std::vector<JpegAttachment> jpegAttachments(ByteView file);
+std::vector<Attachment> attachments(ByteView file);
 
 /// An attachment that is written to a new file, with its new content. In file order.
 struct KeptAttachment {
-    JpegAttachment source;
+    Attachment source;
     std::shared_ptr<const Bytes> bytes;
 };
 using KeptAttachments = std::vector<KeptAttachment>;
@@ -68,4 +68,4 @@ Bytes multiPictureSegment(const MultiPictureIndex& source, const KeptAttachments
 /// `pictureEnd` and is followed by the attachments.
 void setMultiPicturePlaces(Bytes& start, std::uint64_t pictureEnd, const KeptAttachments& kept);
 
-} // namespace complexion
+} // namespace complexion::jpeg

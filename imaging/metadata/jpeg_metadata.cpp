@@ -15,7 +15,7 @@
 #include <cmath>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::jpeg {
 
 namespace {
 
@@ -35,29 +35,29 @@ constexpr std::size_t kJfifLength = 14;
 constexpr std::size_t kJfifThumbnail = 12;
 
 // Maximum size of an EXIF block in one segment.
-constexpr std::size_t kMaxExifBytes = jpeg::kMaxSegmentBytes - kExifStart.size();
+constexpr std::size_t kMaxExifBytes = kMaxSegmentBytes - kExifStart.size();
 
-bool isSegment(const jpeg::Segment& segment, std::uint8_t code, std::string_view start) {
+bool isSegment(const Segment& segment, std::uint8_t code, std::string_view start) {
     return segment.marker == code && startsWith(segment.payload, start);
 }
 
-bool isExif(const jpeg::Segment& segment) {
-    return isSegment(segment, jpeg::marker::app(1), kExifStart);
+bool isExif(const Segment& segment) {
+    return isSegment(segment, marker::app(1), kExifStart);
 }
 
-bool isPhotoshop(const jpeg::Segment& segment) {
-    return isSegment(segment, jpeg::marker::app(13), kPhotoshopStart);
+bool isPhotoshop(const Segment& segment) {
+    return isSegment(segment, marker::app(13), kPhotoshopStart);
 }
 
-bool isJfif(const jpeg::Segment& segment) {
-    return isSegment(segment, jpeg::marker::kApp0, kJfifStart) && segment.payload.size() >= kJfifLength;
+bool isJfif(const Segment& segment) {
+    return isSegment(segment, marker::kApp0, kJfifStart) && segment.payload.size() >= kJfifLength;
 }
 
 /// Whether an APP2 to APP5 segment begins a preview: some cameras store a JPEG file there, after a short
 /// identifier at most, and continue it in the next segments.
-bool isPreviewStart(const jpeg::Segment& segment) {
+bool isPreviewStart(const Segment& segment) {
     constexpr std::size_t kMaxName = 5;
-    return segment.marker >= jpeg::marker::app(2) && segment.marker <= jpeg::marker::app(5) &&
+    return segment.marker >= marker::app(2) && segment.marker <= marker::app(5) &&
            textOf(segment.payload).substr(0, kMaxName + 3).find("\xff\xd8\xff"sv) != std::string_view::npos;
 }
 
@@ -82,19 +82,19 @@ constexpr std::array kLeftBehind = {
     SegmentKind{15, "Q "sv},           // quality of the source's coding
 };
 
-bool isMetadata(const jpeg::Segment& segment) {
-    if (segment.marker == jpeg::marker::kComment)
+bool isMetadata(const Segment& segment) {
+    if (segment.marker == marker::kComment)
         return true;
-    if (segment.marker < jpeg::marker::app(0) || segment.marker > jpeg::marker::app(15))
+    if (segment.marker < marker::app(0) || segment.marker > marker::app(15))
         return false;
     return std::ranges::none_of(kLeftBehind, [&segment](const SegmentKind& kind) {
-        return isSegment(segment, jpeg::marker::app(kind.app), kind.start);
+        return isSegment(segment, marker::app(kind.app), kind.start);
     });
 }
 
 /// The end of the run of segments that continue the block begun in segment `first`.
 template <class Continues>
-std::size_t blockEnd(const std::vector<jpeg::Segment>& segments, std::size_t first, Continues continues) {
+std::size_t blockEnd(const std::vector<Segment>& segments, std::size_t first, Continues continues) {
     std::size_t end = first + 1;
     while (end < segments.size() && continues(segments[end]))
         ++end;
@@ -102,7 +102,7 @@ std::size_t blockEnd(const std::vector<jpeg::Segment>& segments, std::size_t fir
 }
 
 /// The concatenated payloads of the segments [first, end), without their identifiers.
-Bytes joined(const std::vector<jpeg::Segment>& segments, std::size_t first, std::size_t end,
+Bytes joined(const std::vector<Segment>& segments, std::size_t first, std::size_t end,
              std::size_t startLength) {
     Bytes block;
     for (std::size_t i = first; i < end; ++i)
@@ -110,21 +110,21 @@ Bytes joined(const std::vector<jpeg::Segment>& segments, std::size_t first, std:
     return block;
 }
 
-std::size_t exifEnd(const std::vector<jpeg::Segment>& segments, std::size_t first) {
-    return blockEnd(segments, first, [](const jpeg::Segment& next) {
+std::size_t exifEnd(const std::vector<Segment>& segments, std::size_t first) {
+    return blockEnd(segments, first, [](const Segment& next) {
         return isExif(next) && !tiff::readHeader(next.payload.subspan(kExifStart.size()));
     });
 }
 
-std::size_t photoshopEnd(const std::vector<jpeg::Segment>& segments, std::size_t first) {
-    return blockEnd(segments, first, [](const jpeg::Segment& next) {
+std::size_t photoshopEnd(const std::vector<Segment>& segments, std::size_t first) {
+    return blockEnd(segments, first, [](const Segment& next) {
         return isPhotoshop(next) && !startsWith(next.payload.subspan(kPhotoshopStart.size()), "8BIM");
     });
 }
 
 /// Appends `block` split into segments that each begin with `start`.
 void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView block) {
-    const std::size_t most = jpeg::kMaxSegmentBytes - start.size();
+    const std::size_t most = kMaxSegmentBytes - start.size();
     for (std::size_t position = 0; position < block.size(); position += most) {
         Bytes payload(start.begin(), start.end());
         append(payload, slice(block, position, most));
@@ -134,15 +134,15 @@ void appendBlock(Bytes& to, std::uint8_t code, std::string_view start, ByteView 
 
 /// Whether the file is coded in RGB, which only an Adobe segment can declare. Such a file must not have a
 /// JFIF segment, which would declare YCbCr.
-bool isCodedInRgb(const std::vector<jpeg::Segment>& segments) {
+bool isCodedInRgb(const std::vector<Segment>& segments) {
     constexpr std::size_t kTransform = 11; // offset in an Adobe segment; 0: no transform
-    return std::ranges::any_of(segments, [](const jpeg::Segment& segment) {
-        return isSegment(segment, jpeg::marker::app(14), "Adobe"sv) && segment.payload.size() > kTransform &&
+    return std::ranges::any_of(segments, [](const Segment& segment) {
+        return isSegment(segment, marker::app(14), "Adobe"sv) && segment.payload.size() > kTransform &&
                segment.payload[kTransform] == 0;
     });
 }
 
-const jpeg::Segment* findJfif(const std::vector<jpeg::Segment>& segments) {
+const Segment* findJfif(const std::vector<Segment>& segments) {
     const auto found = std::ranges::find_if(segments, isJfif);
     return found == segments.end() ? nullptr : &*found;
 }
@@ -154,7 +154,7 @@ Bytes jfifWithoutThumbnail(ByteView payload) {
     return bare;
 }
 
-std::optional<Resolution> jfifResolution(const jpeg::Segment& jfif) {
+std::optional<Resolution> jfifResolution(const Segment& jfif) {
     const auto number = [&jfif](std::size_t offset, std::size_t length) {
         return numberAt(jfif.payload, offset, length, ByteOrder::BigEndian);
     };
@@ -178,8 +178,9 @@ std::optional<Resolution> resolutionForExif(const std::optional<Resolution>& res
 /// Adds the density to an EXIF block that has none. Bytes that are not a valid EXIF block stay unchanged.
 Bytes exifStatingResolution(Bytes exif, const std::optional<Resolution>& resolution) {
     const bool isValid = exif.empty() || tiff::readHeader(exif);
-    return resolution && isValid && !readExifBasics(exif).resolution ? exifWithResolution(exif, *resolution)
-                                                                     : std::move(exif);
+    return resolution && isValid && !exif::readBasics(exif).resolution
+               ? exif::withResolution(exif, *resolution)
+               : std::move(exif);
 }
 
 /// What is behind the source's picture, as the segments tell of it.
@@ -189,32 +190,32 @@ struct Attached {
 
     bool hasGainMap() const {
         return std::ranges::any_of(
-            kept, [](const KeptAttachment& one) { return one.source.kind == JpegAttachment::Kind::GainMap; });
+            kept, [](const KeptAttachment& one) { return one.source.kind == Attachment::Kind::GainMap; });
     }
 };
 
-bool isGainMapVersion(const jpeg::Segment& segment) {
-    return isSegment(segment, jpeg::marker::app(2), kGainMapStart);
+bool isGainMapVersion(const Segment& segment) {
+    return isSegment(segment, marker::app(2), kGainMapStart);
 }
 
 /// The metadata segments for the new file; `withJfif` is false if that must not have a JFIF segment.
-Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif, ThumbnailMaker& maker,
+Bytes carriedSegments(const std::vector<Segment>& segments, bool withJfif, ThumbnailMaker& maker,
                       const Attached& attached) {
     Bytes carried;
-    const jpeg::Segment* jfif = findJfif(segments);
+    const Segment* jfif = findJfif(segments);
     const std::optional<Resolution> forExif =
         withJfif || !jfif ? std::nullopt : resolutionForExif(jfifResolution(*jfif));
     if (forExif && std::ranges::none_of(segments, isExif))
-        appendBlock(carried, jpeg::marker::app(1), kExifStart, exifWithResolution({}, *forExif));
-    const CarriedJpegXmp xmp(
-        segments, [&](std::string_view packet) { return xmpWithAttachments(attached.kept, packet); });
+        appendBlock(carried, marker::app(1), kExifStart, exif::withResolution({}, *forExif));
+    const CarriedXmp xmp(segments,
+                         [&](std::string_view packet) { return xmpWithAttachments(attached.kept, packet); });
     bool hasExif = false;
     for (std::size_t i = 0, end = 0; i < segments.size(); i = end) {
-        const jpeg::Segment& segment = segments[i];
+        const Segment& segment = segments[i];
         end = i + 1;
         if (isPreviewStart(segment)) {
-            end = blockEnd(segments, i, [&segment](const jpeg::Segment& next) {
-                return next.marker >= segment.marker && next.marker <= jpeg::marker::app(5);
+            end = blockEnd(segments, i, [&segment](const Segment& next) {
+                return next.marker >= segment.marker && next.marker <= marker::app(5);
             });
         } else if (&segment == jfif) {
             if (withJfif)
@@ -224,9 +225,9 @@ Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif,
             Bytes exif = exifStatingResolution(joined(segments, i, end, kExifStart.size()), forExif);
             // Only the first EXIF block gets a new thumbnail: rendering costs time.
             if (hasExif)
-                removeThumbnail(exif);
+                exif::removeThumbnail(exif);
             else
-                renewThumbnail(exif, maker, std::max(kMaxExifBytes, exif.size()));
+                exif::renewThumbnail(exif, maker, std::max(kMaxExifBytes, exif.size()));
             hasExif = true;
             appendBlock(carried, segment.marker, kExifStart, exif);
         } else if (const auto xmpSegments = xmp.carried(segment)) {
@@ -234,7 +235,7 @@ Bytes carriedSegments(const std::vector<jpeg::Segment>& segments, bool withJfif,
         } else if (isPhotoshop(segment)) {
             end = photoshopEnd(segments, i);
             appendBlock(carried, segment.marker, kPhotoshopStart,
-                        resourcesToCarry(joined(segments, i, end, kPhotoshopStart.size())));
+                        photoshop::resourcesToCarry(joined(segments, i, end, kPhotoshopStart.size())));
         } else if (attached.index && segment.whole.data() == attached.index->segment.data()) {
             append(carried, multiPictureSegment(*attached.index, attached.kept));
         } else if (isMetadata(segment) || (isGainMapVersion(segment) && attached.hasGainMap())) {
@@ -266,15 +267,15 @@ struct Jfif {
 };
 
 /// The file `jpeg` with its metadata segments replaced by `metadata`.
-Result<FileContents> withSegments(const jpeg::Segments& jpeg, const Jfif& jfif, ByteView metadata) {
-    if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != jpeg::marker::kStartOfScan)
+Result<FileContents> withSegments(const Segments& jpeg, const Jfif& jfif, ByteView metadata) {
+    if (jpeg.rest.size() < 2 || jpeg.rest[0] != 0xff || jpeg.rest[1] != marker::kStartOfScan)
         return Error{"the JPEG file to give metadata to is damaged"};
-    Bytes file = {0xff, jpeg::marker::kStartOfImage};
-    file.reserve(jpeg.rest.size() + metadata.size() + 2 * jpeg::kMaxSegmentBytes);
+    Bytes file = {0xff, marker::kStartOfImage};
+    file.reserve(jpeg.rest.size() + metadata.size() + 2 * kMaxSegmentBytes);
     Bytes others;
     if (jfif.fate == Jfif::Replaced)
-        append(file, jpeg::segment(jpeg::marker::kApp0, jfif.payload));
-    for (const jpeg::Segment& segment : jpeg.segments) {
+        append(file, jpeg::segment(marker::kApp0, jfif.payload));
+    for (const Segment& segment : jpeg.segments) {
         if (!isJfif(segment) && !isMetadata(segment))
             append(others, segment.whole);
         else if (isJfif(segment) && jfif.fate == Jfif::Kept)
@@ -291,74 +292,73 @@ Result<FileContents> withSegments(const jpeg::Segments& jpeg, const Jfif& jfif, 
 /// Whether the source decides about the JFIF segment: it has one, or, like camera files, has EXIF without
 /// one. EXIF must be the first segment then, records the density itself, and may have maker notes that depend
 /// on its position.
-bool determinesJfif(const std::vector<jpeg::Segment>& segments) {
-    return std::ranges::any_of(
-        segments, [](const jpeg::Segment& segment) { return isJfif(segment) || isExif(segment); });
+bool determinesJfif(const std::vector<Segment>& segments) {
+    return std::ranges::any_of(segments,
+                               [](const Segment& segment) { return isJfif(segment) || isExif(segment); });
 }
 
 } // namespace
 
-PictureMetadata readJpegMetadata(ByteView file) {
+PictureMetadata readMetadata(ByteView file) {
     PictureMetadata metadata;
-    const std::vector<jpeg::Segment> segments = jpeg::split(file).segments;
+    const std::vector<Segment> segments = split(file).segments;
     Bytes resources;
     for (std::size_t i = 0; i < segments.size(); ++i) {
-        const jpeg::Segment& segment = segments[i];
+        const Segment& segment = segments[i];
         if (isExif(segment) && metadata.exif.empty()) {
             metadata.exif = joined(segments, i, exifEnd(segments, i), kExifStart.size());
         } else if (isPhotoshop(segment)) {
             append(resources, segment.payload.subspan(kPhotoshopStart.size()));
-        } else if (segment.marker == jpeg::marker::kComment) {
+        } else if (segment.marker == marker::kComment) {
             metadata.notes.push_back({std::string(kCommentKeyword), utf8Of(segment.payload)});
         }
     }
-    const Bytes xmp = xmpOfJpeg(segments);
+    const Bytes xmp = xmpOf(segments);
     const std::string alone = xmpWithAttachments({}, textOf(xmp)); // other formats keep the picture alone
     metadata.xmp.assign(alone.begin(), alone.end());
-    metadata.iptc = iptcOfResources(resources);
-    metadata.photoshop = resourcesWithoutIptc(resources);
-    if (const jpeg::Segment* jfif = findJfif(segments))
+    metadata.iptc = photoshop::iptcOf(resources);
+    metadata.photoshop = photoshop::withoutIptc(resources);
+    if (const Segment* jfif = findJfif(segments))
         metadata.resolution = jfifResolution(*jfif);
     if (!metadata.resolution || metadata.resolution->unit == Resolution::Unit::None)
-        if (const auto fromExif = readExifBasics(metadata.exif).resolution)
+        if (const auto fromExif = exif::readBasics(metadata.exif).resolution)
             metadata.resolution = fromExif;
     return metadata;
 }
 
-Bytes exifForJpeg(const PictureMetadata& metadata) {
-    return exifWithin(metadata.exif, kMaxExifBytes);
+Bytes exifFor(const PictureMetadata& metadata) {
+    return exif::within(metadata.exif, kMaxExifBytes);
 }
 
-Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
-                                        const KeptAttachments& kept) {
-    const std::vector<jpeg::Segment> segments = jpeg::split(source).segments;
-    const jpeg::Segments jpeg = jpeg::split(written);
+Result<FileContents> withSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
+                                    const KeptAttachments& kept) {
+    const std::vector<Segment> segments = split(source).segments;
+    const Segments jpeg = split(written);
     return withSegments(jpeg, {determinesJfif(segments) ? Jfif::Removed : Jfif::Kept, {}},
                         carriedSegments(segments, !isCodedInRgb(jpeg.segments), maker,
                                         {.index = multiPictureIndex(source), .kept = kept}));
 }
 
-Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
-                                      ThumbnailMaker& maker) {
-    const jpeg::Segments jpeg = jpeg::split(written);
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written, ThumbnailMaker& maker) {
+    const Segments jpeg = split(written);
     const bool withJfif = !isCodedInRgb(jpeg.segments);
     Bytes segments;
-    Bytes exif = exifForJpeg(metadata);
+    Bytes exif = exifFor(metadata);
     if (!withJfif)
         exif = exifStatingResolution(std::move(exif), resolutionForExif(metadata.resolution));
     if (!exif.empty()) {
-        renewThumbnail(exif, maker, kMaxExifBytes);
-        appendBlock(segments, jpeg::marker::app(1), kExifStart, exif);
+        exif::renewThumbnail(exif, maker, kMaxExifBytes);
+        appendBlock(segments, marker::app(1), kExifStart, exif);
     }
-    append(segments, segmentsOfXmp(xmpWithoutExtension(xmpToCarry(metadata.xmp))));
-    appendBlock(segments, jpeg::marker::app(13), kPhotoshopStart,
-                resourcesToCarry(resourcesWithIptc(metadata.photoshop, metadata.iptc)));
+    append(segments, segmentsOfXmp(xmp::withoutExtension(xmp::toCarry(metadata.xmp))));
+    appendBlock(segments, marker::app(13), kPhotoshopStart,
+                photoshop::resourcesToCarry(photoshop::withIptc(metadata.photoshop, metadata.iptc)));
     for (const TextNote& note : metadata.notes)
-        appendBlock(segments, jpeg::marker::kComment, {}, bytesOf(noteAsComment(note)));
+        appendBlock(segments, marker::kComment, {}, bytesOf(noteAsComment(note)));
     Jfif jfif;
     if (metadata.resolution && withJfif)
         jfif = {Jfif::Replaced, jfifWithDensity(*metadata.resolution)};
     return withSegments(jpeg, jfif, segments);
 }
 
-} // namespace complexion
+} // namespace complexion::jpeg

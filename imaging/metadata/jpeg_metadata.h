@@ -6,23 +6,22 @@
 #include "imaging/metadata/picture_metadata.h"
 #include "imaging/metadata/thumbnail_maker.h"
 
-namespace complexion {
+namespace complexion::jpeg {
 
 /// The metadata of a JPEG file.
-PictureMetadata readJpegMetadata(ByteView file);
+PictureMetadata readMetadata(ByteView file);
 
 /// Returns `written`, a JPEG file, with the metadata segments of `source`, another one, byte for byte and in
 /// order, except those that describe the coding or show the unretouched photo. Of the data behind
 /// the source's picture they describe what is `kept`; the offsets in the multi-picture index have to be set
 /// when the file's length is known.
-Result<FileContents> withJpegSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
-                                        const KeptAttachments& kept = {});
+Result<FileContents> withSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
+                                    const KeptAttachments& kept = {});
 
 /// Returns `written`, a JPEG file, with metadata from another format.
-Result<FileContents> withJpegMetadata(const PictureMetadata& metadata, ByteView written,
-                                      ThumbnailMaker& maker);
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written, ThumbnailMaker& maker);
 
 /// The EXIF block that a JPEG file gets from `metadata`, before its thumbnail is renewed.
-Bytes exifForJpeg(const PictureMetadata& metadata);
+Bytes exifFor(const PictureMetadata& metadata);
 
-} // namespace complexion
+} // namespace complexion::jpeg

@@ -7,26 +7,26 @@
 #include <string>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::jpeg {
 
-bool isXmpSegment(const jpeg::Segment& segment);
+bool isXmpSegment(const Segment& segment);
 
 /// The XMP packet of a JPEG file in UTF-8: the main packet, merged with the extension that it refers to if
 /// that is complete.
-Bytes xmpOfJpeg(const std::vector<jpeg::Segment>& segments);
+Bytes xmpOf(const std::vector<Segment>& segments);
 
 /// Splits a packet of any length into segments.
 Bytes segmentsOfXmp(ByteView packet);
 
 /// A file's XMP segments as they are carried to another JPEG file: byte for byte, except for thumbnails and
 /// for what `change` makes of a packet in UTF-8, which it may return as it is.
-class CarriedJpegXmp {
+class CarriedXmp {
 public:
     using Change = std::function<std::string(std::string_view packet)>;
-    CarriedJpegXmp(const std::vector<jpeg::Segment>& segments, Change change);
+    CarriedXmp(const std::vector<Segment>& segments, Change change);
 
     /// The bytes that replace `segment` in the new file; nullopt if it is not an XMP segment.
-    std::optional<Bytes> carried(const jpeg::Segment& segment) const;
+    std::optional<Bytes> carried(const Segment& segment) const;
 
 private:
     Bytes changed(ByteView packet) const;
@@ -34,8 +34,8 @@ private:
     Change m_change;
     // Empty unless the extension changes.
     ByteView m_main;
-    std::vector<const jpeg::Segment*> m_pieces; // sorted by address
-    Bytes m_replacement;                        // in the main packet's place
+    std::vector<const Segment*> m_pieces; // sorted by address
+    Bytes m_replacement;                  // in the main packet's place
 };
 
-} // namespace complexion
+} // namespace complexion::jpeg

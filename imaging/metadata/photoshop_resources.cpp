@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-namespace complexion {
+namespace complexion::photoshop {
 
 namespace {
 
@@ -89,11 +89,11 @@ void appendCarried(Bytes& to, const Resource& resource) {
         return;
     case kExifResource: {
         Bytes exif(resource.data.begin(), resource.data.end());
-        removeThumbnail(exif);
+        exif::removeThumbnail(exif);
         return appendResource(to, resource.header, exif);
     }
     case kXmpResource:
-        return appendResource(to, resource.header, xmpToCarry(resource.data));
+        return appendResource(to, resource.header, xmp::toCarry(resource.data));
     case kIptcResource: {
         const Bytes iptc = iptcToCarry(resource.data);
         if (iptc.size() == resource.data.size())
@@ -132,7 +132,7 @@ Bytes resourcesToCarry(ByteView resources) {
     return carried;
 }
 
-Bytes iptcOfResources(ByteView resources) {
+Bytes iptcOf(ByteView resources) {
     Bytes iptc;
     forEachResource(resources, [&](const Resource& resource) {
         if (resource.id == kIptcResource)
@@ -141,7 +141,7 @@ Bytes iptcOfResources(ByteView resources) {
     return iptc;
 }
 
-Bytes resourcesWithoutIptc(ByteView resources) {
+Bytes withoutIptc(ByteView resources) {
     Bytes others;
     forEachResource(resources, [&](const Resource& resource) {
         if (resource.id != kIptcResource)
@@ -150,7 +150,7 @@ Bytes resourcesWithoutIptc(ByteView resources) {
     return others;
 }
 
-Bytes resourcesWithIptc(ByteView resources, ByteView iptc) {
+Bytes withIptc(ByteView resources, ByteView iptc) {
     Bytes all;
     if (!iptc.empty()) {
         constexpr std::array<std::uint8_t, 8> kHeader = {'8', 'B', 'I', 'M', 0x04, 0x04, 0, 0};
@@ -172,4 +172,4 @@ Bytes iptcToCarry(ByteView iptc) {
     return carried;
 }
 
-} // namespace complexion
+} // namespace complexion::photoshop

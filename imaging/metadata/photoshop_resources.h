@@ -3,7 +3,7 @@
 
 #include "imaging/containers/byte_order.h"
 
-namespace complexion {
+namespace complexion::photoshop {
 
 // Photoshop image resources (a sequence of "8BIM" blocks) as embedded in JPEG, TIFF and other files.
 
@@ -13,13 +13,13 @@ namespace complexion {
 Bytes resourcesToCarry(ByteView resources);
 
 /// The IPTC records among the resources; empty if there are none.
-Bytes iptcOfResources(ByteView resources);
+Bytes iptcOf(ByteView resources);
 
 /// Separates the other resources from IPTC records, and combines them again with the IPTC records first.
-Bytes resourcesWithoutIptc(ByteView resources);
-Bytes resourcesWithIptc(ByteView resources, ByteView iptc);
+Bytes withoutIptc(ByteView resources);
+Bytes withIptc(ByteView resources, ByteView iptc);
 
 /// IPTC records without an embedded preview.
 Bytes iptcToCarry(ByteView iptc);
 
-} // namespace complexion
+} // namespace complexion::photoshop

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <array>
 
-namespace complexion {
+namespace complexion::png {
 
 namespace {
 
@@ -44,7 +44,7 @@ bool isMetadata(std::string_view name) {
 bool isColor(ByteView file) {
     constexpr std::size_t kColorType = 9; // offset in the header chunk
     constexpr unsigned kColorBit = 2;
-    const auto header = png::findChunk(file, "IHDR");
+    const auto header = findChunk(file, "IHDR");
     return header && header->size() > kColorType && ((*header)[kColorType] & kColorBit) != 0;
 }
 
@@ -52,40 +52,41 @@ ByteView withoutStart(ByteView bytes, std::string_view start) {
     return startsWith(bytes, start) ? bytes.subspan(start.size()) : bytes;
 }
 
-bool isPhotoshopProfile(const png::RawProfile& profile) {
+bool isPhotoshopProfile(const RawProfile& profile) {
     return profile.kind == "8bim" || profile.kind == "iptc";
 }
 
 Bytes exifChunk(Bytes exif, ThumbnailMaker& maker) {
     if (exif.empty())
         return {};
-    renewThumbnail(exif, maker, exif.size() + kRoomForThumbnail);
+    exif::renewThumbnail(exif, maker, exif.size() + kRoomForThumbnail);
     return png::chunk(kExifChunk, exif);
 }
 
-Bytes carriedProfile(const png::Chunk& chunk, const png::RawProfile& profile) {
+Bytes carriedProfile(const Chunk& chunk, const RawProfile& profile) {
     // EXIF is written as an eXIf chunk; the colour profile of the source's pixels is not carried.
     if (profile.isExif() || profile.kind == "icc" || profile.kind == "icm")
         return {};
     Bytes carried = profile.bytes;
     if (isPhotoshopProfile(profile))
-        carried = startsWith(carried, "8BIM") ? resourcesToCarry(carried) : iptcToCarry(carried);
+        carried = startsWith(carried, "8BIM") ? photoshop::resourcesToCarry(carried)
+                                              : photoshop::iptcToCarry(carried);
     else if (profile.isXmp())
-        carried = xmpToCarry(carried);
+        carried = xmp::toCarry(carried);
     if (carried == profile.bytes)
         return {chunk.whole.begin(), chunk.whole.end()};
-    return png::rawProfileChunk(profile.kind, carried);
+    return rawProfileChunk(profile.kind, carried);
 }
 
 /// A metadata chunk as it is carried to the new file.
-Bytes carriedChunk(const png::Chunk& chunk, std::size_t& budget) {
-    if (const auto text = png::readText(chunk, budget)) {
-        if (const auto profile = png::rawProfile(*text))
+Bytes carriedChunk(const Chunk& chunk, std::size_t& budget) {
+    if (const auto text = readText(chunk, budget)) {
+        if (const auto profile = rawProfile(*text))
             return carriedProfile(chunk, *profile);
         if (text->keyword == kXmpKeyword) {
-            const Bytes xmp = xmpToCarry(bytesOf(text->text));
+            const Bytes xmp = xmp::toCarry(bytesOf(text->text));
             if (textOf(xmp) != text->text)
-                return png::internationalTextChunk(kXmpKeyword, textOf(xmp));
+                return internationalTextChunk(kXmpKeyword, textOf(xmp));
         }
     }
     return {chunk.whole.begin(), chunk.whole.end()};
@@ -93,11 +94,11 @@ Bytes carriedChunk(const png::Chunk& chunk, std::size_t& budget) {
 
 /// `written` with its metadata chunks replaced by `metadata`, placed before the pixels.
 Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDensity) {
-    Bytes file(png::kSignature.begin(), png::kSignature.end());
+    Bytes file(kSignature.begin(), kSignature.end());
     file.reserve(written.size() + metadata.size());
     bool isInserted = false;
     bool isWhole = false;
-    for (const png::Chunk& chunk : png::split(written)) {
+    for (const Chunk& chunk : split(written)) {
         if (chunk.name == "IDAT" && !isInserted) {
             append(file, metadata);
             isInserted = true;
@@ -113,7 +114,7 @@ Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDen
     return contents;
 }
 
-std::optional<Resolution> resolutionOf(const png::Chunk& density) {
+std::optional<Resolution> resolutionOf(const Chunk& density) {
     const auto number = [&density](std::size_t offset, std::size_t length) {
         return static_cast<std::uint32_t>(numberAt(density.data, offset, length, ByteOrder::BigEndian));
     };
@@ -134,13 +135,13 @@ Bytes densityChunk(const Resolution& resolution) {
     return png::chunk(kDensityChunk, data);
 }
 
-void readProfile(const png::RawProfile& profile, PictureMetadata& metadata) {
+void readProfile(const RawProfile& profile, PictureMetadata& metadata) {
     if (profile.isXmp() && metadata.xmp.empty()) {
         const ByteView xmp = withoutStart(profile.bytes, kXmpStart);
         metadata.xmp.assign(xmp.begin(), xmp.end());
     } else if (isPhotoshopProfile(profile) && startsWith(profile.bytes, "8BIM")) {
-        append(metadata.iptc, iptcOfResources(profile.bytes));
-        append(metadata.photoshop, resourcesWithoutIptc(profile.bytes));
+        append(metadata.iptc, photoshop::iptcOf(profile.bytes));
+        append(metadata.photoshop, photoshop::withoutIptc(profile.bytes));
     } else if (profile.kind == "iptc") {
         append(metadata.iptc, profile.bytes);
     }
@@ -148,18 +149,18 @@ void readProfile(const png::RawProfile& profile, PictureMetadata& metadata) {
 
 } // namespace
 
-PictureMetadata readPngMetadata(ByteView file) {
+PictureMetadata readMetadata(ByteView file) {
     PictureMetadata metadata;
-    const std::vector<png::Chunk> chunks = png::split(file);
+    const std::vector<Chunk> chunks = split(file);
     metadata.exif = png::exif(chunks);
-    std::size_t budget = png::kMaxInflatedText;
-    for (const png::Chunk& chunk : chunks) {
+    std::size_t budget = kMaxInflatedText;
+    for (const Chunk& chunk : chunks) {
         if (chunk.name == kDensityChunk)
             metadata.resolution = resolutionOf(chunk);
-        const auto text = png::readText(chunk, budget);
+        const auto text = readText(chunk, budget);
         if (!text)
             continue;
-        if (const auto profile = png::rawProfile(*text))
+        if (const auto profile = rawProfile(*text))
             readProfile(*profile, metadata);
         else if (text->keyword == kXmpKeyword)
             metadata.xmp.assign(text->text.begin(), text->text.end());
@@ -170,40 +171,40 @@ PictureMetadata readPngMetadata(ByteView file) {
     return metadata;
 }
 
-Bytes exifForPng(const PictureMetadata& metadata) {
+Bytes exifFor(const PictureMetadata& metadata) {
     return tiff::readHeader(metadata.exif) ? metadata.exif : Bytes();
 }
 
-Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
-    const std::vector<png::Chunk> chunks = png::split(source);
+Result<FileContents> withChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker) {
+    const std::vector<Chunk> chunks = split(source);
     Bytes metadata = exifChunk(png::exif(chunks), maker);
     bool hasDensity = false;
-    std::size_t budget = png::kMaxInflatedText;
-    for (const png::Chunk& chunk : chunks) {
+    std::size_t budget = kMaxInflatedText;
+    for (const Chunk& chunk : chunks) {
         const bool isSecondDensity = chunk.name == kDensityChunk && hasDensity;
         if (!isMetadata(chunk.name) || chunk.name == kExifChunk || isSecondDensity)
             continue;
         hasDensity = hasDensity || chunk.name == kDensityChunk;
         append(metadata, carriedChunk(chunk, budget));
     }
-    if (const auto codes = png::findChunk(source, kCodePointsChunk);
-        codes && isColor(source) && isColor(written))
+    if (const auto codes = findChunk(source, kCodePointsChunk); codes && isColor(source) && isColor(written))
         append(metadata, png::chunk(kCodePointsChunk, *codes));
     return withChunks(written, metadata, true); // a photo without a density gets none
 }
 
-Result<FileContents> withPngMetadata(const PictureMetadata& source, ByteView written, ThumbnailMaker& maker) {
-    Bytes metadata = exifChunk(exifForPng(source), maker);
+Result<FileContents> withMetadata(const PictureMetadata& source, ByteView written, ThumbnailMaker& maker) {
+    Bytes metadata = exifChunk(exifFor(source), maker);
     if (source.resolution)
         append(metadata, densityChunk(*source.resolution));
     if (!source.xmp.empty())
-        append(metadata, png::internationalTextChunk(kXmpKeyword, textOf(xmpToCarry(source.xmp))));
-    if (const Bytes resources = resourcesToCarry(resourcesWithIptc(source.photoshop, source.iptc));
+        append(metadata, internationalTextChunk(kXmpKeyword, textOf(xmp::toCarry(source.xmp))));
+    if (const Bytes resources =
+            photoshop::resourcesToCarry(photoshop::withIptc(source.photoshop, source.iptc));
         !resources.empty())
-        append(metadata, png::rawProfileChunk("iptc", resources));
+        append(metadata, rawProfileChunk("iptc", resources));
     for (const TextNote& note : source.notes)
-        append(metadata, png::textChunk(note.keyword, note.text));
+        append(metadata, textChunk(note.keyword, note.text));
     return withChunks(written, metadata, source.resolution.has_value());
 }
 
-} // namespace complexion
+} // namespace complexion::png

@@ -5,20 +5,19 @@
 #include "imaging/metadata/picture_metadata.h"
 #include "imaging/metadata/thumbnail_maker.h"
 
-namespace complexion {
+namespace complexion::png {
 
 /// The metadata of a PNG file.
-PictureMetadata readPngMetadata(ByteView file);
+PictureMetadata readMetadata(ByteView file);
 
 /// Returns `written`, a PNG file, with the metadata chunks of another PNG file, byte for byte and in order,
 /// before its first IDAT chunk.
-Result<FileContents> withPngChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker);
+Result<FileContents> withChunksOf(ByteView source, ByteView written, ThumbnailMaker& maker);
 
 /// Returns `written`, a PNG file, with metadata from another format.
-Result<FileContents> withPngMetadata(const PictureMetadata& metadata, ByteView written,
-                                     ThumbnailMaker& maker);
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written, ThumbnailMaker& maker);
 
 /// The EXIF block that a PNG file gets from `metadata`, before its thumbnail is renewed.
-Bytes exifForPng(const PictureMetadata& metadata);
+Bytes exifFor(const PictureMetadata& metadata);
 
-} // namespace complexion
+} // namespace complexion::png

@@ -4,25 +4,25 @@
 #include "imaging/base/result.h"
 #include "imaging/metadata/picture_metadata.h"
 
-namespace complexion {
+namespace complexion::tiff {
 
 /// Whether the metadata of `source`, a TIFF file, have a maker note so far from its start that the strips
 /// have to fill the room before it: its own offsets are true only where it was.
 bool needsStripsForMakerNote(ByteView source);
 
 /// The metadata of a TIFF file's first picture.
-PictureMetadata readTiffMetadata(ByteView file);
+PictureMetadata readMetadata(ByteView file);
 
 /// Returns `written`, a TIFF file of one picture, with the tags of the first picture of another TIFF file,
 /// except those that describe its coding. The strips keep their bytes but may move.
 /// `written` may be the start of a file, up to its strips; then so is the result, and the same strips follow
 /// it.
-Result<FileContents> withTiffTagsOf(ByteView source, ByteView written);
+Result<FileContents> withTagsOf(ByteView source, ByteView written);
 
 /// `written`, a TIFF file of one picture or its start, as above, with metadata from another format.
-Result<FileContents> withTiffMetadata(const PictureMetadata& metadata, ByteView written);
+Result<FileContents> withMetadata(const PictureMetadata& metadata, ByteView written);
 
 /// The tags that a TIFF file gets from the EXIF block of `metadata`, as an EXIF block.
-Bytes exifForTiff(const PictureMetadata& metadata);
+Bytes exifFor(const PictureMetadata& metadata);
 
-} // namespace complexion
+} // namespace complexion::tiff

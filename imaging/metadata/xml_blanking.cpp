@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/metadata/xml_blanking.h"
 
-namespace complexion {
+namespace complexion::xml {
 
 namespace {
 
@@ -70,4 +70,4 @@ std::size_t findValue(std::string_view xml, std::string_view name, std::size_t f
     return std::string::npos;
 }
 
-} // namespace complexion
+} // namespace complexion::xml

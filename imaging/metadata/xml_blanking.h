@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::xml {
 
 // Changes of an XML text that keep its length: what is taken out becomes blanks.
 
@@ -21,4 +21,4 @@ void blankProperty(std::string& xml, std::string_view name);
 /// The offset of the value of the next attribute or element `name` from `from` on; npos if there is none.
 std::size_t findValue(std::string_view xml, std::string_view name, std::size_t from);
 
-} // namespace complexion
+} // namespace complexion::xml

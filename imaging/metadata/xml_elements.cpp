@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <array>
 
-namespace complexion {
+namespace complexion::xml {
 
 namespace {
 
@@ -75,9 +75,9 @@ std::optional<Markup> nextMarkup(std::string_view xml, std::size_t from) {
 
 } // namespace
 
-std::optional<XmlElement> findXmlElement(std::string_view xml, std::size_t from, std::size_t to) {
+std::optional<Element> findElement(std::string_view xml, std::size_t from, std::size_t to) {
     xml = xml.substr(0, to);
-    XmlElement element;
+    Element element;
     std::size_t depth = 0;
     for (std::size_t at = from;;) {
         const std::optional<Markup> markup = nextMarkup(xml, at);
@@ -107,18 +107,18 @@ std::optional<XmlElement> findXmlElement(std::string_view xml, std::size_t from,
     }
 }
 
-std::vector<XmlElement> xmlChildren(std::string_view xml, const XmlElement& element) {
-    std::vector<XmlElement> children;
+std::vector<Element> children(std::string_view xml, const Element& element) {
+    std::vector<Element> children;
     std::size_t at = element.contentBegin;
-    while (const auto child = findXmlElement(xml, at, element.contentEnd)) {
+    while (const auto child = findElement(xml, at, element.contentEnd)) {
         children.push_back(*child);
         at = child->end;
     }
     return children;
 }
 
-std::vector<XmlAttribute> xmlAttributes(std::string_view xml, const XmlElement& element) {
-    std::vector<XmlAttribute> attributes;
+std::vector<Attribute> attributes(std::string_view xml, const Element& element) {
+    std::vector<Attribute> attributes;
     const std::string_view tag = xml.substr(0, element.contentBegin);
     std::size_t at = element.begin + 1 + element.name.size();
     for (;;) {
@@ -138,4 +138,4 @@ std::vector<XmlAttribute> xmlAttributes(std::string_view xml, const XmlElement& 
     }
 }
 
-} // namespace complexion
+} // namespace complexion::xml

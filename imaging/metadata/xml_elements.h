@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-namespace complexion {
+namespace complexion::xml {
 
 /// An element of an XML text, as offsets into the text. An empty-element tag has empty content at its end.
-struct XmlElement {
+struct Element {
     std::string_view name;
     /// From its first "<" to just after its last ">".
     std::size_t begin = 0;
@@ -19,7 +19,7 @@ struct XmlElement {
 };
 
 /// An attribute of a start tag: the whole `name="value"`, the name, and the value without quotes.
-struct XmlAttribute {
+struct Attribute {
     std::string_view name;
     std::string_view value;
     std::string_view whole;
@@ -28,10 +28,10 @@ struct XmlAttribute {
 /// The first element of `xml` between two offsets; nullopt if there is none, if it does not end there, or if
 /// a document type declaration, which could define entities, precedes its end. Takes linear time and constant
 /// memory at any nesting depth.
-std::optional<XmlElement> findXmlElement(std::string_view xml, std::size_t from, std::size_t to);
+std::optional<Element> findElement(std::string_view xml, std::size_t from, std::size_t to);
 
-std::vector<XmlElement> xmlChildren(std::string_view xml, const XmlElement& element);
+std::vector<Element> children(std::string_view xml, const Element& element);
 
-std::vector<XmlAttribute> xmlAttributes(std::string_view xml, const XmlElement& element);
+std::vector<Attribute> attributes(std::string_view xml, const Element& element);
 
-} // namespace complexion
+} // namespace complexion::xml

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace complexion {
+namespace complexion::xmp {
 
 namespace {
 
@@ -26,7 +26,7 @@ Bytes bytesOfText(const std::string& text) {
 
 } // namespace
 
-Bytes xmpInUtf8(ByteView packet) {
+Bytes inUtf8(ByteView packet) {
     // An XML text begins with "<" or a byte order mark.
     std::string xml;
     if (startsWith(packet, "\xfe\xff"sv) || startsWith(packet, "\0<"sv))
@@ -40,36 +40,36 @@ Bytes xmpInUtf8(ByteView packet) {
     return bytesOfText(xml);
 }
 
-Bytes xmpToCarry(ByteView packet) {
-    const Bytes utf8 = xmpInUtf8(packet);
+Bytes toCarry(ByteView packet) {
+    const Bytes utf8 = inUtf8(packet);
     std::string xml(textOf(utf8));
     for (const std::string_view name : kPictures)
-        blankProperty(xml, name);
+        xml::blankProperty(xml, name);
     if (xml == textOf(utf8))
         return {packet.begin(), packet.end()};
     return bytesOfText(xml);
 }
 
-Bytes xmpUpright(ByteView packet) {
+Bytes upright(ByteView packet) {
     std::string xml(textOf(packet));
-    for (std::size_t at = 0; (at = findValue(xml, kOrientationName, at)) != std::string::npos; ++at)
+    for (std::size_t at = 0; (at = xml::findValue(xml, kOrientationName, at)) != std::string::npos; ++at)
         if (at < xml.size() && xml[at] >= '1' && xml[at] <= '8')
             xml[at] = '1';
     return bytesOfText(xml);
 }
 
-std::string_view xmpExtensionDigest(std::string_view packet) {
-    const std::size_t value = findValue(packet, kExtensionName, 0);
+std::string_view extensionDigest(std::string_view packet) {
+    const std::size_t value = xml::findValue(packet, kExtensionName, 0);
     if (value == std::string_view::npos)
         return {};
     const std::string_view rest = packet.substr(value);
     return rest.substr(0, rest.find_first_of("\"'<"));
 }
 
-Bytes xmpWithoutExtension(ByteView packet) {
+Bytes withoutExtension(ByteView packet) {
     std::string xml(textOf(packet));
-    blankProperty(xml, kExtensionName);
+    xml::blankProperty(xml, kExtensionName);
     return bytesOfText(xml);
 }
 
-} // namespace complexion
+} // namespace complexion::xmp

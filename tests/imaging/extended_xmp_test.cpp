@@ -58,7 +58,7 @@ std::string jpegWith(const std::string& segments) {
 
 /// A photo with a main packet and an extension in three pieces.
 std::string extendedPhoto(const std::string& extension = kExtension) {
-    const std::string digest = xmpDigest(extension);
+    const std::string digest = xmp::digest(extension);
     const std::size_t third = extension.size() / 3;
     std::string segments = jpegSegmentOf(0xe1, kMainStart + mainNaming(digest));
     // Out of order, as the offsets decide.
@@ -86,10 +86,10 @@ std::string written(Container container) {
 std::string xmpIn(const std::string& file) {
     const ByteView view = viewOf(file);
     const Container container = containerOf(view).value_or(Container::Bmp);
-    const PictureMetadata metadata = container == Container::Jpeg   ? readJpegMetadata(view)
-                                     : container == Container::Png  ? readPngMetadata(view)
-                                     : container == Container::Tiff ? readTiffMetadata(view)
-                                                                    : readGifMetadata(view);
+    const PictureMetadata metadata = container == Container::Jpeg   ? jpeg::readMetadata(view)
+                                     : container == Container::Png  ? png::readMetadata(view)
+                                     : container == Container::Tiff ? tiff::readMetadata(view)
+                                                                    : gif::readMetadata(view);
     return {metadata.xmp.begin(), metadata.xmp.end()};
 }
 
@@ -114,7 +114,7 @@ TEST(ExtendedXmp, BecomesOnePacketInOtherFormats) {
 }
 
 TEST(ExtendedXmp, OfAnInvalidExtensionOnlyTheMainPacketIsCarried) {
-    const std::string digest = xmpDigest(kExtension);
+    const std::string digest = xmp::digest(kExtension);
     const std::string start = jpegSegmentOf(0xe1, kMainStart + mainNaming(digest));
     const std::size_t length = kExtension.size();
     const std::string first = kExtension.substr(0, 500);
@@ -147,7 +147,7 @@ TEST(ExtendedXmp, OfAnInvalidExtensionOnlyTheMainPacketIsCarried) {
 TEST(ExtendedXmp, NamespacesOfEnclosingElementsAreKept) {
     const std::string extension = "<r:RDF xmlns:r=\"rdf/\" xmlns:big=\"b/\" xmlns:own=\"outer/\">"
                                   "<r:Description xmlns:own=\"inner/\" big:One=\"1\"/></r:RDF>";
-    const auto joined = joinedXmp(packetOf("<rdf:Description a=\"b\"/>"), extension);
+    const auto joined = xmp::joined(packetOf("<rdf:Description a=\"b\"/>"), extension);
     EXPECT_EQ(joined, packetOf("<rdf:Description a=\"b\"/><r:Description xmlns:r=\"rdf/\" xmlns:big=\"b/\" "
                                "xmlns:own=\"inner/\" big:One=\"1\"/>"));
 }
@@ -160,10 +160,10 @@ TEST(ExtendedXmp, NamespacesAndEntitiesThatWouldInflateThePacketAreRefused) {
     for (int i = 0; i < 10'000; ++i)
         nodes += "<a/>";
     const std::string main = packetOf("<b/>");
-    EXPECT_TRUE(joinedXmp(main, "<rdf:RDF" + names + "><a/></rdf:RDF>"));
-    EXPECT_FALSE(joinedXmp(main, "<rdf:RDF" + names + ">" + nodes + "</rdf:RDF>"));
-    EXPECT_FALSE(joinedXmp(main, "<rdf:RDF" + names + names + "><a/></rdf:RDF>"));
-    EXPECT_FALSE(joinedXmp(main, "<!DOCTYPE a [<!ENTITY e \"eee\">]><rdf:RDF><a/></rdf:RDF>"));
+    EXPECT_TRUE(xmp::joined(main, "<rdf:RDF" + names + "><a/></rdf:RDF>"));
+    EXPECT_FALSE(xmp::joined(main, "<rdf:RDF" + names + ">" + nodes + "</rdf:RDF>"));
+    EXPECT_FALSE(xmp::joined(main, "<rdf:RDF" + names + names + "><a/></rdf:RDF>"));
+    EXPECT_FALSE(xmp::joined(main, "<!DOCTYPE a [<!ENTITY e \"eee\">]><rdf:RDF><a/></rdf:RDF>"));
 }
 
 TEST(ExtendedXmp, RemovingThumbnailsFromTheExtensionUpdatesItsDigest) {
@@ -172,7 +172,7 @@ TEST(ExtendedXmp, RemovingThumbnailsFromTheExtensionUpdatesItsDigest) {
                  "<xmp:Kept>kept</xmp:Kept></rdf:Description>");
     const std::string result = carried(extendedPhoto(extension), written(Container::Jpeg));
     EXPECT_FALSE(contains(result, "face"));
-    EXPECT_FALSE(contains(result, xmpDigest(extension)));
+    EXPECT_FALSE(contains(result, xmp::digest(extension)));
     EXPECT_TRUE(contains(xmpIn(result), "<xmp:Kept>kept</xmp:Kept>"));
     EXPECT_EQ(carried(result, written(Container::Jpeg)), result);
 }
@@ -251,8 +251,8 @@ TEST(ExtendedXmp, OfAPacketTooLongForASegmentTheLargestPropertiesMoveToTheExtens
         }
         EXPECT_EQ(pieces.size(), 4U);
         for (const std::string& piece : pieces)
-            EXPECT_EQ(piece.substr(35, 36), xmpDigest(extension) + bigNumber(extension.size(), 4));
-        EXPECT_TRUE(contains(mains.front(), "xmpNote:HasExtendedXMP=\"" + xmpDigest(extension) + "\""));
+            EXPECT_EQ(piece.substr(35, 36), xmp::digest(extension) + bigNumber(extension.size(), 4));
+        EXPECT_TRUE(contains(mains.front(), "xmpNote:HasExtendedXMP=\"" + xmp::digest(extension) + "\""));
         EXPECT_TRUE(extension ==
                     packetOf("<rdf:Description rdf:about=\"the picture\" xmlns:s=\"s/\" s:Wide=\"" +
                              std::string(150'000, 'w') + "\"><s:Deep><rdf:Seq><rdf:li>" +
@@ -274,7 +274,7 @@ TEST(ExtendedXmp, ALongPacketKeepsAllItsPropertiesThroughJpeg) {
 TEST(ExtendedXmp, IsNotNeededForPaddingOnly) {
     const std::string packet = packetOf("<rdf:Description/>");
     const std::string end = "<?xpacket end=\"w\"?>";
-    const DividedXmp divided = dividedXmp(packet + std::string(70'000, ' ') + end, kMaxMainBytes);
+    const xmp::DividedPacket divided = xmp::divided(packet + std::string(70'000, ' ') + end, kMaxMainBytes);
     EXPECT_EQ(divided.main, packet + "\n" + end);
     EXPECT_EQ(divided.extension, "");
 }
@@ -284,8 +284,8 @@ TEST(ExtendedXmp, IsNotNeededForAPacketThatJustFits) {
     const std::string fits =
         packetOf("<rdf:Description a=\"" + std::string(kMaxMainBytes - small.size(), 'a') + "\"/>");
     ASSERT_EQ(fits.size(), kMaxMainBytes);
-    EXPECT_EQ(dividedXmp(fits, kMaxMainBytes).main, fits);
-    const DividedXmp divided = dividedXmp(fits + ' ', kMaxMainBytes);
+    EXPECT_EQ(xmp::divided(fits, kMaxMainBytes).main, fits);
+    const xmp::DividedPacket divided = xmp::divided(fits + ' ', kMaxMainBytes);
     EXPECT_LT(divided.main.size(), 400U);
     EXPECT_GT(divided.extension.size(), 60'000U);
 }
@@ -302,9 +302,9 @@ TEST(ExtendedXmp, APacketThatCannotBeDividedBecomesTheExtension) {
         "<!DOCTYPE a>" + long70,
     };
     for (const std::string& packet : packets) {
-        const DividedXmp divided = dividedXmp(packet, kMaxMainBytes);
+        const xmp::DividedPacket divided = xmp::divided(packet, kMaxMainBytes);
         EXPECT_EQ(divided.extension, packet);
-        EXPECT_TRUE(contains(divided.main, xmpDigest(packet)));
+        EXPECT_TRUE(contains(divided.main, xmp::digest(packet)));
         EXPECT_LT(divided.main.size(), 400U);
     }
 }
@@ -333,8 +333,8 @@ TEST(ExtendedXmp, AReferenceToAMissingExtensionIsRemoved) {
 
 TEST(XmpDigest, IsMd5) {
     // RFC 1321, A.5.
-    EXPECT_EQ(xmpDigest(""), "D41D8CD98F00B204E9800998ECF8427E");
-    EXPECT_EQ(xmpDigest("message digest"), "F96B697D7CB7938D525A2F31AAF161D0");
+    EXPECT_EQ(xmp::digest(""), "D41D8CD98F00B204E9800998ECF8427E");
+    EXPECT_EQ(xmp::digest("message digest"), "F96B697D7CB7938D525A2F31AAF161D0");
 }
 
 } // namespace

@@ -21,7 +21,7 @@ constexpr PixelSize kSize = {640, 480};
 constexpr PixelPosition kSpot = {200, 300};
 constexpr int kSpotRadius = 14;
 
-using Kind = JpegAttachment::Kind;
+using Kind = jpeg::Attachment::Kind;
 
 class GainMap : public testing::TestWithParam<HdrPhotoRecipe> {
 protected:
@@ -61,17 +61,17 @@ INSTANTIATE_TEST_SUITE_P(
                     HdrPhotoRecipe{.kind = HdrKind::Auxiliary},
                     HdrPhotoRecipe{.kind = HdrKind::Auxiliary, .hasPreview = true, .orientation = 6}));
 
-const JpegAttachment* findMap(const std::vector<JpegAttachment>& all) {
-    const auto found = std::ranges::find(all, Kind::GainMap, &JpegAttachment::kind);
+const jpeg::Attachment* findMap(const std::vector<jpeg::Attachment>& all) {
+    const auto found = std::ranges::find(all, Kind::GainMap, &jpeg::Attachment::kind);
     return found == all.end() ? nullptr : &*found;
 }
 
 /// That all the file says of what is behind its picture is so.
 void expectTrueDeclarations(const std::string& file, bool hasMap) {
     const ByteView bytes = bytesOf(file);
-    const std::vector<JpegAttachment> all = jpegAttachments(bytes);
+    const std::vector<jpeg::Attachment> all = jpeg::attachments(bytes);
     ASSERT_EQ(all.size(), hasMap ? 1U : 0U);
-    const std::optional<MultiPictureIndex> index = multiPictureIndex(bytes);
+    const std::optional<jpeg::MultiPictureIndex> index = jpeg::multiPictureIndex(bytes);
     ASSERT_EQ(index.has_value(), hasMap);
     for (const std::string_view movie : {"MotionPhoto=", "MicroVideoOffset=", "video/mp4"})
         EXPECT_FALSE(contains(file, movie)) << movie;
@@ -92,8 +92,8 @@ void expectTrueDeclarations(const std::string& file, bool hasMap) {
 }
 
 TEST_P(GainMap, IsFoundInThePhoto) {
-    const std::vector<JpegAttachment> all = jpegAttachments(bytesOf(photo.file));
-    const JpegAttachment* const map = findMap(all);
+    const std::vector<jpeg::Attachment> all = jpeg::attachments(bytesOf(photo.file));
+    const jpeg::Attachment* const map = findMap(all);
     ASSERT_NE(map, nullptr);
     EXPECT_EQ(std::string(textOf(map->bytes)), photo.map);
     EXPECT_EQ(all.size(), 1U + (GetParam().hasPreview ? 1 : 0) + (GetParam().hasMovie ? 1 : 0));
@@ -108,7 +108,7 @@ TEST_P(GainMap, IsKeptByteForByteWhereNothingIsRetouched) {
 TEST_P(GainMap, IsRepairedWhereThePhotoIsAndStaysElsewhere) {
     const std::string file = saved(retouched());
     expectTrueDeclarations(file, true);
-    const std::vector<JpegAttachment> all = jpegAttachments(bytesOf(file));
+    const std::vector<jpeg::Attachment> all = jpeg::attachments(bytesOf(file));
     ASSERT_NE(findMap(all), nullptr);
     const std::vector<std::uint8_t> before = greyOf(bytesOf(photo.map));
     const std::vector<std::uint8_t> after = greyOf(findMap(all)->bytes);

@@ -122,7 +122,7 @@ TEST(JpegColorSpace, AreYCbCrForLazilyComputedPixels) {
 
 TEST(JpegColorSpace, AnRgbFileHasItsDensityInExif) {
     const Bytes file = encoded(kJpegCodec, noise(kSize).withSize({10, 10}));
-    EXPECT_EQ(readJpegMetadata(file).resolution, (Resolution{72, 72, Resolution::Unit::Inch}));
+    EXPECT_EQ(jpeg::readMetadata(file).resolution, (Resolution{72, 72, Resolution::Unit::Inch}));
     EXPECT_EQ(textOf(file).find("JFIF"), std::string_view::npos);
     EXPECT_EQ(decoded(kJpegCodec, file).size(), (PointSize{kSize.width * 1.0, kSize.height * 1.0}));
 }

@@ -47,7 +47,7 @@ const std::vector<TextNote> kComment = {{"Comment", "A comment, caf\xc3\xa9"}};
 TEST(MetadataAcrossFormats, FromJpegToPngLosesNothing) {
     const std::string written = encodedAs(kPngCodec, noise({9, 7}));
     const std::string png = carried(jpegPhoto(), written);
-    const PictureMetadata metadata = readPngMetadata(viewOf(png));
+    const PictureMetadata metadata = png::readMetadata(viewOf(png));
     EXPECT_EQ(text(metadata.exif), cameraExif(6).bytes());
     EXPECT_EQ(text(metadata.xmp), kXmp);
     EXPECT_EQ(text(metadata.iptc), kIptc);
@@ -59,8 +59,8 @@ TEST(MetadataAcrossFormats, FromJpegToPngLosesNothing) {
 
 TEST(MetadataAcrossFormats, FromJpegToTiffLosesNothing) {
     const std::string tiff = carried(jpegPhoto(), plainTiff());
-    const PictureMetadata metadata = readTiffMetadata(viewOf(tiff));
-    EXPECT_EQ(readExifBasics(metadata.exif).orientation, Orientation::RightTop);
+    const PictureMetadata metadata = tiff::readMetadata(viewOf(tiff));
+    EXPECT_EQ(exif::readBasics(metadata.exif).orientation, Orientation::RightTop);
     EXPECT_TRUE(contains(text(metadata.exif), kSampleMakerNote));
     EXPECT_EQ(text(metadata.xmp), kXmp);
     EXPECT_EQ(text(metadata.iptc), kIptc);
@@ -76,8 +76,8 @@ TEST(MetadataAcrossFormats, FromTiffToJpegKeepsTheTags) {
     source.main.push_back(SampleTiff::bytesTag(33723, kIptc));
     const std::string written = encodedAs(kJpegCodec, shaded({20, 10}));
     const std::string jpeg = carried(source.bytes(), written);
-    const PictureMetadata metadata = readJpegMetadata(viewOf(jpeg));
-    EXPECT_EQ(readExifBasics(metadata.exif).orientation, Orientation::BottomRight);
+    const PictureMetadata metadata = jpeg::readMetadata(viewOf(jpeg));
+    EXPECT_EQ(exif::readBasics(metadata.exif).orientation, Orientation::BottomRight);
     const std::size_t note = source.bytes().find(kSampleMakerNote);
     EXPECT_EQ(text(metadata.exif).substr(note, kSampleMakerNote.size()), kSampleMakerNote);
     EXPECT_EQ(text(metadata.xmp), kXmp);
@@ -88,7 +88,7 @@ TEST(MetadataAcrossFormats, FromTiffToJpegKeepsTheTags) {
 
 TEST(MetadataAcrossFormats, GifGetsCommentsIptcAndUprightXmp) {
     const std::string gif = carried(jpegPhoto(), encodedAs(kGifCodec, filled({5, 5}, grey(9))));
-    const PictureMetadata metadata = readGifMetadata(viewOf(gif));
+    const PictureMetadata metadata = gif::readMetadata(viewOf(gif));
     EXPECT_EQ(metadata.notes, kComment);
     EXPECT_EQ(text(metadata.xmp), "<x:xmpmeta tiff:Orientation=\"1\"/>");
     EXPECT_EQ(text(metadata.iptc), kIptc);
@@ -101,7 +101,7 @@ TEST(MetadataAcrossFormats, Utf16XmpBecomesUtf8) {
     for (const char character : kXmp)
         wide += character + "\0"s;
     const std::string png = carried(jpegPhoto(wide), encodedAs(kPngCodec, noise({9, 7})));
-    EXPECT_EQ(text(readPngMetadata(viewOf(png)).xmp), kXmp);
+    EXPECT_EQ(text(png::readMetadata(viewOf(png)).xmp), kXmp);
 }
 
 TEST(MetadataAcrossFormats, PngTextsBecomeComments) {
@@ -117,10 +117,10 @@ TEST(MetadataAcrossFormats, AnExifBlockTooLongForJpegLosesItsLongestValues) {
     exif.main.push_back(SampleTiff::bytesTag(65001, std::string(70'000, 'x')));
     const std::string png = withChunks(encodedAs(kPngCodec, noise({9, 7})), pngChunkOf("eXIf", exif.bytes()));
     const PictureMetadata metadata =
-        readJpegMetadata(viewOf(carried(png, encodedAs(kJpegCodec, shaded({9, 7})))));
+        jpeg::readMetadata(viewOf(carried(png, encodedAs(kJpegCodec, shaded({9, 7})))));
     EXPECT_LT(metadata.exif.size(), 65'528U);
     EXPECT_TRUE(contains(text(metadata.exif), kSampleMakerNote));
-    EXPECT_EQ(readExifBasics(metadata.exif).orientation, Orientation::RightTop);
+    EXPECT_EQ(exif::readBasics(metadata.exif).orientation, Orientation::RightTop);
     EXPECT_EQ(carriedOrientation(viewOf(png), Container::Jpeg), Orientation::RightTop);
 }
 
@@ -144,11 +144,11 @@ std::string sourceOf(Container container, int orientation) {
 Orientation orientationIn(const std::string& file) {
     switch (*containerOf(viewOf(file))) {
     case Container::Jpeg:
-        return readExifBasics(readJpegMetadata(viewOf(file)).exif).orientation;
+        return exif::readBasics(jpeg::readMetadata(viewOf(file)).exif).orientation;
     case Container::Png:
-        return readExifBasics(readPngMetadata(viewOf(file)).exif).orientation;
+        return exif::readBasics(png::readMetadata(viewOf(file)).exif).orientation;
     case Container::Tiff:
-        return readExifBasics(viewOf(file)).orientation;
+        return exif::readBasics(viewOf(file)).orientation;
     default:
         return Orientation::TopLeft;
     }

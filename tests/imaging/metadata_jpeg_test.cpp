@@ -109,9 +109,9 @@ std::string photoWithDensity(int unit, const std::string& segments = {}) {
 TEST(JpegMetadata, TheDensityIsWrittenToExifIfJfifIsImpossible) {
     const std::string result = carried(photoWithDensity(1), rgbJpeg());
     EXPECT_FALSE(contains(result, "JFIF"));
-    EXPECT_EQ(readJpegMetadata(viewOf(result)).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
+    EXPECT_EQ(jpeg::readMetadata(viewOf(result)).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
     const std::string centimetres = carried(photoWithDensity(2), rgbJpeg());
-    EXPECT_EQ(readExifBasics(readJpegMetadata(viewOf(centimetres)).exif).resolution,
+    EXPECT_EQ(exif::readBasics(jpeg::readMetadata(viewOf(centimetres)).exif).resolution,
               (Resolution{762, 508, Resolution::Unit::Inch}));
 }
 
@@ -120,8 +120,8 @@ TEST(JpegMetadata, AnExifBlockWithoutADensityGetsThatOfJfif) {
         "II*\0\x08\0\0\0\x01\0\x31\x01\x02\0\x04\0\0\0abc\0\0\0\0\0"s; // the software: "abc"
     const std::string source = photoWithDensity(1, exifSegment(block));
     EXPECT_TRUE(contains(carried(source, plainJpeg()), block));
-    const Bytes exif = readJpegMetadata(viewOf(carried(source, rgbJpeg()))).exif;
-    EXPECT_EQ(readExifBasics(exif).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
+    const Bytes exif = jpeg::readMetadata(viewOf(carried(source, rgbJpeg()))).exif;
+    EXPECT_EQ(exif::readBasics(exif).resolution, (Resolution{300, 200, Resolution::Unit::Inch}));
     EXPECT_TRUE(contains(std::string(exif.begin(), exif.end()), "abc"));
 }
 
@@ -143,7 +143,7 @@ TEST(JpegMetadata, NoExifIsAddedForAnAspectRatioOrTheDefaultDensity) {
 TEST(JpegMetadata, TheDensityOfAnotherFormatIsWrittenToExif) {
     std::string bmp = encodedAs(kBmpCodec, noise({8, 8}));
     bmp.replace(38, 8, littleNumber(11811, 4) + littleNumber(7874, 4));
-    const auto resolution = readJpegMetadata(viewOf(carried(bmp, rgbJpeg()))).resolution;
+    const auto resolution = jpeg::readMetadata(viewOf(carried(bmp, rgbJpeg()))).resolution;
     ASSERT_TRUE(resolution);
     EXPECT_NEAR(resolution->across, 300, 0.01);
     EXPECT_NEAR(resolution->down, 200, 0.01);
@@ -248,8 +248,8 @@ TEST(JpegMetadata, JunkBetweenSegmentsDoesNotPreventCarryingThem) {
         const std::string result = carried(source, plainJpeg());
         EXPECT_TRUE(contains(result, comment + xmp)) << junk;
         EXPECT_FALSE(contains(result, junk + comment)) << junk;
-        EXPECT_EQ(readJpegMetadata(viewOf(source)).notes.size(), 1U) << junk;
-        EXPECT_FALSE(readJpegMetadata(viewOf(source)).xmp.empty()) << junk;
+        EXPECT_EQ(jpeg::readMetadata(viewOf(source)).notes.size(), 1U) << junk;
+        EXPECT_FALSE(jpeg::readMetadata(viewOf(source)).xmp.empty()) << junk;
     }
 }
 

@@ -50,7 +50,7 @@ std::uint64_t makerNoteOffset(ByteView exif) {
     if (!header)
         return 0;
     const tiff::Directory directory = tiff::readDirectory(exif, *header, header->firstDirectory);
-    const tiff::Entry* note = makerNoteOf(directory);
+    const tiff::Entry* note = exif::makerNoteOf(directory);
     return note ? note->valueOffset : 0;
 }
 
@@ -62,12 +62,12 @@ TEST(MetadataOfPhotographs, IsCarriedCompletely) {
     for (const std::filesystem::path& path : files) {
         SCOPED_TRACE(path.filename());
         const std::string source = contentsOf(path);
-        const PictureMetadata before = readJpegMetadata(viewOf(source));
-        const PictureMetadata after = readJpegMetadata(viewOf(carried(source, written)));
+        const PictureMetadata before = jpeg::readMetadata(viewOf(source));
+        const PictureMetadata after = jpeg::readMetadata(viewOf(carried(source, written)));
         EXPECT_TRUE(valuesOf(after.exif) == valuesOf(before.exif));
         EXPECT_EQ(makerNoteOffset(after.exif), makerNoteOffset(before.exif));
         EXPECT_TRUE(after.iptc == before.iptc);
-        EXPECT_TRUE(after.photoshop == resourcesToCarry(before.photoshop));
+        EXPECT_TRUE(after.photoshop == photoshop::resourcesToCarry(before.photoshop));
         EXPECT_EQ(after.xmp.size(), before.xmp.size());
         EXPECT_TRUE(after.notes == before.notes);
         if (before.resolution) {

@@ -178,7 +178,7 @@ TEST(TiffMetadata, OverlappingValuesDoNotInflateTheMetadata) {
     for (int i = 0; i < kEntries; ++i)
         file += littleNumber(50000, 2) + littleNumber(7, 2) + littleNumber(kLength, 4) + littleNumber(8, 4);
     file += std::string(kLength, 'x');
-    const PictureMetadata metadata = readTiffMetadata(viewOf(file));
+    const PictureMetadata metadata = tiff::readMetadata(viewOf(file));
     EXPECT_LE(metadata.exif.size(), 3 * file.size());
 }
 
