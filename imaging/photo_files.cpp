@@ -27,12 +27,13 @@ Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::
     const std::optional<Readers> readers = readersOf(source);
     const Result<FileContents> whole =
         photo ? withMetadataOf(*photo, file, picture, kept) : Result<FileContents>(photo.error());
-    if (!whole && whole.error().kind == ErrorKind::OutOfMemory)
-        return whole.error();
-    if (!whole || !writeFileAtomically(path, *whole, readers))
+    const Result<Done> written =
+        whole ? writeFileAtomically(path, *whole, readers) : Result<Done>(whole.error());
+    if (written)
+        carryCreationDate(path, date);
+    else if (written.error().kind != ErrorKind::OutOfMemory)
         return writeFileAtomically(path, file, readers);
-    carryCreationDate(path, date);
-    return Done();
+    return written;
 }
 
 /// What follows the picture in a file that is saved as `format`.

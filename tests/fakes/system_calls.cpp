@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdio>
 #include <limits>
 #include <vector>
@@ -25,7 +26,7 @@ struct Fault {
     int failed = 0;
 };
 
-thread_local std::array<Fault, 9> faults;
+thread_local std::array<Fault, static_cast<std::size_t>(SystemCall::Writev) + 1> faults;
 thread_local std::string lastRenamedPath;
 thread_local int vainCloses = 0;
 thread_local int vainUnlinks = 0;
@@ -134,6 +135,10 @@ int fchmod(int fd, mode_t mode) noexcept {
     return calledOrFailed(SystemCall::Fchmod, &fchmod, "fchmod", fd, mode);
 }
 
+int fstat(int fd, struct stat* status) noexcept {
+    return calledOrFailed(SystemCall::Fstat, &fstat, "fstat", fd, status);
+}
+
 int fsync(int fd) {
     countIfInheritable(fd);
     return calledOrFailed(SystemCall::Fsync, &fsync, "fsync", fd);
@@ -141,6 +146,14 @@ int fsync(int fd) {
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
     return calledOrFailed(SystemCall::Linkat, &linkat, "linkat", fromFolder, from, toFolder, to, flags);
+}
+
+int open(const char* path, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    return calledOrFailed(SystemCall::Open, &open, "open", path, flags, mode);
 }
 
 int posix_fallocate(int fd, off_t offset, off_t length) {
@@ -159,8 +172,17 @@ int rename(const char* from, const char* to) noexcept {
     return calledOrFailed(SystemCall::Rename, &rename, "rename", from, to);
 }
 
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) noexcept {
+    return calledOrFailed(SystemCall::Renameat2, &renameat2, "renameat2", fromFolder, from, toFolder, to,
+                          flags);
+}
+
+int syncfs(int fd) noexcept {
+    return calledOrFailed(SystemCall::Syncfs, &syncfs, "syncfs", fd);
+}
+
 int unlink(const char* path) noexcept {
-    const int result = original(&unlink, "unlink")(path);
+    const int result = calledOrFailed(SystemCall::Unlink, &unlink, "unlink", path);
     vainUnlinks += result != 0 && errno == ENOENT ? 1 : 0;
     return result;
 }

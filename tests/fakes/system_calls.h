@@ -8,7 +8,22 @@ namespace complexion {
 
 /// The file operations of the C library that tests can make fail or transfer less. This header's source
 /// replaces the library's functions in every test program that links it.
-enum class SystemCall { Access, Close, Fchmod, Fsync, Linkat, PosixFallocate, Read, Rename, Writev };
+enum class SystemCall {
+    Access,
+    Close,
+    Fchmod,
+    Fstat,
+    Fsync,
+    Linkat,
+    Open,
+    PosixFallocate,
+    Read,
+    Rename,
+    Renameat2,
+    Syncfs,
+    Unlink,
+    Writev
+};
 
 /// While it exists, the first calls of one function on this thread fail; later calls succeed as usual.
 class FailingCalls {

@@ -74,6 +74,17 @@ TEST_F(FileFaults, FailsIfThePermissionsCannotBeSet) {
     expectFailureWith(SystemCall::Fchmod, EPERM);
 }
 
+TEST_F(FileFaults, FailsIfTheGroupOfTheNewFileIsUnknown) {
+    const std::optional<Readers> readers = readersOf(m_path);
+    ASSERT_TRUE(readers);
+    {
+        const FailingCalls failing(SystemCall::Fstat, EIO);
+        EXPECT_FALSE(writeFileAtomically(m_path, manyParts(), readers));
+        EXPECT_EQ(failing.failedCount(), 1);
+    }
+    expectUnchanged();
+}
+
 TEST_F(FileFaults, ATakenTemporaryNameIsReplacedByAnother) {
     const FailingCalls failing(SystemCall::Linkat, EEXIST, 4);
     EXPECT_TRUE(write());
@@ -238,6 +249,53 @@ TEST_F(FileFaults, ANamedPipeDoesNotBlock) {
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_FALSE(flushToDisk(pipe));
     const HeldFile held(pipe);
+}
+
+// Moving without replacing.
+
+TEST_F(FileFaults, MovesWhereTheFileSystemCannotRefuseToReplace) {
+    for (const int error : {EINVAL, ENOSYS}) {
+        const std::filesystem::path to = m_folder.path() / "free";
+        const FailingCalls failing(SystemCall::Renameat2, error);
+        EXPECT_TRUE(moveWithoutReplacing(m_path, to));
+        EXPECT_EQ(failing.failedCount(), 1);
+        EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"free"});
+        EXPECT_EQ(contentsOf(to), "an older file");
+        std::filesystem::rename(to, m_path);
+    }
+}
+
+TEST_F(FileFaults, ReplacesNothingWhereTheFileSystemCannotRefuseTo) {
+    const std::filesystem::path to = m_folder.path() / "taken";
+    writeFile(to, "another file");
+    const FailingCalls failing(SystemCall::Renameat2, EINVAL);
+    EXPECT_FALSE(moveWithoutReplacing(m_path, to));
+    EXPECT_EQ(errno, EEXIST);
+    EXPECT_EQ(contentsOf(m_path), "an older file");
+    EXPECT_EQ(contentsOf(to), "another file");
+}
+
+TEST_F(FileFaults, AMoveThatFailsLeavesTheFileAndNoPlaceholder) {
+    {
+        const FailingCalls failing(SystemCall::Renameat2, EPERM);
+        EXPECT_FALSE(moveWithoutReplacing(m_path, m_folder.path() / "free"));
+        EXPECT_EQ(errno, EPERM);
+        expectUnchanged();
+    }
+    const FailingCalls first(SystemCall::Renameat2, EINVAL);
+    const FailingCalls second(SystemCall::Rename, EIO);
+    EXPECT_FALSE(moveWithoutReplacing(m_path, m_folder.path() / "free"));
+    EXPECT_EQ(errno, EIO);
+    EXPECT_EQ(second.failedCount(), 1);
+    expectUnchanged();
+}
+
+TEST_F(FileFaults, AMoveReportsItsOwnFailureAlsoIfThePlaceholderCannotBeDeleted) {
+    const FailingCalls first(SystemCall::Renameat2, EINVAL);
+    const FailingCalls second(SystemCall::Rename, EIO);
+    const FailingCalls third(SystemCall::Unlink, EBUSY);
+    EXPECT_FALSE(moveWithoutReplacing(m_path, m_folder.path() / "free"));
+    EXPECT_EQ(errno, EIO);
 }
 
 TEST(FileContents, HaveTheSizeOfTheirParts) {

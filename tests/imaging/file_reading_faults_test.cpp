@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstring>
 #include <string>
+#include <utility>
 
 namespace complexion {
 namespace {
@@ -26,6 +27,22 @@ TEST_F(FileFaults, FlushingFailsIfTheFileOrItsFolderCannotBeFlushed) {
         EXPECT_EQ(failing.failedCount(), 1);
     }
     EXPECT_FALSE(flushToDisk(m_folder.path() / "none" / "photo"));
+}
+
+TEST_F(FileFaults, FlushingTheFileSystemReplacesFlushingAFolderOnlyWithoutReadPermission) {
+    {
+        const FailingCalls failing(SystemCall::Open, EACCES, 1, 1);
+        EXPECT_TRUE(flushToDisk(m_path));
+        EXPECT_EQ(failing.failedCount(), 1);
+    }
+    {
+        const FailingCalls failing(SystemCall::Open, EMFILE, 1, 1);
+        EXPECT_FALSE(flushToDisk(m_path));
+    }
+    const FailingCalls first(SystemCall::Open, EACCES, 1, 1);
+    const FailingCalls second(SystemCall::Syncfs, EIO);
+    EXPECT_FALSE(flushToDisk(m_path));
+    EXPECT_EQ(second.failedCount(), 1);
 }
 
 // Reading.
@@ -62,6 +79,16 @@ TEST_F(FileFaults, AFailedReadReportsItsCause) {
         const Result<Bytes> file = readFile(m_path, [](ByteView) { return true; });
         ASSERT_FALSE(file);
         EXPECT_EQ(file.error().message, std::strerror(EIO));
+    }
+}
+
+TEST_F(FileFaults, LackOfMemoryIsAKindOfItsOwn) {
+    for (const auto& [error, kind] :
+         {std::pair{ENOMEM, ErrorKind::OutOfMemory}, std::pair{EIO, ErrorKind::CannotRead}}) {
+        const FailingCalls failing(SystemCall::Read, error);
+        const Result<Bytes> file = readFile(m_path);
+        ASSERT_FALSE(file);
+        EXPECT_EQ(file.error().kind, kind);
     }
 }
 

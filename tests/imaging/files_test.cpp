@@ -6,8 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
+#include <array>
 #include <cerrno>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -153,6 +156,58 @@ TEST(NameWithSuffix, InsertsTheSuffixBeforeTheExtensionAndShortensTheName) {
     for (int i = 0; i < 127; ++i)
         umlauts += "\xc3\xa4";
     EXPECT_EQ(name(umlauts), umlauts.substr(0, 250) + " (2)");
+    std::string rings; // å ends in an odd byte
+    for (int i = 0; i < 127; ++i)
+        rings += "\xc3\xa5";
+    EXPECT_EQ(name(rings), rings.substr(0, 250) + " (2)");
+}
+
+TEST(NameWithSuffix, TreatsAnExtensionOfMoreThan32BytesAsPartOfTheName) {
+    const TemporaryFolder folder;
+    const std::string extension = "." + std::string(31, 'e');
+    EXPECT_EQ(nameWithSuffix("a" + extension, "-1", folder.path()), "a-1" + extension);
+    EXPECT_EQ(nameWithSuffix("a" + extension + "e", "-1", folder.path()), "a" + extension + "e-1");
+}
+
+TEST(NameWithSuffix, LeavesSpareBytes) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(nameWithSuffix(std::string(255, 'n'), "-1", folder.path(), 10), std::string(243, 'n') + "-1");
+}
+
+TEST(NameWithSuffix, AllowsNamesOf255BytesWhereTheFileSystemIsUnknown) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(nameWithSuffix(std::string(300, 'n'), "-1", folder.path() / "missing"),
+              std::string(253, 'n') + "-1");
+}
+
+TEST(NameWithSuffix, DropsABrokenSequenceWhole) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(nameWithSuffix(std::string(300, '\x80'), "-1", folder.path()), "-1");
+}
+
+/// An access control list in the file system's format (version 2): one more user may read.
+bool setAccessControlList(const std::filesystem::path& path) {
+    struct Entry {
+        std::uint16_t tag;
+        std::uint16_t permissions;
+        std::uint32_t id;
+    };
+    struct {
+        std::uint32_t version = 2;
+        std::array<Entry, 5> entries = {
+            {{0x01, 6, ~0U}, {0x02, 4, 1}, {0x04, 4, ~0U}, {0x10, 4, ~0U}, {0x20, 4, ~0U}}};
+    } const list;
+    return ::setxattr(path.c_str(), "system.posix_acl_access", &list, sizeof list, 0) == 0;
+}
+
+TEST(ReadersOf, AFileWithAnAccessControlListAreNotItsGroup) {
+    const TemporaryFolder folder;
+    const std::filesystem::path path = folder.path() / "a";
+    ASSERT_TRUE(writeFileAtomically(path, contentsOf("x")));
+    EXPECT_TRUE(readersOf(path)->group);
+    if (!setAccessControlList(path))
+        GTEST_SKIP() << "this file system has no access control lists";
+    EXPECT_FALSE(readersOf(path)->group);
 }
 
 TEST(ReadFile, RefusesWhatIsNotARegularFileWithoutBlocking) {

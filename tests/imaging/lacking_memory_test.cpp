@@ -2,6 +2,7 @@
 #include "imaging/image_tools.h"
 #include "imaging/photo_files.h"
 #include "tests/fakes/captured_output.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -17,8 +18,8 @@
 
 namespace {
 
-/// Larger allocations fail on this thread.
-thread_local std::size_t maxAllocation = std::numeric_limits<std::size_t>::max();
+/// Larger allocations fail, on all threads: which of them allocates is chance.
+std::atomic<std::size_t> maxAllocation = std::numeric_limits<std::size_t>::max();
 
 /// How many more allocations succeed, over all threads, before one fails. Below zero, all succeed.
 std::atomic<std::int64_t> allocationsLeft = -1;
@@ -119,9 +120,9 @@ TEST(LackingMemory, ForTheBufferOfARepairIsReported) {
 }
 
 /// Runs `save` repeatedly, failing one allocation each time, a later one in each run, until none fails.
-/// Expects that `save` reports success exactly when it has written a complete file.
+/// Expects that `save` reports success exactly when it has written a complete file, with `metadata` in it.
 void expectNoFalseSuccess(const std::filesystem::path& path, std::string_view format,
-                          const std::function<bool(const Image&)>& save) {
+                          const std::function<bool(const Image&)>& save, std::string_view metadata = "") {
     int failures = 0;
     // Each of the first allocations, then a sample of the many similar ones.
     for (std::int64_t allowed = 0;; allowed += allowed < 100 ? 1 : 7) {
@@ -134,6 +135,8 @@ void expectNoFalseSuccess(const std::filesystem::path& path, std::string_view fo
         failures += saved ? 0 : 1;
         if (saved) {
             ASSERT_TRUE(ImageTools::DecodeImage(path)) << format << ", allocation " << allowed;
+            ASSERT_NE(contentsOf(path).find(metadata), std::string::npos)
+                << format << ", allocation " << allowed;
         }
         std::filesystem::remove(path);
         ASSERT_EQ(filesIn(path.parent_path()).size(), 1U) << "a temporary file was left";
@@ -147,12 +150,15 @@ TEST(LackingMemory, WhileEncodingIsNeverReportedAsSaved) {
     const TemporaryFolder folder;
     const std::filesystem::path source = folder.path() / "source.jpg";
     ASSERT_TRUE(ImageTools::SaveImage(noise({70, 50}), source, "jpg"));
+    writeFile(source, withExif(contentsOf(source), 1, "Nobody"));
     for (const std::string_view format : {"jpg", "png", "tiff", "gif", "bmp"}) {
         const std::filesystem::path path = folder.path() / "result";
         expectNoFalseSuccess(path, format,
                              [&](const Image& image) { return ImageTools::SaveImage(image, path, format); });
-        expectNoFalseSuccess(path, format,
-                             [&](const Image& image) { return savePhoto(image, path, format, source); });
+        const bool hasMetadata = format == "jpg" || format == "png" || format == "tiff";
+        expectNoFalseSuccess(
+            path, format, [&](const Image& image) { return savePhoto(image, path, format, source); },
+            hasMetadata ? "Nobody" : "");
     }
 }
 
@@ -178,6 +184,19 @@ TEST_F(LackingMemoryForFiles, SavingFailsAndLeavesNoFile) {
     }
     EXPECT_EQ(filesIn(m_folder.path()), std::vector<std::string>{"photo.bmp"});
     EXPECT_TRUE(savePhoto(m_dense, m_target, "png", m_photo));
+}
+
+TEST_F(LackingMemoryForFiles, AFailedSaveLeavesAnExistingFileUnchanged) {
+    const std::filesystem::path source = m_folder.path() / "source.png";
+    ASSERT_TRUE(ImageTools::SaveImage(noise({20, 10}), source, "png"));
+    writeFile(source, withExif(contentsOf(source), 1, "Nobody"));
+    ASSERT_TRUE(ImageTools::SaveImage(noise({20, 10}), m_target, "png"));
+    const std::string before = contentsOf(m_target);
+    {
+        const LackOfMemory lack(kLessThanATile);
+        EXPECT_FALSE(savePhoto(m_dense, m_target, "png", source));
+    }
+    EXPECT_EQ(contentsOf(m_target), before);
 }
 
 TEST_F(LackingMemoryForFiles, OpeningFails) {

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+
 namespace complexion {
 namespace {
 
@@ -96,6 +98,15 @@ TEST_F(PhotoFiles, SavingFailsLikeSaveImage) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
+TEST_F(PhotoFiles, AnExistingFileGetsTheMetadataOfAPhotoThatTheFormatCannotHold) {
+    const std::filesystem::path path = folder.path() / "result";
+    ASSERT_TRUE(ImageTools::SaveImage(noise({20, 10}), path, "png"));
+    const std::string before = contentsOf(path);
+    EXPECT_TRUE(savePhoto(filled({1, 65600}, kSkin), path, "gif", photo("png")));
+    EXPECT_NE(contentsOf(path), before);
+    EXPECT_NE(contentsOf(path).find("Nobody"), std::string::npos);
+}
+
 TEST_F(PhotoFiles, TheSizeIsCheckedBeforeTheFormat) {
     const std::filesystem::path source = photo("png");
     EXPECT_DEATH(savePhoto(Image(), folder.path() / "result", "webp", source), "no bitmap");
@@ -128,11 +139,17 @@ TEST_F(PhotoFiles, APhotoOfAnyDensityOpensAtOnePointPerPixel) {
 }
 
 TEST_F(PhotoFiles, OpeningAnUndecodableFileFails) {
-    EXPECT_FALSE(openPhoto(folder.path() / "nothing"));
-    EXPECT_FALSE(openPhoto(folder.path()));
+    const auto kindOfFailure = [](const std::filesystem::path& path) -> std::optional<ErrorKind> {
+        const Result<OpenedPhoto> opened = openPhoto(path);
+        return opened ? std::nullopt : std::optional(opened.error().kind);
+    };
+    EXPECT_EQ(kindOfFailure(folder.path() / "nothing"), ErrorKind::CannotRead);
+    EXPECT_EQ(kindOfFailure(folder.path()), ErrorKind::CannotRead);
     const std::filesystem::path path = photo("png");
     writeFile(path, contentsOf(path).substr(0, 30));
-    EXPECT_FALSE(openPhoto(path));
+    EXPECT_EQ(kindOfFailure(path), ErrorKind::Damaged);
+    writeFile(path, "no picture");
+    EXPECT_EQ(kindOfFailure(path), ErrorKind::NotAPicture);
 }
 
 } // namespace
