@@ -2,6 +2,7 @@
 #include "app/app_delegate.h"
 #include "app/command_line.h"
 #include "app/connections.h"
+#include "app/core_dumps.h"
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
@@ -14,6 +15,7 @@
 #include "app/tutorial_page.h"
 #include "app/unfinished_work.h"
 #include "app/window_dialogs.h"
+#include "imaging/reading/picture_reading.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -58,6 +60,8 @@ int main(int argc, char** argv) {
     CommandLine line = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
     if (const std::optional<int> status = answerOnTerminal(line))
         return *status;
+    forgoCoreDumps();
+    startReader(); // while this process is small and has one thread
     int toolkitCount = static_cast<int>(line.toolkitArguments.size());
     line.toolkitArguments.push_back(nullptr);
     QApplication application(toolkitCount, line.toolkitArguments.data());

@@ -5,6 +5,7 @@
 #include "benchmarks/memory.h"
 #include "benchmarks/portraits.h"
 #include "benchmarks/table.h"
+#include "imaging/reading/picture_reading.h"
 
 #include <QApplication>
 
@@ -17,6 +18,7 @@ int main(int argc, char** argv) {
     // Off screen and unscaled, whatever desktop it is started on.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", "1");
+    startReader();
     QApplication application(argc, argv);
     applyLook(application, 1);
 

@@ -39,13 +39,6 @@ Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view fo
     return photo && codec ? carriedOrientation(*photo, codec->container) : Orientation::TopLeft;
 }
 
-Result<DecodedPicture> decodedPicture(ByteView file) {
-    const Codec* codec = codecForContent(file);
-    if (!codec)
-        return Error{"a file of another kind", ErrorKind::NotAPicture};
-    return codec->read(file);
-}
-
 Result<FileContents> encodedPicture(const Image& image, std::string_view format, Orientation orientation) {
     const Image raster = rasterOf(image);
     const Codec* codec = codecForExtension(format);
@@ -67,27 +60,13 @@ bool countsAsSaved(const Error& error) {
     return error.kind == ErrorKind::FormatCannotHold;
 }
 
-Result<PointSize> actualSizeOf(ByteView file) {
-    const Codec* codec = codecForContent(file);
-    COMPLEXION_TRY(const std::vector<PixelSize> pictures, codec->measure(file));
-    PointSize size;
-    for (const PixelSize picture : pictures) {
-        size.width = std::max(size.width, static_cast<double>(picture.width));
-        size.height = std::max(size.height, static_cast<double>(picture.height));
-    }
-    // The largest sides of several pictures may make a size that is larger than each.
-    if (!pictures.empty() &&
-        !isDecodableSize(static_cast<std::int64_t>(size.width), static_cast<std::int64_t>(size.height)))
-        return Error{"the pictures' sides are too long together", ErrorKind::TooLarge};
-    return size;
-}
-
 Image drawnAt(const Image& image, PointSize size) {
     return resampled(image, {pixelsFor(size.width), pixelsFor(size.height)}).withSize(size);
 }
 
-Image atActualSize(const Image& image, PointSize size) {
-    return size == image.size() ? image : drawnAt(image, size);
+Image atActualSize(const Image& image, PixelSize size) {
+    const PointSize points{static_cast<double>(size.width), static_cast<double>(size.height)};
+    return points == image.size() ? image : drawnAt(image, points);
 }
 
 Image rasterOf(const Image& image) {

@@ -4,7 +4,6 @@
 #include "imaging/base/files.h"
 #include "imaging/base/image.h"
 #include "imaging/base/orientation.h"
-#include "imaging/codecs/decoded_picture.h"
 #include "imaging/metadata/creation_date.h"
 
 #include <string_view>
@@ -20,9 +19,6 @@ Result<Bytes> readPicture(const std::filesystem::path& path);
 /// `format`.
 Orientation carriedOrientationOf(const Result<Bytes>& photo, std::string_view format);
 
-/// Decodes the first picture of a file of any supported format.
-Result<DecodedPicture> decodedPicture(ByteView file);
-
 /// Encodes the image as SaveImage does, as a file of type `format`, turned for storage with `orientation`.
 /// Fatal as rasterOf; may throw std::bad_alloc.
 Result<FileContents> encodedPicture(const Image& image, std::string_view format,
@@ -37,16 +33,12 @@ Result<FileContents> encodedResult(const Image& image, std::string_view format, 
 /// no file, and callers that need the file check for it.
 bool countsAsSaved(const Error& error);
 
-/// The largest width and the largest height in pixels of all pictures in a file of a supported format. Fails
-/// if it cannot be decoded, or if a picture of that size could not.
-Result<PointSize> actualSizeOf(ByteView file);
-
 /// Resamples the image to one pixel per point of `size`, rounded up. Fatal if that is out of range.
 Image drawnAt(const Image& image, PointSize size);
 
 /// Resamples the image to `size`, at one point per pixel. Returns the same image if it has that size in
 /// points.
-Image atActualSize(const Image& image, PointSize size);
+Image atActualSize(const Image& image, PixelSize size);
 
 /// The image as it is encoded: one pixel per point, the size truncated to whole points. Fatal if no bitmap of
 /// that size can be created.

@@ -6,11 +6,11 @@
 #include "imaging/base/resample.h"
 #include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/opening.h"
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
+#include "imaging/reading/picture_reading.h"
 
 namespace complexion {
 
@@ -47,19 +47,12 @@ jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, co
 
 Result<OpenedPhoto> openPhoto(const std::filesystem::path& path) {
     return withoutThrowing([&]() -> Result<OpenedPhoto> {
-        const Result<Bytes> file = readFile(path, isPictureFile);
-        if (!file)
-            return file.error();
-        Result<DecodedPicture> picture = decodedForEditing(*file);
-        if (!picture)
-            return picture.error();
-        const Result<PointSize> size = actualSizeOf(*file);
-        if (!size)
-            return size.error();
-        return OpenedPhoto{.image = atActualSize(picture->image, *size),
-                           .extension = codecForContent(*file)->extension,
-                           .damage = std::move(picture->damage),
-                           .losses = savingLosses(*file, picture->image)};
+        COMPLEXION_TRY(FilePicture picture, readPictureFile(path, ReadingPurpose::Edit));
+        COMPLEXION_TRY(const Bytes file, readFile(path, isPictureFile));
+        return OpenedPhoto{.image = atActualSize(picture.decoded.image, picture.actualSize),
+                           .extension = codecOf(picture.container).extension,
+                           .damage = std::move(picture.decoded.damage),
+                           .losses = savingLosses(file, picture.decoded.image)};
     });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/files.h"
 
+#include "imaging/base/descriptor.h"
 #include "imaging/base/no_throw.h"
 
 #include <fcntl.h>
@@ -22,30 +23,6 @@
 namespace complexion {
 
 namespace {
-
-/// An open file descriptor, closed at the end of its scope.
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    int get() const { return m_fd; }
-    explicit operator bool() const { return m_fd >= 0; }
-    void reset(int fd) { m_fd = fd; } // only while none is held
-    /// Closes now. False if the system reports that data was lost.
-    bool close() {
-        const int result = ::close(m_fd);
-        m_fd = -1;
-        return result == 0;
-    }
-
-private:
-    int m_fd;
-};
 
 Error systemError(ErrorKind kind) {
     return Error{std::strerror(errno), errno == ENOMEM ? ErrorKind::OutOfMemory : kind};
@@ -123,7 +100,7 @@ public:
     explicit NewFile(const std::filesystem::path& folder)
         : m_name((folder / kNamePattern).string()), m_file(openUnnamed(folder)), m_isNamed(!m_file) {
         if (m_isNamed)
-            m_file.reset(::mkostemp(m_name.data(), O_CLOEXEC));
+            m_file = Descriptor(::mkostemp(m_name.data(), O_CLOEXEC));
         m_isNamed = m_isNamed && m_file;
     }
     NewFile(const NewFile&) = delete;
@@ -211,9 +188,9 @@ Bytes FileContents::joined() const {
     return bytes;
 }
 
-Result<Bytes> readFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start)) {
+Result<OpenFile> openFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start)) {
     // Without O_NONBLOCK, opening a named pipe would wait for a writer.
-    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file)
         return systemError(ErrorKind::CannotRead);
     struct stat status = {};
@@ -224,18 +201,26 @@ Result<Bytes> readFile(const std::filesystem::path& path, bool (*isAccepted)(Byt
     if (status.st_size > kMaxFile)
         return Error{"a file of impossible length", ErrorKind::TooLarge};
     const auto length = static_cast<std::size_t>(status.st_size);
-    Bytes bytes(isAccepted ? std::min(length, kSignatureBytes) : length);
-    if (!readInto(file.get(), bytes, 0))
+    Bytes start(isAccepted ? std::min(length, kSignatureBytes) : 0);
+    if (!readInto(file.get(), start, 0))
         return systemError(ErrorKind::CannotRead);
-    if (!isAccepted)
-        return bytes;
-    if (!isAccepted(bytes))
+    if (isAccepted && !isAccepted(start))
         return Error{"a file of another kind", ErrorKind::NotAPicture};
+    return OpenFile{.descriptor = std::move(file), .length = length, .start = std::move(start)};
+}
+
+Result<Bytes> readWhole(OpenFile file) {
+    Bytes bytes = std::move(file.start);
     const std::size_t start = bytes.size();
-    bytes.resize(length);
-    if (!readInto(file.get(), bytes, start))
+    bytes.resize(file.length);
+    if (!readInto(file.descriptor.get(), bytes, start))
         return systemError(ErrorKind::CannotRead);
     return bytes;
+}
+
+Result<Bytes> readFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start)) {
+    COMPLEXION_TRY(OpenFile file, openFile(path, isAccepted));
+    return readWhole(std::move(file));
 }
 
 std::optional<Readers> readersOf(const std::filesystem::path& path) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/descriptor.h"
 #include "imaging/base/result.h"
 
 #include <cstdint>
@@ -33,8 +34,21 @@ inline constexpr std::int64_t kMaxFile = std::int64_t{2} << 30;
 /// Number of leading bytes needed for format detection.
 inline constexpr std::size_t kSignatureBytes = 64;
 
-/// Reads a regular file of at most kMaxFile bytes. Fails for anything else at `path` (folder, pipe, device),
+/// A regular file that is open for reading.
+struct OpenFile {
+    Descriptor descriptor;
+    std::size_t length = 0; // when it was opened
+    Bytes start;            // what has been read of it
+};
+
+/// Opens a regular file of at most kMaxFile bytes. Fails for anything else at `path` (folder, pipe, device),
 /// and with NotAPicture if `isAccepted` rejects the first kSignatureBytes bytes.
+Result<OpenFile> openFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start) = nullptr);
+
+/// Reads the whole file.
+Result<Bytes> readWhole(OpenFile file);
+
+/// Opens a file as openFile, and reads it.
 Result<Bytes> readFile(const std::filesystem::path& path, bool (*isAccepted)(ByteView start) = nullptr);
 
 /// Who may read a file besides its owner.

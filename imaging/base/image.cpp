@@ -4,6 +4,7 @@
 #include "imaging/base/deep_pixels.h"
 #include "imaging/base/fatal.h"
 #include "imaging/base/parallel.h"
+#include "imaging/base/row_receiver.h"
 
 #include <bit>
 #include <cstring>
@@ -65,6 +66,14 @@ void setBandRow(std::vector<PixelBlock>& band, int rowInBand, const RGBA32* row)
         row += block.size.width;
     }
 }
+
+/// The pixels of an image whose rows went to a RowReceiver.
+class PixelsPassedOn final : public PixelSource {
+public:
+    void read(PixelRect, RGBA32*, std::ptrdiff_t) const override {
+        fatal("pixels that were passed on are read");
+    }
+};
 
 } // namespace
 
@@ -332,10 +341,13 @@ void Image::dropCachesUnlessShared(const Image& current) const {
 }
 
 ImageBuilder::ImageBuilder(PixelSize size, std::optional<DeepAlpha> deepAlpha)
-    : m_size(size), m_deepAlpha(deepAlpha) {
+    : m_size(size), m_deepAlpha(deepAlpha), m_receiver(RowReceiver::installed()) {
     if (size.width < 0 || size.height < 0)
         fatal("an image has a negative size");
-    m_bands.resize(static_cast<std::size_t>(size.width == 0 ? 0 : blocksFor(size.height, Tile::kHeight)));
+    if (m_receiver)
+        m_receiver->begin(size, deepAlpha);
+    else
+        m_bands.resize(static_cast<std::size_t>(size.width == 0 ? 0 : blocksFor(size.height, Tile::kHeight)));
 }
 
 void ImageBuilder::begin(PartBand& part, std::size_t band) const {
@@ -355,6 +367,10 @@ void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows, const RG
         fatal("rows outside the picture are set");
     if (count > 0 && m_deepAlpha.has_value() != (deepRows != nullptr))
         fatal("an image is deep, or it is not");
+    if (m_receiver) {
+        m_receiver->setRows(firstRow, count, rows, deepRows);
+        return;
+    }
     for (int row = firstRow; row < firstRow + count; ++row, rows += m_size.width) {
         const auto index = static_cast<std::size_t>(row / Tile::kHeight);
         PartBand& part = m_bands[index];
@@ -376,6 +392,8 @@ void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows, const RG
 }
 
 Image ImageBuilder::finish() {
+    if (m_receiver)
+        return Image::fromSource(m_size, std::make_shared<const PixelsPassedOn>());
     const std::vector<RGBA32> clear(static_cast<std::size_t>(m_size.width));
     BandList bands(m_bands.size());
     for (std::size_t index = 0; index < m_bands.size(); ++index) {

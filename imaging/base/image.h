@@ -134,7 +134,9 @@ private:
     std::shared_ptr<const Content> m_content;
 };
 
-/// Builds an image row by row, for decoders.
+class RowReceiver;
+
+/// Builds an image row by row, for decoders. Passes the rows on where a RowReceiver is installed.
 class ImageBuilder {
 public:
     /// With `deepAlpha`, all rows are set with their deep pixels.
@@ -159,6 +161,7 @@ private:
 
     PixelSize m_size;
     std::optional<DeepAlpha> m_deepAlpha;
+    RowReceiver* m_receiver; // null for an image of this process
     std::vector<PartBand> m_bands;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/orientation.h"
 
+#include "imaging/base/row_receiver.h"
+
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -165,7 +167,14 @@ PixelRect storedRect(PixelRect place, PixelSize upright, Orientation orientation
 }
 
 Image turnedUpright(const Image& stored, Orientation orientation) {
-    return orientation == Orientation::TopLeft ? stored : turned(stored, turnTo(orientation)).materialized();
+    if (orientation == Orientation::TopLeft)
+        return stored;
+    const Image upright = turned(stored, turnTo(orientation));
+    if (RowReceiver* const receiver = RowReceiver::installed()) {
+        receiver->turnUpright(orientation);
+        return upright;
+    }
+    return upright.materialized();
 }
 
 Image turnedForStorage(const Image& upright, Orientation orientation) {

@@ -30,9 +30,11 @@ std::span<const Codec* const> codecs() {
 
 const Codec* codecForContent(ByteView file) {
     const std::optional<Container> container = containerOf(file);
-    const auto found = std::ranges::find_if(
-        kCodecs, [container](const Codec* codec) { return codec->container == container; });
-    return found == kCodecs.end() ? nullptr : *found;
+    return container ? &codecOf(*container) : nullptr;
+}
+
+const Codec& codecOf(Container container) {
+    return **std::ranges::find(kCodecs, container, &Codec::container);
 }
 
 Result<Image> Codec::decode(ByteView file) const {

@@ -68,6 +68,9 @@ std::span<const Codec* const> codecs();
 /// The codec for a file's content, whatever its name. Null if no codec recognises it.
 const Codec* codecForContent(ByteView file);
 
+/// The codec of a format.
+const Codec& codecOf(Container container);
+
 /// Whether a codec recognises a file that starts with these bytes.
 inline bool isPictureFile(ByteView start) {
     return codecForContent(start) != nullptr;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <numeric>
 #include <optional>
 #include <span>
 
@@ -12,15 +11,9 @@ namespace complexion::jpeg {
 namespace {
 
 constexpr int kSamplePrecision = 8;
-/// Largest number of blocks in an MCU (ITU-T T.81 B.2.3).
-constexpr std::size_t kMaxBlocksPerMcu = 10;
 /// Largest DC magnitude in a valid picture; up to it all decoders agree.
 constexpr int kMaxDc = 2047;
 static_assert(DCTSIZE2 == kBlockArea && sizeof(CoefficientBlock) == sizeof(JBLOCK));
-
-int ceilDivide(int value, int divisor) {
-    return (value + divisor - 1) / divisor;
-}
 
 std::optional<ColorSpace> colorSpaceOf(const jpeg_decompress_struct& info) {
     const bool isGrey = info.num_components == 1;
@@ -36,15 +29,6 @@ std::optional<ColorSpace> colorSpaceOf(const jpeg_decompress_struct& info) {
     default:
         return std::nullopt;
     }
-}
-
-/// The greatest common divisor of all sampling factors in one direction. Dividing by it does not change the
-/// picture.
-int commonFactor(std::span<const jpeg_component_info> components, int jpeg_component_info::* factor) {
-    int common = 0;
-    for (const jpeg_component_info& component : components)
-        common = std::gcd(common, component.*factor);
-    return common;
 }
 
 /// Whether a progressive file has all bits of each block's first coefficients. Decoders estimate missing ones
@@ -107,34 +91,11 @@ Result<Layout> Coefficients::readLayout() {
     const std::optional<ColorSpace> colorSpace = colorSpaceOf(info);
     if (!colorSpace || info.data_precision != kSamplePrecision)
         return Error{"JPEG: not 8-bit grey, YCbCr or RGB"};
-    const std::span components(info.comp_info, static_cast<std::size_t>(info.num_components));
-    const int acrossFactor = commonFactor(components, &jpeg_component_info::h_samp_factor);
-    const int downFactor = commonFactor(components, &jpeg_component_info::v_samp_factor);
-    const int maxAcross = info.max_h_samp_factor / acrossFactor;
-    const int maxDown = info.max_v_samp_factor / downFactor;
-    Layout layout{.size = m_decompressor.size(),
-                  .colorSpace = *colorSpace,
-                  .components = {},
-                  .mcu = {maxAcross * DCTSIZE, maxDown * DCTSIZE}};
-    layout.mcusAcross = ceilDivide(layout.size.width, layout.mcu.width);
-    layout.mcusDown = ceilDivide(layout.size.height, layout.mcu.height);
-    std::size_t blocks = 0;
-    for (const jpeg_component_info& read : components) {
-        Component component;
-        component.blocksAcross = read.h_samp_factor / acrossFactor;
-        component.blocksDown = read.v_samp_factor / downFactor;
-        if (maxAcross % component.blocksAcross != 0 || maxDown % component.blocksDown != 0)
-            return Error{"JPEG: sampling ratios that are not whole"};
-        component.pixelsAcross = maxAcross / component.blocksAcross;
-        component.pixelsDown = maxDown / component.blocksDown;
-        component.samples = {ceilDivide(layout.size.width, component.pixelsAcross),
-                             ceilDivide(layout.size.height, component.pixelsDown)};
-        layout.components.push_back(component);
-        blocks += component.blocksPerMcu();
-    }
-    if (blocks > kMaxBlocksPerMcu)
-        return Error{"JPEG: too many blocks for one scan"};
-    return layout;
+    std::vector<SamplingFactors> factors;
+    for (const jpeg_component_info& component :
+         std::span(info.comp_info, static_cast<std::size_t>(info.num_components)))
+        factors.push_back({component.h_samp_factor, component.v_samp_factor});
+    return makeLayout(m_decompressor.size(), *colorSpace, factors);
 }
 
 void Coefficients::findRows() {

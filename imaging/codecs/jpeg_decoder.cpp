@@ -4,6 +4,7 @@
 #include "imaging/base/orientation.h"
 #include "imaging/base/parallel.h"
 #include "imaging/base/picture_limits.h"
+#include "imaging/base/row_receiver.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jpeg_block_rows.h"
@@ -104,13 +105,6 @@ Result<DecodedPicture> readPixels(Decompressor& decompressor, ByteView file, Pix
     return DecodedPicture{std::move(*image), decompressor.damage()};
 }
 
-/// A decoded picture, and how the file stores it.
-struct StoredPicture {
-    DecodedPicture upright;
-    Orientation orientation;
-    bool hasPlainColors; // decoded to RGB without a profile conversion
-};
-
 Result<StoredPicture> decodePicture(Decompressor& decompressor, ByteView file) {
     const Result<PixelSize> size = readCheckedHeader(decompressor, file);
     if (!size)
@@ -142,9 +136,13 @@ Result<PixelSize> measure(ByteView file) {
     return size ? uprightSize(*size, decompressor.exif().orientation) : size;
 }
 
-Result<Image> decodePixels(ByteView file) {
+Result<StoredPicture> decodeAlone(ByteView file) {
     Decompressor decompressor(file);
-    const Result<StoredPicture> picture = decodePicture(decompressor, file);
+    return decodePicture(decompressor, file);
+}
+
+Result<Image> decodePixels(ByteView file) {
+    const Result<StoredPicture> picture = decodeAlone(file);
     return picture ? Result<Image>(picture->upright.image) : picture.error();
 }
 
@@ -156,7 +154,7 @@ Result<DecodedPicture> decode(ByteView file, CoefficientLoading loading) {
     const Result<StoredPicture> picture = decodePicture(decompressor, file);
     if (!picture)
         return picture.error();
-    if (picture->hasPlainColors) {
+    if (picture->hasPlainColors && !RowReceiver::installed()) {
         original->setPicture(picture->upright.image, picture->orientation);
         picture->upright.image.encoderMemory().set(original);
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/base/files.h"
+#include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
 #include "imaging/codecs/decoded_picture.h"
 
@@ -18,6 +19,15 @@ enum class CoefficientLoading { Concurrent, OnDemand };
 /// `Codec::read`. A truncated or damaged file gives what can be decoded; the rest is grey. The image keeps
 /// the file, so that encoding an edit preserves untouched MCUs (see OriginalFile).
 Result<DecodedPicture> decode(ByteView file, CoefficientLoading loading = CoefficientLoading::OnDemand);
+
+/// A decoded picture without the file, and how the file stores it.
+struct StoredPicture {
+    DecodedPicture upright;
+    Orientation orientation = Orientation::TopLeft;
+    /// Decoded to RGB without a profile conversion: edits can be encoded with the file.
+    bool hasPlainColors = false;
+};
+Result<StoredPicture> decodeAlone(ByteView file);
 
 /// The image alone, without the file.
 Result<Image> decodePixels(ByteView file);

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "imaging/base/geometry.h"
+#include "imaging/base/result.h"
 #include "imaging/codecs/jpeg_tables.h"
 #include "imaging/codecs/jpeg_transform.h"
 
+#include <span>
 #include <vector>
 
 namespace complexion::jpeg {
@@ -58,6 +60,16 @@ struct Layout {
     /// Width in blocks of a component's part of an MCU row, which is `blocksDown` blocks high.
     int blocksPerMcuRow(const Component& component) const { return mcusAcross * component.blocksAcross; }
 };
+
+/// How finely a component is sampled, compared to the others: 1 to 4 in each direction (ITU-T T.81 B.2.2).
+struct SamplingFactors {
+    int across = 1;
+    int down = 1;
+};
+
+/// The layout of a picture whose components have these factors. Fails if a sample does not cover a whole
+/// number of pixels, or if an MCU has more blocks than a scan can.
+Result<Layout> makeLayout(PixelSize size, ColorSpace colorSpace, std::span<const SamplingFactors> factors);
 
 /// The coefficient blocks of one MCU row: for each component its block rows, concatenated.
 using McuRow = std::vector<std::vector<CoefficientBlock>>;

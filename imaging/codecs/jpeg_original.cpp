@@ -9,6 +9,31 @@
 
 namespace complexion::jpeg {
 
+namespace {
+
+class TranscoderHere final : public OriginalFile::Transcoder {
+public:
+    explicit TranscoderHere(ByteView file) : m_file(file.begin(), file.end()) {}
+
+    Result<TranscodedFile> run() override {
+        Result<TranscodedFile> jpeg = transcode(m_file);
+        if (jpeg || jpeg.error().kind != ErrorKind::OutOfMemory)
+            m_file = Bytes();
+        return jpeg;
+    }
+
+private:
+    Bytes m_file; // until it is transcoded
+};
+
+} // namespace
+
+OriginalFile::OriginalFile(ByteView file) : OriginalFile(std::make_unique<TranscoderHere>(file)) {}
+
+OriginalFile::~OriginalFile() {
+    m_transcoder->cancel();
+}
+
 void OriginalFile::setPicture(const Image& upright, Orientation orientation) {
     // A separate image: one that shared the picture's encoder memory would form an ownership cycle with this
     // object.
@@ -30,11 +55,8 @@ const Result<TranscodedFile>& OriginalFile::transcoded() const {
     const auto ranOutOfMemory = [this] {
         return !*m_transcoded && m_transcoded->error().kind == ErrorKind::OutOfMemory;
     };
-    if (!m_transcoded || ranOutOfMemory()) {
-        m_transcoded = withoutThrowing([this] { return transcode(m_file); });
-        if (!ranOutOfMemory()) // otherwise the next encoding tries again
-            m_file = Bytes();
-    }
+    if (!m_transcoded || ranOutOfMemory())
+        m_transcoded = withoutThrowing([this] { return m_transcoder->run(); });
     return *m_transcoded;
 }
 

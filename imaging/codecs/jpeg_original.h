@@ -8,6 +8,7 @@
 #include "imaging/codecs/jpeg_edit.h"
 
 #include <future>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -17,7 +18,25 @@ namespace complexion::jpeg {
 /// edited image with it preserves every MCU without a changed pixel, bit for bit.
 class OriginalFile : public Memo::Value {
 public:
-    explicit OriginalFile(ByteView file) : m_file(file.begin(), file.end()) {}
+    /// Transcodes the file, here or in another process.
+    class Transcoder {
+    public:
+        Transcoder() = default;
+        Transcoder(const Transcoder&) = delete;
+        Transcoder& operator=(const Transcoder&) = delete;
+        virtual ~Transcoder() = default;
+        /// As jpeg::transcode. Called again only after a lack of memory.
+        virtual Result<TranscodedFile> run() = 0;
+        /// From another thread: the result is not needed any more.
+        virtual void cancel() {}
+    };
+
+    /// Transcodes `file` in this process.
+    explicit OriginalFile(ByteView file);
+    explicit OriginalFile(std::unique_ptr<Transcoder> transcoder) : m_transcoder(std::move(transcoder)) {}
+    OriginalFile(const OriginalFile&) = delete;
+    OriginalFile& operator=(const OriginalFile&) = delete;
+    ~OriginalFile() override;
 
     /// Sets the decoded picture, which the file stores with `orientation`. Call before `encode`.
     void setPicture(const Image& upright, Orientation orientation);
@@ -41,8 +60,8 @@ private:
     Image m_upright;
     mutable Memo m_fallbackMemory;
 
+    std::unique_ptr<Transcoder> m_transcoder;
     mutable std::mutex m_mutex; // guards all members below
-    mutable Bytes m_file;       // released once transcoded
     mutable std::optional<Result<TranscodedFile>> m_transcoded;
     mutable std::optional<Edit> m_edit;
     std::future<void> m_preparation; // last, so that its destructor waits for the task first

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/reading/child_source.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <optional>
+#include <set>
+
+namespace complexion {
+
+namespace {
+
+// The descriptors of a child. It has no others.
+constexpr int kInput = 3;
+constexpr int kSocket = 4;
+constexpr int kMemory = 5;
+constexpr int kFirstUnused = 6;
+
+using DescriptorNumbers = std::array<int, 3>; // input, socket, memory
+constexpr std::size_t kControlBytes = CMSG_SPACE(sizeof(DescriptorNumbers));
+
+struct ReceivedRequest {
+    ChildRequest request;
+    std::optional<ChildDescriptors> descriptors;
+};
+
+/// The next request; nothing when the program is gone.
+std::optional<ReceivedRequest> receiveRequest(int control) {
+    ReceivedRequest received;
+    alignas(cmsghdr) std::array<char, kControlBytes> ancillary = {};
+    iovec data = {.iov_base = &received.request, .iov_len = sizeof received.request};
+    msghdr message = {};
+    message.msg_iov = &data;
+    message.msg_iovlen = 1;
+    message.msg_control = ancillary.data();
+    message.msg_controllen = ancillary.size();
+    ssize_t length = 0;
+    do
+        length = ::recvmsg(control, &message, MSG_CMSG_CLOEXEC);
+    while (length < 0 && errno == EINTR);
+    if (length != sizeof received.request)
+        return std::nullopt;
+    const cmsghdr* const header = CMSG_FIRSTHDR(&message);
+    if (header && header->cmsg_type == SCM_RIGHTS &&
+        header->cmsg_len == CMSG_LEN(sizeof(DescriptorNumbers))) {
+        DescriptorNumbers numbers{};
+        std::memcpy(numbers.data(), CMSG_DATA(header), sizeof numbers);
+        received.descriptors =
+            ChildDescriptors{Descriptor(numbers[0]), Descriptor(numbers[1]), Descriptor(numbers[2])};
+    }
+    return received;
+}
+
+void closeFrom(int first) {
+    if (::close_range(static_cast<unsigned>(first), ~0U, 0) == 0)
+        return;
+    const long count = ::sysconf(_SC_OPEN_MAX);
+    for (int descriptor = first; descriptor < count; ++descriptor)
+        ::close(descriptor);
+}
+
+/// Leaves a child the three descriptors, at their places.
+bool arrangeDescriptors(const ChildDescriptors& descriptors) {
+    const DescriptorNumbers given = {descriptors.input.get(), descriptors.socket.get(),
+                                     descriptors.memory.get()};
+    DescriptorNumbers out{};
+    // Out of each other's places first.
+    for (std::size_t i = 0; i < given.size(); ++i)
+        if ((out[i] = ::fcntl(given[i], F_DUPFD, kFirstUnused)) < 0)
+            return false;
+    if (::dup2(out[0], kInput) < 0 || ::dup2(out[1], kSocket) < 0 || ::dup2(out[2], kMemory) < 0)
+        return false;
+    closeFrom(kFirstUnused);
+    for (int standard = 0; standard < kInput; ++standard)
+        ::close(standard);
+    return true;
+}
+
+/// All bytes of the input, whose read position the program shares, or those that there still are of a file
+/// that became shorter.
+Bytes readInput(std::size_t length) {
+    Bytes bytes(length);
+    std::size_t position = 0;
+    while (position < bytes.size()) {
+        const ssize_t count =
+            ::pread(kInput, bytes.data() + position, bytes.size() - position, static_cast<off_t>(position));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            break;
+        position += static_cast<std::size_t>(count);
+    }
+    bytes.resize(position);
+    return bytes;
+}
+
+/// A child's life, which ends in here.
+[[noreturn]] void runChild(const ChildRequest& request, const ChildDescriptors& descriptors, ByteView filter,
+                           ChildWork work) {
+    if (!arrangeDescriptors(descriptors))
+        ::_exit(1);
+    SlotMemory memory(Descriptor(kMemory), SlotMemory::Access::Write);
+    Confinement confinement = confineThisProcess(request.limits, filter);
+    try {
+        const Bytes input = readInput(static_cast<std::size_t>(request.length));
+        ::close(kInput);
+        if (!memory)
+            ::_exit(1);
+        confinement.hasCallFilter = confinement.hasCallFilter && setSystemCallFilter(filter);
+        // From here on the input is looked at.
+        AnswerSender answer(kSocket, std::move(memory));
+        work(request.operation, input, answer, confinement);
+    } catch (...) { // out of memory: there is no answer
+        ::_exit(1);
+    }
+    ::_exit(0);
+}
+
+} // namespace
+
+bool sendRequest(int control, const ChildRequest& request, const std::array<int, 3>* descriptors) {
+    alignas(cmsghdr) std::array<char, kControlBytes> ancillary = {};
+    ChildRequest copy = request;
+    iovec data = {.iov_base = &copy, .iov_len = sizeof copy};
+    msghdr message = {};
+    message.msg_iov = &data;
+    message.msg_iovlen = 1;
+    if (descriptors) {
+        message.msg_control = ancillary.data();
+        message.msg_controllen = ancillary.size();
+        cmsghdr* const header = CMSG_FIRSTHDR(&message);
+        header->cmsg_level = SOL_SOCKET;
+        header->cmsg_type = SCM_RIGHTS;
+        header->cmsg_len = CMSG_LEN(sizeof *descriptors);
+        std::memcpy(CMSG_DATA(header), descriptors->data(), sizeof *descriptors);
+    }
+    ssize_t length = 0;
+    do
+        length = ::sendmsg(control, &message, MSG_NOSIGNAL);
+    while (length < 0 && errno == EINTR);
+    return length == sizeof copy;
+}
+
+void forkChildren(Descriptor control, ChildWork work) {
+    ::prctl(PR_SET_NAME, "complexion-read");
+    ::prctl(PR_SET_DUMPABLE, 0);
+    if (::chdir("/") != 0)
+        ::_exit(1);
+    // Made once: it is the same for all children.
+    const Bytes filter = systemCallFilter(kSocket);
+    std::set<pid_t> children; // not waited for yet: no other process has their numbers
+    while (const std::optional<ReceivedRequest> received = receiveRequest(control.get())) {
+        const ChildRequest& request = received->request;
+        if (request.kind == ChildRequest::Kind::End) {
+            if (children.erase(request.child) > 0) {
+                ::kill(request.child, SIGKILL);
+                ::waitpid(request.child, nullptr, 0);
+            }
+            continue;
+        }
+        const std::int32_t child = received->descriptors ? ::fork() : -1;
+        if (child == 0)
+            runChild(request, *received->descriptors, filter, work);
+        if (child > 0)
+            children.insert(child);
+        if (::send(control.get(), &child, sizeof child, MSG_NOSIGNAL) != sizeof child)
+            break;
+    }
+    ::_exit(0);
+}
+
+} // namespace complexion

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/base/files.h"
+
+namespace complexion {
+
+// What a process gives up before it looks at a stranger's bytes.
+
+/// How much a process may use.
+struct ReaderLimits {
+    std::uint64_t memory = 0;     // bytes of address space, beyond what it has when it is confined
+    std::uint64_t cpuSeconds = 0; // of all threads together
+};
+
+/// What holds a process back. The kernel may lack any of the two.
+struct Confinement {
+    bool hasFileRules = false;  // landlock: no file can be opened, no port bound or connected
+    bool hasCallFilter = false; // seccomp: only the system calls that decoding takes
+};
+
+/// The system calls that decoding takes, as a filter for the kernel; empty where it has no filters. Those on
+/// descriptors are limited to `socket`, to which a process may send and from which it may receive.
+Bytes systemCallFilter(int socket);
+
+/// Limits this process for the rest of its life: resources, privileges, files, core dumps, debuggers, and an
+/// empty environment. What it has open, it keeps. Does not set the filter yet: that allows too little for
+/// what comes between.
+Confinement confineThisProcess(const ReaderLimits& limits, ByteView filter);
+
+/// Sets the filter, for all threads to come. False when the kernel refuses it.
+bool setSystemCallFilter(ByteView filter);
+
+} // namespace complexion

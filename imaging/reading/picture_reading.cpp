@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/reading/picture_reading.h"
+
+#include "imaging/base/diagnostics.h"
+#include "imaging/base/no_throw.h"
+#include "imaging/base/row_receiver.h"
+#include "imaging/codecs/codec.h"
+#include "imaging/codecs/jpeg_original.h"
+#include "imaging/codecs/opening.h"
+#include "imaging/reading/flat_error.h"
+#include "imaging/reading/limits_for_file.h"
+#include "imaging/reading/picture_answer.h"
+#include "imaging/reading/transcoding.h"
+#include "imaging/reading/transcoding_answer.h"
+
+#include <future>
+#include <system_error>
+
+namespace complexion {
+
+namespace {
+
+enum Operation : std::uint32_t { kLook, kEdit, kTranscode };
+
+/// Sends the rows that decoders set.
+class RowSender final : public RowReceiver {
+public:
+    explicit RowSender(AnswerSender& answer) : m_answer(answer) {}
+
+    void begin(PixelSize size, std::optional<DeepAlpha> deepAlpha) override {
+        m_width = size.width;
+        m_orientation = Orientation::TopLeft;
+        m_answer.sendPicture(size, deepAlpha);
+    }
+    void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) override {
+        m_answer.sendRows(firstRow, count, m_width, rows, deepRows);
+    }
+    void turnUpright(Orientation orientation) override { m_orientation = orientation; }
+
+    Orientation orientation() const { return m_orientation; }
+
+private:
+    AnswerSender& m_answer;
+    int m_width = 0;
+    Orientation m_orientation = Orientation::TopLeft;
+};
+
+/// The result of `work`, on another core if there can be another thread.
+template <class Work>
+auto begun(const Work& work) -> std::future<decltype(work())> {
+    try {
+        return std::async(std::launch::async, work);
+    } catch (const std::system_error&) {
+        return std::async(std::launch::deferred, work);
+    }
+}
+
+Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSender& sender) {
+    PictureAnswer answer;
+    const Codec* const codec = codecForContent(file);
+    if (!codec)
+        return Error{"not a picture file", ErrorKind::NotAPicture};
+    answer.container = codec->container;
+    RowSender rows(sender);
+    RowReceiver::install(&rows);
+    COMPLEXION_TRY(PictureWithoutOriginal picture, decodedWithoutOriginal(file));
+    const Image& image = picture.decoded.image;
+    answer.orientation = rows.orientation();
+    answer.points = image.size();
+    answer.icc.assign(image.profile().icc().begin(), image.profile().icc().end());
+    answer.damage = std::move(picture.decoded.damage);
+    answer.jpegOrientation = picture.jpegOrientation;
+    if (operation == kEdit) {
+        COMPLEXION_TRY(answer.actualSize, actualSizeOf(file));
+    }
+    return answer;
+}
+
+/// What a child answers.
+Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer,
+                                                 AnswerReceiver::Clock::time_point deadline) {
+    PictureAssembler assembler;
+    while (!assembler.isComplete()) {
+        COMPLEXION_TRY(const AnswerMessage message, answer.receive(deadline));
+        const std::optional<std::int64_t> length = assembler.contentLength(message);
+        if (!length || !assembler.take(message, answer.contents(message, *length)))
+            return answerIsNonsense();
+        if (*length > 0)
+            answer.release(message);
+    }
+    return assembler.finish();
+}
+
+Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, OpenFile file,
+                                ReadingPurpose purpose) {
+    const bool isForEditing = purpose == ReadingPurpose::Edit;
+    const ReaderLimits limits = limitsForFile(file.length);
+    const auto deadline = deadlineFor(limits);
+    COMPLEXION_TRY(Reading reading, process->begin(isForEditing ? kEdit : kLook, file, limits));
+    COMPLEXION_TRY(PictureAssembler::Picture picture, receivePicture(reading.answer(), deadline));
+    Image& image = picture.decoded.image;
+    if (const std::optional<Orientation> orientation = picture.answer.jpegOrientation) {
+        const PixelSize stored = uprightSize(image.pixelSize(), *orientation); // which is its own inverse
+        std::unique_ptr<jpeg::OriginalFile::Transcoder> transcoder;
+        if (isForEditing) {
+            transcoder = transcoderOf(std::move(reading), stored, deadline);
+        } else {
+            COMPLEXION_TRY(Bytes bytes, readWhole(std::move(file)));
+            transcoder = laterTranscoder(process, kTranscode, std::move(bytes), stored);
+        }
+        const auto original = std::make_shared<jpeg::OriginalFile>(std::move(transcoder));
+        if (isForEditing)
+            original->prepare();
+        original->setPicture(image, *orientation);
+        image.encoderMemory().set(original);
+    }
+    return FilePicture{.decoded = std::move(picture.decoded),
+                       .container = picture.answer.container,
+                       .actualSize = picture.answer.actualSize};
+}
+
+Result<FilePicture> readHere(OpenFile opened, ReadingPurpose purpose) {
+    COMPLEXION_TRY(const Bytes file, readWhole(std::move(opened)));
+    const bool isForEditing = purpose == ReadingPurpose::Edit;
+    FilePicture picture;
+    COMPLEXION_TRY(picture.decoded,
+                   decodedFile(file, isForEditing ? OriginalLoading::Concurrent : OriginalLoading::OnDemand));
+    picture.container = codecForContent(file)->container;
+    if (isForEditing) {
+        COMPLEXION_TRY(picture.actualSize, actualSizeOf(file));
+    }
+    return picture;
+}
+
+} // namespace
+
+Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose) {
+    return withoutThrowing([&]() -> Result<FilePicture> {
+        COMPLEXION_TRY(OpenFile file, openFile(path, isPictureFile));
+        const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
+        return process ? readInChild(process, std::move(file), purpose) : readHere(std::move(file), purpose);
+    });
+}
+
+Result<PixelSize> measuredFile(const std::filesystem::path& path) {
+    return withoutThrowing([&]() -> Result<PixelSize> {
+        COMPLEXION_TRY(OpenFile opened, openFile(path, isPictureFile));
+        COMPLEXION_TRY(const Bytes file, readWhole(std::move(opened)));
+        return actualSizeOf(file);
+    });
+}
+
+void startReader() {
+    const Result<std::shared_ptr<ReaderProcess>> process = ReaderProcess::start(answerReading);
+    if (process)
+        ReaderProcess::install(*process);
+    else
+        printLine("files are read without a sandbox: " + process.error().message);
+}
+
+void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer, const Confinement&) {
+    const auto transcode = [input] { return withoutThrowing([input] { return jpeg::transcode(input); }); };
+    if (operation == kTranscode) {
+        answer.sendAnswer(flattened(transcode()));
+        return;
+    }
+    std::future<Result<jpeg::TranscodedFile>> transcoded;
+    if (operation == kEdit && containerOf(input) == Container::Jpeg && kJpegCodec.measure(input))
+        transcoded = begun(transcode);
+    const Result<PictureAnswer> picture =
+        withoutThrowing([&]() -> Result<PictureAnswer> { return answerOf(operation, input, answer); });
+    answer.sendAnswer(flattened(picture));
+    if (picture && picture->jpegOrientation && transcoded.valid())
+        answer.sendAnswer(flattened(transcoded.get()));
+}
+
+} // namespace complexion

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "imaging/codecs/decoded_picture.h"
+#include "imaging/containers/container.h"
+#include "imaging/reading/reader_process.h"
+
+#include <filesystem>
+
+namespace complexion {
+
+// Reading a stranger's picture file: in a child of the installed reader process, or in this process if none
+// is installed. Both give the same.
+
+enum class ReadingPurpose {
+    Look, // for its pixels
+    Edit, // for editing: its actual size is measured, and what encoding will need is prepared
+};
+
+struct FilePicture {
+    DecodedPicture decoded;
+    Container container = Container::Jpeg;
+    /// See actualSizeOf; not measured for a look.
+    PixelSize actualSize;
+};
+
+/// The first picture of the file. An error if it cannot be decoded or, for editing, measured; also if its
+/// child fails in any way.
+Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose);
+
+/// The actual size of the file, as actualSizeOf.
+Result<PixelSize> measuredFile(const std::filesystem::path& path);
+
+/// Starts and installs the reader process, before this process grows and has other threads. If the system
+/// refuses, a line on standard output says so, and files are read in this process.
+void startReader();
+
+/// What children of this program's reader process do.
+void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer,
+                   const Confinement& confinement);
+
+} // namespace complexion
