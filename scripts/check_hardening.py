@@ -19,7 +19,7 @@ PROGRAM = ROOT / "build/release/app/complexion"
 NETWORK = re.compile(r"^(socket|socketpair|connect|bind|listen|accept4?|getaddrinfo|gethostby\w+|res_\w+|send(to|msg|mmsg)?|"
                      r"recv(from|msg|mmsg)?)$|QNetwork|Q(Tcp|Udp|Ssl|Local|Abstract)Socket")
 # Between the program and its reader process. Without one of the other calls, they reach nobody else.
-PAIRED = {"socketpair", "send", "sendmsg", "recvmsg"}
+PAIRED = {"socketpair", "send", "sendmsg", "recv", "recvmsg"}
 NETWORK_LIBRARIES = re.compile(r"Network|curl|ssl|soup|WebEngine", re.IGNORECASE)
 OPENS_ADDRESS = "QDesktopServices::openUrl"
 

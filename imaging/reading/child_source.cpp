@@ -67,6 +67,12 @@ void closeFrom(int first) {
         ::close(descriptor);
 }
 
+void closeAllBut(int kept) {
+    for (int descriptor = 0; descriptor < kept; ++descriptor)
+        ::close(descriptor);
+    closeFrom(kept + 1);
+}
+
 /// Leaves a child the three descriptors, at their places.
 bool arrangeDescriptors(const ChildDescriptors& descriptors) {
     const DescriptorNumbers given = {descriptors.input.get(), descriptors.socket.get(),
@@ -152,6 +158,7 @@ bool sendRequest(int control, const ChildRequest& request, const std::array<int,
 void forkChildren(Descriptor control, ChildWork work) {
     ::prctl(PR_SET_NAME, "complexion-read");
     ::prctl(PR_SET_DUMPABLE, 0);
+    closeAllBut(control.get());
     if (::chdir("/") != 0)
         ::_exit(1);
     // Made once: it is the same for all children.

@@ -4,7 +4,7 @@
 #include "tests/fakes/hostile_reader.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
-#include "tests/imaging/reading_fixture.h"
+#include "tests/fakes/installed_reader.h"
 
 #include <iostream>
 

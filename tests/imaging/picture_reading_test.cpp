@@ -7,7 +7,7 @@
 #include "tests/fakes/profiles.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/imaging/hostile_files.h"
-#include "tests/imaging/reading_fixture.h"
+#include "tests/fakes/installed_reader.h"
 
 #include <atomic>
 #include <optional>

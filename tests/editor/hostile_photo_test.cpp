@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// A photo that takes its decoder over is a photo that could not be loaded.
+#include "tests/editor/opening_fixture.h"
+#include "tests/fakes/hostile_reader.h"
+#include "tests/fakes/installed_reader.h"
+
+namespace complexion {
+namespace {
+
+TEST_F(Opening, APhotoThatTakesItsDecoderOverShowsTheLoadFailureAndLeavesEverything) {
+    workOnAPhoto();
+    const InstalledReader reader(doAsTheFileSays);
+    for (const std::string_view deed :
+         {kReachForFiles, kCrash, kExitSilently, kEndlessPictures, kTooLongAnswer}) {
+        const std::filesystem::path path = platform.photos() / "hostile.jpg";
+        writeFile(path, hostileFile(deed));
+        expectUntouchedBy([&] {
+            dialogs.expectQuestion(kSelectQuestion, kFirstButton);
+            dialogs.expectOpenPanel(chosen(path));
+            dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
+            controller->OnSelectImage(nullptr);
+        });
+    }
+}
+
+TEST_F(Opening, APhotoIsRetouchedThatWasReadInAnotherProcess) {
+    const InstalledReader reader;
+    const std::filesystem::path path = makePhoto("photo.jpg");
+    openThroughPanel(path);
+    const Image opened = controller->originalImage();
+    EXPECT_TRUE(samePixels(opened, decoded(path)));
+    retouch(0);
+    EXPECT_FALSE(samePixels(controller->originalImage(), opened));
+    controller->OnUndo(nullptr);
+    EXPECT_TRUE(samePixels(controller->originalImage(), opened));
+}
+
+} // namespace
+} // namespace complexion
