@@ -137,8 +137,8 @@ Result<AnswerMessage> AnswerReceiver::receive(Clock::time_point deadline) {
             continue;
         AnswerMessage message;
         const ssize_t length = ::recv(m_socket.get(), &message, sizeof message, MSG_TRUNC | MSG_DONTWAIT);
-        // A child that ended without looking at the slots that it got back resets the connection. What it sent
-        // before can still be received.
+        // A child that ended without looking at the slots that it got back resets the connection. What it
+        // sent before can still be received.
         if (length < 0 && (errno == EINTR || errno == EAGAIN || errno == ECONNRESET))
             continue;
         if (length <= 0)

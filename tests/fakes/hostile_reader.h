@@ -8,7 +8,8 @@
 
 namespace complexion {
 
-// A decoder that a stranger's file has taken over: what follows a JPEG file's signature in the file is what it does.
+// A decoder that a stranger's file has taken over: what follows a JPEG file's signature in the file is what
+// it does.
 
 /// Tries to reach whatever a child must not reach. The answer is an error, whose message names what could be
 /// reached; "nothing" if nothing could.

@@ -2,9 +2,9 @@
 
 // What a decoder can do that a stranger's file has taken over: nothing but give no picture.
 #include "tests/fakes/hostile_reader.h"
+#include "tests/fakes/installed_reader.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
-#include "tests/fakes/installed_reader.h"
 
 #include <iostream>
 

@@ -2,12 +2,12 @@
 
 // Files that are read in a child give what they give when they are read in this process.
 #include "imaging/codecs/codec.h"
+#include "tests/fakes/installed_reader.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/imaging/hostile_files.h"
-#include "tests/fakes/installed_reader.h"
 
 #include <atomic>
 #include <optional>
