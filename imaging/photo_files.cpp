@@ -48,11 +48,10 @@ jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, co
 Result<OpenedPhoto> openPhoto(const std::filesystem::path& path) {
     return withoutThrowing([&]() -> Result<OpenedPhoto> {
         COMPLEXION_TRY(FilePicture picture, readPictureFile(path, ReadingPurpose::Edit));
-        COMPLEXION_TRY(const Bytes file, readFile(path, isPictureFile));
         return OpenedPhoto{.image = atActualSize(picture.decoded.image, picture.actualSize),
                            .extension = codecOf(picture.container).extension,
                            .damage = std::move(picture.decoded.damage),
-                           .losses = savingLosses(file, picture.decoded.image)};
+                           .losses = std::move(picture.losses)};
     });
 }
 

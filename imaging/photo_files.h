@@ -3,7 +3,7 @@
 
 #include "imaging/base/image.h"
 #include "imaging/base/result.h"
-#include "imaging/saving_losses.h"
+#include "imaging/metadata/saving_losses.h"
 
 #include <filesystem>
 #include <optional>

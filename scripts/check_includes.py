@@ -20,7 +20,7 @@ BELOW_FOLDER = {  # stricter rules within a part: codecs and metadata must not d
     "imaging/codecs": {"imaging/base", "imaging/containers"},
     "imaging/metadata": {"imaging/base", "imaging/containers"},
     "imaging/healing": {"imaging/base"},
-    "imaging/reading": {"imaging/base", "imaging/containers", "imaging/codecs"},
+    "imaging/reading": {"imaging/base", "imaging/containers", "imaging/codecs", "imaging/metadata"},
 }
 INCLUDE = re.compile(r'^\s*#\s*include\s*"([^"]+)"', re.MULTILINE)
 

@@ -34,9 +34,15 @@ void setBandRow(std::vector<PixelBlock>& band, int rowInBand, const RGBA32* row)
 /// The pixels of an image whose rows went to a RowReceiver.
 class PixelsPassedOn final : public PixelSource {
 public:
+    explicit PixelsPassedOn(std::optional<DeepAlpha> deepAlpha) : m_deepAlpha(deepAlpha) {}
+
     void read(PixelRect, RGBA32*, std::ptrdiff_t) const override {
         fatal("pixels that were passed on are read");
     }
+    std::optional<DeepAlpha> deepAlpha() const override { return m_deepAlpha; }
+
+private:
+    std::optional<DeepAlpha> m_deepAlpha;
 };
 
 } // namespace
@@ -357,7 +363,7 @@ void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows, const RG
 
 Image ImageBuilder::finish() {
     if (m_receiver)
-        return Image::fromSource(m_size, std::make_shared<const PixelsPassedOn>());
+        return Image::fromSource(m_size, std::make_shared<const PixelsPassedOn>(m_deepAlpha));
     const std::vector<RGBA32> clear(static_cast<std::size_t>(m_size.width));
     BandList bands(m_bands.size());
     for (std::size_t index = 0; index < m_bands.size(); ++index) {

@@ -2,6 +2,7 @@
 #include "imaging/containers/jpeg_segments.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace complexion::jpeg {
 
@@ -23,13 +24,19 @@ bool endsSegments(std::uint8_t code) {
 /// The offset of the next marker's code from `position` on; the file's size if there is none. Skips what
 /// belongs to no segment, as decoders do: stray bytes, fill bytes, and 0xFF followed by 0.
 std::size_t nextMarkerCode(ByteView file, std::size_t position) {
-    const auto end = file.end();
-    auto at = file.begin() + static_cast<std::ptrdiff_t>(position);
+    if (position >= file.size())
+        return file.size();
+    const std::uint8_t* const end = file.data() + file.size();
+    const std::uint8_t* at = file.data() + position;
     do {
-        at = std::find(at, end, kMarkerStart);
-        at = std::find_if(at, end, [](std::uint8_t byte) { return byte != kMarkerStart; });
+        // memchr, as a scan has megabytes without a marker.
+        const void* const start = std::memchr(at, kMarkerStart, static_cast<std::size_t>(end - at));
+        if (start == nullptr)
+            return file.size();
+        at = std::find_if(static_cast<const std::uint8_t*>(start), end,
+                          [](std::uint8_t byte) { return byte != kMarkerStart; });
     } while (at != end && *at == 0);
-    return static_cast<std::size_t>(at - file.begin());
+    return static_cast<std::size_t>(at - file.data());
 }
 
 } // namespace

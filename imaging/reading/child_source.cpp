@@ -158,6 +158,9 @@ bool sendRequest(int control, const ChildRequest& request, const std::array<int,
 void forkChildren(Descriptor control, ChildWork work) {
     ::prctl(PR_SET_NAME, "complexion-read");
     ::prctl(PR_SET_DUMPABLE, 0);
+    // Meant for the program, which ends this process when it ends itself, maybe not before its work is saved.
+    for (const int signal : {SIGINT, SIGHUP, SIGQUIT, SIGTERM})
+        ::signal(signal, SIG_IGN);
     closeAllBut(control.get());
     if (::chdir("/") != 0)
         ::_exit(1);

@@ -24,7 +24,7 @@ ReaderLimits limitsForFile(std::size_t length) {
     constexpr std::uint64_t kSeconds = 60;
     constexpr std::uint64_t kBytesPerSecond = 4 * kMiB;
     const std::uint64_t area = std::clamp<std::uint64_t>(
-        kMaxPixelsPerByte * length, std::uint64_t{kHarmlessArea}, std::uint64_t{kMaxArea});
+        kMaxPixelsPerByte * length, std::uint64_t{kAlwaysAllowedArea}, std::uint64_t{kMaxArea});
     return {.memory = kMemory + kBytesPerPixel * area + kCopiesOfFile * length,
             .cpuSeconds = kSeconds + length / kBytesPerSecond};
 }

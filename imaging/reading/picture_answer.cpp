@@ -31,6 +31,28 @@ bool isActualSize(PixelSize size) {
     return size == PixelSize{} || isDecodableSize(size.width, size.height);
 }
 
+void writeLosses(FlatWriter& writer, const std::vector<SavingLoss>& losses) {
+    writer.number(static_cast<std::uint8_t>(losses.size()));
+    for (const SavingLoss& loss : losses) {
+        writer.number(static_cast<std::uint8_t>(loss.kind));
+        writer.number(loss.count);
+    }
+}
+
+/// The losses; nothing if they are not each at most once, in order, and with a plausible count.
+std::optional<std::vector<SavingLoss>> readLosses(FlatReader& reader) {
+    std::vector<SavingLoss> losses;
+    for (int left = reader.number<std::uint8_t>(); left > 0; --left) {
+        const auto kind = reader.number<std::uint8_t>();
+        const auto count = reader.number<int>();
+        if (kind > static_cast<std::uint8_t>(SavingLoss::Kind::Preview) || count < 0 ||
+            (!losses.empty() && kind <= static_cast<std::uint8_t>(losses.back().kind)))
+            return std::nullopt;
+        losses.push_back({static_cast<SavingLoss::Kind>(kind), count});
+    }
+    return losses;
+}
+
 } // namespace
 
 Bytes flattened(const Result<PictureAnswer>& answer) {
@@ -46,6 +68,7 @@ Bytes flattened(const Result<PictureAnswer>& answer) {
     writer.number(answer->points.height);
     writer.number(answer->actualSize.width);
     writer.number(answer->actualSize.height);
+    writeLosses(writer, answer->losses);
     writer.bytes(answer->icc);
     writer.number(static_cast<std::uint8_t>(answer->damage ? 1 : 0));
     if (answer->damage)
@@ -65,6 +88,7 @@ Result<PictureAnswer> parsedPictureAnswer(ByteView bytes) {
     answer.points.height = reader.number<double>();
     answer.actualSize.width = reader.number<int>();
     answer.actualSize.height = reader.number<int>();
+    std::optional<std::vector<SavingLoss>> losses = readLosses(reader);
     const ByteView icc = reader.bytes();
     answer.icc.assign(icc.begin(), icc.end());
     const bool isDamaged = reader.number<std::uint8_t>() != 0;
@@ -73,10 +97,11 @@ Result<PictureAnswer> parsedPictureAnswer(ByteView bytes) {
     const auto jpegOrientation = reader.number<std::uint8_t>();
     if (!reader.isWhole() || container > static_cast<std::uint8_t>(Container::Bmp) ||
         !isOrientation(orientation) || !isLength(answer.points.width) || !isLength(answer.points.height) ||
-        !isActualSize(answer.actualSize) || (isDamaged && !answer.damage) ||
+        !isActualSize(answer.actualSize) || !losses || (isDamaged && !answer.damage) ||
         (jpegOrientation != 0 && !isOrientation(jpegOrientation)))
         return answerIsNonsense();
     answer.container = static_cast<Container>(container);
+    answer.losses = *std::move(losses);
     answer.orientation = static_cast<Orientation>(orientation);
     if (jpegOrientation != 0)
         answer.jpegOrientation = static_cast<Orientation>(jpegOrientation);

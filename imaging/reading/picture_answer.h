@@ -6,6 +6,7 @@
 #include "imaging/base/result.h"
 #include "imaging/codecs/decoded_picture.h"
 #include "imaging/containers/container.h"
+#include "imaging/metadata/saving_losses.h"
 #include "imaging/reading/answer_channel.h"
 
 #include <optional>
@@ -23,6 +24,8 @@ struct PictureAnswer {
     PointSize points;
     /// The largest width and the largest height of all pictures in the file, in pixels.
     PixelSize actualSize;
+    /// See savingLosses; not determined for a look.
+    std::vector<SavingLoss> losses = {};
     /// Of an RGB profile that the colour library can use; empty for sRGB.
     Bytes icc;
     /// See DecodedPicture.

@@ -72,6 +72,7 @@ Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSen
     answer.jpegOrientation = picture.jpegOrientation;
     if (operation == kEdit) {
         COMPLEXION_TRY(answer.actualSize, actualSizeOf(file));
+        answer.losses = savingLosses(file, image);
     }
     return answer;
 }
@@ -116,7 +117,8 @@ Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, O
     }
     return FilePicture{.decoded = std::move(picture.decoded),
                        .container = picture.answer.container,
-                       .actualSize = picture.answer.actualSize};
+                       .actualSize = picture.answer.actualSize,
+                       .losses = std::move(picture.answer.losses)};
 }
 
 Result<FilePicture> readHere(OpenFile opened, ReadingPurpose purpose) {
@@ -128,6 +130,7 @@ Result<FilePicture> readHere(OpenFile opened, ReadingPurpose purpose) {
     picture.container = codecForContent(file)->container;
     if (isForEditing) {
         COMPLEXION_TRY(picture.actualSize, actualSizeOf(file));
+        picture.losses = savingLosses(file, picture.decoded.image);
     }
     return picture;
 }

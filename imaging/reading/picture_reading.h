@@ -3,9 +3,11 @@
 
 #include "imaging/codecs/decoded_picture.h"
 #include "imaging/containers/container.h"
+#include "imaging/metadata/saving_losses.h"
 #include "imaging/reading/reader_process.h"
 
 #include <filesystem>
+#include <vector>
 
 namespace complexion {
 
@@ -22,6 +24,8 @@ struct FilePicture {
     Container container = Container::Jpeg;
     /// See actualSizeOf; not measured for a look.
     PixelSize actualSize;
+    /// See savingLosses; not determined for a look.
+    std::vector<SavingLoss> losses = {};
 };
 
 /// The first picture of the file. An error if it cannot be decoded or, for editing, measured; also if its

@@ -7,6 +7,7 @@
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
 #include "tests/fakes/temporary_folder.h"
+#include "tests/imaging/deep_files.h"
 #include "tests/imaging/hostile_files.h"
 
 #include <atomic>
@@ -50,6 +51,20 @@ protected:
         EXPECT_EQ(inChild.decoded.damage.has_value(), here.decoded.damage.has_value());
         EXPECT_EQ(inChild.container, here.container);
         EXPECT_EQ(inChild.actualSize, here.actualSize);
+        EXPECT_EQ(inChild.losses, here.losses);
+        ASSERT_EQ(inChild.decoded.image.deepAlpha(), here.decoded.image.deepAlpha());
+        if (here.decoded.image.deepAlpha())
+            EXPECT_TRUE(deepPixelsOf(inChild.decoded.image) == deepPixelsOf(here.decoded.image));
+    }
+
+    static std::vector<std::uint16_t> deepPixelsOf(const Image& image) {
+        const PixelSize size = image.pixelSize();
+        std::vector<RGBA64> pixels(static_cast<std::size_t>(size.area()));
+        image.readDeep({0, 0, size.width, size.height}, pixels.data(), size.width);
+        std::vector<std::uint16_t> samples;
+        for (const RGBA64 pixel : pixels)
+            samples.insert(samples.end(), {pixel.red, pixel.green, pixel.blue, pixel.alpha});
+        return samples;
     }
 
     std::filesystem::path written(const std::string& bytes) const {
@@ -91,6 +106,16 @@ TEST_F(PictureReading, GivesTheSameForAProfile) {
     ASSERT_FALSE(image.profile().isSrgb());
     for (const Codec* const codec : {&kJpegCodec, &kPngCodec, &kTiffCodec})
         expectSame(written(encodedAs(*codec, image)));
+}
+
+TEST_F(PictureReading, GivesTheSameFor16Bits) {
+    for (const bool isPng : {true, false})
+        for (const int orientation : {1, 6}) {
+            const test::DeepKind kind = {
+                .name = "", .isPng = isPng, .hasAlpha = true, .orientation = orientation};
+            const Bytes file = test::deepFile(test::skinSamples({257, 130}, kind), kind);
+            expectSame(written({file.begin(), file.end()}));
+        }
 }
 
 TEST_F(PictureReading, GivesTheSameForTheWidestPictures) {

@@ -18,6 +18,7 @@ PictureAnswer someAnswer() {
             .orientation = Orientation::RightTop,
             .points = {20, 30},
             .actualSize = {40, 60},
+            .losses = {{SavingLoss::Kind::Depth, 16}, {SavingLoss::Kind::Movie, 0}},
             .icc = {1, 2, 3},
             .damage = Error{"cut", ErrorKind::Damaged},
             .jpegOrientation = Orientation::LeftBottom};
@@ -31,6 +32,7 @@ TEST(PictureAnswer, ComesBackAsItWasSent) {
     EXPECT_EQ(answer->orientation, sent.orientation);
     EXPECT_EQ(answer->points, sent.points);
     EXPECT_EQ(answer->actualSize, sent.actualSize);
+    EXPECT_EQ(answer->losses, sent.losses);
     EXPECT_EQ(answer->icc, sent.icc);
     ASSERT_TRUE(answer->damage);
     EXPECT_EQ(answer->damage->message, "cut");
@@ -56,7 +58,7 @@ TEST(PictureAnswer, ThatIsCutOrTooLongIsNone) {
 }
 
 TEST(PictureAnswer, WithAValueOutOfItsRangeIsNone) {
-    std::vector<PictureAnswer> wrong(8, someAnswer());
+    std::vector<PictureAnswer> wrong(11, someAnswer());
     wrong[0].container = static_cast<Container>(5);
     wrong[1].orientation = static_cast<Orientation>(0);
     wrong[2].orientation = static_cast<Orientation>(9);
@@ -65,6 +67,9 @@ TEST(PictureAnswer, WithAValueOutOfItsRangeIsNone) {
     wrong[5].actualSize = {1 << 20, 1 << 20};
     wrong[6].jpegOrientation = static_cast<Orientation>(9);
     wrong[7].damage->kind = static_cast<ErrorKind>(7);
+    wrong[8].losses.push_back({static_cast<SavingLoss::Kind>(8), 0});
+    wrong[9].losses.push_back(wrong[9].losses.front());
+    wrong[10].losses.front().count = -1;
     for (std::size_t i = 0; i < wrong.size(); ++i)
         EXPECT_FALSE(parsedPictureAnswer(flattened(wrong[i]))) << i;
 }

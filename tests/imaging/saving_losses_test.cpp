@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What a save of a photo will not keep is told when the photo is opened.
-#include "imaging/saving_losses.h"
+#include "imaging/metadata/saving_losses.h"
 
 #include "imaging/codecs/codec.h"
 #include "imaging/photo_files.h"

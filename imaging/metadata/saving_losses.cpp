@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "imaging/saving_losses.h"
+#include "imaging/metadata/saving_losses.h"
 
 #include "imaging/containers/container.h"
 #include "imaging/containers/gif_blocks.h"
