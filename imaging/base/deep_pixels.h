@@ -25,6 +25,9 @@ public:
     /// The bytes that it takes.
     std::size_t size() const;
 
+    /// Whether both have the same deep pixels, if the pixels that they were rounded to are the same.
+    bool operator==(const DeepBlock&) const = default;
+
 private:
     void keepRemainders(const PixelBlock& rounded, std::span<const RGBA64> pixels, std::size_t components);
 

@@ -272,6 +272,7 @@ Image Image::materialized() const {
         return *this;
     const std::optional<DeepAlpha> deep = deepAlpha();
     BandList bands(static_cast<std::size_t>(bandCount()));
+    BandMaker maker;
     parallelFor(bandCount(), [&](int index) {
         std::vector<PixelBlock> blocks = newBand(pixelSize(), index);
         const PixelRect band = bandRect(index);
@@ -286,7 +287,7 @@ Image Image::materialized() const {
             deepRows.resize(static_cast<std::size_t>(band.width) * static_cast<std::size_t>(band.height));
             readDeep(band, deepRows.data(), band.width);
         }
-        bands[static_cast<std::size_t>(index)] = bandOf(std::move(blocks), deepRows);
+        bands[static_cast<std::size_t>(index)] = maker.make(std::move(blocks), deepRows);
     });
     return fromBands(pixelSize(), std::move(bands), profile(), deep).withSize(size());
 }
@@ -316,9 +317,15 @@ ImageBuilder::ImageBuilder(PixelSize size, std::optional<DeepAlpha> deepAlpha)
         fatal("an image has a negative size");
     if (m_receiver)
         m_receiver->begin(size, deepAlpha);
-    else
+    else {
         m_bands.resize(static_cast<std::size_t>(size.width == 0 ? 0 : blocksFor(size.height, Tile::kHeight)));
+        m_maker = std::make_unique<BandMaker>();
+    }
 }
+
+ImageBuilder::ImageBuilder(ImageBuilder&&) noexcept = default;
+
+ImageBuilder::~ImageBuilder() = default;
 
 void ImageBuilder::begin(PartBand& part, std::size_t band) const {
     part.blocks = newBand(m_size, static_cast<int>(band));
@@ -327,9 +334,9 @@ void ImageBuilder::begin(PartBand& part, std::size_t band) const {
                              static_cast<std::size_t>(part.blocks.front().size.height));
 }
 
-/// Deep rows take twice the memory of what they become: not longer than they have to.
-void ImageBuilder::finish(PartBand& part) const {
-    part.whole = bandOf(std::exchange(part.blocks, {}), std::exchange(part.deepRows, {}));
+/// As soon as a band is complete: deep rows take twice the memory of what they become, and equal tiles none.
+void ImageBuilder::finish(PartBand& part) {
+    part.whole = m_maker->make(std::exchange(part.blocks, {}), std::exchange(part.deepRows, {}));
 }
 
 void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) {
@@ -356,7 +363,7 @@ void ImageBuilder::setRows(int firstRow, int count, const RGBA32* rows, const RG
             deepRows += m_size.width;
         }
         part.rowsSet |= std::uint64_t{1} << rowInBand;
-        if (m_deepAlpha && std::popcount(part.rowsSet) == part.blocks.front().size.height)
+        if (std::popcount(part.rowsSet) == part.blocks.front().size.height)
             finish(part);
     }
 }

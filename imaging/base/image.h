@@ -134,6 +134,7 @@ private:
     std::shared_ptr<const Content> m_content;
 };
 
+class BandMaker;
 class RowReceiver;
 
 /// Builds an image row by row, for decoders. Passes the rows on where a RowReceiver is installed.
@@ -141,8 +142,11 @@ class ImageBuilder {
 public:
     /// With `deepAlpha`, all rows are set with their deep pixels.
     explicit ImageBuilder(PixelSize size, std::optional<DeepAlpha> deepAlpha = {});
+    ImageBuilder(ImageBuilder&&) noexcept;
+    ~ImageBuilder();
 
-    /// Sets `count` packed rows from `firstRow` on. Different threads may set rows of different bands.
+    /// Sets `count` packed rows from `firstRow` on, each once. Different threads may set rows of different
+    /// bands.
     void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows = nullptr);
 
     /// The image, at one point per pixel; rows that were never set are transparent.
@@ -157,12 +161,13 @@ private:
         std::shared_ptr<const Band> whole;
     };
     void begin(PartBand& part, std::size_t band) const;
-    void finish(PartBand& part) const;
+    void finish(PartBand& part);
 
     PixelSize m_size;
     std::optional<DeepAlpha> m_deepAlpha;
     RowReceiver* m_receiver; // null for an image of this process
     std::vector<PartBand> m_bands;
+    std::unique_ptr<BandMaker> m_maker; // null with a receiver
 };
 
 } // namespace complexion

@@ -32,8 +32,13 @@ std::vector<PixelBlock> newBand(PixelSize picture, int band) {
     return blocks;
 }
 
-std::shared_ptr<const Band> bandOf(std::vector<PixelBlock> blocks, const std::vector<RGBA64>& deepRows) {
-    std::vector<std::shared_ptr<const Tile>> tiles;
+std::shared_ptr<const Band> BandMaker::make(std::vector<PixelBlock> blocks,
+                                            const std::vector<RGBA64>& deepRows) {
+    const std::shared_ptr<const Band> latest = [this] {
+        const std::scoped_lock lock(m_mutex);
+        return m_latest;
+    }();
+    TileList tiles;
     tiles.reserve(blocks.size());
     const std::size_t width =
         blocks.empty() ? 0 : deepRows.size() / static_cast<std::size_t>(blocks.front().size.height);
@@ -41,10 +46,19 @@ std::shared_ptr<const Band> bandOf(std::vector<PixelBlock> blocks, const std::ve
     for (PixelBlock& block : blocks) {
         const auto blockWidth = static_cast<std::size_t>(block.size.width);
         auto deep = deepRows.empty() ? nullptr : deepBlockOf(block, deepRows, width, left);
-        tiles.push_back(std::make_shared<const Tile>(std::move(block), std::move(deep)));
+        auto tile = std::make_shared<const Tile>(std::move(block), std::move(deep));
         left += blockWidth;
+        if (!tiles.empty() && tile->hasPixelsOf(*tiles.back()))
+            tiles.push_back(tiles.back());
+        else if (latest && tile->hasPixelsOf(*latest->tiles()[tiles.size()]))
+            tiles.push_back(latest->tiles()[tiles.size()]);
+        else
+            tiles.push_back(std::move(tile));
     }
-    return std::make_shared<const Band>(std::move(tiles));
+    auto band = std::make_shared<const Band>(std::move(tiles));
+    const std::scoped_lock lock(m_mutex);
+    m_latest = band;
+    return band;
 }
 
 } // namespace complexion

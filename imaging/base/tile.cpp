@@ -4,7 +4,16 @@
 #include "imaging/base/deep_pixels.h"
 #include "imaging/base/fatal.h"
 
+#include <cstring>
+
 namespace complexion {
+
+bool Tile::hasPixelsOf(const Tile& other) const {
+    const auto bytes = static_cast<std::size_t>(m_block.size.area()) * sizeof(RGBA32);
+    return m_block.size == other.m_block.size &&
+           std::memcmp(m_block.pixels.get(), other.m_block.pixels.get(), bytes) == 0 &&
+           (m_deep == other.m_deep || (m_deep && other.m_deep && *m_deep == *other.m_deep));
+}
 
 void Tile::readDeep(int row, int column, int count, DeepAlpha form, RGBA64* out) const {
     if (m_deep) {

@@ -29,6 +29,9 @@ public:
 
     const PixelBlock& block() const { return m_block; }
 
+    /// Whether the other tile has the same size and pixels, deep ones too.
+    bool hasPixelsOf(const Tile& other) const;
+
     /// Copies `count` 16-bit pixels of a row from `column` on: widened ones where there are no deeper ones.
     void readDeep(int row, int column, int count, DeepAlpha form, RGBA64* out) const;
 

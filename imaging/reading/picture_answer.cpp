@@ -144,12 +144,11 @@ bool PictureAssembler::begin(PixelSize size, PixelDepth depth) {
         return false;
     m_size = size;
     m_depth = depth;
-    if (depth == PixelDepth::Eight) {
+    if (depth == PixelDepth::Eight)
         m_builder.emplace(size);
-        return true;
-    }
-    m_builder.emplace(size,
-                      depth == PixelDepth::SixteenStraight ? DeepAlpha::Straight : DeepAlpha::Premultiplied);
+    else
+        m_builder.emplace(size, depth == PixelDepth::SixteenStraight ? DeepAlpha::Straight
+                                                                     : DeepAlpha::Premultiplied);
     m_rowsSet.assign(static_cast<std::size_t>(size.height), false);
     return true;
 }
@@ -158,16 +157,16 @@ bool PictureAssembler::setRows(const AnswerMessage& message, ByteView contents) 
     if (!m_builder || message.first < 0 || message.count <= 0 ||
         message.first > m_size.height - message.count)
         return false;
+    const auto first = m_rowsSet.begin() + message.first;
+    if (std::find(first, first + message.count, true) != first + message.count)
+        return false;
+    std::fill_n(first, message.count, true);
     // Any bytes are pixels. Slots begin at pages.
     const auto* const rows = reinterpret_cast<const RGBA32*>(contents.data());
     if (m_depth == PixelDepth::Eight) {
         m_builder->setRows(message.first, message.count, rows);
         return true;
     }
-    const auto first = m_rowsSet.begin() + message.first;
-    if (std::find(first, first + message.count, true) != first + message.count)
-        return false;
-    std::fill_n(first, message.count, true);
     const std::size_t pixels =
         static_cast<std::size_t>(message.count) * static_cast<std::size_t>(m_size.width);
     // Behind an odd number of pixels, the deep ones are not aligned.

@@ -67,7 +67,7 @@ private:
     int m_beginnings = 0;
     PixelSize m_size;
     PixelDepth m_depth = PixelDepth::Eight;
-    std::vector<bool> m_rowsSet; // of a deep picture: no row is set twice
+    std::vector<bool> m_rowsSet; // no row is set twice
     std::optional<ImageBuilder> m_builder;
     Bytes m_answer;
     bool m_isComplete = false;
