@@ -2,12 +2,15 @@
 #pragma once
 
 #include <QLabel>
+#include <QWidget>
+
+class QPushButton;
 
 namespace complexion {
 
 /// A line of text over the photo that says what the program is busy with while the window does not respond,
 /// and the busy cursor. Calls nest: the sign is shown until the outermost `end`.
-class BusySign : public QLabel {
+class BusySign : public QWidget {
     Q_OBJECT
 
 public:
@@ -17,10 +20,27 @@ public:
     void begin(const QString& what);
     void end();
 
+    /// Shows which part of the work is done, 0 to 1, and lets the user cancel it. Handles all waiting events,
+    /// but the user's input only as far as it cancels: whatever else is clicked or typed is discarded.
+    void progress(double part);
+
+    QString text() const { return m_text->text(); }
+
+Q_SIGNALS:
+    /// The user has clicked Cancel, pressed Escape, or closed the window.
+    void cancelled();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void setText(const QString& text);
+    bool isOwn(const QObject* receiver) const;
+
+    QLabel* m_text;
+    QPushButton* m_cancel;
+    QString m_what;
     int m_depth = 0;
 };
 

@@ -179,6 +179,10 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
         [&window, &controller] { window.contents().boxEditSettings->setHasPhoto(controller.hasImage()); });
     QObject::connect(&controller, &ViewController::longWorkBegan, &window.busySign(), &BusySign::begin);
     QObject::connect(&controller, &ViewController::longWorkEnded, &window.busySign(), &BusySign::end);
+    QObject::connect(&controller, &ViewController::longWorkProgressed, &window.busySign(),
+                     &BusySign::progress);
+    QObject::connect(&window.busySign(), &BusySign::cancelled, &controller,
+                     &ViewController::CancelLongWork);
 
     controller.awakeFromNib();
     controller.viewDidLoad();

@@ -38,7 +38,7 @@ bool ViewController::ContinueWork(const AbandonedJournal& work) {
         return false;
     }
     if (!photo) {
-        showLoadFailure();
+        showOpeningFailure(photo.error());
         return false;
     }
     installPhoto(*photo, path, *opened);

@@ -4,7 +4,23 @@
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
 
+#include <chrono>
+
 namespace complexion {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// How long a photo opens without a way to cancel it.
+constexpr std::chrono::seconds kProgressDelay{2};
+
+} // namespace
+
+void ViewController::showOpeningFailure(const Error& error) {
+    if (error.kind != ErrorKind::Cancelled)
+        showLoadFailure();
+}
 
 void ViewController::showLoadFailure() {
     m_dialogs.runAlert({.messageText = "",
@@ -46,9 +62,19 @@ void ViewController::OpenFile(const std::filesystem::path& path) {
 
 Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path) {
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
-    Result<OpenedPhoto> photo = openPhoto(path);
+    m_isLongWorkCancelled = false;
+    const Clock::time_point begin = Clock::now();
+    Result<OpenedPhoto> photo = openPhoto(path, [&](double part) {
+        if (Clock::now() - begin > kProgressDelay)
+            Q_EMIT longWorkProgressed(part);
+        return !m_isLongWorkCancelled;
+    });
     Q_EMIT longWorkEnded();
     return photo;
+}
+
+void ViewController::CancelLongWork() {
+    m_isLongWorkCancelled = true;
 }
 
 void ViewController::loadImage(const std::filesystem::path& path) {
@@ -56,7 +82,7 @@ void ViewController::loadImage(const std::filesystem::path& path) {
     const std::optional<FileIdentity> opened = identify(path);
     const Result<OpenedPhoto> photo = decodeSource(path);
     if (!photo) {
-        showLoadFailure();
+        showOpeningFailure(photo.error());
         return;
     }
     installPhoto(*photo, path, opened);
@@ -84,7 +110,7 @@ void ViewController::OnResetImage(QObject*) {
     const std::optional<FileIdentity> opened = identify(originalImagePath);
     const Result<OpenedPhoto> photo = decodeSource(originalImagePath);
     if (!photo) {
-        showLoadFailure();
+        showOpeningFailure(photo.error());
         return;
     }
     comboEffect->setCurrentIndex(0);

@@ -216,6 +216,9 @@ public:
     /// Changes the threshold by `steps` grey levels.
     void StepThreshold(int steps);
 
+    /// Ends the work that `longWorkProgressed` told of, as if it had not begun.
+    void CancelLongWork();
+
     // History.
 
     std::filesystem::path MakeStateImagePath();
@@ -244,6 +247,8 @@ Q_SIGNALS:
     void repairFinished(const complexion::Result<complexion::Repaired>& repair);
     /// Work that blocks the window begins. `description` is shown to the user immediately.
     void longWorkBegan(const QString& description);
+    /// It has taken long, and can be cancelled: `part` of it is done, 0 to 1. Emitted ten times a second.
+    void longWorkProgressed(double part);
     void longWorkEnded();
 
 protected:
@@ -253,6 +258,8 @@ protected:
 private:
     int runQuestion(const char* informativeText);
     void showLoadFailure();
+    /// The alert for a photo that could not be opened, unless the user cancelled it.
+    void showOpeningFailure(const Error& error);
     PointSize visibleArea() const;
 
     /// Decodes the file at `path`; an error if it is not a picture.
@@ -281,6 +288,7 @@ private:
     std::uint64_t clickStartTime = 0; // monotonic time of the last press, in nanoseconds
     std::uint64_t clickEndTime = 0;   // and of the last release
 
+    bool m_isLongWorkCancelled = false;
     bool m_isShowingSource = false;
     bool m_isSessionEnding = false;
     /// The photo number and change count when the user agreed to the session's end.

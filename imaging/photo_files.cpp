@@ -10,7 +10,6 @@
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
-#include "imaging/reading/picture_reading.h"
 
 namespace complexion {
 
@@ -45,9 +44,9 @@ jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, co
 
 } // namespace
 
-Result<OpenedPhoto> openPhoto(const std::filesystem::path& path) {
+Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress) {
     return withoutThrowing([&]() -> Result<OpenedPhoto> {
-        COMPLEXION_TRY(FilePicture picture, readPictureFile(path, ReadingPurpose::Edit));
+        COMPLEXION_TRY(FilePicture picture, readPictureFile(path, ReadingPurpose::Edit, progress));
         return OpenedPhoto{.image = atActualSize(picture.decoded.image, picture.actualSize),
                            .extension = codecOf(picture.container).extension,
                            .damage = std::move(picture.decoded.damage),

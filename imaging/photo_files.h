@@ -4,6 +4,7 @@
 #include "imaging/base/image.h"
 #include "imaging/base/result.h"
 #include "imaging/metadata/saving_losses.h"
+#include "imaging/reading/picture_reading.h"
 
 #include <filesystem>
 #include <optional>
@@ -28,8 +29,9 @@ struct OpenedPhoto {
     std::vector<SavingLoss> losses = {};
 };
 
-/// DecodeImage, ImageActualSize and BringImageToActualSize. Fails if the file cannot be decoded or measured.
-Result<OpenedPhoto> openPhoto(const std::filesystem::path& path);
+/// DecodeImage, ImageActualSize and BringImageToActualSize. Fails if the file cannot be decoded or measured,
+/// and with Cancelled if `progress` ended it.
+Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress = {});
 
 /// SaveImage of the upright `image`, turned for storage with the CarriedOrientation of the photo at `source`,
 /// followed on success by ChangeImageExif with that photo. No other program sees the file without its

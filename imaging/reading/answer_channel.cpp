@@ -122,19 +122,22 @@ void AnswerSender::sendAnswer(ByteView bytes) {
     send({.kind = AnswerMessage::Kind::End});
 }
 
-Result<AnswerMessage> AnswerReceiver::receive(Clock::time_point deadline) {
+bool AnswerReceiver::isReadyBy(Clock::time_point time) const {
     for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(time - Clock::now());
         constexpr std::int64_t kMaxWait = 60'000; // poll counts in an int
         pollfd socket = {.fd = m_socket.get(), .events = POLLIN, .revents = 0};
         const int ready = ::poll(
             &socket, 1, static_cast<int>(std::clamp<std::int64_t>(std::int64_t{left.count()}, 0, kMaxWait)));
-        if (ready < 0 && errno != EINTR)
-            return systemError();
-        if (ready == 0 && left.count() <= 0)
-            return Error{"the reader did not answer in time"};
-        if (ready <= 0)
-            continue;
+        if (ready > 0)
+            return true;
+        if (left.count() <= 0)
+            return false;
+    }
+}
+
+Result<AnswerMessage> AnswerReceiver::receive(Clock::time_point deadline) {
+    while (isReadyBy(deadline)) {
         AnswerMessage message;
         const ssize_t length = ::recv(m_socket.get(), &message, sizeof message, MSG_TRUNC | MSG_DONTWAIT);
         // A child that ended without looking at the slots that it got back resets the connection. What it
@@ -148,6 +151,7 @@ Result<AnswerMessage> AnswerReceiver::receive(Clock::time_point deadline) {
             return Error{"the reader answered nonsense"};
         return message;
     }
+    return Error{"the reader did not answer in time"};
 }
 
 ByteView AnswerReceiver::contents(const AnswerMessage& message, std::int64_t length) const {

@@ -103,6 +103,9 @@ public:
     AnswerReceiver(Descriptor socket, SlotMemory memory)
         : m_socket(std::move(socket)), m_memory(std::move(memory)) {}
 
+    /// Whether there is something to receive, or `time` comes first.
+    bool isReadyBy(Clock::time_point time) const;
+
     /// The next message, of a known kind and with a slot below kSlots. An error when the child is gone, when
     /// it has not answered by `deadline`, and when it sent anything else.
     Result<AnswerMessage> receive(Clock::time_point deadline);

@@ -144,6 +144,7 @@ bool PictureAssembler::begin(PixelSize size, PixelDepth depth) {
         return false;
     m_size = size;
     m_depth = depth;
+    m_rowCount = 0;
     if (depth == PixelDepth::Eight)
         m_builder.emplace(size);
     else
@@ -161,6 +162,7 @@ bool PictureAssembler::setRows(const AnswerMessage& message, ByteView contents) 
     if (std::find(first, first + message.count, true) != first + message.count)
         return false;
     std::fill_n(first, message.count, true);
+    m_rowCount += message.count;
     // Any bytes are pixels. Slots begin at pages.
     const auto* const rows = reinterpret_cast<const RGBA32*>(contents.data());
     if (m_depth == PixelDepth::Eight) {
@@ -174,6 +176,10 @@ bool PictureAssembler::setRows(const AnswerMessage& message, ByteView contents) 
     std::memcpy(deepRows.data(), contents.data() + pixels * sizeof(RGBA32), pixels * sizeof(RGBA64));
     m_builder->setRows(message.first, message.count, rows, deepRows.data());
     return true;
+}
+
+double PictureAssembler::part() const {
+    return m_size.height == 0 ? 0 : static_cast<double>(m_rowCount) / m_size.height;
 }
 
 Result<PictureAssembler::Picture> PictureAssembler::finish() {

@@ -50,6 +50,9 @@ public:
     /// Takes a message with the contents of its slot; false when no child of ours would send it.
     bool take(const AnswerMessage& message, ByteView contents);
 
+    /// The part of the picture's rows that were sent, 0 to 1.
+    double part() const;
+
     /// Whether nothing is missing.
     bool isComplete() const { return m_isComplete; }
 
@@ -67,6 +70,7 @@ private:
     int m_beginnings = 0;
     PixelSize m_size;
     PixelDepth m_depth = PixelDepth::Eight;
+    int m_rowCount = 0; // of those that were sent
     std::vector<bool> m_rowsSet; // no row is set twice
     std::optional<ImageBuilder> m_builder;
     Bytes m_answer;

@@ -13,6 +13,7 @@
 #include "imaging/reading/transcoding.h"
 #include "imaging/reading/transcoding_answer.h"
 
+#include <algorithm>
 #include <future>
 #include <system_error>
 
@@ -77,11 +78,42 @@ Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSen
     return answer;
 }
 
+using Clock = AnswerReceiver::Clock;
+
+/// Asks for permission to go on, ten times a second.
+class ProgressTimer {
+public:
+    explicit ProgressTimer(const ReadingProgress& progress) : m_progress(progress) {}
+
+    /// When to ask for the next time.
+    Clock::time_point next() const { return m_progress ? m_next : Clock::time_point::max(); }
+
+    /// Asks if it is time to.
+    bool mayContinue(double part) {
+        if (Clock::now() < next())
+            return true;
+        const bool mayContinue = m_progress(part);
+        m_next = Clock::now() + kInterval;
+        return mayContinue;
+    }
+
+private:
+    static constexpr std::chrono::milliseconds kInterval{100};
+
+    const ReadingProgress& m_progress;
+    Clock::time_point m_next = Clock::now() + kInterval;
+};
+
 /// What a child answers.
-Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer,
-                                                 AnswerReceiver::Clock::time_point deadline) {
+Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer, Clock::time_point deadline,
+                                                 const ReadingProgress& progress) {
     PictureAssembler assembler;
+    ProgressTimer timer(progress);
     while (!assembler.isComplete()) {
+        if (!timer.mayContinue(assembler.part()))
+            return Error{"cancelled", ErrorKind::Cancelled};
+        if (!answer.isReadyBy(std::min(timer.next(), deadline)) && Clock::now() < deadline)
+            continue;
         COMPLEXION_TRY(const AnswerMessage message, answer.receive(deadline));
         const std::optional<std::int64_t> length = assembler.contentLength(message);
         if (!length || !assembler.take(message, answer.contents(message, *length)))
@@ -93,12 +125,12 @@ Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer,
 }
 
 Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, OpenFile file,
-                                ReadingPurpose purpose) {
+                                ReadingPurpose purpose, const ReadingProgress& progress) {
     const bool isForEditing = purpose == ReadingPurpose::Edit;
     const ReaderLimits limits = limitsForFile(file.length);
     const auto deadline = deadlineFor(limits);
     COMPLEXION_TRY(Reading reading, process->begin(isForEditing ? kEdit : kLook, file, limits));
-    COMPLEXION_TRY(PictureAssembler::Picture picture, receivePicture(reading.answer(), deadline));
+    COMPLEXION_TRY(PictureAssembler::Picture picture, receivePicture(reading.answer(), deadline, progress));
     Image& image = picture.decoded.image;
     if (const std::optional<Orientation> orientation = picture.answer.jpegOrientation) {
         const PixelSize stored = uprightSize(image.pixelSize(), *orientation); // which is its own inverse
@@ -137,11 +169,13 @@ Result<FilePicture> readHere(OpenFile opened, ReadingPurpose purpose) {
 
 } // namespace
 
-Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose) {
+Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose,
+                                    const ReadingProgress& progress) {
     return withoutThrowing([&]() -> Result<FilePicture> {
         COMPLEXION_TRY(OpenFile file, openFile(path, isPictureFile));
         const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
-        return process ? readInChild(process, std::move(file), purpose) : readHere(std::move(file), purpose);
+        return process ? readInChild(process, std::move(file), purpose, progress)
+                       : readHere(std::move(file), purpose);
     });
 }
 

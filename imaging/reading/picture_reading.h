@@ -7,6 +7,7 @@
 #include "imaging/reading/reader_process.h"
 
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 namespace complexion {
@@ -28,9 +29,14 @@ struct FilePicture {
     std::vector<SavingLoss> losses = {};
 };
 
+/// Told ten times a second, in the thread that has the file read, which part of the picture is there, 0 to 1.
+/// Returning false ends the reading.
+using ReadingProgress = std::function<bool(double part)>;
+
 /// The first picture of the file. An error if it cannot be decoded or, for editing, measured; also if its
-/// child fails in any way.
-Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose);
+/// child fails in any way; Cancelled if `progress` ended it. Without a reader process there is no progress.
+Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose,
+                                    const ReadingProgress& progress = {});
 
 /// The actual size of the file, as actualSizeOf.
 Result<PixelSize> measuredFile(const std::filesystem::path& path);

@@ -5,23 +5,42 @@
 #include "tests/fakes/hostile_reader.h"
 #include "tests/fakes/installed_reader.h"
 
+#include <chrono>
+
 namespace complexion {
 namespace {
 
 TEST_F(Opening, APhotoThatTakesItsDecoderOverShowsTheLoadFailureAndLeavesEverything) {
-    workOnAPhoto();
+    editPhoto();
     const InstalledReader reader(doAsTheFileSays);
     for (const std::string_view deed :
          {kReachForFiles, kCrash, kExitSilently, kEndlessPictures, kTooLongAnswer}) {
         const std::filesystem::path path = platform.photos() / "hostile.jpg";
         writeFile(path, hostileFile(deed));
-        expectUntouchedBy([&] {
+        expectUnchangedBy([&] {
             dialogs.expectQuestion(kSelectQuestion, kFirstButton);
             dialogs.expectOpenPanel(chosen(path));
             dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
             controller->OnSelectImage(nullptr);
         });
     }
+}
+
+TEST_F(Opening, APhotoThatOpensForLongShowsProgressAndCanBeCancelled) {
+    editPhoto();
+    const InstalledReader reader(doAsTheFileSays);
+    const std::filesystem::path path = platform.photos() / "endless.jpg";
+    writeFile(path, hostileFile(kHang));
+    int reports = 0;
+    QObject::connect(controller.get(), &ViewController::longWorkProgressed, controller.get(), [&](double) {
+        if (++reports == 3)
+            controller->CancelLongWork();
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    expectUnchangedBy([&] { controller->OpenFile(path); });
+    EXPECT_EQ(reports, 3);
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
 TEST_F(Opening, APhotoIsRetouchedThatWasReadInAnotherProcess) {
