@@ -99,7 +99,7 @@ void BusySign::progress(double part) {
     setAttribute(Qt::WA_TransparentForMouseEvents, false);
     m_cancel->show();
     // A decoder that needs the whole file before it has a row says nothing for long.
-    setText(percent > 0 ? tr("%1 %2 %").arg(m_what).arg(percent) : m_what);
+    setText(percent > 0 ? tr("%1 %2%").arg(m_what).arg(percent) : m_what);
     qApp->installEventFilter(this);
     QCoreApplication::processEvents(QEventLoop::AllEvents, kMaxMilliseconds);
     qApp->removeEventFilter(this);

@@ -366,6 +366,17 @@
     </message>
 </context>
 <context>
+    <name>complexion::BusySign</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 %2%</source>
+        <translation>%1 %2 %</translation>
+    </message>
+</context>
+<context>
     <name>complexion::ColorWell</name>
     <message>
         <source>Custom color</source>

@@ -55,7 +55,7 @@ TEST_F(BusySignInput, ProgressIsShownOnTheSignWithAWayToCancel) {
     EXPECT_FALSE(button->isVisible());
     EXPECT_EQ(cancelledBy([] {}), 0);
     EXPECT_TRUE(button->isVisible());
-    EXPECT_EQ(window.busySign().text(), QStringLiteral("Opening the photo… 50 %"));
+    EXPECT_EQ(window.busySign().text(), QStringLiteral("Opening the photo… 50%"));
 }
 
 TEST_F(BusySignInput, EscapeCancels) {

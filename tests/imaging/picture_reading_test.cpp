@@ -53,8 +53,9 @@ protected:
         EXPECT_EQ(inChild.actualSize, here.actualSize);
         EXPECT_EQ(inChild.losses, here.losses);
         ASSERT_EQ(inChild.decoded.image.deepAlpha(), here.decoded.image.deepAlpha());
-        if (here.decoded.image.deepAlpha())
+        if (here.decoded.image.deepAlpha()) {
             EXPECT_TRUE(deepPixelsOf(inChild.decoded.image) == deepPixelsOf(here.decoded.image));
+        }
     }
 
     static std::vector<std::uint16_t> deepPixelsOf(const Image& image) {
