@@ -16,7 +16,7 @@ constexpr int kTop = 16; // points from the root view's top
 constexpr int kMarginX = 20;
 constexpr int kMarginY = 10;
 constexpr int kSpacing = 14;
-constexpr double kMaxRadius = 20; // of the corners
+constexpr double kMaxRadius = 20;    // of the corners
 constexpr int kMaxMilliseconds = 50; // for the waiting events
 
 bool isInput(QEvent::Type type) {

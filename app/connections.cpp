@@ -181,8 +181,7 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     QObject::connect(&controller, &ViewController::longWorkEnded, &window.busySign(), &BusySign::end);
     QObject::connect(&controller, &ViewController::longWorkProgressed, &window.busySign(),
                      &BusySign::progress);
-    QObject::connect(&window.busySign(), &BusySign::cancelled, &controller,
-                     &ViewController::CancelLongWork);
+    QObject::connect(&window.busySign(), &BusySign::cancelled, &controller, &ViewController::CancelLongWork);
 
     controller.awakeFromNib();
     controller.viewDidLoad();

@@ -27,7 +27,7 @@ constexpr long kMaxCoefficientMemory = 2L << 30;
 /// Real pictures have about ten scans. Each scan, even an empty one, costs a pass over the whole picture.
 constexpr int kMaxScans = 500;
 constexpr int kAlwaysAllowedScans = 16;
-constexpr std::int64_t kMaxScannedPixels = 4'000'000'000;
+constexpr std::int64_t kMaxScannedPixels = 2'000'000'000;
 
 /// The fields that the library overwrites from a second frame header before it rejects it.
 struct Frame {

@@ -10,6 +10,7 @@
 #include "imaging/containers/exif_basics.h"
 #include "imaging/containers/png_text.h"
 
+#include <algorithm>
 #include <cstring>
 #include <type_traits>
 
@@ -22,6 +23,9 @@ namespace {
 constexpr png_alloc_size_t kMaxChunk = 64 << 20;
 /// Largest expansion by deflate: 258 bytes from two bits (RFC 1951 section 3.2.5), 1032 bytes per byte.
 constexpr std::int64_t kMaxExpansion = 1032;
+
+/// Rows are decoded so many at a time, but at least one, and at most the rows of a tile.
+constexpr std::size_t kUsualRowsBytes = std::size_t{4} << 20;
 
 /// Chunks that the library skips: text is not needed here, and the profile is validated by the colour
 /// library, which is less strict.
@@ -266,10 +270,12 @@ private:
 template <class Pixel, class Builder>
 Result<DecodedPicture> readProgressively(Reader& reader, PixelSize size, Builder builder) {
     const auto width = static_cast<std::size_t>(size.width);
-    std::vector<Pixel> rows(width * static_cast<std::size_t>(std::min(Tile::kHeight, size.height)));
+    const int step = static_cast<int>(
+        std::clamp<std::size_t>(kUsualRowsBytes / (width * sizeof(Pixel)), 1, Tile::kHeight));
+    std::vector<Pixel> rows(width * static_cast<std::size_t>(std::min(step, size.height)));
     bool readable = true;
-    for (int y = 0; y < size.height && readable; y += Tile::kHeight) {
-        const int wanted = std::min(Tile::kHeight, size.height - y);
+    for (int y = 0; y < size.height && readable; y += step) {
+        const int wanted = std::min(step, size.height - y);
         int count = 0;
         while (readable && count < wanted) {
             readable = reader.readRow(rows.data() + std::ptrdiff_t{count} * size.width);

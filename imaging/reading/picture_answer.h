@@ -70,7 +70,7 @@ private:
     int m_beginnings = 0;
     PixelSize m_size;
     PixelDepth m_depth = PixelDepth::Eight;
-    int m_rowCount = 0; // of those that were sent
+    int m_rowCount = 0;          // of those that were sent
     std::vector<bool> m_rowsSet; // no row is set twice
     std::optional<ImageBuilder> m_builder;
     Bytes m_answer;

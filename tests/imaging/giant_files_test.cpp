@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Small files of giant pictures: opening takes memory for the pixels that a file has, not for the area that it
-// declares. Each is opened in a process of its own, with a reader process, whose usage is measured.
+// Small files of giant pictures: opening takes memory for the pixels that a file has, not for the area that
+// it declares. Each is opened in a process of its own, with a reader process, whose usage is measured.
 #include "imaging/photo_files.h"
 #include "tests/fakes/installed_reader.h"
 #include "tests/fakes/metadata_samples.h"
@@ -82,8 +82,8 @@ Opening openingOf(const std::string& bytes) {
 Usage costOf(const Opening& opening) {
     static const Opening kTiny = openingOf(encodedAs(kJpegCodec, filled({16, 16}, kSkin)));
     return {.seconds = opening.program.seconds + opening.reader.seconds,
-            .memory = opening.program.memory - kTiny.program.memory + opening.reader.memory -
-                      kTiny.reader.memory};
+            .memory =
+                opening.program.memory - kTiny.program.memory + opening.reader.memory - kTiny.reader.memory};
 }
 
 /// Expects the file to be opened at this size, with 3 bytes for each of its own and 64 MiB beside the pixels
@@ -143,38 +143,36 @@ TEST(GiantFiles, OfOneDeepColorTakeMemoryForOneTile) {
     expectOpened("deflated 16-bit TIFF", textOfFile(writer.finish()), kSize, 0);
 }
 
-TEST(GiantFiles, OfAMillionColumnsTakeMemoryForOneTile) {
+TEST(GiantFiles, OfAMillionColumnsTakeMemoryForOneBand) {
     constexpr PixelSize kSize = {1'000'000, 268};
     const std::string rows(static_cast<std::size_t>(kSize.area() + kSize.height), '\0');
-    const std::string file = "\x89PNG\r\n\x1a\n" +
-                             pngChunkOf("IHDR", bigNumber(static_cast<unsigned>(kSize.width), 4) +
-                                                    bigNumber(static_cast<unsigned>(kSize.height), 4) +
-                                                    "\x08\0\0\0\0"s) +
-                             pngChunkOf("IDAT", deflated(rows)) + pngChunkOf("IEND", "");
-    expectOpened("PNG of a million columns", file, kSize, 0);
+    const std::string file =
+        "\x89PNG\r\n\x1a\n" +
+        pngChunkOf("IHDR", bigNumber(static_cast<unsigned>(kSize.width), 4) +
+                               bigNumber(static_cast<unsigned>(kSize.height), 4) + "\x08\0\0\0\0"s) +
+        pngChunkOf("IDAT", deflated(rows)) + pngChunkOf("IEND", "");
+    expectOpened("PNG of a million columns", file, kSize, std::int64_t{kSize.width} * Tile::kHeight);
+}
+
+/// The header of a scan of all three components.
+std::string scanOf(int first, int last, int high, int low) {
+    return jpegSegmentOf(0xda, "\3\1\0\2\0\3\0"s + static_cast<char>(first) + static_cast<char>(last) +
+                                   static_cast<char>(high << 4 | low));
 }
 
 TEST(GiantFiles, OfManyScansAreReadAsFarAsTheyCanBeInTime) {
     constexpr unsigned kSide = 4000;
     const std::string quantization = "\0"s + std::string(64, '\1');
-    const std::string one = "\1"s + std::string(15, '\0'); // a single code of one bit
-    // A run of 2^14 and more blocks that end here, with 14 bits for how many more.
-    const std::string run = "\xE0"s;
-    std::string file = "\xff\xd8" + jpegSegmentOf(0xdb, quantization) +
-                       jpegSegmentOf(0xc4, "\0"s + one + "\0"s) + jpegSegmentOf(0xc4, "\x10"s + one + run) +
+    const std::string oneCode = "\1"s + std::string(15, '\0') + "\0"s; // of one bit
+    std::string file = "\xff\xd8" + jpegSegmentOf(0xdb, quantization) + jpegSegmentOf(0xc4, "\0"s + oneCode) +
                        jpegSegmentOf(0xc2, "\x08"s + bigNumber(kSide, 2) + bigNumber(kSide, 2) +
-                                               "\x03\x01\x11\0\x02\x11\0\x03\x11\0"s);
-    const std::string coded(250, '\0');
-    for (int scan = 0; scan < 1500; ++scan) {
-        const int last = scan < 3 ? 0 : 63;
-        file += jpegSegmentOf(0xda, "\1"s + static_cast<char>(1 + scan % 3) + "\0"s +
-                                        static_cast<char>(scan < 3 ? 0 : 1) + static_cast<char>(last) +
-                                        "\0"s) +
-                coded;
-    }
+                                               "\x03\x01\x11\0\x02\x11\0\x03\x11\0"s) +
+                       scanOf(0, 0, 0, 1) + std::string(250, '\0');
+    // Refinements of the first coefficients, a bit for each.
+    for (int scan = 1; scan < 1500; ++scan)
+        file += scanOf(0, 0, 1, 0) + std::string(250, '\x55');
     file += "\xff\xd9";
-    const Opening opening = openingOf(file);
-    const Usage cost = costOf(opening);
+    const Usage cost = costOf(openingOf(file));
     std::cout << "JPEG of 1500 scans, " << file.size() / 1000 << " kB: " << cost.seconds << " s, "
               << cost.memory / kMiB << " MiB\n";
     if (kIsMeasured) {
