@@ -5,6 +5,7 @@
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
+#include "imaging/reading/picture_reading.h"
 
 namespace complexion::bench {
 
@@ -49,6 +50,20 @@ Row openReady(int megapixels) {
         }};
 }
 
+/// How much longer it takes to have the photo read by a confined child than to read it in this process.
+Row confined(const std::string& name, double Opening::* seconds, int megapixels) {
+    return {.name = rowName(name, megapixels), .goal = atMost(1.02), .rounds = 7, .prepare = [=]() -> Round {
+                return [=, photo = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
+                    const double inChild = openInNewEditor(photo).*seconds;
+                    const std::shared_ptr<ReaderProcess> reader = ReaderProcess::installed();
+                    installReader(nullptr);
+                    const double here = openInNewEditor(photo).*seconds;
+                    installReader(reader);
+                    samples.add(inChild, here);
+                };
+            }};
+}
+
 Row openPng() {
     return {.name = rowName("open_png", 24), .goal = atMost(1.1), .rounds = 5, .prepare = []() -> Round {
                 return [photo = portraitFile(24, Kind::Png)](Samples& samples) {
@@ -77,6 +92,8 @@ void addOpeningRows() {
     for (const int megapixels : kMegapixels) {
         addRow(openFirst(megapixels));
         addRow(openReady(megapixels));
+        addRow(confined("confined_first", &Opening::first, megapixels));
+        addRow(confined("confined_ready", &Opening::ready, megapixels));
     }
     addRow(openPng());
     addRow(firstPngState());

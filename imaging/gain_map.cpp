@@ -5,6 +5,7 @@
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/containers/jpeg_segments.h"
 #include "imaging/image_tools.h"
+#include "imaging/reading/picture_reading.h"
 
 #include <algorithm>
 #include <cmath>
@@ -148,11 +149,12 @@ bool overlap(const jpeg::Attachment& one, const jpeg::Attachment& other) {
 
 std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Image& after,
                                      Orientation orientation) {
-    Result<DecodedPicture> picture = kJpegCodec.read(map);
-    if (!picture || picture->damage)
+    const Result<FilePicture> read = readPictureInMemory(map);
+    if (!read || read->container != Container::Jpeg || read->decoded.damage)
         return std::nullopt;
-    const Image stored = picture->image.withSize({static_cast<double>(picture->image.pixelSize().width),
-                                                  static_cast<double>(picture->image.pixelSize().height)});
+    const Image& image = read->decoded.image;
+    const Image stored = image.withSize(
+        {static_cast<double>(image.pixelSize().width), static_cast<double>(image.pixelSize().height)});
     const std::vector<PixelRect> places = placesToRepair(stored.pixelSize(), before, after, orientation);
     const Image result = repaired(stored, places);
     if (result.difference(stored).isEmpty())

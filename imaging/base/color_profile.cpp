@@ -47,6 +47,14 @@ ColorProfile ColorProfile::fromIcc(std::span<const std::uint8_t> icc) {
     return profile;
 }
 
+ColorProfile ColorProfile::ofTables(std::span<const std::uint8_t> icc,
+                                    std::shared_ptr<const ScreenTables> tables) {
+    ColorProfile profile;
+    profile.m_icc = std::make_shared<const std::vector<std::uint8_t>>(icc.begin(), icc.end());
+    profile.m_tables = std::move(tables);
+    return profile;
+}
+
 std::span<const std::uint8_t> ColorProfile::icc() const {
     return m_icc ? std::span<const std::uint8_t>(*m_icc) : std::span<const std::uint8_t>();
 }
@@ -54,6 +62,8 @@ std::span<const std::uint8_t> ColorProfile::icc() const {
 RgbColor ColorProfile::fromSrgb(RgbColor color) const {
     if (isSrgb())
         return color;
+    if (m_tables && s_converter)
+        return s_converter(icc(), color);
     const LcmsProfile srgb(cmsCreate_sRGBProfile());
     const LcmsProfile own = openLcmsProfile(icc());
     const LcmsTransform transform(cmsCreateTransform(srgb.get(), TYPE_RGB_DBL, own.get(), TYPE_RGB_DBL,

@@ -4,6 +4,7 @@
 #include "imaging/reading/flat_error.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 
@@ -39,6 +40,40 @@ void writeLosses(FlatWriter& writer, const std::vector<SavingLoss>& losses) {
     }
 }
 
+template <class T>
+void writeValues(FlatWriter& writer, const std::vector<std::array<T, 3>>& values) {
+    writer.bytes({reinterpret_cast<const std::uint8_t*>(values.data()), values.size() * 3 * sizeof(T)});
+}
+
+template <class T>
+std::vector<std::array<T, 3>> readValues(FlatReader& reader) {
+    const ByteView bytes = reader.bytes();
+    std::vector<std::array<T, 3>> values(bytes.size() / (3 * sizeof(T)));
+    if (!values.empty())
+        std::memcpy(values.data(), bytes.data(), values.size() * 3 * sizeof(T));
+    return values;
+}
+
+void writeProfile(FlatWriter& writer, const PictureAnswer& answer) {
+    writer.bytes(answer.icc);
+    if (answer.icc.empty())
+        return;
+    writeValues(writer, answer.screenTables->light);
+    writeValues(writer, answer.screenTables->nodes);
+}
+
+/// False if there are no valid tables for a profile.
+bool readProfile(FlatReader& reader, PictureAnswer& answer) {
+    const ByteView icc = reader.bytes();
+    answer.icc.assign(icc.begin(), icc.end());
+    if (icc.empty())
+        return true;
+    ScreenTables tables{.light = readValues<float>(reader), .nodes = {}};
+    tables.nodes = readValues<std::uint16_t>(reader);
+    answer.screenTables = std::make_shared<const ScreenTables>(std::move(tables));
+    return answer.screenTables->isValid();
+}
+
 /// The losses; nothing if they are not each at most once, in order, and with a plausible count.
 std::optional<std::vector<SavingLoss>> readLosses(FlatReader& reader) {
     std::vector<SavingLoss> losses;
@@ -69,7 +104,7 @@ Bytes flattened(const Result<PictureAnswer>& answer) {
     writer.number(answer->actualSize.width);
     writer.number(answer->actualSize.height);
     writeLosses(writer, answer->losses);
-    writer.bytes(answer->icc);
+    writeProfile(writer, *answer);
     writer.number(static_cast<std::uint8_t>(answer->damage ? 1 : 0));
     if (answer->damage)
         writeError(writer, *answer->damage);
@@ -89,15 +124,14 @@ Result<PictureAnswer> parsedPictureAnswer(ByteView bytes) {
     answer.actualSize.width = reader.number<int>();
     answer.actualSize.height = reader.number<int>();
     std::optional<std::vector<SavingLoss>> losses = readLosses(reader);
-    const ByteView icc = reader.bytes();
-    answer.icc.assign(icc.begin(), icc.end());
+    const bool hasProfile = readProfile(reader, answer);
     const bool isDamaged = reader.number<std::uint8_t>() != 0;
     if (isDamaged)
         answer.damage = readError(reader);
     const auto jpegOrientation = reader.number<std::uint8_t>();
     if (!reader.isWhole() || container > static_cast<std::uint8_t>(Container::Bmp) ||
         !isOrientation(orientation) || !isLength(answer.points.width) || !isLength(answer.points.height) ||
-        !isActualSize(answer.actualSize) || !losses || (isDamaged && !answer.damage) ||
+        !isActualSize(answer.actualSize) || !losses || !hasProfile || (isDamaged && !answer.damage) ||
         (jpegOrientation != 0 && !isOrientation(jpegOrientation)))
         return answerIsNonsense();
     answer.container = static_cast<Container>(container);
@@ -186,7 +220,9 @@ Result<PictureAssembler::Picture> PictureAssembler::finish() {
     COMPLEXION_TRY(PictureAnswer answer, parsedPictureAnswer(m_answer));
     if (!m_builder)
         return answerIsNonsense();
-    const Image stored = m_builder->finish().withProfile(ColorProfile::fromIcc(answer.icc));
+    const ColorProfile profile =
+        answer.icc.empty() ? ColorProfile() : ColorProfile::ofTables(answer.icc, answer.screenTables);
+    const Image stored = m_builder->finish().withProfile(profile);
     m_builder.reset();
     DecodedPicture decoded{.image = turnedUpright(stored, answer.orientation).withSize(answer.points),
                            .damage = answer.damage};

@@ -4,11 +4,13 @@
 #include "imaging/base/image.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/result.h"
+#include "imaging/base/screen_tables.h"
 #include "imaging/codecs/decoded_picture.h"
 #include "imaging/containers/container.h"
 #include "imaging/metadata/saving_losses.h"
 #include "imaging/reading/answer_channel.h"
 
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -28,6 +30,8 @@ struct PictureAnswer {
     std::vector<SavingLoss> losses = {};
     /// Of an RGB profile that the colour library can use; empty for sRGB.
     Bytes icc;
+    /// Of that profile.
+    std::shared_ptr<const ScreenTables> screenTables;
     /// See DecodedPicture.
     std::optional<Error> damage;
     /// Whether edits of the picture can be coded into its JPEG file (see JpegOriginal), stored with this

@@ -9,9 +9,12 @@
 #include "imaging/codecs/opening.h"
 #include "imaging/reading/flat_error.h"
 #include "imaging/reading/limits_for_file.h"
+#include "imaging/reading/operations.h"
 #include "imaging/reading/picture_answer.h"
+#include "imaging/reading/profile_color.h"
 #include "imaging/reading/transcoding.h"
 #include "imaging/reading/transcoding_answer.h"
+#include "imaging/reading/whole_answer.h"
 
 #include <algorithm>
 #include <future>
@@ -20,8 +23,6 @@
 namespace complexion {
 
 namespace {
-
-enum Operation : std::uint32_t { kLook, kEdit, kTranscode };
 
 /// Sends the rows that decoders set.
 class RowSender final : public RowReceiver {
@@ -69,6 +70,8 @@ Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSen
     answer.orientation = rows.orientation();
     answer.points = image.size();
     answer.icc.assign(image.profile().icc().begin(), image.profile().icc().end());
+    if (!answer.icc.empty())
+        answer.screenTables = std::make_shared<const ScreenTables>(screenTablesOf(answer.icc));
     answer.damage = std::move(picture.decoded.damage);
     answer.jpegOrientation = picture.jpegOrientation;
     if (operation == kEdit) {
@@ -139,7 +142,7 @@ Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, O
             transcoder = transcoderOf(std::move(reading), stored, deadline);
         } else {
             COMPLEXION_TRY(Bytes bytes, readWhole(std::move(file)));
-            transcoder = laterTranscoder(process, kTranscode, std::move(bytes), stored);
+            transcoder = laterTranscoder(process, std::move(bytes), stored);
         }
         const auto original = std::make_shared<jpeg::OriginalFile>(std::move(transcoder));
         if (isForEditing)
@@ -187,10 +190,24 @@ Result<PixelSize> measuredFile(const std::filesystem::path& path) {
     });
 }
 
+Result<FilePicture> readPictureInMemory(ByteView file) {
+    return withoutThrowing([&]() -> Result<FilePicture> {
+        COMPLEXION_TRY(OpenFile opened, fileInMemory(file));
+        const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
+        return process ? readInChild(process, std::move(opened), ReadingPurpose::Look, {})
+                       : readHere(std::move(opened), ReadingPurpose::Look);
+    });
+}
+
+void installReader(std::shared_ptr<ReaderProcess> process) {
+    ColorProfile::installConverter(process ? colorFromChild : nullptr);
+    ReaderProcess::install(std::move(process));
+}
+
 void startReader() {
     const Result<std::shared_ptr<ReaderProcess>> process = ReaderProcess::start(answerReading);
     if (process)
-        ReaderProcess::install(*process);
+        installReader(*process);
     else
         printLine("files are read without a sandbox: " + process.error().message);
 }
@@ -199,6 +216,10 @@ void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer
     const auto transcode = [input] { return withoutThrowing([input] { return jpeg::transcode(input); }); };
     if (operation == kTranscode) {
         answer.sendAnswer(flattened(transcode()));
+        return;
+    }
+    if (operation == kColor) {
+        answer.sendAnswer(answeredColor(input));
         return;
     }
     std::future<Result<jpeg::TranscodedFile>> transcoded;

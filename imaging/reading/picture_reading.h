@@ -41,6 +41,13 @@ Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPu
 /// The actual size of the file, as actualSizeOf.
 Result<PixelSize> measuredFile(const std::filesystem::path& path);
 
+/// The first picture of a file in memory, for a look.
+Result<FilePicture> readPictureInMemory(ByteView file);
+
+/// Has strangers' files and profiles read by children of `process` from now on; by this process if it is
+/// null. Call before the first file is read.
+void installReader(std::shared_ptr<ReaderProcess> process);
+
 /// Starts and installs the reader process, before this process grows and has other threads. If the system
 /// refuses, a line on standard output says so, and files are read in this process.
 void startReader();

@@ -14,9 +14,8 @@ namespace complexion {
 std::unique_ptr<jpeg::OriginalFile::Transcoder> transcoderOf(Reading reading, PixelSize stored,
                                                              AnswerReceiver::Clock::time_point deadline);
 
-/// By another child, at the first encoding, which has it do `operation` on the file.
+/// By another child, at the first encoding.
 std::unique_ptr<jpeg::OriginalFile::Transcoder> laterTranscoder(std::shared_ptr<ReaderProcess> process,
-                                                                std::uint32_t operation, Bytes file,
-                                                                PixelSize stored);
+                                                                Bytes file, PixelSize stored);
 
 } // namespace complexion

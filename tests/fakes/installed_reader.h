@@ -14,11 +14,11 @@ public:
         Result<std::shared_ptr<ReaderProcess>> process = ReaderProcess::start(work);
         EXPECT_TRUE(process);
         if (process)
-            ReaderProcess::install(*process);
+            installReader(*process);
     }
     InstalledReader(const InstalledReader&) = delete;
     InstalledReader& operator=(const InstalledReader&) = delete;
-    ~InstalledReader() { ReaderProcess::install(nullptr); }
+    ~InstalledReader() { installReader(nullptr); }
 };
 
 } // namespace complexion

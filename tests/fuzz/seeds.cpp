@@ -2,8 +2,12 @@
 
 // Writes the seed files for fuzzing, in one folder per format: pictures encoded here with and without
 // metadata, the tests' hostile files, and the small files in COMPLEXION_TEST_PHOTOS.
+#include "imaging/base/screen_tables.h"
+#include "imaging/reading/picture_answer.h"
+#include "imaging/reading/transcoding_answer.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
+#include "tests/fakes/profiles.h"
 #include "tests/imaging/hostile_files.h"
 
 #include <algorithm>
@@ -23,6 +27,7 @@ public:
     explicit Seeds(std::filesystem::path folder) : m_folder(std::move(folder)) {
         for (const Codec* const codec : codecs())
             std::filesystem::create_directories(folderOf(*codec));
+        std::filesystem::create_directories(answers());
     }
 
     void add(const std::string& bytes) {
@@ -31,9 +36,13 @@ public:
             writeFile(folderOf(*codec) / std::to_string(m_count++), bytes);
     }
 
+    void addAnswer(const std::string& bytes) { writeFile(answers() / std::to_string(m_count++), bytes); }
+
     int count() const { return m_count; }
 
 private:
+    /// For the target reader_answer.
+    std::filesystem::path answers() const { return m_folder / "answer"; }
     std::filesystem::path folderOf(const Codec& codec) const {
         std::string name(codec.name);
         std::ranges::transform(name, name.begin(),
@@ -94,6 +103,40 @@ void addEncodedPictures(Seeds& seeds) {
         }
 }
 
+std::string answerMessage(AnswerMessage::Kind kind, int depth, int first, int count) {
+    return static_cast<char>(static_cast<int>(kind) + 4 * depth) +
+           littleNumber(static_cast<std::uint64_t>(first), 4) +
+           littleNumber(static_cast<std::uint64_t>(count), 4);
+}
+
+/// What children answer, in the form that the target reads.
+void addAnswers(Seeds& seeds) {
+    using Kind = AnswerMessage::Kind;
+    const Bytes profile = wideProfile();
+    PictureAnswer plain;
+    plain.points = {40, 4};
+    PictureAnswer rich = plain;
+    rich.icc = profile;
+    rich.screenTables = std::make_shared<const ScreenTables>(screenTablesOf(profile));
+    rich.losses = {{SavingLoss::Kind::Pages, 2}, {SavingLoss::Kind::Layers, 0}};
+    rich.damage = Error{"cut"};
+    rich.jpegOrientation = Orientation::LeftBottom;
+    for (const PictureAnswer& answer : {plain, rich})
+        for (int depth = 0; depth < 3; ++depth) {
+            const Bytes flat = flattened(answer);
+            const auto rowBytes = 40 * pixelBytes(static_cast<PixelDepth>(depth));
+            seeds.addAnswer("\0"s + answerMessage(Kind::Picture, depth, 40, 4) +
+                            answerMessage(Kind::Rows, depth, 0, 3) + std::string(3 * rowBytes, '\x5a') +
+                            answerMessage(Kind::Rows, depth, 3, 1) + std::string(rowBytes, '\xff') +
+                            answerMessage(Kind::Part, depth, 0, static_cast<int>(flat.size())) +
+                            std::string(flat.begin(), flat.end()) + answerMessage(Kind::End, depth, 0, 0));
+        }
+    for (const Image& image : {noise({40, 30}), filled({40, 30}, grey(90))}) {
+        const Bytes flat = flattened(jpeg::transcode(viewOf(encodedAs(kJpegCodec, image))));
+        seeds.addAnswer("\1" + std::string(flat.begin(), flat.end()));
+    }
+}
+
 void addPhotographs(Seeds& seeds) {
     const char* const folder = std::getenv("COMPLEXION_TEST_PHOTOS");
     if (!folder)
@@ -112,6 +155,7 @@ int main(int argc, char** argv) {
     }
     Seeds seeds(argv[1]);
     addEncodedPictures(seeds);
+    addAnswers(seeds);
     for (const HostileFile& file : hostileFiles())
         seeds.add(file.bytes);
     addPhotographs(seeds);

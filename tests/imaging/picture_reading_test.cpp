@@ -2,6 +2,7 @@
 
 // Files that are read in a child give what they give when they are read in this process.
 #include "imaging/codecs/codec.h"
+#include "imaging/screen_colors.h"
 #include "tests/fakes/installed_reader.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
@@ -24,9 +25,9 @@ protected:
 
     static Result<FilePicture> readHere(const std::filesystem::path& path, ReadingPurpose purpose) {
         const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
-        ReaderProcess::install(nullptr);
+        installReader(nullptr);
         Result<FilePicture> picture = readPictureFile(path, purpose);
-        ReaderProcess::install(process);
+        installReader(process);
         return picture;
     }
 
@@ -107,6 +108,35 @@ TEST_F(PictureReading, GivesTheSameForAProfile) {
     ASSERT_FALSE(image.profile().isSrgb());
     for (const Codec* const codec : {&kJpegCodec, &kPngCodec, &kTiffCodec})
         expectSame(written(encodedAs(*codec, image)));
+}
+
+TEST_F(PictureReading, GivesTheSameColorsForAnyProfile) {
+    for (const Bytes& icc : {wideProfile(), tableProfile()}) {
+        const Image image = noise({90, 70}).withProfile(ColorProfile::fromIcc(icc));
+        const std::filesystem::path path = written(encodedAs(kPngCodec, image));
+        const Result<FilePicture> here = readHere(path, ReadingPurpose::Look);
+        const Result<FilePicture> inChild = readPictureFile(path, ReadingPurpose::Look);
+        ASSERT_TRUE(here && inChild);
+        const ColorProfile& own = here->decoded.image.profile();
+        const ColorProfile& other = inChild->decoded.image.profile();
+        // This process does not open it.
+        EXPECT_FALSE(own.screenTables());
+        ASSERT_TRUE(other.screenTables());
+        EXPECT_TRUE(samePixels(inChild->decoded.image.transformed(screenTransform(other)),
+                               here->decoded.image.transformed(screenTransform(own))));
+        for (const RgbColor color : {RgbColor{0.8, 0.6, 0.5}, RgbColor{0, 1, 0.25}}) {
+            EXPECT_NE(own.fromSrgb(color), color);
+            EXPECT_EQ(other.fromSrgb(color), own.fromSrgb(color));
+        }
+    }
+}
+
+TEST_F(PictureReading, GivesTheSameForAFileInMemory) {
+    const std::string file = encodedAs(kJpegCodec, noise({90, 70}));
+    const Result<FilePicture> inMemory = readPictureInMemory(viewOf(file));
+    ASSERT_TRUE(inMemory);
+    expectSamePicture(*inMemory, *readHere(written(file), ReadingPurpose::Look));
+    EXPECT_FALSE(readPictureInMemory(viewOf("nothing")));
 }
 
 TEST_F(PictureReading, GivesTheSameFor16Bits) {

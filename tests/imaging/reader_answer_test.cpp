@@ -13,6 +13,14 @@
 namespace complexion {
 namespace {
 
+constexpr std::size_t kCubeNodes = std::size_t{33} * 33 * 33;
+
+std::shared_ptr<const ScreenTables> someTables() {
+    ScreenTables tables;
+    tables.light.assign(std::size_t{3} * ScreenTables::kLevels, {-1, 0, ScreenTables::kWhite});
+    return std::make_shared<const ScreenTables>(tables);
+}
+
 PictureAnswer someAnswer() {
     return {.container = Container::Tiff,
             .orientation = Orientation::RightTop,
@@ -20,6 +28,7 @@ PictureAnswer someAnswer() {
             .actualSize = {40, 60},
             .losses = {{SavingLoss::Kind::Depth, 16}, {SavingLoss::Kind::Movie, 0}},
             .icc = {1, 2, 3},
+            .screenTables = someTables(),
             .damage = Error{"cut", ErrorKind::Damaged},
             .jpegOrientation = Orientation::LeftBottom};
 }
@@ -34,6 +43,7 @@ TEST(PictureAnswer, ComesBackAsItWasSent) {
     EXPECT_EQ(answer->actualSize, sent.actualSize);
     EXPECT_EQ(answer->losses, sent.losses);
     EXPECT_EQ(answer->icc, sent.icc);
+    EXPECT_EQ(answer->screenTables->light, sent.screenTables->light);
     ASSERT_TRUE(answer->damage);
     EXPECT_EQ(answer->damage->message, "cut");
     EXPECT_EQ(answer->jpegOrientation, sent.jpegOrientation);
@@ -58,7 +68,7 @@ TEST(PictureAnswer, ThatIsCutOrTooLongIsNone) {
 }
 
 TEST(PictureAnswer, WithAValueOutOfItsRangeIsNone) {
-    std::vector<PictureAnswer> wrong(11, someAnswer());
+    std::vector<PictureAnswer> wrong(15, someAnswer());
     wrong[0].container = static_cast<Container>(5);
     wrong[1].orientation = static_cast<Orientation>(0);
     wrong[2].orientation = static_cast<Orientation>(9);
@@ -70,6 +80,13 @@ TEST(PictureAnswer, WithAValueOutOfItsRangeIsNone) {
     wrong[8].losses.push_back({static_cast<SavingLoss::Kind>(8), 0});
     wrong[9].losses.push_back(wrong[9].losses.front());
     wrong[10].losses.front().count = -1;
+    std::vector<ScreenTables> tables(4, *someTables());
+    tables[0].light.pop_back();
+    tables[1].light.back()[2] = std::nanf("");
+    tables[2].light.front()[0] = 1e9F;
+    tables[3].nodes.resize(kCubeNodes);
+    for (std::size_t i = 0; i < tables.size(); ++i)
+        wrong[11 + i].screenTables = std::make_shared<const ScreenTables>(tables[i]);
     for (std::size_t i = 0; i < wrong.size(); ++i)
         EXPECT_FALSE(parsedPictureAnswer(flattened(wrong[i]))) << i;
 }
