@@ -58,8 +58,6 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
                const std::filesystem::path& source) {
     const Result<Done> saved = withoutThrowing([&]() -> Result<Done> {
         const Result<Bytes> photo = readPicture(source);
-        if (!photo && photo.error().kind == ErrorKind::OutOfMemory)
-            return photo.error();
         const Orientation orientation = carriedOrientationOf(photo, format);
         const Result<FileContents> file = encodedResult(image, format, orientation, photo);
         if (!file && !countsAsSaved(file.error()))

@@ -63,13 +63,15 @@ TESTS = {
                                 "editor/journal_writing_test.cpp", "editor/resumed_work_test.cpp",
                                 "editor/saving_test.cpp"],
     "editor/state_history.cpp": ["editor/history_test.cpp", "editor/history_failures_test.cpp",
-                                 "editor/undo_redo_test.cpp"],
+                                 "editor/undo_redo_test.cpp", "editor/edit_session_test.cpp",
+                                 "editor/resumed_work_test.cpp"],
     "editor/zoom_frame.cpp": ["editor/zoom_frame_test.cpp"],
     "editor/zoom.cpp": ["editor/zoom_position_test.cpp", "editor/zoom_test.cpp"],
     "editor/saving.cpp": ["editor/saving_test.cpp", "editor/set_aside_test.cpp"],
     "editor/settings.cpp": ["editor/settings_mirror_test.cpp", "editor/settings_test.cpp", "editor/retouch_settings_test.cpp",
-                            "editor/comparison_test.cpp"],
-    "editor/retouch.cpp": ["editor/click_test.cpp", "editor/retouch_test.cpp", "editor/retouch_settings_test.cpp"],
+                            "editor/comparison_test.cpp", "editor/fit_test.cpp", "editor/journal_writing_test.cpp"],
+    "editor/retouch.cpp": ["editor/click_test.cpp", "editor/retouch_test.cpp", "editor/retouch_settings_test.cpp",
+                           "editor/resumed_work_test.cpp"],
 }
 
 

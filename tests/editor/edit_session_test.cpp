@@ -62,6 +62,42 @@ TEST_F(Session, CountsEveryLoadAndReload) {
     EXPECT_EQ(session.source().pixel(0, 0).red(), 3);
 }
 
+TEST_F(Session, StatesHaveTheContentsFormatIfTheExtensionIsNoneOfAFormat) {
+    OpenedPhoto photo{filled({4, 3}, grey(7))};
+    photo.extension = "jpg";
+    session.open(photo, platform.photos() / "face.jfif");
+    EXPECT_EQ(session.stateFormat(), "jpg");
+    session.open(photo, platform.photos() / "face");
+    EXPECT_EQ(session.stateFormat(), "jpg");
+    session.open(photo, platform.photos() / "face.TIFF");
+    EXPECT_EQ(session.stateFormat(), "tiff");
+}
+
+TEST_F(Session, KnowsTheDamageOfItsPhotoAlone) {
+    OpenedPhoto photo{filled({4, 3}, grey(7))};
+    photo.damage = Error{"cut off", ErrorKind::Damaged};
+    session.open(photo, platform.photos() / "face.jpg");
+    ASSERT_TRUE(session.damage);
+    EXPECT_EQ(session.damage->message, "cut off");
+    session.open({filled({4, 3}, grey(7))}, platform.photos() / "other.jpg");
+    EXPECT_FALSE(session.damage);
+}
+
+TEST_F(Session, CountsEveryChangeOfItsPhoto) {
+    open(filled({4, 3}, grey(1)));
+    EXPECT_EQ(session.changeCount(), 0);
+    change(2);
+    EXPECT_EQ(session.changeCount(), 1);
+    change(3);
+    EXPECT_EQ(session.changeCount(), 2);
+    EXPECT_TRUE(session.undo());
+    EXPECT_EQ(session.changeCount(), 3);
+    EXPECT_EQ(session.photoNumber(), 1U);
+    EXPECT_EQ(session.source().pixel(0, 0).red(), 1);
+    session.reload({filled({4, 3}, grey(4))});
+    EXPECT_EQ(session.changeCount(), 0);
+}
+
 TEST_F(Session, ARepairOfAReplacedPhotoDoesNotBegin) {
     EditSettings settings;
     settings.radius = 12;
@@ -156,15 +192,48 @@ TEST_F(Session, AFullHistoryKeepsTheNamesOfItsStates) {
     session.history.bound = 2;
     open(filled({4, 3}, grey(1)));
     repair(RepairStyle::FlatColor, 2);
-    repair(RepairStyle::FlatColor, 3);
-    repair(RepairStyle::Natural, 4);
+    repair(RepairStyle::Natural, 3);
+    repair(RepairStyle::FlatColor, 4);
     ASSERT_EQ(session.history.paths.size(), 3U);
-    EXPECT_EQ(session.undoStep(), StepName::NaturalRepair);
-    session.undo();
     EXPECT_EQ(session.undoStep(), StepName::Repair);
     session.undo();
+    EXPECT_EQ(session.undoStep(), StepName::NaturalRepair);
+    session.undo();
     EXPECT_EQ(session.undoStep(), StepName::Unnamed);
-    EXPECT_EQ(session.redoStep(), StepName::Repair);
+    EXPECT_EQ(session.redoStep(), StepName::NaturalRepair);
+}
+
+TEST_F(Session, AFullHistoryReportsAStateThatCannotBeWritten) {
+    session.history.bound = 1;
+    open(filled({4, 3}, grey(1)));
+    change(2);
+    platform.removeTemporaryDirectory();
+    EXPECT_FALSE(session.history.push(filled({4, 3}, grey(3)), "png", 5, StepName::Unnamed));
+    EXPECT_EQ(session.history.paths.size(), 2U);
+}
+
+TEST_F(Session, StatesThatWereAddedFromOutsideAreUnnamed) {
+    open(filled({4, 3}, grey(1)));
+    repair(RepairStyle::FlatColor, 2);
+    repair(RepairStyle::Natural, 3);
+    session.undo();
+    session.undo();
+    change(4);
+    session.history.paths.push_back(session.history.paths.back());
+    EXPECT_EQ(session.redoStep(), StepName::Unnamed);
+    EXPECT_TRUE(session.redo());
+    EXPECT_EQ(session.undoStep(), StepName::Unnamed);
+}
+
+TEST_F(Session, AFullHistoryFromOutsideLosesItsFirstState) {
+    session.setImage(filled({4, 3}, grey(1)));
+    session.extension = "png";
+    session.history.bound = 0;
+    session.history.paths = {platform.states() / "first.png"};
+    session.history.position = 0;
+    session.pushState();
+    ASSERT_EQ(session.history.paths.size(), 1U);
+    EXPECT_NE(session.history.paths[0].filename(), "first.png");
 }
 
 TEST_F(Session, AnotherPhotoHasNoSteps) {

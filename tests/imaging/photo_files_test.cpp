@@ -107,6 +107,14 @@ TEST_F(PhotoFiles, AnExistingFileGetsTheMetadataOfAPhotoThatTheFormatCannotHold)
     EXPECT_NE(contentsOf(path).find("Nobody"), std::string::npos);
 }
 
+TEST_F(PhotoFiles, AFailedSaveLeavesAnExistingFileUnchanged) {
+    const std::filesystem::path path = folder.path() / "result";
+    ASSERT_TRUE(ImageTools::SaveImage(noise({20, 10}), path, "png"));
+    const std::string before = contentsOf(path);
+    EXPECT_FALSE(savePhoto(noise({4, 4}), path, "JPG", photo("jpg")));
+    EXPECT_EQ(contentsOf(path), before);
+}
+
 TEST_F(PhotoFiles, TheSizeIsCheckedBeforeTheFormat) {
     const std::filesystem::path source = photo("png");
     EXPECT_DEATH(savePhoto(Image(), folder.path() / "result", "webp", source), "no bitmap");
