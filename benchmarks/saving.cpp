@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The time to save, with metadata and fsync, if no band of the picture is coded yet.
+// The time to save, with metadata and fsync, if no band of the picture is coded yet; and the size of the
+// result.
 #include "benchmarks/editor.h"
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
+#include "imaging/image_tools.h"
 
 #include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
 
 namespace complexion::bench {
 
@@ -48,6 +54,74 @@ Row saveAgainstLibrary(const std::string& name, int megapixels, Kind kind) {
             }};
 }
 
+/// The processor time, on all cores, against that of plain encoding alone.
+Row saveProcessorTime(int megapixels) {
+    return {.name = rowName("save_jpeg_processor", megapixels),
+            .goal = atMost(0.5),
+            .rounds = 5,
+            .prepare = [=]() -> Round {
+                const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
+                return
+                    [picture, saving = std::make_shared<Saving>(megapixels, Kind::Jpeg)](Samples& samples) {
+                        ::sync();
+                        const double start = processorTime();
+                        (void)encodeJpegSeconds(*picture);
+                        const double middle = processorTime();
+                        (void)saving->save();
+                        samples.add(processorTime() - middle, middle - start);
+                    };
+            }};
+}
+
+/// The JPEG photos of COMPLEXION_TEST_PHOTOS in whose size headers and tables weigh little; none without that
+/// folder.
+std::vector<std::filesystem::path> realPhotos() {
+    constexpr std::uintmax_t kMinBytes = 100'000;
+    std::vector<std::filesystem::path> photos;
+    const char* const folder = std::getenv("COMPLEXION_TEST_PHOTOS");
+    for (const char* const part : {"portraits", "exif"}) {
+        const std::filesystem::path place = std::filesystem::path(folder != nullptr ? folder : "") / part;
+        if (folder == nullptr || !std::filesystem::is_directory(place))
+            continue;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
+            std::string extension = entry.path().extension();
+            std::ranges::transform(extension, extension.begin(),
+                                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+            if (entry.is_regular_file() && extension == ".jpg" && entry.file_size() >= kMinBytes)
+                photos.push_back(entry.path());
+        }
+    }
+    std::ranges::sort(photos);
+    return photos;
+}
+
+/// The bytes of a result after one repair by those of its photo: the median over real photos, or of the
+/// painted portrait.
+Row fileGrowth() {
+    const std::vector<std::filesystem::path> photos = realPhotos();
+    return {.name = "file_growth",
+            .goal = atMost(1.3),
+            .rounds = std::max(1, static_cast<int>(photos.size())),
+            .prepare = [photos]() -> Round {
+                const auto next = std::make_shared<std::size_t>(0);
+                return [photos, next](Samples& samples) {
+                    const std::filesystem::path photo =
+                        photos.empty() ? portraitFile(12, Kind::Jpeg) : photos[(*next)++ % photos.size()];
+                    const std::filesystem::path target = folder() / "grown.jpg";
+                    Editor editor;
+                    editor.open(photo);
+                    const Image image = editor.controller().originalImage();
+                    const Point middle = {image.size().width / 2, image.size().height / 2};
+                    editor.controller().setOriginalImage(
+                        *ImageTools::RemovePimpleFromImage(image, middle, 20, kAutodetectColor, {}, 1));
+                    editor.save(target);
+                    samples.add(static_cast<double>(std::filesystem::file_size(target)),
+                                static_cast<double>(std::filesystem::file_size(photo)));
+                    std::filesystem::remove(target);
+                };
+            }};
+}
+
 Row saveWithEffect(int megapixels) {
     return {.name = rowName("save_effect", megapixels),
             .goal = atMost(1.5),
@@ -69,8 +143,10 @@ void addSavingRows() {
     for (const int megapixels : kMegapixels) {
         addRow(saveAgainstLibrary("save_jpeg", megapixels, Kind::Jpeg));
         addRow(saveAgainstLibrary("save_jpeg_turned", megapixels, Kind::JpegTurned));
+        addRow(saveProcessorTime(megapixels));
         addRow(saveWithEffect(megapixels));
     }
+    addRow(fileGrowth());
 }
 
 } // namespace complexion::bench

@@ -16,7 +16,7 @@ mkdir -p "$build/finds" "$build/seeds"
 "$build/tests/fuzz/fuzz_seeds" "$build/seeds" || exit 1
 
 programs=("$@")
-[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} round_trip exact_jpeg reader_answer)
+[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} round_trip exact_jpeg attachments deep reader_answer)
 failed=0
 for program in "${programs[@]}"; do
     mkdir -p "$build/corpus/$program"

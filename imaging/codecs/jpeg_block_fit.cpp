@@ -12,14 +12,14 @@ namespace {
 
 /// Level shift of 8-bit samples (ITU-T T.81 A.3.1).
 constexpr float kLevelShift = 128;
-/// A block whose samples all change by less is kept.
-constexpr float kMinChange = 1e-4F;
-/// A sample that changes by less keeps its rounded value.
-constexpr float kUnchanged = 0.02F;
 
 /// A pinned sample must round to its value: its unrounded value may be off by this much, just under half a
 /// level.
 constexpr float kPinMargin = 0.48F;
+/// A sample whose unrounded value is off by no more costs nothing where no sample is pinned. Larger and
+/// smaller margins leave more samples that round to another value: with this one 6 %, of 8.6 % after
+/// rounding.
+constexpr float kSafeMargin = 0.3F;
 /// Weight of a free sample's squared error, relative to a pinned sample's.
 constexpr float kFreeWeight = 0.02F;
 constexpr int kMaxSteps = 1000;
@@ -44,13 +44,10 @@ int minOf(std::size_t coefficient) {
     return coefficient == 0 ? kMinDc : -kMaxAc;
 }
 
-FloatBlock targetOf(const CoefficientBlock& source, const SampleBlock& samples, const FloatBlock& change) {
-    const FloatBlock before = inverseDct(source);
+FloatBlock targetOf(const SampleBlock& samples, const FloatBlock& change) {
     FloatBlock target{};
     for (std::size_t i = 0; i < kBlockArea; ++i)
-        target[i] = std::abs(change[i]) < kUnchanged
-                        ? static_cast<float>(samples[i])
-                        : std::clamp(std::round(before[i] + change[i]), 0.0F, 255.0F);
+        target[i] = std::clamp(std::round(static_cast<float>(samples[i]) + change[i]), 0.0F, 255.0F);
     return target;
 }
 
@@ -187,6 +184,20 @@ std::optional<CoefficientBlock> withPinnedSamples(const CoefficientBlock& start,
     return std::nullopt;
 }
 
+/// A block near `start`, which is the nearest to `target` in the mean, of which more samples round to it.
+CoefficientBlock withFewerMisses(const CoefficientBlock& start, const FloatBlock& target) {
+    Search::Goal goal;
+    for (std::size_t i = 0; i < kBlockArea; ++i) {
+        goal.low[i] = target[i] <= 0 ? -kUnbounded : target[i] - kSafeMargin;
+        goal.high[i] = target[i] >= 255 ? kUnbounded : target[i] + kSafeMargin;
+        goal.weights[i] = 1;
+    }
+    Search search(start, goal);
+    for (int step = 0; step < kMaxSteps && search.takeBestStep(); ++step) {
+    }
+    return search.block();
+}
+
 bool isNear(const CoefficientBlock& block, const FloatBlock& target) {
     const SampleBlock decoded = decodedSamples(block);
     for (std::size_t i = 0; i < kBlockArea; ++i)
@@ -199,13 +210,14 @@ bool isNear(const CoefficientBlock& block, const FloatBlock& target) {
 
 CoefficientBlock fitBlock(const CoefficientBlock& source, const FloatBlock& change,
                           const SampleMask& pinned) {
-    if (std::ranges::all_of(change, [](float value) { return std::abs(value) < kMinChange; }))
-        return source;
     const SampleBlock samples = decodedSamples(source);
-    const FloatBlock target = targetOf(source, samples, change);
+    const FloatBlock target = targetOf(samples, change);
+    if (std::ranges::equal(target, samples, {}, {},
+                           [](std::uint8_t sample) { return static_cast<float>(sample); }))
+        return source;
     const CoefficientBlock plain = quantised(forwardDct(target));
     if (pinned.none())
-        return plain;
+        return withFewerMisses(plain, target);
     const std::optional<CoefficientBlock> found = withPinnedSamples(plain, target, samples, pinned);
     return found && isNear(*found, target) ? *found : source;
 }

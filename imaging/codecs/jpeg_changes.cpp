@@ -1,31 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_changes.h"
 
+#include "imaging/codecs/jpeg_color_changes.h"
 #include "imaging/codecs/jpeg_upsampling.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
+#include <limits>
 
 namespace complexion::jpeg {
 
 namespace {
-
-constexpr std::size_t kMaxComponents = 3;
-using Weights = std::array<std::array<float, 3>, kMaxComponents>;
-
-/// RGB to YCbCr and back (JFIF 1.02, "Conversion to and from RGB").
-constexpr Weights kComponentsOfRgb = {{
-    {0.299F, 0.587F, 0.114F},
-    {-0.168735892F, -0.331264108F, 0.5F},
-    {0.5F, -0.418687589F, -0.081312411F},
-}};
-constexpr Weights kRgbOfComponents = {{
-    {1, 0, 1.402F},
-    {1, -0.344136286F, -0.714136286F},
-    {1, 1.772F, 0},
-}};
-constexpr Weights kIdentity = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 /// Largest difference between the components of a pixel that counts as grey: what a repair's rounding can
 /// cause.
@@ -64,6 +49,7 @@ public:
                 m_isTouched.push_back(versions.isTouched(y, x) ? 1 : 0);
         m_values.resize(layout.components.size(), std::vector<float>(pixelCount()));
         m_changes.resize(layout.components.size());
+        m_colors.resize(pixelCount());
         m_isChanged.resize(pixelCount());
     }
 
@@ -73,13 +59,14 @@ public:
         std::vector<RGBA32> after(pixelCount());
         versions.before.read(m_pixels, before.data(), m_pixels.width);
         versions.after.read(m_pixels, after.data(), m_pixels.width);
-        const Weights& weights = m_layout.colorSpace == ColorSpace::Rgb ? kIdentity : kComponentsOfRgb;
+        const ColorWeights& weights = m_layout.colorSpace == ColorSpace::Rgb ? kIdentity : kComponentsOfRgb;
         for (std::size_t i = 0; i < before.size(); ++i) {
             const RGBA32 one = before[i];
             const RGBA32 other = after[i];
-            const std::array<float, 3> change = {static_cast<float>(other.red() - one.red()),
+            const ColorChange change = {static_cast<float>(other.red() - one.red()),
                                                  static_cast<float>(other.green() - one.green()),
                                                  static_cast<float>(other.blue() - one.blue())};
+            m_colors[i] = change;
             m_isChanged[i] = change[0] != 0 || change[1] != 0 || change[2] != 0;
             if (m_layout.colorSpace == ColorSpace::Grey && m_isChanged[i] && tintOf(other) > kMaxTint)
                 return false;
@@ -97,8 +84,10 @@ public:
         for (std::size_t c = 0; c < m_values.size(); ++c)
             if (m_layout.components[c].isFullResolution())
                 m_changes[c] = m_values[c];
-        if (allWhole)
+        if (allWhole) {
+            roundColors();
             return;
+        }
         std::vector<float> weights = touchedPixels();
         std::vector<std::vector<char>> isFree;
         for (std::size_t c = 0; c < m_values.size(); ++c)
@@ -116,8 +105,16 @@ public:
         }
     }
 
+    /// Replaces the luminance by what brings each pixel closest to its painted colour with the chroma as it is.
+    void solveLuminance() {
+        const std::vector<float> blue = m_upsamplings[kBlueChroma].up(m_changes[kBlueChroma]);
+        const std::vector<float> red = m_upsamplings[kRedChroma].up(m_changes[kRedChroma]);
+        for (std::size_t i = 0; i < m_colors.size(); ++i)
+            m_changes[kLuminance][i] = nearestLuminance(m_colors[i], blue[i], red[i]);
+    }
+
     /// Sets known changes instead of computing them with `solve`.
-    void setChanges(const std::function<const McuDifferences&(int row, int column)>& differencesOf) {
+    void setChanges(const DifferencesOf& differencesOf) {
         for (std::size_t c = 0; c < m_changes.size(); ++c)
             m_changes[c].assign(static_cast<std::size_t>(m_upsamplings[c].samples().width) *
                                     static_cast<std::size_t>(m_upsamplings[c].samples().height),
@@ -134,7 +131,7 @@ public:
 
     /// Whether the pixels of `mcus` come close enough to their targets.
     bool isFaithful(PixelRect mcus) const {
-        const Weights& rgb = rgbOfComponents();
+        const ColorWeights& rgb = rgbOfComponents();
         std::vector<std::vector<float>> spread(m_values.size());
         for (std::size_t c = 0; c < m_values.size(); ++c)
             spread[c] = m_upsamplings[c].up(m_changes[c]);
@@ -146,7 +143,7 @@ public:
             const int row = (m_pixels.y + static_cast<int>(i) / width) / m_layout.mcu.height;
             if (PixelRect{column, row, 1, 1}.intersected(mcus).isEmpty() || !isTouched(row, column))
                 continue;
-            for (const std::array<float, 3>& color : rgb) {
+            for (const ColorChange& color : rgb) {
                 float error = 0; // a grey picture uses the first row of weights only
                 for (std::size_t c = 0; c < spread.size(); ++c)
                     error += color[c] * (spread[c][i] - m_values[c][i]);
@@ -160,10 +157,17 @@ public:
         return sum <= kMaxPaintedError * 3 * static_cast<double>(count);
     }
 
-    McuChange changeOf(int row, int column) const {
-        McuChange change;
-        forEachBlock(row, column, [&](std::size_t c, int y, int x) { change.push_back(blockAt(c, y, x)); });
-        return change;
+    /// The changes of the first `components` components of the touched MCUs of `mcus`, by MCU index.
+    McuChanges changesOf(PixelRect mcus, std::size_t components) const {
+        McuChanges changes;
+        for (int row = mcus.y; row < mcus.bottom(); ++row)
+            for (int column = mcus.x; column < mcus.right(); ++column)
+                if (isTouched(row, column))
+                    forEachBlock(row, column, [&](std::size_t c, int y, int x) {
+                        if (c < components)
+                            changes[row * m_layout.mcusAcross + column].push_back(blockAt(c, y, x));
+                    });
+        return changes;
     }
 
     bool isTouched(int row, int column) const {
@@ -173,6 +177,17 @@ public:
     }
 
 private:
+    /// Makes the changes of all components whole.
+    void roundColors() {
+        if (m_layout.colorSpace != ColorSpace::YCbCr)
+            return;
+        for (std::size_t i = 0; i < m_colors.size(); ++i) {
+            const ComponentChange whole = nearestWholeChange(m_colors[i]);
+            for (std::size_t c = 0; c < whole.size(); ++c)
+                m_changes[c][i] = whole[c];
+        }
+    }
+
     /// Calls `visit(component, row, column)` for each block of an MCU in scan order, with the position of the
     /// block's first sample.
     template <class Visit>
@@ -186,7 +201,7 @@ private:
         }
     }
 
-    const Weights& rgbOfComponents() const {
+    const ColorWeights& rgbOfComponents() const {
         return m_layout.colorSpace == ColorSpace::YCbCr ? kRgbOfComponents : kIdentity;
     }
 
@@ -239,12 +254,12 @@ private:
         for (std::size_t c = 0; c < m_values.size(); ++c)
             if (!m_layout.components[c].isFullResolution())
                 spread[c] = m_upsamplings[c].up(m_changes[c]);
-        const Weights& rgb = rgbOfComponents();
+        const ColorWeights& rgb = rgbOfComponents();
         std::vector<char> spilled(weights.size());
         for (std::size_t i = 0; i < spilled.size(); ++i) {
             if (m_isChanged[i] || weights[i] == 0)
                 continue;
-            for (const std::array<float, 3>& color : rgb) {
+            for (const ColorChange& color : rgb) {
                 float moved = 0;
                 for (std::size_t c = 0; c < spread.size(); ++c)
                     moved += spread[c].empty() ? 0 : color[c] * spread[c][i];
@@ -293,35 +308,40 @@ private:
     std::vector<char> m_isTouched; // for each MCU of `m_around`
     std::vector<Upsampling> m_upsamplings;
     PixelRect m_pixels;
-    std::vector<std::vector<float>> m_values;  // wanted changes of each component, per pixel
+    std::vector<ColorChange> m_colors; // wanted changes of red, green and blue, per pixel
+    std::vector<std::vector<float>> m_values;   // the same of each component
     std::vector<std::vector<float>> m_changes; // changes of each component, per sample
     std::vector<char> m_isChanged;
 };
 
 } // namespace
 
-std::optional<std::map<int, McuChange>> sampleChanges(const Layout& layout, const Versions& versions,
-                                                      PixelRect mcus) {
+std::optional<McuChanges> sampleChanges(const Layout& layout, const Versions& versions, PixelRect mcus) {
     // One more MCU on each side: their changes affect the samples at the border.
     Window window(layout, versions, grown(mcus, 1, layout));
     if (!window.readPixels(versions))
         return std::nullopt;
     window.solve();
-    std::map<int, McuChange> changes;
-    for (int row = mcus.y; row < mcus.bottom(); ++row)
-        for (int column = mcus.x; column < mcus.right(); ++column)
-            if (window.isTouched(row, column))
-                changes.emplace(row * layout.mcusAcross + column, window.changeOf(row, column));
-    return changes;
+    return window.changesOf(mcus, layout.components.size());
 }
 
 bool isFaithful(const Layout& layout, const Versions& versions, PixelRect mcus,
-                const std::function<const McuDifferences&(int row, int column)>& differencesOf) {
+                const DifferencesOf& differencesOf) {
     Window window(layout, versions, grown(mcus, 1, layout));
     if (!window.readPixels(versions))
         return false;
     window.setChanges(differencesOf);
     return window.isFaithful(mcus);
+}
+
+McuChanges luminanceChanges(const Layout& layout, const Versions& versions, PixelRect mcus,
+                            const DifferencesOf& differencesOf) {
+    Window window(layout, versions, grown(mcus, 1, layout));
+    if (!window.readPixels(versions))
+        return {};
+    window.setChanges(differencesOf);
+    window.solveLuminance();
+    return window.changesOf(mcus, 1);
 }
 
 PixelRect touchedBounds(const Versions& versions, PixelRect mcus) {

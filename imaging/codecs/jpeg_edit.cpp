@@ -2,9 +2,11 @@
 #include "imaging/codecs/jpeg_edit.h"
 
 #include "imaging/base/parallel.h"
+#include "imaging/codecs/jpeg_color_changes.h"
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 #include <set>
 #include <utility>
 
@@ -18,6 +20,7 @@ constexpr int kSquareSide = 8;
 /// Distance, in MCUs, over which the changes of MCUs depend on one another.
 constexpr int kDependencyRadius = 2;
 
+constexpr std::size_t kAllBlocks = std::numeric_limits<std::size_t>::max();
 constexpr std::uint32_t kColorBits = RGBA32(255, 255, 255, 0).color;
 
 bool haveSameColors(std::span<const RGBA32> one, std::span<const RGBA32> other) {
@@ -155,37 +158,91 @@ std::optional<Edit::McuRows> Edit::readRows(const std::vector<int>& rows) const 
     return result;
 }
 
-void Edit::fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>& mcus) const {
+/// Whether the luminance can make up for what the chroma gets wrong.
+bool Edit::refinesLuminance() const {
+    const Layout& layout = m_jpeg.layout;
+    return layout.colorSpace == ColorSpace::YCbCr && layout.components[kLuminance].isFullResolution();
+}
+
+/// Sorted, with the touched MCUs around them: upsampling blends the chroma across the border.
+std::vector<int> Edit::withTouchedNeighbors(const std::vector<int>& mcus, const TouchedMcus& touched) const {
+    const Layout& layout = m_jpeg.layout;
+    std::set<int> all;
+    for (const int mcu : mcus) {
+        const int row = mcu / layout.mcusAcross;
+        const int column = mcu % layout.mcusAcross;
+        for (int y = std::max(0, row - 1); y <= std::min(layout.mcusDown - 1, row + 1); ++y)
+            for (int x = std::max(0, column - 1); x <= std::min(layout.mcusAcross - 1, column + 1); ++x)
+                if (const int neighbor = y * layout.mcusAcross + x; touched.contains(neighbor))
+                    all.insert(neighbor);
+    }
+    return {all.begin(), all.end()};
+}
+
+/// Fits the blocks of `range` whose changes are not what they were fitted to.
+void Edit::fit(const McuRows& rows, TouchedMcus& touched, const McuChanges& changes, BlockRange range) const {
+    std::vector<std::pair<int, const McuChange*>> mcus;
+    for (const auto& [mcu, change] : changes)
+        mcus.emplace_back(mcu, &change);
     std::vector<std::shared_ptr<const TouchedMcu>> fitted(mcus.size());
     parallelFor(static_cast<int>(mcus.size()), [&](int i) {
-        const int mcu = mcus[static_cast<std::size_t>(i)];
+        const auto& [mcu, change] = mcus[static_cast<std::size_t>(i)];
         const McuRow& row = rows.at(mcu / m_jpeg.layout.mcusAcross);
-        const auto before = m_touched.find(mcu);
-        auto after = std::make_shared<TouchedMcu>();
-        after->change = touched.at(mcu)->change;
+        auto after = std::make_shared<TouchedMcu>(*touched.at(mcu));
+        if (after->blocks.empty()) {
+            forEachBlock(m_jpeg.layout, mcu % m_jpeg.layout.mcusAcross,
+                         [&](std::size_t c, std::size_t block) { after->blocks.push_back(row[c][block]); });
+            after->fitted.resize(after->blocks.size());
+            after->differences.resize(after->blocks.size());
+        }
+        std::size_t n = 0;
         forEachBlock(m_jpeg.layout, mcu % m_jpeg.layout.mcusAcross, [&](std::size_t c, std::size_t block) {
-            const std::size_t n = after->blocks.size();
-            const bool isUnchanged =
-                before != m_touched.end() && before->second->change[n] == after->change[n];
-            after->blocks.push_back(
-                isUnchanged ? before->second->blocks[n]
-                            : fitBlock(row[c][block], after->change[n].samples, after->change[n].pinned));
-            after->differences.push_back(
-                differenceOf(decodedSamples(row[c][block]), decodedSamples(after->blocks.back())));
+            const std::size_t at = n++;
+            if (at < range.first || at >= range.last || (*change)[at] == after->fitted[at])
+                return;
+            const BlockChange& wanted = (*change)[at];
+            after->fitted[at] = wanted;
+            after->blocks[at] = fitBlock(row[c][block], wanted.samples, wanted.pinned);
+            after->differences[at] =
+                differenceOf(decodedSamples(row[c][block]), decodedSamples(after->blocks[at]));
         });
         fitted[static_cast<std::size_t>(i)] = std::move(after);
     });
     for (std::size_t i = 0; i < mcus.size(); ++i)
-        touched[mcus[i]] = std::move(fitted[i]);
+        touched[mcus[i].first] = std::move(fitted[i]);
+}
+
+/// Fits the luminance of `mcus`, which are in `squares`, to their chroma.
+void Edit::refineLuminance(const McuRows& rows, TouchedMcus& touched, const Versions& versions,
+                           const std::vector<PixelRect>& squares, const std::vector<int>& mcus) const {
+    std::vector<McuChanges> changes(squares.size());
+    parallelFor(static_cast<int>(squares.size()), [&](int i) {
+        const auto n = static_cast<std::size_t>(i);
+        changes[n] = luminanceChanges(m_jpeg.layout, versions, squares[n], differencesIn(touched));
+    });
+    McuChanges toFit;
+    for (McuChanges& changesOfSquare : changes)
+        for (auto& [mcu, change] : changesOfSquare)
+            if (std::ranges::binary_search(mcus, mcu))
+                toFit.emplace(mcu, std::move(change));
+    fit(rows, touched, toFit, {0, m_jpeg.layout.components[kLuminance].blocksPerMcu()});
+}
+
+DifferencesOf Edit::differencesIn(const TouchedMcus& touched) const {
+    return [&](int row, int column) -> const McuDifferences& {
+        return touched.at(row * m_jpeg.layout.mcusAcross + column)->differences;
+    };
 }
 
 /// The pixels that decide whether the MCUs of `square` can be represented.
 PixelRect Edit::regionOf(PixelRect square) const {
     const Layout& layout = m_jpeg.layout;
-    const int left = std::max(0, square.x - kDependencyRadius);
-    const int top = std::max(0, square.y - kDependencyRadius);
-    const int right = std::min(layout.mcusAcross - 1, square.right() - 1 + kDependencyRadius);
-    const int bottom = std::min(layout.mcusDown - 1, square.bottom() - 1 + kDependencyRadius);
+    // Of the squares around it, too: the luminance depends on their chroma.
+    constexpr int kRadius = kSquareSide + kDependencyRadius;
+    const int left = std::max(0, square.x - kRadius);
+    const int top = std::max(0, square.y - kRadius);
+    const int right = std::min(layout.mcusAcross - 1, square.right() - 1 + kRadius);
+    const int bottom = std::min(layout.mcusDown - 1, square.bottom() - 1 + kRadius);
     return pixelsOf(top * layout.mcusAcross + left).united(pixelsOf(bottom * layout.mcusAcross + right));
 }
 
@@ -211,13 +268,37 @@ std::optional<PixelRect> Edit::findUnfaithful(const std::vector<PixelRect>& squa
     std::atomic<int> unfaithful = -1;
     parallelFor(static_cast<int>(squares.size()), [&](int i) {
         if (!isFaithful(m_jpeg.layout, versions, squares[static_cast<std::size_t>(i)],
-                        [&](int row, int column) -> const McuDifferences& {
-                            return touched.at(row * m_jpeg.layout.mcusAcross + column)->differences;
-                        }))
+                        differencesIn(touched)))
             unfaithful = i;
     });
     return unfaithful < 0 ? std::nullopt
                           : std::optional(squares[static_cast<std::size_t>(unfaithful.load())]);
+}
+
+/// The changes of the MCUs of `squares` that are not what they were. Sets them as wanted in `touched`.
+/// Nothing if a grey picture would need colour.
+std::optional<McuChanges> Edit::changesToFit(TouchedMcus& touched, const Versions& versions,
+                                             const std::vector<PixelRect>& squares) const {
+    std::vector<std::optional<McuChanges>> changes(squares.size());
+    parallelFor(static_cast<int>(squares.size()), [&](int i) {
+        const auto n = static_cast<std::size_t>(i);
+        changes[n] = sampleChanges(m_jpeg.layout, versions, squares[n]);
+    });
+    McuChanges toFit;
+    for (auto& changesOfSquare : changes) {
+        if (!changesOfSquare)
+            return std::nullopt;
+        for (auto& [mcu, change] : *changesOfSquare) {
+            std::shared_ptr<const TouchedMcu>& place = touched.at(mcu);
+            if (place && place->wanted == change)
+                continue;
+            auto next = place ? std::make_shared<TouchedMcu>(*place) : std::make_shared<TouchedMcu>();
+            next->wanted = change;
+            place = std::move(next);
+            toFit.emplace(mcu, std::move(change));
+        }
+    }
+    return toFit;
 }
 
 std::optional<Error> Edit::update(const Image& upright) {
@@ -239,30 +320,27 @@ std::optional<Error> Edit::update(const Image& upright) {
     const Versions versions = {.before = m_source, .after = stored, .isTouched = [&](int row, int column) {
                                    return touched.contains(row * layout.mcusAcross + column);
                                }};
-    const std::vector<PixelRect> squares = squaresAround(differing, versions);
-    std::vector<std::optional<std::map<int, McuChange>>> changes(squares.size());
-    parallelFor(static_cast<int>(squares.size()), [&](int i) {
-        const auto n = static_cast<std::size_t>(i);
-        changes[n] = sampleChanges(layout, versions, squares[n]);
-    });
-    std::vector<int> toFit;
-    for (auto& changesOfSquare : changes) {
-        if (!changesOfSquare)
-            return Error{"JPEG: a grey picture cannot hold colours"};
-        for (auto& [mcu, change] : *changesOfSquare) {
-            std::shared_ptr<const TouchedMcu>& place = touched.at(mcu);
-            if (place && place->change == change)
-                continue;
-            place = std::make_shared<const TouchedMcu>(TouchedMcu{std::move(change), {}, {}});
-            toFit.push_back(mcu);
-            changedRows.insert(mcu / layout.mcusAcross);
-        }
-    }
-
+    const std::optional<McuChanges> toFit =
+        changesToFit(touched, versions, squaresAround(differing, versions));
+    if (!toFit)
+        return Error{"JPEG: a grey picture cannot hold colours"};
+    std::vector<int> fitted;
+    for (const auto& [mcu, change] : *toFit)
+        fitted.push_back(mcu);
+    if (refinesLuminance())
+        fitted = withTouchedNeighbors(fitted, touched);
+    for (const int mcu : fitted)
+        changedRows.insert(mcu / layout.mcusAcross);
     std::optional<McuRows> rows = readRows({changedRows.begin(), changedRows.end()});
     if (!rows)
         return Error{"JPEG: a row that was coded cannot be read"};
-    fit(*rows, touched, toFit);
+    const std::vector<PixelRect> squares = squaresAround(fitted, versions);
+    if (refinesLuminance()) {
+        fit(*rows, touched, *toFit, {layout.components[kLuminance].blocksPerMcu(), kAllBlocks});
+        refineLuminance(*rows, touched, versions, squares, fitted);
+    } else {
+        fit(*rows, touched, *toFit, {0, kAllBlocks});
+    }
     if (const std::optional<PixelRect> square = findUnfaithful(squares, versions, touched)) {
         m_refusal = {.image = Image::fromBands(upright.pixelSize(), upright.bands()),
                      .region = regionOf(*square),

@@ -30,11 +30,12 @@ public:
     const std::shared_ptr<const Bytes>& row(int index) const;
 
 private:
-    /// A touched MCU: the wanted change, the resulting blocks, and the differences of their samples.
+    /// A touched MCU. Its blocks are empty until some are fitted.
     struct TouchedMcu {
-        McuChange change;
+        McuChange wanted; // as computed from the pixels alone
+        McuChange fitted; // what the blocks were fitted to
         std::vector<CoefficientBlock> blocks;
-        McuDifferences differences;
+        McuDifferences differences; // of the blocks' samples
     };
     using TouchedMcus = std::map<int, std::shared_ptr<const TouchedMcu>>;
     using McuRows = std::map<int, McuRow>;
@@ -56,7 +57,19 @@ private:
     bool isTouched(const Image& stored, int mcu) const;
     PixelRect pixelsOf(int mcu) const;
     std::optional<McuRows> readRows(const std::vector<int>& rows) const;
-    void fit(const McuRows& rows, TouchedMcus& touched, const std::vector<int>& mcus) const;
+    std::optional<McuChanges> changesToFit(TouchedMcus& touched, const Versions& versions,
+                                           const std::vector<PixelRect>& squares) const;
+    /// Blocks of an MCU in scan order, the last one excluded.
+    struct BlockRange {
+        std::size_t first = 0;
+        std::size_t last = 0;
+    };
+    void fit(const McuRows& rows, TouchedMcus& touched, const McuChanges& changes, BlockRange range) const;
+    bool refinesLuminance() const;
+    void refineLuminance(const McuRows& rows, TouchedMcus& touched, const Versions& versions,
+                         const std::vector<PixelRect>& squares, const std::vector<int>& mcus) const;
+    std::vector<int> withTouchedNeighbors(const std::vector<int>& mcus, const TouchedMcus& touched) const;
+    DifferencesOf differencesIn(const TouchedMcus& touched) const;
     std::optional<CodedRows> encodeRows(McuRows rows, const TouchedMcus& touched) const;
 
     const TranscodedFile& m_jpeg;

@@ -33,7 +33,6 @@ def stored_by_pillow(path):
 
 def stored_by_imagemagick(path):
     """The pixels as stored (not rotated), as RGB; None if ImageMagick refuses the file."""
-    """The pixels as stored (not rotated), as RGB; None if ImageMagick refuses the file."""
     try:
         done = subprocess.run(["/usr/bin/convert", "-limit", "memory", "1GiB", "-limit", "area", "300MP", f"jpeg:{path}",
                                "-set", "colorspace", "sRGB", "-depth", "8", "-format", "%w %h\\n", "-write", "info:fd:2",

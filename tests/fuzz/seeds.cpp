@@ -5,12 +5,15 @@
 #include "imaging/base/screen_tables.h"
 #include "imaging/reading/picture_answer.h"
 #include "imaging/reading/transcoding_answer.h"
+#include "tests/fakes/hdr_photos.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
+#include "tests/imaging/deep_files.h"
 #include "tests/imaging/hostile_files.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <iostream>
@@ -103,6 +106,38 @@ void addEncodedPictures(Seeds& seeds) {
         }
 }
 
+/// Photos with gain maps, previews and movies.
+void addHdrPhotos(Seeds& seeds) {
+    const Image photo = skinWithBlemishes({160, 120}, {{60, 80}});
+    for (const HdrKind kind : {HdrKind::Directory, HdrKind::Auxiliary})
+        for (const int components : {1, 3})
+            for (const bool hasMore : {false, true})
+                seeds.add(hdrPhoto(photo, {.kind = kind,
+                                           .mapComponents = components,
+                                           .hasPreview = hasMore,
+                                           .hasMovie = hasMore,
+                                           .orientation = hasMore ? 6 : 1})
+                              .file);
+}
+
+/// Pictures of 16 bits a sample.
+void addDeepPictures(Seeds& seeds) {
+    constexpr PixelSize kSize = {45, 70};
+    const std::array<test::DeepKind, 8> kinds = {
+        test::DeepKind{.name = "", .isPng = true},
+        test::DeepKind{.name = "", .isPng = true, .isGrey = true, .hasAlpha = true, .isInterlaced = true},
+        test::DeepKind{.name = "", .isGrey = true, .mode = "wb"},
+        test::DeepKind{.name = "", .hasAlpha = true, .isPlanar = true, .isTiled = true},
+        test::DeepKind{.name = "", .hasAlpha = true, .alphaKind = EXTRASAMPLE_ASSOCALPHA, .orientation = 6},
+        test::DeepKind{.name = "", .mode = "wb", .compression = COMPRESSION_LZW},
+        test::DeepKind{.name = "", .isTiled = true, .compression = COMPRESSION_ADOBE_DEFLATE},
+        test::DeepKind{.name = "", .mode = "w8l", .compression = COMPRESSION_PACKBITS}};
+    for (const test::DeepKind& kind : kinds) {
+        const Bytes file = test::deepFile(test::skinSamples(kSize, kind), kind);
+        seeds.add({file.begin(), file.end()});
+    }
+}
+
 std::string answerMessage(AnswerMessage::Kind kind, int depth, int first, int count) {
     return static_cast<char>(static_cast<int>(kind) + 4 * depth) +
            littleNumber(static_cast<std::uint64_t>(first), 4) +
@@ -155,6 +190,8 @@ int main(int argc, char** argv) {
     }
     Seeds seeds(argv[1]);
     addEncodedPictures(seeds);
+    addHdrPhotos(seeds);
+    addDeepPictures(seeds);
     addAnswers(seeds);
     for (const HostileFile& file : hostileFiles())
         seeds.add(file.bytes);

@@ -81,7 +81,7 @@ Bytes deepTiff(const FileSamples& samples, const DeepKind& kind) {
         TIFFSetField(tiff, TIFFTAG_TILEWIDTH, kTileSide);
         TIFFSetField(tiff, TIFFTAG_TILELENGTH, kTileSide);
     } else {
-        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, 10);
+        TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, kind.rowsPerStrip);
     }
     if (kind.isPlanar)
         TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE);

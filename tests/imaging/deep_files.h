@@ -25,6 +25,7 @@ struct DeepKind {
     int compression = COMPRESSION_NONE;
     int orientation = 1;
     bool isBlackZero = true;
+    int rowsPerStrip = 10;
 
     int perPixel() const { return (isGrey ? 1 : 3) + (hasAlpha ? 1 : 0); }
 };

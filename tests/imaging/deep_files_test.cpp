@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // A photo of 16 bits a sample is saved with all of them: what no repair touched comes back as it was.
+#include "imaging/codecs/codec.h"
 #include "imaging/containers/byte_order.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_files.h"
@@ -8,6 +9,8 @@
 #include "tests/imaging/deep_files.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace complexion {
 namespace {
@@ -129,6 +132,45 @@ TEST_P(DeepFiles, StatesAreFilesOfEightBits) {
     ASSERT_TRUE(ImageTools::SaveImage(openPhoto(source)->image, path, GetParam().isPng ? "png" : "tiff"));
     const std::string bytes = contentsOf(path);
     EXPECT_EQ((GetParam().isPng ? samplesOfPng(bytesOf(bytes)) : test::samplesOfTiff(path)).bits, 8);
+}
+
+TEST_P(DeepFiles, DamagedFilesAreReadInPartOrRefused) {
+    // Larger than what one thread decodes alone.
+    const Bytes file = deepFile(test::skinSamples({620, 450}, GetParam()), GetParam());
+    const Codec& codec = GetParam().isPng ? kPngCodec : kTiffCodec;
+    std::minstd_rand random(1);
+    int read = 0;
+    for (int round = 0; round < 40; ++round) {
+        Bytes damaged = file;
+        for (int i = 0; i < 1 + round % 4; ++i)
+            damaged[random() % damaged.size()] ^= static_cast<std::uint8_t>(1 + random() % 255);
+        if (round % 3 == 0)
+            damaged.resize(damaged.size() - random() % (damaged.size() / 2));
+        const Result<DecodedPicture> picture = codec.read(damaged);
+        if (!picture)
+            continue;
+        ++read;
+        EXPECT_TRUE(picture->image.hasPixels());
+    }
+    EXPECT_GT(read, 5);
+}
+
+TEST_F(OneDeepFile, AStripThatIsReadRowByRowIsReadOnce) {
+    // Strips of more than 64 MiB are not decoded as a whole.
+    const PixelSize size = {3000, 4000};
+    const DeepKind kind = {
+        .name = "TiffOneStrip", .compression = COMPRESSION_ADOBE_DEFLATE, .rowsPerStrip = 4000};
+    FileSamples samples{.size = size, .bits = 16, .perPixel = 3, .values = {}};
+    samples.values.assign(static_cast<std::size_t>(size.area()) * 3, 0x1234);
+    Bytes file = deepFile(samples, kind);
+    const Result<DecodedPicture> whole = kTiffCodec.read(file);
+    ASSERT_TRUE(whole);
+    EXPECT_FALSE(whole->damage);
+    for (std::size_t i = file.size() / 2; i < file.size() / 2 + 8; ++i)
+        file[i] ^= 0x5a;
+    const Result<DecodedPicture> damaged = kTiffCodec.read(file);
+    ASSERT_TRUE(damaged);
+    EXPECT_TRUE(damaged->damage);
 }
 
 TEST_F(OneDeepFile, PaintedPixelsAreThePaintWidened) {

@@ -2,12 +2,14 @@
 
 // Saving an edited JPEG photo changes no pixel outside the MCUs that the edit touches.
 #include "imaging/codecs/jpeg_coded_rows.h"
+#include "imaging/image_tools.h"
 #include "tests/imaging/exact_jpeg_fixture.h"
 
 namespace complexion {
 namespace {
 
 using test::decoded;
+using test::encoded;
 using test::fileOf;
 using test::Outcome;
 using test::outcomeOf;
@@ -132,6 +134,42 @@ TEST_P(ExactJpeg, NothingChangesOutsideTheTouchedMcus) {
     EXPECT_EQ(outcome.differentOutside, 0);
     EXPECT_LE(outcome.maxUnpainted, 16);
     EXPECT_LE(outcome.meanInside, 2);
+}
+
+/// Skin with a blemish, as a camera codes it.
+Bytes blemishedPhoto(const std::array<int, 6>& sampling, PixelPosition blemish) {
+    const Image skin = skinWithBlemishes({205, 147}, {blemish});
+    std::mt19937 engine(7);
+    std::normal_distribution<double> noise(0, 3);
+    std::vector<std::uint8_t> samples = rgbSamples(skin);
+    for (std::uint8_t& sample : samples)
+        sample = static_cast<std::uint8_t>(std::clamp(sample + noise(engine), 0.0, 255.0));
+    const auto sampled = [&](jpeg_compress_struct& info) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            info.comp_info[i].h_samp_factor = sampling[2 * i];
+            info.comp_info[i].v_samp_factor = sampling[2 * i + 1];
+        }
+    };
+    return jpegFile({.size = skin.pixelSize(), .quality = 90, .exif = {}, .icc = {}, .adjust = sampled},
+                    samples);
+}
+
+TEST(ExactJpegRepair, IsSavedNearlyAsPainted) {
+    const PixelPosition blemish = {70, 100};
+    for (const auto& [sampling, maxMean] :
+         {std::pair(std::array{1, 1, 1, 1, 1, 1}, 0.25), std::pair(std::array{2, 1, 1, 1, 1, 1}, 0.3),
+          std::pair(std::array{2, 2, 1, 1, 1, 1}, 0.3)}) {
+        const Bytes source = blemishedPhoto(sampling, blemish);
+        const Image photo = decoded(kJpegCodec, source);
+        const Image repaired = *ImageTools::HealPimpleInImage(photo, centreOf(blemish, photo.size()), 16, 10);
+        const Outcome outcome = outcomeOf(rgbSamples(photo), rgbSamples(repaired),
+                                          jpegSamples(encoded(kJpegCodec, repaired), JCS_RGB),
+                                          photo.pixelSize(), jpeg::transcode(source)->layout.mcu);
+        EXPECT_EQ(outcome.differentOutside, 0);
+        EXPECT_LE(outcome.maxUnpainted, 4);
+        EXPECT_GT(outcome.meanInside, 0) << "nothing was painted";
+        EXPECT_LE(outcome.meanInside, maxMean);
+    }
 }
 
 TEST_P(ExactJpeg, SavingBetweenEditsDoesNotChangeTheFile) {

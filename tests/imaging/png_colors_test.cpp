@@ -90,6 +90,47 @@ TEST(PngCodec, GreyWithAProfileBecomesSrgb) {
     EXPECT_TRUE(image.profile().isSrgb());
 }
 
+/// A grey level in CIELAB, by the profile `icc` or, if that is empty, as sRGB.
+cmsCIELab labOfGrey(ByteView icc, double level) {
+    cmsHPROFILE own = icc.empty()
+                          ? cmsCreate_sRGBProfile()
+                          : cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size()));
+    cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
+    cmsHTRANSFORM transform = cmsCreateTransform(own, icc.empty() ? TYPE_RGB_DBL : TYPE_GRAY_DBL, lab,
+                                                 TYPE_Lab_DBL, INTENT_RELATIVE_COLORIMETRIC, 0);
+    const std::array<double, 3> in = {level, level, level};
+    cmsCIELab out = {};
+    cmsDoTransform(transform, in.data(), &out, 1);
+    cmsDeleteTransform(transform);
+    cmsCloseProfile(lab);
+    cmsCloseProfile(own);
+    return out;
+}
+
+TEST(PngCodec, GreysOfAProfileAreConvertedWithinHalfADeltaE) {
+    for (const double gamma : {1.0, 1.8, 2.2, 2.6}) {
+        const Bytes icc = grayProfile(gamma);
+        const auto embed = [&](png_structp png, png_infop info) {
+            png_set_iCCP(png, info, "grey", PNG_COMPRESSION_TYPE_BASE, icc.data(),
+                         static_cast<png_uint_32>(icc.size()));
+        };
+        std::vector<std::uint8_t> levels;
+        for (int level = 0; level < 256; ++level)
+            levels.push_back(static_cast<std::uint8_t>(level));
+        const Image image =
+            decoded(kPngCodec,
+                    pngFile({.size = {256, 1}, .colorType = PNG_COLOR_TYPE_GRAY, .adjust = embed}, levels));
+        for (int level = 0; level < 256; ++level) {
+            const RGBA32 pixel = image.pixel(0, level);
+            ASSERT_EQ(pixel.red(), pixel.green());
+            ASSERT_EQ(pixel.red(), pixel.blue());
+            const cmsCIELab wanted = labOfGrey(icc, level / 255.0);
+            const cmsCIELab got = labOfGrey({}, pixel.red() / 255.0);
+            EXPECT_LE(cmsDeltaE(&wanted, &got), 0.5) << "gamma " << gamma << ", level " << level;
+        }
+    }
+}
+
 /// A grey level of `profile`, converted to sRGB.
 double asSrgb(const ColorProfile& profile, double level) {
     cmsHPROFILE own =
