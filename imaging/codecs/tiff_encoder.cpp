@@ -8,6 +8,7 @@
 #include <tiff.h>
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <iterator>
 #include <limits>
@@ -74,6 +75,30 @@ EncodedBands encodedBands(const Image& image) {
             band = encodedBand(image, index, samples);
     });
     return bands;
+}
+
+bool areGrey(const EncodedBands& bands) {
+    std::atomic<bool> isGrey = true;
+    parallelFor(static_cast<int>(bands.size()), [&](int index) {
+        const EncodedBand& band = *bands[static_cast<std::size_t>(index)];
+        for (auto at = band.bytes->begin(); isGrey && at != band.bytes->end();
+             at += static_cast<std::ptrdiff_t>(band.samples))
+            if (at[0] != at[1] || at[0] != at[2])
+                isGrey = false;
+    });
+    return isGrey;
+}
+
+/// One sample for red, green and blue.
+Bytes greySamples(const EncodedBand& band) {
+    Bytes samples;
+    samples.reserve(band.bytes->size() / band.samples * (band.samples - 2));
+    for (std::size_t i = 0; i < band.bytes->size(); i += band.samples) {
+        samples.push_back((*band.bytes)[i]);
+        if (band.samples == 4)
+            samples.push_back((*band.bytes)[i + 3]);
+    }
+    return samples;
 }
 
 using Strips = std::vector<std::shared_ptr<const Bytes>>;
@@ -200,17 +225,21 @@ Result<FileContents> encode(const Image& image) {
 Result<FileContents> encodeResult(const Image& image, const ResultForm& form) {
     if (image.deepAlpha())
         return encodeDeep(image, form);
-    const std::uint16_t compression = compressionAfter(form.photo);
-    if (compression == COMPRESSION_NONE)
-        return encode(image);
     if (const Result<Done> fits = checkSize(image, 4); !fits)
         return fits.error();
     const EncodedBands bands = encodedBands(image);
     const std::size_t samples = bands.front()->samples;
-    const StripCoding coding = {.compression = compression, .samples = samples};
-    return fileOf(image, {.coding = coding, .hasAlpha = samples == 4}, stripsOf(image, [&](int index) {
+    // Greys in the space of an RGB profile remain RGB.
+    const bool staysGrey = isGrey(form.photo) && image.profile().isSrgb() && areGrey(bands);
+    const std::uint16_t compression = compressionAfter(form.photo);
+    if (compression == COMPRESSION_NONE && !staysGrey)
+        return encode(image);
+    const StripCoding coding = {.compression = compression, .samples = staysGrey ? samples - 2 : samples};
+    const OutputPage page = {.coding = coding, .isGrey = staysGrey, .hasAlpha = samples == 4};
+    return fileOf(image, page, stripsOf(image, [&](int index) {
                       const PixelRect rect = image.bandRect(index);
-                      return codedStrip(*bands[static_cast<std::size_t>(index)]->bytes,
+                      const EncodedBand& band = *bands[static_cast<std::size_t>(index)];
+                      return codedStrip(staysGrey ? greySamples(band) : *band.bytes,
                                         {rect.width, rect.height}, coding);
                   }));
 }

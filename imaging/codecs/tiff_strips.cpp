@@ -110,6 +110,16 @@ Bytes deflatedStrip(Bytes samples, PixelSize size, const StripCoding& coding) {
     return strip;
 }
 
+/// The number of a tag of the first page; nothing if there is none, or no TIFF file.
+std::optional<std::uint64_t> numberOfFirstPage(ByteView photo, unsigned tag) {
+    const std::optional<Header> header = readHeader(photo);
+    if (!header)
+        return std::nullopt;
+    const Directory directory = readDirectory(photo, *header, header->firstDirectory);
+    const Entry* const entry = directory.find(tag);
+    return entry ? std::optional(firstNumber(*entry, header->order)) : std::nullopt;
+}
+
 } // namespace
 
 bool StripCoding::predicts() const {
@@ -117,12 +127,8 @@ bool StripCoding::predicts() const {
 }
 
 std::uint16_t compressionAfter(ByteView photo) {
-    const std::optional<Header> header = readHeader(photo);
-    if (!header)
-        return COMPRESSION_NONE;
-    const Directory directory = readDirectory(photo, *header, header->firstDirectory);
-    const Entry* const entry = directory.find(tag::kCompression);
-    switch (const std::uint64_t compression = entry ? firstNumber(*entry, header->order) : COMPRESSION_NONE) {
+    switch (const std::uint64_t compression =
+                numberOfFirstPage(photo, tag::kCompression).value_or(COMPRESSION_NONE)) {
     case 0: // left empty by some writers
     case COMPRESSION_NONE:
         return COMPRESSION_NONE;
@@ -132,6 +138,11 @@ std::uint16_t compressionAfter(ByteView photo) {
     default:
         return COMPRESSION_ADOBE_DEFLATE;
     }
+}
+
+bool isGrey(ByteView photo) {
+    const std::optional<std::uint64_t> colors = numberOfFirstPage(photo, tag::kPhotometricInterpretation);
+    return colors == PHOTOMETRIC_MINISBLACK || colors == PHOTOMETRIC_MINISWHITE;
 }
 
 Bytes codedStrip(Bytes samples, PixelSize size, const StripCoding& coding) {

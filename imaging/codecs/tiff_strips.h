@@ -25,6 +25,9 @@ struct StripCoding {
 /// where that is lossless for other pixels than ours (as fax coding) or lossy, none where it is no TIFF file.
 std::uint16_t compressionAfter(ByteView photo);
 
+/// Whether the first page of the picture file `photo` is a TIFF file's with grey samples.
+bool isGrey(ByteView photo);
+
 /// Packed rows of samples, those of 16 bits in the machine's byte order, as a strip. Throws std::bad_alloc.
 Bytes codedStrip(Bytes samples, PixelSize size, const StripCoding& coding);
 

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <random>
 
 namespace complexion {
@@ -225,6 +226,36 @@ TEST_F(OneDeepFile, TenSavesOneAfterTheOtherLoseNothing) {
         source = next;
     }
     expectSame(test::samplesOfTiff(source), samples);
+}
+
+TEST_F(OneDeepFile, AGreyTiffPhotoOfEightBitsStaysGreyUnlessPaintedInColor) {
+    for (const bool hasAlpha : {false, true})
+        for (const int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
+            const int perPixel = hasAlpha ? 2 : 1;
+            const PixelSize size = {90, 70};
+            FileSamples samples{.size = size, .bits = 8, .perPixel = perPixel, .values = {}};
+            for (int i = 0; i < size.area(); ++i) {
+                const bool isDark = std::abs(i / size.width - size.height / 2) < 3 &&
+                                    std::abs(i % size.width - size.width / 2) < 3;
+                samples.values.push_back(static_cast<std::uint16_t>(isDark ? 20 : 150 + i % 7));
+                if (hasAlpha)
+                    samples.values.push_back(i < 90 ? 0 : 255);
+            }
+            for (int i = 0; hasAlpha && i < 90; ++i)
+                samples.values[static_cast<std::size_t>(2 * i)] = 0; // clear
+            const std::filesystem::path source = folder.path() / "photo.tiff";
+            test::TiffWriter writer;
+            writer.begin(size, perPixel, 8, PHOTOMETRIC_MINISBLACK, compression);
+            if (hasAlpha)
+                writer.extraSample(EXTRASAMPLE_ASSOCALPHA);
+            const std::vector<std::uint8_t> bytes(samples.values.begin(), samples.values.end());
+            writer.strip(bytes.data(), bytes.size());
+            const Bytes file = writer.finish();
+            writeFile(source, {file.begin(), file.end()});
+            const Image image = openPhoto(source)->image;
+            expectSame(saved(image, source), samples);
+            EXPECT_EQ(saved(painted(image), source).perPixel, perPixel + 2);
+        }
 }
 
 TEST_F(OneDeepFile, EightBitsAndPalettesStayEightBits) {
