@@ -28,7 +28,8 @@ std::optional<SrgbConversion> SrgbConversion::fromCmyk(ByteView icc) {
 }
 
 std::optional<SrgbConversion> SrgbConversion::fromGrey(ByteView icc) {
-    auto transform = transformFrom(openLcmsProfile(icc), cmsSigGrayData, TYPE_GRAY_8);
+    // The optimiser's interpolated lookup table would be off by several levels at dark greys.
+    auto transform = transformFrom(openLcmsProfile(icc), cmsSigGrayData, TYPE_GRAY_8, cmsFLAGS_NOOPTIMIZE);
     return transform ? std::optional(SrgbConversion(std::move(transform))) : std::nullopt;
 }
 
