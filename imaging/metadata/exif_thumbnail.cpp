@@ -182,21 +182,20 @@ bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, st
         return false;
     Range old{tiff::firstNumber(*offset, order), 0};
     old.end = old.begin + tiff::firstNumber(*length, order);
-    if (old.end > exif.size() || overlaps(old, kept))
-        return false;
     const auto size = jpeg::pixelSize(slice(exif, old.begin, old.length()));
     if (!size || !isThumbnailSize(*size))
         return false;
 
-    Bytes thumbnail = maker.jpeg(*size, old.length());
+    // In some cameras' files the thumbnail overlaps the maker note, or ends beyond the block.
+    const bool hasOwnPlace = old.end <= exif.size() && !overlaps(old, kept);
+    Bytes thumbnail = hasOwnPlace ? maker.jpeg(*size, old.length()) : Bytes();
     if (thumbnail.empty() && lengthLimit > exif.size())
         thumbnail = maker.jpeg(*size, lengthLimit - exif.size());
     if (thumbnail.empty())
         return false;
-    std::fill(exif.begin() + static_cast<std::ptrdiff_t>(old.begin),
-              exif.begin() + static_cast<std::ptrdiff_t>(old.end), std::uint8_t{0});
+    blank(exif, {{old.begin, std::min<std::uint64_t>(old.end, exif.size())}}, kept);
     setNumber(exif, *length, order, thumbnail.size());
-    if (thumbnail.size() <= old.length()) {
+    if (hasOwnPlace && thumbnail.size() <= old.length()) {
         std::ranges::copy(thumbnail, exif.begin() + static_cast<std::ptrdiff_t>(old.begin));
     } else {
         setNumber(exif, *offset, order, exif.size());

@@ -204,6 +204,27 @@ TEST(JpegMetadata, AThumbnailThatIsTooLongIsMovedToTheEndOfTheBlock) {
     EXPECT_EQ(thumbnail->pixelSize(), (PixelSize{40, 30}));
 }
 
+TEST(JpegMetadata, AThumbnailInTheMakerNoteIsReplacedByOneAtTheEndOfTheBlock) {
+    SampleTiff exif = cameraExif(1);
+    exif.thumbnail = plainJpeg(noise({40, 30}));
+    const std::string note = "Maker note" + exif.thumbnail;
+    exif.exif.back() = SampleTiff::bytesTag(37500, note);
+    std::string block = exif.bytes();
+    const std::size_t own = block.rfind(exif.thumbnail);
+    const std::string offset = littleNumber(own, 4);
+    block.replace(block.rfind(offset, own), 4, littleNumber(block.find(exif.thumbnail), 4));
+    block.resize(own);
+
+    const RGBA32 color(200, 90, 60, 255);
+    const std::string result = carried(photo(exifSegment(block)), plainJpeg(filled({40, 30}, color)));
+    const std::size_t noteAt = result.find(note);
+    ASSERT_NE(noteAt, std::string::npos);
+    const Result<Image> thumbnail =
+        kJpegCodec.decode(viewOf(thumbnailIn("  " + result.substr(noteAt + note.size()))));
+    ASSERT_TRUE(thumbnail);
+    EXPECT_TRUE(nearlySamePixels(*thumbnail, filled({40, 30}, color), 6));
+}
+
 TEST(JpegMetadata, AnUndecodableThumbnailIsRemovedWithoutMovingValues) {
     SampleTiff exif = cameraExif(1);
     const std::string without = exif.bytes();
