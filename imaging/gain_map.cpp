@@ -5,6 +5,7 @@
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/containers/jpeg_segments.h"
 #include "imaging/image_tools.h"
+#include "imaging/metadata/samsung_trailer.h"
 #include "imaging/reading/picture_reading.h"
 
 #include <algorithm>
@@ -13,6 +14,8 @@
 namespace complexion {
 
 namespace {
+
+using Kind = jpeg::Attachment::Kind;
 
 constexpr std::int64_t kThreshold = 4; // levels of the map
 constexpr int kMinRadius = 3;          // pixels of the map
@@ -145,6 +148,31 @@ bool overlap(const jpeg::Attachment& one, const jpeg::Attachment& other) {
            other.bytes.data() < one.bytes.data() + one.bytes.size();
 }
 
+/// Whether `part` is a picture or a movie of `trailer`, which is kept without it.
+bool isWithin(const jpeg::Attachment& part, const jpeg::Attachment& trailer) {
+    return trailer.kind == Kind::Trailer && (part.kind == Kind::Movie || part.kind == Kind::Preview);
+}
+
+/// What is kept of an attachment of the photo that `image` is an edit of.
+std::optional<Bytes> keptBytes(const jpeg::Attachment& attachment, const Image& image) {
+    const auto original = image.encoderMemory().get<jpeg::OriginalFile>();
+    const bool isEdit =
+        original && !image.isTransformed() && original->upright().pixelSize() == image.pixelSize();
+    switch (attachment.kind) {
+    case Kind::Other:
+        return Bytes(attachment.bytes.begin(), attachment.bytes.end());
+    case Kind::Trailer:
+        return jpeg::withoutPictures(attachment.bytes);
+    case Kind::GainMap:
+        return isEdit ? repairedGainMap(attachment.bytes, original->upright(), image, original->orientation())
+                      : std::nullopt;
+    case Kind::Preview:
+    case Kind::Movie:
+        break;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Image& after,
@@ -168,24 +196,15 @@ std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Im
 
 jpeg::KeptAttachments keptAttachments(ByteView photo, const Image& image) {
     jpeg::KeptAttachments kept;
-    const auto original = image.encoderMemory().get<jpeg::OriginalFile>();
-    const bool isEdit =
-        original && !image.isTransformed() && original->upright().pixelSize() == image.pixelSize();
     const std::vector<jpeg::Attachment> all = jpeg::attachments(photo);
     for (const jpeg::Attachment& attachment : all) {
         const bool isAlone = std::ranges::none_of(all, [&](const jpeg::Attachment& other) {
-            return &other != &attachment && overlap(other, attachment);
+            return &other != &attachment && overlap(other, attachment) && !isWithin(other, attachment);
         });
         if (!isAlone)
             continue; // a damaged file's: nobody knows what is in it
-        if (attachment.kind == jpeg::Attachment::Kind::Other)
-            kept.push_back({attachment,
-                            std::make_shared<const Bytes>(attachment.bytes.begin(), attachment.bytes.end())});
-        if (attachment.kind != jpeg::Attachment::Kind::GainMap || !isEdit)
-            continue;
-        if (std::optional<Bytes> map =
-                repairedGainMap(attachment.bytes, original->upright(), image, original->orientation()))
-            kept.push_back({attachment, std::make_shared<const Bytes>(*std::move(map))});
+        if (std::optional<Bytes> bytes = keptBytes(attachment, image); bytes && !bytes->empty())
+            kept.push_back({attachment, std::make_shared<const Bytes>(*std::move(bytes))});
     }
     return kept;
 }

@@ -4,6 +4,7 @@
 #include "imaging/containers/jpeg_segments.h"
 #include "imaging/containers/tiff_structure.h"
 #include "imaging/metadata/jpeg_xmp.h"
+#include "imaging/metadata/samsung_trailer.h"
 #include "imaging/metadata/xml_blanking.h"
 #include "imaging/metadata/xmp_packet.h"
 
@@ -252,6 +253,7 @@ std::vector<Attachment> attachments(ByteView file) {
     collector.addIndexed();
     collector.addItems(textOf(xmp));
     collector.addMovie();
+    collector.add({.kind = Kind::Trailer, .bytes = samsungTrailer(file.subspan(*end))});
     return std::move(collector).sorted();
 }
 

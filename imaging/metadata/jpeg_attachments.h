@@ -38,7 +38,8 @@ struct Attachment {
         GainMap, ///< a JPEG picture: how much brighter each place is on a screen of high dynamic range
         Preview, ///< a JPEG picture of what the photo shows
         Movie,
-        Other, ///< a depth map, text, a maker's data
+        Trailer, ///< named blocks at the file's end, of which some may be pictures or movies
+        Other,   ///< a depth map, text, a maker's data
     };
     Kind kind = Kind::Other;
     ByteView bytes;
@@ -46,7 +47,8 @@ struct Attachment {
     std::optional<std::size_t> item = {};  ///< in the container directory of XMP
 };
 
-/// The attachments in file order. Data that the file does not declare are left out, except movies.
+/// The attachments in file order. Data that the file does not declare are left out, except movies
+/// and trailers of known formats. What is in a trailer may be listed on its own, too.
 std::vector<Attachment> attachments(ByteView file);
 
 /// An attachment that is written to a new file, with its new content. In file order.

@@ -44,6 +44,17 @@ def attribute(text, name):
     return found.group(1) if found else b""
 
 
+def trailer_length(data):
+    """The length of a Samsung trailer, which follows everything that is declared; 0 if there is none."""
+    if not data.endswith(b"SEFT"):
+        return 0
+    directory = len(data) - 8 - int.from_bytes(data[-8:-4], "little")
+    count = int.from_bytes(data[directory + 8:directory + 12], "little")
+    distances = [int.from_bytes(data[at + 4:at + 8], "little")
+                 for at in range(directory + 12, directory + 12 + 12 * count, 12)]
+    return len(data) - directory + max(distances, default=0)
+
+
 def dangling(path):
     """What the file promises and does not have; empty when nothing."""
     data = path.read_bytes()
@@ -56,7 +67,7 @@ def dangling(path):
     head = b"".join(payload for marker, _, payload in segments_of(data) if marker in (0xE1, 0xE2))
     items = [item for item in ITEM.findall(head) if attribute(item, b"Item:Semantic") != b"Primary"]
     lengths = [int(attribute(item, b"Item:Length") or 0) for item in items]
-    begin = len(data) - sum(lengths)
+    begin = len(data) - trailer_length(data) - sum(lengths)
     for item, length in zip(items, lengths):
         if length and attribute(item, b"Item:Mime") == b"image/jpeg" and data[begin:begin + 2] != b"\xff\xd8":
             return "an item of the container directory is not where it should be"

@@ -17,6 +17,8 @@
 namespace complexion {
 namespace {
 
+using namespace std::string_literals;
+
 constexpr PixelSize kSize = {640, 480};
 constexpr PixelPosition kSpot = {200, 300};
 constexpr int kSpotRadius = 14;
@@ -139,6 +141,67 @@ TEST_P(GainMap, IsNotPromisedByFilesOfOtherFormats) {
     ASSERT_TRUE(savePhoto(image, path, "png", source));
     EXPECT_FALSE(contains(contentsOf(path), "hdrgm:Version="));
     EXPECT_FALSE(contains(contentsOf(path), "Item:Semantic"));
+}
+
+// Trailers.
+
+/// A Samsung trailer with these blocks.
+std::string samsungTrailerOf(const std::vector<std::string>& contents) {
+    std::string blocks;
+    std::string entries;
+    for (const std::string& content : contents) {
+        const std::string block = "\0\0\x01\x0a"s + littleNumber(4, 4) + "Name" + content;
+        blocks += block;
+        entries += "\0\0\x01\x0a"s + littleNumber(blocks.size(), 4) + littleNumber(block.size(), 4);
+    }
+    // The distances count from the directory, which follows the last block.
+    for (std::size_t at = 4; at < entries.size(); at += 12) {
+        const std::size_t end =
+            static_cast<std::size_t>(numberAt(viewOf(entries), at, 4, ByteOrder::LittleEndian));
+        const std::size_t size =
+            static_cast<std::size_t>(numberAt(viewOf(entries), at + 4, 4, ByteOrder::LittleEndian));
+        entries.replace(at, 4, littleNumber(blocks.size() - end + size, 4));
+    }
+    const std::string directory = "SEFH" + littleNumber(106, 4) + littleNumber(contents.size(), 4) + entries;
+    return blocks + directory + littleNumber(directory.size(), 4) + "SEFT";
+}
+
+class Trailer : public testing::Test {
+protected:
+    /// What is saved of a photo with this trailer.
+    std::string saved(const std::string& trailer) const {
+        const std::filesystem::path source = folder.path() / "photo.jpg";
+        const std::filesystem::path path = folder.path() / "saved.jpg";
+        writeFile(source, encodedAs(kJpegCodec, skinWithBlemishes({64, 48}, {{20, 30}})) + trailer);
+        EXPECT_TRUE(savePhoto(openPhoto(source)->image, path, "jpg", source));
+        return contentsOf(path);
+    }
+    TemporaryFolder folder;
+};
+
+TEST_F(Trailer, IsCarried) {
+    const std::string trailer = samsungTrailerOf({"1700000000000", "{\"json\": 1}"});
+    EXPECT_TRUE(saved(trailer).ends_with("\xff\xd9" + trailer));
+}
+
+TEST_F(Trailer, IsCarriedWithoutItsPicturesAndMovies) {
+    const std::string picture = encodedAs(kJpegCodec, filled({8, 8}, kSkin));
+    const std::string movie = littleNumber(24, 4) + "ftypmp42 moving face";
+    EXPECT_TRUE(
+        saved(samsungTrailerOf({picture, "text", movie})).ends_with("\xff\xd9" + samsungTrailerOf({"text"})));
+    EXPECT_TRUE(saved(samsungTrailerOf({picture, movie})).ends_with("\xff\xd9"));
+}
+
+TEST_F(Trailer, ThatIsDamagedIsLeftOut) {
+    std::string trailer = samsungTrailerOf({"text"});
+    const std::size_t entry = trailer.find("SEFH") + 12;
+    for (const auto& [at, value] :
+         {std::pair(entry + 4, 1000U), std::pair(entry + 8, 1000U), std::pair(entry - 4, 70000U),
+          std::pair(trailer.size() - 8, 0xFFFFFFFFU)}) {
+        std::string damaged = trailer;
+        damaged.replace(at, 4, littleNumber(value, 4));
+        EXPECT_TRUE(saved(damaged).ends_with("\xff\xd9"));
+    }
 }
 
 } // namespace
