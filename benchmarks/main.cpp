@@ -24,6 +24,8 @@ int main(int argc, char** argv) {
 
     if (argc == 3 && std::string_view(argv[1]) == "--memory")
         return bench::measureMemory(argv[2]);
+    if (argc == 4 && std::string_view(argv[1]) == "--peak")
+        return bench::measurePeak(argv[2], argv[3]);
     if (argc < 2) {
         std::fputs("usage: speed FOLDER [NAME|MEGAPIXELS]...\n", stderr);
         return 2;

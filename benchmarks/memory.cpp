@@ -12,6 +12,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <vector>
 
 namespace complexion::bench {
 
@@ -35,18 +36,51 @@ struct Memory {
     double clicked = 0;
 };
 
-/// Measures in a child process, because this process already holds memory of previous rows.
-Memory measured() {
+/// The numbers that this program prints with these arguments, as a child process, because this process
+/// already holds memory of previous rows.
+std::vector<double> measuredByChild(const std::string& arguments, std::size_t count) {
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
-    const std::string command =
-        "'" + self.string() + "' --memory '" + portraitFile(24, Kind::Jpeg).string() + "'";
-    std::FILE* pipe = ::popen(command.c_str(), "r");
-    Memory memory;
-    if (pipe == nullptr ||
-        std::fscanf(pipe, "%lf %lf %lf", &memory.empty, &memory.opened, &memory.clicked) != 3)
-        fatal("the memory measurement failed");
+    std::FILE* pipe = ::popen(("'" + self.string() + "' " + arguments).c_str(), "r");
+    std::vector<double> numbers(count);
+    for (double& number : numbers)
+        if (pipe == nullptr || std::fscanf(pipe, "%lf", &number) != 1)
+            fatal("the memory measurement failed");
     ::pclose(pipe);
-    return memory;
+    return numbers;
+}
+
+Memory measured() {
+    const std::vector<double> numbers =
+        measuredByChild("--memory '" + portraitFile(24, Kind::Jpeg).string() + "'", 3);
+    return {numbers[0], numbers[1], numbers[2]};
+}
+
+/// Unlike getrusage(), this does not count what the process was before it executed this program.
+double peakBytes() {
+    constexpr double kKibibyte = 1024;
+    std::ifstream file("/proc/self/status");
+    for (std::string word; file >> word;)
+        if (double kibibytes = 0; word == "VmHWM:" && file >> kibibytes)
+            return kibibytes * kKibibyte;
+    fatal("the kernel reports no peak");
+}
+
+/// The peak of a photo of 16 bits a sample, by 2 GiB.
+Row deepPeak(int megapixels) {
+    constexpr double kLimit = 2.0 * (1 << 30);
+    return {.name = rowName("memory_deep", megapixels),
+            .goal = atMost(1),
+            .rounds = 1,
+            .prepare = [=]() -> Round {
+                return [=](Samples& samples) {
+                    const std::filesystem::path target = folder() / "deep.tiff";
+                    const std::string photo = portraitFile(megapixels, Kind::DeepTiff).string();
+                    const std::vector<double> peak =
+                        measuredByChild("--peak '" + photo + "' '" + target.string() + "'", 1);
+                    std::filesystem::remove(target);
+                    samples.add(peak[0], kLimit);
+                };
+            }};
 }
 
 } // namespace
@@ -63,7 +97,18 @@ int measureMemory(const std::filesystem::path& photo) {
     return 0;
 }
 
+int measurePeak(const std::filesystem::path& photo, const std::filesystem::path& target) {
+    Editor editor;
+    editor.open(photo);
+    editor.setRadius(kRadius);
+    editor.clickOnSkin(kSpacing);
+    editor.save(target);
+    std::printf("%.0f\n", peakBytes());
+    return 0;
+}
+
 void addMemoryRows() {
+    addRow(deepPeak(100));
     addRow({.name = rowName("memory_open", 24), .goal = atMost(2), .rounds = 3, .prepare = []() -> Round {
                 return [](Samples& samples) {
                     const Memory memory = measured();

@@ -9,4 +9,8 @@ namespace complexion::bench {
 /// resident bytes with an empty window, with the photo open, and after the clicks.
 int measureMemory(const std::filesystem::path& photo);
 
+/// The same for the row of the peak: opens the photo, clicks once, saves, and prints the most bytes that were
+/// resident.
+int measurePeak(const std::filesystem::path& photo, const std::filesystem::path& target);
+
 } // namespace complexion::bench

@@ -4,12 +4,14 @@
 #include "benchmarks/references.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/parallel.h"
+#include "imaging/containers/tiff_structure.h"
 #include "tools/sample_portrait_painter.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <fstream>
+#include <utility>
 
 namespace complexion::bench {
 
@@ -140,6 +142,49 @@ PlainPicture onItsSide(const PlainPicture& upright) {
     return picture;
 }
 
+/// A TIFF file of 16 bits a sample, which are not just widened, in strips of 64 rows (TIFF 6.0).
+Bytes deepTiffOf(const PlainPicture& picture) {
+    constexpr ByteOrder kOrder = ByteOrder::LittleEndian;
+    constexpr std::uint64_t kRowsPerStrip = 64;
+    constexpr std::uint64_t kBytesPerPixel = 6;
+    const auto width = static_cast<std::uint64_t>(picture.size.width);
+    const auto height = static_cast<std::uint64_t>(picture.size.height);
+    std::vector<std::uint64_t> counts;
+    for (std::uint64_t y = 0; y < height; y += kRowsPerStrip)
+        counts.push_back(std::min(kRowsPerStrip, height - y) * width * kBytesPerPixel);
+    const auto head = [&](std::uint64_t firstStrip) {
+        std::vector<std::uint64_t> offsets;
+        for (const std::uint64_t count : counts)
+            offsets.push_back(std::exchange(firstStrip, firstStrip + count));
+        tiff::Directory directory;
+        const auto add = [&](unsigned tag, unsigned type, const std::vector<std::uint64_t>& numbers) {
+            directory.entries.push_back(tiff::entryOfNumbers(tag, type, numbers, kOrder));
+        };
+        add(256, tiff::type::kLong, {width});
+        add(257, tiff::type::kLong, {height});
+        add(258, tiff::type::kShort, {16, 16, 16}); // bits per sample
+        add(259, tiff::type::kShort, {1});          // not compressed
+        add(262, tiff::type::kShort, {2});          // RGB
+        add(273, tiff::type::kLong, offsets);
+        add(277, tiff::type::kShort, {3}); // samples per pixel
+        add(278, tiff::type::kLong, {kRowsPerStrip});
+        add(279, tiff::type::kLong, counts);
+        tiff::Layout layout(kOrder, false);
+        return layout.finish(layout.placeDirectory(directory));
+    };
+    Bytes file = head(head(0).size());
+    file.reserve(file.size() + picture.pixels.size() * kBytesPerPixel);
+    Numbers numbers(16);
+    for (const RGBA32 pixel : picture.pixels)
+        for (const std::uint8_t level : {pixel.red(), pixel.green(), pixel.blue()}) {
+            const auto remainder = static_cast<int>(30 * numbers.normal());
+            const int deep = std::clamp(level * 257 + std::clamp(remainder, -120, 120), 0, UINT16_MAX);
+            file.push_back(static_cast<std::uint8_t>(deep & 255));
+            file.push_back(static_cast<std::uint8_t>(deep >> 8));
+        }
+    return file;
+}
+
 Bytes fileOf(int megapixels, Kind kind) {
     const PlainPicture picture = portrait(megapixels);
     switch (kind) {
@@ -149,6 +194,8 @@ Bytes fileOf(int megapixels, Kind kind) {
         return jpegOf(onItsSide(picture), 6);
     case Kind::Png:
         return encodeWithLibpng(picture, 1);
+    case Kind::DeepTiff:
+        return deepTiffOf(picture);
     }
     return {};
 }
@@ -161,6 +208,8 @@ const char* nameOf(Kind kind) {
         return "-turned.jpg";
     case Kind::Png:
         return ".png";
+    case Kind::DeepTiff:
+        return ".tiff";
     }
     return "";
 }
