@@ -14,7 +14,7 @@ namespace {
 constexpr std::int64_t kRadius = 9;
 constexpr std::int64_t kThreshold = 5;
 
-Bytes savedWith(const KeptAttachments& kept, const Image& image, ByteView source) {
+Bytes savedWith(const jpeg::KeptAttachments& kept, const Image& image, ByteView source) {
     const Result<FileContents> encoded =
         kJpegCodec.encodeTurned(image, carriedOrientation(source, Container::Jpeg));
     if (!encoded)
@@ -30,9 +30,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const ByteView source(data, size);
     if (codecForContent(source) != &kJpegCodec || !fuzz::isSmall(kJpegCodec, source))
         return 0;
-    const std::vector<JpegAttachment> attachments = jpegAttachments(source);
-    for (const JpegAttachment& attachment : attachments)
-        if (attachment.kind == JpegAttachment::Kind::GainMap && !fuzz::isSmall(kJpegCodec, attachment.bytes))
+    const std::vector<jpeg::Attachment> attachments = jpeg::attachments(source);
+    for (const jpeg::Attachment& attachment : attachments)
+        if (attachment.kind == jpeg::Attachment::Kind::GainMap &&
+            !fuzz::isSmall(kJpegCodec, attachment.bytes))
             return 0;
     const Result<Image> opened = kJpegCodec.decode(source);
     if (!opened || attachments.empty())
@@ -43,17 +44,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::optional<Image> retouched = ImageTools::RemovePimpleFromImage(
         upright, {pixels.width / 2.0, pixels.height / 2.0}, kRadius, kAutodetectColor, {}, kThreshold);
     fuzz::require(retouched.has_value(), "a repair returned no image");
-    const KeptAttachments kept = keptAttachments(source, *retouched);
+    const jpeg::KeptAttachments kept = keptAttachments(source, *retouched);
     const Bytes saved = savedWith(kept, *retouched, source);
     if (saved.empty())
         return 0; // the format cannot hold the picture
     fuzz::require(bool(kJpegCodec.decode(saved)), "the saved file cannot be decoded");
     std::uint64_t behind = 0;
-    for (const KeptAttachment& one : kept)
+    for (const jpeg::KeptAttachment& one : kept)
         behind += one.bytes->size();
     fuzz::require(behind < saved.size(), "an attachment is missing");
-    if (const std::optional<MultiPictureIndex> index = multiPictureIndex(saved))
-        for (const MultiPictureEntry& entry : index->entries)
+    if (const std::optional<jpeg::MultiPictureIndex> index = jpeg::multiPictureIndex(saved))
+        for (const jpeg::MultiPictureEntry& entry : index->entries)
             fuzz::require(entry.begin + entry.size <= saved.size(), "the index points beyond the file");
     return 0;
 }
