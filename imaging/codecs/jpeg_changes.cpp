@@ -64,8 +64,8 @@ public:
             const RGBA32 one = before[i];
             const RGBA32 other = after[i];
             const ColorChange change = {static_cast<float>(other.red() - one.red()),
-                                                 static_cast<float>(other.green() - one.green()),
-                                                 static_cast<float>(other.blue() - one.blue())};
+                                        static_cast<float>(other.green() - one.green()),
+                                        static_cast<float>(other.blue() - one.blue())};
             m_colors[i] = change;
             m_isChanged[i] = change[0] != 0 || change[1] != 0 || change[2] != 0;
             if (m_layout.colorSpace == ColorSpace::Grey && m_isChanged[i] && tintOf(other) > kMaxTint)
@@ -105,7 +105,8 @@ public:
         }
     }
 
-    /// Replaces the luminance by what brings each pixel closest to its painted colour with the chroma as it is.
+    /// Replaces the luminance by what brings each pixel closest to its painted colour with the chroma as it
+    /// is.
     void solveLuminance() {
         const std::vector<float> blue = m_upsamplings[kBlueChroma].up(m_changes[kBlueChroma]);
         const std::vector<float> red = m_upsamplings[kRedChroma].up(m_changes[kRedChroma]);
@@ -308,8 +309,8 @@ private:
     std::vector<char> m_isTouched; // for each MCU of `m_around`
     std::vector<Upsampling> m_upsamplings;
     PixelRect m_pixels;
-    std::vector<ColorChange> m_colors; // wanted changes of red, green and blue, per pixel
-    std::vector<std::vector<float>> m_values;   // the same of each component
+    std::vector<ColorChange> m_colors;         // wanted changes of red, green and blue, per pixel
+    std::vector<std::vector<float>> m_values;  // the same of each component
     std::vector<std::vector<float>> m_changes; // changes of each component, per sample
     std::vector<char> m_isChanged;
 };
