@@ -13,12 +13,12 @@ void BackgroundTask::start(const std::function<void(const Post&)>& work) {
     m_link = std::make_shared<Link>();
     m_link->receiver = m_receiver;
     const Post post = [link = m_link](std::function<void()> function) {
-        const std::scoped_lock lock(link->mutex); // the receiver is not destroyed meanwhile
+        const std::scoped_lock lock(link->mutex); // keeps the receiver alive meanwhile
         if (link->receiver)
             QMetaObject::invokeMethod(
                 link->receiver,
                 [link, function = std::move(function)] {
-                    if (link->receiver) // only its own thread, this one, abandons the task
+                    if (link->receiver) // no lock: only this thread abandons the task
                         function();
                 },
                 Qt::QueuedConnection);

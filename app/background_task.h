@@ -9,20 +9,21 @@
 
 namespace complexion {
 
-/// Work that may never end, as calls on a file system whose server is gone. It runs on a detached thread and
-/// can be abandoned: its results are then ignored, and nobody waits for it, not even the end of the program.
+/// Work that may never finish, such as calls to a file system whose server is gone. It runs on a detached
+/// thread and can be abandoned: its results are then ignored, and nothing waits for it, not even the
+/// program's exit.
 class BackgroundTask {
 public:
-    /// Runs a function on the receiver's thread, unless the task has been abandoned by then. Any thread.
+    /// Runs a function on the receiver's thread, unless the task has been abandoned by then. Thread-safe.
     using Post = std::function<void(std::function<void()>)>;
 
-    /// `receiver` lives as long as the task.
+    /// `receiver` must outlive the task.
     explicit BackgroundTask(QObject* receiver) : m_receiver(receiver) {}
     BackgroundTask(const BackgroundTask&) = delete;
     BackgroundTask& operator=(const BackgroundTask&) = delete;
     ~BackgroundTask() { abandon(); }
 
-    /// Abandons what runs, and runs `work`, which must own all that it uses.
+    /// Abandons the current work and starts `work`, which must own everything it uses.
     void start(const std::function<void(const Post&)>& work);
     void abandon();
 

@@ -33,14 +33,14 @@ constexpr int kMargin = 16;
 constexpr int kGap = 8;
 constexpr int kPlacesWidthInLetters = 22;
 constexpr int kMinButtonWidth = 88;
-/// A path that is checked in less time shows no sign of it.
+/// Faster checks show no message.
 constexpr auto kStatusDelay = 150ms;
 
 std::filesystem::path pathOf(const QString& text) {
     return QFile::encodeName(text).toStdString();
 }
 
-/// Without dots and doubled slashes, by its text alone.
+/// Removes dots and repeated slashes lexically, without the file system.
 std::filesystem::path cleaned(const std::filesystem::path& folder) {
     std::filesystem::path clean = folder.lexically_normal();
     return clean.has_filename() || !clean.has_relative_path() ? clean : clean.parent_path();
@@ -137,7 +137,7 @@ QLayout* FilePanel::makeNameRows(const QString& acceptTitle) {
     buttonRow->addWidget(choice);
     rows->addLayout(buttonRow);
 
-    // What is checked is always what the field shows.
+    // An edit cancels the check of the previous text.
     connect(m_name, &QLineEdit::textChanged, this, [this] {
         m_selectedName.clear();
         finishChecking();
@@ -155,7 +155,7 @@ void FilePanel::connectLists() {
         m_name->setText(shownName(entry.name));
         m_selectedName = entry.name;
     });
-    connect(m_view, &FolderView::activated, this, &FilePanel::take);
+    connect(m_view, &FolderView::activated, this, &FilePanel::activate);
     connect(m_view, &FolderView::parentRequested, this, &FilePanel::openParent);
     connect(m_view, &FolderView::ended, this, [this](std::error_code error) {
         const bool isMissing =
@@ -179,7 +179,7 @@ void FilePanel::addPlace(const QString& title, const std::filesystem::path& fold
     item->setToolTip(shownName(folder));
 }
 
-/// The folders where photos usually are, as soon as they turn out to exist.
+/// Adds common folders for photos; most of them after a background check that they exist.
 void FilePanel::addUsualPlaces() {
     addPlace(tr("Computer"), "/");
     const std::filesystem::path home = pathOf(QDir::homePath());
@@ -200,7 +200,7 @@ void FilePanel::open(const std::filesystem::path& folder) {
     finishChecking();
     m_view->open(folder);
     if (m_proposal.isEmpty())
-        m_name->clear(); // it named a file of the other folder
+        m_name->clear(); // it named a file in the previous folder
     m_ancestors->clear();
     for (std::filesystem::path shown = folder;; shown = shown.parent_path()) {
         m_ancestors->addItem(shownName(shown));
@@ -225,7 +225,7 @@ void FilePanel::propose(const QString& name) {
     m_name->selectAll();
 }
 
-void FilePanel::take(const FolderEntry& entry) {
+void FilePanel::activate(const FolderEntry& entry) {
     if (entry.isFolder)
         return open(folder() / entry.name);
     m_name->setText(shownName(entry.name));
@@ -275,7 +275,7 @@ void FilePanel::choose(const std::filesystem::path& path) {
 }
 
 void FilePanel::keyPressEvent(QKeyEvent* event) {
-    // In a list Return is for the entry, not for the default button too.
+    // In a list, Return activates the entry and must not press the default button as well.
     const QWidget* const focused = focusWidget();
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (!isReturn || (focused != m_places && focused != m_view->list()))

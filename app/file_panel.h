@@ -15,21 +15,21 @@
 
 namespace complexion {
 
-/// A dialog that chooses a path: a list of a folder, the folders above it, the usual places, and a field for
-/// a name or a path, which is taken as it is typed. Paths are the file system's bytes from the list to the
-/// choice. The window never waits for the file system: what hangs can be left for another folder or
-/// cancelled. Nothing is created, renamed or deleted.
+/// A dialog for choosing a path: a folder's contents, its parent folders, common places, and a field for a
+/// name or a path, which is used exactly as typed. Paths stay the file system's bytes throughout. The window
+/// never waits for the file system: while a folder hangs, another can be opened or the dialog cancelled.
+/// Creates, renames and deletes nothing.
 class FilePanel : public QDialog {
     Q_OBJECT
 
 public:
-    /// The file that the panel was accepted with; empty before.
+    /// The chosen file; empty until the panel is accepted.
     const std::filesystem::path& chosenPath() const { return m_chosen; }
     const std::filesystem::path& folder() const { return m_view->folder(); }
-    /// Whether it is being found out what the typed path refers to.
+    /// Whether the typed path is being checked in the background.
     bool isChecking() const { return m_isChecking; }
 
-    /// Checks the path in the name's field, in the background.
+    /// Checks the path in the name field in the background.
     void accept() override;
 
 protected:
@@ -40,17 +40,18 @@ protected:
               const std::vector<std::string>& extensions, FileAccess access, QWidget* parent);
 
     using Action = std::function<void()>;
-    /// A function that looks at the file system for what `typed` refers to, and returns what the panel does
-    /// then. It runs on another thread, and may use nothing of the panel; the action runs on this one.
+    /// Returns a function that checks in the file system what `typed` refers to, and returns the panel's next
+    /// action. The function runs on another thread and must not access the panel; the action runs on this
+    /// one.
     virtual std::function<Action()> check(const std::filesystem::path& typed) = 0;
 
     const FileAccess& access() const { return m_access; }
     QLineEdit* nameField() const { return m_name; }
-    /// What the name's field has in a folder that was entered by name.
+    /// Sets the text of the name field, which is set again in folders that are entered by name.
     void propose(const QString& name);
-    /// Lists a folder whose name was typed.
+    /// Opens a folder whose name was typed.
     void enter(const std::filesystem::path& folder);
-    /// Ends the panel with this file.
+    /// Accepts the panel with this file.
     void choose(const std::filesystem::path& path);
 
 private:
@@ -65,7 +66,7 @@ private:
     QLayout* makeFolderRow();
     QLayout* makeNameRows(const QString& acceptTitle);
     void connectLists();
-    /// The text of the name's field as an absolute path; empty without a text.
+    /// The text of the name field as an absolute path; empty if there is no text.
     std::filesystem::path typedPath() const;
 
     FileAccess m_access;
@@ -74,12 +75,12 @@ private:
     FolderView* m_view;
     QLineEdit* m_name = new QLineEdit;
     QLabel* m_status = new QLabel;
-    QString m_usualStatus;      // which files are listed
-    std::string m_selectedName; // the bytes that the name's field shows; empty once it is edited
+    QString m_usualStatus;      // names the listed file types
+    std::string m_selectedName; // file name in bytes that the name field shows; empty once edited
     QString m_proposal;
-    bool m_isStarting = true; // no folder has been entered on purpose
+    bool m_isStarting = true; // the user has not opened a folder yet
     bool m_isChecking = false;
-    QTimer m_statusTimer; // until it is said that the path is being checked
+    QTimer m_statusTimer; // delays the message that the path is being checked
     std::filesystem::path m_chosen;
     BackgroundTask m_check{this};
     BackgroundTask m_findPlaces{this};

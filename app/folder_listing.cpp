@@ -23,7 +23,7 @@ bool hasExtension(const std::string& name, const std::vector<std::string>& exten
     return !extension.empty() && std::ranges::count(extensions, extension.substr(1)) > 0;
 }
 
-/// What stands under a name in the open folder; nullopt if it is not listed.
+/// The entry of that name in the open folder, following symbolic links; nullopt if it is not to be listed.
 std::optional<FolderEntry> entryOf(int folder, const std::string& name,
                                    const std::vector<std::string>& extensions) {
     struct stat status = {};
@@ -50,7 +50,7 @@ std::error_code listFolder(const std::filesystem::path& folder, const std::vecto
         const std::string name = item->d_name;
         if (name.starts_with('.'))
             continue;
-        // A folder is not looked at: another file system may be mounted there.
+        // No fstatat for folders: another file system, which may hang, may be mounted there.
         if (item->d_type == DT_DIR)
             entries.push_back({.name = name, .isFolder = true});
         else if (item->d_type == DT_LNK || item->d_type == DT_UNKNOWN)

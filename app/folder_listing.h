@@ -22,18 +22,18 @@ struct FolderEntry {
 using EntriesFound = std::function<void(std::vector<FolderEntry>)>;
 
 /// Lists a folder: its folders, and its files with one of `extensions` (lower case, without dot) in any
-/// letter case; nothing hidden. `found` gets what needs no look elsewhere first, and then what symbolic links
-/// refer to, link by link, as any of them may lead to a file system that does not answer. Returns why the
-/// folder could not be listed.
+/// letter case; no hidden entries. Calls `found` first with all entries except symbolic links, and then once
+/// for each link, because a link's target may be on a file system that hangs. Returns the error that ended
+/// the listing.
 std::error_code listFolder(const std::filesystem::path& folder, const std::vector<std::string>& extensions,
                            const EntriesFound& found);
 
 enum class FileKind { Missing, Folder, File };
 
-/// What a path refers to; Missing when that cannot be found out.
+/// What a path refers to; Missing if that cannot be determined.
 FileKind fileKind(const std::filesystem::path& path);
 
-/// How the panels see the file system. All calls are made on threads of their own, and may never return.
+/// The panels' access to the file system. All calls are made on background threads and may block forever.
 struct FileAccess {
     std::function<std::error_code(const std::filesystem::path& folder,
                                   const std::vector<std::string>& extensions, const EntriesFound& found)>

@@ -22,7 +22,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-/// A folder that is read in less time shows no sign of it, which would only flicker.
+/// Faster reads show no message, which would only flicker.
 constexpr auto kSignDelay = 150ms;
 constexpr int kSizeWidthInLetters = 12;
 constexpr int kTimeWidthInLetters = 20;
@@ -90,7 +90,7 @@ bool SortedFolder::lessThan(const QModelIndex& left, const QModelIndex& right) c
     if (left.column() == FolderModel::Modified && a.modifiedSeconds != b.modifiedSeconds)
         return a.modifiedSeconds < b.modifiedSeconds;
     static const QCollator collator = [] {
-        // The locale "C" knows no numbers in names.
+        // The "C" locale does not support the numeric mode.
         QCollator natural(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale());
         natural.setNumericMode(true); // 2.jpg before 10.jpg
         natural.setCaseSensitivity(Qt::CaseInsensitive);

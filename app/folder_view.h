@@ -18,7 +18,7 @@
 
 namespace complexion {
 
-/// The entries of a folder as rows: name, size, time of change.
+/// The entries of a folder as rows: name, size, modification time.
 class FolderModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -53,29 +53,29 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 };
 
-/// Lists folders and photos to choose from. A folder is read in the background; one that hangs can be left
-/// for another at any time.
+/// A list of the folders and photos in a folder. Folders are read in the background; another one can be
+/// opened at any time, even if the file system hangs.
 class FolderView : public QWidget {
     Q_OBJECT
 
 public:
     FolderView(std::vector<std::string> extensions, FileAccess access, QWidget* parent = nullptr);
 
-    /// Lists a folder in the place of the one that was listed.
+    /// Lists another folder instead of the current one.
     void open(const std::filesystem::path& folder);
     const std::filesystem::path& folder() const { return m_folder; }
     bool isReading() const { return m_isReading; }
     QTreeView* list() const { return m_list; }
-    /// What the list says in place of rows; empty while there are some.
+    /// The message shown instead of rows; empty if there are rows.
     QString message() const { return m_message->isHidden() ? QString() : m_message->text(); }
 
 Q_SIGNALS:
-    /// The selection has moved to an entry of the folder.
+    /// An entry was selected.
     void selected(const FolderEntry& entry);
     /// An entry was double-clicked, or Return pressed on it.
     void activated(const FolderEntry& entry);
     void parentRequested();
-    /// The folder has been read, as far as that is possible.
+    /// Reading has ended, successfully or not.
     void ended(std::error_code error);
 
 protected:
@@ -94,7 +94,7 @@ private:
     SortedFolder m_sorted;
     QTreeView* m_list;
     QLabel* m_message;
-    QTimer m_signTimer; // until it is said that the folder is being read
+    QTimer m_signTimer; // delays the message that the folder is being read
     BackgroundTask m_reading{this};
 };
 

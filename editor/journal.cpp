@@ -14,12 +14,12 @@ namespace complexion {
 
 namespace {
 
-/// Only notes on the history's files: no work of the user.
+/// Records of the history's files, which are not the user's work.
 bool isHistoryNote(const EditStep& step) {
     return std::holds_alternative<StateLostStep>(step);
 }
 
-/// Without a hash where the file was replaced since it was opened: the steps are not of its bytes.
+/// No hash if the file was replaced since it was opened: the steps do not apply to its bytes.
 std::optional<PhotoHash> hashOpenedPhoto(const std::filesystem::path& path, const FileIdentity& opened,
                                          const std::function<bool()>& isWanted) {
     PhotoHasher hasher(path);
@@ -65,28 +65,28 @@ PhotoMatch matchPhoto(const JournaledPhoto& photo) {
 
 Journal::System::System() : hashPhoto(hashOpenedPhoto) {}
 
-/// What the threads share.
+/// State shared by the threads.
 struct Journal::State {
     std::mutex mutex; // guards all below
     std::condition_variable_any wakeWriter;
-    std::condition_variable fileCreated; // or could not be
+    std::condition_variable fileCreated; // or creating it failed
     bool takesSteps = false;
     JournaledPhoto photo;
     FileIdentity opened;
     std::shared_ptr<JournalStore> file; // null until it has been created
     Bytes unwritten;
 
-    // What the writer has to do.
+    // Work for the writer.
     bool needsFile = false;
     bool needsSync = false;
     bool needsHash = false;
     bool isCreatingFile = false;
 
-    std::atomic<std::uint64_t> hashing = 0; // the number of the hash that is wanted
+    std::atomic<std::uint64_t> hashing = 0; // identifies the current hash; others are obsolete
 
     bool hasWork() const { return needsFile || needsSync || needsHash; }
 
-    /// Records the step or hash; the lock is held. The writer is woken once it is not, or would wait for it.
+    /// Records the step or hash. Expects the lock; the caller wakes the writer after releasing it.
     void add(const Bytes& record) {
         unwritten.insert(unwritten.end(), record.begin(), record.end());
         if (file)
@@ -110,7 +110,7 @@ Journal::Journal(std::filesystem::path folder, System system)
       m_writer([this](const std::stop_token& stop) { writeAndSync(stop); }) {}
 
 Journal::~Journal() {
-    ++m_state->hashing; // nobody needs the hash of a half-read photo any more
+    ++m_state->hashing; // cancels hashing the previous photo
     m_writer.request_stop();
     m_writer.join();
     const std::scoped_lock lock(m_state->mutex);
@@ -133,7 +133,7 @@ void Journal::resume(const AbandonedJournal& abandoned, const FileIdentity& open
     m_state->wakeWriter.notify_one();
 }
 
-/// The lock is held.
+/// Expects the lock.
 void Journal::start(const std::filesystem::path& path, const FileIdentity& opened) {
     std::error_code failed;
     const std::filesystem::path absolute = std::filesystem::absolute(path, failed);
@@ -168,7 +168,7 @@ void Journal::end() {
 
 void Journal::forget() {
     std::unique_lock lock(m_state->mutex);
-    // Once this returns nothing of the work is on the disk, nor comes there later.
+    // After this returns, no step is on the disk, and none will be written later.
     m_state->fileCreated.wait(lock, [this] { return !m_state->isCreatingFile; });
     ++m_state->hashing;
     m_state->takesSteps = false;
@@ -179,8 +179,8 @@ void Journal::forget() {
     m_state->file.reset();
 }
 
-/// The writer thread: waits for nothing but work and the disk, so that a step is flushed as soon as the flush
-/// before it has ended.
+/// The writer thread. Waits only for work and the disk, so that a step is flushed as soon as the previous
+/// flush has ended.
 void Journal::writeAndSync(const std::stop_token& stop) {
     State& state = *m_state;
     std::unique_lock lock(state.mutex);
@@ -194,7 +194,7 @@ void Journal::writeAndSync(const std::stop_token& stop) {
             state.file = std::move(file);
             if (state.file) {
                 state.needsFile = false;
-                state.write(); // under the lock: a step is never written before an earlier one
+                state.write(); // under the lock, so that steps are written in order
             }
             state.fileCreated.notify_one();
         } else if (std::exchange(state.needsSync, false)) {
@@ -208,7 +208,8 @@ void Journal::writeAndSync(const std::stop_token& stop) {
     }
 }
 
-/// The lock is held. The thread is detached, as reading a photo on a file system that has gone may never end.
+/// Expects the lock. The thread is detached, because reading from a file system that is gone may never
+/// return.
 void Journal::hashInBackground() {
     const std::uint64_t number = ++m_state->hashing;
     std::thread([state = m_state, hashPhoto = m_system.hashPhoto, path = m_state->photo.path,

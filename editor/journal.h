@@ -15,17 +15,16 @@
 
 namespace complexion {
 
-/// A journal whose window ended without being asked to. Locked: no other window offers it meanwhile.
+/// The journal of a window that did not exit properly. It is locked, so that no other window offers it.
 struct AbandonedJournal {
     std::shared_ptr<JournalFile> file;
     JournalContents contents;
 
-    /// The abandoned journals in the folder, latest first. Removes files there that end before their first
-    /// step.
+    /// The abandoned journals in the folder, latest first. Removes files there that have no steps.
     static std::vector<AbandonedJournal> findIn(const std::filesystem::path& folder);
 };
 
-/// Whether the file at a photo's path is still the photo that a journal is about.
+/// Whether the file at the photo's path is still the photo of the journal.
 enum class PhotoMatch { Same, Gone, Different };
 PhotoMatch matchPhoto(const JournaledPhoto& photo);
 
@@ -38,13 +37,13 @@ PhotoMatch matchPhoto(const JournaledPhoto& photo);
 /// the photo. Main thread only.
 class Journal {
 public:
-    /// What a journal asks of the system.
+    /// Operations of the system that tests replace.
     struct System {
-        /// Null when no file can be created.
+        /// Null if no file can be created.
         std::function<std::shared_ptr<JournalStore>(const std::filesystem::path& folder)> createFile =
             JournalFile::create;
-        /// The hash of the file at `path`; nullopt when it cannot be read, is not the file that was `opened`,
-        /// or `isWanted` has become false.
+        /// The hash of the file at `path`; nullopt if it cannot be read, is not the `opened` file, or
+        /// `isWanted` returns false.
         std::function<std::optional<PhotoHash>(const std::filesystem::path& path, const FileIdentity& opened,
                                                const std::function<bool()>& isWanted)>
             hashPhoto;
@@ -56,19 +55,19 @@ public:
     explicit Journal(std::filesystem::path folder, System system = {});
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
-    /// The file stays, with all steps and flushed to the disk.
+    /// Flushes all steps to the disk; the file stays.
     ~Journal();
 
     const std::filesystem::path& folder() const { return m_folder; }
 
-    /// Deletes the file; the following steps are of the photo at `path`, which was `opened` when it was read.
+    /// Deletes the file and starts a journal for the photo at `path`, read from the file `opened`.
     void begin(const std::filesystem::path& path, const FileIdentity& opened);
     /// As `begin`, but continues an abandoned journal.
     void resume(const AbandonedJournal& abandoned, const FileIdentity& opened);
     void append(const EditStep& step);
-    /// Takes no more steps of this photo: what follows cannot be replayed. The file stays.
+    /// Ignores further steps of this photo, which cannot be replayed. The file stays.
     void end();
-    /// Deletes the file, and takes no more steps of this photo.
+    /// Deletes the file and ignores further steps of this photo.
     void forget();
 
 private:

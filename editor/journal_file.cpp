@@ -21,10 +21,10 @@ namespace {
 constexpr std::string_view kSuffix = ".journal";
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
-constexpr off_t kMaxSize = off_t{64} << 20; // some 700,000 steps
+constexpr off_t kMaxSize = off_t{64} << 20; // about 700,000 steps
 constexpr int kMaxNames = 100;              // tried for a new file
 
-/// Opens the folder and makes it mode 0700; negative unless it belongs to this user.
+/// Opens the folder and sets its mode to 0700; negative unless it belongs to this user.
 int openFolder(const std::filesystem::path& path) {
     const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
     struct stat status = {};
@@ -37,7 +37,7 @@ int openFolder(const std::filesystem::path& path) {
     return -1;
 }
 
-/// Creates a folder and its missing parents, mode 0700. Returns those that were created, innermost first.
+/// Creates a folder and its missing parents, mode 0700. Returns the created folders, innermost first.
 std::vector<std::filesystem::path> createFolders(const std::filesystem::path& path) {
     std::vector<std::filesystem::path> created;
     if (::mkdir(path.c_str(), kFolderMode) != 0) {
@@ -58,7 +58,7 @@ bool isNamedIn(int folder, const std::string& name, int file) {
            named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
-/// Opens and locks the file; negative, with errno set, when that fails or the file was renamed or deleted
+/// Opens and locks the file; negative, with errno set, if that fails or the file was renamed or deleted
 /// before it was locked.
 int openLocked(int folder, const std::string& name, int flags) {
     const int file =
@@ -168,7 +168,7 @@ std::optional<Bytes> JournalFile::read() const {
 
 void JournalFile::truncate(std::size_t length) {
     m_length = length;
-    // If that fails, the old bytes are overwritten later; what remains of them fails its checksum.
+    // If that fails, later records overwrite the old bytes; the rest fails its checksum.
     [[maybe_unused]] const int ignored = ::ftruncate(m_file, static_cast<off_t>(length));
 }
 
@@ -198,7 +198,7 @@ void JournalFile::remove() {
     ::unlinkat(m_folder, m_name.c_str(), 0);
     for (const std::filesystem::path& folder : m_removable)
         if (::rmdir(folder.c_str()) != 0)
-            break; // something else is in it
+            break; // it is not empty
 }
 
 } // namespace complexion

@@ -15,7 +15,7 @@ namespace complexion {
 /// The folder for the journals of all of this user's windows; nullopt without a home folder.
 std::optional<std::filesystem::path> journalFolder();
 
-/// Where the bytes of a journal are kept. What was written stays when the object is destroyed.
+/// The storage of a journal. Its contents stay when the object is destroyed.
 class JournalStore {
 public:
     JournalStore() = default;
@@ -23,22 +23,23 @@ public:
     JournalStore& operator=(const JournalStore&) = delete;
     virtual ~JournalStore() = default;
 
-    /// Drops what follows the first `length` bytes; `append` continues there.
+    /// Truncates to `length` bytes; `append` continues there.
     virtual void truncate(std::size_t length) = 0;
-    /// Writes all of `bytes` at the end, or none; false when that failed.
+    /// Writes all of `bytes` at the end, or none; false on failure.
     virtual bool append(ByteView bytes) = 0;
-    /// Waits until all bytes are on the disk. Any thread.
+    /// Waits until all bytes are on the disk. Thread-safe.
     virtual void sync() = 0;
     /// Deletes the journal.
     virtual void remove() = 0;
 };
 
-/// A journal's file, mode 0600, locked as long as it is open: no two windows write or offer the same one.
+/// A journal's file, mode 0600, locked while it is open, so that two windows never write or offer the same
+/// one.
 class JournalFile : public JournalStore {
 public:
-    /// A new, empty file; null when none can be created. Creates the folder and missing parents, mode 0700.
+    /// Creates an empty file, its folder and missing parents, mode 0700; null on failure.
     static std::shared_ptr<JournalFile> create(const std::filesystem::path& folder);
-    /// Null unless it is a regular file of this user that nobody has open.
+    /// Opens a journal; null unless it is a regular file that belongs to this user and is not open elsewhere.
     static std::shared_ptr<JournalFile> open(const std::filesystem::path& folder, const std::string& name);
     /// The file names of the journals in the folder, latest first.
     static std::vector<std::string> namesIn(const std::filesystem::path& folder);

@@ -44,7 +44,7 @@ private:
     Bytes m_bytes;
 };
 
-/// Reads numbers from a payload; beyond its end they are 0, and it has failed.
+/// Reads numbers from a payload. Reading past its end returns 0 and marks it as failed.
 class Reader {
 public:
     explicit Reader(ByteView bytes) : m_rest(bytes) {}
@@ -61,7 +61,7 @@ public:
         return number;
     }
     ByteView takeRest() { return std::exchange(m_rest, {}); }
-    /// Whether exactly the payload was read.
+    /// Whether the payload was read completely and nothing beyond it.
     bool isDone() const { return !m_hasFailed && m_rest.empty(); }
 
 private:
@@ -185,7 +185,7 @@ std::optional<Record> takeRecord(ByteView bytes) {
     return Record{.kind = kind, .payload = checked.subspan(kRecordStart), .size = size};
 }
 
-/// Adds a record to `contents`; false if it is not valid there.
+/// Adds a record to `contents`; false if it is invalid at this position.
 bool add(const Record& record, JournalContents& contents) {
     Reader payload(record.payload);
     if (record.kind == RecordKind::Hash) {

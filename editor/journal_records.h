@@ -12,7 +12,7 @@
 
 namespace complexion {
 
-/// The photo that a journal is about, and how to recognise it.
+/// The photo of a journal, and how to recognise it.
 struct JournaledPhoto {
     std::filesystem::path path;
     std::int64_t size = 0;                // bytes

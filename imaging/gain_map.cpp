@@ -20,7 +20,7 @@ using Kind = jpeg::Attachment::Kind;
 constexpr std::int64_t kThreshold = 4; // levels of the map
 constexpr int kMinRadius = 3;          // pixels of the map
 
-/// The pixels of a map that changed ones of its photo lie in.
+/// The pixels of a gain map that correspond to changed pixels of the photo.
 class TouchedPixels {
 public:
     TouchedPixels(PixelSize map, PixelSize photo)
@@ -32,7 +32,7 @@ public:
         m_isTouched[static_cast<std::size_t>(row * m_map.width + column)] = true;
     }
 
-    /// The bounds of each group of touched pixels that are neighbours. Forgets them.
+    /// Removes all touched pixels and returns the bounds of their connected components (8-connected).
     std::vector<PixelRect> groups() {
         std::vector<PixelRect> all;
         for (int y = 0; y < m_map.height; ++y)
@@ -74,7 +74,7 @@ private:
     std::vector<bool> m_isTouched;
 };
 
-/// The parts of the picture, each a tile, in which `before` and `after` do not share their pixels.
+/// The rectangles of the tiles that `before` and `after` do not share.
 std::vector<PixelRect> unsharedTiles(const Image& before, const Image& after) {
     std::vector<PixelRect> parts;
     for (int index = 0; index < after.bandCount(); ++index) {
@@ -89,11 +89,11 @@ std::vector<PixelRect> unsharedTiles(const Image& before, const Image& after) {
     return parts;
 }
 
-/// Where the map has to be repaired.
+/// The rectangles of the map to repair, in stored orientation.
 std::vector<PixelRect> placesToRepair(PixelSize map, const Image& before, const Image& after,
                                       Orientation orientation) {
     const PixelSize upright = after.pixelSize();
-    const PixelSize stored = uprightSize(upright, orientation); // turning back swaps the sides likewise
+    const PixelSize stored = uprightSize(upright, orientation); // the inverse swaps the sides likewise
     TouchedPixels touched(map, stored);
     const PixelSize tile = {Tile::kWidth, Tile::kHeight};
     std::vector<RGBA32> old(static_cast<std::size_t>(tile.area()));
@@ -125,7 +125,7 @@ Image repaired(Image map, const std::vector<PixelRect>& places) {
     return map;
 }
 
-/// The coded picture of one JPEG file with the metadata segments of another, byte for byte.
+/// The coded picture of one JPEG file with the metadata segments of another, copied byte for byte.
 Bytes withSegmentsOf(ByteView source, ByteView coded) {
     const auto isMetadata = [](const jpeg::Segment& segment) {
         return (segment.marker >= jpeg::marker::app(0) && segment.marker <= jpeg::marker::app(15)) ||
@@ -202,7 +202,7 @@ jpeg::KeptAttachments keptAttachments(ByteView photo, const Image& image) {
             return &other != &attachment && overlap(other, attachment) && !isWithin(other, attachment);
         });
         if (!isAlone)
-            continue; // a damaged file's: nobody knows what is in it
+            continue; // the file is damaged, and the contents are ambiguous
         if (std::optional<Bytes> bytes = keptBytes(attachment, image); bytes && !bytes->empty())
             kept.push_back({attachment, std::make_shared<const Bytes>(*std::move(bytes))});
     }

@@ -9,15 +9,16 @@
 
 namespace complexion {
 
-/// What follows the picture in a JPEG file that is saved of `image`, an edit of the JPEG file `photo`: a gain
-/// map, repaired where the photo was, and what shows nothing of the photo. Previews and movies are left out,
-/// and so is the gain map of an image that is another picture than the photo (under an effect, say).
+/// The attachments of the JPEG file `photo` to keep when `image`, an edit of it, is saved as JPEG: the gain
+/// map, repaired where the photo was, and attachments that do not show the photo. Previews and movies are
+/// dropped, and so is the gain map if `image` is not an edit of the photo's pixels (if it has an effect, for
+/// example).
 jpeg::KeptAttachments keptAttachments(ByteView photo, const Image& image);
 
-/// The JPEG file `map`, with a natural repair at each place that corresponds to one where `before` and
-/// `after`, of one size, differ. `orientation` is the one that the map's photo is stored with. All MCUs that
-/// no repair touches keep their pixels. The map itself if there is nothing to repair; nothing if it cannot be
-/// decoded or not coded that way.
+/// Repairs the gain map `map`, a JPEG file, wherever `before` and `after` differ, which have the same size.
+/// `orientation` is the stored orientation of the photo. MCUs that no repair touches keep their pixels.
+/// Returns the same bytes if there is nothing to repair; nothing if the map cannot be decoded or coded
+/// without loss.
 std::optional<Bytes> repairedGainMap(ByteView map, const Image& before, const Image& after,
                                      Orientation orientation);
 

@@ -15,10 +15,11 @@ namespace complexion {
 namespace {
 
 constexpr double kMaxPhaseError = 1e-3; // device pixels
-/// Device pixels of a view that is refined in steps; smaller ones are painted within one frame of the screen.
+/// Views with fewer device pixels are painted within one frame of the display; larger ones are refined in
+/// steps.
 constexpr qint64 kMinProvisionalArea = 1'500'000;
 constexpr int kTileSide = 256;
-/// Device pixels beside a change that scaling may blend it into.
+/// A change affects device pixels within this distance, because scaling blends neighbours.
 constexpr int kChangeMargin = 3;
 
 int wrapped(int value, int period) {
@@ -43,14 +44,14 @@ void forEachPiece(const QRect& onPlane, const QSize& size, Use use) {
     }
 }
 
-/// From the point to the rectangle, in Manhattan lengths; 0 within.
+/// Manhattan distance from the point to the rectangle; 0 inside.
 int distance(const QRect& rect, QPoint point) {
     const QPoint nearest(std::clamp(point.x(), rect.left(), rect.right()),
                          std::clamp(point.y(), rect.top(), rect.bottom()));
     return (nearest - point).manhattanLength();
 }
 
-/// The same pixels without a copy, as an image of another device pixel ratio.
+/// An alias of the pixels (not a copy) with another device pixel ratio.
 QImage withRatio(const QImage& image, double ratio) {
     QImage alias(image.constBits(), image.width(), image.height(), image.bytesPerLine(), image.format());
     alias.setDevicePixelRatio(ratio);
@@ -71,7 +72,7 @@ void PaintedFrame::invalidate(const PixelRect& changed) {
 }
 
 void PaintedFrame::keepStandIn() {
-    // A view that changes again before it is refined keeps the last complete one.
+    // If the view changes again before it is refined, keep the last complete stand-in.
     if (m_valid.rectCount() != 1)
         return;
     const QRect area = m_valid.boundingRect();
@@ -173,14 +174,14 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
         return;
     }
     place(pixelsToDevice, viewOnDevice);
-    QRegion wanted;
+    QRegion needed;
     for (const QRect& part : exposed)
-        wanted += m_toDevice.mapRect(QRectF(part)).toAlignedRect().translated(-m_origin);
-    wanted &= viewOnPlane();
+        needed += m_toDevice.mapRect(QRectF(part)).toAlignedRect().translated(-m_origin);
+    needed &= viewOnPlane();
 
-    QRegion missing = wanted - m_valid;
+    QRegion missing = needed - m_valid;
     if (isProvisional()) {
-        // Rounded inwards: the border's pixels are painted.
+        // Rounded inwards; the pixels at the border are painted.
         const QRectF standInOnPlane =
             (m_standInToPixels * m_toPlane).mapRect(QRectF(m_standIn.rect())).adjusted(1, 1, -1, -1);
         const QRegion scaled = missing & standInOnPlane.toAlignedRect();
@@ -189,7 +190,7 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
     }
     for (const QRect& rect : missing)
         render(image, rect);
-    drawPixels(painter, wanted & m_valid);
+    drawPixels(painter, needed & m_valid);
     if (m_valid == QRegion(viewOnPlane()))
         m_standIn = {};
 }

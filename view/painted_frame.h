@@ -14,17 +14,18 @@ class QPainter;
 
 namespace complexion {
 
-/// The device pixels last painted of an image, kept so that a pan paints only the strip that comes into view,
-/// and an edit only what it changes. Colour conversion and effects are computed once per kept pixel.
+/// A cache of an image's painted device pixels, so that a pan paints only the newly visible strip and an edit
+/// only the changed pixels. Colour conversion and effects are computed once per cached pixel.
 ///
-/// When the scale changes, a large view shows the kept pixels scaled until `refine` has painted the new ones.
+/// When the scale changes, a large view shows the cached pixels scaled until `refine` has painted the new
+/// ones.
 ///
 /// "Plane" coordinates are device pixels relative to a point of the image: a pan by whole device pixels moves
-/// the view over the plane and leaves the kept pixels valid. They are stored wrapped around, modulo the
-/// view's size, so that a pan moves no pixels in memory.
+/// the view over the plane and leaves the cached pixels valid. They are stored modulo the view's size
+/// (toroidal addressing), so that a pan moves no pixels in memory.
 class PaintedFrame {
 public:
-    /// Paints `background` where the image is transparent or does not reach; transparent without one.
+    /// Paints `background` where the image is transparent and beside the image.
     explicit PaintedFrame(const QColor& background = Qt::transparent) : m_background(background) {}
 
     /// Paints the parts `exposed` of `image`, in the painter's coordinates. `toPainter` maps the image's
@@ -33,15 +34,15 @@ public:
     void paint(QPainter& painter, const Image& image, const QTransform& toPainter, const QRegion& exposed,
                const QRect& view);
 
-    /// Forgets what was painted of `changed`, in pixels of the image.
+    /// Marks `changed`, in pixels of the image, to be painted again.
     void invalidate(const PixelRect& changed);
     void clear();
 
-    /// Whether scaled pixels of another zoom stand in for some that are not painted yet.
+    /// Whether scaled pixels of another zoom are shown where pixels are not painted yet.
     bool isProvisional() const { return !m_standIn.isNull(); }
 
-    /// Paints missing pixels for about `duration`, the nearest to `pointer` first. Returns what to repaint,
-    /// in the painter's coordinates of the last `paint`, as is `pointer`.
+    /// Paints missing pixels for about `duration`, the nearest to `pointer` first. Returns the region to
+    /// repaint. It and `pointer` are in the painter's coordinates of the last `paint`.
     QRegion refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration);
 
 private:

@@ -10,7 +10,7 @@ namespace {
 
 std::vector<std::string> valuesOf(const std::string& line) {
     std::vector<std::string> values;
-    std::istringstream stream(line + ','); // so that an empty last value is one, too
+    std::istringstream stream(line + ','); // so that an empty last value counts, too
     for (std::string value; std::getline(stream, value, ',');)
         values.push_back(value);
     if (line.ends_with(','))

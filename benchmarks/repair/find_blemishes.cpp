@@ -2,7 +2,7 @@
 
 // Usage: find_blemishes LABELS.csv PHOTOS FOUND.csv
 //
-// Writes what is suggested for each photo that the column "photo" of LABELS.csv names, a path below PHOTOS:
+// Writes the suggestions for each photo in the column "photo" of LABELS.csv, a path below PHOTOS:
 // photo,x,y,r,score, the best first, in pixels from the top left of the upright photo.
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/finding/blemish_finder.h"
@@ -15,7 +15,7 @@
 namespace complexion {
 namespace {
 
-/// Each value of a column once, in the order of their first rows.
+/// The distinct values of a column, in order of first occurrence.
 std::vector<std::string> photosOf(const std::vector<CsvRow>& rows) {
     std::vector<std::string> photos;
     for (const CsvRow& row : rows)

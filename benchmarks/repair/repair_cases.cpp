@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: repair_cases CASES OUT Repairs every case of a folder in each style, with one click at the default
+// Usage: repair_cases CASES OUT
 //
-// threshold. CASES/cases.csv has the columns name, x, y (the click, from the top left) and R (the radius), in
-// pixels. Reads CASES/in/NAME.png; writes OUT/flat/NAME.png and OUT/natural/NAME.png.
+// Repairs every case of a folder in each style, with one click at the default threshold. CASES/cases.csv has
+// the columns name, x, y (the click, from the top left) and R (the radius), in pixels. Reads
+// CASES/in/NAME.png and writes OUT/flat/NAME.png and OUT/natural/NAME.png.
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
 

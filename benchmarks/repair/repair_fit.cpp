@@ -2,10 +2,11 @@
 
 // Usage: repair_fit CASES OUT | repair_fit --labels LABELS PHOTOS
 //
-// How well the edit disc fits itself, whatever its radius was. The first form fits it in every case of a
-// folder (the format of repair_cases), from each of kStartRadii, and repairs with the fitted disc:
-// OUT/fitNN/NAME.png for the start radius NN. The second one fits it at labelled blemishes: LABELS is a table
-// with the columns photo, x, y, r, kind, of which the rows of kind "blemish" count; PHOTOS is their folder.
+// Measures how well the edit disc is fitted from any starting radius. The first form fits it to every case of
+// a folder (in the format of repair_cases), from each of kStartRadii, and repairs with the fitted disc.
+// Writes OUT/fitNN/NAME.png for the starting radius NN. The second form fits it to labelled blemishes: LABELS
+// is a table with the columns photo, x, y, r, kind, of which only the rows of kind "blemish" are used; PHOTOS
+// is their folder.
 #include "benchmarks/repair/csv_rows.h"
 #include "editor/fit.h"
 #include "imaging/image_tools.h"
@@ -21,9 +22,9 @@ namespace complexion {
 namespace {
 
 constexpr std::int64_t kDefaultThreshold = 10;
-constexpr int kRuns = 3; // of which the quickest counts
+constexpr int kRuns = 3; // the fastest is used
 constexpr std::array<std::int64_t, 8> kStartRadii = {5, 7, 10, 14, 20, 30, 45, 60};
-// Of the fitted radius, in radii of the label: a fit outside of this is wrong.
+// The range of correct fitted radii, in radii of the label.
 constexpr double kMinFit = 0.75;
 constexpr double kMaxFit = 1.6;
 
@@ -39,7 +40,7 @@ PixelPosition placeIn(const CsvRow& row) {
     return {std::stoll(row.at("y")), std::stoll(row.at("x"))};
 }
 
-/// Fits from one start radius, and keeps count.
+/// Fits from one starting radius, and counts the results.
 class Fitting {
 public:
     std::optional<FittedRing> fit(std::int64_t start, const Image& image, PixelPosition place) {
@@ -66,7 +67,7 @@ private:
     int m_all = 0;
     int m_found = 0;
     int m_right = 0;
-    double m_slowest = 0; // milliseconds of the processor
+    double m_slowest = 0; // milliseconds of CPU time
 };
 
 int fitCases(const std::filesystem::path& cases, const std::filesystem::path& out) {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: repair_sheet SPOTS PHOTOS OUT Makes a contact sheet of real blemishes: before, flat repair, natural
+// Usage: repair_sheet SPOTS PHOTOS OUT
 //
-// repair, each at 200 %. SPOTS is a CSV file with the columns file, x, y, radius, in pixels from the top
-// left; the files are in the folder PHOTOS.
+// Makes a contact sheet of real blemishes: before, flat repair, natural repair, each at 200 %. SPOTS is a CSV
+// file with the columns file, x, y, radius, in pixels from the top left; the files are in the folder PHOTOS.
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
 
@@ -33,7 +33,7 @@ public:
                  (count + kColumns - 1) / kColumns * (kCell + kPairGap)},
           m_pixels(static_cast<std::size_t>(m_size.area()), kBackground) {}
 
-    /// Draws the surroundings of a place of `image` into a view, at 200 %; a large disc's at 100 %.
+    /// Draws the surroundings of a disc in `image` into a view, at 200 %, or at 100 % if the disc is large.
     void show(const Image& image, PixelPosition place, bool large, int index, int view) {
         const int left = index % kColumns * (kViews * (kCell + kGap) + kPairGap) + view * (kCell + kGap);
         const int top = index / kColumns * (kCell + kPairGap);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: repair_speed Measures the repairs of a synthetic blemish at several radii, in milliseconds, and
+// Usage: repair_speed
 //
-// OpenCV's seamless cloning of the same box if OpenCV is installed. They run alternately, so that load on the
-// machine affects all of them.
+// Measures the repairs of a synthetic blemish at several radii, in milliseconds, and OpenCV's seamless
+// cloning of the same box if OpenCV is installed. They run alternately, so that load on the machine affects
+// all of them.
 #include "imaging/image_tools.h"
 
 #ifdef COMPLEXION_HAS_OPENCV
@@ -26,7 +27,7 @@ constexpr PixelSize kPictureSize{2400, 1600};
 constexpr int kCenterX = 1210;
 constexpr int kCenterY = 830;
 
-/// Uneven, shaded skin with a blemish of the size that one would click with that radius.
+/// Uneven, shaded skin with a blemish of the size for which a user would choose that radius.
 Image skinWithBlemish(int radius) {
     std::minstd_rand random(7);
     std::vector<RGBA32> pixels(static_cast<std::size_t>(kPictureSize.area()));

@@ -22,7 +22,7 @@ int remainderOf(std::uint16_t deep, std::uint8_t rounded) {
     return int{deep} - int{widenedTo16(rounded)};
 }
 
-/// How many components' remainders say all of the pixels; 0 where they do not.
+/// The number of components whose remainders represent the pixels exactly; 0 if none do.
 std::size_t componentsToKeep(const PixelBlock& rounded, std::span<const RGBA64> pixels) {
     bool grey = true;
     for (std::size_t i = 0; i < pixels.size(); ++i) {

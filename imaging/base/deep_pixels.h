@@ -11,18 +11,18 @@
 
 namespace complexion {
 
-/// The 16-bit pixels that a tile's were rounded from. Most tiles are opaque and keep, for each component
-/// v16 = 257 v8 + r, the remainder r alone, in one byte; of grey tiles for one component. Others keep the
-/// pixels as they are. Immutable.
+/// The 16-bit pixels from which a tile's 8-bit pixels were rounded. Opaque tiles, which are most, store only
+/// the remainder r of each component v16 = 257 v8 + r, in one byte; grey tiles for one component only. Other
+/// tiles store the pixels unchanged. Immutable.
 class DeepBlock {
 public:
-    /// `pixels` are those of `rounded`, packed.
+    /// `pixels` are the packed pixels from which `rounded` was made.
     static std::shared_ptr<const DeepBlock> create(const PixelBlock& rounded, std::span<const RGBA64> pixels);
 
-    /// Copies `count` pixels of a row from `column` on. `rounded` is the block that it was created with.
+    /// Copies `count` pixels of a row, beginning at `column`. `rounded` must be the block passed to `create`.
     void read(const PixelBlock& rounded, int row, int column, int count, RGBA64* out) const;
 
-    /// The bytes that it takes.
+    /// Memory use in bytes.
     std::size_t size() const;
 
     /// Whether both have the same deep pixels, if the pixels that they were rounded to are the same.
@@ -35,10 +35,10 @@ private:
     void readRemainders(std::size_t first, std::size_t count, std::size_t component, const RGBA32* rounded,
                         RGBA64* out) const;
 
-    std::size_t m_components = 0;          // that have remainders: 0 where the pixels are whole, 1 or 3
-    std::vector<std::int8_t> m_remainders; // of all pixels' first component, then of their second ...
-    std::vector<std::uint32_t> m_highest;  // where in m_remainders -128 stands for 128, sorted
-    std::vector<RGBA64> m_pixels;          // whole
+    std::size_t m_components = 0;          // with remainders: 1 or 3; 0 if m_pixels is used
+    std::vector<std::int8_t> m_remainders; // planar: of all pixels' first component, then the second ...
+    std::vector<std::uint32_t> m_highest;  // sorted indices into m_remainders where -128 stands for 128
+    std::vector<RGBA64> m_pixels;          // unchanged
 };
 
 } // namespace complexion

@@ -10,7 +10,7 @@ RGBA64 widened(RGBA32 pixel, DeepAlpha form) {
     const auto deep = [&](std::uint8_t component) -> std::uint16_t {
         if (form == DeepAlpha::Premultiplied || alpha == 255 || alpha == 0)
             return widenedTo16(alpha == 0 ? 0 : component);
-        // The component's share of alpha, of the whole range.
+        // Unpremultiply at 16 bits.
         return static_cast<std::uint16_t>(std::min<std::uint32_t>(
             (component * std::uint32_t{UINT16_MAX} + alpha / 2U) / alpha, UINT16_MAX));
     };
@@ -25,7 +25,7 @@ RGBA64 repainted(RGBA64 deep, RGBA32 before, RGBA32 after, DeepAlpha form) {
         return painted;
     painted.alpha = deep.alpha;
     if (form == DeepAlpha::Premultiplied) {
-        // No component of a premultiplied pixel is above its alpha.
+        // A component of a premultiplied pixel cannot exceed its alpha.
         painted.red = std::min(painted.red, painted.alpha);
         painted.green = std::min(painted.green, painted.alpha);
         painted.blue = std::min(painted.blue, painted.alpha);

@@ -7,7 +7,7 @@
 
 namespace complexion {
 
-/// One pixel of 16 bits a component, as its file stores it.
+/// One pixel with 16 bits a component, as stored in its file.
 struct RGBA64 {
     std::uint16_t red = 0;
     std::uint16_t green = 0;
@@ -29,16 +29,16 @@ constexpr std::uint8_t roundedTo8(std::uint32_t value) {
     return static_cast<std::uint8_t>((value + 128 - ((value + 128) >> 8)) >> 8);
 }
 
-/// An 8-bit component in 16 bits: 0 and 255 become the ends of the range.
+/// An 8-bit component in 16 bits: 255 becomes 65535.
 constexpr std::uint16_t widenedTo16(std::uint32_t component) {
     return static_cast<std::uint16_t>(component * 257);
 }
 
-/// An 8-bit pixel, premultiplied as always, in 16 bits.
+/// An 8-bit pixel, which is always premultiplied, in 16 bits.
 RGBA64 widened(RGBA32 pixel, DeepAlpha form);
 
-/// What `deep` becomes when an edit gives its rounded pixel `before` the value `after`: itself where that
-/// changes nothing, otherwise `after` widened, with the alpha as deep as it was if that stays.
+/// The new value of `deep` when an edit changes its rounded pixel from `before` to `after`: unchanged if they
+/// are equal; otherwise `after` widened, with the 16-bit alpha kept if the 8-bit alpha did not change.
 RGBA64 repainted(RGBA64 deep, RGBA32 before, RGBA32 after, DeepAlpha form);
 
 } // namespace complexion

@@ -20,7 +20,7 @@ std::vector<RGBA64> deepPixels(const Image& image, PixelRect rect) {
     return pixels;
 }
 
-/// The component before premultiplication, rounded to nearest; 0 where alpha is 0.
+/// The straight component, rounded to nearest; 0 if alpha is 0.
 std::uint16_t withoutAlpha(std::uint32_t component, std::uint32_t alpha) {
     if (alpha == 0)
         return 0;
@@ -41,7 +41,7 @@ RGBA64 inForm(RGBA64 pixel, DeepAlpha form) {
 } // namespace
 
 DeepSamples samplesFor(const Image& deep) {
-    std::atomic<bool> isGrey = deep.profile().isSrgb(); // greys in the space of an RGB profile remain RGB
+    std::atomic<bool> isGrey = deep.profile().isSrgb(); // with any other RGB profile grey pixels stay RGB
     std::atomic<bool> hasAlpha = false;
     parallelFor(deep.bandCount(), [&](int index) {
         const std::vector<RGBA64> pixels = deepPixels(deep, deep.bandRect(index));

@@ -7,7 +7,7 @@
 
 namespace complexion {
 
-/// What the samples of a deep image are written as: 16 bits each, grey or red, green and blue, then alpha.
+/// The sample layout for writing a deep image: grey or RGB, then alpha if present, 16 bits each.
 struct DeepSamples {
     bool isGrey = false;
     bool hasAlpha = false;
@@ -15,11 +15,11 @@ struct DeepSamples {
     std::size_t perPixel() const { return (isGrey ? 1U : 3U) + (hasAlpha ? 1U : 0U); }
 };
 
-/// As few samples as hold every pixel of a deep image.
+/// The smallest layout that can represent every pixel of a deep image.
 DeepSamples samplesFor(const Image& deep);
 
-/// The samples of `rect`'s pixels, packed, row by row. Colours are multiplied by alpha or not, as `form`
-/// says.
+/// The packed samples of the pixels in `rect`, row by row. `form` determines whether colours are
+/// premultiplied.
 Bytes packedSamples(const Image& deep, PixelRect rect, DeepSamples samples, DeepAlpha form, ByteOrder order);
 
 } // namespace complexion

@@ -35,10 +35,10 @@ void forEachArea(const CellMask& mask, unsigned char of,
     });
 }
 
-void dropSmallAreas(CellMask& mask, unsigned char of, int least) {
+void dropSmallAreas(CellMask& mask, unsigned char of, int minSize) {
     const CellMask before = mask;
     forEachArea(before, of, [&](const std::vector<PixelPosition>& area) {
-        if (std::ssize(area) >= least)
+        if (std::ssize(area) >= minSize)
             return;
         for (const PixelPosition& place : area)
             mask.at(static_cast<int>(place.column), static_cast<int>(place.row)) = of ? 0 : 1;

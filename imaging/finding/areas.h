@@ -7,18 +7,18 @@
 
 namespace complexion::finding {
 
-/// Calls `visit` once for each area of connected places of `mask` that have the value `of`; places touch by
-/// their sides.
+/// Calls `visit` for each connected component (4-connected) of the positions in `mask` with the value `of`.
 void forEachArea(const healing::CellMask& mask, unsigned char of,
                  const std::function<void(const std::vector<PixelPosition>&)>& visit);
 
-/// Turns the areas of value `of` that have fewer than `least` places into the other value.
-void dropSmallAreas(healing::CellMask& mask, unsigned char of, int least);
+/// Flips the connected components of value `of` with fewer than `minSize` positions to the other value.
+void dropSmallAreas(healing::CellMask& mask, unsigned char of, int minSize);
 
-/// How far the nearest place outside `mask` is, in places; 0 there. The border of the grid is no outside.
+/// Distance transform: the distance to the nearest position outside `mask`; 0 outside it. The grid's border
+/// does not count as outside.
 Plane depthIn(const healing::CellMask& mask);
 
-/// Gives places of `mask` that have no value the greatest of their neighbours' values, `times` over.
+/// Sets positions of `mask` without a value to the largest value of their neighbours, `times` times.
 Plane spread(Plane values, const healing::CellMask& mask, int times);
 
 } // namespace complexion::finding

@@ -16,51 +16,53 @@ using finding::Spot;
 using finding::Surroundings;
 
 // How conspicuous a spot is.
-constexpr float kFullContrast = 0.35F; // in tones: more does not make it worse
+constexpr float kFullContrast = 0.35F; // in tones: a higher contrast does not raise the score
 constexpr float kUsualRadius = 0.004F; // of the skin's extent
-constexpr float kFullRadius = 0.0085F; // a larger spot counts less and less, to none at 1.6 times
+constexpr float kFullRadius = 0.0085F; // the score falls above this, to 0 at kNoRadius times it
 constexpr float kNoRadius = 1.6F;
-constexpr float kMinProminence = 2.4F; // against the texture
+constexpr float kMinProminence = 2.4F; // ratio of response to texture
 constexpr float kFullProminence = 8;
 constexpr float kMaxProminence = 1.3F;
 constexpr float kLightSpot = 0.15F; // light spots are mostly highlights
 
-// How even its surroundings are, in shares of its contrast.
+// Standard deviations of the surroundings at which the score is halved, relative to the spot's contrast.
 constexpr float kNearDeviation = 0.27F;
 constexpr float kMiddleDeviation = 0.4F;
 constexpr float kFarDeviation = 0.9F;
 
-constexpr float kFullDepth = 4; // radii to what is not skin
-constexpr int kLike = 8;        // so many like spots around halve the score
-constexpr int kGroup = 7;       // so many of its own kind are a group, to be left alone
+constexpr float kFullDepth = 4; // distance to the nearest non-skin, in radii
+constexpr int kLike = 8;        // number of similar spots nearby that halves the score
+constexpr int kGroup = 7;       // number of spots of the same kind that make a group, which is ignored
 constexpr float kMinScore = 0.0004F;
 
-// A photo that shows little or nothing but skin does not show how large a face is.
+// The size of the face is unknown if a photo shows very little skin, or nothing else.
 constexpr float kMinExtent = 450;
 constexpr double kAllSkin = 0.8;
 
-/// The first suggestion needs this score; the more there are, the less a further one needs.
+/// The minimum score of the first suggestion. The minimum falls with the number of suggestions.
 constexpr float kFirstScore = 0.025F;
 constexpr float kEasing = 3;
 
-constexpr std::int64_t kUsualThreshold = 10; // of the repair
-constexpr float kAskedRadius = 2.1F;         // of the disc that the repair is asked about, in spot radii
-constexpr float kMaxRepairedRadius = 2.8F;   // of the disc that the repair fits, in spot radii
-constexpr std::ptrdiff_t kMaxAsked = 120;
-constexpr std::size_t kAskedAtOnce = 16;
+constexpr std::int64_t kRepairThreshold = 10; // the default
+constexpr float kTriedRadius = 2.1F;          // of the disc with which the repair is tried, in spot radii
+constexpr float kMaxRepairedRadius =
+    2.8F; // of the disc that the repair fits, in spot radii: a larger one is part of a feature
+constexpr std::ptrdiff_t kMaxTried = 120;
+constexpr std::size_t kTriedAtOnce = 16;
 
-/// How far from a spot it is judged by, at most, in pixels of the photo.
-constexpr int kJudgedAround = 128;
+/// An edit can change the score of spots within this distance, in pixels of the photo.
+constexpr int kJudgedMargin = 128;
 
-constexpr float kApart = 1.5F; // radii between two suggestions
+// Minimum distance of two suggestions: in radii, plus some pixels.
+constexpr float kApart = 1.5F;
 constexpr float kApartPixels = 2;
 
-/// Where `value` is between `low` and `high`, as 0 to 1.
+/// A linear ramp from 0 at `low` to 1 at `high`, clamped.
 float ramp(float value, float low, float high) {
     return std::clamp((value - low) / (high - low), 0.0F, 1.0F);
 }
 
-/// 1 for an evenness of 0, falling to a half at `half`.
+/// 1 for a deviation of 0, falling to 0.5 at `half`.
 float evenness(float deviation, float half) {
     const float ratio = deviation / half;
     return 1 / (1 + ratio * ratio);
@@ -95,10 +97,10 @@ float scoreAlone(const Spot& spot, const Surroundings& around, float extent) {
                   std::clamp(kNoRadius - radius / kFullRadius, 0.0F, 1.0F);
     score *=
         std::clamp((prominence - kMinProminence) / (kFullProminence - kMinProminence), 0.0F, kMaxProminence);
-    // It stands out from the skin on all sides, unlike a line, an edge or a crease.
-    const float side = near.least / contrast;
+    // A spot stands out on all sides, unlike a line, an edge or a crease.
+    const float side = near.min / contrast;
     score *= std::clamp(side, 0.0F, 1.0F) * std::clamp((side - 0.3F) / 0.3F, 0.1F, 1.0F);
-    score *= ramp(middle.least / contrast, -0.2F, 0.5F) * ramp(middle.quarter / contrast, 0, 1);
+    score *= ramp(middle.min / contrast, -0.2F, 0.5F) * ramp(middle.lowerQuartile / contrast, 0, 1);
     const float nearEvenness = near.deviation / contrast / kNearDeviation;
     score *= evenness(nearEvenness * nearEvenness, 1);
     score *= evenness(middle.deviation / contrast, kMiddleDeviation);
@@ -135,7 +137,7 @@ void BlemishFinder::update(const Image& edited, PixelRect changed) {
     if (!m_map.hasSkin() || changed.isEmpty())
         return;
     const PixelSize size = edited.pixelSize();
-    const PixelRect area = healing::widened(changed, kJudgedAround, {0, 0, size.width, size.height});
+    const PixelRect area = healing::widened(changed, kJudgedMargin, {0, 0, size.width, size.height});
     std::erase_if(m_candidates, [&](const Candidate& candidate) { return isInside(candidate.spot, area); });
     std::vector<Spot> spots = detectSpots(edited, m_map, area);
     std::erase_if(spots, [&](const Spot& spot) { return !isInside(spot, area); });
@@ -164,7 +166,7 @@ float BlemishFinder::scoreAmongOthers(const Candidate& candidate) const {
         const float squared = squaredDistance(spot, other.spot);
         const float otherRadius = other.spot.photoRadius();
         const float otherResponse = std::abs(other.spot.response);
-        // Something stronger and smaller inside makes it a feature, such as a nose with its nostrils.
+        // A smaller and stronger spot inside makes it a facial feature, such as a nose with its nostrils.
         if (otherRadius < 0.55F * radius && otherResponse > response &&
             isBetween(squared, 0.5F * radius, 2.2F * radius))
             return 0;
@@ -191,7 +193,7 @@ std::vector<BlemishFinder::Ranked> BlemishFinder::ranked() const {
         return std::tuple(-each.score, spot.photoY(), spot.photoX(), spot.radius);
     };
     std::ranges::sort(all, [&](const Ranked& a, const Ranked& b) { return order(a) < order(b); });
-    // Of those at one place, the strongest.
+    // Keeps the strongest of overlapping spots.
     std::vector<Ranked> apart;
     for (const Ranked& each : all) {
         const Spot& spot = m_candidates[each.candidate].spot;
@@ -202,25 +204,25 @@ std::vector<BlemishFinder::Ranked> BlemishFinder::ranked() const {
         });
         if (!isTaken)
             apart.push_back(each);
-        if (std::ssize(apart) == kMaxAsked)
+        if (std::ssize(apart) == kMaxTried)
             break;
     }
     return apart;
 }
 
-void BlemishFinder::askRepair(const Image& image, std::span<const Ranked> of) {
+void BlemishFinder::tryRepair(const Image& image, std::span<const Ranked> of) {
     parallelFor(static_cast<int>(of.size()), [&](int i) {
         Candidate& candidate = m_candidates[of[static_cast<std::size_t>(i)].candidate];
         if (candidate.repair)
             return;
         const Point point{static_cast<double>(candidate.spot.photoX()),
                           image.size().height - static_cast<double>(candidate.spot.photoY())};
-        const auto radius = static_cast<std::int64_t>(kAskedRadius * candidate.spot.photoRadius()) + 2;
-        candidate.repair = ImageTools::LocateBlemish(image, point, radius, kUsualThreshold);
+        const auto radius = static_cast<std::int64_t>(kTriedRadius * candidate.spot.photoRadius()) + 2;
+        candidate.repair = ImageTools::LocateBlemish(image, point, radius, kRepairThreshold);
     });
 }
 
-/// What the repair takes for something much larger is part of a feature.
+/// A spot that the repair finds to be part of something much larger belongs to a feature.
 bool BlemishFinder::isRepairable(const Candidate& candidate) const {
     const auto* place = candidate.repair ? std::get_if<BlemishPlace>(&*candidate.repair) : nullptr;
     return place &&
@@ -235,8 +237,8 @@ void BlemishFinder::suggest(const Image& image) {
                score < kFirstScore / (1 + static_cast<float>(m_suggestions.size()) / kEasing);
     };
     for (std::size_t i = 0; i < all.size() && !isEnough(all[i].score); ++i) {
-        if (i % kAskedAtOnce == 0)
-            askRepair(image, std::span(all).subspan(i, std::min(kAskedAtOnce, all.size() - i)));
+        if (i % kTriedAtOnce == 0)
+            tryRepair(image, std::span(all).subspan(i, std::min(kTriedAtOnce, all.size() - i)));
         const Candidate& candidate = m_candidates[all[i].candidate];
         if (!isRepairable(candidate))
             continue;

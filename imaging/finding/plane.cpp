@@ -5,14 +5,14 @@ namespace complexion::finding {
 
 namespace {
 
-/// Sums of all values above and to the left (Crow, "Summed-area tables for texture mapping", SIGGRAPH 1984).
+/// A summed-area table (Crow, "Summed-area tables for texture mapping", SIGGRAPH 1984).
 class SummedArea {
 public:
     explicit SummedArea(PixelRect rect)
         : m_stride(static_cast<std::size_t>(rect.width) + 1),
           m_sums(m_stride * (static_cast<std::size_t>(rect.height) + 1)) {}
 
-    /// Rows and columns are added in ascending order, all of them.
+    /// Must be called for all positions, row by row in ascending order.
     void add(int x, int y, double value) {
         if (x == 0)
             m_row = 0;

@@ -5,14 +5,14 @@
 
 namespace complexion::finding {
 
-/// One value for each pixel of a halved level.
+/// One value for each pixel of a mipmap level.
 using Plane = healing::CellGrid<float>;
 
-/// The mean of the values in a square around each place, `reach` places each way and cut off at the edges.
-/// With a mask, which covers the plane, only the places in it count; 0 where there are none.
+/// Box blur: the mean of the values in a square of side 2 `reach` + 1 around each position, clipped at the
+/// edges. With a mask (of the plane's size), the mean of the positions in the mask; 0 if there are none.
 Plane boxMean(const Plane& values, int reach, const healing::CellMask* mask = nullptr);
 
-/// The share of places around each one that are in `mask`.
+/// The fraction of the square around each position that is in `mask`.
 Plane shareOf(const healing::CellMask& mask, int reach);
 
 } // namespace complexion::finding

@@ -12,51 +12,51 @@ namespace {
 
 using healing::CellMask;
 
-/// The map's longer side is at most this many pixels.
+/// Maximum of the map's longer side, in pixels.
 constexpr int kMaxSide = 640;
 
-// What skin of any tone has in daylight and lamplight, as differences of tones: red from green, green from
-// blue.
+// The range of skin colours of any tone in daylight and artificial light, as differences in tone: red minus
+// green, green minus blue.
 constexpr float kMinRedness = 0.05F;
 constexpr float kMaxRedness = 1.15F;
 constexpr float kMinYellowness = -0.15F;
 constexpr float kMaxYellowness = 0.95F;
 
-constexpr int kBins = 64;             // of the histogram, each way
-constexpr float kFullVote = 0.2F;     // what is less red has less of a vote
-constexpr float kCommon = 0.04F;      // of the most frequent colour's votes
+constexpr int kBins = 64;             // of the histogram in each dimension
+constexpr float kFullVote = 0.2F;     // redness: less red positions have a smaller weight
+constexpr float kCommon = 0.04F;      // fraction of the most frequent colour's votes
 constexpr int kSmoothReach = 2;       // for roughness
-constexpr float kMaxRoughness = 0.1F; // of a place that has a vote
-constexpr float kVerySmooth = 0.06F;  // of a place that speaks for its area
+constexpr float kMaxRoughness = 0.1F; // of a position that votes
+constexpr float kVerySmooth = 0.06F;  // roughness of positions that count as evidence for skin
 
-// Against the photo's skin and the skin near by, in tones.
-constexpr double kLightRank = 0.6; // of the skin's tones, from the darkest: the skin's usual tone
+// Differences from all skin or from the skin nearby, in tones.
+constexpr double kLightRank = 0.6; // quantile of the skin's tones that is its typical tone
 constexpr float kMaxDarker = 1.1F;
 constexpr float kFeatureDarker = 0.4F;
 constexpr float kFeatureRedder = 0.2F;
-constexpr int kNearSkin = 20;        // the longer side by this is how far near by reaches
-constexpr float kMinNearSkin = 0.4F; // share of a highlight's surroundings
+constexpr int kNearSkin = 20;        // nearby: within the longer side divided by this
+constexpr float kMinNearSkin = 0.4F; // fraction of skin around a highlight
 constexpr float kHighlightDarker = 0.1F;
 constexpr float kHighlightRedder = 0.1F;
 constexpr float kMinHighlightRedness = -0.03F;
-constexpr int kHighlightSteps = 3; // a wide one is taken in from its rim
+constexpr int kHighlightSteps = 3; // wide highlights are added from the rim inwards
 constexpr int kRoughReach = 3;
 constexpr float kMaxAreaRoughness = 0.17F; // hair, cloth and stubble are rough over a whole area
 
-// Areas, as shares of the skin's pixels.
+// Minimum areas, in pixels and as fractions (inverted) of the skin.
 constexpr int kMinSpeck = 20;
 constexpr int kSpeckShare = 200;
 constexpr int kMinHole = 8;
 constexpr int kHoleShare = 1500;
 constexpr int kPatchShare = 100;
 
-constexpr float kCoreDepth = 2.5F; // what only a neck this narrow connects is two areas
+constexpr float kCoreDepth = 2.5F; // areas connected only by a narrower bridge are separate
 constexpr int kCoreSpread = 6;
-constexpr float kFullTrust = 3; // an area needs this part of the weightiest one's weight, inverted
+constexpr float kFullTrust = 3; // full trust needs 1/3 of the largest weight
 constexpr float kMinTrust = 0.1F;
 
 struct Tones {
-    Plane light; // the green component's tone, where dark and red spots both show
+    Plane light; // tone of the green component, in which both dark and red spots are visible
     Plane redness;
     Plane yellowness;
     Plane roughness; // standard deviation of light nearby
@@ -96,7 +96,7 @@ Tones readTones(const Image& image, int level) {
     return tones;
 }
 
-/// Whoever is portrayed is near the middle.
+/// The portrayed person is usually near the centre.
 float middleWeight(int x, int y, PixelRect rect) {
     constexpr float kMiddleX = 0.5F;
     constexpr float kMiddleY = 0.45F;
@@ -106,7 +106,7 @@ float middleWeight(int x, int y, PixelRect rect) {
     return 1 / (1 + dx * dx * dx * dx + dy * dy * dy * dy);
 }
 
-/// The colours that are common among the smooth places, and connected with the most common.
+/// The colours that are frequent in smooth areas and connected in the histogram to the most frequent one.
 class SkinColors {
 public:
     explicit SkinColors(const Tones& tones) : m_common({0, 0, kBins, kBins}) {
@@ -154,7 +154,7 @@ private:
     CellMask m_common; // redness by yellowness
 };
 
-/// The photo's hair and background in the shade are much darker than most of its skin.
+/// Removes positions much darker than most of the skin: hair and shaded background.
 void dropDarkest(CellMask& skin, const Tones& tones) {
     std::vector<float> lights;
     healing::forEachCell(skin.rect(), [&](int x, int y) {
@@ -172,7 +172,7 @@ void dropDarkest(CellMask& skin, const Tones& tones) {
     });
 }
 
-/// Takes in what is at least as light as the skin that it lies in, and less red.
+/// Adds positions surrounded by skin that are at least as light and not redder.
 void addHighlights(CellMask& skin, const Tones& tones, int reach) {
     const Plane light = boxMean(tones.light, reach, &skin);
     const Plane redness = boxMean(tones.redness, reach, &skin);
@@ -185,7 +185,7 @@ void addHighlights(CellMask& skin, const Tones& tones, int reach) {
     });
 }
 
-/// Takes the features of the face out, and the highlights, which have less colour than skin, in.
+/// Removes facial features, and adds highlights, which are less saturated than skin.
 void compareWithSkinNear(CellMask& skin, const Tones& tones) {
     const PixelRect rect = skin.rect();
     const int reach = std::max(4, std::max(rect.width, rect.height) / kNearSkin);
@@ -205,7 +205,7 @@ void compareWithSkinNear(CellMask& skin, const Tones& tones) {
     });
 }
 
-/// The trust in each area: by how much of it is smooth and near the middle, against the best area.
+/// The confidence in each area: the amount of smooth skin near the centre, relative to the best area.
 Plane trustOf(const CellMask& skin, const Plane& depth, const Plane& roughness) {
     const PixelRect rect = skin.rect();
     CellMask cores(rect);

@@ -6,28 +6,28 @@
 
 namespace complexion::finding {
 
-/// Where a photo shows skin, on one of its halved levels.
+/// The skin in a photo, at one of its mipmap levels.
 struct SkinMap {
     int level = 0;
-    /// 1 on skin, and on what is small enough on it to be a blemish. Empty when there is no skin.
+    /// 1 for skin, including spots small enough to be blemishes. Empty if there is no skin.
     healing::CellMask skin;
-    /// How far the nearest place without skin is, in the level's pixels; 0 there.
+    /// Distance to the nearest non-skin position, in pixels of the level; 0 there.
     Plane depth;
-    /// How much a place counts, 0 to 1: an area apart from the face may be something else of its colour.
+    /// Confidence from 0 to 1: an area apart from the face may be something else of the same colour.
     Plane trust;
-    /// The side of a square as large as all skin, in pixels of the photo: what blemishes are small against.
+    /// The side of a square with the area of all skin, in pixels of the photo. The scale for blemish sizes.
     float extent = 0;
 
     bool hasSkin() const { return extent > 0; }
 
-    /// The place on this map of a pixel of the photo halved `fromLevel` times, moved inside.
+    /// The position on this map of a pixel of mipmap level `fromLevel`, clamped to the map.
     PixelPosition placeOf(int x, int y, int fromLevel) const;
 };
 
-/// Finds skin by what the photo itself shows: the most frequent colours among the smooth places, of those
-/// that blood and pigment can give to skin of any tone. Eyes, brows, nostrils, lips and deep shadows are not
-/// skin: they are darker or redder than the skin around them, and larger than a blemish. `image` has halved
-/// levels.
+/// Segments the skin from the photo's own colours: the most frequent colours of smooth areas among those that
+/// blood and pigment can produce at any skin tone. Eyes, brows, nostrils, lips and deep shadows are excluded:
+/// they are darker or redder than the skin around them, and larger than a blemish. The mipmap levels of
+/// `image` must exist.
 SkinMap findSkin(const Image& image);
 
 } // namespace complexion::finding

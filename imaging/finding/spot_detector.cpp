@@ -12,30 +12,30 @@ namespace complexion::finding {
 
 namespace {
 
-/// Spots are sought on this many levels, from the first that has at most so many pixels.
+/// The number of mipmap levels to search, from the first with at most kMaxPixels.
 constexpr int kLevels = 5;
 constexpr std::int64_t kMaxPixels = 6'500'000;
 
 constexpr std::size_t kScales = 2;
-/// Each Gaussian is made from the one before, so that their deviations add up to 1.13, 1.6 and 2.26 pixels.
+/// Each Gaussian is applied to the result of the one before; the total sigmas are 1.13, 1.6 and 2.26 pixels.
 constexpr std::array<double, kScales + 1> kSigmas = {1.13, 1.13, 1.6};
-/// The radius of the disc that answers most to each difference.
+/// The radius of the disc with the maximum response to each difference.
 constexpr std::array<float, kScales> kRadii = {1.9F, 2.7F};
 constexpr double kReachInSigmas = 2.5;
 
 constexpr int kTileWidth = 256;
 constexpr int kTileHeight = 128;
-constexpr int kMargin = 12; // what the three Gaussians reach, and one pixel for the extrema
+constexpr int kMargin = 12; // reach of the three Gaussians, plus one pixel for the extrema
 
 constexpr float kMinResponse = 0.01F;
 constexpr float kMinProminence = 2.4F; // times the texture
 
-// Texture is measured in blocks of so many pixels, in a square of blocks around the spot's own.
+// Texture is measured in blocks of this side, in pixels, within a square of blocks around the spot's block.
 constexpr int kBlock = 8;
 constexpr int kBlocksAround = 4;
 constexpr int kOwnBlocks = 1;
 
-using Kernel = std::vector<float>; // a Gaussian's middle and one side
+using Kernel = std::vector<float>; // centre and one side of a Gaussian
 
 Kernel gaussian(double sigma) {
     const int reach = static_cast<int>(std::ceil(kReachInSigmas * sigma));
@@ -101,7 +101,7 @@ void blur(Buffer& in, Buffer& scratch, Buffer& out, const Kernel& kernel, int& i
         convolve(out.row(y) + left, scratch.row(y) + left, in.width(), kernel.data(), reach, count);
 }
 
-/// The green tones of a tile and its margin; the picture's border pixels go on beyond it.
+/// The green tones of a tile and its margin; the picture's border pixels are repeated.
 Buffer readTile(const Image& image, int level, PixelRect tile, PixelRect whole) {
     Buffer tones(tile.width + 2 * kMargin, tile.height + 2 * kMargin);
     const PixelRect read = healing::widened(tile, kMargin, whole);
@@ -128,7 +128,7 @@ float strengthOf(Buffer& responses, PixelRect block) {
     return std::sqrt(sum / static_cast<float>(block.width * block.height));
 }
 
-/// Whether no neighbour of a response answers more strongly.
+/// Whether no neighbour has a stronger response.
 bool isExtremum(const float* response, std::ptrdiff_t stride) {
     const float sign = *response > 0 ? 1.0F : -1.0F;
     for (std::ptrdiff_t dy = -1; dy <= 1; ++dy)
@@ -138,7 +138,7 @@ bool isExtremum(const float* response, std::ptrdiff_t stride) {
     return true;
 }
 
-/// The search on one halved level.
+/// The search on one mipmap level.
 class LevelSearch {
 public:
     LevelSearch(const Image& image, const SkinMap& map, int level)
@@ -151,7 +151,7 @@ public:
                 Plane({0, 0, (m_whole.width + kBlock - 1) / kBlock, (m_whole.height + kBlock - 1) / kBlock});
     }
 
-    /// Appends the spots in `area`, which counts this level's pixels.
+    /// Appends the spots in `area`, in pixels of this level.
     void findSpots(PixelRect area, std::vector<Spot>& spots) {
         const std::vector<PixelRect> tiles = tilesFor(area);
         std::vector<std::vector<Found>> found(tiles.size());
@@ -159,7 +159,7 @@ public:
             const auto index = static_cast<std::size_t>(i);
             searchTile(tiles[index], area, found[index]);
         });
-        // The texture around a spot is known when its neighbour tiles are.
+        // The texture around a spot needs the neighbouring tiles.
         parallelFor(static_cast<int>(tiles.size()), [&](int i) {
             for (Found& each : found[static_cast<std::size_t>(i)])
                 each.spot.texture = textureAround(each);
@@ -176,14 +176,14 @@ private:
         std::size_t scale = 0;
     };
 
-    /// Those that show skin, in `area` and as far around it as texture is measured.
+    /// The tiles with skin in `area`, widened by the distance in which texture is measured.
     std::vector<PixelRect> tilesFor(PixelRect area) const {
-        const PixelRect wanted = healing::widened(area, (kBlocksAround + 1) * kBlock, m_whole);
+        const PixelRect needed = healing::widened(area, (kBlocksAround + 1) * kBlock, m_whole);
         std::vector<PixelRect> tiles;
         for (int y = 0; y < m_whole.height; y += kTileHeight)
             for (int x = 0; x < m_whole.width; x += kTileWidth) {
                 const PixelRect tile = PixelRect{x, y, kTileWidth, kTileHeight}.intersected(m_whole);
-                if (!tile.intersected(wanted).isEmpty() && hasSkin(tile))
+                if (!tile.intersected(needed).isEmpty() && hasSkin(tile))
                     tiles.push_back(tile);
             }
         return tiles;
@@ -244,7 +244,7 @@ private:
         return m_map.skin.at(static_cast<int>(place.column), static_cast<int>(place.row)) != 0;
     }
 
-    /// A strength that a quarter of the blocks around exceed; 0 where there are none.
+    /// The upper quartile of the strengths of the blocks around; 0 if there are none.
     float textureAround(const Found& found) const {
         const Plane& strength = m_strength[found.scale];
         const int blockX = found.spot.x / kBlock;
@@ -267,7 +267,7 @@ private:
     const SkinMap& m_map;
     int m_level;
     PixelRect m_whole;
-    std::array<Plane, kScales> m_strength; // of each block; 0 where no tile was searched
+    std::array<Plane, kScales> m_strength; // of each block; 0 in tiles that were not searched
 };
 
 PixelRect halvedRect(PixelRect rect, int level) {

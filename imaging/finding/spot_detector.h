@@ -7,16 +7,16 @@
 
 namespace complexion::finding {
 
-/// Something small that is darker or lighter than the skin around it.
+/// A small spot that is darker or lighter than the skin around it.
 struct Spot {
-    int level = 0; // of the image, on which it was found
-    int x = 0;     // its middle, in that level's pixels
+    int level = 0; // mipmap level on which it was found
+    int x = 0;     // its centre, in pixels of that level
     int y = 0;
-    float radius = 0;   // of its dark or light middle, in that level's pixels
-    float response = 0; // in tones of the green component; positive where it is darker than around it
-    float texture = 0;  // what the skin around responds with, usually
+    float radius = 0;   // of its dark or light core, in pixels of that level
+    float response = 0; // in tones of the green component; positive if darker than its surroundings
+    float texture = 0;  // typical response of the skin around it
 
-    /// The same in pixels of the photo, from its top left corner.
+    /// The same in pixels of the photo, from the top left corner.
     float photoX() const { return (static_cast<float>(x) + 0.5F) * scale(); }
     float photoY() const { return (static_cast<float>(y) + 0.5F) * scale(); }
     float photoRadius() const { return radius * scale(); }
@@ -25,10 +25,10 @@ private:
     float scale() const { return static_cast<float>(1 << level); }
 };
 
-/// The spots of all sizes on the skin within `area`, in pixels of the photo, that stand out against the
-/// skin's texture: the extrema of differences of Gaussians, two scales on each of some halved levels
-/// (Lindeberg, "Feature detection with automatic scale selection", 1998). In a fixed order. `image` has
-/// halved levels.
+/// Detects spots of all sizes on the skin within `area` (pixels of the photo) that stand out from the skin's
+/// texture: local extrema of differences of Gaussians, two scales per mipmap level (Lindeberg, "Feature
+/// detection with automatic scale selection", 1998). The order is deterministic. The mipmap levels of `image`
+/// must exist.
 std::vector<Spot> detectSpots(const Image& image, const SkinMap& map, PixelRect area);
 
 } // namespace complexion::finding

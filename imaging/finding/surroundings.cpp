@@ -53,7 +53,7 @@ public:
         image.readLevel(spot.level, m_rect, m_pixels.data(), m_rect.width);
     }
 
-    /// Around the pixel nearest to a place, of those there are.
+    /// The mean around the pixel nearest to a position, clipped to the picture.
     Tone toneAt(float atX, float atY) const {
         const int middleX = std::clamp(nearest(atX), m_rect.x, m_rect.right() - 1);
         const int middleY = std::clamp(nearest(atY), m_rect.y, m_rect.bottom() - 1);
@@ -95,8 +95,8 @@ Ring ringOf(Samples& contrast, Samples& redness) {
     ring.deviation = deviationOf(contrast);
     std::ranges::sort(contrast);
     std::ranges::sort(redness);
-    ring.least = contrast.front();
-    ring.quarter = contrast[contrast.size() / 4];
+    ring.min = contrast.front();
+    ring.lowerQuartile = contrast[contrast.size() / 4];
     ring.median = contrast[contrast.size() / 2];
     ring.redness = redness[redness.size() / 2];
     return ring;

@@ -7,20 +7,21 @@
 
 namespace complexion::finding {
 
-/// The skin on a circle around a spot, compared with the spot's middle. In tones.
+/// The skin on a circle around a spot, compared with the spot's centre, in tones.
 struct Ring {
-    float median = 0; // how much the spot stands out from it, in the green component: all four
-    float least = 0;
-    float quarter = 0;   // what it stands out from three quarters of the ring
+    // Of the spot's contrast in the green component:
+    float median = 0;
+    float min = 0;
+    float lowerQuartile = 0;
     float deviation = 0; // standard deviation
-    float redness = 0;   // how much redder than the ring the spot is
+    float redness = 0;   // median of the spot's redness minus the ring's
 };
 
 struct Surroundings {
     /// At 1.8, 2.6, 4 and 6.5 radii of the spot.
     std::array<Ring, 4> rings;
-    float skinShare = 0; // of the rings
-    float depth = 0;     // from the spot to the nearest place without skin, in the spot's radii
+    float skinShare = 0; // fraction of the rings that is skin
+    float depth = 0;     // distance to the nearest non-skin position, in the spot's radii
     float trust = 0;     // as in the map
 };
 

@@ -6,8 +6,8 @@
 
 namespace complexion::finding {
 
-/// The scale on which spots are compared, of components 0 to 255: the repair's logarithmic scale with more
-/// room above black, where the eye sees less than a logarithm does.
+/// Tone curve for comparing spots, for components 0 to 255: the repair's logarithmic scale with a larger
+/// offset for dark components, to which the eye is less sensitive than a logarithm.
 extern const std::array<float, 256> kTones;
 
 inline float toneOf(std::uint8_t component) {

@@ -13,36 +13,36 @@ namespace complexion::healing {
 
 namespace {
 
-// Differences are in the skin's own deviations, lengths in radii unless they say cells.
+// Differences are in standard deviations of the skin, lengths in radii of the disc unless they are in cells.
 constexpr float kSmoothing = 0.06F;
 constexpr float kMinSmoothing = 0.7F; // cells
 constexpr float kMaxSmoothing = 3;    // cells
-constexpr float kFieldReach = 1.5F;   // differences are known as far as this
-constexpr float kSeedReach = 0.72F;   // of the edit disc: a blemish has a seed this near the clicked place
+constexpr float kFieldReach = 1.5F;   // extent of the difference map
+constexpr float kSeedReach = 0.72F;   // radii of the edit disc: maximum distance of the seed from the click
 constexpr float kSeedDifference = 4.5F;
 constexpr float kRegionDifference = 2.6F;
 constexpr float kUnlikeSkinDifference = 4;
-constexpr float kMaxSeedDifference = 3; // times the seed's: more says no more about where the blemish is
+constexpr float kMaxSeedDifference = 3; // in seed differences: larger ones do not rank a seed higher
 constexpr float kStrongPart = 0.4F;     // of the largest difference
-constexpr float kRimShare = 0.06F;      // the rim ends where this share of the tint is left,
-constexpr float kRimDeviations = 2;     // or where the skin varies as much
+constexpr float kRimShare = 0.06F;      // the rim ends where this fraction of the tint is left,
+constexpr float kRimDeviations = 2;     // or at this many standard deviations of the skin
 constexpr float kGrowth = 0.03F;
 constexpr float kMinGrowth = 0.6F;         // cells
-constexpr float kDiscMargin = 0.5F;        // cells that stay free inside the disc's rim,
-constexpr float kGrownDiscMargin = 0.3F;   // and that stay free of the grown mask
+constexpr float kDiscMargin = 0.5F;        // cells between the mask and the disc's rim,
+constexpr float kGrownDiscMargin = 0.3F;   // and after the mask was grown
 constexpr float kBoundarySmoothing = 1.5F; // cells
-constexpr float kForeignEdge = 2.5F;       // cells around what is foreign that its colour reaches
+constexpr float kForeignEdge = 2.5F;       // cells around a foreign region that its colour blurs into
 constexpr int kSkinMargin = 6;             // cells around the mask
 constexpr float kFullDisc = 0.9F;          // of the disc's cells
 constexpr float kRimWidth = 2;             // cells
 constexpr float kMaxShareOfRim = 0.5F;     // of the rim's cells
 constexpr float kMaxShareCutOff = 0.35F;   // of the region's edge
-constexpr float kStrangeColor = 0.35F;     // of the logarithmic scale
+constexpr float kMaxSkinContrast = 0.35F;  // on the logarithmic scale: a larger one is not shading
 constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
 constexpr int kTouch = 1; // cells
 
-/// At this threshold the differences above are meant; they scale with it.
+/// The threshold to which the differences above apply; they scale with it.
 constexpr float kUsualThreshold = 10;
 constexpr float kThresholdStart = 5;
 constexpr std::int64_t kNothingDiffers = 255; // grey levels
@@ -65,7 +65,8 @@ public:
     }
 
     Finding run() {
-        // The first round goes by the ring's surface, the next by the membrane, which follows the shading.
+        // The first round compares with the surface fitted to the ring, the next with the membrane, which
+        // follows the shading more closely.
         for (int round = 0; round < kRounds; ++round) {
             measureDifferences(round == 0 ? m_field : m_blemish.bounds);
             if (!takeRegion())
@@ -83,7 +84,7 @@ public:
         }
         markUnlikeSkin();
         m_blemish.isParted = touchesForeign();
-        m_blemish.foreign = std::move(m_strange);
+        m_blemish.foreign = std::move(m_foreignColor);
         return std::move(m_blemish);
     }
 
@@ -100,7 +101,7 @@ private:
 
     bool insideDisc(int x, int y, float margin) const { return m_reach.at(x, y) <= m_window.radius - margin; }
 
-    LogColor offAt(int x, int y) const {
+    LogColor differenceAt(int x, int y) const {
         const Cell& cell = m_smooth.at(x, y);
         if (cell[kWeight] == 0)
             return {};
@@ -110,14 +111,14 @@ private:
 
     void measureDifferences(PixelRect where) {
         forEachCell(where, [&](int x, int y) {
-            const LogColor off = offAt(x, y);
+            const LogColor off = differenceAt(x, y);
             m_difference.at(x, y) = std::sqrt(std::max(0.0F, m_blemish.model.product(off, off)));
         });
     }
 
-    /// Takes the region around the seed that is the strongest and nearest to the centre. What of the region
-    /// belongs to something that comes in from outside the disc (hair, a lip, the face's edge) is left to
-    /// that.
+    /// Grows the region from the seed with the best score for strength and nearness to the click. Leaves out
+    /// the parts that belong to something that extends into the disc from outside (hair, a lip, the face's
+    /// edge).
     bool takeRegion() {
         const float enough = kMaxSeedDifference * kSeedDifference * m_scale;
         PixelPosition seed;
@@ -141,8 +142,8 @@ private:
             return false;
         m_blemish.mask = CellMask(m_disc);
         m_foreign = CellMask(m_field);
-        m_strange = CellMask(m_field);
-        if (comesFromOutside())
+        m_foreignColor = CellMask(m_field);
+        if (findForeign())
             shareWithForeign(seed);
         else
             takeAllAround(seed);
@@ -154,7 +155,7 @@ private:
         return m_difference.at(x, y) >= kSeedDifference * m_scale && !insideDisc(x, y, 0);
     }
 
-    bool comesFromOutside() {
+    bool findForeign() {
         m_isParted = false;
         forEachCell(m_field, [&](int x, int y) { m_isParted = m_isParted || isForeign(x, y); });
         return m_isParted;
@@ -166,10 +167,10 @@ private:
         forEachCell(m_field, [&](int x, int y) {
             const auto claim = static_cast<Claim>(claims.at(x, y));
             if (claim == Claim::Foreign) {
-                const LogColor off = offAt(x, y);
+                const LogColor off = differenceAt(x, y);
                 m_foreign.at(x, y) = 1;
-                m_strange.at(x, y) =
-                    off[0] * off[0] + off[1] * off[1] + off[2] * off[2] > kStrangeColor * kStrangeColor;
+                m_foreignColor.at(x, y) =
+                    off[0] * off[0] + off[1] * off[1] + off[2] * off[2] > kMaxSkinContrast * kMaxSkinContrast;
             }
             if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
                 m_blemish.mask.at(x, y) = 1;
@@ -184,12 +185,12 @@ private:
         });
     }
 
-    /// Gives back what differs the other way than most of the region, towards its outside: the shading beside
-    /// a blemish, as a highlight beside a mole. What it encloses stays.
+    /// Removes the outer parts that differ from the skin in the opposite direction to most of the region:
+    /// shading beside a blemish, such as the highlight beside a mole. Enclosed parts stay.
     void dropOpposite(PixelPosition seed) {
         takeTint();
         const auto isAlike = [this](int x, int y) {
-            return m_blemish.model.product(m_blemish.tint, offAt(x, y)) > 0;
+            return m_blemish.model.product(m_blemish.tint, differenceAt(x, y)) > 0;
         };
         const auto seedX = static_cast<int>(seed.column);
         const auto seedY = static_cast<int>(seed.row);
@@ -203,8 +204,8 @@ private:
         growThrough(m_blemish.mask, open, [&](int x, int y) { return region.at(x, y) && isAlike(x, y); });
     }
 
-    /// Whether much of the region's edge is where something foreign was parted from it, and not in a valley
-    /// that parts them clearly: what is left of it would be repaired by halves.
+    /// Whether much of the region's edge was cut from a foreign region without a clear valley between them.
+    /// The rest would be repaired only in part.
     bool isCutOff() const {
         if (!m_isParted)
             return false;
@@ -234,7 +235,7 @@ private:
             const float weight = m_difference.at(x, y);
             if (weight <= kStrongPart * largest)
                 return;
-            const LogColor off = offAt(x, y);
+            const LogColor off = differenceAt(x, y);
             total += weight;
             for (std::size_t c = 0; c < 3; ++c)
                 sum[c] += weight * off[c];
@@ -243,8 +244,8 @@ private:
             m_blemish.tint[c] = sum[c] / total;
     }
 
-    /// Follows the tint outwards: what is too weak to be told from skin alone is told by being of that tint
-    /// and touching the blemish.
+    /// Extends the mask along the tint: cells that differ too little from the skin to be found by themselves
+    /// belong to the blemish if they have its tint and are connected to it.
     void takeRim() {
         const LogColor& tint = m_blemish.tint;
         const float square = m_blemish.model.product(tint, tint);
@@ -259,7 +260,7 @@ private:
         });
         growThrough(m_blemish.mask, open, [&](int x, int y) {
             return insideDisc(x, y, kDiscMargin) && !m_foreign.at(x, y) &&
-                   m_blemish.model.product(tint, offAt(x, y)) >= least;
+                   m_blemish.model.product(tint, differenceAt(x, y)) >= least;
         });
     }
 
@@ -283,7 +284,7 @@ private:
         return static_cast<float>(masked) > kFullDisc * static_cast<float>(cells);
     }
 
-    /// Whether the mask runs along much of the disc's rim: then it is no blemish that lies in the disc.
+    /// Whether the mask covers much of the disc's rim, so that the blemish is not inside the disc.
     bool lacksSkinAround() const {
         int rim = 0;
         int masked = 0;
@@ -296,15 +297,15 @@ private:
         return static_cast<float>(masked) > kMaxShareOfRim * static_cast<float>(rim);
     }
 
-    /// The membrane is held by skin alone: across what is foreign it goes on as if that were not there. The
-    /// last round wants the skin around the mask too as smooth as the membrane.
-    /// False when there is no skin to hold it.
+    /// Fills the mask with the membrane. Only skin is a boundary: foreign regions are spanned like the mask.
+    /// With `around`, also replaces the skin around the mask by its smooth version. False if there is no
+    /// skin.
     bool spanSkin(bool around) {
         const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
-        CellMask excluded = m_strange;
+        CellMask excluded = m_foreignColor;
         forEachMasked([&](int x, int y) { excluded.at(x, y) = 1; });
         if (m_isParted) {
-            const CellGrid<float> toForeign = distanceTo(m_strange, bounds);
+            const CellGrid<float> toForeign = distanceTo(m_foreignColor, bounds);
             forEachCell(bounds, [&](int x, int y) {
                 if (toForeign.at(x, y) <= kForeignEdge)
                     excluded.at(x, y) = 1;
@@ -348,9 +349,9 @@ private:
     PixelRect m_disc;
     CellGrid<float> m_difference;
     CellGrid<float> m_reach; // from the disc's centre, in cells
-    bool m_isParted = false; // from what is foreign
-    CellMask m_strange;      // what of it has nothing of skin's colour; the rest may be shading
-    CellMask m_foreign;      // what is no skin and reaches out of the disc
+    bool m_isParted = false; // a foreign region is in the window
+    CellMask m_foreignColor; // the part of it with a colour unlike skin; the rest may be shading
+    CellMask m_foreign;      // not skin, and extends beyond the disc
     Blemish m_blemish;
 };
 

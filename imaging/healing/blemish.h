@@ -8,40 +8,40 @@
 
 namespace complexion::healing {
 
-/// A blemish as it was found in a window.
+/// A blemish found in a window.
 struct Blemish {
-    CellMask mask;         // with its soft rim, without holes, inside the disc
+    CellMask mask;         // inside the disc; includes the soft rim, has no holes
     PixelRect bounds;      // of the mask
-    SkinModel model;       // of the skin around
-    CellGrid<Cell> skin;   // in and near the mask: the membrane, the skin's colour without any detail
-    CellMask unlikeSkin;   // cells near the disc that differ from the skin, the blemish and others
-    CellMask foreign;      // those of them that reach out of the disc: no part of the blemish
-    bool isParted = false; // from what is foreign and touches it
-    LogColor tint{};       // what the blemish's strong part differs from the skin by, in the mean
+    SkinModel model;       // of the surrounding skin
+    CellGrid<Cell> skin;   // in and near the mask: the membrane, the skin's colour without detail
+    CellMask unlikeSkin;   // cells near the disc that differ from the skin: the blemish and other things
+    CellMask foreign;      // the subset that extends beyond the disc and is not part of the blemish
+    bool isParted = false; // a foreign region touched it and was cut off
+    LogColor tint{};       // mean difference of the blemish's strong part from the skin
 };
 
-/// A blemish, or why there is none.
+/// A blemish, or why none was found.
 using Refusal = BlemishRefusal;
 using Finding = std::variant<Blemish, Refusal>;
 
-/// The place that was clicked, where a blemish must have a part that clearly differs from the skin.
+/// The clicked area. A blemish must have a part near it that clearly differs from the skin.
 struct ClickedPlace {
-    float x = 0; // in cells of the window that is searched, like the radius
+    float x = 0; // all in cells of the searched window
     float y = 0;
     float radius = 0; // of the edit disc
 };
 
-/// The middle of the window's own disc.
+/// The window's own disc as the clicked area.
 inline ClickedPlace middleOf(const SkinWindow& window) {
     return {window.centerX, window.centerY, window.radius};
 }
 
-/// What a threshold multiplies differences in the skin's deviations by: 1 at the usual one, 10.
+/// The factor by which a threshold scales the limits for differences from the skin: 1 at the default, 10.
 float scaleOfThreshold(std::int64_t threshold);
 
-/// What differs from the skin near the clicked place by more than `threshold` steers (grey levels; 10 is
-/// usual, more makes less of it a blemish), grown to its soft rim. It lies in the window's disc, which need
-/// not be the edit disc.
+/// Finds the region near the clicked place that differs from the skin, and extends it to its soft rim. The
+/// higher `threshold` (grey levels, 10 by default), the larger a difference has to be. The blemish is within
+/// the window's disc, which may be another than the edit disc.
 Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold);
 
 } // namespace complexion::healing

@@ -10,21 +10,21 @@ namespace {
 
 constexpr double kGrowth = 1.35;       // from one disc to the next
 constexpr double kMinTrial = 5;        // pixels
-constexpr double kMinShare = 1 / 12.0; // of the edit disc's radius: the smallest disc that is tried
-// The largest disc that is tried: so many times the edit disc's radius, but within these radii in pixels.
+constexpr double kMinShare = 1 / 12.0; // smallest disc, in radii of the edit disc
+// Largest disc: in radii of the edit disc, limited to these radii in pixels.
 constexpr double kMaxShare = 2.8;
 constexpr double kMinLast = 36;
 constexpr double kMaxLast = 110;
-constexpr double kMinLastShare = 1.2; // of the edit disc's radius, if that is more
+constexpr double kMinLastShare = 1.2; // in radii of the edit disc, if that is larger
 constexpr double kMaxNextShare = 6;
-// For a repair, in radii of the edit disc.
+// Smallest disc of a repair, in radii of the edit disc.
 constexpr double kMinNearShare = 0.35;
 constexpr float kMinCovered = 0.3F;
 constexpr float kMuchStronger = 1.5F;
 constexpr float kClearer = 1.3F;
 constexpr float kPoorRim = 0.25F;
 constexpr double kMinSettled = 12;
-constexpr double kSettled = 3.5; // times the blemish's radius: a disc this large shows what it is part of
+constexpr double kSettled = 3.5; // in radii of the blemish: a disc this large shows what it is part of
 
 /// Radii of discs in pixels.
 struct Range {
@@ -74,12 +74,12 @@ private:
         return std::get<Trial>(std::move(result));
     }
 
-    /// Whether a disc of that size would show nothing new of the best one.
+    /// Whether a disc of that size cannot improve on the best one.
     bool isSettled(double size) const {
         if (!m_best)
             return false;
-        const bool goesOn = m_cut && m_cut->strength > kClearer * m_best->strength;
-        const float radius = goesOn ? std::max(m_cut->radius, m_best->radius) : m_best->radius;
+        const bool extendsFurther = m_cut && m_cut->strength > kClearer * m_best->strength;
+        const float radius = extendsFurther ? std::max(m_cut->radius, m_best->radius) : m_best->radius;
         return size > std::max(kSettled * static_cast<double>(radius), kMinSettled);
     }
 

@@ -5,13 +5,13 @@
 
 namespace complexion::healing {
 
-/// Finds the blemish at the disc's centre whatever the disc's radius is: discs of growing size are tried, and
-/// the smallest thing that stands out as much as anything around it is taken. What covers no more than a
-/// circle of radius `largerThan` is passed over.
+/// Finds the blemish at the disc's centre independently of the disc's radius: tries discs of growing size and
+/// returns the smallest region that stands out as much as anything around it. Skips regions no larger than a
+/// circle of radius `largerThan`, in pixels.
 std::variant<BlemishPlace, Refusal> fitBlemish(const Image& image, const RepairDisc& disc,
                                                std::int64_t threshold, double largerThan);
 
-/// As above, with discs of about the disc's size alone.
+/// As above, but tries only discs of at most `largest` times the disc's radius.
 std::variant<BlemishPlace, Refusal> fitNear(const Image& image, const RepairDisc& disc,
                                             std::int64_t threshold, double largest);
 

@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-/// A blemish as the natural repair finds it.
+/// The position and size of a blemish that the natural repair found.
 struct BlemishPlace {
     PixelPosition middle;
     double radius = 0; // pixels, of a disc that covers the blemish with its soft rim

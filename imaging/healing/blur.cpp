@@ -13,7 +13,7 @@ namespace {
 constexpr float kReachInSigmas = 2.6F;
 constexpr float kMinWeight = 1e-4F;
 
-/// The Gaussian's middle and one side of it; the whole adds up to 1.
+/// The centre and one side of a Gaussian kernel whose sum is 1.
 std::vector<float> halfKernel(float sigma) {
     const int reach = std::max(1, static_cast<int>(std::ceil(kReachInSigmas * sigma)));
     std::vector<double> exact(static_cast<std::size_t>(reach) + 1);
@@ -29,7 +29,7 @@ std::vector<float> halfKernel(float sigma) {
     return kernel;
 }
 
-/// The colours of a part of a row, multiplied by their weights; zero beyond the grid.
+/// The colours of part of a row multiplied by their weights; 0 outside the grid.
 void weightRow(const CellGrid<Cell>& grid, const CellMask& excluded, int y, int left, int right,
                std::vector<float>& row) {
     row.assign(static_cast<std::size_t>(right - left) * 4, 0);
@@ -52,7 +52,8 @@ void weightRow(const CellGrid<Cell>& grid, const CellMask& excluded, int y, int 
             std::fill_n(row.data() + static_cast<std::ptrdiff_t>(x - left) * 4, 4, 0.0F);
 }
 
-/// Makes `count` sums of the values about `middle`, `step` apart, by a kernel that reaches `reach` steps.
+/// Convolves `count` values, starting at `middle`, with a kernel of `reach` taps on each side, `step` values
+/// apart.
 COMPLEXION_WIDE_VECTORS
 void applyKernel(float* __restrict sum, const float* middle, std::ptrdiff_t step, const float* kernel,
                  int reach, int count) {
@@ -88,7 +89,7 @@ CellGrid<Cell> blurred(const CellGrid<Cell>& grid, float sigma, PixelRect where,
     const std::vector<float> kernel = halfKernel(sigma);
     const int reach = static_cast<int>(kernel.size()) - 1;
     const int stride = where.width * 4;
-    // Rows beyond the grid are empty, and so are their sums.
+    // Rows outside the grid stay zero.
     std::vector<float> across(static_cast<std::size_t>(stride) *
                               static_cast<std::size_t>(where.height + 2 * reach));
     std::vector<float> row;

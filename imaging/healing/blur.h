@@ -5,9 +5,9 @@
 
 namespace complexion::healing {
 
-/// The known colours of `grid` under a Gaussian of `sigma` cells: normalised convolution (Knutsson and
-/// Westin, "Normalized and differential convolution", CVPR 1993), so that what is not known, or is in
-/// `excluded`, takes no part. The result covers `where`; a cell has weight 0 when nothing known is near.
+/// Blurs the known colours of `grid` with a Gaussian of `sigma` cells. Normalised convolution (Knutsson and
+/// Westin, "Normalized and differential convolution", CVPR 1993): unknown cells and those in `excluded` do
+/// not contribute. The result covers `where`; a cell has weight 0 if there is no known cell nearby.
 CellGrid<Cell> blurred(const CellGrid<Cell>& grid, float sigma, PixelRect where,
                        const CellMask& excluded = {});
 

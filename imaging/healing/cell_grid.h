@@ -10,8 +10,8 @@
 
 namespace complexion::healing {
 
-/// Values for the places of a rectangle, which need not begin at (0, 0): grids of parts of one whole speak of
-/// the same places by the same coordinates.
+/// A two-dimensional array over a rectangle that need not begin at (0, 0), so that grids of different parts
+/// of a window share its coordinates.
 template <class T>
 class CellGrid {
 public:
@@ -27,7 +27,7 @@ public:
 
     T& at(int x, int y) { return m_values[indexOf(x, y)]; }
     const T& at(int x, int y) const { return m_values[indexOf(x, y)]; }
-    /// The value at a place, and none's where there is none.
+    /// The value at a position; a default value outside the rectangle.
     T valueAt(int x, int y) const { return contains(x, y) ? at(x, y) : T{}; }
 
 private:
@@ -42,14 +42,14 @@ private:
 /// Three components, red, green and blue, on the logarithmic scale of log_scale.h.
 using LogColor = std::array<float, 3>;
 
-/// A colour and, last, its weight: 0 where it is not known.
+/// A colour and its weight, which is 0 if the colour is unknown.
 using Cell = std::array<float, 4>;
 inline constexpr std::size_t kWeight = 3;
 
-/// 1 where a cell belongs to something, 0 elsewhere.
+/// 1 for cells that belong to a region, 0 for others.
 using CellMask = CellGrid<unsigned char>;
 
-/// Calls `visit(x, y)` for each place of `rect`, row by row.
+/// Calls `visit(x, y)` for each position in `rect`, row by row.
 template <class Visit>
 void forEachCell(PixelRect rect, const Visit& visit) {
     for (int y = rect.y; y < rect.bottom(); ++y)
@@ -57,7 +57,7 @@ void forEachCell(PixelRect rect, const Visit& visit) {
             visit(x, y);
 }
 
-/// `rect` made larger by `margin` on each side, within `whole`.
+/// `rect` widened by `margin` on each side and clipped to `whole`.
 inline PixelRect widened(PixelRect rect, int margin, PixelRect whole) {
     return PixelRect{rect.x - margin, rect.y - margin, rect.width + 2 * margin, rect.height + 2 * margin}
         .intersected(whole);

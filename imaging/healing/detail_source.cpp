@@ -8,9 +8,9 @@ namespace complexion::healing {
 
 namespace {
 
-constexpr int kDirections = 16; // on each of kRings circles around the blemish
+constexpr int kDirections = 16; // candidates on each of kRings circles around the blemish
 constexpr int kRings = 4;
-// Of the circles, in extents of the blemish.
+// Radius of the first circle and distance to the next, in extents of the blemish.
 constexpr float kNearest = 0.75F;
 constexpr float kBetween = 0.35F;
 
@@ -19,28 +19,27 @@ constexpr float kDirectionCost = 0.3F;
 constexpr float kColorCost = 4;
 constexpr float kWorstColorCost = 2;
 constexpr float kDistanceCost = 0.1F;
-/// A difference of colour from the skin that no clean patch has anywhere.
+/// No cell of a clean patch differs from the skin's colour by more.
 constexpr float kForeignColor = 0.5F;
-constexpr float kRepeats = 0.5F; // correlation
+constexpr float kMaxCorrelation = 0.5F; // with the present detail
 
-constexpr float kWantedStrength = 1.2F; // of the variance: patches lose a little of it in a picture's noise
+constexpr float kWantedStrength = 1.2F; // factor for the variance: makes up for what interpolation loses
 constexpr float kMinGain = 0.5F;
 constexpr float kMaxGain = 1.4F;
 constexpr float kNoDetail = 1e-9F;
 constexpr std::size_t kEnoughCells = 600;
 
-/// Cosines of a circle's 32 parts; a library's own may differ from machine to machine.
+/// cos(2 pi i / 32). A table, because std::cos may give different results on different machines.
 constexpr std::array<float, 32> kCosines = {
     1.0F,  0.98078528F,  0.92387953F,  0.83146961F,  0.70710678F,  0.55557023F,  0.38268343F,  0.19509032F,
     0.0F,  -0.19509032F, -0.38268343F, -0.55557023F, -0.70710678F, -0.83146961F, -0.92387953F, -0.98078528F,
     -1.0F, -0.98078528F, -0.92387953F, -0.83146961F, -0.70710678F, -0.55557023F, -0.38268343F, -0.19509032F,
     0.0F,  0.19509032F,  0.38268343F,  0.55557023F,  0.70710678F,  0.83146961F,  0.92387953F,  0.98078528F};
 
-/// How strong detail is and which way its lines run, as the structure tensor tells (Foerstner and Guelch,
-/// 1987).
+/// The strength and direction of detail: its variance and structure tensor (Foerstner and Guelch, 1987).
 struct Texture {
     float square = 0;
-    float across = 0; // energy of horizontal changes less that of vertical ones
+    float across = 0; // energy of horizontal gradients minus that of vertical ones
     float skew = 0;
     float changes = kNoDetail;
 
@@ -55,7 +54,7 @@ struct Texture {
     }
 };
 
-/// 0 for detail directed alike; 2 for lines that cross at right angles.
+/// 0 for detail of the same direction, 2 for perpendicular lines.
 float directionDifference(const Texture& a, const Texture& b) {
     const float across = a.across / a.changes - b.across / b.changes;
     const float skew = a.skew / a.changes - b.skew / b.changes;
@@ -74,7 +73,7 @@ public:
           m_wanted(std::max(kNoDetail, kWantedStrength * strength)) {
         std::size_t count = 0;
         forEachCell(blemish.bounds, [&](int x, int y) { count += blemish.mask.at(x, y); });
-        // A regular share of a large mask's cells tells enough.
+        // A regular subset of a large mask's cells is enough.
         const int stride = count > 4 * kEnoughCells ? 3 : count > kEnoughCells ? 2 : 1;
         for (int y = blemish.bounds.y; y < blemish.bounds.bottom(); y += stride)
             for (int x = blemish.bounds.x; x < blemish.bounds.right(); x += stride)
@@ -119,16 +118,16 @@ private:
         });
     }
 
-    bool liesInside(const DetailSource& source) const {
+    bool isInsideWindow(const DetailSource& source) const {
         const PixelRect& bounds = m_blemish.bounds;
         return bounds.x + source.dx >= 1 && bounds.y + source.dy >= 1 &&
                bounds.right() + source.dx < m_window.cells.rect().width &&
                bounds.bottom() + source.dy < m_window.cells.rect().height;
     }
 
-    /// What speaks against a patch, and the gain that its detail needs.
+    /// The cost of a patch; also sets the gain that its detail needs. Nothing if the patch is unusable.
     std::optional<float> costOf(DetailSource& source) const {
-        if (!liesInside(source))
+        if (!isInsideWindow(source))
             return std::nullopt;
         Texture texture;
         float off = 0;
@@ -154,7 +153,7 @@ private:
             present += m_present.at(x, y) * m_present.at(x, y);
         }
         if (worst > kForeignColor * kForeignColor ||
-            common > kRepeats * std::sqrt(present * (texture.square + kNoDetail)))
+            common > kMaxCorrelation * std::sqrt(present * (texture.square + kNoDetail)))
             return std::nullopt;
         const auto count = static_cast<float>(m_cells.size());
         const float ratio = texture.square / count / m_wanted;

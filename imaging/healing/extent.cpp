@@ -10,32 +10,32 @@ namespace complexion::healing {
 
 namespace {
 
-/// The discs that are tried, in radii of the edit disc: its own first.
+/// The radii of the discs that are tried, in radii of the edit disc and in order.
 constexpr std::array<float, 6> kTrials = {1, 1.4F, 0.7F, 2, 0.5F, kMaxGrowth};
 
 constexpr std::int64_t kMinRadius = 4;
-constexpr float kMinDrawnIn = 8; // pixels: so small a disc holds little else than a blemish
+constexpr float kMinShrunk = 8; // pixels: a smaller disc would contain little but the blemish
 
-// Shares of the rim that the mask covers.
-constexpr float kPartedRim = 0.1F; // where something touches it that is not part of it
-constexpr float kCompactReach =
-    1.25F; // times the radius: a mask that reaches farther may hold a part of something else
+// Fractions of the rim that the mask covers.
+constexpr float kPartedRim = 0.1F; // if a foreign region touches the mask
+/// In radii of the mask: one that reaches farther may include a part of something else.
+constexpr float kCompactReach = 1.25F;
 constexpr float kClearlySmaller = 0.95F; // times the radius
-constexpr float kSoftRim = 0.35F;        // it may be the faint end of a blemish in the disc's middle
-constexpr float kPoorRim = 0.4F;         // a mask that covers more is no blemish in that disc
+constexpr float kSoftRim = 0.35F;        // of a centred mask: it may be the faint outer part of a blemish
+constexpr float kPoorRim = 0.4F;         // a mask that covers more is not a blemish in that disc
 
-constexpr float kDrawnIn = 0.8F; // a disc that could be this small is drawn in
+constexpr float kShrunk = 0.8F; // a disc is shrunk if the fitting one is smaller by this factor
 constexpr float kSameBlemish = 0.7F;
 
-/// The thresholds that follow a refused one: what a higher threshold finds, a lower one must not lose.
+/// The thresholds to continue with after a refusal: a lower threshold must find what a higher one finds.
 constexpr std::array<std::int64_t, 5> kThresholds = {5, 10, 20, 40, 80};
 
-// Of the tint, in the skin's deviations at the usual threshold.
-constexpr float kWeak = 8;              // what is weaker may be a part of something stronger
-constexpr float kStrong = 12;           // what no disc of the clicked size shows must be as strong
-constexpr float kMinStrengthBeside = 6; // of what is not in the middle
+// Strengths of the tint, in standard deviations of the skin at the default threshold.
+constexpr float kWeak = 8;              // a weaker blemish may be part of a stronger one
+constexpr float kStrong = 12;           // minimum if the clicked disc shows nothing
+constexpr float kMinStrengthBeside = 6; // minimum if not centred
 constexpr float kMuchStronger = 2;
-constexpr float kMinCovered = 0.3F; // of it, by what reaches out of the edit disc
+constexpr float kMinCovered = 0.3F; // fraction of the edit disc, if the blemish extends beyond it
 
 class Fitting {
 public:
@@ -47,7 +47,7 @@ public:
             m_refusal.reset();
             if (std::optional<Trial> best = search()) {
                 preferStronger(*best);
-                drawIn(*best);
+                shrink(*best);
                 return *std::move(best);
             }
             const Refusal refusal = m_refusal.value_or(Refusal::NothingDiffers);
@@ -79,15 +79,16 @@ private:
         return best;
     }
 
-    /// What must be as strong as this, or it is but a spot of the skin's own.
+    /// The strength below which a region is natural variation of the skin.
     float minStrength(const Trial& trial, float size) const {
         if (size == 1)
             return trial.isCentered ? kMinStrength : kMinStrengthBeside;
         return m_refusal == Refusal::NothingDiffers ? kStrong : kWeak;
     }
 
-    /// Something larger touches the blemish, and the mask may hold a part of it: a brow, a nostril. The disc
-    /// that fits the blemish leaves that out; a mask at the rim that no such disc confirms is no blemish.
+    /// Something larger (a brow, a nostril) touches the blemish, and the mask may include a part of it. Uses
+    /// the mask of the disc that fits the blemish if that is smaller; discards a mask at the rim that no such
+    /// disc confirms.
     void partFromFeature(std::optional<Trial>& best) {
         const bool isAtRim = best->rim > kPartedRim;
         if (!isAtRim && best->reach < kCompactReach * best->radius)
@@ -103,7 +104,7 @@ private:
         }
     }
 
-    /// The blemish in the disc that fits it.
+    /// Searches with the disc that fits the blemish.
     std::optional<Trial> fit(float growth, float minStrength) {
         const auto found = fitNear(m_image, m_clicked, m_threshold, static_cast<double>(growth));
         const auto* place = std::get_if<BlemishPlace>(&found);
@@ -120,7 +121,7 @@ private:
         return trial;
     }
 
-    /// Whether the blemish ends in its disc, away from anything else.
+    /// Whether the blemish ends inside its disc and touches nothing else.
     static bool isClear(const Trial& trial) {
         return trial.rim <= kFreeRim && trial.isCentered &&
                (!trial.blemish.isParted || trial.reach < kCompactReach * trial.radius);
@@ -144,7 +145,7 @@ private:
         return std::get<Trial>(std::move(result));
     }
 
-    /// A speck that hardly stands out may lie in something that does.
+    /// A weak spot may be part of a stronger blemish.
     void preferStronger(Trial& best) {
         if (best.strength >= kWeak * scaleOfThreshold(m_threshold))
             return;
@@ -161,13 +162,13 @@ private:
         }
     }
 
-    void drawIn(Trial& best) {
+    void shrink(Trial& best) {
         for (int round = 0; round < 2; ++round) {
             const float fitting = fittingRadius(best.radius, best.reach);
             const auto current = static_cast<float>(best.disc.radius);
             const float off = std::sqrt(square(best.x - 0.5F - static_cast<float>(best.disc.column)) +
                                         square(best.y - 0.5F - static_cast<float>(best.disc.row)));
-            if (std::max(fitting, kMinDrawnIn) > kDrawnIn * current && off < 0.3F * current)
+            if (std::max(fitting, kMinShrunk) > kShrunk * current && off < 0.3F * current)
                 return;
             const RepairDisc disc{static_cast<std::int64_t>(best.y), static_cast<std::int64_t>(best.x),
                                   std::max(kMinRadius, static_cast<std::int64_t>(std::ceil(fitting)))};
@@ -182,9 +183,9 @@ private:
     const Image& m_image;
     RepairDisc m_clicked;
     std::int64_t m_threshold;
-    std::optional<Refusal> m_refusal; // of the edit disc itself
+    std::optional<Refusal> m_refusal; // with the edit disc itself
     std::optional<Refusal> m_firstRefusal;
-    bool m_isPartOfFeature = false; // a higher threshold would find a part of it
+    bool m_isPartOfFeature = false; // a higher threshold would find only a part of the feature
 };
 
 } // namespace

@@ -7,13 +7,13 @@ namespace complexion::healing {
 
 using FittedFinding = std::variant<Trial, Refusal>;
 
-/// The largest disc that is tried, in radii of the edit disc.
+/// The radius of the largest disc that is tried, in radii of the edit disc.
 inline constexpr float kMaxGrowth = 2.8F;
 
-/// Finds the blemish that was clicked with an edit disc that lies inside `image`, at its own scale: where the
-/// edit disc is filled by it or holds only a part of it, larger discs are tried, up to kMaxGrowth times the
-/// edit disc's radius; where it is much larger than the blemish, the disc is drawn in. What a higher
-/// threshold finds is found where `threshold` itself makes too much of it a blemish.
+/// Finds the clicked blemish at its own scale; the edit disc is inside `image`. If the blemish fills the edit
+/// disc or extends beyond it, tries larger discs, up to kMaxGrowth times its radius; if the disc is much
+/// larger than the blemish, shrinks it. If the search at `threshold` is refused because too much differs,
+/// repeats it at higher thresholds.
 FittedFinding findFittedBlemish(const Image& image, const RepairDisc& clicked, std::int64_t threshold);
 
 } // namespace complexion::healing

@@ -9,38 +9,38 @@
 
 namespace complexion::healing {
 
-// The scale on which skin is compared: ln(component + kDarkOffset), component 0 to 255. Pigment, blood and
-// shading multiply the light that skin gives back, so that on this scale they add (Tsumura et al.,
-// "Image-based skin color and texture analysis/synthesis by extracting hemoglobin and melanin information in
-// the skin", SIGGRAPH 2003), whatever the tone of the skin and the gamma of the picture's colour space. The
-// offset keeps the noise of black small.
+// Skin is compared on a logarithmic scale: ln(component + kDarkOffset), component 0 to 255. Pigment, blood
+// and shading multiply the reflected light, so their effects add on this scale (Tsumura et al., "Image-based
+// skin color and texture analysis/synthesis by extracting hemoglobin and melanin information in the skin",
+// SIGGRAPH 2003), independently of skin tone and of the colour space's gamma. The offset limits noise near
+// black.
 //
-// Both directions are computed with basic arithmetic alone, so that every machine gets the same values.
+// Both conversions use only basic arithmetic, so that results are identical on all machines.
 inline constexpr float kDarkOffset = 4;
 
-/// The scale's values of 0 to 256.
+/// Logarithms of the components 0 to 256.
 using LogTable = std::array<float, 257>;
 extern const LogTable kLogOf;
 
-/// The scale's value of a component.
+/// The logarithm of a component.
 inline float logOf(std::uint8_t component) {
     return kLogOf[component];
 }
 
-/// As above, of a component between whole levels, 0 to 255.
+/// As above, interpolated between whole levels; 0 to 255.
 inline float logOf(float component) {
     const int level = std::clamp(static_cast<int>(component), 0, 255);
     const float* entry = kLogOf.data() + level;
     return entry[0] + (component - static_cast<float>(level)) * (entry[1] - entry[0]);
 }
 
-/// The component, 0 to 255 and not rounded, of a value of the scale.
+/// The inverse: the component, 0 to 255, not rounded.
 inline float componentOf(float logarithm) {
-    // e^x = 2^n 2^f, the latter by the polynomial that meets it in the six Chebyshev nodes of [0, 1]: it is
-    // right within 1e-7.
+    // e^x = 2^n 2^f. 2^f is approximated by the polynomial that interpolates it at the six Chebyshev nodes of
+    // [0, 1]; the error is at most 1e-7.
     constexpr float kTwosPerUnit = 1.44269504F;
-    constexpr float kMin = 2;        // of black
-    constexpr float kMax = 8.01681F; // of 255
+    constexpr float kMin = 2;        // black
+    constexpr float kMax = 8.01681F; // component 255
     constexpr int kExponentBits = 23;
     constexpr int kExponentBias = 127;
     const float low = logarithm * kTwosPerUnit;
@@ -54,7 +54,7 @@ inline float componentOf(float logarithm) {
     return power * std::bit_cast<float>((whole + kExponentBias) << kExponentBits) - kDarkOffset;
 }
 
-/// e to the power of `x`, for |x| up to 40.
+/// e^x for |x| up to 40, identical on all machines.
 double exponential(double x);
 
 } // namespace complexion::healing

@@ -7,7 +7,7 @@
 
 namespace complexion::healing {
 
-/// The value in the middle, of an even number the upper one; 0 of none. Reorders the values.
+/// The median, the upper one of an even number of values; 0 if there are none. Reorders the values.
 inline float median(std::vector<float>& values) {
     if (values.empty())
         return 0;

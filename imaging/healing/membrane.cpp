@@ -9,7 +9,7 @@ constexpr int kMinGrid = 4;
 constexpr int kRelaxations = 6;
 constexpr float kOverRelaxation = 1.3F;
 
-/// The grid at half the size: the mean of what is known of each 2 by 2 cells.
+/// The grid at half the size: the mean of the known cells in each 2 by 2 cells.
 CellGrid<Cell> halved(const CellGrid<Cell>& fine) {
     const PixelRect& rect = fine.rect();
     CellGrid<Cell> coarse({0, 0, (rect.width + 1) / 2, (rect.height + 1) / 2});
@@ -31,7 +31,7 @@ CellGrid<Cell> halved(const CellGrid<Cell>& fine) {
     return coarse;
 }
 
-/// Gives each cell that is not known the coarse grid's colour there, straight between the cells' middles.
+/// Sets each unknown cell to the coarse grid's colour there, interpolated bilinearly.
 void prolong(const CellGrid<Cell>& coarse, CellGrid<Cell>& fine) {
     forEachCell(fine.rect(), [&](int x, int y) {
         Cell& cell = fine.at(x, y);
@@ -52,13 +52,13 @@ void prolong(const CellGrid<Cell>& coarse, CellGrid<Cell>& fine) {
     });
 }
 
-/// A cell to be solved for and its neighbours; those beyond the grid's edge are the cell itself.
+/// An unknown cell and its neighbours. At the grid's edge the cell is its own neighbour (Neumann boundary).
 struct Unknown {
     Cell* cell;
     std::array<const Cell*, 4> neighbours;
 };
 
-/// In the order of a chessboard, the white places first: those of one colour do not wait for each other.
+/// In red-black order: cells of one colour do not depend on each other.
 std::vector<Unknown> unknownsOf(CellGrid<Cell>& grid) {
     std::vector<Unknown> unknowns;
     const PixelRect& rect = grid.rect();
@@ -77,7 +77,7 @@ std::vector<Unknown> unknownsOf(CellGrid<Cell>& grid) {
     return unknowns;
 }
 
-/// Moves a cell towards the mean of its neighbours, and beyond.
+/// One step of successive over-relaxation.
 void relax(const Unknown& unknown) {
     const auto& [left, right, above, below] = unknown.neighbours;
     Cell next = *unknown.cell;
@@ -89,7 +89,7 @@ void relax(const Unknown& unknown) {
     *unknown.cell = next;
 }
 
-/// Solves for the cells of weight 0, which they keep.
+/// Solves for the cells of weight 0. Keeps the weights.
 void solve(CellGrid<Cell>& grid) {
     const std::vector<Unknown> unknowns = unknownsOf(grid);
     if (unknowns.empty())

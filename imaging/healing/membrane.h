@@ -5,12 +5,13 @@
 
 namespace complexion::healing {
 
-/// Spans the cells that are not known (weight 0) with the membrane that the known ones hold: the solution of
-/// Laplace's equation with these as its boundary values (Perez, Gangnet, Blake, "Poisson image editing",
-/// SIGGRAPH 2003; Georgiev, "Covariant derivatives and vision", ECCV 2006; what Farbman et al., "Coordinates
-/// for instant image cloning", SIGGRAPH 2009 approximate); at the grid's edge it is level. Solved by the
-/// cascadic multigrid method (Bornemann and Deuflhard, Numerische Mathematik 75, 1996): coarse grids first, a
-/// few relaxations on each. All cells are known then; false, with nothing done, when none was before.
+/// Fills the unknown cells (weight 0) with a membrane: the solution of Laplace's equation with the known
+/// cells as its Dirichlet boundary (Perez, Gangnet, Blake, "Poisson image editing", SIGGRAPH 2003; Georgiev,
+/// "Covariant derivatives and vision", ECCV 2006; Farbman et al., "Coordinates for instant image cloning",
+/// SIGGRAPH 2009, approximate the same). The grid's edge is a Neumann boundary. Solved by the cascadic
+/// multigrid method (Bornemann and Deuflhard, Numerische Mathematik 75, 1996): coarse grids first, with a few
+/// relaxations on each. Afterwards all cells are known. Returns false and changes nothing if no cell was
+/// known.
 [[nodiscard]] bool spanMembrane(CellGrid<Cell>& colors);
 
 } // namespace complexion::healing

@@ -11,12 +11,12 @@ namespace complexion::healing {
 
 namespace {
 
-constexpr float kFeather = 0.05F;   // radii beyond the mask
+constexpr float kFeather = 0.05F;   // beyond the mask, in radii
 constexpr float kMinFeather = 1.5F; // cells
-constexpr float kRimFeather = 1.5F; // pixels inside the disc's rim
-constexpr float kMinChange = 0.5F;  // levels: less changes nothing
+constexpr float kRimFeather = 1.5F; // inside the disc's rim, in pixels
+constexpr float kMinChange = 0.5F;  // levels: pixels that change less are left alone
 
-/// A row of pixels, each component in a plane of its own.
+/// A row of pixels in planar layout.
 struct PlaneRow {
     std::array<std::vector<float>, 3> planes;
 
@@ -26,7 +26,7 @@ struct PlaneRow {
     }
 };
 
-/// The levels of pixels before premultiplication.
+/// Writes the straight (not premultiplied) levels of pixels to planes.
 void spreadLevels(const RGBA32* pixels, std::size_t count, PlaneRow& levels) {
     float* __restrict red = levels.planes[0].data();
     float* __restrict green = levels.planes[1].data();
@@ -48,7 +48,7 @@ void spreadLevels(const RGBA32* pixels, std::size_t count, PlaneRow& levels) {
     }
 }
 
-/// The levels of deep pixels, between whole ones too.
+/// As above for 16-bit pixels, on the 8-bit scale with fractions.
 void spreadDeepLevels(const RGBA64* pixels, std::size_t count, DeepAlpha form, PlaneRow& levels) {
     constexpr float kPerLevel = 257;
     constexpr float kOpaque = 65'535;
@@ -62,8 +62,8 @@ void spreadDeepLevels(const RGBA64* pixels, std::size_t count, DeepAlpha form, P
     }
 }
 
-/// One component of a row: from its own level towards that of base + gain * detail, dithered for rounding.
-/// `change` gathers the largest difference of any component.
+/// Blends one component of a row from its own level towards that of base + gain * detail, and adds the
+/// dither. `change` is updated to the largest difference of any component.
 COMPLEXION_WIDE_VECTORS
 void mixComponent(const float* __restrict base, const float* __restrict detail, float gain,
                   const float* __restrict share, const float* __restrict dither, const float* __restrict own,
@@ -79,7 +79,8 @@ void mixComponent(const float* __restrict base, const float* __restrict detail, 
     }
 }
 
-/// One value of cells of four, straight between the cells that begin at `before` and the next ones.
+/// Interpolates one of a cell's four values linearly between the cells that begin at `before` and the next
+/// ones.
 COMPLEXION_WIDE_VECTORS
 void spreadCells(const float* __restrict cells, const std::int32_t* __restrict before,
                  const float* __restrict share, float* __restrict out, std::size_t count) {
@@ -90,15 +91,15 @@ void spreadCells(const float* __restrict cells, const std::int32_t* __restrict b
     }
 }
 
-/// Levels, whole, on the logarithmic scale.
+/// Converts whole levels to the logarithmic scale.
 COMPLEXION_WIDE_VECTORS
 void takeLogarithms(const float* __restrict table, float* __restrict levels, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i)
         levels[i] = table[static_cast<std::int32_t>(levels[i])];
 }
 
-/// How far inside the disc the pixels of a row lie, in feathers of its rim; 1 is enough. `dx` is the first
-/// pixel's distance from the disc's middle column.
+/// Feathers the disc's rim: scales the shares of a row's pixels by their depth in the disc. `dx` is the first
+/// pixel's distance from the disc's centre column.
 COMPLEXION_WIDE_VECTORS
 void shareByDepth(float dx, float dy, float radius, float* share, int count) {
     for (int i = 0; i < count; ++i) {
@@ -169,7 +170,7 @@ private:
         }
         for (std::size_t row = 0; row < m_dither.size(); ++row) {
             m_dither[row].resize(width);
-            for (std::size_t c = 0; c < 3 && !m_deepAlpha; ++c) // 16 bits need none
+            for (std::size_t c = 0; c < 3 && !m_deepAlpha; ++c) // 16 bits need no dither
                 for (std::size_t i = 0; i < width; ++i)
                     m_dither[row].planes[c][i] =
                         ditherAt(static_cast<std::int64_t>(row), m_left + static_cast<std::int64_t>(i), c);
@@ -208,7 +209,7 @@ private:
         writeRow(buffer, {row, m_left + static_cast<std::int64_t>(first)}, count);
     }
 
-    /// The pixels that the detail is taken from; a place beyond the window reads as the nearest in it.
+    /// Reads the pixels from which detail is copied; positions outside the window are clamped to it.
     template <class Pixel, class Read>
     void readSource(std::int64_t row, std::int64_t left, std::size_t count, std::vector<Pixel>& source,
                     const Read& read) const {
@@ -243,7 +244,7 @@ private:
         m_cells.back() = m_cells[m_cells.size() - 2];
     }
 
-    /// How much of the restoration each pixel gets: by its distance from the mask and its depth in the disc.
+    /// The opacity of the restoration at each pixel, from its distance to the mask and its depth in the disc.
     void weighRow(std::int64_t row) {
         spreadCells(m_cells.front().data() + kWeight, m_before.data(), m_between.data(), m_share.data(),
                     m_share.size());
@@ -255,7 +256,7 @@ private:
                      static_cast<float>(m_disc.radius), m_share.data(), static_cast<int>(m_share.size()));
     }
 
-    /// Lays the row's values out in planes.
+    /// Writes the row's values to planes.
     void spreadRow(std::int64_t row, std::size_t first, std::size_t count) {
         for (std::size_t c = 0; c < 3; ++c)
             spreadCells(m_cells.front().data() + c, m_before.data() + first, m_between.data() + first,
@@ -338,18 +339,19 @@ private:
     float m_feather;
     std::int64_t m_left = 0;
     std::int64_t m_right = 0;
-    // Where each pixel column lies between the cells' middles: four times the cell before, and the share of
-    // the next one.
+    // The position of each pixel column between cell centres: the offset of the cell before (4 values a
+    // cell), and the weight of the next one.
     std::vector<std::int32_t> m_before;
     std::vector<float> m_between;
     std::array<PlaneRow, 8> m_dither;
-    std::vector<Cell> m_cells; // the restoration's at the pixel row's height, the last one twice
-    // Of the row that is painted; all but the first begin where its painted part does.
+    std::vector<Cell>
+        m_cells; // the restoration's cells interpolated to the pixel row; the last one is repeated
+    // The current row. All but m_share begin at its painted part.
     std::vector<float> m_share;
     std::vector<float> m_change;
     std::vector<RGBA32> m_own;
     std::vector<RGBA32> m_source;
-    std::vector<RGBA64> m_ownDeep; // these two of a deep image alone
+    std::vector<RGBA64> m_ownDeep; // these two only for deep images
     std::vector<RGBA64> m_sourceDeep;
     PlaneRow m_base;
     PlaneRow m_detail;

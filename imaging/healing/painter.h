@@ -6,8 +6,8 @@
 
 namespace complexion::healing {
 
-/// Paints a restoration over the disc of `image`, whose pixels `buffer` has: feathered into what stands
-/// there, and with its last rounding dithered. Throws std::bad_alloc when memory is lacking.
+/// Paints a restoration into `buffer`, which contains the pixels of `image`, within the disc: feathered at
+/// the mask's edge, and dithered to 8 bits. Throws std::bad_alloc if memory is insufficient.
 void paintRestoration(const Image& image, const RepairDisc& disc, const SkinWindow& window,
                       const Restoration& restoration, PixelBuffer& buffer);
 

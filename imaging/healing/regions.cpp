@@ -29,7 +29,7 @@ PixelRect boundsOf(const CellMask& mask) {
 }
 
 CellGrid<float> distanceTo(const CellMask& mask, PixelRect where) {
-    // A frame of far cells around it spares the question of the edge.
+    // A border of far cells avoids checks at the edge.
     CellGrid<float> distance({where.x - 1, where.y - 1, where.width + 2, where.height + 2}, kFar);
     const std::ptrdiff_t stride = distance.rect().width;
     forEachCell(where, [&](int x, int y) {
@@ -74,7 +74,7 @@ void fillHoles(CellMask& mask) {
         const auto x = static_cast<int>(open.back().column);
         const auto y = static_cast<int>(open.back().row);
         open.pop_back();
-        // By sides only: what a diagonal line of the mask encloses is enclosed.
+        // 4-connected, so that a diagonal line of the mask is a closed boundary.
         enter(x - 1, y);
         enter(x + 1, y);
         enter(x, y - 1);

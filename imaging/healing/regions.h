@@ -5,11 +5,11 @@
 
 namespace complexion::healing {
 
-/// The smallest rectangle that holds the mask.
+/// The mask's bounding rectangle.
 PixelRect boundsOf(const CellMask& mask);
 
-/// Adds to `mask` every place that `belongs(x, y)` and that is reached from it through such places, by sides
-/// and corners.
+/// Region growing, 8-connected: adds to `mask` every position that satisfies `belongs(x, y)` and is connected
+/// to those in `open` through such positions.
 template <class Belongs>
 void growThrough(CellMask& mask, std::vector<PixelPosition>& open, const Belongs& belongs) {
     const PixelRect& rect = mask.rect();
@@ -28,11 +28,11 @@ void growThrough(CellMask& mask, std::vector<PixelPosition>& open, const Belongs
     }
 }
 
-/// The distance of each cell of `where` to the mask, by way of `where`, in cells; 0 in it. A chamfer distance
-/// with steps 1 and 1.4142 (Borgefors, "Distance transformations in digital images", 1986), right within 8 %.
+/// The distance of each cell of `where` to the mask, in cells; 0 inside it. A chamfer distance with steps 1
+/// and 1.4142 (Borgefors, "Distance transformations in digital images", 1986); the error is at most 8 %.
 CellGrid<float> distanceTo(const CellMask& mask, PixelRect where);
 
-/// Fills what of the grid the mask encloses.
+/// Adds everything that the mask encloses.
 void fillHoles(CellMask& mask);
 
 } // namespace complexion::healing

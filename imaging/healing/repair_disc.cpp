@@ -24,8 +24,8 @@ std::int64_t RepairDisc::halfLength(std::int64_t dy) const {
     const std::int64_t rest = checkedMultiply(radius, radius) - dy * dy - 1;
     if (rest < 0)
         return -1;
-    // Roots of numbers beyond 2^53 can come out one too large, as the number is rounded first; never too
-    // small: a whole square rounds to no less than what has its root.
+    // Above 2^53 the conversion to double may round up, so that the root is one too large. It is never too
+    // small: rounding does not take a perfect square below itself.
     auto half = static_cast<std::int64_t>(std::sqrt(static_cast<double>(rest)));
     while (half * half > rest)
         --half;

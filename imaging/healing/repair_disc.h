@@ -10,27 +10,27 @@
 
 namespace complexion {
 
-/// The edit disc of a click: its centre as a place of the pixel buffer, its radius in pixels.
+/// The edit disc of a click, in pixels of the image.
 struct RepairDisc {
     std::int64_t row = 0;
     std::int64_t column = 0;
     std::int64_t radius = 0;
 
-    /// The disc around `point` (in points, bottom-left origin). Fatal when the point is out of all range.
+    /// The disc around `point` (in points, bottom-left origin). Fatal if the position overflows.
     static RepairDisc at(Point point, const Image& image, std::int64_t radius);
 
-    /// Whether a repair may work on it: all of it lies in a picture of this size. A disc that touches the
-    /// right or bottom edge does.
+    /// Whether the whole disc is inside a picture of this size, as repairs require. A disc that touches the
+    /// right or bottom edge is.
     bool fitsInside(PixelSize size) const;
 
-    /// Half the length of the disc's row `dy` rows off its centre: the columns within this of the centre's
-    /// lie inside; -1 when none does. Inside is: distance² < radius².
+    /// The half-width of the disc in the row `dy` rows from its centre: the largest distance of an inside
+    /// column from the centre's column; -1 if there is none. Inside means distance² < radius².
     std::int64_t halfLength(std::int64_t dy) const;
 };
 
-/// The image with what `repair` paints into the disc around `point`; the very image when that disc does not
-/// fit inside it. No image, and a line on standard output, when no pixel buffer can be had or memory is
-/// lacking.
+/// Calls `repair` to paint into the disc around `point`, and returns the new image; the same image if the
+/// disc does not fit inside it. Prints a line on standard output and returns nothing if memory is
+/// insufficient.
 std::optional<Image> repairInDisc(const Image& image, Point point, std::int64_t radius,
                                   const std::function<void(const RepairDisc&, PixelBuffer&)>& repair);
 

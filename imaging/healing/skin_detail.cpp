@@ -12,39 +12,39 @@ namespace complexion::healing {
 
 namespace {
 
-/// Detail is what a blur of this many radii takes away, and at least of this many cells.
+/// Detail is what a Gaussian blur removes: its sigma in radii, and its minimum in cells.
 constexpr float kDetailScale = 0.1F;
 constexpr float kMinDetailScale = 2;
-/// The stain is smooth on this scale.
+/// The stain is smooth on this scale: sigma in radii, and its minimum in cells.
 constexpr float kStainScale = 0.06F;
 constexpr float kMinStainScale = 0.7F;
 
-/// In cells of more pixels than this a side the stain's flanks need care; in smaller ones the care costs more
-/// texture than a ring would be seen.
+/// Cells with a longer side, in pixels, need corrections at the stain's flanks. With smaller cells the
+/// corrections cost more texture than a visible ring would be worse.
 constexpr int kMaxStepWithoutFlanks = 2;
 
-constexpr int kMargin = 4;          // cells around the mask: for the feather and the interpolation
+constexpr int kMargin = 4;          // cells around the mask, for feathering and interpolation
 constexpr float kOutOfReach = 1e3F; // cells
-constexpr float kRingEnd = 1.5F;    // radii: detail up to here is what the repair's must be like
+constexpr float kRingEnd = 1.5F;    // radii: the repair's detail is matched to that of this ring
 constexpr float kUnseenHue = 2e-5F;
 constexpr float kNoGrain = 1e-9F;
 
-// A stain's own detail is as strong as the skin's around, within these ratios of the variances.
+// A stain's own detail is kept if its variance is within these ratios of the surrounding skin's,
 constexpr float kMinStrength = 0.35F;
 constexpr float kMaxStrength = 2;
 constexpr float kMaxHue = 3;
-// Nor may it have spots of another hue than the skin's, a highlight's or a scab's.
+// and if it has no spots of another hue, such as a highlight's or a scab's.
 constexpr float kSpotScale = 1.5F; // cells
 constexpr float kMaxSpotHue = 1.2F;
 constexpr float kUnseenSpotHue = 2e-4F;
-constexpr float kOwnStrength = 1.05F; // makes up for what goes with the stain
-/// Cells are means (an error of 1/24 of the second derivative) and are joined by straight lines (1/12 in the
-/// mean): the stain's flanks need as much more.
+constexpr float kOwnStrength = 1.05F; // makes up for detail that is removed with the stain
+/// Cells are means (error: 1/24 of the second derivative) and are interpolated linearly (mean error: 1/12):
+/// the correction for both at the stain's flanks.
 constexpr float kCellError = 0.125F;
 constexpr float kMinOwnGain = 0.7F;
 constexpr float kMaxOwnGain = 2.2F;
 
-/// Mean squares of detail: of its brightness and of its hue.
+/// Mean squares of the brightness and the hue of detail.
 struct Strength {
     float brightness = 0;
     float hue = 0;
@@ -71,11 +71,11 @@ LogColor difference(const Cell& a, const Cell& b) {
     return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }
 
-/// What detail has in common wherever a stain's share is the same. Texture has nothing in common there: it is
-/// what the blurs have left of the stain's flanks, and would show as a ring.
+/// The mean detail at each level of a stain's share. Texture averages out there; what remains is a residue of
+/// the blurred flanks of the stain, which would be visible as a ring.
 class Flanks {
 public:
-    /// Of what differs between two grids, where the first is known, by the share there.
+    /// From the difference of two grids, where the first is known.
     static Flanks of(const CellGrid<Cell>& rest, const CellGrid<Cell>& smooth, const CellGrid<Cell>& share) {
         Flanks flanks;
         forEachCell(rest.rect(), [&](int x, int y) {
@@ -115,7 +115,7 @@ private:
     static constexpr std::size_t kSteps = 25;
     static constexpr float kFirst = -0.1F; // share
     static constexpr float kStep = 0.05F;
-    static constexpr float kDoubt = 8; // cells: few of them have texture in common by chance
+    static constexpr float kDoubt = 8; // cells: shrinks means of few cells, which are mostly texture
 
     struct Sum {
         LogColor color{};
@@ -129,16 +129,17 @@ private:
     std::array<Sum, kSteps> m_sums{};
 };
 
-/// The blemish taken apart inside its mask: its stain, and the detail that is left without it.
+/// The blemish separated into its stain and the detail that remains without it.
 struct Separated {
-    CellGrid<Cell> stain;   // to be subtracted from the picture; goes on a little around the mask
-    CellGrid<float> detail; // its brightness
+    CellGrid<Cell> stain;   // to be subtracted from the picture; extends a little beyond the mask
+    CellGrid<float> detail; // brightness, inside the mask
     Strength strength;
     float strongestHue = 0; // of the detail's spots
 };
 
-/// A stain's share without the skin's detail. What one blur takes from the flanks of the stain, a second
-/// gives back ("twicing", Tukey, Exploratory Data Analysis, 1977): no ring is left along its outline.
+/// A stain's share without the skin's detail. A second blur of the residual restores what the first removed
+/// from the stain's flanks ("twicing", Tukey, Exploratory Data Analysis, 1977), so that no ring remains along
+/// its outline.
 CellGrid<Cell> smoothShare(const CellGrid<Cell>& share, float scale) {
     const PixelRect& part = share.rect();
     CellGrid<Cell> smooth = blurred(share, scale, part);
@@ -174,7 +175,7 @@ Separated separate(const SkinWindow& window, const Blemish& blemish, float scale
         const float t = share.at(x, y)[0];
         rest.at(x, y) = {off[0] - t * tint[0], off[1] - t * tint[1], off[2] - t * tint[2], 1};
     });
-    // A blemish has hues of its own beside its tint, finer than the skin's, which hardly has any.
+    // Besides its tint, a blemish has finer variation in hue than skin, which hardly has any.
     CellGrid<Cell> smooth = blurred(rest, scale, blemish.bounds);
     const CellGrid<Cell> hues = blurred(rest, stainScale, blemish.bounds);
     forEachCell(blemish.bounds, [&](int x, int y) {
@@ -221,7 +222,7 @@ struct Surroundings {
     Strength strength;
 };
 
-/// As far as `where` reaches.
+/// Measures it within `where`.
 Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float scale, PixelRect where) {
     Surroundings around{.smooth = blurred(window.cells, scale, where, blemish.mask),
                         .detail = CellGrid<float>(where),
@@ -239,7 +240,8 @@ Surroundings lookAround(const SkinWindow& window, const Blemish& blemish, float 
     return around;
 }
 
-/// The pixels' grain in the mask and in the skin around it. Medians: these are not moved by a few hairs.
+/// The grain of the pixels in the mask and in the skin around it. Medians, which are robust against a few
+/// hairs.
 struct FineGrain {
     float own = 0;
     float around = 0;
@@ -257,8 +259,8 @@ FineGrain measureFineGrain(const SkinWindow& window, const Blemish& blemish) {
     return {.own = median(own), .around = median(around)};
 }
 
-/// What a value differs from the mean of its four neighbours by, four times that: Laplace's operator.
-LogColor bend(const CellGrid<Cell>& grid, int x, int y) {
+/// The discrete Laplacian.
+LogColor laplacian(const CellGrid<Cell>& grid, int x, int y) {
     const PixelRect& rect = grid.rect();
     const Cell& left = grid.at(std::max(x - 1, rect.x), y);
     const Cell& right = grid.at(std::min(x + 1, rect.right() - 1), y);
@@ -291,7 +293,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     Restoration result{.base = CellGrid<Cell>(part)};
     forEachCell(part, [&](int x, int y) {
         result.base.at(x, y) = blemish.skin.at(x, y);
-        // The feather does not reach what is no skin.
+        // Feathering does not extend into foreign regions.
         result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
     });
     if (isLikeSkin(own, around.strength)) {
@@ -311,7 +313,7 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
                 base[c] += gain * (cell[c] - base[c] - stain[c]) - result.gain * cell[c];
             if (window.step > kMaxStepWithoutFlanks)
                 for (std::size_t c = 0; c < 3; ++c)
-                    base[c] += result.gain * kCellError * bend(own.stain, x, y)[c];
+                    base[c] += result.gain * kCellError * laplacian(own.stain, x, y)[c];
         });
         return result;
     }

@@ -5,22 +5,23 @@
 
 namespace complexion::healing {
 
-/// What to paint over a blemish, cell by cell and pixel by pixel: at a place p of the picture
+/// What is painted over a blemish: at a position p of the picture
 ///     base(p) + gain * (the picture's own logarithmic colour at p + (columns, rows)) + grain * noise(p)
 /// on the scale of log_scale.h.
 struct Restoration {
-    CellGrid<Cell> base; // good in the mask's bounds widened by kMargin; the last value is the distance to
-                         // the mask, in cells
-    float gain = 0;      // of what is finer than a cell; base holds the rest
+    CellGrid<Cell> base; // valid in the mask's bounds widened by kMargin; the weight is the distance to the
+                         // mask, in cells
+    float gain = 0;      // of detail finer than a cell; coarser detail is in `base`
     int columns = 0;     // pixels
     int rows = 0;
     float grain = 0; // standard deviation
 };
 
-/// Puts skin's detail on the membrane. Where the blemish is but a stain its own pores and hairs are still
-/// there: the stain is taken off along its tint, and they stay ("frequency separation" is what retouchers
-/// call its simpler form). Where it has a relief or a mottle of its own, the detail of the nearby patch that
-/// fits best is taken instead; where there is no such patch, even noise of the skin's strength.
+/// Adds skin detail to the membrane. If the blemish is only a stain, its own pores and hairs are still
+/// visible: the stain is subtracted along its tint and the detail is kept (a refinement of what retouchers
+/// call frequency separation). If the blemish has a relief or a texture of its own, the detail of the best
+/// matching patch nearby is copied instead; if there is no such patch, uniform noise as strong as the skin's
+/// is added.
 Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish);
 
 } // namespace complexion::healing

@@ -9,32 +9,32 @@ namespace complexion::healing {
 
 namespace {
 
-// The ring, in radii. It begins inside the disc, whose rim is clean skin in most clicks, and counts less far
-// out.
+// The ring, in radii of the disc. It begins inside the disc, because the rim is clean skin in most clicks.
+// The weight falls from kRingFull outwards.
 constexpr float kRingStart = 0.78F;
 constexpr float kRingEnd = 1.45F;
 constexpr float kRingFull = 1.05F;
 constexpr double kTrustAtEnd = 0.3;
-// In cells: from here on every second place is enough, like a chessboard's fields of one colour, and from
-// there on every second row and column.
+// Radii in cells from which only every second cell is sampled, in a chessboard pattern, and only every second
+// row as well.
 constexpr float kSparseRadius = 8;
 constexpr float kDenseRadius = 12;
 constexpr std::size_t kMinSamples = 12;
 
-constexpr double kMadToDeviation = 1.4826; // of a normal distribution
+constexpr double kMadToDeviation = 1.4826; // for a normal distribution
 constexpr float kMinStartSpread = 0.01F;
 constexpr float kMinSpread = 0.008F;
-/// Tukey's cut-off in deviations, round by round; the first two rounds fit a plane.
+/// Tukey's cut-off in standard deviations for each round; the first kPlaneRounds rounds fit a plane.
 constexpr std::array<double, 7> kCutOffs = {3.5, 3.2, 3.2, 2.8, 2.8, 2.8, 2.8};
 constexpr std::size_t kPlaneRounds = 2;
-/// Pull each term to zero: the more, the less a ring tells of it.
+/// Ridge regularisation of each term: stronger for terms that a ring hardly determines.
 constexpr std::array<double, 6> kRidge = {1e-6, 0.003, 0.003, 0.05, 0.05, 0.3};
 constexpr double kNoCurve = 1e3;
 
-/// What the eye hardly sees counts as variation of the skin, however even the skin is.
+/// Differences that are hardly visible count as variation of the skin, even on perfectly even skin.
 constexpr double kUnseen = 0.012;
-constexpr double kUnseenBlue = 1.5;       // times as much variance: the eye is weak in blue
-constexpr double kCutTailsVariance = 1.3; // makes up for the tails that the weights cut off
+constexpr double kUnseenBlue = 1.5;       // factor for the variance in blue, in which the eye is weak
+constexpr double kCutTailsVariance = 1.3; // compensates for the tails that the weights cut off
 
 } // namespace
 
@@ -66,7 +66,7 @@ CellGrid<Cell> SkinModel::expected(PixelRect where) const {
     CellGrid<Cell> colors(where);
     for (int row = where.y; row < where.bottom(); ++row) {
         const double y = (static_cast<double>(row) - m_centerY) / m_radius;
-        // Along a row the surface is a parabola: constant + slope x + curve x^2.
+        // Along a row the surface is a parabola: constant + slope x + curvature x^2.
         std::array<std::array<double, 3>, 3> along{};
         for (std::size_t c = 0; c < 3; ++c) {
             const Terms& surface = m_surface[c];
@@ -141,7 +141,7 @@ bool SkinModel::fitSurface(const std::vector<Sample>& ring, bool curved) {
     for (std::size_t i = 0; i < kTerms; ++i)
         normal[i][i] += total * (curved || i < 3 ? kRidge[i] : kNoCurve) + 1e-9;
 
-    // Cholesky's decomposition, in place.
+    // Cholesky decomposition, in place.
     for (std::size_t i = 0; i < kTerms; ++i)
         for (std::size_t j = 0; j <= i; ++j) {
             double rest = normal[i][j];

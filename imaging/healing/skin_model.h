@@ -7,20 +7,20 @@
 
 namespace complexion::healing {
 
-/// What the skin at a disc would look like without its blemish, told from the ring around it: a smooth
-/// surface of colour, so that shading is expected and not taken for a blemish, and how the skin varies about
-/// it. Fitted robustly (iteratively reweighted least squares, Beaton and Tukey, Technometrics 16, 1974):
-/// hair, lips, cloth and background in the ring do not count as long as most of it is skin like the rest.
+/// The skin colour expected in a disc without its blemish, estimated from the ring around it: a smooth
+/// quadratic surface, so that shading is not mistaken for a blemish, and the covariance of the skin about
+/// that surface. A robust fit (iteratively reweighted least squares, Beaton and Tukey, Technometrics 16,
+/// 1974): hair, lips, cloth and background in the ring are outliers as long as most of the ring is skin.
 class SkinModel {
 public:
-    /// `smooth` is the window's cells, blurred. Nothing when the ring has too few known cells.
+    /// `smooth` is the blurred window. Nothing if the ring has too few known cells.
     static std::optional<SkinModel> fit(const SkinWindow& window, const CellGrid<Cell>& smooth);
 
-    /// The colours to be expected in a part of the window it was fitted to, all of weight 1.
+    /// The expected colours in a part of the window, all of weight 1.
     CellGrid<Cell> expected(PixelRect where) const;
 
-    /// The inner product in which the skin's own variation has unit length in every direction: a difference
-    /// of brightness counts less than one of hue where the skin varies in brightness (Mahalanobis).
+    /// The inner product of the Mahalanobis distance: the skin's own variation has unit length in every
+    /// direction, so that a difference in brightness counts less than one in hue on unevenly lit skin.
     float product(const LogColor& a, const LogColor& b) const {
         const float red = m_inverse[0] * b[0] + m_inverse[1] * b[1] + m_inverse[2] * b[2];
         const float green = m_inverse[1] * b[0] + m_inverse[3] * b[1] + m_inverse[4] * b[2];
@@ -37,8 +37,8 @@ private:
     struct Sample {
         Terms terms{};
         LogColor color{};
-        LogColor residual{}; // what the surface leaves of it
-        double trust = 0;    // by its place
+        LogColor residual{}; // difference from the surface
+        double trust = 0;    // depends on its distance from the disc
         double weight = 0;
     };
 

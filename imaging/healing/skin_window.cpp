@@ -10,35 +10,36 @@ namespace complexion::healing {
 
 namespace {
 
-constexpr double kReachInRadii = 2.2; // far enough for clean skin beside the largest blemish
+constexpr double kReachInRadii = 2.2; // includes clean skin beside the largest blemish
 constexpr int kMarginInCells = 4;
-constexpr int kCoarseRadius = 10; // cells of a coarse window's disc
-constexpr int kMaxRowsOfCell = 8; // that are read
+constexpr int kCoarseRadius = 10; // of the disc in a coarse window, in cells
+// Rows of pixels that are read for a cell; the others are skipped.
+constexpr int kMaxRowsOfCell = 8;
 constexpr int kMaxRowsOfCoarseCell = 8;
 
-/// Sums over a cell's pixels: of red, green, blue (premultiplied) and alpha, and of the square of what green
-/// differs from the mean of its neighbours in the row by, twice that.
+/// Sums over a cell's pixels: red, green, blue (premultiplied), alpha, and the square of green's second
+/// difference along the row.
 constexpr std::size_t kSums = 5;
-constexpr float kDifferencesOfNoise = 6; // the square's expected value where there is noise of variance 1
+constexpr float kDifferencesOfNoise = 6; // expected value of that square for noise of variance 1
 
 float greenOf(RGBA32 pixel) {
     return static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
 }
 
-/// Such sums for a row of cells: a plane for each, so that several pixels are added at a time. In floats:
-/// they are exact for all cells but those of enormous discs.
+/// The sums of a row of cells, in one plane each so that the loops vectorise. Floats are exact except for
+/// enormous discs.
 class RowSums {
 public:
     RowSums(std::size_t pixels, std::size_t step)
         : m_pixels(pixels), m_step(step), m_columns(kSums * pixels), m_sums(kSums * pixels) {}
 
-    /// Takes rows of pixels.
+    /// Sums rows of pixels.
     void take(const RGBA32* strip, std::size_t rows) {
         std::ranges::fill(m_columns, 0.0F);
         for (std::size_t i = 0; i < rows; ++i)
             addPixels(strip + i * m_pixels, m_pixels, m_columns.data());
         std::ranges::fill(m_sums, 0.0F);
-        // `step` columns, by sums of 1, 2, 4 ... of them.
+        // Sums `step` columns by adding sums of 1, 2, 4 ... columns.
         std::size_t summed = 0;
         for (std::size_t wide = 1; wide <= m_step; wide *= 2) {
             if ((m_step & wide) != 0) {
@@ -89,7 +90,7 @@ private:
     std::size_t m_pixels;
     std::size_t m_step;
     std::vector<float> m_columns;
-    std::vector<float> m_sums; // of `step` pixels from each on
+    std::vector<float> m_sums; // of `step` pixels, beginning at each pixel
 };
 
 Cell cellOf(const std::array<float, kSums>& sum) {
@@ -99,8 +100,7 @@ Cell cellOf(const std::array<float, kSums>& sum) {
     return {logOf(sum[0] * scale), logOf(sum[1] * scale), logOf(sum[2] * scale), 1};
 }
 
-/// The strength of the grain in a cell, to first order on the logarithmic scale; what is translucent has
-/// none.
+/// The variance of the grain in a cell, to first order on the logarithmic scale; 0 for translucent cells.
 float grainOf(const std::array<float, kSums>& sum, float pixels) {
     if (sum[3] != 255 * pixels)
         return 0;
@@ -148,7 +148,7 @@ SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc, Resolution
     window.centerY = window.cellY(disc.row);
     window.radius = static_cast<float>(radius) / static_cast<float>(step);
 
-    // Of large cells a few evenly spread rows are enough.
+    // A few evenly spaced rows are enough for large cells.
     const int maxRows = resolution == Resolution::Coarse ? kMaxRowsOfCoarseCell : kMaxRowsOfCell;
     const int spacing = (step + maxRows - 1) / maxRows;
     const int rowsOfCell = (step + spacing - 1) / spacing;

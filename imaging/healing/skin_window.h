@@ -9,24 +9,24 @@
 
 namespace complexion::healing {
 
-/// The picture around an edit disc as a grid of cells, each the mean of `step` by `step` pixels: a disc of
-/// more than kMaxRadius is looked at with about kReducedRadius cells of radius, so that the cost of
-/// looking hardly grows with it.
+/// The picture around an edit disc, reduced to a grid of cells, each the mean of `step` by `step` pixels. A
+/// disc larger than kMaxRadius is reduced to about kReducedRadius cells of radius, so that the cost hardly
+/// depends on the disc's size.
 struct SkinWindow {
     static constexpr int kMaxRadius = 20;
     static constexpr int kReducedRadius = 16;
 
-    int step = 1;         // pixels of a cell's side
-    PixelRect pixels;     // what the grid covers, in the picture
-    CellGrid<Cell> cells; // weight 0 where the picture is transparent
-    /// How strong the pixels' grain is in each cell: the variance, on the logarithmic scale, of such noise. A
-    /// slope is no grain. Empty when a cell is one pixel.
+    int step = 1;         // the side of a cell, in pixels
+    PixelRect pixels;     // the part of the picture that the grid covers
+    CellGrid<Cell> cells; // weight 0 if transparent
+    /// The variance of the pixels' grain in each cell, on the logarithmic scale; gradients do not count.
+    /// Empty if a cell is one pixel.
     CellGrid<float> grain;
-    float centerX = 0; // of the disc, in cells; whole numbers are the middles of cells
+    float centerX = 0; // of the disc, in cells; whole numbers are the centres of cells
     float centerY = 0;
     float radius = 0; // in cells
 
-    /// How far a cell lies from the disc's centre, in radii.
+    /// The distance of a cell from the disc's centre, in radii.
     float distance(int x, int y) const {
         const float dx = static_cast<float>(x) - centerX;
         const float dy = static_cast<float>(y) - centerY;
@@ -36,17 +36,17 @@ struct SkinWindow {
     /// The cells within `radii` radii of the centre, as a rectangle.
     PixelRect around(float radii) const;
 
-    /// Where the middle of a pixel lies between the middles of cells.
+    /// The position of a pixel's centre, in cells.
     float cellX(std::int64_t column) const;
     float cellY(std::int64_t row) const;
 };
 
 enum class Resolution {
     Full,   // for a repair
-    Coarse, // enough to tell where a blemish is
+    Coarse, // enough to locate a blemish
 };
 
-/// Reads the window of a disc that lies inside `image`. It is cut off at the picture's edges.
+/// Reads the window of a disc that is inside `image`. The window is clipped at the picture's edges.
 SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc,
                           Resolution resolution = Resolution::Full);
 

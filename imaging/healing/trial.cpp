@@ -9,16 +9,17 @@ namespace complexion::healing {
 
 namespace {
 
-// The rim of a disc, in radii: what of the mask is there says that the disc is too small.
+// The rim of a disc, in radii. The mask covers part of it if the disc is too small.
 constexpr float kRimStart = 0.85F;
 constexpr float kRimEnd = 0.98F;
-constexpr float kCentered = 0.35F;    // radii of the disc between its middle and the mask's
-constexpr float kCoveredPlace = 0.5F; // radii of the edit disc
+constexpr float kCentered =
+    0.35F; // maximum distance of the mask's centroid from the centre, in radii of the disc
+constexpr float kCoveredPlace = 0.5F; // radius of the clicked area, in radii of the edit disc
 
-/// The radius of the disc that fits: this many times that of a disc of the mask's area, and some pixels.
+/// The fitting disc's radius: this factor of the mask's radius plus a margin in pixels.
 constexpr float kFittingRadius = 1.25F;
 constexpr float kFittingMargin = 2;
-constexpr float kFittingReach = 0.85F; // of the fitted radius, which the mask may reach to
+constexpr float kFittingReach = 0.85F; // of the fitting radius: maximum reach of the mask
 
 void measure(Trial& trial, const ClickedPlace& clicked) {
     const SkinWindow& window = trial.window;

@@ -7,37 +7,38 @@
 
 namespace complexion::healing {
 
-/// A blemish as one disc shows it, and how well that disc fits it. Lengths are in pixels.
+/// A blemish found with one disc, and how well the disc fits it. Lengths are in pixels.
 struct Trial {
     RepairDisc disc;
     SkinWindow window; // of that disc
     Blemish blemish;
-    float rim = 0;    // share of the disc's rim that the mask covers
-    float radius = 0; // of a disc of the mask's area
-    float reach = 0;  // of the mask from its middle
-    float x = 0;      // the mask's middle in the picture
+    float rim = 0;    // fraction of the disc's rim that the mask covers
+    float radius = 0; // of a disc with the mask's area
+    float reach = 0;  // from the mask's centroid to its farthest cell
+    float x = 0;      // the mask's centroid in the picture
     float y = 0;
     bool isCentered = false;
-    float strength = 0; // of the tint, in deviations of the skin
-    float contrast = 0; // of the tint, squared
-    float covered = 0;  // share of the clicked place that the mask covers
+    float strength = 0; // of the tint, in standard deviations of the skin
+    float contrast = 0; // squared length of the tint
+    float covered = 0;  // fraction of the clicked area that the mask covers
 
     BlemishPlace place() const;
 };
 
-/// The radius of a disc that shows a blemish of that radius and reach with enough skin around it.
+/// The radius of a disc that contains a blemish of that radius and reach and enough skin around it.
 float fittingRadius(float radius, float reach);
 
-/// The share of the rim that a blemish may cover which ends inside the disc.
+/// A blemish that covers at most this fraction of the rim ends inside the disc.
 inline constexpr float kFreeRim = 0.05F;
-/// A tint this strong, in the skin's deviations at the usual threshold, is more than the skin's own spots.
+/// A stronger tint, in standard deviations of the skin at the default threshold, is more than natural
+/// variation.
 inline constexpr float kMinStrength = 4.4F;
 
 inline float square(float value) {
     return value * value;
 }
 
-/// Searches the window of `disc`, which lies inside the picture, for the blemish at the clicked place.
+/// Searches the window of `disc`, which is inside the picture, for the blemish at the edit disc `clicked`.
 std::variant<Trial, Refusal> tryDisc(SkinWindow window, const RepairDisc& disc, const RepairDisc& clicked,
                                      std::int64_t threshold);
 

@@ -7,22 +7,23 @@
 
 namespace complexion::healing {
 
-/// Whose a cell is.
+/// The owner of a cell.
 enum class Claim : unsigned char {
     None,
     Own,
     Foreign,
 };
 
-/// Divides the heights of at least `least` between the one at `own` and those that are `isForeign(x, y)`: two
-/// that touch are parted along the valley between them, by flooding from the tops down (Meyer, "Topographic
-/// distance and watershed lines", 1994). What is connected to neither is nobody's.
+/// Marker-based watershed by flooding from the peaks down (Meyer, "Topographic distance and watershed lines",
+/// 1994): divides the cells of at least `minHeight` between the marker at `own` and the markers for which
+/// `isForeign(x, y)`; touching regions are separated along the valley between them. Cells that are connected
+/// to neither have no owner.
 template <class IsForeign>
-CellMask watershed(const CellGrid<float>& height, PixelPosition own, float least,
+CellMask watershed(const CellGrid<float>& height, PixelPosition own, float minHeight,
                    const IsForeign& isForeign) {
     struct Front {
         float level;
-        int order; // first come, first served, so that the result is defined
+        int order; // first in, first out at equal heights, so that the result is deterministic
         int x;
         int y;
         Claim claim;
@@ -34,7 +35,7 @@ CellMask watershed(const CellGrid<float>& height, PixelPosition own, float least
     CellMask claims(height.rect());
     int order = 0;
     const auto claimCell = [&](int x, int y, Claim claim, float level) {
-        if (claims.at(x, y) || height.at(x, y) < least)
+        if (claims.at(x, y) || height.at(x, y) < minHeight)
             return;
         claims.at(x, y) = static_cast<unsigned char>(claim);
         fronts.push({std::min(level, height.at(x, y)), order++, x, y, claim});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What the file panels list, and that no folder keeps them from answering.
+// The contents of the file panels' lists, and that they stay responsive whatever a folder does.
 #include "tests/app/panel_fixture.h"
 #include "tests/fakes/active_window.h"
 #include "tests/fakes/fake_dialogs.h"
@@ -28,9 +28,9 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
-constexpr auto kMaxReaction = 2s; // under any load; the hang lasts until the test lets go
+constexpr auto kMaxReaction = 2s; // under any load; the hang lasts until the test ends it
 
-/// A file system that does not answer for what is in one folder, until it is let go.
+/// A file system on which calls for one folder hang until the object is destroyed.
 class HangingAccess {
 public:
     explicit HangingAccess(std::filesystem::path folder) : m_state(std::make_shared<State>()) {
@@ -40,7 +40,7 @@ public:
     HangingAccess& operator=(const HangingAccess&) = delete;
     ~HangingAccess() {
         std::unique_lock lock(m_state->mutex);
-        m_state->isLetGo = true;
+        m_state->isReleased = true;
         m_state->changed.notify_all();
         EXPECT_TRUE(m_state->changed.wait_for(lock, 20s, [this] { return m_state->hanging == 0; }));
     }
@@ -68,7 +68,7 @@ private:
         std::filesystem::path folder;
         std::mutex mutex;
         std::condition_variable changed;
-        bool isLetGo = false;
+        bool isReleased = false;
         int hanging = 0;
     };
 
@@ -77,7 +77,7 @@ private:
             return;
         std::unique_lock lock(state.mutex);
         ++state.hanging;
-        state.changed.wait(lock, [&state] { return state.isLetGo; });
+        state.changed.wait(lock, [&state] { return state.isReleased; });
         --state.hanging;
         state.changed.notify_all();
     }
@@ -124,14 +124,14 @@ TEST_F(FilePanels, ListFoldersThenPhotosInTheirNaturalOrder) {
               QStringList({u"inner"_s, u"elsewhere"_s, u"link.jpg"_s, u"10.jpg"_s, u"2.JPG"_s}));
 }
 
-TEST_F(FilePanels, SayThatAFolderHasNoPhotos) {
+TEST_F(FilePanels, ShowThatAFolderHasNoPhotos) {
     OpenFilePanel panel(photos(), path("dead"), dialogs);
     panel.show();
     test::waitUntilListed(panel);
     EXPECT_EQ(messageOf(panel), u"There are no photos here."_s);
 }
 
-TEST_F(FilePanels, SayWhyAFolderCannotBeListed) {
+TEST_F(FilePanels, ShowWhyAFolderCannotBeListed) {
     FileAccess access;
     access.list = [this](const std::filesystem::path& folder, const std::vector<std::string>& extensions,
                          const EntriesFound& found) {
@@ -150,7 +150,7 @@ TEST_F(FilePanels, SayWhyAFolderCannotBeListed) {
     EXPECT_EQ(messageOf(panel), QString());
 }
 
-TEST(FolderListing, GivesTheSystemsReasons) {
+TEST(FolderListing, ReturnsTheSystemsErrors) {
     const TemporaryFolder root;
     const auto none = [](const std::vector<FolderEntry>&) {};
     EXPECT_EQ(listFolder(root.path() / "missing", {}, none), std::errc::no_such_file_or_directory);
@@ -164,7 +164,7 @@ TEST(FolderListing, GivesTheSystemsReasons) {
     EXPECT_EQ(error, std::errc::permission_denied);
 }
 
-TEST_F(FilePanels, AFolderThatHangsIsSaidToBeReadAndLeftForAnother) {
+TEST_F(FilePanels, ShowThatAHangingFolderIsBeingReadAndCanOpenAnother) {
     const HangingAccess file(path("dead"));
     OpenFilePanel panel(photos(), path("dead"), dialogs, nullptr, file.access());
     panel.show();
@@ -179,7 +179,7 @@ TEST_F(FilePanels, AFolderThatHangsIsSaidToBeReadAndLeftForAnother) {
     EXPECT_EQ(panel.chosenPath(), path("good/2.JPG"));
 }
 
-TEST_F(FilePanels, AFolderThatHangsIsLeftForItsParent) {
+TEST_F(FilePanels, CanOpenTheParentOfAHangingFolder) {
     const HangingAccess file(path("dead"));
     OpenFilePanel panel(photos(), path("dead"), dialogs, nullptr, file.access());
     panel.show();
@@ -187,10 +187,10 @@ TEST_F(FilePanels, AFolderThatHangsIsLeftForItsParent) {
     QTest::keyClick(&panel, Qt::Key_Up, Qt::AltModifier);
     test::waitUntilListed(panel);
     EXPECT_EQ(panel.folder(), root.path());
-    EXPECT_EQ(test::namesIn(panel), QStringList({u"dead"_s, u"good"_s})) << "listed without a look into it";
+    EXPECT_EQ(test::namesIn(panel), QStringList({u"dead"_s, u"good"_s})) << "listed without accessing it";
 }
 
-TEST_F(FilePanels, ACancelledPanelIsGoneAtOnceThoughItsFolderHangs) {
+TEST_F(FilePanels, CloseAtOnceWhenCancelledThoughTheFolderHangs) {
     const HangingAccess file(path("dead"));
     const auto start = std::chrono::steady_clock::now();
     {
@@ -201,11 +201,11 @@ TEST_F(FilePanels, ACancelledPanelIsGoneAtOnceThoughItsFolderHangs) {
         EXPECT_FALSE(panel.isVisible());
         EXPECT_EQ(panel.result(), QDialog::Rejected);
     }
-    EXPECT_GE(file.hanging(), 1) << "nobody waited for it";
+    EXPECT_GE(file.hanging(), 1) << "the panel did not wait for it";
     EXPECT_LT(std::chrono::steady_clock::now() - start, kMaxReaction);
 }
 
-TEST_F(FilePanels, APathThatHangsKeepsThePanelAnswering) {
+TEST_F(FilePanels, StayResponsiveWhileAPathHangs) {
     const HangingAccess file(path("dead"));
     OpenFilePanel panel(photos(), path("good"), dialogs, nullptr, file.access());
     panel.show();
@@ -215,13 +215,13 @@ TEST_F(FilePanels, APathThatHangsKeepsThePanelAnswering) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return file.hanging() == 1; }));
     EXPECT_TRUE(panel.isChecking());
     EXPECT_TRUE(panel.isVisible());
-    nameOf(panel).setText(u"10.jpg"_s); // gives the other one up
+    nameOf(panel).setText(u"10.jpg"_s); // cancels the check of the other path
     EXPECT_FALSE(panel.isChecking());
     test::accept(panel);
     EXPECT_EQ(panel.chosenPath(), path("good/10.jpg"));
 }
 
-TEST_F(FilePanels, ASavePanelIsNotHeldUpEither) {
+TEST_F(FilePanels, ForSavingStayResponsiveToo) {
     const HangingAccess file(path("dead"));
     SaveFilePanel panel({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = "new.jpg"}, path("dead"), {},
                         dialogs, nullptr, file.access());
@@ -231,13 +231,13 @@ TEST_F(FilePanels, ASavePanelIsNotHeldUpEither) {
     nameOf(panel).setText(QString::fromStdString(path("good")));
     test::accept(panel);
     EXPECT_EQ(panel.folder(), path("good"));
-    EXPECT_EQ(nameOf(panel).text(), u"new.jpg"_s) << "the proposal is not lost";
+    EXPECT_EQ(nameOf(panel).text(), u"new.jpg"_s) << "the proposed name stays";
     test::accept(panel);
     EXPECT_EQ(panel.chosenPath(), path("good/new.jpg"));
 }
 
-// What comes late from an abandoned folder changes nothing.
-TEST_F(FilePanels, AFolderThatAnswersLateIsIgnored) {
+// Late results from an abandoned folder are ignored.
+TEST_F(FilePanels, IgnoreAFolderThatAnswersLate) {
     auto file = std::make_unique<HangingAccess>(path("dead"));
     writeFile(path("dead/late.jpg"), "a photo");
     OpenFilePanel panel(photos(), path("dead"), dialogs, nullptr, file->access());
@@ -260,7 +260,7 @@ TEST_F(FilePanels, StartInTheNearestFolderThatExists) {
     EXPECT_EQ(test::namesIn(panel).size(), 2);
 }
 
-TEST_F(FilePanels, AreUsedWithTheKeysAlone) {
+TEST_F(FilePanels, CanBeUsedWithTheKeyboardAlone) {
     OpenFilePanel panel(photos(), root.path(), dialogs);
     panel.show();
     test::activate(panel);
@@ -286,8 +286,8 @@ TEST_F(FilePanels, AreUsedWithTheKeysAlone) {
     EXPECT_EQ(panel.chosenPath(), path("good/2.JPG"));
 }
 
-// In the list Return enters a folder: the proposed name is not saved by it.
-TEST_F(FilePanels, ReturnOnAFolderDoesNotSave) {
+// In the list, Return opens a folder and must not save under the proposed name.
+TEST_F(FilePanels, DoNotSaveWhenReturnOpensAFolder) {
     SaveFilePanel panel({.allowedFileTypes = {"jpg"}, .nameFieldStringValue = "new.jpg"}, root.path(), {},
                         dialogs);
     panel.show();
@@ -305,7 +305,7 @@ TEST_F(FilePanels, ReturnOnAFolderDoesNotSave) {
     EXPECT_EQ(nameOf(panel).text(), u"new.jpg"_s);
 }
 
-TEST_F(FilePanels, GoUpByTheListOfAncestorsAndByPlaces) {
+TEST_F(FilePanels, OpenAncestorsAndPlaces) {
     OpenFilePanel panel(photos(), path("good"), dialogs);
     panel.show();
     auto* const ancestors = panel.findChild<QComboBox*>();

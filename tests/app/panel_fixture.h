@@ -11,12 +11,12 @@
 
 namespace complexion::test {
 
-inline constexpr int kPatienceMilliseconds = 20'000;
+inline constexpr int kTimeoutMilliseconds = 20'000;
 
-/// Accepts a panel, and waits until it has looked at the file system.
+/// Accepts a panel and waits until it has checked the path.
 inline void accept(FilePanel& panel) {
     panel.accept();
-    EXPECT_TRUE(QTest::qWaitFor([&panel] { return !panel.isChecking(); }, kPatienceMilliseconds));
+    EXPECT_TRUE(QTest::qWaitFor([&panel] { return !panel.isChecking(); }, kTimeoutMilliseconds));
 }
 
 inline QTreeView& listOf(FilePanel& panel) {
@@ -34,7 +34,7 @@ inline QStringList namesIn(FilePanel& panel) {
 
 inline void waitUntilListed(FilePanel& panel) {
     const auto* const view = panel.findChild<FolderView*>();
-    EXPECT_TRUE(QTest::qWaitFor([view] { return !view->isReading(); }, kPatienceMilliseconds));
+    EXPECT_TRUE(QTest::qWaitFor([view] { return !view->isReading(); }, kTimeoutMilliseconds));
 }
 
 } // namespace complexion::test

@@ -6,34 +6,34 @@
 namespace complexion {
 namespace {
 
-/// Records what the session manager is told.
+/// Records the calls to the session manager.
 struct FakeSessionManager {
     bool mayInteract = true;
-    std::vector<std::string> told;
+    std::vector<std::string> calls;
 
     bool allowsInteraction() {
-        told.emplace_back("interact?");
+        calls.emplace_back("interact?");
         return mayInteract;
     }
-    void release() { told.emplace_back("release"); }
-    void cancel() { told.emplace_back("cancel"); }
+    void release() { calls.emplace_back("release"); }
+    void cancel() { calls.emplace_back("cancel"); }
 };
 
 class SessionEnd : public WindowTest {
 protected:
     std::vector<std::string> answered(bool mayInteract) {
-        FakeSessionManager manager{.mayInteract = mayInteract, .told = {}};
+        FakeSessionManager manager{.mayInteract = mayInteract, .calls = {}};
         answerSessionEnd(manager, *controller);
-        return manager.told;
+        return manager.calls;
     }
 };
 
-TEST_F(SessionEnd, WithoutAPhotoIsNotHeldUp) {
+TEST_F(SessionEnd, IsNotDelayedWithoutAPhoto) {
     EXPECT_EQ(answered(true), (std::vector<std::string>{"interact?", "release"}));
     EXPECT_EQ(answered(false), std::vector<std::string>{"interact?"});
 }
 
-TEST_F(SessionEnd, AsksAndGoesOnAfterYes) {
+TEST_F(SessionEnd, ContinuesAfterYes) {
     open();
     dialogs.expectQuestion(kExitQuestion, kFirstButton);
     EXPECT_EQ(answered(true), (std::vector<std::string>{"interact?", "release"}));
@@ -45,7 +45,7 @@ TEST_F(SessionEnd, IsCancelledByNo) {
     EXPECT_EQ(answered(true), (std::vector<std::string>{"interact?", "release", "cancel"}));
 }
 
-TEST_F(SessionEnd, AsksNothingWhereItMayNot) {
+TEST_F(SessionEnd, DoesNotAskIfInteractionIsForbidden) {
     open();
     EXPECT_EQ(answered(false), std::vector<std::string>{"interact?"});
 }

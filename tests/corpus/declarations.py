@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a saved JPEG file says of data behind its picture that it does not have: entries of the multi-picture index,
-items of a container directory, gain maps, movies. Read by this file's own eyes, not by those of the editor."""
+"""Finds false declarations in a saved JPEG file: entries of the multi-picture index, items of a container directory,
+gain maps and movies that the file does not contain. An independent parser, not the editor's."""
 
 import re
 import struct
 import subprocess
 
-# In an XMP packet, and so text: what promises a part behind the picture.
+# Declarations of attachments in XMP packets, which are text.
 ITEM = re.compile(rb"<Container:Item\b(.*?)/?>", re.DOTALL)
 ATTRIBUTE = rb'%s\s*=\s*["\'](.*?)["\']'
 GAIN_MAP_SIGNS = (rb"hdrgm:Version", rb"urn:iso:std:iso:ts:21496:-1\0")

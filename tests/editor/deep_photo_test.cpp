@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A photo of 16 bits a sample on its way through the editor.
+// A photo with 16 bits a sample is opened, edited and saved.
 #include "imaging/containers/byte_order.h"
 #include "tests/editor/editor_fixture.h"
 #include "tests/fakes/png_files.h"
@@ -11,7 +11,7 @@ namespace {
 
 class DeepPhoto : public EditorTest {
 protected:
-    /// The blemished photo, with a fraction of a level added to every sample.
+    /// The photo with blemishes, with a fraction of an 8-bit level added to every sample.
     std::filesystem::path makeDeepPhoto() {
         std::vector<std::uint8_t> samples;
         for (const std::uint8_t sample : rgbSamples(photo())) {
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(DeepPhoto, ComesBackAsItWasAfterUndo) {
+TEST_F(DeepPhoto, IsSavedUnchangedAfterUndo) {
     const std::filesystem::path path = makeDeepPhoto();
     openThroughPanel(path);
     retouch(0);
@@ -49,7 +49,7 @@ TEST_F(DeepPhoto, ComesBackAsItWasAfterUndo) {
     EXPECT_TRUE(result.values == samplesIn(path).values);
 }
 
-TEST_F(DeepPhoto, ARetouchChangesThePixelsOnTheScreenAlone) {
+TEST_F(DeepPhoto, ARetouchChangesOnlyPixelsThatAlsoChangeOnTheScreen) {
     const std::filesystem::path path = makeDeepPhoto();
     openThroughPanel(path);
     const Image before = shown();

@@ -16,7 +16,7 @@ Image blemished() {
     return Skin{.grain = 4, .radius = 10}.picture();
 }
 
-TEST(Fit, TheRingFitsTheBlemishWhateverItsSizeWas) {
+TEST(Fit, TheRingFitsTheBlemishFromAnyPreviousSize) {
     const Image image = blemished();
     for (const std::int64_t radius : {6, 10, 15, 30, 45}) {
         SCOPED_TRACE(radius);
@@ -27,26 +27,26 @@ TEST(Fit, TheRingFitsTheBlemishWhateverItsSizeWas) {
     }
 }
 
-TEST(Fit, TheRingMovesOntoTheBlemishesMiddle) {
+TEST(Fit, TheRingMovesToTheCentreOfTheBlemish) {
     const auto ring = fitRing(repairOf(17), blemished(), {85, 94});
     ASSERT_TRUE(ring.has_value());
     EXPECT_NEAR(static_cast<double>(ring->middle.row), 80, 1.5);
     EXPECT_NEAR(static_cast<double>(ring->middle.column), 100, 1.5);
 }
 
-TEST(Fit, AFlatColorNeedsMoreSkin) {
+TEST(Fit, TheRingIsLargerForAFlatColor) {
     const Image image = blemished();
     EXPECT_GT(fitRing(repairOf(17, RepairStyle::FlatColor), image, kCenter)->radius,
               fitRing(repairOf(17), image, kCenter)->radius + 3);
 }
 
-TEST(Fit, OnCleanSkinThereIsNoRing) {
+TEST(Fit, ReturnsNoRingOnCleanSkin) {
     const Image image = Skin{}.clean();
     EXPECT_EQ(fitRing(repairOf(12), image, kCenter), std::nullopt);
     EXPECT_EQ(fitNextRing(repairOf(12), image, FittedRing{kCenter, 12, 9}), std::nullopt);
 }
 
-TEST(Fit, TheNextRingIsLargerThanTheSpeckInAFlush) {
+TEST(Fit, TheNextRingEnclosesTheFlushAroundASpeck) {
     const Image image = painted(kSize, [](int row, int column) {
         const double flush = stainAt(row, column, kCenter, 26);
         const double speck = stainAt(row, column, kCenter, 5);
@@ -64,7 +64,7 @@ TEST(Fit, TheNextRingIsLargerThanTheSpeckInAFlush) {
     EXPECT_GT(next->radius, 20);
 }
 
-TEST(Fit, ADiscOverTheBorderHasNoRing) {
+TEST(Fit, ReturnsNoRingForADiscAcrossTheBorder) {
     EXPECT_EQ(fitRing(repairOf(20), blemished(), {3, 3}), std::nullopt);
     EXPECT_EQ(fitRing(repairOf(0), blemished(), kCenter), std::nullopt);
 }

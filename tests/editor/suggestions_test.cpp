@@ -36,13 +36,13 @@ protected:
         disc = new EditDisc(imageView);
         aim = std::make_unique<Aim>(*controller, disc, queues);
         QObject::connect(aim.get(), &Aim::announced, aim.get(),
-                         [this](const QString& text) { told << text; });
+                         [this](const QString& text) { announced << text; });
     }
     void open(const Image& image) {
         openThroughPanel(makePhoto("face.png", image));
         controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
     }
-    void go(int step) {
+    void goTo(int step) {
         aim->goToSuggestion(step);
         queues.runAll();
     }
@@ -54,49 +54,50 @@ protected:
 
     EditDisc* disc = nullptr;
     std::unique_ptr<Aim> aim;
-    QStringList told;
+    QStringList announced;
 };
 
-TEST_F(SuggestionsTest, TheRingGoesFromOneToTheNextAndRoundAndBack) {
+TEST_F(SuggestionsTest, TheRingMovesToTheNextAndPreviousOneAndWrapsAround) {
     open(face());
     for (const PixelPosition place : {kFirst, kSecond, kThird, kFirst}) {
-        go(1);
+        goTo(1);
         expectAt(place);
     }
-    go(-1);
+    goTo(-1);
     expectAt(kThird);
-    go(-1);
+    goTo(-1);
     expectAt(kSecond);
 }
 
 TEST_F(SuggestionsTest, EachIsAnnouncedAndTheEditAreaFitsIt) {
     open(face());
-    go(1);
+    goTo(1);
     const std::int64_t radius = controller->currentRepair().radius;
     EXPECT_GE(radius, 6);
     EXPECT_LE(radius, 12);
-    EXPECT_TRUE(told.contains(QStringLiteral("Suggestion 1 of 3: dark spot, %1 pixels").arg(radius)))
-        << told.join(u'\n').toStdString();
+    EXPECT_TRUE(announced.contains(QStringLiteral("Suggestion 1 of 3: dark spot, %1 pixels").arg(radius)))
+        << announced.join(u'\n').toStdString();
 }
 
-TEST_F(SuggestionsTest, ARepairedOneGoesAndTheRingGoesOn) {
+TEST_F(SuggestionsTest, ARepairedOneIsRemovedAndTheRingMovesToTheNext) {
     open(face());
-    go(1);
+    goTo(1);
     aim->act();
     queues.runAll();
     expectAt(kSecond);
-    EXPECT_TRUE(told.last().startsWith(QStringLiteral("Suggestion 1 of 2"))) << told.last().toStdString();
+    EXPECT_TRUE(announced.last().startsWith(QStringLiteral("Suggestion 1 of 2")))
+        << announced.last().toStdString();
     aim->act();
     queues.runAll();
     aim->act();
     queues.runAll();
-    EXPECT_EQ(QStringLiteral("No blemishes found."), told.last());
+    EXPECT_EQ(QStringLiteral("No blemishes found."), announced.last());
     EXPECT_EQ(3, controller->currenState);
 }
 
-TEST_F(SuggestionsTest, ARepairElsewhereLeavesTheRingThere) {
+TEST_F(SuggestionsTest, TheRingStaysAfterARepairElsewhere) {
     open(face());
-    go(1);
+    goTo(1);
     aim->moveBy(static_cast<int>(kThird.column - aim->place()->column),
                 static_cast<int>(kThird.row - aim->place()->row));
     aim->act();
@@ -104,15 +105,15 @@ TEST_F(SuggestionsTest, ARepairElsewhereLeavesTheRingThere) {
     expectAt(kThird);
 }
 
-TEST_F(SuggestionsTest, APhotoWithoutBlemishesIsToldOf) {
-    go(1);
-    EXPECT_TRUE(told.isEmpty()) << "no photo";
+TEST_F(SuggestionsTest, TheLackOfBlemishesIsAnnounced) {
+    goTo(1);
+    EXPECT_TRUE(announced.isEmpty()) << "no photo";
     open(filled({300, 300}, kSkin));
-    go(1);
-    EXPECT_EQ(QStringLiteral("No blemishes found."), told.last());
+    goTo(1);
+    EXPECT_EQ(QStringLiteral("No blemishes found."), announced.last());
 }
 
-TEST_F(SuggestionsTest, OnlyTheLatestImageIsAnswered) {
+TEST_F(SuggestionsTest, AreReportedOnlyForTheLatestImage) {
     Suggestions suggestions(queues);
     int found = 0;
     QObject::connect(&suggestions, &Suggestions::found, &suggestions, [&found] { ++found; });
@@ -130,7 +131,7 @@ TEST_F(SuggestionsTest, OnlyTheLatestImageIsAnswered) {
     EXPECT_EQ(0U, queues.backgroundCount());
 }
 
-TEST_F(SuggestionsTest, WorkThatOutlivesThemDoesNothing) {
+TEST_F(SuggestionsTest, CanBeDestroyedDuringASearch) {
     auto suggestions = std::make_unique<Suggestions>(queues);
     suggestions->search(face());
     suggestions.reset();

@@ -7,7 +7,7 @@ from PIL import Image, ImageChops
 
 
 def changed_pixels(before, after):
-    """Where two pictures of one size differ, as a list of (x, y, difference of the component that differs most)."""
+    """The differing pixels of two pictures of the same size, as a list of (x, y, maximum difference of a component)."""
     with Image.open(before) as one, Image.open(after) as other:
         one, other = one.convert("RGB"), other.convert("RGB")
     if one.size != other.size:
@@ -20,7 +20,7 @@ def changed_pixels(before, after):
 
 
 def check_only_discs_changed(before, after, places, radius):
-    """Fails unless every change lies in a disc around one of `places`, and every disc has changed."""
+    """Fails unless every change is in a disc around one of `places` and every disc has a change."""
     touched = set()
     for x, y, _ in changed_pixels(before, after):
         inside = [place for place in places if math.dist(place, (x, y)) <= radius]

@@ -8,7 +8,7 @@
 
 namespace complexion {
 
-/// What `work` prints on standard output.
+/// Returns what `work` prints on standard output.
 inline std::string printedBy(const std::function<void()>& work) {
     testing::internal::CaptureStdout();
     work();

@@ -71,13 +71,13 @@ std::string directoryXmp(std::size_t mapLength, std::size_t movieLength) {
                       "</rdf:Seq></Container:Directory></rdf:Description>");
 }
 
-/// One that follows the index's own picture.
+/// A picture that follows the primary one.
 struct Entry {
     std::size_t begin; // in the file
     std::size_t size;
 };
 
-/// The segment of an index whose structure begins at `header` of the file.
+/// The multi-picture index segment whose structure begins at offset `header` in the file.
 std::string indexSegment(bool isBig, std::size_t header, std::size_t pictureSize,
                          const std::vector<Entry>& entries) {
     const auto number = [isBig](std::uint64_t value, int length) {

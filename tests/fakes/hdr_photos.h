@@ -7,17 +7,17 @@
 
 namespace complexion {
 
-/// How a JPEG photo has its gain map.
+/// How a JPEG photo declares its gain map.
 enum class HdrKind {
-    Directory, ///< in a container directory in XMP, by ISO 21496-1, and in a big-endian multi-picture index
-    Auxiliary, ///< as an auxiliary picture in a little-endian multi-picture index, and nowhere else
+    Directory, ///< in an XMP container directory, by ISO 21496-1, and in a big-endian multi-picture index
+    Auxiliary, ///< only as an auxiliary picture in a little-endian multi-picture index
 };
 
 struct HdrPhotoRecipe {
     HdrKind kind = HdrKind::Directory;
     int mapComponents = 1;
     bool hasPreview = false; ///< a further picture in the index
-    bool hasMovie = false;   ///< behind all else
+    bool hasMovie = false;   ///< at the end of the file
     int orientation = 1;
 };
 
@@ -26,7 +26,8 @@ struct HdrPhoto {
     std::string map; ///< its bytes in the file
 };
 
-/// `photo` with a map of a quarter of its width and height, which is a little darker where the photo is.
+/// `photo` with a gain map of a quarter of its width and height that is a little darker where the photo is
+/// dark.
 HdrPhoto hdrPhoto(const Image& photo, const HdrPhotoRecipe& recipe);
 
 } // namespace complexion

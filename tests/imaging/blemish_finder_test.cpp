@@ -8,7 +8,7 @@ namespace {
 
 using Color = std::array<double, 3>;
 
-/// Something painted on a face: a round spot or, when `length` is set, a horizontal line.
+/// A mark painted on a face: a round spot or, if `length` is set, a horizontal line.
 struct Mark {
     PixelPosition middle;
     double radius = 5;
@@ -52,7 +52,7 @@ bool isAt(const SuggestedBlemish& suggestion, PixelPosition place) {
                       static_cast<double>(suggestion.middle.column - place.column)) < 4;
 }
 
-TEST(BlemishFinder, FindsDarkRedAndLightSpotsOfAnySkin) {
+TEST(BlemishFinder, FindsDarkRedAndLightSpotsOnAnySkinTone) {
     for (const Color& color : {kFair, kDeep}) {
         const std::vector<Mark> marks = {
             {{300, 250}, 5, kDark}, {{420, 420}, 5, kRed}, {{500, 300}, 5, kLight}};
@@ -80,26 +80,26 @@ TEST(BlemishFinder, SuggestsTheStrongestFirst) {
     EXPECT_TRUE(isAt(found[2], {300, 250}));
 }
 
-TEST(BlemishFinder, SuggestsNothingOnCleanSkinAndWhereThereIsNoSkin) {
+TEST(BlemishFinder, SuggestsNothingOnCleanSkinOrWithoutSkin) {
     EXPECT_TRUE(suggestedOn(face({})).empty());
     EXPECT_TRUE(suggestedOn(face({{{300, 250}}}, {120, 130, 150})).empty());
     EXPECT_TRUE(suggestedOn(face({{{300, 250}}}, {150, 150, 150})).empty());
 }
 
-TEST(BlemishFinder, LeavesOutWhatLiesOnTheBackground) {
+TEST(BlemishFinder, IgnoresSpotsInTheBackground) {
     const std::vector<SuggestedBlemish> found = suggestedOn(face({{{60, 60}}, {{740, 600}}, {{300, 250}}}));
     ASSERT_EQ(1U, found.size());
     EXPECT_TRUE(isAt(found[0], {300, 250}));
 }
 
-TEST(BlemishFinder, LeavesOutLinesAndFeatures) {
+TEST(BlemishFinder, IgnoresLinesAndFacialFeatures) {
     const Mark hair{{300, 250}, 2, {0.3, 0.3, 0.35}, 60};
     const Mark eye{{300, 440}, 22, {0.2, 0.25, 0.3}, 20};
     const Mark lips{{560, 350}, 25, {0.8, 0.5, 0.55}, 60};
     EXPECT_TRUE(suggestedOn(face({hair, eye, lips})).empty());
 }
 
-TEST(BlemishFinder, LeavesFrecklesAloneAsAGroup) {
+TEST(BlemishFinder, IgnoresGroupsOfFreckles) {
     std::vector<Mark> freckles;
     for (int i = 0; i < 6; ++i)
         for (int j = 0; j < 6; ++j)
@@ -111,15 +111,15 @@ TEST(BlemishFinder, LeavesFrecklesAloneAsAGroup) {
     ASSERT_FALSE(found.empty());
     EXPECT_TRUE(isAt(found[0], {600, 420}));
     EXPECT_LT(found.size(), 8U) << "of 36 freckles";
-    EXPECT_EQ(1U, suggestedOn(face({freckles[0]})).size()) << "one alone is a spot";
+    EXPECT_EQ(1U, suggestedOn(face({freckles[0]})).size()) << "a single one is a spot";
 }
 
-TEST(BlemishFinder, SuggestsTheSameEachTime) {
+TEST(BlemishFinder, IsDeterministic) {
     const Image image = face({{{300, 250}}, {{420, 420}, 5, kRed}, {{500, 300}, 7, kDark}});
     EXPECT_EQ(suggestedOn(image), suggestedOn(image));
 }
 
-TEST(BlemishFinder, AnUpdateSearchesWhatAnEditChangedAgain) {
+TEST(BlemishFinder, AnUpdateRepeatsTheSearchAroundAnEdit) {
     const Mark first{{300, 250}};
     const Mark second{{420, 420}};
     const Image before = face({first, second});
@@ -134,7 +134,7 @@ TEST(BlemishFinder, AnUpdateSearchesWhatAnEditChangedAgain) {
     EXPECT_EQ(suggestedOn(before), finder.suggestions());
 }
 
-TEST(BlemishFinder, PicturesOfAnySizeAreDefined) {
+TEST(BlemishFinder, SupportsPicturesOfAnySize) {
     for (const PixelSize size : {PixelSize{1, 1}, {2, 3}, {1, 900}, {257, 65}, {3000, 7}})
         EXPECT_LE(suggestedOn(painted(size,
                                       [](int row, int column) {

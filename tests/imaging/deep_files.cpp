@@ -37,7 +37,7 @@ std::vector<std::uint8_t> bigEndian(const FileSamples& samples) {
     return bytes;
 }
 
-/// The samples from column `left` and row `top` on, `width` by `height` pixels, of one plane or (-1) of all.
+/// The samples of a rectangle, of one plane or of all (-1); 0 outside the picture.
 std::vector<std::uint16_t> part(const FileSamples& samples, std::uint32_t left, std::uint32_t top,
                                 std::uint32_t width, std::uint32_t height, int plane) {
     std::vector<std::uint16_t> out;

@@ -11,7 +11,7 @@
 
 namespace complexion::test {
 
-/// How a 16-bit file is made.
+/// The format of a 16-bit file.
 struct DeepKind {
     std::string name;
     bool isPng = false;
@@ -30,14 +30,14 @@ struct DeepKind {
     int perPixel() const { return (isGrey ? 1 : 3) + (hasAlpha ? 1 : 0); }
 };
 
-/// Skin of many levels between those of 8 bits, with a dark blemish in its middle, in rows of `perPixel`
-/// samples; all alphas, if the kind has any, beyond the middle.
+/// The samples of skin with levels between those of 8 bits and a dark blemish at the centre. If the kind has
+/// alpha, it takes values from the whole range beside the blemish.
 FileSamples skinSamples(PixelSize size, const DeepKind& kind);
 
-/// The file of such samples.
+/// Writes the samples to a file of this kind.
 Bytes deepFile(const FileSamples& samples, const DeepKind& kind);
 
-/// What the library reads from a TIFF file, nothing converted.
+/// The samples of a TIFF file, unconverted.
 FileSamples samplesOfTiff(const std::filesystem::path& path);
 
 } // namespace complexion::test

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A photo of 16 bits a sample is saved with all of them: what no repair touched comes back as it was.
+// Photos with 16 bits a sample are saved without loss: samples that no repair touched are unchanged.
 #include "imaging/codecs/codec.h"
 #include "imaging/containers/byte_order.h"
 #include "imaging/image_tools.h"
@@ -57,7 +57,7 @@ protected:
         return path;
     }
 
-    /// The samples of what is saved of `image`.
+    /// Saves `image` and returns the samples of the file.
     FileSamples saved(const Image& image, const std::filesystem::path& source) const {
         const bool isPng = source.extension() == ".png";
         const std::filesystem::path path = folder.path() / (isPng ? "saved.png" : "saved.tiff");
@@ -74,12 +74,12 @@ class DeepFiles : public OneDeepFile, public testing::WithParamInterface<DeepKin
 INSTANTIATE_TEST_SUITE_P(Kinds, DeepFiles, testing::ValuesIn(kKinds),
                          [](const auto& test) { return test.param.name; });
 
-Point middleOf(const Image& image) {
+Point centerOf(const Image& image) {
     return {image.size().width / 2, image.size().height / 2};
 }
 
 Image painted(const Image& image) {
-    return *ImageTools::RemovePimpleFromImage(image, middleOf(image), 8, kCustomColor, kPaint, 20);
+    return *ImageTools::RemovePimpleFromImage(image, centerOf(image), 8, kCustomColor, kPaint, 20);
 }
 
 void expectSame(const FileSamples& actual, const FileSamples& expected) {
@@ -89,21 +89,21 @@ void expectSame(const FileSamples& actual, const FileSamples& expected) {
     EXPECT_TRUE(actual.values == expected.values);
 }
 
-TEST_P(DeepFiles, AnUntouchedPhotoComesBackSampleForSample) {
+TEST_P(DeepFiles, AnUneditedPhotoIsSavedWithoutLoss) {
     const FileSamples samples = test::skinSamples(kSize, GetParam());
     const std::filesystem::path source = photo(GetParam(), samples);
     expectSame(saved(openPhoto(source)->image, source), samples);
 }
 
-TEST_P(DeepFiles, OnlyRepairedPixelsDifferAfterANaturalRepair) {
+TEST_P(DeepFiles, ANaturalRepairChangesOnlyRepairedPixels) {
     const FileSamples samples = test::skinSamples(kSize, GetParam());
     const std::filesystem::path source = photo(GetParam(), samples);
     const Image before = openPhoto(source)->image;
-    const Image after = *ImageTools::HealPimpleInImage(before, middleOf(before), 10, 10);
+    const Image after = *ImageTools::HealPimpleInImage(before, centerOf(before), 10, 10);
     const FileSamples result = saved(after, source);
     ASSERT_EQ(result.bits, 16);
     ASSERT_EQ(result.perPixel, samples.perPixel);
-    // The orientation moves what was touched: how much it is stays.
+    // The orientation moves the touched pixels, but their number stays the same.
     int changed = 0;
     int touched = 0;
     for (int row = 0; row < kSize.height; ++row)
@@ -117,17 +117,17 @@ TEST_P(DeepFiles, OnlyRepairedPixelsDifferAfterANaturalRepair) {
             touched += after.pixel(row, column) == before.pixel(row, column) ? 0 : 1;
     EXPECT_GT(touched, 20);
     EXPECT_GE(changed, touched);
-    EXPECT_LE(changed, touched + touched / 4); // changes of less than a level of 8 bits
+    EXPECT_LE(changed, touched + touched / 4); // some change by less than an 8-bit level
 }
 
-TEST_P(DeepFiles, EffectsAreOfEightBits) {
+TEST_P(DeepFiles, AreSavedWith8BitsUnderAnEffect) {
     const FileSamples samples = test::skinSamples(kSize, GetParam());
     const std::filesystem::path source = photo(GetParam(), samples);
     const Image image = openPhoto(source)->image;
     EXPECT_EQ(saved(ImageTools::ApplyEffectOnImage(image, "Chrome"), source).bits, 8);
 }
 
-TEST_P(DeepFiles, StatesAreFilesOfEightBits) {
+TEST_P(DeepFiles, HaveStatesWith8Bits) {
     const std::filesystem::path source = photo(GetParam(), test::skinSamples(kSize, GetParam()));
     const std::filesystem::path path = folder.path() / "state";
     ASSERT_TRUE(ImageTools::SaveImage(openPhoto(source)->image, path, GetParam().isPng ? "png" : "tiff"));
@@ -174,7 +174,7 @@ TEST_F(OneDeepFile, AStripThatIsReadRowByRowIsReadOnce) {
     EXPECT_TRUE(damaged->damage);
 }
 
-TEST_F(OneDeepFile, PaintedPixelsAreThePaintWidened) {
+TEST_F(OneDeepFile, PaintedPixelsHaveThePaintWidenedTo16Bits) {
     const DeepKind kind = {.name = "TiffRgb"};
     const FileSamples samples = test::skinSamples(kSize, kind);
     const std::filesystem::path source = photo(kind, samples);
@@ -195,7 +195,7 @@ TEST_F(OneDeepFile, PaintedPixelsAreThePaintWidened) {
     EXPECT_GT(count, 20);
 }
 
-TEST_F(OneDeepFile, AGreyPhotoThatIsPaintedInColorBecomesRgb) {
+TEST_F(OneDeepFile, AGreyPhotoPaintedInColorBecomesRgb) {
     const DeepKind kind = {.name = "TiffGrey", .isGrey = true};
     const FileSamples samples = test::skinSamples(kSize, kind);
     const std::filesystem::path source = photo(kind, samples);
@@ -216,7 +216,7 @@ TEST_F(OneDeepFile, WhiteIsZeroIsWrittenAsBlackIsZero) {
     expectSame(result, samples);
 }
 
-TEST_F(OneDeepFile, TenSavesOneAfterTheOtherLoseNothing) {
+TEST_F(OneDeepFile, TenSuccessiveSavesAreLossless) {
     const DeepKind kind = {.name = "TiffRgba", .hasAlpha = true, .mode = "wb"};
     const FileSamples samples = test::skinSamples(kSize, kind);
     std::filesystem::path source = photo(kind, samples);
@@ -258,7 +258,7 @@ TEST_F(OneDeepFile, AGreyTiffPhotoOfEightBitsStaysGreyUnlessPaintedInColor) {
         }
 }
 
-TEST_F(OneDeepFile, EightBitsAndPalettesStayEightBits) {
+TEST_F(OneDeepFile, PhotosWith8BitsAndPalettesStayAt8Bits) {
     for (const bool isPng : {true, false}) {
         DeepKind kind = {.name = "Eight", .isPng = isPng};
         FileSamples samples = test::skinSamples(kSize, kind);

@@ -18,7 +18,7 @@ RGBA32 roundedPixel(RGBA64 pixel) {
             premultiplied(roundedTo8(pixel.blue), alpha), alpha};
 }
 
-/// A tile's worth of pixels, `at` of each one's index.
+/// The pixels of a tile: `at` is called with each index.
 std::vector<RGBA64> pixels(const std::function<RGBA64(std::uint32_t)>& at) {
     std::vector<RGBA64> all;
     for (std::uint32_t i = 0; i < kTile.area(); ++i)
@@ -50,12 +50,12 @@ Image deepImage(const std::vector<RGBA64>& deep) {
     return builder.finish();
 }
 
-TEST(DeepPixels, RoundToTheNearestOf8Bits) {
+TEST(DeepPixels, AreRoundedToTheNearest8BitLevel) {
     for (std::uint32_t value = 0; value <= UINT16_MAX; ++value)
         ASSERT_EQ(roundedTo8(value), std::lround(value / 257.0)) << value;
 }
 
-TEST(DeepPixels, OfEveryValueComeBack) {
+TEST(DeepPixels, OfEveryValueAreRestored) {
     for (std::uint32_t first = 0; first <= UINT16_MAX; first += static_cast<std::uint32_t>(kTile.area())) {
         const auto deep = pixels([first](std::uint32_t i) {
             return RGBA64{low(first + i), low(UINT16_MAX - first - i), low((first + i) * 7), UINT16_MAX};
@@ -65,7 +65,7 @@ TEST(DeepPixels, OfEveryValueComeBack) {
     }
 }
 
-TEST(DeepPixels, TakeAByteASampleWhereTheyAreOpaque) {
+TEST(DeepPixels, NeedOneBytePerSampleIfOpaque) {
     const auto area = static_cast<std::size_t>(kTile.area());
     const auto color = pixels([](std::uint32_t i) { return RGBA64{low(i), low(i * 3), 9, UINT16_MAX}; });
     const auto grey = pixels([](std::uint32_t i) { return RGBA64{low(i), low(i), low(i), UINT16_MAX}; });
@@ -76,7 +76,7 @@ TEST(DeepPixels, TakeAByteASampleWhereTheyAreOpaque) {
     EXPECT_TRUE(readBack(*DeepBlock::create(block, glass), block) == glass);
 }
 
-TEST(DeepPixels, OfAPaintedPixelAreItsPaintAndOfOthersStay) {
+TEST(DeepPixels, ChangeOnlyWherePainted) {
     for (const std::uint16_t alpha : {std::uint16_t{UINT16_MAX}, std::uint16_t{30'000}}) {
         const auto deep =
             pixels([alpha](std::uint32_t i) { return RGBA64{low(i * 5), low(i * 3), low(i), alpha}; });
@@ -98,7 +98,7 @@ TEST(DeepPixels, OfAPaintedPixelAreItsPaintAndOfOthersStay) {
     }
 }
 
-TEST(DeepPixels, StayWithAnImageOfAnotherSizeInPoints) {
+TEST(DeepPixels, AreKeptWhenTheSizeInPointsChanges) {
     const auto deep = pixels([](std::uint32_t i) { return RGBA64{low(i), 1, 2, UINT16_MAX}; });
     const Image image = deepImage(deep);
     EXPECT_EQ(image.withSize({10, 10}).deepAlpha(), DeepAlpha::Straight);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The gain map of a photo of high dynamic range is saved with it, and repaired where the photo was.
+// The gain map of an HDR photo is saved with it, and repaired where the photo was.
 #include "imaging/gain_map.h"
 
 #include "imaging/containers/byte_order.h"
@@ -34,7 +34,7 @@ protected:
         image = openPhoto(source)->image;
     }
 
-    /// The point, in the upright picture, of the photo's blemish.
+    /// The photo's blemish as a point in the upright picture.
     Point spot() const {
         return GetParam().orientation == 1
                    ? Point{kSpot.column + 0.5, kSize.height - kSpot.row - 0.5}
@@ -68,7 +68,7 @@ const jpeg::Attachment* findMap(const std::vector<jpeg::Attachment>& all) {
     return found == all.end() ? nullptr : &*found;
 }
 
-/// That all the file says of what is behind its picture is so.
+/// Expects that the file's declarations of its attachments are true.
 void expectTrueDeclarations(const std::string& file, bool hasMap) {
     const ByteView bytes = bytesOf(file);
     const std::vector<jpeg::Attachment> all = jpeg::attachments(bytes);
@@ -101,13 +101,13 @@ TEST_P(GainMap, IsFoundInThePhoto) {
     EXPECT_EQ(all.size(), 1U + (GetParam().hasPreview ? 1 : 0) + (GetParam().hasMovie ? 1 : 0));
 }
 
-TEST_P(GainMap, IsKeptByteForByteWhereNothingIsRetouched) {
+TEST_P(GainMap, IsKeptByteForByteIfNothingIsRetouched) {
     const std::string file = saved(image);
     expectTrueDeclarations(file, true);
     EXPECT_TRUE(file.ends_with(photo.map));
 }
 
-TEST_P(GainMap, IsRepairedWhereThePhotoIsAndStaysElsewhere) {
+TEST_P(GainMap, IsRepairedOnlyWhereThePhotoIs) {
     const std::string file = saved(retouched());
     expectTrueDeclarations(file, true);
     const std::vector<jpeg::Attachment> all = jpeg::attachments(bytesOf(file));
@@ -131,12 +131,12 @@ TEST_P(GainMap, IsRepairedWhereThePhotoIsAndStaysElsewhere) {
             }
 }
 
-TEST_P(GainMap, AndAllThatTellsOfItGoesUnderAnEffect) {
+TEST_P(GainMap, IsDroppedWithItsDeclarationsUnderAnEffect) {
     const std::string file = saved(ImageTools::ApplyEffectOnImage(image, "Noir"));
     expectTrueDeclarations(file, false);
 }
 
-TEST_P(GainMap, IsNotPromisedByFilesOfOtherFormats) {
+TEST_P(GainMap, IsNotDeclaredInOtherFormats) {
     const std::filesystem::path path = folder.path() / "saved.png";
     ASSERT_TRUE(savePhoto(image, path, "png", source));
     EXPECT_FALSE(contains(contentsOf(path), "hdrgm:Version="));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A repair's image, changed pixels and outcome come from one run of it.
+// A repair returns its image, changed pixels and outcome together.
 #include "imaging/repairs.h"
 
 #include "imaging/image_tools.h"
@@ -21,7 +21,7 @@ Result<Repaired> natural(const Image& image, PixelPosition position = kCenter) {
     return repairNaturally(image, at(image, position), kRadius, kThreshold);
 }
 
-TEST(Repairs, HaveTheImageAndTheChangedPixels) {
+TEST(Repairs, ReturnTheImageAndTheChangedPixels) {
     const Image spot = withPixels(filled(kSize, kSkin), {kCenter}, kBlemish);
     const Result<Repaired> painted = flat(spot, kCenter);
     ASSERT_TRUE(painted);
@@ -37,7 +37,7 @@ TEST(Repairs, HaveTheImageAndTheChangedPixels) {
     EXPECT_EQ(healedSkin->repainted, changedPixels(skin, healedSkin->image));
 }
 
-TEST(Repairs, SayWhyTheyChangeNothing) {
+TEST(Repairs, ReturnWhyTheyChangeNothing) {
     const auto expectRefused = [](const Image& image, const Result<Repaired>& result, RepairOutcome outcome) {
         ASSERT_TRUE(result);
         EXPECT_EQ(result->outcome, outcome);
@@ -57,7 +57,7 @@ TEST(Repairs, SayWhyTheyChangeNothing) {
     expectRefused(clean, natural(clean, {5, 100}), RepairOutcome::TooCloseToBorder);
 }
 
-TEST(Repairs, PaintingAColourThatIsThereIsNoRepair) {
+TEST(Repairs, PaintingTheSameColourAgainChangesNothing) {
     const Image spot = withPixels(filled(kSize, kSkin), {kCenter}, RGBA32(255, 0, 0, 255));
     const Result<Repaired> result = flat(spot, kCenter, kCustomColor, {1, 0, 0});
     ASSERT_TRUE(result);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a save of a photo will not keep is told when the photo is opened.
+// Opening a photo reports what saving it will lose.
 #include "imaging/metadata/saving_losses.h"
 
 #include "imaging/codecs/codec.h"
@@ -47,14 +47,14 @@ TEST(SavingLosses, AreNoneForAPlainPhotoOfAnyFormat) {
         EXPECT_EQ(lossesOf(bytesIn(encodedAs(*codec, noise(kSize)))), Losses()) << codec->name;
 }
 
-TEST(SavingLosses, AreNoneWhereSixteenBitsAreKept) {
+TEST(SavingLosses, AreNoneIfSixteenBitsAreKept) {
     for (const bool isPng : {true, false}) {
         const DeepKind kind = {.name = "", .isPng = isPng, .hasAlpha = true};
         EXPECT_EQ(lossesOf(deepFile(test::skinSamples(kSize, kind), kind)), Losses());
     }
 }
 
-TEST(SavingLosses, TellOfSixteenBitsThatAreConverted) {
+TEST(SavingLosses, IncludeSixteenBitsThatAreConverted) {
     Bytes profile = greyProfile();
     const std::vector<std::uint8_t> samples(std::size_t{2} * 16 * 8);
     PngRecipe recipe{.size = kSize, .colorType = PNG_COLOR_TYPE_GRAY, .depth = 16};
@@ -64,7 +64,7 @@ TEST(SavingLosses, TellOfSixteenBitsThatAreConverted) {
     EXPECT_EQ(lossesOf(pngFile(recipe, samples)), (Losses{{Kind::Depth, 16}}));
 }
 
-TEST(SavingLosses, TellOfBitsThatNoTileHasPlaceFor) {
+TEST(SavingLosses, IncludeMoreThanSixteenBits) {
     TiffWriter writer;
     writer.begin(kSize, 1, 32, PHOTOMETRIC_MINISBLACK);
     const std::vector<std::uint32_t> samples(16 * 8);
@@ -72,7 +72,7 @@ TEST(SavingLosses, TellOfBitsThatNoTileHasPlaceFor) {
     EXPECT_EQ(lossesOf(writer.finish()), (Losses{{Kind::Depth, 32}}));
 }
 
-TEST(SavingLosses, CountThePagesOfATiffFileWithoutItsSmallCopies) {
+TEST(SavingLosses, CountThePagesOfATiffFileWithoutReducedImages) {
     const Bytes samples(std::size_t{3} * 16 * 8);
     TiffWriter writer;
     for (const unsigned kind : {0U, unsigned{FILETYPE_REDUCEDIMAGE}, 0U, unsigned{FILETYPE_PAGE}}) {
@@ -84,7 +84,7 @@ TEST(SavingLosses, CountThePagesOfATiffFileWithoutItsSmallCopies) {
     EXPECT_EQ(lossesOf(writer.finish()), (Losses{{Kind::Pages, 3}}));
 }
 
-TEST(SavingLosses, TellOfInks) {
+TEST(SavingLosses, IncludeCmyk) {
     const JpegRecipe recipe{.size = kSize, .components = 4, .samples = JCS_CMYK};
     EXPECT_EQ(lossesOf(jpegFile(recipe, std::vector<std::uint8_t>(std::size_t{4} * 16 * 8))),
               (Losses{{Kind::Cmyk}}));
@@ -107,7 +107,7 @@ TEST(SavingLosses, CountTheFramesOfAnimations) {
     EXPECT_EQ(lossesOf(bytesIn(twice)).size(), 1U);
 }
 
-TEST(SavingLosses, TellOfTheMovieBehindAPhoto) {
+TEST(SavingLosses, IncludeTheMovieOfAMotionPhoto) {
     const std::string photo = encodedAs(kJpegCodec, noise(kSize));
     const std::string movie = bigNumber(24, 4) + "ftypmp42" + std::string(100, 'm');
     EXPECT_EQ(lossesOf(bytesIn(photo + movie)), (Losses{{Kind::Movie}}));

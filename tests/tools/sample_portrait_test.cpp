@@ -9,7 +9,7 @@ namespace complexion {
 
 namespace {
 
-/// The mean grey of the ring of pixels between two distances from a place.
+/// The mean grey of the pixels between two distances from a position.
 double greyAround(const QImage& image, double x, double y, double nearest, double farthest) {
     double sum = 0;
     int count = 0;
@@ -43,8 +43,8 @@ TEST(SamplePortrait, HasADozenBlemishesDarkAndLightOfSeveralSizes) {
     EXPECT_GE(largest, 2 * smallest);
 }
 
-// One test: painting takes seconds, and each test is a program of its own.
-TEST(SamplePortrait, IsTheSameEveryTimeWithBlemishesThatStandOutFromTheSkinAroundThem) {
+// One test, because painting takes seconds and each test is a separate process.
+TEST(SamplePortrait, IsDeterministicAndItsBlemishesContrastWithTheSkin) {
     const SamplePortrait portrait = paintSamplePortrait();
     EXPECT_EQ(paintSamplePortrait().image, portrait.image);
     EXPECT_EQ(portrait.blemishes.size(), samplePortraitBlemishes().size());

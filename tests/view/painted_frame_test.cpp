@@ -15,18 +15,18 @@
 namespace complexion {
 namespace {
 
-/// Counts the pixels that it leaves as they are.
+/// Counts pixels without changing them.
 class CountingTransform : public PixelTransform {
 public:
     void apply(std::span<RGBA32> pixels) const override { m_count += std::ssize(pixels); }
     /// Since the last call.
-    std::int64_t taken() const { return m_count.exchange(0); }
+    std::int64_t takeCount() const { return m_count.exchange(0); }
 
 private:
     mutable std::atomic<std::int64_t> m_count = 0;
 };
 
-/// A screen and the kept frame that is painted on it.
+/// A screen and the cached frame that is painted on it.
 class PaintedFrameTest : public testing::Test {
 protected:
     static QTransform placed(double scale, QPointF offset) {
@@ -49,7 +49,7 @@ protected:
         return screen;
     }
 
-    /// The same from scratch.
+    /// The same without a cache.
     QImage fresh(const Image& image, const QTransform& toPainter) const {
         QImage screen = blankScreen();
         QPainter painter(&screen);
@@ -64,22 +64,22 @@ protected:
         return largest;
     }
 
-    /// The largest difference of a pixel of `one` from the most similar pixel of `other` within `reach`. The
-    /// border of that width is left out: a pixel like it may be beyond the edge.
+    /// The largest difference of a pixel of `one` from the most similar pixel of `other` within `reach`.
+    /// Ignores a border of that width, whose similar pixels may be beyond the edge.
     static int largestDifference(const QImage& one, const QImage& other, int reach = 0) {
         int largest = 0;
         for (int y = reach; y < one.height() - reach; ++y)
             for (int x = reach; x < one.width() - reach; ++x) {
-                int least = 255;
+                int smallest = 255;
                 for (int row = y - reach; row <= y + reach; ++row)
                     for (int column = x - reach; column <= x + reach; ++column)
-                        least = std::min(least, difference(one.pixel(x, y), other.pixel(column, row)));
-                largest = std::max(largest, least);
+                        smallest = std::min(smallest, difference(one.pixel(x, y), other.pixel(column, row)));
+                largest = std::max(largest, smallest);
             }
         return largest;
     }
 
-    /// A picture without hard edges, of which each part differs from its neighbours.
+    /// A smooth pattern in which every part differs from its neighbours.
     static RGBA32 wave(int row, int column) {
         return {static_cast<std::uint8_t>(128 + 100 * std::sin(row * 0.11)),
                 static_cast<std::uint8_t>(128 + 100 * std::sin(column * 0.07)),
@@ -92,7 +92,7 @@ protected:
     double ratio = 1;
 };
 
-TEST_F(PaintedFrameTest, APannedPictureLooksLikeOneFromScratch) {
+TEST_F(PaintedFrameTest, APannedPictureEqualsOnePaintedWithoutACache) {
     const Image image = waves({900, 700});
     for (const double scale : {0.21, 0.5, 0.83, 1.0, 1.7, 4.6})
         for (const double screenRatio : {1.0, 1.5, 2.0}) {
@@ -112,28 +112,28 @@ TEST_F(PaintedFrameTest, APannedPictureLooksLikeOneFromScratch) {
         }
 }
 
-TEST_F(PaintedFrameTest, APanPaintsTheStripThatComesIntoView) {
+TEST_F(PaintedFrameTest, APanPaintsOnlyTheNewlyVisibleStrip) {
     const auto counter = std::make_shared<CountingTransform>();
     const Image image = waves({900, 700}).transformed(counter);
     kept(image, placed(0.7, {-50, -50}));
-    EXPECT_GE(counter->taken(), 300 * 200);
+    EXPECT_GE(counter->takeCount(), 300 * 200);
     kept(image, placed(0.7, {-57, -45}));
     const std::int64_t strips = 7 * 200 + 5 * 300;
-    EXPECT_GT(counter->taken(), strips / 2);
+    EXPECT_GT(counter->takeCount(), strips / 2);
     kept(image, placed(0.7, {-57, -45}));
-    EXPECT_EQ(counter->taken(), 0) << "a rest";
+    EXPECT_EQ(counter->takeCount(), 0) << "no movement";
     kept(image, placed(0.7, {-50, -50}));
-    EXPECT_LE(counter->taken(), strips) << "the way back";
+    EXPECT_LE(counter->takeCount(), strips) << "the way back";
 }
 
-TEST_F(PaintedFrameTest, AMoveByPartOfAPixelPaintsAll) {
+TEST_F(PaintedFrameTest, AMoveByAFractionOfAPixelPaintsEverything) {
     const Image image = waves({900, 700});
     kept(image, placed(0.7, {-50, -50}));
     const QTransform moved = placed(0.7, {-50.4, -50});
     EXPECT_LE(largestDifference(kept(image, moved), fresh(image, moved)), 1);
 }
 
-TEST_F(PaintedFrameTest, OnlyWhatChangedIsPaintedAgain) {
+TEST_F(PaintedFrameTest, AnEditPaintsOnlyTheChangedPixels) {
     const auto counter = std::make_shared<CountingTransform>();
     const Image before = waves({900, 700});
     const Image after = painted({900, 700}, [](int row, int column) {
@@ -144,15 +144,15 @@ TEST_F(PaintedFrameTest, OnlyWhatChangedIsPaintedAgain) {
         frame.clear();
         const QTransform toPainter = placed(scale, {-10, -20});
         kept(before.transformed(counter), toPainter);
-        counter->taken();
+        counter->takeCount();
         frame.invalidate({200, 150, 20, 20});
         const QImage shown = kept(after.transformed(counter), toPainter);
         EXPECT_LE(largestDifference(shown, fresh(after, toPainter)), 2) << scale;
-        EXPECT_LE(counter->taken(), 60 * 60) << scale;
+        EXPECT_LE(counter->takeCount(), 60 * 60) << scale;
     }
 }
 
-TEST_F(PaintedFrameTest, AChangeOutsideTheViewShowsWhenItComesIntoView) {
+TEST_F(PaintedFrameTest, AnEditOutsideTheViewIsPaintedWhenItBecomesVisible) {
     const Image before = filled({900, 700}, grey(40));
     const Image after = filled({900, 700}, grey(90));
     kept(before, placed(1, {0, 0}));
@@ -161,15 +161,15 @@ TEST_F(PaintedFrameTest, AChangeOutsideTheViewShowsWhenItComesIntoView) {
     EXPECT_EQ(largestDifference(kept(after, moved), fresh(after, moved)), 0);
 }
 
-TEST_F(PaintedFrameTest, ALargerViewKeepsWhatItShowed) {
+TEST_F(PaintedFrameTest, AViewThatGrowsKeepsItsPixels) {
     const auto counter = std::make_shared<CountingTransform>();
     const Image image = waves({900, 700}).transformed(counter);
     kept(image, placed(0.7, {-57, -45}));
-    counter->taken();
+    counter->takeCount();
     screenSize = {330, 220};
     const QTransform toPainter = placed(0.7, {-57, -45});
     const QImage shown = kept(image, toPainter);
-    EXPECT_LE(counter->taken(), 330 * 220 - 300 * 200);
+    EXPECT_LE(counter->takeCount(), 330 * 220 - 300 * 200);
     EXPECT_LE(largestDifference(shown, fresh(image, toPainter)), 2);
 }
 
@@ -178,11 +178,11 @@ TEST_F(PaintedFrameTest, TransparentPixelsStayTransparentAfterAPan) {
         return (row / 20 + column / 20) % 2 == 0 ? RGBA32(0, 0, 0, 0) : RGBA32(100, 50, 20, 100);
     });
     kept(image, placed(0.9, {0, 0}));
-    const QTransform moved = placed(0.9, {-300, -200}); // the stored pixels are all used again
+    const QTransform moved = placed(0.9, {-300, -200}); // every stored pixel is reused
     EXPECT_LE(largestDifference(kept(image, moved), fresh(image, moved)), 1);
 }
 
-TEST_F(PaintedFrameTest, ABackgroundShowsThroughAndBesideThePicture) {
+TEST_F(PaintedFrameTest, TheBackgroundIsVisibleThroughAndBesideThePicture) {
     frame = PaintedFrame(QColor(10, 20, 30));
     const Image image = filled({100, 80}, RGBA32(100, 50, 20, 100));
     for (const QPointF offset : {QPointF(20, 10), QPointF(-40, 90)}) {
@@ -196,7 +196,7 @@ TEST_F(PaintedFrameTest, ABackgroundShowsThroughAndBesideThePicture) {
     }
 }
 
-/// Zooming in a view that takes longer to paint than a screen shows a frame.
+/// Zooming in a view that takes longer to paint than one frame of the display.
 class LargeView : public PaintedFrameTest {
 protected:
     LargeView() { screenSize = {1600, 1000}; }
@@ -212,11 +212,11 @@ protected:
     const QTransform larger = placed(0.75, {-200, -125});
 };
 
-TEST_F(LargeView, AZoomInShowsTheKeptPixelsScaledAndThenTheNewOnes) {
+TEST_F(LargeView, ZoomingInShowsScaledPixelsUntilTheNewOnesArePainted) {
     EXPECT_LE(largestDifference(kept(image, fitted), fresh(image, fitted)), 1);
-    counter->taken();
+    counter->takeCount();
     const QImage scaled = kept(image, larger);
-    EXPECT_EQ(counter->taken(), 0) << "nothing is painted at once";
+    EXPECT_EQ(counter->takeCount(), 0) << "nothing is painted immediately";
     EXPECT_TRUE(frame.isProvisional());
     EXPECT_LE(largestDifference(scaled, fresh(image, larger)), 70) << "no hole, no shift";
     refineAll(image);
@@ -224,11 +224,11 @@ TEST_F(LargeView, AZoomInShowsTheKeptPixelsScaledAndThenTheNewOnes) {
     EXPECT_LE(largestDifference(kept(image, larger), fresh(image, larger)), 1);
 }
 
-TEST_F(LargeView, AZoomOutPaintsOnlyWhatWasNotInView) {
+TEST_F(LargeView, ZoomingOutPaintsOnlyWhatWasNotVisible) {
     kept(image, larger);
-    counter->taken();
+    counter->takeCount();
     const QImage scaled = kept(image, fitted);
-    EXPECT_GT(counter->taken(), 0);
+    EXPECT_GT(counter->takeCount(), 0);
     EXPECT_LE(largestDifference(scaled, fresh(image, fitted)), 70);
     refineAll(image);
     EXPECT_LE(largestDifference(kept(image, fitted), fresh(image, fitted)), 1);
@@ -242,7 +242,7 @@ TEST_F(LargeView, RefiningBeginsNearThePointer) {
     EXPECT_FALSE(first.contains(QPoint(100, 900)));
 }
 
-TEST_F(LargeView, AnEditDuringAZoomIsSeenAtOnce) {
+TEST_F(LargeView, AnEditDuringAZoomIsVisibleAtOnce) {
     kept(filled({2400, 1600}, grey(10)), fitted);
     kept(filled({2400, 1600}, grey(10)), larger);
     const Image after = filled({2400, 1600}, grey(200));
