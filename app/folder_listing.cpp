@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/folder_listing.h"
+#include "imaging/base/lower_case.h"
 
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <memory>
 #include <optional>
@@ -17,9 +17,7 @@ namespace complexion {
 namespace {
 
 bool hasExtension(const std::string& name, const std::vector<std::string>& extensions) {
-    std::string extension = std::filesystem::path(name).extension();
-    std::ranges::transform(extension, extension.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const std::string extension = lowerCase(std::filesystem::path(name).extension());
     return !extension.empty() && std::ranges::count(extensions, extension.substr(1)) > 0;
 }
 

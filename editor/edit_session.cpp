@@ -2,10 +2,10 @@
 #include "editor/edit_session.h"
 
 #include "imaging/base/fatal.h"
+#include "imaging/base/lower_case.h"
 #include "imaging/image_tools.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 namespace complexion {
@@ -97,10 +97,7 @@ std::int64_t EditSession::changeCount() const {
 }
 
 std::string EditSession::stateFormat() const {
-    std::string format = m_formatByContent.empty() ? extension : m_formatByContent;
-    std::ranges::transform(format, format.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return format;
+    return lowerCase(m_formatByContent.empty() ? extension : m_formatByContent);
 }
 
 void EditSession::setSettings(const EditSettings& settings) {

@@ -2,6 +2,7 @@
 #include "view/custom_image_view.h"
 
 #include "imaging/base/fatal.h"
+#include "imaging/base/lower_case.h"
 #include "imaging/image_tools.h"
 #include "imaging/screen_colors.h"
 #include "view/accessible_photo.h"
@@ -18,7 +19,6 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 
 namespace complexion {
@@ -200,10 +200,7 @@ void CustomImageView::dropEvent(QDropEvent* event) {
 }
 
 bool CustomImageView::isAcceptedType(const std::string& extension) const {
-    std::string lower = extension;
-    std::ranges::transform(lower, lower.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return std::ranges::find(m_acceptedTypes, lower) != m_acceptedTypes.end();
+    return std::ranges::find(m_acceptedTypes, lowerCase(extension)) != m_acceptedTypes.end();
 }
 
 bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {

@@ -20,7 +20,7 @@ bool repairCase(const CsvRow& row, const std::filesystem::path& cases, const std
     const std::optional<Image> image = ImageTools::DecodeImage(cases / "in" / file);
     if (!image)
         return false;
-    const Point point{std::stod(row.at("x")) + 0.5, image->size().height - std::stod(row.at("y")) - 0.5};
+    const Point point = centreOf({std::stoll(row.at("y")), std::stoll(row.at("x"))}, image->size());
     const std::int64_t radius = std::stoll(row.at("R"));
     const auto flat =
         ImageTools::RemovePimpleFromImage(*image, point, radius, kAutodetectColor, {}, kDefaultThreshold);

@@ -7,6 +7,7 @@
 // FOLDER/opened.rgba (8 bits each, premultiplied), and their profile to FOLDER/opened.icc.
 #include "app/connections.h"
 #include "app/look.h"
+#include "imaging/base/lower_case.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/image_tools.h"
 #include "tests/fakes/fake_platform.h"
@@ -172,11 +173,6 @@ private:
     template <class Value>
     void report(const std::string& name, const Value& value) {
         m_report << name << ' ' << value << std::endl;
-    }
-
-    static std::string lowerCase(std::string text) {
-        std::ranges::transform(text, text.begin(), [](unsigned char c) { return std::tolower(c); });
-        return text;
     }
 
     bool open(const std::filesystem::path& path, const std::string& what) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/aim.h"
 
-#include "tests/editor/editor_fixture.h"
+#include "tests/editor/aim_fixture.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -12,14 +12,10 @@
 namespace complexion {
 namespace {
 
-class AimTest : public EditorTest {
+class AimTest : public AimFixture {
 protected:
     void SetUp() override {
-        EditorTest::SetUp();
-        disc = new EditDisc(imageView);
-        aim = std::make_unique<Aim>(*controller, disc, queues);
-        QObject::connect(aim.get(), &Aim::announced, aim.get(),
-                         [this](const QString& text) { announcements << text; });
+        AimFixture::SetUp();
         QObject::connect(aim.get(), &Aim::picked, aim.get(), [this](const QColor& color) { picked = color; });
     }
 
@@ -42,9 +38,6 @@ protected:
         restUntil([this] { return imageView->isShowingReplacement(); });
     }
 
-    EditDisc* disc = nullptr;
-    std::unique_ptr<Aim> aim;
-    QStringList announcements;
     QColor picked;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/lower_case.h"
 #include "tests/editor/editor_fixture.h"
 #include "tests/editor/editor_model.h"
 
@@ -47,8 +48,7 @@ protected:
 
     /// The path of the next state image.
     std::filesystem::path nextPath() const {
-        std::string extension = model.source.extension();
-        std::ranges::transform(extension, extension.begin(), [](unsigned char c) { return std::tolower(c); });
+        const std::string extension = lowerCase(model.source.extension());
         return platform.states() /
                ("stateImage" + std::to_string(static_cast<std::int64_t>(platform.wallClock * 1000)) +
                 extension);

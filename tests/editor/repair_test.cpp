@@ -8,12 +8,8 @@ namespace complexion {
 namespace {
 
 constexpr PixelSize kSize{80, 60};
+constexpr PointSize kPoints{80, 60};
 constexpr PixelPosition kSpot{20, 30};
-
-Point centreOf(PixelPosition position) {
-    return {static_cast<double>(position.column) + 0.5,
-            static_cast<double>(kSize.height) - static_cast<double>(position.row) - 0.5};
-}
 
 Repair usual() {
     return {.radius = 10, .colorType = kAutodetectColor, .customColor = {}, .threshold = 10};
@@ -30,11 +26,11 @@ TEST(Repair, TakesItsValuesFromTheSettings) {
 }
 
 TEST(Repair, ReportsTheRepaintedPixels) {
-    const Result<Repaired> result = usual().applyTo(face(), centreOf(kSpot));
+    const Result<Repaired> result = usual().applyTo(face(), centreOf(kSpot, kPoints));
     ASSERT_TRUE(result);
     EXPECT_EQ(result->outcome, RepairOutcome::Repaired);
     EXPECT_TRUE(samePixels(result->image, filled(kSize, kSkin)));
-    const PimplePixels found = ImageTools::FindPimplePixels(centreOf(kSpot), face(), 10, 10);
+    const PimplePixels found = ImageTools::FindPimplePixels(centreOf(kSpot, kPoints), face(), 10, 10);
     EXPECT_EQ(result->repainted.count(), std::ssize(found.repair));
     for (const PixelPosition place : found.repair)
         EXPECT_TRUE(result->repainted.has(static_cast<int>(place.row), static_cast<int>(place.column)));
@@ -42,37 +38,38 @@ TEST(Repair, ReportsTheRepaintedPixels) {
 
 TEST(Repair, ReportsADiscThatReachesOverTheBorder) {
     const Image image = face();
-    const Result<Repaired> result = usual().applyTo(image, centreOf({5, 30}));
+    const Result<Repaired> result = usual().applyTo(image, centreOf({5, 30}, kPoints));
     EXPECT_EQ(result->outcome, RepairOutcome::TooCloseToBorder);
     EXPECT_TRUE(result->image.isSameObject(image));
     EXPECT_EQ(usual().applyTo(image, {-300, 4000})->outcome, RepairOutcome::TooCloseToBorder);
 }
 
 TEST(Repair, ReportsSkinWithNothingToRepair) {
-    const Result<Repaired> result = usual().applyTo(face(), centreOf({40, 60}));
+    const Result<Repaired> result = usual().applyTo(face(), centreOf({40, 60}, kPoints));
     EXPECT_EQ(result->outcome, RepairOutcome::NothingToRepair);
     EXPECT_EQ(result->repainted, PixelMask{});
 }
 
 TEST(Repair, ReportsADiscThatIsNotUniform) {
     const Image edge = painted(kSize, [](int, int column) { return column < 40 ? grey(60) : grey(60 + 71); });
-    EXPECT_EQ(usual().applyTo(edge, centreOf({30, 40}))->outcome, RepairOutcome::NotUniform);
+    EXPECT_EQ(usual().applyTo(edge, centreOf({30, 40}, kPoints))->outcome, RepairOutcome::NotUniform);
 }
 
 TEST(Repair, CallsTheNaturalRepairIfChosen) {
     Repair natural = usual();
     natural.style = RepairStyle::Natural;
-    const Result<Repaired> result = natural.applyTo(face(), centreOf(kSpot));
+    const Result<Repaired> result = natural.applyTo(face(), centreOf(kSpot, kPoints));
     ASSERT_TRUE(result);
     EXPECT_EQ(result->outcome, RepairOutcome::Repaired);
-    const std::optional<Image> healed = ImageTools::HealPimpleInImage(face(), centreOf(kSpot), 10, 10);
+    const std::optional<Image> healed =
+        ImageTools::HealPimpleInImage(face(), centreOf(kSpot, kPoints), 10, 10);
     ASSERT_TRUE(healed.has_value());
     EXPECT_TRUE(samePixels(result->image, *healed));
 }
 
 TEST(Repair, PaintsTheCustomColorUnconverted) {
     const Repair repair{.radius = 10, .colorType = kCustomColor, .customColor = {1, 0, 0}, .threshold = 10};
-    const Result<Repaired> result = repair.applyTo(face(), centreOf(kSpot));
+    const Result<Repaired> result = repair.applyTo(face(), centreOf(kSpot, kPoints));
     ASSERT_TRUE(result);
     EXPECT_EQ(result->image.pixel(20, 30), RGBA32(255, 0, 0, 255));
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/suggestions.h"
 
-#include "editor/aim.h"
-#include "tests/editor/editor_fixture.h"
+#include "tests/editor/aim_fixture.h"
 #include "tests/imaging/natural_repair_skin.h"
 
 namespace complexion {
@@ -29,15 +28,8 @@ Image face() {
     });
 }
 
-class SuggestionsTest : public EditorTest {
+class SuggestionsTest : public AimFixture {
 protected:
-    void SetUp() override {
-        EditorTest::SetUp();
-        disc = new EditDisc(imageView);
-        aim = std::make_unique<Aim>(*controller, disc, queues);
-        QObject::connect(aim.get(), &Aim::announced, aim.get(),
-                         [this](const QString& text) { announced << text; });
-    }
     void open(const Image& image) {
         openThroughPanel(makePhoto("face.png", image));
         controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
@@ -51,10 +43,6 @@ protected:
         EXPECT_NEAR(static_cast<double>(place.row), static_cast<double>(aim->place()->row), 2);
         EXPECT_NEAR(static_cast<double>(place.column), static_cast<double>(aim->place()->column), 2);
     }
-
-    EditDisc* disc = nullptr;
-    std::unique_ptr<Aim> aim;
-    QStringList announced;
 };
 
 TEST_F(SuggestionsTest, TheRingMovesToTheNextAndPreviousOneAndWrapsAround) {
@@ -75,8 +63,8 @@ TEST_F(SuggestionsTest, EachIsAnnouncedAndTheEditAreaFitsIt) {
     const std::int64_t radius = controller->currentRepair().radius;
     EXPECT_GE(radius, 6);
     EXPECT_LE(radius, 12);
-    EXPECT_TRUE(announced.contains(QStringLiteral("Suggestion 1 of 3: dark spot, %1 pixels").arg(radius)))
-        << announced.join(u'\n').toStdString();
+    EXPECT_TRUE(announcements.contains(QStringLiteral("Suggestion 1 of 3: dark spot, %1 pixels").arg(radius)))
+        << announcements.join(u'\n').toStdString();
 }
 
 TEST_F(SuggestionsTest, ARepairedOneIsRemovedAndTheRingMovesToTheNext) {
@@ -85,13 +73,13 @@ TEST_F(SuggestionsTest, ARepairedOneIsRemovedAndTheRingMovesToTheNext) {
     aim->act();
     queues.runAll();
     expectAt(kSecond);
-    EXPECT_TRUE(announced.last().startsWith(QStringLiteral("Suggestion 1 of 2")))
-        << announced.last().toStdString();
+    EXPECT_TRUE(announcements.last().startsWith(QStringLiteral("Suggestion 1 of 2")))
+        << announcements.last().toStdString();
     aim->act();
     queues.runAll();
     aim->act();
     queues.runAll();
-    EXPECT_EQ(QStringLiteral("No blemishes found."), announced.last());
+    EXPECT_EQ(QStringLiteral("No blemishes found."), announcements.last());
     EXPECT_EQ(3, controller->currenState);
 }
 
@@ -107,10 +95,10 @@ TEST_F(SuggestionsTest, TheRingStaysAfterARepairElsewhere) {
 
 TEST_F(SuggestionsTest, TheLackOfBlemishesIsAnnounced) {
     goTo(1);
-    EXPECT_TRUE(announced.isEmpty()) << "no photo";
+    EXPECT_TRUE(announcements.isEmpty()) << "no photo";
     open(filled({300, 300}, kSkin));
     goTo(1);
-    EXPECT_EQ(QStringLiteral("No blemishes found."), announced.last());
+    EXPECT_EQ(QStringLiteral("No blemishes found."), announcements.last());
 }
 
 TEST_F(SuggestionsTest, AreReportedOnlyForTheLatestImage) {

@@ -2,6 +2,7 @@
 
 // Writes the seed files for fuzzing, in one folder per format: pictures encoded here with and without
 // metadata, the tests' hostile files, and the small files in COMPLEXION_TEST_PHOTOS.
+#include "imaging/base/lower_case.h"
 #include "imaging/base/screen_tables.h"
 #include "imaging/reading/picture_answer.h"
 #include "imaging/reading/transcoding_answer.h"
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdlib>
 #include <iostream>
 
@@ -47,10 +47,7 @@ private:
     /// For the target reader_answer.
     std::filesystem::path answers() const { return m_folder / "answer"; }
     std::filesystem::path folderOf(const Codec& codec) const {
-        std::string name(codec.name);
-        std::ranges::transform(name, name.begin(),
-                               [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        return m_folder / name;
+        return m_folder / lowerCase(std::string(codec.name));
     }
 
     std::filesystem::path m_folder;

@@ -126,7 +126,7 @@ TEST(BlemishFinder, AnUpdateRepeatsTheSearchAroundAnEdit) {
     BlemishFinder finder(before);
     ASSERT_EQ(2U, finder.suggestions().size());
     const Image repaired =
-        ImageTools::HealPimpleInImage(before, at(before, first.middle), 12, kThreshold).value();
+        ImageTools::HealPimpleInImage(before, centreOf(first.middle, before.size()), 12, kThreshold).value();
     finder.update(repaired, before.difference(repaired));
     ASSERT_EQ(1U, finder.suggestions().size());
     EXPECT_TRUE(isAt(finder.suggestions()[0], second.middle));

@@ -16,15 +16,10 @@ namespace {
 
 constexpr RgbColor kRed = {1, 0, 0};
 
-/// The centre of a pixel of an image with one point per pixel, from the bottom left.
-Point at(const Image& image, std::int64_t row, std::int64_t column) {
-    return {static_cast<double>(column) + 0.5, image.size().height - static_cast<double>(row) - 0.5};
-}
-
 Image repaired(const Image& image, std::int64_t row, std::int64_t column, std::int64_t radius,
                std::int64_t threshold, std::int64_t colorType = 1, RgbColor color = kRed) {
-    return ImageTools::RemovePimpleFromImage(image, at(image, row, column), radius, colorType, color,
-                                             threshold)
+    return ImageTools::RemovePimpleFromImage(image, centreOf({row, column}, image.size()), radius, colorType,
+                                             color, threshold)
         .value();
 }
 
@@ -74,7 +69,7 @@ TEST(RemovePimple, DoesNotChangeTheInputImage) {
 
 TEST(RemovePimple, ChangesNoPixelOutsideTheRepairList) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180);
-    const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 30, 30), image, 10, 20);
+    const PimplePixels pixels = ImageTools::FindPimplePixels(centreOf({30, 30}, image.size()), image, 10, 20);
     const Image result = repaired(image, 30, 30, 10, 20, kCustomColor);
     for (int row = 0; row < 60; ++row)
         for (int column = 0; column < 60; ++column) {
@@ -88,7 +83,8 @@ TEST(RemovePimple, ADiscOverTheBorderReturnsTheInputItselfSilently) {
     const Image image = spotted({60, 50}, {25, 30}, 4, 40, 180);
     testing::internal::CaptureStdout();
     for (const auto& [row, column] : {std::pair{9, 30}, {25, 9}, {41, 30}, {25, 51}}) {
-        const auto result = ImageTools::RemovePimpleFromImage(image, at(image, row, column), 10, 1, kRed, 10);
+        const auto result =
+            ImageTools::RemovePimpleFromImage(image, centreOf({row, column}, image.size()), 10, 1, kRed, 10);
         EXPECT_TRUE(result->isSameObject(image)) << row << "," << column;
     }
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -108,20 +104,22 @@ TEST(RemovePimple, RimSamplesBeyondTheEdgeReadTheNearestPixel) {
         const Image right = painted({60, 50}, [&](int row, int column) {
             return grey(row == 25 && column == 59 ? 100 + difference : (row == 25 && column == 50 ? 0 : 100));
         });
-        EXPECT_EQ(ImageTools::FindPimplePixels(at(right, 25, 50), right, 10, 10).repair.empty(),
-                  difference == 71);
+        EXPECT_EQ(
+            ImageTools::FindPimplePixels(centreOf({25, 50}, right.size()), right, 10, 10).repair.empty(),
+            difference == 71);
         const Image bottom = painted({60, 50}, [&](int row, int column) {
             return grey(row == 49 && column == 30 ? 100 + difference : (row == 40 && column == 30 ? 0 : 100));
         });
-        EXPECT_EQ(ImageTools::FindPimplePixels(at(bottom, 40, 30), bottom, 10, 10).repair.empty(),
-                  difference == 71);
+        EXPECT_EQ(
+            ImageTools::FindPimplePixels(centreOf({40, 30}, bottom.size()), bottom, 10, 10).repair.empty(),
+            difference == 71);
     }
 }
 
 TEST(RemovePimple, ADiscOfRadiusOneIsTheCentrePixel) {
     const Image image =
         painted({9, 9}, [](int row, int column) { return grey(row == 4 && column == 4 ? 40 : 180); });
-    const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 4, 4), image, 1, 10);
+    const PimplePixels pixels = ImageTools::FindPimplePixels(centreOf({4, 4}, image.size()), image, 1, 10);
     // The pixel equals the disc's mean, so it does not exceed the threshold.
     EXPECT_TRUE(pixels.repair.empty());
     EXPECT_EQ(pixels.sample, (std::vector<PixelPosition>{{4, 4}}));
@@ -142,7 +140,8 @@ TEST(RemovePimple, OppositeRimSamplesMayDifferByAtMost70Levels) {
             const bool spot = (row - 30) * (row - 30) + (column - 30) * (column - 30) < 9;
             return grey(spot ? 20 : (row == 20 && column == 30 ? 100 + difference : 100));
         });
-        const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 30, 30), image, 10, 10);
+        const PimplePixels pixels =
+            ImageTools::FindPimplePixels(centreOf({30, 30}, image.size()), image, 10, 10);
         EXPECT_EQ(pixels.repair.empty(), difference == 71);
         EXPECT_EQ(pixels.sample.empty(), difference == 71);
     }
@@ -159,7 +158,7 @@ TEST(RemovePimple, AnUnevenDiscIsUnchangedButANewImage) {
 
 TEST(RemovePimple, EachPixelOfTheDiscIsInExactlyOneListInScanOrder) {
     const Image image = spotted({60, 60}, {30, 30}, 4, 40, 180);
-    const PimplePixels pixels = ImageTools::FindPimplePixels(at(image, 30, 30), image, 5, 20);
+    const PimplePixels pixels = ImageTools::FindPimplePixels(centreOf({30, 30}, image.size()), image, 5, 20);
     std::vector<PixelPosition> all = pixels.repair;
     all.insert(all.end(), pixels.sample.begin(), pixels.sample.end());
     const auto byScan = [](PixelPosition a, PixelPosition b) {

@@ -15,7 +15,7 @@ using healing::Restoration;
 using healing::SkinWindow;
 
 SkinWindow windowOf(const Image& image, PixelPosition place, std::int64_t radius) {
-    return healing::readSkinWindow(image, RepairDisc::at(at(image, place), image, radius));
+    return healing::readSkinWindow(image, RepairDisc::at(centreOf(place, image.size()), image, radius));
 }
 
 Restoration restorationOf(const Image& image, PixelPosition place, std::int64_t radius) {

@@ -8,7 +8,7 @@ using Located = std::variant<BlemishPlace, BlemishRefusal>;
 
 Located located(const Image& image, PixelPosition position, std::int64_t radius,
                 std::int64_t threshold = kThreshold) {
-    return ImageTools::LocateBlemish(image, at(image, position), radius, threshold);
+    return ImageTools::LocateBlemish(image, centreOf(position, image.size()), radius, threshold);
 }
 
 TEST(NaturalRepairExtent, ADiscSmallerThanTheBlemishRepairsAllOfIt) {

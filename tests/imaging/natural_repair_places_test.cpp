@@ -20,7 +20,7 @@ TEST(NaturalRepair, ADiscOverTheBorderReturnsTheSameImageAsTheFlatRepairDoes) {
                                       {145, 185},
                                       {146, 186}}) {
         SCOPED_TRACE(testing::Message() << place.row << ", " << place.column);
-        const Point point = at(image, place);
+        const Point point = centreOf(place, image.size());
         const auto flat =
             ImageTools::RemovePimpleFromImage(image, point, radius, kAutodetectColor, {}, kThreshold);
         const auto natural = ImageTools::HealPimpleInImage(image, point, radius, kThreshold);

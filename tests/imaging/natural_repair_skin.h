@@ -17,15 +17,9 @@ inline constexpr PixelPosition kCenter{80, 100};
 inline constexpr std::int64_t kRadius = 20;
 inline constexpr std::int64_t kThreshold = 10;
 
-/// The centre of a pixel as a point, in an image of one point per pixel.
-inline Point at(const Image& image, PixelPosition position) {
-    return {static_cast<double>(position.column) + 0.5,
-            image.size().height - static_cast<double>(position.row) - 0.5};
-}
-
 inline Image healed(const Image& image, PixelPosition position = kCenter, std::int64_t radius = kRadius,
                     std::int64_t threshold = kThreshold) {
-    return ImageTools::HealPimpleInImage(image, at(image, position), radius, threshold).value();
+    return ImageTools::HealPimpleInImage(image, centreOf(position, image.size()), radius, threshold).value();
 }
 
 inline std::uint8_t byteOf(double value) {

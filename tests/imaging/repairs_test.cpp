@@ -14,11 +14,11 @@ constexpr std::int64_t kDisc = 10;
 
 Result<Repaired> flat(const Image& image, PixelPosition position, std::int64_t colorType = kAutodetectColor,
                       RgbColor color = {}) {
-    return repairInFlatColor(image, at(image, position), kDisc, colorType, color, kThreshold);
+    return repairInFlatColor(image, centreOf(position, image.size()), kDisc, colorType, color, kThreshold);
 }
 
 Result<Repaired> natural(const Image& image, PixelPosition position = kCenter) {
-    return repairNaturally(image, at(image, position), kRadius, kThreshold);
+    return repairNaturally(image, centreOf(position, image.size()), kRadius, kThreshold);
 }
 
 TEST(Repairs, ReturnTheImageAndTheChangedPixels) {
@@ -77,7 +77,7 @@ TEST(Repairs, LackOfMemoryIsAnError) {
     printedBy([] {
         const Image image = filled(kSize, kSkin);
         const Result<Repaired> result =
-            repairWith(image, at(image, kCenter), kDisc,
+            repairWith(image, centreOf(kCenter, image.size()), kDisc,
                        [](const RepairDisc&, PixelBuffer&) -> RepairOutcome { throw std::bad_alloc(); });
         ASSERT_FALSE(result);
         EXPECT_EQ(result.error().kind, ErrorKind::OutOfMemory);
