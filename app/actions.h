@@ -47,7 +47,7 @@ public:
     QAction* about;
 
     /// Enables the commands that are possible, and names undo and redo after their steps. The tooltips of the
-    /// others say why they are not.
+    /// others explain why they are disabled.
     void showState(const WindowState& state);
 };
 

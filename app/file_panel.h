@@ -57,7 +57,7 @@ protected:
 private:
     void open(const std::filesystem::path& folder);
     void openParent();
-    void take(const FolderEntry& entry);
+    void activate(const FolderEntry& entry);
     void finishChecking();
     void showAncestors();
     void addPlace(const QString& title, const std::filesystem::path& folder);

@@ -19,7 +19,7 @@ bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b) 
     return std::filesystem::equivalent(a, b, notTheSame);
 }
 
-/// What a name lacks to have one of the extensions.
+/// The suffix that gives a name one of the extensions; empty if it has one.
 QString missingExtension(const QString& name, const std::vector<std::string>& extensions) {
     if (extensions.empty())
         return {};

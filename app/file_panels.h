@@ -33,7 +33,7 @@ class SaveFilePanel : public FilePanel {
 public:
     /// What the panel protects.
     struct Guarded {
-        /// The photo that is being retouched: the question whether to replace it says so.
+        /// The photo that is being retouched. The question whether to replace it mentions that.
         std::filesystem::path source;
         /// A folder that is deleted when the program ends: nothing is saved in it. Empty for none.
         std::filesystem::path privateFolder;

@@ -6,7 +6,7 @@
 namespace complexion {
 
 /// Asks the user before the desktop session ends, if the session manager allows interaction; "No" cancels the
-/// session's end. `Manager` is QSessionManager, of which only Qt makes objects, or a test's.
+/// session's end. `Manager` is QSessionManager, which only Qt can construct, or a fake.
 template <class Manager>
 void answerSessionEnd(Manager& manager, ViewController& controller) {
     const bool mayAsk = manager.allowsInteraction();

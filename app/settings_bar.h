@@ -58,8 +58,8 @@ private:
     QWidget* makeColorGroup();
     QWidget* makeEffectGroup();
 
-    /// Enables the colour controls that the selected repair uses. The tooltips of the others say why they are
-    /// disabled.
+    /// Enables the colour controls that the selected repair uses. The tooltips of the others explain
+    /// why they are disabled.
     void updateColorControls();
     int widthOfOneRow() const;
     void setColumns(int columns);

@@ -10,19 +10,19 @@ namespace complexion {
 
 namespace {
 
-/// What a repair's disc must be: so many times the radius of a disc of the blemish's area, and so many times
-/// the distance of the blemish's farthest pixel.
+/// The minimum radius of a repair's disc, as factors of two measures of the blemish: the radius of a disc of
+/// its area, and the distance of its farthest pixel from the centre.
 struct Needs {
     double size = 0;
     double reach = 0;
 };
 
-/// The natural repair needs to know where the blemish is. The flat one takes its colour from the skin in the
-/// disc, and repairs nothing beyond it.
+/// The natural repair needs only the position of the blemish. The flat one takes its colour from the skin in
+/// the disc and repairs nothing outside it.
 constexpr Needs kNatural{.size = 1.1, .reach = 0.8};
 constexpr Needs kFlat{.size = 1.6, .reach = 1.1};
 constexpr double kMargin = 1; // pixels
-/// Times the blemish's radius. One blemish, seen in a larger disc, is measured up to a third larger.
+/// In radii of the blemish. The measured radius of one blemish varies by up to a third with the disc.
 constexpr double kClearlyLarger = 1.5;
 
 std::optional<FittedRing> ringFor(const Repair& repair, const Image& image, PixelPosition place,

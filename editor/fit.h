@@ -7,11 +7,11 @@
 
 namespace complexion {
 
-/// The edit disc that a blemish needs. Lengths are in pixels.
+/// The edit disc that fits a blemish. Lengths are in pixels.
 struct FittedRing {
     PixelPosition middle;     // of the blemish
     std::int64_t radius = 0;  // of the disc, for the repair's style
-    double blemishRadius = 0; // of a disc that covers the blemish
+    double blemishRadius = 0; // of a disc with the blemish's area
     bool operator==(const FittedRing&) const = default;
 };
 
@@ -19,7 +19,7 @@ struct FittedRing {
 /// most two milliseconds.
 std::optional<FittedRing> fitRing(const Repair& repair, const Image& image, PixelPosition place);
 
-/// The disc for what is at the place of `ring` and clearly larger than its blemish.
+/// The disc for the next larger structure at the position of `ring`, clearly larger than its blemish.
 std::optional<FittedRing> fitNextRing(const Repair& repair, const Image& image, const FittedRing& ring);
 
 } // namespace complexion

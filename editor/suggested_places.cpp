@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Going through the suggested blemishes.
+// Moves the disc through the suggested blemishes.
 #include "editor/aim.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace complexion {
 namespace {
 
 constexpr double kSuggestionMargin = 120; // points kept visible around a suggestion
-constexpr double kFittingRadius = 1.3;    // of the suggestion's radius, for the disc that is fitted
+constexpr double kFittingRadius = 1.3;    // radius of the disc for fitting, in radii of the suggestion
 
 /// One sentence for assistive technology and the caption.
 QString nameOf(SpotKind kind) {
@@ -61,7 +61,7 @@ void Aim::showSuggestion() {
     else if (!m_suggestedPlace)
         m_suggestion = step > 0 ? 0 : count - 1;
     else if (step < 0)
-        --m_suggestion; // the one shown has gone, and those after it have moved up
+        --m_suggestion; // the one shown was removed, and the following ones moved up
     m_suggestion = (m_suggestion % count + count) % count;
     const SuggestedBlemish& suggestion = (*suggestions)[static_cast<std::size_t>(m_suggestion)];
     m_suggestedPlace = suggestion.middle;

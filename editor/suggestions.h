@@ -19,15 +19,14 @@ public:
     /// `queues` must outlive all work submitted to it.
     explicit Suggestions(Queues& queues, QObject* parent = nullptr);
 
-    /// Searches `image`, unless it is the one searched last; an earlier search that has not ended is followed
-    /// by this one.
+    /// Searches `image`, unless it was searched last. If a search is running, this one follows it.
     void search(const Image& image);
 
-    /// The blemishes on `image`, the most conspicuous first; null until it has been searched.
+    /// The blemishes on `image` in descending order of score; null until it has been searched.
     const std::vector<SuggestedBlemish>* on(const Image& image) const;
 
 Q_SIGNALS:
-    /// A search has ended, and no other is to follow.
+    /// A search has ended, and no other one is pending.
     void found();
 
 private:

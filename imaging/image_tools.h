@@ -66,9 +66,9 @@ public:
     static std::variant<BlemishPlace, BlemishRefusal>
     LocateBlemish(const Image& image, Point point, std::int64_t radius, std::int64_t threshold);
 
-    /// The blemish that a disc of `radius` pixels around `point` is meant for, however well the disc fits it,
-    /// by the search of HealPimpleInImage; or why there is none. What covers no more than a circle of radius
-    /// `largerThan` is passed over.
+    /// The blemish under a disc of `radius` pixels around `point`, even if the disc does not fit it, found by
+    /// the search of HealPimpleInImage; or why there is none. Skips regions no larger than a circle of radius
+    /// `largerThan`.
     static std::variant<BlemishPlace, BlemishRefusal> FitBlemish(const Image& image, Point point,
                                                                  std::int64_t radius, std::int64_t threshold,
                                                                  double largerThan = 0);

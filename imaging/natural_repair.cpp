@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The natural repair: finds what is not skin, spans the skin's colour across it as a membrane, and adds the
-// skin's detail. healing/ describes each step, with its sources.
+// The natural repair: finds the blemish, interpolates the skin's colour across it as a membrane, and adds
+// skin detail. The headers in healing/ describe each step and its sources.
 #include "imaging/base/fatal.h"
 #include "imaging/healing/blemish_fit.h"
 #include "imaging/healing/extent.h"

@@ -35,7 +35,7 @@ Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::
     return written;
 }
 
-/// What follows the picture in a file that is saved as `format`.
+/// The attachments to append if the image is saved as `format`.
 jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, const Result<Bytes>& photo) {
     const bool areJpeg =
         photo && codecForContent(*photo) == &kJpegCodec && codecForExtension(format) == &kJpegCodec;

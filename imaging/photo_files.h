@@ -25,7 +25,7 @@ struct OpenedPhoto {
     std::string_view extension = {};
     /// Why parts of the picture are missing, if the file is truncated or damaged; nothing for a complete one.
     std::optional<Error> damage = {};
-    /// What of the photo a result that is saved of it will not have.
+    /// The parts of the photo that saving will lose.
     std::vector<SavingLoss> losses = {};
 };
 
@@ -34,8 +34,8 @@ struct OpenedPhoto {
 Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress = {});
 
 /// SaveImage of the upright `image`, turned for storage with the CarriedOrientation of the photo at `source`,
-/// followed on success by ChangeImageExif with that photo. No other program sees the file without its
-/// metadata, and nobody can read it who cannot read the photo. Returns SaveImage's result; false too if
+/// followed on success by ChangeImageExif with that photo. The file never exists without its
+/// metadata, and is readable only by users who can read the photo. Returns SaveImage's result; false too if
 /// memory for the metadata runs out.
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
                const std::filesystem::path& source);

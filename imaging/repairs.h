@@ -16,8 +16,8 @@ enum class RepairOutcome {
     Repaired,
     NothingToRepair,  // no pixel of the disc differs by more than the threshold
     NotUniform,       // the skin varies too much across the disc
-    ExtendsOutside,   // what differs is part of something larger that extends beyond the disc
-    FillsDisc,        // what differs leaves too little skin in the disc
+    ExtendsOutside,   // the region is part of something larger that extends beyond the disc
+    FillsDisc,        // the region leaves too little skin in the disc
     NoSkin,           // there is no skin nearby to match
     TooCloseToBorder, // the disc extends over the photo's edge
 };

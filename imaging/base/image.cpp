@@ -334,7 +334,8 @@ void ImageBuilder::begin(PartBand& part, std::size_t band) const {
                              static_cast<std::size_t>(part.blocks.front().size.height));
 }
 
-/// As soon as a band is complete: deep rows take twice the memory of what they become, and equal tiles none.
+/// Makes the band as soon as it is complete, which saves memory: deep rows need twice that of the finished
+/// band, and equal tiles are shared.
 void ImageBuilder::finish(PartBand& part) {
     part.whole = m_maker->make(std::exchange(part.blocks, {}), std::exchange(part.deepRows, {}));
 }

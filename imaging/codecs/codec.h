@@ -15,7 +15,7 @@
 
 namespace complexion {
 
-/// What the encoding of a saved result takes over from the photo that it was made of.
+/// The parameters that encoding a saved result takes from the original photo.
 struct ResultForm {
     /// How the pixels are turned for storage.
     Orientation orientation = Orientation::TopLeft;

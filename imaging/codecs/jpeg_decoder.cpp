@@ -110,7 +110,7 @@ Result<StoredPicture> decodePicture(Decompressor& decompressor, ByteView file) {
     if (!size)
         return size.error();
     if (!decompressor.hasKnownColors())
-        return Error{"JPEG: the components stand for no known colours"};
+        return Error{"JPEG: the colour space of the components is unknown"};
     if (decompressor.scanData().size() <= 2)
         return Error{"JPEG: the file ends before the picture"};
     const exif::Basics exif = decompressor.exif();

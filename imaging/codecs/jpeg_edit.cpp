@@ -246,7 +246,8 @@ PixelRect Edit::regionOf(PixelRect square) const {
     return pixelsOf(top * layout.mcusAcross + left).united(pixelsOf(bottom * layout.mcusAcross + right));
 }
 
-/// Whether what made the last update fail is in this image as it was: fitting it again would end the same.
+/// Whether the MCU that made the last update fail is unchanged in this image, so that fitting would fail
+/// again.
 bool Edit::isStillRefused(const Image& upright) {
     if (!m_refusal)
         return false;

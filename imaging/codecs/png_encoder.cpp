@@ -41,13 +41,13 @@ void appendProfile(Bytes& file, ByteView icc) {
     appendChunk(file, "iCCP", data);
 }
 
-/// What the samples are, as the header says it.
+/// The sample format in the IHDR chunk.
 struct SampleKind {
     std::uint8_t bits = 8;
     bool isGrey = false;
     bool hasAlpha = false;
 
-    std::uint8_t colorType() const { // clause 11.2.1: bits of colour and of alpha
+    std::uint8_t colorType() const { // ISO/IEC 15948 clause 11.2.2: flags for colour and alpha
         return static_cast<std::uint8_t>((isGrey ? 0 : 2) | (hasAlpha ? 4 : 0));
     }
 };

@@ -103,7 +103,7 @@ Bytes greySamples(const EncodedBand& band) {
 
 using Strips = std::vector<std::shared_ptr<const Bytes>>;
 
-/// What the directory says of the strips.
+/// The properties of the strips in the directory.
 struct OutputPage {
     StripCoding coding;
     bool isGrey = false;

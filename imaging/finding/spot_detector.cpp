@@ -88,8 +88,8 @@ private:
     std::vector<float> m_values;
 };
 
-/// Blurs what is `inset` inside of `in`. What is defined of `out` is smaller by the kernel's reach: `inset`
-/// grows by it.
+/// Blurs the part of `in` that is `inset` from its border. The valid part of `out` is smaller by the kernel's
+/// reach, which is added to `inset`.
 void blur(Buffer& in, Buffer& scratch, Buffer& out, const Kernel& kernel, int& inset) {
     const int reach = static_cast<int>(kernel.size()) - 1;
     const int left = inset + reach;

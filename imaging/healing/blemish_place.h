@@ -16,8 +16,8 @@ struct BlemishPlace {
 /// Why the natural repair finds no blemish at a click.
 enum class BlemishRefusal {
     NothingDiffers,   // nothing near the click differs enough from the surrounding skin
-    ComesFromOutside, // what differs is part of something larger that reaches into the disc from outside
-    FillsDisc,        // what differs leaves too little skin in the disc
+    ComesFromOutside, // the region is part of something larger that extends beyond the disc
+    FillsDisc,        // the region leaves too little skin in the disc
     NoSkin,           // there is no skin around the disc
     OverBorder,       // the disc crosses the picture's border
 };

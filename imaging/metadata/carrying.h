@@ -22,16 +22,16 @@ namespace complexion {
 /// - other pictures in the source, because they show the unretouched photo: further pages and frames,
 ///   previews, layers, thumbnails in Photoshop resources, XMP and IPTC. The EXIF thumbnail is rendered
 ///   again, or dropped where that is not possible;
-/// - what is behind a JPEG file's end, but for `kept`, and signatures over the source's bytes;
-/// - blocks whose check sums are wrong, and entries that point outside the file.
+/// - data after a JPEG file's EOI marker, except `kept`, and signatures over the source's bytes;
+/// - blocks with a wrong checksum, and entries that point outside the file.
 /// What exiftool sees of all this is listed in tests/corpus/metadata_check.py.
 /// Maker notes are never changed: a preview within one stays.
-/// `thumbnails` makes those of what `written` shows. Between JPEG files, what the metadata tell of `kept`
-/// attachments is carried, too; these are to follow the file, and its multi-picture index is to be set.
+/// `thumbnails` makes the thumbnails of `written`'s picture. Between JPEG files, the declarations of `kept`
+/// attachments are carried, too. The caller appends these to the file and then sets its multi-picture index.
 Result<FileContents> withMetadataOf(ByteView source, ByteView written, ThumbnailMaker& thumbnails,
                                     const jpeg::KeptAttachments& kept = {});
 
-/// The orientation that the metadata of `source` will state in a file of format `target`.
+/// The orientation that the metadata of `source` will have in a file of format `target`.
 Orientation carriedOrientation(ByteView source, Container target);
 
 /// The byte order that a TIFF file will have once it has the metadata of `source`: samples of more than 8

@@ -227,11 +227,11 @@ std::string digest(std::string_view packet) {
     return digits;
 }
 
-DividedPacket divided(std::string_view packet, std::size_t most) {
-    if (packet.size() <= most)
+DividedPacket divided(std::string_view packet, std::size_t maxMainLength) {
+    if (packet.size() <= maxMainLength)
         return {std::string(packet), {}};
     const std::string xml = withoutPadding(packet);
-    if (xml.size() <= most)
+    if (xml.size() <= maxMainLength)
         return {xml, {}};
     const auto tree = treeOf(xml);
     if (!tree)
@@ -243,7 +243,8 @@ DividedPacket divided(std::string_view packet, std::size_t most) {
         for (const xml::Attribute& attribute : xml::attributes(xml, node))
             if (isAbout(attribute))
                 about = attribute.whole;
-    const std::size_t surplus = xml.size() + extensionNote(tree->rdfPrefix(), about, {}).size() - most;
+    const std::size_t surplus =
+        xml.size() + extensionNote(tree->rdfPrefix(), about, {}).size() - maxMainLength;
     const auto moved = largest(propertiesOf(xml, nodes), surplus);
     return moved ? dividedBy(xml, *tree, nodes, *moved, about) : allInExtension(xml);
 }

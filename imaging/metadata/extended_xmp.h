@@ -19,9 +19,9 @@ struct DividedPacket {
     std::string extension;
 };
 
-/// Splits `packet` (UTF-8) so that the main part has at most `most` bytes. The largest properties go into the
-/// extension, or the whole packet if that is not enough or it is not well-formed XMP.
-DividedPacket divided(std::string_view packet, std::size_t most);
+/// Splits `packet` (UTF-8) so that the main part has at most `maxMainLength` bytes. The largest properties go
+/// into the extension, or the whole packet if that is not enough or it is not well-formed XMP.
+DividedPacket divided(std::string_view packet, std::size_t maxMainLength);
 
 /// One packet with the properties of both parts and without the reference to an extension; nullopt if one of
 /// them is not well formed.

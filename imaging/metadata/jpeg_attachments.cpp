@@ -27,7 +27,7 @@ constexpr std::size_t kEntryLength = 16;
 constexpr std::size_t kEntrySize = 4; // offsets in an entry
 constexpr std::size_t kEntryBegin = 8;
 constexpr std::size_t kSegmentHead = 4; // marker and length
-/// More than any phone writes; further ones are ignored.
+/// More than any phone writes. Further ones are ignored.
 constexpr std::size_t kMaxAttachments = 64;
 
 using Kind = Attachment::Kind;
@@ -212,7 +212,7 @@ public:
         if (fromEnd && *fromEnd < m_file.size())
             add({.kind = Kind::Movie, .bytes = m_file.last(static_cast<std::size_t>(*fromEnd))});
     }
-    /// A movie that nothing points to begins behind the picture.
+    /// Finds a movie after the picture that is not declared.
     void addMovie() {
         constexpr std::size_t kBoxHead = 4; // its length
         const ByteView rest = slice(m_file, m_pictureEnd);
@@ -265,7 +265,7 @@ std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp
         xml::blankProperty(xml, "hdrgm:Version");
     if (std::ranges::none_of(kept, [](const auto& one) { return one.source.item.has_value(); }))
         xml::blankElements(xml, "Container:Directory");
-    // From the last on: what changes its length leaves the places before it.
+    // Backwards, because changing an item's length moves only what follows.
     std::vector<std::size_t> places;
     for (std::size_t at = 0; (at = xml.find("<" + std::string(kItem), at)) != std::string::npos &&
                              places.size() < kMaxAttachments;

@@ -11,8 +11,8 @@
 
 namespace complexion::jpeg {
 
-// The data after the end of a JPEG file's picture, and their declarations: the index of the Multi-Picture
-// Format (CIPA DC-007), and the container directory and offsets in XMP.
+// Attachments of a JPEG file (data after the EOI marker of its picture) and their declarations: the index of
+// the Multi-Picture Format (CIPA DC-007), and the container directory and offsets in XMP.
 
 /// An entry of the multi-picture index.
 struct MultiPictureEntry {
@@ -23,9 +23,9 @@ struct MultiPictureEntry {
 
 /// The index itself.
 struct MultiPictureIndex {
-    ByteView segment;          ///< that it is in, whole
+    ByteView segment;          ///< the whole segment that contains it
     std::size_t entriesAt = 0; ///< offset of the entries in the segment
-    std::size_t header = 0;    ///< offset in the file that the entries count from
+    std::size_t header = 0;    ///< offset in the file to which offsets of entries are relative
     bool isBigEndian = false;
     std::vector<MultiPictureEntry> entries;
 };
@@ -35,11 +35,11 @@ std::optional<MultiPictureIndex> multiPictureIndex(ByteView file);
 /// Data after the end of a file's picture.
 struct Attachment {
     enum class Kind {
-        GainMap, ///< a JPEG picture: how much brighter each place is on a screen of high dynamic range
-        Preview, ///< a JPEG picture of what the photo shows
+        GainMap, ///< a JPEG picture: how much brighter each pixel is on an HDR display
+        Preview, ///< a JPEG picture of the photo
         Movie,
-        Trailer, ///< named blocks at the file's end, of which some may be pictures or movies
-        Other,   ///< a depth map, text, a maker's data
+        Trailer, ///< named blocks at the file's end, some of which may be pictures or movies
+        Other,   ///< a depth map, text, proprietary data
     };
     Kind kind = Kind::Other;
     ByteView bytes;
@@ -47,8 +47,8 @@ struct Attachment {
     std::optional<std::size_t> item = {};  ///< in the container directory of XMP
 };
 
-/// The attachments in file order. Data that the file does not declare are left out, except movies
-/// and trailers of known formats. What is in a trailer may be listed on its own, too.
+/// The attachments in file order. Ignores data that the file does not declare, except movies and trailers of
+/// known formats. The contents of a trailer may be listed separately, too.
 std::vector<Attachment> attachments(ByteView file);
 
 /// An attachment that is written to a new file, with its new content. In file order.
@@ -58,16 +58,16 @@ struct KeptAttachment {
 };
 using KeptAttachments = std::vector<KeptAttachment>;
 
-/// The XMP packet `xmp` of the file that the attachments come from, with their new lengths and without the
+/// Returns `xmp`, the XMP packet of the attachments' file, with their new lengths and without the
 /// declarations of attachments that are not kept.
 std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp);
 
-/// The segment of a multi-picture index of the picture that it is in and of those attachments that had an
-/// entry in `source`, without their places; empty when there are none.
+/// A multi-picture index segment for the primary picture and the attachments that have an entry in `source`,
+/// with offsets yet to be set; empty if there are no such attachments.
 Bytes multiPictureSegment(const MultiPictureIndex& source, const KeptAttachments& kept);
 
-/// Sets the places in the multi-picture index in `start`, the start of a file whose picture ends at
-/// `pictureEnd` and is followed by the attachments.
+/// Sets the offsets and sizes in the multi-picture index in `start`, the start of a file whose picture ends
+/// at `pictureEnd` and is followed by the attachments.
 void setMultiPicturePlaces(Bytes& start, std::uint64_t pictureEnd, const KeptAttachments& kept);
 
 } // namespace complexion::jpeg

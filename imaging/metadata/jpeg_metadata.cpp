@@ -25,7 +25,7 @@ using namespace std::string_view_literals;
 constexpr std::string_view kExifStart = "Exif\0\0"sv;
 constexpr std::string_view kPhotoshopStart = "Photoshop 3.0\0"sv;
 constexpr std::string_view kJfifStart = "JFIF\0"sv;
-constexpr std::string_view kGainMapStart = "urn:iso:std:iso:ts:21496:-1\0"sv; // ISO 21496-1, annex C
+constexpr std::string_view kGainMapStart = "urn:iso:std:iso:ts:21496:-1\0"sv; // ISO 21496-1
 
 // Offsets in a JFIF payload: the density's unit, the densities, then the size of a thumbnail and its pixels.
 constexpr std::size_t kJfifUnit = 7;
@@ -183,7 +183,7 @@ Bytes exifStatingResolution(Bytes exif, const std::optional<Resolution>& resolut
                : std::move(exif);
 }
 
-/// What is behind the source's picture, as the segments tell of it.
+/// The attachments of the source that its segments declare.
 struct Attached {
     std::optional<MultiPictureIndex> index;
     const KeptAttachments& kept;

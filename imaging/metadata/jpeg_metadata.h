@@ -12,9 +12,9 @@ namespace complexion::jpeg {
 PictureMetadata readMetadata(ByteView file);
 
 /// Returns `written`, a JPEG file, with the metadata segments of `source`, another one, byte for byte and in
-/// order, except those that describe the coding or show the unretouched photo. Of the data behind
-/// the source's picture they describe what is `kept`; the offsets in the multi-picture index have to be set
-/// when the file's length is known.
+/// order, except those that describe the coding or show the unretouched photo. They declare
+/// only the attachments in `kept`. The caller must set the offsets in the multi-picture index when the file's
+/// length is known.
 Result<FileContents> withSegmentsOf(ByteView source, ByteView written, ThumbnailMaker& maker,
                                     const KeptAttachments& kept = {});
 

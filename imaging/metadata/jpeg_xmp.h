@@ -18,8 +18,8 @@ Bytes xmpOf(const std::vector<Segment>& segments);
 /// Splits a packet of any length into segments.
 Bytes segmentsOfXmp(ByteView packet);
 
-/// A file's XMP segments as they are carried to another JPEG file: byte for byte, except for thumbnails and
-/// for what `change` makes of a packet in UTF-8, which it may return as it is.
+/// A file's XMP segments as they are carried to another JPEG file: byte for byte, except for thumbnails
+/// and the changes by `change`, which receives and returns a packet in UTF-8.
 class CarriedXmp {
 public:
     using Change = std::function<std::string(std::string_view packet)>;

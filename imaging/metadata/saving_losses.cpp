@@ -21,7 +21,7 @@ using Kind = SavingLoss::Kind;
 constexpr int kKeptBits = 8;
 
 std::vector<SavingLoss> lossesOfJpeg(ByteView file) {
-    constexpr std::size_t kComponentCount = 5; // offset in a frame header (T.81, B.2.2)
+    constexpr std::size_t kComponentCount = 5; // offset in a frame header (ITU-T T.81 B.2.2)
     constexpr int kInks = 4;
     std::vector<SavingLoss> losses;
     if (std::ranges::any_of(jpeg::split(file).segments, [](const jpeg::Segment& segment) {
@@ -57,7 +57,7 @@ std::vector<SavingLoss> lossesOfGif(ByteView file) {
     return frames > 1 ? std::vector<SavingLoss>{{Kind::Frames, frames}} : std::vector<SavingLoss>();
 }
 
-/// The first page's tags, and the number of pages that are no smaller copies or masks of others.
+/// The first page's tags, and the number of pages without reduced images and masks.
 struct TiffPages {
     tiff::Header header;
     tiff::Directory first;

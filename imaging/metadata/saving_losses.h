@@ -8,27 +8,27 @@
 
 namespace complexion {
 
-/// Something that a photo has and that a result saved of it will not have.
+/// A part or property of a photo that saving loses.
 struct SavingLoss {
     enum class Kind {
-        Depth,   ///< more bits a sample than are kept; `count` of them become 8
-        Cmyk,    ///< the inks' amounts become RGB
+        Depth,   ///< `count` bits per sample become 8
+        Cmyk,    ///< CMYK becomes RGB
         Lab,     ///< CIE L*a*b* becomes RGB
-        Pages,   ///< the first of `count` pages is kept
-        Frames,  ///< the first of `count` frames is kept
+        Pages,   ///< only the first of `count` pages is kept
+        Frames,  ///< only the first of `count` frames is kept
         Layers,  ///< they are merged
-        Movie,   ///< the moving picture beside the photo
-        Preview, ///< a further picture that shows the photo as it was
+        Movie,   ///< the movie of a motion photo
+        Preview, ///< another picture of the unretouched photo
     };
     Kind kind = Kind::Depth;
-    /// What the kind counts; 0 for the others.
+    /// Number of bits, pages or frames; 0 for other kinds.
     int count = 0;
 
     bool operator==(const SavingLoss&) const = default;
 };
 
-/// What will not be kept of the picture file `file`, from which `image` was decoded: each kind at most once,
-/// in the order of the enumeration. Reads headers only.
+/// The losses when an edit of `image`, decoded from `file`, is saved: each kind at most once, in the order of
+/// the enumeration. Reads only headers.
 std::vector<SavingLoss> savingLosses(ByteView file, const Image& image);
 
 } // namespace complexion

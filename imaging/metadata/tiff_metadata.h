@@ -6,8 +6,8 @@
 
 namespace complexion::tiff {
 
-/// Whether the metadata of `source`, a TIFF file, have a maker note so far from its start that the strips
-/// have to fill the room before it: its own offsets are true only where it was.
+/// Whether `source`, a TIFF file, has a maker note so far from its start that the strips have to fill the
+/// space before it. A maker note must keep its offset, because its own offsets may be relative to the file.
 bool needsStripsForMakerNote(ByteView source);
 
 /// The metadata of a TIFF file's first picture.

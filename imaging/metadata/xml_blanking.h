@@ -7,7 +7,7 @@
 
 namespace complexion::xml {
 
-// Changes of an XML text that keep its length: what is taken out becomes blanks.
+// Changes of an XML text that keep its length: removed parts become blanks.
 
 /// The end of the element `name` that begins at `start`; npos if it is not terminated.
 std::size_t elementEnd(const std::string& xml, std::string_view name, std::size_t start);

@@ -56,7 +56,7 @@ def trailer_length(data):
 
 
 def dangling(path):
-    """What the file promises and does not have; empty when nothing."""
+    """The false declarations in the file; empty if there are none."""
     data = path.read_bytes()
     entries, first_size = index_entries(data)
     for begin, size in entries:
@@ -82,6 +82,6 @@ def dangling(path):
 
 
 def promised_to_exiftool(path):
-    """What exiftool warns of in the index of pictures."""
+    """The warnings of exiftool about the multi-picture index."""
     done = subprocess.run(["exiftool", "-s3", "-Warning", "-a", path], capture_output=True, text=True, check=False)
     return next((line for line in done.stdout.splitlines() if "MPF" in line or "MPImage" in line), "")

@@ -41,7 +41,7 @@ protected:
     }
     QRect view() const { return {QPoint(), (QSizeF(screenSize) / ratio).toSize()}; }
 
-    /// What the frame paints.
+    /// The frame's painting.
     QImage kept(const Image& image, const QTransform& toPainter) {
         QImage screen = blankScreen();
         QPainter painter(&screen);
