@@ -10,7 +10,9 @@
 
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <vector>
 
@@ -41,10 +43,18 @@ struct Memory {
 std::vector<double> measuredByChild(const std::string& arguments, std::size_t count) {
     const std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe");
     std::FILE* pipe = ::popen(("'" + self.string() + "' " + arguments).c_str(), "r");
-    std::vector<double> numbers(count);
-    for (double& number : numbers)
-        if (pipe == nullptr || std::fscanf(pipe, "%lf", &number) != 1)
-            fatal("the memory measurement failed");
+    if (pipe == nullptr)
+        fatal("the memory measurement failed");
+    std::vector<double> numbers;
+    std::array<char, 256> word{};
+    while (numbers.size() < count && std::fscanf(pipe, "%255s", word.data()) == 1) {
+        char* end = nullptr;
+        const double number = std::strtod(word.data(), &end);
+        if (end != word.data()) // other words are the editor's messages
+            numbers.push_back(number);
+    }
+    if (numbers.size() < count)
+        fatal("the memory measurement failed");
     ::pclose(pipe);
     return numbers;
 }

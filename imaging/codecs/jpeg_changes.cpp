@@ -90,6 +90,7 @@ public:
         }
         std::vector<float> weights = touchedPixels();
         std::vector<std::vector<char>> isFree;
+        isFree.reserve(m_values.size());
         for (std::size_t c = 0; c < m_values.size(); ++c)
             isFree.push_back(freeSamples(c));
         for (int round = 0;; ++round) {

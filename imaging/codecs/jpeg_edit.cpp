@@ -34,9 +34,9 @@ std::vector<RGBA32> readPixels(const Image& image, PixelRect rect) {
     return pixels;
 }
 
-/// Appends the indices of the MCUs in which the two images differ within `rect`.
-void appendDifferingMcus(const Layout& layout, const Image& one, const Image& other, PixelRect rect,
-                         std::vector<int>& mcus) {
+/// Adds the indices of the MCUs in which the two images differ within `rect`.
+void addDifferingMcus(const Layout& layout, const Image& one, const Image& other, PixelRect rect,
+                      std::set<int>& mcus) {
     const std::vector<RGBA32> before = readPixels(one, rect);
     const std::vector<RGBA32> after = readPixels(other, rect);
     for (int y = rect.y; y < rect.bottom(); ++y)
@@ -46,7 +46,7 @@ void appendDifferingMcus(const Layout& layout, const Image& one, const Image& ot
                            static_cast<std::size_t>(x - rect.x);
             const auto count = static_cast<std::size_t>(next - x);
             if (!haveSameColors({before.data() + i, count}, {after.data() + i, count}))
-                mcus.push_back(y / layout.mcu.height * layout.mcusAcross + x / layout.mcu.width);
+                mcus.insert(y / layout.mcu.height * layout.mcusAcross + x / layout.mcu.width);
             x = next;
         }
 }
@@ -93,7 +93,7 @@ PixelRect Edit::pixelsOf(int mcu) const {
 std::vector<int> Edit::differingMcus(const Image& upright) const {
     const Image before = turnedForStorage(m_current, m_orientation);
     const Image after = turnedForStorage(upright, m_orientation);
-    std::vector<int> mcus;
+    std::set<int> mcus;
     for (int band = 0; band < upright.bandCount(); ++band) {
         const TileList& ones = m_current.bands()[static_cast<std::size_t>(band)]->tiles();
         const TileList& others = upright.bands()[static_cast<std::size_t>(band)]->tiles();
@@ -103,14 +103,11 @@ std::vector<int> Edit::differingMcus(const Image& upright) const {
             const PixelSize size = ones[column]->block().size;
             const PixelRect place{static_cast<int>(column) * Tile::kWidth, band * Tile::kHeight, size.width,
                                   size.height};
-            appendDifferingMcus(m_jpeg.layout, before, after,
-                                storedRect(place, upright.pixelSize(), m_orientation), mcus);
+            addDifferingMcus(m_jpeg.layout, before, after,
+                             storedRect(place, upright.pixelSize(), m_orientation), mcus);
         }
     }
-    std::ranges::sort(mcus);
-    const auto repeated = std::ranges::unique(mcus);
-    mcus.erase(repeated.begin(), repeated.end());
-    return mcus;
+    return {mcus.begin(), mcus.end()};
 }
 
 /// The bounding boxes of the touched MCUs in each square whose changes depend on one of `mcus`.
@@ -181,12 +178,13 @@ std::vector<int> Edit::withTouchedNeighbors(const std::vector<int>& mcus, const 
 
 /// Fits the blocks of `range` whose changes are not what they were fitted to.
 void Edit::fit(const McuRows& rows, TouchedMcus& touched, const McuChanges& changes, BlockRange range) const {
-    std::vector<std::pair<int, const McuChange*>> mcus;
-    for (const auto& [mcu, change] : changes)
-        mcus.emplace_back(mcu, &change);
+    std::vector<McuChanges::const_iterator> mcus;
+    for (auto change = changes.begin(); change != changes.end(); ++change)
+        mcus.push_back(change);
     std::vector<std::shared_ptr<const TouchedMcu>> fitted(mcus.size());
     parallelFor(static_cast<int>(mcus.size()), [&](int i) {
-        const auto& [mcu, change] = mcus[static_cast<std::size_t>(i)];
+        const int mcu = mcus[static_cast<std::size_t>(i)]->first;
+        const McuChange& change = mcus[static_cast<std::size_t>(i)]->second;
         const McuRow& row = rows.at(mcu / m_jpeg.layout.mcusAcross);
         auto after = std::make_shared<TouchedMcu>(*touched.at(mcu));
         if (after->blocks.empty()) {
@@ -198,18 +196,17 @@ void Edit::fit(const McuRows& rows, TouchedMcus& touched, const McuChanges& chan
         std::size_t n = 0;
         forEachBlock(m_jpeg.layout, mcu % m_jpeg.layout.mcusAcross, [&](std::size_t c, std::size_t block) {
             const std::size_t at = n++;
-            if (at < range.first || at >= range.last || (*change)[at] == after->fitted[at])
+            if (at < range.first || at >= range.last || change[at] == after->fitted[at])
                 return;
-            const BlockChange& wanted = (*change)[at];
-            after->fitted[at] = wanted;
-            after->blocks[at] = fitBlock(row[c][block], wanted.samples, wanted.pinned);
+            after->fitted[at] = change[at];
+            after->blocks[at] = fitBlock(row[c][block], change[at].samples, change[at].pinned);
             after->differences[at] =
                 differenceOf(decodedSamples(row[c][block]), decodedSamples(after->blocks[at]));
         });
         fitted[static_cast<std::size_t>(i)] = std::move(after);
     });
     for (std::size_t i = 0; i < mcus.size(); ++i)
-        touched[mcus[i].first] = std::move(fitted[i]);
+        touched[mcus[i]->first] = std::move(fitted[i]);
 }
 
 /// Fits the luminance of `mcus`, which are in `squares`, to their chroma.
