@@ -83,7 +83,7 @@ std::optional<Error> encodeRows(const Coefficients& coefficients, int first, Tra
 
 } // namespace
 
-Result<TranscodedFile> transcode(ByteView file) {
+Result<TranscodedFile> transcode(ByteView file, TranscodingListener* listener) {
     const auto coefficients = Coefficients::read(file);
     if (!coefficients)
         return coefficients.error();
@@ -96,13 +96,23 @@ Result<TranscodedFile> transcode(ByteView file) {
         return header.error();
     TranscodedFile jpeg{.layout = layout, .tables = *tables, .header = std::move(*header), .rows = {}};
     jpeg.rows.resize(static_cast<std::size_t>(layout.mcusDown));
+    if (listener)
+        listener->began(jpeg);
     const int parts = (layout.mcusDown + kRowsPerCall - 1) / kRowsPerCall;
     std::vector<std::optional<Error>> errors(static_cast<std::size_t>(parts));
     std::atomic<bool> hasFailed = false;
     parallelFor(parts, [&](int part) {
+        if (hasFailed)
+            return;
+        const int first = part * kRowsPerCall;
         auto& error = errors[static_cast<std::size_t>(part)];
-        if (!hasFailed && (error = encodeRows(**coefficients, part * kRowsPerCall, jpeg)))
+        if ((error = encodeRows(**coefficients, first, jpeg)))
             hasFailed = true;
+        else if (listener)
+            listener->rowsDone(std::span(jpeg.rows).subspan(
+                                   static_cast<std::size_t>(first),
+                                   static_cast<std::size_t>(std::min(kRowsPerCall, layout.mcusDown - first))),
+                               static_cast<std::size_t>(first));
     });
     for (std::optional<Error>& error : errors)
         if (error)

@@ -6,6 +6,7 @@
 #include "imaging/codecs/jpeg_layout.h"
 
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace complexion::jpeg {
@@ -22,9 +23,23 @@ struct TranscodedFile {
     std::vector<std::shared_ptr<const Bytes>> rows;
 };
 
+/// Follows a file that is being transcoded.
+class TranscodingListener {
+public:
+    TranscodingListener() = default;
+    TranscodingListener(const TranscodingListener&) = delete;
+    TranscodingListener& operator=(const TranscodingListener&) = delete;
+    virtual ~TranscodingListener() = default;
+
+    /// All is known but the rows.
+    virtual void began(const TranscodedFile& file) = 0;
+    /// These rows are there, from `first` on. Called from any thread.
+    virtual void rowsDone(std::span<const std::shared_ptr<const Bytes>> rows, std::size_t first) = 0;
+};
+
 /// Transcodes `file` without loss: its dequantised coefficients become the new ones. Fails if they cannot be
 /// read or represented exactly; see Coefficients.
-Result<TranscodedFile> transcode(ByteView file);
+Result<TranscodedFile> transcode(ByteView file, TranscodingListener* listener = nullptr);
 
 /// Decodes the coefficient blocks of MCU row `index`.
 Result<McuRow> decodeMcuRow(const TranscodedFile& jpeg, int index);

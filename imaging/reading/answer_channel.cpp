@@ -109,17 +109,23 @@ void AnswerSender::sendRows(int first, int count, int width, const RGBA32* rows,
     }
 }
 
+void AnswerSender::sendPart(std::uint32_t slot, std::size_t length) const {
+    send({.kind = AnswerMessage::Kind::Part, .slot = slot, .count = static_cast<std::int32_t>(length)});
+}
+
+void AnswerSender::sendEnd() const {
+    send({.kind = AnswerMessage::Kind::End});
+}
+
 void AnswerSender::sendAnswer(ByteView bytes) {
     while (!bytes.empty()) {
         const ByteView part = bytes.first(std::min(bytes.size(), SlotMemory::kUsualBytes));
-        const std::uint32_t slot = takeSlot();
-        std::ranges::copy(part, m_memory.slot(slot));
-        send({.kind = AnswerMessage::Kind::Part,
-              .slot = slot,
-              .count = static_cast<std::int32_t>(part.size())});
+        const std::uint32_t slot = beginPart();
+        std::ranges::copy(part, bytesOf(slot));
+        sendPart(slot, part.size());
         bytes = bytes.subspan(part.size());
     }
-    send({.kind = AnswerMessage::Kind::End});
+    sendEnd();
 }
 
 bool AnswerReceiver::isReadyBy(Clock::time_point time) const {

@@ -85,6 +85,12 @@ public:
     /// All bytes of an answer.
     void sendAnswer(ByteView bytes);
 
+    /// A slot for the next bytes of an answer, at most kUsualBytes of them. Waits for one to be free.
+    std::uint32_t beginPart() { return takeSlot(); }
+    std::uint8_t* bytesOf(std::uint32_t slot) const { return m_memory.slot(slot); }
+    void sendPart(std::uint32_t slot, std::size_t length) const;
+    void sendEnd() const;
+
 private:
     std::uint32_t takeSlot();
     void send(const AnswerMessage& message) const;

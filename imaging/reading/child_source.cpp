@@ -167,15 +167,17 @@ void forkChildren(Descriptor control, ChildWork work) {
     // Made once: it is the same for all children.
     const Bytes filter = systemCallFilter(kSocket);
     std::set<pid_t> children; // not waited for yet: no other process has their numbers
+    std::set<pid_t> killed;   // the same; freeing their memory may take them a while
     while (const std::optional<ReceivedRequest> received = receiveRequest(control.get())) {
         const ChildRequest& request = received->request;
         if (request.kind == ChildRequest::Kind::End) {
             if (children.erase(request.child) > 0) {
                 ::kill(request.child, SIGKILL);
-                ::waitpid(request.child, nullptr, 0);
+                killed.insert(request.child);
             }
             continue;
         }
+        std::erase_if(killed, [](pid_t child) { return ::waitpid(child, nullptr, WNOHANG) == child; });
         const std::int32_t child = received->descriptors ? ::fork() : -1;
         if (child == 0)
             runChild(request, *received->descriptors, filter, work);
@@ -183,6 +185,10 @@ void forkChildren(Descriptor control, ChildWork work) {
             children.insert(child);
         if (::send(control.get(), &child, sizeof child, MSG_NOSIGNAL) != sizeof child)
             break;
+    }
+    for (const pid_t child : children)
+        ::kill(child, SIGKILL);
+    while (::waitpid(-1, nullptr, 0) > 0 || errno == EINTR) {
     }
     ::_exit(0);
 }

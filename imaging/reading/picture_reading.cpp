@@ -7,18 +7,19 @@
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/codecs/opening.h"
+#include "imaging/reading/child_transcoding.h"
 #include "imaging/reading/flat_error.h"
 #include "imaging/reading/limits_for_file.h"
 #include "imaging/reading/operations.h"
 #include "imaging/reading/picture_answer.h"
 #include "imaging/reading/profile_color.h"
 #include "imaging/reading/transcoding.h"
-#include "imaging/reading/transcoding_answer.h"
 #include "imaging/reading/whole_answer.h"
 
 #include <algorithm>
-#include <future>
-#include <system_error>
+#include <optional>
+
+#include <unistd.h>
 
 namespace complexion {
 
@@ -46,16 +47,6 @@ private:
     int m_width = 0;
     Orientation m_orientation = Orientation::TopLeft;
 };
-
-/// The result of `work`, on another core if there can be another thread.
-template <class Work>
-auto begun(const Work& work) -> std::future<decltype(work())> {
-    try {
-        return std::async(std::launch::async, work);
-    } catch (const std::system_error&) {
-        return std::async(std::launch::deferred, work);
-    }
-}
 
 Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSender& sender) {
     PictureAnswer answer;
@@ -213,23 +204,25 @@ void startReader() {
 }
 
 void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer, const Confinement&) {
-    const auto transcode = [input] { return withoutThrowing([input] { return jpeg::transcode(input); }); };
     if (operation == kTranscode) {
-        answer.sendAnswer(flattened(transcode()));
+        ChildTranscoding(input).send(answer);
         return;
     }
     if (operation == kColor) {
         answer.sendAnswer(answeredColor(input));
         return;
     }
-    std::future<Result<jpeg::TranscodedFile>> transcoded;
+    std::optional<ChildTranscoding> transcoding;
     if (operation == kEdit && containerOf(input) == Container::Jpeg && kJpegCodec.measure(input))
-        transcoded = begun(transcode);
+        transcoding.emplace(input);
     const Result<PictureAnswer> picture =
         withoutThrowing([&]() -> Result<PictureAnswer> { return answerOf(operation, input, answer); });
     answer.sendAnswer(flattened(picture));
-    if (picture && picture->jpegOrientation && transcoded.valid())
-        answer.sendAnswer(flattened(transcoded.get()));
+    if (picture && picture->jpegOrientation && transcoding)
+        transcoding->send(answer);
+    // The parent ends this process, with whatever it is still doing.
+    if (transcoding)
+        ::_exit(0);
 }
 
 } // namespace complexion

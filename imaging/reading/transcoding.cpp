@@ -18,10 +18,11 @@ public:
         : m_reading(std::move(reading)), m_stored(stored), m_deadline(deadline) {}
 
     Result<jpeg::TranscodedFile> run() override {
-        COMPLEXION_TRY(const Bytes bytes, receiveWholeAnswer(m_reading.answer(), m_deadline));
+        AnswerSource source(m_reading.answer(), m_deadline);
+        Result<jpeg::TranscodedFile> file = readTranscoding(source, m_stored);
         m_reading.stop();
         m_reading.answer().finish();
-        return parsedTranscoding(bytes, m_stored);
+        return file;
     }
     void cancel() override { m_reading.stop(); }
 

@@ -3,6 +3,8 @@
 
 #include "imaging/reading/flat_error.h"
 
+#include <algorithm>
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -21,6 +23,40 @@ Result<Bytes> receiveWholeAnswer(AnswerReceiver& answer, AnswerReceiver::Clock::
         bytes.insert(bytes.end(), part.begin(), part.end());
         answer.release(message);
     }
+}
+
+bool AnswerSource::fill() {
+    while (m_rest.empty() && !m_isEnded) {
+        const Result<AnswerMessage> message = m_answer.receive(m_deadline);
+        if (!message)
+            return false;
+        m_isEnded = message->kind == AnswerMessage::Kind::End;
+        if (m_isEnded)
+            return true;
+        m_message = *message;
+        m_rest = m_answer.contents(m_message, m_message.count);
+        if (m_message.kind != AnswerMessage::Kind::Part || m_rest.empty())
+            return false;
+    }
+    return true;
+}
+
+bool AnswerSource::read(std::size_t count, Bytes& out) {
+    while (count > 0) {
+        if (!fill() || m_rest.empty())
+            return false;
+        const ByteView part = m_rest.first(std::min(count, m_rest.size()));
+        out.insert(out.end(), part.begin(), part.end());
+        count -= part.size();
+        m_rest = m_rest.subspan(part.size());
+        if (m_rest.empty())
+            m_answer.release(m_message);
+    }
+    return true;
+}
+
+bool AnswerSource::isAtEnd() {
+    return fill() && m_rest.empty();
 }
 
 Result<OpenFile> fileInMemory(ByteView bytes) {

@@ -77,7 +77,8 @@ void fuzzPicture(ByteView bytes) {
 }
 
 void fuzzTranscodedFile(ByteView bytes) {
-    const Result<jpeg::TranscodedFile> file = parsedTranscoding(bytes, kTranscodedSize);
+    MemorySource source(bytes);
+    const Result<jpeg::TranscodedFile> file = readTranscoding(source, kTranscodedSize);
     if (!file)
         return;
     fuzz::require(std::ssize(file->rows) == file->layout.mcusDown, "a transcoded file without its rows");

@@ -5,11 +5,11 @@
 #include "imaging/base/lower_case.h"
 #include "imaging/base/screen_tables.h"
 #include "imaging/reading/picture_answer.h"
-#include "imaging/reading/transcoding_answer.h"
 #include "tests/fakes/hdr_photos.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
+#include "tests/fakes/transcoding_answers.h"
 #include "tests/imaging/deep_files.h"
 #include "tests/imaging/hostile_files.h"
 

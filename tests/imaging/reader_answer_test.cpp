@@ -2,9 +2,9 @@
 
 // What a child answers is taken whole, or not at all.
 #include "imaging/reading/picture_answer.h"
-#include "imaging/reading/transcoding_answer.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
+#include "tests/fakes/transcoding_answers.h"
 
 #include <gtest/gtest.h>
 
@@ -91,6 +91,11 @@ TEST(PictureAnswer, WithAValueOutOfItsRangeIsNone) {
         EXPECT_FALSE(parsedPictureAnswer(flattened(wrong[i]))) << i;
 }
 
+Result<jpeg::TranscodedFile> parsedTranscoding(ByteView bytes, PixelSize stored) {
+    MemorySource source(bytes);
+    return readTranscoding(source, stored);
+}
+
 TEST(TranscodingAnswer, IsAFileOfThePicturesSizeOrNone) {
     const Image image = noise({90, 70});
     const Result<jpeg::TranscodedFile> transcoded = jpeg::transcode(viewOf(encodedAs(kJpegCodec, image)));
@@ -105,6 +110,36 @@ TEST(TranscodingAnswer, IsAFileOfThePicturesSizeOrNone) {
     row.insert(row.end(), {0xFF, 0xD9});
     marked.rows.back() = std::make_shared<const Bytes>(row);
     EXPECT_FALSE(parsedTranscoding(flattened(marked), image.pixelSize()));
+}
+
+TEST(TranscodingAnswer, CanBeAnError) {
+    const Result<jpeg::TranscodedFile> file =
+        parsedTranscoding(flattened(Result<jpeg::TranscodedFile>(Error{"damaged"})), {90, 70});
+    ASSERT_FALSE(file);
+    EXPECT_EQ(file.error().message, "damaged");
+}
+
+TEST(TranscodingAnswer, CanFailBetweenItsRows) {
+    const Image image = noise({90, 70});
+    const Result<jpeg::TranscodedFile> transcoded = jpeg::transcode(viewOf(encodedAs(kJpegCodec, image)));
+    ASSERT_TRUE(transcoded);
+    MemorySink sink;
+    writeHead(&*transcoded, sink);
+    writeRow(*transcoded->rows.front(), sink);
+    writeFailure(Error{"out of range"}, sink);
+    const Result<jpeg::TranscodedFile> file = parsedTranscoding(sink.written(), image.pixelSize());
+    ASSERT_FALSE(file);
+    EXPECT_EQ(file.error().message, "out of range");
+}
+
+TEST(TranscodingAnswer, HasRowsOfAPlausibleLength) {
+    const Image image = noise({90, 70});
+    Result<jpeg::TranscodedFile> transcoded = jpeg::transcode(viewOf(encodedAs(kJpegCodec, image)));
+    ASSERT_TRUE(transcoded);
+    Bytes row = *transcoded->rows.front();
+    row.resize(std::size_t{1} << 20);
+    transcoded->rows.front() = std::make_shared<const Bytes>(row);
+    EXPECT_FALSE(parsedTranscoding(flattened(transcoded), image.pixelSize()));
 }
 
 } // namespace
