@@ -87,8 +87,9 @@ int fitCases(const std::filesystem::path& cases, const std::filesystem::path& ou
             if (!image)
                 return 1;
             const auto ring = fitting.fit(start, *image, placeIn(row));
-            const auto repaired =
-                ring ? naturalRepair(ring->radius).applyTo(*image, centreOf(ring->middle, image->size()))
+            const std::optional<Image> repaired =
+                ring ? ImageTools::HealPimpleInImage(*image, centreOf(ring->middle, image->size()),
+                                                     ring->radius, kDefaultThreshold)
                      : image;
             if (!repaired || !ImageTools::SaveImage(*repaired, folder / file, "png"))
                 return 1;
