@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/connections.h"
 
-#include "app/file_names.h"
 #include "editor/aim.h"
+#include "editor/file_names.h"
 #include "view/accessibility.h"
 
 #include <QCoreApplication>
@@ -182,6 +182,12 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     QObject::connect(&controller, &ViewController::longWorkProgressed, &window.busySign(),
                      &BusySign::progress);
     QObject::connect(&window.busySign(), &BusySign::cancelled, &controller, &ViewController::CancelLongWork);
+
+    NoticeLine* const notice = window.contents().notice;
+    QObject::connect(&controller, &ViewController::noticed, notice, &NoticeLine::tell);
+    // Qt would pass its focus to any control.
+    QObject::connect(notice, &NoticeLine::clicked, window.rootView().imageView(),
+                     [view = window.rootView().imageView()] { view->setFocus(); });
 
     controller.awakeFromNib();
     controller.viewDidLoad();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/file_panel.h"
 
-#include "app/file_names.h"
 #include "app/icons.h"
+#include "editor/file_names.h"
 
 #include <QDir>
 #include <QFile>

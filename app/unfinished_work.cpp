@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/unfinished_work.h"
 
-#include "app/file_names.h"
+#include "editor/file_names.h"
 
 #include <memory>
 

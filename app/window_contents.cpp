@@ -49,6 +49,7 @@ WindowContents::WindowContents(RootView* root, const Actions& actions)
     boxContinue->setAlpha(Box::kAlphaOverPhoto);
     boxHint = makeHintCard(root, actions.selectImage);
     boxHelp = makeHelpCard(root, actions.videoTutorial);
+    notice = new NoticeLine(root);
     root->installEventFilter(this);
     arrange();
 }
@@ -88,6 +89,10 @@ void WindowContents::arrange() {
     const QSize bar = boxEditSettings->arrange(width - kRailSpace - kEdge);
     boxEditSettings->setGeometry(centredBesideRail(bar.width(), width), height - kEdge - bar.height(),
                                  bar.width(), bar.height());
+
+    const QSize line = notice->sizeFor(width - kRailSpace - kEdge);
+    notice->setGeometry(centredBesideRail(line.width(), width), boxEditSettings->y() - kGap - line.height(),
+                        line.width(), line.height());
 
     int y = std::max(kEdge, (height - railHeight()) / 2);
     m_railBackground->setGeometry(kEdge, y, kRailBoxSize, railHeight());

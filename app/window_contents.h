@@ -4,6 +4,7 @@
 #include "app/actions.h"
 #include "app/continue_card.h"
 #include "app/held_command.h"
+#include "app/notice_line.h"
 #include "app/root_view.h"
 #include "app/settings_bar.h"
 
@@ -13,7 +14,8 @@
 namespace complexion {
 
 /// The boxes over the photo and their layout: a rail of buttons at the left, the settings at the bottom, and
-/// the cards in the middle while no photo is open. No box covers another.
+/// the cards in the middle while no photo is open. No box covers another. Now and
+/// then, a notice above the settings.
 class WindowContents : public QObject {
     Q_OBJECT
 
@@ -35,6 +37,7 @@ public:
     ContinueCard* boxContinue;
     Box* boxHint;
     Box* boxHelp;
+    NoticeLine* notice;
 
     /// The smallest size of `root` that fits all boxes.
     QSize smallestSize();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Resuming interrupted work, and keeping it when the system ends the program.
+#include "editor/notices.h"
 #include "editor/view_controller.h"
 
 #include <utility>
@@ -38,7 +39,7 @@ bool ViewController::ContinueWork(const AbandonedJournal& work) {
         return false;
     }
     if (!photo) {
-        showOpeningFailure(photo.error());
+        showOpeningFailure(path, photo.error());
         return false;
     }
     installPhoto(*photo, path, *opened);

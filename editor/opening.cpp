@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Opening a photo from the panel, a drop or the desktop, and reloading it.
+#include "editor/notices.h"
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
 
@@ -17,12 +18,13 @@ constexpr std::chrono::seconds kProgressDelay{2};
 
 } // namespace
 
-void ViewController::showOpeningFailure(const Error& error) {
+void ViewController::showOpeningFailure(const std::filesystem::path& path, const Error& error) {
     if (error.kind != ErrorKind::Cancelled)
-        showLoadFailure();
+        showLoadFailure(noticeOfFailure(path, error));
 }
 
-void ViewController::showLoadFailure() {
+void ViewController::showLoadFailure(const QString& reason) {
+    Q_EMIT noticed(reason);
     m_dialogs.runAlert({.messageText = "",
                         .informativeText = QT_TRANSLATE_NOOP("Alerts", "The image could not be loaded."),
                         .style = AlertStyle::Warning,
@@ -82,7 +84,7 @@ void ViewController::loadImage(const std::filesystem::path& path) {
     const std::optional<FileIdentity> opened = identify(path);
     const Result<OpenedPhoto> photo = decodeSource(path);
     if (!photo) {
-        showOpeningFailure(photo.error());
+        showOpeningFailure(path, photo.error());
         return;
     }
     installPhoto(*photo, path, opened);
@@ -99,6 +101,7 @@ void ViewController::installPhoto(const OpenedPhoto& photo, const std::filesyste
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
     BeginEditHistory();
     Q_EMIT longWorkEnded();
+    Q_EMIT noticed(noticeAbout(photo, m_session.stateFormat()));
 }
 
 void ViewController::OnResetImage(QObject*) {
@@ -110,13 +113,14 @@ void ViewController::OnResetImage(QObject*) {
     const std::optional<FileIdentity> opened = identify(originalImagePath);
     const Result<OpenedPhoto> photo = decodeSource(originalImagePath);
     if (!photo) {
-        showOpeningFailure(photo.error());
+        showOpeningFailure(originalImagePath, photo.error());
         return;
     }
     comboEffect->setCurrentIndex(0);
     m_session.reload(*photo, opened);
     ApplyEffectsOnPreview();
     BeginEditHistory();
+    Q_EMIT noticed(noticeAbout(*photo, m_session.stateFormat()));
 }
 
 } // namespace complexion

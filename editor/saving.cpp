@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Saving the shown image in the source's format, with the source's metadata.
+#include "editor/notices.h"
 #include "editor/set_aside.h"
 #include "editor/view_controller.h"
 #include "imaging/base/files.h"
@@ -40,6 +41,8 @@ void ViewController::OnSaveImage(QObject*) {
         replaced.moveToTrash();
     Q_EMIT longWorkEnded();
 
+    if (saved && !isWritten)
+        Q_EMIT noticed(noticeOfSize(format));
     if (saved)
         m_dialogs.runAlert({.messageText = "",
                             .informativeText = QT_TRANSLATE_NOOP("Alerts", "Image saved successfully."),

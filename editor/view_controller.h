@@ -250,6 +250,8 @@ Q_SIGNALS:
     /// It has taken long, and can be cancelled: `part` of it is done, 0 to 1. Emitted ten times a second.
     void longWorkProgressed(double part);
     void longWorkEnded();
+    /// Something that the user should know, for a moment; empty text ends what was shown before.
+    void noticed(const QString& text);
 
 protected:
     /// Watches for the window's close event.
@@ -257,9 +259,10 @@ protected:
 
 private:
     int runQuestion(const char* informativeText);
-    void showLoadFailure();
-    /// The alert for a photo that could not be opened, unless the user cancelled it.
-    void showOpeningFailure(const Error& error);
+    /// Shows the load-failure alert, and `reason` as a notice.
+    void showLoadFailure(const QString& reason = {});
+    /// The alert and the notice for a photo that could not be opened, unless the user cancelled it.
+    void showOpeningFailure(const std::filesystem::path& path, const Error& error);
     PointSize visibleArea() const;
 
     /// Decodes the file at `path`; an error if it is not a picture.

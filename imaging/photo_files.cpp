@@ -6,10 +6,15 @@
 #include "imaging/base/resample.h"
 #include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
+#include "imaging/containers/other_formats.h"
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
 #include "imaging/photo_file_steps.h"
+
+#include <algorithm>
+#include <fstream>
+#include <string>
 
 namespace complexion {
 
@@ -42,15 +47,29 @@ jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, co
     return areJpeg ? keptAttachments(*photo, image) : jpeg::KeptAttachments();
 }
 
+/// `error`; if no codec recognises the file but its format is known, an error that names the format.
+Error withFormatNamed(const Error& error, const std::filesystem::path& path) {
+    if (error.kind != ErrorKind::NotAPicture)
+        return error;
+    Bytes start(kSignatureBytes);
+    std::ifstream file(path, std::ios::binary);
+    file.read(reinterpret_cast<char*>(start.data()), static_cast<std::streamsize>(start.size()));
+    start.resize(static_cast<std::size_t>(file.gcount()));
+    const std::optional<std::string_view> format = otherFormatOf(start);
+    return format ? Error{std::string(*format), ErrorKind::OtherFormat} : error;
+}
+
 } // namespace
 
 Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress) {
     return withoutThrowing([&]() -> Result<OpenedPhoto> {
-        COMPLEXION_TRY(FilePicture picture, readPictureFile(path, ReadingPurpose::Edit, progress));
-        return OpenedPhoto{.image = atActualSize(picture.decoded.image, picture.actualSize),
-                           .extension = codecOf(picture.container).extension,
-                           .damage = std::move(picture.decoded.damage),
-                           .losses = std::move(picture.losses)};
+        Result<FilePicture> picture = readPictureFile(path, ReadingPurpose::Edit, progress);
+        if (!picture)
+            return withFormatNamed(picture.error(), path);
+        return OpenedPhoto{.image = atActualSize(picture->decoded.image, picture->actualSize),
+                           .extension = codecOf(picture->container).extension,
+                           .damage = std::move(picture->decoded.damage),
+                           .losses = std::move(picture->losses)};
     });
 }
 
@@ -70,6 +89,11 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
         return file.error();
     });
     return saved || countsAsSaved(saved.error());
+}
+
+bool canHold(std::string_view format, PixelSize size) {
+    const Codec* const codec = codecForExtension(format);
+    return codec && std::max(size.width, size.height) <= codec->maxSide;
 }
 
 } // namespace complexion

@@ -40,4 +40,8 @@ Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingPr
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
                const std::filesystem::path& source);
 
+/// Whether a file of type `format` can hold pictures with sides of this length. savePhoto writes none
+/// otherwise.
+bool canHold(std::string_view format, PixelSize size);
+
 } // namespace complexion

@@ -131,6 +131,101 @@
     </message>
 </context>
 <context>
+    <name>Notices</name>
+    <message>
+        <source>%1 bits per channel become 8</source>
+        <translation>aus %1 Bit je Kanal werden 8</translation>
+    </message>
+    <message>
+        <source>CMYK becomes RGB</source>
+        <translation>aus CMYK wird RGB</translation>
+    </message>
+    <message>
+        <source>Lab becomes RGB</source>
+        <translation>aus Lab wird RGB</translation>
+    </message>
+    <message>
+        <source>only page 1 of %1</source>
+        <translation>nur Seite 1 von %1</translation>
+    </message>
+    <message>
+        <source>only the first of %1 frames</source>
+        <translation>nur das erste von %1 Einzelbildern</translation>
+    </message>
+    <message>
+        <source>the layers are merged</source>
+        <translation>die Ebenen sind vereint</translation>
+    </message>
+    <message>
+        <source>the moving picture is left out</source>
+        <translation>das bewegte Bild fehlt</translation>
+    </message>
+    <message>
+        <source>the embedded preview is left out</source>
+        <translation>die eingebettete Vorschau fehlt</translation>
+    </message>
+    <message>
+        <source>Complexion opens JPEG, PNG, TIFF, GIF and BMP.</source>
+        <translation>Complexion öffnet JPEG, PNG, TIFF, GIF und BMP.</translation>
+    </message>
+    <message>
+        <source>“%1” is a camera’s raw file.</source>
+        <translation>„%1“ ist eine Rohdatei einer Kamera.</translation>
+    </message>
+    <message>
+        <source>Export a JPEG or TIFF from your raw developer.</source>
+        <translation>Exportieren Sie ein JPEG oder TIFF aus Ihrem Raw-Entwickler.</translation>
+    </message>
+    <message>
+        <source>“%1” is not a still picture.</source>
+        <translation>„%1“ ist kein Einzelbild.</translation>
+    </message>
+    <message>
+        <source>Export a JPEG or TIFF from the program that opens it.</source>
+        <translation>Exportieren Sie ein JPEG oder TIFF aus dem Programm, das es öffnet.</translation>
+    </message>
+    <message>
+        <source>The file is damaged: part of the picture is missing.</source>
+        <translation>Die Datei ist beschädigt: Ein Teil des Bildes fehlt.</translation>
+    </message>
+    <message>
+        <source>In the saved copy: %1.</source>
+        <translation>In der gesicherten Kopie: %1.</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>The photo cannot be saved: %1 cannot hold pictures this large.</source>
+        <translation>Das Foto lässt sich nicht sichern: %1 fasst so große Bilder nicht.</translation>
+    </message>
+    <message>
+        <source>“%1” is not a picture.</source>
+        <translation>„%1“ ist kein Bild.</translation>
+    </message>
+    <message>
+        <source>“%1” is too large to be opened.</source>
+        <translation>„%1“ ist zu groß, um geöffnet zu werden.</translation>
+    </message>
+    <message>
+        <source>There is not enough memory to open “%1”.</source>
+        <translation>Der Speicher reicht nicht, um „%1“ zu öffnen.</translation>
+    </message>
+    <message>
+        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <translation>„%1“ ist nicht lesbar. Vielleicht wurde die Datei verschoben, oder Ihnen fehlt die Berechtigung.</translation>
+    </message>
+    <message>
+        <source>“%1” is damaged, or of a kind that Complexion does not know.</source>
+        <translation>„%1“ ist beschädigt oder von einer Art, die Complexion nicht kennt.</translation>
+    </message>
+    <message>
+        <source>“%1” has the format %2.</source>
+        <translation>„%1“ hat das Format %2.</translation>
+    </message>
+</context>
+<context>
     <name>RepairWords</name>
     <message>
         <source>Repaired one pixel.</source>

@@ -6,15 +6,11 @@
 #include <cgif.h>
 
 #include <cstdlib>
-#include <limits>
 #include <new>
 
 namespace complexion::gif {
 
 namespace {
-
-/// The logical screen's sides are 16-bit numbers (GIF89a section 18).
-constexpr int kMaxSide = std::numeric_limits<std::uint16_t>::max();
 
 /// The library does not check its allocations. Per picture it allocates a copy of the indices, two arrays of
 /// 16-bit codes, the packed codes and a dictionary.

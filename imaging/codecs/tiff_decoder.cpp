@@ -3,6 +3,9 @@
 #include "imaging/codecs/camera_raw.h"
 #include "imaging/codecs/tiff_blocks.h"
 #include "imaging/codecs/tiff_codec.h"
+#include "imaging/containers/other_formats.h"
+
+#include <string>
 
 namespace complexion::tiff {
 
@@ -24,7 +27,7 @@ bool keepsProfile(const Page& page) {
 /// Opens the file at its first page. Rejects camera raw files, whose first page is a thumbnail.
 Result<File> openPicture(ByteView file) {
     if (isCameraRaw(file))
-        return Error{"a camera's raw file", ErrorKind::NotAPicture};
+        return Error{std::string(kCameraRaw), ErrorKind::OtherFormat};
     return File::open(file);
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/file_names.h"
+#include "editor/file_names.h"
 
 #include <QFile>
 

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/notices.h"
+
+#include "editor/file_names.h"
+#include "imaging/containers/other_formats.h"
+
+#include <QCoreApplication>
+#include <QStringList>
+
+#include <algorithm>
+
+namespace complexion {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr qsizetype kMaxNameLetters = 40; // longer names are elided
+
+class Notices {
+    Q_DECLARE_TR_FUNCTIONS(Notices)
+};
+
+QString phraseOf(const SavingLoss& loss) {
+    switch (loss.kind) {
+    case SavingLoss::Kind::Depth:
+        return Notices::tr("%1 bits per channel become 8").arg(loss.count);
+    case SavingLoss::Kind::Cmyk:
+        return Notices::tr("CMYK becomes RGB");
+    case SavingLoss::Kind::Lab:
+        return Notices::tr("Lab becomes RGB");
+    case SavingLoss::Kind::Pages:
+        return Notices::tr("only page 1 of %1").arg(loss.count);
+    case SavingLoss::Kind::Frames:
+        return Notices::tr("only the first of %1 frames").arg(loss.count);
+    case SavingLoss::Kind::Layers:
+        return Notices::tr("the layers are merged");
+    case SavingLoss::Kind::Movie:
+        return Notices::tr("the moving picture is left out");
+    case SavingLoss::Kind::Preview:
+        return Notices::tr("the embedded preview is left out");
+    }
+    return {};
+}
+
+QString elidedName(const std::filesystem::path& path) {
+    const QString name = shownName(path.filename());
+    if (name.size() <= kMaxNameLetters)
+        return name;
+    constexpr qsizetype kKept = kMaxNameLetters / 2;
+    return name.left(kKept) + u'…' + name.right(kKept - 1);
+}
+
+/// Why a file with a picture of another format is refused, and what to do.
+QString noticeOfFormat(const QString& name, const QString& format) {
+    const QString readable = Notices::tr("Complexion opens JPEG, PNG, TIFF, GIF and BMP.");
+    if (format == QLatin1StringView(kCameraRaw))
+        return Notices::tr("“%1” is a camera’s raw file.").arg(name) + u' ' + readable + u' ' +
+               Notices::tr("Export a JPEG or TIFF from your raw developer.");
+    if (format == QLatin1StringView(kMovie))
+        return Notices::tr("“%1” is not a still picture.").arg(name) + u' ' + readable;
+    return Notices::tr("“%1” has the format %2.").arg(name, format) + u' ' + readable + u' ' +
+           Notices::tr("Export a JPEG or TIFF from the program that opens it.");
+}
+
+} // namespace
+
+QString noticeAbout(const OpenedPhoto& photo, const std::string& format) {
+    QStringList sentences;
+    if (photo.damage)
+        sentences << Notices::tr("The file is damaged: part of the picture is missing.");
+    if (!canHold(format, photo.image.pixelSize()))
+        sentences << noticeOfSize(format);
+    QStringList phrases;
+    std::ranges::transform(photo.losses, std::back_inserter(phrases), phraseOf);
+    if (!phrases.isEmpty())
+        sentences << Notices::tr("In the saved copy: %1.").arg(phrases.join(Notices::tr(", ")));
+    return sentences.join(u' ');
+}
+
+QString noticeOfSize(const std::string& format) {
+    return Notices::tr("The photo cannot be saved: %1 cannot hold pictures this large.")
+        .arg(format == "gif" ? u"GIF"_s : u"JPEG"_s);
+}
+
+QString noticeOfFailure(const std::filesystem::path& path, const Error& error) {
+    const QString name = elidedName(path);
+    switch (error.kind) {
+    case ErrorKind::OtherFormat:
+        return noticeOfFormat(name, QString::fromStdString(error.message));
+    case ErrorKind::NotAPicture:
+        return Notices::tr("“%1” is not a picture.").arg(name) + u' ' +
+               Notices::tr("Complexion opens JPEG, PNG, TIFF, GIF and BMP.");
+    case ErrorKind::TooLarge:
+        return Notices::tr("“%1” is too large to be opened.").arg(name);
+    case ErrorKind::OutOfMemory:
+        return Notices::tr("There is not enough memory to open “%1”.").arg(name);
+    case ErrorKind::CannotRead:
+        return Notices::tr("“%1” cannot be read. It may have been moved, or you may not have the permission.")
+            .arg(name);
+    case ErrorKind::Damaged:
+    case ErrorKind::CannotWrite:
+    case ErrorKind::FormatCannotHold:
+    case ErrorKind::Cancelled:
+        return Notices::tr("“%1” is damaged, or of a kind that Complexion does not know.").arg(name);
+    }
+    return {};
+}
+
+} // namespace complexion
