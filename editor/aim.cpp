@@ -37,6 +37,15 @@ DiscLook lookOf(const Result<Repaired>& repair) {
     return DiscLook::Plain;
 }
 
+QString fitHint() {
+    return Aim::tr("F fits the ring");
+}
+
+/// Two texts of a caption, either of which may be empty.
+QString joined(const QString& one, const QString& other) {
+    return one.isEmpty() || other.isEmpty() ? one + other : one + u" · " + other;
+}
+
 } // namespace
 
 Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent)
@@ -109,6 +118,7 @@ void Aim::moveBy(int columns, int rows) {
 }
 
 void Aim::act() {
+    m_isStatusKept = false;
     takeKeys();
     if (!m_place)
         return;
@@ -126,6 +136,7 @@ void Aim::fit() {
     if (!m_place || m_isPicking)
         return;
     m_isFitKnown = true;
+    m_isStatusKept = false;
     const Repair repair = m_controller.currentRepair();
     const Image image = m_controller.originalImage();
     const bool isFitted = m_fitted && m_fitted->middle == *m_place && m_fitted->radius == repair.radius;
@@ -169,7 +180,7 @@ void Aim::offerFit() {
         return;
     m_disc->setSecondRing(DiscRing{.place = ring->middle, .radius = static_cast<double>(ring->radius)});
     if (!m_isFitKnown)
-        m_disc->setCaption(tr("F fits the ring"));
+        m_disc->setCaption(joined(m_disc->caption(), fitHint()));
 }
 
 bool Aim::isHeld(Point pointer) const {
@@ -196,6 +207,7 @@ Point Aim::shownPoint() const {
 
 void Aim::setPlace(std::optional<PixelPosition> place) {
     const bool hasChanged = place != m_place;
+    m_isStatusKept = m_isStatusKept && !hasChanged;
     m_place = place;
     if (place)
         m_lastPlace = place;
@@ -259,7 +271,8 @@ void Aim::showResult() {
     const Result<Repaired>* repair = m_preview.answer();
     if (!repair)
         return;
-    if (m_hasKeys)
+    showReason(captionFor(*repair));
+    if (m_hasKeys && !m_isStatusKept)
         Q_EMIT announced(tr("Column %1, row %2. %3")
                              .arg(m_place->column + 1)
                              .arg(m_place->row + 1)
@@ -269,6 +282,12 @@ void Aim::showResult() {
     m_isResultShown = true;
     refreshResult();
     m_disc->setOutlined({});
+}
+
+void Aim::showReason(const QString& reason) {
+    // Other captions answer a command of the user.
+    if (m_disc && (m_disc->caption().isEmpty() || m_disc->caption() == fitHint()))
+        m_disc->setCaption(joined(reason, m_disc->caption()));
 }
 
 void Aim::refreshResult() {

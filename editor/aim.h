@@ -81,6 +81,8 @@ private:
     void refresh();
     void showAnswer();
     void showResult();
+    /// Shows at the ring why a click would do nothing.
+    void showReason(const QString& reason);
     /// Repaints the result with the selected effect, if it is shown.
     void refreshResult();
     void hideResult();
@@ -97,6 +99,8 @@ private:
     bool m_isPreviewing = true;
     bool m_isPicking = false;
     bool m_isResultShown = false;
+    /// Whether an announcement about the whole photo must not be replaced by one about the place.
+    bool m_isStatusKept = false;
 
     // Fitting the disc to a blemish.
     std::optional<FittedRing> m_fitted;       // what the disc was last fitted to

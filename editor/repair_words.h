@@ -7,6 +7,9 @@
 
 namespace complexion {
 
+/// Why a click does nothing, in a few words for the ring's caption; empty if it repairs something.
+QString captionFor(const Result<Repaired>& repair);
+
 /// A sentence for assistive technology: what a repair did (`isDone`) or would do. An error means lack of
 /// memory.
 QString describe(const Result<Repaired>& repair, bool isDone);

@@ -49,6 +49,7 @@ void Aim::showSuggestion() {
         takeKeys();
         if (m_disc)
             m_disc->setCaption(tr("No blemishes found."));
+        m_isStatusKept = true;
         Q_EMIT announced(tr("No blemishes found."));
         return;
     }

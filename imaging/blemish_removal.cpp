@@ -110,6 +110,16 @@ std::array<int, 8> rimSamples(const RepairDisc& disc, const GrayMap& map) {
     return {at(-r, 0), at(-d, d), at(0, r), at(d, d), at(r, 0), at(d, -d), at(0, -r), at(-d, -d)};
 }
 
+/// Where the samples on the rim differ.
+DiscSide unevenSide(const std::array<int, 8>& rim) {
+    RimColors colors;
+    std::ranges::transform(rim, colors.begin(), [](int gray) {
+        const auto byte = static_cast<std::uint8_t>(gray);
+        return RGBA32(byte, byte, byte, 255);
+    });
+    return differingSide(colors);
+}
+
 bool isUniform(const std::array<int, 8>& rim) {
     for (std::size_t i = 0; i < 4; ++i)
         if (std::abs(rim[i] - rim[i + 4]) > kMaxRimDifference)
@@ -169,10 +179,13 @@ std::optional<Image> ImageTools::RemovePimpleFromImage(const Image& image, Point
 
 Result<Repaired> repairInFlatColor(const Image& image, Point point, std::int64_t radius,
                                    std::int64_t colorType, RgbColor customColor, std::int64_t threshold) {
-    return repairWith(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
+    return repairWith(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) -> PaintResult {
         const PimplePixels pixels = ImageTools::FindPimplePixels(point, image, radius, threshold);
+        if (pixels.repair.empty() && pixels.sample.empty())
+            return {RepairOutcome::NotUniform,
+                    unevenSide(rimSamples(disc, GrayMap(convertToGrayScale(image))))};
         if (pixels.repair.empty())
-            return pixels.sample.empty() ? RepairOutcome::NotUniform : RepairOutcome::NothingToRepair;
+            return RepairOutcome::NothingToRepair;
         if (colorType == kAutodetectColor) {
             const PixelRect rect{static_cast<int>(disc.column - radius), static_cast<int>(disc.row - radius),
                                  static_cast<int>(2 * radius), static_cast<int>(2 * radius)};

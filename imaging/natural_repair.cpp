@@ -39,13 +39,17 @@ std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point poi
 
 Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t radius,
                                  std::int64_t threshold) {
-    return repairWith(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) {
+    return repairWith(image, point, radius, [&](const RepairDisc& disc, PixelBuffer& buffer) -> PaintResult {
         if (radius <= 0)
             fatal("the edit disc holds no pixel");
         const healing::FittedFinding finding = healing::findFittedBlemish(image, disc, threshold);
         const auto* found = std::get_if<healing::Trial>(&finding);
-        if (!found)
-            return outcomeOf(std::get<BlemishRefusal>(finding));
+        if (!found) {
+            const RepairOutcome outcome = outcomeOf(std::get<BlemishRefusal>(finding));
+            if (outcome == RepairOutcome::ExtendsOutside)
+                return {outcome, differingSide(rimColors(image, disc))};
+            return outcome;
+        }
         healing::paintRestoration(image, found->disc, found->window,
                                   healing::restoreDetail(found->window, found->blemish), buffer);
         return RepairOutcome::Repaired;

@@ -8,19 +8,21 @@
 namespace complexion {
 
 Result<Repaired> repairWith(const Image& image, Point point, std::int64_t radius,
-                            const std::function<RepairOutcome(const RepairDisc&, PixelBuffer&)>& paint) {
+                            const std::function<PaintResult(const RepairDisc&, PixelBuffer&)>& paint) {
     return withoutThrowing([&]() -> Result<Repaired> {
-        RepairOutcome outcome = RepairOutcome::TooCloseToBorder; // if `paint` is not called
+        PaintResult painted = RepairOutcome::TooCloseToBorder; // if `paint` is not called
         const std::optional<Image> result =
             repairInDisc(image, point, radius,
-                         [&](const RepairDisc& disc, PixelBuffer& buffer) { outcome = paint(disc, buffer); });
+                         [&](const RepairDisc& disc, PixelBuffer& buffer) { painted = paint(disc, buffer); });
         if (!result)
             return Error{"no pixels to paint on", ErrorKind::OutOfMemory};
-        if (outcome != RepairOutcome::Repaired)
-            return Repaired{.image = *result, .repainted = {}, .outcome = outcome};
+        if (painted.outcome != RepairOutcome::Repaired)
+            return Repaired{
+                .image = *result, .repainted = {}, .outcome = painted.outcome, .side = painted.side};
         PixelMask repainted = changedPixels(image, *result);
-        if (repainted.area.isEmpty()) // painted in the colours that were there
-            outcome = RepairOutcome::NothingToRepair;
+        // Nothing is repaired if it was painted in the colours that were there.
+        const RepairOutcome outcome =
+            repainted.area.isEmpty() ? RepairOutcome::NothingToRepair : RepairOutcome::Repaired;
         return Repaired{.image = *result, .repainted = std::move(repainted), .outcome = outcome};
     });
 }

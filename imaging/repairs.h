@@ -4,10 +4,12 @@
 #include "imaging/base/color_profile.h"
 #include "imaging/base/result.h"
 #include "imaging/changed_pixels.h"
+#include "imaging/disc_side.h"
 #include "imaging/healing/repair_disc.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace complexion {
 
@@ -27,6 +29,17 @@ struct Repaired {
     Image image;         // with the pixels of the original unless `outcome` is Repaired
     PixelMask repainted; // the pixels that changed
     RepairOutcome outcome = RepairOutcome::NothingToRepair;
+    /// Where the skin differs; set for the outcomes NotUniform and ExtendsOutside.
+    std::optional<DiscSide> side = {};
+};
+
+/// What became of painting a disc.
+struct PaintResult {
+    RepairOutcome outcome;
+    std::optional<DiscSide> side;
+
+    PaintResult(RepairOutcome what, std::optional<DiscSide> where = std::nullopt)
+        : outcome(what), side(where) {}
 };
 
 // The repairs report an error if memory runs out, or if the image has no pixels, and print a line then.
@@ -39,9 +52,9 @@ Result<Repaired> repairInFlatColor(const Image& image, Point point, std::int64_t
 Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t radius,
                                  std::int64_t threshold);
 
-/// Runs one of the repairs: `paint` paints the disc around `point` and returns the outcome. It is not called
-/// if the disc is too close to the border.
+/// Runs one of the repairs: `paint` paints the disc around `point`. It is not called if the disc is too close
+/// to the border.
 Result<Repaired> repairWith(const Image& image, Point point, std::int64_t radius,
-                            const std::function<RepairOutcome(const RepairDisc&, PixelBuffer&)>& paint);
+                            const std::function<PaintResult(const RepairDisc&, PixelBuffer&)>& paint);
 
 } // namespace complexion

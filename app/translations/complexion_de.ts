@@ -244,32 +244,68 @@
         <translation>%1 Pixel würden repariert.</translation>
     </message>
     <message>
-        <source>Nothing to repair here.</source>
-        <translation>Hier ist nichts zu reparieren.</translation>
+        <source>at the top</source>
+        <translation>oben</translation>
     </message>
     <message>
-        <source>Not repaired: the skin varies too much across the disc.</source>
-        <translation>Nicht repariert: Die Haut ist innerhalb des Kreises zu verschieden.</translation>
+        <source>at the top right</source>
+        <translation>oben rechts</translation>
     </message>
     <message>
-        <source>Not repaired: what differs here extends beyond the disc.</source>
-        <translation>Nicht repariert: Was hier abweicht, reicht über den Kreis hinaus.</translation>
+        <source>on the right</source>
+        <translation>rechts</translation>
     </message>
     <message>
-        <source>Not repaired: there is too little clean skin in the disc.</source>
-        <translation>Nicht repariert: Im Kreis ist zu wenig reine Haut.</translation>
+        <source>at the bottom right</source>
+        <translation>unten rechts</translation>
     </message>
     <message>
-        <source>Not repaired: there is no skin nearby to match.</source>
-        <translation>Nicht repariert: In der Nähe ist keine passende Haut.</translation>
+        <source>at the bottom</source>
+        <translation>unten</translation>
     </message>
     <message>
-        <source>Not repaired: too close to the edge of the photo.</source>
-        <translation>Nicht repariert: zu nah am Rand des Fotos.</translation>
+        <source>at the bottom left</source>
+        <translation>unten links</translation>
     </message>
     <message>
-        <source>Not repaired: not enough memory.</source>
-        <translation>Nicht repariert: Der Speicher reicht nicht aus.</translation>
+        <source>on the left</source>
+        <translation>links</translation>
+    </message>
+    <message>
+        <source>at the top left</source>
+        <translation>oben links</translation>
+    </message>
+    <message>
+        <source>not enough memory</source>
+        <translation>nicht genug Speicher</translation>
+    </message>
+    <message>
+        <source>nothing stands out from the skin</source>
+        <translation>nichts hebt sich von der Haut ab</translation>
+    </message>
+    <message>
+        <source>the skin differs too much %1</source>
+        <translation>die Haut weicht %1 zu stark ab</translation>
+    </message>
+    <message>
+        <source>something larger reaches into the ring %1</source>
+        <translation>etwas Größeres ragt %1 in den Ring</translation>
+    </message>
+    <message>
+        <source>too little clean skin in the ring</source>
+        <translation>zu wenig reine Haut im Ring</translation>
+    </message>
+    <message>
+        <source>no skin nearby to match</source>
+        <translation>keine passende Haut in der Nähe</translation>
+    </message>
+    <message>
+        <source>too close to the edge of the photo</source>
+        <translation>zu nah am Rand des Fotos</translation>
+    </message>
+    <message>
+        <source>Not repaired: %1.</source>
+        <translation>Nicht repariert: %1.</translation>
     </message>
 </context>
 <context>

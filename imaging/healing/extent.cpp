@@ -54,7 +54,7 @@ public:
             const auto* const next = std::ranges::upper_bound(kThresholds, m_threshold);
             if (refusal == Refusal::NothingDiffers || refusal == Refusal::NoSkin || m_isPartOfFeature ||
                 next == kThresholds.end())
-                return m_firstRefusal.value_or(refusal);
+                return m_firstRefusal.value_or(m_refusal.value_or(m_poorFit.value_or(refusal)));
             m_firstRefusal = m_firstRefusal.value_or(refusal);
             m_threshold = *next;
         }
@@ -65,6 +65,8 @@ private:
         std::optional<Trial> best;
         for (const float size : kTrials) {
             std::optional<Trial> trial = look(sized(size), m_clicked);
+            if (size == 1 && trial && trial->rim > kPoorRim)
+                m_poorFit = Refusal::ComesFromOutside;
             if (!trial || trial->rim > kPoorRim || (size > 1 && trial->covered < kMinCovered) ||
                 trial->strength < minStrength(*trial, size) * scaleOfThreshold(m_threshold))
                 continue;
@@ -185,7 +187,8 @@ private:
     std::int64_t m_threshold;
     std::optional<Refusal> m_refusal; // with the edit disc itself
     std::optional<Refusal> m_firstRefusal;
-    bool m_isPartOfFeature = false; // a higher threshold would find only a part of the feature
+    std::optional<Refusal> m_poorFit; // why what the edit disc shows is no blemish; not a reason to go on
+    bool m_isPartOfFeature = false;   // a higher threshold would find only a part of the feature
 };
 
 } // namespace

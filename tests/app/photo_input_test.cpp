@@ -233,7 +233,8 @@ TEST_F(PhotoInputTest, TheOutcomeOfARepairIsThePhotosDescription) {
     EXPECT_THAT(photo().accessibleDescription().toStdString(), testing::StartsWith("Repaired "));
     QTest::keyClick(&photo(), Qt::Key_Return);
     queues.runAll();
-    EXPECT_EQ(photo().accessibleDescription(), QStringLiteral("Nothing to repair here."));
+    EXPECT_EQ(photo().accessibleDescription(),
+              QStringLiteral("Not repaired: nothing stands out from the skin."));
 }
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)

@@ -7,6 +7,9 @@
 #include "tests/fakes/captured_output.h"
 #include "tests/imaging/natural_repair_skin.h"
 
+#include <numbers>
+#include <tuple>
+
 namespace complexion {
 namespace {
 
@@ -55,6 +58,46 @@ TEST(Repairs, ReturnWhyTheyChangeNothing) {
     expectRefused(clear, natural(clear), RepairOutcome::NoSkin);
     expectRefused(clean, flat(clean, {5, 100}), RepairOutcome::TooCloseToBorder);
     expectRefused(clean, natural(clean, {5, 100}), RepairOutcome::TooCloseToBorder);
+}
+
+/// Skin that is dark from 12 pixels off the centre on, towards (down, right).
+Image shadowTowards(double down, double right) {
+    return painted(kSize, [&](int row, int column) {
+        const double off = down * (row - 80) + right * (column - 100);
+        const double grain = grainAt(row, column);
+        return off > 12 ? RGBA32(byteOf(70 + grain), byteOf(50 + grain), byteOf(45 + grain), 255)
+                        : RGBA32(byteOf(205 + grain), byteOf(160 + grain), byteOf(140 + grain), 255);
+    });
+}
+
+TEST(Repairs, SayOnWhichSideTheSkinDiffers) {
+    constexpr double kDiagonal = std::numbers::sqrt2 / 2;
+    for (const auto& [down, right, side] : {std::tuple(-1.0, 0.0, DiscSide::Top),
+                                            {-kDiagonal, kDiagonal, DiscSide::TopRight},
+                                            {0.0, 1.0, DiscSide::Right},
+                                            {kDiagonal, kDiagonal, DiscSide::BottomRight},
+                                            {1.0, 0.0, DiscSide::Bottom},
+                                            {kDiagonal, -kDiagonal, DiscSide::BottomLeft},
+                                            {0.0, -1.0, DiscSide::Left},
+                                            {-kDiagonal, -kDiagonal, DiscSide::TopLeft}}) {
+        SCOPED_TRACE(static_cast<int>(side));
+        const Image image = shadowTowards(down, right);
+        const Result<Repaired> flat =
+            repairInFlatColor(image, at(image, kCenter), kRadius, kAutodetectColor, {}, kThreshold);
+        EXPECT_EQ(flat->outcome, RepairOutcome::NotUniform);
+        EXPECT_EQ(flat->side, side);
+        const Result<Repaired> natural = repairNaturally(image, at(image, kCenter), kRadius, kThreshold);
+        EXPECT_EQ(natural->outcome, RepairOutcome::ExtendsOutside);
+        EXPECT_EQ(natural->side, side);
+    }
+}
+
+TEST(Repairs, NameNoSideForOtherOutcomes) {
+    const Image clean = Skin{}.clean();
+    EXPECT_FALSE(natural(clean)->side);
+    EXPECT_FALSE(natural(Skin{}.picture())->side);
+    EXPECT_FALSE(flat(filled(kSize, kSkin), kCenter)->side);
+    EXPECT_FALSE(flat(clean, {5, 100})->side);
 }
 
 TEST(Repairs, PaintingTheSameColourAgainChangesNothing) {

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// What is said at the ring when it rests.
+#include "tests/editor/aim_fixture.h"
+
+namespace complexion {
+namespace {
+
+using AimCaptions = AimTest;
+
+TEST_F(AimCaptions, TheCaptionSaysWhyAClickWouldDoNothing) {
+    openThroughPanel(makePhoto("clean.png", filled({160, 120}, kSkin)));
+    pointAtPixel({60, 80});
+    EXPECT_EQ(disc->caption(), QString());
+    restUntil([this] { return !disc->caption().isEmpty(); });
+    EXPECT_EQ(disc->caption(), QStringLiteral("Nothing stands out from the skin"));
+    pointAtPixel({60, 4});
+    EXPECT_EQ(disc->caption(), QString());
+    restUntil([this] { return !disc->caption().isEmpty(); });
+    EXPECT_EQ(disc->caption(), QStringLiteral("Too close to the edge of the photo"));
+
+    openThroughPanel(makePhoto("edge.png", painted({160, 120}, [](int, int column) {
+                                   return column < 74 ? grey(60) : grey(60 + 71);
+                               })));
+    pointAtPixel({60, 80});
+    restUntil([this] { return !disc->caption().isEmpty(); });
+    EXPECT_EQ(disc->caption(), QStringLiteral("The skin differs too much on the left"));
+}
+
+TEST_F(AimCaptions, TheReasonIsShownBesideTheHintAtTheFittingSize) {
+    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
+    controller->SetEditAreaSize(20);
+    controller->sliderThreshold->setFloatValue(100);
+    controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
+    pointAtPixel({60, 80});
+    restUntil([this] { return disc->caption().contains(u'·'); });
+    EXPECT_EQ(disc->caption(), QStringLiteral("Nothing stands out from the skin · F fits the ring"));
+}
+
+TEST_F(AimCaptions, ThatNoBlemishesWereFoundIsNotReplacedByThePlace) {
+    openThroughPanel(makePhoto("clean.png", filled({160, 120}, kSkin)));
+    aim->goToSuggestion(1);
+    queues.runAll();
+    EXPECT_EQ(announcements.last(), QStringLiteral("No blemishes found."));
+
+    // The place is announced when the disc rests. Another Aim, which rests later, shows that it would be now.
+    Aim later(*controller, new EditDisc(imageView), queues);
+    QStringList laterAnnouncements;
+    QObject::connect(&later, &Aim::announced, &later,
+                     [&](const QString& text) { laterAnnouncements << text; });
+    later.moveBy(0, 0);
+    queues.runAll();
+    restUntil([&] { return !laterAnnouncements.empty(); });
+    EXPECT_EQ(announcements.last(), QStringLiteral("No blemishes found."));
+    EXPECT_EQ(disc->caption(), QStringLiteral("No blemishes found."));
+
+    aim->moveBy(1, 0);
+    queues.runAll();
+    restUntil([this] { return announcements.last().startsWith(QStringLiteral("Column 82, row 61.")); });
+}
+
+} // namespace
+} // namespace complexion
