@@ -17,6 +17,8 @@ struct WindowState {
     StepName redoStep = StepName::Unnamed;
     bool hasTutorial = false;
     QString fileName; // of the photo, empty without one
+    bool hasUnsavedWork = false;
+    bool isShowingOriginal = false; // in place of the working image
 };
 
 /// The window's commands. The menu and the buttons share one QAction per command.

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/alert_dialog.h"
 
+#include "app/icons.h"
 #include "view/text_font.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -18,6 +20,7 @@ constexpr int kTextWidthInLetters = 44; // a comfortable line length
 constexpr int kMargin = 24;
 constexpr int kGap = 8;
 constexpr int kMinButtonWidth = 88;
+constexpr int kIconSize = 32;
 
 /// Translates a text that was marked with QT_TRANSLATE_NOOP in the context "Alerts".
 QString translated(const std::string& text) {
@@ -33,6 +36,30 @@ QLabel* makeText(const std::string& text, double size) {
     return label;
 }
 
+/// A question, a warning and information differ by their shapes, not only by their words.
+QString iconOf(const Alert& alert) {
+    if (alert.buttons.size() > 1)
+        return QStringLiteral("alert-question");
+    return alert.style == AlertStyle::Informational ? QStringLiteral("alert-information")
+                                                    : QStringLiteral("alert-warning");
+}
+
+/// An icon, rendered at the screen's device pixel ratio.
+class AlertIcon : public QWidget {
+public:
+    explicit AlertIcon(const QString& name) {
+        setObjectName(name);
+        setFixedSize(kIconSize, kIconSize);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter(this).drawPixmap(
+            0, 0,
+            linePixmap(objectName(), kIconSize, palette().color(QPalette::Highlight), devicePixelRatioF()));
+    }
+};
+
 } // namespace
 
 AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
@@ -44,9 +71,16 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     column->setSpacing(kMargin);
     column->setSizeConstraint(QLayout::SetFixedSize);
+    auto* message = new QHBoxLayout;
+    message->setSpacing(kMargin * 2 / 3);
+    message->addWidget(new AlertIcon(iconOf(alert)), 0, Qt::AlignTop);
+    auto* texts = new QVBoxLayout;
+    texts->setSpacing(kGap);
     if (!alert.messageText.empty())
-        column->addWidget(makeText(alert.messageText, kTextSize + 5));
-    column->addWidget(makeText(alert.informativeText, kTextSize + 1));
+        texts->addWidget(makeText(alert.messageText, kTextSize + 5));
+    texts->addWidget(makeText(alert.informativeText, kTextSize + 1), 1, Qt::AlignVCenter);
+    message->addLayout(texts, 1);
+    column->addLayout(message);
 
     auto* row = new QHBoxLayout;
     row->setSpacing(kGap);

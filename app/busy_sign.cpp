@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/busy_sign.h"
 
+#include "app/sign.h"
+
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QPushButton>
 #include <QWindow>
 
@@ -12,11 +13,9 @@ namespace complexion {
 
 namespace {
 
-constexpr int kTop = 16; // points from the root view's top
 constexpr int kMarginX = 20;
 constexpr int kMarginY = 10;
 constexpr int kSpacing = 14;
-constexpr double kMaxRadius = 20;    // of the corners
 constexpr int kMaxMilliseconds = 50; // for the waiting events
 
 bool isInput(QEvent::Type type) {
@@ -68,7 +67,7 @@ void BusySign::setText(const QString& text) {
     m_text->setText(text);
     layout()->activate();
     resize(sizeHint());
-    move((parentWidget()->width() - width()) / 2, kTop);
+    move((parentWidget()->width() - width()) / 2, kSignTop);
     raise();
 }
 
@@ -128,13 +127,7 @@ bool BusySign::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void BusySign::paintEvent(QPaintEvent* event) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(palette().color(QPalette::Base));
-    const double radius = std::min(height() / 2.0, kMaxRadius);
-    painter.drawRoundedRect(QRectF(rect()), radius, radius);
-    painter.end();
+    paintSignGround(*this);
     QWidget::paintEvent(event);
 }
 

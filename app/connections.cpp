@@ -43,7 +43,9 @@ WindowState stateOf(const ViewController& controller) {
             .undoStep = controller.undoStep(),
             .redoStep = controller.redoStep(),
             .hasTutorial = !controller.tutorialAddress.empty(),
-            .fileName = shownName(name)};
+            .fileName = shownName(name),
+            .hasUnsavedWork = controller.hasUnsavedWork(),
+            .isShowingOriginal = controller.isShowingSource()};
 }
 
 void connectActions(const Actions& actions, ViewController& controller) {

@@ -61,7 +61,8 @@ QPalette darkRoom() {
     set(QPalette::LinkVisited, kAccent);
     set(QPalette::ToolTipBase, kButton);
     set(QPalette::ToolTipText, kText);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::PlaceholderText})
         palette.setColor(QPalette::Disabled, role, QColor::fromRgba(kDisabledText));
     return palette;
 }

@@ -40,6 +40,7 @@ MainWindow::MainWindow()
       m_root(new RootView),
       m_contents(new WindowContents(m_root, *m_actions)),
       m_busySign(new BusySign(m_root)),
+      m_originalSign(new Sign(m_root)),
       m_editDisc(new EditDisc(m_root->imageView())),
       m_photoInput(new PhotoInput(m_root->imageView())) {
     setCentralWidget(m_root);
@@ -80,7 +81,15 @@ void MainWindow::showState(const WindowState& state) {
     // does something else.
     if (hadFocus && !focused->isEnabled())
         m_root->imageView()->setFocus();
-    setWindowTitle(state.fileName.isEmpty() ? u"Complexion"_s : u"%1 — Complexion"_s.arg(state.fileName));
+    // In a title, "[*]" is the place of the mark for unsaved work; twice, it stands for itself.
+    QString name = state.fileName;
+    name.replace(u"[*]"_s, u"[*][*]"_s);
+    setWindowTitle(name.isEmpty() ? u"Complexion"_s : name + u"[*] — Complexion"_s);
+    setWindowModified(state.hasUnsavedWork);
+    if (!state.isShowingOriginal)
+        m_originalSign->hide();
+    else if (m_originalSign->isHidden())
+        m_originalSign->showText(tr("Original"));
 }
 
 void MainWindow::paintEvent(QPaintEvent* event) {

@@ -23,6 +23,7 @@ public:
     RootView& rootView() const { return *m_root; }
     WindowContents& contents() const { return *m_contents; }
     BusySign& busySign() const { return *m_busySign; }
+    Sign& originalSign() const { return *m_originalSign; }
     EditDisc& editDisc() const { return *m_editDisc; }
     PhotoInput& photoInput() const { return *m_photoInput; }
 
@@ -43,6 +44,7 @@ private:
     RootView* m_root;
     WindowContents* m_contents;
     BusySign* m_busySign;
+    Sign* m_originalSign;
     EditDisc* m_editDisc;
     PhotoInput* m_photoInput;
     bool m_hasAppeared = false;

@@ -123,6 +123,7 @@ SettingsBar::SettingsBar(QWidget* parent)
     m_grid->setHorizontalSpacing(kGroupGap - kRingSpace);
     m_grid->setVerticalSpacing(kRowGap);
     setColumns(kOneRow);
+    updateColorControls();
     textFieldEditAreaSize->installEventFilter(this);
     stepperEditAreaSize->installEventFilter(this);
     for (QWidget* control : std::initializer_list<QWidget*>{sliderThreshold, comboRepair, comboEffect}) {
@@ -234,7 +235,6 @@ QWidget* SettingsBar::makeColorGroup() {
     pipette->setAccessibleName(tr("Pick a color from the photo"));
     connect(checkAutodetectColor, &QCheckBox::toggled, this, &SettingsBar::updateColorControls);
     connect(comboRepair, &QComboBox::currentIndexChanged, this, &SettingsBar::updateColorControls);
-    updateColorControls();
 
     auto* row = makeControlRow(kGap);
     row->addWidget(checkAutodetectColor);
@@ -249,6 +249,7 @@ void SettingsBar::updateColorControls() {
     const bool natural = comboRepair->currentIndex() == static_cast<int>(RepairStyle::Natural);
     const bool autodetect = checkAutodetectColor->isChecked();
     checkAutodetectColor->setEnabled(!natural);
+    checkAutodetectColor->parentWidget()->findChild<QLabel*>()->setEnabled(!natural);
     checkAutodetectColor->setToolTip(natural ? tr("The natural repair always takes the skin's own color")
                                              : tr("Take the color of the skin around the blemish"));
     colorWellCustomColor->setEnabled(!natural && !autodetect);

@@ -64,7 +64,7 @@ private:
     int widthOfOneRow() const;
     void setColumns(int columns);
 
-    bool m_hasPhoto = false; // declared before the groups, whose initialisation reads it
+    bool m_hasPhoto = false;
     std::array<QWidget*, 5> m_groups;
     QGridLayout* m_grid;
     int m_columns = 0; // groups per row; 0 before the first arrangement

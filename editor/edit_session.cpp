@@ -69,6 +69,7 @@ void EditSession::install(const Image& image, bool isNewPhoto) {
         std::swap(previous, m_image);
         if (isNewPhoto) {
             m_source = image;
+            m_saved.reset();
             ++m_photo;
         }
         m_change = isNewPhoto ? 0 : m_change + 1;
@@ -94,6 +95,15 @@ std::uint64_t EditSession::photoNumber() const {
 std::int64_t EditSession::changeCount() const {
     const std::scoped_lock lock(m_mutex);
     return m_change;
+}
+
+void EditSession::markSaved(int effect) {
+    m_saved = {changeCount(), effect};
+}
+
+bool EditSession::hasUnsavedWork(int effect) const {
+    const bool isAsOpened = effect == 0 && image().isSameObject(source());
+    return !isAsOpened && m_saved != std::pair(changeCount(), effect);
 }
 
 std::string EditSession::stateFormat() const {

@@ -16,6 +16,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace complexion {
@@ -66,6 +67,11 @@ public:
     std::uint64_t photoNumber() const;
     /// Incremented by every change of this photo's working image.
     std::int64_t changeCount() const;
+    /// Records that the working image has been saved with `effect`, an index into kEffectTitles.
+    void markSaved(int effect);
+    /// Whether closing the photo would lose something: the working image with `effect` has not been saved,
+    /// nor is it the photo as it was opened.
+    bool hasUnsavedWork(int effect) const;
 
     std::filesystem::path path; // of the photo; empty while none is open
     std::string name;           // file name without folder and extension
@@ -139,6 +145,7 @@ private:
     Image m_source;
     std::uint64_t m_photo = 0;
     std::int64_t m_change = 0;
+    std::optional<std::pair<std::int64_t, int>> m_saved; // change and effect of the last save
     std::optional<EditSettings> m_settings;
     std::string m_missing = "the settings";
 

@@ -40,6 +40,9 @@ void ViewController::OnSaveImage(QObject*) {
     else
         replaced.moveToTrash();
     Q_EMIT longWorkEnded();
+    if (saved && isWritten)
+        m_session.markSaved(comboEffect->currentIndex());
+    Q_EMIT stateChanged();
 
     if (saved && !isWritten)
         Q_EMIT noticed(noticeOfSize(format));

@@ -19,6 +19,10 @@ bool ViewController::hasImage() const {
     return imageView->image().has_value();
 }
 
+bool ViewController::hasUnsavedWork() const {
+    return hasImage() && m_session.hasUnsavedWork(comboEffect->currentIndex());
+}
+
 int ViewController::runQuestion(const char* informativeText) {
     return m_dialogs.runAlert(yesNoQuestion(informativeText));
 }

@@ -230,6 +230,8 @@ public:
     // State for enabling the controls.
 
     bool hasImage() const;
+    /// Whether closing the photo would lose repairs or an effect.
+    bool hasUnsavedWork() const;
     bool canUndo() const;
     bool canRedo() const;
     StepName undoStep() const { return m_session.undoStep(); }

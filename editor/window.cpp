@@ -43,7 +43,8 @@ void ViewController::viewDidLoad() {
     autodetect.setText(tr("Autodetect Color"));
     autodetect.setFont(textFont());
     QPalette palette = autodetect.palette();
-    palette.setColor(QPalette::WindowText, Qt::white);
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+        palette.setColor(group, QPalette::WindowText, Qt::white);
     autodetect.setPalette(palette);
 
     QComboBox& effects = *comboEffect;

@@ -183,7 +183,7 @@ Result<Repaired> repairInFlatColor(const Image& image, Point point, std::int64_t
         const PimplePixels pixels = ImageTools::FindPimplePixels(point, image, radius, threshold);
         if (pixels.repair.empty() && pixels.sample.empty())
             return {RepairOutcome::NotUniform,
-                    unevenSide(rimSamples(disc, GrayMap(convertToGrayScale(image))))};
+                    unevenSide(rimSamples(disc, GrayMap(ImageTools::convertToGrayScale(image))))};
         if (pixels.repair.empty())
             return RepairOutcome::NothingToRepair;
         if (colorType == kAutodetectColor) {

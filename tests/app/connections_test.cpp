@@ -126,12 +126,6 @@ TEST_F(Connections, CommandsAreEnabledWhenAvailable) {
     EXPECT_TRUE(actions.redo->isEnabled());
 }
 
-TEST_F(Connections, TheTitleNamesThePhoto) {
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Complexion"));
-    open();
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("face.png — Complexion"));
-}
-
 TEST_F(Connections, TheFieldFollowsTheStepper) {
     Stepper& stepper = *bar().stepperEditAreaSize;
     click(stepper, {stepper.width() / 2, 3});

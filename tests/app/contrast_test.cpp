@@ -9,8 +9,10 @@
 #include "tests/fakes/pictures.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QStyleFactory>
 #include <QToolButton>
 
@@ -158,6 +160,35 @@ TEST(Contrast, OfTextsIsSufficientOnEveryDesktopOverEveryPhoto) {
             EXPECT_GE(readable.contrastWithin(*control, readable.backgroundOf(*control)), kMinTextContrast)
                 << control->objectName().toStdString();
     });
+}
+
+TEST(Contrast, OfTheColorSettingsFallsWhereTheRepairDoesNotUseThem) {
+    ReadableWindow readable(desktops().at("light"), 1, 128);
+    const SettingsBar& bar = *readable.window->contents().boxEditSettings;
+    bar.comboRepair->setCurrentIndex(1); // natural
+    QApplication::processEvents();
+    readable.screen = readable.window->grab().toImage();
+    for (const QWidget* control :
+         {static_cast<QWidget*>(bar.checkAutodetectColor),
+          static_cast<QWidget*>(bar.checkAutodetectColor->parentWidget()->findChild<QLabel*>())}) {
+        EXPECT_LT(readable.contrastWithin(*control, readable.backgroundOf(*control)), kMinTextContrast);
+    }
+}
+
+TEST(Contrast, OfADisabledButtonIsSufficient) {
+    applyLook(*qApp, 1);
+    QDialog dialog;
+    auto* const button = new QPushButton(QStringLiteral("Open"), &dialog);
+    button->setDefault(true);
+    button->setEnabled(false);
+    button->resize(button->sizeHint());
+    const QImage image = button->grab().toImage();
+    const QColor background = image.pixelColor(image.width() / 2, 4);
+    double maximum = 1;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 8; x < image.width() - 8; ++x)
+            maximum = std::max(maximum, contrast(image.pixelColor(x, y), background));
+    EXPECT_GE(maximum, kMinTextContrast);
 }
 
 TEST(Contrast, OfIconsIsSufficient) {

@@ -67,6 +67,24 @@ TEST(Alert, ClosingItMeansNo) {
     EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { dialog.close(); }), kSecondButton);
 }
 
+TEST(Alert, AQuestionAWarningAndInformationLookDifferent) {
+    const Alert warning{.informativeText = "No.", .style = AlertStyle::Warning, .buttons = {"OK"}};
+    const Alert information{.informativeText = "No.", .style = AlertStyle::Informational, .buttons = {"OK"}};
+    const Alert question{.informativeText = "No.", .style = AlertStyle::Warning, .buttons = {"OK", "No"}};
+    std::vector<QImage> icons;
+    for (const auto& [alert, name] :
+         {std::pair(warning, "alert-warning"), std::pair(information, "alert-information"),
+          std::pair(question, "alert-question")}) {
+        AlertDialog dialog(alert);
+        auto* const icon = dialog.findChild<QWidget*>(QString::fromLatin1(name));
+        ASSERT_TRUE(icon) << name;
+        icons.push_back(icon->grab().toImage());
+    }
+    EXPECT_NE(icons[0], icons[1]);
+    EXPECT_NE(icons[1], icons[2]);
+    EXPECT_NE(icons[0], icons[2]);
+}
+
 TEST(Alert, ReturnMeansTheFirstButton) {
     EXPECT_EQ(answered(kQuestion, [](QWidget& dialog) { type(dialog, Qt::Key_Return); }), kFirstButton);
 }

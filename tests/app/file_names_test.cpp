@@ -56,7 +56,7 @@ TEST_F(NamesThatAreNotUtf8, AreReadableInTheTitle) {
     const std::filesystem::path path = makePhoto(kLatin1Name);
     controller->OpenFile(path);
     EXPECT_EQ(controller->originalImagePath, path);
-    EXPECT_EQ(window.windowTitle(), u"café.png — Complexion"_s);
+    EXPECT_EQ(window.windowTitle(), u"café.png[*] — Complexion"_s);
 }
 
 TEST_F(NamesThatAreNotUtf8, AreListedAndChosenByteForByte) {
