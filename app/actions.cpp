@@ -43,6 +43,7 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     selectImage = makeAction(this, tr("Select image…"), u"select"_s, {QKeySequence::Open});
     resetImage = makeAction(this, tr("Reload image"), u"reload"_s, Keys{Qt::CTRL | Qt::Key_R, Qt::Key_F5});
     saveImage = makeAction(this, tr("Save image…"), u"save"_s, {QKeySequence::Save});
+    close = makeAction(this, tr("Close"), {}, Keys{Qt::CTRL | Qt::Key_W});
     quit = makeAction(this, tr("Quit"), {}, Keys{Qt::CTRL | Qt::Key_Q});
     undo = makeAction(this, tr("Undo"), u"undo"_s, Keys{Qt::CTRL | Qt::Key_Z});
     redo =
@@ -51,18 +52,29 @@ Actions::Actions(QObject* parent) : QObject(parent) {
                         Keys{Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
     zoomOut = makeAction(this, tr("Zoom out"), u"zoom-out"_s, Keys{Qt::CTRL | Qt::Key_Minus});
     resetZoom = makeAction(this, tr("Reset zoom"), u"zoom-reset"_s, Keys{Qt::CTRL | Qt::Key_0});
+    halfPixels = makeAction(this, tr("50 %"), {}, {});
     actualPixels = makeAction(this, tr("Actual pixels"), {}, Keys{Qt::CTRL | Qt::Key_1});
+    doublePixels = makeAction(this, tr("200 %"), {}, Keys{Qt::CTRL | Qt::Key_2});
     compare = makeAction(this, tr("Show the original"), u"compare"_s, Keys{Qt::Key_B});
+    showOriginal = makeAction(this, tr("Show the original"), {}, {});
+    showOriginal->setCheckable(true);
     showPreview = makeAction(this, tr("Preview the repair"), {}, {});
     showPreview->setCheckable(true);
     showPreview->setChecked(true);
     largerArea = makeAction(this, tr("Larger edit area"), {}, Keys{Qt::Key_BracketRight});
     smallerArea = makeAction(this, tr("Smaller edit area"), {}, Keys{Qt::Key_BracketLeft});
     fitArea = makeAction(this, tr("Fit the edit area"), u"fit"_s, Keys{Qt::Key_F});
+    higherThreshold = makeAction(this, tr("Higher threshold"), {}, Keys{Qt::Key_Period});
+    lowerThreshold = makeAction(this, tr("Lower threshold"), {}, Keys{Qt::Key_Comma});
     fitArea->setIconText(tr("Fit"));
     fitArea->setObjectName(u"Fit"_s);
     nextBlemish = makeAction(this, tr("Next blemish"), {}, Keys{Qt::Key_N});
     previousBlemish = makeAction(this, tr("Previous blemish"), {}, Keys{Qt::SHIFT | Qt::Key_N});
+    showBars = makeAction(this, tr("Show the controls"), {}, Keys{Qt::Key_H});
+    showBars->setCheckable(true);
+    showBars->setChecked(true);
+    fullScreen = makeAction(this, tr("Full screen"), {}, Keys{Qt::Key_F11});
+    fullScreen->setCheckable(true);
     videoTutorial = makeAction(this, tr("Video tutorial"), u"play"_s, {QKeySequence::HelpContents});
     about = makeAction(this, tr("About Complexion"), {}, {});
 
@@ -83,11 +95,15 @@ void Actions::showState(const WindowState& state) {
     setAvailable(zoomIn, state.hasImage, tr("Zoom in"), noPhoto);
     setAvailable(zoomOut, state.hasImage, tr("Zoom out"), noPhoto);
     setAvailable(resetZoom, state.hasImage, tr("Reset zoom"), noPhoto);
+    setAvailable(halfPixels, state.hasImage, tr("50 %"), noPhoto);
     setAvailable(actualPixels, state.hasImage, tr("Actual pixels"), noPhoto);
+    setAvailable(doublePixels, state.hasImage, tr("200 %"), noPhoto);
     setAvailable(fitArea, state.hasImage, tr("Fit the edit area to the blemish under it"), noPhoto);
     setAvailable(nextBlemish, state.hasImage, tr("Next blemish"), noPhoto);
     setAvailable(previousBlemish, state.hasImage, tr("Previous blemish"), noPhoto);
     setAvailable(compare, state.hasImage, tr("Hold to see the original"), noPhoto);
+    setAvailable(showOriginal, state.hasImage, tr("Show the original"), noPhoto);
+    showOriginal->setChecked(state.isShowingOriginal);
     setAvailable(videoTutorial, state.hasTutorial, tr("Video tutorial"), tr("not included in this build"));
 }
 

@@ -31,20 +31,28 @@ public:
     QAction* selectImage;
     QAction* resetImage;
     QAction* saveImage;
+    QAction* close;
     QAction* quit;
     QAction* undo;
     QAction* redo;
     QAction* zoomIn;
     QAction* zoomOut;
     QAction* resetZoom;
+    QAction* halfPixels;
     QAction* actualPixels;
-    QAction* compare;     // active while held down, see HeldCommand
-    QAction* showPreview; // checkable
+    QAction* doublePixels;
+    QAction* compare;      // active while held down, see HeldCommand
+    QAction* showOriginal; // the same as a checkable menu item
+    QAction* showPreview;  // checkable
     QAction* largerArea;
     QAction* smallerArea;
     QAction* fitArea;
+    QAction* higherThreshold;
+    QAction* lowerThreshold;
     QAction* nextBlemish;
     QAction* previousBlemish;
+    QAction* showBars;   // checkable
+    QAction* fullScreen; // checkable
     QAction* videoTutorial;
     QAction* about;
 

@@ -64,6 +64,11 @@ void connectActions(const Actions& actions, ViewController& controller) {
     send(actions.zoomOut, &ViewController::OnZoomOut);
     send(actions.resetZoom, &ViewController::OnResetZoom);
     send(actions.videoTutorial, &ViewController::OnVideoTutorial);
+    QObject::connect(actions.higherThreshold, &QAction::triggered, &controller,
+                     [&controller] { controller.StepThreshold(1); });
+    QObject::connect(actions.lowerThreshold, &QAction::triggered, &controller,
+                     [&controller] { controller.StepThreshold(-1); });
+    QObject::connect(actions.showOriginal, &QAction::triggered, &controller, &ViewController::ShowSource);
     QObject::connect(actions.largerArea, &QAction::triggered, &controller,
                      [&controller] { controller.StepEditAreaSize(1); });
     QObject::connect(actions.smallerArea, &QAction::triggered, &controller,
@@ -126,9 +131,27 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     QObject::connect(actions.nextBlemish, &QAction::triggered, aim, [aim] { aim->goToSuggestion(1); });
     QObject::connect(actions.previousBlemish, &QAction::triggered, aim, [aim] { aim->goToSuggestion(-1); });
     QObject::connect(actions.showPreview, &QAction::toggled, aim, &Aim::setPreviewing);
-    QObject::connect(actions.actualPixels, &QAction::triggered, aim,
-                     [&controller, aim] { controller.ZoomToPixels(aim->shownPoint()); });
+    for (const auto& [action, scale] :
+         {std::pair(actions.halfPixels, 0.5), {actions.actualPixels, 1}, {actions.doublePixels, 2}})
+        QObject::connect(action, &QAction::triggered, aim,
+                         [&controller, aim, scale] { controller.ZoomToPixels(aim->shownPoint(), scale); });
     QObject::connect(window.contents().compare, &HeldCommand::held, &controller, &ViewController::ShowSource);
+}
+
+/// The menus that depend on the controller, and the zoom that the rail shows.
+void connectMenus(MainWindow& window, ViewController& controller) {
+    const SettingsBar& bar = *window.contents().boxEditSettings;
+    addChoices(*window.menus().repair, bar.comboRepair);
+    addChoices(*window.menus().effect, bar.comboEffect);
+    RecentPhotos* const recent = window.menus().recentPhotos;
+    QObject::connect(&controller, &ViewController::photoOpened, recent,
+                     [&controller, recent] { recent->add(controller.originalImagePath); });
+    QObject::connect(recent, &RecentPhotos::chosen, &controller, &ViewController::OpenAgain);
+
+    ZoomButton* const zoom = window.contents().zoom;
+    const auto showScale = [&controller, zoom] { zoom->setScale(controller.shownScale()); };
+    QObject::connect(window.rootView().imageView(), &CustomImageView::frameChanged, zoom, showScale);
+    QObject::connect(&controller, &ViewController::stateChanged, zoom, showScale);
 }
 
 /// The pipette beside the colour well.
@@ -199,6 +222,7 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     connectMouse(window.rootView(), controller);
     connectPhotoInput(window, controller);
     connectPipette(window, controller);
+    connectMenus(window, controller);
     QObject::connect(window.actions().about, &QAction::triggered, &window,
                      [&dialogs] { showAbout(dialogs); });
 }

@@ -2,6 +2,7 @@
 #include "app/held_command.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QCoreApplication>
 #include <QKeyEvent>
 
@@ -28,6 +29,15 @@ void HeldCommand::setHeld(bool isHeld) {
         QCoreApplication::instance()->installEventFilter(this);
     else
         QCoreApplication::instance()->removeEventFilter(this);
+    // Held by the key, the button looks pressed too, and assistive technology sees it so.
+    if (isHeld)
+        m_isByKey = !m_button->isDown();
+    if (m_isByKey)
+        m_button->setDown(isHeld);
+    QAccessible::State changed;
+    changed.pressed = true;
+    QAccessibleStateChangeEvent change(m_button, changed);
+    QAccessible::updateAccessibility(&change);
     Q_EMIT held(isHeld);
 }
 
@@ -36,7 +46,7 @@ bool HeldCommand::eventFilter(QObject* watched, QEvent* event) {
     // key that is released ends the command.
     const bool isKeyUp =
         event->type() == QEvent::KeyRelease && !static_cast<QKeyEvent*>(event)->isAutoRepeat();
-    if ((isKeyUp && !m_button->isDown()) || event->type() == QEvent::ApplicationDeactivate ||
+    if ((isKeyUp && m_isByKey) || event->type() == QEvent::ApplicationDeactivate ||
         event->type() == QEvent::WindowDeactivate)
         setHeld(false);
     return QObject::eventFilter(watched, event);

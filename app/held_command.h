@@ -30,6 +30,7 @@ private:
 
     QAbstractButton* m_button;
     bool m_isHeld = false;
+    bool m_isByKey = false;
 };
 
 } // namespace complexion

@@ -2,7 +2,6 @@
 #include "app/main_window.h"
 
 #include <QEvent>
-#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QTimer>
@@ -46,31 +45,20 @@ MainWindow::MainWindow()
     setCentralWidget(m_root);
     setMenuBar(new MenuBar);
     setContextMenuPolicy(Qt::NoContextMenu);
-    makeMenus();
+    m_menus.emplace(*menuBar(), *m_actions, *m_contents->boxEditSettings);
+    connect(m_actions->close, &QAction::triggered, this, &QWidget::close);
+    connect(m_actions->fullScreen, &QAction::triggered, this,
+            [this](bool on) { setWindowState(windowState().setFlag(Qt::WindowFullScreen, on)); });
+    connect(m_actions->showBars, &QAction::toggled, this, [this](bool on) {
+        m_contents->setBarsVisible(on);
+        if (!on)
+            m_root->imageView()->setFocus();
+    });
     const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());
     setMinimumSize(kMinSize.expandedTo(needed));
     resize(kUsualSize.boundedTo(screen()->availableSize() - kScreenMargin).expandedTo(minimumSize()));
     showState({});
     m_root->imageView()->setFocus();
-}
-
-void MainWindow::makeMenus() {
-    QMenu* file = menuBar()->addMenu(tr("&File"));
-    file->addActions({m_actions->selectImage, m_actions->resetImage, m_actions->saveImage});
-    file->addSeparator();
-    file->addAction(m_actions->quit);
-    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
-    edit->addActions({m_actions->undo, m_actions->redo});
-    edit->addSeparator();
-    edit->addActions({m_actions->largerArea, m_actions->smallerArea, m_actions->fitArea});
-    QMenu* view = menuBar()->addMenu(tr("&View"));
-    view->addActions({m_actions->zoomIn, m_actions->zoomOut, m_actions->resetZoom, m_actions->actualPixels});
-    view->addSeparator();
-    view->addAction(m_actions->showPreview);
-    view->addSeparator();
-    view->addActions({m_actions->nextBlemish, m_actions->previousBlemish});
-    QMenu* help = menuBar()->addMenu(tr("&Help"));
-    help->addActions({m_actions->videoTutorial, m_actions->about});
 }
 
 void MainWindow::showState(const WindowState& state) {
@@ -90,6 +78,12 @@ void MainWindow::showState(const WindowState& state) {
         m_originalSign->hide();
     else if (m_originalSign->isHidden())
         m_originalSign->showText(tr("Original"));
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::WindowStateChange)
+        m_actions->fullScreen->setChecked(isFullScreen()); // the window manager can end it, too
+    QMainWindow::changeEvent(event);
 }
 
 void MainWindow::paintEvent(QPaintEvent* event) {

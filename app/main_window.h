@@ -3,12 +3,15 @@
 
 #include "app/actions.h"
 #include "app/busy_sign.h"
+#include "app/menus.h"
 #include "app/photo_input.h"
 #include "app/root_view.h"
 #include "app/window_contents.h"
 #include "view/edit_disc.h"
 
 #include <QMainWindow>
+
+#include <optional>
 
 namespace complexion {
 
@@ -26,6 +29,7 @@ public:
     Sign& originalSign() const { return *m_originalSign; }
     EditDisc& editDisc() const { return *m_editDisc; }
     PhotoInput& photoInput() const { return *m_photoInput; }
+    const Menus& menus() const { return *m_menus; }
 
     /// Updates the title, which names the photo, and the commands.
     void showState(const WindowState& state);
@@ -35,11 +39,10 @@ Q_SIGNALS:
     void appeared();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void makeMenus();
-
     Actions* m_actions;
     RootView* m_root;
     WindowContents* m_contents;
@@ -47,6 +50,7 @@ private:
     Sign* m_originalSign;
     EditDisc* m_editDisc;
     PhotoInput* m_photoInput;
+    std::optional<Menus> m_menus;
     bool m_hasAppeared = false;
 };
 

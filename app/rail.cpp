@@ -14,17 +14,20 @@ constexpr int kIconSize = 20;
 } // namespace
 
 Box* makeRailBox(QWidget* parent, QAction* action, const QString& objectName, const QString& accessibleName) {
-    auto* box = new Box(parent);
-    box->setObjectName(objectName);
-    box->resize(kRailBoxSize, kRailBoxSize);
-
     auto* button = new QToolButton;
     button->setDefaultAction(action);
     button->setToolButtonStyle(Qt::ToolButtonIconOnly);
     button->setIconSize({kIconSize, kIconSize});
+    button->setAccessibleName(accessibleName);
+    return makeRailBox(parent, button, objectName);
+}
+
+Box* makeRailBox(QWidget* parent, QToolButton* button, const QString& objectName) {
+    auto* box = new Box(parent);
+    box->setObjectName(objectName);
+    box->resize(kRailBoxSize, kRailBoxSize);
     button->setFixedSize(kRailBoxSize, kRailBoxSize);
     button->setAutoRaise(true);
-    button->setAccessibleName(accessibleName);
     auto* layout = new QVBoxLayout(box);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(button);

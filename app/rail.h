@@ -4,6 +4,7 @@
 #include "view/box.h"
 
 class QAction;
+class QToolButton;
 
 namespace complexion {
 
@@ -13,5 +14,8 @@ inline constexpr int kRailBoxSize = 44;
 /// A square box with one button that shows `action`'s icon. `objectName` names the box, `accessibleName` the
 /// button.
 Box* makeRailBox(QWidget* parent, QAction* action, const QString& objectName, const QString& accessibleName);
+
+/// A square box with `button`.
+Box* makeRailBox(QWidget* parent, QToolButton* button, const QString& objectName);
 
 } // namespace complexion

@@ -43,6 +43,9 @@ WindowContents::WindowContents(RootView* root, const Actions& actions)
     boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
     boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets that of the others
     compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
+    zoom = new ZoomButton(actions);
+    boxZoom = makeRailBox(root, zoom, u"boxZoom"_s);
+    boxZoom->setAlpha(Box::kAlphaOverPhoto);
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);
     boxContinue = new ContinueCard(root);
@@ -63,7 +66,7 @@ bool WindowContents::eventFilter(QObject* watched, QEvent* event) {
 std::array<std::vector<Box*>, 3> WindowContents::railGroups() const {
     return {{{boxSelectImage, boxResetImage, boxSaveImage},
              {boxUndo, boxRedo},
-             {boxZoomIn, boxZoomOut, boxResetZoom, boxCompare}}};
+             {boxZoomIn, boxZoomOut, boxResetZoom, boxZoom, boxCompare}}};
 }
 
 int WindowContents::railHeight() const {
@@ -71,6 +74,14 @@ int WindowContents::railHeight() const {
     for (const std::vector<Box*>& group : railGroups())
         height += kGroupGap - kGap + static_cast<int>(group.size()) * (kRailBoxSize + kGap);
     return height;
+}
+
+void WindowContents::setBarsVisible(bool visible) {
+    for (const std::vector<Box*>& group : railGroups())
+        for (Box* box : group)
+            box->setVisible(visible);
+    m_railBackground->setVisible(visible);
+    boxEditSettings->setVisible(visible);
 }
 
 QSize WindowContents::smallestSize() {

@@ -7,6 +7,7 @@
 #include "app/notice_line.h"
 #include "app/root_view.h"
 #include "app/settings_bar.h"
+#include "app/zoom_button.h"
 
 #include <array>
 #include <vector>
@@ -32,12 +33,17 @@ public:
     Box* boxZoomOut;
     Box* boxResetZoom;
     Box* boxCompare;
+    Box* boxZoom;
     HeldCommand* compare;
+    ZoomButton* zoom;
     SettingsBar* boxEditSettings;
     ContinueCard* boxContinue;
     Box* boxHint;
     Box* boxHelp;
     NoticeLine* notice;
+
+    /// Shows or hides the rail and the settings.
+    void setBarsVisible(bool visible);
 
     /// The smallest size of `root` that fits all boxes.
     QSize smallestSize();

@@ -11,6 +11,8 @@ namespace {
 constexpr char16_t kFirstControl = 0x80;
 constexpr char16_t kLastControl = 0x9f;
 
+constexpr qsizetype kMaxLetters = 40; // of an elided name
+
 bool isRepresentable(const std::filesystem::path& path) {
     return QFile::encodeName(QFile::decodeName(path.c_str())).toStdString() == path.native();
 }
@@ -25,6 +27,14 @@ QString shownName(const std::filesystem::path& name) {
         if (character >= kFirstControl && character <= kLastControl)
             character = QChar::ReplacementCharacter;
     return text;
+}
+
+QString elidedName(const std::filesystem::path& path) {
+    const QString name = shownName(path.filename());
+    if (name.size() <= kMaxLetters)
+        return name;
+    constexpr qsizetype kKept = kMaxLetters / 2;
+    return name.left(kKept) + u'…' + name.right(kKept - 1);
 }
 
 } // namespace complexion

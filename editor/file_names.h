@@ -14,4 +14,7 @@ namespace complexion {
 /// Latin 1, which older systems used.
 QString shownName(const std::filesystem::path& name);
 
+/// The name of the file at `path`, for display in a sentence or a menu: the middle of a long one is left out.
+QString elidedName(const std::filesystem::path& path);
+
 } // namespace complexion

@@ -15,8 +15,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qsizetype kMaxNameLetters = 40; // longer names are elided
-
 class Notices {
     Q_DECLARE_TR_FUNCTIONS(Notices)
 };
@@ -41,14 +39,6 @@ QString phraseOf(const SavingLoss& loss) {
         return Notices::tr("the embedded preview is left out");
     }
     return {};
-}
-
-QString elidedName(const std::filesystem::path& path) {
-    const QString name = shownName(path.filename());
-    if (name.size() <= kMaxNameLetters)
-        return name;
-    constexpr qsizetype kKept = kMaxNameLetters / 2;
-    return name.left(kKept) + u'…' + name.right(kKept - 1);
 }
 
 /// Why a file with a picture of another format is refused, and what to do.

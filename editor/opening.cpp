@@ -31,11 +31,15 @@ void ViewController::showLoadFailure(const QString& reason) {
                         .buttons = {QT_TRANSLATE_NOOP("Alerts", "OK")}});
 }
 
+bool ViewController::mayLeavePhoto() {
+    return originalImagePath.empty() ||
+           runQuestion(QT_TRANSLATE_NOOP(
+               "Alerts", "All unsaved changes will be lost. Are you sure you want to select a new image?")) !=
+               kSecondButton;
+}
+
 void ViewController::OnSelectImage(QObject*) {
-    if (!originalImagePath.empty() &&
-        runQuestion(QT_TRANSLATE_NOOP(
-            "Alerts", "All unsaved changes will be lost. Are you sure you want to select a new image?")) ==
-            kSecondButton)
+    if (!mayLeavePhoto())
         return;
     OpenPanel panel;
     panel.allowedFileTypes.assign(ImageTools::kAcceptedTypes.begin(), ImageTools::kAcceptedTypes.end());
@@ -56,6 +60,11 @@ void ViewController::DragPerformed(const Notification& notification) {
         showLoadFailure();
     else
         loadImage(path->second);
+}
+
+void ViewController::OpenAgain(const std::filesystem::path& path) {
+    if (mayLeavePhoto())
+        loadImage(path);
 }
 
 void ViewController::OpenFile(const std::filesystem::path& path) {
@@ -96,6 +105,7 @@ void ViewController::installPhoto(const OpenedPhoto& photo, const std::filesyste
     boxHelp->hide();
     comboEffect->setCurrentIndex(0);
     m_session.open(photo, path, opened);
+    Q_EMIT photoOpened();
     ApplyEffectsOnPreview();
     ResetZoom();
     Q_EMIT longWorkBegan(tr("Opening the photo…"));

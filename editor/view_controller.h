@@ -147,6 +147,8 @@ public:
 
     /// Loads the file that a "DragPerformed" notification names.
     void DragPerformed(const Notification& notification);
+    /// Opens a photo that was open before. Asks first if another one is open.
+    void OpenAgain(const std::filesystem::path& path);
     /// Opens a file named by the system ("Open with", the command line). Shows the load-failure alert if it
     /// is not an image.
     void OpenFile(const std::filesystem::path& path);
@@ -188,8 +190,11 @@ public:
     void visibleAreaResized(PointSize from, PointSize to);
     /// Zooms in by `steps`, or out if negative, about a point of the root view.
     void ZoomAbout(Point point, int steps);
-    /// Zooms to one device pixel per image pixel, within the zoom limits, about a point of the root view.
-    void ZoomToPixels(Point about);
+    /// Zooms to `scale` device pixels per image pixel, within the zoom limits, about a point of the root
+    /// view.
+    void ZoomToPixels(Point about, double scale = 1);
+    /// The width of a shown image pixel in device pixels; nothing without a photo.
+    std::optional<double> shownScale() const;
     /// Moves the photo by a distance in points, y downward, without opening a gap at the edges.
     void MovePhoto(double deltaX, double deltaY);
     /// Scrolls the photo as little as possible so that a point of it is visible, at least `margin` points
@@ -243,6 +248,8 @@ public:
 Q_SIGNALS:
     /// State that the controls or the window's title depend on has changed.
     void stateChanged();
+    /// Another photo has been opened.
+    void photoOpened();
     /// An edit setting has changed, by the user or by the program.
     void settingsChanged();
     /// A repair has ended.
@@ -261,6 +268,8 @@ protected:
 
 private:
     int runQuestion(const char* informativeText);
+    /// Whether another photo may be selected; asks if one is open.
+    bool mayLeavePhoto();
     /// Shows the load-failure alert, and `reason` as a notice.
     void showLoadFailure(const QString& reason = {});
     /// The alert and the notice for a photo that could not be opened, unless the user cancelled it.

@@ -52,20 +52,26 @@ void ViewController::ZoomAbout(Point point, int steps) {
     imageView->setFrame(frame);
 }
 
-void ViewController::ZoomToPixels(Point about) {
+void ViewController::ZoomToPixels(Point about, double scale) {
     if (!hasImage())
         return;
     const PointSize area = visibleArea();
     const PointSize image = originalImage().size();
     const double ratio = view->devicePixelRatioF();
     const double pointsPerPixel = fitImage(image, area).scale;
-    Frame frame = zoomedTo(imageView->frame(), area, 1 / (ratio * pointsPerPixel), about);
-    // Align the photo to device pixels, so that each of its pixels covers exactly one.
+    Frame frame = zoomedTo(imageView->frame(), area, scale / (ratio * pointsPerPixel), about);
+    // Align the photo to device pixels, so that each of its pixels covers exactly one at scale 1.
     const ImageFit fit = fitImage(image, {frame.width, frame.height});
     const auto toDeviceGrid = [ratio](double offset) { return std::round(offset * ratio) / ratio; };
     frame.x = toDeviceGrid(frame.x + fit.offsetX) - fit.offsetX;
     frame.y = toDeviceGrid(frame.y + fit.offsetY) - fit.offsetY;
     imageView->setFrame(repositioned(frame, area));
+}
+
+std::optional<double> ViewController::shownScale() const {
+    if (!hasImage())
+        return std::nullopt;
+    return imageView->pixelsToWidget().m11() * view->devicePixelRatioF();
 }
 
 void ViewController::MovePhoto(double deltaX, double deltaY) {

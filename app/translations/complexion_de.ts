@@ -131,6 +131,45 @@
     </message>
 </context>
 <context>
+    <name>Menus</name>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Open again</source>
+        <translation>Erneut öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>Repair</source>
+        <translation>Reparatur</translation>
+    </message>
+    <message>
+        <source>Autodetect color</source>
+        <translation>Farbe erkennen</translation>
+    </message>
+    <message>
+        <source>Pick a color from the photo</source>
+        <translation>Farbe aus dem Foto aufnehmen</translation>
+    </message>
+    <message>
+        <source>Effect</source>
+        <translation>Effekt</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+</context>
+<context>
     <name>Notices</name>
     <message>
         <source>%1 bits per channel become 8</source>
@@ -452,6 +491,34 @@
         <source>Previous blemish</source>
         <translation>Vorherige Hautunreinheit</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>50 %</source>
+        <translation>50 %</translation>
+    </message>
+    <message>
+        <source>200 %</source>
+        <translation>200 %</translation>
+    </message>
+    <message>
+        <source>Higher threshold</source>
+        <translation>Höhere Schwelle</translation>
+    </message>
+    <message>
+        <source>Lower threshold</source>
+        <translation>Niedrigere Schwelle</translation>
+    </message>
+    <message>
+        <source>Show the controls</source>
+        <translation>Bedienelemente zeigen</translation>
+    </message>
+    <message>
+        <source>Full screen</source>
+        <translation>Vollbild</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -631,22 +698,6 @@
 </context>
 <context>
     <name>complexion::MainWindow</name>
-    <message>
-        <source>&amp;File</source>
-        <translation>&amp;Datei</translation>
-    </message>
-    <message>
-        <source>&amp;Edit</source>
-        <translation>&amp;Bearbeiten</translation>
-    </message>
-    <message>
-        <source>&amp;View</source>
-        <translation>&amp;Ansicht</translation>
-    </message>
-    <message>
-        <source>&amp;Help</source>
-        <translation>&amp;Hilfe</translation>
-    </message>
     <message>
         <source>Original</source>
         <translation>Original</translation>
@@ -829,6 +880,25 @@
     <message>
         <source>Show the original</source>
         <translation>Original zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::ZoomButton</name>
+    <message>
+        <source>Zoom</source>
+        <translation>Zoom</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>Zoom: %1</source>
+        <translation>Zoom: %1</translation>
+    </message>
+    <message>
+        <source>Zoom: no photo is open</source>
+        <translation>Zoom: kein Foto ist geöffnet</translation>
     </message>
 </context>
 </TS>

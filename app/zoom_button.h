@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/actions.h"
+
+#include <QToolButton>
+
+#include <optional>
+
+namespace complexion {
+
+/// Shows the scale that the photo is shown at, and opens a menu of others.
+class ZoomButton : public QToolButton {
+    Q_OBJECT
+
+public:
+    explicit ZoomButton(const Actions& actions);
+
+    /// Shows `scale`, in device pixels per pixel of the photo; disabled without one.
+    void setScale(std::optional<double> scale);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+} // namespace complexion
