@@ -10,7 +10,10 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace complexion {
 
@@ -27,12 +30,14 @@ QString translated(const std::string& text) {
     return QCoreApplication::translate("Alerts", text.c_str());
 }
 
-QLabel* makeText(const std::string& text, double size) {
+/// `width` is that of the screen, in points.
+QLabel* makeText(const std::string& text, double size, int width) {
     auto* label = new QLabel(translated(text));
     label->setFont(textFont(size));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setMinimumWidth(label->fontMetrics().averageCharWidth() * kTextWidthInLetters);
+    label->setMinimumWidth(std::min(label->fontMetrics().averageCharWidth() * kTextWidthInLetters,
+                                    width - 4 * kMargin - kIconSize));
     return label;
 }
 
@@ -71,14 +76,15 @@ AlertDialog::AlertDialog(const Alert& alert, QWidget* parent)
     column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     column->setSpacing(kMargin);
     column->setSizeConstraint(QLayout::SetFixedSize);
+    const int screenWidth = screen()->availableSize().width();
     auto* message = new QHBoxLayout;
     message->setSpacing(kMargin * 2 / 3);
     message->addWidget(new AlertIcon(iconOf(alert)), 0, Qt::AlignTop);
     auto* texts = new QVBoxLayout;
     texts->setSpacing(kGap);
     if (!alert.messageText.empty())
-        texts->addWidget(makeText(alert.messageText, kTextSize + 5));
-    texts->addWidget(makeText(alert.informativeText, kTextSize + 1), 1, Qt::AlignVCenter);
+        texts->addWidget(makeText(alert.messageText, kTextSize + 5, screenWidth));
+    texts->addWidget(makeText(alert.informativeText, kTextSize + 1, screenWidth), 1, Qt::AlignVCenter);
     message->addLayout(texts, 1);
     column->addLayout(message);
 

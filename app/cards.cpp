@@ -12,6 +12,9 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cmath>
+
 namespace complexion {
 
 namespace {
@@ -26,6 +29,7 @@ constexpr double kHeadlineSize = 26;
 constexpr int kHintMarginX = 40;
 constexpr int kHintMarginY = 26;
 constexpr int kHintGap = 6;
+constexpr double kSteps = 20; // of a size that shrinks
 
 constexpr int kDrawingSize = 28;
 constexpr int kHelpMarginX = 28;
@@ -49,9 +53,22 @@ public:
         setAccessibleName(u"%1 %2"_s.arg(headline, line));
     }
 
+    /// Makes the lines narrow enough for a button of this width.
+    void fitTo(int width) {
+        const int available = width - 2 * kHintMarginX;
+        const double headline = shrunk(textFont(kHeadlineSize), m_headline, available) * kHeadlineSize;
+        const double line = shrunk(textFont(), m_line, available) * kTextSize;
+        if (headline == m_headlineSize && line == m_lineSize)
+            return;
+        m_headlineSize = headline;
+        m_lineSize = line;
+        updateGeometry();
+        update();
+    }
+
     QSize sizeHint() const override {
-        const QFontMetrics large(textFont(kHeadlineSize));
-        const QFontMetrics small(textFont());
+        const QFontMetrics large(textFont(m_headlineSize));
+        const QFontMetrics small(textFont(m_lineSize));
         return {std::max(large.horizontalAdvance(m_headline), small.horizontalAdvance(m_line)) +
                     2 * kHintMarginX,
                 large.height() + kHintGap + small.height() + 2 * kHintMarginY};
@@ -62,20 +79,28 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         paintCardButtonState(painter, *this);
-        const int headlineHeight = QFontMetrics(textFont(kHeadlineSize)).height();
+        const int headlineHeight = QFontMetrics(textFont(m_headlineSize)).height();
         const QRect lines = rect().adjusted(0, kHintMarginY, 0, -kHintMarginY);
         painter.setPen(palette().color(QPalette::Text));
-        painter.setFont(textFont(kHeadlineSize));
+        painter.setFont(textFont(m_headlineSize));
         painter.drawText(lines, Qt::AlignHCenter | Qt::AlignTop, m_headline);
         painter.setPen(palette().color(QPalette::PlaceholderText));
-        painter.setFont(textFont());
+        painter.setFont(textFont(m_lineSize));
         painter.drawText(lines.adjusted(0, headlineHeight + kHintGap, 0, 0), Qt::AlignHCenter | Qt::AlignTop,
                          m_line);
     }
 
 private:
+    /// The share of its size at which a text of this font is no wider than `available`; at most 1.
+    static double shrunk(const QFont& font, const QString& text, int available) {
+        const int needed = QFontMetrics(font).horizontalAdvance(text);
+        return needed <= available ? 1 : std::floor(kSteps * available / needed) / kSteps;
+    }
+
     QString m_headline;
     QString m_line;
+    double m_headlineSize = kHeadlineSize;
+    double m_lineSize = kTextSize;
 };
 
 /// An icon of the help card, rendered at the screen's device pixel ratio.
@@ -157,6 +182,20 @@ void paintCardButtonState(QPainter& painter, const QAbstractButton& button) {
     }
 }
 
+QSize sizeOfCard(Box& card, int width) {
+    if (auto* const hint = dynamic_cast<HintButton*>(card.findChild<QAbstractButton*>()))
+        hint->fitTo(width);
+    // A label that wraps has no width of its own.
+    constexpr int kAroundLabels = 2 * kHelpMarginX + kDrawingSize + kHelpGap;
+    for (QLabel* label : card.findChildren<QLabel*>()) {
+        const int needed = label->fontMetrics().horizontalAdvance(label->text()) + 1;
+        const int length = std::min(needed, width - kAroundLabels);
+        if (label->minimumWidth() != length || label->maximumWidth() != length)
+            label->setFixedSize(length, label->heightForWidth(length));
+    }
+    return card.sizeHint().boundedTo({width, QWIDGETSIZE_MAX});
+}
+
 Box* makeHintCard(QWidget* parent, QAction* selectImage) {
     auto* box = new Box(parent);
     box->setObjectName(u"boxHint"_s);
@@ -187,7 +226,9 @@ Box* makeHelpCard(QWidget* parent, QAction* videoTutorial) {
     int row = 0;
     for (const auto& [drawing, text] : lines) {
         grid->addWidget(new Drawing(drawing), row, 0);
-        grid->addWidget(new QLabel(text), row, 1);
+        auto* const label = new QLabel(text);
+        label->setWordWrap(true);
+        grid->addWidget(label, row, 1);
         ++row;
     }
     grid->setColumnStretch(1, 1);

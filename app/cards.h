@@ -3,6 +3,8 @@
 
 #include "view/box.h"
 
+#include <QSize>
+
 class QAbstractButton;
 class QAction;
 class QPainter;
@@ -18,5 +20,8 @@ Box* makeHelpCard(QWidget* parent, QAction* videoTutorial);
 
 /// Paints a card button's hover and pressed tint and its focus ring.
 void paintCardButtonState(QPainter& painter, const QAbstractButton& button);
+
+/// Lets the texts of a card wrap or shrink where it may be no wider than `width`. Returns the card's size.
+QSize sizeOfCard(Box& card, int width);
 
 } // namespace complexion

@@ -120,9 +120,11 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     QObject::connect(input, &PhotoInput::panned, &controller, &ViewController::MovePhoto);
     QObject::connect(aim, &Aim::placeChanged, &window.photoInput(),
                      [&window, aim] { window.photoInput().setPointerHidden(aim->place().has_value()); });
-    QObject::connect(aim, &Aim::announced, &window, [&window](const QString& text) {
-        announceDescription(*window.rootView().imageView(), text);
-    });
+    const auto announce = [view = window.rootView().imageView()](const QString& text) {
+        announceDescription(*view, text);
+    };
+    QObject::connect(aim, &Aim::announced, &window, announce);
+    QObject::connect(&controller, &ViewController::announced, &window, announce);
 
     const Actions& actions = window.actions();
     QObject::connect(actions.fitArea, &QAction::triggered, aim, &Aim::fit);

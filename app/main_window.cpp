@@ -12,7 +12,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr QSize kMinSize(900, 600);
+constexpr QSize kMinSize(640, 480);
 constexpr QSize kUsualSize(1440, 960);
 constexpr QSize kScreenMargin(48, 72); // for the window frame and desktop panels
 
@@ -54,8 +54,7 @@ MainWindow::MainWindow()
         if (!on)
             m_root->imageView()->setFocus();
     });
-    const QSize needed = m_contents->smallestSize() + QSize(0, menuBar()->sizeHint().height());
-    setMinimumSize(kMinSize.expandedTo(needed));
+    setMinimumSize(kMinSize);
     resize(kUsualSize.boundedTo(screen()->availableSize() - kScreenMargin).expandedTo(minimumSize()));
     showState({});
     m_root->imageView()->setFocus();

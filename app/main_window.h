@@ -6,6 +6,7 @@
 #include "app/menus.h"
 #include "app/photo_input.h"
 #include "app/root_view.h"
+#include "app/sign.h"
 #include "app/window_contents.h"
 #include "view/edit_disc.h"
 

@@ -26,7 +26,8 @@ Box* makeRailBox(QWidget* parent, QToolButton* button, const QString& objectName
     auto* box = new Box(parent);
     box->setObjectName(objectName);
     box->resize(kRailBoxSize, kRailBoxSize);
-    button->setFixedSize(kRailBoxSize, kRailBoxSize);
+    button->setMinimumSize(1, 1);
+    button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     button->setAutoRaise(true);
     auto* layout = new QVBoxLayout(box);
     layout->setContentsMargins(0, 0, 0, 0);

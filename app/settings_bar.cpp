@@ -3,6 +3,7 @@
 
 #include "app/icons.h"
 #include "editor/edit_settings.h"
+#include "view/accessible_pop_up.h"
 #include "view/color_well.h"
 #include "view/slider.h"
 #include "view/stepper.h"
@@ -20,7 +21,9 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace complexion {
 
@@ -45,6 +48,7 @@ constexpr int kLabelGap = 2;
 constexpr int kRingSpace = 6; // between a check box and its focus ring
 constexpr int kOneRow = 5;    // groups in a row
 constexpr int kTwoRows = 3;
+constexpr double kMaxShareOfHeight = 0.3; // of the window, for two rows
 constexpr double kLabelSize = 11;
 
 QWidget* firstWidgetOf(const QLayout& layout) {
@@ -94,6 +98,7 @@ QToolButton* makeIconButton(const QString& objectName) {
 
 QComboBox* makePopUp(const QString& objectName) {
     auto* popUp = new QComboBox;
+    nameAccessibly(*popUp);
     popUp->setFixedHeight(controlHeight());
     popUp->setObjectName(objectName);
     popUp->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -122,7 +127,14 @@ SettingsBar::SettingsBar(QWidget* parent)
     m_grid->setContentsMargins(kMarginX - kRingSpace, kMarginY, kMarginX, kMarginY);
     m_grid->setHorizontalSpacing(kGroupGap - kRingSpace);
     m_grid->setVerticalSpacing(kRowGap);
-    setColumns(kOneRow);
+    moreSettings = makeIconButton(u"moreSettings"_s);
+    moreSettings->setIcon(lineIcon(u"more"_s));
+    moreSettings->setParent(this);
+    moreSettings->setAccessibleName(tr("More settings"));
+    moreSettings->setToolTip(tr("More settings"));
+    moreSettings->hide();
+    connect(moreSettings, &QToolButton::clicked, this, &SettingsBar::showNextPage);
+    place(kOneRow, /*isPaged*/ false);
     updateColorControls();
     textFieldEditAreaSize->installEventFilter(this);
     stepperEditAreaSize->installEventFilter(this);
@@ -132,30 +144,87 @@ SettingsBar::SettingsBar(QWidget* parent)
     }
 }
 
-QSize SettingsBar::arrange(int width) {
-    setColumns(widthOfOneRow() <= width ? kOneRow : kTwoRows);
+QSize SettingsBar::arrange(QSize available) {
+    m_available = available;
+    m_pages.clear();
+    for (const int columns : {kOneRow, kTwoRows}) {
+        const QSize size = sizeInRows(columns);
+        if (size.width() <= available.width() &&
+            (columns == kOneRow || size.height() <= available.height() * kMaxShareOfHeight)) {
+            place(columns, /*isPaged*/ false);
+            return m_grid->sizeHint();
+        }
+    }
+    makePages(available.width() - moreSettings->sizeHint().width() - m_grid->horizontalSpacing());
+    place(kOneRow, /*isPaged*/ true);
     return m_grid->sizeHint();
 }
 
-int SettingsBar::widthOfOneRow() const {
+QSize SettingsBar::sizeInRows(int columns) const {
     const QMargins margins = m_grid->contentsMargins();
-    int width = margins.left() + margins.right() + (kOneRow - 1) * m_grid->horizontalSpacing();
-    for (const QWidget* group : m_groups)
-        width += group->sizeHint().width();
-    return width;
+    std::vector<int> widths(static_cast<std::size_t>(columns));
+    int height = margins.top() + margins.bottom() - m_grid->verticalSpacing();
+    int rowHeight = 0;
+    int index = 0;
+    for (const QWidget* group : m_groups) {
+        const QSize size = group->sizeHint();
+        int& width = widths[static_cast<std::size_t>(index % columns)];
+        width = std::max(width, size.width());
+        rowHeight = std::max(index % columns == 0 ? 0 : rowHeight, size.height());
+        if (++index % columns == 0 || index == std::ssize(m_groups))
+            height += rowHeight + m_grid->verticalSpacing();
+    }
+    const int gaps = (columns - 1) * m_grid->horizontalSpacing();
+    return {std::accumulate(widths.begin(), widths.end(), margins.left() + margins.right() + gaps), height};
 }
 
-void SettingsBar::setColumns(int columns) {
+void SettingsBar::makePages(int width) {
+    const QMargins margins = m_grid->contentsMargins();
+    const int around = margins.left() + margins.right();
+    int used = width + 1; // so that the first group begins a page
+    for (int index = 0; index < std::ssize(m_groups); ++index) {
+        const int needed = m_groups[static_cast<std::size_t>(index)]->sizeHint().width();
+        if (used + m_grid->horizontalSpacing() + needed > width) {
+            m_pages.push_back(index);
+            used = around + needed;
+        } else {
+            used += m_grid->horizontalSpacing() + needed;
+        }
+    }
+    m_page = std::min(m_page, m_pages.size() - 1);
+}
+
+void SettingsBar::place(int columns, bool isPaged) {
+    std::pair<int, int> shown(0, static_cast<int>(m_groups.size()));
+    if (isPaged) {
+        shown.first = m_pages[m_page];
+        if (m_page + 1 < m_pages.size())
+            shown.second = m_pages[m_page + 1];
+    }
     // Moving a group requests another layout, which calls this again.
-    if (columns == m_columns)
+    if (columns == m_columns && shown == m_shown && moreSettings->isHidden() != isPaged)
         return;
     m_columns = columns;
-    int place = 0;
-    for (QWidget* group : m_groups) {
-        m_grid->addWidget(group, place / columns,
-                          place % columns); // moves a group that is already in the grid
-        ++place;
+    m_shown = shown;
+    for (int index = 0; index < std::ssize(m_groups); ++index) {
+        QWidget* const group = m_groups[static_cast<std::size_t>(index)];
+        const int place = index - shown.first;
+        const bool isShown = index >= shown.first && index < shown.second;
+        m_grid->removeWidget(group);
+        if (isShown)
+            m_grid->addWidget(group, place / columns, place % columns);
+        group->setVisible(isShown);
     }
+    m_grid->removeWidget(moreSettings);
+    if (isPaged)
+        m_grid->addWidget(moreSettings, 0, shown.second - shown.first);
+    moreSettings->setVisible(isPaged);
+}
+
+void SettingsBar::showNextPage() {
+    m_page = (m_page + 1) % std::max<std::size_t>(1, m_pages.size());
+    arrange(m_available);
+    updateGeometry(); // the window places the bar anew
 }
 
 QWidget* SettingsBar::makeSizeGroup() {

@@ -4,6 +4,8 @@
 #include "view/box.h"
 
 #include <array>
+#include <utility>
+#include <vector>
 
 class QCheckBox;
 class QComboBox;
@@ -18,7 +20,8 @@ class ColorWell;
 class Slider;
 class Stepper;
 
-/// The box with the edit settings: one row of labelled controls, or two if one does not fit.
+/// The box with the edit settings: labelled controls in one row, in two if one does not fit, or else a row
+/// with some of them and a button that shows the next ones.
 class SettingsBar : public Box {
     Q_OBJECT
 
@@ -34,12 +37,13 @@ public:
     ColorWell* colorWellCustomColor;
     QToolButton* pipette; // checked while a colour is picked from the photo
     QComboBox* comboEffect;
+    QToolButton* moreSettings; // hidden while all settings are shown
 
     /// Enables picking a colour, which needs a photo.
     void setHasPhoto(bool hasPhoto);
 
-    /// Arranges the controls for an available width of `width` points. Returns the size needed.
-    QSize arrange(int width);
+    /// Arranges the controls for an area of the size `available`, in points. Returns the size needed.
+    QSize arrange(QSize available);
 
 Q_SIGNALS:
     /// Escape has restored the current size in the field.
@@ -61,13 +65,22 @@ private:
     /// Enables the colour controls that the selected repair uses. The tooltips of the others explain
     /// why they are disabled.
     void updateColorControls();
-    int widthOfOneRow() const;
-    void setColumns(int columns);
+    /// The size of the groups in rows of `columns`.
+    QSize sizeInRows(int columns) const;
+    /// Splits the groups into pages of at most this width.
+    void makePages(int width);
+    /// Puts the groups in rows of `columns`, all of them or only those of the current page.
+    void place(int columns, bool isPaged);
+    void showNextPage();
 
     bool m_hasPhoto = false;
     std::array<QWidget*, 5> m_groups;
     QGridLayout* m_grid;
-    int m_columns = 0; // groups per row; 0 before the first arrangement
+    QSize m_available;
+    int m_columns = 0;        // groups per row; 0 before the first arrangement
+    std::vector<int> m_pages; // the index of each page's first group; empty while all groups are shown
+    std::size_t m_page = 0;
+    std::pair<int, int> m_shown; // the first of the shown groups, and the one behind the last
 };
 
 } // namespace complexion

@@ -16,9 +16,17 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kEdge = 16;     // distance from the root view's edge
-constexpr int kGap = 8;       // between boxes of a group
-constexpr int kGroupGap = 24; // between groups
+constexpr int kEdge = 16; // distance from the root view's edge
+constexpr int kGap = 8;
+/// Lengths of the rail, in points.
+struct RailSizes {
+    int box = 0;
+    int gap = 0;      // between boxes of a group
+    int groupGap = 0; // between groups
+};
+constexpr RailSizes kUsualRail{.box = kRailBoxSize, .gap = kGap, .groupGap = 24};
+constexpr RailSizes kLowRail{.box = kMinRailBoxHeight, .gap = 2, .groupGap = 6};
+
 /// The space left of the settings and the cards: the rail with its margins.
 constexpr int kRailSpace = kEdge + kRailBoxSize + kEdge;
 
@@ -40,12 +48,12 @@ WindowContents::WindowContents(RootView* root, const Actions& actions)
     boxZoomIn = makeRailBox(root, actions.zoomIn, u"boxZoomIn"_s, tr("Zoom in"));
     boxZoomOut = makeRailBox(root, actions.zoomOut, u"boxZoomOut"_s, tr("Zoom out"));
     boxResetZoom = makeRailBox(root, actions.resetZoom, u"boxResetZoom"_s, tr("Reset zoom"));
-    boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
-    boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets that of the others
-    compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     zoom = new ZoomButton(actions);
     boxZoom = makeRailBox(root, zoom, u"boxZoom"_s);
     boxZoom->setAlpha(Box::kAlphaOverPhoto);
+    boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
+    boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets that of the others
+    compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);
     boxContinue = new ContinueCard(root);
@@ -69,13 +77,6 @@ std::array<std::vector<Box*>, 3> WindowContents::railGroups() const {
              {boxZoomIn, boxZoomOut, boxResetZoom, boxZoom, boxCompare}}};
 }
 
-int WindowContents::railHeight() const {
-    int height = -kGroupGap;
-    for (const std::vector<Box*>& group : railGroups())
-        height += kGroupGap - kGap + static_cast<int>(group.size()) * (kRailBoxSize + kGap);
-    return height;
-}
-
 void WindowContents::setBarsVisible(bool visible) {
     for (const std::vector<Box*>& group : railGroups())
         for (Box* box : group)
@@ -84,53 +85,85 @@ void WindowContents::setBarsVisible(bool visible) {
     boxEditSettings->setVisible(visible);
 }
 
-QSize WindowContents::smallestSize() {
-    const QSize hint = boxHint->sizeHint();
-    const QSize help = boxHelp->sizeHint();
-    const QSize bar = boxEditSettings->arrange(0); // the narrower layout, in two rows
-    const int width = std::max({hint.width(), help.width(), bar.width()});
-    const int height = hint.height() + kEdge + help.height() + kEdge + bar.height();
-    return {kRailSpace + width + kEdge, kEdge + std::max(railHeight(), height) + kEdge};
-}
-
 void WindowContents::arrange() {
     const int width = m_root->width();
     const int height = m_root->height();
-
-    const QSize bar = boxEditSettings->arrange(width - kRailSpace - kEdge);
+    const QSize bar = boxEditSettings->arrange({width - kRailSpace - kEdge, height});
     boxEditSettings->setGeometry(centredBesideRail(bar.width(), width), height - kEdge - bar.height(),
                                  bar.width(), bar.height());
-
     const QSize line = notice->sizeFor(width - kRailSpace - kEdge);
     notice->setGeometry(centredBesideRail(line.width(), width), boxEditSettings->y() - kGap - line.height(),
                         line.width(), line.height());
+    arrangeRail();
+    arrangeCards(
+        QRect(QPoint(kRailSpace, kEdge), QPoint(width - kEdge - 1, boxEditSettings->y() - kEdge - 1)));
+}
 
-    int y = std::max(kEdge, (height - railHeight()) / 2);
-    m_railBackground->setGeometry(kEdge, y, kRailBoxSize, railHeight());
-    for (const std::vector<Box*>& group : railGroups()) {
+void WindowContents::arrangeRail() {
+    const auto groups = railGroups();
+    const auto heightOf = [&groups](const RailSizes& sizes) {
+        int height = -sizes.groupGap;
+        for (const std::vector<Box*>& group : groups)
+            height += sizes.groupGap - sizes.gap + static_cast<int>(group.size()) * (sizes.box + sizes.gap);
+        return height;
+    };
+    const int usual = heightOf(kUsualRail);
+    const int low = heightOf(kLowRail);
+    const int available = m_root->height() - 2 * kEdge;
+    const double share = std::clamp(static_cast<double>(available - low) / (usual - low), 0.0, 1.0);
+    const auto between = [share](int least, int most) {
+        return least + static_cast<int>(share * (most - least));
+    };
+    const RailSizes sizes{.box = between(kLowRail.box, kUsualRail.box),
+                          .gap = between(kLowRail.gap, kUsualRail.gap),
+                          .groupGap = between(kLowRail.groupGap, kUsualRail.groupGap)};
+    const int height = heightOf(sizes);
+    int y = std::max(kEdge, (m_root->height() - height) / 2);
+    m_railBackground->setGeometry(kEdge, y, kRailBoxSize, height);
+    for (const std::vector<Box*>& group : groups) {
         for (Box* box : group) {
-            box->setGeometry(kEdge, y, kRailBoxSize, kRailBoxSize);
-            y += kRailBoxSize + kGap;
+            box->setGeometry(kEdge, y, kRailBoxSize, sizes.box);
+            y += sizes.box + sizes.gap;
         }
-        y += kGroupGap - kGap;
+        y += sizes.groupGap - sizes.gap;
     }
+}
 
-    // All cards have the same width. They are slightly above the middle of the space over the settings.
-    std::vector<Box*> cards = {boxHint, boxHelp};
+void WindowContents::arrangeCards(QRect area) {
+    // All cards have the same width. Where there is no room for all of them, the help gives way: the menu has
+    // its button too. The controller hides both the hint and the help once a photo is open.
+    std::vector<Box*> cards;
     if (!boxContinue->isHidden())
-        cards.insert(cards.begin(), boxContinue);
+        cards.push_back(boxContinue);
+    cards.push_back(boxHint);
+    if (!boxHint->isHidden() || !boxHelp->isHidden())
+        cards.push_back(boxHelp);
+    std::vector<QSize> sizes;
+    const auto heightOf = [&sizes](std::size_t count) {
+        int height = -kEdge;
+        for (std::size_t i = 0; i < count; ++i)
+            height += kEdge + sizes[i].height();
+        return height;
+    };
     int cardWidth = 0;
-    int cardHeights = -kEdge;
-    for (const Box* card : cards) {
-        cardWidth = std::max(cardWidth, card->sizeHint().width());
-        cardHeights += kEdge + card->sizeHint().height();
-    }
-    const int left = centredBesideRail(cardWidth, width);
-    int top = std::max(kEdge, (height - kEdge - bar.height() - cardHeights) * 9 / 20);
     for (Box* card : cards) {
-        const int cardHeight = card->sizeHint().height();
-        card->setGeometry(left, top, cardWidth, cardHeight);
-        top += cardHeight + kEdge;
+        sizes.push_back(sizeOfCard(*card, area.width()));
+        cardWidth = std::max(cardWidth, sizes.back().width());
+    }
+    if (!boxHint->isHidden() && cards.back() == boxHelp) {
+        const bool fits = heightOf(cards.size()) <= area.height();
+        if (boxHelp->isHidden() == fits)
+            boxHelp->setVisible(fits);
+        if (!fits)
+            cards.pop_back();
+    }
+    const int left = centredBesideRail(cardWidth, m_root->width());
+    // Slightly above the middle.
+    int top = area.top() + std::max(0, (area.height() - heightOf(cards.size())) * 9 / 20);
+    for (std::size_t i = 0; i < cards.size(); ++i) {
+        cards[i]->setGeometry(left, top, cardWidth, sizes[i].height());
+        cards[i]->layout()->activate(); // its labels may have changed within the same size
+        top += sizes[i].height() + kEdge;
     }
 }
 

@@ -45,17 +45,16 @@ public:
     /// Shows or hides the rail and the settings.
     void setBarsVisible(bool visible);
 
-    /// The smallest size of `root` that fits all boxes.
-    QSize smallestSize();
-
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     /// The rail's boxes from top to bottom, group by group.
     std::array<std::vector<Box*>, 3> railGroups() const;
-    int railHeight() const;
     void arrange();
+    void arrangeRail();
+    /// Arranges the cards in the part of `root` that is not covered by the rail and the settings.
+    void arrangeCards(QRect area);
 
     RootView* m_root;
     QWidget* m_railBackground; // catches presses between two rail boxes, which would hit the photo

@@ -16,8 +16,9 @@ namespace complexion {
 namespace {
 
 constexpr double kPercent = 100;
-constexpr double kTextSize = 11;
+constexpr double kPercentSize = 11;
 constexpr int kMargin = 4; // left and right of the text
+constexpr int kMinSize = 24;
 
 } // namespace
 
@@ -33,12 +34,16 @@ ZoomButton::ZoomButton(const Actions& actions) {
 
 void ZoomButton::setScale(std::optional<double> scale) {
     setEnabled(scale.has_value());
-    const QString text = scale ? tr("%1 %").arg(std::lround(*scale * kPercent)) : QString();
+    const QString text = scale ? tr("%1 %").arg(std::lround(*scale * kPercent)) : QStringLiteral("%");
     setToolTip(scale ? tr("Zoom: %1").arg(text) : tr("Zoom: no photo is open"));
     if (text == this->text())
         return;
     setText(text);
     announceDescription(*this, text);
+}
+
+QSize ZoomButton::sizeHint() const {
+    return {kMinSize, kMinSize}; // the text shrinks
 }
 
 void ZoomButton::paintEvent(QPaintEvent*) {
@@ -48,7 +53,7 @@ void ZoomButton::paintEvent(QPaintEvent*) {
     option.text.clear();
     painter.drawComplexControl(QStyle::CC_ToolButton, option);
     // The text shrinks to the width of the rail, which does not grow with the font.
-    QFont font = textFont(kTextSize);
+    QFont font = textFont(kPercentSize);
     const int available = width() - 2 * kMargin;
     const int needed = QFontMetrics(font).horizontalAdvance(text());
     if (needed > available)

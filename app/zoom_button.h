@@ -19,6 +19,8 @@ public:
     /// Shows `scale`, in device pixels per pixel of the photo; disabled without one.
     void setScale(std::optional<double> scale);
 
+    QSize sizeHint() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 };

@@ -171,6 +171,8 @@ void Aim::returnToLastPlace() {
 void Aim::offerFit() {
     if (!m_disc || !m_disc->place() || m_isPicking)
         return;
+    if (m_isTiny)
+        m_disc->setCaption(tr("Zoom in to aim"));
     const Repair repair = m_controller.currentRepair();
     const auto ring = fitRing(repair, m_controller.originalImage(), *m_place);
     if (!ring)
@@ -247,9 +249,11 @@ void Aim::refresh() {
 }
 
 void Aim::waitToOfferFit(const std::optional<RepairPreview::Question>& question) {
-    if (question && m_fitQuestion && question->isSameAs(*m_fitQuestion))
+    const bool isTiny = m_disc->isTiny();
+    if (question && m_fitQuestion && question->isSameAs(*m_fitQuestion) && isTiny == m_isTiny)
         return;
     m_fitQuestion = question;
+    m_isTiny = isTiny;
     m_disc->setSecondRing(std::nullopt);
     m_disc->setCaption({});
     if (question)

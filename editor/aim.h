@@ -107,6 +107,7 @@ private:
     std::optional<PixelPosition> m_lastPlace; // where the disc was last shown
     std::optional<Point> m_heldPointer;       // the mouse position when fitting moved the disc away from it
     std::optional<RepairPreview::Question> m_fitQuestion; // the click that m_fitTimer was started for
+    bool m_isTiny = false;                                // and whether the ring was too small then
     QTimer m_fitTimer;
     bool m_isFitKnown = false; // whether the disc was fitted before in this run
 

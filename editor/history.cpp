@@ -3,6 +3,8 @@
 // The edit history: recording states, undo and redo.
 #include "editor/view_controller.h"
 
+#include <QCoreApplication>
+
 namespace complexion {
 
 std::filesystem::path ViewController::MakeStateImagePath() {
@@ -36,13 +38,23 @@ bool ViewController::canRedo() const {
 }
 
 void ViewController::OnUndo(QObject*) {
-    if (hasImage() && m_session.undo())
-        showWorkingImage();
+    const StepName step = undoStep();
+    if (!hasImage() || !m_session.undo())
+        return;
+    showWorkingImage();
+    Q_EMIT announced(step == StepName::Unnamed
+                         ? tr("Undone.")
+                         : tr("Undone: %1.").arg(QCoreApplication::translate("Steps", titleOf(step))));
 }
 
 void ViewController::OnRedo(QObject*) {
-    if (hasImage() && m_session.redo())
-        showWorkingImage();
+    const StepName step = redoStep();
+    if (!hasImage() || !m_session.redo())
+        return;
+    showWorkingImage();
+    Q_EMIT announced(step == StepName::Unnamed
+                         ? tr("Redone.")
+                         : tr("Redone: %1.").arg(QCoreApplication::translate("Steps", titleOf(step))));
 }
 
 void ViewController::showWorkingImage() {

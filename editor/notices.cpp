@@ -8,6 +8,8 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <optional>
+#include <string_view>
 
 namespace complexion {
 
@@ -42,15 +44,16 @@ QString phraseOf(const SavingLoss& loss) {
 }
 
 /// Why a file with a picture of another format is refused, and what to do.
-QString noticeOfFormat(const QString& name, const QString& format) {
+QString noticeOfFormat(const QString& name, std::string_view format) {
     const QString readable = Notices::tr("Complexion opens JPEG, PNG, TIFF, GIF and BMP.");
-    if (format == QLatin1StringView(kCameraRaw))
+    if (format == kCameraRaw)
         return Notices::tr("“%1” is a camera’s raw file.").arg(name) + u' ' + readable + u' ' +
                Notices::tr("Export a JPEG or TIFF from your raw developer.");
-    if (format == QLatin1StringView(kMovie))
+    if (format == kMovie)
         return Notices::tr("“%1” is not a still picture.").arg(name) + u' ' + readable;
-    return Notices::tr("“%1” has the format %2.").arg(name, format) + u' ' + readable + u' ' +
-           Notices::tr("Export a JPEG or TIFF from the program that opens it.");
+    return Notices::tr("“%1” has the format %2.")
+               .arg(name, QString::fromUtf8(format.data(), std::ssize(format))) +
+           u' ' + readable + u' ' + Notices::tr("Export a JPEG or TIFF from the program that opens it.");
 }
 
 } // namespace
@@ -75,9 +78,9 @@ QString noticeOfSize(const std::string& format) {
 
 QString noticeOfFailure(const std::filesystem::path& path, const Error& error) {
     const QString name = elidedName(path);
+    if (const std::optional<std::string_view> format = otherFormatOf(error))
+        return noticeOfFormat(name, *format);
     switch (error.kind) {
-    case ErrorKind::OtherFormat:
-        return noticeOfFormat(name, QString::fromStdString(error.message));
     case ErrorKind::NotAPicture:
         return Notices::tr("“%1” is not a picture.").arg(name) + u' ' +
                Notices::tr("Complexion opens JPEG, PNG, TIFF, GIF and BMP.");

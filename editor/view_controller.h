@@ -259,6 +259,8 @@ Q_SIGNALS:
     /// It has taken long, and can be cancelled: `part` of it is done, 0 to 1. Emitted ten times a second.
     void longWorkProgressed(double part);
     void longWorkEnded();
+    /// A text for assistive technology to speak.
+    void announced(const QString& text);
     /// Something that the user should know, for a moment; empty text ends what was shown before.
     void noticed(const QString& text);
 

@@ -6,6 +6,8 @@
 #include "imaging/base/resample.h"
 #include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
+#include "imaging/codecs/gif_codec.h"
+#include "imaging/codecs/jpeg_compressor.h"
 #include "imaging/containers/other_formats.h"
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
@@ -47,7 +49,7 @@ jpeg::KeptAttachments keptBeside(const Image& image, std::string_view format, co
     return areJpeg ? keptAttachments(*photo, image) : jpeg::KeptAttachments();
 }
 
-/// `error`; if no codec recognises the file but its format is known, an error that names the format.
+/// `error`; if no codec recognises the file but its format is known, an error with its name.
 Error withFormatNamed(const Error& error, const std::filesystem::path& path) {
     if (error.kind != ErrorKind::NotAPicture)
         return error;
@@ -56,7 +58,7 @@ Error withFormatNamed(const Error& error, const std::filesystem::path& path) {
     file.read(reinterpret_cast<char*>(start.data()), static_cast<std::streamsize>(start.size()));
     start.resize(static_cast<std::size_t>(file.gcount()));
     const std::optional<std::string_view> format = otherFormatOf(start);
-    return format ? Error{std::string(*format), ErrorKind::OtherFormat} : error;
+    return format ? Error{std::string(*format), ErrorKind::NotAPicture} : error;
 }
 
 } // namespace
@@ -93,7 +95,11 @@ bool savePhoto(const Image& image, const std::filesystem::path& path, std::strin
 
 bool canHold(std::string_view format, PixelSize size) {
     const Codec* const codec = codecForExtension(format);
-    return codec && std::max(size.width, size.height) <= codec->maxSide;
+    if (codec == &kJpegCodec)
+        return std::max(size.width, size.height) <= jpeg::kMaxSide;
+    if (codec == &kGifCodec)
+        return std::max(size.width, size.height) <= gif::kMaxSide;
+    return codec != nullptr;
 }
 
 } // namespace complexion

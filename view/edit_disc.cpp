@@ -36,6 +36,7 @@ constexpr double kCaptionGap = 8; // from the rings
 constexpr double kCaptionMarginX = 8;
 constexpr double kCaptionMarginY = 3;
 constexpr double kCaptionCorner = 6;
+constexpr int kCaptionFlags = Qt::AlignCenter | Qt::TextWordWrap;
 
 constexpr QRgb kFaintDark = 0x60101012;
 constexpr QRgb kFaintWhite = 0x80FFFFFF;
@@ -94,6 +95,10 @@ bool EditDisc::eventFilter(QObject* watched, QEvent* event) {
 
 double EditDisc::shownRadius() const {
     return m_place && m_view->image() ? m_radius * m_view->pixelsToWidget().m11() : 0;
+}
+
+bool EditDisc::isTiny() const {
+    return m_place && m_view->image() && shownRadius() < kTinyRadius;
 }
 
 QPointF EditDisc::shownCentreOf(PixelPosition place) const {
@@ -250,11 +255,14 @@ void EditDisc::paintSecondRing(QPainter& painter) const {
 QRectF EditDisc::captionBox() const {
     if (m_caption.isEmpty())
         return {};
-    const QFontMetricsF metrics(textFont(kCaptionSize));
-    const QSizeF size(metrics.horizontalAdvance(m_caption) + 2 * kCaptionMarginX,
-                      metrics.height() + 2 * kCaptionMarginY);
+    // A caption that is wider than the view wraps.
+    const QRectF lines =
+        QFontMetricsF(textFont(kCaptionSize))
+            .boundingRect(QRectF(0, 0, width() - 2 * kCaptionMarginX, height()), kCaptionFlags, m_caption);
+    const QSizeF size(std::ceil(lines.width()) + 2 * kCaptionMarginX, lines.height() + 2 * kCaptionMarginY);
     const QPointF centre = shownCentre();
-    double above = shownRadius();
+    const double radius = shownRadius();
+    double above = radius < kTinyRadius ? radius + kCrosshairGap + kCrosshairLength : radius;
     double below = above;
     if (m_secondRing) {
         const double off = shownCentreOf(m_secondRing->place).y() - centre.y();
@@ -279,7 +287,7 @@ void EditDisc::paintCaption(QPainter& painter) const {
     painter.drawRoundedRect(box, kCaptionCorner, kCaptionCorner);
     painter.setPen(QColor::fromRgba(kWhite));
     painter.setFont(textFont(kCaptionSize));
-    painter.drawText(box, Qt::AlignCenter, m_caption);
+    painter.drawText(box.adjusted(kCaptionMarginX, 0, -kCaptionMarginX, 0), kCaptionFlags, m_caption);
 }
 
 void EditDisc::paintDisc(QPainter& painter) const {

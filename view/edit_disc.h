@@ -64,6 +64,8 @@ public:
     /// Draws the focus frame, for keyboard focus.
     void setFocusShown(bool shown);
 
+    /// Whether the ring is too small on the screen to aim with.
+    bool isTiny() const;
     /// The ring's radius in points, and its centre in the view's coordinates.
     double shownRadius() const;
     QPointF shownCentre() const;

@@ -562,6 +562,10 @@
         <source>Suggestion %1 of %2: %3, %4 pixels</source>
         <translation>Vorschlag %1 von %2: %3, %4 Pixel</translation>
     </message>
+    <message>
+        <source>Zoom in to aim</source>
+        <translation>Zum Zielen hineinzoomen</translation>
+    </message>
 </context>
 <context>
     <name>complexion::BusySign</name>
@@ -823,6 +827,10 @@
         <source>Pick a color from the photo: only used by the repair “Flat color”</source>
         <translation>Farbe aus dem Foto aufnehmen: gilt nur bei der Reparatur „Flächige Farbe“</translation>
     </message>
+    <message>
+        <source>More settings</source>
+        <translation>Weitere Einstellungen</translation>
+    </message>
 </context>
 <context>
     <name>complexion::ViewController</name>
@@ -841,6 +849,22 @@
     <message>
         <source>Autodetect Color</source>
         <translation>Farbe erkennen</translation>
+    </message>
+    <message>
+        <source>Undone.</source>
+        <translation>Rückgängig gemacht.</translation>
+    </message>
+    <message>
+        <source>Undone: %1.</source>
+        <translation>Rückgängig gemacht: %1.</translation>
+    </message>
+    <message>
+        <source>Redone.</source>
+        <translation>Wiederholt.</translation>
+    </message>
+    <message>
+        <source>Redone: %1.</source>
+        <translation>Wiederholt: %1.</translation>
     </message>
 </context>
 <context>

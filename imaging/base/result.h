@@ -11,7 +11,6 @@ namespace complexion {
 enum class ErrorKind {
     Damaged,          // the file's content cannot be decoded; the default
     NotAPicture,      // no codec recognises the file
-    OtherFormat,      // a picture in a format that no codec reads; the message is the format's name
     TooLarge,         // the file or the picture exceeds a limit
     OutOfMemory,      // memory or another resource of the process is exhausted
     CannotRead,       // the system cannot read the file
@@ -20,8 +19,7 @@ enum class ErrorKind {
     Cancelled,        // the user does not want it any more
 };
 
-/// Why an operation on a file or a picture failed. The message is for the log, unless its kind says
-/// otherwise.
+/// Why an operation on a file or a picture failed. The message is for the log.
 struct Error {
     std::string message;
     ErrorKind kind = ErrorKind::Damaged;

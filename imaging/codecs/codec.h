@@ -9,7 +9,6 @@
 #include "imaging/containers/byte_order.h"
 #include "imaging/containers/container.h"
 
-#include <limits>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -37,9 +36,6 @@ struct Codec {
 
     /// The container by whose signature its files are recognised.
     Container container;
-
-    /// The longest side of a picture, in pixels, that the format can hold.
-    int maxSide = std::numeric_limits<int>::max();
 
     /// Returns the size in pixels of every picture (page, frame) in file order, upright, from the headers
     /// alone. Fails if the file is not of this format.

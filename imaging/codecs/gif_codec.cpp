@@ -9,7 +9,6 @@ const Codec kGifCodec = {
     .name = "GIF",
     .extension = "gif",
     .container = Container::Gif,
-    .maxSide = gif::kMaxSide,
     .measure = [](ByteView file) { return withoutThrowing([&] { return gif::measure(file); }); },
     .read = [](ByteView file) { return withoutThrowing([&] { return gif::decode(file); }); },
     .encodeTurned =

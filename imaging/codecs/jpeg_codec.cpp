@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/no_throw.h"
 #include "imaging/codecs/codec.h"
-#include "imaging/codecs/jpeg_compressor.h"
 #include "imaging/codecs/jpeg_decoder.h"
 #include "imaging/codecs/jpeg_encoder.h"
 
@@ -22,7 +21,6 @@ const Codec kJpegCodec = {
     .name = "JPEG",
     .extension = "jpg",
     .container = Container::Jpeg,
-    .maxSide = jpeg::kMaxSide,
     .measure = [](ByteView file) { return withoutThrowing([&] { return measure(file); }); },
     .read = [](ByteView file) { return withoutThrowing([&] { return jpeg::decode(file); }); },
     .encodeTurned =

@@ -27,7 +27,7 @@ bool keepsProfile(const Page& page) {
 /// Opens the file at its first page. Rejects camera raw files, whose first page is a thumbnail.
 Result<File> openPicture(ByteView file) {
     if (isCameraRaw(file))
-        return Error{std::string(kCameraRaw), ErrorKind::OtherFormat};
+        return Error{std::string(kCameraRaw), ErrorKind::NotAPicture};
     return File::open(file);
 }
 

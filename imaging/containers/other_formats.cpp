@@ -3,6 +3,7 @@
 
 #include "imaging/containers/byte_order.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -68,6 +69,12 @@ std::optional<std::string_view> otherFormatOf(ByteView start) {
             return signature.format;
     }
     return std::nullopt;
+}
+
+std::optional<std::string_view> otherFormatOf(const Error& error) {
+    const auto named = std::ranges::find(kSignatures, std::string_view(error.message), &Signature::format);
+    return error.kind == ErrorKind::NotAPicture && named != kSignatures.end() ? std::optional(named->format)
+                                                                              : std::nullopt;
 }
 
 } // namespace complexion

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/base/files.h"
+#include "imaging/base/result.h"
 
 #include <optional>
 #include <string_view>
@@ -9,7 +10,7 @@
 namespace complexion {
 
 /// The name of all formats of raw files.
-inline constexpr std::string_view kCameraRaw = "camera raw";
+inline constexpr std::string_view kCameraRaw = "a camera's raw file";
 /// The name of all formats of moving pictures.
 inline constexpr std::string_view kMovie = "movie";
 
@@ -17,5 +18,8 @@ inline constexpr std::string_view kMovie = "movie";
 /// bytes: "HEIC", "WebP", kCameraRaw and so on. Nothing for other files. Raw files with the structure of TIFF
 /// are not recognised; see isCameraRaw.
 std::optional<std::string_view> otherFormatOf(ByteView start);
+
+/// The name of the format if `error` is that of a file with one of these names as its message.
+std::optional<std::string_view> otherFormatOf(const Error& error);
 
 } // namespace complexion

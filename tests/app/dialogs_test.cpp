@@ -68,9 +68,12 @@ TEST(Alert, ClosingItMeansNo) {
 }
 
 TEST(Alert, AQuestionAWarningAndInformationLookDifferent) {
-    const Alert warning{.informativeText = "No.", .style = AlertStyle::Warning, .buttons = {"OK"}};
-    const Alert information{.informativeText = "No.", .style = AlertStyle::Informational, .buttons = {"OK"}};
-    const Alert question{.informativeText = "No.", .style = AlertStyle::Warning, .buttons = {"OK", "No"}};
+    const Alert warning{
+        .messageText = "", .informativeText = "No.", .style = AlertStyle::Warning, .buttons = {"OK"}};
+    const Alert information{
+        .messageText = "", .informativeText = "No.", .style = AlertStyle::Informational, .buttons = {"OK"}};
+    const Alert question{
+        .messageText = "", .informativeText = "No.", .style = AlertStyle::Warning, .buttons = {"OK", "No"}};
     std::vector<QImage> icons;
     for (const auto& [alert, name] :
          {std::pair(warning, "alert-warning"), std::pair(information, "alert-information"),

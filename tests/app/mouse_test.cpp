@@ -122,7 +122,8 @@ TEST_F(PhotoInputTest, AClickBetweenTheButtonsOfTheRailRepairsNothing) {
     const WindowContents& contents = window.contents();
     const std::vector<Box*> boxes = {contents.boxSelectImage, contents.boxResetImage, contents.boxSaveImage,
                                      contents.boxUndo,        contents.boxRedo,       contents.boxZoomIn,
-                                     contents.boxZoomOut,     contents.boxResetZoom,  contents.boxCompare};
+                                     contents.boxZoomOut,     contents.boxResetZoom,  contents.boxZoom,
+                                     contents.boxCompare};
     for (std::size_t i = 1; i < boxes.size(); ++i) {
         const QRect above = boxes[i - 1]->geometry();
         const QRect below = boxes[i]->geometry();

@@ -147,8 +147,10 @@ TEST_F(StartCard, CoversNoOtherBox) {
     start();
     window.resize(window.minimumSize());
     QCoreApplication::processEvents();
-    const std::vector<const QWidget*> boxes = {&card(), window.contents().boxHint, window.contents().boxHelp,
-                                               window.contents().boxEditSettings};
+    std::vector<const QWidget*> boxes = {&card(), window.contents().boxHint, window.contents().boxHelp,
+                                         window.contents().boxEditSettings};
+    std::erase_if(boxes, [](const QWidget* box) { return box->isHidden(); });
+    EXPECT_GE(boxes.size(), 3U); // the help gives way in a small window
     for (const QWidget* one : boxes) {
         EXPECT_TRUE(window.rootView().rect().contains(one->geometry())) << one->objectName().toStdString();
         for (const QWidget* other : boxes)

@@ -37,6 +37,20 @@ TEST_F(AimCaptions, TheReasonIsShownBesideTheHintAtTheFittingSize) {
     EXPECT_EQ(disc->caption(), QStringLiteral("Nothing stands out from the skin · F fits the ring"));
 }
 
+TEST_F(AimCaptions, ATinyRingAsksForZoomUntilItIsLarger) {
+    openThroughPanel(makePhoto("large.png", filled({1600, 1200}, kSkin)));
+    pointAtPixel({600, 800});
+    ASSERT_TRUE(disc->isTiny());
+    restUntil([this] { return !disc->caption().isEmpty(); });
+    EXPECT_EQ(disc->caption(), QStringLiteral("Zoom in to aim"));
+    controller->ZoomAbout({200, 150}, 20);
+    ASSERT_FALSE(disc->isTiny());
+    EXPECT_EQ(disc->caption(), QString());
+    queues.runAll();
+    restUntil([this] { return !disc->caption().isEmpty(); });
+    EXPECT_EQ(disc->caption(), QStringLiteral("Nothing stands out from the skin"));
+}
+
 TEST_F(AimCaptions, ThatNoBlemishesWereFoundIsNotReplacedByThePlace) {
     openThroughPanel(makePhoto("clean.png", filled({160, 120}, kSkin)));
     aim->goToSuggestion(1);

@@ -76,13 +76,13 @@ TEST(Notices, AFailureNamesTheFileAndTheReason) {
 }
 
 TEST(Notices, AFailureForAnotherFormatSaysWhatHelps) {
-    EXPECT_EQ(failure(ErrorKind::OtherFormat, "HEIC"),
+    EXPECT_EQ(failure(ErrorKind::NotAPicture, "HEIC"),
               "“face.jpg” has the format HEIC. Complexion opens JPEG, PNG, TIFF, GIF and BMP. "
               "Export a JPEG or TIFF from the program that opens it.");
-    EXPECT_EQ(failure(ErrorKind::OtherFormat, std::string(kCameraRaw)),
+    EXPECT_EQ(failure(ErrorKind::NotAPicture, std::string(kCameraRaw)),
               "“face.jpg” is a camera’s raw file. Complexion opens JPEG, PNG, TIFF, GIF and BMP. "
               "Export a JPEG or TIFF from your raw developer.");
-    EXPECT_EQ(failure(ErrorKind::OtherFormat, std::string(kMovie)),
+    EXPECT_EQ(failure(ErrorKind::NotAPicture, std::string(kMovie)),
               "“face.jpg” is not a still picture. Complexion opens JPEG, PNG, TIFF, GIF and BMP.");
 }
 

@@ -82,7 +82,7 @@ class KeyboardTest(PortraitTestCase):
         self.tab_to("Threshold")
         threshold = self.program.wait_for("Threshold", "slider")
         self.program.keys("Right", "Right")
-        wait_until(lambda: threshold.get_value_iface().get_current_value() == 120, "the threshold to be 12")
+        wait_until(lambda: threshold.get_value_iface().get_current_value() == 12, "the threshold to be 12")
         self.assertEqual(self.program.wait_for("Edit area size in steps").get_value_iface().get_current_value(), RADIUS)
 
         # Repair a blemish: the description first announces the effect, then the result.
