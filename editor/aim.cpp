@@ -260,6 +260,8 @@ void Aim::waitToOfferFit(const std::optional<RepairPreview::Question>& question)
         m_fitTimer.start();
     else
         m_fitTimer.stop();
+    if (m_preview.answer())
+        m_restTimer.start(); // its caption has gone
 }
 
 void Aim::showAnswer() {

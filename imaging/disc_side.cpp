@@ -11,8 +11,9 @@ namespace complexion {
 
 namespace {
 
-constexpr double kPlace = 0.85;      // of the radius: where the squares have their centres
-constexpr double kHalfSquare = 0.15; // of the radius: half their length
+constexpr double kPlace = 0.85;                     // of the radius: where the squares have their centres
+constexpr double kHalfSquare = 0.15;                // of the radius: half their length
+constexpr double kSideAngle = std::numbers::pi / 4; // from one side to the next, clockwise from the top
 
 RGBA32 meanOf(const Image& image, PixelRect square) {
     std::vector<RGBA32> pixels(static_cast<std::size_t>(square.area()));
@@ -40,7 +41,7 @@ RimColors rimColors(const Image& image, const RepairDisc& disc) {
     };
     RimColors colors;
     for (std::size_t side = 0; side < colors.size(); ++side) {
-        const double angle = static_cast<double>(side) * std::numbers::pi / 4; // clockwise from the top
+        const double angle = static_cast<double>(side) * kSideAngle;
         const std::int64_t row = disc.row - std::llround(kPlace * radius * std::cos(angle));
         const std::int64_t column = disc.column + std::llround(kPlace * radius * std::sin(angle));
         const int left = inside(column - half, size.width);
@@ -68,7 +69,15 @@ DiscSide differingSide(const RimColors& rim) {
         return std::abs(color.red() - medianRed) + std::abs(color.green() - medianGreen) +
                std::abs(color.blue() - medianBlue);
     };
-    return static_cast<DiscSide>(std::ranges::max_element(rim, {}, difference) - rim.begin());
+    // The direction of all differences together: of neighbouring sides that differ alike, the middle one.
+    double up = 0;
+    double right = 0;
+    for (std::size_t side = 0; side < rim.size(); ++side) {
+        up += difference(rim[side]) * std::cos(kSideAngle * static_cast<double>(side));
+        right += difference(rim[side]) * std::sin(kSideAngle * static_cast<double>(side));
+    }
+    const long side = std::lround(std::atan2(right, up) / kSideAngle);
+    return static_cast<DiscSide>((side + std::ssize(rim)) % std::ssize(rim));
 }
 
 } // namespace complexion

@@ -17,7 +17,7 @@ using RimColors = std::array<RGBA32, 8>;
 /// The mean colours of small squares on the rim of a disc, of which at least the centre is in the image.
 RimColors rimColors(const Image& image, const RepairDisc& disc);
 
-/// The side whose colour differs the most from the median of all.
+/// The side towards which the colours differ from the median of all.
 DiscSide differingSide(const RimColors& rim);
 
 } // namespace complexion

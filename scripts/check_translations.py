@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fails if a text of the program has no translation, or a translation is no longer used. With --update, adds new texts
-to the translation files and removes unused ones."""
+"""Fails if a text of the program has no translation, a translation is no longer used, or the two have different
+placeholders. With --update, adds new texts to the translation files and removes unused ones."""
 
+import re
 import shutil
 import subprocess
 import sys
@@ -27,6 +28,11 @@ def texts(file):
             for context in ElementTree.parse(file).iter("context") for message in context.iter("message")}
 
 
+def placeholders(text):
+    """The numbered ones, such as "%1", and a mnemonic's "&"."""
+    return sorted(re.findall(r"%\d|&(?=\w)", text))
+
+
 def wrong_in(file):
     with tempfile.TemporaryDirectory() as folder:
         updated = Path(shutil.copy(file, folder))
@@ -35,6 +41,8 @@ def wrong_in(file):
     for (context, text), translation in now.items():
         if not translation:
             yield f"{file.name}: no translation in {context} of: {text}"
+        elif placeholders(text) != placeholders(translation):
+            yield f"{file.name}: other placeholders in {context} than: {text}"
     for context, text in texts(file).keys() - now.keys():
         yield f"{file.name}: unused text in {context}: {text}"
 

@@ -28,13 +28,14 @@ TEST_F(AimCaptions, TheCaptionSaysWhyAClickWouldDoNothing) {
 }
 
 TEST_F(AimCaptions, TheReasonIsShownBesideTheHintAtTheFittingSize) {
-    openThroughPanel(makePhoto("spot.png", skinWithBlemishes({160, 120}, {{60, 80}})));
+    const Image spot = skinWithBlemishes({160, 120}, {{60, 80}});
+    openThroughPanel(makePhoto("spot.png", painted({160, 120}, [&](int row, int column) {
+                                   return column < 62 ? grey(20) : spot.pixel(row, column);
+                               })));
     controller->SetEditAreaSize(20);
-    controller->sliderThreshold->setFloatValue(100);
-    controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
     pointAtPixel({60, 80});
     restUntil([this] { return disc->caption().contains(u'·'); });
-    EXPECT_EQ(disc->caption(), QStringLiteral("Nothing stands out from the skin · F fits the ring"));
+    EXPECT_EQ(disc->caption(), QStringLiteral("The skin differs too much on the left · F fits the ring"));
 }
 
 TEST_F(AimCaptions, ATinyRingAsksForZoomUntilItIsLarger) {
