@@ -5,11 +5,16 @@
 
 #include "imaging/codecs/codec.h"
 #include "imaging/photo_files.h"
-#include "tests/fakes/photo_files.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
 #include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace complexion {
 namespace {
@@ -26,22 +31,24 @@ std::optional<std::string_view> formatOf(const std::string& start) {
 }
 
 TEST(OtherFormats, AreNamedByTheirSignatures) {
-    for (const auto& [start, format] : {std::pair(media("heic"), "HEIC"),
-                                        {media("mif1"), "HEIF"},
-                                        {media("avif"), "AVIF"},
-                                        {media("crx "), kCameraRaw},
-                                        {media("isom"), "movie"},
-                                        {"RIFF\x10\x20\0\0WEBPVP8 "s, "WebP"},
-                                        {"8BPS\0\1"s, "Photoshop"},
-                                        {"%PDF-1.7"s, "PDF"},
-                                        {"\xff\x0a\xfa\x7f"s, "JPEG XL"},
-                                        {"\0\0\0\x0cJXL \r\n\x87\n"s, "JPEG XL"},
-                                        {"\0\0\0\x0cjP  \r\n\x87\n"s, "JPEG 2000"},
-                                        {"\xff\x4f\xff\x51\0\x2f"s, "JPEG 2000"},
-                                        {"gimp xcf v011"s, "XCF"},
-                                        {"FUJIFILMCCD-RAW 0201"s, kCameraRaw},
-                                        {"IIRO\x08\0\0\0"s, kCameraRaw},
-                                        {"IIU\0\x18\0\0\0"s, kCameraRaw}}) {
+    const std::vector<std::pair<std::string, std::string_view>> files = {
+        {media("heic"), "HEIC"},
+        {media("mif1"), "HEIF"},
+        {media("avif"), "AVIF"},
+        {media("crx "), kCameraRaw},
+        {media("isom"), "movie"},
+        {"RIFF\x10\x20\0\0WEBPVP8 "s, "WebP"},
+        {"8BPS\0\1"s, "Photoshop"},
+        {"%PDF-1.7"s, "PDF"},
+        {"\xff\x0a\xfa\x7f"s, "JPEG XL"},
+        {"\0\0\0\x0cJXL \r\n\x87\n"s, "JPEG XL"},
+        {"\0\0\0\x0cjP  \r\n\x87\n"s, "JPEG 2000"},
+        {"\xff\x4f\xff\x51\0\x2f"s, "JPEG 2000"},
+        {"gimp xcf v011"s, "XCF"},
+        {"FUJIFILMCCD-RAW 0201"s, kCameraRaw},
+        {"IIRO\x08\0\0\0"s, kCameraRaw},
+        {"IIU\0\x18\0\0\0"s, kCameraRaw}};
+    for (const auto& [start, format] : files) {
         ASSERT_TRUE(formatOf(start)) << format;
         EXPECT_EQ(*formatOf(start), format);
     }

@@ -82,11 +82,12 @@ TEST(Repairs, SayOnWhichSideTheSkinDiffers) {
                                             {-kDiagonal, -kDiagonal, DiscSide::TopLeft}}) {
         SCOPED_TRACE(static_cast<int>(side));
         const Image image = shadowTowards(down, right);
-        const Result<Repaired> flat =
-            repairInFlatColor(image, at(image, kCenter), kRadius, kAutodetectColor, {}, kThreshold);
+        const Result<Repaired> flat = repairInFlatColor(image, centreOf(kCenter, image.size()), kRadius,
+                                                        kAutodetectColor, {}, kThreshold);
         EXPECT_EQ(flat->outcome, RepairOutcome::NotUniform);
         EXPECT_EQ(flat->side, side);
-        const Result<Repaired> natural = repairNaturally(image, at(image, kCenter), kRadius, kThreshold);
+        const Result<Repaired> natural =
+            repairNaturally(image, centreOf(kCenter, image.size()), kRadius, kThreshold);
         EXPECT_EQ(natural->outcome, RepairOutcome::ExtendsOutside);
         EXPECT_EQ(natural->side, side);
     }
