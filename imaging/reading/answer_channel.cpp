@@ -63,6 +63,7 @@ std::uint32_t AnswerSender::takeSlot() {
     const std::scoped_lock lock(m_mutex);
     while (m_freeSlots.empty()) {
         std::uint32_t slot = 0;
+        // Other threads wait for a slot, too. NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection)
         const ssize_t length = ::recv(m_socket, &slot, sizeof slot, 0);
         if (length < 0 && errno == EINTR)
             continue;
@@ -76,9 +77,12 @@ std::uint32_t AnswerSender::takeSlot() {
 }
 
 void AnswerSender::send(const AnswerMessage& message) const {
-    while (::send(m_socket, &message, sizeof message, MSG_NOSIGNAL) != sizeof message)
-        if (errno != EINTR)
-            ::_exit(0);
+    ssize_t length = 0;
+    do
+        length = ::send(m_socket, &message, sizeof message, MSG_NOSIGNAL);
+    while (length < 0 && errno == EINTR);
+    if (length != sizeof message)
+        ::_exit(0);
 }
 
 void AnswerSender::sendPicture(PixelSize size, std::optional<DeepAlpha> deepAlpha) {
@@ -93,7 +97,7 @@ void AnswerSender::sendRows(int first, int count, int width, const RGBA32* rows,
     const std::size_t rowBytes =
         static_cast<std::size_t>(width) * (sizeof(RGBA32) + (deepRows ? sizeof(RGBA64) : 0));
     const int usual = static_cast<int>(std::max<std::size_t>(1, SlotMemory::kUsualBytes / rowBytes));
-    for (int end = first + count; first < end; first += usual) {
+    for (const int end = first + count; first < end; first += usual) {
         const int part = std::min(usual, end - first);
         const std::ptrdiff_t pixels = std::ptrdiff_t{part} * width;
         const std::uint32_t slot = takeSlot();

@@ -79,9 +79,11 @@ bool arrangeDescriptors(const ChildDescriptors& descriptors) {
                                      descriptors.memory.get()};
     DescriptorNumbers out{};
     // Out of each other's places first.
-    for (std::size_t i = 0; i < given.size(); ++i)
-        if ((out[i] = ::fcntl(given[i], F_DUPFD, kFirstUnused)) < 0)
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        out[i] = ::fcntl(given[i], F_DUPFD, kFirstUnused);
+        if (out[i] < 0)
             return false;
+    }
     if (::dup2(out[0], kInput) < 0 || ::dup2(out[1], kSocket) < 0 || ::dup2(out[2], kMemory) < 0)
         return false;
     closeFrom(kFirstUnused);

@@ -125,7 +125,7 @@ Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, O
     const auto deadline = deadlineFor(limits);
     COMPLEXION_TRY(Reading reading, process->begin(isForEditing ? kEdit : kLook, file, limits));
     COMPLEXION_TRY(PictureAssembler::Picture picture, receivePicture(reading.answer(), deadline, progress));
-    Image& image = picture.decoded.image;
+    const Image& image = picture.decoded.image;
     if (const std::optional<Orientation> orientation = picture.answer.jpegOrientation) {
         const PixelSize stored = uprightSize(image.pixelSize(), *orientation); // which is its own inverse
         std::unique_ptr<jpeg::OriginalFile::Transcoder> transcoder;
