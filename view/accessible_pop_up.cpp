@@ -17,7 +17,9 @@ public:
     explicit AccessiblePopUp(QComboBox* popUp) : QAccessibleWidget(popUp, QAccessible::ComboBox) {}
 
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? popUp().currentText() : QAccessibleWidget::text(kind);
+        // Linux has no values that are texts, so that the entry is the description, too.
+        return kind == QAccessible::Value || kind == QAccessible::Description ? popUp().currentText()
+                                                                              : QAccessibleWidget::text(kind);
     }
 
     // The list of entries is its only child.
@@ -57,7 +59,7 @@ void nameAccessibly(QComboBox& popUp) {
     QAccessible::installFactory(accessiblePopUp); // safe to repeat
     popUp.setProperty(kIsNamed, true);
     QObject::connect(&popUp, &QComboBox::currentIndexChanged, &popUp, [&popUp] {
-        QAccessibleValueChangeEvent change(&popUp, popUp.currentText());
+        QAccessibleEvent change(&popUp, QAccessible::DescriptionChanged);
         QAccessible::updateAccessibility(&change);
     });
 }

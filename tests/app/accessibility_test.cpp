@@ -43,6 +43,7 @@ TEST_F(Accessibility, PopUpsAreNamedAndTheirEntriesAreTheirValues) {
         EXPECT_EQ(accessible.role(), QAccessible::ComboBox);
         EXPECT_EQ(accessible.text(QAccessible::Name), name);
         EXPECT_EQ(accessible.text(QAccessible::Value), entry);
+        EXPECT_EQ(accessible.text(QAccessible::Description), entry);
         ASSERT_EQ(accessible.childCount(), 1);
         EXPECT_EQ(accessible.indexOfChild(accessible.child(0)), 0);
         EXPECT_EQ(accessible.child(0)->childCount(), popUp->count());

@@ -99,7 +99,7 @@ class Complexion:
                 accessible.get_state_set().contains(self.atspi.StateType.SHOWING)]
 
     def combo_box(self, label):
-        """The combo box with this label; its accessible name is its current entry."""
+        """The combo box with this label; its accessible description is its current entry."""
         def labelled():
             for box in self.all_of("combo box"):
                 for relation in box.get_relation_set():
