@@ -88,7 +88,7 @@ class Complexion:
                 if name in (None, accessible.get_name()) and role in (None, accessible.get_role_name()) and \
                         accessible.get_state_set().contains(self.atspi.StateType.SHOWING):
                     return accessible
-        except self._gone():
+        except (self._gone(), UnicodeDecodeError):  # the library may return freed memory for the name
             pass  # it disappeared meanwhile
         return None
 
