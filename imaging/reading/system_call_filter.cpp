@@ -16,6 +16,12 @@
 #include <memory>
 #include <vector>
 
+#ifdef __clang__
+// The library's macros are C.
+#pragma clang diagnostic ignored "-Wc99-extensions"
+#pragma clang diagnostic ignored "-Wmissing-field-initializers"
+#endif
+
 namespace complexion {
 
 namespace {
