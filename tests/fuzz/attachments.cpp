@@ -5,6 +5,7 @@
 #include "imaging/carried_metadata.h"
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
+#include "imaging/metadata/carrying.h"
 #include "tests/fuzz/small_pictures.h"
 
 using namespace complexion;
