@@ -211,7 +211,7 @@ void connectWindow(MainWindow& window, ViewController& controller, Dialogs& dial
     QObject::connect(&window.busySign(), &BusySign::cancelled, &controller, &ViewController::CancelLongWork);
 
     NoticeLine* const notice = window.contents().notice;
-    QObject::connect(&controller, &ViewController::noticed, notice, &NoticeLine::tell);
+    QObject::connect(&controller, &ViewController::noticed, notice, &NoticeLine::present);
     // Qt would pass its focus to any control.
     QObject::connect(notice, &NoticeLine::clicked, window.rootView().imageView(),
                      [view = window.rootView().imageView()] { view->setFocus(); });

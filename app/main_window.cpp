@@ -68,7 +68,7 @@ void MainWindow::showState(const WindowState& state) {
     // does something else.
     if (hadFocus && !focused->isEnabled())
         m_root->imageView()->setFocus();
-    // In a title, "[*]" is the place of the mark for unsaved work; twice, it stands for itself.
+    // In a title, "[*]" is the place of the mark for unsaved work; twice, it is shown as it is.
     QString name = state.fileName;
     name.replace(u"[*]"_s, u"[*][*]"_s);
     setWindowTitle(name.isEmpty() ? u"Complexion"_s : name + u"[*] — Complexion"_s);

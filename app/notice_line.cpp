@@ -53,7 +53,7 @@ NoticeLine::NoticeLine(QWidget* parent) : QAbstractButton(parent) {
     hide();
 }
 
-void NoticeLine::tell(const QString& text) {
+void NoticeLine::present(const QString& text) {
     hide(); // so that assistive technology sees a new alert
     setText(text);
     setAccessibleName(text);

@@ -18,7 +18,7 @@ public:
     explicit NoticeLine(QWidget* parent);
 
     /// Shows `text` in place of the text before; hides the line if it is empty.
-    void tell(const QString& text);
+    void present(const QString& text);
 
     /// How long `text` is shown.
     static std::chrono::milliseconds readingTime(const QString& text);

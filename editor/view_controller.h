@@ -221,7 +221,7 @@ public:
     /// Changes the threshold by `steps` grey levels.
     void StepThreshold(int steps);
 
-    /// Ends the work that `longWorkProgressed` told of, as if it had not begun.
+    /// Cancels the work that `longWorkProgressed` reports, as if it had not begun.
     void CancelLongWork();
 
     // History.

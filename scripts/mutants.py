@@ -45,7 +45,7 @@ namespace { const int mutantNumber = std::atoi(std::getenv("MUTANT_NUMBER")); }
 # The files that implement specified rules, and the tests of these rules.
 TESTS = {
     "imaging/blemish_removal.cpp": ["imaging/repair_bounds_test.cpp", "imaging/repair_lists_test.cpp",
-                                    "imaging/blemish_removal_test.cpp"],
+                                    "imaging/blemish_removal_test.cpp", "imaging/repairs_test.cpp"],
     "imaging/healing/repair_disc.cpp": ["imaging/repair_disc_test.cpp"],
     "imaging/grayscale.cpp": ["imaging/grayscale_test.cpp"],
     "imaging/photo_effects.cpp": ["imaging/effect_recipes_test.cpp", "imaging/photo_effects_test.cpp"],

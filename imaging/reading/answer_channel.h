@@ -17,11 +17,11 @@
 
 namespace complexion {
 
-// How a reader child answers: by messages on a socket, and by slots of memory that both processes see. A
-// message that fills a slot passes it to the parent, which copies its contents once and passes it back, so
-// that a picture of any size goes through a few slots while it is decoded, and no process holds it twice.
+// A reader child answers with messages on a socket and with slots of shared memory. A message hands a filled
+// slot to the parent, which copies its contents once and hands it back. A picture of any size streams through
+// a few slots while it is decoded, so that no process holds it twice.
 
-/// What a picture's rows consist of.
+/// The samples of a picture's rows.
 enum class PixelDepth : std::uint32_t { Eight, SixteenStraight, SixteenPremultiplied };
 
 /// The bytes of one pixel.
@@ -48,17 +48,17 @@ struct AnswerMessage {
 class SlotMemory {
 public:
     static constexpr std::uint32_t kSlots = 8;
-    /// The widest picture's row fits in a slot. Pages that are never used take no memory.
+    /// Room for a row of the widest picture. Untouched pages take no memory.
     static constexpr std::size_t kSlotBytes = std::size_t{12} << 20;
     static_assert(kSlotBytes >= kMaxPictureSide * pixelBytes(PixelDepth::SixteenStraight));
-    /// What is put into a slot, unless a single row takes more: small enough for a core's cache.
+    /// The usual fill of a slot, unless a single row needs more: fits in a core's cache.
     static constexpr std::size_t kUsualBytes = std::size_t{256} << 10;
 
-    /// New memory, of a size that nobody can change.
+    /// New memory with a sealed size.
     static Result<Descriptor> create();
 
     enum class Access { Read, Write };
-    /// None.
+    /// No memory.
     SlotMemory() = default;
     /// Maps the memory of `descriptor`; without bytes when that fails.
     SlotMemory(const Descriptor& descriptor, Access access);
@@ -101,7 +101,7 @@ private:
     std::vector<std::uint32_t> m_freeSlots;
 };
 
-/// The parent's end, which trusts nothing that it is told.
+/// The parent's end, which validates everything it receives.
 class AnswerReceiver {
 public:
     using Clock = std::chrono::steady_clock;
@@ -109,7 +109,7 @@ public:
     AnswerReceiver(Descriptor socket, SlotMemory memory)
         : m_socket(std::move(socket)), m_memory(std::move(memory)) {}
 
-    /// Whether there is something to receive, or `time` comes first.
+    /// Waits for a message until `time`. Returns whether there is one.
     bool isReadyBy(Clock::time_point time) const;
 
     /// The next message, of a known kind and with a slot below kSlots. An error when the child is gone, when

@@ -78,7 +78,7 @@ bool arrangeDescriptors(const ChildDescriptors& descriptors) {
     const DescriptorNumbers given = {descriptors.input.get(), descriptors.socket.get(),
                                      descriptors.memory.get()};
     DescriptorNumbers out{};
-    // Out of each other's places first.
+    // First out of the way of the final numbers.
     for (std::size_t i = 0; i < given.size(); ++i) {
         out[i] = ::fcntl(given[i], F_DUPFD, kFirstUnused);
         if (out[i] < 0)
@@ -123,7 +123,7 @@ Bytes readInput(std::size_t length) {
         if (!memory)
             ::_exit(1);
         confinement.hasCallFilter = confinement.hasCallFilter && setSystemCallFilter(filter);
-        // From here on the input is looked at.
+        // From here on, untrusted bytes are parsed.
         AnswerSender answer(kSocket, std::move(memory));
         work(request.operation, input, answer, confinement);
     } catch (...) { // out of memory: there is no answer

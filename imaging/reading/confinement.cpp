@@ -100,7 +100,7 @@ Confinement confineThisProcess(const ReaderLimits& limits, ByteView filter) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::prctl(PR_SET_DUMPABLE, 0);
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
-    limitMemory(limits); // as long as the files that tell the present size can be read
+    limitMemory(limits); // while the files with the present size can still be read
     const bool hasFileRules = forbidFiles();
     limitResources(limits, !filter.empty());
     return {.hasFileRules = hasFileRules, .hasCallFilter = !filter.empty()};

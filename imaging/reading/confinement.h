@@ -5,7 +5,7 @@
 
 namespace complexion {
 
-// What a process gives up before it looks at a stranger's bytes.
+// The rights that a process gives up before it parses untrusted bytes.
 
 /// How much a process may use.
 struct ReaderLimits {
@@ -13,7 +13,7 @@ struct ReaderLimits {
     std::uint64_t cpuSeconds = 0; // of all threads together
 };
 
-/// What holds a process back. The kernel may lack any of the two.
+/// The mechanisms that are active. The kernel may lack either.
 struct Confinement {
     bool hasFileRules = false;  // landlock: no file can be opened, no port bound or connected
     bool hasCallFilter = false; // seccomp: only the system calls that decoding takes

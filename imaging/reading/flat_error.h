@@ -16,7 +16,7 @@ std::optional<Error> readError(FlatReader& reader);
 /// The error that is all that is left to read; answerIsNonsense if there is anything else.
 Error readLastError(FlatReader& reader);
 
-/// What bytes amount to that no child of ours sends.
+/// The error for bytes that no intact child sends.
 Error answerIsNonsense();
 
 } // namespace complexion

@@ -16,8 +16,8 @@
 
 namespace complexion {
 
-/// What a child tells of a picture beside its pixels. Another field takes a line in each of the two functions
-/// below, and its check.
+/// A child's answer about a picture, apart from its pixels. A new field needs a line in each of the two
+/// functions below, and a check.
 struct PictureAnswer {
     Container container = Container::Jpeg;
     /// Of the rows that were sent.

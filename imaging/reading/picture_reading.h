@@ -12,8 +12,8 @@
 
 namespace complexion {
 
-// Reading a stranger's picture file: in a child of the installed reader process, or in this process if none
-// is installed. Both give the same.
+// Reading an untrusted picture file: in a child of the installed reader process, or in this process if none
+// is installed, with the same result.
 
 enum class ReadingPurpose {
     Look, // for its pixels
@@ -29,8 +29,8 @@ struct FilePicture {
     std::vector<SavingLoss> losses = {};
 };
 
-/// Told ten times a second, in the thread that has the file read, which part of the picture is there, 0 to 1.
-/// Returning false ends the reading.
+/// Called ten times a second, on the thread that requested the file, with the fraction of the picture that
+/// has been decoded, 0 to 1. Returning false cancels the reading.
 using ReadingProgress = std::function<bool(double part)>;
 
 /// The first picture of the file. An error if it cannot be decoded or, for editing, measured; also if its
@@ -44,7 +44,7 @@ Result<PixelSize> measuredFile(const std::filesystem::path& path);
 /// The first picture of a file in memory, for a look.
 Result<FilePicture> readPictureInMemory(ByteView file);
 
-/// Has strangers' files and profiles read by children of `process` from now on; by this process if it is
+/// From now on, untrusted files and profiles are read by children of `process`, or by this process if it is
 /// null. Call before the first file is read.
 void installReader(std::shared_ptr<ReaderProcess> process);
 

@@ -21,7 +21,7 @@ struct Sockets {
     Descriptor theirs;
 };
 
-/// Two connected ends: messages keep their borders, and each end learns when the other is gone.
+/// Two connected ends that preserve message boundaries and report when the other end is closed.
 Result<Sockets> newSockets() {
     std::array<int, 2> ends = {};
     if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)

@@ -44,9 +44,9 @@ private:
     AnswerReceiver m_answer;
 };
 
-/// A small process that forks a confined child for every file from a stranger. It has to be started early,
-/// by a process that is small itself and has one thread: a child is a copy of what it was then, with nothing
-/// of other photos, and quickly made.
+/// A small process that forks a confined child for every untrusted file. Start it early, while the program is
+/// small and has one thread: a child is a copy of the program at that time, quick to fork and without other
+/// photos in its memory.
 class ReaderProcess : public std::enable_shared_from_this<ReaderProcess> {
 public:
     /// Starts the process, which ends with this one. An error when the system refuses.

@@ -31,7 +31,7 @@ struct FilterReleaser {
 };
 using Filter = std::unique_ptr<void, FilterReleaser>;
 
-/// Memory, threads that share it, waiting for each other, time, chance, and the end.
+/// Memory, threads, synchronisation, time, random numbers, and exit.
 constexpr std::array kHarmless = {
     SCMP_SYS(munmap),
     SCMP_SYS(mremap),
@@ -65,7 +65,7 @@ bool allowIf(const Filter& filter, int call, Conditions... conditions) {
     return ::seccomp_rule_add_array(filter.get(), SCMP_ACT_ALLOW, call, all.size(), all.data()) == 0;
 }
 
-/// All other calls fail as if the user had no right to them.
+/// All other calls fail with EPERM.
 bool addRules(const Filter& filter, int socket) {
     for (const int call : kHarmless)
         if (!allow(filter, call))
@@ -76,7 +76,7 @@ bool addRules(const Filter& filter, int socket) {
                    SCMP_A3_64(SCMP_CMP_MASKED_EQ, MAP_ANONYMOUS, MAP_ANONYMOUS)) &&
            allowIf(filter, SCMP_SYS(mprotect), SCMP_A2_64(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)) &&
            // Threads and no processes. The newer call has its flags in memory, where no filter sees them; the
-           // C library takes the older one where it is told that the newer does not exist.
+           // C library falls back to the older one if the newer one fails with ENOSYS.
            allowIf(filter, SCMP_SYS(clone), SCMP_A0_64(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD)) &&
            ::seccomp_rule_add(filter.get(), SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0 &&
            // Without addresses.

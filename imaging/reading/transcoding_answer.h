@@ -8,7 +8,7 @@
 
 namespace complexion {
 
-// What a child tells of a JPEG file whose picture may be edited.
+// A child's answer about a JPEG file whose picture may be edited.
 
 /// What comes first: the file without its rows, or the error. Rows or a failure follow a file.
 void writeHead(const Result<const jpeg::TranscodedFile*>& answer, ByteSink& sink);

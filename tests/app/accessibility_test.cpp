@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What assistive technology is told about the controls.
+// What the controls expose to assistive technology.
 #include "tests/app/window_fixture.h"
 
 #include <QAccessible>

@@ -26,7 +26,7 @@ protected:
         QApplication::processEvents();
     }
 
-    void tell(const QString& text) {
+    void present(const QString& text) {
         Q_EMIT controller->noticed(text);
         QApplication::processEvents();
     }
@@ -42,7 +42,7 @@ TEST_F(NoticeLineTest, IsHiddenAtFirst) {
 
 TEST_F(NoticeLineTest, IsShownAboveTheSettingsInsideTheWindow) {
     for (const QString& text : {kText, QString(40, u'x') + u' ' + kText.repeated(9)}) {
-        tell(text);
+        present(text);
         ASSERT_TRUE(notice().isVisible());
         EXPECT_EQ(notice().text(), text);
         EXPECT_LT(notice().geometry().bottom(), bar().geometry().top());
@@ -53,13 +53,13 @@ TEST_F(NoticeLineTest, IsShownAboveTheSettingsInsideTheWindow) {
 
 TEST_F(NoticeLineTest, IsOpaqueToTheMouse) {
     open();
-    tell(kText);
+    present(kText);
     QTest::mouseClick(&notice(), Qt::LeftButton);
     EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
 TEST_F(NoticeLineTest, DisappearsAfterTheTimeItTakesToRead) {
-    tell(kText);
+    present(kText);
     const std::chrono::milliseconds time = NoticeLine::readingTime(kText);
     EXPECT_GE(time, 5s);
     EXPECT_GT(NoticeLine::readingTime(kText + kText), time);
@@ -70,13 +70,13 @@ TEST_F(NoticeLineTest, DisappearsAfterTheTimeItTakesToRead) {
 }
 
 TEST_F(NoticeLineTest, TheTimePassesByItself) {
-    tell(kText);
+    present(kText);
     notice().advance(NoticeLine::readingTime(kText) - 1ms);
     EXPECT_TRUE(QTest::qWaitFor([&] { return notice().isHidden(); }));
 }
 
 TEST_F(NoticeLineTest, StaysWhileItHasTheFocusAndThenForItsWholeTime) {
-    tell(kText);
+    present(kText);
     notice().setFocus(Qt::TabFocusReason);
     notice().advance(1h);
     EXPECT_TRUE(notice().isVisible());
@@ -88,7 +88,7 @@ TEST_F(NoticeLineTest, StaysWhileItHasTheFocusAndThenForItsWholeTime) {
 }
 
 TEST_F(NoticeLineTest, StaysWhileThePointerIsOnIt) {
-    tell(kText);
+    present(kText);
     notice().setAttribute(Qt::WA_UnderMouse); // what entering it sets
     notice().advance(1h);
     EXPECT_TRUE(notice().isVisible());
@@ -101,7 +101,7 @@ TEST_F(NoticeLineTest, StaysWhileAnAlertIsInFront) {
     QWidget alert;
     alert.show();
     test::activate(alert);
-    tell(kText);
+    present(kText);
     notice().advance(1h);
     EXPECT_TRUE(notice().isVisible());
     alert.hide();
@@ -111,14 +111,14 @@ TEST_F(NoticeLineTest, StaysWhileAnAlertIsInFront) {
 }
 
 TEST_F(NoticeLineTest, AClickEndsIt) {
-    tell(kText);
+    present(kText);
     QTest::mouseClick(&notice(), Qt::LeftButton);
     EXPECT_FALSE(notice().isVisible());
 }
 
 TEST_F(NoticeLineTest, KeysEndItAndGiveTheFocusToThePhoto) {
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Escape}) {
-        tell(kText);
+        present(kText);
         notice().setFocus(Qt::TabFocusReason);
         ASSERT_TRUE(notice().hasFocus());
         QTest::keyClick(&notice(), key);
@@ -128,18 +128,18 @@ TEST_F(NoticeLineTest, KeysEndItAndGiveTheFocusToThePhoto) {
 }
 
 TEST_F(NoticeLineTest, TheNextTextReplacesItAndAnEmptyOneEndsIt) {
-    tell(kText);
+    present(kText);
     notice().advance(NoticeLine::readingTime(kText) - 1ms);
-    tell(u"Another."_s);
+    present(u"Another."_s);
     EXPECT_EQ(notice().text(), u"Another."_s);
     notice().advance(NoticeLine::readingTime(u"Another."_s) - 1ms);
     EXPECT_TRUE(notice().isVisible());
-    tell({});
+    present({});
     EXPECT_FALSE(notice().isVisible());
 }
 
 TEST_F(NoticeLineTest, IsAnAlertForAssistiveTechnology) {
-    tell(kText);
+    present(kText);
     const QAccessibleInterface* const accessible = QAccessible::queryAccessibleInterface(&notice());
     ASSERT_TRUE(accessible);
     EXPECT_EQ(accessible->role(), QAccessible::AlertMessage);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What is told about a photo when it is opened, and about a file that cannot be opened.
+// The notices about a photo that is opened, and about a file that cannot be opened.
 #include "editor/notices.h"
 
 #include "imaging/containers/other_formats.h"

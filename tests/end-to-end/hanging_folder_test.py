@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """A folder whose file system does not answer blocks neither the window nor the end of the program."""
 
+import shutil
 import signal
 import unittest
 
@@ -12,7 +13,8 @@ class HangingFolderTest(PortraitTestCase):
     def open_hanging_folder(self):
         folder = self.photos / "unreachable"
         folder.mkdir()
-        self.program.environment = {"LD_PRELOAD": str(BUILD / "tests/libhanging_folder.so"),
+        library = shutil.copy(BUILD / "tests/libhanging_folder.so", self.folder)  # LD_PRELOAD allows no spaces
+        self.program.environment = {"LD_PRELOAD": str(library),
                                     "HANGING_FOLDER": str(folder)}
         self.program.start()
         self.program.keys("ctrl+o")
