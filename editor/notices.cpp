@@ -89,7 +89,7 @@ QString noticeOfFailure(const std::filesystem::path& path, const Error& error) {
     case ErrorKind::OutOfMemory:
         return Notices::tr("There is not enough memory to open “%1”.").arg(name);
     case ErrorKind::CannotRead:
-        return Notices::tr("“%1” cannot be read. It may have been moved, or you may not have the permission.")
+        return Notices::tr("“%1” cannot be read. It may have been moved, or you may not have permission.")
             .arg(name);
     case ErrorKind::Damaged:
     case ErrorKind::CannotWrite:

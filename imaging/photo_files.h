@@ -22,11 +22,11 @@ struct OpenedPhoto {
     Image image;
     /// The extension for the format of the file's content, whatever its name: "jpg", "png", "tiff", "gif" or
     /// "bmp".
-    std::string_view extension = {};
+    std::string_view extension = {}; // NOLINT(readability-redundant-member-init): may be left out
     /// Why parts of the picture are missing, if the file is truncated or damaged; nothing for a complete one.
-    std::optional<Error> damage = {};
+    std::optional<Error> damage = {}; // NOLINT(readability-redundant-member-init)
     /// The parts of the photo that saving will lose.
-    std::vector<SavingLoss> losses = {};
+    std::vector<SavingLoss> losses = {}; // NOLINT(readability-redundant-member-init)
 };
 
 /// DecodeImage, ImageActualSize and BringImageToActualSize. Fails if the file cannot be decoded or measured,

@@ -30,7 +30,7 @@ struct Repaired {
     PixelMask repainted; // the pixels that changed
     RepairOutcome outcome = RepairOutcome::NothingToRepair;
     /// Where the skin differs; set for the outcomes NotUniform and ExtendsOutside.
-    std::optional<DiscSide> side = {};
+    std::optional<DiscSide> side = {}; // NOLINT(readability-redundant-member-init): may be left out
 };
 
 /// What became of painting a disc.

@@ -252,7 +252,7 @@
         <translation>Der Speicher reicht nicht, um „%1“ zu öffnen.</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>„%1“ ist nicht lesbar. Vielleicht wurde die Datei verschoben, oder Ihnen fehlt die Berechtigung.</translation>
     </message>
     <message>

@@ -72,7 +72,7 @@ TEST(Notices, AFailureNamesTheFileAndTheReason) {
     EXPECT_EQ(failure(ErrorKind::TooLarge), "“face.jpg” is too large to be opened.");
     EXPECT_EQ(failure(ErrorKind::OutOfMemory), "There is not enough memory to open “face.jpg”.");
     EXPECT_EQ(failure(ErrorKind::CannotRead),
-              "“face.jpg” cannot be read. It may have been moved, or you may not have the permission.");
+              "“face.jpg” cannot be read. It may have been moved, or you may not have permission.");
 }
 
 TEST(Notices, AFailureForAnotherFormatSaysWhatHelps) {
