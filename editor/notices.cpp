@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace complexion {
@@ -51,8 +52,7 @@ QString noticeOfFormat(const QString& name, std::string_view format) {
                Notices::tr("Export a JPEG or TIFF from your raw developer.");
     if (format == kMovie)
         return Notices::tr("“%1” is not a still picture.").arg(name) + u' ' + readable;
-    return Notices::tr("“%1” has the format %2.")
-               .arg(name, QString::fromUtf8(format.data(), std::ssize(format))) +
+    return Notices::tr("“%1” has the format %2.").arg(name, QString::fromStdString(std::string(format))) +
            u' ' + readable + u' ' + Notices::tr("Export a JPEG or TIFF from the program that opens it.");
 }
 
