@@ -70,7 +70,7 @@ TESTS = {
                                  "editor/resumed_work_test.cpp"],
     "editor/zoom_frame.cpp": ["editor/zoom_frame_test.cpp"],
     "editor/zoom.cpp": ["editor/zoom_position_test.cpp", "editor/zoom_test.cpp"],
-    "editor/saving.cpp": ["editor/saving_test.cpp", "editor/set_aside_test.cpp"],
+    "editor/saving.cpp": ["editor/saving_test.cpp", "editor/set_aside_test.cpp", "editor/notices_test.cpp"],
     "editor/settings.cpp": ["editor/settings_mirror_test.cpp", "editor/settings_test.cpp", "editor/retouch_settings_test.cpp",
                             "editor/comparison_test.cpp", "editor/fit_test.cpp", "editor/aim_test.cpp",
                             "editor/resumed_work_test.cpp"],

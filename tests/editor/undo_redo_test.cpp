@@ -236,6 +236,24 @@ TEST_F(UndoRedo, AvailableStepsAreAnnounced) {
     EXPECT_FALSE(couldUndo);
 }
 
+TEST_F(UndoRedo, TheStepIsAnnouncedByItsNameIfItHasOne) {
+    QString announced;
+    QObject::connect(controller.get(), &ViewController::announced, controller.get(),
+                     [&](const QString& text) { announced = text; });
+    openThroughPanel(makePhoto());
+    retouch(0);
+    undo();
+    EXPECT_EQ(announced, QStringLiteral("Undone: repair."));
+    redo();
+    EXPECT_EQ(announced, QStringLiteral("Redone: repair."));
+    controller->setOriginalImage(filled({40, 40}, kSkin));
+    controller->PushStateImage();
+    undo();
+    EXPECT_EQ(announced, QStringLiteral("Undone."));
+    redo();
+    EXPECT_EQ(announced, QStringLiteral("Redone."));
+}
+
 } // namespace
 
 } // namespace complexion

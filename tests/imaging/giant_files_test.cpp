@@ -4,6 +4,7 @@
 // it declares. Each is opened in a process of its own, with a reader process, whose usage is measured.
 #include "imaging/photo_files.h"
 #include "tests/fakes/installed_reader.h"
+#include "tests/fakes/measured.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/imaging/tiff_writer.h"
@@ -19,12 +20,6 @@
 
 namespace complexion {
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-constexpr bool kIsMeasured = false; // sanitizers multiply time and memory, unoptimised code takes more time
-#else
-constexpr bool kIsMeasured = true;
-#endif
 
 using namespace std::string_literals;
 

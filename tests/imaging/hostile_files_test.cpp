@@ -6,6 +6,7 @@
 
 #include "imaging/carried_metadata.h"
 #include "imaging/image_tools.h"
+#include "tests/fakes/measured.h"
 #include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
@@ -24,12 +25,6 @@
 
 namespace complexion {
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__) || !defined(__OPTIMIZE__)
-constexpr bool kIsMeasured = false; // sanitizers multiply time and memory, unoptimised code takes more time
-#else
-constexpr bool kIsMeasured = true;
-#endif
 
 constexpr double kMaxSeconds = 2; // of CPU time, which does not depend on other load
 constexpr std::int64_t kMaxMemoryOfRefused = std::int64_t{1} << 30;
