@@ -251,6 +251,20 @@ TEST_F(Saving, AnImageThatTheFormatCannotHoldCountsAsSavedWithoutAFile) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
+TEST_F(Saving, OnlyASaveThatWroteNoFileShowsANotice) {
+    const std::filesystem::path source = target("wide.jpg");
+    ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), source, "png"));
+    openThroughPanel(source);
+    int notices = 0;
+    QObject::connect(controller.get(), &ViewController::noticed, controller.get(), [&] { ++notices; });
+    saveWith({{"jpg"}, "wide_retouched.jpg"}, chosen(target("saved.jpg")), kSaveSuccess);
+    EXPECT_EQ(notices, 1);
+    openThroughPanel(makePhoto("face.png"));
+    notices = 0;
+    saveWith({{"png"}, "face_retouched.png"}, chosen(target("saved.png")), kSaveSuccess);
+    EXPECT_EQ(notices, 0);
+}
+
 TEST_F(Saving, AnImageThatTheFormatCannotHoldStillRemovesTheEarlierFile) {
     const std::filesystem::path source = target("wide.jpg");
     ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), source, "png"));

@@ -36,6 +36,14 @@ TEST_F(Zoom, WithoutAPhotoTheActionsDoNothing) {
     EXPECT_EQ(frame(), (Frame{-10, -20, 500, 400}));
 }
 
+TEST_F(Zoom, TheShownScaleIsInDevicePixelsPerPixel) {
+    EXPECT_EQ(controller->shownScale(), std::nullopt);
+    openThroughPanel(makePhoto("large.png", filled({800, 600}, kSkin)));
+    const double expected = imageView->frame().width / 800 * imageView->devicePixelRatioF();
+    ASSERT_TRUE(controller->shownScale());
+    EXPECT_NEAR(*controller->shownScale(), expected, 1e-9);
+}
+
 TEST_F(Zoom, ADragNeedsNoPhoto) {
     drag(5, 5);
     EXPECT_EQ(frame(), kFitted);
