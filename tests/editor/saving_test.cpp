@@ -265,6 +265,26 @@ TEST_F(Saving, OnlyASaveThatWroteNoFileShowsANotice) {
     EXPECT_EQ(notices, 0);
 }
 
+TEST_F(Saving, WorkIsUnsavedUntilAFileIsWritten) {
+    openThroughPanel(makePhoto());
+    EXPECT_FALSE(controller->hasUnsavedWork());
+    retouch(0);
+    saveWith({{"png"}, "portrait_retouched.png"}, chosen(target("no folder/saved.png")), kSaveFailure);
+    EXPECT_TRUE(controller->hasUnsavedWork());
+    save(target("saved.png"));
+    EXPECT_FALSE(controller->hasUnsavedWork());
+}
+
+TEST_F(Saving, WorkThatTheFormatCannotHoldStaysUnsaved) {
+    const std::filesystem::path source = target("wide.jpg");
+    ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), source, "png"));
+    openThroughPanel(source);
+    controller->comboEffect->setCurrentIndex(1);
+    EXPECT_TRUE(controller->hasUnsavedWork());
+    saveWith({{"jpg"}, "wide_retouched.jpg"}, chosen(target("saved.jpg")), kSaveSuccess);
+    EXPECT_TRUE(controller->hasUnsavedWork());
+}
+
 TEST_F(Saving, AnImageThatTheFormatCannotHoldStillRemovesTheEarlierFile) {
     const std::filesystem::path source = target("wide.jpg");
     ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), source, "png"));

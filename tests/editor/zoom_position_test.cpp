@@ -75,6 +75,13 @@ TEST_F(ZoomPositionTest, ZoomingToPixelsUsesThePixelsOfAHighDpiScreen) {
     expectFrame({-33.5, -18, 500, 375});
 }
 
+TEST_F(ZoomPositionTest, TheShownScaleCountsThePixelsOfAHighDpiScreen) {
+    open({1000, 700});
+    HighDpiView view;
+    controller->view = &view;
+    EXPECT_DOUBLE_EQ(*controller->shownScale(), 0.8); // 0.4 points a pixel
+}
+
 TEST_F(ZoomPositionTest, ZoomingToPixelsAtTheEdgeLeavesNoGap) {
     open({1000, 700});
     controller->ZoomToPixels({0, 0});
