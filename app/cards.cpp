@@ -13,7 +13,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cmath>
 
 namespace complexion {
 
@@ -29,7 +28,7 @@ constexpr double kHeadlineSize = 26;
 constexpr int kHintMarginX = 40;
 constexpr int kHintMarginY = 26;
 constexpr int kHintGap = 6;
-constexpr double kSteps = 20; // of a size that shrinks
+constexpr int kSteps = 20; // of a text size that shrinks
 
 constexpr int kDrawingSize = 28;
 constexpr int kHelpMarginX = 28;
@@ -56,8 +55,8 @@ public:
     /// Makes the lines narrow enough for a button of this width.
     void fitTo(int width) {
         const int available = width - 2 * kHintMarginX;
-        const double headline = shrunk(textFont(kHeadlineSize), m_headline, available) * kHeadlineSize;
-        const double line = shrunk(textFont(), m_line, available) * kTextSize;
+        const double headline = fittingSize(kHeadlineSize, m_headline, available);
+        const double line = fittingSize(kTextSize, m_line, available);
         if (headline == m_headlineSize && line == m_lineSize)
             return;
         m_headlineSize = headline;
@@ -91,10 +90,13 @@ protected:
     }
 
 private:
-    /// The share of its size at which a text of this font is no wider than `available`; at most 1.
-    static double shrunk(const QFont& font, const QString& text, int available) {
-        const int needed = QFontMetrics(font).horizontalAdvance(text);
-        return needed <= available ? 1 : std::floor(kSteps * available / needed) / kSteps;
+    /// The largest size, at most `size`, at which `text` is no wider than `available`. Hinting rounds the
+    /// width of each letter, so that the width is not proportional to the size.
+    static double fittingSize(double size, const QString& text, int available) {
+        for (int step = kSteps; step > 1; --step)
+            if (QFontMetrics(textFont(size * step / kSteps)).horizontalAdvance(text) <= available)
+                return size * step / kSteps;
+        return size / kSteps;
     }
 
     QString m_headline;

@@ -252,7 +252,7 @@
         <translation>No hay memoria suficiente para abrir «%1».</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>No se puede leer «%1». Quizá se haya movido o usted no tenga permiso.</translation>
     </message>
     <message>

@@ -252,7 +252,7 @@
         <translation>La mémoire ne suffit pas pour ouvrir « %1 ».</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>« %1 » est illisible. Le fichier a peut-être été déplacé, ou vous n’y avez pas accès.</translation>
     </message>
     <message>

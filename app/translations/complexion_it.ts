@@ -252,7 +252,7 @@
         <translation>La memoria non basta per aprire “%1”.</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>“%1” non è leggibile. Forse è stato spostato, o manca il permesso.</translation>
     </message>
     <message>

@@ -252,7 +252,7 @@
         <translation>「%1」を開くにはメモリーが足りません。</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>「%1」を読み取れません。移動されたか、アクセス権がない可能性があります。</translation>
     </message>
     <message>

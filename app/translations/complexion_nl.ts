@@ -252,7 +252,7 @@
         <translation>Er is niet genoeg geheugen om ‘%1’ te openen.</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>‘%1’ is niet leesbaar. Misschien is het verplaatst of hebt u geen toestemming.</translation>
     </message>
     <message>

@@ -252,7 +252,7 @@
         <translation>Za mało pamięci, aby otworzyć „%1”.</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>Nie można odczytać „%1”. Być może plik przeniesiono lub nie masz uprawnień.</translation>
     </message>
     <message>

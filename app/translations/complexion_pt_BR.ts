@@ -252,7 +252,7 @@
         <translation>Não há memória suficiente para abrir “%1”.</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>Não é possível ler “%1”. Talvez tenha sido movido, ou falte permissão.</translation>
     </message>
     <message>

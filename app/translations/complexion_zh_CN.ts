@@ -252,7 +252,7 @@
         <translation>内存不足，无法打开“%1”。</translation>
     </message>
     <message>
-        <source>“%1” cannot be read. It may have been moved, or you may not have the permission.</source>
+        <source>“%1” cannot be read. It may have been moved, or you may not have permission.</source>
         <translation>无法读取“%1”。文件可能已被移动，或者您没有权限。</translation>
     </message>
     <message>
