@@ -70,6 +70,10 @@ Actions::Actions(QObject* parent) : QObject(parent) {
     fitArea->setObjectName(u"Fit"_s);
     nextBlemish = makeAction(this, tr("Next blemish"), {}, Keys{Qt::Key_N});
     previousBlemish = makeAction(this, tr("Previous blemish"), {}, Keys{Qt::SHIFT | Qt::Key_N});
+    showBlemishes = makeAction(this, tr("Show blemishes"), {}, Keys{Qt::Key_M});
+    showBlemishes->setCheckable(true);
+    onlyStrongest = makeAction(this, tr("Only the ten strongest"), {}, Keys{Qt::SHIFT | Qt::Key_M});
+    onlyStrongest->setCheckable(true);
     showBars = makeAction(this, tr("Show the controls"), {}, Keys{Qt::Key_H});
     showBars->setCheckable(true);
     showBars->setChecked(true);

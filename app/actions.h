@@ -51,8 +51,10 @@ public:
     QAction* lowerThreshold;
     QAction* nextBlemish;
     QAction* previousBlemish;
-    QAction* showBars;   // checkable
-    QAction* fullScreen; // checkable
+    QAction* showBlemishes; // checkable
+    QAction* onlyStrongest; // of them; checkable
+    QAction* showBars;      // checkable
+    QAction* fullScreen;    // checkable
     QAction* videoTutorial;
     QAction* about;
 

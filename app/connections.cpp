@@ -3,6 +3,7 @@
 
 #include "editor/aim.h"
 #include "editor/file_names.h"
+#include "editor/suggestion_marks.h"
 #include "view/accessibility.h"
 
 #include <QCoreApplication>
@@ -102,7 +103,9 @@ void connectMouse(RootView& root, ViewController& controller) {
 
 /// Mouse, wheel and keys over the photo, and the disc that follows them.
 void connectPhotoInput(MainWindow& window, ViewController& controller) {
-    auto* const aim = new Aim(controller, &window.editDisc(), controller.queues(), &controller);
+    auto* const suggestions = new Suggestions(controller.queues(), &controller);
+    auto* const aim = new Aim(controller, *suggestions, &window.editDisc(), controller.queues(), &controller);
+    auto* const marks = new SuggestionMarks(controller, *suggestions, &window.blemishMarks(), &controller);
     const PhotoInput* input = &window.photoInput();
     QObject::connect(&window.rootView(), &RootView::mouseUp, &controller,
                      [&controller, aim](MouseEvent event) {
@@ -124,6 +127,7 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
         announceDescription(*view, text);
     };
     QObject::connect(aim, &Aim::announced, &window, announce);
+    QObject::connect(marks, &SuggestionMarks::announced, &window, announce);
     QObject::connect(&controller, &ViewController::announced, &window, announce);
 
     const Actions& actions = window.actions();
@@ -132,6 +136,8 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     window.rootView().imageView()->addAction(actions.fitArea); // an accessible action of the photo
     QObject::connect(actions.nextBlemish, &QAction::triggered, aim, [aim] { aim->goToSuggestion(1); });
     QObject::connect(actions.previousBlemish, &QAction::triggered, aim, [aim] { aim->goToSuggestion(-1); });
+    QObject::connect(actions.showBlemishes, &QAction::toggled, marks, &SuggestionMarks::setShown);
+    QObject::connect(actions.onlyStrongest, &QAction::toggled, marks, &SuggestionMarks::setOnlyStrongest);
     QObject::connect(actions.showPreview, &QAction::toggled, aim, &Aim::setPreviewing);
     for (const auto& [action, scale] :
          {std::pair(actions.halfPixels, 0.5), {actions.actualPixels, 1}, {actions.doublePixels, 2}})

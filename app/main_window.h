@@ -8,6 +8,7 @@
 #include "app/root_view.h"
 #include "app/sign.h"
 #include "app/window_contents.h"
+#include "view/blemish_marks.h"
 #include "view/edit_disc.h"
 
 #include <QMainWindow>
@@ -28,6 +29,7 @@ public:
     WindowContents& contents() const { return *m_contents; }
     BusySign& busySign() const { return *m_busySign; }
     Sign& originalSign() const { return *m_originalSign; }
+    BlemishMarks& blemishMarks() const { return *m_blemishMarks; }
     EditDisc& editDisc() const { return *m_editDisc; }
     PhotoInput& photoInput() const { return *m_photoInput; }
     const Menus& menus() const { return *m_menus; }
@@ -49,7 +51,8 @@ private:
     WindowContents* m_contents;
     BusySign* m_busySign;
     Sign* m_originalSign;
-    EditDisc* m_editDisc;
+    BlemishMarks* m_blemishMarks;
+    EditDisc* m_editDisc; // above the marks
     PhotoInput* m_photoInput;
     std::optional<Menus> m_menus;
     bool m_hasAppeared = false;

@@ -46,7 +46,8 @@ Menus::Menus(QMenuBar& bar, const Actions& actions, const SettingsBar& settings)
     view->addSeparator();
     view->addActions({actions.showOriginal, actions.showPreview});
     view->addSeparator();
-    view->addActions({actions.nextBlemish, actions.previousBlemish});
+    view->addActions(
+        {actions.nextBlemish, actions.previousBlemish, actions.showBlemishes, actions.onlyStrongest});
     view->addSeparator();
     view->addActions({actions.showBars, actions.fullScreen});
 

@@ -48,8 +48,9 @@ QString joined(const QString& one, const QString& other) {
 
 } // namespace
 
-Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent)
-    : QObject(parent), m_controller(controller), m_disc(disc), m_preview(queues), m_suggestions(queues) {
+Aim::Aim(ViewController& controller, Suggestions& suggestions, EditDisc* disc, Queues& queues,
+         QObject* parent)
+    : QObject(parent), m_controller(controller), m_disc(disc), m_preview(queues), m_suggestions(suggestions) {
     m_restTimer.setSingleShot(true);
     m_restTimer.setInterval(kRestMilliseconds);
     connect(&m_restTimer, &QTimer::timeout, this, &Aim::showResult);
@@ -57,7 +58,7 @@ Aim::Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* pa
     m_fitTimer.setInterval(kRestMilliseconds);
     connect(&m_fitTimer, &QTimer::timeout, this, &Aim::offerFit);
     connect(&m_preview, &RepairPreview::answered, this, &Aim::showAnswer);
-    connect(&m_suggestions, &Suggestions::found, this, &Aim::showSuggestion);
+    connect(&suggestions, &Suggestions::found, this, &Aim::showSuggestion);
     connect(&controller, &ViewController::stateChanged, this, [this] {
         updatePlace();
         refreshResult(); // the effect may have changed

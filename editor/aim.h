@@ -21,8 +21,9 @@ class Aim : public QObject {
     Q_OBJECT
 
 public:
-    /// `controller` and `queues` must outlive `Aim`; the disc is owned by its view.
-    Aim(ViewController& controller, EditDisc* disc, Queues& queues, QObject* parent = nullptr);
+    /// `controller`, `suggestions` and `queues` must outlive `Aim`; the disc is owned by its view.
+    Aim(ViewController& controller, Suggestions& suggestions, EditDisc* disc, Queues& queues,
+        QObject* parent = nullptr);
 
     /// The pixel of the photo aimed at; nothing outside the photo.
     std::optional<PixelPosition> place() const { return m_place; }
@@ -112,7 +113,7 @@ private:
     bool m_isFitKnown = false; // whether the disc was fitted before in this run
 
     // Going through the suggested blemishes.
-    Suggestions m_suggestions;
+    Suggestions& m_suggestions;
     int m_suggestionStep = 0;                      // to be taken once they are found
     std::ptrdiff_t m_suggestion = -1;              // index of the one shown last
     std::optional<PixelPosition> m_suggestedPlace; // where its suggestion is

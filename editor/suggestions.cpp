@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/suggestions.h"
 
+#include "imaging/base/parallel.h"
+
 #include <utility>
 
 namespace complexion {
@@ -42,6 +44,7 @@ void Suggestions::compute() {
         [self, &queues = m_queues, image = m_wanted, before = m_searched, finder = m_finder] {
             if (self.expired())
                 return;
+            const OneCoreFree forClicks;
             auto found =
                 finder ? searchAgain(before, *finder, image) : std::make_shared<const BlemishFinder>(image);
             queues.submitMain([self, image, found = std::move(found)] {

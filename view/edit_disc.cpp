@@ -94,26 +94,17 @@ bool EditDisc::eventFilter(QObject* watched, QEvent* event) {
 }
 
 double EditDisc::shownRadius() const {
-    return m_place && m_view->image() ? m_radius * m_view->pixelsToWidget().m11() : 0;
+    return m_place && m_view->image() ? shownLength(*m_view, m_radius) : 0;
 }
 
 bool EditDisc::isTiny() const {
     return m_place && m_view->image() && shownRadius() < kTinyRadius;
 }
 
-QPointF EditDisc::shownCentreOf(PixelPosition place) const {
-    return m_view->pixelsToWidget().map(
-        QPointF(static_cast<double>(place.column) + 0.5, static_cast<double>(place.row) + 0.5));
-}
-
-double EditDisc::shownRadiusOf(const DiscRing& ring) const {
-    return ring.radius * m_view->pixelsToWidget().m11();
-}
-
 QPointF EditDisc::shownCentre() const {
     if (!m_place || !m_view->image())
         return {};
-    return shownCentreOf(*m_place);
+    return complexion::shownCentre(*m_view, *m_place);
 }
 
 void EditDisc::setPlace(std::optional<PixelPosition> place, double radius) {
@@ -194,7 +185,8 @@ QRegion EditDisc::extent() const {
     QRegion region =
         around(centre, radius + 2 * kLine + (radius < kTinyRadius ? kCrosshairGap + kCrosshairLength : 0));
     if (m_secondRing)
-        region += around(shownCentreOf(m_secondRing->place), shownRadiusOf(*m_secondRing) + kLine);
+        region += around(complexion::shownCentre(*m_view, m_secondRing->place),
+                         shownLength(*m_view, m_secondRing->radius) + kLine);
     region += captionBox().toAlignedRect();
     if (radius < kHollowRadius || m_secondRing || m_look == DiscLook::OverBorder)
         return region;
@@ -242,8 +234,8 @@ void EditDisc::paintEvent(QPaintEvent*) {
 }
 
 void EditDisc::paintSecondRing(QPainter& painter) const {
-    const QPointF centre = shownCentreOf(m_secondRing->place);
-    const double radius = shownRadiusOf(*m_secondRing);
+    const QPointF centre = complexion::shownCentre(*m_view, m_secondRing->place);
+    const double radius = shownLength(*m_view, m_secondRing->radius);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor::fromRgba(kFaintDark), kLine));
     painter.drawEllipse(centre, radius + kLine / 2, radius + kLine / 2);
@@ -265,9 +257,9 @@ QRectF EditDisc::captionBox() const {
     double above = radius < kTinyRadius ? radius + kCrosshairGap + kCrosshairLength : radius;
     double below = above;
     if (m_secondRing) {
-        const double off = shownCentreOf(m_secondRing->place).y() - centre.y();
-        above = std::max(above, shownRadiusOf(*m_secondRing) - off);
-        below = std::max(below, shownRadiusOf(*m_secondRing) + off);
+        const double off = complexion::shownCentre(*m_view, m_secondRing->place).y() - centre.y();
+        above = std::max(above, shownLength(*m_view, m_secondRing->radius) - off);
+        below = std::max(below, shownLength(*m_view, m_secondRing->radius) + off);
     }
     double top = centre.y() + below + kCaptionGap;
     if (top + size.height() > height())

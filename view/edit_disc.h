@@ -3,6 +3,7 @@
 
 #include "imaging/changed_pixels.h"
 #include "view/custom_image_view.h"
+#include "view/disc_ring.h"
 #include "view/mask_outline.h"
 
 #include <QColor>
@@ -20,13 +21,6 @@ enum class DiscLook {
     Idle,       // nothing to repair: a dashed ring
     Uneven,     // no blemish can be distinguished from the skin: half solid, half dashed
     OverBorder, // too close to the photo's edge: a dashed ring, struck through
-};
-
-/// A ring around a pixel of the photo; the radius is in pixels.
-struct DiscRing {
-    PixelPosition place;
-    double radius = 0;
-    bool operator==(const DiscRing&) const = default;
 };
 
 /// The disc that a click edits, drawn over the photo at its exact size: a light and a dark line side by side,
@@ -82,8 +76,6 @@ private:
     void paintSwatch(QPainter& painter) const;
     void paintSecondRing(QPainter& painter) const;
     void paintCaption(QPainter& painter) const;
-    QPointF shownCentreOf(PixelPosition place) const;
-    double shownRadiusOf(const DiscRing& ring) const;
     /// The box of the caption: under the rings, or above them where there is no room; inside the view.
     QRectF captionBox() const;
     void updateOutline();

@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Vollbild</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Hautunreinheiten zeigen</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Nur die zehn stärksten</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Weitere Einstellungen</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Markierte Hautunreinheiten: %1.</translation>
     </message>
 </context>
 <context>

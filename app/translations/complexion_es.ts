@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Pantalla completa</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Mostrar las imperfecciones</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Solo las diez más marcadas</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Más ajustes</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Imperfecciones señaladas: %1.</translation>
     </message>
 </context>
 <context>

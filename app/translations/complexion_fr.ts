@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Plein écran</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Afficher les imperfections</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Seulement les dix plus visibles</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Autres réglages</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Imperfections signalées : %1.</translation>
     </message>
 </context>
 <context>

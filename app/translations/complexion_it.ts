@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Schermo intero</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Mostra le imperfezioni</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Solo le dieci più evidenti</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Altre impostazioni</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Imperfezioni segnalate: %1.</translation>
     </message>
 </context>
 <context>

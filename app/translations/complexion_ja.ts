@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>全画面表示</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>候補を表示</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>目立つ10か所のみ</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>その他の設定</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>表示中の候補：%1か所。</translation>
     </message>
 </context>
 <context>

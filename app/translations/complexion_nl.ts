@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Volledig scherm</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Oneffenheden tonen</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Alleen de tien opvallendste</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Meer instellingen</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Gemarkeerde oneffenheden: %1.</translation>
     </message>
 </context>
 <context>

@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Pełny ekran</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Pokaż niedoskonałości</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Tylko dziesięć najwyraźniejszych</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Więcej ustawień</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Oznaczone niedoskonałości: %1.</translation>
     </message>
 </context>
 <context>

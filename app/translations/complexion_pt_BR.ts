@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>Tela cheia</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>Mostrar as imperfeições</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>Somente as dez mais visíveis</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>Mais ajustes</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>Imperfeições marcadas: %1.</translation>
     </message>
 </context>
 <context>

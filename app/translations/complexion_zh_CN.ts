@@ -519,6 +519,14 @@
         <source>Full screen</source>
         <translation>全屏</translation>
     </message>
+    <message>
+        <source>Show blemishes</source>
+        <translation>显示瑕疵</translation>
+    </message>
+    <message>
+        <source>Only the ten strongest</source>
+        <translation>仅显示最明显的十处</translation>
+    </message>
 </context>
 <context>
     <name>complexion::Aim</name>
@@ -830,6 +838,13 @@
     <message>
         <source>More settings</source>
         <translation>更多设置</translation>
+    </message>
+</context>
+<context>
+    <name>complexion::SuggestionMarks</name>
+    <message>
+        <source>Blemishes marked: %1.</source>
+        <translation>已标记瑕疵：%1 处。</translation>
     </message>
 </context>
 <context>

@@ -119,14 +119,24 @@ private:
     int m_threads = 0;
 };
 
+thread_local int freeCores = 0;
+
 } // namespace
+
+OneCoreFree::OneCoreFree() {
+    ++freeCores;
+}
+
+OneCoreFree::~OneCoreFree() {
+    --freeCores;
+}
 
 int coreCount() {
     return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
 }
 
 void parallelFor(int count, const std::function<void(int)>& body) {
-    const int threads = std::min(count, coreCount());
+    const int threads = std::min(count, coreCount() - std::min(freeCores, 1));
     if (threads <= 1 || !ThreadPool::instance().isOurs()) {
         for (int i = 0; i < count; ++i)
             body(i);

@@ -12,4 +12,14 @@ int coreCount();
 /// calls start in ascending order. Rethrows the exception of a call.
 void parallelFor(int count, const std::function<void(int)>& body);
 
+/// While it exists, calls of parallelFor by the thread that constructed it leave one core free, if there are
+/// several. For work that nobody waits for.
+class OneCoreFree {
+public:
+    OneCoreFree();
+    OneCoreFree(const OneCoreFree&) = delete;
+    OneCoreFree& operator=(const OneCoreFree&) = delete;
+    ~OneCoreFree();
+};
+
 } // namespace complexion

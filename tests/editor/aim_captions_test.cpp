@@ -59,7 +59,7 @@ TEST_F(AimCaptions, ThatNoBlemishesWereFoundIsNotReplacedByThePlace) {
     EXPECT_EQ(announcements.last(), QStringLiteral("No blemishes found."));
 
     // The place is announced when the disc rests. Another Aim, which rests later, shows that it would be now.
-    Aim later(*controller, new EditDisc(imageView), queues);
+    Aim later(*controller, *suggested, new EditDisc(imageView), queues);
     QStringList laterAnnouncements;
     QObject::connect(&later, &Aim::announced, &later,
                      [&](const QString& text) { laterAnnouncements << text; });

@@ -19,12 +19,14 @@ protected:
     void SetUp() override {
         EditorTest::SetUp();
         disc = new EditDisc(imageView);
-        aim = std::make_unique<Aim>(*controller, disc, queues);
+        suggested = std::make_unique<Suggestions>(queues);
+        aim = std::make_unique<Aim>(*controller, *suggested, disc, queues);
         QObject::connect(aim.get(), &Aim::announced, aim.get(),
                          [this](const QString& text) { announcements << text; });
     }
 
     EditDisc* disc = nullptr; // owned by the view
+    std::unique_ptr<Suggestions> suggested;
     std::unique_ptr<Aim> aim;
     QStringList announcements;
 };

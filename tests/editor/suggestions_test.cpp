@@ -2,31 +2,10 @@
 #include "editor/suggestions.h"
 
 #include "tests/editor/aim_fixture.h"
-#include "tests/imaging/natural_repair_skin.h"
+#include "tests/editor/spotted_face.h"
 
 namespace complexion {
 namespace {
-
-constexpr PixelPosition kFirst{300, 250};
-constexpr PixelPosition kSecond{420, 420};
-constexpr PixelPosition kThird{500, 300};
-
-/// A face with three spots, the first the darkest.
-Image face() {
-    return painted({700, 800}, [](int row, int column) {
-        const double dx = (column - 350) / 250.0;
-        const double dy = (row - 380) / 330.0;
-        const double light = 1 - 0.15 * dx + 0.02 * grainAt(row, column);
-        double t = 0;
-        for (const auto& [place, strength] :
-             {std::pair(kFirst, 0.5), std::pair(kSecond, 0.25), std::pair(kThird, 0.15)})
-            t += strength * stainAt(row, column, place, 5);
-        if (dx * dx + dy * dy >= 1)
-            return RGBA32(120, 120, 120, 255);
-        return RGBA32(byteOf(215 * light * (1 - 0.8 * t)), byteOf(170 * light * (1 - t)),
-                      byteOf(150 * light * (1 - t)), 255);
-    });
-}
 
 class SuggestionsTest : public AimFixture {
 protected:

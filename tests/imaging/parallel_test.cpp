@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <chrono>
+#include <mutex>
+#include <set>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -37,6 +40,27 @@ TEST(Parallel, EveryIndexIsCalledOnce) {
         CallCounts calls(count);
         parallelFor(count, [&](int index) { calls.add(index); });
         EXPECT_TRUE(calls.areAllOne()) << count;
+    }
+}
+
+TEST(Parallel, WorkThatNobodyWaitsForLeavesACoreFree) {
+    const auto threadsOf = [] {
+        std::mutex mutex;
+        std::set<std::thread::id> threads;
+        parallelFor(200, [&](int) {
+            std::this_thread::sleep_for(std::chrono::microseconds(200));
+            const std::scoped_lock lock(mutex);
+            threads.insert(std::this_thread::get_id());
+        });
+        return static_cast<int>(threads.size());
+    };
+    {
+        const OneCoreFree free;
+        EXPECT_LE(threadsOf(), std::max(1, coreCount() - 1));
+    }
+    EXPECT_LE(threadsOf(), coreCount());
+    if (coreCount() > 1) {
+        EXPECT_GT(threadsOf(), 1);
     }
 }
 
