@@ -56,7 +56,7 @@ TESTS = {
                                      "imaging/image_geometry_test.cpp", "imaging/creation_date_test.cpp",
                                      "imaging/deep_files_test.cpp", "imaging/lacking_memory_test.cpp"],
     "imaging/photo_files.cpp": ["imaging/photo_files_test.cpp", "imaging/lacking_memory_test.cpp",
-                                "imaging/gain_map_test.cpp"],
+                                "imaging/gain_map_test.cpp", "imaging/other_formats_test.cpp"],
     "imaging/metadata_tools.cpp": ["imaging/creation_date_test.cpp", "imaging/metadata_change_test.cpp"],
     "editor/history.cpp": ["editor/history_test.cpp", "editor/history_failures_test.cpp",
                            "editor/undo_redo_test.cpp"],

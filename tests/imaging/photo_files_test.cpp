@@ -4,6 +4,7 @@
 #include "imaging/photo_files.h"
 
 #include "imaging/base/orientation.h"
+#include "imaging/containers/other_formats.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
 #include "tests/fakes/metadata_samples.h"
@@ -158,6 +159,34 @@ TEST_F(PhotoFiles, OpeningAnUndecodableFileFails) {
     EXPECT_EQ(kindOfFailure(path), ErrorKind::Damaged);
     writeFile(path, "no picture");
     EXPECT_EQ(kindOfFailure(path), ErrorKind::NotAPicture);
+}
+
+TEST_F(PhotoFiles, OnlyAFileOfAnotherFormatIsNamedAfterIt) {
+    const std::filesystem::path path = folder.path() / "picture";
+    writeFile(path, "8BPS");
+    EXPECT_EQ(openPhoto(path).error().message, "Photoshop");
+    // Too short for the signature "IIU\0" of a camera raw file.
+    writeFile(path, "IIU");
+    EXPECT_NE(openPhoto(path).error().message, kCameraRaw);
+    EXPECT_EQ(openPhoto(path).error().kind, ErrorKind::NotAPicture);
+    // Other reasons take precedence.
+    writeFile(path, "8BPS");
+    std::filesystem::resize_file(path, kMaxFile + 1);
+    EXPECT_EQ(openPhoto(path).error().kind, ErrorKind::TooLarge);
+}
+
+TEST(CanHold, JpegAndGifLimitTheSides) {
+    for (const std::string_view format : {"jpg", "jpeg"}) {
+        EXPECT_TRUE(canHold(format, {65500, 65500}));
+        EXPECT_FALSE(canHold(format, {65501, 1}));
+        EXPECT_FALSE(canHold(format, {1, 65501}));
+    }
+    EXPECT_TRUE(canHold("gif", {65535, 65535}));
+    EXPECT_FALSE(canHold("gif", {65536, 1}));
+    EXPECT_FALSE(canHold("gif", {1, 65536}));
+    for (const std::string_view format : {"png", "tiff", "bmp"})
+        EXPECT_TRUE(canHold(format, {70000, 70000}));
+    EXPECT_FALSE(canHold("webp", {1, 1}));
 }
 
 } // namespace
