@@ -3,6 +3,7 @@
 
 #include "app/icons.h"
 #include "editor/edit_settings.h"
+#include "view/accessible_number_field.h"
 #include "view/accessible_pop_up.h"
 #include "view/color_well.h"
 #include "view/slider.h"
@@ -171,7 +172,8 @@ QSize SettingsBar::sizeInRows(int columns) const {
         int& width = widths[static_cast<std::size_t>(index % columns)];
         width = std::max(width, size.width());
         rowHeight = std::max(index % columns == 0 ? 0 : rowHeight, size.height());
-        if (++index % columns == 0 || index == std::ssize(m_groups))
+        ++index;
+        if (index % columns == 0 || index == std::ssize(m_groups))
             height += rowHeight + m_grid->verticalSpacing();
     }
     const int gaps = (columns - 1) * m_grid->horizontalSpacing();
@@ -229,6 +231,8 @@ void SettingsBar::showNextPage() {
 
 QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize = new QLineEdit;
+    stepperEditAreaSize = new Stepper;
+    joinAccessibly(*textFieldEditAreaSize, *stepperEditAreaSize);
     textFieldEditAreaSize->setFixedHeight(controlHeight());
     textFieldEditAreaSize->setObjectName(u"textFieldEditAreaSize"_s);
     textFieldEditAreaSize->setAccessibleName(tr("Edit area size"));
@@ -238,11 +242,9 @@ QWidget* SettingsBar::makeSizeGroup() {
     textFieldEditAreaSize->setAcceptDrops(false); // drops belong to the image view
     textFieldEditAreaSize->setFixedWidth(widthOf(*textFieldEditAreaSize, u"00000"_s) + 20);
 
-    stepperEditAreaSize = new Stepper;
     stepperEditAreaSize->setFixedHeight(controlHeight());
     stepperEditAreaSize->setObjectName(u"stepperEditAreaSize"_s);
     stepperEditAreaSize->setRange(kMinEditArea, kMaxEditArea);
-    stepperEditAreaSize->setAccessibleName(tr("Edit area size in steps"));
     stepperEditAreaSize->setToolTip(textFieldEditAreaSize->toolTip());
     stepperEditAreaSize->setFocusPolicy(Qt::NoFocus); // the field handles its keys
 

@@ -2,6 +2,7 @@
 #include "app/zoom_button.h"
 
 #include "view/accessibility.h"
+#include "view/accessible_number.h"
 #include "view/text_font.h"
 
 #include <QMenu>
@@ -20,9 +21,50 @@ constexpr double kPercentSize = 11;
 constexpr int kMargin = 4; // left and right of the text
 constexpr int kMinSize = 24;
 
+/// The scale in percent for assistive technology. The menu and the zoom commands change it.
+class AccessibleZoom : public AccessibleNumber {
+public:
+    explicit AccessibleZoom(ZoomButton* button) : AccessibleNumber(button, QAccessible::ButtonMenu) {}
+
+    QVariant currentValue() const override { return button().percent(); }
+    QVariant minimumValue() const override { return {}; }
+    QVariant maximumValue() const override { return {}; }
+    QVariant minimumStepSize() const override { return {}; }
+    void setCurrentValue(const QVariant& /*value*/) override {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = AccessibleNumber::state();
+        state.hasPopup = true;
+        return state;
+    }
+
+    QStringList actionNames() const override {
+        return QStringList(showMenuAction()) + AccessibleNumber::actionNames();
+    }
+    void doAction(const QString& name) override {
+        if (name == showMenuAction())
+            // Queued, because showMenu() returns only when the menu is closed.
+            QMetaObject::invokeMethod(&button(), &QToolButton::showMenu, Qt::QueuedConnection);
+        else
+            AccessibleNumber::doAction(name);
+    }
+
+protected:
+    QString valueText() const override { return button().text(); }
+
+private:
+    ZoomButton& button() const { return *static_cast<ZoomButton*>(widget()); }
+};
+
+QAccessibleInterface* accessibleZoom(const QString&, QObject* object) {
+    auto* const button = qobject_cast<ZoomButton*>(object);
+    return button ? new AccessibleZoom(button) : nullptr; // the accessibility cache owns it
+}
+
 } // namespace
 
 ZoomButton::ZoomButton(const Actions& actions) {
+    QAccessible::installFactory(accessibleZoom); // safe to repeat
     setObjectName(QStringLiteral("zoom"));
     setAccessibleName(tr("Zoom"));
     setPopupMode(QToolButton::InstantPopup);
@@ -34,11 +76,14 @@ ZoomButton::ZoomButton(const Actions& actions) {
 
 void ZoomButton::setScale(std::optional<double> scale) {
     setEnabled(scale.has_value());
-    const QString text = scale ? tr("%1 %").arg(std::lround(*scale * kPercent)) : QStringLiteral("%");
+    m_percent = scale ? static_cast<int>(std::lround(*scale * kPercent)) : 0;
+    const QString text = scale ? tr("%1 %").arg(m_percent) : QStringLiteral("%");
     setToolTip(scale ? tr("Zoom: %1").arg(text) : tr("Zoom: no photo is open"));
     if (text == this->text())
         return;
     setText(text);
+    QAccessibleValueChangeEvent changed(this, m_percent);
+    QAccessible::updateAccessibility(&changed);
     announceDescription(*this, text);
 }
 

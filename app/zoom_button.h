@@ -18,11 +18,16 @@ public:
 
     /// Shows `scale`, in device pixels per pixel of the photo; disabled without one.
     void setScale(std::optional<double> scale);
+    /// The scale that is shown, in percent; 0 without one.
+    int percent() const { return m_percent; }
 
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    int m_percent = 0;
 };
 
 } // namespace complexion

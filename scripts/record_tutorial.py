@@ -123,7 +123,7 @@ class Film:
         self.offset = DRAG
 
     def size(self):
-        x, y, width, height = self.program.screen_area("Edit area size", "text")
+        x, y, width, height = self.program.screen_area("Edit area size", "spin button")
         self.hand.glide(x + width / 3, y + height / 2)
         subprocess.run(["xdotool", "click", "--repeat", "2", "--delay", "60", "1"], check=True)
         time.sleep(0.3)

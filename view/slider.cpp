@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/slider.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
+#include "view/accessible_number.h"
+
 #include <QLocale>
 
 #include <cmath>
@@ -19,25 +19,18 @@ int ticks(float value) {
 }
 
 /// The number for assistive technology, not the ticks.
-class AccessibleSlider : public QAccessibleWidget, public QAccessibleValueInterface {
+class AccessibleSlider : public AccessibleNumber {
 public:
-    explicit AccessibleSlider(Slider* slider) : QAccessibleWidget(slider, QAccessible::Slider) {}
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
-    }
-
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? QLocale().toString(slider().floatValue())
-                                          : QAccessibleWidget::text(kind);
-    }
+    explicit AccessibleSlider(Slider* slider) : AccessibleNumber(slider, QAccessible::Slider) {}
 
     QVariant currentValue() const override { return slider().floatValue(); }
     QVariant minimumValue() const override { return inUnits(slider().minimum()); }
     QVariant maximumValue() const override { return inUnits(slider().maximum()); }
     QVariant minimumStepSize() const override { return inUnits(slider().singleStep()); }
     void setCurrentValue(const QVariant& value) override { slider().setFloatValue(value.toFloat()); }
+
+protected:
+    QString valueText() const override { return QLocale().toString(slider().floatValue()); }
 
 private:
     static float inUnits(int ticks) { return static_cast<float>(ticks) / kTicksPerUnit; }

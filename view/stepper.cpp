@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/stepper.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
+#include "view/accessible_number.h"
+
 #include <QFontMetrics>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -34,18 +34,15 @@ void drawArrow(QPainter& painter, const QRectF& area, int direction) {
 }
 
 /// A bounded number for assistive technology.
-class AccessibleStepper : public QAccessibleWidget, public QAccessibleValueInterface {
+class AccessibleStepper : public AccessibleNumber {
 public:
-    explicit AccessibleStepper(Stepper* stepper) : QAccessibleWidget(stepper, QAccessible::SpinBox) {}
+    explicit AccessibleStepper(Stepper* stepper) : AccessibleNumber(stepper, QAccessible::SpinBox) {}
 
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
-    }
-
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? QString::number(stepper().integerValue())
-                                          : QAccessibleWidget::text(kind);
+    QAccessible::State state() const override {
+        QAccessible::State state = AccessibleNumber::state();
+        if (stepper().isAccessiblyHidden())
+            state.invisible = true;
+        return state;
     }
 
     QVariant currentValue() const override { return stepper().integerValue(); }
@@ -53,6 +50,9 @@ public:
     QVariant maximumValue() const override { return stepper().maximum(); }
     QVariant minimumStepSize() const override { return stepper().increment(); }
     void setCurrentValue(const QVariant& value) override { stepper().setByUser(value.toInt()); }
+
+protected:
+    QString valueText() const override { return QString::number(stepper().integerValue()); }
 
 private:
     Stepper& stepper() const { return *static_cast<Stepper*>(widget()); }

@@ -28,6 +28,10 @@ public:
     int increment() const { return m_increment; }
     void setIncrement(int increment) { m_increment = increment; }
 
+    /// Whether assistive technology sees this control. By default it does.
+    bool isAccessiblyHidden() const { return m_isAccessiblyHidden; }
+    void setAccessiblyHidden(bool isHidden) { m_isAccessiblyHidden = isHidden; }
+
     QSize sizeHint() const override;
 
 Q_SIGNALS:
@@ -54,6 +58,7 @@ private:
     int m_heldDirection = 0; // +1 or -1 while an arrow is held down
     WheelNotches m_wheel;
     int m_repeatTimer = 0;
+    bool m_isAccessiblyHidden = false;
 };
 
 } // namespace complexion

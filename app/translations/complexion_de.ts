@@ -764,10 +764,6 @@
         <translation>Radius des Kreises, den ein Klick repariert, in Pixeln des Fotos</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Bearbeitungsbereich in Schritten</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Schwelle</translation>
     </message>

@@ -764,10 +764,6 @@
         <translation>Radio del disco que retoca un clic, en píxeles de la foto</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Tamaño del área, por pasos</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Umbral</translation>
     </message>

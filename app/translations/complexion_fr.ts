@@ -764,10 +764,6 @@
         <translation>Rayon du disque qu’un clic retouche, en pixels de la photo</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Taille de la zone, par pas</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Seuil</translation>
     </message>

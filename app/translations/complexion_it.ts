@@ -764,10 +764,6 @@
         <translation>Raggio del disco che un clic ritocca, in pixel della foto</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Dimensione dell’area, a passi</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Soglia</translation>
     </message>

@@ -764,10 +764,6 @@
         <translation>クリックで修正する円の半径（写真のピクセル）</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>修正範囲（段階）</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>しきい値</translation>
     </message>

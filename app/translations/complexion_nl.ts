@@ -764,10 +764,6 @@
         <translation>Straal van de schijf die een klik retoucheert, in pixels van de foto</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Grootte van het gebied in stappen</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Drempel</translation>
     </message>

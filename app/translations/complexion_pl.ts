@@ -764,10 +764,6 @@
         <translation>Promień koła retuszowanego kliknięciem, w pikselach zdjęcia</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Rozmiar obszaru, krokowo</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Próg</translation>
     </message>

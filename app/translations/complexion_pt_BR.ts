@@ -764,10 +764,6 @@
         <translation>Raio do disco que um clique retoca, em pixels da foto</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>Tamanho da área, em passos</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>Limiar</translation>
     </message>

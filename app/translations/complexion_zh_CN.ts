@@ -764,10 +764,6 @@
         <translation>点击所修复圆盘的半径（照片像素）</translation>
     </message>
     <message>
-        <source>Edit area size in steps</source>
-        <translation>逐步调整修复区域大小</translation>
-    </message>
-    <message>
         <source>Threshold</source>
         <translation>阈值</translation>
     </message>

@@ -159,7 +159,7 @@ class PointerTest(PortraitTestCase):
         self.xdotool("mouseup", 2)
 
     def test_the_wheel_changes_no_setting_without_the_focus(self):
-        for control in (self.program.wait_for("Edit area size", "text"), self.program.wait_for("Threshold", "slider"),
+        for control in (self.program.wait_for("Edit area size", "spin button"), self.program.wait_for("Threshold", "slider"),
                         self.program.combo_box("Repair"), self.program.combo_box("Effect")):
             area = control.get_extents(self.program.atspi.CoordType.SCREEN)
             x, y, width, height = area.x, area.y, area.width, area.height
@@ -169,7 +169,7 @@ class PointerTest(PortraitTestCase):
         self.assertEqual(self.program.combo_box("Repair").get_description(), "Flat color")
         self.assertEqual(self.program.wait_for("Threshold", "slider").get_current_value(), 10)
         # The interface's own function: newer versions of the library give controls another get_text.
-        size = self.program.wait_for("Edit area size", "text")
+        size = self.program.wait_for("Edit area size", "spin button")
         self.assertEqual(self.program.atspi.Text.get_text(size, 0, -1), "10")
 
     def test_the_space_bar_moves_the_photo_and_never_clicks(self):
