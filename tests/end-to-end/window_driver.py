@@ -233,15 +233,22 @@ class Complexion:
     def type(self, text):
         subprocess.run(["xdotool", "type", "--delay", "2", text], check=True)
 
+    def _fitted(self, width, height):
+        """The left and top edge on the screen, and the scale, of the fitted photo of size (width, height)."""
+        rect = self.wait_for("Photo").get_extents(self.atspi.CoordType.SCREEN)
+        scale = min(rect.width / width, rect.height / height)
+        return rect.x + (rect.width - width * scale) / 2, rect.y + (rect.height - height * scale) / 2, scale
+
+    def place_on_screen(self, x, y, width, height):
+        """The screen position of pixel (x, y), from the top left, of the fitted photo of size (width, height)."""
+        left, top, scale = self._fitted(width, height)
+        return round(left + (x + 0.5) * scale), round(top + (y + 0.5) * scale)
+
     def click_photo(self, x, y, width, height):
         """Clicks on pixel (x, y), from the top left, of the fitted photo of size (width, height). Returns the pixel
         that was hit, given the coarser grid of the screen."""
-        rect = self.wait_for("Photo").get_extents(self.atspi.CoordType.SCREEN)
-        scale = min(rect.width / width, rect.height / height)
-        left = rect.x + (rect.width - width * scale) / 2
-        top = rect.y + (rect.height - height * scale) / 2
-        screen_x = round(left + (x + 0.5) * scale)
-        screen_y = round(top + (y + 0.5) * scale)
+        left, top, scale = self._fitted(width, height)
+        screen_x, screen_y = self.place_on_screen(x, y, width, height)
         self.click_at(screen_x, screen_y)
         return math.floor((screen_x - left) / scale), math.floor((screen_y - top) / scale)
 

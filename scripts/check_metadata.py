@@ -1,0 +1,52 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Fails if the AppStream metadata lacks what software centres ask for beyond the format's own rules: short summaries in
+every language of the program, brand colours for light and dark, small pictures that exist, and release notes."""
+
+import sys
+import xml.etree.ElementTree as ElementTree
+from pathlib import Path
+
+from PIL import Image
+
+ROOT = Path(__file__).resolve().parent.parent
+IMAGES = ROOT / "docs/images"
+LANGUAGE = "{http://www.w3.org/XML/1998/namespace}lang"
+MAX_SUMMARY = 35  # characters
+MAX_PICTURE = (1000, 700)  # pixels
+
+
+def wrong_with(component):
+    languages = {"en"} | {file.stem.split("_", 1)[1] for file in (ROOT / "app/translations").glob("*.ts")}
+    summaries = {summary.get(LANGUAGE, "en"): summary.text for summary in component.iter("summary")}
+    if summaries.keys() != languages:
+        yield f"summaries in {sorted(summaries)} instead of {sorted(languages)}"
+    if {lang.text for lang in component.iter("lang")} != languages:
+        yield f"the languages are not {sorted(languages)}"
+    for language, summary in summaries.items():
+        if len(summary) > MAX_SUMMARY:
+            yield f"the summary in {language} has {len(summary)} characters, more than {MAX_SUMMARY}"
+    if {color.get("scheme_preference") for color in component.iter("color")} != {"light", "dark"}:
+        yield "no brand colours for light and dark"
+    pictures = list(component.iter("image"))
+    for picture in pictures:
+        declared = int(picture.get("width", 0)), int(picture.get("height", 0))
+        with Image.open(IMAGES / picture.text.rsplit("/", 1)[1]) as image:
+            if image.size != declared or any(size > most for size, most in zip(image.size, MAX_PICTURE)):
+                yield f"{picture.text} is {image.size}, declared as {declared}, at most {MAX_PICTURE}"
+    if not pictures:
+        yield "no pictures"
+    for release in component.iter("release"):
+        if release.find("description/ul") is None:
+            yield f"no notes for release {release.get('version')}"
+
+
+def main():
+    file, = sys.argv[1:]
+    wrong = list(wrong_with(ElementTree.parse(file).getroot()))
+    print(*(f"{file}: {line}" for line in wrong), sep="\n", end="\n" if wrong else "", file=sys.stderr)
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
