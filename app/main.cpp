@@ -16,6 +16,7 @@
 #include "app/unfinished_work.h"
 #include "app/window_dialogs.h"
 #include "imaging/reading/picture_reading.h"
+#include "imaging/reading/reader_execution.h"
 
 #include <QApplication>
 #include <QLocale>
@@ -57,6 +58,7 @@ std::optional<int> answerOnTerminal(const CommandLine& line) {
 } // namespace
 
 int main(int argc, char** argv) {
+    serveIfExecutedAsReader(argc, argv, answerReading);
     CommandLine line = CommandLine::parse({argv, static_cast<std::size_t>(argc)});
     if (const std::optional<int> status = answerOnTerminal(line))
         return *status;

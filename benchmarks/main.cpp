@@ -6,6 +6,7 @@
 #include "benchmarks/portraits.h"
 #include "benchmarks/table.h"
 #include "imaging/reading/picture_reading.h"
+#include "imaging/reading/reader_execution.h"
 
 #include <QApplication>
 
@@ -15,6 +16,7 @@
 using namespace complexion;
 
 int main(int argc, char** argv) {
+    serveIfExecutedAsReader(argc, argv, answerReading);
     // Off screen and unscaled, whatever desktop it is started on.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", "1");

@@ -110,22 +110,32 @@ Bytes readInput(std::size_t length) {
     return bytes;
 }
 
+/// What all children have in common.
+struct ChildSettings {
+    pid_t parent = 0;
+    Bytes filter;
+    FileRules rules = FileRules::Forbid;
+    ChildWork work = nullptr;
+};
+
 /// A child's life, which ends in here.
-[[noreturn]] void runChild(const ChildRequest& request, const ChildDescriptors& descriptors, ByteView filter,
-                           ChildWork work) {
+[[noreturn]] void runChild(const ChildRequest& request, const ChildDescriptors& descriptors,
+                           const ChildSettings& settings) {
     if (!arrangeDescriptors(descriptors))
         ::_exit(1);
     SlotMemory memory(Descriptor(kMemory), SlotMemory::Access::Write);
-    Confinement confinement = confineThisProcess(request.limits, filter);
+    Confinement confinement = confineThisProcess(request.limits, settings.filter, settings.rules);
+    if (::getppid() != settings.parent) // it ended too early to take this process along
+        ::_exit(1);
     try {
         const Bytes input = readInput(static_cast<std::size_t>(request.length));
         ::close(kInput);
         if (!memory)
             ::_exit(1);
-        confinement.hasCallFilter = confinement.hasCallFilter && setSystemCallFilter(filter);
+        confinement.hasCallFilter = confinement.hasCallFilter && setSystemCallFilter(settings.filter);
         // From here on, untrusted bytes are parsed.
         AnswerSender answer(kSocket, std::move(memory));
-        work(request.operation, input, answer, confinement);
+        settings.work(request.operation, input, answer, confinement);
     } catch (...) { // out of memory: there is no answer
         ::_exit(1);
     }
@@ -157,7 +167,7 @@ bool sendRequest(int control, const ChildRequest& request, const std::array<int,
     return length == sizeof copy;
 }
 
-void forkChildren(Descriptor control, ChildWork work) {
+void forkChildren(Descriptor control, ChildWork work, Confinement usable) {
     ::prctl(PR_SET_NAME, "complexion-read");
     ::prctl(PR_SET_DUMPABLE, 0);
     // Meant for the program, which ends this process when it ends itself, maybe not before its work is saved.
@@ -167,7 +177,10 @@ void forkChildren(Descriptor control, ChildWork work) {
     if (::chdir("/") != 0)
         ::_exit(1);
     // Made once: it is the same for all children.
-    const Bytes filter = systemCallFilter(kSocket);
+    const ChildSettings settings = {.parent = ::getpid(),
+                                    .filter = usable.hasCallFilter ? systemCallFilter(kSocket) : Bytes(),
+                                    .rules = usable.hasFileRules ? FileRules::Forbid : FileRules::Keep,
+                                    .work = work};
     std::set<pid_t> children; // not waited for yet: no other process has their numbers
     std::set<pid_t> killed;   // the same; freeing their memory may take them a while
     while (const std::optional<ReceivedRequest> received = receiveRequest(control.get())) {
@@ -182,7 +195,7 @@ void forkChildren(Descriptor control, ChildWork work) {
         std::erase_if(killed, [](pid_t child) { return ::waitpid(child, nullptr, WNOHANG) == child; });
         const std::int32_t child = received->descriptors ? ::fork() : -1;
         if (child == 0)
-            runChild(request, *received->descriptors, filter, work);
+            runChild(request, *received->descriptors, settings);
         if (child > 0)
             children.insert(child);
         if (::send(control.get(), &child, sizeof child, MSG_NOSIGNAL) != sizeof child)

@@ -36,7 +36,8 @@ struct ChildDescriptors {
 /// Sends a request, with the descriptors for one to begin. False when the process is gone.
 bool sendRequest(int control, const ChildRequest& request, const std::array<int, 3>* descriptors = nullptr);
 
-/// Forks children until the other end of `control` is closed.
-[[noreturn]] void forkChildren(Descriptor control, ChildWork work);
+/// Forks children until the other end of `control` is closed. `usable` are the mechanisms to confine them
+/// with, where the kernel has them.
+[[noreturn]] void forkChildren(Descriptor control, ChildWork work, Confinement usable);
 
 } // namespace complexion

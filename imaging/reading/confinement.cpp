@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/reading/confinement.h"
 
+#include <linux/capability.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -93,16 +95,24 @@ void limitResources(const ReaderLimits& limits, bool mayHaveThreads) {
         limit(RLIMIT_NPROC, 0);
 }
 
+/// Root has these even without new privileges; with them, it could raise its limits again.
+void dropCapabilities() {
+    __user_cap_header_struct header = {.version = _LINUX_CAPABILITY_VERSION_3, .pid = 0};
+    const std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> none = {};
+    ::syscall(SYS_capset, &header, none.data());
+}
+
 } // namespace
 
-Confinement confineThisProcess(const ReaderLimits& limits, ByteView filter) {
+Confinement confineThisProcess(const ReaderLimits& limits, ByteView filter, FileRules rules) {
     ::clearenv();
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::prctl(PR_SET_DUMPABLE, 0);
     ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
     limitMemory(limits); // while the files with the present size can still be read
-    const bool hasFileRules = forbidFiles();
+    const bool hasFileRules = rules == FileRules::Forbid && forbidFiles();
     limitResources(limits, !filter.empty());
+    dropCapabilities();
     return {.hasFileRules = hasFileRules, .hasCallFilter = !filter.empty()};
 }
 

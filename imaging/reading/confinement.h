@@ -13,7 +13,7 @@ struct ReaderLimits {
     std::uint64_t cpuSeconds = 0; // of all threads together
 };
 
-/// The mechanisms that are active. The kernel may lack either.
+/// The mechanisms that are active, or that may be used. The kernel may lack either.
 struct Confinement {
     bool hasFileRules = false;  // landlock: no file can be opened, no port bound or connected
     bool hasCallFilter = false; // seccomp: only the system calls that decoding takes
@@ -23,10 +23,11 @@ struct Confinement {
 /// descriptors are limited to `socket`, to which a process may send and from which it may receive.
 Bytes systemCallFilter(int socket);
 
-/// Limits this process for the rest of its life: resources, privileges, files, core dumps, debuggers, and an
-/// empty environment. What it has open, it keeps. Does not set the filter yet: that allows too little for
-/// what comes between.
-Confinement confineThisProcess(const ReaderLimits& limits, ByteView filter);
+/// Limits this process for the rest of its life: resources, privileges, core dumps, debuggers, an empty
+/// environment and, with FileRules::Forbid, files. What it has open, it keeps. Does not set the filter yet:
+/// that allows too little for what comes between.
+enum class FileRules { Keep, Forbid };
+Confinement confineThisProcess(const ReaderLimits& limits, ByteView filter, FileRules rules);
 
 /// Sets the filter, for all threads to come. False when the kernel refuses it.
 bool setSystemCallFilter(ByteView filter);

@@ -11,6 +11,7 @@ enum Operation : std::uint32_t {
     kEdit,      // the same for editing: with its actual size, its losses, and the transcoded file
     kTranscode, // transcode a JPEG file
     kColor,     // convert a colour to a profile's space
+    kMeasure,   // measure the pictures of a picture file
 };
 
 } // namespace complexion

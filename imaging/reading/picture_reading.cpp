@@ -8,11 +8,13 @@
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/codecs/opening.h"
 #include "imaging/reading/child_transcoding.h"
+#include "imaging/reading/file_measuring.h"
 #include "imaging/reading/flat_error.h"
 #include "imaging/reading/limits_for_file.h"
 #include "imaging/reading/operations.h"
 #include "imaging/reading/picture_answer.h"
 #include "imaging/reading/profile_color.h"
+#include "imaging/reading/reader_execution.h"
 #include "imaging/reading/transcoding.h"
 #include "imaging/reading/whole_answer.h"
 
@@ -176,6 +178,8 @@ Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPu
 Result<PixelSize> measuredFile(const std::filesystem::path& path) {
     return withoutThrowing([&]() -> Result<PixelSize> {
         COMPLEXION_TRY(OpenFile opened, openFile(path, isPictureFile));
+        if (const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed())
+            return measuredByChild(*process, opened);
         COMPLEXION_TRY(const Bytes file, readWhole(std::move(opened)));
         return actualSizeOf(file);
     });
@@ -196,7 +200,7 @@ void installReader(std::shared_ptr<ReaderProcess> process) {
 }
 
 void startReader() {
-    const Result<std::shared_ptr<ReaderProcess>> process = ReaderProcess::start(answerReading);
+    const Result<std::shared_ptr<ReaderProcess>> process = ReaderProcess::start(answerReading, executeReader);
     if (process)
         installReader(*process);
     else
@@ -210,6 +214,10 @@ void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer
     }
     if (operation == kColor) {
         answer.sendAnswer(answeredColor(input));
+        return;
+    }
+    if (operation == kMeasure) {
+        answer.sendAnswer(answeredSize(input));
         return;
     }
     std::optional<ChildTranscoding> transcoding;

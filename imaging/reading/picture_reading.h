@@ -49,7 +49,8 @@ Result<FilePicture> readPictureInMemory(ByteView file);
 void installReader(std::shared_ptr<ReaderProcess> process);
 
 /// Starts and installs the reader process, before this process grows and has other threads. If the system
-/// refuses, a line on standard output says so, and files are read in this process.
+/// refuses, a line on standard output says so, and files are read in this process. A reader process that is
+/// lost later is replaced (serveIfExecutedAsReader); if that fails, files cannot be read.
 void startReader();
 
 /// What children of this program's reader process do.

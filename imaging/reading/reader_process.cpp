@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/reading/reader_process.h"
 
-#include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace complexion {
 
@@ -16,43 +15,43 @@ Error systemError() {
     return Error{std::strerror(errno), ErrorKind::OutOfMemory};
 }
 
-struct Sockets {
-    Descriptor ours;
-    Descriptor theirs;
-};
-
-/// Two connected ends that preserve message boundaries and report when the other end is closed.
-Result<Sockets> newSockets() {
-    std::array<int, 2> ends = {};
-    if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0)
-        return systemError();
-    return Sockets{Descriptor(ends[0]), Descriptor(ends[1])};
-}
-
 } // namespace
 
 void Reading::stop() {
     // Once: later the number may be another child's.
     if (!m_child->isEnded.exchange(true))
-        m_child->process->end(m_child->id);
+        m_child->parent->end(m_child->id);
 }
 
-Result<std::shared_ptr<ReaderProcess>> ReaderProcess::start(ChildWork work) {
-    COMPLEXION_TRY(Sockets sockets, newSockets());
+Result<std::shared_ptr<ReaderProcess>> ReaderProcess::start(ChildWork work, Launcher replacement,
+                                                            Confinement usable) {
+    COMPLEXION_TRY(SocketPair sockets, SocketPair::create());
     const pid_t process = ::fork();
     if (process < 0)
         return systemError();
     if (process == 0) {
         sockets.ours.close();
-        forkChildren(std::move(sockets.theirs), work);
+        forkChildren(std::move(sockets.theirs), work, usable);
     }
-    return std::shared_ptr<ReaderProcess>(new ReaderProcess(process, std::move(sockets.ours)));
+    auto server = std::make_shared<ForkServer>(process, std::move(sockets.ours));
+    return std::shared_ptr<ReaderProcess>(new ReaderProcess(std::move(server), std::move(replacement)));
 }
 
-ReaderProcess::~ReaderProcess() {
-    m_control.close(); // which ends it
-    while (::waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) {
-    }
+std::shared_ptr<ForkServer> ReaderProcess::server() {
+    const std::scoped_lock lock(m_mutex);
+    return m_server;
+}
+
+Result<std::shared_ptr<ForkServer>> ReaderProcess::serverAfter(const std::shared_ptr<ForkServer>& lost) {
+    const std::scoped_lock lock(m_mutex);
+    if (m_server != lost) // another thread was first
+        return m_server;
+    if (!m_replacement)
+        return Error{"the reader process is gone", ErrorKind::CannotRead};
+    COMPLEXION_TRY(SocketPair sockets, SocketPair::create());
+    COMPLEXION_TRY(const pid_t process, m_replacement(sockets.theirs));
+    m_server = std::make_shared<ForkServer>(process, std::move(sockets.ours));
+    return m_server;
 }
 
 Result<Reading> ReaderProcess::begin(std::uint32_t operation, const OpenFile& file,
@@ -61,29 +60,23 @@ Result<Reading> ReaderProcess::begin(std::uint32_t operation, const OpenFile& fi
     SlotMemory slots(memory, SlotMemory::Access::Read);
     if (!slots)
         return systemError();
-    COMPLEXION_TRY(Sockets sockets, newSockets());
+    COMPLEXION_TRY(SocketPair sockets, SocketPair::create());
     const std::array<int, 3> descriptors = {file.descriptor.get(), sockets.theirs.get(), memory.get()};
     const ChildRequest request = {
         .kind = ChildRequest::Kind::Begin, .operation = operation, .length = file.length, .limits = limits};
-    std::int32_t child = -1;
-    const std::scoped_lock lock(m_mutex);
-    ssize_t length = -1;
-    if (sendRequest(m_control.get(), request, &descriptors))
-        do // The lock is for the answer, too. NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection)
-            length = ::recv(m_control.get(), &child, sizeof child, 0);
-        while (length < 0 && errno == EINTR);
-    if (length != sizeof child)
+    std::shared_ptr<ForkServer> parent = server();
+    std::optional<pid_t> child = parent->begin(request, descriptors);
+    if (!child) {
+        COMPLEXION_TRY(parent, serverAfter(parent));
+        child = parent->begin(request, descriptors);
+    }
+    if (!child)
         return Error{"the reader process is gone", ErrorKind::CannotRead};
-    if (child < 0)
+    if (*child < 0)
         return Error{"no process to read the file can be made", ErrorKind::OutOfMemory};
     // The fuzzers' older clang has no make_unique of aggregates. NOLINTNEXTLINE(modernize-make-unique)
-    std::unique_ptr<Reading::Child> owned(new Reading::Child{shared_from_this(), child});
+    std::unique_ptr<Reading::Child> owned(new Reading::Child{std::move(parent), *child});
     return Reading(std::move(owned), AnswerReceiver(std::move(sockets.ours), std::move(slots)));
-}
-
-void ReaderProcess::end(pid_t child) {
-    const std::scoped_lock lock(m_mutex);
-    (void)sendRequest(m_control.get(), {.kind = ChildRequest::Kind::End, .child = child, .limits = {}});
 }
 
 } // namespace complexion

@@ -44,7 +44,7 @@ private:
     std::string m_names;
 };
 
-std::string reachForFiles(bool isFiltered) {
+std::string reachForFiles(const Confinement& confinement) {
     Reached reached;
     struct stat status = {};
     for (const char* const path : {"/etc/passwd", "/", "/proc/self/environ", "/proc/self/mem", "/dev/null"})
@@ -54,7 +54,7 @@ std::string reachForFiles(bool isFiltered) {
     reached.note("a new folder", ::mkdir("/tmp/complexion-reached", 0700) == 0);
     reached.note("a link", ::symlink("/etc/passwd", "/tmp/complexion-reached") == 0);
     reached.note("the environment", ::getenv("PATH") != nullptr || (environ && *environ));
-    if (isFiltered) {
+    if (confinement.hasCallFilter) {
         reached.note("a file's attributes", ::stat("/etc/passwd", &status) == 0);
         reached.note("a working folder", ::chdir("/tmp") == 0);
         reached.note("memory that looks like a file", ::memfd_create("reached", 0) >= 0);
@@ -62,13 +62,13 @@ std::string reachForFiles(bool isFiltered) {
     return reached.names();
 }
 
-std::string reachForProcesses(bool isFiltered) {
+std::string reachForProcesses(const Confinement& confinement) {
     Reached reached;
     const pid_t parent = ::getppid();
     std::array<char, 16> bytes = {};
     iovec mine = {bytes.data(), bytes.size()};
     iovec theirs = {const_cast<char*>(kStart.data()), bytes.size()}; // at the same place in both
-    if (isFiltered) {
+    if (confinement.hasCallFilter) {
         const pid_t child = ::fork();
         if (child == 0)
             ::_exit(0);
@@ -79,21 +79,23 @@ std::string reachForProcesses(bool isFiltered) {
     }
     reached.note("a debugger", ::ptrace(PTRACE_ATTACH, parent, nullptr, nullptr) == 0);
     reached.note("another's memory", ::process_vm_readv(parent, &mine, 1, &theirs, 1, 0) >= 0);
-    char program[] = "/bin/true";
-    char* const arguments[] = {program, nullptr};
-    char* const environment[] = {nullptr};
-    ::execve(program, arguments, environment); // which would end this one
+    if (confinement.hasFileRules || confinement.hasCallFilter) {
+        char program[] = "/bin/true";
+        char* const arguments[] = {program, nullptr};
+        char* const environment[] = {nullptr};
+        ::execve(program, arguments, environment); // which would end this one
+    }
     return reached.names();
 }
 
-std::string reachForSockets(bool isFiltered) {
+std::string reachForSockets(const Confinement& confinement) {
     Reached reached;
     const int internet = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = {.sin_family = AF_INET, .sin_port = htons(80), .sin_addr = {}, .sin_zero = {}};
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     reached.note("a connection", internet >= 0 && ::connect(internet, reinterpret_cast<sockaddr*>(&address),
                                                             sizeof address) == 0);
-    if (isFiltered) {
+    if (confinement.hasCallFilter) {
         reached.note("a socket", internet >= 0);
         reached.note("a local socket", ::socket(AF_UNIX, SOCK_STREAM, 0) >= 0);
         std::array<int, 2> ends = {};
@@ -109,9 +111,9 @@ std::string reachForSockets(bool isFiltered) {
     return reached.names();
 }
 
-std::string reachForCode(bool isFiltered) {
+std::string reachForCode(const Confinement& confinement) {
     Reached reached;
-    if (isFiltered) {
+    if (confinement.hasCallFilter) {
         constexpr std::size_t kPage = 4096;
         reached.note("memory to run", ::mmap(nullptr, kPage, PROT_READ | PROT_WRITE | PROT_EXEC,
                                              MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) != MAP_FAILED);
@@ -125,7 +127,7 @@ std::string reachForCode(bool isFiltered) {
 }
 
 /// All but its socket.
-std::string reachForDescriptors(bool) {
+std::string reachForDescriptors() {
     Reached reached;
     constexpr int kMany = 1024;
     for (int descriptor = 0; descriptor < kMany; ++descriptor) {
@@ -226,18 +228,17 @@ std::string hostileFile(std::string_view deed) {
 void doAsTheFileSays(std::uint32_t, ByteView input, AnswerSender& answer, const Confinement& confinement) {
     const std::string_view deed =
         std::string_view(reinterpret_cast<const char*>(input.data()), input.size()).substr(kStart.size());
-    const bool isFiltered = confinement.hasCallFilter;
     const auto tell = [&answer](const std::string& message) { answer.sendAnswer(flattened(Error{message})); };
     if (deed == kReachForFiles)
-        tell(reachForFiles(isFiltered));
+        tell(reachForFiles(confinement));
     else if (deed == kReachForProcesses)
-        tell(reachForProcesses(isFiltered));
+        tell(reachForProcesses(confinement));
     else if (deed == kReachForSockets)
-        tell(reachForSockets(isFiltered));
+        tell(reachForSockets(confinement));
     else if (deed == kReachForCode)
-        tell(reachForCode(isFiltered));
+        tell(reachForCode(confinement));
     else if (deed == kReachForDescriptors)
-        tell(reachForDescriptors(isFiltered));
+        tell(reachForDescriptors());
     else if (deed == kTellConfinement)
         tell(tellConfinement(confinement));
     else if (deed == kTakeMemory)

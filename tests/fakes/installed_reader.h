@@ -10,15 +10,21 @@ namespace complexion {
 /// Has files read in children of a reader process, as long as it lives.
 class InstalledReader {
 public:
-    explicit InstalledReader(ChildWork work = answerReading) {
-        Result<std::shared_ptr<ReaderProcess>> process = ReaderProcess::start(work);
-        EXPECT_TRUE(process);
-        if (process)
-            installReader(*process);
+    /// `usable` are the mechanisms that may confine children.
+    explicit InstalledReader(ChildWork work = answerReading,
+                             Confinement usable = {.hasFileRules = true, .hasCallFilter = true}) {
+        install(ReaderProcess::start(work, {}, usable));
     }
     InstalledReader(const InstalledReader&) = delete;
     InstalledReader& operator=(const InstalledReader&) = delete;
     ~InstalledReader() { installReader(nullptr); }
+
+private:
+    void install(const Result<std::shared_ptr<ReaderProcess>>& process) {
+        EXPECT_TRUE(process);
+        if (process)
+            installReader(*process);
+    }
 };
 
 } // namespace complexion

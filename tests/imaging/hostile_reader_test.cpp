@@ -103,6 +103,15 @@ TEST_F(HostileReader, ThatAnswersNonsenseGivesNoPicture) {
         EXPECT_EQ(errorOf(deed).message, "the reader answered nonsense") << deed;
 }
 
+TEST_F(HostileReader, GivesNoSizeEither) {
+    for (const std::string_view deed : {kCrash, kEmptyAnswer, kAnswerWithoutPicture, kRowsOutside}) {
+        const Result<PixelSize> size = measuredFile(written(deed));
+        ASSERT_FALSE(size) << deed;
+        EXPECT_EQ(size.error().message,
+                  deed == kCrash ? "the reader ended without an answer" : "the reader answered nonsense");
+    }
+}
+
 TEST_F(HostileReader, LeavesTheNextOneUntouched) {
     for (const std::string_view deed : {kCrash, kEndlessPictures, kReachForFiles})
         (void)errorOf(deed);

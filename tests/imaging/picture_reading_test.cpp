@@ -31,6 +31,14 @@ protected:
         return picture;
     }
 
+    static Result<PixelSize> measureHere(const std::filesystem::path& path) {
+        const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
+        installReader(nullptr);
+        Result<PixelSize> size = measuredFile(path);
+        installReader(process);
+        return size;
+    }
+
     /// What a file gives, here and in a child.
     static void expectSame(const std::filesystem::path& path) {
         SCOPED_TRACE(path);
@@ -43,6 +51,17 @@ protected:
             else
                 EXPECT_EQ(inChild.error().kind, here.error().kind);
         }
+        expectSameSize(path);
+    }
+
+    static void expectSameSize(const std::filesystem::path& path) {
+        const Result<PixelSize> here = measureHere(path);
+        const Result<PixelSize> inChild = measuredFile(path);
+        ASSERT_EQ(bool(inChild), bool(here)) << (here ? inChild.error().message : here.error().message);
+        if (here)
+            EXPECT_EQ(*inChild, *here);
+        else
+            EXPECT_EQ(inChild.error().kind, here.error().kind);
     }
 
     static void expectSamePicture(const FilePicture& inChild, const FilePicture& here) {
@@ -186,6 +205,7 @@ TEST_F(PictureReading, GivesTheSameForHostileFiles) {
         ASSERT_EQ(bool(inChild), bool(here)) << (here ? inChild.error().message : here.error().message);
         if (here)
             expectSamePicture(*inChild, *here);
+        expectSameSize(path);
     }
 }
 
