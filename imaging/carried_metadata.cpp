@@ -36,12 +36,13 @@ void complete(FileContents& file, std::span<const std::shared_ptr<const Bytes>> 
 
 Result<FileContents> withMetadataOf(ByteView source, const FileContents& written, const Image& picture,
                                     const jpeg::KeptAttachments& kept) {
-    // All that matters of a JPEG or TIFF file is in the encoder's first part, which ends where the coded
-    // bytes begin.
+    // All that matters of a JPEG, PNG or TIFF file is in the encoder's first part, which ends where the coded
+    // bytes begin; that of a PNG file ends with its first IDAT chunk.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
     const std::optional<Container> container = containerOf(start);
-    const bool isStartEnough = (container == Container::Tiff && !tiff::needsStripsForMakerNote(source)) ||
-                               (container == Container::Jpeg && picture.hasPixels());
+    const bool isStartEnough =
+        (container == Container::Tiff && !tiff::needsStripsForMakerNote(source)) ||
+        ((container == Container::Jpeg || container == Container::Png) && picture.hasPixels());
     if (!isStartEnough)
         return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
     return withoutThrowing([&] {

@@ -3,15 +3,19 @@
 
 #include "imaging/base/no_throw.h"
 #include "imaging/base/orientation.h"
+#include "imaging/base/released_pages.h"
 #include "imaging/base/resample.h"
 #include "imaging/carried_metadata.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/gif_codec.h"
 #include "imaging/codecs/jpeg_compressor.h"
+#include "imaging/containers/coded_pixels.h"
+#include "imaging/containers/container.h"
 #include "imaging/containers/other_formats.h"
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
+#include "imaging/metadata/tiff_metadata.h"
 #include "imaging/photo_file_steps.h"
 
 #include <algorithm>
@@ -40,6 +44,13 @@ Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::
     else if (written.error().kind != ErrorKind::OutOfMemory)
         return writeFileAtomically(path, file, readers);
     return written;
+}
+
+/// Gives the memory of the photo's pixels back, which the result is not made from: at 16 bits per component,
+/// photo and result do not both fit beside the open picture.
+void releaseCodedPixels(Result<Bytes>& photo) {
+    if (photo && !(containerOf(*photo) == Container::Tiff && tiff::needsStripsForMakerNote(*photo)))
+        releasePages(*photo, codedPixels(*photo));
 }
 
 /// The attachments to append if the image is saved as `format`.
@@ -78,7 +89,8 @@ Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingPr
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,
                const std::filesystem::path& source) {
     const Result<Done> saved = withoutThrowing([&]() -> Result<Done> {
-        const Result<Bytes> photo = readPicture(source);
+        Result<Bytes> photo = readPicture(source);
+        releaseCodedPixels(photo);
         const Orientation orientation = carriedOrientationOf(photo, format);
         const Result<FileContents> file = encodedResult(image, format, orientation, photo);
         if (!file && !countsAsSaved(file.error()))

@@ -92,20 +92,22 @@ Bytes carriedChunk(const Chunk& chunk, std::size_t& budget) {
     return {chunk.whole.begin(), chunk.whole.end()};
 }
 
-/// `written` with its metadata chunks replaced by `metadata`, placed before the pixels.
+/// `written`, a file or its start up to the first IDAT chunk, with its metadata chunks replaced by
+/// `metadata`, placed before the pixels.
 Result<FileContents> withChunks(ByteView written, ByteView metadata, bool hasDensity) {
     Bytes file(kSignature.begin(), kSignature.end());
     file.reserve(written.size() + metadata.size());
     bool isInserted = false;
     bool isWhole = false;
     for (const Chunk& chunk : split(written)) {
+        isWhole = chunk.name == "IEND";
         if (chunk.name == "IDAT" && !isInserted) {
             append(file, metadata);
             isInserted = true;
+            isWhole = chunk.whole.data() + chunk.whole.size() == written.data() + written.size();
         }
         if (!isMetadata(chunk.name) || (chunk.name == kDensityChunk && !hasDensity))
             append(file, chunk.whole);
-        isWhole = chunk.name == "IEND";
     }
     if (!isInserted || !isWhole)
         return Error{"the PNG file to give metadata to is damaged"};
