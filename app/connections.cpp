@@ -3,6 +3,7 @@
 
 #include "editor/aim.h"
 #include "editor/file_names.h"
+#include "editor/stroke_drawing.h"
 #include "editor/suggestion_marks.h"
 #include "view/accessibility.h"
 
@@ -129,6 +130,13 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     QObject::connect(aim, &Aim::announced, &window, announce);
     QObject::connect(marks, &SuggestionMarks::announced, &window, announce);
     QObject::connect(&controller, &ViewController::announced, &window, announce);
+
+    auto* const stroke = new StrokeDrawing(controller, *aim, &window.strokeOutline(), &controller);
+    QObject::connect(&window.rootView(), &RootView::strokeDrawn, stroke, &StrokeDrawing::drawTo);
+    QObject::connect(&window.rootView(), &RootView::strokeEnded, stroke, &StrokeDrawing::finish);
+    QObject::connect(input, &PhotoInput::strokeToggled, stroke, &StrokeDrawing::toggleByKeys);
+    QObject::connect(input, &PhotoInput::cancelled, stroke, &StrokeDrawing::cancel);
+    QObject::connect(stroke, &StrokeDrawing::announced, &window, announce);
 
     const Actions& actions = window.actions();
     QObject::connect(actions.fitArea, &QAction::triggered, aim, &Aim::fit);

@@ -41,6 +41,7 @@ MainWindow::MainWindow()
       m_busySign(new BusySign(m_root)),
       m_originalSign(new Sign(m_root)),
       m_blemishMarks(new BlemishMarks(m_root->imageView())),
+      m_strokeOutline(new StrokeOutline(m_root->imageView())),
       m_editDisc(new EditDisc(m_root->imageView())),
       m_photoInput(new PhotoInput(m_root->imageView())) {
     setCentralWidget(m_root);

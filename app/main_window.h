@@ -10,6 +10,7 @@
 #include "app/window_contents.h"
 #include "view/blemish_marks.h"
 #include "view/edit_disc.h"
+#include "view/stroke_outline.h"
 
 #include <QMainWindow>
 
@@ -30,6 +31,7 @@ public:
     BusySign& busySign() const { return *m_busySign; }
     Sign& originalSign() const { return *m_originalSign; }
     BlemishMarks& blemishMarks() const { return *m_blemishMarks; }
+    StrokeOutline& strokeOutline() const { return *m_strokeOutline; }
     EditDisc& editDisc() const { return *m_editDisc; }
     PhotoInput& photoInput() const { return *m_photoInput; }
     const Menus& menus() const { return *m_menus; }
@@ -52,7 +54,8 @@ private:
     BusySign* m_busySign;
     Sign* m_originalSign;
     BlemishMarks* m_blemishMarks;
-    EditDisc* m_editDisc; // above the marks
+    StrokeOutline* m_strokeOutline;
+    EditDisc* m_editDisc; // above the marks and the stroke
     PhotoInput* m_photoInput;
     std::optional<Menus> m_menus;
     bool m_hasAppeared = false;

@@ -196,7 +196,9 @@ bool PhotoInput::handleKeyPress(const QKeyEvent& event) {
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        if (!event.isAutoRepeat())
+        if (!event.isAutoRepeat() && modifiers == Qt::ShiftModifier)
+            Q_EMIT strokeToggled();
+        else if (!event.isAutoRepeat())
             Q_EMIT acted();
         return true;
     case Qt::Key_Escape:

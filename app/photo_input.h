@@ -40,6 +40,7 @@ Q_SIGNALS:
     void panned(double deltaX, double deltaY); // in points, y downward
     void placeStepped(int columns, int rows);  // in pixels of the photo, rows downward
     void acted();
+    void strokeToggled();
     void cancelled();
     void focusTaken();           // by the Tab key
     void focusShown(bool shown); // true after Tab, false once the mouse is used or the focus is lost

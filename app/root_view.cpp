@@ -38,6 +38,7 @@ void RootView::mousePressEvent(QMouseEvent* event) {
         return;
     m_isPressed = true;
     m_isDrag = false;
+    m_isStroke = event->modifiers().testFlag(Qt::ShiftModifier);
     m_pressPosition = event->position();
     m_lastPosition = event->position();
     Q_EMIT mouseDown(converted(*event));
@@ -60,8 +61,21 @@ void RootView::mouseMoveEvent(QMouseEvent* event) {
     m_isPressed = m_isPressed && event->buttons().testFlag(Qt::LeftButton);
     if (!m_isPressed)
         return;
+    if (m_isStroke) {
+        drawStroke(*event);
+        return;
+    }
     updateIsDrag(*event);
     Q_EMIT mouseDragged(converted(*event));
+}
+
+void RootView::drawStroke(const QMouseEvent& event) {
+    const bool wasDrag = m_isDrag;
+    if (!updateIsDrag(event))
+        return;
+    if (!wasDrag)
+        Q_EMIT strokeDrawn({m_pressPosition.x(), height() - m_pressPosition.y()});
+    Q_EMIT strokeDrawn({event.position().x(), height() - event.position().y()});
 }
 
 void RootView::mouseReleaseEvent(QMouseEvent* event) {
@@ -70,8 +84,12 @@ void RootView::mouseReleaseEvent(QMouseEvent* event) {
     m_isPressed = false;
     // Move events are compressed while the program is busy: the release may be the first event with the new
     // position.
+    if (m_isStroke)
+        drawStroke(*event);
     if (!updateIsDrag(*event))
         Q_EMIT mouseUp(converted(*event));
+    else if (m_isStroke)
+        Q_EMIT strokeEnded();
     else if (event->position() != m_lastPosition)
         Q_EMIT mouseDragged(converted(*event));
 }

@@ -27,6 +27,9 @@ Q_SIGNALS:
     void mouseUp(const MouseEvent& event);
     void mouseDragged(const MouseEvent& event);
     void visibleAreaResized(PointSize from, PointSize to);
+    /// A drag with Shift held draws a stroke, from the press to the release.
+    void strokeDrawn(complexion::Point to);
+    void strokeEnded();
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -44,6 +47,7 @@ private:
     void forwardToImageView(QEvent* event);
 
     CustomImageView* m_imageView;
+    void drawStroke(const QMouseEvent& event);
     /// Whether this press is a drag, once `event` is taken into account.
     bool updateIsDrag(const QMouseEvent& event);
 
@@ -51,6 +55,7 @@ private:
     QPointF m_lastPosition; // of the mouse while the left button is down
     bool m_isPressed = false;
     bool m_isDrag = false;
+    bool m_isStroke = false; // pressed with Shift: dragging draws
 };
 
 } // namespace complexion

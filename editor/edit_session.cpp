@@ -52,11 +52,12 @@ void EditSession::setImage(const Image& image) {
         m_journal->end();
 }
 
-void EditSession::recordRepair(const Snapshot& repaired, Point place) {
+void EditSession::recordRepair(const Snapshot& repaired, std::span<const Point> points) {
     // Recorded before the state file is written, which can take long for a large file.
     m_recordedRepair =
         RecordedRepair{.milliseconds = history.milliseconds(), .step = stepNameOf(repaired.settings.style)};
-    journalStep(RepairStep{.place = place,
+    journalStep(RepairStep{.place = points.front(),
+                           .stroke = {points.begin() + 1, points.end()},
                            .repair = Repair::of(repaired.settings),
                            .changesBack = changeCount() - repaired.change,
                            .stateMilliseconds = m_recordedRepair->milliseconds});

@@ -15,6 +15,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,9 +60,10 @@ public:
     /// Replaces the working image. Ends the journal, unless the image is the result of the repair recorded
     /// just before: only recorded steps can be replayed.
     void setImage(const Image& image);
-    /// Records a finished repair of `repaired` in the journal. `setImage` and `pushState` with its result
-    /// must follow.
-    void recordRepair(const Snapshot& repaired, Point place);
+    /// Records a finished repair of `repaired` in the journal, at a place or along a stroke. `setImage` and
+    /// `pushState` with its result must follow.
+    void recordRepair(const Snapshot& repaired, std::span<const Point> points);
+    void recordRepair(const Snapshot& repaired, Point place) { recordRepair(repaired, {&place, 1}); }
     /// The photo as it was opened.
     Image source() const;
     std::uint64_t photoNumber() const;

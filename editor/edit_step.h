@@ -4,14 +4,20 @@
 #include "editor/repair.h"
 #include "imaging/base/geometry.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <variant>
+#include <vector>
 
 namespace complexion {
 
+/// Maximum number of points of a stroke, with its first one. A record of the journal holds about 4000.
+inline constexpr std::size_t kMaxStrokePoints = 2000;
+
 /// A repair whose result became the working image.
 struct RepairStep {
-    Point place; // in the image's points, bottom-left origin
+    Point place;               // in the image's points, bottom-left origin
+    std::vector<Point> stroke; // the further points of a stroke; empty for a click
     Repair repair;
     /// Which image was repaired: the working image this many changes ago. Greater than 0 only if two repairs
     /// overlapped.

@@ -24,7 +24,15 @@ constexpr std::size_t kChecksumSize = 4;
 constexpr std::int64_t kMaxRadius = 1 << 20;
 constexpr std::int64_t kMaxThreshold = 1 << 20;
 
-enum class RecordKind : std::uint8_t { Photo = 1, Hash = 2, Repair = 3, StateLost = 4, Move = 5, Effect = 6 };
+enum class RecordKind : std::uint8_t {
+    Photo = 1,
+    Hash = 2,
+    Repair = 3,
+    StateLost = 4,
+    Move = 5,
+    Effect = 6,
+    Stroke = 7
+};
 
 /// Appends numbers to a payload.
 class Writer {
@@ -82,10 +90,14 @@ Bytes record(RecordKind kind, const Writer& payload) {
     return record.bytes();
 }
 
+void putPoint(Point point, Writer& payload) {
+    payload.put(point.x);
+    payload.put(point.y);
+}
+
 Bytes recordOf(const RepairStep& step) {
     Writer payload;
-    payload.put(step.place.x);
-    payload.put(step.place.y);
+    putPoint(step.place, payload);
     payload.put(step.repair.radius);
     payload.put(step.repair.threshold);
     payload.put(static_cast<std::uint8_t>(step.repair.style));
@@ -95,7 +107,9 @@ Bytes recordOf(const RepairStep& step) {
     payload.put(step.repair.customColor.blue);
     payload.put(step.changesBack);
     payload.put(step.stateMilliseconds);
-    return record(RecordKind::Repair, payload);
+    for (const Point& point : step.stroke)
+        putPoint(point, payload);
+    return record(step.stroke.empty() ? RecordKind::Repair : RecordKind::Stroke, payload);
 }
 
 Bytes recordOf(const StateLostStep& step) {
@@ -119,16 +133,24 @@ Bytes recordOf(const EffectStep& step) {
 bool isSane(const RepairStep& step) {
     const double numbers[] = {step.place.x, step.place.y, step.repair.customColor.red,
                               step.repair.customColor.green, step.repair.customColor.blue};
-    return std::ranges::all_of(numbers, [](double number) { return std::isfinite(number); }) &&
+    const auto isFinite = [](double number) { return std::isfinite(number); };
+    return std::ranges::all_of(numbers, isFinite) &&
+           std::ranges::all_of(step.stroke,
+                               [&](Point point) { return isFinite(point.x) && isFinite(point.y); }) &&
            step.repair.radius > 0 && step.repair.radius <= kMaxRadius &&
            std::abs(step.repair.threshold) <= kMaxThreshold && step.changesBack >= 0 &&
            step.repair.style <= RepairStyle::Natural && step.repair.colorType <= 1;
 }
 
-std::optional<RepairStep> takeRepair(Reader& payload) {
+Point takePoint(Reader& payload) {
+    const auto x = payload.take<double>();
+    return {x, payload.take<double>()};
+}
+
+/// A click, or a stroke, whose further points follow.
+std::optional<RepairStep> takeRepair(Reader& payload, bool isStroke) {
     RepairStep step;
-    step.place.x = payload.take<double>();
-    step.place.y = payload.take<double>();
+    step.place = takePoint(payload);
     step.repair.radius = payload.take<std::int64_t>();
     step.repair.threshold = payload.take<std::int64_t>();
     step.repair.style = static_cast<RepairStyle>(payload.take<std::uint8_t>());
@@ -138,6 +160,8 @@ std::optional<RepairStep> takeRepair(Reader& payload) {
     step.repair.customColor.blue = payload.take<double>();
     step.changesBack = payload.take<std::int64_t>();
     step.stateMilliseconds = payload.take<std::int64_t>();
+    while (isStroke && !payload.isDone() && step.stroke.size() < kMaxStrokePoints)
+        step.stroke.push_back(takePoint(payload));
     return isSane(step) ? std::optional(step) : std::nullopt;
 }
 
@@ -153,7 +177,9 @@ std::optional<JournaledPhoto> takePhoto(Reader& payload) {
 std::optional<EditStep> takeStep(RecordKind kind, Reader& payload) {
     switch (kind) {
     case RecordKind::Repair:
-        return takeRepair(payload);
+        return takeRepair(payload, /*isStroke*/ false);
+    case RecordKind::Stroke:
+        return takeRepair(payload, /*isStroke*/ true);
     case RecordKind::StateLost:
         return StateLostStep{payload.take<std::int64_t>()};
     case RecordKind::Move:

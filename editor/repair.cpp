@@ -21,6 +21,10 @@ Result<Repaired> Repair::applyTo(const Image& image, Point point) const {
                              threshold);
 }
 
+Result<Repaired> Repair::applyTo(const Image& image, std::span<const Point> path) const {
+    return path.size() == 1 ? applyTo(image, path.front()) : repairAlong(image, path, radius, threshold);
+}
+
 PixelPosition pixelAt(Point point, PointSize image) {
     const RepairDisc disc = RepairDisc::at(point, Image::empty(image), 0);
     return {.row = disc.row, .column = disc.column};

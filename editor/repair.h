@@ -6,6 +6,7 @@
 #include "imaging/repairs.h"
 
 #include <cstdint>
+#include <span>
 
 namespace complexion {
 
@@ -24,6 +25,8 @@ struct Repair {
     /// Repairs the blemish around `point` (in the image's points, bottom-left origin). An error if memory
     /// runs out. A pure function; slow, so call it on a background thread.
     Result<Repaired> applyTo(const Image& image, Point point) const;
+    /// Repairs along a stroke through these points; a single point is a click. Strokes are always natural.
+    Result<Repaired> applyTo(const Image& image, std::span<const Point> path) const;
 };
 
 /// The pixel that a repair at `point` has its centre at, in an image of size `image`: truncated toward zero,

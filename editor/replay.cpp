@@ -64,7 +64,9 @@ private:
         const Image* const repaired = m_images.back(step.changesBack);
         if (!repaired)
             return false;
-        const Result<Repaired> result = step.repair.applyTo(*repaired, step.place);
+        std::vector<Point> path = {step.place};
+        path.insert(path.end(), step.stroke.begin(), step.stroke.end());
+        const Result<Repaired> result = step.repair.applyTo(*repaired, path);
         if (!result)
             return false;
         m_images.push(result->image);

@@ -34,11 +34,15 @@ void ViewController::HandleClick(const MouseEvent& event) {
 }
 
 void ViewController::BeginRetouch(Point point) {
+    BeginStroke({point});
+}
+
+void ViewController::BeginStroke(const std::vector<Point>& path) {
     if (!hasImage() || imageProcessing)
         return;
-    m_queues.submitBackground([self = shared_from_this(), point, photo = m_session.photoNumber()] {
+    m_queues.submitBackground([self = shared_from_this(), path, photo = m_session.photoNumber()] {
         // Ignored if another photo has been opened since the click.
-        self->retouch(point, self->m_session.beginRepair(photo));
+        self->retouch(path, self->m_session.beginRepair(photo));
     });
 }
 
@@ -47,21 +51,22 @@ Repair ViewController::currentRepair() const {
 }
 
 void ViewController::RetouchAtPoint(Point point) {
-    retouch(point, m_session.beginRepair());
+    retouch({point}, m_session.beginRepair());
 }
 
-void ViewController::retouch(Point point, const std::optional<EditSession::Snapshot>& snapshot) {
+void ViewController::retouch(const std::vector<Point>& path,
+                             const std::optional<EditSession::Snapshot>& snapshot) {
     if (!snapshot)
         return;
-    const Result<Repaired> repaired = Repair::of(snapshot->settings).applyTo(snapshot->image, point);
-    m_queues.submitMain([self = shared_from_this(), repaired, snapshot = *snapshot, point] {
+    const Result<Repaired> repaired = Repair::of(snapshot->settings).applyTo(snapshot->image, path);
+    m_queues.submitMain([self = shared_from_this(), repaired, snapshot = *snapshot, path] {
         if (snapshot.photo != self->m_session.photoNumber()) {
             self->imageProcessing = false;
             Q_EMIT self->stateChanged();
             return;
         }
         if (repaired)
-            self->m_session.recordRepair(snapshot, point);
+            self->m_session.recordRepair(snapshot, path);
         self->FinishRetouch(repaired ? std::optional(repaired->image) : std::nullopt);
         Q_EMIT self->repairFinished(repaired);
     });

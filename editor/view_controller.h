@@ -174,6 +174,9 @@ public:
     /// Starts a repair at a point of the working image, as a click does. Ignored without a photo and during
     /// another repair.
     void BeginRetouch(Point point);
+    /// Starts a natural repair along a stroke of at most kMaxStrokePoints points of the working image.
+    /// Ignored without a photo and during another repair.
+    void BeginStroke(const std::vector<Point>& path);
     /// The repair that a click would start now.
     Repair currentRepair() const;
     /// Repairs the working image at a point in image coordinates. Call on a background thread.
@@ -290,7 +293,7 @@ private:
     void showContinueFailure(const char* informativeText);
     /// Repairs the snapshot's image and passes the result to the main thread; does nothing without a
     /// snapshot.
-    void retouch(Point point, const std::optional<EditSession::Snapshot>& snapshot);
+    void retouch(const std::vector<Point>& path, const std::optional<EditSession::Snapshot>& snapshot);
     /// Updates the window after undo or redo.
     void showWorkingImage();
     /// Passes the values of the settings controls to the session, now and whenever they change.

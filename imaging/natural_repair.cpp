@@ -3,9 +3,11 @@
 // The natural repair: finds the blemish, interpolates the skin's colour across it as a membrane, and adds
 // skin detail. The headers in healing/ describe each step and its sources.
 #include "imaging/base/fatal.h"
+#include "imaging/base/no_throw.h"
 #include "imaging/healing/blemish_fit.h"
 #include "imaging/healing/extent.h"
 #include "imaging/healing/painter.h"
+#include "imaging/healing/stroke_repair.h"
 #include "imaging/image_tools.h"
 #include "imaging/repairs.h"
 
@@ -53,6 +55,28 @@ Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t r
         healing::paintRestoration(image, found->disc, found->window,
                                   healing::restoreDetail(found->window, found->blemish), buffer);
         return RepairOutcome::Repaired;
+    });
+}
+
+Result<Repaired> repairAlong(const Image& image, std::span<const Point> path, std::int64_t radius,
+                             std::int64_t threshold) {
+    if (radius <= 0 || path.empty())
+        fatal("the stroke holds no pixel");
+    return withoutThrowing([&]() -> Result<Repaired> {
+        std::vector<healing::PixelPoint> pixels;
+        for (const Point& point : path)
+            pixels.push_back(
+                {static_cast<float>(point.x - 0.5), static_cast<float>(image.size().height - point.y - 0.5)});
+        COMPLEXION_TRY(PixelBuffer buffer, PixelBuffer::open(image));
+        const std::optional<BlemishRefusal> refusal =
+            healing::repairStroke(image, pixels, static_cast<float>(radius), threshold, buffer);
+        if (refusal)
+            return Repaired{.image = image, .repainted = {}, .outcome = outcomeOf(*refusal)};
+        Image result = std::move(buffer).close();
+        PixelMask repainted = changedPixels(image, result);
+        const RepairOutcome outcome =
+            repainted.area.isEmpty() ? RepairOutcome::NothingToRepair : RepairOutcome::Repaired;
+        return Repaired{.image = std::move(result), .repainted = std::move(repainted), .outcome = outcome};
     });
 }
 

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 
 namespace complexion {
 
@@ -51,6 +52,11 @@ Result<Repaired> repairInFlatColor(const Image& image, Point point, std::int64_t
 /// As ImageTools::HealPimpleInImage, with the same arguments.
 Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t radius,
                                  std::int64_t threshold);
+
+/// Repairs a hair, a scratch, a scar or a crease naturally along a path of at least one point (in points,
+/// bottom-left origin), within `radius` pixels of it. Parts outside the picture are ignored.
+Result<Repaired> repairAlong(const Image& image, std::span<const Point> path, std::int64_t radius,
+                             std::int64_t threshold);
 
 /// Runs one of the repairs: `paint` paints the disc around `point`. It is not called if the disc is too close
 /// to the border.

@@ -837,6 +837,17 @@
     </message>
 </context>
 <context>
+    <name>complexion::StrokeDrawing</name>
+    <message>
+        <source>Strokes need the natural repair.</source>
+        <translation>Striche gibt es nur mit der natürlichen Reparatur.</translation>
+    </message>
+    <message>
+        <source>Stroke begun.</source>
+        <translation>Strich begonnen.</translation>
+    </message>
+</context>
+<context>
     <name>complexion::SuggestionMarks</name>
     <message>
         <source>Blemishes marked: %1.</source>

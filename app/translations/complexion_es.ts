@@ -837,6 +837,17 @@
     </message>
 </context>
 <context>
+    <name>complexion::StrokeDrawing</name>
+    <message>
+        <source>Strokes need the natural repair.</source>
+        <translation>Los trazos necesitan la reparación natural.</translation>
+    </message>
+    <message>
+        <source>Stroke begun.</source>
+        <translation>Trazo empezado.</translation>
+    </message>
+</context>
+<context>
     <name>complexion::SuggestionMarks</name>
     <message>
         <source>Blemishes marked: %1.</source>

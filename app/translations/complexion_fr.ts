@@ -837,6 +837,17 @@
     </message>
 </context>
 <context>
+    <name>complexion::StrokeDrawing</name>
+    <message>
+        <source>Strokes need the natural repair.</source>
+        <translation>Les traits nécessitent la réparation naturelle.</translation>
+    </message>
+    <message>
+        <source>Stroke begun.</source>
+        <translation>Trait commencé.</translation>
+    </message>
+</context>
+<context>
     <name>complexion::SuggestionMarks</name>
     <message>
         <source>Blemishes marked: %1.</source>

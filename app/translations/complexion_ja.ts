@@ -837,6 +837,17 @@
     </message>
 </context>
 <context>
+    <name>complexion::StrokeDrawing</name>
+    <message>
+        <source>Strokes need the natural repair.</source>
+        <translation>なぞる修正には「自然」を選んでください。</translation>
+    </message>
+    <message>
+        <source>Stroke begun.</source>
+        <translation>なぞり始めました。</translation>
+    </message>
+</context>
+<context>
     <name>complexion::SuggestionMarks</name>
     <message>
         <source>Blemishes marked: %1.</source>

@@ -837,6 +837,17 @@
     </message>
 </context>
 <context>
+    <name>complexion::StrokeDrawing</name>
+    <message>
+        <source>Strokes need the natural repair.</source>
+        <translation>Os traços precisam do reparo natural.</translation>
+    </message>
+    <message>
+        <source>Stroke begun.</source>
+        <translation>Traço iniciado.</translation>
+    </message>
+</context>
+<context>
     <name>complexion::SuggestionMarks</name>
     <message>
         <source>Blemishes marked: %1.</source>

@@ -8,7 +8,9 @@ namespace complexion {
 
 namespace {
 
-std::vector<std::string> valuesOf(const std::string& line) {
+std::vector<std::string> valuesOf(std::string line) {
+    if (line.ends_with('\r'))
+        line.pop_back();
     std::vector<std::string> values;
     std::istringstream stream(line + ','); // so that an empty last value counts, too
     for (std::string value; std::getline(stream, value, ',');)

@@ -4,22 +4,43 @@
 //
 // Repairs every case of a folder in each style, with one click at the default threshold. CASES/cases.csv has
 // the columns name, x, y (the click, from the top left) and R (the radius), in pixels. Reads
-// CASES/in/NAME.png and writes OUT/flat/NAME.png and OUT/natural/NAME.png.
+// CASES/in/NAME.png and writes OUT/flat/NAME.png and OUT/natural/NAME.png. Cases with a value in the column
+// stroke, "x:y x:y ...", are repaired along this path instead, and written to OUT/stroke/NAME.png.
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
+#include "imaging/repairs.h"
 
 #include <cstdio>
+#include <sstream>
 
 namespace complexion {
 namespace {
 
 constexpr std::int64_t kDefaultThreshold = 10;
 
+/// The points of "x:y x:y ...", pixels from the top left.
+std::vector<Point> pathOf(const std::string& text, PointSize size) {
+    std::vector<Point> path;
+    std::istringstream stream(text);
+    double x = 0;
+    double y = 0;
+    for (char colon = 0; stream >> x >> colon >> y;)
+        path.push_back({x + 0.5, size.height - y - 0.5});
+    return path;
+}
+
 bool repairCase(const CsvRow& row, const std::filesystem::path& cases, const std::filesystem::path& out) {
     const std::string file = row.at("name") + ".png";
     const std::optional<Image> image = ImageTools::DecodeImage(cases / "in" / file);
     if (!image)
         return false;
+    const auto stroke = row.find("stroke");
+    if (stroke != row.end() && !stroke->second.empty()) {
+        const auto repaired = repairAlong(*image, pathOf(stroke->second, image->size()),
+                                          std::stoll(row.at("R")), kDefaultThreshold);
+        std::filesystem::create_directories(out / "stroke");
+        return repaired && ImageTools::SaveImage(repaired->image, out / "stroke" / file, "png");
+    }
     const Point point = centreOf({std::stoll(row.at("y")), std::stoll(row.at("x"))}, image->size());
     const std::int64_t radius = std::stoll(row.at("R"));
     const auto flat =

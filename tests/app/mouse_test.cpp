@@ -77,6 +77,99 @@ TEST_F(PhotoInputTest, AButtonThatPansNeverClicks) {
     EXPECT_EQ(controller->currenState, 0);
 }
 
+/// A photo of skin with a scratch across its middle.
+Image scratched() {
+    return painted({300, 200}, [](int row, int column) {
+        return std::abs(row - 100) <= 1
+                   ? RGBA32(90, 60, 50, 255)
+                   : RGBA32(static_cast<std::uint8_t>(200 + (3 * row + column) % 5), 160, 140, 255);
+    });
+}
+
+class StrokeInputTest : public PhotoInputTest {
+protected:
+    StrokeInputTest() {
+        const std::filesystem::path path = platform.photos() / "scratched.png";
+        EXPECT_TRUE(ImageTools::SaveImage(scratched(), path, "png"));
+        controller->OpenFile(path);
+        bar().comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
+        controller->SetEditAreaSize(8);
+    }
+
+    QPoint shownAt(int row, int column) {
+        return photo().pixelsToWidget().map(QPointF(column + 0.5, row + 0.5)).toPoint();
+    }
+    void drawAlongTheScratch() {
+        QTest::mousePress(&photo(), Qt::LeftButton, Qt::ShiftModifier, shownAt(100, 100));
+        for (int column = 110; column <= 200; column += 10) {
+            const QPoint at = shownAt(100, column);
+            QMouseEvent move(QEvent::MouseMove, at, photo().mapToGlobal(at), Qt::NoButton, Qt::LeftButton,
+                             Qt::ShiftModifier);
+            QApplication::sendEvent(&photo(), &move);
+        }
+    }
+    RGBA32 middle() const { return controller->originalImage().pixel(100, 150); }
+};
+
+TEST_F(StrokeInputTest, ADragWithShiftRepairsAlongItInOneStep) {
+    const Frame frame = photo().frame();
+    const RGBA32 scratch = middle();
+    drawAlongTheScratch();
+    EXPECT_FALSE(window.strokeOutline().path().isEmpty());
+    EXPECT_TRUE(window.strokeOutline().isVisible());
+    QTest::mouseRelease(&photo(), Qt::LeftButton, Qt::ShiftModifier, shownAt(100, 200));
+    EXPECT_TRUE(window.strokeOutline().path().isEmpty());
+    queues.runAll();
+    EXPECT_EQ(photo().frame(), frame) << "no pan";
+    EXPECT_EQ(controller->currenState, 1);
+    EXPECT_NE(middle(), scratch);
+    EXPECT_EQ(controller->originalImage().pixel(100, 20), scratch);
+    controller->OnUndo(nullptr);
+    EXPECT_EQ(middle(), scratch);
+}
+
+TEST_F(StrokeInputTest, AClickWithShiftIsAClick) {
+    QTest::mouseClick(&photo(), Qt::LeftButton, Qt::ShiftModifier, shownAt(40, 150));
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+    EXPECT_TRUE(window.strokeOutline().path().isEmpty());
+}
+
+TEST_F(StrokeInputTest, WithFlatColorAStrokeIsRefusedWithItsReason) {
+    bar().comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::FlatColor));
+    QStringList notices;
+    QObject::connect(controller.get(), &ViewController::noticed, controller.get(),
+                     [&](const QString& text) { notices << text; });
+    drawAlongTheScratch();
+    QTest::mouseRelease(&photo(), Qt::LeftButton, Qt::ShiftModifier, shownAt(100, 200));
+    queues.runAll();
+    EXPECT_EQ(notices, QStringList(QStringLiteral("Strokes need the natural repair.")));
+    EXPECT_EQ(controller->currenState, 0);
+}
+
+TEST_F(StrokeInputTest, EscapeCancelsIt) {
+    drawAlongTheScratch();
+    QTest::keyClick(&photo(), Qt::Key_Escape);
+    EXPECT_TRUE(window.strokeOutline().path().isEmpty());
+}
+
+TEST_F(StrokeInputTest, TheKeysDrawIt) {
+    const RGBA32 scratch = middle();
+    point(shownAt(100, 150));
+    QTest::keyClick(&photo(), Qt::Key_Left, Qt::ShiftModifier);
+    const std::int64_t away = 100 - disc().place()->row;
+    for (int i = 0; i < std::abs(away); ++i)
+        QTest::keyClick(&photo(), away > 0 ? Qt::Key_Down : Qt::Key_Up);
+    QTest::keyClick(&photo(), Qt::Key_Return, Qt::ShiftModifier);
+    for (int i = 0; i < 3; ++i)
+        QTest::keyClick(&photo(), Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(window.strokeOutline().path().size(), 4);
+    QTest::keyClick(&photo(), Qt::Key_Return, Qt::ShiftModifier);
+    queues.runAll();
+    EXPECT_EQ(controller->currenState, 1);
+    EXPECT_NE(middle(), scratch);
+}
+
 TEST_F(PhotoInputTest, AltAndTheWheelKeepTheFocus) {
     QTest::keyPress(&photo(), Qt::Key_Alt, Qt::AltModifier);
     turnWheel(1, Qt::AltModifier, {400, 200}, /*sideways*/ true);

@@ -27,6 +27,7 @@ protected:
         journal.begin(path, *identify(path));
         for (int i = 0; i < repairs; ++i)
             journal.append(RepairStep{.place = {100.5, 69.5},
+                                      .stroke = {},
                                       .repair = {.radius = 10,
                                                  .colorType = 1,
                                                  .customColor = {},

@@ -33,7 +33,13 @@ RepairStep repairAt(double x, double y) {
     return step;
 }
 
-const std::vector<EditStep> kSteps = {repairAt(1.5, 2.25), repairAt(3, 4), StateLostStep{3}, MoveStep{0},
+RepairStep strokeFrom(double x, double y) {
+    RepairStep step = repairAt(x, y);
+    step.stroke = {{x + 3, y + 0.5}, {x + 6, y - 2}};
+    return step;
+}
+
+const std::vector<EditStep> kSteps = {repairAt(1.5, 2.25), strokeFrom(3, 4), StateLostStep{3}, MoveStep{0},
                                       EffectStep{5}};
 
 Bytes bytesOf(const std::vector<EditStep>& steps) {
@@ -99,6 +105,15 @@ TEST(JournalRecords, ADamagedRecordEndsTheJournal) {
         for (std::size_t i = 0; i < parsed.contents.steps.size(); ++i)
             EXPECT_EQ(parsed.contents.steps[i], kSteps[i]) << at;
     }
+}
+
+TEST(JournalRecords, TheLongestStrokeFitsIntoARecord) {
+    RepairStep step = repairAt(1, 2);
+    for (std::size_t i = 1; i < kMaxStrokePoints; ++i)
+        step.stroke.push_back({static_cast<double>(i), 2});
+    EXPECT_EQ(parseJournal(bytesOf({step})).contents.steps, std::vector<EditStep>{step});
+    step.stroke.back().x = std::numeric_limits<double>::infinity();
+    EXPECT_TRUE(parseJournal(bytesOf({step})).contents.steps.empty());
 }
 
 TEST(JournalRecords, OfAnotherVersionOrKindAreForeign) {

@@ -120,6 +120,22 @@ TEST_F(ResumedWorkTest, HasTheNamesOfTheSteps) {
     EXPECT_EQ(controller->redoStep(), StepName::NaturalRepair);
 }
 
+TEST_F(ResumedWorkTest, RestoresStrokes) {
+    openThroughPanel(makePhoto("scratched.png", painted({160, 120}, [](int row, int column) {
+                                   return row == 60
+                                              ? RGBA32(90, 60, 50, 255)
+                                              : RGBA32(static_cast<std::uint8_t>(205 + (row + column) % 3),
+                                                       160, 140, 255);
+                               })));
+    controller->comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
+    controller->BeginStroke({{30, 59.5}, {60, 59.5}, {90, 59.5}});
+    queues.runAll();
+    ASSERT_EQ(controller->currenState, 1);
+    EXPECT_NE(controller->originalImage().pixel(60, 60), RGBA32(90, 60, 50, 255));
+    EXPECT_EQ(controller->originalImage().pixel(60, 130), RGBA32(90, 60, 50, 255));
+    expectRestored(work());
+}
+
 TEST_F(ResumedWorkTest, ContinuesTheSameJournal) {
     openThroughPanel(makePhoto());
     retouch(0);

@@ -5,6 +5,7 @@
 #include "imaging/containers/byte_order.h"
 #include "imaging/image_tools.h"
 #include "imaging/photo_files.h"
+#include "imaging/repairs.h"
 #include "tests/fakes/temporary_folder.h"
 #include "tests/imaging/deep_files.h"
 
@@ -66,6 +67,10 @@ protected:
         return isPng ? samplesOfPng(bytesOf(bytes)) : test::samplesOfTiff(path);
     }
 
+    /// Saves a photo with a repair: its samples change only where the repair painted.
+    void expectOnlyRepairedPixelsChange(const DeepKind& kind,
+                                        const std::function<Image(const Image&)>& repair) const;
+
     TemporaryFolder folder;
 };
 
@@ -95,11 +100,12 @@ TEST_P(DeepFiles, AnUneditedPhotoIsSavedWithoutLoss) {
     expectSame(saved(openPhoto(source)->image, source), samples);
 }
 
-TEST_P(DeepFiles, ANaturalRepairChangesOnlyRepairedPixels) {
-    const FileSamples samples = test::skinSamples(kSize, GetParam());
-    const std::filesystem::path source = photo(GetParam(), samples);
+void OneDeepFile::expectOnlyRepairedPixelsChange(const DeepKind& kind,
+                                                 const std::function<Image(const Image&)>& repair) const {
+    const FileSamples samples = test::skinSamples(kSize, kind);
+    const std::filesystem::path source = photo(kind, samples);
     const Image before = openPhoto(source)->image;
-    const Image after = *ImageTools::HealPimpleInImage(before, centerOf(before), 10, 10);
+    const Image after = repair(before);
     const FileSamples result = saved(after, source);
     ASSERT_EQ(result.bits, 16);
     ASSERT_EQ(result.perPixel, samples.perPixel);
@@ -118,6 +124,21 @@ TEST_P(DeepFiles, ANaturalRepairChangesOnlyRepairedPixels) {
     EXPECT_GT(touched, 20);
     EXPECT_GE(changed, touched);
     EXPECT_LE(changed, touched + touched / 4); // some change by less than an 8-bit level
+}
+
+TEST_P(DeepFiles, ANaturalRepairChangesOnlyRepairedPixels) {
+    expectOnlyRepairedPixelsChange(GetParam(), [](const Image& image) {
+        return *ImageTools::HealPimpleInImage(image, centerOf(image), 10, 10);
+    });
+}
+
+TEST_P(DeepFiles, AStrokeChangesOnlyRepairedPixels) {
+    expectOnlyRepairedPixelsChange(GetParam(), [](const Image& image) {
+        const Point centre = centerOf(image);
+        return repairAlong(image, std::vector<Point>{{centre.x - 8, centre.y}, {centre.x + 8, centre.y}}, 10,
+                           10)
+            ->image;
+    });
 }
 
 TEST_P(DeepFiles, AreSavedWith8BitsUnderAnEffect) {
