@@ -84,6 +84,10 @@ public:
         }
         markUnlikeSkin();
         m_blemish.isParted = touchesForeign();
+        forEachCell(m_disc, [&](int x, int y) {
+            if (insideDisc(x, y, 0) && m_foreign.at(x, y))
+                m_blemish.isAlone = false;
+        });
         m_blemish.foreign = std::move(m_foreignColor);
         return std::move(m_blemish);
     }

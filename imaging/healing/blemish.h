@@ -17,6 +17,7 @@ struct Blemish {
     CellMask unlikeSkin;   // cells near the disc that differ from the skin: the blemish and other things
     CellMask foreign;      // the subset that extends beyond the disc and is not part of the blemish
     bool isParted = false; // a foreign region touched it and was cut off
+    bool isAlone = true;   // there is no foreign region in the disc
     LogColor tint{};       // mean difference of the blemish's strong part from the skin
 };
 

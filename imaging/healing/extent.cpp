@@ -2,8 +2,10 @@
 #include "imaging/healing/extent.h"
 
 #include "imaging/healing/blemish_fit.h"
+#include "imaging/healing/lines.h"
 
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace complexion::healing {
@@ -37,6 +39,17 @@ constexpr float kMinStrengthBeside = 6; // minimum if not centred
 constexpr float kMuchStronger = 2;
 constexpr float kMinCovered = 0.3F; // fraction of the edit disc, if the blemish extends beyond it
 
+// A blemish that is found after a line was subtracted: its reach in radii, which is larger for a remainder of
+// the line, and its contrast compared with the one found before.
+constexpr float kMaxReachOnLine = 1.9F;
+constexpr float kSameContrast = 0.5F;
+// Limits if the blemish was clear before: its reach, the fraction of the rim that it covers, and the contrast
+// of the line in it, which is the logarithm of a ratio of green.
+constexpr float kMaxReachIfClear = 1.35F;
+constexpr float kRimOnLine = 0.08F;
+constexpr float kMinContrastOfLine = 0.25F;
+constexpr float kUnevenSkin = 0.1F; // standard deviation of skin that may be lit on one side only
+
 class Fitting {
 public:
     Fitting(const Image& image, const RepairDisc& clicked, std::int64_t threshold)
@@ -45,7 +58,10 @@ public:
     FittedFinding run() {
         for (;;) {
             m_refusal.reset();
-            if (std::optional<Trial> best = search()) {
+            std::optional<Trial> best = search();
+            if (!best || !isCertain(*best))
+                searchWithoutLines(best);
+            if (best) {
                 preferStronger(*best);
                 shrink(*best);
                 return *std::move(best);
@@ -79,6 +95,58 @@ private:
         if (best && best->disc.radius == m_clicked.radius && best->blemish.isParted)
             partFromFeature(best);
         return best;
+    }
+
+    /// Whether the blemish is found in the edit disc or a smaller one, and alone there.
+    bool isCertain(const Trial& trial) const {
+        return isClear(trial) && trial.blemish.isAlone && trial.blemish.model.spread() < kUnevenSkin &&
+               trial.disc.radius <= m_clicked.radius;
+    }
+
+    /// Repeats the search without what passes through the disc along a line, and prefers its result to `best`
+    /// if it is the same blemish on clearly more even skin.
+    void searchWithoutLines(std::optional<Trial>& best) {
+        SkinWindow window = readSkinWindow(m_image, m_clicked);
+        if (!subtractLines(window))
+            return;
+        const std::optional<Refusal> refusal = m_refusal;
+        const bool isPartOfFeature = m_isPartOfFeature;
+        m_subtractsLines = true;
+        std::optional<Trial> found = search();
+        m_refusal = refusal;
+        m_isPartOfFeature = isPartOfFeature;
+        m_subtractsLines = found && isBetterWithoutLines(*found, best);
+        if (m_subtractsLines)
+            best = std::move(found);
+    }
+
+    /// The difference between the line's brightest and darkest place in the blemish.
+    static float contrastOfLine(const Trial& trial) {
+        const CellMask& mask = trial.blemish.mask;
+        float least = std::numeric_limits<float>::max();
+        float most = std::numeric_limits<float>::lowest();
+        forEachCell(mask.rect(), [&](int x, int y) {
+            if (!mask.at(x, y))
+                return;
+            const float green = trial.window.lines.at(x, y)[1];
+            least = std::min(least, green);
+            most = std::max(most, green);
+        });
+        return most - least;
+    }
+
+    bool isBetterWithoutLines(const Trial& found, const std::optional<Trial>& best) const {
+        if (!found.window.hasLines() || !found.isCentered ||
+            found.strength < kWeak * scaleOfThreshold(m_threshold))
+            return false;
+        if (!best)
+            return found.rim <= kFreeRim && found.reach < kCompactReach * found.radius;
+        if (found.contrast < kSameContrast * best->contrast)
+            return false;
+        if (isClear(*best) && best->disc.radius <= m_clicked.radius)
+            return found.rim <= kRimOnLine && found.reach < kMaxReachIfClear * found.radius &&
+                   contrastOfLine(found) > kMinContrastOfLine;
+        return found.reach < kMaxReachOnLine * found.radius;
     }
 
     /// The strength below which a region is natural variation of the skin.
@@ -137,8 +205,10 @@ private:
     std::optional<Trial> look(const RepairDisc& disc, const RepairDisc& place) {
         if (disc.radius < std::min(kMinRadius, m_clicked.radius) || !disc.fitsInside(m_image.pixelSize()))
             return std::nullopt;
-        std::variant<Trial, Refusal> result =
-            tryDisc(readSkinWindow(m_image, disc), disc, place, m_threshold);
+        SkinWindow window = readSkinWindow(m_image, disc);
+        if (m_subtractsLines)
+            subtractLines(window);
+        std::variant<Trial, Refusal> result = tryDisc(std::move(window), disc, place, m_threshold);
         if (const Refusal* refusal = std::get_if<Refusal>(&result)) {
             if (disc.radius == m_clicked.radius)
                 m_refusal = *refusal;
@@ -175,8 +245,8 @@ private:
             const RepairDisc disc{static_cast<std::int64_t>(best.y), static_cast<std::int64_t>(best.x),
                                   std::max(kMinRadius, static_cast<std::int64_t>(std::ceil(fitting)))};
             std::optional<Trial> trial = look(disc, disc);
-            if (!trial || trial->radius < kSameBlemish * best.radius ||
-                trial->rim > std::max(best.rim, kFreeRim))
+            if (!trial || trial->window.hasLines() != best.window.hasLines() ||
+                trial->radius < kSameBlemish * best.radius || trial->rim > std::max(best.rim, kFreeRim))
                 return;
             best = *std::move(trial);
         }
@@ -188,6 +258,7 @@ private:
     std::optional<Refusal> m_refusal; // with the edit disc itself
     std::optional<Refusal> m_firstRefusal;
     std::optional<Refusal> m_poorFit; // why what the edit disc shows is no blemish; not a reason to go on
+    bool m_subtractsLines = false;    // from the windows that are searched
     bool m_isPartOfFeature = false;   // a higher threshold would find only a part of the feature
 };
 

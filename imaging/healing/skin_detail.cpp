@@ -281,9 +281,24 @@ bool isLikeSkin(const Separated& blemish, const Strength& around) {
            blemish.strongestHue < kMaxSpotHue * around.hue + kUnseenSpotHue;
 }
 
-} // namespace
+/// Adds the lines that were subtracted from the window. Where the painter reads detail, it reads them as
+/// well.
+void addLines(const SkinWindow& window, Restoration& result) {
+    if (!window.hasLines())
+        return;
+    const int dx = result.columns / window.step;
+    const int dy = result.rows / window.step;
+    const PixelRect& whole = window.lines.rect();
+    forEachCell(result.base.rect(), [&](int x, int y) {
+        const Cell& here = window.lines.at(x, y);
+        const Cell& there =
+            window.lines.at(std::clamp(x + dx, 0, whole.width - 1), std::clamp(y + dy, 0, whole.height - 1));
+        for (std::size_t c = 0; c < 3; ++c)
+            result.base.at(x, y)[c] += here[c] - result.gain * there[c];
+    });
+}
 
-Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
+Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
     const float scale = std::max(kMinDetailScale, kDetailScale * window.radius);
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const Separated own = separate(window, blemish, scale);
@@ -336,6 +351,14 @@ Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
         for (std::size_t c = 0; c < 3; ++c)
             base[c] -= result.gain * smooth[c];
     });
+    return result;
+}
+
+} // namespace
+
+Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
+    Restoration result = restoreFlat(window, blemish);
+    addLines(window, result);
     return result;
 }
 

@@ -28,6 +28,9 @@ public:
         return a[0] * red + a[1] * green + a[2] * blue;
     }
 
+    /// The robust standard deviation of the skin's green about the surface, on the logarithmic scale.
+    float spread() const { return m_spread[1]; }
+
 private:
     static constexpr std::size_t kTerms = 6;
     using Terms = std::array<double, kTerms>;

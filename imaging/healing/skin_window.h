@@ -22,6 +22,8 @@ struct SkinWindow {
     /// The variance of the pixels' grain in each cell, on the logarithmic scale; gradients do not count.
     /// Empty if a cell is one pixel.
     CellGrid<float> grain;
+    /// What was subtracted from the cells because it passes through the disc (lines.h). Empty if nothing was.
+    CellGrid<Cell> lines;
     float centerX = 0; // of the disc, in cells; whole numbers are the centres of cells
     float centerY = 0;
     float radius = 0; // in cells
@@ -32,6 +34,8 @@ struct SkinWindow {
         const float dy = static_cast<float>(y) - centerY;
         return std::sqrt(dx * dx + dy * dy) / radius;
     }
+
+    bool hasLines() const { return lines.rect().width > 0; }
 
     /// The cells within `radii` radii of the centre, as a rectangle.
     PixelRect around(float radii) const;
