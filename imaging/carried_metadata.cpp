@@ -28,8 +28,10 @@ void complete(FileContents& file, std::span<const std::shared_ptr<const Bytes>> 
         size += part->size();
     jpeg::setMultiPicturePlaces(start, size, kept);
     file.parts.front() = std::make_shared<const Bytes>(std::move(start));
-    for (const jpeg::KeptAttachment& one : kept)
-        file.parts.push_back(one.bytes);
+    for (const jpeg::KeptAttachment& one : kept) {
+        file.parts.push_back(jpeg::placedBytes(one, size));
+        size += one.bytes->size();
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/containers/jpeg_segments.h"
 #include "imaging/image_tools.h"
+#include "imaging/metadata/afcp_trailer.h"
 #include "imaging/metadata/samsung_trailer.h"
 #include "imaging/reading/picture_reading.h"
 
@@ -162,7 +163,8 @@ std::optional<Bytes> keptBytes(const jpeg::Attachment& attachment, const Image& 
     case Kind::Other:
         return Bytes(attachment.bytes.begin(), attachment.bytes.end());
     case Kind::Trailer:
-        return jpeg::withoutPictures(attachment.bytes);
+        return jpeg::isAfcp(attachment.bytes) ? jpeg::afcpWithoutPictures(attachment.bytes)
+                                              : jpeg::withoutPictures(attachment.bytes);
     case Kind::GainMap:
         return isEdit ? repairedGainMap(attachment.bytes, original->upright(), image, original->orientation())
                       : std::nullopt;

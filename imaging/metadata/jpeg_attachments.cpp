@@ -3,6 +3,7 @@
 
 #include "imaging/containers/jpeg_segments.h"
 #include "imaging/containers/tiff_structure.h"
+#include "imaging/metadata/afcp_trailer.h"
 #include "imaging/metadata/jpeg_xmp.h"
 #include "imaging/metadata/samsung_trailer.h"
 #include "imaging/metadata/xml_blanking.h"
@@ -253,8 +254,19 @@ std::vector<Attachment> attachments(ByteView file) {
     collector.addIndexed();
     collector.addItems(textOf(xmp));
     collector.addMovie();
-    collector.add({.kind = Kind::Trailer, .bytes = samsungTrailer(file.subspan(*end))});
+    const ByteView afcp = afcpTrailer(file, *end);
+    const ByteView rest = file.first(file.size() - afcp.size()).subspan(*end);
+    collector.add({.kind = Kind::Trailer, .bytes = samsungTrailer(rest)});
+    collector.add({.kind = Kind::Trailer, .bytes = afcp});
     return std::move(collector).sorted();
+}
+
+std::shared_ptr<const Bytes> placedBytes(const KeptAttachment& kept, std::uint64_t begin) {
+    if (kept.source.kind != Kind::Trailer || !isAfcp(*kept.bytes))
+        return kept.bytes;
+    auto placed = std::make_shared<Bytes>(*kept.bytes);
+    setAfcpPlace(*placed, begin);
+    return placed;
 }
 
 std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp) {

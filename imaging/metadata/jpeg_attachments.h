@@ -58,6 +58,9 @@ struct KeptAttachment {
 };
 using KeptAttachments = std::vector<KeptAttachment>;
 
+/// The bytes of the attachment at offset `begin` of the new file.
+std::shared_ptr<const Bytes> placedBytes(const KeptAttachment& kept, std::uint64_t begin);
+
 /// Returns `xmp`, the XMP packet of the attachments' file, with their new lengths and without the
 /// declarations of attachments that are not kept.
 std::string xmpWithAttachments(const KeptAttachments& kept, std::string_view xmp);

@@ -2,9 +2,9 @@
 #include "imaging/metadata/samsung_trailer.h"
 
 #include "imaging/containers/byte_order.h"
+#include "imaging/metadata/trailer_blocks.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -65,13 +65,6 @@ std::optional<Trailer> readTrailer(ByteView file) {
         trailer.blocks.push_back({entry, slice(file, begin - back, size)});
     }
     return trailer;
-}
-
-bool hasPicture(ByteView block) {
-    const std::string_view text = textOf(block);
-    return std::ranges::any_of(
-        std::array{"\xff\xd8\xff"sv, "\x89PNG"sv, "ftyp"sv},
-        [text](std::string_view start) { return text.find(start) != std::string_view::npos; });
 }
 
 } // namespace

@@ -44,6 +44,13 @@ def attribute(text, name):
     return found.group(1) if found else b""
 
 
+def archive_trailer_length(data):
+    """The length of an AFCP trailer at the very end; 0 if there is none."""
+    if data[-12:-8] not in (b"AXS!", b"AXS*"):
+        return 0
+    return len(data) - int.from_bytes(data[-8:-4], "big" if data[-9:-8] == b"!" else "little")
+
+
 def trailer_length(data):
     """The length of a Samsung trailer, which follows everything that is declared; 0 if there is none."""
     if not data.endswith(b"SEFT"):
@@ -67,7 +74,8 @@ def dangling(path):
     head = b"".join(payload for marker, _, payload in segments_of(data) if marker in (0xE1, 0xE2))
     items = [item for item in ITEM.findall(head) if attribute(item, b"Item:Semantic") != b"Primary"]
     lengths = [int(attribute(item, b"Item:Length") or 0) for item in items]
-    begin = len(data) - trailer_length(data) - sum(lengths)
+    declared = data[:len(data) - archive_trailer_length(data)]
+    begin = len(declared) - trailer_length(declared) - sum(lengths)
     for item, length in zip(items, lengths):
         if length and attribute(item, b"Item:Mime") == b"image/jpeg" and data[begin:begin + 2] != b"\xff\xd8":
             return "an item of the container directory is not where it should be"
