@@ -208,7 +208,7 @@ def examine(photo, root):
         folder = Path(name)
         pixels = None
         ended, report = run_session(photo, folder)
-        outcome.mebibytes = int(report.get("openMebibytes", 0))
+        outcome.mebibytes = max(int(report.get(name, 0)) for name in ("openMebibytes", "childMebibytes"))
         outcome.seconds = round(float(report.get("openSeconds", 0)), 3)
         if ended:
             outcome.result, outcome.why = ended.split(":")[0], ended

@@ -3,18 +3,22 @@
 // Usage: photo_session PHOTO FOLDER
 //
 // Runs one photo through the whole editor: opens it, clicks once in its centre, undoes, redoes, saves, and
-// opens the result. Writes measurements as lines of "name value" to FOLDER/report, the decoded pixels to
-// FOLDER/opened.rgba (8 bits each, premultiplied), and their profile to FOLDER/opened.icc.
+// opens the result. Files are decoded in children, as in the program. Writes measurements as lines of
+// "name value" to FOLDER/report, the decoded pixels to FOLDER/opened.rgba (8 bits each, premultiplied), and
+// their profile to FOLDER/opened.icc.
 #include "app/connections.h"
 #include "app/look.h"
 #include "imaging/base/lower_case.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/image_tools.h"
+#include "imaging/reading/picture_reading.h"
 #include "tests/fakes/fake_platform.h"
 #include "tests/fakes/manual_queues.h"
 #include "view/image_fit.h"
 
 #include <QApplication>
+
+#include <sys/resource.h>
 
 #include <chrono>
 #include <fstream>
@@ -59,6 +63,13 @@ long peakMebibytes() {
             return kibibytes / 1024;
         }
     return 0;
+}
+
+/// The peak resident memory of the largest child that has ended, in MiB.
+long childMebibytes() {
+    rusage usage = {};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss / 1024; // from KiB
 }
 
 std::vector<RGBA32> pixelsOf(const Image& image) {
@@ -245,11 +256,16 @@ private:
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    complexion::startReader();
     QApplication application(argc, argv);
     if (argc != 3) {
         std::cerr << "usage: photo_session PHOTO FOLDER\n";
         return 2;
     }
     complexion::applyLook(application, 1);
-    return complexion::Session(argv[2]).run(std::filesystem::absolute(argv[1]));
+    const int status = complexion::Session(argv[2]).run(std::filesystem::absolute(argv[1]));
+    complexion::installReader(nullptr); // ends the reader process
+    std::ofstream(std::filesystem::path(argv[2]) / "report", std::ios::app)
+        << "childMebibytes " << complexion::childMebibytes() << '\n';
+    return status;
 }

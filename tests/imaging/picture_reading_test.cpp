@@ -12,6 +12,8 @@
 #include "tests/imaging/hostile_files.h"
 
 #include <atomic>
+#include <cstdlib>
+#include <iostream>
 #include <optional>
 #include <thread>
 
@@ -207,6 +209,18 @@ TEST_F(PictureReading, GivesTheSameForHostileFiles) {
             expectSamePicture(*inChild, *here);
         expectSameSize(path);
     }
+}
+
+TEST_F(PictureReading, GivesTheSameForRealFiles) {
+    const char* const folder = std::getenv("COMPLEXION_TEST_PHOTOS");
+    if (folder == nullptr)
+        GTEST_SKIP() << "COMPLEXION_TEST_PHOTOS is not set";
+    int count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        if (entry.is_regular_file() && ++count)
+            expectSame(entry.path());
+    std::cout << count << " files compared\n";
+    EXPECT_GT(count, 0);
 }
 
 TEST_F(PictureReading, ReadsSeveralFilesAtOnce) {
