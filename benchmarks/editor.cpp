@@ -8,13 +8,14 @@
 #include <QCoreApplication>
 #include <QMouseEvent>
 
+#include <chrono>
 #include <cmath>
+#include <thread>
 
 namespace complexion::bench {
 
 namespace {
 
-constexpr QSize kWindowSize(1920, 1200);
 /// Low enough that even noise is repaired, which is the most work.
 constexpr float kThreshold = 1;
 constexpr int kSkinColumns = 11;
@@ -59,12 +60,12 @@ void DeferredQueues::runAll() {
     }
 }
 
-Editor::Editor()
+Editor::Editor(QSize window)
     : m_controller(std::make_shared<ViewController>(&m_window.rootView(), m_dialogs, m_platform, m_queues)) {
     connectWindow(m_window, *m_controller, m_dialogs);
     m_window.rootView().imageView()->installEventFilter(this);
     m_controller->sliderThreshold->setFloatValue(kThreshold);
-    m_window.resize(kWindowSize);
+    m_window.resize(window);
     m_window.show();
     paintNow();
 }
@@ -145,7 +146,7 @@ void Editor::undo() {
 }
 
 double Editor::drag(QPointF distance) {
-    const QPointF middle(kWindowSize.width() / 2.0, kWindowSize.height() / 2.0);
+    const QPointF middle = QRectF(QPointF(), m_window.size()).center();
     sendMouse(QEvent::MouseButtonPress, middle, Qt::LeftButton);
     const double seconds =
         paintedAfter([&] { sendMouse(QEvent::MouseMove, middle + distance, Qt::LeftButton); });
@@ -166,6 +167,23 @@ double Editor::paintedAfter(const std::function<void()>& work) {
     return seconds;
 }
 
+double Editor::rest() {
+    constexpr std::chrono::milliseconds kPause{1};
+    m_shownBefore.reset();
+    double seconds = 0;
+    while (m_controller->imageView->isProvisional()) {
+        std::this_thread::sleep_for(kPause);
+        m_paintings = 0;
+        const double step = secondsOf([] {
+            QCoreApplication::processEvents();    // refines
+            QCoreApplication::sendPostedEvents(); // and paints
+        });
+        if (m_paintings > 0)
+            seconds += step;
+    }
+    return seconds;
+}
+
 void Editor::zoomTo(double ratio) {
     const auto current = [this] {
         return m_controller->imageView->frame().width / m_window.rootView().width();
@@ -178,6 +196,7 @@ void Editor::zoomTo(double ratio) {
             break;
     }
     paintNow();
+    rest();
 }
 
 void Editor::setRadius(int radius) {
@@ -188,8 +207,8 @@ QPointF Editor::nextSkin(QPointF spacing) {
     const int column = m_skin % kSkinColumns;
     const int row = m_skin / kSkinColumns % kSkinRows;
     ++m_skin;
-    return {kWindowSize.width() / 2.0 + (column - kSkinColumns / 2) * spacing.x(),
-            kWindowSize.height() / 2.0 + (row - kSkinRows / 2) * spacing.y()};
+    return QRectF(QPointF(), m_window.size()).center() +
+           QPointF((column - kSkinColumns / 2) * spacing.x(), (row - kSkinRows / 2) * spacing.y());
 }
 
 } // namespace complexion::bench

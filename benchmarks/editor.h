@@ -58,10 +58,11 @@ private:
     std::deque<std::function<void()>> m_work;
 };
 
-/// The whole editor in its real window of 1920 × 1200 points, off screen.
+/// The whole editor in its real window, off screen.
 class Editor : public QObject {
 public:
-    Editor();
+    /// `window`: in points, which are device pixels.
+    explicit Editor(QSize window = {1920, 1200});
     ~Editor() override;
 
     ViewController& controller() { return *m_controller; }
@@ -86,7 +87,11 @@ public:
     /// Runs `work` and repaints. Returns the seconds for both.
     double paintedAfter(const std::function<void()>& work);
 
-    /// Zooms in about the centre until the zoom ratio is at least `ratio`.
+    /// Waits until all scaled pixels that a zoom shows at first are replaced. Returns the seconds spent on
+    /// painting.
+    double rest();
+
+    /// Zooms in about the centre until the zoom ratio is at least `ratio`, and rests.
     void zoomTo(double ratio);
 
     /// Sets the radius of the repairs, in pixels.

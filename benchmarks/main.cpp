@@ -38,6 +38,8 @@ int main(int argc, char** argv) {
     bench::addJournalRows();
     bench::addEffectRows();
     bench::addPaintingRows();
+    bench::addLargeScreenRows();
+    bench::addPixelCostRows();
     bench::addOpeningRows();
     bench::addSavingRows();
     bench::addMemoryRows();

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
 #include <cstdio>
 
 namespace complexion::bench {
@@ -15,11 +16,17 @@ namespace {
 
 constexpr double kMillisecondsPerSecond = 1000;
 
-template <class Values>
-double median(Values values) {
+/// The value below which `share` of `values` are, interpolated.
+double quantile(std::vector<double> values, double share) {
     std::ranges::sort(values);
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 != 0 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+    const double place = share * static_cast<double>(values.size() - 1);
+    const auto below = static_cast<std::size_t>(place);
+    const std::size_t above = std::min(below + 1, values.size() - 1);
+    return std::lerp(values[below], values[above], place - static_cast<double>(below));
+}
+
+double median(const std::vector<double>& values) {
+    return quantile(values, 0.5);
 }
 
 bool isWorse(double value, double than, const Goal& goal) {
@@ -42,6 +49,8 @@ void run(const Row& row, benchmark::State& state) {
     }
     const Samples::Medians medians = samples.worst(row.goal);
     state.counters["value"] = medians.value;
+    state.counters["value_low"] = medians.low;
+    state.counters["value_high"] = medians.high;
     state.counters["goal"] = row.goal.limit;
     state.counters["goal_is_minimum"] = row.goal.isMinimum ? 1 : 0;
     state.counters["subject_ms"] = medians.subject * kMillisecondsPerSecond;
@@ -109,14 +118,18 @@ void Samples::add(double subject, double reference, int variant) {
 std::map<int, Samples::Medians> Samples::all() const {
     std::map<int, Medians> all;
     for (const auto& [variant, pairs] : m_variants) {
-        const auto medianOf = [&pairs = pairs](const auto& part) {
+        const auto each = [&pairs = pairs](const auto& part) {
             std::vector<double> parts;
             std::ranges::transform(pairs, std::back_inserter(parts), part);
-            return median(parts);
+            return parts;
         };
-        all[variant] = {medianOf([](const Pair& pair) { return pair.subject / pair.reference; }),
-                        medianOf([](const Pair& pair) { return pair.subject; }),
-                        medianOf([](const Pair& pair) { return pair.reference; })};
+        const std::vector<double> ratios =
+            each([](const Pair& pair) { return pair.subject / pair.reference; });
+        all[variant] = {.value = median(ratios),
+                        .subject = median(each([](const Pair& pair) { return pair.subject; })),
+                        .reference = median(each([](const Pair& pair) { return pair.reference; })),
+                        .low = quantile(ratios, 0.25),
+                        .high = quantile(ratios, 0.75)};
     }
     return all;
 }

@@ -35,6 +35,8 @@ public:
         double value = 0;
         double subject = 0;
         double reference = 0;
+        double low = 0; ///< the quartiles of the ratio
+        double high = 0;
     };
     Medians worst(const Goal& goal) const;
     /// The medians of each variant.
@@ -75,6 +77,8 @@ void addClickRows();
 void addStateRows();
 void addEffectRows();
 void addPaintingRows();
+void addLargeScreenRows();
+void addPixelCostRows();
 void addOpeningRows();
 void addSavingRows();
 void addMemoryRows();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/box.h"
 
+#include "view/painting_cache.h"
+
 #include <QPainter>
 
 namespace complexion {
@@ -14,6 +16,7 @@ constexpr double kHairlineAlpha = 0.08; // of the text colour
 
 Box::Box(QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_NoMousePropagation);
+    new PaintingCache(this); // the box owns it
 }
 
 void Box::setAlpha(double alpha) {

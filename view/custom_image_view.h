@@ -50,6 +50,9 @@ public:
     Frame frame() const { return m_frame; }
     void setFrame(const Frame& frame);
 
+    /// Whether pixels painted at another scale are shown, until their successors are painted.
+    bool isProvisional() const { return m_kept[m_current].frame.isProvisional(); }
+
     /// Maps pixels of the image to the widget's top-down coordinates. Requires an image.
     QTransform pixelsToWidget() const;
 

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/painted_frame.h"
 
+#include "imaging/base/parallel.h"
 #include "view/image_painter.h"
 
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -19,6 +21,10 @@ constexpr double kMaxPhaseError = 1e-3; // device pixels
 /// steps.
 constexpr qint64 kMinProvisionalArea = 1'500'000;
 constexpr int kTileSide = 256;
+/// Rows that are scaled before they are drawn: few enough to stay in the L2 cache.
+constexpr int kStripRows = 128;
+constexpr int kRowsPerTask = 32;
+constexpr qint64 kMinParallelArea = 65'536; // device pixels; below, one thread is faster
 /// A change affects device pixels within this distance, because scaling blends neighbours.
 constexpr int kChangeMargin = 3;
 
@@ -49,6 +55,38 @@ int distance(const QRect& rect, QPoint point) {
     const QPoint nearest(std::clamp(point.x(), rect.left(), rect.right()),
                          std::clamp(point.y(), rect.top(), rect.bottom()));
     return (nearest - point).manhattanLength();
+}
+
+/// The pixels at the centres of `count` pixels from `begin` on, in an image of `extent` pixels that is
+/// `scale` times as fine.
+std::vector<int> nearestPixels(int begin, int count, double scale, double offset, int extent) {
+    std::vector<int> pixels(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+        pixels[static_cast<std::size_t>(i)] =
+            std::clamp(static_cast<int>(std::floor((begin + i + 0.5) * scale + offset)), 0, extent - 1);
+    return pixels;
+}
+
+/// Fills `target` with the pixels of `source` at the crossings of `columns` and the first `rows`.
+void scaleRows(const QImage& source, std::span<const int> columns, std::span<const int> rows,
+               QImage& target) {
+    const int height = std::min(target.height(), static_cast<int>(rows.size()));
+    uchar* const out = target.bits();
+    const auto scaleTask = [&](int task) {
+        for (int y = task * kRowsPerTask; y < std::min(height, (task + 1) * kRowsPerTask); ++y) {
+            const auto* from =
+                reinterpret_cast<const QRgb*>(source.constScanLine(rows[static_cast<std::size_t>(y)]));
+            auto* to = reinterpret_cast<QRgb*>(out + y * target.bytesPerLine());
+            for (const int column : columns)
+                *to++ = from[column];
+        }
+    };
+    const int tasks = (height + kRowsPerTask - 1) / kRowsPerTask;
+    if (qint64{height} * target.width() >= kMinParallelArea)
+        parallelFor(tasks, scaleTask);
+    else
+        for (int task = 0; task < tasks; ++task)
+            scaleTask(task);
 }
 
 /// An alias of the pixels (not a copy) with another device pixel ratio.
@@ -140,14 +178,22 @@ QRectF PaintedFrame::planeToPainter(const QRect& onPlane) const {
     return m_toDevice.inverted().mapRect(QRectF(onPlane.translated(m_origin)));
 }
 
-void PaintedFrame::drawStandIn(QPainter& painter, const QTransform& toPainter, const QRegion& onPlane) const {
+void PaintedFrame::drawStandIn(QPainter& painter, const QRegion& onPlane) const {
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    const QTransform fromPlane = (m_standInToPixels * m_toPlane).inverted();
     for (const QRect& rect : onPlane) {
-        painter.save();
-        painter.setClipRect(planeToPainter(rect), Qt::IntersectClip);
-        painter.setTransform(m_standInToPixels * toPainter, true);
-        painter.drawImage(0, 0, m_standIn);
-        painter.restore();
+        const std::vector<int> columns =
+            nearestPixels(rect.left(), rect.width(), fromPlane.m11(), fromPlane.dx(), m_standIn.width());
+        const std::vector<int> rows =
+            nearestPixels(rect.top(), rect.height(), fromPlane.m22(), fromPlane.dy(), m_standIn.height());
+        QImage strip(rect.width(), std::min(rect.height(), kStripRows), m_standIn.format());
+        for (int begin = 0; begin < rect.height(); begin += kStripRows) {
+            const int height = std::min(kStripRows, rect.height() - begin);
+            scaleRows(m_standIn, columns, std::span(rows).subspan(static_cast<std::size_t>(begin)), strip);
+            const QRect part(rect.x(), rect.y() + begin, rect.width(), height);
+            painter.drawImage(planeToPainter(part).topLeft(), withRatio(strip, m_toDevice.m11()),
+                              QRectF(QPointF(), part.size()));
+        }
     }
 }
 
@@ -185,7 +231,7 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
         const QRectF standInOnPlane =
             (m_standInToPixels * m_toPlane).mapRect(QRectF(m_standIn.rect())).adjusted(1, 1, -1, -1);
         const QRegion scaled = missing & standInOnPlane.toAlignedRect();
-        drawStandIn(painter, toPainter, scaled);
+        drawStandIn(painter, scaled);
         missing -= scaled;
     }
     for (const QRect& rect : missing)

@@ -51,7 +51,7 @@ private:
     void keepStandIn();
     void resizePixels();
     void render(const Image& image, const QRect& onPlane);
-    void drawStandIn(QPainter& painter, const QTransform& toPainter, const QRegion& onPlane) const;
+    void drawStandIn(QPainter& painter, const QRegion& onPlane) const;
     void drawPixels(QPainter& painter, const QRegion& onPlane) const;
     QRectF planeToPainter(const QRect& onPlane) const;
 

@@ -224,6 +224,28 @@ TEST_F(LargeView, ZoomingInShowsScaledPixelsUntilTheNewOnesArePainted) {
     EXPECT_LE(largestDifference(kept(image, larger), fresh(image, larger)), 1);
 }
 
+TEST_F(LargeView, ScaledPixelsAreInPlace) {
+    // Two levels from pixel to pixel: a shift by one would show.
+    const Image slope = painted({2400, 1600}, [](int row, int column) {
+        const auto triangle = [](int x) { return static_cast<std::uint8_t>(std::abs(x * 2 % 400 - 200)); };
+        return RGBA32(triangle(row), triangle(column), triangle(row + column), 255);
+    });
+    for (const double screenRatio : {1.0, 1.5, 2.0})
+        for (const bool in : {true, false}) {
+            ratio = screenRatio;
+            frame.clear();
+            const double scale = 1 / ratio;
+            const QTransform from = placed(scale, {-100.3, -60.7});
+            const QTransform to = in ? placed(1.1 * scale, {-190.1, -116}) : placed(0.95 * scale, {-55, -33});
+            kept(slope, from);
+            const QImage scaled = kept(slope, to);
+            ASSERT_TRUE(frame.isProvisional());
+            EXPECT_LE(largestDifference(scaled, fresh(slope, to)), 4) << "ratio " << ratio;
+            refineAll(slope);
+            EXPECT_EQ(kept(slope, to), fresh(slope, to)) << "ratio " << ratio;
+        }
+}
+
 TEST_F(LargeView, ZoomingOutPaintsOnlyWhatWasNotVisible) {
     kept(image, larger);
     counter->takeCount();

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/app/window_fixture.h"
+#include "tests/fakes/active_window.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QPixmapCache>
+
+namespace complexion {
+namespace {
+
+/// The boxes over the photo are painted from a cache.
+class OverlayPainting : public WindowTest {
+protected:
+    OverlayPainting() {
+        open();
+        test::activate(window); // which repaints all controls
+        QApplication::processEvents();
+    }
+
+    /// Moves the photo, as in the middle of a drag.
+    void pan() {
+        Frame frame = photo().frame();
+        frame.x += 3;
+        photo().setFrame(frame);
+        QApplication::processEvents();
+    }
+
+    QImage shown() { return window.grab().toImage(); }
+
+    /// Checks that `change` is visible, even if the photo moves in the same frame.
+    void expectPainted(const char* what, const std::function<void()>& change) {
+        const QImage before = box->grab().toImage();
+        change();
+        pan();
+        const QImage after = box->grab().toImage();
+        EXPECT_NE(before, after) << what;
+        const QImage whole = shown();
+        QPixmapCache::clear();
+        EXPECT_EQ(whole, shown()) << what;
+    }
+
+    QWidget* box = &bar();
+};
+
+TEST_F(OverlayPainting, NoControlIsPaintedWhileThePhotoMoves) {
+    class Counter : public QObject {
+    public:
+        int paintings = 0;
+
+    protected:
+        bool eventFilter(QObject*, QEvent* event) override {
+            paintings += event->type() == QEvent::Paint;
+            return false;
+        }
+    };
+    Counter counter;
+    for (Box* overlay : window.findChildren<Box*>())
+        for (QWidget* control : overlay->findChildren<QWidget*>())
+            control->installEventFilter(&counter);
+    // Not at first: the toolkit animates controls that have just been enabled.
+    const auto isPaintedWithoutControls = [&] {
+        counter.paintings = 0;
+        for (int i = 0; i < 5; ++i)
+            pan();
+        return counter.paintings == 0;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isPaintedWithoutControls));
+}
+
+TEST_F(OverlayPainting, AChangeOfASettingIsVisibleWhileThePhotoMoves) {
+    expectPainted("field", [&] { bar().textFieldEditAreaSize->setText(QStringLiteral("12")); });
+    expectPainted("threshold", [&] { bar().sliderThreshold->setFloatValue(63); });
+    expectPainted("repair", [&] { bar().comboRepair->setCurrentIndex(1); });
+    expectPainted("repair", [&] { bar().comboRepair->setCurrentIndex(0); });
+    expectPainted("autodetection", [&] { bar().checkAutodetectColor->toggle(); });
+    expectPainted("color", [&] { bar().colorWellCustomColor->setColor(Qt::green); });
+    expectPainted("pipette", [&] { bar().pipette->toggle(); });
+    expectPainted("effect", [&] { bar().comboEffect->setCurrentIndex(3); });
+    expectPainted("focus", [&] { bar().sliderThreshold->setFocus(); });
+    expectPainted("group", [&] { bar().comboEffect->setEnabled(false); });
+    expectPainted("alpha", [&] { bar().setAlpha(0.5); });
+    expectPainted("size", [&] { window.resize(700, 600); });
+    expectPainted("text size", [&] {
+        QFont font = QApplication::font();
+        font.setPixelSize(font.pixelSize() + 2);
+        bar().textFieldEditAreaSize->setFont(font);
+    });
+}
+
+TEST_F(OverlayPainting, AChangeOfAButtonIsVisibleWhileThePhotoMoves) {
+    for (Box* overlay : window.findChildren<Box*>()) {
+        auto* const button = overlay->findChild<QAbstractButton*>();
+        // Any movement enables the zoom's button again.
+        if (overlay == &bar() || overlay == window.contents().boxZoom || !button || !overlay->isVisible())
+            continue;
+        box = overlay;
+        const std::string name = overlay->objectName().toStdString();
+        button->setEnabled(true);
+        pan();
+        expectPainted(name.c_str(), [&] { button->setDown(true); });
+        expectPainted(name.c_str(), [&] { button->setDown(false); });
+        expectPainted(name.c_str(), [&] { button->setEnabled(false); });
+    }
+    box = window.contents().boxZoom;
+    expectPainted("zoom", [&] { controller->OnZoomIn(nullptr); });
+}
+
+} // namespace
+} // namespace complexion
