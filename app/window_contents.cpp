@@ -35,6 +35,12 @@ int centredBesideRail(int length, int width) {
     return std::max((width - length) / 2, std::min(kRailSpace, width - kEdge - length));
 }
 
+/// Even an unchanged geometry would have the toolkit paint the widget again.
+void place(QWidget& widget, const QRect& geometry) {
+    if (widget.geometry() != geometry)
+        widget.setGeometry(geometry);
+}
+
 } // namespace
 
 WindowContents::WindowContents(RootView* root, const Actions& actions)
@@ -89,11 +95,12 @@ void WindowContents::arrange() {
     const int width = m_root->width();
     const int height = m_root->height();
     const QSize bar = boxEditSettings->arrange({width - kRailSpace - kEdge, height});
-    boxEditSettings->setGeometry(centredBesideRail(bar.width(), width), height - kEdge - bar.height(),
-                                 bar.width(), bar.height());
+    place(*boxEditSettings,
+          {QPoint(centredBesideRail(bar.width(), width), height - kEdge - bar.height()), bar});
     const QSize line = notice->sizeFor(width - kRailSpace - kEdge);
-    notice->setGeometry(centredBesideRail(line.width(), width), boxEditSettings->y() - kGap - line.height(),
-                        line.width(), line.height());
+    place(
+        *notice,
+        {QPoint(centredBesideRail(line.width(), width), boxEditSettings->y() - kGap - line.height()), line});
     arrangeRail();
     arrangeCards(
         QRect(QPoint(kRailSpace, kEdge), QPoint(width - kEdge - 1, boxEditSettings->y() - kEdge - 1)));
@@ -119,10 +126,10 @@ void WindowContents::arrangeRail() {
                           .groupGap = between(kLowRail.groupGap, kUsualRail.groupGap)};
     const int height = heightOf(sizes);
     int y = std::max(kEdge, (m_root->height() - height) / 2);
-    m_railBackground->setGeometry(kEdge, y, kRailBoxSize, height);
+    place(*m_railBackground, {kEdge, y, kRailBoxSize, height});
     for (const std::vector<Box*>& group : groups) {
         for (Box* box : group) {
-            box->setGeometry(kEdge, y, kRailBoxSize, sizes.box);
+            place(*box, {kEdge, y, kRailBoxSize, sizes.box});
             y += sizes.box + sizes.gap;
         }
         y += sizes.groupGap - sizes.gap;
@@ -161,7 +168,7 @@ void WindowContents::arrangeCards(QRect area) {
     // Slightly above the middle.
     int top = area.top() + std::max(0, (area.height() - heightOf(cards.size())) * 9 / 20);
     for (std::size_t i = 0; i < cards.size(); ++i) {
-        cards[i]->setGeometry(left, top, cardWidth, sizes[i].height());
+        place(*cards[i], {left, top, cardWidth, sizes[i].height()});
         cards[i]->layout()->activate(); // its labels may have changed within the same size
         top += sizes[i].height() + kEdge;
     }

@@ -43,29 +43,55 @@ protected:
     QWidget* box = &bar();
 };
 
-TEST_F(OverlayPainting, NoControlIsPaintedWhileThePhotoMoves) {
-    class Counter : public QObject {
-    public:
-        int paintings = 0;
+/// Counts the paintings of all controls in some boxes.
+class PaintingCounter : public QObject {
+public:
+    void watch(const QWidget& box) {
+        for (QWidget* control : box.findChildren<QWidget*>())
+            control->installEventFilter(this);
+    }
+    int takeCount() { return std::exchange(m_count, 0); }
 
-    protected:
-        bool eventFilter(QObject*, QEvent* event) override {
-            paintings += event->type() == QEvent::Paint;
-            return false;
-        }
-    };
-    Counter counter;
-    for (Box* overlay : window.findChildren<Box*>())
-        for (QWidget* control : overlay->findChildren<QWidget*>())
-            control->installEventFilter(&counter);
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        m_count += event->type() == QEvent::Paint;
+        return false;
+    }
+
+private:
+    int m_count = 0;
+};
+
+TEST_F(OverlayPainting, NoControlIsPaintedWhileThePhotoMoves) {
+    PaintingCounter counter;
+    for (const Box* overlay : window.findChildren<Box*>())
+        counter.watch(*overlay);
     // Not at first: the toolkit animates controls that have just been enabled.
     const auto isPaintedWithoutControls = [&] {
-        counter.paintings = 0;
+        counter.takeCount();
         for (int i = 0; i < 5; ++i)
             pan();
-        return counter.paintings == 0;
+        return counter.takeCount() == 0;
     };
     EXPECT_TRUE(QTest::qWaitFor(isPaintedWithoutControls));
+}
+
+TEST_F(OverlayPainting, OnlyTheScaleIsPaintedWhileThePhotoIsZoomed) {
+    controller->OnZoomIn(nullptr); // enables a button
+    PaintingCounter scale;
+    PaintingCounter others;
+    for (const Box* overlay : window.findChildren<Box*>())
+        (overlay == window.contents().boxZoom ? scale : others).watch(*overlay);
+    const auto isOnlyTheScalePainted = [&] {
+        scale.takeCount();
+        others.takeCount();
+        controller->OnZoomIn(nullptr);
+        QApplication::processEvents();
+        controller->OnZoomOut(nullptr);
+        QApplication::processEvents();
+        return others.takeCount() == 0 && scale.takeCount() == 2;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isOnlyTheScalePainted));
 }
 
 TEST_F(OverlayPainting, AChangeOfASettingIsVisibleWhileThePhotoMoves) {
