@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_compressor.h"
 
-#include "imaging/codecs/jpeg_errors.h"
 #include "imaging/codecs/jpeg_output.h"
 #include "imaging/codecs/jpeg_scan.h"
 #include "imaging/containers/jpeg_segments.h"
@@ -10,7 +9,6 @@ namespace complexion::jpeg {
 
 namespace {
 
-constexpr int kQuality = 100;
 /// A restart interval is the smallest unit that can be encoded again on its own.
 constexpr int kBlockRowsPerInterval = 1;
 static_assert(kBlockRowHeight == DCTSIZE);
@@ -18,82 +16,60 @@ static_assert(kBlockRowHeight == DCTSIZE);
 constexpr std::size_t kExpectedBytesPerPixel = 1;
 constexpr std::size_t kHeaderSpace = 4096;
 
-/// libjpeg's encoder for one picture. A failed step leaves its message in `error()`.
+/// Encodes the pixels of one picture. A failed step leaves its message in `error()`.
 class Compressor {
 public:
-    Compressor(PixelSize size, std::size_t expectedBytes) : m_size(size), m_destination(expectedBytes) {
-        m_info.err = &m_errors;
-    }
-    ~Compressor() { jpeg_destroy_compress(&m_info); }
-    Compressor(const Compressor&) = delete;
-    Compressor& operator=(const Compressor&) = delete;
+    Compressor(PixelSize size, std::size_t expectedBytes) : m_size(size), m_encoder(expectedBytes) {}
 
     /// Sets all parameters. If `tables` is null, the library computes the optimal Huffman codes.
     bool configure(ColorSpace colorSpace, const CodingTables* tables) {
-        return m_errors.guard.run([&] {
-            jpeg_create_compress(&m_info);
-            m_info.dest = &m_destination;
-            m_info.image_width = static_cast<JDIMENSION>(m_size.width);
-            m_info.image_height = static_cast<JDIMENSION>(m_size.height);
-            m_info.input_components = sizeof(RGBA32);
-            m_info.in_color_space = JCS_EXT_XBGR;
-            jpeg_set_defaults(&m_info);
-            jpeg_set_colorspace(&m_info, colorSpace == ColorSpace::Rgb ? JCS_RGB : JCS_YCbCr);
-            jpeg_set_quality(&m_info, kQuality, TRUE);
+        return m_encoder.run([&] {
+            m_encoder.create(m_size, sizeof(RGBA32), JCS_EXT_XBGR);
+            m_encoder.configure(colorSpace == ColorSpace::Rgb ? JCS_RGB : JCS_YCbCr, tables);
             // At quality 100 the rounding of the integer DCT matters: the float DCT loses a tenth less, makes
             // files a twentieth smaller and is as fast.
-            m_info.dct_method = JDCT_FLOAT;
-            for (int i = 0; i < m_info.num_components; ++i)
-                m_info.comp_info[i].h_samp_factor = m_info.comp_info[i].v_samp_factor = 1;
-            setDensity(&m_info);
-            m_info.optimize_coding = tables == nullptr;
-            if (tables != nullptr)
-                setHuffmanCodes(&m_info, *tables);
+            info().dct_method = JDCT_FLOAT;
+            for (int i = 0; i < info().num_components; ++i)
+                info().comp_info[i].h_samp_factor = info().comp_info[i].v_samp_factor = 1;
         });
     }
 
     bool start(ByteView icc, int rowsPerInterval) {
-        const Bytes exif = m_info.write_JFIF_header ? Bytes() : exifOfDensity();
-        return m_errors.guard.run([&] {
-            m_info.restart_in_rows = rowsPerInterval;
-            jpeg_start_compress(&m_info, TRUE);
-            if (!exif.empty())
-                jpeg_write_marker(&m_info, marker::app(1), exif.data(), static_cast<unsigned>(exif.size()));
-            if (!icc.empty())
-                jpeg_write_icc_profile(&m_info, icc.data(), static_cast<unsigned>(icc.size()));
+        const Bytes exif = info().write_JFIF_header ? Bytes() : exifOfDensity();
+        return m_encoder.run([&] {
+            info().restart_in_rows = rowsPerInterval;
+            jpeg_start_compress(&info(), TRUE);
+            m_encoder.writeSegments(exif, icc);
         });
     }
 
     bool writeRow(const RGBA32* row) {
-        return m_errors.guard.run([&] {
-            // The library's interface is not const-correct.
-            auto* samples = reinterpret_cast<JSAMPROW>(const_cast<RGBA32*>(row));
-            jpeg_write_scanlines(&m_info, &samples, 1);
-        });
+        return m_encoder.run([&] { writeScanline(row); });
     }
 
     bool writeAllRows(const RGBA32* rows) {
-        return m_errors.guard.run([&] {
-            while (m_info.next_scanline < m_info.image_height) {
-                auto* samples = reinterpret_cast<JSAMPROW>(
-                    const_cast<RGBA32*>(rows + std::size_t{m_info.next_scanline} * m_info.image_width));
-                jpeg_write_scanlines(&m_info, &samples, 1);
-            }
-            jpeg_finish_compress(&m_info);
+        return m_encoder.run([&] {
+            while (info().next_scanline < info().image_height)
+                writeScanline(rows + std::size_t{info().next_scanline} * info().image_width);
+            jpeg_finish_compress(&info());
         });
     }
 
-    ByteView written() const { return m_destination.written(); }
-
-    CodingTables tables() const { return huffmanCodesOf(m_info); }
-
-    Error error() const { return m_errors.error(); }
+    ByteView written() const { return m_encoder.written(); }
+    CodingTables tables() const { return m_encoder.tables(); }
+    Error error() const { return m_encoder.error(); }
 
 private:
+    jpeg_compress_struct& info() { return m_encoder.info(); }
+
+    void writeScanline(const RGBA32* row) {
+        // The library's interface is not const-correct.
+        auto* samples = reinterpret_cast<JSAMPROW>(const_cast<RGBA32*>(row));
+        jpeg_write_scanlines(&info(), &samples, 1);
+    }
+
     PixelSize m_size;
-    MemoryDestination m_destination;
-    ErrorHandler m_errors;
-    jpeg_compress_struct m_info = {};
+    LibraryEncoder m_encoder;
 };
 
 std::size_t expectedBytes(PixelSize size) {

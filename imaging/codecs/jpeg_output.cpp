@@ -15,6 +15,8 @@ namespace complexion::jpeg {
 
 namespace {
 
+/// The quality at which all quantisation table entries are 1.
+constexpr int kQuality = 100;
 /// Size of the headers without a profile.
 constexpr std::size_t kHeaderSpace = 4096;
 
@@ -74,25 +76,50 @@ void MemoryDestination::grow(j_compress_ptr codec, std::size_t used) {
     free_in_buffer = capacity - used;
 }
 
-void setHuffmanCodes(j_compress_ptr codec, const CodingTables& tables) {
-    for (std::size_t i = 0; i < 2; ++i) {
-        setCode(codec, &codec->dc_huff_tbl_ptrs[i], tables.dc[i]);
-        setCode(codec, &codec->ac_huff_tbl_ptrs[i], tables.ac[i]);
+LibraryEncoder::LibraryEncoder(std::size_t expectedSize) : m_destination(expectedSize) {
+    m_info.err = &m_errors;
+}
+
+LibraryEncoder::~LibraryEncoder() {
+    jpeg_destroy_compress(&m_info);
+}
+
+void LibraryEncoder::create(PixelSize size, int components, J_COLOR_SPACE colorSpace) {
+    jpeg_create_compress(&m_info);
+    m_info.dest = &m_destination;
+    m_info.image_width = static_cast<JDIMENSION>(size.width);
+    m_info.image_height = static_cast<JDIMENSION>(size.height);
+    m_info.input_components = components;
+    m_info.in_color_space = colorSpace;
+    jpeg_set_defaults(&m_info);
+}
+
+void LibraryEncoder::configure(J_COLOR_SPACE stored, const CodingTables* tables) {
+    jpeg_set_colorspace(&m_info, stored);
+    jpeg_set_quality(&m_info, kQuality, TRUE);
+    m_info.density_unit = 1; // per inch
+    m_info.X_density = m_info.Y_density = kDotsPerInch;
+    m_info.optimize_coding = tables == nullptr;
+    for (std::size_t i = 0; tables != nullptr && i < 2; ++i) {
+        setCode(&m_info, &m_info.dc_huff_tbl_ptrs[i], tables->dc[i]);
+        setCode(&m_info, &m_info.ac_huff_tbl_ptrs[i], tables->ac[i]);
     }
 }
 
-CodingTables huffmanCodesOf(const jpeg_compress_struct& codec) {
+void LibraryEncoder::writeSegments(ByteView exif, ByteView icc) {
+    if (!exif.empty())
+        jpeg_write_marker(&m_info, marker::app(1), exif.data(), static_cast<unsigned>(exif.size()));
+    if (!icc.empty())
+        jpeg_write_icc_profile(&m_info, icc.data(), static_cast<unsigned>(icc.size()));
+}
+
+CodingTables LibraryEncoder::tables() const {
     CodingTables tables;
     for (std::size_t i = 0; i < 2; ++i) {
-        tables.dc[i] = codeOf(*codec.dc_huff_tbl_ptrs[i]);
-        tables.ac[i] = codeOf(*codec.ac_huff_tbl_ptrs[i]);
+        tables.dc[i] = codeOf(*m_info.dc_huff_tbl_ptrs[i]);
+        tables.ac[i] = codeOf(*m_info.ac_huff_tbl_ptrs[i]);
     }
     return tables;
-}
-
-void setDensity(j_compress_ptr codec) {
-    codec->density_unit = 1; // per inch
-    codec->X_density = codec->Y_density = kDotsPerInch;
 }
 
 Bytes exifOfDensity() {

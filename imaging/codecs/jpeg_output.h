@@ -2,11 +2,9 @@
 #pragma once
 
 #include "imaging/base/files.h"
+#include "imaging/base/geometry.h"
+#include "imaging/codecs/jpeg_errors.h"
 #include "imaging/codecs/jpeg_tables.h"
-
-#include <cstdio> // jpeglib.h needs it
-
-#include <jpeglib.h>
 
 namespace complexion::jpeg {
 
@@ -31,14 +29,39 @@ private:
     std::size_t capacity;
 };
 
-/// Sets the encoder's Huffman codes. Call inside a guarded step.
-void setHuffmanCodes(j_compress_ptr codec, const CodingTables& tables);
+/// libjpeg's encoder for one file in memory. A failed step leaves its message in `error()`.
+class LibraryEncoder {
+public:
+    explicit LibraryEncoder(std::size_t expectedSize);
+    ~LibraryEncoder();
+    LibraryEncoder(const LibraryEncoder&) = delete;
+    LibraryEncoder& operator=(const LibraryEncoder&) = delete;
 
-/// The encoder's Huffman codes.
-CodingTables huffmanCodesOf(const jpeg_compress_struct& codec);
+    /// Calls `step`, as JumpGuard::run. The functions up to the next comment are for use in a step only.
+    template <class Step>
+    [[nodiscard]] bool run(const Step& step) {
+        return m_errors.guard.run(step);
+    }
+    /// Begins with the library's default parameters.
+    void create(PixelSize size, int components, J_COLOR_SPACE colorSpace);
+    /// Sets the parameters of all files but thumbnails: quality 100, the density, and Huffman codes, which
+    /// the library optimises if `tables` is null.
+    void configure(J_COLOR_SPACE stored, const CodingTables* tables);
+    /// After the start: an EXIF segment and a profile, unless empty.
+    void writeSegments(ByteView exif, ByteView icc);
 
-/// Sets the file's density. Call inside a guarded step, before the encoder starts.
-void setDensity(j_compress_ptr codec);
+    // At any time.
+    jpeg_compress_struct& info() { return m_info; }
+    ByteView written() const { return m_destination.written(); }
+    /// The Huffman codes.
+    CodingTables tables() const;
+    Error error() const { return m_errors.error(); }
+
+private:
+    MemoryDestination m_destination;
+    ErrorHandler m_errors;
+    jpeg_compress_struct m_info = {};
+};
 
 /// The payload of an EXIF segment with our density, for files without a JFIF segment.
 Bytes exifOfDensity();
