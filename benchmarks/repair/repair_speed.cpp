@@ -4,8 +4,9 @@
 //
 // Measures the repairs of a synthetic blemish at several radii, in milliseconds, and OpenCV's seamless
 // cloning of the same box if OpenCV is installed. They run alternately, so that load on the machine affects
-// all of them.
+// all of them. Then measures strokes along a hair.
 #include "imaging/image_tools.h"
+#include "imaging/repairs.h"
 
 #ifdef COMPLEXION_HAS_OPENCV
 #include <opencv2/photo.hpp>
@@ -134,6 +135,35 @@ void measure(int radius) {
     std::printf("%s\n", repairs ? "" : "   NOT REPAIRED");
 }
 
+/// A stroke of 100 pixels and one of 1000 along a hair.
+void measureStrokes() {
+    constexpr int kRadius = 10;
+    const Image skin = skinWithBlemish(kRadius);
+    std::vector<RGBA32> pixels(static_cast<std::size_t>(kPictureSize.area()));
+    skin.read({0, 0, kPictureSize.width, kPictureSize.height}, pixels.data(), kPictureSize.width);
+    constexpr int kRow = 400;
+    for (int x = 0; x < kPictureSize.width; ++x)
+        pixels[static_cast<std::size_t>(kRow + x / 4) * kPictureSize.width + static_cast<std::size_t>(x)] = {
+            60, 45, 40, 255};
+    const Image image = Image::fromPixels(kPictureSize, pixels);
+    std::printf("\nstroke, radius %d\nlength      wall     processor\n", kRadius);
+    for (const int length : {100, 1000}) {
+        std::vector<Point> path;
+        for (int x = 700; x <= 700 + length; x += 4)
+            path.push_back({x + 0.5, kPictureSize.height - kRow - x / 4.0 - 0.5});
+        Times times;
+        bool repairs = true;
+        for (int i = 0; i < kRuns; ++i)
+            times.measure([&] {
+                const auto result = repairAlong(image, path, kRadius, 10);
+                repairs = repairs && result && result->outcome == RepairOutcome::Repaired;
+            });
+        std::printf("%6d  ", length);
+        times.print();
+        std::printf("%s\n", repairs ? "" : "   NOT REPAIRED");
+    }
+}
+
 } // namespace
 } // namespace complexion
 
@@ -143,4 +173,5 @@ int main() {
                 complexion::kRuns);
     for (const int radius : {10, 20, 32, 50, 100, 150})
         complexion::measure(radius);
+    complexion::measureStrokes();
 }

@@ -3,13 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace complexion::healing {
 
 namespace {
 
-constexpr float kFar = std::numeric_limits<float>::max();
+constexpr float kFar = 1e9F; // pixels
 
 } // namespace
 
@@ -108,10 +107,11 @@ void StrokeBand::measure(const Segment& segment, bool isFirst, bool isLast) {
             const float along = std::clamp(wanted, 0.0F, segment.length);
             const float offX = dx - along * segment.direction.x;
             const float offY = dy - along * segment.direction.y;
-            const float distance = std::sqrt(offX * offX + offY * offY);
+            const float square = offX * offX + offY * offY;
             Pixel& pixel = m_pixels[row.first + static_cast<std::size_t>(x - row.x)];
-            if (distance >= std::abs(pixel.across))
+            if (square >= pixel.across * pixel.across)
                 continue;
+            const float distance = std::sqrt(square);
             const float side = dx * -segment.direction.y + dy * segment.direction.x;
             pixel = {.along = segment.along + along,
                      .across = side < 0 ? -distance : distance,

@@ -61,7 +61,8 @@ private:
             if (!m_band.isInside(i) || !m_isKnown[i])
                 return;
             m_mask.difference[i] = m_skin.deviations(minus(m_smooth[i], m_skin.even(pixel)));
-            m_mask.crossedDifference[i] = m_skin.deviations(minus(m_smooth[i], m_skin.crossed(pixel)));
+            if (std::abs(pixel.across) <= m_radius)
+                m_mask.crossedDifference[i] = m_skin.deviations(minus(m_smooth[i], m_skin.crossed(pixel)));
         });
     }
 

@@ -19,10 +19,11 @@ constexpr float kLocalWindow =
 constexpr int kMinLocalWindow = 3; // these pixels
 constexpr float kNearDetail = 1.7F; // distances from the path to the middle of the detail that is copied
 constexpr float kFarDetail = 2.3F;
-constexpr float kPlainSkin = 2.6F; // standard deviations: smaller differences are texture
-constexpr float kUnusable = 14;    // the same, for pixels from which no detail can be copied
-constexpr int kMeanReach = 2;      // pixels: half the side of the square that detail is relative to
-constexpr int kRounds = 60;        // of the membrane's relaxation
+constexpr float kPlainSkin = 2.6F;   // standard deviations: smaller differences are texture
+constexpr float kUnusable = 14;      // the same, for pixels from which no detail can be copied
+constexpr int kMeanReach = 2;        // pixels: half the side of the square that detail is relative to
+constexpr int kMinRounds = 10;       // of the membrane's relaxation, and
+constexpr float kRoundsPerPixel = 2; // of the radius
 constexpr float kRelaxation = 1.7F;
 constexpr float kOuterShare = 0.5F; // opacity just outside of the repaired pixels
 
@@ -53,25 +54,36 @@ public:
     }
 
 private:
+    /// The colours blurred by the weights 1 2 1 in both directions.
     std::vector<LogColor> smoothed(const StrokePixels& pixels) const {
+        std::vector<Cell> sums(m_band.size(), Cell{}); // of three pixels of a row
+        for (const StrokeBand::Row& row : m_band.rows())
+            for (int x = 0; x < row.count; ++x)
+                for (int dx = std::max(-1, -x); dx <= std::min(1, row.count - 1 - x); ++dx)
+                    addWeighted(pixels, row.first + static_cast<std::size_t>(x + dx), dx == 0 ? 2 : 1,
+                                sums[row.first + static_cast<std::size_t>(x)]);
         std::vector<LogColor> result = pixels.colors;
         m_band.forEachPixel([&](int x, int y, std::size_t i) {
-            LogColor sum{};
-            float total = 0;
-            for (int dy = -1; dy <= 1; ++dy)
-                for (int dx = -1; dx <= 1; ++dx) {
-                    const std::size_t at = m_band.indexAt(x + dx, y + dy);
-                    if (at == StrokeBand::kNone || !pixels.isKnown[at])
-                        continue;
-                    const float weight = (dx == 0 ? 2.0F : 1.0F) * (dy == 0 ? 2.0F : 1.0F);
-                    total += weight;
-                    for (std::size_t c = 0; c < 3; ++c)
-                        sum[c] += weight * pixels.colors[at][c];
-                }
-            for (std::size_t c = 0; c < 3 && total > 0; ++c)
-                result[i][c] = sum[c] / total;
+            Cell sum{};
+            for (int dy = -1; dy <= 1; ++dy) {
+                const std::size_t at = dy == 0 ? i : m_band.indexAt(x, y + dy);
+                if (at == StrokeBand::kNone)
+                    continue;
+                for (std::size_t c = 0; c < sum.size(); ++c)
+                    sum[c] += (dy == 0 ? 2.0F : 1.0F) * sums[at][c];
+            }
+            for (std::size_t c = 0; c < 3 && sum[kWeight] > 0; ++c)
+                result[i][c] = sum[c] / sum[kWeight];
         });
         return result;
+    }
+
+    static void addWeighted(const StrokePixels& pixels, std::size_t i, float weight, Cell& sum) {
+        if (!pixels.isKnown[i])
+            return;
+        for (std::size_t c = 0; c < 3; ++c)
+            sum[c] += weight * pixels.colors[i][c];
+        sum[kWeight] += weight;
     }
 
     static LogColor minus(const LogColor& a, const LogColor& b) {
@@ -159,7 +171,8 @@ private:
             }
             open.push_back(cell);
         });
-        for (int round = 0; round < kRounds; ++round)
+        const int rounds = kMinRounds + static_cast<int>(kRoundsPerPixel * m_radius);
+        for (int round = 0; round < rounds; ++round)
             for (const auto& cell : open)
                 for (std::size_t c = 0; c < 3; ++c) {
                     const float mean = (membrane[cell[1]][c] + membrane[cell[2]][c] + membrane[cell[3]][c] +

@@ -74,7 +74,7 @@ void StrokeSkin::takeSides(const StrokeBand& band, const std::vector<LogColor>& 
         if (!isBeside(pixel, kSidesFrom * m_radius, kSidesTo * m_radius))
             continue;
         const std::size_t side = pixel.across < 0 ? 0 : 1;
-        const std::size_t place = std::min(static_cast<std::size_t>(pixel.along + 0.5F), places - 1);
+        const std::size_t place = std::min(static_cast<std::size_t>(std::lround(pixel.along)), places - 1);
         for (std::size_t c = 0; c < 3; ++c)
             m_crossed[side][place][c] += colors[i][c];
         ++weights[side][place];
