@@ -70,45 +70,60 @@ SaveFilePanel::SaveFilePanel(const SavePanel& panel, const std::filesystem::path
     propose(shownName(panel.nameFieldStringValue));
 }
 
-std::function<FilePanel::Action()> SaveFilePanel::check(const std::filesystem::path& typed) {
+SaveFilePanel::Target
+SaveFilePanel::targetAt(const std::filesystem::path& typed, const std::vector<std::string>& extensions,
+                        const Guarded& guarded,
+                        const std::function<FileKind(const std::filesystem::path&)>& kindOf) {
+    const std::string missing = missingExtension(QFile::decodeName(typed.c_str()), extensions).toStdString();
     std::filesystem::path path = typed;
-    path += missingExtension(QFile::decodeName(typed.c_str()), m_extensions).toStdString();
-    return [this, typed, path, kindOf = access().kindOf, guarded = m_guarded]() -> Action {
-        if (!typed.has_filename() || kindOf(typed) == FileKind::Folder)
-            return [this, typed] { enter(typed); };
-        const FileKind kind = kindOf(path);
-        if (kind == FileKind::Folder)
-            return [this, path] { enter(path); };
-        const Target target{.path = path,
-                            .exists = kind == FileKind::File,
-                            .isSource = kind == FileKind::File && isSameFile(path, guarded.source),
-                            .isInPrivateFolder = !guarded.privateFolder.empty() &&
-                                                 isSameFile(path.parent_path(), guarded.privateFolder)};
-        return [this, target] { save(target); };
-    };
+    path += missing;
+    const FileKind kind = kindOf(path);
+    return {.path = path,
+            .isCompleted = !missing.empty(),
+            .isFolder = kind == FileKind::Folder,
+            .exists = kind == FileKind::File,
+            .isSource = kind == FileKind::File && isSameFile(path, guarded.source),
+            .isInPrivateFolder =
+                !guarded.privateFolder.empty() && isSameFile(path.parent_path(), guarded.privateFolder)};
+}
+
+std::function<FilePanel::Action()> SaveFilePanel::check(const std::filesystem::path& typed) {
+    return
+        [this, typed, extensions = m_extensions, kindOf = access().kindOf, guarded = m_guarded]() -> Action {
+            if (!typed.has_filename() || kindOf(typed) == FileKind::Folder)
+                return [this, typed] { enter(typed); };
+            const Target target = targetAt(typed, extensions, guarded, kindOf);
+            if (target.isFolder)
+                return [this, target] { enter(target.path); };
+            return [this, target] { save(target); };
+        };
 }
 
 void SaveFilePanel::save(const Target& target) {
     if (nameField()->text() != withExtension(nameField()->text(), m_extensions))
         nameField()->setText(withExtension(nameField()->text(), m_extensions));
-    if (target.isInPrivateFolder)
-        m_dialogs.runAlert(
+    if (mayWrite(target, /*mustAsk*/ true, m_dialogs))
+        choose(target.path);
+}
+
+bool SaveFilePanel::mayWrite(const Target& target, bool mustAsk, Dialogs& dialogs) {
+    if (target.isInPrivateFolder) {
+        dialogs.runAlert(
             {.messageText = "",
              .informativeText = QT_TRANSLATE_NOOP(
                  "Alerts", "This folder is emptied when Complexion ends. Please choose another one."),
              .style = AlertStyle::Warning,
              .buttons = {"OK"}});
-    else if (!target.exists || mayReplace(target))
-        choose(target.path);
-}
-
-bool SaveFilePanel::mayReplace(const Target& target) {
+        return false;
+    }
+    if (!target.exists || !mustAsk)
+        return true;
     const QString question = target.isSource
                                  ? tr("“%1” is the photo that you opened. Saving here replaces it for "
                                       "good. Do you want to replace it?")
                                  : tr("“%1” already exists. Do you want to replace it?");
     const int answer =
-        m_dialogs.runAlert(yesNoQuestion(question.arg(shownName(target.path.filename())).toStdString()));
+        dialogs.runAlert(yesNoQuestion(question.arg(shownName(target.path.filename())).toStdString()));
     return answer != kSecondButton;
 }
 

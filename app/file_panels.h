@@ -38,22 +38,32 @@ public:
         /// A folder that is deleted when the program ends: nothing is saved in it. Empty for none.
         std::filesystem::path privateFolder;
     };
+    /// A path to write to.
+    struct Target {
+        std::filesystem::path path; // with the extension
+        bool isCompleted = false;   // the extension was added
+        bool isFolder = false;
+        bool exists = false; // as a file
+        bool isSource = false;
+        bool isInPrivateFolder = false;
+    };
+
     SaveFilePanel(const SavePanel& panel, const std::filesystem::path& folder, Guarded guarded,
                   Dialogs& dialogs, QWidget* parent = nullptr, FileAccess access = {});
+
+    /// Adds a missing extension to a path, and looks at what is there. May block; thread-safe.
+    static Target targetAt(const std::filesystem::path& typed, const std::vector<std::string>& extensions,
+                           const Guarded& guarded,
+                           const std::function<FileKind(const std::filesystem::path&)>& kindOf);
+    /// Refuses the private folder with an alert, and asks before a file is replaced unless `mustAsk` is
+    /// false.
+    static bool mayWrite(const Target& target, bool mustAsk, Dialogs& dialogs);
 
 protected:
     std::function<Action()> check(const std::filesystem::path& typed) override;
 
 private:
-    /// A path to write to.
-    struct Target {
-        std::filesystem::path path;
-        bool exists = false;
-        bool isSource = false;
-        bool isInPrivateFolder = false;
-    };
     void save(const Target& target);
-    bool mayReplace(const Target& target);
 
     std::vector<std::string> m_extensions;
     Guarded m_guarded;

@@ -3,11 +3,13 @@
 
 #include "app/alert_dialog.h"
 #include "app/file_panels.h"
+#include "app/portal_panel.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QStandardPaths>
 
+#include <optional>
 #include <utility>
 
 namespace complexion {
@@ -17,22 +19,35 @@ WindowDialogs::WindowDialogs(QWidget* window, std::function<std::filesystem::pat
     : m_window(window), m_source(std::move(source)), m_privateFolder(std::move(privateFolder)) {}
 
 int WindowDialogs::runAlert(const Alert& alert) {
-    // An alert that a panel shows belongs to that panel.
-    QWidget* const parent = QApplication::activeModalWidget();
-    AlertDialog dialog(alert, parent ? parent : m_window.data());
+    // An alert that a panel shows belongs to that panel, if it is on the screen.
+    QWidget* const panel = QApplication::activeModalWidget();
+    const bool isShown = panel && !panel->testAttribute(Qt::WA_DontShowOnScreen);
+    AlertDialog dialog(alert, isShown ? panel : m_window.data());
     dialog.exec();
     return dialog.answer();
 }
 
 PanelAnswer WindowDialogs::runOpenPanel(const OpenPanel& panel) {
+    if (PortalPanel::isWanted()) {
+        PortalPanel portal(panel, startFolder(), *this, m_window);
+        const int result = portal.exec();
+        if (!portal.isUnavailable())
+            return answerOf(result, portal.chosenPath());
+    }
     OpenFilePanel dialog(panel, startFolder(), *this, m_window);
     const int result = dialog.exec();
     return answerOf(result, dialog.chosenPath());
 }
 
 PanelAnswer WindowDialogs::runSavePanel(const SavePanel& panel) {
-    SaveFilePanel dialog(panel, startFolder(), {.source = m_source(), .privateFolder = m_privateFolder},
-                         *this, m_window);
+    const SaveFilePanel::Guarded guarded{.source = m_source(), .privateFolder = m_privateFolder};
+    if (PortalPanel::isWanted()) {
+        PortalPanel portal(panel, startFolder(), guarded, *this, m_window);
+        const int result = portal.exec();
+        if (!portal.isUnavailable())
+            return answerOf(result, portal.chosenPath());
+    }
+    SaveFilePanel dialog(panel, startFolder(), guarded, *this, m_window);
     const int result = dialog.exec();
     return answerOf(result, dialog.chosenPath());
 }
@@ -50,6 +65,8 @@ std::filesystem::path WindowDialogs::startFolder() const {
 PanelAnswer WindowDialogs::answerOf(int result, const std::filesystem::path& chosen) {
     if (result != QDialog::Accepted)
         return {};
+    if (chosen.empty())
+        return {.confirmed = true, .url = std::nullopt};
     m_lastFolder = chosen.parent_path();
     return {.confirmed = true, .url = chosen};
 }

@@ -17,7 +17,7 @@ build=(
 # A virtual display, and tools to control the window on it.
 window=(
     xvfb openbox xdotool wmctrl x11-utils imagemagick dbus at-spi2-core
-    python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core
+    python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core xdg-desktop-portal-gtk
 )
 tests=(
     libgtest-dev libgmock-dev libimage-exiftool-perl
@@ -44,7 +44,7 @@ done
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
     cat >&2 <<'END'
 setup: this system does not use Debian packages. Complexion needs a C++20 compiler, CMake 3.25, Ninja, pkg-config,
-Qt 6.4 or later (Gui, Widgets, Svg with its image plug-in, Linguist tools), libjpeg-turbo, libpng, libtiff, giflib,
+Qt 6.4 or later (Gui, Widgets, DBus, Svg with its image plug-in, Linguist tools), libjpeg-turbo, libpng, libtiff, giflib,
 cgif, libimagequant, ISA-L, zlib, Little CMS 2 and libseccomp; its tests also need GoogleTest. Install these, then run:
 
     cmake --preset release -DCOMPLEXION_TESTS=OFF -DCOMPLEXION_WERROR=OFF

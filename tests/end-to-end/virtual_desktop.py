@@ -75,7 +75,7 @@ class VirtualDesktop:
     def _start(self):
         runtime = self.folder / "runtime"
         runtime.mkdir(mode=0o700, exist_ok=True)
-        for name in ("WAYLAND_DISPLAY", "LANGUAGE"):
+        for name in ("WAYLAND_DISPLAY", "LANGUAGE", "XDG_CURRENT_DESKTOP"):  # the last asks for the desktop's panels
             os.environ.pop(name, None)
         # Tests find controls by their English names.
         os.environ.update(LC_ALL="C.UTF-8", XDG_RUNTIME_DIR=str(runtime), QT_QPA_PLATFORM="xcb",
