@@ -122,6 +122,11 @@ void connectPhotoInput(MainWindow& window, ViewController& controller) {
     QObject::connect(input, &PhotoInput::sizeStepped, &controller, &ViewController::StepEditAreaSize);
     QObject::connect(input, &PhotoInput::thresholdStepped, &controller, &ViewController::StepThreshold);
     QObject::connect(input, &PhotoInput::panned, &controller, &ViewController::MovePhoto);
+    const TouchInput* touch = &window.touchInput();
+    QObject::connect(touch, &TouchInput::pointed, aim, &Aim::pointAt);
+    QObject::connect(touch, &TouchInput::zoomed, &controller, &ViewController::ZoomAbout);
+    QObject::connect(touch, &TouchInput::panned, &controller, &ViewController::MovePhoto);
+    QObject::connect(&window.stylusInput(), &StylusInput::erased, window.actions().undo, &QAction::trigger);
     QObject::connect(aim, &Aim::placeChanged, &window.photoInput(),
                      [&window, aim] { window.photoInput().setPointerHidden(aim->place().has_value()); });
     const auto announce = [view = window.rootView().imageView()](const QString& text) {

@@ -43,7 +43,9 @@ MainWindow::MainWindow()
       m_blemishMarks(new BlemishMarks(m_root->imageView())),
       m_strokeOutline(new StrokeOutline(m_root->imageView())),
       m_editDisc(new EditDisc(m_root->imageView())),
-      m_photoInput(new PhotoInput(m_root->imageView())) {
+      m_photoInput(new PhotoInput(m_root->imageView())),
+      m_touchInput(new TouchInput(m_root->imageView())),
+      m_stylusInput(new StylusInput(m_root->imageView())) {
     setCentralWidget(m_root);
     setMenuBar(new MenuBar);
     setContextMenuPolicy(Qt::NoContextMenu);

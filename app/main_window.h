@@ -7,6 +7,8 @@
 #include "app/photo_input.h"
 #include "app/root_view.h"
 #include "app/sign.h"
+#include "app/stylus_input.h"
+#include "app/touch_input.h"
 #include "app/window_contents.h"
 #include "view/blemish_marks.h"
 #include "view/edit_disc.h"
@@ -34,6 +36,8 @@ public:
     StrokeOutline& strokeOutline() const { return *m_strokeOutline; }
     EditDisc& editDisc() const { return *m_editDisc; }
     PhotoInput& photoInput() const { return *m_photoInput; }
+    TouchInput& touchInput() const { return *m_touchInput; }
+    StylusInput& stylusInput() const { return *m_stylusInput; }
     const Menus& menus() const { return *m_menus; }
 
     /// Updates the title, which names the photo, and the commands.
@@ -57,6 +61,8 @@ private:
     StrokeOutline* m_strokeOutline;
     EditDisc* m_editDisc; // above the marks and the stroke
     PhotoInput* m_photoInput;
+    TouchInput* m_touchInput;
+    StylusInput* m_stylusInput;
     std::optional<Menus> m_menus;
     bool m_hasAppeared = false;
 };

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/photo_input.h"
 
-#include "editor/zoom_frame.h"
-
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -153,18 +151,11 @@ bool PhotoInput::handleWheel(QWheelEvent& event) {
 
 bool PhotoInput::handleGesture(const QNativeGestureEvent& event) {
     if (event.gestureType() == Qt::BeginNativeGesture)
-        m_pinchScale = 1;
+        m_pinch.begin();
     if (event.gestureType() != Qt::ZoomNativeGesture)
         return false;
-    m_pinchScale *= 1 + event.value();
-    while (m_pinchScale >= kZoomInFactor) {
-        m_pinchScale /= kZoomInFactor;
-        Q_EMIT zoomed(inRootView(event.position()), 1);
-    }
-    while (m_pinchScale > 0 && m_pinchScale <= kZoomOutFactor) {
-        m_pinchScale /= kZoomOutFactor;
-        Q_EMIT zoomed(inRootView(event.position()), -1);
-    }
+    if (const int steps = m_pinch.add(1 + event.value()); steps != 0)
+        Q_EMIT zoomed(inRootView(event.position()), steps);
     return true;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/pinch_steps.h"
 #include "imaging/base/geometry.h"
 #include "view/custom_image_view.h"
 #include "view/wheel_notches.h"
@@ -65,7 +66,7 @@ private:
     CustomImageView* m_view;
     QPointF m_lastPosition;
     std::optional<Qt::MouseButton> m_panButton; // while panning
-    double m_pinchScale = 1;                    // accumulated, less than a zoom step
+    PinchSteps m_pinch;
     WheelNotches m_wheel;
     Qt::KeyboardModifiers m_wheelModifiers; // of the last wheel event
     bool m_isSpaceHeld = false;

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <QPointF>
+#include <QWidget>
+
+#include <optional>
+
+class QTabletEvent;
+
+namespace complexion {
+
+/// A stylus over the photo. Its tip is the left mouse button, which the toolkit does by itself, as it does
+/// hovering. Its barrel button is the middle mouse button, which moves the photo, with the tip up or down. A
+/// tap of its other end, the eraser, emits `erased`.
+class StylusInput : public QObject {
+    Q_OBJECT
+
+public:
+    /// Installs an event filter on `view`.
+    explicit StylusInput(QWidget* view);
+
+Q_SIGNALS:
+    void erased();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    // Handlers return whether the event is consumed. The toolkit makes mouse events of all others.
+    bool handleEraser(const QTabletEvent& event);
+    bool handlePen(const QTabletEvent& event);
+    void sendMouse(QEvent::Type type, const QTabletEvent& event, bool isDown);
+
+    QWidget* m_view;
+    std::optional<QPointF> m_erasing;        // where the eraser was pressed
+    std::optional<Qt::MouseButton> m_barrel; // the barrel button that is held
+};
+
+} // namespace complexion
