@@ -2,6 +2,7 @@
 
 // Measures the speed table. ./bench documents the arguments.
 #include "app/look.h"
+#include "benchmarks/growth.h"
 #include "benchmarks/memory.h"
 #include "benchmarks/portraits.h"
 #include "benchmarks/table.h"
@@ -10,8 +11,12 @@
 
 #include <QApplication>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <iterator>
 #include <string_view>
+#include <vector>
 
 using namespace complexion;
 
@@ -29,10 +34,19 @@ int main(int argc, char** argv) {
     if (argc == 4 && std::string_view(argv[1]) == "--peak")
         return bench::measurePeak(argv[2], argv[3]);
     if (argc < 2) {
-        std::fputs("usage: speed FOLDER [NAME|MEGAPIXELS]...\n", stderr);
+        std::fputs("usage: speed FOLDER [NAME|MEGAPIXELS]...\n       speed FOLDER --growth [MEGAPIXELS]...\n",
+                   stderr);
         return 2;
     }
     bench::setFolder(argv[1]);
+    if (argc > 2 && std::string_view(argv[2]) == "--growth") {
+        std::vector<int> megapixels;
+        std::transform(argv + 3, argv + argc, std::back_inserter(megapixels),
+                       [](const char* word) { return std::atoi(word); });
+        if (megapixels.empty())
+            megapixels = {12, 24, 50, 100, 200};
+        return bench::measureGrowth(megapixels);
+    }
     bench::addClickRows();
     bench::addStateRows();
     bench::addJournalRows();

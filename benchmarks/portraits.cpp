@@ -2,6 +2,7 @@
 #include "benchmarks/portraits.h"
 
 #include "benchmarks/references.h"
+#include "imaging/base/fatal.h"
 #include "imaging/base/orientation.h"
 #include "imaging/base/parallel.h"
 #include "imaging/containers/tiff_structure.h"
@@ -224,8 +225,12 @@ PixelSize portraitSize(int megapixels) {
         return {4000, 6000};
     case 50:
         return {5792, 8688};
-    default:
+    case 100:
         return {8742, 11656};
+    case 200:
+        return {12248, 16330};
+    default:
+        fatal("no portrait of this size");
     }
 }
 

@@ -6,6 +6,7 @@
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
+#include "benchmarks/written.h"
 #include "imaging/image_tools.h"
 
 #include <unistd.h>
@@ -29,27 +30,59 @@ public:
         m_editor.controller().OnEffectSelected(&effects);
     }
 
-    double save() {
+    struct Saved {
+        double seconds = 0;
+        double bytes = 0; ///< of the file
+    };
+    Saved save() {
         m_editor.controller().originalImage().dropCachesUnlessShared(Image());
         const std::filesystem::path target = folder() / "saved.jpg";
-        const double seconds = secondsOf([&] { m_editor.save(target); });
+        Saved saved;
+        saved.seconds = secondsOf([&] { m_editor.save(target); });
+        saved.bytes = static_cast<double>(std::filesystem::file_size(target));
         std::filesystem::remove(target);
-        return seconds;
+        return saved;
     }
 
 private:
     Editor m_editor;
 };
 
+/// The time, for information: most of it depends on the disk.
 Row saveAgainstLibrary(const std::string& name, int megapixels, Kind kind) {
-    return {.name = rowName(name, megapixels), .goal = atMost(1), .rounds = 5, .prepare = [=]() -> Round {
+    return {.name = rowName(name, megapixels), .goal = noGoal(), .rounds = 5, .prepare = [=]() -> Round {
                 const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
                 return [picture, bytes = encodeWithLibjpeg(*picture),
                         saving = std::make_shared<Saving>(megapixels, kind)](Samples& samples) {
                     ::sync(); // writes the pending data of other rows first
                     const double reference =
                         0.65 * encodeJpegSeconds(*picture) + 2.2 * writeSeconds(bytes, Flush::Yes);
-                    samples.add(saving->save(), reference);
+                    samples.add(saving->save().seconds, reference);
+                };
+            }};
+}
+
+/// The bytes written in order to save, by those of the file.
+Row writtenBytes(int megapixels) {
+    return {.name = rowName("save_jpeg_written", megapixels),
+            .goal = atMost(1.01),
+            .rounds = 3,
+            .prepare = [=]() -> Round {
+                return [saving = std::make_shared<Saving>(megapixels, Kind::Jpeg)](Samples& samples) {
+                    const double before = written().bytes;
+                    const Saving::Saved saved = saving->save();
+                    samples.add(written().bytes - before, saved.bytes);
+                };
+            }};
+}
+
+/// How often saving flushes a file or folder to the disk: the new file, and the folder with its name.
+Row flushes() {
+    return {.name = "save_jpeg_flushes", .goal = atMost(2), .rounds = 3, .prepare = []() -> Round {
+                return [saving = std::make_shared<Saving>(12, Kind::Jpeg)](Samples& samples) {
+                    const double before = written().flushes;
+                    (void)saving->save();
+                    samples.add(written().flushes - before, 1);
                 };
             }};
 }
@@ -130,9 +163,9 @@ Row saveWithEffect(int megapixels) {
                 return [saving = std::make_shared<Saving>(megapixels, Kind::Jpeg)](Samples& samples) {
                     ::sync();
                     saving->setEffect(0);
-                    const double reference = saving->save();
+                    const double reference = saving->save().seconds;
                     saving->setEffect(1);
-                    samples.add(saving->save(), reference);
+                    samples.add(saving->save().seconds, reference);
                 };
             }};
 }
@@ -144,8 +177,10 @@ void addSavingRows() {
         addRow(saveAgainstLibrary("save_jpeg", megapixels, Kind::Jpeg));
         addRow(saveAgainstLibrary("save_jpeg_turned", megapixels, Kind::JpegTurned));
         addRow(saveProcessorTime(megapixels));
+        addRow(writtenBytes(megapixels));
         addRow(saveWithEffect(megapixels));
     }
+    addRow(flushes());
     addRow(fileGrowth());
 }
 

@@ -63,7 +63,7 @@ void run(const Row& row, benchmark::State& state) {
     state.counters["round_processor_ms"] = median(processor) * kMillisecondsPerSecond;
 }
 
-/// Prints each row as `name value goal ok|SHORT`.
+/// Prints each row as `name value goal ok|SHORT`, or as `name value` if it has no goal.
 class TablePrinter final : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override {
@@ -82,6 +82,10 @@ public:
             const bool isMinimum = counter("goal_is_minimum") != 0;
             const bool isMet = !isWorse(counter("value"), counter("goal"), {0, isMinimum});
             m_allMet = m_allMet && isMet;
+            if (std::isinf(counter("goal"))) {
+                std::printf("%-26s %10.4g\n", run.run_name.function_name.c_str(), counter("value"));
+                continue;
+            }
             std::printf("%-26s %10.4g %2s %7.4g %s\n", run.run_name.function_name.c_str(), counter("value"),
                         isMinimum ? ">=" : "<=", counter("goal"), isMet ? "ok" : "SHORT");
             std::fflush(stdout);

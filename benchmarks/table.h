@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 #include <map>
 #include <string>
 #include <vector>
@@ -20,6 +21,11 @@ constexpr Goal atMost(double limit) {
 
 constexpr Goal atLeast(double limit) {
     return {limit, true};
+}
+
+/// For a value that is only shown.
+constexpr Goal noGoal() {
+    return {std::numeric_limits<double>::infinity(), false};
 }
 
 /// The measurements of one row: ratios of a subject to its reference. Both are measured in direct succession,

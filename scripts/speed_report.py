@@ -7,6 +7,7 @@ Usage: speed_report.py compare OLD.json NEW.json     print the rows that became 
 """
 
 import json
+import math
 import re
 import sys
 from pathlib import Path
@@ -63,11 +64,12 @@ def readme(json_path, readme_path):
             return match[0]
         row = measured[name]
         sign = "≥" if row["goal_is_minimum"] else "≤"
-        return f"| `{name}` | {meaning} | {sign} {row['goal']:g} | {shown(row['value'])} |"
+        goal = "–" if math.isinf(row["goal"]) else f"{sign} {row['goal']:g}"
+        return f"| `{name}` | {meaning} | {goal} | {shown(row['value'])} |"
 
     path = Path(readme_path)
     text = path.read_text(encoding="utf-8")
-    row = r"^\| `(?P<name>[^`]+)` \| (?P<meaning>[^|]+) \| [≤≥] [^|]+ \| [^|]+ \|$"
+    row = r"^\| `(?P<name>[^`]+)` \| (?P<meaning>[^|]+) \| (?:[≤≥] [^|]+|–) \| [^|]+ \|$"
     path.write_text(re.sub(row, updated, text, flags=re.MULTILINE), encoding="utf-8")
     for name in missing:
         print(f"{name} has not been measured; its line stays as it is.", file=sys.stderr)
