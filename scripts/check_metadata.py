@@ -1,8 +1,10 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Fails if the AppStream metadata lacks what software centres ask for beyond the format's own rules: short summaries in
-every language of the program, brand colours for light and dark, small pictures that exist, and release notes."""
+every language of the program, brand colours for light and dark, small pictures that exist, and release notes. Also if
+the Flatpak has another name or command, or a permission for the network or for files."""
 
+import json
 import sys
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
@@ -11,6 +13,8 @@ from PIL import Image
 
 ROOT = Path(__file__).resolve().parent.parent
 IMAGES = ROOT / "docs/images"
+FLATPAK = ROOT / "packaging/flatpak/org.complexion.complexion.json"
+PERMISSIONS = {"--socket=wayland", "--socket=fallback-x11", "--share=ipc", "--device=dri"}
 LANGUAGE = "{http://www.w3.org/XML/1998/namespace}lang"
 MAX_SUMMARY = 35  # characters
 MAX_PICTURE = (1000, 700)  # pixels
@@ -41,10 +45,21 @@ def wrong_with(component):
             yield f"no notes for release {release.get('version')}"
 
 
+def wrong_with_flatpak(component, manifest):
+    if manifest["id"] != component.findtext("id"):
+        yield f"the id is {manifest['id']}, not {component.findtext('id')}"
+    if manifest["command"] != component.findtext("provides/binary"):
+        yield f"the command is {manifest['command']}"
+    for permission in set(manifest["finish-args"]) - PERMISSIONS:
+        yield f"has {permission}"
+
+
 def main():
     file, = sys.argv[1:]
-    wrong = list(wrong_with(ElementTree.parse(file).getroot()))
-    print(*(f"{file}: {line}" for line in wrong), sep="\n", end="\n" if wrong else "", file=sys.stderr)
+    component = ElementTree.parse(file).getroot()
+    wrong = [f"{file}: {line}" for line in wrong_with(component)]
+    wrong += [f"{FLATPAK.name}: {line}" for line in wrong_with_flatpak(component, json.loads(FLATPAK.read_text()))]
+    print(*wrong, sep="\n", end="\n" if wrong else "", file=sys.stderr)
     return 1 if wrong else 0
 
 
