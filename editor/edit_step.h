@@ -14,6 +14,9 @@ namespace complexion {
 /// Maximum number of points of a stroke, with its first one. A record of the journal holds about 4000.
 inline constexpr std::size_t kMaxStrokePoints = 2000;
 
+/// Maximum radius of a stroke, in pixels: its memory and time are proportional to its area.
+inline constexpr std::int64_t kMaxStrokeRadius = 64;
+
 /// A repair whose result became the working image.
 struct RepairStep {
     Point place;               // in the image's points, bottom-left origin

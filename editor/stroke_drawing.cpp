@@ -24,9 +24,13 @@ StrokeDrawing::StrokeDrawing(ViewController& controller, Aim& aim, StrokeOutline
 }
 
 bool StrokeDrawing::begin() {
-    if (m_controller.currentRepair().style == RepairStyle::Natural)
+    const Repair repair = m_controller.currentRepair();
+    const bool isNatural = repair.style == RepairStyle::Natural;
+    if (isNatural && repair.radius <= kMaxStrokeRadius)
         return true;
-    const QString reason = tr("Strokes need the natural repair.");
+    const QString reason = isNatural
+                               ? tr("Strokes need an edit area of at most %1 pixels.").arg(kMaxStrokeRadius)
+                               : tr("Strokes need the natural repair.");
     Q_EMIT announced(reason);
     Q_EMIT m_controller.noticed(reason);
     return false;

@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Strich begonnen.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>Striche brauchen einen Bearbeitungsbereich von höchstens %1 Pixeln.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Trazo empezado.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>Los trazos necesitan un área de edición de %1 píxeles como máximo.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Trait commencé.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>Les traits nécessitent une zone de retouche de %1 pixels au plus.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

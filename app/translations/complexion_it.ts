@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Tratto iniziato.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>I tratti richiedono un’area di ritocco di al massimo %1 pixel.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

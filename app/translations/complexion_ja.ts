@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>なぞり始めました。</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>なぞる修正では、修正範囲を%1ピクセル以下にしてください。</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

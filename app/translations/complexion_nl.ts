@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Streek begonnen.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>Streken vereisen een bewerkingsgebied van hoogstens %1 pixels.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Rozpoczęto pociągnięcie.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>Pociągnięcia wymagają obszaru edycji o rozmiarze najwyżej %1 pikseli.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>Traço iniciado.</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>Os traços precisam de uma área de edição de no máximo %1 pixels.</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

@@ -846,6 +846,10 @@
         <source>Stroke begun.</source>
         <translation>已开始涂抹。</translation>
     </message>
+    <message>
+        <source>Strokes need an edit area of at most %1 pixels.</source>
+        <translation>涂抹修复的修复区域不得超过 %1 像素。</translation>
+    </message>
 </context>
 <context>
     <name>complexion::SuggestionMarks</name>

@@ -147,6 +147,18 @@ TEST_F(StrokeInputTest, WithFlatColorAStrokeIsRefusedWithItsReason) {
     EXPECT_EQ(controller->currenState, 0);
 }
 
+TEST_F(StrokeInputTest, AWideStrokeIsRefusedWithItsReason) {
+    controller->SetEditAreaSize(kMaxStrokeRadius + 1);
+    QStringList notices;
+    QObject::connect(controller.get(), &ViewController::noticed, controller.get(),
+                     [&](const QString& text) { notices << text; });
+    drawAlongTheScratch();
+    QTest::mouseRelease(&photo(), Qt::LeftButton, Qt::ShiftModifier, shownAt(100, 200));
+    queues.runAll();
+    EXPECT_EQ(notices, QStringList(QStringLiteral("Strokes need an edit area of at most 64 pixels.")));
+    EXPECT_EQ(controller->currenState, 0);
+}
+
 TEST_F(StrokeInputTest, EscapeCancelsIt) {
     drawAlongTheScratch();
     QTest::keyClick(&photo(), Qt::Key_Escape);
