@@ -25,13 +25,17 @@ int main(int argc, char** argv) {
     // Off screen and unscaled, whatever desktop it is started on.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("QT_SCALE_FACTOR", "1");
-    startReader();
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    if (mode != "--opened-here")
+        startReader();
     QApplication application(argc, argv);
     applyLook(application, 1);
 
-    if (argc == 3 && std::string_view(argv[1]) == "--memory")
+    if (argc == 3 && mode == "--memory")
         return bench::measureMemory(argv[2]);
-    if (argc == 4 && std::string_view(argv[1]) == "--peak")
+    if (argc == 3 && mode.starts_with("--opened"))
+        return bench::measureOpened(argv[2]);
+    if (argc == 4 && mode == "--peak")
         return bench::measurePeak(argv[2], argv[3]);
     if (argc < 2) {
         std::fputs("usage: speed FOLDER [NAME|MEGAPIXELS]...\n       speed FOLDER --growth [MEGAPIXELS]...\n",

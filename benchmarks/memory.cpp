@@ -5,6 +5,7 @@
 
 #include "benchmarks/editor.h"
 #include "benchmarks/portraits.h"
+#include "benchmarks/private_memory.h"
 #include "benchmarks/table.h"
 #include "imaging/base/fatal.h"
 
@@ -93,7 +94,37 @@ Row deepPeak(int megapixels) {
             }};
 }
 
+/// The memory to open a photo.
+struct OpenedMemory {
+    double resident = 0;
+    double peak = 0; // of all processes together
+};
+
+OpenedMemory measuredOpening(const std::string& mode, int megapixels) {
+    const std::vector<double> numbers =
+        measuredByChild(mode + " '" + portraitFile(megapixels, Kind::Jpeg).string() + "'", 2);
+    return {.resident = numbers[0], .peak = numbers[1]};
+}
+
+/// How much more memory it takes to have the photo read by a confined child than to read it in the program.
+Row confined(const std::string& name, double OpenedMemory::* bytes, int megapixels) {
+    return {.name = rowName(name, megapixels), .goal = atMost(1.02), .rounds = 3, .prepare = [=]() -> Round {
+                return [=](Samples& samples) {
+                    samples.add(measuredOpening("--opened", megapixels).*bytes,
+                                measuredOpening("--opened-here", megapixels).*bytes);
+                };
+            }};
+}
+
 } // namespace
+
+int measureOpened(const std::filesystem::path& photo) {
+    Editor editor;
+    const PrivateMemorySampler sampler;
+    editor.open(photo);
+    std::printf("%.0f %.0f\n", residentBytes(), sampler.peak());
+    return 0;
+}
 
 int measureMemory(const std::filesystem::path& photo) {
     Editor editor;
@@ -119,6 +150,10 @@ int measurePeak(const std::filesystem::path& photo, const std::filesystem::path&
 
 void addMemoryRows() {
     addRow(deepPeak(100));
+    for (const int megapixels : kMegapixels) {
+        addRow(confined("confined_memory", &OpenedMemory::resident, megapixels));
+        addRow(confined("confined_peak", &OpenedMemory::peak, megapixels));
+    }
     addRow({.name = rowName("memory_open", 24), .goal = atMost(2), .rounds = 3, .prepare = []() -> Round {
                 return [](Samples& samples) {
                     const Memory memory = measured();

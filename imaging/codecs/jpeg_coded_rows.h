@@ -33,12 +33,12 @@ public:
 
     /// All is known but the rows.
     virtual void began(const TranscodedFile& file) = 0;
-    /// These rows are there, from `first` on. Called from any thread.
-    virtual void rowsDone(std::span<const std::shared_ptr<const Bytes>> rows, std::size_t first) = 0;
+    /// Takes these rows, from `first` on. Called from any thread.
+    virtual void rowsDone(std::span<std::shared_ptr<const Bytes>> rows, std::size_t first) = 0;
 };
 
 /// Transcodes `file` without loss: its dequantised coefficients become the new ones. Fails if they cannot be
-/// read or represented exactly; see Coefficients.
+/// read or represented exactly; see Coefficients. Null rows if a listener has taken them.
 Result<TranscodedFile> transcode(ByteView file, TranscodingListener* listener = nullptr);
 
 /// Decodes the coefficient blocks of MCU row `index`.

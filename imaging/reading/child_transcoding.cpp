@@ -71,9 +71,9 @@ void ChildTranscoding::began(const jpeg::TranscodedFile& file) {
     m_changed.notify_all();
 }
 
-void ChildTranscoding::rowsDone(std::span<const Row> rows, std::size_t first) {
+void ChildTranscoding::rowsDone(std::span<Row> rows, std::size_t first) {
     const std::scoped_lock lock(m_mutex);
-    std::ranges::copy(rows, m_rows.begin() + static_cast<std::ptrdiff_t>(first));
+    std::ranges::move(rows, m_rows.begin() + static_cast<std::ptrdiff_t>(first));
     m_changed.notify_all();
 }
 

@@ -27,7 +27,7 @@ private:
     using Row = std::shared_ptr<const Bytes>;
 
     void began(const jpeg::TranscodedFile& file) override;
-    void rowsDone(std::span<const Row> rows, std::size_t first) override;
+    void rowsDone(std::span<Row> rows, std::size_t first) override;
     void transcode(ByteView file);
     Result<const jpeg::TranscodedFile*> head();
     /// Row `index`; null if it cannot be made.
