@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Usage: exact_jpeg LABELS PHOTOS
+// Usage: exact_jpeg LABELS PHOTOS [SHEET]
 //
 // How close a saved JPEG photo comes to what was painted. Each blemish of the table LABELS (columns photo, x,
 // y, r, kind, of which the rows of kind "blemish" count; photos are in the folder PHOTOS) is repaired and
 // saved on its own. Prints, for each photo, how many blemishes cannot be saved exactly, the differing pixels
 // outside the touched MCUs, the mean difference of the samples inside them, and the greatest difference of a
-// pixel that was not painted. The exit status is 0 if all are within the limits.
+// pixel that was not painted. Writes a contact sheet of some of them to SHEET. The exit status is 0 if all
+// are within the limits.
 #include "benchmarks/repair/csv_rows.h"
+#include "benchmarks/repair/exact_sheet.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_coded_rows.h"
 #include "imaging/codecs/jpeg_decoder.h"
@@ -27,6 +29,7 @@ constexpr std::int64_t kThreshold = 10;
 constexpr double kMaxMeanFull = 0.25;
 constexpr double kMaxMeanSubsampled = 0.3;
 constexpr int kMaxUnpainted = 16;
+constexpr int kShownPerPhoto = 2; // on the contact sheet
 
 /// The differences between what was painted and what a saved file has.
 struct Differences {
@@ -85,7 +88,8 @@ public:
 
     bool isSubsampled() const { return m_layout.mcu != PixelSize{jpeg::kBlockSide, jpeg::kBlockSide}; }
 
-    Differences save(PixelPosition place, std::int64_t radius) const {
+    /// Adds the repair to `sheet` unless that is null.
+    Differences save(PixelPosition place, std::int64_t radius, ExactSheet* sheet) const {
         Differences differences{.blemishes = 1};
         const auto repaired =
             ImageTools::HealPimpleInImage(m_image, centreOf(place, m_image.size()), radius, kThreshold);
@@ -95,7 +99,7 @@ public:
             differences.refused = 1;
         else
             compare(pixelsOf(turnedForStorage(*repaired, m_original->orientation())), pixelsOf(*saved),
-                    differences);
+                    differences, sheet);
         return differences;
     }
 
@@ -115,7 +119,7 @@ private:
     }
 
     void compare(const std::vector<RGBA32>& painted, const std::vector<RGBA32>& saved,
-                 Differences& differences) const {
+                 Differences& differences, ExactSheet* sheet) const {
         std::vector<bool> touched(m_layout.mcuCount());
         for (std::size_t i = 0; i < m_source.size(); ++i)
             if (painted[i] != m_source[i])
@@ -131,6 +135,19 @@ private:
             if (painted[i] == m_source[i])
                 differences.maxUnpainted = std::max(differences.maxUnpainted, max);
         }
+        if (sheet && painted != m_source)
+            sheet->add({.size = m_layout.size,
+                        .mcu = m_layout.mcu,
+                        .photo = m_source,
+                        .painted = painted,
+                        .saved = saved,
+                        .touched = touched},
+                       firstDifference(painted));
+    }
+
+    PixelPosition firstDifference(const std::vector<RGBA32>& painted) const {
+        const auto at = std::ranges::mismatch(painted, m_source).in1 - painted.begin();
+        return {at / m_layout.size.width, at % m_layout.size.width};
     }
 
     Image m_image;
@@ -144,7 +161,8 @@ bool isWithinLimits(const Differences& differences, double maxMean) {
            differences.maxUnpainted <= kMaxUnpainted;
 }
 
-int measure(const std::filesystem::path& labels, const std::filesystem::path& photos) {
+int measure(const std::filesystem::path& labels, const std::filesystem::path& photos,
+            const std::filesystem::path& sheetPath) {
     const auto rows = readCsv(labels);
     if (!rows) {
         std::fprintf(stderr, "cannot read %s\n", labels.c_str());
@@ -156,6 +174,7 @@ int measure(const std::filesystem::path& labels, const std::filesystem::path& ph
             byFile[row.at("photo")].push_back(row);
     Differences full;
     Differences subsampled;
+    ExactSheet sheet;
     std::printf("%-60s %9s %8s %8s %8s %6s\n", "", "blemishes", "refused", "outside", "mean", "max");
     for (const auto& [name, blemishes] : byFile) {
         const std::optional<Photo> photo = Photo::open(photos / name);
@@ -164,14 +183,21 @@ int measure(const std::filesystem::path& labels, const std::filesystem::path& ph
             return 1;
         }
         Differences differences;
-        for (const CsvRow& row : blemishes)
-            differences.add(
-                photo->save({std::stoll(row.at("y")), std::stoll(row.at("x"))}, std::stoll(row.at("r"))));
+        int shown = 0;
+        for (const CsvRow& row : blemishes) {
+            const bool isShown = !sheetPath.empty() && shown++ < kShownPerPhoto;
+            differences.add(photo->save({std::stoll(row.at("y")), std::stoll(row.at("x"))},
+                                        std::stoll(row.at("r")), isShown ? &sheet : nullptr));
+        }
         differences.print(name.c_str());
         (photo->isSubsampled() ? subsampled : full).add(differences);
     }
     full.print("all that are not subsampled");
     subsampled.print("all that are subsampled");
+    if (!sheetPath.empty() && !sheet.save(sheetPath)) {
+        std::fprintf(stderr, "cannot write %s\n", sheetPath.c_str());
+        return 1;
+    }
     return isWithinLimits(full, kMaxMeanFull) && isWithinLimits(subsampled, kMaxMeanSubsampled) ? 0 : 1;
 }
 
@@ -179,9 +205,9 @@ int measure(const std::filesystem::path& labels, const std::filesystem::path& ph
 } // namespace complexion
 
 int main(int count, char** arguments) {
-    if (count != 3) {
-        std::fprintf(stderr, "usage: exact_jpeg LABELS PHOTOS\n");
+    if (count != 3 && count != 4) {
+        std::fprintf(stderr, "usage: exact_jpeg LABELS PHOTOS [SHEET]\n");
         return 2;
     }
-    return complexion::measure(arguments[1], arguments[2]);
+    return complexion::measure(arguments[1], arguments[2], count == 4 ? arguments[3] : "");
 }
