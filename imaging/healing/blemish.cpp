@@ -301,9 +301,9 @@ private:
         return static_cast<float>(masked) > kMaxShareOfRim * static_cast<float>(rim);
     }
 
-    /// Fills the mask with the membrane. Only skin is a boundary: foreign regions are spanned like the mask.
-    /// With `around`, also replaces the skin around the mask by its smooth version. False if there is no
-    /// skin.
+    /// Fills the mask with the membrane over the surface that was fitted to the ring. Only skin is a
+    /// boundary: foreign regions are spanned like the mask. With `around`, also replaces the skin around the
+    /// mask by its smooth version. False if there is no skin.
     bool spanSkin(bool around) {
         const PixelRect bounds = widened(m_blemish.bounds, kSkinMargin, m_field);
         CellMask excluded = m_foreignColor;
@@ -316,15 +316,22 @@ private:
             });
         }
         CellGrid<Cell> skin = blurred(m_window.cells, kBoundarySmoothing, bounds, excluded);
+        // A membrane has no curvature of its own: what it spans is the difference from the surface.
+        const CellGrid<Cell> surface = m_blemish.model.expected(bounds);
         forEachCell(bounds, [&](int x, int y) {
-            if (excluded.at(x, y))
-                skin.at(x, y) = {};
+            Cell& cell = skin.at(x, y);
+            if (excluded.at(x, y) || cell[kWeight] == 0)
+                cell = {};
+            else
+                for (std::size_t c = 0; c < 3; ++c)
+                    cell[c] -= surface.at(x, y)[c];
         });
         if (!spanMembrane(skin))
             return false;
         forEachCell(bounds, [&](int x, int y) {
             if (m_blemish.mask.valueAt(x, y) || (around && skin.at(x, y)[kWeight] > 0))
-                m_blemish.skin.at(x, y) = skin.at(x, y);
+                for (std::size_t c = 0; c < 3; ++c)
+                    m_blemish.skin.at(x, y)[c] = skin.at(x, y)[c] + surface.at(x, y)[c];
         });
         return true;
     }

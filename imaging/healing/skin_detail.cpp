@@ -87,7 +87,7 @@ public:
     }
 
     void add(float share, const LogColor& detail) {
-        Sum& sum = m_sums[static_cast<std::size_t>(placeOf(share) + 0.5F)];
+        Sum& sum = m_sums[static_cast<std::size_t>(std::lround(placeOf(share)))];
         for (std::size_t c = 0; c < 3; ++c)
             sum.color[c] += detail[c];
         ++sum.cells;

@@ -51,6 +51,13 @@ TEST(NaturalRepair, TheEdgeOfAShadowContinuesThroughTheBlemish) {
         }
 }
 
+TEST(NaturalRepair, TheCurveOfAHighlightContinuesThroughTheBlemish) {
+    const auto highlight = [](double x, double y) { return 0.6 + 0.6 * std::exp(-(x * x + y * y) / 5000); };
+    const Image truth = shadedSkin(kEvenSkin, false, highlight);
+    const Image result = healed(shadedSkin(kEvenSkin, true, highlight));
+    EXPECT_NEAR(meanAround(result, &RGBA32::green), meanAround(truth, &RGBA32::green), 3.1);
+}
+
 TEST(NaturalRepair, AWrinkleContinuesThroughTheBlemish) {
     for (const double tilt : {-1.0, 0.0, 0.7})
         for (const double bend : {0.0, 0.001}) {

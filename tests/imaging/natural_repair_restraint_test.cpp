@@ -185,5 +185,36 @@ TEST(NaturalRepair, AHighlightBesideTheBlemishIsKept) {
     EXPECT_LT(worst, 9);
 }
 
+/// A dark spot with a sharp outline, and a reflection that touches it on the right.
+Image spotBesideReflection(bool isStained, double size, double brightness) {
+    return painted(kSize, [=](int row, int column) {
+        const bool isSpot = std::hypot(row - 80, column - 100) < 8;
+        const bool isReflection = std::hypot(row - 80, column - 111) < size;
+        const double light = 2 * grainAt(row, column);
+        const double stain = isStained ? 0.55 : 1;
+        const double factor = isSpot ? stain : isReflection ? brightness : 1;
+        return RGBA32(byteOf((170 + light) * factor), byteOf((130 + light) * factor),
+                      byteOf((110 + light) * factor), 255);
+    });
+}
+
+TEST(NaturalRepair, AReflectionThatTouchesTheSpotIsKept) {
+    for (const double size : {4.0, 5.0})
+        for (const double brightness : {1.2, 1.35}) {
+            SCOPED_TRACE(testing::Message() << size << ", " << brightness);
+            const Image clean = spotBesideReflection(false, size, brightness);
+            const Image result = healed(spotBesideReflection(true, size, brightness));
+            const auto meanOff = [&](int left, int right) {
+                double sum = 0;
+                for (int row = 77; row < 83; ++row)
+                    for (int column = left; column < right; ++column)
+                        sum += result.pixel(row, column).green() - clean.pixel(row, column).green();
+                return sum / (6 * (right - left));
+            };
+            EXPECT_NEAR(meanOff(109, 112), 0, 9);
+            EXPECT_NEAR(meanOff(97, 103), 0, 5);
+        }
+}
+
 } // namespace
 } // namespace complexion

@@ -133,5 +133,11 @@ TEST(NaturalRepair, ABlemishOfNearlyOneHueLeavesLittleOfTheOther) {
     EXPECT_LT(largestHueDeviation(healed(motley(1, 0.06, 0.35))), 6);
 }
 
+TEST(NaturalRepair, AStainThatKeepsItsDetailLosesItsFineHues) {
+    // The hues vary more finely than the brightness that is removed with the stain.
+    EXPECT_LT(largestHueDeviation(healed(motley(1, 0.04, 0.35))), 4.5);
+    EXPECT_LT(largestHueDeviation(healed(motley(1, 0.03, 0.5))), 5);
+}
+
 } // namespace
 } // namespace complexion
