@@ -41,4 +41,14 @@ std::optional<std::vector<CsvRow>> readCsv(const std::filesystem::path& path) {
     return rows;
 }
 
+std::vector<Point> pathOf(const std::string& text, PointSize size) {
+    std::vector<Point> path;
+    std::istringstream stream(text);
+    double x = 0;
+    double y = 0;
+    for (char colon = 0; stream >> x >> colon >> y;)
+        path.push_back({x + 0.5, size.height - y - 0.5});
+    return path;
+}
+
 } // namespace complexion

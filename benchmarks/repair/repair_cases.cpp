@@ -11,23 +11,11 @@
 #include "imaging/repairs.h"
 
 #include <cstdio>
-#include <sstream>
 
 namespace complexion {
 namespace {
 
 constexpr std::int64_t kDefaultThreshold = 10;
-
-/// The points of "x:y x:y ...", pixels from the top left.
-std::vector<Point> pathOf(const std::string& text, PointSize size) {
-    std::vector<Point> path;
-    std::istringstream stream(text);
-    double x = 0;
-    double y = 0;
-    for (char colon = 0; stream >> x >> colon >> y;)
-        path.push_back({x + 0.5, size.height - y - 0.5});
-    return path;
-}
 
 bool repairCase(const CsvRow& row, const std::filesystem::path& cases, const std::filesystem::path& out) {
     const std::string file = row.at("name") + ".png";
