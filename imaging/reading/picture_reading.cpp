@@ -3,7 +3,6 @@
 
 #include "imaging/base/diagnostics.h"
 #include "imaging/base/no_throw.h"
-#include "imaging/base/row_receiver.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/codecs/opening.h"
@@ -15,6 +14,7 @@
 #include "imaging/reading/picture_answer.h"
 #include "imaging/reading/profile_color.h"
 #include "imaging/reading/reader_execution.h"
+#include "imaging/reading/row_sender.h"
 #include "imaging/reading/transcoding.h"
 #include "imaging/reading/whole_answer.h"
 
@@ -27,29 +27,6 @@ namespace complexion {
 
 namespace {
 
-/// Sends the rows that decoders set.
-class RowSender final : public RowReceiver {
-public:
-    explicit RowSender(AnswerSender& answer) : m_answer(answer) {}
-
-    void begin(PixelSize size, std::optional<DeepAlpha> deepAlpha) override {
-        m_width = size.width;
-        m_orientation = Orientation::TopLeft;
-        m_answer.sendPicture(size, deepAlpha);
-    }
-    void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) override {
-        m_answer.sendRows(firstRow, count, m_width, rows, deepRows);
-    }
-    void turnUpright(Orientation orientation) override { m_orientation = orientation; }
-
-    Orientation orientation() const { return m_orientation; }
-
-private:
-    AnswerSender& m_answer;
-    int m_width = 0;
-    Orientation m_orientation = Orientation::TopLeft;
-};
-
 Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSender& sender) {
     PictureAnswer answer;
     const Codec* const codec = codecForContent(file);
@@ -59,6 +36,7 @@ Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSen
     RowSender rows(sender);
     RowReceiver::install(&rows);
     COMPLEXION_TRY(PictureWithoutOriginal picture, decodedWithoutOriginal(file));
+    rows.finish();
     const Image& image = picture.decoded.image;
     answer.orientation = rows.orientation();
     answer.points = image.size();

@@ -104,7 +104,8 @@ private:
 
 TEST_F(PictureReading, GivesTheSameInAChildForEveryFormatAndSize) {
     for (const Codec* const codec : codecs())
-        for (const PixelSize size : {PixelSize{1, 1}, PixelSize{257, 130}, PixelSize{3000, 70}}) {
+        for (const PixelSize size :
+             {PixelSize{1, 1}, PixelSize{257, 130}, PixelSize{3000, 70}, PixelSize{3, 9000}}) {
             SCOPED_TRACE(codec->name);
             expectSame(written(encodedAs(*codec, noise(size))));
         }

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "imaging/reading/row_sender.h"
+
+#include "imaging/reading/fork_server.h"
+#include "imaging/reading/picture_answer.h"
+#include "tests/fakes/pictures.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <thread>
+
+namespace complexion {
+namespace {
+
+/// The messages about a picture of this size whose rows are set one at a time in this order, and whether they
+/// had its pixels.
+struct Sent {
+    int messages = 0;
+    bool hasAllRows = false;
+};
+
+Sent sentRows(PixelSize size, const std::vector<int>& order) {
+    const Image image = noise(size);
+    Result<SocketPair> sockets = SocketPair::create();
+    const Result<Descriptor> memory = SlotMemory::create();
+    std::thread child([&, socket = std::move(sockets->theirs)] {
+        AnswerSender answer(socket.get(), SlotMemory(*memory, SlotMemory::Access::Write));
+        RowSender sender(answer);
+        sender.begin(size, {});
+        std::vector<RGBA32> row(static_cast<std::size_t>(size.width));
+        for (const int y : order) {
+            image.read({0, y, size.width, 1}, row.data(), size.width);
+            sender.setRows(y, 1, row.data(), nullptr);
+        }
+        sender.finish();
+        PictureAnswer rest;
+        rest.points = image.size();
+        answer.sendAnswer(flattened(rest));
+    });
+    AnswerReceiver receiver(std::move(sockets->ours), SlotMemory(*memory, SlotMemory::Access::Read));
+    PictureAssembler assembler;
+    Sent sent;
+    bool isGood = true;
+    while (isGood && !assembler.isComplete()) {
+        const Result<AnswerMessage> message =
+            receiver.receive(AnswerReceiver::Clock::now() + std::chrono::minutes(1));
+        const auto length = message ? assembler.contentLength(*message) : std::nullopt;
+        isGood = length && assembler.take(*message, receiver.contents(*message, *length));
+        if (isGood && *length > 0)
+            receiver.release(*message);
+        ++sent.messages;
+    }
+    child.join();
+    EXPECT_TRUE(isGood);
+    const Result<PictureAssembler::Picture> picture = assembler.finish();
+    sent.hasAllRows = picture && samePixels(picture->decoded.image, image);
+    return sent;
+}
+
+std::vector<int> ascending(int count) {
+    std::vector<int> order(static_cast<std::size_t>(count));
+    std::iota(order.begin(), order.end(), 0);
+    return order;
+}
+
+TEST(RowSender, SendsShortRowsTogether) {
+    std::vector<int> order = ascending(60'000);
+    const Sent sent = sentRows({1, 60'000}, order);
+    EXPECT_TRUE(sent.hasAllRows);
+    EXPECT_LT(sent.messages, 30);
+    std::ranges::reverse(order); // as in files that are stored bottom up
+    const Sent reversed = sentRows({1, 60'000}, order);
+    EXPECT_TRUE(reversed.hasAllRows);
+    EXPECT_EQ(reversed.messages, sent.messages);
+}
+
+TEST(RowSender, SendsRowsInAnyOrder) {
+    std::vector<int> order = ascending(2000);
+    for (std::size_t i = 0; i < order.size() / 2; i += 3)
+        std::swap(order[i], order[order.size() - 1 - i]);
+    EXPECT_TRUE(sentRows({7, 2000}, order).hasAllRows);
+}
+
+TEST(RowSender, SendsLongRowsAtOnce) {
+    const Sent sent = sentRows({5000, 20}, ascending(20));
+    EXPECT_TRUE(sent.hasAllRows);
+    EXPECT_EQ(sent.messages, 1 + 20 + 2);
+}
+
+} // namespace
+} // namespace complexion
