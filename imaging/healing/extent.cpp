@@ -48,7 +48,8 @@ constexpr float kSameContrast = 0.5F;
 constexpr float kMaxReachIfClear = 1.35F;
 constexpr float kRimOnLine = 0.08F;
 constexpr float kMinContrastOfLine = 0.25F;
-constexpr float kUnevenSkin = 0.1F; // standard deviation of skin that may be lit on one side only
+constexpr float kMinShareOfLine = 0.5F; // a blemish's contrast, as a part of the line's, if it is not clear
+constexpr float kUnevenSkin = 0.1F;     // standard deviation of skin that may be lit on one side only
 
 class Fitting {
 public:
@@ -118,21 +119,35 @@ private:
         m_subtractsLines = found && isBetterWithoutLines(*found, best);
         if (m_subtractsLines)
             best = std::move(found);
+        else if (best && isPartOfLine(*best, window))
+            best.reset();
     }
 
-    /// The difference between the line's brightest and darkest place in the blemish.
-    static float contrastOfLine(const Trial& trial) {
-        const CellMask& mask = trial.blemish.mask;
+    /// The difference between the line's brightest and darkest place in a part of the window.
+    template <class IsPart>
+    static float contrastOfLine(const SkinWindow& window, const IsPart& isPart) {
         float least = std::numeric_limits<float>::max();
         float most = std::numeric_limits<float>::lowest();
-        forEachCell(mask.rect(), [&](int x, int y) {
-            if (!mask.at(x, y))
+        forEachCell(window.around(1), [&](int x, int y) {
+            if (!isPart(x, y))
                 return;
-            const float green = trial.window.lines.at(x, y)[1];
+            const float green = window.lines.at(x, y)[1];
             least = std::min(least, green);
             most = std::max(most, green);
         });
         return most - least;
+    }
+
+    static float contrastOfLineIn(const Trial& trial) {
+        return contrastOfLine(trial.window,
+                              [&](int x, int y) { return trial.blemish.mask.valueAt(x, y) != 0; });
+    }
+
+    /// Whether something found with a line in the disc is no blemish but a part of the line.
+    bool isPartOfLine(const Trial& best, const SkinWindow& window) const {
+        const float contrast =
+            contrastOfLine(window, [&](int x, int y) { return window.distance(x, y) < 1; });
+        return best.disc.radius > m_clicked.radius && best.contrast < square(kMinShareOfLine * contrast);
     }
 
     bool isBetterWithoutLines(const Trial& found, const std::optional<Trial>& best) const {
@@ -140,12 +155,13 @@ private:
             found.strength < kWeak * scaleOfThreshold(m_threshold))
             return false;
         if (!best)
-            return found.rim <= kFreeRim && found.reach < kCompactReach * found.radius;
+            return found.rim <= kFreeRim && found.reach < kCompactReach * found.radius &&
+                   found.contrast > square(kMinShareOfLine * contrastOfLineIn(found));
         if (found.contrast < kSameContrast * best->contrast)
             return false;
         if (isClear(*best) && best->disc.radius <= m_clicked.radius)
             return found.rim <= kRimOnLine && found.reach < kMaxReachIfClear * found.radius &&
-                   contrastOfLine(found) > kMinContrastOfLine;
+                   contrastOfLineIn(found) > kMinContrastOfLine;
         return found.reach < kMaxReachOnLine * found.radius;
     }
 
