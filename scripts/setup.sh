@@ -17,7 +17,7 @@ build=(
 # A virtual display, and tools to control the window on it.
 window=(
     xvfb openbox xdotool wmctrl x11-utils imagemagick dbus at-spi2-core
-    python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core xdg-desktop-portal-gtk
+    python3 python3-gi gir1.2-atspi-2.0 python3-pil fonts-dejavu-core xdg-desktop-portal-gtk weston qt6-wayland
 )
 tests=(
     libgtest-dev libgmock-dev libimage-exiftool-perl

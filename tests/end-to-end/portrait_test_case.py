@@ -11,10 +11,12 @@ from window_driver import Complexion
 
 
 class PortraitTestCase(unittest.TestCase):
+    desktop_size = 1280, 800
+
     @classmethod
     def setUpClass(cls):
         cls.folder = Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
-        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder))
+        cls.desktop = cls.enterClassContext(VirtualDesktop(cls.folder, *cls.desktop_size))
         cls.painted = cls.folder / "painted.png"
         sample_portrait.paint(cls.painted)
 

@@ -187,8 +187,13 @@ class Complexion:
         self.press_centre(self.wait_for(name, role))
 
     def press_centre(self, control):
+        x, y, width, height = self.area_of(control)
+        self.click_at(x + width // 2, y + height // 2)
+
+    def area_of(self, control):
+        """The position and size of a control on the screen: x, y, width, height."""
         rect = control.get_extents(self.atspi.CoordType.SCREEN)
-        self.click_at(rect.x + rect.width // 2, rect.y + rect.height // 2)
+        return rect.x, rect.y, rect.width, rect.height
 
     def choose_effect(self, index):
         self.press_centre(self.combo_box("Effect"))
@@ -197,9 +202,8 @@ class Complexion:
         wait_until(lambda: len(self.windows()) == 1, "the list of effects to close")
 
     def screen_area(self, name, role=None):
-        """The position and size of a control on the screen: x, y, width, height."""
-        rect = self.wait_for(name, role).get_extents(self.atspi.CoordType.SCREEN)
-        return rect.x, rect.y, rect.width, rect.height
+        """As area_of, by the control's name."""
+        return self.area_of(self.wait_for(name, role))
 
     def photo_on_screen(self, with_disc=False):
         """A screenshot of the view. Moves the pointer away first, to hide the edit disc, unless `with_disc`."""
@@ -235,9 +239,9 @@ class Complexion:
 
     def _fitted(self, width, height):
         """The left and top edge on the screen, and the scale, of the fitted photo of size (width, height)."""
-        rect = self.wait_for("Photo").get_extents(self.atspi.CoordType.SCREEN)
-        scale = min(rect.width / width, rect.height / height)
-        return rect.x + (rect.width - width * scale) / 2, rect.y + (rect.height - height * scale) / 2, scale
+        left, top, view_width, view_height = self.screen_area("Photo")
+        scale = min(view_width / width, view_height / height)
+        return left + (view_width - width * scale) / 2, top + (view_height - height * scale) / 2, scale
 
     def place_on_screen(self, x, y, width, height):
         """The screen position of pixel (x, y), from the top left, of the fitted photo of size (width, height)."""

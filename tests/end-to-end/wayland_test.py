@@ -1,0 +1,94 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The program as a native Wayland client: of weston, in a window of the virtual desktop, so that X events reach it as
+Wayland events."""
+
+import re
+import shutil
+import subprocess
+import unittest
+
+from picture_changes import check_only_discs_changed
+from portrait_test_case import PortraitTestCase
+from sample_portrait import RADIUS, SIZE
+from virtual_desktop import output_of, wait_until
+from window_driver import EXIT_QUESTION, SAVE_SUCCESS, Complexion
+
+BLEMISH = (548, 418)
+OUTPUT = (1360, 1000)  # pixels of the compositor's screen
+
+
+class WaylandComplexion(Complexion):
+    """Takes positions over the accessibility bus as points in the program's window, which fills the compositor's
+    screen."""
+
+    def __init__(self, desktop, compositor, scale):
+        super().__init__(desktop)
+        self.compositor = compositor
+        self.scale = scale
+
+    def area_of(self, control):
+        rect = control.get_extents(self.atspi.CoordType.WINDOW)
+        left, top = map(int, re.findall(r"Absolute upper-left [XY]: +(-?\d+)",
+                                        output_of("xwininfo", "-id", self.compositor)))
+        return (left + round(rect.x * self.scale), top + round(rect.y * self.scale),
+                round(rect.width * self.scale), round(rect.height * self.scale))
+
+    def _takes_focus(self):
+        """Also enters the compositor's window with the pointer, whose later movements are relative to that place."""
+        subprocess.run(["xdotool", "mousemove", "0", "0", "windowfocus", "--sync", self.compositor, "sleep", "0.2",
+                        "mousemove", "--window", self.compositor, "20", "20", "sleep", "0.2"], check=True)
+        return True
+
+
+class WaylandTest(PortraitTestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.desktop_size = OUTPUT[0] + 40, OUTPUT[1] + 60
+        super().setUpClass()
+
+    def start(self, scale=1, own_factor=1):
+        """Starts the compositor at a scale, and on it the program with a photo, enlarged by another factor."""
+        socket = f"wayland-{scale}"
+        log = open(self.folder / "weston.log", "wb")
+        self.addCleanup(log.close)
+        weston = subprocess.Popen(["weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so", f"--socket={socket}",
+                                   f"--width={OUTPUT[0] // scale}", f"--height={OUTPUT[1] // scale}",
+                                   f"--scale={scale}", "--idle-time=0", "--no-config", "--use-pixman"], stdout=log, stderr=log)
+        self.addCleanup(weston.wait)
+        self.addCleanup(weston.terminate)
+
+        def window():
+            return subprocess.run(["xdotool", "search", "--onlyvisible", "--class", "Weston Compositor"], capture_output=True,
+                                  text=True, check=False).stdout.split()
+        compositor = wait_until(window, "the compositor")[0]
+        photo = self.photos / "face.png"
+        shutil.copy(self.painted, photo)
+        self.program = self.enterContext(WaylandComplexion(self.desktop, compositor, scale * own_factor))
+        self.program.environment = {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": socket, "DISPLAY": None,
+                                    "QT_SCALE_FACTOR": str(own_factor)}
+        self.program.start(photo)
+        wait_until(lambda: abs(self.program.screen_area("Photo")[2] - OUTPUT[0]) < 2, "the window to fill the screen")
+        return photo
+
+    def retouch_and_save(self, photo):
+        place = self.program.retouch(*BLEMISH, *SIZE)
+        self.program.start_saving()
+        self.program.confirm(SAVE_SUCCESS)  # where a dialog is on the screen is not known to clients
+        check_only_discs_changed(photo, photo.with_stem("face_retouched"), [place], RADIUS)
+        x, y, width, _ = self.program.screen_area("Photo")
+        self.program.click_at(x + width - 4, y - 4)  # the compositor's shell may not have returned the focus
+        self.program.keys("ctrl+q")
+        self.program.confirm_to_end(EXIT_QUESTION)
+
+    def test_a_photo_is_retouched_and_saved(self):
+        self.retouch_and_save(self.start())
+
+    def test_at_twice_the_scale(self):
+        self.retouch_and_save(self.start(scale=2))
+
+    def test_at_a_fractional_scale(self):
+        self.retouch_and_save(self.start(own_factor=1.25))
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
