@@ -26,7 +26,7 @@ namespace complexion {
 namespace {
 
 /// From the last step of a zoom until its pixels are painted, in milliseconds.
-constexpr int kRestBeforeRefining = 30;
+constexpr int kRestBeforeRefining = 20;
 /// How long refining keeps the event loop waiting at a time.
 constexpr std::chrono::milliseconds kRefiningStep{8};
 /// A frame that differs from the image in more of its area is painted from scratch.

@@ -76,6 +76,28 @@ TEST_F(OverlayPainting, NoControlIsPaintedWhileThePhotoMoves) {
     EXPECT_TRUE(QTest::qWaitFor(isPaintedWithoutControls));
 }
 
+TEST_F(OverlayPainting, NothingIsPaintedAfterAMovement) {
+    class Recorder : public QObject {
+    public:
+        int paintings = 0;
+
+    protected:
+        bool eventFilter(QObject*, QEvent* event) override {
+            paintings += event->type() == QEvent::Paint;
+            return false;
+        }
+    };
+    Recorder recorder;
+    photo().installEventFilter(&recorder);
+    const auto isLeftAlone = [&] {
+        pan();
+        recorder.paintings = 0;
+        QTest::qWait(100); // longer than after a zoom
+        return recorder.paintings == 0;
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isLeftAlone));
+}
+
 TEST_F(OverlayPainting, OnlyTheScaleIsPaintedWhileThePhotoIsZoomed) {
     controller->OnZoomIn(nullptr); // enables a button
     PaintingCounter scale;
