@@ -37,7 +37,8 @@ std::shared_ptr<Editor> opened(int megapixels) {
 
 /// `measure` returns the seconds of the step with that index.
 Row longestStep(
-    const std::string& name, int megapixels, const std::function<double(Editor& editor, int index)>& measure,
+    const std::string& name, int megapixels, double allowedSeconds,
+    const std::function<double(Editor& editor, int index)>& measure,
     const std::function<void(Editor& editor)>& begin = [](Editor&) {}) {
     return {.name = rowName(name, megapixels), .goal = atMost(1), .rounds = 5, .prepare = [=]() -> Round {
                 return [=, editor = opened(megapixels)](Samples& samples) {

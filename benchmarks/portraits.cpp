@@ -127,7 +127,7 @@ Bytes exifSegment(int orientation, const Bytes& thumbnail) {
 }
 
 Bytes jpegOf(const PlainPicture& picture, int orientation) {
-    PlainPicture small{{160, 120}, std::vector<RGBA32>(160UL * 120)};
+    const PlainPicture small{{160, 120}, std::vector<RGBA32>(160UL * 120)};
     const Bytes segment = exifSegment(orientation, encodeWithLibjpeg(small));
     Bytes file = encodeWithLibjpeg(picture);
     file.insert(file.begin() + 2, segment.begin(), segment.end());
@@ -155,6 +155,7 @@ Bytes deepTiffOf(const PlainPicture& picture) {
         counts.push_back(std::min(kRowsPerStrip, height - y) * width * kBytesPerPixel);
     const auto head = [&](std::uint64_t firstStrip) {
         std::vector<std::uint64_t> offsets;
+        offsets.reserve(counts.size());
         for (const std::uint64_t count : counts)
             offsets.push_back(std::exchange(firstStrip, firstStrip + count));
         tiff::Directory directory;
