@@ -196,10 +196,14 @@ class Complexion:
         return rect.x, rect.y, rect.width, rect.height
 
     def choose_effect(self, index):
-        self.press_centre(self.combo_box("Effect"))
-        wait_until(lambda: len(self.windows()) == 2, "the list of effects")
+        self.choose("Effect", index)
+
+    def choose(self, label, index):
+        """Chooses an entry of a pop-up button with the mouse and the keys."""
+        self.press_centre(self.combo_box(label))
+        wait_until(lambda: len(self.windows()) == 2, f"the list of “{label}”")
         self.keys("Home", *["Down"] * index, "Return")
-        wait_until(lambda: len(self.windows()) == 1, "the list of effects to close")
+        wait_until(lambda: len(self.windows()) == 1, f"the list of “{label}” to close")
 
     def screen_area(self, name, role=None):
         """As area_of, by the control's name."""
