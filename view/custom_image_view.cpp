@@ -16,6 +16,7 @@
 #include <QMimeData>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -196,11 +197,29 @@ void CustomImageView::dropEvent(QDropEvent* event) {
     // this program too.
     const QMimeData* pasteboard = event->mimeData();
     const bool isBroken = pasteboard->hasFormat(kAddressList) && pasteboard->urls().isEmpty();
-    event->setAccepted(!isBroken && performDragOperation(pasteboard));
+    if (isBroken || !m_image || !isAcceptedAddress(*pasteboard)) {
+        event->setAccepted(!isBroken && performDragOperation(pasteboard));
+        return;
+    }
+    // The program that the drag comes from waits for the end of this event, which must not wait for an answer
+    // to the question.
+    event->accept();
+    const QList<QUrl> addresses = pasteboard->urls();
+    QTimer::singleShot(0, this, [this, addresses] {
+        QMimeData dropped;
+        dropped.setUrls(addresses);
+        performDragOperation(&dropped);
+    });
 }
 
 bool CustomImageView::isAcceptedType(const std::string& extension) const {
     return std::ranges::find(m_acceptedTypes, lowerCase(extension)) != m_acceptedTypes.end();
+}
+
+bool CustomImageView::isAcceptedAddress(const QMimeData& pasteboard) const {
+    const QList<QUrl> urls = pasteboard.urls();
+    const std::string extension = urls.isEmpty() ? "" : localPath(urls.front()).extension().string();
+    return !extension.empty() && isAcceptedType(extension.substr(1));
 }
 
 bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
@@ -211,6 +230,8 @@ bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
     const QList<QUrl> urls = pasteboard->urls();
     if (urls.isEmpty())
         fatal("a drag that offers URLs has none");
+    if (!isAcceptedAddress(*pasteboard))
+        return false;
     if (m_image) {
         const int answer = m_dialogs->runAlert(yesNoQuestion(QT_TRANSLATE_NOOP(
             "Alerts", "All unsaved changes will be lost. Are you sure you want to add a new image?")));
@@ -218,9 +239,6 @@ bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
             return false;
     }
     const std::filesystem::path path = localPath(urls.front());
-    const std::string extension = path.extension().string();
-    if (extension.empty() || !isAcceptedType(extension.substr(1)))
-        return false;
     if (!ImageTools::DecodeImage(path))
         return false;
     NotificationCenter::defaultCenter().post({kDragPerformed, UserInfo{{kPathKey, path.string()}}});

@@ -56,8 +56,9 @@ public:
     /// Maps pixels of the image to the widget's top-down coordinates. Requires an image.
     QTransform pixelsToWidget() const;
 
-    /// Handles a drop; true if "DragPerformed" was posted. A drag without a list of types, or one that offers
-    /// URLs and has none, is fatal.
+    /// Handles a drop; true if "DragPerformed" was posted. Asks about an open photo first, but refuses
+    /// whatever is no local file of an accepted type without a question. A drag without a list of types, or
+    /// one that offers URLs and has none, is fatal.
     bool performDragOperation(const QMimeData* pasteboard);
 
 Q_SIGNALS:
@@ -71,6 +72,8 @@ protected:
 
 private:
     Image inScreenColors(const Image& image);
+    /// Whether the first URL is a local file of an accepted type.
+    bool isAcceptedAddress(const QMimeData& pasteboard) const;
     bool isAcceptedType(const std::string& extension) const;
     /// Repaints after the shown image has changed from `before`.
     void refresh(const std::optional<Image>& before);

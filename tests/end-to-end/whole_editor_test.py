@@ -91,7 +91,8 @@ class WholeEditorTest(PortraitTestCase):
         self.assertEqual(len(states), 2)
         shown = self.face()
 
-        self.drop(notes, answer="Yes")
+        self.drop(notes)  # nothing could follow a question
+        program.drop("https://localhost/face.png").wait_for_end()
         self.drop(fake, answer="Yes")
         self.drop(self.painted, answer="No")
         self.assertEqual(program.state_images(), states)

@@ -103,11 +103,13 @@ TEST_F(Drop, AnyAnswerExceptNoCountsAsYes) {
     EXPECT_TRUE(drop(makeFile("photo.png")));
 }
 
-TEST_F(Drop, OnAnOpenPhotoATextFileIsRefusedSilentlyAfterTheQuestion) {
+TEST_F(Drop, OnAnOpenPhotoWhatCannotBeOpenedIsRefusedWithoutAQuestion) {
     showAnImage();
     const Image before = *view.image();
-    dialogs.expectQuestion(kDropQuestion, kFirstButton);
     EXPECT_FALSE(drop(makeFile("notes.txt")));
+    EXPECT_FALSE(drop(makeFile("photo")));
+    EXPECT_FALSE(drop(QUrl(QStringLiteral("https://example.org/photo.png"))));
+    EXPECT_EQ(dialogs.shownCount(), 0);
     EXPECT_TRUE(posted.empty());
     EXPECT_TRUE(view.image()->isSameObject(before));
 }
@@ -238,6 +240,24 @@ TEST_F(Drop, TheToolkitsDropEventIsAcceptedOrRefused) {
     receive(refused);
     EXPECT_FALSE(refused.isAccepted());
     EXPECT_EQ(posted.size(), 1U);
+}
+
+TEST_F(Drop, TheDropEventEndsBeforeTheQuestionIsAsked) {
+    showAnImage();
+    view.setAcceptDrops(true);
+    const std::filesystem::path path = makeFile("photo.png");
+    {
+        QMimeData data; // the source's, which ends with the drop
+        data.setUrls({QUrl::fromLocalFile(QString::fromStdString(path))});
+        QDropEvent dropped(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        static_cast<QObject&>(view).event(&dropped);
+        EXPECT_TRUE(dropped.isAccepted());
+        EXPECT_EQ(dialogs.shownCount(), 0);
+    }
+    dialogs.expectQuestion(kDropQuestion, kFirstButton);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(dialogs.shownCount(), 1);
+    expectPostedOnly(path);
 }
 
 TEST_F(Drop, ADropWhoseSourceHasEndedIsRefused) {
