@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Fails if a text of the program has no translation, a translation is no longer used, or the two have different
-placeholders. With --update, adds new texts to the translation files and removes unused ones."""
+"""Fails if a text of the program has no translation, a translation is no longer used, the two have different
+placeholders, or two menus of the menu bar have the same mnemonic. With --update, adds new texts to the translation
+files and removes unused ones."""
 
 import re
 import shutil
@@ -43,6 +44,11 @@ def wrong_in(file):
             yield f"{file.name}: no translation in {context} of: {text}"
         elif placeholders(text) != placeholders(translation):
             yield f"{file.name}: other placeholders in {context} than: {text}"
+    mnemonics = [letter.lower() for (context, _), translation in now.items() if context == "Menus"
+                 for letter in re.findall(r"&(\w)", translation or "")]
+    for letter in sorted(set(mnemonics)):
+        if mnemonics.count(letter) > 1:
+            yield f"{file.name}: several menus have the mnemonic {letter}"
     for context, text in texts(file).keys() - now.keys():
         yield f"{file.name}: unused text in {context}: {text}"
 
