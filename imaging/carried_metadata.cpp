@@ -42,13 +42,13 @@ Result<FileContents> withMetadataOf(ByteView source, const FileContents& written
     // bytes begin; that of a PNG file ends with its first IDAT chunk.
     const ByteView start = written.parts.empty() ? ByteView() : ByteView(*written.parts.front());
     const std::optional<Container> container = containerOf(start);
-    const bool isStartEnough =
-        (container == Container::Tiff && !tiff::needsStripsForMakerNote(source)) ||
-        ((container == Container::Jpeg || container == Container::Png) && picture.hasPixels());
+    const bool isStartEnough = (container == Container::Tiff && !tiff::needsStripsForMakerNote(source)) ||
+                               container == Container::Jpeg || container == Container::Png;
     if (!isStartEnough)
         return withoutThrowing([&] { return withMetadataOf(source, written.joined(), picture); });
     return withoutThrowing([&] {
-        PictureThumbnails thumbnails(start, picture);
+        const Bytes whole = picture.hasPixels() ? Bytes() : written.joined(); // to be decoded
+        PictureThumbnails thumbnails(whole.empty() ? start : ByteView(whole), picture);
         Result<FileContents> file = withMetadataOf(source, start, thumbnails, kept);
         if (file)
             complete(*file, std::span(written.parts).subspan(1), kept);

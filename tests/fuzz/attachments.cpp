@@ -2,11 +2,14 @@
 
 // Retouches and saves an arbitrary JPEG photo with what follows its picture: its gain map, repaired at the
 // same places, and other data. What the result declares must be there.
+#include "imaging/base/orientation.h"
 #include "imaging/carried_metadata.h"
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/carrying.h"
 #include "tests/fuzz/small_pictures.h"
+
+#include <algorithm>
 
 using namespace complexion;
 
@@ -16,11 +19,12 @@ constexpr std::int64_t kRadius = 9;
 constexpr std::int64_t kThreshold = 5;
 
 Bytes savedWith(const jpeg::KeptAttachments& kept, const Image& image, ByteView source) {
-    const Result<FileContents> encoded =
-        kJpegCodec.encodeTurned(image, carriedOrientation(source, Container::Jpeg));
+    const Orientation orientation = carriedOrientation(source, Container::Jpeg);
+    const Result<FileContents> encoded = kJpegCodec.encodeTurned(image, orientation);
     if (!encoded)
         return {};
-    const Result<FileContents> saved = withMetadataOf(source, *encoded, {}, kept);
+    const Result<FileContents> saved =
+        withMetadataOf(source, *encoded, turnedForStorage(image, orientation), kept);
     fuzz::require(bool(saved), "metadata cannot be inserted into a valid file");
     return saved->joined();
 }
@@ -50,10 +54,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (saved.empty())
         return 0; // the format cannot hold the picture
     fuzz::require(bool(kJpegCodec.decode(saved)), "the saved file cannot be decoded");
-    std::uint64_t behind = 0;
-    for (const jpeg::KeptAttachment& one : kept)
-        behind += one.bytes->size();
-    fuzz::require(behind < saved.size(), "an attachment is missing");
+    std::uint64_t end = saved.size();
+    for (std::size_t i = kept.size(); i-- > 0;) {
+        fuzz::require(kept[i].bytes->size() < end, "an attachment is missing");
+        end -= kept[i].bytes->size();
+        const Bytes placed = *jpeg::placedBytes(kept[i], end);
+        fuzz::require(std::ranges::equal(placed, ByteView(saved).subspan(end, placed.size())),
+                      "an attachment is not at its place");
+    }
     if (const std::optional<jpeg::MultiPictureIndex> index = jpeg::multiPictureIndex(saved))
         for (const jpeg::MultiPictureEntry& entry : index->entries)
             fuzz::require(entry.begin + entry.size <= saved.size(), "the index points beyond the file");

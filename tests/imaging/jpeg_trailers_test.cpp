@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // The trailers that cameras and archives append to JPEG files are saved without their pictures.
+#include "imaging/carried_metadata.h"
+#include "imaging/codecs/codec.h"
 #include "imaging/containers/byte_order.h"
 #include "imaging/containers/jpeg_segments.h"
+#include "imaging/gain_map.h"
 #include "imaging/photo_files.h"
 #include "tests/fakes/jpeg_files.h"
 #include "tests/fakes/metadata_samples.h"
@@ -63,6 +66,17 @@ TEST_F(Trailer, IsCarriedWithoutItsPicturesAndMovies) {
     EXPECT_TRUE(
         saved(samsungTrailerOf({picture, "text", movie})).ends_with("\xff\xd9" + samsungTrailerOf({"text"})));
     EXPECT_TRUE(saved(samsungTrailerOf({picture, movie})).ends_with("\xff\xd9"));
+}
+
+TEST_F(Trailer, IsCarriedByCallersWithoutThePicture) {
+    const std::string trailer = samsungTrailerOf({"text"});
+    const Image image = skinWithBlemishes({64, 48}, {{20, 30}});
+    const std::string photo = encodedAs(kJpegCodec, image) + trailer;
+    const jpeg::KeptAttachments kept = keptAttachments(viewOf(photo), image);
+    ASSERT_EQ(kept.size(), 1U);
+    const Result<FileContents> file = withMetadataOf(viewOf(photo), *kJpegCodec.encode(image), {}, kept);
+    ASSERT_TRUE(file);
+    EXPECT_TRUE(textOf(file->joined()).ends_with("\xff\xd9" + trailer));
 }
 
 TEST_F(Trailer, ThatIsDamagedIsLeftOut) {
