@@ -20,7 +20,7 @@ constexpr double kMaxPhaseError = 1e-3; // device pixels
 /// Views with fewer device pixels are painted within one frame of the display; larger ones are refined in
 /// steps.
 constexpr qint64 kMinProvisionalArea = 1'500'000;
-constexpr int kTileSide = 256;
+constexpr int kTileSide = 512;
 /// Rows that are scaled before they are drawn: few enough to stay in the L2 cache.
 constexpr int kStripRows = 128;
 constexpr int kRowsPerTask = 32;
