@@ -58,12 +58,13 @@ int distance(const QRect& rect, QPoint point) {
 }
 
 /// The pixels at the centres of `count` pixels from `begin` on, in an image of `extent` pixels that is
-/// `scale` times as fine.
-std::vector<int> nearestPixels(int begin, int count, double scale, double offset, int extent) {
+/// `scale` times as fine and wraps around: its first pixel is at `first`.
+std::vector<int> nearestPixels(int begin, int count, double scale, double offset, int extent, int first) {
     std::vector<int> pixels(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i)
-        pixels[static_cast<std::size_t>(i)] =
-            std::clamp(static_cast<int>(std::floor((begin + i + 0.5) * scale + offset)), 0, extent - 1);
+    for (int i = 0; i < count; ++i) {
+        const int nearest = static_cast<int>(std::floor((begin + i + 0.5) * scale + offset));
+        pixels[static_cast<std::size_t>(i)] = (std::clamp(nearest, 0, extent - 1) + first) % extent;
+    }
     return pixels;
 }
 
@@ -114,14 +115,18 @@ void PaintedFrame::keepStandIn() {
     if (m_valid.rectCount() != 1)
         return;
     const QRect area = m_valid.boundingRect();
-    QImage copy(area.size(), m_pixels.format());
-    QPainter painter(&copy);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    forEachPiece(area, m_pixels.size(), [&](const QRect& piece, QPoint place) {
-        painter.drawImage(piece.topLeft() - area.topLeft(), m_pixels, QRect(place, piece.size()));
-    });
-    painter.end();
-    m_standIn = std::move(copy);
+    const QPoint place(wrapped(area.x(), m_pixels.width()), wrapped(area.y(), m_pixels.height()));
+    if (area.size() == m_pixels.size()) {
+        m_standIn = std::exchange(m_pixels, {}); // still wraps around
+        m_standIn.setOffset(place);
+    } else {
+        m_standIn = QImage(area.size(), m_pixels.format());
+        QPainter painter(&m_standIn);
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        forEachPiece(area, m_pixels.size(), [&](const QRect& piece, QPoint from) {
+            painter.drawImage(piece.topLeft() - area.topLeft(), m_pixels, QRect(from, piece.size()));
+        });
+    }
     m_standInToPixels = QTransform::fromTranslate(area.x(), area.y()) * m_toPlane.inverted();
 }
 
@@ -183,9 +188,11 @@ void PaintedFrame::drawStandIn(QPainter& painter, const QRegion& onPlane) const 
     const QTransform fromPlane = (m_standInToPixels * m_toPlane).inverted();
     for (const QRect& rect : onPlane) {
         const std::vector<int> columns =
-            nearestPixels(rect.left(), rect.width(), fromPlane.m11(), fromPlane.dx(), m_standIn.width());
+            nearestPixels(rect.left(), rect.width(), fromPlane.m11(), fromPlane.dx(), m_standIn.width(),
+                          m_standIn.offset().x());
         const std::vector<int> rows =
-            nearestPixels(rect.top(), rect.height(), fromPlane.m22(), fromPlane.dy(), m_standIn.height());
+            nearestPixels(rect.top(), rect.height(), fromPlane.m22(), fromPlane.dy(), m_standIn.height(),
+                          m_standIn.offset().y());
         QImage strip(rect.width(), std::min(rect.height(), kStripRows), m_standIn.format());
         for (int begin = 0; begin < rect.height(); begin += kStripRows) {
             const int height = std::min(kStripRows, rect.height() - begin);
