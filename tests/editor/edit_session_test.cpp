@@ -51,6 +51,14 @@ TEST_F(Session, SplitsThePhotosPath) {
     EXPECT_EQ(session.extension, "");
 }
 
+TEST_F(Session, ASaveCountsForItsPhotoOnly) {
+    open(filled({4, 3}, grey(1)));
+    session.markSaved(3);
+    EXPECT_FALSE(session.hasUnsavedWork(3));
+    open(filled({4, 3}, grey(2)));
+    EXPECT_TRUE(session.hasUnsavedWork(3));
+}
+
 TEST_F(Session, CountsEveryLoadAndReload) {
     EXPECT_EQ(session.photoNumber(), 0U);
     open(filled({4, 3}, grey(1)));
