@@ -24,8 +24,6 @@ using namespace std::chrono_literals;
 
 /// Faster reads show no message, which would only flicker.
 constexpr auto kSignDelay = 150ms;
-constexpr int kSizeWidthInLetters = 12;
-constexpr int kTimeWidthInLetters = 20;
 constexpr int kMessageWidthInLetters = 40;
 
 } // namespace
@@ -59,7 +57,7 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::DecorationRole && index.column() == Name)
         return entry.isFolder ? m_folderIcon : m_photoIcon;
     if (role == Qt::TextAlignmentRole && index.column() == Size)
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+        return {Qt::AlignRight | Qt::AlignVCenter};
     if (role == Qt::ToolTipRole && index.column() == Name)
         return shownName(entry.name);
     if (role != Qt::DisplayRole)
@@ -120,17 +118,16 @@ FolderView::FolderView(std::vector<std::string> extensions, FileAccess access, Q
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setTabKeyNavigation(false);
     m_list->installEventFilter(this);
-    const int letter = fontMetrics().averageCharWidth();
     QHeaderView* const header = m_list->header();
     header->setStretchLastSection(false);
     header->setSectionResizeMode(FolderModel::Name, QHeaderView::Stretch);
-    header->resizeSection(FolderModel::Size, letter * kSizeWidthInLetters);
-    header->resizeSection(FolderModel::Modified, letter * kTimeWidthInLetters);
+    for (const int column : {FolderModel::Size, FolderModel::Modified})
+        header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
 
     m_message->setAlignment(Qt::AlignCenter);
     m_message->setWordWrap(true);
     m_message->setTextFormat(Qt::PlainText);
-    m_message->setMinimumWidth(letter * kMessageWidthInLetters);
+    m_message->setMinimumWidth(fontMetrics().averageCharWidth() * kMessageWidthInLetters);
     m_message->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_message->hide();
     auto* const layout = new QGridLayout(this);

@@ -7,14 +7,18 @@
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
+#include <QApplication>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QLocale>
 #include <QPushButton>
 #include <QTest>
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -122,6 +126,30 @@ TEST_F(FilePanels, ListFoldersThenPhotosInTheirNaturalOrder) {
     test::listOf(panel).sortByColumn(FolderModel::Name, Qt::DescendingOrder);
     EXPECT_EQ(test::namesIn(panel),
               QStringList({u"inner"_s, u"elsewhere"_s, u"link.jpg"_s, u"10.jpg"_s, u"2.JPG"_s}));
+}
+
+TEST_F(FilePanels, ShowSizesAndTimesInFullInEveryLanguage) {
+    const FileAccess access{.list = [](const std::filesystem::path&, const std::vector<std::string>&,
+                                       const EntriesFound& found) {
+        // 28 December 2026, 22:58 UTC
+        found({{.name = "a.jpg", .isFolder = false, .size = 888'888'888, .modifiedSeconds = 1'798'498'680}});
+        return std::error_code();
+    }};
+    for (const QString& language : {u"en_US"_s, u"de"_s, u"es"_s, u"fr"_s, u"it"_s, u"ja"_s, u"nl"_s, u"pl"_s,
+                                    u"pt_BR"_s, u"zh_CN"_s}) {
+        QLocale::setDefault(QLocale(language));
+        OpenFilePanel panel(photos(), path("good"), dialogs, nullptr, access);
+        panel.show();
+        test::waitUntilListed(panel);
+        QApplication::processEvents();
+        const QAbstractItemView& list = test::listOf(panel); // its sizeHintForColumn is public
+        const QHeaderView& header = *test::listOf(panel).header();
+        for (const int column : {FolderModel::Size, FolderModel::Modified}) {
+            const int needed = std::max(list.sizeHintForColumn(column), header.sectionSizeHint(column));
+            EXPECT_EQ(header.sectionSize(column), needed) << language.toStdString(); // the rest is for names
+        }
+    }
+    QLocale::setDefault(QLocale::system());
 }
 
 TEST_F(FilePanels, ShowThatAFolderHasNoPhotos) {
