@@ -21,7 +21,7 @@ TEST(NaturalRepair, AStainClickedOffCentreIsReplacedBySkin) {
 }
 
 TEST(NaturalRepair, ShadingContinuesAcrossTheRepair) {
-    Skin skin{.shading = 0.7, .grain = 0};
+    const Skin skin{.shading = 0.7, .grain = 0};
     const Image result = healed(skin.picture());
     EXPECT_TRUE(nearlySamePixels(result, skin.clean(), 3));
 }
@@ -38,8 +38,8 @@ TEST(NaturalRepair, AMottledBlemishGetsTheGrainOfCleanSkin) {
 }
 
 TEST(NaturalRepair, ALargeDiscIsRepairedAsASmallOne) {
-    constexpr PixelSize kLargeSize{700, 600};
-    constexpr PixelPosition kMiddle{300, 350};
+    static constexpr PixelSize kLargeSize{700, 600};
+    static constexpr PixelPosition kMiddle{300, 350};
     const auto picture = [](double strength) {
         return painted(kLargeSize, [strength](int row, int column) {
             const double t = strength * stainAt(row, column, kMiddle, 60);
@@ -64,8 +64,8 @@ TEST(NaturalRepair, ALargeDiscIsRepairedAsASmallOne) {
 }
 
 TEST(NaturalRepair, TheGrainOfALargeDiscMatchesThePixelsAround) {
-    constexpr PixelSize kLargeSize{420, 400};
-    constexpr PixelPosition kMiddle{200, 210};
+    static constexpr PixelSize kLargeSize{420, 400};
+    static constexpr PixelPosition kMiddle{200, 210};
     const auto picture = [](double strength) {
         return painted(kLargeSize, [strength](int row, int column) {
             const double t = strength * stainAt(row, column, kMiddle, 40);
