@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <utility>
 
 namespace complexion::healing {
@@ -22,9 +23,11 @@ constexpr float kMinShrunk = 8; // pixels: a smaller disc would contain little b
 constexpr float kPartedRim = 0.1F; // if a foreign region touches the mask
 /// In radii of the mask: one that reaches farther may include a part of something else.
 constexpr float kCompactReach = 1.25F;
-constexpr float kClearlySmaller = 0.95F; // times the radius
-constexpr float kSoftRim = 0.35F;        // of a centred mask: it may be the faint outer part of a blemish
-constexpr float kPoorRim = 0.4F;         // a mask that covers more is not a blemish in that disc
+constexpr float kLarger = 1.2F;           // times the edit disc: hardly a blemish if it is not round
+constexpr float kMaxReachIfLarger = 1.5F; // in radii of a mask larger than the edit disc
+constexpr float kClearlySmaller = 0.95F;  // times the radius
+constexpr float kSoftRim = 0.35F;         // of a centred mask: it may be the faint outer part of a blemish
+constexpr float kPoorRim = 0.4F;          // a mask that covers more is not a blemish in that disc
 
 constexpr float kShrunk = 0.8F; // a disc is shrunk if the fitting one is smaller by this factor
 constexpr float kSameBlemish = 0.7F;
@@ -84,7 +87,8 @@ private:
             std::optional<Trial> trial = look(sized(size), m_clicked);
             if (size == 1 && trial && trial->rim > kPoorRim)
                 m_poorFit = Refusal::ComesFromOutside;
-            if (!trial || trial->rim > kPoorRim || (size > 1 && trial->covered < kMinCovered) ||
+            if (!trial || trial->rim > kPoorRim ||
+                (size > 1 && (trial->covered < kMinCovered || isFeature(*trial))) ||
                 trial->strength < minStrength(*trial, size) * scaleOfThreshold(m_threshold))
                 continue;
             const bool fits = trial->rim <= (size == 1 && trial->isCentered ? kSoftRim : kFreeRim);
@@ -96,6 +100,15 @@ private:
         if (best && best->disc.radius == m_clicked.radius && best->blemish.isParted)
             partFromFeature(best);
         return best;
+    }
+
+    /// Whether something larger than the edit disc is too irregular for a blemish: an eye, a mouth, a
+    /// nostril. A hair is long, but narrower than the disc.
+    bool isFeature(const Trial& trial) const {
+        const auto clicked = static_cast<float>(m_clicked.radius);
+        const float width = std::numbers::pi_v<float> * square(trial.radius) / (2 * trial.reach);
+        return trial.radius > kLarger * clicked && width > clicked &&
+               (trial.blemish.isParted || trial.reach > kMaxReachIfLarger * trial.radius);
     }
 
     /// Whether the blemish is found in the edit disc or a smaller one, and alone there.
@@ -241,7 +254,7 @@ private:
             if (size <= 1 || best.disc.radius >= sized(size).radius)
                 continue;
             std::optional<Trial> trial = look(sized(size), m_clicked);
-            if (trial && trial->rim <= kFreeRim && trial->covered >= kMinCovered &&
+            if (trial && trial->rim <= kFreeRim && trial->covered >= kMinCovered && !isFeature(*trial) &&
                 trial->strength > kWeak * scaleOfThreshold(m_threshold) &&
                 trial->contrast > square(kMuchStronger) * best.contrast) {
                 best = *std::move(trial);
