@@ -45,25 +45,34 @@ bool StylusInput::handleEraser(const QTabletEvent& event) {
 bool StylusInput::handlePen(const QTabletEvent& event) {
     if (event.type() == QEvent::TabletPress && event.button() != Qt::LeftButton && !m_barrel) {
         m_barrel = event.button();
-        sendMouse(QEvent::MouseButtonPress, event, /*isDown*/ true);
+        m_barrelStart = event.position();
+        m_isDrawing = false;
         return true;
     }
     if (!m_barrel)
         return false;
     if (event.type() == QEvent::TabletRelease && event.button() == *m_barrel) {
         m_barrel.reset();
-        sendMouse(QEvent::MouseButtonRelease, event, /*isDown*/ false);
+        if (m_isDrawing)
+            sendMouse(QEvent::MouseButtonRelease, event, event.position());
     } else if (event.type() == QEvent::TabletMove) {
-        sendMouse(QEvent::MouseMove, event, /*isDown*/ true);
+        // A press alone would count as a click.
+        const QPointF moved = event.position() - m_barrelStart;
+        if (!m_isDrawing && moved.manhattanLength() >= QApplication::startDragDistance()) {
+            m_isDrawing = true;
+            sendMouse(QEvent::MouseButtonPress, event, m_barrelStart);
+        }
+        if (m_isDrawing)
+            sendMouse(QEvent::MouseMove, event, event.position());
     }
     return true;
 }
 
-void StylusInput::sendMouse(QEvent::Type type, const QTabletEvent& event, bool isDown) {
+void StylusInput::sendMouse(QEvent::Type type, const QTabletEvent& event, QPointF position) {
     const bool isMove = type == QEvent::MouseMove;
-    QMouseEvent mouse(type, event.position(), event.globalPosition(),
-                      isMove ? Qt::NoButton : Qt::MiddleButton, isDown ? Qt::MiddleButton : Qt::NoButton,
-                      event.modifiers());
+    const bool isDown = type != QEvent::MouseButtonRelease;
+    QMouseEvent mouse(type, position, m_view->mapToGlobal(position), isMove ? Qt::NoButton : Qt::LeftButton,
+                      isDown ? Qt::LeftButton : Qt::NoButton, event.modifiers() | Qt::ShiftModifier);
     QCoreApplication::sendEvent(m_view, &mouse);
 }
 

@@ -13,8 +13,8 @@ class QTabletEvent;
 namespace complexion {
 
 /// A stylus over the photo. Its tip is the left mouse button, which the toolkit does by itself, as it does
-/// hovering. Its barrel button is the middle mouse button, which moves the photo, with the tip up or down. A
-/// tap of its other end, the eraser, emits `erased`.
+/// hovering. A drag with its barrel button held is one of the left button with Shift, which draws a stroke,
+/// with the tip up or down. A tap of its other end, the eraser, emits `erased`.
 class StylusInput : public QObject {
     Q_OBJECT
 
@@ -32,11 +32,13 @@ private:
     // Handlers return whether the event is consumed. The toolkit makes mouse events of all others.
     bool handleEraser(const QTabletEvent& event);
     bool handlePen(const QTabletEvent& event);
-    void sendMouse(QEvent::Type type, const QTabletEvent& event, bool isDown);
+    void sendMouse(QEvent::Type type, const QTabletEvent& event, QPointF position);
 
     QWidget* m_view;
     std::optional<QPointF> m_erasing;        // where the eraser was pressed
     std::optional<Qt::MouseButton> m_barrel; // the barrel button that is held
+    QPointF m_barrelStart;                   // where it was pressed
+    bool m_isDrawing = false;                // and dragged since
 };
 
 } // namespace complexion

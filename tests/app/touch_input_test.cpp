@@ -127,22 +127,32 @@ TEST_F(StylusInputTest, TheTipAndHoveringAreLeftToTheToolkitsMouseEvents) {
     EXPECT_FALSE(m_isAccepted);
 }
 
-TEST_F(StylusInputTest, TheBarrelButtonMovesThePhotoAndRepairsNothing) {
+TEST_F(StylusInputTest, ADragWithTheBarrelButtonDrawsAStroke) {
     turnWheel(8);
+    bar().comboRepair->setCurrentIndex(static_cast<int>(RepairStyle::Natural));
     const Frame before = photo().frame();
     send(QEvent::TabletPress, {}, Qt::RightButton, Qt::RightButton);
     EXPECT_TRUE(m_isAccepted);
     send(QEvent::TabletPress, {}, Qt::LeftButton, Qt::LeftButton | Qt::RightButton);
     EXPECT_TRUE(m_isAccepted);
     send(QEvent::TabletMove, {25, 15}, Qt::NoButton, Qt::LeftButton | Qt::RightButton);
-    send(QEvent::TabletRelease, {25, 15}, Qt::LeftButton, Qt::RightButton);
-    send(QEvent::TabletRelease, {25, 15}, Qt::RightButton, {});
-    EXPECT_NEAR(photo().frame().x - before.x, 25, 1e-9);
-    EXPECT_NEAR(photo().frame().y - before.y, -15, 1e-9);
-    queues.runAll();
-    EXPECT_FALSE(controller->canUndo());
+    send(QEvent::TabletMove, {60, 15}, Qt::NoButton, Qt::LeftButton | Qt::RightButton);
+    EXPECT_EQ(window.strokeOutline().path().size(), 3);
+    send(QEvent::TabletRelease, {60, 15}, Qt::LeftButton, Qt::RightButton);
+    const auto others = queues.backgroundCount(); // previews
+    send(QEvent::TabletRelease, {60, 15}, Qt::RightButton, {});
+    EXPECT_EQ(window.strokeOutline().path().size(), 0);
+    EXPECT_EQ(queues.backgroundCount(), others + 1);
+    EXPECT_EQ(photo().frame(), before);
     send(QEvent::TabletPress, {}, Qt::LeftButton, Qt::LeftButton);
     EXPECT_FALSE(m_isAccepted);
+}
+
+TEST_F(StylusInputTest, APressOfTheBarrelButtonDoesNothing) {
+    send(QEvent::TabletPress, {}, Qt::RightButton, Qt::RightButton);
+    send(QEvent::TabletMove, {1, 1}, Qt::NoButton, Qt::RightButton);
+    send(QEvent::TabletRelease, {1, 1}, Qt::RightButton, {});
+    EXPECT_EQ(queues.backgroundCount(), 0U);
 }
 
 TEST_F(StylusInputTest, ATapOfTheEraserUndoes) {
