@@ -15,7 +15,6 @@
 #include "imaging/gain_map.h"
 #include "imaging/image_tools.h"
 #include "imaging/metadata/creation_date.h"
-#include "imaging/metadata/tiff_metadata.h"
 #include "imaging/photo_file_steps.h"
 
 #include <algorithm>
@@ -49,7 +48,7 @@ Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::
 /// Gives the memory of the photo's pixels back, which the result is not made from: at 16 bits per component,
 /// photo and result do not both fit beside the open picture.
 void releaseCodedPixels(Result<Bytes>& photo) {
-    if (photo && !(containerOf(*photo) == Container::Tiff && tiff::needsStripsForMakerNote(*photo)))
+    if (photo)
         releasePages(*photo, codedPixels(*photo));
 }
 
