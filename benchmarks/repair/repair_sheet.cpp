@@ -51,8 +51,8 @@ public:
                 const auto column = static_cast<int>(place.column) - across / 2 + x * across / kCell;
                 if (row >= 0 && column >= 0 && row < image.pixelSize().height &&
                     column < image.pixelSize().width)
-                    m_pixels[static_cast<std::size_t>((top + y) * m_size.width + left + x)] =
-                        image.pixel(row, column);
+                    m_pixels[static_cast<std::size_t>(top + y) * static_cast<std::size_t>(m_size.width) +
+                             static_cast<std::size_t>(left + x)] = image.pixel(row, column);
             }
     }
 
