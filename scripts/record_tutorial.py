@@ -22,13 +22,14 @@ from window_driver import Complexion  # noqa: E402
 PAGE = ROOT / "docs/tutorial/index.html"
 FILM = ROOT / "docs/tutorial/film.webm"
 SCREEN = (1280, 800)
-LENGTH = 32  # seconds
+LENGTH = 38  # seconds
 FRAMES = 25  # per second
 ZOOM_STEPS = 6
 ZOOM_FACTOR = 1.1  # per step
 DRAG = (0, 170)  # from the portrait's centre to the face
 LARGE_EDIT_AREA = 18  # edit area size for the largest blemish
 NATURAL = 1  # index in the list of repairs
+SUGGESTIONS = 3  # that are repaired
 NOIR = 5  # index in the list of effects
 
 
@@ -144,6 +145,12 @@ class Film:
         time.sleep(0.5)
         self.program.keys("Home", *["Down"] * NATURAL, "Return")
         self.click_away(self.next)
+
+    def suggest(self):
+        self.program.keys("n")
+        for _ in range(SUGGESTIONS):
+            time.sleep(1.3)
+            self.program.keys("Return")
 
     def undo(self):
         for name in ("Undo", "Redo"):
