@@ -15,6 +15,7 @@ import shutil
 import subprocess
 import sys
 import tempfile
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
@@ -104,6 +105,11 @@ def found_files(options):
     return {what: file for what, file in files.items() if file and not file.endswith("-NOTFOUND")}
 
 
+@functools.cache
+def options_for(purpose):
+    return tuple(output("scripts/build.sh", "--options", purpose).split())
+
+
 def called_by_shell(text):
     text = re.sub(r"(^|\s)#.*", r"\1", text)
     text = re.sub(r"'[^']*'", "''", text)
@@ -161,7 +167,7 @@ def check_command(name, text):
     needed = {}
     purposes = set(re.findall(r"\w+", " ".join(re.findall(r"setup\.sh\"? ([a-z ]+)", text))))
     for purpose in re.findall(r"build\.sh\"? (?:--for (\w+))?", text):
-        needed |= found_files(tuple(output("scripts/build.sh", "--options", purpose or "work").split()))
+        needed |= found_files(options_for(purpose or "work"))
     seen = set()
     texts = [(".sh", text), *reached(text, ROOT, seen)]
     if name == "./test":
@@ -181,7 +187,7 @@ def check_build_dependencies():
     # build-essential is implied in every build, and debhelper is requested as debhelper-compat.
     packages = {name.removesuffix("-compat") for name in re.findall(r"^ ([\w.+-]+)", declared, re.MULTILINE)}
     packages.add("build-essential")
-    needed = found_files(tuple(output("scripts/build.sh", "--options", "program").split()))
+    needed = found_files(options_for("program"))
     installed = with_dependencies(frozenset(listed("build") | listed("package")))
     return [*(f"packaging/debian/control: {line}" for line in missing(needed, packages)),
             *(f"./package: {package} is required by packaging/debian/control" for package in sorted(packages - installed))]
@@ -189,7 +195,10 @@ def check_build_dependencies():
 
 def main():
     dependencies()
-    wrong = [line for name, text in commands() for line in check_command(name, text)] + check_build_dependencies()
+    with ThreadPoolExecutor() as pool:  # the queries mostly wait for cmake and dpkg
+        list(pool.map(found_files, {options_for(purpose) for purpose in ("program", "tests", "bench", "work")}))
+        found = pool.map(lambda command: check_command(*command), commands())
+        wrong = [line for lines in found for line in lines] + check_build_dependencies()
     if wrong:
         sys.exit("Needed, but not installed by its command:\n  " + "\n  ".join(wrong))
 
