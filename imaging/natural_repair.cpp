@@ -72,11 +72,7 @@ Result<Repaired> repairAlong(const Image& image, std::span<const Point> path, st
             healing::repairStroke(image, pixels, static_cast<float>(radius), threshold, buffer);
         if (refusal)
             return Repaired{.image = image, .repainted = {}, .outcome = outcomeOf(*refusal)};
-        Image result = std::move(buffer).close();
-        PixelMask repainted = changedPixels(image, result);
-        const RepairOutcome outcome =
-            repainted.area.isEmpty() ? RepairOutcome::NothingToRepair : RepairOutcome::Repaired;
-        return Repaired{.image = std::move(result), .repainted = std::move(repainted), .outcome = outcome};
+        return repairedAs(image, std::move(buffer).close());
     });
 }
 

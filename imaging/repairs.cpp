@@ -7,6 +7,14 @@
 
 namespace complexion {
 
+Repaired repairedAs(const Image& before, Image after) {
+    PixelMask repainted = changedPixels(before, after);
+    // Nothing is repaired if it was painted in the colours that were there.
+    const RepairOutcome outcome =
+        repainted.area.isEmpty() ? RepairOutcome::NothingToRepair : RepairOutcome::Repaired;
+    return {.image = std::move(after), .repainted = std::move(repainted), .outcome = outcome};
+}
+
 Result<Repaired> repairWith(const Image& image, Point point, std::int64_t radius,
                             const std::function<PaintResult(const RepairDisc&, PixelBuffer&)>& paint) {
     return withoutThrowing([&]() -> Result<Repaired> {
@@ -19,11 +27,7 @@ Result<Repaired> repairWith(const Image& image, Point point, std::int64_t radius
         if (painted.outcome != RepairOutcome::Repaired)
             return Repaired{
                 .image = *result, .repainted = {}, .outcome = painted.outcome, .side = painted.side};
-        PixelMask repainted = changedPixels(image, *result);
-        // Nothing is repaired if it was painted in the colours that were there.
-        const RepairOutcome outcome =
-            repainted.area.isEmpty() ? RepairOutcome::NothingToRepair : RepairOutcome::Repaired;
-        return Repaired{.image = *result, .repainted = std::move(repainted), .outcome = outcome};
+        return repairedAs(image, *result);
     });
 }
 

@@ -58,6 +58,9 @@ Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t r
 Result<Repaired> repairAlong(const Image& image, std::span<const Point> path, std::int64_t radius,
                              std::int64_t threshold);
 
+/// The result of painting `before`, which made it `after`.
+Repaired repairedAs(const Image& before, Image after);
+
 /// Runs one of the repairs: `paint` paints the disc around `point`. It is not called if the disc is too close
 /// to the border.
 Result<Repaired> repairWith(const Image& image, Point point, std::int64_t radius,

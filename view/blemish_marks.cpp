@@ -29,19 +29,9 @@ double strengthOf(std::size_t index, std::size_t last) {
 
 } // namespace
 
-BlemishMarks::BlemishMarks(CustomImageView* view) : QWidget(view), m_view(view) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    setFocusPolicy(Qt::NoFocus);
-    setGeometry(view->rect());
+BlemishMarks::BlemishMarks(CustomImageView* view) : PhotoOverlay(view) {
     hide();
-    view->installEventFilter(this);
     connect(view, &CustomImageView::frameChanged, this, &BlemishMarks::refresh);
-}
-
-bool BlemishMarks::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize)
-        setGeometry(m_view->rect());
-    return QWidget::eventFilter(watched, event);
 }
 
 void BlemishMarks::setMarked(std::vector<DiscRing> blemishes) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "view/disc_ring.h"
+#include "view/photo_overlay.h"
 
 #include <QRegion>
 #include <QWidget>
@@ -12,7 +13,7 @@ namespace complexion {
 
 /// Soft rings over the photo around the blemishes found on it, the first the clearest. Transparent to mouse
 /// events.
-class BlemishMarks : public QWidget {
+class BlemishMarks : public PhotoOverlay {
     Q_OBJECT
 
 public:
@@ -23,7 +24,6 @@ public:
     void setMarked(std::vector<DiscRing> blemishes);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -31,7 +31,6 @@ private:
     /// Repaints what the marks cover now and what they covered before.
     void refresh();
 
-    CustomImageView* m_view;
     std::vector<DiscRing> m_marked;
     QRegion m_painted; // covered by the marks at the last repaint
 };

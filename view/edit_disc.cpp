@@ -76,21 +76,11 @@ QRect around(QPointF centre, double reach) {
 
 } // namespace
 
-EditDisc::EditDisc(CustomImageView* view) : QWidget(view), m_view(view) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    setFocusPolicy(Qt::NoFocus);
-    setGeometry(view->rect());
-    view->installEventFilter(this);
+EditDisc::EditDisc(CustomImageView* view) : PhotoOverlay(view) {
     connect(view, &CustomImageView::frameChanged, this, [this] {
         updateOutline();
         refresh();
     });
-}
-
-bool EditDisc::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize)
-        setGeometry(m_view->rect());
-    return QWidget::eventFilter(watched, event);
 }
 
 double EditDisc::shownRadius() const {

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "imaging/changed_pixels.h"
-#include "view/custom_image_view.h"
 #include "view/disc_ring.h"
 #include "view/mask_outline.h"
+#include "view/photo_overlay.h"
 
 #include <QColor>
 #include <QImage>
@@ -26,7 +26,7 @@ enum class DiscLook {
 /// The disc that a click edits, drawn over the photo at its exact size: a light and a dark line side by side,
 /// so that the ring is visible on any skin, and the outline of the pixels that would be repainted.
 /// Transparent to mouse events.
-class EditDisc : public QWidget {
+class EditDisc : public PhotoOverlay {
     Q_OBJECT
 
 public:
@@ -65,7 +65,6 @@ public:
     QPointF shownCentre() const;
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -80,7 +79,6 @@ private:
     QRectF captionBox() const;
     void updateOutline();
 
-    CustomImageView* m_view;
     std::optional<PixelPosition> m_place;
     double m_radius = 0;
     DiscLook m_look = DiscLook::Plain;

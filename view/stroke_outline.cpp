@@ -19,19 +19,9 @@ constexpr QRgb kDark = 0xD0101012;
 
 } // namespace
 
-StrokeOutline::StrokeOutline(CustomImageView* view) : QWidget(view), m_view(view) {
-    setAttribute(Qt::WA_TransparentForMouseEvents);
-    setFocusPolicy(Qt::NoFocus);
-    setGeometry(view->rect());
+StrokeOutline::StrokeOutline(CustomImageView* view) : PhotoOverlay(view) {
     hide();
-    view->installEventFilter(this);
     connect(view, &CustomImageView::frameChanged, this, qOverload<>(&QWidget::update));
-}
-
-bool StrokeOutline::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::Resize)
-        setGeometry(m_view->rect());
-    return QWidget::eventFilter(watched, event);
 }
 
 double StrokeOutline::shownRadius() const {

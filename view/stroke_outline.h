@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "view/custom_image_view.h"
+#include "view/photo_overlay.h"
 
 #include <QPolygonF>
 #include <QWidget>
@@ -10,7 +10,7 @@ namespace complexion {
 
 /// The outline of a stroke while it is drawn over the photo: a light line and a dark one around it, as wide
 /// apart as the stroke. Transparent to mouse events.
-class StrokeOutline : public QWidget {
+class StrokeOutline : public PhotoOverlay {
     Q_OBJECT
 
 public:
@@ -22,13 +22,11 @@ public:
     void setPath(const QPolygonF& path, double radius);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
     double shownRadius() const;
 
-    CustomImageView* m_view;
     QPolygonF m_path;
     double m_radius = 0;
 };

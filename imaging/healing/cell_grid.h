@@ -42,6 +42,10 @@ private:
 /// Three components, red, green and blue, on the logarithmic scale of log_scale.h.
 using LogColor = std::array<float, 3>;
 
+inline LogColor minus(const LogColor& a, const LogColor& b) {
+    return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
+}
+
 /// A colour and its weight, which is 0 if the colour is unknown.
 using Cell = std::array<float, 4>;
 inline constexpr std::size_t kWeight = 3;

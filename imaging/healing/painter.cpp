@@ -3,6 +3,7 @@
 
 #include "imaging/base/wide_vectors.h"
 #include "imaging/healing/log_scale.h"
+#include "imaging/healing/painted_pixel.h"
 #include "imaging/healing/place_noise.h"
 
 #include <cmath>
@@ -50,15 +51,10 @@ void spreadLevels(const RGBA32* pixels, std::size_t count, PlaneRow& levels) {
 
 /// As above for 16-bit pixels, on the 8-bit scale with fractions.
 void spreadDeepLevels(const RGBA64* pixels, std::size_t count, DeepAlpha form, PlaneRow& levels) {
-    constexpr float kPerLevel = 257;
-    constexpr float kOpaque = 65'535;
     for (std::size_t i = 0; i < count; ++i) {
-        const auto alpha = static_cast<float>(pixels[i].alpha);
-        const bool divides = form == DeepAlpha::Premultiplied && alpha > 0 && alpha < kOpaque;
-        const float scale = (divides ? kOpaque / alpha : 1) / kPerLevel;
-        levels.planes[0][i] = static_cast<float>(pixels[i].red) * scale;
-        levels.planes[1][i] = static_cast<float>(pixels[i].green) * scale;
-        levels.planes[2][i] = static_cast<float>(pixels[i].blue) * scale;
+        const Levels own = levelsOf(pixels[i], form);
+        for (std::size_t c = 0; c < 3; ++c)
+            levels.planes[c][i] = own[c];
     }
 }
 
@@ -290,7 +286,10 @@ private:
         for (std::size_t i = 0; i < count; ++i) {
             if (m_change[i] < kMinChange || m_own[i].alpha() == 0)
                 continue;
-            const RGBA32 painted = m_deepAlpha ? paintedDeep(i) : paintedPixel(i);
+            const std::uint8_t alpha = m_own[i].alpha();
+            const RGBA32 painted = m_deepAlpha
+                                       ? paintedDeepPixel(mixedAt(i), alpha, *m_deepAlpha, m_ownDeep[i])
+                                       : paintedPixel(mixedAt(i), alpha);
             if (painted == m_own[i] && !m_deepAlpha)
                 continue;
             first = std::min(first, i);
@@ -306,29 +305,8 @@ private:
                         std::span(m_own).subspan(first, length), deep);
     }
 
-    RGBA32 paintedPixel(std::size_t i) const {
-        const std::uint8_t alpha = m_own[i].alpha();
-        std::array<std::uint8_t, 3> bytes;
-        for (std::size_t c = 0; c < 3; ++c)
-            bytes[c] = premultiplied(
-                static_cast<std::uint32_t>(static_cast<std::int32_t>(m_mixed.planes[c][i])), alpha);
-        return {bytes[0], bytes[1], bytes[2], alpha};
-    }
-
-    /// Sets the deep pixel as well.
-    RGBA32 paintedDeep(std::size_t i) {
-        const std::uint8_t alpha = m_own[i].alpha();
-        RGBA64& deep = m_ownDeep[i];
-        std::array<std::uint16_t, 3> wide;
-        std::array<std::uint8_t, 3> bytes;
-        for (std::size_t c = 0; c < 3; ++c) {
-            wide[c] = static_cast<std::uint16_t>(m_mixed.planes[c][i] * 257.0F + 0.5F);
-            bytes[c] = premultiplied(roundedTo8(wide[c]), alpha);
-            if (*m_deepAlpha == DeepAlpha::Premultiplied)
-                wide[c] = static_cast<std::uint16_t>((std::uint32_t{wide[c]} * deep.alpha + 32'767) / 65'535);
-        }
-        deep = {wide[0], wide[1], wide[2], deep.alpha};
-        return {bytes[0], bytes[1], bytes[2], alpha};
+    Levels mixedAt(std::size_t i) const {
+        return {m_mixed.planes[0][i], m_mixed.planes[1][i], m_mixed.planes[2][i]};
     }
 
     const Image& m_image;

@@ -49,10 +49,6 @@ public:
 private:
     bool isInStroke(std::size_t i) const { return std::abs(m_band.pixel(i).across) <= m_radius - 0.5F; }
 
-    static LogColor minus(const LogColor& a, const LogColor& b) {
-        return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-    }
-
     void measureDifferences() {
         m_mask.difference.assign(m_band.size(), 0);
         m_mask.crossedDifference.assign(m_band.size(), 0);

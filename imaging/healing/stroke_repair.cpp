@@ -86,10 +86,6 @@ private:
         sum[kWeight] += weight;
     }
 
-    static LogColor minus(const LogColor& a, const LogColor& b) {
-        return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
-    }
-
     /// The skin expected at each repaired pixel: with the lines that cross the stroke where this explains the
     /// pixels around better.
     void chooseBase() {
