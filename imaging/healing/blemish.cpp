@@ -147,27 +147,28 @@ private:
         m_blemish.mask = CellMask(m_disc);
         m_foreign = CellMask(m_field);
         m_foreignColor = CellMask(m_field);
-        if (findForeign())
-            shareWithForeign(seed);
+        const std::vector<PixelPosition> foreign = findForeign();
+        m_isParted = !foreign.empty();
+        if (m_isParted)
+            shareWithForeign(seed, foreign);
         else
             takeAllAround(seed);
         dropOpposite(seed);
         return true;
     }
 
-    bool isForeign(int x, int y) const {
-        return m_difference.at(x, y) >= kSeedDifference * m_scale && !insideDisc(x, y, 0);
+    /// The cells that differ from the skin outside the disc.
+    std::vector<PixelPosition> findForeign() const {
+        std::vector<PixelPosition> foreign;
+        forEachCell(m_field, [&](int x, int y) {
+            if (m_difference.at(x, y) >= kSeedDifference * m_scale && !insideDisc(x, y, 0))
+                foreign.push_back({y, x});
+        });
+        return foreign;
     }
 
-    bool findForeign() {
-        m_isParted = false;
-        forEachCell(m_field, [&](int x, int y) { m_isParted = m_isParted || isForeign(x, y); });
-        return m_isParted;
-    }
-
-    void shareWithForeign(PixelPosition seed) {
-        const CellMask claims = watershed(m_difference, seed, kRegionDifference * m_scale,
-                                          [&](int x, int y) { return isForeign(x, y); });
+    void shareWithForeign(PixelPosition seed, const std::vector<PixelPosition>& foreign) {
+        const CellMask claims = watershed(m_difference, seed, foreign, kRegionDifference * m_scale);
         forEachCell(m_field, [&](int x, int y) {
             const auto claim = static_cast<Claim>(claims.at(x, y));
             if (claim == Claim::Foreign) {

@@ -120,19 +120,22 @@ private:
     /// Repeats the search without what passes through the disc along a line, and prefers its result to `best`
     /// if it is the same blemish on clearly more even skin.
     void searchWithoutLines(std::optional<Trial>& best) {
-        SkinWindow window = readSkinWindow(m_image, m_clicked);
+        SkinWindow window =
+            best && best->disc == m_clicked ? best->window : readSkinWindow(m_image, m_clicked);
         if (!subtractLines(window))
             return;
         const std::optional<Refusal> refusal = m_refusal;
         const bool isPartOfFeature = m_isPartOfFeature;
-        m_subtractsLines = true;
+        m_withoutLines = window;
         std::optional<Trial> found = search();
         m_refusal = refusal;
         m_isPartOfFeature = isPartOfFeature;
-        m_subtractsLines = found && isBetterWithoutLines(*found, best);
-        if (m_subtractsLines)
+        if (found && isBetterWithoutLines(*found, best)) {
             best = std::move(found);
-        else if (best && isPartOfLine(*best, window))
+            return;
+        }
+        m_withoutLines.reset();
+        if (best && isPartOfLine(*best, window))
             best.reset();
     }
 
@@ -231,13 +234,19 @@ private:
                 static_cast<std::int64_t>(size * static_cast<float>(m_clicked.radius))};
     }
 
+    SkinWindow windowOf(const RepairDisc& disc) const {
+        if (m_withoutLines && disc == m_clicked)
+            return *m_withoutLines;
+        SkinWindow window = readSkinWindow(m_image, disc);
+        if (m_withoutLines)
+            subtractLines(window);
+        return window;
+    }
+
     std::optional<Trial> look(const RepairDisc& disc, const RepairDisc& place) {
         if (disc.radius < std::min(kMinRadius, m_clicked.radius) || !disc.fitsInside(m_image.pixelSize()))
             return std::nullopt;
-        SkinWindow window = readSkinWindow(m_image, disc);
-        if (m_subtractsLines)
-            subtractLines(window);
-        std::variant<Trial, Refusal> result = tryDisc(std::move(window), disc, place, m_threshold);
+        std::variant<Trial, Refusal> result = tryDisc(windowOf(disc), disc, place, m_threshold);
         if (const Refusal* refusal = std::get_if<Refusal>(&result)) {
             if (disc.radius == m_clicked.radius)
                 m_refusal = *refusal;
@@ -287,8 +296,9 @@ private:
     std::optional<Refusal> m_refusal; // with the edit disc itself
     std::optional<Refusal> m_firstRefusal;
     std::optional<Refusal> m_poorFit; // why what the edit disc shows is no blemish; not a reason to go on
-    bool m_subtractsLines = false;    // from the windows that are searched
-    bool m_isPartOfFeature = false;   // a higher threshold would find only a part of the feature
+    /// The window of the edit disc without lines, if they are subtracted from the windows that are searched.
+    std::optional<SkinWindow> m_withoutLines;
+    bool m_isPartOfFeature = false; // a higher threshold would find only a part of the feature
 };
 
 } // namespace

@@ -13,6 +13,10 @@ constexpr float kRingStart = 0.9F;
 constexpr float kRingEnd = 1.75F;
 constexpr float kReach = 1; // radii: the line passes at most this far from the disc's centre
 
+/// The directions are compared on a ring that is reduced to half its size, if it remains at least this large.
+constexpr float kMinReducedRadius = 6;  // cells
+constexpr float kMinCellsOfReduced = 3; // of 4
+
 constexpr int kDirections = 48; // of the search, over half a turn
 /// cos and sin of half a turn divided by kDirections.
 constexpr double kTurnCosine = 0.99785892323860351;
@@ -93,111 +97,29 @@ int binOf(float across) {
     return static_cast<int>(std::floor(across + 0.5F));
 }
 
-class LineSearch {
+/// The sums of products of the profiles on both sides of the disc.
+struct Products {
+    float both = 0;
+    float before = 0;
+    float after = 0;
+    float cells = 0;
+};
+
+/// The cells of the ring, and the profiles across a line through its middle.
+class Ring {
 public:
-    explicit LineSearch(const SkinWindow& window)
-        : m_radius(window.radius),
-          m_reach(static_cast<int>(kReach * window.radius)),
+    Ring(std::vector<Sample> samples, float radius)
+        : m_samples(std::move(samples)),
+          m_radius(radius),
+          m_reach(static_cast<int>(kReach * radius)),
           m_before(m_reach),
-          m_after(m_reach) {
-        forEachOfRing(window, [this](float x, float y, const Cell& cell) {
-            m_ring.push_back({x, y, cell[0] + cell[1] + cell[2]});
-        });
-    }
+          m_after(m_reach) {}
 
-    std::optional<Course> run() {
-        if (m_ring.size() < kMinRing)
-            return std::nullopt;
-        removeShading();
-        Course best;
-        float most = 0;
-        double cosine = 1;
-        double sine = 0;
-        for (int i = 0; i < kDirections; ++i) {
-            consider({static_cast<float>(cosine), static_cast<float>(sine), 0}, best, most);
-            const double next = cosine * kTurnCosine - sine * kTurnSine;
-            sine = sine * kTurnCosine + cosine * kTurnSine;
-            cosine = next;
-        }
-        if (most == 0)
-            return std::nullopt;
-        refine(best, most);
-        return isLine(best) ? std::optional(best) : std::nullopt;
-    }
+    const std::vector<Sample>& samples() const { return m_samples; }
+    float radius() const { return m_radius; }
 
-private:
-    void refine(Course& best, float& most) {
-        const Course coarse = best;
-        for (int tilt = -kTilts; tilt <= kTilts; ++tilt)
-            for (int bend = -kBends; bend <= kBends; ++bend) {
-                const float part = static_cast<float>(tilt) * kTilt;
-                const float length = std::sqrt(1 + part * part);
-                consider({(coarse.dx - part * coarse.dy) / length, (coarse.dy + part * coarse.dx) / length,
-                          static_cast<float>(bend) * kBend / m_radius},
-                         best, most);
-            }
-    }
-
-    /// Subtracts the plane of least squares.
-    void removeShading() {
-        double xx = 1e-9;
-        double yy = 1e-9;
-        double xy = 0;
-        double x = 0;
-        double y = 0;
-        double mean = 0;
-        const auto count = static_cast<double>(m_ring.size());
-        for (const Sample& sample : m_ring) {
-            x += sample.x;
-            y += sample.y;
-            mean += sample.light;
-        }
-        x /= count;
-        y /= count;
-        mean /= count;
-        double right = 0;
-        double down = 0;
-        for (const Sample& sample : m_ring) {
-            const double dx = sample.x - x;
-            const double dy = sample.y - y;
-            xx += dx * dx;
-            yy += dy * dy;
-            xy += dx * dy;
-            right += dx * (sample.light - mean);
-            down += dy * (sample.light - mean);
-        }
-        const double determinant = xx * yy - xy * xy;
-        const double slopeX = (right * yy - down * xy) / determinant;
-        const double slopeY = (down * xx - right * xy) / determinant;
-        for (Sample& sample : m_ring) {
-            sample.light -= static_cast<float>(mean + slopeX * (sample.x - x) + slopeY * (sample.y - y));
-            m_energy += sample.light * sample.light;
-        }
-    }
-
-    void measureProfiles(const Course& course) {
-        m_before.clear();
-        m_after.clear();
-        const auto reach = static_cast<float>(m_reach);
-        for (const Sample& sample : m_ring) {
-            const float u = course.across(sample.x, sample.y);
-            if (u < -reach || u > reach)
-                continue;
-            auto& bin = (course.along(sample.x, sample.y) < 0 ? m_before : m_after).at(binOf(u));
-            bin.sum += sample.light;
-            ++bin.cells;
-        }
-    }
-
-    /// The sums of products of both sides' profiles.
-    struct Products {
-        float both = 0;
-        float before = 0;
-        float after = 0;
-        float cells = 0;
-    };
-
-    Products products() const {
+    Products productsAcross(const Course& course) {
+        measureProfiles(course);
         Products result;
         for (int u = -m_reach; u <= m_reach; ++u) {
             const auto& before = m_before.at(u);
@@ -215,30 +137,173 @@ private:
         return result;
     }
 
-    void consider(const Course& course, Course& best, float& most) {
-        measureProfiles(course);
-        const Products found = products();
-        if (found.both <= most)
-            return;
-        best = course;
-        most = found.both;
+private:
+    void measureProfiles(const Course& course) {
+        m_before.clear();
+        m_after.clear();
+        const auto reach = static_cast<float>(m_reach);
+        for (const Sample& sample : m_samples) {
+            const float u = course.across(sample.x, sample.y);
+            if (u < -reach || u > reach)
+                continue;
+            auto& bin = (course.along(sample.x, sample.y) < 0 ? m_before : m_after).at(binOf(u));
+            bin.sum += sample.light;
+            ++bin.cells;
+        }
     }
 
-    bool isLine(const Course& course) {
-        measureProfiles(course);
-        const Products found = products();
-        return found.both > kMinCorrelation * std::sqrt(found.before * found.after) &&
-               2 * found.both > kMinShare * m_energy &&
-               found.both > found.cells * kMinDeviation * kMinDeviation;
-    }
-
+    std::vector<Sample> m_samples;
     float m_radius; // of the disc, in cells
     int m_reach;
-    std::vector<Sample> m_ring;
-    float m_energy = 0; // of the ring's brightness, without shading
     Profile<float> m_before;
     Profile<float> m_after;
 };
+
+/// The ring reduced to half its size: each sample is the mean of 2 by 2 cells.
+Ring halved(const Ring& ring) {
+    struct Sum {
+        Sample sample;
+        float cells = 0;
+    };
+    const int reach = static_cast<int>(kRingEnd * ring.radius() / 2) + 2;
+    CellGrid<Sum> sums({-reach, -reach, 2 * reach, 2 * reach});
+    for (const Sample& sample : ring.samples()) {
+        Sum& sum =
+            sums.at(static_cast<int>(std::floor(sample.x / 2)), static_cast<int>(std::floor(sample.y / 2)));
+        sum.sample.x += sample.x / 2;
+        sum.sample.y += sample.y / 2;
+        sum.sample.light += sample.light;
+        ++sum.cells;
+    }
+    std::vector<Sample> samples;
+    forEachCell(sums.rect(), [&](int x, int y) {
+        const auto& [sample, cells] = sums.at(x, y);
+        if (cells >= kMinCellsOfReduced)
+            samples.push_back({sample.x / cells, sample.y / cells, sample.light / cells});
+    });
+    return {std::move(samples), ring.radius() / 2};
+}
+
+/// The ring's cells, less the plane of least squares through their brightness.
+std::vector<Sample> samplesWithoutShading(const SkinWindow& window) {
+    std::vector<Sample> samples;
+    forEachOfRing(window, [&](float x, float y, const Cell& cell) {
+        samples.push_back({x, y, cell[0] + cell[1] + cell[2]});
+    });
+    double xx = 1e-9;
+    double yy = 1e-9;
+    double xy = 0;
+    double x = 0;
+    double y = 0;
+    double mean = 0;
+    const auto count = static_cast<double>(std::max<std::size_t>(samples.size(), 1));
+    for (const Sample& sample : samples) {
+        x += sample.x;
+        y += sample.y;
+        mean += sample.light;
+    }
+    x /= count;
+    y /= count;
+    mean /= count;
+    double right = 0;
+    double down = 0;
+    for (const Sample& sample : samples) {
+        const double dx = sample.x - x;
+        const double dy = sample.y - y;
+        xx += dx * dx;
+        yy += dy * dy;
+        xy += dx * dy;
+        right += dx * (sample.light - mean);
+        down += dy * (sample.light - mean);
+    }
+    const double determinant = xx * yy - xy * xy;
+    const double slopeX = (right * yy - down * xy) / determinant;
+    const double slopeY = (down * xx - right * xy) / determinant;
+    for (Sample& sample : samples)
+        sample.light -= static_cast<float>(mean + slopeX * (sample.x - x) + slopeY * (sample.y - y));
+    return samples;
+}
+
+/// The course with the largest product so far.
+class BestCourse {
+public:
+    explicit operator bool() const { return m_product > 0; }
+    const Course& operator*() const { return m_course; }
+
+    void consider(const Course& course, Ring& ring) {
+        const float product = ring.productsAcross(course).both;
+        if (product <= m_product)
+            return;
+        m_course = course;
+        m_product = product;
+    }
+
+private:
+    Course m_course;
+    float m_product = 0;
+};
+
+/// Tries directions over half a turn.
+BestCourse findDirection(Ring& ring) {
+    BestCourse best;
+    double cosine = 1;
+    double sine = 0;
+    for (int i = 0; i < kDirections; ++i) {
+        best.consider({static_cast<float>(cosine), static_cast<float>(sine), 0}, ring);
+        const double next = cosine * kTurnCosine - sine * kTurnSine;
+        sine = sine * kTurnCosine + cosine * kTurnSine;
+        cosine = next;
+    }
+    return best;
+}
+
+Course tilted(const Course& course, float tangent) {
+    const float length = std::sqrt(1 + tangent * tangent);
+    return {(course.dx - tangent * course.dy) / length, (course.dy + tangent * course.dx) / length,
+            course.bend};
+}
+
+/// Refines a direction and finds the curvature. A tilt moves the profiles of both sides apart and a bend
+/// changes each, so that one after the other finds both.
+Course refined(const Course& coarse, Ring& ring) {
+    BestCourse straight;
+    for (int tilt = -kTilts; tilt <= kTilts; ++tilt)
+        straight.consider(tilted(coarse, static_cast<float>(tilt) * kTilt), ring);
+    BestCourse best = straight;
+    for (int bend = -kBends; bend <= kBends; ++bend) {
+        Course course = *straight;
+        course.bend = static_cast<float>(bend) * kBend / ring.radius();
+        best.consider(course, ring);
+    }
+    return *best;
+}
+
+bool isLine(const Course& course, Ring& ring) {
+    const Products found = ring.productsAcross(course);
+    float energy = 0;
+    for (const Sample& sample : ring.samples())
+        energy += sample.light * sample.light;
+    return found.both > kMinCorrelation * std::sqrt(found.before * found.after) &&
+           2 * found.both > kMinShare * energy && found.both > found.cells * kMinDeviation * kMinDeviation;
+}
+
+/// The line through the disc that explains most of the ring's brightness, if there is one.
+std::optional<Course> findLine(const SkinWindow& window) {
+    Ring ring(samplesWithoutShading(window), window.radius);
+    if (ring.samples().size() < kMinRing)
+        return std::nullopt;
+    BestCourse coarse;
+    if (ring.radius() / 2 >= kMinReducedRadius) {
+        Ring reduced = halved(ring);
+        coarse = findDirection(reduced);
+    } else {
+        coarse = findDirection(ring);
+    }
+    if (!coarse)
+        return std::nullopt;
+    const Course course = refined(*coarse, ring);
+    return isLine(course, ring) ? std::optional(course) : std::nullopt;
+}
 
 /// The mean colour of the ring at each distance across the line, on both sides of the disc, less its mean.
 /// Values follow each other from -reach on.
@@ -300,7 +365,7 @@ void subtract(SkinWindow& window, const Course& course) {
 } // namespace
 
 bool subtractLines(SkinWindow& window) {
-    const std::optional<Course> course = LineSearch(window).run();
+    const std::optional<Course> course = findLine(window);
     if (!course)
         return false;
     subtract(window, *course);

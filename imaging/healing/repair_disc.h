@@ -16,6 +16,8 @@ struct RepairDisc {
     std::int64_t column = 0;
     std::int64_t radius = 0;
 
+    bool operator==(const RepairDisc&) const = default;
+
     /// The disc around `point` (in points, bottom-left origin). Fatal if the position overflows.
     static RepairDisc at(Point point, const Image& image, std::int64_t radius);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/stroke_skin.h"
 
+#include "imaging/healing/median.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -17,12 +19,6 @@ constexpr int kMaxSamples = 64;         // of a median: a long reach is sampled
 constexpr float kMinDeviation = 0.008F; // logarithmic, about one level of skin
 constexpr int kVariationRounds = 3;
 constexpr float kOutlier = 3; // standard deviations
-
-float median(std::vector<float>& values) {
-    const auto middle = values.begin() + std::ssize(values) / 2;
-    std::ranges::nth_element(values, middle);
-    return *middle;
-}
 
 /// Replaces each colour by the weighted mean of itself and its neighbours (1 2 1).
 void smooth(std::vector<LogColor>& colors) {
