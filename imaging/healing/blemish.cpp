@@ -45,16 +45,16 @@ constexpr int kTouch = 1; // cells
 /// The threshold to which the differences above apply; they scale with it.
 constexpr float kUsualThreshold = 10;
 constexpr float kThresholdStart = 5;
-constexpr std::int64_t kNothingDiffers = 255; // grey levels
 
 class Search {
 public:
     Search(const SkinWindow& window, const ClickedPlace& place, const SkinModel& model, CellGrid<Cell> smooth,
-           float scale)
+           float scale, float rimScale)
         : m_window(window),
           m_place(place),
           m_smooth(std::move(smooth)),
           m_scale(scale),
+          m_rimScale(rimScale),
           m_field(m_smooth.rect()),
           m_disc(window.around(1)),
           m_difference(m_field),
@@ -256,7 +256,7 @@ private:
         const float square = m_blemish.model.product(tint, tint);
         if (square <= 0)
             return;
-        const float least = std::max(kRimShare, kRimDeviations * m_scale / std::sqrt(square)) * square;
+        const float least = std::max(kRimShare, kRimDeviations * m_rimScale / std::sqrt(square)) * square;
         std::vector<PixelPosition> open;
         forEachMasked([&](int x, int y) {
             if (!m_blemish.mask.valueAt(x - 1, y) || !m_blemish.mask.valueAt(x + 1, y) ||
@@ -357,6 +357,7 @@ private:
     const ClickedPlace& m_place;
     CellGrid<Cell> m_smooth;
     float m_scale;
+    float m_rimScale;
     PixelRect m_field;
     PixelRect m_disc;
     CellGrid<float> m_difference;
@@ -374,8 +375,8 @@ float scaleOfThreshold(std::int64_t threshold) {
            (kUsualThreshold + kThresholdStart);
 }
 
-Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold) {
-    if (threshold >= kNothingDiffers)
+Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, const Thresholds& thresholds) {
+    if (thresholds.region >= kNothingDiffers)
         return Refusal::NothingDiffers;
     const float smoothing = std::clamp(kSmoothing * window.radius, kMinSmoothing, kMaxSmoothing);
     CellGrid<Cell> smooth = blurred(window.cells, smoothing,
@@ -383,7 +384,9 @@ Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::in
     const std::optional<SkinModel> model = SkinModel::fit(window, smooth);
     if (!model)
         return Refusal::NoSkin;
-    return Search(window, place, *model, std::move(smooth), scaleOfThreshold(threshold)).run();
+    return Search(window, place, *model, std::move(smooth), scaleOfThreshold(thresholds.region),
+                  scaleOfThreshold(thresholds.rim))
+        .run();
 }
 
 } // namespace complexion::healing

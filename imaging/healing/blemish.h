@@ -40,9 +40,19 @@ inline ClickedPlace middleOf(const SkinWindow& window) {
 /// The factor by which a threshold scales the limits for differences from the skin: 1 at the default, 10.
 float scaleOfThreshold(std::int64_t threshold);
 
+/// A search at this threshold or a higher one finds nothing.
+inline constexpr std::int64_t kNothingDiffers = 255;
+
+/// How much a blemish has to differ from the skin, in grey levels; 10 by default.
+struct Thresholds {
+    std::int64_t region = 0; // what is found by itself
+    std::int64_t rim = 0;    // what has the region's tint and is connected to it
+
+    static Thresholds both(std::int64_t threshold) { return {threshold, threshold}; }
+};
+
 /// Finds the region near the clicked place that differs from the skin, and extends it to its soft rim. The
-/// higher `threshold` (grey levels, 10 by default), the larger a difference has to be. The blemish is within
-/// the window's disc, which may be another than the edit disc.
-Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, std::int64_t threshold);
+/// blemish is within the window's disc, which may be another than the edit disc.
+Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, const Thresholds& thresholds);
 
 } // namespace complexion::healing

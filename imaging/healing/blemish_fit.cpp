@@ -65,8 +65,8 @@ private:
             m_refusal = m_refusal.value_or(Refusal::OverBorder);
             return std::nullopt;
         }
-        std::variant<Trial, Refusal> result =
-            tryDisc(readSkinWindow(m_image, disc, Resolution::Coarse), disc, clicked, m_threshold);
+        std::variant<Trial, Refusal> result = tryDisc(readSkinWindow(m_image, disc, Resolution::Coarse), disc,
+                                                      clicked, Thresholds::both(m_threshold));
         if (const Refusal* refusal = std::get_if<Refusal>(&result)) {
             m_refusal = *refusal;
             return std::nullopt;

@@ -32,8 +32,12 @@ constexpr float kPoorRim = 0.4F;          // a mask that covers more is not a bl
 constexpr float kShrunk = 0.8F; // a disc is shrunk if the fitting one is smaller by this factor
 constexpr float kSameBlemish = 0.7F;
 
-/// The thresholds to continue with after a refusal: a lower threshold must find what a higher one finds.
-constexpr std::array<std::int64_t, 5> kThresholds = {5, 10, 20, 40, 80};
+// A lower threshold must repair what a higher one does. The search therefore uses fixed levels only: the
+// threshold decides which of them are tried, and how strong a blemish has to be. At a low level the grain of
+// the skin connects with the blemish, and the search fails; so levels below the default are tried last.
+constexpr std::array<std::int64_t, 4> kLevels = {10, 20, 40, 80}; // in order
+constexpr std::array<std::int64_t, 4> kLowLevels = {7, 4, 2, 0};  // if nothing differs at the default
+constexpr float kSameAtHigherLevel = 1.2F; // maximum radius there, times that of the level below
 
 // Strengths of the tint, in standard deviations of the skin at the default threshold.
 constexpr float kWeak = 8;              // a weaker blemish may be part of a stronger one
@@ -57,30 +61,86 @@ constexpr float kUnevenSkin = 0.1F;     // standard deviation of skin that may b
 class Fitting {
 public:
     Fitting(const Image& image, const RepairDisc& clicked, std::int64_t threshold)
-        : m_image(image), m_clicked(clicked), m_threshold(threshold) {}
+        : m_image(image), m_clicked(clicked), m_clickedThreshold(std::max<std::int64_t>(threshold, 0)) {}
 
     FittedFinding run() {
-        for (;;) {
-            m_refusal.reset();
-            std::optional<Trial> best = search();
-            if (!best || !isCertain(*best))
-                searchWithoutLines(best);
-            if (best) {
-                preferStronger(*best);
-                shrink(*best);
-                return *std::move(best);
-            }
-            const Refusal refusal = m_refusal.value_or(Refusal::NothingDiffers);
-            const auto* const next = std::ranges::upper_bound(kThresholds, m_threshold);
-            if (refusal == Refusal::NothingDiffers || refusal == Refusal::NoSkin || m_isPartOfFeature ||
-                next == kThresholds.end())
-                return m_firstRefusal.value_or(m_refusal.value_or(m_poorFit.value_or(refusal)));
-            m_firstRefusal = m_firstRefusal.value_or(refusal);
-            m_threshold = *next;
-        }
+        if (m_clickedThreshold >= kNothingDiffers)
+            return Refusal::NothingDiffers;
+        std::optional<Trial> best = searchLevels();
+        if (!best)
+            return *m_firstRefusal;
+        preferStronger(*best);
+        shrink(*best);
+        extendRim(*best);
+        return *std::move(best);
     }
 
 private:
+    /// Searches at the threshold's level, at higher ones if the region there is no blemish, and at lower ones
+    /// as far as the threshold allows if nothing differs. The levels between the default and the threshold
+    /// are tried as well: what they refuse for good, or do not find there, is not repaired.
+    std::optional<Trial> searchLevels() {
+        std::optional<BlemishPlace> below;
+        for (const auto* level = kLevels.begin(); level != kLevels.end(); ++level) {
+            std::optional<Trial> best = searchAt(*level);
+            if (!best && !m_canGoOn)
+                break;
+            if (!best)
+                continue;
+            if (below && !isPartOf(*best, *below))
+                break;
+            const bool isBelow = level + 1 != kLevels.end() && level[1] <= m_clickedThreshold;
+            if (!isBelow && best->strength >= kMinStrength * scaleOfThreshold(m_clickedThreshold))
+                return best;
+            below = best->place();
+        }
+        m_firstRefusal = m_firstRefusal.value_or(Refusal::NothingDiffers);
+        for (const std::int64_t low : kLowLevels)
+            if (low >= m_clickedThreshold && m_firstRefusal == Refusal::NothingDiffers)
+                if (std::optional<Trial> best = searchAt(low))
+                    return best;
+        return std::nullopt;
+    }
+
+    /// Whether a higher level found the same blemish, not something else beside it.
+    static bool isPartOf(const Trial& trial, const BlemishPlace& place) {
+        const float dx = trial.x - static_cast<float>(place.middle.column);
+        const float dy = trial.y - static_cast<float>(place.middle.row);
+        return square(dx) + square(dy) <= square(static_cast<float>(place.reach)) &&
+               trial.radius <= kSameAtHigherLevel * static_cast<float>(place.radius);
+    }
+
+    std::optional<Trial> searchAt(std::int64_t level) {
+        m_threshold = level;
+        m_refusal.reset();
+        m_poorFit.reset();
+        std::optional<Trial> best = search();
+        if (!best || !isCertain(*best))
+            searchWithoutLines(best);
+        if (best)
+            return best;
+        const Refusal refusal = m_refusal.value_or(Refusal::NothingDiffers);
+        m_canGoOn = refusal != Refusal::NothingDiffers && refusal != Refusal::NoSkin && !m_isPartOfFeature;
+        m_firstRefusal = m_firstRefusal.value_or(m_refusal.value_or(m_poorFit.value_or(refusal)));
+        return best;
+    }
+
+    /// A threshold below the default extends the mask farther along the blemish's tint.
+    void extendRim(Trial& best) {
+        for (const std::int64_t low : kLowLevels) {
+            if (low < m_clickedThreshold)
+                return;
+            if (low >= m_threshold)
+                continue;
+            m_rimThreshold = low;
+            std::optional<Trial> trial = look(best.disc, best.disc);
+            if (!trial || trial->window.hasLines() != best.window.hasLines() || trial->rim > kFreeRim ||
+                trial->radius < best.radius)
+                return;
+            best = *std::move(trial);
+        }
+    }
+
     std::optional<Trial> search() {
         std::optional<Trial> best;
         for (const float size : kTrials) {
@@ -246,7 +306,9 @@ private:
     std::optional<Trial> look(const RepairDisc& disc, const RepairDisc& place) {
         if (disc.radius < std::min(kMinRadius, m_clicked.radius) || !disc.fitsInside(m_image.pixelSize()))
             return std::nullopt;
-        std::variant<Trial, Refusal> result = tryDisc(windowOf(disc), disc, place, m_threshold);
+        std::variant<Trial, Refusal> result =
+            tryDisc(windowOf(disc), disc, place,
+                    {.region = m_threshold, .rim = m_rimThreshold.value_or(m_threshold)});
         if (const Refusal* refusal = std::get_if<Refusal>(&result)) {
             if (disc.radius == m_clicked.radius)
                 m_refusal = *refusal;
@@ -292,7 +354,10 @@ private:
 
     const Image& m_image;
     RepairDisc m_clicked;
-    std::int64_t m_threshold;
+    std::int64_t m_clickedThreshold; // at least 0
+    std::int64_t m_threshold = 0;    // the level of the search
+    std::optional<std::int64_t> m_rimThreshold;
+    bool m_canGoOn = false;           // a higher level may separate the blemish from other things
     std::optional<Refusal> m_refusal; // with the edit disc itself
     std::optional<Refusal> m_firstRefusal;
     std::optional<Refusal> m_poorFit; // why what the edit disc shows is no blemish; not a reason to go on

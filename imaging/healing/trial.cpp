@@ -83,11 +83,11 @@ float fittingRadius(float radius, float reach) {
 }
 
 std::variant<Trial, Refusal> tryDisc(SkinWindow window, const RepairDisc& disc, const RepairDisc& clicked,
-                                     std::int64_t threshold) {
+                                     const Thresholds& thresholds) {
     const auto cell = static_cast<float>(window.step);
     const ClickedPlace place{window.cellX(clicked.column), window.cellY(clicked.row),
                              std::min(static_cast<float>(clicked.radius) / cell, window.radius)};
-    Finding finding = findBlemish(window, place, threshold);
+    Finding finding = findBlemish(window, place, thresholds);
     if (const Refusal* refusal = std::get_if<Refusal>(&finding))
         return *refusal;
     Trial trial{.disc = disc, .window = std::move(window), .blemish = std::get<Blemish>(std::move(finding))};

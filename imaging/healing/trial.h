@@ -40,6 +40,6 @@ inline float square(float value) {
 
 /// Searches the window of `disc`, which is inside the picture, for the blemish at the edit disc `clicked`.
 std::variant<Trial, Refusal> tryDisc(SkinWindow window, const RepairDisc& disc, const RepairDisc& clicked,
-                                     std::int64_t threshold);
+                                     const Thresholds& thresholds);
 
 } // namespace complexion::healing

@@ -20,7 +20,8 @@ SkinWindow windowOf(const Image& image, PixelPosition place, std::int64_t radius
 
 Restoration restorationOf(const Image& image, PixelPosition place, std::int64_t radius) {
     const SkinWindow window = windowOf(image, place, radius);
-    const healing::Finding finding = healing::findBlemish(window, middleOf(window), kThreshold);
+    const healing::Finding finding =
+        healing::findBlemish(window, middleOf(window), healing::Thresholds::both(kThreshold));
     const auto* blemish = std::get_if<Blemish>(&finding);
     return blemish ? healing::restoreDetail(window, *blemish) : Restoration{};
 }
@@ -62,7 +63,8 @@ struct Neighbourhood {
     static Neighbourhood ofMottledSkin() {
         const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
         SkinWindow window = windowOf(image, kCenter, kRadius);
-        Blemish blemish = std::get<Blemish>(healing::findBlemish(window, middleOf(window), kThreshold));
+        Blemish blemish = std::get<Blemish>(
+            healing::findBlemish(window, middleOf(window), healing::Thresholds::both(kThreshold)));
         const PixelRect whole = window.cells.rect();
         Neighbourhood found{.window = window,
                             .blemish = blemish,

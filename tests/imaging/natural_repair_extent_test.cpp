@@ -72,6 +72,46 @@ TEST(NaturalRepairExtent, ALowerThresholdNeverLosesABlemish) {
     }
 }
 
+/// Skin with a blemish beside a dark line, such as a hair.
+Image skinBesideALine(const Skin& skin, double distance) {
+    const Image picture = skin.picture();
+    return painted(kSize, [&](int row, int column) {
+        const RGBA32 pixel = picture.pixel(row, column);
+        const double across = column + 0.3 * row - 100 - 0.3 * 80 - distance;
+        const double light = 1 - 0.6 * std::exp(-across * across / 3);
+        return RGBA32(byteOf(pixel.red() * light), byteOf(pixel.green() * light),
+                      byteOf(pixel.blue() * light), 255);
+    });
+}
+
+/// The radius that is repaired; 0 if nothing is.
+double repairedRadius(const Image& image, std::int64_t disc, std::int64_t threshold) {
+    const Located place = located(image, kCenter, disc, threshold);
+    const auto* blemish = std::get_if<BlemishPlace>(&place);
+    return blemish ? blemish->radius : 0;
+}
+
+TEST(NaturalRepairExtent, ALowerThresholdNeverRepairsLess) {
+    int found = 0;
+    for (int i = 0; i < 24; ++i) {
+        const double strength = std::array{0.1, 0.2, 0.5}[static_cast<std::size_t>(i) % 3];
+        const Image image = skinBesideALine({.grain = i / 3 % 2 == 0 ? 2.0 : 6.0,
+                                             .stain = {1 - 0.6 * strength, 1 - strength, 1 - 0.95 * strength},
+                                             .radius = i / 6 % 2 == 0 ? 4.0 : 9.0},
+                                            i < 12 ? 12 : 16);
+        for (const std::int64_t disc : {8, 20}) {
+            double atHigher = 0;
+            for (const std::int64_t threshold : {60, 40, 20, 15, 10, 8, 3, 0}) {
+                const double repaired = repairedRadius(image, disc, threshold);
+                EXPECT_GE(repaired, 0.8 * atHigher) << i << ", disc " << disc << ", at " << threshold;
+                atHigher = std::max(atHigher, repaired);
+            }
+            found += atHigher > 0 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(found, 20);
+}
+
 TEST(NaturalRepairExtent, ANostrilThatTouchesTheBlemishStaysAsItIs) {
     const PixelPosition middle{150, 150};
     constexpr double kBlemish = 39;
