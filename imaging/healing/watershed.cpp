@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstdint>
 #include <queue>
+#include <utility>
 
 namespace complexion::healing {
 
@@ -111,15 +112,20 @@ private:
 
 CellMask watershed(const CellGrid<float>& height, PixelPosition own,
                    const std::vector<PixelPosition>& foreign, float minHeight) {
-    Flood apart(height, minHeight);
-    apart.claimConnected(foreign, Claim::Foreign);
-    if (apart.isOpen(own)) {
-        // Nothing foreign touches the own region.
-        apart.claimConnected({own}, Claim::Own);
-        return std::move(apart).claims();
+    // Only what is connected to the own region must be divided from it.
+    Flood around(height, minHeight);
+    around.claimConnected({own}, Claim::Own);
+    std::vector<PixelPosition> connected;
+    std::vector<PixelPosition> apart;
+    for (const PixelPosition& marker : foreign)
+        (around.isOpen(marker) ? apart : connected).push_back(marker);
+    if (connected.empty()) {
+        around.claimConnected(std::move(apart), Claim::Foreign);
+        return std::move(around).claims();
     }
     Flood flood(height, minHeight);
-    flood.divide(own, foreign);
+    flood.claimConnected(std::move(apart), Claim::Foreign);
+    flood.divide(own, connected);
     return std::move(flood).claims();
 }
 
