@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/painted_frame.h"
 
-#include "imaging/base/parallel.h"
+#include "view/device_pixels.h"
 #include "view/image_painter.h"
+#include "view/nearest_pixels.h"
 
 #include <QPainter>
 
 #include <algorithm>
 #include <cmath>
-#include <span>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -21,10 +22,6 @@ constexpr double kMaxPhaseError = 1e-3; // device pixels
 /// steps.
 constexpr qint64 kMinProvisionalArea = 1'500'000;
 constexpr int kTileSide = 512;
-/// Rows that are scaled before they are drawn: few enough to stay in the L2 cache.
-constexpr int kStripRows = 128;
-constexpr int kRowsPerTask = 32;
-constexpr qint64 kMinParallelArea = 65'536; // device pixels; below, one thread is faster
 /// A change affects device pixels within this distance, because scaling blends neighbours.
 constexpr int kChangeMargin = 3;
 
@@ -57,37 +54,8 @@ int distance(const QRect& rect, QPoint point) {
     return (nearest - point).manhattanLength();
 }
 
-/// The pixels at the centres of `count` pixels from `begin` on, in an image of `extent` pixels that is
-/// `scale` times as fine and wraps around: its first pixel is at `first`.
-std::vector<int> nearestPixels(int begin, int count, double scale, double offset, int extent, int first) {
-    std::vector<int> pixels(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-        const int nearest = static_cast<int>(std::floor((begin + i + 0.5) * scale + offset));
-        pixels[static_cast<std::size_t>(i)] = (std::clamp(nearest, 0, extent - 1) + first) % extent;
-    }
-    return pixels;
-}
-
-/// Fills `target` with the pixels of `source` at the crossings of `columns` and the first `rows`.
-void scaleRows(const QImage& source, std::span<const int> columns, std::span<const int> rows,
-               QImage& target) {
-    const int height = std::min(target.height(), static_cast<int>(rows.size()));
-    uchar* const out = target.bits();
-    const auto scaleTask = [&](int task) {
-        for (int y = task * kRowsPerTask; y < std::min(height, (task + 1) * kRowsPerTask); ++y) {
-            const auto* from =
-                reinterpret_cast<const QRgb*>(source.constScanLine(rows[static_cast<std::size_t>(y)]));
-            auto* to = reinterpret_cast<QRgb*>(out + y * target.bytesPerLine());
-            for (const int column : columns)
-                *to++ = from[column];
-        }
-    };
-    const int tasks = (height + kRowsPerTask - 1) / kRowsPerTask;
-    if (qint64{height} * target.width() >= kMinParallelArea)
-        parallelFor(tasks, scaleTask);
-    else
-        for (int task = 0; task < tasks; ++task)
-            scaleTask(task);
+bool isOpaque(const QImage& image) {
+    return image.format() == QImage::Format_RGB32;
 }
 
 /// An alias of the pixels (not a copy) with another device pixel ratio.
@@ -184,27 +152,41 @@ QRectF PaintedFrame::planeToPainter(const QRect& onPlane) const {
 }
 
 void PaintedFrame::drawStandIn(QPainter& painter, const QRegion& onPlane) const {
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     const QTransform fromPlane = (m_standInToPixels * m_toPlane).inverted();
-    for (const QRect& rect : onPlane) {
-        const std::vector<int> columns =
-            nearestPixels(rect.left(), rect.width(), fromPlane.m11(), fromPlane.dx(), m_standIn.width(),
-                          m_standIn.offset().x());
-        const std::vector<int> rows =
-            nearestPixels(rect.top(), rect.height(), fromPlane.m22(), fromPlane.dy(), m_standIn.height(),
-                          m_standIn.offset().y());
-        QImage strip(rect.width(), std::min(rect.height(), kStripRows), m_standIn.format());
-        for (int begin = 0; begin < rect.height(); begin += kStripRows) {
-            const int height = std::min(kStripRows, rect.height() - begin);
-            scaleRows(m_standIn, columns, std::span(rows).subspan(static_cast<std::size_t>(begin)), strip);
-            const QRect part(rect.x(), rect.y() + begin, rect.width(), height);
-            painter.drawImage(planeToPainter(part).topLeft(), withRatio(strip, m_toDevice.m11()),
-                              QRectF(QPointF(), part.size()));
+    if (const auto device = isOpaque(m_standIn) ? DevicePixels::of(painter) : std::nullopt) {
+        for (const QRect& rect : onPlane.translated(m_origin) & device->writable()) {
+            const NearestPixels nearest(m_standIn, fromPlane, rect.translated(-m_origin));
+            forRowsInParallel(0, rect.height(), rect.width(), [&](int begin, int end) {
+                nearest.write(begin, end, [&](int y) { return device->row(rect.y() + y) + rect.x(); });
+            });
         }
+        return;
+    }
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
+    for (const QRect& rect : onPlane) {
+        QImage scaled(rect.size(), m_standIn.format());
+        NearestPixels(m_standIn, fromPlane, rect).write(0, rect.height(), [&scaled](int y) {
+            return reinterpret_cast<QRgb*>(scaled.scanLine(y));
+        });
+        painter.drawImage(planeToPainter(rect).topLeft(), withRatio(scaled, m_toDevice.m11()),
+                          QRectF(QPointF(), rect.size()));
     }
 }
 
 void PaintedFrame::drawPixels(QPainter& painter, const QRegion& onPlane) const {
+    if (const auto device = isOpaque(m_pixels) ? DevicePixels::of(painter) : std::nullopt) {
+        for (const QRect& rect : (onPlane.translated(m_origin) & device->writable()).translated(-m_origin))
+            forEachPiece(rect, m_pixels.size(), [&](const QRect& piece, QPoint place) {
+                const QPoint to = piece.topLeft() + m_origin;
+                forRowsInParallel(0, piece.height(), piece.width(), [&](int begin, int end) {
+                    for (int y = begin; y < end; ++y)
+                        std::copy_n(reinterpret_cast<const QRgb*>(m_pixels.constScanLine(place.y() + y)) +
+                                        place.x(),
+                                    piece.width(), device->row(to.y() + y) + to.x());
+                });
+            });
+        return;
+    }
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     const QImage pixels = withRatio(m_pixels, m_toDevice.m11());
     for (const QRect& rect : onPlane)

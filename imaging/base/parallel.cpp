@@ -132,7 +132,9 @@ OneCoreFree::~OneCoreFree() {
 }
 
 int coreCount() {
-    return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+    // Asked once: the standard library reads a file for it.
+    static const auto count = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+    return count;
 }
 
 void parallelFor(int count, const std::function<void(int)>& body) {

@@ -4,6 +4,7 @@
 #include "tests/fakes/pictures.h"
 #include "view/image_painter.h"
 
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -245,6 +246,49 @@ TEST_F(LargeView, ScaledPixelsAreInPlace) {
             refineAll(slope);
             EXPECT_EQ(kept(slope, to), fresh(slope, to)) << "ratio " << ratio;
         }
+}
+
+TEST_F(LargeView, PixelsWrittenDirectlyEqualPaintedOnes) {
+    for (const double screenRatio : {1.0, 1.5, 2.0}) {
+        ratio = screenRatio;
+        PaintedFrame direct(Qt::black);
+        PaintedFrame painted(Qt::black);
+        for (const QTransform& toPainter :
+             {placed(0.6, {-11, -7}), placed(0.6, {-31, 20}), placed(0.7, {-60, -40})}) {
+            QImage directly = blankScreen();
+            QImage byPainter = blankScreen();
+            {
+                QPainter painter(&directly);
+                direct.paint(painter, image, toPainter, view(), view());
+            }
+            QPainter painter(&byPainter);
+            painter.setClipRect(view()); // a painter with a clip cannot be bypassed
+            painted.paint(painter, image, toPainter, view(), view());
+            painter.end();
+            EXPECT_EQ(directly, byPainter) << "ratio " << ratio;
+        }
+        EXPECT_TRUE(direct.isProvisional());
+    }
+}
+
+TEST_F(LargeView, OnlyWhatAWidgetMayPaintIsWritten) {
+    frame = PaintedFrame(Qt::black);
+    const QRegion clip = QRegion(200, 100, 700, 500) + QRegion(950, 300, 100, 100);
+    QImage screen = blankScreen();
+    screen.paintEngine()->setSystemClip(clip);
+    {
+        QPainter painter(&screen);
+        frame.paint(painter, image, fitted, view(), view());
+    }
+    {
+        QPainter painter(&screen);
+        frame.paint(painter, image, larger, view(), view());
+    }
+    EXPECT_EQ(qAlpha(screen.pixel(300, 300)), 255);
+    EXPECT_EQ(qAlpha(screen.pixel(1000, 350)), 255);
+    EXPECT_EQ(qAlpha(screen.pixel(199, 300)), 0);
+    EXPECT_EQ(qAlpha(screen.pixel(920, 350)), 0);
+    EXPECT_EQ(qAlpha(screen.pixel(1500, 900)), 0);
 }
 
 TEST_F(LargeView, ZoomingOutPaintsOnlyWhatWasNotVisible) {
