@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/codecs/jpeg_decompressor.h"
 
+#include "imaging/base/large_pages.h"
 #include "imaging/codecs/jpeg_scan.h"
 #include "imaging/containers/byte_order.h"
 
@@ -188,15 +189,31 @@ bool Decompressor::lacksScans() const {
 }
 
 bool Decompressor::readCoefficients() {
-    m_progress.progress_monitor = [](j_common_ptr codec) {
-        auto* const info = reinterpret_cast<j_decompress_ptr>(codec);
-        if (info->input_scan_number > maxScans(*info))
-            static_cast<ErrorHandler*>(codec->err)->guard.fail("too many scans");
-    };
+    m_info.buffered_image = TRUE;
     return guard().run([this] {
-        m_info.progress = &m_progress;
-        m_coefficients = jpeg_read_coefficients(&m_info);
+        jpeg_start_decompress(&m_info);
+        keepCoefficients();
+        while (!jpeg_input_complete(&m_info)) {
+            if (m_info.input_scan_number > maxScans(m_info))
+                guard().fail("too many scans");
+            jpeg_consume_input(&m_info);
+        }
     });
+}
+
+void Decompressor::keepCoefficients() {
+    m_coefficients = jpeg_read_coefficients(&m_info); // reads nothing while the picture is buffered
+    for (int i = 0; i < m_info.num_components; ++i) {
+        const jpeg_component_info& component = m_info.comp_info[i];
+        const auto rows = static_cast<std::ptrdiff_t>(component.height_in_blocks);
+        const auto rowBytes = static_cast<std::ptrdiff_t>(component.width_in_blocks * sizeof(JBLOCK));
+        auto* const first = reinterpret_cast<std::uint8_t*>(coefficientRow(i, 0));
+        auto* const last = reinterpret_cast<std::uint8_t*>(coefficientRow(i, static_cast<int>(rows) - 1));
+        // The library may have allocated the rows in several pieces.
+        const std::ptrdiff_t length = last - first;
+        if (length >= (rows - 1) * rowBytes && length <= 2 * rows * rowBytes)
+            useLargePages(first, static_cast<std::size_t>(length));
+    }
 }
 
 JBLOCKROW Decompressor::coefficientRow(int component, int row) {
@@ -228,6 +245,7 @@ int Decompressor::maxScans(const jpeg_decompress_struct& info) {
 bool Decompressor::startOutputOfAllScans() {
     const Frame frame(m_info);
     const bool undamaged = guard().run([this] {
+        keepCoefficients();
         while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= maxScans(m_info))
             jpeg_consume_input(&m_info);
     });

@@ -103,13 +103,14 @@ private:
     JumpGuard& guard() { return m_errors.guard; }
     static boolean readSegment(j_decompress_ptr info);
     static int maxScans(const jpeg_decompress_struct& info);
+    /// Before any scan of a buffered picture is read: the arrays that will hold its coefficients.
+    void keepCoefficients();
     bool startOutputOfAllScans();
     bool lacksScans() const;
 
     ByteView m_file;
     PieceSource m_pieces;
     bool m_isInPieces = false;
-    jpeg_progress_mgr m_progress = {};
     jvirt_barray_ptr* m_coefficients = nullptr; // one array per component, owned by the library
     bool m_isTruncated = false;                 // reading stopped before the end of the picture
     ApplicationSegments m_segments;
