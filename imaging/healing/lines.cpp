@@ -79,23 +79,20 @@ public:
         int cells = 0;
     };
 
-    Bin& at(int u) { return m_bins[indexOf(u)]; }
-    const Bin& at(int u) const { return m_bins[indexOf(u)]; }
+    /// The bin of the distance that is nearest to `across`.
+    Bin& nearest(float across) {
+        const auto reach = static_cast<float>(m_reach);
+        // Not negative, so that the conversion rounds down.
+        return m_bins[static_cast<std::size_t>(
+            static_cast<int>(std::clamp(across, -reach, reach) + (reach + 0.5F)))];
+    }
+    const Bin& at(int u) const { return m_bins[static_cast<std::size_t>(u + m_reach)]; }
     void clear() { std::ranges::fill(m_bins, Bin{}); }
 
 private:
-    std::size_t indexOf(int u) const {
-        const int index = std::clamp(u, -m_reach, m_reach) + m_reach;
-        return static_cast<std::size_t>(index);
-    }
-
     int m_reach;
     std::vector<Bin> m_bins;
 };
-
-int binOf(float across) {
-    return static_cast<int>(std::floor(across + 0.5F));
-}
 
 /// The sums of products of the profiles on both sides of the disc.
 struct Products {
@@ -146,7 +143,7 @@ private:
             const float u = course.across(sample.x, sample.y);
             if (u < -reach || u > reach)
                 continue;
-            auto& bin = (course.along(sample.x, sample.y) < 0 ? m_before : m_after).at(binOf(u));
+            auto& bin = (course.along(sample.x, sample.y) < 0 ? m_before : m_after).nearest(u);
             bin.sum += sample.light;
             ++bin.cells;
         }
@@ -310,7 +307,7 @@ std::optional<Course> findLine(const SkinWindow& window) {
 std::vector<LogColor> profileOf(const SkinWindow& window, const Course& course, int reach) {
     std::array<Profile<LogColor>, 2> sides = {Profile<LogColor>(reach), Profile<LogColor>(reach)};
     forEachOfRing(window, [&](float x, float y, const Cell& cell) {
-        auto& bin = sides[course.along(x, y) < 0 ? 0 : 1].at(binOf(course.across(x, y)));
+        auto& bin = sides[course.along(x, y) < 0 ? 0 : 1].nearest(course.across(x, y));
         for (std::size_t c = 0; c < 3; ++c)
             bin.sum[c] += cell[c];
         ++bin.cells;
