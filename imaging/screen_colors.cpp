@@ -1,14 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/screen_colors.h"
 
+#include "imaging/base/lcms.h"
+#include "imaging/base/monitor_colors.h"
 #include "imaging/base/screen_tables.h"
 
 namespace complexion {
 
-std::shared_ptr<const PixelTransform> screenTransform(const ColorProfile& profile) {
+namespace {
+
+/// Larger profiles are not of monitors: tables of 33 nodes a side, there and back, take less than 1 MB.
+constexpr std::size_t kMaxMonitorProfile = std::size_t{8} << 20; // bytes
+
+ScreenTables tablesOf(const ColorProfile& profile) {
     if (profile.isSrgb())
+        return srgbScreenTables();
+    return profile.screenTables() ? *profile.screenTables() : screenTablesOf(profile.icc());
+}
+
+} // namespace
+
+ColorProfile monitorProfile(std::span<const std::uint8_t> icc) {
+    if (icc.size() > kMaxMonitorProfile)
+        return {};
+    const LcmsProfile opened = openLcmsProfile(icc);
+    if (!opened || cmsGetDeviceClass(opened.get()) != cmsSigDisplayClass || !MonitorColors(icc).isValid())
+        return {};
+    return ColorProfile::fromIcc(icc);
+}
+
+std::shared_ptr<const PixelTransform> screenTransform(const ColorProfile& profile,
+                                                      const ColorProfile& monitor) {
+    if (profile == monitor)
         return nullptr;
-    return transformOf(profile.screenTables() ? *profile.screenTables() : screenTablesOf(profile.icc()));
+    return transformOf(tablesOf(profile), monitor.isSrgb() ? MonitorColors() : MonitorColors(monitor.icc()));
 }
 
 } // namespace complexion

@@ -79,11 +79,23 @@ QTransform CustomImageView::pixelsToWidget() const {
 }
 
 Image CustomImageView::inScreenColors(const Image& image) {
-    if (!(image.profile() == m_screenProfile)) {
-        m_screenProfile = image.profile();
-        m_toScreen = screenTransform(m_screenProfile);
+    if (!(m_profile == image.profile())) {
+        m_profile = image.profile();
+        m_toScreen = screenTransform(image.profile(), m_monitor);
     }
     return m_toScreen ? image.transformed(m_toScreen) : image;
+}
+
+void CustomImageView::setMonitor(const ColorProfile& monitor) {
+    if (monitor == m_monitor)
+        return;
+    m_monitor = monitor;
+    m_profile.reset();
+    for (KeptFrame& kept : m_kept) {
+        kept.image.reset();
+        kept.frame.clear();
+    }
+    refresh(std::nullopt);
 }
 
 void CustomImageView::setImage(std::optional<Image> image) {

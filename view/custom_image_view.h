@@ -36,6 +36,9 @@ public:
     /// Paints an opaque colour behind and beside the image; without it, the parent shows there.
     void setBackground(const QColor& color);
 
+    /// Paints for a monitor with this profile. Without it, for one of sRGB.
+    void setMonitor(const ColorProfile& monitor);
+
     const std::vector<std::string_view>& acceptedTypes() const { return m_acceptedTypes; }
 
     const std::optional<Image>& image() const { return m_image; }
@@ -86,8 +89,10 @@ private:
     Dialogs* m_dialogs = nullptr;
     std::optional<Image> m_image;
     std::optional<Image> m_replacement;
-    std::optional<Image> m_onScreen; // the painted image, in the screen's colour space
-    ColorProfile m_screenProfile;    // the source profile of m_toScreen
+    std::optional<Image> m_onScreen; // the painted image, in the monitor's colours
+    ColorProfile m_monitor;
+    std::optional<ColorProfile>
+        m_profile; // that m_toScreen converts from; nothing if it is for another monitor
     std::shared_ptr<const PixelTransform> m_toScreen;
     Frame m_frame;
 

@@ -40,26 +40,24 @@ void writeLosses(FlatWriter& writer, const std::vector<SavingLoss>& losses) {
     }
 }
 
-template <class T>
-void writeValues(FlatWriter& writer, const std::vector<std::array<T, 3>>& values) {
-    writer.bytes({reinterpret_cast<const std::uint8_t*>(values.data()), values.size() * 3 * sizeof(T)});
+void writeLight(FlatWriter& writer, const std::vector<Light>& colors) {
+    writer.bytes({reinterpret_cast<const std::uint8_t*>(colors.data()), colors.size() * sizeof(colors[0])});
 }
 
-template <class T>
-std::vector<std::array<T, 3>> readValues(FlatReader& reader) {
+std::vector<Light> readLight(FlatReader& reader) {
     const ByteView bytes = reader.bytes();
-    std::vector<std::array<T, 3>> values(bytes.size() / (3 * sizeof(T)));
-    if (!values.empty())
-        std::memcpy(values.data(), bytes.data(), values.size() * 3 * sizeof(T));
-    return values;
+    std::vector<Light> colors(bytes.size() / sizeof(Light));
+    if (!colors.empty())
+        std::memcpy(colors.data(), bytes.data(), colors.size() * sizeof(colors[0]));
+    return colors;
 }
 
 void writeProfile(FlatWriter& writer, const PictureAnswer& answer) {
     writer.bytes(answer.icc);
     if (answer.icc.empty())
         return;
-    writeValues(writer, answer.screenTables->light);
-    writeValues(writer, answer.screenTables->nodes);
+    writeLight(writer, answer.screenTables->light);
+    writeLight(writer, answer.screenTables->nodes);
 }
 
 /// False if there are no valid tables for a profile.
@@ -68,8 +66,8 @@ bool readProfile(FlatReader& reader, PictureAnswer& answer) {
     answer.icc.assign(icc.begin(), icc.end());
     if (icc.empty())
         return true;
-    ScreenTables tables{.light = readValues<float>(reader), .nodes = {}};
-    tables.nodes = readValues<std::uint16_t>(reader);
+    ScreenTables tables{.light = readLight(reader), .nodes = {}};
+    tables.nodes = readLight(reader);
     answer.screenTables = std::make_shared<const ScreenTables>(std::move(tables));
     return answer.screenTables->isValid();
 }

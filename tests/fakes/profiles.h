@@ -32,14 +32,13 @@ inline Bytes wideProfile() {
     return bytes;
 }
 
-/// sRGB as lookup tables of 17³ colours to and from Lab, as scanners and some cameras embed it.
-inline Bytes tableProfile() {
+/// `colors`, which it closes, as lookup tables of 17³ colours to and from Lab.
+inline Bytes tablesOfProfile(cmsHPROFILE colors, cmsProfileClassSignature deviceClass) {
     cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, 2.4);
-    cmsSetDeviceClass(profile, cmsSigColorSpaceClass);
+    cmsSetDeviceClass(profile, deviceClass);
     cmsSetColorSpace(profile, cmsSigRgbData);
     cmsSetPCS(profile, cmsSigLabData);
-    cmsHPROFILE srgb = cmsCreate_sRGBProfile();
     cmsHPROFILE lab = cmsCreateLab2Profile(nullptr);
     const auto addTable = [profile](cmsTagSignature tag, cmsHTRANSFORM transform) {
         cmsPipeline* pipeline = cmsPipelineAlloc(nullptr, 3, 3);
@@ -56,11 +55,37 @@ inline Bytes tableProfile() {
         cmsDeleteTransform(transform);
     };
     constexpr cmsUInt32Number kIntent = INTENT_RELATIVE_COLORIMETRIC;
-    addTable(cmsSigAToB0Tag, cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_LabV2_16, kIntent, 0));
-    addTable(cmsSigBToA0Tag, cmsCreateTransform(lab, TYPE_LabV2_16, srgb, TYPE_RGB_16, kIntent, 0));
-    cmsCloseProfile(srgb);
+    addTable(cmsSigAToB0Tag, cmsCreateTransform(colors, TYPE_RGB_16, lab, TYPE_LabV2_16, kIntent, 0));
+    addTable(cmsSigBToA0Tag, cmsCreateTransform(lab, TYPE_LabV2_16, colors, TYPE_RGB_16, kIntent, 0));
+    cmsCloseProfile(colors);
     cmsCloseProfile(lab);
     return bytesOfProfile(profile);
+}
+
+/// sRGB as lookup tables, as scanners and some cameras embed it.
+inline Bytes tableProfile() {
+    return tablesOfProfile(cmsCreate_sRGBProfile(), cmsSigColorSpaceClass);
+}
+
+/// A monitor with a wide gamut and a different tone curve for each primary.
+inline cmsHPROFILE openMonitor() {
+    const cmsCIExyY white = {0.305, 0.335, 1};
+    const cmsCIExyYTRIPLE primaries = {{0.68, 0.31, 1}, {0.27, 0.68, 1}, {0.15, 0.05, 1}};
+    cmsToneCurve* curves[3] = {cmsBuildGamma(nullptr, 2.1), cmsBuildGamma(nullptr, 2.3),
+                               cmsBuildGamma(nullptr, 2.45)};
+    cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves);
+    cmsFreeToneCurveTriple(curves);
+    return profile;
+}
+
+/// openMonitor as primaries and tone curves.
+inline Bytes monitorOfPrimaries() {
+    return bytesOfProfile(openMonitor());
+}
+
+/// openMonitor as lookup tables.
+inline Bytes monitorOfTables() {
+    return tablesOfProfile(openMonitor(), cmsSigDisplayClass);
 }
 
 inline Bytes grayProfile(double gamma = 2.2) {

@@ -13,11 +13,11 @@
 namespace complexion {
 namespace {
 
-constexpr std::size_t kCubeNodes = std::size_t{33} * 33 * 33;
+constexpr std::size_t kCubeNodes = std::size_t{65} * 65 * 65;
 
 std::shared_ptr<const ScreenTables> someTables() {
     ScreenTables tables;
-    tables.light.assign(std::size_t{3} * ScreenTables::kLevels, {-1, 0, ScreenTables::kWhite});
+    tables.light.assign(std::size_t{3} * ScreenTables::kLevels, {-1, 0, kWhiteLight});
     return std::make_shared<const ScreenTables>(tables);
 }
 

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/custom_image_view.h"
 
+#include "imaging/screen_colors.h"
 #include "tests/fakes/pictures.h"
+#include "tests/fakes/profiles.h"
 
 #include <QApplication>
 #include <QImage>
 #include <QMouseEvent>
+
+#include <array>
 
 namespace complexion {
 
@@ -70,6 +74,24 @@ TEST_F(Painting, AtOnePointPerPixelPixelsAreExact) {
             ASSERT_EQ(picture.pixelColor(column, row), QColor(pixel.red(), pixel.green(), pixel.blue()))
                 << row << ", " << column;
         }
+}
+
+TEST_F(Painting, IsInTheColorsOfTheMonitor) {
+    const ColorProfile monitor = monitorProfile(monitorOfPrimaries());
+    for (const ColorProfile& profile : {ColorProfile(), ColorProfile::fromIcc(wideProfile())}) {
+        const Image image = halves({80, 60}).withProfile(profile);
+        view->setImage(image);
+        view->setMonitor({});
+        const QColor before = at(20, 10);
+        view->setMonitor(monitor); // also where pixels are painted already
+        std::array<RGBA32, 1> expected = {RGBA32(250, 0, 0, 255)};
+        screenTransform(profile, monitor)->apply(expected);
+        EXPECT_EQ(at(20, 10), QColor(expected[0].red(), expected[0].green(), expected[0].blue()));
+        EXPECT_NE(at(20, 10), before);
+        EXPECT_TRUE(view->image()->isSameObject(image));
+        view->setMonitor({});
+        EXPECT_EQ(at(20, 10), before);
+    }
 }
 
 TEST_F(Painting, TheImageIsFittedIntoTheFrame) {
