@@ -40,7 +40,6 @@ constexpr float kMaxShareCutOff = 0.35F;   // of the region's edge
 constexpr float kMaxSkinContrast = 0.35F;  // on the logarithmic scale: a larger one is not shading
 constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
-constexpr int kTouch = 1; // cells
 
 /// The threshold to which the differences above apply; they scale with it.
 constexpr float kUsualThreshold = 10;
@@ -96,11 +95,23 @@ private:
     bool touchesForeign() const {
         bool touches = false;
         if (m_isParted)
-            forEachMasked([&](int x, int y) {
-                forEachCell(widened({x, y, 1, 1}, kTouch, m_field),
-                            [&](int nextX, int nextY) { touches = touches || m_foreign.at(nextX, nextY); });
-            });
+            forEachMasked([&](int x, int y) { touches = touches || isBesideForeign(x, y); });
         return touches;
+    }
+
+    bool isBesideForeign(int x, int y) const {
+        return anyAround(x, y, [this](int nextX, int nextY) { return m_foreign.at(nextX, nextY) != 0; });
+    }
+
+    /// Whether `is(x, y)` holds for a cell or one of its eight neighbours.
+    template <class Is>
+    bool anyAround(int x, int y, const Is& is) const {
+        const PixelRect around = widened({x, y, 1, 1}, 1, m_field);
+        for (int nextY = around.y; nextY < around.bottom(); ++nextY)
+            for (int nextX = around.x; nextX < around.right(); ++nextX)
+                if (is(nextX, nextY))
+                    return true;
+        return false;
     }
 
     bool insideDisc(int x, int y, float margin) const { return m_reach.at(x, y) <= m_window.radius - margin; }
@@ -219,14 +230,10 @@ private:
         int edge = 0;
         int cut = 0;
         forEachMasked([&](int x, int y) {
-            bool atEdge = false;
-            bool atForeign = false;
-            forEachCell(widened({x, y, 1, 1}, 1, m_field), [&](int nextX, int nextY) {
-                atEdge = atEdge || !m_blemish.mask.valueAt(nextX, nextY);
-                atForeign = atForeign || m_foreign.at(nextX, nextY);
-            });
-            edge += atEdge ? 1 : 0;
-            cut += atForeign && m_difference.at(x, y) > kValley * largest ? 1 : 0;
+            if (!anyAround(x, y, [this](int i, int j) { return !m_blemish.mask.valueAt(i, j); }))
+                return;
+            ++edge;
+            cut += m_difference.at(x, y) > kValley * largest && isBesideForeign(x, y) ? 1 : 0;
         });
         return static_cast<float>(cut) > kMaxShareCutOff * static_cast<float>(edge);
     }

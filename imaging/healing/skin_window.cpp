@@ -100,12 +100,59 @@ Cell cellOf(const std::array<float, kSums>& sum) {
     return {logOf(sum[0] * scale), logOf(sum[1] * scale), logOf(sum[2] * scale), 1};
 }
 
+/// The cell of one pixel.
+Cell cellOf(RGBA32 pixel) {
+    if (pixel.alpha() == 255)
+        return {logOf(pixel.red()), logOf(pixel.green()), logOf(pixel.blue()), 1};
+    return cellOf({static_cast<float>(pixel.red()), static_cast<float>(pixel.green()),
+                   static_cast<float>(pixel.blue()), static_cast<float>(pixel.alpha()), 0});
+}
+
 /// The variance of the grain in a cell, to first order on the logarithmic scale; 0 for translucent cells.
 float grainOf(const std::array<float, kSums>& sum, float pixels) {
     if (sum[3] != 255 * pixels)
         return 0;
     const float level = sum[1] / pixels + kDarkOffset;
     return sum[4] / (kDifferencesOfNoise * pixels * level * level);
+}
+
+/// For cells of one pixel.
+void readPixels(const Image& image, SkinWindow& window) {
+    std::vector<RGBA32> row(static_cast<std::size_t>(window.pixels.width));
+    for (int y = 0; y < window.pixels.height; ++y) {
+        image.read({window.pixels.x, window.pixels.y + y, window.pixels.width, 1}, row.data(),
+                   window.pixels.width);
+        for (int x = 0; x < window.pixels.width; ++x)
+            window.cells.at(x, y) = cellOf(row[static_cast<std::size_t>(x)]);
+    }
+}
+
+void readLargeCells(const Image& image, Resolution resolution, SkinWindow& window) {
+    const int step = window.step;
+    const int columns = window.cells.rect().width;
+    const int rows = window.cells.rect().height;
+    // A few evenly spaced rows are enough for large cells.
+    const int maxRows = resolution == Resolution::Coarse ? kMaxRowsOfCoarseCell : kMaxRowsOfCell;
+    const int spacing = (step + maxRows - 1) / maxRows;
+    const int rowsOfCell = (step + spacing - 1) / spacing;
+    const int firstRow = (step - 1 - (rowsOfCell - 1) * spacing) / 2;
+    const auto pixelsOfCell = static_cast<float>(step * rowsOfCell);
+    const auto width = static_cast<std::size_t>(window.pixels.width);
+    std::vector<RGBA32> strip(width * static_cast<std::size_t>(rowsOfCell));
+    RowSums sums(width, static_cast<std::size_t>(step));
+    window.grain = CellGrid<float>(window.cells.rect());
+    for (int y = 0; y < rows; ++y) {
+        for (int i = 0; i < rowsOfCell; ++i)
+            image.read({window.pixels.x, window.pixels.y + y * step + firstRow + i * spacing,
+                        window.pixels.width, 1},
+                       strip.data() + static_cast<std::size_t>(i) * width, window.pixels.width);
+        sums.take(strip.data(), static_cast<std::size_t>(rowsOfCell));
+        for (int x = 0; x < columns; ++x) {
+            const std::array<float, kSums> sum = sums.ofCell(static_cast<std::size_t>(x));
+            window.cells.at(x, y) = cellOf(sum);
+            window.grain.at(x, y) = grainOf(sum, pixelsOfCell);
+        }
+    }
 }
 
 } // namespace
@@ -147,31 +194,10 @@ SkinWindow readSkinWindow(const Image& image, const RepairDisc& disc, Resolution
     window.centerX = window.cellX(disc.column);
     window.centerY = window.cellY(disc.row);
     window.radius = static_cast<float>(radius) / static_cast<float>(step);
-
-    // A few evenly spaced rows are enough for large cells.
-    const int maxRows = resolution == Resolution::Coarse ? kMaxRowsOfCoarseCell : kMaxRowsOfCell;
-    const int spacing = (step + maxRows - 1) / maxRows;
-    const int rowsOfCell = (step + spacing - 1) / spacing;
-    const int firstRow = (step - 1 - (rowsOfCell - 1) * spacing) / 2;
-    const auto pixelsOfCell = static_cast<float>(step * rowsOfCell);
-    const auto width = static_cast<std::size_t>(window.pixels.width);
-    std::vector<RGBA32> strip(width * static_cast<std::size_t>(rowsOfCell));
-    RowSums sums(width, static_cast<std::size_t>(step));
-    if (step > 1)
-        window.grain = CellGrid<float>(window.cells.rect());
-    for (int y = 0; y < rows; ++y) {
-        for (int i = 0; i < rowsOfCell; ++i)
-            image.read({wanted.x, wanted.y + y * step + firstRow + i * spacing, window.pixels.width, 1},
-                       strip.data() + static_cast<std::size_t>(i) * width, window.pixels.width);
-        sums.take(strip.data(), static_cast<std::size_t>(rowsOfCell));
-        for (int x = 0; x < columns; ++x) {
-            const std::array<float, kSums> sum = sums.ofCell(static_cast<std::size_t>(x));
-            window.cells.at(x, y) = cellOf(sum);
-            if (step > 1)
-                window.grain.at(x, y) = grainOf(sum, pixelsOfCell);
-        }
-    }
+    if (step == 1)
+        readPixels(image, window);
+    else
+        readLargeCells(image, resolution, window);
     return window;
 }
-
 } // namespace complexion::healing

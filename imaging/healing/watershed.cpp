@@ -113,7 +113,8 @@ private:
 CellMask watershed(const CellGrid<float>& height, PixelPosition own,
                    const std::vector<PixelPosition>& foreign, float minHeight) {
     // Only what is connected to the own region must be divided from it.
-    Flood around(height, minHeight);
+    Flood flood(height, minHeight);
+    Flood around = flood;
     around.claimConnected({own}, Claim::Own);
     std::vector<PixelPosition> connected;
     std::vector<PixelPosition> apart;
@@ -123,7 +124,6 @@ CellMask watershed(const CellGrid<float>& height, PixelPosition own,
         around.claimConnected(std::move(apart), Claim::Foreign);
         return std::move(around).claims();
     }
-    Flood flood(height, minHeight);
     flood.claimConnected(std::move(apart), Claim::Foreign);
     flood.divide(own, connected);
     return std::move(flood).claims();
