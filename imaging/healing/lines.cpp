@@ -30,7 +30,8 @@ constexpr int kBends = 3;
 constexpr float kBend = 0.03F;
 
 constexpr float kMinCorrelation = 0.8F; // of the profiles on both sides
-constexpr float kMinShare = 0.35F;      // of the variance in the ring that the line explains
+constexpr float kMinShare = 0.35F;      // of the variance in the ring that the line explains,
+constexpr float kMinCoarseShare = 0.2F; // and before its direction is refined
 constexpr float kMinDeviation =
     0.09F;                           // of the profile: of the sum of the components, on the logarithmic scale
 constexpr int kMinCells = 3;         // at each distance across the line, on each side
@@ -113,6 +114,12 @@ public:
           m_after(m_reach) {}
 
     const std::vector<Sample>& samples() const { return m_samples; }
+    float energy() const {
+        float energy = 0;
+        for (const Sample& sample : m_samples)
+            energy += sample.light * sample.light;
+        return energy;
+    }
     float radius() const { return m_radius; }
 
     Products productsAcross(const Course& course) {
@@ -224,8 +231,8 @@ std::vector<Sample> samplesWithoutShading(const SkinWindow& window) {
 /// The course with the largest product so far.
 class BestCourse {
 public:
-    explicit operator bool() const { return m_product > 0; }
     const Course& operator*() const { return m_course; }
+    float product() const { return m_product; }
 
     void consider(const Course& course, Ring& ring) {
         const float product = ring.productsAcross(course).both;
@@ -277,11 +284,9 @@ Course refined(const Course& coarse, Ring& ring) {
 
 bool isLine(const Course& course, Ring& ring) {
     const Products found = ring.productsAcross(course);
-    float energy = 0;
-    for (const Sample& sample : ring.samples())
-        energy += sample.light * sample.light;
     return found.both > kMinCorrelation * std::sqrt(found.before * found.after) &&
-           2 * found.both > kMinShare * energy && found.both > found.cells * kMinDeviation * kMinDeviation;
+           2 * found.both > kMinShare * ring.energy() &&
+           found.both > found.cells * kMinDeviation * kMinDeviation;
 }
 
 /// The line through the disc that explains most of the ring's brightness, if there is one.
@@ -289,16 +294,14 @@ std::optional<Course> findLine(const SkinWindow& window) {
     Ring ring(samplesWithoutShading(window), window.radius);
     if (ring.samples().size() < kMinRing)
         return std::nullopt;
-    BestCourse coarse;
-    if (ring.radius() / 2 >= kMinReducedRadius) {
-        Ring reduced = halved(ring);
-        coarse = findDirection(reduced);
-    } else {
-        coarse = findDirection(ring);
-    }
-    if (!coarse)
+    std::optional<Ring> reduced;
+    if (ring.radius() / 2 >= kMinReducedRadius)
+        reduced = halved(ring);
+    Ring& coarse = reduced ? *reduced : ring;
+    const BestCourse direction = findDirection(coarse);
+    if (2 * direction.product() <= kMinCoarseShare * coarse.energy())
         return std::nullopt;
-    const Course course = refined(*coarse, ring);
+    const Course course = refined(*direction, ring);
     return isLine(course, ring) ? std::optional(course) : std::nullopt;
 }
 
