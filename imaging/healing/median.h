@@ -27,9 +27,10 @@ inline float median(std::vector<float>& values) {
     std::size_t interval = 0;
     while (rank >= counts[interval])
         rank -= counts[interval++];
-    const auto others =
-        std::ranges::partition(values, [&](float value) { return intervalOf(value) == interval; });
-    std::nth_element(values.begin(), values.begin() + rank, others.begin());
+    // The fuzzers' older clang cannot compile std::ranges::partition. NOLINTNEXTLINE(modernize-use-ranges)
+    const auto others = std::partition(values.begin(), values.end(),
+                                       [&](float value) { return intervalOf(value) == interval; });
+    std::nth_element(values.begin(), values.begin() + rank, others);
     return values[static_cast<std::size_t>(rank)];
 }
 
