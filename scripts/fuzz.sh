@@ -6,6 +6,9 @@
 # Runs each fuzz target (by default all: decode_jpeg, metadata_png, round_trip ...) for that long. The seeds are
 # generated files and, if COMPLEXION_TEST_PHOTOS names a folder, its small files. The corpus is kept in
 # build/fuzz/corpus for the next run. A file that makes a target fail is kept in build/fuzz/finds.
+#
+# The target `reader` sends files through a confined child. It damages the seeds in an order that depends on
+# COMPLEXION_FUZZ_SEED only, which is 1 by default.
 set -uo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
@@ -16,9 +19,14 @@ mkdir -p "$build/finds" "$build/seeds"
 "$build/tests/fuzz/fuzz_seeds" "$build/seeds" || exit 1
 
 programs=("$@")
-[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} round_trip exact_jpeg attachments deep reader_answer)
+[[ $# -gt 0 ]] || programs=({decode,metadata}_{jpeg,png,tiff,gif,bmp} round_trip exact_jpeg attachments deep reader_answer reader)
 failed=0
 for program in "${programs[@]}"; do
+    if [[ $program == reader ]]; then
+        build/release/tests/fuzz/fuzz_reader "$seconds" "${COMPLEXION_FUZZ_SEED:-1}" "$build/finds" \
+            "$build"/seeds/{jpeg,png,tiff,gif,bmp} || failed=1
+        continue
+    fi
     mkdir -p "$build/corpus/$program"
     seeds=("$build/seeds/${program#*_}")
     [[ -d ${seeds[0]} ]] || seeds=("$build"/seeds/*)
