@@ -29,7 +29,8 @@ constexpr float kClearlySmaller = 0.95F;  // times the radius
 constexpr float kSoftRim = 0.35F;         // of a centred mask: it may be the faint outer part of a blemish
 constexpr float kPoorRim = 0.4F;          // a mask that covers more is not a blemish in that disc
 
-constexpr float kShrunk = 0.8F; // a disc is shrunk if the fitting one is smaller by this factor
+constexpr float kShrunk = 0.8F;       // a disc is shrunk if the fitting one is smaller by this factor
+constexpr float kMaxOffCentre = 0.3F; // radii: a disc is moved to a blemish farther from its centre
 constexpr float kSameBlemish = 0.7F;
 
 // A lower threshold must repair what a higher one does. The search therefore uses fixed levels only: the
@@ -40,9 +41,11 @@ constexpr std::array<std::int64_t, 4> kLowLevels = {7, 4, 2, 0};  // if nothing 
 constexpr float kSameAtHigherLevel = 1.2F; // maximum radius there, times that of the level below
 
 // Strengths of the tint, in standard deviations of the skin at the default threshold.
-constexpr float kWeak = 8;              // a weaker blemish may be part of a stronger one
-constexpr float kStrong = 12;           // minimum if the clicked disc shows nothing
-constexpr float kMinStrengthBeside = 6; // minimum if not centred
+constexpr float kWeak = 8;    // a weaker blemish may be part of a stronger one
+constexpr float kStrong = 12; // minimum if the clicked disc shows nothing
+// Minimum if not centred, or on uneven skin; rises to it from kMinStrength at this distance, in radii.
+constexpr float kMinStrengthBeside = 6;
+constexpr float kAtCentre = 0.15F;
 constexpr float kMuchStronger = 2;
 constexpr float kMinCovered = 0.3F; // fraction of the edit disc, if the blemish extends beyond it
 
@@ -243,9 +246,25 @@ private:
 
     /// The strength below which a region is natural variation of the skin.
     float minStrength(const Trial& trial, float size) const {
-        if (size == 1)
-            return trial.isCentered ? kMinStrength : kMinStrengthBeside;
-        return m_refusal == Refusal::NothingDiffers ? kStrong : kWeak;
+        if (size == 1) {
+            // The variation of uneven skin is mottle rather than grain, so it has heavier tails.
+            const float beside = trial.blemish.model.spread() > kUnevenSkin
+                                     ? 1
+                                     : (offCentre(trial) - kAtCentre) / (kCentered - kAtCentre);
+            return kMinStrength + (kMinStrengthBeside - kMinStrength) * std::clamp(beside, 0.0F, 1.0F);
+        }
+        if (m_refusal == Refusal::NothingDiffers)
+            return kStrong;
+        // At a higher level what a foreign region touches has been separated from it.
+        const bool mayBePartOfMore = size > 1 && trial.blemish.isParted;
+        return mayBePartOfMore ? std::max(kWeak, kStrong / scaleOfThreshold(m_threshold)) : kWeak;
+    }
+
+    /// The distance of the mask's centroid from the disc's centre, in radii of the disc.
+    static float offCentre(const Trial& trial) {
+        const float off = std::sqrt(square(trial.x - 0.5F - static_cast<float>(trial.disc.column)) +
+                                    square(trial.y - 0.5F - static_cast<float>(trial.disc.row)));
+        return off / static_cast<float>(trial.disc.radius);
     }
 
     /// Something larger (a brow, a nostril) touches the blemish, and the mask may include a part of it. Uses
@@ -338,9 +357,7 @@ private:
         for (int round = 0; round < 2; ++round) {
             const float fitting = fittingRadius(best.radius, best.reach);
             const auto current = static_cast<float>(best.disc.radius);
-            const float off = std::sqrt(square(best.x - 0.5F - static_cast<float>(best.disc.column)) +
-                                        square(best.y - 0.5F - static_cast<float>(best.disc.row)));
-            if (std::max(fitting, kMinShrunk) > kShrunk * current && off < 0.3F * current)
+            if (std::max(fitting, kMinShrunk) > kShrunk * current && offCentre(best) < kMaxOffCentre)
                 return;
             const RepairDisc disc{static_cast<std::int64_t>(best.y), static_cast<std::int64_t>(best.x),
                                   std::max(kMinRadius, static_cast<std::int64_t>(std::ceil(fitting)))};

@@ -12,7 +12,6 @@ namespace {
 // The rim of a disc, in radii. The mask covers part of it if the disc is too small.
 constexpr float kRimStart = 0.85F;
 constexpr float kRimEnd = 0.98F;
-constexpr float kCentered = 0.35F;    // maximum distance of the mask's centroid from the disc's centre
 constexpr float kCoveredPlace = 0.5F; // radius of the clicked area, in radii of the edit disc
 
 /// The fitting disc's radius: this factor of the mask's radius plus a margin in pixels.

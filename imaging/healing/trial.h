@@ -34,6 +34,9 @@ inline constexpr float kFreeRim = 0.05F;
 /// variation.
 inline constexpr float kMinStrength = 4.4F;
 
+/// A blemish is centred if the mask's centroid is at most this far from the disc's centre, in radii.
+inline constexpr float kCentered = 0.35F;
+
 inline float square(float value) {
     return value * value;
 }

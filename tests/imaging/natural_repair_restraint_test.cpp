@@ -54,6 +54,36 @@ TEST(NaturalRepair, CleanSkinIsLeftAlone) {
     EXPECT_TRUE(samePixels(healed(image), image));
 }
 
+TEST(NaturalRepair, MostOfTheMottleOfUnevenSkinIsLeftAlone) {
+    // Value noise in cells of 8 pixels, with heavy tails.
+    const Image image = painted({400, 400}, [](int row, int column) {
+        double mottle = 0;
+        for (const int y : {row / 8, row / 8 + 1})
+            for (const int x : {column / 8, column / 8 + 1})
+                mottle += (1 - std::abs(row / 8.0 - y)) * (1 - std::abs(column / 8.0 - x)) *
+                          std::pow(grainAt(y, x), 3);
+        const double light = 1 + 0.4 * mottle + 0.08 * grainAt(row, column);
+        return RGBA32(byteOf(90 * light), byteOf(52 * light), byteOf(38 * light), 255);
+    });
+    int repaired = 0;
+    for (int row = 60; row < 350; row += 20)
+        for (int column = 60; column < 350; column += 20)
+            repaired += samePixels(healed(image, {row, column}, 45), image) ? 0 : 1;
+    EXPECT_LT(repaired, 20) << "of 225";
+}
+
+TEST(NaturalRepair, AFlushThatExtendsToTheHairlineIsLeftAlone) {
+    const PixelPosition middle{160, 160};
+    const Image image = painted({320, 320}, [&](int row, int column) {
+        const double flush = stainAt(row, column, middle, 44);
+        const double hair = std::clamp((column + 0.2 * row - 230) / 6, 0.0, 1.0);
+        const double light = (1 + 0.03 * grainAt(row, column)) * (1 - 0.8 * hair);
+        return RGBA32(byteOf(225 * light * (1 - 0.05 * flush)), byteOf(190 * light * (1 - 0.12 * flush)),
+                      byteOf(180 * light * (1 - 0.11 * flush)), 255);
+    });
+    EXPECT_TRUE(samePixels(healed(image, middle, 45), image));
+}
+
 TEST(NaturalRepair, AFlatColourIsLeftAlone) {
     const Image image = filled(kSize, {190, 150, 130, 255});
     EXPECT_TRUE(samePixels(healed(image), image));
