@@ -139,6 +139,31 @@ TEST(NaturalRepairExtent, ANostrilThatTouchesTheBlemishStaysAsItIs) {
     EXPECT_EQ(changed, 0);
 }
 
+/// Skin with a darker, curved ellipse in its middle, such as a mouth or a closed eye.
+Image skinWithMouth(double width, double height) {
+    return painted({600, 600}, [&](int row, int column) {
+        const double x = (column - 300) / width;
+        const double y = (row - 300 - 0.15 * width * (1 - x * x)) / height;
+        const double t = std::clamp((1.1 - std::hypot(x, y)) / 0.2, 0.0, 1.0);
+        const double light = 1 + 0.03 * grainAt(row, column);
+        return RGBA32(byteOf(225 * light * (1 - 0.3 * t)), byteOf(190 * light * (1 - 0.5 * t)),
+                      byteOf(180 * light * (1 - 0.45 * t)), 255);
+    });
+}
+
+TEST(NaturalRepairExtent, AMouthLargerThanTheDiscIsNoBlemish) {
+    struct Mouth {
+        double width;
+        double height;
+        std::int64_t disc;
+    };
+    for (const Mouth& mouth : {Mouth{40, 20, 16}, {60, 30, 24}, {60, 24, 19}, {80, 80 / 3.0, 26}}) {
+        SCOPED_TRACE(testing::Message() << mouth.width << " by " << mouth.height);
+        const Image image = skinWithMouth(mouth.width, mouth.height);
+        EXPECT_TRUE(samePixels(healed(image, {300, 300}, mouth.disc), image));
+    }
+}
+
 /// The mean brightness of the pixels between two distances from the centre.
 double ringMean(const Image& image, double from, double to) {
     double sum = 0;
