@@ -5,9 +5,9 @@
 
 #include <QApplication>
 #include <QFile>
-#include <QFontInfo>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -26,6 +26,7 @@ using namespace Qt::StringLiterals;
 
 /// Pixels of a desktop's default text size, 10 points at 96 dpi.
 constexpr double kUsualSystemTextSize = 40.0 / 3;
+constexpr double kPointsPerInch = 72;
 
 constexpr QRgb kText = 0xFFF2F2F2;
 constexpr QRgb kSecondaryText = 0xFFB4B4BA;
@@ -90,7 +91,10 @@ public:
 } // namespace
 
 double systemFontScale() {
-    const double size = QFontInfo(QApplication::font()).pixelSize();
+    // QFontInfo would load a font that is never painted.
+    const QFont font = QApplication::font();
+    const double dotsPerPoint = QGuiApplication::primaryScreen()->logicalDotsPerInchY() / kPointsPerInch;
+    const double size = font.pixelSize() > 0 ? font.pixelSize() : font.pointSizeF() * dotsPerPoint;
     return std::clamp(size / kUsualSystemTextSize, 1.0, 2.0);
 }
 

@@ -3,6 +3,7 @@
 #include "app/command_line.h"
 #include "app/connections.h"
 #include "app/core_dumps.h"
+#include "app/font_loading.h"
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
@@ -25,6 +26,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <future>
 #include <memory>
 #include <optional>
 #include <system_error>
@@ -64,6 +66,7 @@ int main(int argc, char** argv) {
         return *status;
     forgoCoreDumps();
     startReader(); // while this process is small and has one thread
+    const std::future<void> fonts = beginLoadingFonts();
     int toolkitCount = static_cast<int>(line.toolkitArguments.size());
     line.toolkitArguments.push_back(nullptr);
     QApplication application(toolkitCount, line.toolkitArguments.data());
@@ -92,6 +95,8 @@ int main(int argc, char** argv) {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                        QString::fromStdString(folder->path().string()));
 
+    if (fonts.valid())
+        fonts.wait();
     MainWindow window;
     std::shared_ptr<ViewController> controller;
     WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; }, folder->path());

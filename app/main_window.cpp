@@ -32,11 +32,23 @@ protected:
     }
 };
 
+QSize usualSize(const QWidget& window) {
+    return kUsualSize.boundedTo(window.screen()->availableSize() - kScreenMargin).expandedTo(kMinSize);
+}
+
+/// Each later change of a parent would style all children again, and each change of the size would arrange
+/// them.
+RootView* newRootView(QMainWindow& window) {
+    auto* const root = new RootView(&window);
+    root->resize(usualSize(window));
+    return root;
+}
+
 } // namespace
 
 MainWindow::MainWindow()
     : m_actions(new Actions(this)),
-      m_root(new RootView),
+      m_root(newRootView(*this)),
       m_contents(new WindowContents(m_root, *m_actions)),
       m_busySign(new BusySign(m_root)),
       m_originalSign(new Sign(m_root)),
@@ -47,7 +59,7 @@ MainWindow::MainWindow()
       m_touchInput(new TouchInput(m_root->imageView())),
       m_stylusInput(new StylusInput(m_root->imageView())) {
     setCentralWidget(m_root);
-    setMenuBar(new MenuBar);
+    setMenuBar(new MenuBar(this));
     setContextMenuPolicy(Qt::NoContextMenu);
     m_menus.emplace(*menuBar(), *m_actions, *m_contents->boxEditSettings);
     connect(m_actions->close, &QAction::triggered, this, &QWidget::close);
@@ -59,7 +71,7 @@ MainWindow::MainWindow()
             m_root->imageView()->setFocus();
     });
     setMinimumSize(kMinSize);
-    resize(kUsualSize.boundedTo(screen()->availableSize() - kScreenMargin).expandedTo(minimumSize()));
+    resize(usualSize(*this));
     showState({});
     m_root->imageView()->setFocus();
 }

@@ -61,8 +61,9 @@ QWidget* firstWidgetOf(const QLayout& layout) {
 
 /// A row of controls with a label above. All rows have the same height, so that the groups line up. The label
 /// is aligned with the visible edge of the first control, which is `ringSpace` inside its focus ring.
-QWidget* makeGroup(const QString& title, QLayout* controls, int ringSpace = 0) {
-    auto* group = new QWidget;
+QWidget* makeGroup(QWidget* parent, const QString& title, QLayout* controls, int ringSpace = 0) {
+    // With its parent from the start: getting one later would style all children again.
+    auto* group = new QWidget(parent);
     auto* label = new QLabel(title);
     label->setFont(textFont(kLabelSize));
     label->setForegroundRole(QPalette::PlaceholderText);
@@ -107,12 +108,12 @@ QComboBox* makePopUp(const QString& objectName) {
     return popUp;
 }
 
-QWidget* makePopUpGroup(const QString& title, QComboBox* popUp) {
+QWidget* makePopUpGroup(QWidget* parent, const QString& title, QComboBox* popUp) {
     popUp->setAccessibleName(title);
     auto* row = makeControlRow(0);
     row->addWidget(popUp);
     row->addStretch();
-    return makeGroup(title, row);
+    return makeGroup(parent, title, row);
 }
 
 int widthOf(const QWidget& widget, const QString& text) {
@@ -256,7 +257,7 @@ QWidget* SettingsBar::makeSizeGroup() {
     row->addWidget(stepperEditAreaSize);
     row->addWidget(fitArea);
     row->addStretch();
-    return makeGroup(tr("Edit area size"), row);
+    return makeGroup(this, tr("Edit area size"), row);
 }
 
 QWidget* SettingsBar::makeThresholdGroup() {
@@ -280,14 +281,14 @@ QWidget* SettingsBar::makeThresholdGroup() {
     auto* row = makeControlRow(kGap);
     row->addWidget(sliderThreshold);
     row->addWidget(number);
-    return makeGroup(tr("Threshold"), row);
+    return makeGroup(this, tr("Threshold"), row);
 }
 
 QWidget* SettingsBar::makeRepairGroup() {
     comboRepair = makePopUp(u"comboRepair"_s);
     comboRepair->setToolTip(
         tr("Fill a blemish with one color, or with the shading and texture of the skin around it"));
-    return makePopUpGroup(tr("Repair"), comboRepair);
+    return makePopUpGroup(this, tr("Repair"), comboRepair);
 }
 
 QWidget* SettingsBar::makeColorGroup() {
@@ -313,7 +314,7 @@ QWidget* SettingsBar::makeColorGroup() {
     row->addSpacing(-kGap / 2);
     row->addWidget(pipette);
     row->addStretch();
-    return makeGroup(tr("Color"), row, kRingSpace);
+    return makeGroup(this, tr("Color"), row, kRingSpace);
 }
 
 void SettingsBar::updateColorControls() {
@@ -345,7 +346,7 @@ void SettingsBar::setHasPhoto(bool hasPhoto) {
 QWidget* SettingsBar::makeEffectGroup() {
     comboEffect = makePopUp(u"comboEffect"_s);
     comboEffect->setToolTip(tr("Effect applied to the whole photo, and to the saved copy"));
-    return makePopUpGroup(tr("Effect"), comboEffect);
+    return makePopUpGroup(this, tr("Effect"), comboEffect);
 }
 
 bool SettingsBar::eventFilter(QObject* watched, QEvent* event) {

@@ -11,7 +11,7 @@ build=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
     libjpeg-dev libpng-dev libisal-dev zlib1g-dev libtiff-dev
-    libgif-dev libimagequant-dev libcgif-dev liblcms2-dev libseccomp-dev
+    libgif-dev libimagequant-dev libcgif-dev liblcms2-dev libseccomp-dev libfontconfig-dev
     fonts-urw-base35 qt6-translations-l10n 'qt6-svg-plugins|libqt6svg6<6.7.2-5'
 )
 # A virtual display, and tools to control the window on it.
