@@ -7,6 +7,7 @@
 #include "app/icons.h"
 #include "app/look.h"
 #include "app/main_window.h"
+#include "app/monitor_watch.h"
 #include "app/private_folder.h"
 #include "app/session_end.h"
 #include "app/system_platform.h"
@@ -132,6 +133,10 @@ int main(int argc, char** argv) {
             &window, &MainWindow::appeared, controller.get(),
             [&controller, path = absoluteIfPossible(*line.photo)] { controller->OpenFile(path); });
     window.show();
+    MonitorWatch monitor(window.windowHandle());
+    QObject::connect(&monitor, &MonitorWatch::found, window.rootView().imageView(),
+                     &CustomImageView::setMonitor);
+    monitor.look();
     delegate.applicationDidFinishLaunching();
     const int status = QApplication::exec();
     queues.finish(); // before the window, whose controls background work may use, is destroyed

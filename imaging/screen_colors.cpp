@@ -9,9 +9,6 @@ namespace complexion {
 
 namespace {
 
-/// Larger profiles are not of monitors: tables of 33 nodes a side, there and back, take less than 1 MB.
-constexpr std::size_t kMaxMonitorProfile = std::size_t{8} << 20; // bytes
-
 ScreenTables tablesOf(const ColorProfile& profile) {
     if (profile.isSrgb())
         return srgbScreenTables();

@@ -9,7 +9,7 @@ set -euo pipefail
 
 build=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev
+    qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev libwayland-dev libxcb1-dev
     libjpeg-dev libpng-dev libisal-dev zlib1g-dev libtiff-dev
     libgif-dev libimagequant-dev libcgif-dev liblcms2-dev libseccomp-dev libfontconfig-dev
     fonts-urw-base35 qt6-translations-l10n 'qt6-svg-plugins|libqt6svg6<6.7.2-5'
@@ -45,7 +45,8 @@ if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
     cat >&2 <<'END'
 setup: this system does not use Debian packages. Complexion needs a C++20 compiler, CMake 3.25, Ninja, pkg-config,
 Qt 6.4 or later (Gui, Widgets, DBus, Svg with its image plug-in, Linguist tools), libjpeg-turbo, libpng, libtiff, giflib,
-cgif, libimagequant, ISA-L, zlib, Little CMS 2 and libseccomp; its tests also need GoogleTest. Install these, then run:
+cgif, libimagequant, ISA-L, zlib, Little CMS 2, libseccomp, libxcb and libwayland-client; its tests also need GoogleTest.
+Install these, then run:
 
     cmake --preset release -DCOMPLEXION_TESTS=OFF -DCOMPLEXION_WERROR=OFF
     cmake --build --preset release

@@ -2,11 +2,15 @@
 """The program as a native Wayland client: of weston, in a window of the virtual desktop, so that X events reach it as
 Wayland events."""
 
+import os
 import re
 import shutil
 import subprocess
+import sys
 import unittest
+from pathlib import Path
 
+from monitor_profiles import MAX_DIFFERENCE, LittleCms, colour_chart, monitor_profile, patches
 from picture_changes import check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS, SIZE
@@ -46,7 +50,7 @@ class WaylandTest(PortraitTestCase):
         cls.desktop_size = OUTPUT[0] + 40, OUTPUT[1] + 60
         super().setUpClass()
 
-    def start(self, scale=1, own_factor=1):
+    def start(self, scale=1, own_factor=1, picture=None, **environment):
         """Starts the compositor at a scale, and on it the program with a photo, enlarged by another factor."""
         socket = f"wayland-{scale}"
         log = open(self.folder / "weston.log", "wb")
@@ -62,10 +66,10 @@ class WaylandTest(PortraitTestCase):
                                   text=True, check=False).stdout.split()
         compositor = wait_until(window, "the compositor")[0]
         photo = self.photos / "face.png"
-        shutil.copy(self.painted, photo)
+        shutil.copy(picture or self.painted, photo)
         self.program = self.enterContext(WaylandComplexion(self.desktop, compositor, scale * own_factor))
         self.program.environment = {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": socket, "DISPLAY": None,
-                                    "QT_SCALE_FACTOR": str(own_factor)}
+                                    "QT_SCALE_FACTOR": str(own_factor), **environment}
         self.program.start(photo)
         wait_until(lambda: abs(self.program.screen_area("Photo")[2] - OUTPUT[0]) < 2, "the window to fill the screen")
         return photo
@@ -88,6 +92,28 @@ class WaylandTest(PortraitTestCase):
 
     def test_at_a_fractional_scale(self):
         self.retouch_and_save(self.start(own_factor=1.25))
+
+    def test_the_photo_is_in_the_colours_of_the_monitor(self):
+        monitors = [monitor_profile(), monitor_profile(turned=True)]
+        files = [self.photos / f"monitor-{index}.icc" for index in range(len(monitors))]
+        for file, monitor in zip(files, monitors):
+            file.write_bytes(monitor)
+        bus = {"DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SESSION_BUS_ADDRESS"]}
+        colord = self.enterContext(subprocess.Popen([sys.executable, Path(__file__).with_name("fake_colord.py"), *files],
+                                                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                                    env=os.environ | bus))
+        self.addCleanup(colord.terminate)
+        self.assertEqual(colord.stdout.readline(), "ready\n")
+        colours = colour_chart(self.photos / "chart.png")
+        self.start(picture=self.photos / "chart.png", **bus)
+        self.program.keys("h")  # hides what covers the photo
+        for monitor in monitors:
+            cms = LittleCms(monitor)
+            expected = cms.levels(colours)
+            wait_until(lambda: cms.difference(patches(self.program.photo_on_screen()), expected) <= MAX_DIFFERENCE,
+                       "the monitor's colours")
+            colord.stdin.write("next\n")
+            colord.stdin.flush()
 
 
 if __name__ == "__main__":
