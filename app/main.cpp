@@ -17,6 +17,7 @@
 #include "app/tutorial_page.h"
 #include "app/unfinished_work.h"
 #include "app/window_dialogs.h"
+#include "editor/photo_ahead.h"
 #include "imaging/reading/picture_reading.h"
 #include "imaging/reading/reader_execution.h"
 
@@ -67,6 +68,9 @@ int main(int argc, char** argv) {
         return *status;
     forgoCoreDumps();
     startReader(); // while this process is small and has one thread
+    std::optional<PhotoAhead> photo;
+    if (line.photo)
+        photo.emplace(absoluteIfPossible(*line.photo));
     const std::future<void> fonts = beginLoadingFonts();
     int toolkitCount = static_cast<int>(line.toolkitArguments.size());
     line.toolkitArguments.push_back(nullptr);
@@ -128,10 +132,9 @@ int main(int argc, char** argv) {
     if (const std::optional<std::filesystem::path> journals = journalFolder())
         unfinishedWork.emplace(*journals, *window.contents().boxContinue, *controller, dialogs);
 
-    if (line.photo)
-        QObject::connect(
-            &window, &MainWindow::appeared, controller.get(),
-            [&controller, path = absoluteIfPossible(*line.photo)] { controller->OpenFile(path); });
+    if (photo)
+        QObject::connect(&window, &MainWindow::appeared, controller.get(),
+                         [&controller, &photo] { controller->OpenFile(*photo); });
     window.show();
     MonitorWatch monitor(window.windowHandle());
     QObject::connect(&monitor, &MonitorWatch::found, window.rootView().imageView(),

@@ -2,6 +2,7 @@
 
 // Opening a photo from the panel, a drop or the desktop, and reloading it.
 #include "editor/notices.h"
+#include "editor/photo_ahead.h"
 #include "editor/view_controller.h"
 #include "imaging/image_tools.h"
 
@@ -71,11 +72,25 @@ void ViewController::OpenFile(const std::filesystem::path& path) {
     loadImage(path);
 }
 
+void ViewController::OpenFile(PhotoAhead& file) {
+    const Result<OpenedPhoto> photo =
+        decodeWith([&file](const ReadingProgress& progress) { return file.wait(progress); });
+    if (photo)
+        installPhoto(*photo, file.path(), file.identity());
+    else
+        showOpeningFailure(file.path(), photo.error());
+}
+
 Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path) {
+    return decodeWith([&path](const ReadingProgress& progress) { return openPhoto(path, progress); });
+}
+
+Result<OpenedPhoto>
+ViewController::decodeWith(const std::function<Result<OpenedPhoto>(const ReadingProgress&)>& read) {
     Q_EMIT longWorkBegan(tr("Opening the photo…"));
     m_isLongWorkCancelled = false;
     const Clock::time_point begin = Clock::now();
-    Result<OpenedPhoto> photo = openPhoto(path, [&](double part) {
+    Result<OpenedPhoto> photo = read([&](double part) {
         if (Clock::now() - begin > kProgressDelay)
             Q_EMIT longWorkProgressed(part);
         return !m_isLongWorkCancelled;

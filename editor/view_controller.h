@@ -26,6 +26,7 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,6 +34,8 @@
 #include <vector>
 
 namespace complexion {
+
+class PhotoAhead;
 
 /// The titles of the effect pop-up, in order. The first one means no effect, the others name effects.
 inline constexpr std::array<const char*, 9> kEffectTitles = {
@@ -152,6 +155,8 @@ public:
     /// Opens a file named by the system ("Open with", the command line). Shows the load-failure alert if it
     /// is not an image.
     void OpenFile(const std::filesystem::path& path);
+    /// The same for a file that is already being read.
+    void OpenFile(PhotoAhead& file);
 
     // Resuming interrupted work.
 
@@ -283,6 +288,8 @@ private:
 
     /// Decodes the file at `path`; an error if it is not a picture.
     Result<OpenedPhoto> decodeSource(const std::filesystem::path& path);
+    /// Shows that a photo is being opened while `read`, which gets the progress to report, decodes it.
+    Result<OpenedPhoto> decodeWith(const std::function<Result<OpenedPhoto>(const ReadingProgress&)>& read);
     /// Opens the file at `path`. Shows the load-failure alert, with nothing changed, if it is not a picture.
     void loadImage(const std::filesystem::path& path);
     /// Makes a decoded photo the current one.
