@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace complexion {
 
@@ -98,6 +99,18 @@ QString noticeOfFailure(const std::filesystem::path& path, const Error& error) {
         return Notices::tr("“%1” is damaged, or of a kind that Complexion does not know.").arg(name);
     }
     return {};
+}
+
+QString noticeOfRefusal(const std::filesystem::path& path, bool hasAcceptedExtension) {
+    std::error_code unknown;
+    if (std::filesystem::is_directory(path, unknown))
+        return noticeOfFailure(path, {"a folder", ErrorKind::NotAPicture});
+    if (const std::optional<Error> obstacle = obstacleToOpening(path))
+        return noticeOfFailure(path, *obstacle);
+    if (hasAcceptedExtension)
+        return noticeOfFailure(path, Error{"cannot be decoded"});
+    return Notices::tr("“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.")
+        .arg(elidedName(path));
 }
 
 } // namespace complexion

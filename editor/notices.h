@@ -21,4 +21,8 @@ QString noticeOfSize(const std::string& format);
 /// Why the file at `path` could not be opened, and what helps.
 QString noticeOfFailure(const std::filesystem::path& path, const Error& error);
 
+/// Why the file at `path` was not opened when it was dropped on the window: only names with an extension of
+/// an accepted type are.
+QString noticeOfRefusal(const std::filesystem::path& path, bool hasAcceptedExtension);
+
 } // namespace complexion

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // Initialising the window's controls, and closing the window.
+#include "editor/notices.h"
 #include "editor/view_controller.h"
 #include "view/text_font.h"
 
@@ -70,6 +71,10 @@ void ViewController::viewDidLoad() {
 
     m_dragPerformed = NotificationCenter::defaultCenter().addObserver(
         kDragPerformed, [this](const Notification& notification) { DragPerformed(notification); });
+    connect(imageView, &CustomImageView::fileRefused, this,
+            [this](const std::filesystem::path& path, bool hasAcceptedExtension) {
+                Q_EMIT noticed(noticeOfRefusal(path, hasAcceptedExtension));
+            });
     Q_EMIT stateChanged();
 }
 

@@ -36,8 +36,7 @@ Result<Done> writeWithMetadata(const FileContents& file, const std::filesystem::
     const std::optional<Readers> readers = readersOf(source);
     const Result<FileContents> whole =
         photo ? withMetadataOf(*photo, file, picture, kept) : Result<FileContents>(photo.error());
-    const Result<Done> written =
-        whole ? writeFileAtomically(path, *whole, readers) : Result<Done>(whole.error());
+    Result<Done> written = whole ? writeFileAtomically(path, *whole, readers) : Result<Done>(whole.error());
     if (written)
         carryCreationDate(path, date);
     else if (written.error().kind != ErrorKind::OutOfMemory)
@@ -83,6 +82,11 @@ Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingPr
                            .damage = std::move(picture->decoded.damage),
                            .losses = std::move(picture->losses)};
     });
+}
+
+std::optional<Error> obstacleToOpening(const std::filesystem::path& path) {
+    const Result<PixelSize> measured = measuredFile(path);
+    return measured ? std::nullopt : std::optional(withFormatNamed(measured.error(), path));
 }
 
 bool savePhoto(const Image& image, const std::filesystem::path& path, std::string_view format,

@@ -33,6 +33,9 @@ struct OpenedPhoto {
 /// and with Cancelled if `progress` ended it.
 Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress = {});
 
+/// Why the file at `path` cannot be opened, if its measures show it, which takes less time than opening it.
+std::optional<Error> obstacleToOpening(const std::filesystem::path& path);
+
 /// SaveImage of the upright `image`, turned for storage with the CarriedOrientation of the photo at `source`,
 /// followed on success by ChangeImageExif with that photo. The file never exists without its
 /// metadata, and is readable only by users who can read the photo. Returns SaveImage's result; false too if

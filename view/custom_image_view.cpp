@@ -242,17 +242,22 @@ bool CustomImageView::performDragOperation(const QMimeData* pasteboard) {
     const QList<QUrl> urls = pasteboard->urls();
     if (urls.isEmpty())
         fatal("a drag that offers URLs has none");
-    if (!isAcceptedAddress(*pasteboard))
+    const std::filesystem::path path = localPath(urls.front());
+    if (!isAcceptedAddress(*pasteboard)) {
+        if (!path.empty())
+            Q_EMIT fileRefused(path, false);
         return false;
+    }
     if (m_image) {
         const int answer = m_dialogs->runAlert(yesNoQuestion(QT_TRANSLATE_NOOP(
             "Alerts", "All unsaved changes will be lost. Are you sure you want to add a new image?")));
         if (answer == kSecondButton)
             return false;
     }
-    const std::filesystem::path path = localPath(urls.front());
-    if (!ImageTools::DecodeImage(path))
+    if (!ImageTools::DecodeImage(path)) {
+        Q_EMIT fileRefused(path, true);
         return false;
+    }
     NotificationCenter::defaultCenter().post({kDragPerformed, UserInfo{{kPathKey, path.string()}}});
     return true;
 }

@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -66,6 +67,8 @@ public:
 
 Q_SIGNALS:
     void frameChanged();
+    /// A dropped local file has no extension of an accepted type, or cannot be decoded.
+    void fileRefused(const std::filesystem::path& path, bool hasAcceptedExtension);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>„%1“ hat das Format %2.</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>Der Name von „%1“ muss auf .jpg, .png, .tiff, .gif oder .bmp enden.</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>«%1» tiene el formato %2.</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>El nombre de «%1» debe terminar en .jpg, .png, .tiff, .gif o .bmp.</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>“%1” ha il formato %2.</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>Il nome di “%1” deve terminare con .jpg, .png, .tiff, .gif o .bmp.</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>「%1」の形式は %2 です。</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>「%1」の名前は .jpg、.png、.tiff、.gif、.bmp のいずれかで終わる必要があります。</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

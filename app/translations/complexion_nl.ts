@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>‘%1’ heeft de indeling %2.</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>De naam van ‘%1’ moet eindigen op .jpg, .png, .tiff, .gif of .bmp.</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>„%1” ma format %2.</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>Nazwa pliku „%1” musi kończyć się na .jpg, .png, .tiff, .gif lub .bmp.</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>“%1” tem o formato %2.</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>O nome de “%1” precisa terminar em .jpg, .png, .tiff, .gif ou .bmp.</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -263,6 +263,10 @@
         <source>“%1” has the format %2.</source>
         <translation>“%1”的格式是 %2。</translation>
     </message>
+    <message>
+        <source>“%1” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.</source>
+        <translation>“%1”的名称必须以 .jpg、.png、.tiff、.gif 或 .bmp 结尾。</translation>
+    </message>
 </context>
 <context>
     <name>RepairWords</name>

@@ -131,6 +131,34 @@ TEST_F(OpeningNotices, AFailureIsToldBesideItsAlert) {
                   "“letter.png” is not a picture. Complexion opens JPEG, PNG, TIFF, GIF and BMP."});
 }
 
+TEST_F(OpeningNotices, ARefusedDropIsToldWithoutAnAlert) {
+    const auto noticeOf = [this](const std::filesystem::path& path) {
+        notices.clear();
+        EXPECT_FALSE(drop(path));
+        return notices.size() == 1 ? notices[0] : "";
+    };
+    const std::filesystem::path folder = platform.photos();
+    const std::string readable = " Complexion opens JPEG, PNG, TIFF, GIF and BMP.";
+    EXPECT_EQ(noticeOf(undecodable("letter.png")), "“letter.png” is not a picture." + readable);
+    EXPECT_EQ(noticeOf(undecodable("letter.txt")), "“letter.txt” is not a picture." + readable);
+    writeFile(folder / "face.heic", std::string("\0\0\0\x18"
+                                                "ftypheic\0\0\0\0mif1heic",
+                                                24));
+    EXPECT_EQ(noticeOf(folder / "face.heic"), "“face.heic” has the format HEIC." + readable +
+                                                  " Export a JPEG or TIFF from the program that opens it.");
+    std::filesystem::create_directory(folder / "album.png");
+    EXPECT_EQ(noticeOf(folder / "album.png"), "“album.png” is not a picture." + readable);
+    EXPECT_EQ(noticeOf(folder / "gone.png"),
+              "“gone.png” cannot be read. It may have been moved, or you may not have permission.");
+    std::filesystem::copy(makePhoto(), folder / "face");
+    EXPECT_EQ(noticeOf(folder / "face"),
+              "“face” needs a name that ends with .jpg, .png, .tiff, .gif or .bmp.");
+    const std::string whole = contentsOf(makePhoto());
+    writeFile(folder / "header.png", whole.substr(0, 40));
+    EXPECT_EQ(noticeOf(folder / "header.png"),
+              "“header.png” is damaged, or of a kind that Complexion does not know.");
+}
+
 TEST_F(OpeningNotices, ASaveThatWritesNoFileSaysWhy) {
     const std::filesystem::path path = platform.photos() / "wide.jpg";
     ASSERT_TRUE(ImageTools::SaveImage(filled({65501, 2}, kSkin), path, "png"));

@@ -79,6 +79,7 @@ class WholeEditorTest(PortraitTestCase):
         program.start()
         for refused in (notes, fake):
             self.drop(refused)
+            program.wait_for(f"“{refused.name}” is not a picture. Complexion opens JPEG, PNG, TIFF, GIF and BMP.")
         program.drop("https://localhost/face.png").wait_for_end()
         self.assertEqual(program.state_images(), [])
         self.assertFalse(program.is_enabled("Save image"))
