@@ -63,6 +63,10 @@ void DeferredQueues::runAll() {
 Editor::Editor(QSize window)
     : m_controller(std::make_shared<ViewController>(&m_window.rootView(), m_dialogs, m_platform, m_queues)) {
     connectWindow(m_window, *m_controller, m_dialogs);
+    connect(m_controller.get(), &ViewController::previewShown, this, [this] {
+        if (m_previewPaintedAt == 0)
+            m_previewPaintedAt = now();
+    });
     m_window.rootView().imageView()->installEventFilter(this);
     m_controller->sliderThreshold->setFloatValue(kThreshold);
     m_window.resize(window);
@@ -89,6 +93,7 @@ bool Editor::eventFilter(QObject* watched, QEvent* event) {
 std::optional<double> Editor::untilPainted(const std::function<void()>& work) {
     m_shownBefore = m_controller->imageView->image();
     m_paintings = 0;
+    m_previewPaintedAt = 0;
     double paintedAt = 0;
     m_platform.aboutToWriteState = [&] {
         if (m_paintings > 0)
@@ -101,6 +106,8 @@ std::optional<double> Editor::untilPainted(const std::function<void()>& work) {
     if (paintedAt == 0)
         paintedAt = now();
     m_platform.aboutToWriteState = [] {};
+    if (m_previewPaintedAt > 0)
+        paintedAt = m_previewPaintedAt;
     return m_paintings > 0 ? std::optional(paintedAt - start) : std::nullopt;
 }
 

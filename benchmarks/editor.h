@@ -68,7 +68,7 @@ public:
     ViewController& controller() { return *m_controller; }
     TimedPlatform& platform() { return m_platform; }
 
-    /// Opens a photo through the panel. Returns the seconds until it was first painted.
+    /// Opens a photo through the panel. Returns the seconds until it, or a preview of it, was first painted.
     double open(const std::filesystem::path& photo);
     /// Shows a picture as if it had been opened, but without a file or a history.
     void show(const Image& image);
@@ -115,6 +115,7 @@ private:
     std::shared_ptr<ViewController> m_controller;
     std::optional<Image> m_shownBefore; // only paintings of a different picture count
     int m_paintings = 0;
+    double m_previewPaintedAt = 0; // 0 if no preview was shown
     int m_skin = 0;
 };
 

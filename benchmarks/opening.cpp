@@ -36,6 +36,17 @@ Row openFirst(int megapixels) {
             }};
 }
 
+/// The time until the first scan is painted.
+Row openProgressive() {
+    return {
+        .name = rowName("open_progressive", 24), .goal = atMost(0.6), .rounds = 5, .prepare = []() -> Round {
+            return [photo = portraitFile(24, Kind::JpegProgressive)](Samples& samples) {
+                const double reference = decodeJpegSeconds(photo);
+                samples.add(openInNewEditor(photo).first, reference);
+            };
+        }};
+}
+
 /// The reference is the sum that the goal names, as divided between two cores.
 Row openReady(int megapixels) {
     return {
@@ -95,6 +106,7 @@ void addOpeningRows() {
         addRow(confined("confined_first", &Opening::first, megapixels));
         addRow(confined("confined_ready", &Opening::ready, megapixels));
     }
+    addRow(openProgressive());
     addRow(openPng());
     addRow(firstPngState());
 }

@@ -126,10 +126,10 @@ Bytes exifSegment(int orientation, const Bytes& thumbnail) {
     return segment;
 }
 
-Bytes jpegOf(const PlainPicture& picture, int orientation) {
+Bytes jpegOf(const PlainPicture& picture, int orientation, Scans scans = Scans::Sequential) {
     const PlainPicture small{{160, 120}, std::vector<RGBA32>(160UL * 120)};
     const Bytes segment = exifSegment(orientation, encodeWithLibjpeg(small));
-    Bytes file = encodeWithLibjpeg(picture);
+    Bytes file = encodeWithLibjpeg(picture, scans);
     file.insert(file.begin() + 2, segment.begin(), segment.end());
     return file;
 }
@@ -194,6 +194,8 @@ Bytes fileOf(int megapixels, Kind kind) {
         return jpegOf(picture, 1);
     case Kind::JpegTurned:
         return jpegOf(onItsSide(picture), 6);
+    case Kind::JpegProgressive:
+        return jpegOf(picture, 1, Scans::Progressive);
     case Kind::Png:
         return encodeWithLibpng(picture, 1);
     case Kind::DeepTiff:
@@ -208,6 +210,8 @@ const char* nameOf(Kind kind) {
         return ".jpg";
     case Kind::JpegTurned:
         return "-turned.jpg";
+    case Kind::JpegProgressive:
+        return "-progressive.jpg";
     case Kind::Png:
         return ".png";
     case Kind::DeepTiff:

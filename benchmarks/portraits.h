@@ -30,8 +30,9 @@ Image portraitImage(int megapixels);
 enum class Kind {
     Jpeg,       ///< quality 100, 4:4:4, written by libjpeg, with an EXIF block and thumbnail as from a camera
     JpegTurned, ///< the same, stored rotated (orientation 6)
-    Png,        ///< written by libpng at its fastest level
-    DeepTiff,   ///< of 16 bits a sample, uncompressed
+    JpegProgressive, ///< the same, progressive
+    Png,             ///< written by libpng at its fastest level
+    DeepTiff,        ///< of 16 bits a sample, uncompressed
 };
 
 /// The portrait as a file, created on first use and kept in folder().

@@ -81,7 +81,7 @@ void decodeWithLibpng(const std::filesystem::path& path) {
 
 /// Encodes and calls `use(data, length)`.
 template <class Use>
-void encodeJpeg(const PlainPicture& picture, const Use& use) {
+void encodeJpeg(const PlainPicture& picture, Scans scans, const Use& use) {
     jpeg_compress_struct info{};
     jpeg_error_mgr errors{};
     info.err = jpeg_std_error(&errors);
@@ -97,6 +97,8 @@ void encodeJpeg(const PlainPicture& picture, const Use& use) {
     jpeg_set_quality(&info, 100, TRUE);
     for (int i = 0; i < info.num_components; ++i)
         info.comp_info[i].h_samp_factor = info.comp_info[i].v_samp_factor = 1;
+    if (scans == Scans::Progressive)
+        jpeg_simple_progression(&info);
     jpeg_start_compress(&info, TRUE);
     while (info.next_scanline < info.image_height) {
         auto* row = reinterpret_cast<JSAMPROW>(
@@ -133,15 +135,16 @@ double decodePngSeconds(const std::filesystem::path& file) {
     return secondsOf([&] { decodeWithLibpng(file); });
 }
 
-Bytes encodeWithLibjpeg(const PlainPicture& picture) {
+Bytes encodeWithLibjpeg(const PlainPicture& picture, Scans scans) {
     Bytes file;
-    encodeJpeg(picture,
+    encodeJpeg(picture, scans,
                [&](const unsigned char* data, unsigned long length) { file.assign(data, data + length); });
     return file;
 }
 
 double encodeJpegSeconds(const PlainPicture& picture) {
-    return secondsOf([&] { encodeJpeg(picture, [](const unsigned char*, unsigned long) {}); });
+    return secondsOf(
+        [&] { encodeJpeg(picture, Scans::Sequential, [](const unsigned char*, unsigned long) {}); });
 }
 
 Bytes encodeWithLibpng(const PlainPicture& picture, int level) {

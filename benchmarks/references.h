@@ -37,7 +37,8 @@ double decodeJpegSeconds(const std::filesystem::path& file);
 double decodePngSeconds(const std::filesystem::path& file);
 
 /// Encodes a picture with libjpeg: quality 100, 4:4:4.
-Bytes encodeWithLibjpeg(const PlainPicture& picture);
+enum class Scans { Sequential, Progressive };
+Bytes encodeWithLibjpeg(const PlainPicture& picture, Scans scans = Scans::Sequential);
 double encodeJpegSeconds(const PlainPicture& picture);
 
 /// Encodes a picture with libpng at a compression level (-1: the default).

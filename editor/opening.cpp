@@ -4,6 +4,7 @@
 #include "editor/notices.h"
 #include "editor/photo_ahead.h"
 #include "editor/view_controller.h"
+#include "editor/zoom_frame.h"
 #include "imaging/image_tools.h"
 
 #include <chrono>
@@ -81,8 +82,9 @@ void ViewController::OpenFile(PhotoAhead& file) {
         showOpeningFailure(file.path(), photo.error());
 }
 
-Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path) {
-    return decodeWith([&path](const ReadingProgress& progress) { return openPhoto(path, progress); });
+Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path,
+                                                 const PreviewListener& preview) {
+    return decodeWith([&](const ReadingProgress& progress) { return openPhoto(path, progress, preview); });
 }
 
 Result<OpenedPhoto>
@@ -106,12 +108,25 @@ void ViewController::CancelLongWork() {
 void ViewController::loadImage(const std::filesystem::path& path) {
     // Decode before changing anything.
     const std::optional<FileIdentity> opened = identify(path);
-    const Result<OpenedPhoto> photo = decodeSource(path);
+    const bool isHintHidden = boxHint->isHidden();
+    const bool isHelpHidden = boxHelp->isHidden();
+    const Result<OpenedPhoto> photo =
+        decodeSource(path, [this](const Image& preview) { showPreview(preview); });
     if (!photo) {
+        imageView->endPreview();
+        boxHint->setHidden(isHintHidden);
+        boxHelp->setHidden(isHelpHidden);
         showOpeningFailure(path, photo.error());
         return;
     }
     installPhoto(*photo, path, opened);
+}
+
+void ViewController::showPreview(const Image& preview) {
+    boxHint->hide();
+    boxHelp->hide();
+    imageView->showPreview(preview, fitted(imageView->frame(), visibleArea()));
+    Q_EMIT previewShown();
 }
 
 void ViewController::installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,

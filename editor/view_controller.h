@@ -258,6 +258,8 @@ Q_SIGNALS:
     void stateChanged();
     /// Another photo has been opened.
     void photoOpened();
+    /// A preview of the photo that is being opened has been painted.
+    void previewShown();
     /// An edit setting has changed, by the user or by the program.
     void settingsChanged();
     /// A repair has ended.
@@ -287,9 +289,11 @@ private:
     PointSize visibleArea() const;
 
     /// Decodes the file at `path`; an error if it is not a picture.
-    Result<OpenedPhoto> decodeSource(const std::filesystem::path& path);
+    Result<OpenedPhoto> decodeSource(const std::filesystem::path& path, const PreviewListener& preview = {});
     /// Shows that a photo is being opened while `read`, which gets the progress to report, decodes it.
     Result<OpenedPhoto> decodeWith(const std::function<Result<OpenedPhoto>(const ReadingProgress&)>& read);
+    /// Shows a photo that is being decoded where it will be.
+    void showPreview(const Image& preview);
     /// Opens the file at `path`. Shows the load-failure alert, with nothing changed, if it is not a picture.
     void loadImage(const std::filesystem::path& path);
     /// Makes a decoded photo the current one.

@@ -72,9 +72,10 @@ Error withFormatNamed(const Error& error, const std::filesystem::path& path) {
 
 } // namespace
 
-Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress) {
+Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress,
+                              const PreviewListener& preview) {
     return withoutThrowing([&]() -> Result<OpenedPhoto> {
-        Result<FilePicture> picture = readPictureFile(path, ReadingPurpose::Edit, progress);
+        Result<FilePicture> picture = readPictureFile(path, ReadingPurpose::Edit, progress, preview);
         if (!picture)
             return withFormatNamed(picture.error(), path);
         return OpenedPhoto{.image = atActualSize(picture->decoded.image, picture->actualSize),

@@ -31,7 +31,8 @@ struct OpenedPhoto {
 
 /// DecodeImage, ImageActualSize and BringImageToActualSize. Fails if the file cannot be decoded or measured,
 /// and with Cancelled if `progress` ended it.
-Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress = {});
+Result<OpenedPhoto> openPhoto(const std::filesystem::path& path, const ReadingProgress& progress = {},
+                              const PreviewListener& preview = {});
 
 /// Why the file at `path` cannot be opened, if its measures show it, which takes less time than opening it.
 std::optional<Error> obstacleToOpening(const std::filesystem::path& path);

@@ -7,6 +7,7 @@
 #include "imaging/screen_colors.h"
 #include "view/accessible_photo.h"
 #include "view/image_fit.h"
+#include "view/image_painter.h"
 #include "view/notification_center.h"
 
 #include <QAccessible>
@@ -21,6 +22,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <utility>
 
 namespace complexion {
 
@@ -69,11 +71,15 @@ void CustomImageView::setBackground(const QColor& color) {
 }
 
 QTransform CustomImageView::pixelsToWidget() const {
-    const PointSize points = m_image->size();
-    const PixelSize pixels = m_image->pixelSize();
-    const ImageFit fit = fitImage(points, {m_frame.width, m_frame.height});
+    return pixelsToWidget(*m_image, m_frame);
+}
+
+QTransform CustomImageView::pixelsToWidget(const Image& image, const Frame& frame) const {
+    const PointSize points = image.size();
+    const PixelSize pixels = image.pixelSize();
+    const ImageFit fit = fitImage(points, {frame.width, frame.height});
     QTransform transform;
-    transform.translate(m_frame.x + fit.offsetX, height() - (m_frame.y + m_frame.height) + fit.offsetY);
+    transform.translate(frame.x + fit.offsetX, height() - (frame.y + frame.height) + fit.offsetY);
     transform.scale(fit.scale * points.width / pixels.width, fit.scale * points.height / pixels.height);
     return transform;
 }
@@ -98,7 +104,18 @@ void CustomImageView::setMonitor(const ColorProfile& monitor) {
     refresh(std::nullopt);
 }
 
+void CustomImageView::showPreview(const Image& preview, const Frame& frame) {
+    m_preview = {.image = inScreenColors(preview), .frame = frame};
+    repaint();
+}
+
+void CustomImageView::endPreview() {
+    if (std::exchange(m_preview, std::nullopt))
+        update();
+}
+
 void CustomImageView::setImage(std::optional<Image> image) {
+    endPreview();
     const std::optional<Image> before = m_replacement ? m_replacement : m_image;
     m_image = std::move(image);
     if (m_replacement && !(m_image && m_image->size() == m_replacement->size()))
@@ -182,11 +199,13 @@ void CustomImageView::setFrame(const Frame& frame) {
 
 void CustomImageView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    if (!m_onScreen) {
-        if (m_background)
-            painter.fillRect(event->rect(), *m_background);
+    if ((m_preview || !m_onScreen) && m_background)
+        painter.fillRect(event->rect(), *m_background);
+    if (m_preview)
+        paintImage(painter, m_preview->image, pixelsToWidget(m_preview->image, m_preview->frame),
+                   event->rect());
+    if (m_preview || !m_onScreen)
         return;
-    }
     PaintedFrame& frame = m_kept[m_current].frame;
     frame.paint(painter, *m_onScreen, pixelsToWidget(), event->region(), rect());
     if (frame.isProvisional() && !m_refining.isActive())

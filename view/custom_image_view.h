@@ -42,6 +42,12 @@ public:
 
     const std::vector<std::string_view>& acceptedTypes() const { return m_acceptedTypes; }
 
+    /// Paints a preview of the next image, fitted into `frame`, at once and until the next `setImage` or
+    /// `endPreview`. `image()` does not change.
+    void showPreview(const Image& preview, const Frame& frame);
+    void endPreview();
+    bool isShowingPreview() const { return m_preview.has_value(); }
+
     const std::optional<Image>& image() const { return m_image; }
     /// Shows another image; repaints only the pixels that differ.
     void setImage(std::optional<Image> image);
@@ -78,6 +84,8 @@ protected:
 
 private:
     Image inScreenColors(const Image& image);
+    /// Maps pixels of an image that is fitted into `frame` to the widget's coordinates.
+    QTransform pixelsToWidget(const Image& image, const Frame& frame) const;
     /// Whether the first URL is a local file of an accepted type.
     bool isAcceptedAddress(const QMimeData& pasteboard) const;
     bool isAcceptedType(const std::string& extension) const;
@@ -90,6 +98,11 @@ private:
 
     std::vector<std::string_view> m_acceptedTypes;
     Dialogs* m_dialogs = nullptr;
+    struct Preview {
+        Image image; // in the screen's colour space
+        Frame frame;
+    };
+    std::optional<Preview> m_preview;
     std::optional<Image> m_image;
     std::optional<Image> m_replacement;
     std::optional<Image> m_onScreen; // the painted image, in the monitor's colours

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/files.h"
 #include "imaging/base/geometry.h"
+#include "imaging/base/pixel_block.h"
 #include "imaging/base/rgba32.h"
 #include "imaging/base/rgba64.h"
 
@@ -10,6 +12,14 @@
 namespace complexion {
 
 enum class Orientation;
+
+/// What a reduced picture shows that is known before the rows are.
+struct PreviewedPicture {
+    PixelSize stored;
+    Orientation orientation;
+    /// Its profile; empty if it has none.
+    ByteView icc;
+};
 
 /// Takes over the pixels of pictures that are decoded in this process: an ImageBuilder passes its rows on
 /// instead of keeping them, and its image has a size and a profile, but no pixels to read. For a process that
@@ -27,6 +37,11 @@ public:
     virtual void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) = 0;
     /// As turnedUpright, of the whole picture.
     virtual void turnUpright(Orientation orientation) = 0;
+
+    /// Whether decoders that know a preview early are to pass it to `preview`, before the first row.
+    virtual bool wantsPreview(PixelSize) const { return false; }
+    /// `pixels` is the stored picture, reduced.
+    virtual void preview(const PixelBlock& /*pixels*/, const PreviewedPicture& /*picture*/) {}
 
     /// The one of this process; null, as long as none was installed, for a process that keeps its images.
     static RowReceiver* installed() { return s_installed; }

@@ -9,6 +9,7 @@
 #include "imaging/codecs/device_colors.h"
 #include "imaging/codecs/jpeg_block_rows.h"
 #include "imaging/codecs/jpeg_decompressor.h"
+#include "imaging/codecs/jpeg_first_scan.h"
 #include "imaging/codecs/jpeg_original.h"
 
 namespace complexion::jpeg {
@@ -105,6 +106,17 @@ Result<DecodedPicture> readPixels(Decompressor& decompressor, ByteView file, Pix
     return DecodedPicture{std::move(*image), decompressor.damage()};
 }
 
+/// Has a receiver that wants one get a preview of a progressive picture.
+void passFirstScanOn(Decompressor& decompressor, Orientation orientation) {
+    RowReceiver* const receiver = RowReceiver::installed();
+    if (receiver && receiver->wantsPreview(decompressor.size()))
+        decompressor.onFirstScan([&decompressor, orientation, receiver] {
+            const Bytes icc = decompressor.icc();
+            receiver->preview(blockMeans(decompressor),
+                              {.stored = decompressor.size(), .orientation = orientation, .icc = icc});
+        });
+}
+
 Result<StoredPicture> decodePicture(Decompressor& decompressor, ByteView file) {
     const Result<PixelSize> size = readCheckedHeader(decompressor, file);
     if (!size)
@@ -117,6 +129,8 @@ Result<StoredPicture> decodePicture(Decompressor& decompressor, ByteView file) {
     const Resolution resolution = exif.resolution.value_or(decompressor.jfifResolution());
     const std::optional<GreyTable> grey =
         decompressor.isGrey() ? greyTable(decompressor.icc()) : std::nullopt;
+    if (!grey && !decompressor.isCmyk())
+        passFirstScanOn(decompressor, exif.orientation);
     Result<DecodedPicture> stored = readPixels(decompressor, file, *size, grey);
     if (!stored)
         return stored.error();

@@ -242,13 +242,30 @@ int Decompressor::maxScans(const jpeg_decompress_struct& info) {
     return static_cast<int>(std::clamp<std::int64_t>(affordable, kAlwaysAllowedScans, kMaxScans));
 }
 
+bool Decompressor::readScans(Until until) {
+    return guard().run([this, until] {
+        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= maxScans(m_info))
+            if (jpeg_consume_input(&m_info) == JPEG_SCAN_COMPLETED && until == Until::DcIsKnown &&
+                isDcKnown())
+                return;
+    });
+}
+
+bool Decompressor::isDcKnown() const {
+    return m_info.coef_bits != nullptr &&
+           std::none_of(m_info.coef_bits, m_info.coef_bits + m_info.num_components,
+                        [](const auto& bits) { return bits[0] < 0; });
+}
+
 bool Decompressor::startOutputOfAllScans() {
     const Frame frame(m_info);
-    const bool undamaged = guard().run([this] {
-        keepCoefficients();
-        while (!jpeg_input_complete(&m_info) && m_info.input_scan_number <= maxScans(m_info))
-            jpeg_consume_input(&m_info);
-    });
+    bool undamaged = guard().run([this] { keepCoefficients(); });
+    if (undamaged && m_firstScanListener) {
+        undamaged = readScans(Until::DcIsKnown);
+        if (undamaged && isDcKnown())
+            m_firstScanListener();
+    }
+    undamaged = undamaged && readScans(Until::End);
     frame.restore(m_info);
     // If asked for the scan before an unfinished one, the library reads no further and outputs what it has of
     // both.

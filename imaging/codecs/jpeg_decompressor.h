@@ -8,6 +8,7 @@
 #include "imaging/containers/exif_basics.h"
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -66,6 +67,10 @@ public:
     Resolution jfifResolution() const;
     Bytes icc() const { return m_segments.icc(); }
 
+    /// Has `start` call `listener` as soon as the DC coefficients of a progressive picture are known, which
+    /// is after its first scan; their last bits may be missing. `coefficientRow` has them.
+    void onFirstScan(std::function<void()> listener) { m_firstScanListener = std::move(listener); }
+
     /// Starts the output of rows as RGBA32 pixels or CMYK samples. Multi-scan pictures are read completely
     /// here, as far as possible.
     bool start();
@@ -106,13 +111,18 @@ private:
     /// Before any scan of a buffered picture is read: the arrays that will hold its coefficients.
     void keepCoefficients();
     bool startOutputOfAllScans();
+    /// Reads scans, all of them or until the DC coefficients are known. False if reading failed.
+    enum class Until { DcIsKnown, End };
+    bool readScans(Until until);
+    bool isDcKnown() const;
     bool lacksScans() const;
 
     ByteView m_file;
     PieceSource m_pieces;
     bool m_isInPieces = false;
     jvirt_barray_ptr* m_coefficients = nullptr; // one array per component, owned by the library
-    bool m_isTruncated = false;                 // reading stopped before the end of the picture
+    std::function<void()> m_firstScanListener;
+    bool m_isTruncated = false; // reading stopped before the end of the picture
     ApplicationSegments m_segments;
     ErrorHandler m_errors;
     jpeg_decompress_struct m_info = {};

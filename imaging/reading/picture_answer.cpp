@@ -96,6 +96,7 @@ Bytes flattened(const Result<PictureAnswer>& answer) {
         return writer.written();
     }
     writer.number(static_cast<std::uint8_t>(answer->container));
+    writer.number(static_cast<std::uint8_t>(answer->isPreview ? 1 : 0));
     writer.number(static_cast<std::uint8_t>(answer->orientation));
     writer.number(answer->points.width);
     writer.number(answer->points.height);
@@ -115,6 +116,7 @@ Result<PictureAnswer> parsedPictureAnswer(ByteView bytes) {
     if (reader.number<std::uint8_t>() == 0)
         return readLastError(reader);
     const auto container = reader.number<std::uint8_t>();
+    const auto preview = reader.number<std::uint8_t>();
     const auto orientation = reader.number<std::uint8_t>();
     PictureAnswer answer;
     answer.points.width = reader.number<double>();
@@ -127,12 +129,13 @@ Result<PictureAnswer> parsedPictureAnswer(ByteView bytes) {
     if (isDamaged)
         answer.damage = readError(reader);
     const auto jpegOrientation = reader.number<std::uint8_t>();
-    if (!reader.isWhole() || container > static_cast<std::uint8_t>(Container::Bmp) ||
+    if (!reader.isWhole() || container > static_cast<std::uint8_t>(Container::Bmp) || preview > 1 ||
         !isOrientation(orientation) || !isLength(answer.points.width) || !isLength(answer.points.height) ||
         !isActualSize(answer.actualSize) || !losses || !hasProfile || (isDamaged && !answer.damage) ||
         (jpegOrientation != 0 && !isOrientation(jpegOrientation)))
         return answerIsNonsense();
     answer.container = static_cast<Container>(container);
+    answer.isPreview = preview != 0;
     answer.losses = *std::move(losses);
     answer.orientation = static_cast<Orientation>(orientation);
     if (jpegOrientation != 0)

@@ -20,6 +20,9 @@ namespace complexion {
 /// functions below, and a check.
 struct PictureAnswer {
     Container container = Container::Jpeg;
+    /// Whether the rows are a reduced picture, a pixel for each block of 8 by 8, and the answer about the
+    /// picture itself follows.
+    bool isPreview = false;
     /// Of the rows that were sent.
     Orientation orientation = Orientation::TopLeft;
     /// Of the upright picture.

@@ -3,6 +3,7 @@
 
 #include "imaging/base/diagnostics.h"
 #include "imaging/base/no_throw.h"
+#include "imaging/base/picture_limits.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/jpeg_original.h"
 #include "imaging/codecs/opening.h"
@@ -27,25 +28,61 @@ namespace complexion {
 
 namespace {
 
+bool isEditing(std::uint32_t operation) {
+    return operation == kEdit || operation == kShowAndEdit;
+}
+
+void setProfile(PictureAnswer& answer, const ColorProfile& profile) {
+    answer.icc.assign(profile.icc().begin(), profile.icc().end());
+    if (!answer.icc.empty())
+        answer.screenTables = std::make_shared<const ScreenTables>(screenTablesOf(answer.icc));
+}
+
+/// Sends the rows of a picture, after those of a preview if it is wanted.
+class PictureSender final : public RowSender {
+public:
+    PictureSender(AnswerSender& answer, bool withPreview)
+        : RowSender(answer), m_answer(answer), m_withPreview(withPreview) {}
+
+    bool wantsPreview(PixelSize size) const override { return m_withPreview && size.area() >= kMinArea; }
+
+    void preview(const PixelBlock& pixels, const PreviewedPicture& picture) override {
+        const PixelSize upright = uprightSize(picture.stored, picture.orientation);
+        PictureAnswer answer;
+        answer.isPreview = true;
+        answer.orientation = picture.orientation;
+        answer.points = {static_cast<double>(upright.width), static_cast<double>(upright.height)};
+        setProfile(answer, ColorProfile::fromIcc(picture.icc));
+        m_answer.sendPicture(pixels.size);
+        m_answer.sendRows(0, pixels.size.height, pixels.size.width, pixels.row(0), nullptr);
+        m_answer.sendAnswer(flattened(answer));
+    }
+
+private:
+    /// Smaller pictures are decoded before a preview has been looked at.
+    static constexpr std::int64_t kMinArea = 4'000'000;
+
+    AnswerSender& m_answer;
+    bool m_withPreview;
+};
+
 Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSender& sender) {
     PictureAnswer answer;
     const Codec* const codec = codecForContent(file);
     if (!codec)
         return Error{"not a picture file", ErrorKind::NotAPicture};
     answer.container = codec->container;
-    RowSender rows(sender);
+    PictureSender rows(sender, operation == kShowAndEdit);
     RowReceiver::install(&rows);
     COMPLEXION_TRY(PictureWithoutOriginal picture, decodedWithoutOriginal(file));
     rows.finish();
     const Image& image = picture.decoded.image;
     answer.orientation = rows.orientation();
     answer.points = image.size();
-    answer.icc.assign(image.profile().icc().begin(), image.profile().icc().end());
-    if (!answer.icc.empty())
-        answer.screenTables = std::make_shared<const ScreenTables>(screenTablesOf(answer.icc));
+    setProfile(answer, image.profile());
     answer.damage = std::move(picture.decoded.damage);
     answer.jpegOrientation = picture.jpegOrientation;
-    if (operation == kEdit) {
+    if (isEditing(operation)) {
         COMPLEXION_TRY(answer.actualSize, actualSizeOf(file));
         answer.losses = savingLosses(file, image);
     }
@@ -78,9 +115,21 @@ private:
     Clock::time_point m_next = Clock::now() + kInterval;
 };
 
-/// What a child answers.
-Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer, Clock::time_point deadline,
-                                                 const ReadingProgress& progress) {
+/// Whether a child of ours could send this preview: a pixel for each block of a picture of its points.
+bool isPlausiblePreview(const Image& preview) {
+    constexpr int kBlock = 8;
+    const PointSize points = preview.size();
+    if (!(std::max(points.width, points.height) <= kMaxPictureSide))
+        return false;
+    const PixelSize picture = {static_cast<int>(points.width), static_cast<int>(points.height)};
+    return isDecodableSize(picture.width, picture.height) &&
+           preview.pixelSize() ==
+               PixelSize{(picture.width + kBlock - 1) / kBlock, (picture.height + kBlock - 1) / kBlock};
+}
+
+/// What a child answers, about a preview or the picture.
+Result<PictureAssembler::Picture> receiveAnswer(AnswerReceiver& answer, Clock::time_point deadline,
+                                                const ReadingProgress& progress) {
     PictureAssembler assembler;
     ProgressTimer timer(progress);
     while (!assembler.isComplete()) {
@@ -98,13 +147,30 @@ Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer, Clock::
     return assembler.finish();
 }
 
+Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer, Clock::time_point deadline,
+                                                 const ReadingProgress& progress,
+                                                 const PreviewListener& preview) {
+    Result<PictureAssembler::Picture> picture = receiveAnswer(answer, deadline, progress);
+    if (!preview || !picture || !picture->answer.isPreview)
+        return picture;
+    if (!isPlausiblePreview(picture->decoded.image))
+        return answerIsNonsense();
+    preview(picture->decoded.image);
+    return receiveAnswer(answer, deadline, progress);
+}
+
 Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, OpenFile file,
-                                ReadingPurpose purpose, const ReadingProgress& progress) {
+                                ReadingPurpose purpose, const ReadingProgress& progress,
+                                const PreviewListener& preview) {
     const bool isForEditing = purpose == ReadingPurpose::Edit;
+    const std::uint32_t operation = !isForEditing ? kLook : preview ? kShowAndEdit : kEdit;
     const ReaderLimits limits = limitsForFile(file.length);
     const auto deadline = deadlineFor(limits);
-    COMPLEXION_TRY(Reading reading, process->begin(isForEditing ? kEdit : kLook, file, limits));
-    COMPLEXION_TRY(PictureAssembler::Picture picture, receivePicture(reading.answer(), deadline, progress));
+    COMPLEXION_TRY(Reading reading, process->begin(operation, file, limits));
+    COMPLEXION_TRY(PictureAssembler::Picture picture,
+                   receivePicture(reading.answer(), deadline, progress, preview));
+    if (picture.answer.isPreview)
+        return answerIsNonsense();
     const Image& image = picture.decoded.image;
     if (const std::optional<Orientation> orientation = picture.answer.jpegOrientation) {
         const PixelSize stored = uprightSize(image.pixelSize(), *orientation); // which is its own inverse
@@ -144,11 +210,11 @@ Result<FilePicture> readHere(OpenFile opened, ReadingPurpose purpose) {
 } // namespace
 
 Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose,
-                                    const ReadingProgress& progress) {
+                                    const ReadingProgress& progress, const PreviewListener& preview) {
     return withoutThrowing([&]() -> Result<FilePicture> {
         COMPLEXION_TRY(OpenFile file, openFile(path, isPictureFile));
         const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
-        return process ? readInChild(process, std::move(file), purpose, progress)
+        return process ? readInChild(process, std::move(file), purpose, progress, preview)
                        : readHere(std::move(file), purpose);
     });
 }
@@ -167,7 +233,7 @@ Result<FilePicture> readPictureInMemory(ByteView file) {
     return withoutThrowing([&]() -> Result<FilePicture> {
         COMPLEXION_TRY(OpenFile opened, fileInMemory(file));
         const std::shared_ptr<ReaderProcess> process = ReaderProcess::installed();
-        return process ? readInChild(process, std::move(opened), ReadingPurpose::Look, {})
+        return process ? readInChild(process, std::move(opened), ReadingPurpose::Look, {}, {})
                        : readHere(std::move(opened), ReadingPurpose::Look);
     });
 }
@@ -199,7 +265,7 @@ void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer
         return;
     }
     std::optional<ChildTranscoding> transcoding;
-    if (operation == kEdit && containerOf(input) == Container::Jpeg && kJpegCodec.measure(input))
+    if (isEditing(operation) && containerOf(input) == Container::Jpeg && kJpegCodec.measure(input))
         transcoding.emplace(input);
     const Result<PictureAnswer> picture =
         withoutThrowing([&]() -> Result<PictureAnswer> { return answerOf(operation, input, answer); });

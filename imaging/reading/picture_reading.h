@@ -33,10 +33,16 @@ struct FilePicture {
 /// has been decoded, 0 to 1. Returning false cancels the reading.
 using ReadingProgress = std::function<bool(double part)>;
 
+/// Called on the same thread with a reduced picture of the same size in points, before the picture itself is
+/// known. Only for files that begin with one.
+using PreviewListener = std::function<void(const Image& preview)>;
+
 /// The first picture of the file. An error if it cannot be decoded or, for editing, measured; also if its
-/// child fails in any way; Cancelled if `progress` ended it. Without a reader process there is no progress.
+/// child fails in any way; Cancelled if `progress` ended it. Without a reader process there is no progress
+/// and no preview.
 Result<FilePicture> readPictureFile(const std::filesystem::path& path, ReadingPurpose purpose,
-                                    const ReadingProgress& progress = {});
+                                    const ReadingProgress& progress = {},
+                                    const PreviewListener& preview = {});
 
 /// The actual size of the file, as actualSizeOf.
 Result<PixelSize> measuredFile(const std::filesystem::path& path);

@@ -12,7 +12,7 @@ namespace complexion {
 
 /// Sends the rows that decoders set. Short rows that are set one at a time, near each other in any order, are
 /// sent together: a picture may have a million of them.
-class RowSender final : public RowReceiver {
+class RowSender : public RowReceiver {
 public:
     explicit RowSender(AnswerSender& answer) : m_answer(answer) {}
 

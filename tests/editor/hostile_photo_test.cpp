@@ -43,6 +43,36 @@ TEST_F(Opening, APhotoThatOpensForLongShowsProgressAndCanBeCancelled) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(30));
 }
 
+TEST_F(Opening, APhotoThatIsCancelledAfterItsPreviewLeavesEverything) {
+    editPhoto();
+    const InstalledReader reader(doAsTheFileSays);
+    const std::filesystem::path path = platform.photos() / "previewed.jpg";
+    writeFile(path, hostileFile(kPreviewAndHang));
+    int previews = 0;
+    QObject::connect(controller.get(), &ViewController::previewShown, controller.get(), [&] {
+        ++previews;
+        EXPECT_TRUE(imageView->isShowingPreview());
+        controller->CancelLongWork();
+    });
+    expectUnchangedBy([&] { controller->OpenFile(path); });
+    EXPECT_EQ(previews, 1);
+    EXPECT_FALSE(imageView->isShowingPreview());
+}
+
+TEST_F(Opening, TheHintComesBackWhenThePhotoAfterAPreviewDoesNotOpen) {
+    const InstalledReader reader(doAsTheFileSays);
+    const std::filesystem::path path = platform.photos() / "previewed.jpg";
+    writeFile(path, hostileFile(kPreviewTwice));
+    QObject::connect(controller.get(), &ViewController::previewShown, controller.get(), [&] {
+        EXPECT_TRUE(controller->boxHint->isHidden() && controller->boxHelp->isHidden());
+    });
+    dialogs.expectAlert(kLoadFailure, AlertStyle::Warning);
+    controller->OpenFile(path);
+    EXPECT_FALSE(imageView->isShowingPreview());
+    EXPECT_FALSE(controller->boxHint->isHidden() || controller->boxHelp->isHidden());
+    EXPECT_FALSE(controller->hasImage());
+}
+
 TEST_F(Opening, APhotoIsRetouchedThatWasReadInAnotherProcess) {
     const InstalledReader reader;
     const std::filesystem::path path = makePhoto("photo.jpg");

@@ -219,6 +219,29 @@ bool answerNonsenseAboutRows(std::string_view deed, AnswerSender& answer) {
     return true;
 }
 
+/// Sends a preview of 10 by 10 pixels.
+void sendPreview(AnswerSender& answer, double points) {
+    constexpr int kSide = 10;
+    const std::vector<RGBA32> pixels(std::size_t{kSide} * kSide, RGBA32(200, 100, 50, 255));
+    PictureAnswer about;
+    about.isPreview = true;
+    about.points = {points, points};
+    answer.sendPicture({kSide, kSide});
+    answer.sendRows(0, kSide, kSide, pixels.data(), nullptr);
+    answer.sendAnswer(flattened(about));
+}
+
+bool answerPreviews(std::string_view deed, AnswerSender& answer) {
+    constexpr double kPoints = 80;
+    if (deed != kPreviewAndHang && deed != kPreviewTwice && deed != kPreviewOfGiant)
+        return false;
+    sendPreview(answer, deed == kPreviewOfGiant ? 1e17 : kPoints);
+    if (deed == kPreviewAndHang)
+        hang();
+    sendPreview(answer, kPoints);
+    return true;
+}
+
 } // namespace
 
 std::string hostileFile(std::string_view deed) {
@@ -251,7 +274,8 @@ void doAsTheFileSays(std::uint32_t, ByteView input, AnswerSender& answer, const 
         spin();
     else if (deed == kHang)
         hang();
-    else if (!answerNonsense(deed, answer) && !answerNonsenseAboutRows(deed, answer))
+    else if (!answerNonsense(deed, answer) && !answerNonsenseAboutRows(deed, answer) &&
+             !answerPreviews(deed, answer))
         ::_exit(0); // silently
 }
 

@@ -41,6 +41,11 @@ inline constexpr std::string_view kNegativeBytes = "negative bytes";
 inline constexpr std::string_view kEmptyAnswer = "empty answer";
 inline constexpr std::string_view kAnswerWithoutPicture = "answer without picture";
 
+// A preview, with or without the picture.
+inline constexpr std::string_view kPreviewAndHang = "preview and hang";
+inline constexpr std::string_view kPreviewTwice = "preview twice";
+inline constexpr std::string_view kPreviewOfGiant = "preview of giant";
+
 /// The file that has the decoder do that.
 std::string hostileFile(std::string_view deed);
 

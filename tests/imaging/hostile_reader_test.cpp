@@ -103,6 +103,18 @@ TEST_F(HostileReader, ThatAnswersNonsenseGivesNoPicture) {
         EXPECT_EQ(errorOf(deed).message, "the reader answered nonsense") << deed;
 }
 
+TEST_F(HostileReader, ShowsAtMostOnePreviewOfAPlausibleSize) {
+    for (const std::string_view deed : {kPreviewTwice, kPreviewOfGiant}) {
+        int previews = 0;
+        const Result<FilePicture> picture =
+            readPictureFile(written(deed), ReadingPurpose::Edit, {}, [&](const Image&) { ++previews; });
+        ASSERT_FALSE(picture) << deed;
+        EXPECT_EQ(picture.error().message, "the reader answered nonsense") << deed;
+        EXPECT_EQ(previews, deed == kPreviewTwice ? 1 : 0);
+    }
+    EXPECT_EQ(errorOf(kPreviewTwice).message, "the reader answered nonsense") << "nobody asked for a preview";
+}
+
 TEST_F(HostileReader, GivesNoSizeEither) {
     for (const std::string_view deed : {kCrash, kEmptyAnswer, kAnswerWithoutPicture, kRowsOutside}) {
         const Result<PixelSize> size = measuredFile(written(deed));

@@ -23,6 +23,7 @@ std::shared_ptr<const ScreenTables> someTables() {
 
 PictureAnswer someAnswer() {
     return {.container = Container::Tiff,
+            .isPreview = true,
             .orientation = Orientation::RightTop,
             .points = {20, 30},
             .actualSize = {40, 60},
@@ -38,6 +39,7 @@ TEST(PictureAnswer, ComesBackAsItWasSent) {
     const Result<PictureAnswer> answer = parsedPictureAnswer(flattened(sent));
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->container, sent.container);
+    EXPECT_EQ(answer->isPreview, sent.isPreview);
     EXPECT_EQ(answer->orientation, sent.orientation);
     EXPECT_EQ(answer->points, sent.points);
     EXPECT_EQ(answer->actualSize, sent.actualSize);
