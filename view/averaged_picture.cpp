@@ -173,9 +173,35 @@ void convertToArgb(std::span<RGBA32> pixels) {
         pixel.color = std::rotr(pixel.color, 8);
 }
 
+/// Puts an opaque colour behind premultiplied pixels, which the toolkit would round in the same way.
+void paintOver(QRgb background, std::span<RGBA32> pixels) {
+    std::uint32_t all = 0xFF000000;
+    for (const RGBA32& pixel : pixels)
+        all &= pixel.color;
+    if (all == 0xFF000000)
+        return;
+    for (RGBA32& pixel : pixels) {
+        const std::uint32_t rest = 255 - qAlpha(pixel.color);
+        std::uint32_t behind = 0;
+        for (const int shift : {0, 8, 16, 24}) {
+            const std::uint32_t product = (background >> shift & 255) * rest;
+            behind |= (product + (product >> 8) + 128) >> 8 << shift;
+        }
+        pixel.color += behind;
+    }
+}
+
 } // namespace
 
 QImage averagedPicture(const Image& image, int level, const QTransform& pixelsToDevice, const QRect& part) {
+    QImage picture(part.size(), QImage::Format_ARGB32_Premultiplied);
+    average(image, level, pixelsToDevice, part,
+            {.first = reinterpret_cast<QRgb*>(picture.bits()), .bytesPerLine = picture.bytesPerLine()});
+    return picture;
+}
+
+void average(const Image& image, int level, const QTransform& pixelsToDevice, const QRect& part,
+             const AveragedPixels& target) {
     const QTransform toDevice = QTransform::fromScale(1 << level, 1 << level) * pixelsToDevice;
     const PixelSize cells = image.levelSize(level);
     // The last column and row of a mipmap level may cover less than a whole cell of the picture.
@@ -188,9 +214,8 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
     // Taps beyond the picture have weight zero; their cells in the buffer are never filled in.
     const auto stride = static_cast<std::size_t>(columns.end() - columns.begin());
 
-    QImage picture(part.size(), QImage::Format_ARGB32_Premultiplied);
-    uchar* const bits = picture.bits();
-    const auto bytesPerLine = static_cast<std::size_t>(picture.bytesPerLine());
+    auto* const bits = reinterpret_cast<uchar*>(target.first);
+    const auto bytesPerLine = static_cast<std::size_t>(target.bytesPerLine);
     const auto averageChunk = [&](int chunk) {
         std::vector<RGBA32> source;
         std::vector<RGBA32> mean(stride + kMaxTaps);
@@ -220,6 +245,8 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
                     averageFewCells(mean.data(), columns, columnWeights.data(), out.data());
                 image.transform(out);
                 convertToArgb(out);
+                if (qAlpha(target.background) == 255)
+                    paintOver(target.background, out);
             }
         }
     };
@@ -229,7 +256,6 @@ QImage averagedPicture(const Image& image, int level, const QTransform& pixelsTo
     else
         for (int chunk = 0; chunk < chunks; ++chunk)
             averageChunk(chunk);
-    return picture;
 }
 
 } // namespace complexion

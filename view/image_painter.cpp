@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QRegion>
 
 #include <algorithm>
 #include <bit>
@@ -83,15 +84,19 @@ void paintEnlarged(QPainter& painter, const Image& image, const QTransform& toPa
     painter.restore();
 }
 
+/// The device pixels that the image covers at least partly.
+QRect coveredBy(const Image& image, const QTransform& pixelsToDevice) {
+    const PixelSize size = image.pixelSize();
+    return pixelsToDevice.mapRect(QRectF(0, 0, size.width, size.height)).toAlignedRect();
+}
+
 /// For scales below one device pixel per pixel, on a painter without rotation or shear.
 void paintAveraged(QPainter& painter, const Image& image, const QTransform& toPainter, const QRectF& exposed,
                    int level) {
     const QTransform toDevice = painter.deviceTransform();
     const QRect shown = toDevice.mapRect(exposed).toAlignedRect();
-    const PixelSize size = image.pixelSize();
     const QTransform pixelsToDevice = toPainter * toDevice;
-    const QRect covered = pixelsToDevice.mapRect(QRectF(0, 0, size.width, size.height)).toAlignedRect();
-    const QRect part = shown.intersected(covered);
+    const QRect part = shown & coveredBy(image, pixelsToDevice);
     if (part.isEmpty())
         return;
     QImage picture = averagedPicture(image, level, pixelsToDevice, part);
@@ -109,12 +114,34 @@ bool isScaleAndTranslation(const QTransform& transform) {
     return transform.type() <= QTransform::TxScale && transform.m11() > 0 && transform.m22() > 0;
 }
 
+bool isAveraged(const QTransform& pixelsToDevice) {
+    return isScaleAndTranslation(pixelsToDevice) && std::min(pixelsToDevice.m11(), pixelsToDevice.m22()) < 1;
+}
+
+void writeAveraged(const Image& image, const QTransform& pixelsToDevice, const QRect& part, QRgb background,
+                   QRgb* first, qsizetype bytesPerLine) {
+    const auto rowAt = [&](int y) {
+        return reinterpret_cast<QRgb*>(reinterpret_cast<uchar*>(first) + (y - part.top()) * bytesPerLine);
+    };
+    const QRect covered = coveredBy(image, pixelsToDevice) & part;
+    for (const QRect& beside : QRegion(part) - covered)
+        for (int y = beside.top(); y <= beside.bottom(); ++y)
+            std::fill_n(rowAt(y) + (beside.left() - part.left()), beside.width(), background);
+    if (covered.isEmpty())
+        return;
+    const int level = mipmapLevelFor(std::min(pixelsToDevice.m11(), pixelsToDevice.m22()));
+    average(image, level, pixelsToDevice, covered,
+            {.first = rowAt(covered.top()) + (covered.left() - part.left()),
+             .bytesPerLine = bytesPerLine,
+             .background = background});
+}
+
 void paintImage(QPainter& painter, const Image& image, const QTransform& toPainter, const QRectF& exposed) {
     const QTransform pixelsToDevice = toPainter * painter.deviceTransform();
     const double scale = std::min(pixelsToDevice.m11(), pixelsToDevice.m22());
     if (!image.hasPixels() || !(scale > 0))
         return;
-    if (scale < 1 && isScaleAndTranslation(pixelsToDevice))
+    if (isAveraged(pixelsToDevice))
         paintAveraged(painter, image, toPainter, exposed, mipmapLevelFor(scale));
     else
         paintEnlarged(painter, image, onWholePixels(toPainter, painter.deviceTransform()), exposed,

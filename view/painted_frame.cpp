@@ -75,7 +75,14 @@ void PaintedFrame::invalidate(const PixelRect& changed) {
     const QRectF area(changed.x, changed.y, changed.width, changed.height);
     m_valid -= m_toPlane.mapRect(area).toAlignedRect().adjusted(-kChangeMargin, -kChangeMargin, kChangeMargin,
                                                                 kChangeMargin);
-    m_standIn = {}; // it shows the image before the change
+    dropStandIn(); // it shows the image before the change
+}
+
+void PaintedFrame::dropStandIn() {
+    if (m_standIn.size() == m_pixels.size())
+        m_spare = std::exchange(m_standIn, {});
+    else
+        m_standIn = {};
 }
 
 void PaintedFrame::keepStandIn() {
@@ -85,7 +92,7 @@ void PaintedFrame::keepStandIn() {
     const QRect area = m_valid.boundingRect();
     const QPoint place(wrapped(area.x(), m_pixels.width()), wrapped(area.y(), m_pixels.height()));
     if (area.size() == m_pixels.size()) {
-        m_standIn = std::exchange(m_pixels, {}); // still wraps around
+        m_standIn = std::exchange(m_pixels, std::exchange(m_spare, {})); // still wraps around
         m_standIn.setOffset(place);
     } else {
         m_standIn = QImage(area.size(), m_pixels.format());
@@ -136,6 +143,11 @@ void PaintedFrame::resizePixels() {
 
 void PaintedFrame::render(const Image& image, const QRect& onPlane) {
     forEachPiece(onPlane, m_pixels.size(), [&](const QRect& piece, QPoint place) {
+        if (isOpaque(m_pixels) && isAveraged(m_toPlane)) {
+            auto* const first = reinterpret_cast<QRgb*>(m_pixels.scanLine(place.y())) + place.x();
+            writeAveraged(image, m_toPlane, piece, m_background.rgb(), first, m_pixels.bytesPerLine());
+            return;
+        }
         QPainter painter(&m_pixels);
         painter.setClipRect(QRect(place, piece.size()));
         painter.translate(place - piece.topLeft());
@@ -227,7 +239,7 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
         render(image, rect);
     drawPixels(painter, needed & m_valid);
     if (m_valid == QRegion(viewOnPlane()))
-        m_standIn = {};
+        dropStandIn();
 }
 
 QRegion PaintedFrame::refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration) {
@@ -249,7 +261,7 @@ QRegion PaintedFrame::refine(const Image& image, QPoint pointer, std::chrono::mi
             render(image, rect);
         changed += planeToPainter(tile).toAlignedRect();
     }
-    m_standIn = {};
+    dropStandIn();
     return changed;
 }
 

@@ -49,6 +49,7 @@ private:
     QRect viewOnPlane() const { return m_view.translated(-m_origin); }
     void place(const QTransform& pixelsToDevice, const QRect& viewOnDevice);
     void keepStandIn();
+    void dropStandIn();
     void resizePixels();
     void render(const Image& image, const QRect& onPlane);
     void drawStandIn(QPainter& painter, const QRegion& onPlane) const;
@@ -64,6 +65,7 @@ private:
     QRegion m_valid;              // on the plane, within the view
     QImage m_standIn;             // pixels painted at another scale; null when all are painted
     QTransform m_standInToPixels; // from the stand-in to the image's pixels
+    QImage m_spare; // memory for the next painted pixels: the system would have to clear new memory first
 };
 
 } // namespace complexion

@@ -186,15 +186,16 @@ TEST_F(PaintedFrameTest, TransparentPixelsStayTransparentAfterAPan) {
 TEST_F(PaintedFrameTest, TheBackgroundIsVisibleThroughAndBesideThePicture) {
     frame = PaintedFrame(QColor(10, 20, 30));
     const Image image = filled({100, 80}, RGBA32(100, 50, 20, 100));
-    for (const QPointF offset : {QPointF(20, 10), QPointF(-40, 90)}) {
-        const QTransform toPainter = placed(1.3, offset);
-        QImage screen = blankScreen();
-        screen.fill(QColor(10, 20, 30));
-        QPainter painter(&screen);
-        paintImage(painter, image, toPainter, view());
-        painter.end();
-        EXPECT_LE(largestDifference(kept(image, toPainter), screen), 1);
-    }
+    for (const double scale : {0.13, 0.45, 0.97, 1.3})
+        for (const QPointF offset : {QPointF(20, 10), QPointF(-40, 90), QPointF(290.3, -20.7)}) {
+            const QTransform toPainter = placed(scale, offset);
+            QImage screen = blankScreen();
+            screen.fill(QColor(10, 20, 30));
+            QPainter painter(&screen);
+            paintImage(painter, image, toPainter, view());
+            painter.end();
+            EXPECT_LE(largestDifference(kept(image, toPainter), screen), 1) << scale << " at " << offset.x();
+        }
 }
 
 /// Zooming in a view that takes longer to paint than one frame of the display.
@@ -212,6 +213,23 @@ protected:
     const QTransform fitted = placed(0.6, {0, 0});
     const QTransform larger = placed(0.75, {-200, -125});
 };
+
+TEST_F(LargeView, ManyZoomsLeaveNoOldPixels) {
+    frame = PaintedFrame(Qt::black);
+    QImage shown;
+    for (const double scale : {0.6, 0.66, 0.73, 0.62, 0.6, 0.8}) {
+        const QTransform toPainter = placed(scale, {-20 * scale, -30 * scale});
+        kept(image, toPainter);
+        refineAll(image);
+        shown = kept(image, toPainter);
+        QImage screen = blankScreen();
+        screen.fill(Qt::black);
+        QPainter painter(&screen);
+        paintImage(painter, image, toPainter, view());
+        painter.end();
+        EXPECT_LE(largestDifference(shown, screen), 1) << scale;
+    }
+}
 
 TEST_F(LargeView, ZoomingInShowsScaledPixelsUntilTheNewOnesArePainted) {
     EXPECT_LE(largestDifference(kept(image, fitted), fresh(image, fitted)), 1);
