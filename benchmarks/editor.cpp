@@ -174,7 +174,7 @@ double Editor::paintedAfter(const std::function<void()>& work) {
     return seconds;
 }
 
-double Editor::rest() {
+double Editor::rest(const std::function<void(double seconds)>& eachStep) {
     constexpr std::chrono::milliseconds kPause{1};
     m_shownBefore.reset();
     double seconds = 0;
@@ -185,8 +185,11 @@ double Editor::rest() {
             QCoreApplication::processEvents();    // refines
             QCoreApplication::sendPostedEvents(); // and paints
         });
-        if (m_paintings > 0)
-            seconds += step;
+        if (m_paintings == 0)
+            continue;
+        seconds += step;
+        if (eachStep)
+            eachStep(step);
     }
     return seconds;
 }

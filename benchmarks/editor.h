@@ -87,9 +87,9 @@ public:
     /// Runs `work` and repaints. Returns the seconds for both.
     double paintedAfter(const std::function<void()>& work);
 
-    /// Waits until all scaled pixels that a zoom shows at first are replaced. Returns the seconds spent on
-    /// painting.
-    double rest();
+    /// Waits until all scaled pixels that a zoom shows at first are replaced. Calls `eachStep` with the
+    /// seconds that the window was busy with each part. Returns their sum.
+    double rest(const std::function<void(double seconds)>& eachStep = {});
 
     /// Zooms in about the centre until the zoom ratio is at least `ratio`, and rests.
     void zoomTo(double ratio);

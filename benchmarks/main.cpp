@@ -2,6 +2,8 @@
 
 // Measures the speed table. ./bench documents the arguments.
 #include "app/look.h"
+#include "benchmarks/cores.h"
+#include "benchmarks/frame_times.h"
 #include "benchmarks/growth.h"
 #include "benchmarks/memory.h"
 #include "benchmarks/portraits.h"
@@ -51,6 +53,10 @@ int main(int argc, char** argv) {
             megapixels = {12, 24, 50, 100, 200};
         return bench::measureGrowth(megapixels);
     }
+    if (argc == 3 && std::string_view(argv[2]) == "--cores")
+        return bench::measureCores();
+    if (argc == 4 && std::string_view(argv[2]) == "--frames")
+        return bench::plotFrameTimes(argv[3]);
     bench::addClickRows();
     bench::addStateRows();
     bench::addJournalRows();

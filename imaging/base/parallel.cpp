@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/parallel.h"
 
+#include "imaging/base/task_recording.h"
+
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <exception>
 #include <mutex>
 #include <thread>
+#include <utility>
+#include <vector>
 
+#include <time.h>
 #include <unistd.h>
 
 namespace complexion {
@@ -120,6 +125,7 @@ private:
 };
 
 thread_local int freeCores = 0;
+thread_local TaskRecording* recording = nullptr;
 
 } // namespace
 
@@ -131,6 +137,38 @@ OneCoreFree::~OneCoreFree() {
     --freeCores;
 }
 
+double TaskRecording::processorSeconds() {
+    constexpr double kNanosecond = 1e-9;
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * kNanosecond;
+}
+
+TaskRecording::TaskRecording() {
+    recording = this;
+}
+
+TaskRecording::~TaskRecording() {
+    recording = nullptr;
+}
+
+void TaskRecording::run(int count, const std::function<void(int)>& body) {
+    if (m_isInTask) {
+        for (int i = 0; i < count; ++i)
+            body(i);
+        return;
+    }
+    std::vector<double> seconds;
+    m_isInTask = true;
+    for (int i = 0; i < count; ++i) {
+        const double begin = processorSeconds();
+        body(i);
+        seconds.push_back(processorSeconds() - begin);
+    }
+    m_isInTask = false;
+    m_calls.push_back(std::move(seconds));
+}
+
 int coreCount() {
     // Asked once: the standard library reads a file for it.
     static const auto count = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
@@ -138,6 +176,10 @@ int coreCount() {
 }
 
 void parallelFor(int count, const std::function<void(int)>& body) {
+    if (recording) {
+        recording->run(count, body);
+        return;
+    }
     const int threads = std::min(count, coreCount() - std::min(freeCores, 1));
     if (threads <= 1 || !ThreadPool::instance().isOurs()) {
         for (int i = 0; i < count; ++i)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/parallel.h"
 
+#include "imaging/base/task_recording.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -62,6 +64,30 @@ TEST(Parallel, WorkThatNobodyWaitsForLeavesACoreFree) {
     if (coreCount() > 1) {
         EXPECT_GT(threadsOf(), 1);
     }
+}
+
+TEST(Parallel, ARecordingHasTheTimeOfEachTask) {
+    const auto work = [](double seconds) {
+        const double begin = TaskRecording::processorSeconds();
+        while (TaskRecording::processorSeconds() - begin < seconds) {
+        }
+    };
+    std::set<std::thread::id> threads;
+    const TaskRecording recording;
+    parallelFor(3, [&](int index) {
+        threads.insert(std::this_thread::get_id());
+        work(index == 1 ? 0.02 : 0);
+        parallelFor(5, [](int) {}); // part of the task
+    });
+    parallelFor(0, [](int) {});
+    parallelFor(1, [&](int) { work(0.01); });
+    EXPECT_EQ(threads, std::set{std::this_thread::get_id()});
+    ASSERT_EQ(recording.calls().size(), 3U);
+    ASSERT_EQ(recording.calls()[0].size(), 3U);
+    EXPECT_GE(recording.calls()[0][1], 0.02);
+    EXPECT_LT(recording.calls()[0][0], 0.02);
+    EXPECT_TRUE(recording.calls()[1].empty());
+    EXPECT_GE(recording.calls()[2][0], 0.01);
 }
 
 TEST(Parallel, CallsMayBeNested) {
