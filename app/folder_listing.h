@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/photo_thumbnail.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -39,6 +41,8 @@ struct FileAccess {
                                   const std::vector<std::string>& extensions, const EntriesFound& found)>
         list = listFolder;
     std::function<FileKind(const std::filesystem::path& path)> kindOf = fileKind;
+    std::function<QImage(const std::filesystem::path& path, int side, const std::function<bool()>& isWanted)>
+        thumbnail = photoThumbnail;
 };
 
 } // namespace complexion

@@ -11,6 +11,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
+#include <QPixmap>
+#include <QScrollBar>
 
 #include <chrono>
 #include <utility>
@@ -25,13 +27,17 @@ using namespace std::chrono_literals;
 /// Faster reads show no message, which would only flicker.
 constexpr auto kSignDelay = 150ms;
 constexpr int kMessageWidthInLetters = 40;
+constexpr int kThumbnailLines = 3; // of text
+/// After the last change or scrolling of the list.
+constexpr auto kRest = 60ms;
 
 } // namespace
 
 FolderModel::FolderModel() : m_folderIcon(lineIcon(u"folder"_s)), m_photoIcon(lineIcon(u"photo"_s)) {}
 
-void FolderModel::clear() {
+void FolderModel::clear(const std::filesystem::path& folder) {
     beginResetModel();
+    m_folder = folder;
     m_entries.clear();
     endResetModel();
 }
@@ -54,8 +60,12 @@ int FolderModel::columnCount(const QModelIndex& parent) const {
 
 QVariant FolderModel::data(const QModelIndex& index, int role) const {
     const FolderEntry& entry = this->entry(index.row());
-    if (role == Qt::DecorationRole && index.column() == Name)
-        return entry.isFolder ? m_folderIcon : m_photoIcon;
+    if (role == Qt::DecorationRole && index.column() == Name) {
+        if (entry.isFolder)
+            return m_folderIcon;
+        const QImage thumbnail = FolderThumbnails::find(m_folder, entry);
+        return thumbnail.isNull() ? m_photoIcon : QIcon(QPixmap::fromImage(thumbnail));
+    }
     if (role == Qt::TextAlignmentRole && index.column() == Size)
         return {Qt::AlignRight | Qt::AlignVCenter};
     if (role == Qt::ToolTipRole && index.column() == Name)
@@ -103,7 +113,8 @@ FolderView::FolderView(std::vector<std::string> extensions, FileAccess access, Q
       m_extensions(std::move(extensions)),
       m_access(std::move(access)),
       m_list(new QTreeView),
-      m_message(new QLabel) {
+      m_message(new QLabel),
+      m_thumbnails(m_access) {
     m_sorted.setSourceModel(&m_model);
     m_list->setModel(&m_sorted);
     m_list->setObjectName(u"files"_s);
@@ -118,6 +129,7 @@ FolderView::FolderView(std::vector<std::string> extensions, FileAccess access, Q
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setTabKeyNavigation(false);
     m_list->installEventFilter(this);
+    m_list->setIconSize(QSize(1, 1) * kThumbnailLines * fontMetrics().height());
     QHeaderView* const header = m_list->header();
     header->setStretchLastSection(false);
     header->setSectionResizeMode(FolderModel::Name, QHeaderView::Stretch);
@@ -138,6 +150,15 @@ FolderView::FolderView(std::vector<std::string> extensions, FileAccess access, Q
     m_signTimer.setSingleShot(true);
     m_signTimer.setInterval(kSignDelay);
     connect(&m_signTimer, &QTimer::timeout, this, [this] { showMessage(tr("Reading the folder…")); });
+    m_restTimer.setSingleShot(true);
+    m_restTimer.setInterval(kRest);
+    connect(&m_restTimer, &QTimer::timeout, this, &FolderView::makeThumbnails);
+    const auto rest = [this] { m_restTimer.start(); };
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, rest);
+    connect(&m_sorted, &QAbstractItemModel::layoutChanged, this, rest);
+    connect(m_list->verticalScrollBar(), &QScrollBar::valueChanged, this, rest);
+    connect(m_list->verticalScrollBar(), &QScrollBar::rangeChanged, this, rest);
+    connect(&m_thumbnails, &FolderThumbnails::made, m_list->viewport(), qOverload<>(&QWidget::update));
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         const QModelIndexList rows = m_list->selectionModel()->selectedRows();
         if (!rows.isEmpty())
@@ -154,7 +175,7 @@ const FolderEntry& FolderView::entryAt(const QModelIndex& index) const {
 void FolderView::open(const std::filesystem::path& folder) {
     m_folder = folder;
     m_isReading = true;
-    m_model.clear();
+    m_model.clear(folder);
     m_message->hide();
     m_signTimer.start();
     m_reading.start(
@@ -168,6 +189,16 @@ void FolderView::open(const std::filesystem::path& folder) {
             });
             post([this, error] { end(error); });
         });
+}
+
+void FolderView::makeThumbnails() {
+    std::vector<FolderEntry> shown;
+    const QRect area = m_list->viewport()->rect();
+    for (QModelIndex index = m_list->indexAt(area.topLeft());
+         index.isValid() && m_list->visualRect(index).top() <= area.bottom();
+         index = m_list->indexBelow(index))
+        shown.push_back(entryAt(index));
+    m_thumbnails.make(m_folder, shown, static_cast<int>(m_list->iconSize().width() * devicePixelRatioF()));
 }
 
 void FolderView::end(std::error_code error) {

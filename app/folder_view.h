@@ -3,6 +3,7 @@
 
 #include "app/background_task.h"
 #include "app/folder_listing.h"
+#include "app/folder_thumbnails.h"
 
 #include <QAbstractTableModel>
 #include <QIcon>
@@ -27,7 +28,8 @@ public:
 
     FolderModel();
 
-    void clear();
+    /// Replaces the entries by those of `folder`, of which there are none yet.
+    void clear(const std::filesystem::path& folder);
     void add(const std::vector<FolderEntry>& entries);
     const FolderEntry& entry(int row) const { return m_entries.at(static_cast<std::size_t>(row)); }
 
@@ -37,6 +39,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    std::filesystem::path m_folder;
     QIcon m_folderIcon;
     QIcon m_photoIcon;
     std::vector<FolderEntry> m_entries;
@@ -83,6 +86,8 @@ protected:
 
 private:
     void end(std::error_code error);
+    /// Has the thumbnails of the rows on the screen made.
+    void makeThumbnails();
     void showMessage(const QString& text);
     const FolderEntry& entryAt(const QModelIndex& index) const;
 
@@ -95,6 +100,8 @@ private:
     QTreeView* m_list;
     QLabel* m_message;
     QTimer m_signTimer; // delays the message that the folder is being read
+    QTimer m_restTimer; // delays thumbnails until the list is at rest
+    FolderThumbnails m_thumbnails;
     BackgroundTask m_reading{this};
 };
 
