@@ -75,16 +75,32 @@ void ViewController::OpenFile(const std::filesystem::path& path) {
 
 void ViewController::OpenFile(PhotoAhead& file) {
     const Result<OpenedPhoto> photo =
-        decodeWith([&file](const ReadingProgress& progress) { return file.wait(progress); });
+        decodeWithPreview([&file](const ReadingProgress& progress, const PreviewListener& preview) {
+            return file.wait(progress, preview);
+        });
     if (photo)
         installPhoto(*photo, file.path(), file.identity());
     else
         showOpeningFailure(file.path(), photo.error());
 }
 
-Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path,
-                                                 const PreviewListener& preview) {
-    return decodeWith([&](const ReadingProgress& progress) { return openPhoto(path, progress, preview); });
+Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path) {
+    return decodeWith([&path](const ReadingProgress& progress) { return openPhoto(path, progress); });
+}
+
+Result<OpenedPhoto> ViewController::decodeWithPreview(
+    const std::function<Result<OpenedPhoto>(const ReadingProgress&, const PreviewListener&)>& read) {
+    const bool isHintHidden = boxHint->isHidden();
+    const bool isHelpHidden = boxHelp->isHidden();
+    const PreviewListener preview = [this](const Image& image) { showPreview(image); };
+    Result<OpenedPhoto> photo =
+        decodeWith([&](const ReadingProgress& progress) { return read(progress, preview); });
+    if (!photo) {
+        imageView->endPreview();
+        boxHint->setHidden(isHintHidden);
+        boxHelp->setHidden(isHelpHidden);
+    }
+    return photo;
 }
 
 Result<OpenedPhoto>
@@ -108,14 +124,11 @@ void ViewController::CancelLongWork() {
 void ViewController::loadImage(const std::filesystem::path& path) {
     // Decode before changing anything.
     const std::optional<FileIdentity> opened = identify(path);
-    const bool isHintHidden = boxHint->isHidden();
-    const bool isHelpHidden = boxHelp->isHidden();
     const Result<OpenedPhoto> photo =
-        decodeSource(path, [this](const Image& preview) { showPreview(preview); });
+        decodeWithPreview([&path](const ReadingProgress& progress, const PreviewListener& preview) {
+            return openPhoto(path, progress, preview);
+        });
     if (!photo) {
-        imageView->endPreview();
-        boxHint->setHidden(isHintHidden);
-        boxHelp->setHidden(isHelpHidden);
         showOpeningFailure(path, photo.error());
         return;
     }

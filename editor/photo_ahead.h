@@ -24,8 +24,8 @@ public:
 
     const std::filesystem::path& path() const { return m_path; }
 
-    /// Waits for the photo; as openPhoto, but `progress` is called on this thread. Call once.
-    Result<OpenedPhoto> wait(const ReadingProgress& progress);
+    /// Waits for the photo; as openPhoto, with both callbacks on this thread. Call once.
+    Result<OpenedPhoto> wait(const ReadingProgress& progress, const PreviewListener& listener = {});
     /// The file's identity before it was read. Call after `wait`.
     const std::optional<FileIdentity>& identity() const;
 

@@ -289,9 +289,13 @@ private:
     PointSize visibleArea() const;
 
     /// Decodes the file at `path`; an error if it is not a picture.
-    Result<OpenedPhoto> decodeSource(const std::filesystem::path& path, const PreviewListener& preview = {});
+    Result<OpenedPhoto> decodeSource(const std::filesystem::path& path);
     /// Shows that a photo is being opened while `read`, which gets the progress to report, decodes it.
     Result<OpenedPhoto> decodeWith(const std::function<Result<OpenedPhoto>(const ReadingProgress&)>& read);
+    /// The same with a preview, which is shown until the photo is installed. If there is none, all is as
+    /// before.
+    Result<OpenedPhoto> decodeWithPreview(
+        const std::function<Result<OpenedPhoto>(const ReadingProgress&, const PreviewListener&)>& read);
     /// Shows a photo that is being decoded where it will be.
     void showPreview(const Image& preview);
     /// Opens the file at `path`. Shows the load-failure alert, with nothing changed, if it is not a picture.

@@ -61,6 +61,7 @@ PixelBlock blockMeans(Decompressor& decompressor) {
         {(size.width + DCTSIZE - 1) / DCTSIZE, (size.height + DCTSIZE - 1) / DCTSIZE});
     const int count = std::min(info.num_components, kMaxComponents);
     std::vector<Means> means;
+    means.reserve(kMaxComponents);
     for (int i = 0; i < count; ++i)
         means.emplace_back(info, i);
     for (int row = 0; row < pixels.size.height; ++row) {

@@ -2,6 +2,8 @@
 #include "editor/photo_ahead.h"
 
 #include "tests/editor/opening_fixture.h"
+#include "tests/fakes/hostile_reader.h"
+#include "tests/fakes/installed_reader.h"
 
 #include <cstdint>
 
@@ -43,6 +45,22 @@ TEST_F(PhotosReadAhead, TheIdentityIsThatOfTheFileBeforeItWasRead) {
     writeFile(path, "changed since then");
     EXPECT_EQ(ahead.identity(), before);
     EXPECT_NE(identify(path), before);
+}
+
+TEST_F(PhotosReadAhead, ThePreviewIsShownUntilTheUserCancels) {
+    const InstalledReader reader(doAsTheFileSays);
+    const std::filesystem::path path = platform.photos() / "previewed.jpg";
+    writeFile(path, hostileFile(kPreviewAndHang));
+    PhotoAhead ahead(path);
+    int previews = 0;
+    QObject::connect(controller.get(), &ViewController::previewShown, controller.get(), [&] {
+        ++previews;
+        EXPECT_TRUE(imageView->isShowingPreview());
+        controller->CancelLongWork();
+    });
+    expectUnchangedBy([&] { controller->OpenFile(ahead); });
+    EXPECT_EQ(previews, 1);
+    EXPECT_FALSE(imageView->isShowingPreview());
 }
 
 TEST_F(PhotosReadAhead, TheUserCanCancelTheReading) {
