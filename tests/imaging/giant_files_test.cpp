@@ -93,7 +93,9 @@ void expectOpened(const std::string& name, const std::string& file, PixelSize si
     cost.memory -=
         SlotMemory::kSlots * std::max<std::int64_t>(SlotMemory::kUsualBytes, std::int64_t{4} * size.width);
     std::cout << name << ", " << file.size() / 1000 << " kB: " << std::fixed << std::setprecision(2)
-              << cost.seconds << " s, " << cost.memory / kMiB << " MiB\n";
+              << cost.seconds << " s, " << cost.memory / kMiB << " MiB; at the peak "
+              << opening.program.memory / kMiB << " MiB in the program and " << opening.reader.memory / kMiB
+              << " MiB in the reader\n";
     if (!kIsMeasured)
         return;
     const auto length = static_cast<std::int64_t>(file.size());
