@@ -47,7 +47,7 @@ TEST(Fit, ReturnsNoRingOnCleanSkin) {
 }
 
 TEST(Fit, TheNextRingEnclosesTheFlushAroundASpeck) {
-    const Image image = painted(kSize, [](int row, int column) {
+    const Image image = painted(kSkinSize, [](int row, int column) {
         const double flush = stainAt(row, column, kCenter, 26);
         const double speck = stainAt(row, column, kCenter, 5);
         const double light = 3 * grainAt(row, column);

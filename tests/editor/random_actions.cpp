@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/random_actions.h"
 
-#include "tests/editor/near_frames.h"
+#include "tests/editor/frames.h"
 
 #include <QMimeData>
 #include <QUrl>

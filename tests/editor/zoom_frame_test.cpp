@@ -2,7 +2,7 @@
 
 // The arithmetic of zooming and panning, without a view.
 #include "editor/zoom_frame.h"
-#include "tests/editor/near_frames.h"
+#include "tests/editor/frames.h"
 
 #include <gtest/gtest.h>
 
@@ -11,11 +11,6 @@
 namespace complexion {
 
 namespace {
-
-constexpr PointSize kArea{400, 300};
-constexpr Frame kFitted{0, 0, 400, 300};
-
-constexpr Frame kZoomed{-300, -250, 1000, 750};
 
 /// A frame of `ratio` times the area, with the same centre.
 Frame centred(double ratio) {

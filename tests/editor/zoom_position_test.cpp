@@ -3,13 +3,11 @@
 // The exact frame after zooming at a point, moving by keys and revealing the disc, against values worked out
 // by hand.
 #include "tests/editor/editor_fixture.h"
-#include "tests/editor/near_frames.h"
+#include "tests/editor/frames.h"
 
 namespace complexion {
 
 namespace {
-
-constexpr Frame kZoomed{-300, -250, 1000, 750};
 
 /// A root view on a screen with two pixels per point.
 class HighDpiView : public QWidget {

@@ -4,16 +4,13 @@
 // arithmetic.
 #include "editor/zoom_frame.h"
 #include "tests/editor/editor_fixture.h"
-#include "tests/editor/near_frames.h"
+#include "tests/editor/frames.h"
 
 #include <cmath>
 
 namespace complexion {
 
 namespace {
-
-constexpr PointSize kArea{400, 300};
-constexpr Frame kFitted{0, 0, 400, 300};
 
 void expectNoGap(const Frame& frame) {
     EXPECT_LE(frame.x, 0);

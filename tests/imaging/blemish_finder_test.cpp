@@ -17,7 +17,7 @@ struct Mark {
 };
 
 constexpr Color kDark{0.55, 0.5, 0.6};
-constexpr Color kRed{1, 0.7, 0.75};
+constexpr Color kReddish{1, 0.7, 0.75};
 constexpr Color kLight{1.2, 1.25, 1.25};
 constexpr Color kFair{215, 170, 150};
 constexpr Color kDeep{110, 70, 52};
@@ -55,7 +55,7 @@ bool isAt(const SuggestedBlemish& suggestion, PixelPosition place) {
 TEST(BlemishFinder, FindsDarkRedAndLightSpotsOnAnySkinTone) {
     for (const Color& color : {kFair, kDeep}) {
         const std::vector<Mark> marks = {
-            {{300, 250}, 5, kDark}, {{420, 420}, 5, kRed}, {{500, 300}, 5, kLight}};
+            {{300, 250}, 5, kDark}, {{420, 420}, 5, kReddish}, {{500, 300}, 5, kLight}};
         const std::vector<SuggestedBlemish> found = suggestedOn(face(marks, color));
         ASSERT_EQ(3U, found.size()) << color[0];
         for (const auto& [mark, kind] :
@@ -115,7 +115,7 @@ TEST(BlemishFinder, IgnoresGroupsOfFreckles) {
 }
 
 TEST(BlemishFinder, IsDeterministic) {
-    const Image image = face({{{300, 250}}, {{420, 420}, 5, kRed}, {{500, 300}, 7, kDark}});
+    const Image image = face({{{300, 250}}, {{420, 420}, 5, kReddish}, {{500, 300}, 7, kDark}});
     EXPECT_EQ(suggestedOn(image), suggestedOn(image));
 }
 

@@ -18,7 +18,7 @@ using test::picture;
 using test::throughFile;
 using test::translucent;
 
-const RGBA32 kRed(255, 0, 0, 255);
+const RGBA32 kRedPixel(255, 0, 0, 255);
 const RGBA32 kGreen(0, 255, 0, 255);
 const RGBA32 kBlue(0, 0, 255, 255);
 const RGBA32 kWhite(255, 255, 255, 255);
@@ -117,24 +117,24 @@ TEST(BmpCodec, ReadsPaletteIndicesOfEveryDepth) {
         const int width = one.bits == 8 ? 5 : 4;
         const Image image =
             decoded(kBmpCodec, bmpFile({width, 1, one.bits, 0, paletteOf(one.bits), one.row}));
-        EXPECT_EQ(image.pixel(0, 0), kRed) << one.bits;
-        EXPECT_EQ(image.pixel(0, 1), kRed) << one.bits;
+        EXPECT_EQ(image.pixel(0, 0), kRedPixel) << one.bits;
+        EXPECT_EQ(image.pixel(0, 1), kRedPixel) << one.bits;
         EXPECT_EQ(image.pixel(0, 2), kGreen) << one.bits;
-        EXPECT_EQ(image.pixel(0, 3), one.bits == 1 ? kRed : kBlue) << one.bits;
+        EXPECT_EQ(image.pixel(0, 3), one.bits == 1 ? kRedPixel : kBlue) << one.bits;
     }
 }
 
 TEST(BmpCodec, ScalesFiveAndSixBitsToTheFullRange) {
     const Bytes words = {0x00, 0x7C, 0xE0, 0x03, 0x10, 0x00, 0xFF, 0xFF};
     const Image image = decoded(kBmpCodec, bmpFile({4, 1, 16, 0, {}, words}));
-    EXPECT_EQ(image.pixel(0, 0), kRed);
+    EXPECT_EQ(image.pixel(0, 0), kRedPixel);
     EXPECT_EQ(image.pixel(0, 1), kGreen);
     EXPECT_EQ(image.pixel(0, 2), RGBA32(0, 0, 132, 255)); // 16 / 31
     EXPECT_EQ(image.pixel(0, 3), kWhite);
 
     const Bytes masks = {0x00, 0xF8, 0, 0, 0xE0, 0x07, 0, 0, 0x1F, 0x00, 0, 0};
     const Image fields = decoded(kBmpCodec, bmpFile({2, 1, 16, 3, masks, {0x00, 0xF8, 0xE0, 0x07}}));
-    EXPECT_EQ(fields.pixel(0, 0), kRed);
+    EXPECT_EQ(fields.pixel(0, 0), kRedPixel);
     EXPECT_EQ(fields.pixel(0, 1), kGreen);
 }
 
@@ -150,7 +150,7 @@ TEST(BmpCodec, RowsAreBottomUpUnlessTheHeightIsNegative) {
     const Image up = decoded(kBmpCodec, bmpFile({1, 2, 24, 0, {}, rows}));
     EXPECT_EQ(up.pixel(0, 0), kBlue);
     const Image down = decoded(kBmpCodec, bmpFile({1, -2, 24, 0, {}, rows}));
-    EXPECT_EQ(down.pixel(0, 0), kRed);
+    EXPECT_EQ(down.pixel(0, 0), kRedPixel);
     EXPECT_EQ(down.pixelSize(), (PixelSize{1, 2}));
 }
 
@@ -159,15 +159,16 @@ TEST(BmpCodec, ReadsRunsLiteralsAndDeltas) {
     // the end.
     const Bytes code = {2, 2, 0, 3, 1, 1, 3, 0, 0, 0, 0, 2, 1, 0, 1, 3, 0, 1};
     const Image image = decoded(kBmpCodec, bmpFile({5, 3, 8, 1, paletteOf(8), code}));
-    EXPECT_THAT(pixelsOf(image), testing::ElementsAre(kRed, kRed, kRed, kRed, kRed, kRed, kWhite, kRed, kRed,
-                                                      kRed, kBlue, kBlue, kGreen, kGreen, kWhite));
+    EXPECT_THAT(pixelsOf(image),
+                testing::ElementsAre(kRedPixel, kRedPixel, kRedPixel, kRedPixel, kRedPixel, kRedPixel, kWhite,
+                                     kRedPixel, kRedPixel, kRedPixel, kBlue, kBlue, kGreen, kGreen, kWhite));
 }
 
 TEST(BmpCodec, ReadsRunsOfFourBits) {
     const Bytes code = {5, 0x12, 0, 0, 0, 3, 0x32, 0x10, 0, 1}; // an alternating run; three literal pixels
     const Image image = decoded(kBmpCodec, bmpFile({5, 2, 4, 2, paletteOf(4), code}));
-    EXPECT_THAT(pixelsOf(image), testing::ElementsAre(kWhite, kBlue, kGreen, kRed, kRed, kGreen, kBlue,
-                                                      kGreen, kBlue, kGreen));
+    EXPECT_THAT(pixelsOf(image), testing::ElementsAre(kWhite, kBlue, kGreen, kRedPixel, kRedPixel, kGreen,
+                                                      kBlue, kGreen, kBlue, kGreen));
 }
 
 TEST(BmpCodec, TheDensityGivesTheSizeInPoints) {

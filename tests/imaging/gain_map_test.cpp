@@ -19,7 +19,7 @@ namespace {
 
 using namespace std::string_literals;
 
-constexpr PixelSize kSize = {640, 480};
+constexpr PixelSize kPhotoSize = {640, 480};
 constexpr PixelPosition kSpot = {200, 300};
 constexpr int kSpotRadius = 14;
 
@@ -28,7 +28,7 @@ using Kind = jpeg::Attachment::Kind;
 class GainMap : public testing::TestWithParam<HdrPhotoRecipe> {
 protected:
     GainMap()
-        : photo(hdrPhoto(spotted(kSize, kSpot, kSpotRadius, 90, 170), GetParam())),
+        : photo(hdrPhoto(spotted(kPhotoSize, kSpot, kSpotRadius, 90, 170), GetParam())),
           source(folder.path() / "photo.jpg") {
         writeFile(source, photo.file);
         image = openPhoto(source)->image;
@@ -37,8 +37,8 @@ protected:
     /// The photo's blemish as a point in the upright picture.
     Point spot() const {
         return GetParam().orientation == 1
-                   ? Point{kSpot.column + 0.5, kSize.height - kSpot.row - 0.5}
-                   : Point{kSize.height - kSpot.row - 0.5, kSize.width - kSpot.column - 0.5};
+                   ? Point{kSpot.column + 0.5, kPhotoSize.height - kSpot.row - 0.5}
+                   : Point{kPhotoSize.height - kSpot.row - 0.5, kPhotoSize.width - kSpot.column - 0.5};
     }
     Image retouched() const { return *ImageTools::HealPimpleInImage(image, spot(), 22, 8); }
 
@@ -115,7 +115,7 @@ TEST_P(GainMap, IsRepairedOnlyWhereThePhotoIs) {
     const std::vector<std::uint8_t> before = greyOf(bytesOf(photo.map));
     const std::vector<std::uint8_t> after = greyOf(findMap(all)->bytes);
     ASSERT_EQ(after.size(), before.size());
-    constexpr int kWidth = kSize.width / 4;
+    constexpr int kWidth = kPhotoSize.width / 4;
     const auto at = [](int row, int column) {
         return static_cast<std::size_t>(row) * kWidth + static_cast<std::size_t>(column);
     };
@@ -124,7 +124,7 @@ TEST_P(GainMap, IsRepairedOnlyWhereThePhotoIs) {
     EXPECT_LT(before[middle], skin - 25);
     EXPECT_NEAR(after[middle], skin, 6);
     constexpr int kReach = 32; // of the repair and its MCUs, pixels of the map
-    for (int row = 0; row < kSize.height / 4; ++row)
+    for (int row = 0; row < kPhotoSize.height / 4; ++row)
         for (int column = 0; column < kWidth; ++column)
             if (std::abs(row - kSpot.row / 4) > kReach || std::abs(column - kSpot.column / 4) > kReach) {
                 ASSERT_EQ(after[at(row, column)], before[at(row, column)]) << row << ", " << column;

@@ -17,7 +17,7 @@ std::string plainPng(const Image& image = noise({20, 10})) {
     return encodedAs(kPngCodec, image);
 }
 
-std::string photo(const std::string& chunks) {
+std::string pngPhoto(const std::string& chunks) {
     return withChunks(plainPng(filled({20, 10}, grey(3))), chunks);
 }
 
@@ -37,12 +37,12 @@ TEST(PngMetadata, ChunksAreCarriedInOrderByteForByte) {
         pngChunkOf("pHYs", bigNumber(11811, 4) + bigNumber(5906, 4) + '\1') +
         pngChunkOf("tIME", "\7\xe0\1\2\3\4\5") + pngChunkOf("oFFs", std::string(9, '\1')) +
         pngChunkOf("prVt", "private and safe to copy");
-    EXPECT_TRUE(contains(carried(photo(chunks), plainPng()), chunks));
+    EXPECT_TRUE(contains(carried(pngPhoto(chunks), plainPng()), chunks));
 }
 
 TEST(PngMetadata, ImageDataIsUnchanged) {
     const std::string written = plainPng(noise({300, 200}));
-    const std::string result = carried(photo(pngChunkOf("tEXt", "Author\0somebody"s)), written);
+    const std::string result = carried(pngPhoto(pngChunkOf("tEXt", "Author\0somebody"s)), written);
     EXPECT_TRUE(pixelChunksOf(result) == pixelChunksOf(written));
     EXPECT_EQ(result.size(), written.size() + 12 + 15);
 }
@@ -50,13 +50,13 @@ TEST(PngMetadata, ImageDataIsUnchanged) {
 TEST(PngMetadata, ChunksAboutTheCodingAreNotCarried) {
     for (const std::string name : {"gAMA", "cHRM", "sRGB", "iCCP", "sBIT", "bKGD", "hIST", "tRNS", "sPLT",
                                    "acTL", "dSIG", "cLLi", "prVT"})
-        EXPECT_TRUE(carried(photo(pngChunkOf(name, "anything")), plainPng()) == plainPng()) << name;
-    EXPECT_TRUE(carried(photo(rawProfileChunkOf("icc", "profile")), plainPng()) == plainPng());
+        EXPECT_TRUE(carried(pngPhoto(pngChunkOf(name, "anything")), plainPng()) == plainPng()) << name;
+    EXPECT_TRUE(carried(pngPhoto(rawProfileChunkOf("icc", "profile")), plainPng()) == plainPng());
 }
 
 TEST(PngMetadata, ExifInATextChunkIsMovedToItsOwnChunk) {
     const std::string exif = cameraExif(6).bytes();
-    const std::string result = carried(photo(rawProfileChunkOf("exif", "Exif\0\0"s + exif)), plainPng());
+    const std::string result = carried(pngPhoto(rawProfileChunkOf("exif", "Exif\0\0"s + exif)), plainPng());
     EXPECT_TRUE(contains(result, pngChunkOf("eXIf", exif)));
     EXPECT_FALSE(contains(result, "Raw profile"));
 }
@@ -64,7 +64,7 @@ TEST(PngMetadata, ExifInATextChunkIsMovedToItsOwnChunk) {
 TEST(PngMetadata, TheThumbnailIsReplaced) {
     SampleTiff exif = cameraExif(1);
     exif.thumbnail = encodedAs(kJpegCodec, shaded({40, 20}));
-    const std::string result = carried(photo(pngChunkOf("eXIf", exif.bytes())),
+    const std::string result = carried(pngPhoto(pngChunkOf("eXIf", exif.bytes())),
                                        plainPng(filled({80, 40}, RGBA32(20, 200, 90, 255))));
     const std::size_t start = result.find("\xff\xd8\xff");
     ASSERT_NE(start, std::string::npos);
@@ -91,8 +91,8 @@ TEST(PngMetadata, DensityIsTheSourcesOrNone) {
 
 TEST(PngMetadata, CodePointsAreCarriedBetweenPicturesOfColors) {
     const std::string codes = pngChunkOf("cICP", "\x0c\x0d\0\x01"s);
-    EXPECT_TRUE(contains(carried(photo(codes), plainPng()), codes));
-    std::string greySource = photo(codes);
+    EXPECT_TRUE(contains(carried(pngPhoto(codes), plainPng()), codes));
+    std::string greySource = pngPhoto(codes);
     greySource[25] = 0; // colour type, in the header
     const std::uint32_t sum =
         static_cast<std::uint32_t>(crc32(0, reinterpret_cast<const Bytef*>(greySource.data() + 12), 17));
@@ -104,21 +104,21 @@ TEST(PngMetadata, OnlyChunksWithAWrongChecksumAreNotCarried) {
     std::string wrong = pngChunkOf("tEXt", "Author\0wrong"s);
     wrong.back() = static_cast<char>(wrong.back() + 1);
     const std::string right = pngChunkOf("tEXt", "Title\0right"s);
-    const std::string result = carried(photo(wrong + right), plainPng());
+    const std::string result = carried(pngPhoto(wrong + right), plainPng());
     EXPECT_TRUE(contains(result, right));
     EXPECT_FALSE(contains(result, "wrong"));
 }
 
 TEST(PngMetadata, ADecompressionBombIsNotReadButCarried) {
     const std::string bomb = pngChunkOf("zTXt", "Comment\0\0"s + zlibStream(std::string(20'000'000, 'x')));
-    const std::string source = photo(bomb);
+    const std::string source = pngPhoto(bomb);
     EXPECT_TRUE(png::readMetadata(viewOf(source)).notes.empty());
     EXPECT_TRUE(contains(carried(source, plainPng()), bomb));
 }
 
 TEST(PngMetadata, ATruncatedTargetIsRefused) {
     const std::string written = plainPng();
-    const std::string source = photo(pngChunkOf("tEXt", "Author\0somebody"s));
+    const std::string source = pngPhoto(pngChunkOf("tEXt", "Author\0somebody"s));
     EXPECT_FALSE(withMetadataOf(viewOf(source), viewOf(written.substr(0, written.size() - 12))));
 }
 

@@ -62,7 +62,7 @@ struct Neighbourhood {
 
     static Neighbourhood ofMottledSkin() {
         const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
-        SkinWindow window = windowOf(image, kCenter, kRadius);
+        SkinWindow window = windowOf(image, kCenter, kClickRadius);
         Blemish blemish = std::get<Blemish>(
             healing::findBlemish(window, middleOf(window), healing::Thresholds::both(kThreshold)));
         const PixelRect whole = window.cells.rect();
@@ -100,20 +100,20 @@ TEST(NaturalRepair, APatchThatIsAlreadyThereIsNotUsedAgain) {
 
 TEST(NaturalRepair, ASecondClickDoesNotRepeatThePattern) {
     const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
-    const Restoration first = restorationOf(image, kCenter, kRadius);
+    const Restoration first = restorationOf(image, kCenter, kClickRadius);
     ASSERT_TRUE(first.columns != 0 || first.rows != 0);
     const PixelPosition source{kCenter.row + first.rows, kCenter.column + first.columns};
     const Image once = healed(image);
     EXPECT_GT(correlation(once, kCenter, source, 7), 0.7);
 
     // Adds a faint new spot: it is repaired, and the pattern that is there already is not applied again.
-    const Image spotted = painted(kSize, [&once](int row, int column) {
+    const Image spotted = painted(kSkinSize, [&once](int row, int column) {
         const RGBA32 pixel = once.pixel(row, column);
         const double factor = 1 - 0.4 * stainAt(row, column, kCenter, 8);
         return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
                       byteOf(pixel.blue() * factor), 255);
     });
-    const Restoration second = restorationOf(spotted, kCenter, kRadius);
+    const Restoration second = restorationOf(spotted, kCenter, kClickRadius);
     EXPECT_GT(second.gain, 0);
     EXPECT_FALSE(second.columns == first.columns && second.rows == first.rows);
     const Image twice = healed(spotted);
@@ -123,7 +123,7 @@ TEST(NaturalRepair, ASecondClickDoesNotRepeatThePattern) {
 
 TEST(NaturalRepair, ForAMottledBlemishDetailComesFromCleanSkin) {
     const Image clean = Skin{.grain = 5}.clean();
-    const Restoration restoration = restorationOf(mottled(clean, kCenter), kCenter, kRadius);
+    const Restoration restoration = restorationOf(mottled(clean, kCenter), kCenter, kClickRadius);
     EXPECT_GT(restoration.gain, 0);
     EXPECT_EQ(restoration.grain, 0);
     // The patch does not overlap the blemish.

@@ -53,9 +53,10 @@ TEST(NaturalRepairExtent, TheBlemishIsFoundAtItsPlaceWhateverTheDisc) {
 
 TEST(NaturalRepairExtent, ARefusedRepairReportsTheReason) {
     const Image clean = Skin{}.clean();
-    EXPECT_EQ(located(clean, kCenter, kRadius), Located(BlemishRefusal::NothingDiffers));
-    EXPECT_EQ(located(clean, {5, 100}, kRadius), Located(BlemishRefusal::OverBorder));
-    EXPECT_EQ(located(filled(kSize, {0, 0, 0, 0}), kCenter, kRadius), Located(BlemishRefusal::NoSkin));
+    EXPECT_EQ(located(clean, kCenter, kClickRadius), Located(BlemishRefusal::NothingDiffers));
+    EXPECT_EQ(located(clean, {5, 100}, kClickRadius), Located(BlemishRefusal::OverBorder));
+    EXPECT_EQ(located(filled(kSkinSize, {0, 0, 0, 0}), kCenter, kClickRadius),
+              Located(BlemishRefusal::NoSkin));
 }
 
 TEST(NaturalRepairExtent, ALowerThresholdNeverLosesABlemish) {
@@ -75,7 +76,7 @@ TEST(NaturalRepairExtent, ALowerThresholdNeverLosesABlemish) {
 /// Skin with a blemish beside a dark line, such as a hair.
 Image skinBesideALine(const Skin& skin, double distance) {
     const Image picture = skin.picture();
-    return painted(kSize, [&](int row, int column) {
+    return painted(kSkinSize, [&](int row, int column) {
         const RGBA32 pixel = picture.pixel(row, column);
         const double across = column + 0.3 * row - 100 - 0.3 * 80 - distance;
         const double light = 1 - 0.6 * std::exp(-across * across / 3);

@@ -8,7 +8,7 @@ namespace {
 template <class Factor>
 Image shadedSkin(const Skin& skin, bool stained, const Factor& factor) {
     const Image picture = skin.picture(stained);
-    return painted(kSize, [&](int row, int column) {
+    return painted(kSkinSize, [&](int row, int column) {
         const RGBA32 pixel = picture.pixel(row, column);
         const double light =
             factor(column - static_cast<double>(kCenter.column), row - static_cast<double>(kCenter.row));

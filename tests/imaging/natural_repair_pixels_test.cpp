@@ -11,7 +11,7 @@ TEST(NaturalRepair, AlphaIsKeptAndColourIsPremultiplied) {
     const Skin skin{.grain = 0};
     const Image opaque = skin.picture();
     const auto translucent = [](const Image& picture) {
-        return painted(kSize, [&picture](int row, int column) {
+        return painted(kSkinSize, [&picture](int row, int column) {
             const RGBA32 pixel = picture.pixel(row, column);
             const auto alpha = static_cast<std::uint8_t>(row < 80 ? 128 : 255);
             return RGBA32(premultiplied(pixel.red(), alpha), premultiplied(pixel.green(), alpha),
@@ -26,7 +26,7 @@ TEST(NaturalRepair, AlphaIsKeptAndColourIsPremultiplied) {
 
 TEST(NaturalRepair, TransparentPixelsStayTransparent) {
     const Image opaque = Skin{}.picture();
-    const Image image = painted(kSize, [&opaque](int row, int column) {
+    const Image image = painted(kSkinSize, [&opaque](int row, int column) {
         return (row + column) % 7 == 0 || column > 112 ? RGBA32() : opaque.pixel(row, column);
     });
     const Image result = healed(image);
@@ -34,7 +34,7 @@ TEST(NaturalRepair, TransparentPixelsStayTransparent) {
         for (int column = 80; column < 120; ++column)
             EXPECT_EQ(result.pixel(row, column).alpha(), image.pixel(row, column).alpha());
     EXPECT_NE(result.pixel(80, 101), image.pixel(80, 101));
-    EXPECT_TRUE(samePixels(healed(filled(kSize, {})), filled(kSize, {})));
+    EXPECT_TRUE(samePixels(healed(filled(kSkinSize, {})), filled(kSkinSize, {})));
 }
 
 TEST(NaturalRepair, TheProfileAndTheSizeInPointsAreKept) {

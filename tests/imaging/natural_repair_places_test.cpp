@@ -46,7 +46,7 @@ TEST(NaturalRepair, ABlemishAtThePicturesEdgeIsRepaired) {
 }
 
 TEST(NaturalRepair, DiscsOfAFewPixelsAreHandled) {
-    const Image image = skinWithBlemishes(kSize, {kCenter});
+    const Image image = skinWithBlemishes(kSkinSize, {kCenter});
     for (const std::int64_t radius : {1, 2, 3, 4, 5, 6}) {
         SCOPED_TRACE(radius);
         expectUntouchedOutsideDisc(image, healed(image, kCenter, radius), kCenter, reachOf(radius));
@@ -78,7 +78,7 @@ TEST(NaturalRepair, AnImageWithoutPixelsGivesNoImage) {
 }
 
 TEST(NaturalRepair, RandomPixelsAreHandled) {
-    const Image image = noise(kSize, 5);
+    const Image image = noise(kSkinSize, 5);
     for (const std::int64_t radius : {3, 17, 40, 79})
         for (const std::int64_t threshold : {0, 10, 100})
             expectUntouchedOutsideDisc(image, healed(image, kCenter, radius, threshold), kCenter,

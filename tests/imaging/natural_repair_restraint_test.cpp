@@ -85,13 +85,13 @@ TEST(NaturalRepair, AFlushThatExtendsToTheHairlineIsLeftAlone) {
 }
 
 TEST(NaturalRepair, AFlatColourIsLeftAlone) {
-    const Image image = filled(kSize, {190, 150, 130, 255});
+    const Image image = filled(kSkinSize, {190, 150, 130, 255});
     EXPECT_TRUE(samePixels(healed(image), image));
 }
 
 TEST(NaturalRepair, ABlemishInAFlatColourBecomesThatColour) {
-    const Image image = skinWithBlemishes(kSize, {kCenter});
-    EXPECT_TRUE(samePixels(healed(image, kCenter, 10), filled(kSize, kSkin)));
+    const Image image = skinWithBlemishes(kSkinSize, {kCenter});
+    EXPECT_TRUE(samePixels(healed(image, kCenter, 10), filled(kSkinSize, kSkin)));
 }
 
 TEST(NaturalRepair, ADiscThatIsAllBlemishIsLeftAlone) {
@@ -102,17 +102,17 @@ TEST(NaturalRepair, ADiscThatIsAllBlemishIsLeftAlone) {
 
 TEST(NaturalRepair, AThresholdOfAllLevelsRepairsNothing) {
     const Image image = Skin{.grain = 0}.picture();
-    EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, 255), image));
-    EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, 100'000'000'000), image));
+    EXPECT_TRUE(samePixels(healed(image, kCenter, kClickRadius, 255), image));
+    EXPECT_TRUE(samePixels(healed(image, kCenter, kClickRadius, 100'000'000'000), image));
 }
 
 TEST(NaturalRepair, ALargerThresholdRepairsNoMorePixels) {
     const Skin skin;
     const Image image = skin.picture();
-    int previous = changedPixelCount(image, healed(image, kCenter, kRadius, 0));
+    int previous = changedPixelCount(image, healed(image, kCenter, kClickRadius, 0));
     EXPECT_GT(previous, 400);
     for (const std::int64_t threshold : {10, 30, 60, 100, 254}) {
-        const int changed = changedPixelCount(image, healed(image, kCenter, kRadius, threshold));
+        const int changed = changedPixelCount(image, healed(image, kCenter, kClickRadius, threshold));
         EXPECT_LE(changed, previous + 10) << threshold;
         previous = changed;
     }
@@ -121,11 +121,12 @@ TEST(NaturalRepair, ALargerThresholdRepairsNoMorePixels) {
 
 TEST(NaturalRepair, ANegativeThresholdCountsAsZero) {
     const Image image = Skin{}.picture();
-    EXPECT_TRUE(samePixels(healed(image, kCenter, kRadius, -5), healed(image, kCenter, kRadius, 0)));
+    EXPECT_TRUE(
+        samePixels(healed(image, kCenter, kClickRadius, -5), healed(image, kCenter, kClickRadius, 0)));
 }
 
 TEST(NaturalRepair, HairOverTheDiscIsLeftAlone) {
-    const Image hair = painted(kSize, [](int row, int column) {
+    const Image hair = painted(kSkinSize, [](int row, int column) {
         const double strand =
             std::sin((column + 0.6 * row) * 0.9) + 0.5 * std::sin((column + 0.5 * row) * 2.1);
         return RGBA32(byteOf(60 + 30 * strand), byteOf(45 + 24 * strand), byteOf(35 + 18 * strand), 255);
@@ -136,7 +137,7 @@ TEST(NaturalRepair, HairOverTheDiscIsLeftAlone) {
 TEST(NaturalRepair, HairBesideABlemishIsKeptAndDoesNotBleedIntoTheSkin) {
     const Skin skin{.grain = 3, .radius = 9};
     const auto withHair = [](const Image& picture) {
-        return painted(kSize, [&picture](int row, int column) {
+        return painted(kSkinSize, [&picture](int row, int column) {
             return column >= 115 ? RGBA32(30, 22, 18, 255) : picture.pixel(row, column);
         });
     };
@@ -162,7 +163,7 @@ TEST(NaturalRepair, ASecondBlemishAtTheSamePositionGetsDifferentDetail) {
     const Image clean = skin.clean();
     // A blemish without detail, twice at the same position.
     const auto blotted = [](const Image& picture) {
-        return painted(kSize, [&picture](int row, int column) {
+        return painted(kSkinSize, [&picture](int row, int column) {
             return std::hypot(row - 80, column - 100) < 10 ? RGBA32(90, 40, 40, 255)
                                                            : picture.pixel(row, column);
         });
@@ -178,7 +179,7 @@ TEST(NaturalRepair, HairBesideABlemishDoesNotPreventItsRepair) {
     for (const int middle : {104, 107}) {
         SCOPED_TRACE(middle);
         const auto picture = [middle](double strength) {
-            return painted(kSize, [=](int row, int column) {
+            return painted(kSkinSize, [=](int row, int column) {
                 const double t = strength * stainAt(row, column, {80, middle}, 11);
                 const double hair = std::clamp((column - (middle == 104 ? 106 : 110)) / 16.0, 0.0, 1.0);
                 const double light = 1 - 0.9 * hair * hair + 0.004 * grainAt(row, column);
@@ -193,7 +194,7 @@ TEST(NaturalRepair, HairBesideABlemishDoesNotPreventItsRepair) {
 
 TEST(NaturalRepair, AHighlightBesideTheBlemishIsKept) {
     const auto picture = [](double strength) {
-        return painted(kSize, [strength](int row, int column) {
+        return painted(kSkinSize, [strength](int row, int column) {
             const double t = strength * stainAt(row, column, kCenter, 11);
             const double shine = 60 * std::exp(-std::pow(std::hypot(row - 58, column - 92) / 14, 2));
             const double light = shine + 2 * grainAt(row, column);
@@ -217,7 +218,7 @@ TEST(NaturalRepair, AHighlightBesideTheBlemishIsKept) {
 
 /// A dark spot with a sharp outline, and a reflection that touches it on the right.
 Image spotBesideReflection(bool isStained, double size, double brightness) {
-    return painted(kSize, [=](int row, int column) {
+    return painted(kSkinSize, [=](int row, int column) {
         const bool isSpot = std::hypot(row - 80, column - 100) < 8;
         const bool isReflection = std::hypot(row - 80, column - 111) < size;
         const double light = 2 * grainAt(row, column);

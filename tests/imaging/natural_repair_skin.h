@@ -12,12 +12,12 @@ namespace complexion {
 
 // Synthetic skin with blemishes, and measures of its repairs.
 
-inline constexpr PixelSize kSize{200, 160};
+inline constexpr PixelSize kSkinSize{200, 160};
 inline constexpr PixelPosition kCenter{80, 100};
-inline constexpr std::int64_t kRadius = 20;
+inline constexpr std::int64_t kClickRadius = 20;
 inline constexpr std::int64_t kThreshold = 10;
 
-inline Image healed(const Image& image, PixelPosition position = kCenter, std::int64_t radius = kRadius,
+inline Image healed(const Image& image, PixelPosition position = kCenter, std::int64_t radius = kClickRadius,
                     std::int64_t threshold = kThreshold) {
     return ImageTools::HealPimpleInImage(image, centreOf(position, image.size()), radius, threshold).value();
 }
@@ -53,7 +53,7 @@ struct Skin {
     PixelPosition center = kCenter;
 
     Image picture(bool stained = true) const {
-        return painted(kSize, [this, stained](int row, int column) {
+        return painted(kSkinSize, [this, stained](int row, int column) {
             const double light = shading * (column - 100) + grain * grainAt(row, column);
             const double t = stained ? stainAt(row, column, center, radius) : 0;
             std::array<std::uint8_t, 3> bytes{};

@@ -92,7 +92,7 @@ TEST(NaturalRepair, TheGrainOfALargeDiscMatchesThePixelsAround) {
 
 /// Skin whose grain varies in hue, with a blemish that alternates between red and brown.
 Image motley(double strength, double hue, double turns) {
-    return painted(kSize, [=](int row, int column) {
+    return painted(kSkinSize, [=](int row, int column) {
         const double t = strength * stainAt(row, column, kCenter, 12);
         const double turn = hue * std::sin(row * turns) * std::sin(column * turns);
         const double light = 4 * grainAt(row, column);

@@ -13,7 +13,7 @@
 namespace complexion {
 namespace {
 
-constexpr PixelSize kSize{60, 60};
+constexpr PixelSize kPictureSize{60, 60};
 constexpr std::int64_t kRow = 30;
 constexpr std::int64_t kColumn = 30;
 constexpr std::int64_t kRadius = 10;
@@ -28,7 +28,7 @@ constexpr std::array<PixelPosition, 8> kRim = {
 
 /// Skin of grey 100 with a dark spot in the centre of the disc, and pixels of another grey at `places`.
 Image skinWith(std::initializer_list<PixelPosition> places, int level) {
-    return withPixels(spotted(kSize, {kRow, kColumn}, 3, 20, 100), places, grey(level));
+    return withPixels(spotted(kPictureSize, {kRow, kColumn}, 3, 20, 100), places, grey(level));
 }
 
 bool isRepaired(const Image& image) {
@@ -55,8 +55,8 @@ TEST(RepairBounds, ASpotIsDarkIfTheRimIsBrighterThanTheCore) {
     // A difference of one grey level between the means decides; equal means count as a light spot. The core
     // has 3 by 3 pixels; one darker and one brighter pixel are outside the rim and the core.
     const auto picture = [](int core) {
-        const Image skin =
-            withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(60)), {{35, 30}}, grey(140));
+        const Image skin = withPixels(withPixels(filled(kPictureSize, grey(100)), {{25, 30}}, grey(60)),
+                                      {{35, 30}}, grey(140));
         std::vector<PixelPosition> middle;
         for (std::int64_t row = 29; row <= 31; ++row)
             for (std::int64_t column = 29; column <= 31; ++column)
@@ -74,7 +74,7 @@ TEST(RepairBounds, ASpotIsDarkIfTheRimIsBrighterThanTheCore) {
 TEST(RepairBounds, TheMeansOfRimAndCoreAreTruncated) {
     // The rim's sum exceeds eight times 100 by 7, or by 8. The core's sum is nine times 100.
     const auto picture = [](int extra) {
-        return withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(60)), {kRim[1]},
+        return withPixels(withPixels(filled(kPictureSize, grey(100)), {{25, 30}}, grey(60)), {kRim[1]},
                           grey(100 + extra));
     };
     const auto isDark = [&](int extra) {
@@ -91,13 +91,13 @@ TEST(RepairBounds, TheMeansOfRimAndCoreAreTruncated) {
 TEST(RepairBounds, APixelExactlyAtTheThresholdIsSkin) {
     // Two darker pixels lower the truncated mean of the disc's 305 pixels to 99.
     for (const int level : {80, 79}) {
-        const Image dark = withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(level)),
+        const Image dark = withPixels(withPixels(filled(kPictureSize, grey(100)), {{25, 30}}, grey(level)),
                                       {{30, 30}, {30, 31}}, grey(91));
         ASSERT_EQ(ImageTools::FindPimplePixels(kCentre, dark, kRadius, 19).repair.size(),
                   level < 99 - 19 ? 1U : 0U);
     }
     for (const int level : {119, 120}) {
-        const Image light = withPixels(withPixels(filled(kSize, grey(100)), {{25, 30}}, grey(level)),
+        const Image light = withPixels(withPixels(filled(kPictureSize, grey(100)), {{25, 30}}, grey(level)),
                                        {{30, 30}, {30, 31}}, grey(109));
         ASSERT_EQ(ImageTools::FindPimplePixels(kCentre, light, kRadius, 19).repair.size(),
                   level > 100 + 19 ? 1U : 0U);
@@ -105,7 +105,7 @@ TEST(RepairBounds, APixelExactlyAtTheThresholdIsSkin) {
 }
 
 TEST(RepairBounds, TheDiscMayTouchTheEdge) {
-    const Image image = filled(kSize, grey(100));
+    const Image image = filled(kPictureSize, grey(100));
     const auto isAccepted = [&](double x, double y) {
         return !ImageTools::RemovePimpleFromImage(image, {x, y}, kRadius, 1, {}, 10)->isSameObject(image);
     };
@@ -130,7 +130,7 @@ TEST(RepairBounds, RowsAreCountedInPoints) {
 }
 
 TEST(RepairBounds, ACustomColorMayRoundDownFromJustBelow256) {
-    const Image image = spotted(kSize, {kRow, kColumn}, 3, 40, 180);
+    const Image image = spotted(kPictureSize, {kRow, kColumn}, 3, 40, 180);
     const auto painted = [&](RgbColor color) {
         return ImageTools::RemovePimpleFromImage(image, kCentre, kRadius, kCustomColor, color, 20)
             ->pixel(kRow, kColumn);
@@ -144,7 +144,7 @@ TEST(RepairBounds, ACustomColorMayRoundDownFromJustBelow256) {
 }
 
 TEST(RepairBounds, TheCustomColorIsNotReadIfThereIsNothingToRepair) {
-    const Image image = filled(kSize, grey(100));
+    const Image image = filled(kPictureSize, grey(100));
     const auto result =
         ImageTools::RemovePimpleFromImage(image, kCentre, kRadius, kCustomColor, {std::nan(""), 7, -7}, 10);
     ASSERT_TRUE(result);
@@ -152,23 +152,23 @@ TEST(RepairBounds, TheCustomColorIsNotReadIfThereIsNothingToRepair) {
 }
 
 TEST(RepairBounds, ANegativeThresholdRepairsEvenPixelsEqualToTheMean) {
-    const Image image = filled(kSize, grey(100));
+    const Image image = filled(kPictureSize, grey(100));
     EXPECT_EQ(ImageTools::FindPimplePixels(kCentre, image, kRadius, 0).repair.size(), 0U);
     EXPECT_EQ(ImageTools::FindPimplePixels(kCentre, image, kRadius, -1).sample.size(), 0U);
 }
 
 TEST(RepairBoundsDeathTest, AThresholdThatOverflowsIsFatal) {
-    const Image dark = spotted(kSize, {kRow, kColumn}, 3, 40, 180);
+    const Image dark = spotted(kPictureSize, {kRow, kColumn}, 3, 40, 180);
     EXPECT_DEATH((void)ImageTools::FindPimplePixels(kCentre, dark, kRadius, kMin), "overflow");
     EXPECT_TRUE(ImageTools::FindPimplePixels(kCentre, dark, kRadius, kMax).repair.empty());
-    const Image light = spotted(kSize, {kRow, kColumn}, 3, 200, 100);
+    const Image light = spotted(kPictureSize, {kRow, kColumn}, 3, 200, 100);
     EXPECT_DEATH((void)ImageTools::FindPimplePixels(kCentre, light, kRadius, kMax), "overflow");
     EXPECT_TRUE(ImageTools::FindPimplePixels(kCentre, light, kRadius, kMin).sample.empty());
 }
 
 TEST(RepairBounds, EachComponentOfTheMeanColorIsTruncated) {
     // One pixel to repair, in the centre, among 304 skin pixels of two colours in nearly equal numbers.
-    const Image image = painted(kSize, [](int row, int column) {
+    const Image image = painted(kPictureSize, [](int row, int column) {
         if (row == kRow && column == kColumn)
             return RGBA32(10, 10, 10, 255);
         return column < kColumn ? RGBA32(151, 121, 91, 255) : RGBA32(150, 120, 90, 255);

@@ -14,12 +14,12 @@
 namespace complexion {
 namespace {
 
-constexpr PixelSize kSize{60, 50};
-constexpr std::int64_t kMin = std::numeric_limits<std::int64_t>::min();
-constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+constexpr PixelSize kPhotoSize{60, 50};
+constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
+constexpr std::int64_t kHighest = std::numeric_limits<std::int64_t>::max();
 
 RepairDisc discAt(Point point, std::int64_t radius = 3) {
-    return RepairDisc::at(point, filled(kSize, kSkin), radius);
+    return RepairDisc::at(point, filled(kPhotoSize, kSkin), radius);
 }
 
 TEST(RepairDisc, ConvertsThePointToARowFromTheTop) {
@@ -35,7 +35,7 @@ TEST(RepairDisc, TruncatesNegativeCoordinatesTowardsZero) {
     EXPECT_EQ(discAt({10, 50.5}).row, 0);
     EXPECT_EQ(discAt({10, 51.5}).row, -1);
     // With a radius of 0, such a disc counts as inside the picture, but contains no pixel.
-    const Image image = filled(kSize, kSkin);
+    const Image image = filled(kPhotoSize, kSkin);
     EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {-0.5, 10}, 0, 1, {}, 10), "no pixel");
     EXPECT_DEATH((void)ImageTools::RemovePimpleFromImage(image, {10, 50.5}, 0, 1, {}, 10), "no pixel");
 }
@@ -54,7 +54,7 @@ TEST(RepairDiscDeathTest, ACoordinateThatOverflowsIsFatal) {
 
 TEST(RepairDisc, FitsInsideUpToTheEdgeOnEachSide) {
     const auto fits = [](std::int64_t row, std::int64_t column) {
-        return RepairDisc{.row = row, .column = column, .radius = 10}.fitsInside(kSize);
+        return RepairDisc{.row = row, .column = column, .radius = 10}.fitsInside(kPhotoSize);
     };
     EXPECT_TRUE(fits(25, 30));
     EXPECT_TRUE(fits(25, 10));
@@ -68,11 +68,11 @@ TEST(RepairDisc, FitsInsideUpToTheEdgeOnEachSide) {
 }
 
 TEST(RepairDiscDeathTest, AnEdgeThatOverflowsIsFatal) {
-    const auto fits = [](RepairDisc disc) { return disc.fitsInside(kSize); };
-    EXPECT_DEATH(fits({.row = 5, .column = kMin, .radius = 1}), "overflow");
-    EXPECT_DEATH(fits({.row = kMin, .column = 5, .radius = 1}), "overflow");
-    EXPECT_DEATH(fits({.row = kMax, .column = 5, .radius = 1}), "overflow");
-    EXPECT_DEATH(fits({.row = 5, .column = kMax, .radius = 1}), "overflow");
+    const auto fits = [](RepairDisc disc) { return disc.fitsInside(kPhotoSize); };
+    EXPECT_DEATH(fits({.row = 5, .column = kLowest, .radius = 1}), "overflow");
+    EXPECT_DEATH(fits({.row = kLowest, .column = 5, .radius = 1}), "overflow");
+    EXPECT_DEATH(fits({.row = kHighest, .column = 5, .radius = 1}), "overflow");
+    EXPECT_DEATH(fits({.row = 5, .column = kHighest, .radius = 1}), "overflow");
 }
 
 TEST(RepairDisc, RowsContainTheDistancesBelowTheRadius) {
@@ -104,7 +104,7 @@ TEST(RepairDiscDeathTest, ARadiusWhoseSquareOverflowsIsFatal) {
 }
 
 TEST(RepairInDisc, ReturnsWhatTheRepairPaints) {
-    const Image image = filled(kSize, kSkin);
+    const Image image = filled(kPhotoSize, kSkin);
     const auto result = repairInDisc(image, {20, 25}, 5, [](const RepairDisc& disc, PixelBuffer& buffer) {
         const std::vector<PixelPosition> centre = {{disc.row, disc.column}};
         buffer.paint(centre, kBlemish);
@@ -114,7 +114,7 @@ TEST(RepairInDisc, ReturnsWhatTheRepairPaints) {
 }
 
 TEST(RepairInDisc, DoesNothingIfTheDiscDoesNotFit) {
-    const Image image = filled(kSize, kSkin);
+    const Image image = filled(kPhotoSize, kSkin);
     bool isCalled = false;
     const auto result =
         repairInDisc(image, {2, 25}, 5, [&](const RepairDisc&, PixelBuffer&) { isCalled = true; });
@@ -137,7 +137,7 @@ TEST(RepairInDisc, AnImageWithoutPixelsIsReported) {
 TEST(RepairInDisc, ALackOfMemoryIsReported) {
     std::optional<Image> result;
     const std::string printed = printedBy([&] {
-        result = repairInDisc(filled(kSize, kSkin), {20, 25}, 5,
+        result = repairInDisc(filled(kPhotoSize, kSkin), {20, 25}, 5,
                               [](const RepairDisc&, PixelBuffer&) { throw std::bad_alloc(); });
     });
     EXPECT_FALSE(result);

@@ -21,15 +21,15 @@ Result<Repaired> flat(const Image& image, PixelPosition position, std::int64_t c
 }
 
 Result<Repaired> natural(const Image& image, PixelPosition position = kCenter) {
-    return repairNaturally(image, centreOf(position, image.size()), kRadius, kThreshold);
+    return repairNaturally(image, centreOf(position, image.size()), kClickRadius, kThreshold);
 }
 
 TEST(Repairs, ReturnTheImageAndTheChangedPixels) {
-    const Image spot = withPixels(filled(kSize, kSkin), {kCenter}, kBlemish);
+    const Image spot = withPixels(filled(kSkinSize, kSkin), {kCenter}, kBlemish);
     const Result<Repaired> painted = flat(spot, kCenter);
     ASSERT_TRUE(painted);
     EXPECT_EQ(painted->outcome, RepairOutcome::Repaired);
-    EXPECT_TRUE(samePixels(painted->image, filled(kSize, kSkin)));
+    EXPECT_TRUE(samePixels(painted->image, filled(kSkinSize, kSkin)));
     EXPECT_EQ(painted->repainted, (PixelMask{.area = {100, 80, 1, 1}, .bytes = {1}}));
 
     const Image skin = Skin{}.picture();
@@ -48,10 +48,10 @@ TEST(Repairs, ReturnWhyTheyChangeNothing) {
         EXPECT_EQ(result->repainted, PixelMask{});
     };
     const Image clean = Skin{}.clean();
-    const Image even = filled(kSize, kSkin);
+    const Image even = filled(kSkinSize, kSkin);
     const Image edge =
-        painted(kSize, [](int, int column) { return column < 100 ? grey(60) : grey(60 + 71); });
-    const Image clear = filled(kSize, {0, 0, 0, 0});
+        painted(kSkinSize, [](int, int column) { return column < 100 ? grey(60) : grey(60 + 71); });
+    const Image clear = filled(kSkinSize, {0, 0, 0, 0});
     expectRefused(even, flat(even, kCenter), RepairOutcome::NothingToRepair);
     expectRefused(clean, natural(clean), RepairOutcome::NothingToRepair);
     expectRefused(edge, flat(edge, kCenter), RepairOutcome::NotUniform);
@@ -62,7 +62,7 @@ TEST(Repairs, ReturnWhyTheyChangeNothing) {
 
 /// Skin that is dark from 12 pixels off the centre on, towards (down, right).
 Image shadowTowards(double down, double right) {
-    return painted(kSize, [&](int row, int column) {
+    return painted(kSkinSize, [&](int row, int column) {
         const double off = down * (row - 80) + right * (column - 100);
         const double grain = grainAt(row, column);
         return off > 12 ? RGBA32(byteOf(70 + grain), byteOf(50 + grain), byteOf(45 + grain), 255)
@@ -82,12 +82,12 @@ TEST(Repairs, SayOnWhichSideTheSkinDiffers) {
                                             {-kDiagonal, -kDiagonal, DiscSide::TopLeft}}) {
         SCOPED_TRACE(static_cast<int>(side));
         const Image image = shadowTowards(down, right);
-        const Result<Repaired> flat = repairInFlatColor(image, centreOf(kCenter, image.size()), kRadius,
+        const Result<Repaired> flat = repairInFlatColor(image, centreOf(kCenter, image.size()), kClickRadius,
                                                         kAutodetectColor, {}, kThreshold);
         EXPECT_EQ(flat->outcome, RepairOutcome::NotUniform);
         EXPECT_EQ(flat->side, side);
         const Result<Repaired> natural =
-            repairNaturally(image, centreOf(kCenter, image.size()), kRadius, kThreshold);
+            repairNaturally(image, centreOf(kCenter, image.size()), kClickRadius, kThreshold);
         EXPECT_EQ(natural->outcome, RepairOutcome::ExtendsOutside);
         EXPECT_EQ(natural->side, side);
     }
@@ -97,12 +97,12 @@ TEST(Repairs, NameNoSideForOtherOutcomes) {
     const Image clean = Skin{}.clean();
     EXPECT_FALSE(natural(clean)->side);
     EXPECT_FALSE(natural(Skin{}.picture())->side);
-    EXPECT_FALSE(flat(filled(kSize, kSkin), kCenter)->side);
+    EXPECT_FALSE(flat(filled(kSkinSize, kSkin), kCenter)->side);
     EXPECT_FALSE(flat(clean, {5, 100})->side);
 }
 
 TEST(Repairs, PaintingTheSameColourAgainChangesNothing) {
-    const Image spot = withPixels(filled(kSize, kSkin), {kCenter}, RGBA32(255, 0, 0, 255));
+    const Image spot = withPixels(filled(kSkinSize, kSkin), {kCenter}, RGBA32(255, 0, 0, 255));
     const Result<Repaired> result = flat(spot, kCenter, kCustomColor, {1, 0, 0});
     ASSERT_TRUE(result);
     EXPECT_EQ(result->outcome, RepairOutcome::NothingToRepair);
@@ -119,7 +119,7 @@ TEST(Repairs, AnImageWithoutPixelsIsAnError) {
 
 TEST(Repairs, LackOfMemoryIsAnError) {
     printedBy([] {
-        const Image image = filled(kSize, kSkin);
+        const Image image = filled(kSkinSize, kSkin);
         const Result<Repaired> result =
             repairWith(image, centreOf(kCenter, image.size()), kDisc,
                        [](const RepairDisc&, PixelBuffer&) -> RepairOutcome { throw std::bad_alloc(); });

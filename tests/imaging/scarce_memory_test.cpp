@@ -19,7 +19,7 @@
 namespace complexion {
 namespace {
 
-constexpr PixelSize kSize{2400, 1600};
+constexpr PixelSize kLargeSize{2400, 1600};
 constexpr rlim_t kMinMemory = rlim_t{1} << 16;
 constexpr rlim_t kMaxMemory = rlim_t{1} << 30;
 
@@ -68,7 +68,7 @@ std::optional<bool> resultWithin(rlim_t memory, const std::function<bool()>& wor
 
 /// A picture of few colours, which every format encodes quickly.
 Image shaded() {
-    return painted(kSize, [](int row, int column) { return grey((row / 8 + column / 8) % 200); });
+    return painted(kLargeSize, [](int row, int column) { return grey((row / 8 + column / 8) % 200); });
 }
 
 class ScarceMemory : public testing::TestWithParam<const char*> {
@@ -112,7 +112,7 @@ TEST_P(ScarceMemory, NeverCrashesSaving) {
         std::filesystem::remove(path);
         return ImageTools::SaveImage(image, path, format) && std::filesystem::exists(path);
     });
-    EXPECT_EQ(decoded(path).pixelSize(), kSize);
+    EXPECT_EQ(decoded(path).pixelSize(), kLargeSize);
 }
 
 } // namespace

@@ -28,7 +28,7 @@ std::vector<Point> pathBetween(int from, int to, PointSize size) {
 
 /// Skin with the line, and something else that `shade` multiplies.
 Image skinWith(double width, double strength, const std::function<double(int, int)>& shade) {
-    return painted(kSize, [&](int row, int column) {
+    return painted(kSkinSize, [&](int row, int column) {
         const double light = (0.15 * (column - 100) + 6 * grainAt(row, column)) / 160 + 1;
         const double kept = (1 - strength * lineAt(row, column, width)) * light * shade(row, column);
         return RGBA32(byteOf(205 * kept), byteOf(160 * kept), byteOf(140 * kept), 255);
@@ -49,7 +49,7 @@ Repaired repaired(const Image& image, int from = 20, int to = 180, std::int64_t 
 double differenceOnLine(const Image& one, const Image& other, int from, int to) {
     double sum = 0;
     int count = 0;
-    for (int row = 0; row < kSize.height; ++row)
+    for (int row = 0; row < kSkinSize.height; ++row)
         for (int column = from; column < to; ++column)
             if (lineAt(row, column, 3) > 0.5) {
                 sum += std::abs(one.pixel(row, column).green() - other.pixel(row, column).green());
@@ -70,8 +70,8 @@ TEST(StrokeRepair, AHairDisappears) {
 TEST(StrokeRepair, OnlyTheStrokeIsPainted) {
     const Image image = skinWith(2, 0.6, plain);
     const Repaired result = repaired(image, 60, 140);
-    for (int row = 0; row < kSize.height; ++row)
-        for (int column = 0; column < kSize.width; ++column)
+    for (int row = 0; row < kSkinSize.height; ++row)
+        for (int column = 0; column < kSkinSize.width; ++column)
             if (column < 60 - kWidth - 1 || column > 140 + kWidth + 1 ||
                 lineAt(row, column, 4 * kWidth) == 0) {
                 ASSERT_EQ(result.image.pixel(row, column), image.pixel(row, column)) << row << " " << column;
@@ -118,7 +118,7 @@ TEST(StrokeRepair, WhatReachesIntoTheStrokeFromBesideStays) {
     int kept = 0;
     int all = 0;
     for (int column = 30; column < 170; ++column)
-        for (int row = 0; row < kSize.height; ++row)
+        for (int row = 0; row < kSkinSize.height; ++row)
             if (brow(row, column) < 1 && lineAt(row, column, 2 * kWidth) > 0) {
                 ++all;
                 kept += result.image.pixel(row, column) == image.pixel(row, column);

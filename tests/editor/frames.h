@@ -7,6 +7,11 @@
 
 namespace complexion {
 
+/// The editor's area, and a photo's frame that fits into it or is larger.
+inline constexpr PointSize kArea{400, 300};
+inline constexpr Frame kFitted{0, 0, 400, 300};
+inline constexpr Frame kZoomed{-300, -250, 1000, 750};
+
 /// Expects that two frames are equal up to rounding.
 inline void expectNear(const Frame& actual, const Frame& expected) {
     EXPECT_NEAR(actual.x, expected.x, 1e-9);
