@@ -6,13 +6,13 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
+#include <ctime>
 #include <exception>
 #include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
 
-#include <time.h>
 #include <unistd.h>
 
 namespace complexion {
