@@ -27,7 +27,8 @@ constexpr std::uint8_t kSentByProgram = 128; // a flag in an event's type
 
 X11Root::X11Root() {
     const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (!x11)
+    // The toolkit's off-screen platform has the interface, but no connection unless a display is there.
+    if (!x11 || !x11->connection())
         return;
     m_connection = x11->connection();
     m_window = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;

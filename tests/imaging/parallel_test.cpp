@@ -132,6 +132,7 @@ TEST(Parallel, SeveralThreadsMayCallAtOnce) {
     std::array<std::atomic<int>, kCallers> sums = {};
     {
         std::vector<std::jthread> callers;
+        callers.reserve(sums.size());
         for (std::atomic<int>& sum : sums)
             callers.emplace_back([&sum] {
                 for (int round = 0; round < kRounds; ++round)
