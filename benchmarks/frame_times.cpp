@@ -61,8 +61,10 @@ FrameTimes timesOfZoom(Editor& editor) {
     editor.zoomTo(1);
     FrameTimes times;
     ViewController& controller = editor.controller();
+    // A step beyond the fitted size would change nothing.
+    const auto isFitted = [&view = *controller.imageView] { return view.frame().width <= view.width(); };
     for (const bool in : {true, false}) {
-        for (int step = 0; step < kZoomSteps; ++step) {
+        for (int step = 0; step < kZoomSteps && (in || !isFitted()); ++step) {
             const double seconds = editor.paintedAfter([&] {
                 if (in)
                     controller.OnZoomIn(nullptr);
