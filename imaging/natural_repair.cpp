@@ -31,35 +31,6 @@ RepairOutcome outcomeOf(BlemishRefusal refusal) {
     return RepairOutcome::NothingToRepair;
 }
 
-/// The same blemish, found with a larger disc, whose window shows more skin around it.
-std::optional<healing::Trial> withMoreSkin(const Image& image, const healing::Trial& trial) {
-    constexpr float kLarger = 1.5F;
-    constexpr float kSameRadius = 1.2F;
-    RepairDisc disc = trial.disc;
-    disc.radius = static_cast<std::int64_t>(kLarger * static_cast<float>(disc.radius));
-    if (!disc.fitsInside(image.pixelSize()))
-        return std::nullopt;
-    auto result = healing::tryDisc(healing::readSkinWindow(image, disc), disc, trial.disc, trial.thresholds);
-    auto* const larger = std::get_if<healing::Trial>(&result);
-    if (!larger || larger->radius > kSameRadius * trial.radius || trial.radius > kSameRadius * larger->radius)
-        return std::nullopt;
-    return std::move(*larger);
-}
-
-void paintOver(const Image& image, const healing::Trial& trial, PixelBuffer& buffer) {
-    const healing::Restoration restoration = healing::restoreDetail(trial.window, trial.blemish);
-    // In a large disc, uniform noise looks flat beside the skin's pores.
-    const bool looksFlat = restoration.gain == 0 && trial.window.step > 1 && !trial.window.hasLines();
-    if (const auto larger = looksFlat ? withMoreSkin(image, trial) : std::nullopt) {
-        const healing::Restoration detailed = healing::restoreDetail(larger->window, larger->blemish, false);
-        if (detailed.gain > 0) {
-            healing::paintRestoration(image, trial.disc, larger->window, detailed, buffer);
-            return;
-        }
-    }
-    healing::paintRestoration(image, trial.disc, trial.window, restoration, buffer);
-}
-
 } // namespace
 
 std::optional<Image> ImageTools::HealPimpleInImage(const Image& image, Point point, std::int64_t radius,
@@ -81,7 +52,8 @@ Result<Repaired> repairNaturally(const Image& image, Point point, std::int64_t r
                 return {outcome, differingSide(rimColors(image, disc))};
             return outcome;
         }
-        paintOver(image, *found, buffer);
+        healing::paintRestoration(image, found->disc, found->window,
+                                  healing::restoreDetail(found->window, found->blemish), buffer);
         return RepairOutcome::Repaired;
     });
 }

@@ -298,7 +298,7 @@ void addLines(const SkinWindow& window, Restoration& result) {
     });
 }
 
-Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish, bool keepsOwn) {
+Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
     const float scale = std::max(kMinDetailScale, kDetailScale * window.radius);
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
     const Separated own = separate(window, blemish, scale);
@@ -311,7 +311,7 @@ Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish, bool k
         // Feathering does not extend into foreign regions.
         result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
     });
-    if (keepsOwn && isLikeSkin(own, around.strength)) {
+    if (isLikeSkin(own, around.strength)) {
         const float ratio = std::sqrt(around.strength.brightness / own.strength.brightness);
         const float gain = std::clamp(kOwnStrength * ratio, kMinOwnGain, kMaxOwnGain);
         result.gain = gain;
@@ -356,8 +356,8 @@ Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish, bool k
 
 } // namespace
 
-Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish, bool keepsOwn) {
-    Restoration result = restoreFlat(window, blemish, keepsOwn);
+Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
+    Restoration result = restoreFlat(window, blemish);
     addLines(window, result);
     return result;
 }

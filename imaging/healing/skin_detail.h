@@ -22,8 +22,6 @@ struct Restoration {
 /// call frequency separation). If the blemish has a relief or a texture of its own, the detail of the best
 /// matching patch nearby is copied instead; if there is no such patch, uniform noise as strong as the skin's
 /// is added.
-///
-/// Without `keepsOwn`, the blemish's own detail is never kept.
-Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish, bool keepsOwn = true);
+Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish);
 
 } // namespace complexion::healing

@@ -89,10 +89,7 @@ std::variant<Trial, Refusal> tryDisc(SkinWindow window, const RepairDisc& disc, 
     Finding finding = findBlemish(window, place, thresholds);
     if (const Refusal* refusal = std::get_if<Refusal>(&finding))
         return *refusal;
-    Trial trial{.disc = disc,
-                .window = std::move(window),
-                .thresholds = thresholds,
-                .blemish = std::get<Blemish>(std::move(finding))};
+    Trial trial{.disc = disc, .window = std::move(window), .blemish = std::get<Blemish>(std::move(finding))};
     measure(trial, place);
     return trial;
 }

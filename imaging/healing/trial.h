@@ -11,7 +11,6 @@ namespace complexion::healing {
 struct Trial {
     RepairDisc disc;
     SkinWindow window; // of that disc
-    Thresholds thresholds;
     Blemish blemish;
     float rim = 0;    // fraction of the disc's rim that the mask covers
     float radius = 0; // of a disc with the mask's area

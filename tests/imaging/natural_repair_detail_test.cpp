@@ -165,41 +165,6 @@ void expectMembraneWithGrain(int radius) {
     EXPECT_LT(ratio, 2);
 }
 
-TEST(NaturalRepair, ALargeDiscThatABlemishNearlyFillsGetsTheSkinsPores) {
-    constexpr PixelSize size{500, 500};
-    const PixelPosition middle{250, 250};
-    constexpr int kPore = 4; // pixels
-    const auto picture = [&](bool blemished) {
-        return painted(size, [&](int row, int column) {
-            const double t = blemished ? stainAt(row, column, middle, 48) : 0;
-            const double pores = 1 + 0.1 * grainAt(row / kPore, column / kPore);
-            const auto mix = [&](double skin, double scab) {
-                return byteOf(skin * pores * (1 - t) + scab * t);
-            };
-            return RGBA32(mix(205, 230), mix(160, 220), mix(140, 190), 255);
-        });
-    };
-    // The variance of the pores' means.
-    const auto poresOf = [&](const Image& image) {
-        double sum = 0;
-        double square = 0;
-        int count = 0;
-        for (int row = 220; row < 280; row += kPore)
-            for (int column = 220; column < 280; column += kPore) {
-                double mean = 0;
-                for (int i = 0; i < kPore * kPore; ++i)
-                    mean += image.pixel(row + i / kPore, column + i % kPore).green() / 16.0;
-                sum += mean;
-                square += mean * mean;
-                ++count;
-            }
-        return square / count - sum * sum / count / count;
-    };
-    const double ratio = poresOf(healed(picture(true), middle, 70)) / poresOf(picture(false));
-    EXPECT_GT(ratio, 0.35);
-    EXPECT_LT(ratio, 2);
-}
-
 TEST(NaturalRepair, WithoutASourcePatchTheMembraneGetsGrainAsStrongAsTheSkins) {
     expectMembraneWithGrain(20);
     expectMembraneWithGrain(48);
