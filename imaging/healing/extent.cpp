@@ -117,6 +117,7 @@ private:
         m_threshold = level;
         m_refusal.reset();
         m_poorFit.reset();
+        m_withoutLines.reset();
         std::optional<Trial> best = search();
         if (!best || !isCertain(*best))
             searchWithoutLines(best);
