@@ -14,7 +14,7 @@ from virtual_desktop import wait_until
 
 ACROSS, DOWN = 8, 7  # portraits tiled to 9600 by 10500 pixels
 MAX_STEP = 0.1  # seconds
-TRIES = 5
+TRIES = 3
 # A click writes a state image, and the machine may stall such a write for longer than everything else takes: a virtual
 # one may have to wait for each page that its host reclaimed, in some tries and not in others. So the fastest try of the
 # click counts, and where a plain write of as many bytes is slow, the click may take this many times as long.
