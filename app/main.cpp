@@ -18,6 +18,7 @@
 #include "app/unfinished_work.h"
 #include "app/window_dialogs.h"
 #include "editor/photo_ahead.h"
+#include "imaging/base/freed_memory.h"
 #include "imaging/reading/picture_reading.h"
 #include "imaging/reading/reader_execution.h"
 
@@ -68,6 +69,7 @@ int main(int argc, char** argv) {
         return *status;
     forgoCoreDumps();
     startReader(); // while this process is small and has one thread
+    keepFreedMemory();
     std::optional<PhotoAhead> photo;
     if (line.photo)
         photo.emplace(absoluteIfPossible(*line.photo));

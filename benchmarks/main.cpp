@@ -8,6 +8,7 @@
 #include "benchmarks/memory.h"
 #include "benchmarks/portraits.h"
 #include "benchmarks/table.h"
+#include "imaging/base/freed_memory.h"
 #include "imaging/reading/picture_reading.h"
 #include "imaging/reading/reader_execution.h"
 
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
     const std::string_view mode = argc > 1 ? argv[1] : "";
     if (mode != "--opened-here")
         startReader();
+    keepFreedMemory(); // as the program does
     QApplication application(argc, argv);
     applyLook(application, 1);
 

@@ -13,7 +13,8 @@ namespace complexion::healing {
 
 namespace {
 
-// Differences are in standard deviations of the skin, lengths in radii of the disc unless they are in cells.
+// Differences are in standard deviations of the skin at the default threshold, lengths in radii of the disc
+// unless they are in cells.
 constexpr float kSmoothing = 0.06F;
 constexpr float kMinSmoothing = 0.7F; // cells
 constexpr float kMaxSmoothing = 3;    // cells
@@ -40,10 +41,6 @@ constexpr float kMaxShareCutOff = 0.35F;   // of the region's edge
 constexpr float kMaxSkinContrast = 0.35F;  // on the logarithmic scale: a larger one is not shading
 constexpr float kValley = 0.35F;           // of the largest difference
 constexpr int kRounds = 2;
-
-/// The threshold to which the differences above apply; they scale with it.
-constexpr float kUsualThreshold = 10;
-constexpr float kThresholdStart = 5;
 
 class Search {
 public:
@@ -84,8 +81,7 @@ public:
         markUnlikeSkin();
         m_blemish.isParted = touchesForeign();
         forEachCell(m_disc, [&](int x, int y) {
-            if (insideDisc(x, y, 0) && m_foreign.at(x, y))
-                m_blemish.isAlone = false;
+            m_blemish.isAlone = m_blemish.isAlone && !(insideDisc(x, y, 0) && m_foreign.at(x, y));
         });
         m_blemish.foreign = std::move(m_foreignColor);
         return std::move(m_blemish);
@@ -171,26 +167,36 @@ private:
     /// The cells that differ from the skin outside the disc.
     std::vector<PixelPosition> findForeign() const {
         std::vector<PixelPosition> foreign;
-        forEachCell(m_field, [&](int x, int y) {
-            if (m_difference.at(x, y) >= kSeedDifference * m_scale && !insideDisc(x, y, 0))
-                foreign.push_back({y, x});
-        });
+        const float least = kSeedDifference * m_scale;
+        for (int y = m_field.y; y < m_field.bottom(); ++y) {
+            const float* difference = m_difference.row(y);
+            for (int i = 0; i < m_field.width; ++i)
+                if (difference[i] >= least && !insideDisc(m_field.x + i, y, 0))
+                    foreign.push_back({y, m_field.x + i});
+        }
         return foreign;
     }
 
     void shareWithForeign(PixelPosition seed, const std::vector<PixelPosition>& foreign) {
         const CellMask claims = watershed(m_difference, seed, foreign, kRegionDifference * m_scale);
-        forEachCell(m_field, [&](int x, int y) {
-            const auto claim = static_cast<Claim>(claims.at(x, y));
-            if (claim == Claim::Foreign) {
-                const LogColor off = differenceAt(x, y);
-                m_foreign.at(x, y) = 1;
-                m_foreignColor.at(x, y) =
-                    off[0] * off[0] + off[1] * off[1] + off[2] * off[2] > kMaxSkinContrast * kMaxSkinContrast;
-            }
-            if (claim == Claim::Own && insideDisc(x, y, kDiscMargin))
+        for (int y = m_field.y; y < m_field.bottom(); ++y) {
+            const unsigned char* row = claims.row(y);
+            for (int i = 0; i < m_field.width; ++i)
+                if (row[i] != 0)
+                    take(m_field.x + i, y, static_cast<Claim>(row[i]));
+        }
+    }
+
+    void take(int x, int y, Claim claim) {
+        if (claim == Claim::Own) {
+            if (insideDisc(x, y, kDiscMargin))
                 m_blemish.mask.at(x, y) = 1;
-        });
+            return;
+        }
+        const LogColor off = differenceAt(x, y);
+        m_foreign.at(x, y) = 1;
+        m_foreignColor.at(x, y) =
+            off[0] * off[0] + off[1] * off[1] + off[2] * off[2] > kMaxSkinContrast * kMaxSkinContrast;
     }
 
     void takeAllAround(PixelPosition seed) {
@@ -376,11 +382,6 @@ private:
 };
 
 } // namespace
-
-float scaleOfThreshold(std::int64_t threshold) {
-    return (static_cast<float>(std::max<std::int64_t>(threshold, 0)) + kThresholdStart) /
-           (kUsualThreshold + kThresholdStart);
-}
 
 Finding findBlemish(const SkinWindow& window, const ClickedPlace& place, const Thresholds& thresholds) {
     if (thresholds.region >= kNothingDiffers)

@@ -27,6 +27,9 @@ public:
 
     T& at(int x, int y) { return m_values[indexOf(x, y)]; }
     const T& at(int x, int y) const { return m_values[indexOf(x, y)]; }
+    /// The first value of a row. For loops in which `at` would compute each index anew.
+    T* row(int y) { return &at(m_rect.x, y); }
+    const T* row(int y) const { return &at(m_rect.x, y); }
     /// The value at a position; a default value outside the rectangle.
     T valueAt(int x, int y) const { return contains(x, y) ? at(x, y) : T{}; }
 

@@ -177,8 +177,7 @@ private:
 
     /// Whether the blemish is found in the edit disc or a smaller one, and alone there.
     bool isCertain(const Trial& trial) const {
-        return isClear(trial) && trial.blemish.isAlone && trial.blemish.model.spread() < kUnevenSkin &&
-               trial.disc.radius <= m_clicked.radius;
+        return isClearInClicked(trial) && trial.blemish.isAlone && trial.blemish.model.spread() < kUnevenSkin;
     }
 
     /// Repeats the search without what passes through the disc along a line, and prefers its result to `best`
@@ -188,9 +187,13 @@ private:
             best && best->disc == m_clicked ? best->window : readSkinWindow(m_image, m_clicked);
         if (!subtractLines(window))
             return;
+        const float contrast =
+            contrastOfLine(window, [&](int x, int y) { return window.distance(x, y) < 1; });
+        if (best && isClearInClicked(*best) && contrast <= kMinContrastOfLine)
+            return;
         const std::optional<Refusal> refusal = m_refusal;
         const bool isPartOfFeature = m_isPartOfFeature;
-        m_withoutLines = window;
+        m_withoutLines = std::move(window);
         std::optional<Trial> found = search();
         m_refusal = refusal;
         m_isPartOfFeature = isPartOfFeature;
@@ -199,7 +202,7 @@ private:
             return;
         }
         m_withoutLines.reset();
-        if (best && isPartOfLine(*best, window))
+        if (best && isPartOfLine(*best, contrast))
             best.reset();
     }
 
@@ -223,10 +226,8 @@ private:
                               [&](int x, int y) { return trial.blemish.mask.valueAt(x, y) != 0; });
     }
 
-    /// Whether something found with a line in the disc is no blemish but a part of the line.
-    bool isPartOfLine(const Trial& best, const SkinWindow& window) const {
-        const float contrast =
-            contrastOfLine(window, [&](int x, int y) { return window.distance(x, y) < 1; });
+    /// Whether something found with a line of this contrast in the disc is no blemish but a part of the line.
+    bool isPartOfLine(const Trial& best, float contrast) const {
         return best.disc.radius > m_clicked.radius && best.contrast < square(kMinShareOfLine * contrast);
     }
 
@@ -239,7 +240,7 @@ private:
                    found.contrast > square(kMinShareOfLine * contrastOfLineIn(found));
         if (found.contrast < kSameContrast * best->contrast)
             return false;
-        if (isClear(*best) && best->disc.radius <= m_clicked.radius)
+        if (isClearInClicked(*best))
             return found.rim <= kRimOnLine && found.reach < kMaxReachIfClear * found.radius &&
                    contrastOfLineIn(found) > kMinContrastOfLine;
         return found.reach < kMaxReachOnLine * found.radius;
@@ -307,6 +308,10 @@ private:
     static bool isClear(const Trial& trial) {
         return trial.rim <= kFreeRim && trial.isCentered &&
                (!trial.blemish.isParted || trial.reach < kCompactReach * trial.radius);
+    }
+
+    bool isClearInClicked(const Trial& trial) const {
+        return isClear(trial) && trial.disc.radius <= m_clicked.radius;
     }
 
     RepairDisc sized(float size) const {

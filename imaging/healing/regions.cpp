@@ -32,21 +32,28 @@ CellGrid<float> distanceTo(const CellMask& mask, PixelRect where) {
     // A border of far cells avoids checks at the edge.
     CellGrid<float> distance({where.x - 1, where.y - 1, where.width + 2, where.height + 2}, kFar);
     const std::ptrdiff_t stride = distance.rect().width;
-    forEachCell(where, [&](int x, int y) {
-        float* here = &distance.at(x, y);
-        const float* above = here - stride;
-        const float straight = std::min(here[-1], above[0]) + 1;
-        const float diagonal = std::min(above[-1], above[1]) + kDiagonal;
-        *here = mask.valueAt(x, y) ? 0 : std::min(straight, diagonal);
+    forEachCell(where.intersected(mask.rect()), [&](int x, int y) {
+        if (mask.at(x, y))
+            distance.at(x, y) = 0;
     });
-    for (int y = where.bottom() - 1; y >= where.y; --y)
-        for (int x = where.right() - 1; x >= where.x; --x) {
-            float* here = &distance.at(x, y);
+    for (int y = where.y; y < where.bottom(); ++y) {
+        float* here = &distance.at(where.x, y);
+        for (const float* const end = here + where.width; here < end; ++here) {
+            const float* above = here - stride;
+            const float straight = std::min(here[-1], above[0]) + 1;
+            const float diagonal = std::min(above[-1], above[1]) + kDiagonal;
+            *here = std::min({*here, straight, diagonal});
+        }
+    }
+    for (int y = where.bottom() - 1; y >= where.y; --y) {
+        float* here = &distance.at(where.right() - 1, y);
+        for (const float* const end = here - where.width; here > end; --here) {
             const float* below = here + stride;
             const float straight = std::min(here[1], below[0]) + 1;
             const float diagonal = std::min(below[-1], below[1]) + kDiagonal;
             *here = std::min({*here, straight, diagonal});
         }
+    }
     return distance;
 }
 
