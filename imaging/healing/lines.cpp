@@ -87,7 +87,10 @@ public:
         return m_bins[static_cast<std::size_t>(
             static_cast<int>(std::clamp(across, -reach, reach) + (reach + 0.5F)))];
     }
-    const Bin& at(int u) const { return m_bins[static_cast<std::size_t>(u + m_reach)]; }
+    const Bin& at(int u) const {
+        const int index = u + m_reach;
+        return m_bins[static_cast<std::size_t>(index)];
+    }
     void clear() { std::ranges::fill(m_bins, Bin{}); }
 
 private:
