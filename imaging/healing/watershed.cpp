@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/healing/watershed.h"
 
+#include "imaging/healing/regions.h"
+
 #include <bit>
 #include <cstdint>
 #include <queue>
@@ -10,33 +12,42 @@ namespace complexion::healing {
 
 namespace {
 
+int xOf(PixelPosition place) {
+    return static_cast<int>(place.column);
+}
+
+int yOf(PixelPosition place) {
+    return static_cast<int>(place.row);
+}
+
+/// The cells of at least `minHeight` that are connected to `places`.
+CellMask connectedTo(std::vector<PixelPosition> places, const CellGrid<float>& height, float minHeight) {
+    CellMask connected(height.rect());
+    for (const PixelPosition& place : places)
+        connected.at(xOf(place), yOf(place)) = 1;
+    growThrough(connected, places, [&](int x, int y) { return height.at(x, y) >= minHeight; });
+    return connected;
+}
+
+void claimAll(const CellMask& cells, Claim claim, CellMask& claims) {
+    forEachCell(cells.rect(), [&](int x, int y) {
+        if (cells.at(x, y))
+            claims.at(x, y) = static_cast<unsigned char>(claim);
+    });
+}
+
+/// Divides a region, from the peaks down.
 class Flood {
 public:
-    Flood(const CellGrid<float>& height, float minHeight)
+    Flood(const CellGrid<float>& height, const CellMask& region, CellMask& claims)
         : m_height(height),
-          m_claims(height.rect()),
+          m_claims(claims),
           m_open(
               {height.rect().x - 1, height.rect().y - 1, height.rect().width + 2, height.rect().height + 2}) {
-        forEachCell(height.rect(),
-                    [&](int x, int y) { m_open.at(x, y) = height.at(x, y) >= minHeight ? 1 : 0; });
+        forEachCell(region.rect(), [&](int x, int y) { m_open.at(x, y) = region.at(x, y); });
     }
 
-    /// Claims everything that is connected to `markers`, in any order.
-    void claimConnected(std::vector<PixelPosition> markers, Claim claim) {
-        for (const PixelPosition& marker : markers)
-            take(xOf(marker), yOf(marker), claim);
-        while (!markers.empty()) {
-            const PixelPosition place = markers.back();
-            markers.pop_back();
-            forEachOpenAround(xOf(place), yOf(place), [&](int x, int y) {
-                take(x, y, claim);
-                markers.push_back({y, x});
-            });
-        }
-    }
-
-    /// Claims from the peaks down.
-    void divide(PixelPosition own, const std::vector<PixelPosition>& foreign) {
+    void run(PixelPosition own, const std::vector<PixelPosition>& foreign) {
         take(xOf(own), yOf(own), Claim::Own);
         for (const PixelPosition& marker : foreign)
             take(xOf(marker), yOf(marker), Claim::Foreign);
@@ -53,9 +64,6 @@ public:
             });
         }
     }
-
-    bool isOpen(PixelPosition place) const { return m_open.at(xOf(place), yOf(place)) != 0; }
-    CellMask claims() && { return std::move(m_claims); }
 
 private:
     /// A claimed cell from which the flood continues.
@@ -74,9 +82,6 @@ private:
         float level() const { return std::bit_cast<float>(static_cast<std::uint32_t>(priority >> 32)); }
         bool operator<(const Front& other) const { return priority < other.priority; }
     };
-
-    static int xOf(PixelPosition place) { return static_cast<int>(place.column); }
-    static int yOf(PixelPosition place) { return static_cast<int>(place.row); }
 
     template <class Visit>
     void forEachOpenAround(int x, int y, const Visit& visit) const {
@@ -102,8 +107,8 @@ private:
     }
 
     const CellGrid<float>& m_height;
-    CellMask m_claims;
-    CellMask m_open; // high enough and without an owner yet; has a border, which avoids checks at the edge
+    CellMask& m_claims;
+    CellMask m_open; // without an owner yet; has a border, which avoids checks at the edge
     std::priority_queue<Front> m_fronts;
     std::uint32_t m_order = 0;
 };
@@ -113,20 +118,18 @@ private:
 CellMask watershed(const CellGrid<float>& height, PixelPosition own,
                    const std::vector<PixelPosition>& foreign, float minHeight) {
     // Only what is connected to the own region must be divided from it.
-    Flood flood(height, minHeight);
-    Flood around = flood;
-    around.claimConnected({own}, Claim::Own);
+    const CellMask around = connectedTo({own}, height, minHeight);
     std::vector<PixelPosition> connected;
     std::vector<PixelPosition> apart;
     for (const PixelPosition& marker : foreign)
-        (around.isOpen(marker) ? apart : connected).push_back(marker);
-    if (connected.empty()) {
-        around.claimConnected(std::move(apart), Claim::Foreign);
-        return std::move(around).claims();
-    }
-    flood.claimConnected(std::move(apart), Claim::Foreign);
-    flood.divide(own, connected);
-    return std::move(flood).claims();
+        (around.at(xOf(marker), yOf(marker)) ? connected : apart).push_back(marker);
+    CellMask claims(height.rect());
+    claimAll(connectedTo(std::move(apart), height, minHeight), Claim::Foreign, claims);
+    if (connected.empty())
+        claimAll(around, Claim::Own, claims);
+    else
+        Flood(height, around, claims).run(own, connected);
+    return claims;
 }
 
 } // namespace complexion::healing
