@@ -15,16 +15,8 @@ class MonitorColors;
 
 /// The light of a profile's colours (relative colorimetric), as plain numbers: the profile, which comes with
 /// a stranger's file, is opened in the process that decodes the file, and only these numbers leave it.
-///
-/// Light is a mixture of sRGB's primaries. Colours outside of sRGB have components below 0 or above kWhite.
 struct ScreenTables {
-    using Color = std::array<float, 3>; // red, green, blue
-
     static constexpr int kLevels = 256;
-
-    /// The light of white: so many steps that at the tone curve's steep end, near black, one is less than
-    /// half a level.
-    static constexpr int kWhite = 8191;
 
     /// For a profile of primaries and tone curves: the light of each of the 256 levels of its red, then of
     /// its green, then of its blue. Otherwise empty.
