@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QApplication>
+#include <QColor>
 #include <QDrag>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QUrl>
 #include <QWidget>
 
@@ -10,7 +12,8 @@
 
 namespace {
 
-constexpr int kSide = 24; // small enough not to cover the window under test
+constexpr int kSide = 24;             // small enough not to cover the window under test
+constexpr QColor kColor(255, 0, 255); // for tests that have to find the square on the screen
 
 /// Prints a line for the test that drives the mouse.
 void report(const char* line) {
@@ -44,6 +47,7 @@ protected:
     }
 
     void paintEvent(QPaintEvent*) override {
+        QPainter(this).fillRect(rect(), kColor);
         if (!m_hasAppeared)
             report("ready");
         m_hasAppeared = true;
@@ -56,7 +60,7 @@ private:
 
 } // namespace
 
-/// Shows a square in the top left corner of the screen, from which the address can be dragged once.
+/// Shows a square, on X in the top left corner of the screen, from which the address can be dragged once.
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     if (argc != 2) {

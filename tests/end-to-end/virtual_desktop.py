@@ -7,6 +7,8 @@ import subprocess
 import time
 from pathlib import Path
 
+from PIL import Image
+
 POLL_SECONDS = 0.02
 WAIT_SECONDS = 20
 
@@ -95,3 +97,14 @@ class VirtualDesktop:
 
     def screenshot(self, path):
         subprocess.run(["import", "-window", "root", str(path)], check=True)
+
+    def find_color(self, color):
+        """The middle of the pixels of this colour on the screen; None if there are none."""
+        width, height, _ = map(int, self.size.split("x"))
+        screen = Image.frombytes("RGB", (width, height),
+                                 output_of("import", "-window", "root", "-depth", "8", "rgb:-", text=False))
+        places = [index for index, pixel in enumerate(screen.getdata()) if pixel == color]
+        if not places:
+            return None
+        return (sum(place % width for place in places) // len(places),
+                sum(place // width for place in places) // len(places))

@@ -15,10 +15,22 @@ from picture_changes import check_only_discs_changed
 from portrait_test_case import PortraitTestCase
 from sample_portrait import RADIUS, SIZE
 from virtual_desktop import output_of, wait_until
-from window_driver import EXIT_QUESTION, SAVE_SUCCESS, Complexion
+from window_driver import EXIT_QUESTION, SAVE_SUCCESS, Complexion, Drag
 
 BLEMISH = (548, 418)
 OUTPUT = (1360, 1000)  # pixels of the compositor's screen
+DRAG_SOURCE_COLOR = (255, 0, 255)
+KIOSK = ["--shell=kiosk-shell.so", "--no-config"]  # each window fills the screen
+# Windows of several programs side by side.
+DESKTOP = ["--shell=desktop-shell.so"]
+DESKTOP_CONFIGURATION = """[shell]
+panel-position=none
+animation=none
+startup-animation=none
+close-animation=none
+focus-animation=none
+locking=false
+"""
 
 
 class WaylandComplexion(Complexion):
@@ -50,14 +62,14 @@ class WaylandTest(PortraitTestCase):
         cls.desktop_size = OUTPUT[0] + 40, OUTPUT[1] + 60
         super().setUpClass()
 
-    def start(self, scale=1, own_factor=1, picture=None, **environment):
-        """Starts the compositor at a scale, and on it the program with a photo, enlarged by another factor."""
+    def start_compositor(self, shell, scale=1):
+        """Starts a compositor, and prepares the program to be its client. Returns the name of its socket."""
         socket = f"wayland-{scale}"
         log = open(self.folder / "weston.log", "wb")
         self.addCleanup(log.close)
-        weston = subprocess.Popen(["weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so", f"--socket={socket}",
+        weston = subprocess.Popen(["weston", "--backend=x11-backend.so", *shell, f"--socket={socket}",
                                    f"--width={OUTPUT[0] // scale}", f"--height={OUTPUT[1] // scale}",
-                                   f"--scale={scale}", "--idle-time=0", "--no-config", "--use-pixman"], stdout=log, stderr=log)
+                                   f"--scale={scale}", "--idle-time=0", "--use-pixman"], stdout=log, stderr=log)
         self.addCleanup(weston.wait)
         self.addCleanup(weston.terminate)
 
@@ -65,20 +77,29 @@ class WaylandTest(PortraitTestCase):
             return subprocess.run(["xdotool", "search", "--onlyvisible", "--class", "Weston Compositor"], capture_output=True,
                                   text=True, check=False).stdout.split()
         compositor = wait_until(window, "the compositor")[0]
+        self.program = self.enterContext(WaylandComplexion(self.desktop, compositor, scale))
+        self.program.environment = {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": socket, "DISPLAY": None}
+        return socket
+
+    def wait_for_full_screen(self):
+        wait_until(lambda: abs(self.program.screen_area("Photo")[2] - OUTPUT[0]) < 2, "the window to fill the screen")
+
+    def start(self, scale=1, own_factor=1, picture=None, **environment):
+        """Starts the compositor at a scale, and on it the program with a photo, enlarged by another factor."""
+        self.start_compositor(KIOSK, scale)
         photo = self.photos / "face.png"
         shutil.copy(picture or self.painted, photo)
-        self.program = self.enterContext(WaylandComplexion(self.desktop, compositor, scale * own_factor))
-        self.program.environment = {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": socket, "DISPLAY": None,
-                                    "QT_SCALE_FACTOR": str(own_factor), **environment}
+        self.program.scale *= own_factor
+        self.program.environment |= {"QT_SCALE_FACTOR": str(own_factor), **environment}
         self.program.start(photo)
-        wait_until(lambda: abs(self.program.screen_area("Photo")[2] - OUTPUT[0]) < 2, "the window to fill the screen")
+        self.wait_for_full_screen()
         return photo
 
     def retouch_and_save(self, photo):
         place = self.program.retouch(*BLEMISH, *SIZE)
         self.program.start_saving()
         self.program.confirm(SAVE_SUCCESS)  # where a dialog is on the screen is not known to clients
-        check_only_discs_changed(photo, photo.with_stem("face_retouched"), [place], RADIUS)
+        check_only_discs_changed(photo, photo.with_stem(photo.stem + "_retouched"), [place], RADIUS)
         x, y, width, _ = self.program.screen_area("Photo")
         self.program.click_at(x + width - 4, y - 4)  # the compositor's shell may not have returned the focus
         self.program.keys("ctrl+q")
@@ -92,6 +113,32 @@ class WaylandTest(PortraitTestCase):
 
     def test_at_a_fractional_scale(self):
         self.retouch_and_save(self.start(own_factor=1.25))
+
+    def drop(self, address, socket):
+        """Drags an address out of a window of another client to the photo, and drops it there."""
+        drag = Drag(address, QT_QPA_PLATFORM="wayland", WAYLAND_DISPLAY=socket)
+        drag.place = wait_until(lambda: self.desktop.find_color(DRAG_SOURCE_COLOR), "the window to drag from")
+        x, y, width, height = self.program.screen_area("Photo")
+        drag.to(x + width // 2, y + height // 4)
+        return drag
+
+    def test_a_drop_opens_a_photo_and_refuses_everything_else(self):
+        configuration = self.photos / "weston.ini"
+        configuration.write_text(DESKTOP_CONFIGURATION)
+        socket = self.start_compositor([*DESKTOP, f"--config={configuration}"])
+        self.program.start()
+        self.program.keys("F11")  # clients do not know where on the screen a smaller window is
+        self.wait_for_full_screen()
+        notes = self.photos / "notes.png"
+        notes.write_text("no photo")
+        self.drop(notes.as_uri(), socket).wait_for_end()
+        self.program.wait_for("“notes.png” is not a picture. Complexion opens JPEG, PNG, TIFF, GIF and BMP.")
+        self.assertFalse(self.program.is_enabled("Save image"))
+        photo = self.photos / "Jürgen's face.png"
+        shutil.copy(self.painted, photo)
+        self.drop(photo.as_uri(), socket).wait_for_end()
+        self.program.wait_for_photo()
+        self.retouch_and_save(photo)
 
     def test_the_photo_is_in_the_colours_of_the_monitor(self):
         monitors = [monitor_profile(), monitor_profile(turned=True)]

@@ -313,10 +313,13 @@ class Complexion:
 
 
 class Drag:
-    """A drag of one address out of another program's window."""
+    """A drag of one address out of another program's window, which is at `place` on the screen."""
 
-    def __init__(self, address):
-        self.source = subprocess.Popen([BUILD / "tests/drag_source", address], stdout=subprocess.PIPE, text=True)
+    place = 5, 5
+
+    def __init__(self, address, **environment):
+        self.source = subprocess.Popen([BUILD / "tests/drag_source", address], stdout=subprocess.PIPE, text=True,
+                                       env=os.environ | environment)
         self._expect("ready")
 
     def _line(self):
@@ -326,18 +329,20 @@ class Drag:
         if (said := self._line()) != line:
             raise AssertionError(f"the drag source printed “{said}” instead of “{line}”")
 
+    def _start(self):
+        subprocess.run(["xdotool", "mousemove", *map(str, self.place), "mousedown", "1"], check=True)
+        self._expect("dragging")
+
     def to(self, x, y):
         """Drags to a place on the screen where a copy must be offered, and drops there."""
-        subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
-        self._expect("dragging")
+        self._start()
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "mousemove_relative", "1", "1"], check=True)
         self._expect("copy offered")
         subprocess.run(["xdotool", "mouseup", "1"], check=True)
 
     def to_without_offer(self, x, y):
         """Drags to a place on the screen, drops whatever is offered, and waits for the end."""
-        subprocess.run(["xdotool", "mousemove", "5", "5", "mousedown", "1"], check=True)
-        self._expect("dragging")
+        self._start()
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "sleep", "0.2", "mousemove_relative", "1", "1",
                         "sleep", "0.2", "mouseup", "1"], check=True)
         while self._line() not in ("finished", ""):
