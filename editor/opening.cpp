@@ -78,10 +78,7 @@ void ViewController::OpenFile(PhotoAhead& file) {
         decodeWithPreview([&file](const ReadingProgress& progress, const PreviewListener& preview) {
             return file.wait(progress, preview);
         });
-    if (photo)
-        installPhoto(*photo, file.path(), file.identity());
-    else
-        showOpeningFailure(file.path(), photo.error());
+    installIfOpened(photo, file.path(), file.identity());
 }
 
 Result<OpenedPhoto> ViewController::decodeSource(const std::filesystem::path& path) {
@@ -128,11 +125,7 @@ void ViewController::loadImage(const std::filesystem::path& path) {
         decodeWithPreview([&path](const ReadingProgress& progress, const PreviewListener& preview) {
             return openPhoto(path, progress, preview);
         });
-    if (!photo) {
-        showOpeningFailure(path, photo.error());
-        return;
-    }
-    installPhoto(*photo, path, opened);
+    installIfOpened(photo, path, opened);
 }
 
 void ViewController::showPreview(const Image& preview) {
@@ -140,6 +133,15 @@ void ViewController::showPreview(const Image& preview) {
     boxHelp->hide();
     imageView->showPreview(preview, fitted(imageView->frame(), visibleArea()));
     Q_EMIT previewShown();
+}
+
+bool ViewController::installIfOpened(const Result<OpenedPhoto>& photo, const std::filesystem::path& path,
+                                     const std::optional<FileIdentity>& opened) {
+    if (photo)
+        installPhoto(*photo, path, opened);
+    else
+        showOpeningFailure(path, photo.error());
+    return bool(photo);
 }
 
 void ViewController::installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,

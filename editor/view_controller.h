@@ -303,6 +303,9 @@ private:
     /// Makes a decoded photo the current one.
     void installPhoto(const OpenedPhoto& photo, const std::filesystem::path& path,
                       const std::optional<FileIdentity>& opened);
+    /// Does so, or shows the failure. Returns whether the photo was opened.
+    bool installIfOpened(const Result<OpenedPhoto>& photo, const std::filesystem::path& path,
+                         const std::optional<FileIdentity>& opened);
     bool replaySteps(const AbandonedJournal& work, const OpenedPhoto& photo, const FileIdentity& opened);
     void writePendingStates();
     void showContinueFailure(const char* informativeText);

@@ -48,15 +48,7 @@ TEST_F(Opening, APhotoThatIsCancelledAfterItsPreviewLeavesEverything) {
     const InstalledReader reader(doAsTheFileSays);
     const std::filesystem::path path = platform.photos() / "previewed.jpg";
     writeFile(path, hostileFile(kPreviewAndHang));
-    int previews = 0;
-    QObject::connect(controller.get(), &ViewController::previewShown, controller.get(), [&] {
-        ++previews;
-        EXPECT_TRUE(imageView->isShowingPreview());
-        controller->CancelLongWork();
-    });
-    expectUnchangedBy([&] { controller->OpenFile(path); });
-    EXPECT_EQ(previews, 1);
-    EXPECT_FALSE(imageView->isShowingPreview());
+    expectPreviewUntilCancelled([&] { controller->OpenFile(path); });
 }
 
 TEST_F(Opening, TheHintComesBackWhenThePhotoAfterAPreviewDoesNotOpen) {

@@ -3,6 +3,8 @@
 
 #include "tests/editor/editor_fixture.h"
 
+#include <functional>
+
 namespace complexion {
 
 /// Helpers for opening photos.
@@ -34,6 +36,20 @@ protected:
         EXPECT_TRUE(controller->hasImage());
         EXPECT_FALSE(controller->canUndo());
         EXPECT_FALSE(controller->canRedo());
+    }
+
+    /// Expects that a photo's preview is shown until the user cancels its opening by `open`, and that nothing
+    /// has changed then.
+    void expectPreviewUntilCancelled(const std::function<void()>& open) {
+        int previews = 0;
+        QObject::connect(controller.get(), &ViewController::previewShown, controller.get(), [&] {
+            ++previews;
+            EXPECT_TRUE(imageView->isShowingPreview());
+            controller->CancelLongWork();
+        });
+        expectUnchangedBy(open);
+        EXPECT_EQ(previews, 1);
+        EXPECT_FALSE(imageView->isShowingPreview());
     }
 
     /// Opens a photo and changes everything: repairs, undo, zoom, pan, effect.

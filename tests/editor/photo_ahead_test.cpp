@@ -52,15 +52,7 @@ TEST_F(PhotosReadAhead, ThePreviewIsShownUntilTheUserCancels) {
     const std::filesystem::path path = platform.photos() / "previewed.jpg";
     writeFile(path, hostileFile(kPreviewAndHang));
     PhotoAhead ahead(path);
-    int previews = 0;
-    QObject::connect(controller.get(), &ViewController::previewShown, controller.get(), [&] {
-        ++previews;
-        EXPECT_TRUE(imageView->isShowingPreview());
-        controller->CancelLongWork();
-    });
-    expectUnchangedBy([&] { controller->OpenFile(ahead); });
-    EXPECT_EQ(previews, 1);
-    EXPECT_FALSE(imageView->isShowingPreview());
+    expectPreviewUntilCancelled([&] { controller->OpenFile(ahead); });
 }
 
 TEST_F(PhotosReadAhead, TheUserCanCancelTheReading) {
