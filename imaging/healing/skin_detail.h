@@ -20,8 +20,8 @@ struct Restoration {
 /// Adds skin detail to the membrane. If the blemish is only a stain, its own pores and hairs are still
 /// visible: the stain is subtracted along its tint and the detail is kept (a refinement of what retouchers
 /// call frequency separation). If the blemish has a relief or a texture of its own, the detail of the best
-/// matching patch nearby is copied instead; if there is no such patch, uniform noise as strong as the skin's
-/// is added.
+/// matching patch nearby is copied instead. If there is no such patch, detail that is only faint is kept, or
+/// uniform noise as strong as the skin's is added.
 Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish);
 
 } // namespace complexion::healing

@@ -62,8 +62,8 @@ struct Neighbourhood {
 
     static Neighbourhood ofMottledSkin() {
         const Image image = mottled(Skin{.grain = 5}.clean(), kCenter);
-        SkinWindow window = windowOf(image, kCenter, kClickRadius);
-        Blemish blemish = std::get<Blemish>(
+        const SkinWindow window = windowOf(image, kCenter, kClickRadius);
+        const Blemish blemish = std::get<Blemish>(
             healing::findBlemish(window, middleOf(window), healing::Thresholds::both(kThreshold)));
         const PixelRect whole = window.cells.rect();
         Neighbourhood found{.window = window,
@@ -128,6 +128,51 @@ TEST(NaturalRepair, ForAMottledBlemishDetailComesFromCleanSkin) {
     EXPECT_EQ(restoration.grain, 0);
     // The patch does not overlap the blemish.
     EXPECT_GT(std::hypot(restoration.columns, restoration.rows), kMottledRadius);
+}
+
+/// The correlation of the green component of two pictures around the centre.
+double likeness(const Image& a, const Image& b, int reach) {
+    const int width = 2 * reach + 1;
+    const Image both = painted({2 * width, width}, [&](int row, int column) {
+        const Image& image = column < width ? a : b;
+        return image.pixel(static_cast<int>(kCenter.row) - reach + row,
+                           static_cast<int>(kCenter.column) - reach + column % width);
+    });
+    return correlation(both, {reach, reach}, {reach, width + reach}, reach);
+}
+
+TEST(NaturalRepair, AStainKeepsItsPoresBesideSomethingMuchRougher) {
+    // The hairs of a brow in the disc's rim are no measure for the pores of the skin beside it.
+    const auto besideHairs = [](const Image& skin) {
+        return painted(kSkinSize, [&skin](int row, int column) {
+            const RGBA32 pixel = skin.pixel(row, column);
+            const double hair = row > kCenter.row + 14 ? (column % 2 == 0 ? 1.2 : 0.8) : 1;
+            return RGBA32(byteOf(pixel.red() * hair), byteOf(pixel.green() * hair),
+                          byteOf(pixel.blue() * hair), 255);
+        });
+    };
+    const Skin skin{.radius = 8};
+    EXPECT_GT(likeness(healed(besideHairs(skin.picture())), besideHairs(skin.clean()), 6), 0.5);
+}
+
+TEST(NaturalRepair, WithoutASourcePatchAStainKeepsItsFaintPores) {
+    // An opaque layer leaves a little of the pores' contrast. The disc fills the picture.
+    const PixelSize size{96, 96};
+    const PixelPosition middle{48, 48};
+    const auto skinWith = [&](bool stained) {
+        return painted(size, [&](int row, int column) {
+            const double t = stained ? stainAt(row, column, middle, 30) : 0;
+            const double light = 1 + 0.05 * (1 - 0.6 * t) * grainAt(row / 3, column / 3);
+            return RGBA32(byteOf((200 + 30 * t) * light), byteOf((160 + 60 * t) * light),
+                          byteOf((140 + 70 * t) * light), 255);
+        });
+    };
+    const Image result = healed(skinWith(true), middle, 48);
+    const Image both =
+        painted({size.width * 2, size.height}, [&, clean = skinWith(false)](int row, int column) {
+            return column < size.width ? result.pixel(row, column) : clean.pixel(row, column - size.width);
+        });
+    EXPECT_GT(correlation(both, middle, {middle.row, middle.column + size.width}, 12), 0.6);
 }
 
 /// The disc fills the picture, so that there is no clean skin from which to take a patch.
