@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/look.h"
 
+#include "app/icons.h"
 #include "view/text_font.h"
 
 #include <QApplication>
@@ -85,6 +86,15 @@ public:
         default:
             return QProxyStyle::styleHint(hint, option, widget, data);
         }
+    }
+
+    /// Every menu bar has a button for the menus that it has no room for. Fusion reads its icon from a file,
+    /// for which all plug-ins for picture files are loaded.
+    QIcon standardIcon(StandardPixmap kind, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        if (kind == SP_ToolBarHorizontalExtensionButton)
+            return lineIcon(u"more"_s);
+        return QProxyStyle::standardIcon(kind, option, widget);
     }
 };
 

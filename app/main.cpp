@@ -29,7 +29,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <future>
 #include <memory>
 #include <optional>
 #include <system_error>
@@ -73,7 +72,7 @@ int main(int argc, char** argv) {
     std::optional<PhotoAhead> photo;
     if (line.photo)
         photo.emplace(absoluteIfPossible(*line.photo));
-    const std::future<void> fonts = beginLoadingFonts();
+    beginLoadingFonts();
     int toolkitCount = static_cast<int>(line.toolkitArguments.size());
     line.toolkitArguments.push_back(nullptr);
     QApplication application(toolkitCount, line.toolkitArguments.data());
@@ -102,8 +101,6 @@ int main(int argc, char** argv) {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                        QString::fromStdString(folder->path().string()));
 
-    if (fonts.valid())
-        fonts.wait();
     MainWindow window;
     std::shared_ptr<ViewController> controller;
     WindowDialogs dialogs(&window, [&controller] { return controller->originalImagePath; }, folder->path());

@@ -2,6 +2,7 @@
 #include "app/window_contents.h"
 
 #include "app/cards.h"
+#include "app/font_loading.h"
 #include "app/rail.h"
 
 #include <QAbstractButton>
@@ -60,6 +61,8 @@ WindowContents::WindowContents(RootView* root, const Actions& actions)
     boxCompare = makeRailBox(root, actions.compare, u"boxCompare"_s, tr("Show the original"));
     boxCompare->setAlpha(Box::kAlphaOverPhoto); // the controller sets that of the others
     compare = new HeldCommand(actions.compare, boxCompare->findChild<QAbstractButton*>());
+    prepareRail();
+    waitForFonts();
     boxEditSettings = new SettingsBar(root);
     boxEditSettings->setObjectName(u"boxEditSettings"_s);
     boxContinue = new ContinueCard(root);
@@ -81,6 +84,17 @@ std::array<std::vector<Box*>, 3> WindowContents::railGroups() const {
     return {{{boxSelectImage, boxResetImage, boxSaveImage},
              {boxUndo, boxRedo},
              {boxZoomIn, boxZoomOut, boxResetZoom, boxZoom, boxCompare}}};
+}
+
+void WindowContents::prepareRail() const {
+    for (const std::vector<Box*>& group : railGroups()) {
+        for (const Box* box : group) {
+            const auto* const button = box->findChild<QAbstractButton*>();
+            button->ensurePolished();
+            (void)button->icon().pixmap(button->iconSize(), button->devicePixelRatioF(),
+                                        button->isEnabled() ? QIcon::Normal : QIcon::Disabled);
+        }
+    }
 }
 
 void WindowContents::setBarsVisible(bool visible) {

@@ -51,6 +51,8 @@ protected:
 private:
     /// The rail's boxes from top to bottom, group by group.
     std::array<std::vector<Box*>, 3> railGroups() const;
+    /// Styles the rail's buttons and draws their icons ahead: work without text, done while the fonts load.
+    void prepareRail() const;
     void arrange();
     void arrangeRail();
     /// Arranges the cards in the part of `root` that is not covered by the rail and the settings.

@@ -217,6 +217,18 @@ TEST(WindowLayout, EveryControlHasItsAccessibleName) {
         EXPECT_THAT(names, testing::Contains(name).Times(1));
 }
 
+TEST(WindowLayout, AMenuBarThatIsTooNarrowShowsTheButtonForTheOtherMenus) {
+    MainWindow window;
+    window.menuBar()->setMaximumWidth(100);
+    window.show();
+    const auto* const button = window.menuBar()->findChild<QToolButton*>();
+    ASSERT_TRUE(button && button->isVisible());
+    const QImage icon = button->icon().pixmap(20, 20).toImage();
+    QImage blank(icon.size(), icon.format());
+    blank.fill(Qt::transparent);
+    EXPECT_NE(icon, blank);
+}
+
 TEST(WindowLayout, EveryOutletIsFoundByItsName) {
     const MainWindow window;
     for (const char* name :
