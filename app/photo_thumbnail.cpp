@@ -3,6 +3,7 @@
 
 #include "imaging/base/resample.h"
 #include "imaging/reading/picture_reading.h"
+#include "imaging/reading/thumbnail_reading.h"
 #include "imaging/screen_colors.h"
 
 #include <algorithm>
@@ -24,6 +25,18 @@ PixelSize fitted(PixelSize picture, int side) {
     return {length(picture.width), length(picture.height)};
 }
 
+/// Whether `image` need not be enlarged.
+bool isEnough(const Image& image, int side) {
+    return std::max(image.pixelSize().width, image.pixelSize().height) >= side;
+}
+
+/// `image` in the screen's colours, fitted into a square.
+Image reduced(const Image& image, int side) {
+    const Image small = resampled(halvedTo(image, 2 * side), fitted(image.pixelSize(), side));
+    const auto transform = screenTransform(image.profile());
+    return transform ? small.transformed(transform) : small;
+}
+
 /// All of `image` in the middle of a transparent square.
 QImage inSquare(const Image& image, int side) {
     const PixelSize size = image.pixelSize();
@@ -43,17 +56,19 @@ QImage inSquare(const Image& image, int side) {
 } // namespace
 
 QImage photoThumbnail(const std::filesystem::path& path, int side, const std::function<bool()>& isWanted) {
+    const ReadingProgress progress = [&isWanted](double) { return isWanted(); };
+    if (!isWanted())
+        return {};
+    if (const Result<Image> embedded = readEmbeddedThumbnail(path, progress);
+        embedded && isEnough(*embedded, side))
+        return inSquare(reduced(*embedded, side), side);
     const Result<PixelSize> size = measuredFile(path);
     if (!size || size->area() > kMaxPixels || !isWanted())
         return {};
-    const Result<FilePicture> picture =
-        readPictureFile(path, ReadingPurpose::Look, [&isWanted](double) { return isWanted(); });
+    const Result<FilePicture> picture = readPictureFile(path, ReadingPurpose::Look, progress);
     if (!picture || !picture->decoded.image.hasPixels())
         return {};
-    const Image& image = picture->decoded.image;
-    const Image small = resampled(halvedTo(image, 2 * side), fitted(image.pixelSize(), side));
-    const auto transform = screenTransform(image.profile());
-    return inSquare(transform ? small.transformed(transform) : small, side);
+    return inSquare(reduced(picture->decoded.image, side), side);
 }
 
 } // namespace complexion

@@ -9,8 +9,9 @@
 namespace complexion {
 
 /// The photo in the file at `path`, fitted into a transparent square of `side` pixels, in sRGB. Null if it
-/// cannot be decoded, has more than 64 megapixels, or `isWanted`, called now and then, returned false. Takes
-/// as long as decoding the photo does, in a confined child process; for any thread.
+/// cannot be decoded, or `isWanted`, called now and then, returned false. A confined child process decodes
+/// the thumbnail in the file if that has `side` pixels, or else the photo, unless it has more than 64
+/// megapixels. For any thread.
 QImage photoThumbnail(const std::filesystem::path& path, int side, const std::function<bool()>& isWanted);
 
 } // namespace complexion

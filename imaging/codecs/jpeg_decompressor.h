@@ -63,6 +63,8 @@ public:
     exif::Basics exif() const {
         return m_segments.exif().empty() ? exif::Basics() : exif::readBasics(m_segments.exif());
     }
+    /// The EXIF block. Empty if there is none.
+    ByteView exifBlock() const { return m_segments.exif(); }
     /// The density in the JFIF segment; 72 pixels per inch if it has none.
     Resolution jfifResolution() const;
     Bytes icc() const { return m_segments.icc(); }

@@ -14,8 +14,6 @@ namespace {
 
 // A thumbnail's directory is the second; some cameras add one or two.
 constexpr std::size_t kMaxDirectories = 8;
-// EXIF recommends 160 by 120 pixels; real thumbnails do not exceed this side.
-constexpr int kMaxThumbnailSide = 1024;
 
 struct Range {
     std::uint64_t begin = 0;
@@ -171,34 +169,56 @@ bool isThumbnailSize(PixelSize size) {
     return size.area() > 0 && std::max(size.width, size.height) <= kMaxThumbnailSide;
 }
 
+/// A JPEG file that a directory refers to.
+struct JpegThumbnail {
+    const tiff::Entry* offset;
+    const tiff::Entry* length;
+    Range place; // may end beyond the block
+    PixelSize size;
+};
+
+/// The thumbnail in the second directory. Its entries can hold numbers up to `largest`.
+std::optional<JpegThumbnail> findJpegThumbnail(ByteView exif, const Chain& chain, std::uint64_t largest) {
+    if (chain.directories.size() < 2)
+        return std::nullopt;
+    const tiff::Directory& directory = chain.directories[1];
+    JpegThumbnail found{.offset = directory.find(tiff::tag::kJpegOffset),
+                        .length = directory.find(tiff::tag::kJpegLength),
+                        .place = {},
+                        .size = {}};
+    if (!isSingleNumber(found.offset, largest) || !isSingleNumber(found.length, largest))
+        return std::nullopt;
+    found.place.begin = tiff::firstNumber(*found.offset, chain.header.order);
+    found.place.end = found.place.begin + tiff::firstNumber(*found.length, chain.header.order);
+    const auto size = jpeg::pixelSize(slice(exif, found.place.begin, found.place.length()));
+    if (!size || !isThumbnailSize(*size))
+        return std::nullopt;
+    found.size = *size;
+    return found;
+}
+
 /// Replaces a JPEG thumbnail; false if there is none or the new one does not fit.
 bool putJpegThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, std::size_t lengthLimit,
                       const std::vector<Range>& kept) {
-    const tiff::Directory& directory = chain.directories[1];
+    const auto found = findJpegThumbnail(exif, chain, lengthLimit);
+    if (!found)
+        return false;
     const ByteOrder order = chain.header.order;
-    const tiff::Entry* offset = directory.find(tiff::tag::kJpegOffset);
-    const tiff::Entry* length = directory.find(tiff::tag::kJpegLength);
-    if (!isSingleNumber(offset, lengthLimit) || !isSingleNumber(length, lengthLimit))
-        return false;
-    Range old{tiff::firstNumber(*offset, order), 0};
-    old.end = old.begin + tiff::firstNumber(*length, order);
-    const auto size = jpeg::pixelSize(slice(exif, old.begin, old.length()));
-    if (!size || !isThumbnailSize(*size))
-        return false;
+    const Range& old = found->place;
 
     // In some cameras' files the thumbnail overlaps the maker note, or ends beyond the block.
     const bool hasOwnPlace = old.end <= exif.size() && !overlaps(old, kept);
-    Bytes thumbnail = hasOwnPlace ? maker.jpeg(*size, old.length()) : Bytes();
+    Bytes thumbnail = hasOwnPlace ? maker.jpeg(found->size, old.length()) : Bytes();
     if (thumbnail.empty() && lengthLimit > exif.size())
-        thumbnail = maker.jpeg(*size, lengthLimit - exif.size());
+        thumbnail = maker.jpeg(found->size, lengthLimit - exif.size());
     if (thumbnail.empty())
         return false;
     blank(exif, {{old.begin, std::min<std::uint64_t>(old.end, exif.size())}}, kept);
-    setNumber(exif, *length, order, thumbnail.size());
+    setNumber(exif, *found->length, order, thumbnail.size());
     if (hasOwnPlace && thumbnail.size() <= old.length()) {
         std::ranges::copy(thumbnail, exif.begin() + static_cast<std::ptrdiff_t>(old.begin));
     } else {
-        setNumber(exif, *offset, order, exif.size());
+        setNumber(exif, *found->offset, order, exif.size());
         append(exif, thumbnail);
     }
     return true;
@@ -243,6 +263,12 @@ bool putRgbThumbnail(Bytes& exif, const Chain& chain, ThumbnailMaker& maker, con
 }
 
 } // namespace
+
+ByteView jpegThumbnail(ByteView exif) {
+    const auto chain = readChain(exif);
+    const auto found = chain ? findJpegThumbnail(exif, *chain, exif.size()) : std::nullopt;
+    return found ? slice(exif, found->place.begin, found->place.length()) : ByteView();
+}
 
 void removeThumbnail(Bytes& exif) {
     const auto chain = readChain(exif);

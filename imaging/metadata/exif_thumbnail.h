@@ -6,8 +6,15 @@
 
 namespace complexion::exif {
 
-// The thumbnail belongs to the EXIF block's second directory. Both operations work in place and move nothing
-// else, because maker notes contain offsets into the block.
+// The thumbnail belongs to the EXIF block's second directory. The operations that change it work in place and
+// move nothing else, because maker notes contain offsets into the block.
+
+/// The longest side of a thumbnail. EXIF recommends 160 by 120 pixels; real ones do not exceed this.
+inline constexpr int kMaxThumbnailSide = 1024;
+
+/// The JPEG file of the thumbnail, inside `exif`. Empty if there is none, or one longer than
+/// kMaxThumbnailSide.
+ByteView jpegThumbnail(ByteView exif);
 
 /// Removes the thumbnail: unlinks its directory and zeroes its bytes. Pictures in further directories are
 /// removed as well.

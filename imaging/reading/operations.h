@@ -13,6 +13,7 @@ enum Operation : std::uint32_t {
     kTranscode,   // transcode a JPEG file
     kColor,       // convert a colour to a profile's space
     kMeasure,     // measure the pictures of a picture file
+    kThumbnail,   // decode the thumbnail in a photo
 };
 
 } // namespace complexion

@@ -88,6 +88,12 @@ std::optional<std::vector<SavingLoss>> readLosses(FlatReader& reader) {
 
 } // namespace
 
+void PictureAnswer::setProfile(const ColorProfile& profile) {
+    icc.assign(profile.icc().begin(), profile.icc().end());
+    if (!icc.empty())
+        screenTables = std::make_shared<const ScreenTables>(screenTablesOf(icc));
+}
+
 Bytes flattened(const Result<PictureAnswer>& answer) {
     FlatWriter writer;
     writer.number(static_cast<std::uint8_t>(answer ? 1 : 0));

@@ -40,6 +40,9 @@ struct PictureAnswer {
     /// Whether edits of the picture can be coded into its JPEG file (see JpegOriginal), stored with this
     /// orientation.
     std::optional<Orientation> jpegOrientation;
+
+    /// Also computes the tables.
+    void setProfile(const ColorProfile& profile);
 };
 
 Bytes flattened(const Result<PictureAnswer>& answer);

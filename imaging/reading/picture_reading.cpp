@@ -13,9 +13,11 @@
 #include "imaging/reading/limits_for_file.h"
 #include "imaging/reading/operations.h"
 #include "imaging/reading/picture_answer.h"
+#include "imaging/reading/picture_receiving.h"
 #include "imaging/reading/profile_color.h"
 #include "imaging/reading/reader_execution.h"
 #include "imaging/reading/row_sender.h"
+#include "imaging/reading/thumbnail_reading.h"
 #include "imaging/reading/transcoding.h"
 #include "imaging/reading/whole_answer.h"
 
@@ -32,12 +34,6 @@ bool isEditing(std::uint32_t operation) {
     return operation == kEdit || operation == kShowAndEdit;
 }
 
-void setProfile(PictureAnswer& answer, const ColorProfile& profile) {
-    answer.icc.assign(profile.icc().begin(), profile.icc().end());
-    if (!answer.icc.empty())
-        answer.screenTables = std::make_shared<const ScreenTables>(screenTablesOf(answer.icc));
-}
-
 /// Sends the rows of a picture, after those of a preview if it is wanted.
 class PictureSender final : public RowSender {
 public:
@@ -52,7 +48,7 @@ public:
         answer.isPreview = true;
         answer.orientation = picture.orientation;
         answer.points = {static_cast<double>(upright.width), static_cast<double>(upright.height)};
-        setProfile(answer, ColorProfile::fromIcc(picture.icc));
+        answer.setProfile(ColorProfile::fromIcc(picture.icc));
         m_answer.sendPicture(pixels.size);
         m_answer.sendRows(0, pixels.size.height, pixels.size.width, pixels.row(0), nullptr);
         m_answer.sendAnswer(flattened(answer));
@@ -79,7 +75,7 @@ Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSen
     const Image& image = picture.decoded.image;
     answer.orientation = rows.orientation();
     answer.points = image.size();
-    setProfile(answer, image.profile());
+    answer.setProfile(image.profile());
     answer.damage = std::move(picture.decoded.damage);
     answer.jpegOrientation = picture.jpegOrientation;
     if (isEditing(operation)) {
@@ -87,76 +83,6 @@ Result<PictureAnswer> answerOf(std::uint32_t operation, ByteView file, AnswerSen
         answer.losses = savingLosses(file, image);
     }
     return answer;
-}
-
-using Clock = AnswerReceiver::Clock;
-
-/// Asks for permission to go on, ten times a second.
-class ProgressTimer {
-public:
-    explicit ProgressTimer(const ReadingProgress& progress) : m_progress(progress) {}
-
-    /// When to ask for the next time.
-    Clock::time_point next() const { return m_progress ? m_next : Clock::time_point::max(); }
-
-    /// Asks if it is time to.
-    bool mayContinue(double part) {
-        if (Clock::now() < next())
-            return true;
-        const bool mayContinue = m_progress(part);
-        m_next = Clock::now() + kInterval;
-        return mayContinue;
-    }
-
-private:
-    static constexpr std::chrono::milliseconds kInterval{100};
-
-    const ReadingProgress& m_progress;
-    Clock::time_point m_next = Clock::now() + kInterval;
-};
-
-/// Whether a child of ours could send this preview: a pixel for each block of a picture of its points.
-bool isPlausiblePreview(const Image& preview) {
-    constexpr int kBlock = 8;
-    const PointSize points = preview.size();
-    if (!(std::max(points.width, points.height) <= kMaxPictureSide))
-        return false;
-    const PixelSize picture = {static_cast<int>(points.width), static_cast<int>(points.height)};
-    return isDecodableSize(picture.width, picture.height) &&
-           preview.pixelSize() ==
-               PixelSize{(picture.width + kBlock - 1) / kBlock, (picture.height + kBlock - 1) / kBlock};
-}
-
-/// What a child answers, about a preview or the picture.
-Result<PictureAssembler::Picture> receiveAnswer(AnswerReceiver& answer, Clock::time_point deadline,
-                                                const ReadingProgress& progress) {
-    PictureAssembler assembler;
-    ProgressTimer timer(progress);
-    while (!assembler.isComplete()) {
-        if (!timer.mayContinue(assembler.part()))
-            return Error{"cancelled", ErrorKind::Cancelled};
-        if (!answer.isReadyBy(std::min(timer.next(), deadline)) && Clock::now() < deadline)
-            continue;
-        COMPLEXION_TRY(const AnswerMessage message, answer.receive(deadline));
-        const std::optional<std::int64_t> length = assembler.contentLength(message);
-        if (!length || !assembler.take(message, answer.contents(message, *length)))
-            return answerIsNonsense();
-        if (*length > 0)
-            answer.release(message);
-    }
-    return assembler.finish();
-}
-
-Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer, Clock::time_point deadline,
-                                                 const ReadingProgress& progress,
-                                                 const PreviewListener& preview) {
-    Result<PictureAssembler::Picture> picture = receiveAnswer(answer, deadline, progress);
-    if (!preview || !picture || !picture->answer.isPreview)
-        return picture;
-    if (!isPlausiblePreview(picture->decoded.image))
-        return answerIsNonsense();
-    preview(picture->decoded.image);
-    return receiveAnswer(answer, deadline, progress);
 }
 
 Result<FilePicture> readInChild(const std::shared_ptr<ReaderProcess>& process, OpenFile file,
@@ -258,6 +184,10 @@ void answerReading(std::uint32_t operation, ByteView input, AnswerSender& answer
     }
     if (operation == kColor) {
         answer.sendAnswer(answeredColor(input));
+        return;
+    }
+    if (operation == kThumbnail) {
+        answerThumbnail(input, answer);
         return;
     }
     if (operation == kMeasure) {

@@ -5,9 +5,9 @@
 #include "imaging/containers/container.h"
 #include "imaging/metadata/saving_losses.h"
 #include "imaging/reading/reader_process.h"
+#include "imaging/reading/reading_listeners.h"
 
 #include <filesystem>
-#include <functional>
 #include <vector>
 
 namespace complexion {
@@ -28,14 +28,6 @@ struct FilePicture {
     /// See savingLosses; not determined for a look.
     std::vector<SavingLoss> losses = {};
 };
-
-/// Called ten times a second, on the thread that requested the file, with the fraction of the picture that
-/// has been decoded, 0 to 1. Returning false cancels the reading.
-using ReadingProgress = std::function<bool(double part)>;
-
-/// Called on the same thread with a reduced picture of the same size in points, before the picture itself is
-/// known. Only for files that begin with one.
-using PreviewListener = std::function<void(const Image& preview)>;
 
 /// The first picture of the file. An error if it cannot be decoded or, for editing, measured; also if its
 /// child fails in any way; Cancelled if `progress` ended it. Without a reader process there is no progress

@@ -4,6 +4,7 @@
 #include "imaging/image_tools.h"
 #include "tests/app/panel_fixture.h"
 #include "tests/fakes/fake_dialogs.h"
+#include "tests/fakes/metadata_samples.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/profiles.h"
 #include "tests/fakes/temporary_folder.h"
@@ -155,6 +156,20 @@ TEST_F(FolderThumbnailsTest, AreInTheScreensColors) {
     const QImage thumbnail = photoThumbnail(path("wide.png"), 16, kWanted);
     ASSERT_EQ(thumbnail.size(), QSize(16, 16));
     EXPECT_GT(thumbnail.pixelColor(8, 8).red(), 210);
+}
+
+TEST_F(FolderThumbnailsTest, AreThoseThatCamerasMadeIfTheyAreLargeEnough) {
+    SampleTiff exif = cameraExif(1);
+    exif.thumbnail = encodedAs(kJpegCodec, filled({40, 30}, kRed));
+    writeFile(path("camera.jpg"),
+              withSegments(encodedAs(kJpegCodec, filled({2400, 1800}, grey(90))),
+                           jpegSegmentOf(0xe1, std::string("Exif\0\0", 6) + exif.bytes())));
+    for (const int side : {32, 40, 48}) {
+        const QImage thumbnail = photoThumbnail(path("camera.jpg"), side, kWanted);
+        ASSERT_EQ(thumbnail.size(), QSize(side, side));
+        const QColor middle = thumbnail.pixelColor(side / 2, side / 2);
+        EXPECT_EQ(middle.red() - middle.blue() > 100, side <= 40) << side;
+    }
 }
 
 TEST_F(FolderThumbnailsTest, OfHugeDamagedOrUnwantedFilesAreNull) {

@@ -219,16 +219,25 @@ bool answerNonsenseAboutRows(std::string_view deed, AnswerSender& answer) {
     return true;
 }
 
-/// Sends a preview of 10 by 10 pixels.
+void sendPicture(AnswerSender& answer, PixelSize size, const PictureAnswer& about) {
+    const std::vector<RGBA32> pixels(static_cast<std::size_t>(size.area()), RGBA32(200, 100, 50, 255));
+    answer.sendPicture(size);
+    answer.sendRows(0, size.height, size.width, pixels.data(), nullptr);
+    answer.sendAnswer(flattened(about));
+}
+
 void sendPreview(AnswerSender& answer, double points) {
-    constexpr int kSide = 10;
-    const std::vector<RGBA32> pixels(std::size_t{kSide} * kSide, RGBA32(200, 100, 50, 255));
     PictureAnswer about;
     about.isPreview = true;
     about.points = {points, points};
-    answer.sendPicture({kSide, kSide});
-    answer.sendRows(0, kSide, kSide, pixels.data(), nullptr);
-    answer.sendAnswer(flattened(about));
+    sendPicture(answer, {10, 10}, about);
+}
+
+bool answerThumbnails(std::string_view deed, AnswerSender& answer) {
+    if (deed != kLongThumbnail && deed != kLongestThumbnail)
+        return false;
+    sendPicture(answer, {deed == kLongThumbnail ? 1025 : 1024, 1}, pointAnswer());
+    return true;
 }
 
 bool answerPreviews(std::string_view deed, AnswerSender& answer) {
@@ -275,7 +284,7 @@ void doAsTheFileSays(std::uint32_t, ByteView input, AnswerSender& answer, const 
     else if (deed == kHang)
         hang();
     else if (!answerNonsense(deed, answer) && !answerNonsenseAboutRows(deed, answer) &&
-             !answerPreviews(deed, answer))
+             !answerPreviews(deed, answer) && !answerThumbnails(deed, answer))
         ::_exit(0); // silently
 }
 

@@ -46,6 +46,10 @@ inline constexpr std::string_view kPreviewAndHang = "preview and hang";
 inline constexpr std::string_view kPreviewTwice = "preview twice";
 inline constexpr std::string_view kPreviewOfGiant = "preview of giant";
 
+// Pictures of one row.
+inline constexpr std::string_view kLongThumbnail = "long thumbnail";
+inline constexpr std::string_view kLongestThumbnail = "longest thumbnail";
+
 /// The file that has the decoder do that.
 std::string hostileFile(std::string_view deed);
 

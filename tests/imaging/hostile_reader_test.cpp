@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 // What a decoder can do that a stranger's file has taken over: nothing but give no picture.
+#include "imaging/reading/thumbnail_reading.h"
 #include "tests/fakes/hostile_reader.h"
 #include "tests/fakes/installed_reader.h"
 #include "tests/fakes/pictures.h"
@@ -122,6 +123,15 @@ TEST_F(HostileReader, GivesNoSizeEither) {
         EXPECT_EQ(size.error().message,
                   deed == kCrash ? "the reader ended without an answer" : "the reader answered nonsense");
     }
+}
+
+TEST_F(HostileReader, GivesNoThumbnailThatACameraDoesNotMake) {
+    for (const std::string_view deed : {kEmptyAnswer, kRowsOutside, kPreviewTwice, kLongThumbnail}) {
+        const Result<Image> thumbnail = readEmbeddedThumbnail(written(deed));
+        ASSERT_FALSE(thumbnail) << deed;
+        EXPECT_EQ(thumbnail.error().message, "the reader answered nonsense") << deed;
+    }
+    EXPECT_TRUE(readEmbeddedThumbnail(written(kLongestThumbnail)));
 }
 
 TEST_F(HostileReader, LeavesTheNextOneUntouched) {
