@@ -2,6 +2,7 @@
 #include "imaging/finding/blemish_finder.h"
 
 #include "imaging/base/parallel.h"
+#include "imaging/finding/skin_variation.h"
 #include "imaging/image_tools.h"
 
 #include <cmath>
@@ -16,23 +17,41 @@ using finding::Spot;
 using finding::Surroundings;
 
 // How conspicuous a spot is.
-constexpr float kFullContrast = 0.35F; // in tones: a higher contrast does not raise the score
+constexpr float kFullContrast = 0.25F; // in tones
+constexpr float kExcess = 0.25F;       // of a higher contrast
 constexpr float kUsualRadius = 0.004F; // of the skin's extent
 constexpr float kFullRadius = 0.0085F; // the score falls above this, to 0 at kNoRadius times it
 constexpr float kNoRadius = 1.6F;
-constexpr float kMinProminence = 2.4F; // ratio of response to texture
-constexpr float kFullProminence = 8;
-constexpr float kMaxProminence = 1.3F;
-constexpr float kLightSpot = 0.15F; // light spots are mostly highlights
+constexpr float kLightSpot = 0.53F; // light spots are often highlights
 
-// Standard deviations of the surroundings at which the score is halved, relative to the spot's contrast.
-constexpr float kNearDeviation = 0.27F;
-constexpr float kMiddleDeviation = 0.4F;
-constexpr float kFarDeviation = 0.9F;
+// The difference in colour from the skin around it, see skin_variation.h.
+constexpr float kMinDifference = 4.5F;
+constexpr float kFullDifference = 14;
+/// The score without the difference at which it is worth measuring.
+constexpr float kMeasuredScore = 0.02F;
 
-constexpr float kFullDepth = 4; // distance to the nearest non-skin, in radii
-constexpr int kLike = 8;        // number of similar spots nearby that halves the score
-constexpr int kGroup = 7;       // number of spots of the same kind that make a group, which is ignored
+// The skin's variation around a spot, relative to that around all others: hair and cloth vary more.
+constexpr float kUsualVariation = 1.2F;
+constexpr float kMaxVariation = 1.5F;
+
+// The smallest contrast of opposite sides, relative to the median, from which the score falls to 0.
+constexpr float kNearPair = 0.7F;
+constexpr float kMiddlePair = 0.7F;
+constexpr float kNoMiddlePair = 0.5F;
+constexpr float kFarPair = 0.8F;
+constexpr float kNoFarPair = 0.05F;
+
+// Standard deviations at which the score is halved, relative to the spot's contrast.
+constexpr float kMiddlePairDeviation = 0.22F;
+constexpr float kFarPairDeviation = 0.21F;
+constexpr float kNearDeviation = 0.5F;
+constexpr float kMiddleDeviation = 0.8F;
+constexpr float kFarDeviation = 1.35F;
+
+constexpr float kFullDepth = 2;    // distance to the nearest non-skin, in radii
+constexpr int kLike = 7;           // number of similar spots nearby that halves the score
+constexpr int kGroup = 4;          // number of spots of the same kind that make a group, which is ignored
+constexpr float kLikeScore = 0.3F; // of the score: weaker spots nearby are not similar
 constexpr float kMinScore = 0.0004F;
 
 // The size of the face is unknown if a photo shows very little skin, or nothing else.
@@ -40,8 +59,8 @@ constexpr float kMinExtent = 450;
 constexpr double kAllSkin = 0.8;
 
 /// The minimum score of the first suggestion. The minimum falls with the number of suggestions.
-constexpr float kFirstScore = 0.025F;
-constexpr float kEasing = 3;
+constexpr float kFirstScore = 0.09F;
+constexpr float kEasing = 5;
 
 constexpr std::int64_t kRepairThreshold = 10; // the default
 constexpr float kTriedRadius = 2.1F;          // of the disc with which the repair is tried, in spot radii
@@ -84,7 +103,9 @@ bool isBetween(float squared, float low, float high) {
     return squared > low * low && squared < high * high;
 }
 
-float scoreAlone(const Spot& spot, const Surroundings& around, float extent) {
+/// Without the difference in colour.
+float shapeScore(const Spot& spot, const Surroundings& around, float extent) {
+    const Ring& inner = around.rings[0];
     const Ring& near = around.rings[1];
     const Ring& middle = around.rings[2];
     const Ring& far = around.rings[3];
@@ -92,17 +113,18 @@ float scoreAlone(const Spot& spot, const Surroundings& around, float extent) {
     if (contrast <= 0)
         return 0;
     const float radius = spot.photoRadius() / extent;
-    const float prominence = std::abs(spot.response) / std::max(spot.texture, 1e-4F);
-    float score = std::min(contrast, kFullContrast) * std::clamp(radius / kUsualRadius, 0.5F, 1.5F) *
+    const float strength =
+        std::min(contrast, kFullContrast) + kExcess * std::max(contrast - kFullContrast, 0.0F);
+    float score = strength / kFullContrast * std::clamp(radius / kUsualRadius, 0.5F, 1.5F) *
                   std::clamp(kNoRadius - radius / kFullRadius, 0.0F, 1.0F);
-    score *=
-        std::clamp((prominence - kMinProminence) / (kFullProminence - kMinProminence), 0.0F, kMaxProminence);
     // A spot stands out on all sides, unlike a line, an edge or a crease.
-    const float side = near.min / contrast;
-    score *= std::clamp(side, 0.0F, 1.0F) * std::clamp((side - 0.3F) / 0.3F, 0.1F, 1.0F);
-    score *= ramp(middle.min / contrast, -0.2F, 0.5F) * ramp(middle.lowerQuartile / contrast, 0, 1);
-    const float nearEvenness = near.deviation / contrast / kNearDeviation;
-    score *= evenness(nearEvenness * nearEvenness, 1);
+    score *= ramp(inner.pairMin / contrast, 0, kNearPair);
+    score *= ramp(near.pairMin / contrast, kNoMiddlePair, kMiddlePair);
+    score *= ramp(middle.pairMin / contrast, kNoFarPair, kFarPair);
+    score *= ramp(near.min / contrast, -1, 0);
+    score *= evenness(near.pairDeviation / contrast, kMiddlePairDeviation);
+    score *= evenness(middle.pairDeviation / contrast, kFarPairDeviation);
+    score *= evenness(near.deviation / contrast, kNearDeviation);
     score *= evenness(middle.deviation / contrast, kMiddleDeviation);
     score *= evenness(far.deviation / contrast, kFarDeviation);
     // Blood and pigment are redder than skin; hair and shadows are not.
@@ -151,27 +173,53 @@ void BlemishFinder::judge(const Image& image, const std::vector<Spot>& spots) {
     parallelFor(static_cast<int>(spots.size()), [&](int i) {
         const Spot& spot = spots[static_cast<std::size_t>(i)];
         const Surroundings around = measureSurroundings(image, m_map, spot);
-        m_candidates[known + static_cast<std::size_t>(i)] = {
-            spot, kindOf(spot, around), scoreAlone(spot, around, m_extent), std::nullopt};
+        Candidate& candidate = m_candidates[known + static_cast<std::size_t>(i)];
+        candidate.spot = spot;
+        candidate.kind = kindOf(spot, around);
+        const float score = shapeScore(spot, around, m_extent);
+        if (score <= kMeasuredScore)
+            return;
+        const std::optional<float> difference = differenceFromSkin(image, m_map, spot);
+        if (!difference)
+            return;
+        candidate.score = score * ramp(*difference, kMinDifference, kFullDifference);
+        candidate.variation = around.rings[1].median / *difference;
     });
+    const std::span added = std::span(m_candidates).subspan(known);
+    if (m_usualVariation == 0)
+        m_usualVariation = medianVariation(added);
+    for (Candidate& each : added)
+        if (each.variation > 0)
+            each.score *= 1 - ramp(each.variation / m_usualVariation, kUsualVariation, kMaxVariation);
+}
+
+float BlemishFinder::medianVariation(std::span<const Candidate> of) {
+    std::vector<float> values;
+    for (const Candidate& each : of)
+        if (each.variation > 0)
+            values.push_back(each.variation);
+    if (values.empty())
+        return 0;
+    const auto middle = values.begin() + std::ssize(values) / 2;
+    std::ranges::nth_element(values, middle);
+    return *middle;
 }
 
 float BlemishFinder::scoreAmongOthers(const Candidate& candidate) const {
     const Spot& spot = candidate.spot;
     const float radius = spot.photoRadius();
-    const float response = std::abs(spot.response);
     int like = 0;  // dark or light: hair has both
     int group = 0; // of its own kind: freckles
     for (const Candidate& other : m_candidates) {
         const float squared = squaredDistance(spot, other.spot);
         const float otherRadius = other.spot.photoRadius();
-        const float otherResponse = std::abs(other.spot.response);
         // A smaller and stronger spot inside makes it a facial feature, such as a nose with its nostrils.
-        if (otherRadius < 0.55F * radius && otherResponse > response &&
+        if (otherRadius < 0.55F * radius && std::abs(other.spot.response) > std::abs(spot.response) &&
             isBetween(squared, 0.5F * radius, 2.2F * radius))
             return 0;
         const bool isLike = otherRadius > 0.6F * radius && otherRadius < 1.6F * radius &&
-                            otherResponse > 0.6F * response && isBetween(squared, 2.5F * radius, 14 * radius);
+                            other.score > kLikeScore * candidate.score &&
+                            isBetween(squared, 2.5F * radius, 14 * radius);
         like += isLike;
         group += isLike && other.spot.response * spot.response > 0;
     }

@@ -48,7 +48,8 @@ private:
     struct Candidate {
         finding::Spot spot;
         SpotKind kind = SpotKind::Dark;
-        float score = 0; // regardless of other spots
+        float score = 0;     // regardless of other spots
+        float variation = 0; // of the skin around it, in tones; 0 if not measured
         /// The result of the natural repair's search there; empty until searched.
         std::optional<std::variant<BlemishPlace, BlemishRefusal>> repair;
     };
@@ -58,6 +59,7 @@ private:
     };
 
     void judge(const Image& image, const std::vector<finding::Spot>& spots);
+    static float medianVariation(std::span<const Candidate> of);
     float scoreAmongOthers(const Candidate& candidate) const;
     std::vector<Ranked> ranked() const;
     void tryRepair(const Image& image, std::span<const Ranked> of);
@@ -65,7 +67,8 @@ private:
     void suggest(const Image& image);
 
     finding::SkinMap m_map;
-    float m_extent = 0; // from the map, or assumed if skin fills the picture
+    float m_extent = 0;         // from the map, or assumed if skin fills the picture
+    float m_usualVariation = 0; // in the whole picture
     std::vector<Candidate> m_candidates;
     std::vector<SuggestedBlemish> m_suggestions;
 };

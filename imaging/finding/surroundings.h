@@ -14,7 +14,10 @@ struct Ring {
     float min = 0;
     float lowerQuartile = 0;
     float deviation = 0; // standard deviation
-    float redness = 0;   // median of the spot's redness minus the ring's
+    // The same of the means of opposite samples, in which shading cancels:
+    float pairMin = 0;
+    float pairDeviation = 0;
+    float redness = 0; // median of the spot's redness minus the ring's
 };
 
 struct Surroundings {

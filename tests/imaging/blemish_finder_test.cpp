@@ -23,14 +23,15 @@ constexpr Color kFair{215, 170, 150};
 constexpr Color kDeep{110, 70, 52};
 
 /// A face, an ellipse of grainy skin in front of a grey wall.
-Image face(const std::vector<Mark>& marks, const Color& color = kFair) {
+/// `shading` is the fraction of the light that is lost from the middle to the right.
+Image face(const std::vector<Mark>& marks, const Color& color = kFair, double shading = 0.15) {
     return painted({700, 800}, [&](int row, int column) {
         const double dx = (column - 350) / 250.0;
         const double dy = (row - 380) / 330.0;
         const bool isSkin = dx * dx + dy * dy < 1;
         std::array<std::uint8_t, 3> bytes{};
         for (std::size_t c = 0; c < 3; ++c) {
-            double value = isSkin ? color[c] * (1 - 0.15 * dx + 0.02 * grainAt(row, column)) : 120;
+            double value = isSkin ? color[c] * (1 - shading * dx + 0.02 * grainAt(row, column)) : 120;
             for (const Mark& mark : marks) {
                 const auto along = std::clamp<std::int64_t>(column, mark.middle.column - mark.length,
                                                             mark.middle.column + mark.length);
@@ -69,6 +70,15 @@ TEST(BlemishFinder, FindsDarkRedAndLightSpotsOnAnySkinTone) {
             EXPECT_LT(it->radius, 12);
         }
     }
+}
+
+TEST(BlemishFinder, FindsFaintSpotsWhereTheLightFallsOff) {
+    const Mark dark{{380, 450}, 5, {0.97, 0.91, 0.93}};
+    const Mark light{{380, 330}, 5, {1.06, 1.09, 1.09}};
+    const std::vector<SuggestedBlemish> found = suggestedOn(face({dark, light}, kFair, 0.9));
+    ASSERT_EQ(2U, found.size());
+    EXPECT_TRUE(isAt(found[0], dark.middle));
+    EXPECT_TRUE(isAt(found[1], light.middle));
 }
 
 TEST(BlemishFinder, SuggestsTheStrongestFirst) {
