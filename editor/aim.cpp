@@ -219,6 +219,13 @@ void Aim::setPlace(std::optional<PixelPosition> place) {
         Q_EMIT placeChanged();
 }
 
+void Aim::setStroke(const std::vector<Point>& path) {
+    if (m_stroke == path)
+        return;
+    m_stroke = path;
+    refresh();
+}
+
 void Aim::setPreviewing(bool on) {
     m_isPreviewing = on;
     refresh();
@@ -239,8 +246,8 @@ void Aim::refresh() {
     std::optional<RepairPreview::Question> question;
     if (isShown && !m_isPicking)
         question = RepairPreview::Question{m_controller.originalImage(), m_controller.currentRepair(),
-                                           centreOfPlace()};
-    waitToOfferFit(question);
+                                           m_stroke.empty() ? std::vector{centreOfPlace()} : m_stroke};
+    waitToOfferFit(m_stroke.empty() ? question : std::nullopt);
     m_preview.ask(m_isPreviewing ? question : std::nullopt);
     if (m_preview.answer())
         return;

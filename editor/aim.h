@@ -53,6 +53,10 @@ public:
     /// fitting has moved the disc and the mouse has hardly moved since.
     Point clickPoint(Point pointer) const;
 
+    /// Sets the points of the stroke that is being drawn, in the image. It is previewed instead of a click at
+    /// the place; none ends it.
+    void setStroke(const std::vector<Point>& path);
+
     /// Turns the preview of the repair on or off.
     void setPreviewing(bool on);
     /// While on, a click picks the colour at the place, which is shown instead of the disc.
@@ -96,6 +100,7 @@ private:
     QTimer m_restTimer; // the result is shown when the place has not changed for this long
     std::optional<Point> m_pointer;
     std::optional<PixelPosition> m_place;
+    std::vector<Point> m_stroke;
     bool m_hasKeys = false;
     bool m_isPreviewing = true;
     bool m_isPicking = false;

@@ -25,7 +25,7 @@ void RepairPreview::compute() {
     m_queues.submitBackground([self, &queues = m_queues, question = *m_question] {
         if (self.expired())
             return;
-        Result<Repaired> result = question.repair.applyTo(question.image, question.point);
+        Result<Repaired> result = question.repair.applyTo(question.image, question.path);
         queues.submitMain([self, question, result = std::move(result)] {
             if (const auto preview = self.lock())
                 (*preview)->take(question, result);

@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace complexion {
 
@@ -20,9 +21,9 @@ public:
     struct Question {
         Image image;
         Repair repair;
-        Point point; // in the image
+        std::vector<Point> path; // of a stroke in the image; a single point is a click
         bool isSameAs(const Question& other) const {
-            return image.isSameObject(other.image) && repair == other.repair && point == other.point;
+            return image.isSameObject(other.image) && repair == other.repair && path == other.path;
         }
     };
 

@@ -94,6 +94,7 @@ void StrokeDrawing::cancel() {
 }
 
 void StrokeDrawing::showOutline() {
+    m_aim.setStroke(m_path);
     if (!m_outline)
         return;
     QPolygonF shown;

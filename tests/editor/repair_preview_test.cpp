@@ -17,8 +17,9 @@ protected:
     }
 
     RepairPreview::Question at(double x, double y) const {
-        return {
-            image, {.radius = 10, .colorType = kAutodetectColor, .customColor = {}, .threshold = 10}, {x, y}};
+        return {image,
+                {.radius = 10, .colorType = kAutodetectColor, .customColor = {}, .threshold = 10},
+                {{x, y}}};
     }
 
     Image image = skinWithBlemishes({80, 60}, {{20, 30}});
@@ -34,8 +35,8 @@ TEST_F(RepairPreviewTest, AnswersWithTheResultOfTheRepair) {
     ASSERT_NE(preview->answer(), nullptr);
     EXPECT_EQ(answers, 1);
     EXPECT_EQ((*preview->answer())->outcome, RepairOutcome::Repaired);
-    EXPECT_TRUE(
-        samePixels((*preview->answer())->image, at(30.5, 39.5).repair.applyTo(image, {30.5, 39.5})->image));
+    EXPECT_TRUE(samePixels((*preview->answer())->image,
+                           at(30.5, 39.5).repair.applyTo(image, Point{30.5, 39.5})->image));
 }
 
 TEST_F(RepairPreviewTest, OnlyTheLastQuestionIsAnswered) {

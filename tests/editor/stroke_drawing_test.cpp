@@ -39,6 +39,41 @@ TEST_F(StrokeDrawingTest, ALongStrokeKeepsItsEndsAndHasABoundedNumberOfPoints) {
     EXPECT_EQ(path.first(), QPointF(start.x, size.height - start.y));
 }
 
+TEST_F(StrokeDrawingTest, ItsResultIsPreviewedWhileItRests) {
+    openForStrokes();
+    const PixelPosition spot = blemishes()[0];
+    const auto colorOfSpot = [&] {
+        QImage screen(root->size(), QImage::Format_RGB32);
+        root->render(&screen);
+        const Point at = shownAt(spot);
+        return screen.pixelColor(static_cast<int>(at.x), screen.height() - static_cast<int>(at.y));
+    };
+    const QColor blemish = colorOfSpot();
+    const Point begin = shownAt({spot.row, spot.column - 6});
+    const Point end = shownAt({spot.row, spot.column + 6});
+    aim->pointAt(begin);
+    drawing->drawTo(begin);
+    aim->pointAt(end);
+    drawing->drawTo(end);
+    queues.runAll();
+    restUntilPreview();
+    EXPECT_NE(disc->look(), DiscLook::Plain);
+
+    const Point further = shownAt({spot.row + 8, spot.column + 8});
+    aim->pointAt(further);
+    drawing->drawTo(further);
+    EXPECT_FALSE(imageView->isShowingReplacement()) << "of a shorter stroke";
+    queues.runAll();
+    restUntilPreview();
+    const QColor previewed = colorOfSpot();
+    EXPECT_NE(previewed, blemish);
+
+    drawing->finish();
+    queues.runAll();
+    EXPECT_FALSE(imageView->isShowingReplacement());
+    EXPECT_EQ(colorOfSpot(), previewed);
+}
+
 TEST_F(StrokeDrawingTest, AnotherPhotoCancelsIt) {
     openForStrokes();
     drawing->drawTo({100, 100});
