@@ -19,6 +19,7 @@ constexpr double kFrameSeconds = 0.016;  // of the display
 constexpr double kRefinedSeconds = 0.05; // from the end of a zoom until its final pixels are shown
 constexpr int kSteps = 12;               // of a gesture
 constexpr double kZoom = 2;
+constexpr double kZoomedIn = 6; // before a zoom out
 constexpr QPointF kPanStep(-13, 9);
 constexpr QPointF kSpacing(17, 40);
 constexpr int kRadius = 20;
@@ -55,6 +56,10 @@ double zoomSeconds(Editor& editor) {
     return editor.paintedAfter([&] { editor.controller().OnZoomIn(nullptr); });
 }
 
+double zoomOutSeconds(Editor& editor) {
+    return editor.paintedAfter([&] { editor.controller().OnZoomOut(nullptr); });
+}
+
 double refiningSeconds(Editor& editor, int index) {
     editor.paintedAfter([&] {
         if (index % 2 == 0)
@@ -85,6 +90,9 @@ void addLargeScreenRows() {
     addRow(longestStep(
         "zoom_4k", kPhoto, kFrameSeconds, [](Editor& editor, int) { return zoomSeconds(editor); },
         [](Editor& editor) { editor.zoomTo(1); }));
+    addRow(longestStep(
+        "zoom_out_4k", kPhoto, kFrameSeconds, [](Editor& editor, int) { return zoomOutSeconds(editor); },
+        [](Editor& editor) { editor.zoomTo(kZoomedIn); }));
     addRow(longestStep("refine_4k", kPhoto, kRefinedSeconds, refiningSeconds,
                        [](Editor& editor) { editor.zoomTo(kZoom); }));
     addRow(longestStep("click_4k", kPhoto, kFrameSeconds,

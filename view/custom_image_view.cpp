@@ -32,6 +32,8 @@ namespace {
 constexpr int kRestBeforeRefining = 20;
 /// How long refining keeps the event loop waiting at a time.
 constexpr std::chrono::milliseconds kRefiningStep{8};
+/// The same for preparing the next zoom.
+constexpr std::chrono::milliseconds kPreparingStep{4};
 /// A frame that differs from the image in more of its area is painted from scratch.
 constexpr double kMaxChangedShare = 0.25;
 
@@ -184,6 +186,8 @@ void CustomImageView::refine() {
     update(frame.refine(*m_onScreen, mapFromGlobal(QCursor::pos()), kRefiningStep));
     if (frame.isProvisional())
         m_refining.start(0);
+    else if (!frame.prepareBackdrop(*m_onScreen, kPreparingStep))
+        m_refining.start(kRestBeforeRefining);
 }
 
 void CustomImageView::setFrame(const Frame& frame) {

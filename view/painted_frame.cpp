@@ -4,6 +4,7 @@
 #include "view/device_pixels.h"
 #include "view/image_painter.h"
 #include "view/nearest_pixels.h"
+#include "view/smooth_pixels.h"
 
 #include <QPainter>
 
@@ -22,6 +23,8 @@ constexpr double kMaxPhaseError = 1e-3; // device pixels
 /// steps.
 constexpr qint64 kMinProvisionalArea = 1'500'000;
 constexpr int kTileSide = 512;
+/// Missing device pixels that are painted at once although pixels of another zoom are shown.
+constexpr qint64 kMaxPaintedAtOnce = 250'000;
 /// A change affects device pixels within this distance, because scaling blends neighbours.
 constexpr int kChangeMargin = 3;
 
@@ -54,6 +57,13 @@ int distance(const QRect& rect, QPoint point) {
     return (nearest - point).manhattanLength();
 }
 
+qint64 areaOf(const QRegion& region) {
+    qint64 area = 0;
+    for (const QRect& rect : region)
+        area += qint64{rect.width()} * rect.height();
+    return area;
+}
+
 bool isOpaque(const QImage& image) {
     return image.format() == QImage::Format_RGB32;
 }
@@ -75,6 +85,7 @@ void PaintedFrame::invalidate(const PixelRect& changed) {
     const QRectF area(changed.x, changed.y, changed.width, changed.height);
     m_valid -= m_toPlane.mapRect(area).toAlignedRect().adjusted(-kChangeMargin, -kChangeMargin, kChangeMargin,
                                                                 kChangeMargin);
+    m_backdrop.invalidate(changed);
     dropStandIn(); // it shows the image before the change
 }
 
@@ -87,7 +98,7 @@ void PaintedFrame::dropStandIn() {
 
 void PaintedFrame::keepStandIn() {
     // If the view changes again before it is refined, keep the last complete stand-in.
-    if (m_valid.rectCount() != 1)
+    if (isProvisional() || m_valid.rectCount() != 1)
         return;
     const QRect area = m_valid.boundingRect();
     const QPoint place(wrapped(area.x(), m_pixels.width()), wrapped(area.y(), m_pixels.height()));
@@ -163,26 +174,46 @@ QRectF PaintedFrame::planeToPainter(const QRect& onPlane) const {
     return m_toDevice.inverted().mapRect(QRectF(onPlane.translated(m_origin)));
 }
 
-void PaintedFrame::drawStandIn(QPainter& painter, const QRegion& onPlane) const {
-    const QTransform fromPlane = (m_standInToPixels * m_toPlane).inverted();
-    if (const auto device = isOpaque(m_standIn) ? DevicePixels::of(painter) : std::nullopt) {
+template <class Scaled>
+void PaintedFrame::drawScaled(QPainter& painter, const QImage& source, const QTransform& fromPlane,
+                              const QRegion& onPlane) const {
+    if (const auto device = isOpaque(source) ? DevicePixels::of(painter) : std::nullopt) {
         for (const QRect& rect : onPlane.translated(m_origin) & device->writable()) {
-            const NearestPixels nearest(m_standIn, fromPlane, rect.translated(-m_origin));
+            const Scaled scaled(source, fromPlane, rect.translated(-m_origin));
             forRowsInParallel(0, rect.height(), rect.width(), [&](int begin, int end) {
-                nearest.write(begin, end, [&](int y) { return device->row(rect.y() + y) + rect.x(); });
+                scaled.write(begin, end, [&](int y) { return device->row(rect.y() + y) + rect.x(); });
             });
         }
         return;
     }
     painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
     for (const QRect& rect : onPlane) {
-        QImage scaled(rect.size(), m_standIn.format());
-        NearestPixels(m_standIn, fromPlane, rect).write(0, rect.height(), [&scaled](int y) {
+        QImage scaled(rect.size(), source.format());
+        Scaled(source, fromPlane, rect).write(0, rect.height(), [&scaled](int y) {
             return reinterpret_cast<QRgb*>(scaled.scanLine(y));
         });
         painter.drawImage(planeToPainter(rect).topLeft(), withRatio(scaled, m_toDevice.m11()),
                           QRectF(QPointF(), rect.size()));
     }
+}
+
+QRegion PaintedFrame::drawProvisional(QPainter& painter, const Image& image, const QRegion& missing) {
+    const auto inwards = [](const QRectF& rect) {
+        return rect.adjusted(1, 1, -1, -1).toAlignedRect(); // the pixels at the border are painted
+    };
+    const QTransform standInToPlane = m_standInToPixels * m_toPlane;
+    const QRegion shrunk = missing & inwards(standInToPlane.mapRect(QRectF(m_standIn.rect())));
+    drawScaled<NearestPixels>(painter, m_standIn, standInToPlane.inverted(), shrunk);
+    QRegion beside = missing - shrunk;
+    const PixelSize size = image.pixelSize();
+    const QRegion covered = beside & inwards(m_toPlane.mapRect(QRectF(0, 0, size.width, size.height)));
+    if (!isOpaque(m_standIn) || areaOf(covered) <= kMaxPaintedAtOnce)
+        return beside;
+    const QTransform fromPlane = m_toPlane.inverted();
+    for (const QRect& rect : covered)
+        m_backdrop.prepare(image, fromPlane.mapRect(QRectF(rect)));
+    drawScaled<SmoothPixels>(painter, m_backdrop.pixels(), fromPlane * m_backdrop.fromImage(), covered);
+    return beside - covered;
 }
 
 void PaintedFrame::drawPixels(QPainter& painter, const QRegion& onPlane) const {
@@ -227,14 +258,8 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
     needed &= viewOnPlane();
 
     QRegion missing = needed - m_valid;
-    if (isProvisional()) {
-        // Rounded inwards; the pixels at the border are painted.
-        const QRectF standInOnPlane =
-            (m_standInToPixels * m_toPlane).mapRect(QRectF(m_standIn.rect())).adjusted(1, 1, -1, -1);
-        const QRegion scaled = missing & standInOnPlane.toAlignedRect();
-        drawStandIn(painter, scaled);
-        missing -= scaled;
-    }
+    if (isProvisional())
+        missing = drawProvisional(painter, image, missing);
     for (const QRect& rect : missing)
         render(image, rect);
     drawPixels(painter, needed & m_valid);
@@ -263,6 +288,13 @@ QRegion PaintedFrame::refine(const Image& image, QPoint pointer, std::chrono::mi
     }
     dropStandIn();
     return changed;
+}
+
+bool PaintedFrame::prepareBackdrop(const Image& image, std::chrono::milliseconds duration) {
+    if (qint64{m_view.width()} * m_view.height() < kMinProvisionalArea || !isOpaque(m_pixels))
+        return true;
+    m_backdrop.prepare(image, duration);
+    return m_backdrop.isComplete();
 }
 
 } // namespace complexion

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/base/image.h"
+#include "view/backdrop.h"
 
 #include <QColor>
 #include <QImage>
@@ -17,8 +18,8 @@ namespace complexion {
 /// A cache of an image's painted device pixels, so that a pan paints only the newly visible strip and an edit
 /// only the changed pixels. Colour conversion and effects are computed once per cached pixel.
 ///
-/// When the scale changes, a large view shows the cached pixels scaled until `refine` has painted the new
-/// ones.
+/// When the scale changes, a large view shows the cached pixels scaled, and a coarse backdrop beside them,
+/// until `refine` has painted the new ones.
 ///
 /// "Plane" coordinates are device pixels relative to a point of the image: a pan by whole device pixels moves
 /// the view over the plane and leaves the cached pixels valid. They are stored modulo the view's size
@@ -26,7 +27,8 @@ namespace complexion {
 class PaintedFrame {
 public:
     /// Paints `background` where the image is transparent and beside the image.
-    explicit PaintedFrame(const QColor& background = Qt::transparent) : m_background(background) {}
+    explicit PaintedFrame(const QColor& background = Qt::transparent)
+        : m_background(background), m_backdrop(background) {}
 
     /// Paints the parts `exposed` of `image`, in the painter's coordinates. `toPainter` maps the image's
     /// pixels to them; `view` is the widget's rectangle. Always pass the same image, except for pixels
@@ -45,6 +47,9 @@ public:
     /// repaint. It and `pointer` are in the painter's coordinates of the last `paint`.
     QRegion refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration);
 
+    /// Computes a part of what the next zoom may show, for about `duration`; true if nothing is missing.
+    bool prepareBackdrop(const Image& image, std::chrono::milliseconds duration);
+
 private:
     QRect viewOnPlane() const { return m_view.translated(-m_origin); }
     void place(const QTransform& pixelsToDevice, const QRect& viewOnDevice);
@@ -52,7 +57,12 @@ private:
     void dropStandIn();
     void resizePixels();
     void render(const Image& image, const QRect& onPlane);
-    void drawStandIn(QPainter& painter, const QRegion& onPlane) const;
+    /// Draws the rectangle `onPlane` of a scaled picture; `Scaled` is NearestPixels or SmoothPixels.
+    template <class Scaled>
+    void drawScaled(QPainter& painter, const QImage& source, const QTransform& fromPlane,
+                    const QRegion& onPlane) const;
+    /// Draws what there is instead of the missing pixels; returns those that have to be painted nevertheless.
+    QRegion drawProvisional(QPainter& painter, const Image& image, const QRegion& missing);
     void drawPixels(QPainter& painter, const QRegion& onPlane) const;
     QRectF planeToPainter(const QRect& onPlane) const;
 
@@ -65,6 +75,7 @@ private:
     QRegion m_valid;              // on the plane, within the view
     QImage m_standIn;             // pixels painted at another scale; null when all are painted
     QTransform m_standInToPixels; // from the stand-in to the image's pixels
+    Backdrop m_backdrop;          // if the background is opaque
     QImage m_spare; // memory for the next painted pixels: the system would have to clear new memory first
 };
 
