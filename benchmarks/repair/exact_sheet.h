@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "imaging/base/geometry.h"
-#include "imaging/base/rgba32.h"
+#include "benchmarks/repair/contact_sheet.h"
 
 #include <filesystem>
 #include <vector>
@@ -24,13 +23,14 @@ struct SavedRepair {
 /// the difference of those two on grey where MCUs were touched.
 class ExactSheet {
 public:
+    ExactSheet();
     /// Adds a row for the surroundings of a pixel.
     void add(const SavedRepair& repair, PixelPosition place);
     /// Writes a PNG file.
-    bool save(const std::filesystem::path& path) const;
+    bool save(const std::filesystem::path& path) const { return m_sheet.save(path); }
 
 private:
-    std::vector<RGBA32> m_pixels; // row by row
+    ContactSheet m_sheet;
 };
 
 } // namespace complexion

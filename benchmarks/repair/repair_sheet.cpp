@@ -7,6 +7,7 @@
 // file with the columns file, x, y, radius, in pixels from the top left; the files are in the folder PHOTOS.
 // LABELS has the columns photo, x, y, r, kind, x1, y1: its blemishes are followed by clicks on the lower edge
 // of its first features (eye, brow, ...), boxes from (x, y) to (x1, y1), where nothing should be damaged.
+#include "benchmarks/repair/contact_sheet.h"
 #include "benchmarks/repair/csv_rows.h"
 #include "imaging/image_tools.h"
 
@@ -23,47 +24,10 @@ constexpr int kView = 64;       // width in pixels of the photo
 constexpr int kLargeView = 128; // if the disc does not fit into that
 constexpr int kScale = 3;
 constexpr int kCell = kView * kScale;
-constexpr int kGap = 4;
-constexpr int kColumns = 4; // of blemishes
-constexpr int kViews = 3;   // of each
-constexpr int kPairGap = 16;
+constexpr int kBlemishes = 4; // in a row
+constexpr int kViews = 3;     // of each
 constexpr std::size_t kFeatures = 16;
 constexpr std::int64_t kFeatureRadius = 20;
-constexpr RGBA32 kBackground{38, 38, 38, 255};
-
-/// The sheet's pixels.
-class Sheet {
-public:
-    explicit Sheet(int count)
-        : m_size{kColumns * (kViews * (kCell + kGap) + kPairGap),
-                 (count + kColumns - 1) / kColumns * (kCell + kPairGap)},
-          m_pixels(static_cast<std::size_t>(m_size.area()), kBackground) {}
-
-    /// Draws the surroundings of a disc in `image` into a view, at 300 %, or at half of that if the disc is
-    /// large.
-    void show(const Image& image, PixelPosition place, bool large, int index, int view) {
-        const int left = index % kColumns * (kViews * (kCell + kGap) + kPairGap) + view * (kCell + kGap);
-        const int top = index / kColumns * (kCell + kPairGap);
-        const int across = large ? kLargeView : kView;
-        for (int y = 0; y < kCell; ++y)
-            for (int x = 0; x < kCell; ++x) {
-                const auto row = static_cast<int>(place.row) - across / 2 + y * across / kCell;
-                const auto column = static_cast<int>(place.column) - across / 2 + x * across / kCell;
-                if (row >= 0 && column >= 0 && row < image.pixelSize().height &&
-                    column < image.pixelSize().width)
-                    m_pixels[static_cast<std::size_t>(top + y) * static_cast<std::size_t>(m_size.width) +
-                             static_cast<std::size_t>(left + x)] = image.pixel(row, column);
-            }
-    }
-
-    bool save(const std::filesystem::path& path) const {
-        return ImageTools::SaveImage(Image::fromPixels(m_size, m_pixels), path, "png");
-    }
-
-private:
-    PixelSize m_size;
-    std::vector<RGBA32> m_pixels;
-};
 
 /// A click, in pixels from the top left of a photo.
 struct Click {
@@ -108,10 +72,9 @@ std::optional<std::vector<Click>> readClicks(const std::filesystem::path& table,
 
 int makeSheet(const std::vector<Click>& clicks, const std::filesystem::path& photos,
               const std::filesystem::path& out) {
-    Sheet sheet(static_cast<int>(clicks.size()));
+    ContactSheet sheet(kBlemishes * kViews, kCell, kViews);
     std::string file;
     std::optional<Image> photo;
-    int index = 0;
     for (const auto& [path, place, radius] : clicks) {
         if (path != file) {
             file = path;
@@ -126,10 +89,12 @@ int makeSheet(const std::vector<Click>& clicks, const std::filesystem::path& pho
             photo,
             ImageTools::RemovePimpleFromImage(*photo, point, radius, kAutodetectColor, {}, kDefaultThreshold),
             ImageTools::HealPimpleInImage(*photo, point, radius, kDefaultThreshold)};
-        for (int view = 0; view < kViews; ++view)
-            if (const auto& image = views[static_cast<std::size_t>(view)])
-                sheet.show(*image, place, 2 * radius >= kView, index, view);
-        ++index;
+        for (const std::optional<Image>& view : views) {
+            if (view)
+                sheet.add(place, 2 * radius >= kView ? kLargeView : kView, *view);
+            else
+                sheet.skip();
+        }
     }
     if (!sheet.save(out)) {
         std::fprintf(stderr, "cannot write %s\n", out.c_str());
