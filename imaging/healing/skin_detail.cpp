@@ -161,7 +161,7 @@ void keepOwnDetail(const SkinWindow& window, const Blemish& blemish, const Separ
         const Cell& stain = own.stain.at(x, y);
         for (std::size_t c = 0; c < 3; ++c)
             base[c] += gain * (cell[c] - base[c] - stain[c]) - result.gain * cell[c];
-        if (window.step > kMaxStepWithoutFlanks)
+        if (window.step > 1)
             for (std::size_t c = 0; c < 3; ++c)
                 base[c] += result.gain * kCellError * laplacian(own.stain, x, y)[c];
     });

@@ -7,10 +7,6 @@ namespace complexion::healing {
 
 /// Cells around the mask that a restoration covers, for feathering and interpolation.
 inline constexpr int kMargin = 4;
-/// Cells with a longer side, in pixels, need corrections at the stain's flanks. With smaller cells the
-/// corrections cost more texture than a visible ring would be worse.
-inline constexpr int kMaxStepWithoutFlanks = 2;
-
 inline LogColor difference(const Cell& a, const Cell& b) {
     return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }

@@ -141,6 +141,42 @@ double likeness(const Image& a, const Image& b, int reach) {
     return correlation(both, {reach, reach}, {reach, width + reach}, reach);
 }
 
+/// The largest mean difference in green, in levels, along a circle around the centre.
+double strongestRing(const Image& a, const Image& b, double radius) {
+    std::vector<double> sums(static_cast<std::size_t>(1.5 * radius) + 1);
+    std::vector<double> counts(sums.size());
+    const int reach = static_cast<int>(sums.size());
+    for (int dy = -reach; dy <= reach; ++dy)
+        for (int dx = -reach; dx <= reach; ++dx) {
+            const auto ring = static_cast<std::size_t>(std::lround(std::hypot(dx, dy)));
+            if (ring >= sums.size())
+                continue;
+            const auto row = static_cast<int>(kCenter.row) + dy;
+            const auto column = static_cast<int>(kCenter.column) + dx;
+            sums[ring] += a.pixel(row, column).green() - b.pixel(row, column).green();
+            ++counts[ring];
+        }
+    double strongest = 0;
+    for (std::size_t ring = 3; ring < sums.size(); ++ring) // the few pixels of smaller circles are texture
+        strongest = std::max(strongest, std::abs(sums[ring] / counts[ring]));
+    return strongest;
+}
+
+TEST(NaturalRepair, NoRingStaysAtTheOutlineOfASmallStain) {
+    for (const int radius : {16, 20, 26, 32}) { // cells of one pixel and of two
+        SCOPED_TRACE(radius);
+        const auto skinWith = [radius](double stain) {
+            return painted(kSkinSize, [radius, stain](int row, int column) {
+                const double light = 3 * grainAt(row / 2, column / 2);
+                const double t = stain * stainAt(row, column, kCenter, 0.6 * radius);
+                return RGBA32(byteOf((205 + light) * (1 - 0.3 * t)), byteOf((160 + light) * (1 - 0.5 * t)),
+                              byteOf((140 + light) * (1 - 0.4 * t)), 255);
+            });
+        };
+        EXPECT_LT(strongestRing(healed(skinWith(1), kCenter, radius), skinWith(0), 0.7 * radius), 2);
+    }
+}
+
 TEST(NaturalRepair, AStainKeepsItsPoresBesideSomethingMuchRougher) {
     // The hairs of a brow in the disc's rim are no measure for the pores of the skin beside it.
     const auto besideHairs = [](const Image& skin) {
