@@ -31,6 +31,11 @@ constexpr int kThumbnailLines = 3; // of text
 /// After the last change or scrolling of the list.
 constexpr auto kRest = 60ms;
 
+/// Sizes and dates end at the right, each behind a gap.
+QVariant alignmentOf(int column) {
+    return {(column == FolderModel::Name ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter};
+}
+
 } // namespace
 
 FolderModel::FolderModel() : m_folderIcon(lineIcon(u"folder"_s)), m_photoIcon(lineIcon(u"photo"_s)) {}
@@ -66,8 +71,8 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
         const QImage thumbnail = FolderThumbnails::find(m_folder, entry);
         return thumbnail.isNull() ? m_photoIcon : QIcon(QPixmap::fromImage(thumbnail));
     }
-    if (role == Qt::TextAlignmentRole && index.column() == Size)
-        return {Qt::AlignRight | Qt::AlignVCenter};
+    if (role == Qt::TextAlignmentRole)
+        return alignmentOf(index.column());
     if (role == Qt::ToolTipRole && index.column() == Name)
         return shownName(entry.name);
     if (role != Qt::DisplayRole)
@@ -82,6 +87,8 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant FolderModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole)
+        return alignmentOf(section);
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     return section == Name ? tr("Name") : section == Size ? tr("Size") : tr("Modified");

@@ -32,6 +32,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
+constexpr int kMinGap = 12;       // between columns
 constexpr auto kMaxReaction = 2s; // under any load; the hang lasts until the test ends it
 
 /// A file system on which calls for one folder hang until the object is destroyed.
@@ -147,6 +148,11 @@ TEST_F(FilePanels, ShowSizesAndTimesInFullInEveryLanguage) {
         for (const int column : {FolderModel::Size, FolderModel::Modified}) {
             const int needed = std::max(list.sizeHintForColumn(column), header.sectionSizeHint(column));
             EXPECT_EQ(header.sectionSize(column), needed) << language.toStdString(); // the rest is for names
+            // Ending at the right, the text has a gap on its left.
+            const QModelIndex cell = list.model()->index(0, column);
+            const int width = list.fontMetrics().horizontalAdvance(cell.data().toString());
+            EXPECT_TRUE(cell.data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight);
+            EXPECT_GE(header.sectionSize(column) - width, kMinGap) << language.toStdString();
         }
     }
     QLocale::setDefault(QLocale::system());
