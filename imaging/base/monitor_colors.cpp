@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/monitor_colors.h"
 
+#include "imaging/base/parallel.h"
 #include "imaging/base/primaries.h"
 
 #include <algorithm>
@@ -42,8 +43,9 @@ MonitorColors::MonitorColors(std::span<const std::uint8_t> icc) {
     if (complexion::isOfPrimaries(profile, LCMS_USED_AS_OUTPUT) && setPrimaries(profile))
         return;
     const LcmsProfile xyz(cmsCreateXYZProfile());
-    m_fromXyz.reset(cmsCreateTransform(xyz.get(), TYPE_XYZ_FLT, profile.get(), TYPE_RGB_FLT,
-                                       INTENT_RELATIVE_COLORIMETRIC, cmsFLAGS_NOOPTIMIZE));
+    m_fromXyz.reset(
+        cmsCreateTransform(xyz.get(), TYPE_XYZ_FLT, profile.get(), TYPE_RGB_FLT, INTENT_RELATIVE_COLORIMETRIC,
+                           cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE)); // its cache is not thread-safe
 }
 
 bool MonitorColors::setPrimaries(const LcmsProfile& profile) {
@@ -93,9 +95,19 @@ void MonitorColors::show(std::span<std::array<float, 3>> colors) const {
         }
         return;
     }
+    const int parts = coreCount();
+    const auto begin = [&](int part) {
+        return colors.size() * static_cast<std::size_t>(part) / static_cast<std::size_t>(parts);
+    };
+    parallelFor(parts,
+                [&](int part) { showByLibrary(colors.subspan(begin(part), begin(part + 1) - begin(part))); });
+}
+
+void MonitorColors::showByLibrary(std::span<std::array<float, 3>> colors) const {
     const ColorMatrix srgb = srgbPrimaries();
     for (std::array<float, 3>& color : colors) {
-        const ColorVector xyz = mixed(srgb, {color[0] / kWhite, color[1] / kWhite, color[2] / kWhite});
+        const ColorVector xyz =
+            mixed(srgb, {color[0] / kWhiteLight, color[1] / kWhiteLight, color[2] / kWhiteLight});
         std::ranges::transform(xyz, color.begin(), [](double value) { return static_cast<float>(value); });
     }
     cmsDoTransform(m_fromXyz.get(), colors.data(), colors.data(),

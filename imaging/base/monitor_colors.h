@@ -32,10 +32,12 @@ public:
     /// The levels of a primary, 0 to 255, for 0 to kWhiteLight of its light.
     std::span<const float> levels(std::size_t primary) const { return m_levels[primary]; }
 
-    /// Replaces light by the monitor's levels, 0 to 255, not rounded.
+    /// Replaces light by the monitor's levels, 0 to 255, not rounded. On all cores unless the monitor mixes
+    /// its own primaries: that takes the colour library half a microsecond a colour.
     void show(std::span<std::array<float, 3>> colors) const;
 
 private:
+    void showByLibrary(std::span<std::array<float, 3>> colors) const;
     bool setPrimaries(const LcmsProfile& profile);
 
     bool m_isSrgb = false;
