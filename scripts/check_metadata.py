@@ -2,10 +2,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Fails if the AppStream metadata lacks what software centres ask for beyond the format's own rules: short summaries in
 every language of the program, brand colours for light and dark, small pictures that exist, and release notes. Also if
-the Flatpak has another name or command, or a permission for the network or for files."""
+the Flatpak has another name or command, or a permission for the network or for files, or if its builder complains about
+the manifest, which it reads without building anything."""
 
 import json
+import subprocess
 import sys
+import tempfile
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
@@ -52,6 +55,20 @@ def wrong_with_flatpak(component, manifest):
         yield f"the command is {manifest['command']}"
     for permission in set(manifest["finish-args"]) - PERMISSIONS:
         yield f"has {permission}"
+    for module in manifest["modules"]:
+        for source in module["sources"]:
+            if source["type"] == "git" and not {"tag", "commit"} & source.keys():
+                yield f"the version of {module['name']} is not determined"
+
+
+def builder_complaints():
+    """What the Flatpak's builder prints about the manifest. It ends successfully even if it does not know a key."""
+    with tempfile.TemporaryDirectory() as folder:  # for the builder's state
+        reading = subprocess.run(["flatpak-builder", "--show-manifest", FLATPAK], cwd=folder, capture_output=True,
+                                 text=True, check=False)
+    yield from filter(None, reading.stderr.splitlines())
+    if reading.returncode != 0:
+        yield f"the builder ends with {reading.returncode}"
 
 
 def main():
@@ -59,6 +76,7 @@ def main():
     component = ElementTree.parse(file).getroot()
     wrong = [f"{file}: {line}" for line in wrong_with(component)]
     wrong += [f"{FLATPAK.name}: {line}" for line in wrong_with_flatpak(component, json.loads(FLATPAK.read_text()))]
+    wrong += [f"{FLATPAK.name}: {line}" for line in builder_complaints()]
     print(*wrong, sep="\n", end="\n" if wrong else "", file=sys.stderr)
     return 1 if wrong else 0
 

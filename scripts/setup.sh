@@ -24,7 +24,8 @@ tests=(
     imagemagick libtiff-tools libjpeg-turbo-progs python3 python3-pil python3-numpy
 )
 check=(git clang-format-19 clang-tidy-19 valgrind)
-package=(build-essential dpkg-dev debhelper fakeroot git lintian desktop-file-utils appstream mandoc)
+package=(build-essential dpkg-dev debhelper fakeroot git lintian)
+desktop=(desktop-file-utils appstream mandoc flatpak-builder) # read what desktops and distributions read
 system=(debootstrap) # creates the system in which the package is tested
 coverage=(gcovr)
 fuzz=(clang libclang-rt-dev)
@@ -34,7 +35,7 @@ bench=(libbenchmark-dev libopencv-photo-dev) # OpenCV only for comparison
 wanted=()
 for purpose in "$@"; do
     case $purpose in
-        build | window | tests | check | package | system | coverage | film | bench | fuzz) declare -n packages=$purpose ;;
+        build | window | tests | check | package | desktop | system | coverage | film | bench | fuzz) declare -n packages=$purpose ;;
         *) echo "setup: unknown purpose: $purpose" >&2; exit 2 ;;
     esac
     wanted+=("${packages[@]}")
