@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <string>
 
 namespace complexion {
@@ -143,15 +145,15 @@ static_assert(std::ranges::all_of(kRecipes, [](const Recipe& recipe) {
     return recipe.red.isIncreasing() && recipe.green.isIncreasing() && recipe.blue.isIncreasing();
 }));
 
-float mixed(const Weights& weights, float red, float green, float blue) {
-    const float sum = weights.red * red + weights.green * green + weights.blue * blue;
-    const float low = sum < 0 ? 0 : sum;
-    return low > 255 ? 255 : low;
+/// `level` limited to 0 … 255. Floats from 0 up have the order of their bits as integers, and negative floats
+/// are negative integers; compilers vectorise the limits of integers better.
+float clamped(float level) {
+    constexpr auto kMax = std::bit_cast<std::int32_t>(255.0F);
+    return std::bit_cast<float>(std::clamp(std::bit_cast<std::int32_t>(level), 0, kMax));
 }
 
-float clamped(float level) {
-    const float low = level < 0 ? 0 : level;
-    return low > 255 ? 255 : low;
+float mixed(const Weights& weights, float red, float green, float blue) {
+    return clamped(weights.red * red + weights.green * green + weights.blue * blue);
 }
 
 /// Rounds `level`, which is not negative, half up.
@@ -161,6 +163,12 @@ std::uint32_t rounded(float level) {
     return static_cast<std::uint32_t>(static_cast<std::int32_t>(level + kHalf));
 }
 
+/// The nearest level from 0 to 255.
+std::uint32_t nearestLevel(float level) {
+    constexpr float kHalf = 0.5F;
+    return static_cast<std::uint32_t>(std::clamp(static_cast<std::int32_t>(level + kHalf), 0, 255));
+}
+
 /// The compiler vectorises this loop.
 COMPLEXION_WIDE_VECTORS
 void applyToOpaque(Recipe recipe, std::span<RGBA32> pixels) {
@@ -168,10 +176,11 @@ void applyToOpaque(Recipe recipe, std::span<RGBA32> pixels) {
         const auto red = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 24));
         const auto green = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 16 & 255));
         const auto blue = static_cast<float>(static_cast<std::int32_t>(pixel.color >> 8 & 255));
-        const float newRed = clamped(recipe.red(mixed(recipe.mix.red, red, green, blue)));
-        const float newGreen = clamped(recipe.green(mixed(recipe.mix.green, red, green, blue)));
-        const float newBlue = clamped(recipe.blue(mixed(recipe.mix.blue, red, green, blue)));
-        pixel.color = rounded(newRed) << 24 | rounded(newGreen) << 16 | rounded(newBlue) << 8 | 255;
+        const float newRed = recipe.red(mixed(recipe.mix.red, red, green, blue));
+        const float newGreen = recipe.green(mixed(recipe.mix.green, red, green, blue));
+        const float newBlue = recipe.blue(mixed(recipe.mix.blue, red, green, blue));
+        pixel.color =
+            nearestLevel(newRed) << 24 | nearestLevel(newGreen) << 16 | nearestLevel(newBlue) << 8 | 255;
     }
 }
 
