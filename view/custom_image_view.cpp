@@ -31,7 +31,7 @@ namespace {
 /// From the last step of a zoom until its pixels are painted, in milliseconds.
 constexpr int kRestBeforeRefining = 20;
 /// How long refining keeps the event loop waiting at a time.
-constexpr std::chrono::milliseconds kRefiningStep{8};
+constexpr std::chrono::milliseconds kRefiningStep{10};
 /// The same for preparing the next zoom.
 constexpr std::chrono::milliseconds kPreparingStep{4};
 /// A frame that differs from the image in more of its area is painted from scratch.

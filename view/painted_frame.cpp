@@ -22,7 +22,7 @@ constexpr double kMaxPhaseError = 1e-3; // device pixels
 /// Views with fewer device pixels are painted within one frame of the display; larger ones are refined in
 /// steps.
 constexpr qint64 kMinProvisionalArea = 1'500'000;
-constexpr int kTileSide = 512;
+constexpr int kTileSide = 1024;
 /// Missing device pixels that are painted at once although pixels of another zoom are shown.
 constexpr qint64 kMaxPaintedAtOnce = 250'000;
 /// A change affects device pixels within this distance, because scaling blends neighbours.
@@ -268,7 +268,8 @@ void PaintedFrame::paint(QPainter& painter, const Image& image, const QTransform
 }
 
 QRegion PaintedFrame::refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration) {
-    const auto end = std::chrono::steady_clock::now() + duration;
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + duration;
     const QPoint center = m_toDevice.map(pointer) - m_origin;
     std::vector<QRect> tiles;
     const QRect view = viewOnPlane();
@@ -279,12 +280,15 @@ QRegion PaintedFrame::refine(const Image& image, QPoint pointer, std::chrono::mi
                 tiles.push_back(tile);
     std::ranges::sort(tiles, {}, [center](const QRect& tile) { return distance(tile, center); });
     QRegion changed;
+    Clock::duration longest = {}; // of a tile
     for (const QRect& tile : tiles) {
-        if (!changed.isEmpty() && std::chrono::steady_clock::now() >= end)
+        const Clock::time_point begin = Clock::now();
+        if (!changed.isEmpty() && begin + longest >= end)
             return changed;
         for (const QRect& rect : QRegion(tile) - m_valid)
             render(image, rect);
         changed += planeToPainter(tile).toAlignedRect();
+        longest = std::max(longest, Clock::now() - begin);
     }
     dropStandIn();
     return changed;

@@ -43,8 +43,8 @@ public:
     /// Whether scaled pixels of another zoom are shown where pixels are not painted yet.
     bool isProvisional() const { return !m_standIn.isNull(); }
 
-    /// Paints missing pixels for about `duration`, the nearest to `pointer` first. Returns the region to
-    /// repaint. It and `pointer` are in the painter's coordinates of the last `paint`.
+    /// Paints missing pixels for at most about `duration`, the nearest to `pointer` first. Returns the region
+    /// to repaint. It and `pointer` are in the painter's coordinates of the last `paint`.
     QRegion refine(const Image& image, QPoint pointer, std::chrono::milliseconds duration);
 
     /// Computes a part of what the next zoom may show, for about `duration`; true if nothing is missing.
