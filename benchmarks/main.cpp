@@ -8,6 +8,7 @@
 #include "benchmarks/memory.h"
 #include "benchmarks/portraits.h"
 #include "benchmarks/table.h"
+#include "benchmarks/whole_process.h"
 #include "imaging/base/freed_memory.h"
 #include "imaging/reading/picture_reading.h"
 #include "imaging/reading/reader_execution.h"
@@ -32,6 +33,8 @@ int main(int argc, char** argv) {
     if (mode != "--opened-here")
         startReader();
     keepFreedMemory(); // as the program does
+    if (argc == 4 && mode == "--retouch")
+        return bench::retouchOnce(argv[2], argv[3]);
     QApplication application(argc, argv);
     applyLook(application, 1);
 
@@ -70,6 +73,7 @@ int main(int argc, char** argv) {
     bench::addSavingRows();
     bench::addMemoryRows();
     bench::addStartRow();
+    bench::addWholeProcessRow();
     bench::addNaiveRow();
     return bench::runTable({argv + 2, argv + argc}, bench::folder() / "speed.json");
 }

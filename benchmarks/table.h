@@ -90,6 +90,7 @@ void addSavingRows();
 void addMemoryRows();
 void addJournalRows();
 void addStartRow();
+void addWholeProcessRow();
 void addNaiveRow();
 
 } // namespace complexion::bench
