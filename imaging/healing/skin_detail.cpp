@@ -16,8 +16,10 @@ namespace {
 /// Detail is what a Gaussian blur removes: its sigma in radii, and its minimum in cells.
 constexpr float kDetailScale = 0.1F;
 constexpr float kMinDetailScale = 2;
-constexpr float kOutOfReach = 1e3F; // cells
-constexpr float kRingEnd = 1.5F;    // radii: the repair's detail is matched to that of this ring
+/// A foreign region counts as at least this far from the mask, in cells: the feathering fades within about
+/// half a cell towards it, which hides the cells' corners.
+constexpr float kForeignDistance = 2.5F;
+constexpr float kRingEnd = 1.5F; // radii: the repair's detail is matched to that of this ring
 constexpr float kUnseenHue = 2e-5F;
 constexpr float kNoGrain = 1e-9F;
 
@@ -177,8 +179,8 @@ Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
     Restoration result{.base = CellGrid<Cell>(part)};
     forEachCell(part, [&](int x, int y) {
         result.base.at(x, y) = blemish.skin.at(x, y);
-        // Feathering does not extend into foreign regions.
-        result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
+        const float least = blemish.foreign.at(x, y) ? kForeignDistance : 0;
+        result.base.at(x, y)[kWeight] = std::max(least, distance.at(x, y));
     });
     const bool isPart = isPartOfSkin(own, around.strength);
     const bool isUncertain = isWeak(own, around.strength);

@@ -177,6 +177,28 @@ TEST(NaturalRepair, NoRingStaysAtTheOutlineOfASmallStain) {
     }
 }
 
+TEST(NaturalRepair, TheCutBesideANostrilHasNoSteps) {
+    // In cells of several pixels, whose corners would be visible.
+    const Image image = painted(kSkinSize, [](int row, int column) {
+        const double nostril = 1 - 0.8 * std::clamp((52 - row) / 12.0, 0.0, 1.0);
+        const double t = stainAt(row, column, kCenter, 36);
+        const double light = nostril * (1 + 0.02 * grainAt(row / 3, column / 3));
+        return RGBA32(byteOf(205 * light * (1 - 0.3 * t)), byteOf(160 * light * (1 - 0.5 * t)),
+                      byteOf(140 * light * (1 - 0.4 * t)), 255);
+    });
+    const Image result = healed(image, kCenter, 70);
+    const auto changeAt = [&](int row, int column) {
+        return result.pixel(row, column).green() - image.pixel(row, column).green();
+    };
+    ASSERT_GT(changeAt(static_cast<int>(kCenter.row), static_cast<int>(kCenter.column)), 60);
+    int largest = 0;
+    for (int row = 0; row + 1 < kSkinSize.height; ++row)
+        for (int column = 0; column + 1 < kSkinSize.width; ++column)
+            largest = std::max({largest, std::abs(changeAt(row, column) - changeAt(row + 1, column)),
+                                std::abs(changeAt(row, column) - changeAt(row, column + 1))});
+    EXPECT_LT(largest, 40);
+}
+
 TEST(NaturalRepair, AStainKeepsItsPoresBesideSomethingMuchRougher) {
     // The hairs of a brow in the disc's rim are no measure for the pores of the skin beside it.
     const auto besideHairs = [](const Image& skin) {
