@@ -30,7 +30,7 @@ private:
 class PaintedFrameTest : public testing::Test {
 protected:
     static QTransform placed(double scale, QPointF offset) {
-        return QTransform(scale, 0, 0, scale, offset.x(), offset.y());
+        return {scale, 0, 0, scale, offset.x(), offset.y()};
     }
 
     QImage blankScreen() const {
