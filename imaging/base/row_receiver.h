@@ -35,6 +35,9 @@ public:
     virtual void begin(PixelSize size, std::optional<DeepAlpha> deepAlpha) = 0;
     /// As ImageBuilder::setRows, from any thread.
     virtual void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) = 0;
+    /// Memory to decode the next `count` rows into, packed, for passing them to `setRows` from there without
+    /// a copy; until then it is the same memory. Null if there is none. For one thread per picture.
+    virtual RGBA32* memoryForRows(int /*count*/) { return nullptr; }
     /// As turnedUpright, of the whole picture.
     virtual void turnUpright(Orientation orientation) = 0;
 

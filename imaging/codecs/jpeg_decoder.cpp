@@ -4,6 +4,7 @@
 #include "imaging/base/orientation.h"
 #include "imaging/base/parallel.h"
 #include "imaging/base/picture_limits.h"
+#include "imaging/base/pixel_block.h"
 #include "imaging/base/row_receiver.h"
 #include "imaging/codecs/codec.h"
 #include "imaging/codecs/device_colors.h"
@@ -11,6 +12,10 @@
 #include "imaging/codecs/jpeg_decompressor.h"
 #include "imaging/codecs/jpeg_first_scan.h"
 #include "imaging/codecs/jpeg_original.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
 
 namespace complexion::jpeg {
 
@@ -35,57 +40,73 @@ Result<PixelSize> readCheckedHeader(Decompressor& decompressor, ByteView file) {
 /// Reads the rows of a started decompressor into an image.
 class RowReader {
 public:
-    RowReader(Decompressor& decompressor, PixelSize size)
-        : m_decompressor(decompressor),
-          m_size(size),
-          m_rows(PixelBlock::uninitialized({size.width, std::min(Tile::kHeight, size.height)})) {
-        for (int row = 0; row < m_rows.size.height; ++row)
-            m_rowPointers.push_back(reinterpret_cast<JSAMPROW>(m_rows.row(row)));
-    }
+    RowReader(Decompressor& decompressor, PixelSize size) : m_decompressor(decompressor), m_size(size) {}
 
-    /// Reads the picture. `convert(rows, count)` converts decoded rows to pixels in place. Fails if not even
-    /// one row can be read.
+    /// Reads the picture. `convert` converts decoded rows to pixels in place. Fails if not even one row can
+    /// be read.
     template <class Convert>
     Result<Image> read(const Convert& convert) {
         ImageBuilder builder(m_size);
         bool readable = true;
-        for (int y = 0; y < m_size.height; y += Tile::kHeight) {
-            const int count = std::min(Tile::kHeight, m_size.height - y);
-            readable = readable && m_decompressor.readRows(m_rowPointers.data(), count);
+        for (int y = 0; y < m_size.height; y += kRowsAtOnce) {
+            const int count = std::min(kRowsAtOnce, m_size.height - y);
+            RGBA32* const rows = memoryFor(count);
+            const auto row = [&](int index) { return rows + std::ptrdiff_t{index} * m_size.width; };
+            std::array<JSAMPROW, kRowsAtOnce> pointers = {};
+            for (int index = 0; index < count; ++index)
+                pointers[static_cast<std::size_t>(index)] = reinterpret_cast<JSAMPROW>(row(index));
+            readable = readable && m_decompressor.readRows(pointers.data(), count);
             const int read = std::clamp(m_decompressor.nextRow() - y, 0, count);
             if (y == 0 && read == 0)
                 return m_decompressor.error();
-            convert(m_rows, read);
-            std::fill(m_rows.row(read), m_rows.row(count), kMissingPixel);
-            builder.setRows(y, count, m_rows.pixels.get());
+            convert(std::span(rows, row(read)));
+            std::fill(row(read), row(count), kMissingPixel);
+            builder.setRows(y, count, rows);
         }
         return builder.finish();
     }
 
 private:
+    /// Whole MCU rows that fit in a core's cache.
+    static constexpr int kRowsAtOnce = Tile::kHeight / 2;
+
+    RGBA32* memoryFor(int count) {
+        RowReceiver* const receiver = RowReceiver::installed();
+        if (RGBA32* const memory = receiver ? receiver->memoryForRows(count) : nullptr)
+            return memory;
+        if (!m_rows.pixels)
+            m_rows = PixelBlock::uninitialized({m_size.width, std::min(kRowsAtOnce, m_size.height)});
+        return m_rows.row(0);
+    }
+
     Decompressor& m_decompressor;
     PixelSize m_size;
-    PixelBlock m_rows;
-    std::vector<JSAMPROW> m_rowPointers;
+    PixelBlock m_rows; // where nobody else has memory for them
 };
 
 Result<Image> readCmyk(RowReader& reader, ByteView icc) {
     // All common encoders store inverted inks, with or without an Adobe segment.
     const InvertedCmyk inks(icc);
-    return reader.read([&](PixelBlock& rows, int count) {
-        parallelFor(count, [&](int row) { inks.convert({rows.row(row), rows.row(row + 1)}); });
+    return reader.read([&](std::span<RGBA32> pixels) {
+        const int parts = coreCount();
+        const auto begin = [&](int part) {
+            return pixels.size() * static_cast<std::size_t>(part) / static_cast<std::size_t>(parts);
+        };
+        parallelFor(parts, [&](int part) {
+            inks.convert(pixels.subspan(begin(part), begin(part + 1) - begin(part)));
+        });
     });
 }
 
 Result<Image> readGreyInProfile(RowReader& reader, const GreyTable& table) {
-    return reader.read([&](PixelBlock& rows, int count) {
-        for (RGBA32* pixel = rows.row(0); pixel != rows.row(count); ++pixel)
-            *pixel = table[pixel->red()];
+    return reader.read([&](std::span<RGBA32> pixels) {
+        for (RGBA32& pixel : pixels)
+            pixel = table[pixel.red()];
     });
 }
 
 Result<Image> readInProfile(RowReader& reader, ByteView icc) {
-    Result<Image> image = reader.read([](PixelBlock&, int) {});
+    Result<Image> image = reader.read([](std::span<RGBA32>) {});
     return image ? image->withProfile(ColorProfile::fromIcc(icc)) : image;
 }
 

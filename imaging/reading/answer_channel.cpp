@@ -113,6 +113,10 @@ void AnswerSender::sendRows(int first, int count, int width, const RGBA32* rows,
     }
 }
 
+void AnswerSender::sendRows(int first, int count, std::uint32_t slot) const {
+    send({.kind = AnswerMessage::Kind::Rows, .slot = slot, .first = first, .count = count});
+}
+
 void AnswerSender::sendPart(std::uint32_t slot, std::size_t length) const {
     send({.kind = AnswerMessage::Kind::Part, .slot = slot, .count = static_cast<std::int32_t>(length)});
 }

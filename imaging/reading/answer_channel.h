@@ -82,10 +82,13 @@ public:
     void sendPicture(PixelSize size, std::optional<DeepAlpha> deepAlpha = {});
     /// Rows of a picture of this width; `deepRows` of a deep one. Safe to call from any thread.
     void sendRows(int first, int count, int width, const RGBA32* rows, const RGBA64* deepRows);
+    /// The same for 8-bit rows that are in a slot already.
+    void sendRows(int first, int count, std::uint32_t slot) const;
     /// All bytes of an answer.
     void sendAnswer(ByteView bytes);
 
-    /// A slot for the next bytes of an answer, at most kUsualBytes of them. Waits for one to be free.
+    /// A slot for rows, or for the next bytes of an answer, at most kUsualBytes of them. Waits for one to be
+    /// free.
     std::uint32_t beginPart() { return takeSlot(); }
     std::uint8_t* bytesOf(std::uint32_t slot) const { return m_memory.slot(slot); }
     void sendPart(std::uint32_t slot, std::size_t length) const;

@@ -2,6 +2,7 @@
 #include "imaging/reading/row_sender.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace complexion {
 
@@ -25,9 +26,25 @@ void RowSender::begin(PixelSize size, std::optional<DeepAlpha> deepAlpha) {
     m_answer.sendPicture(size, deepAlpha);
 }
 
+RGBA32* RowSender::memoryForRows(int count) {
+    const std::size_t bytes = bytesOf(count);
+    if (bytes < kEnoughBytes || bytes > SlotMemory::kSlotBytes)
+        return nullptr;
+    if (!m_slot)
+        m_slot = m_answer.beginPart();
+    return reinterpret_cast<RGBA32*>(m_answer.bytesOf(*m_slot));
+}
+
+std::size_t RowSender::bytesOf(int count) const {
+    return static_cast<std::size_t>(count) * static_cast<std::size_t>(m_width) * sizeof(RGBA32);
+}
+
 void RowSender::setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) {
-    if (static_cast<std::size_t>(count) * static_cast<std::size_t>(m_width) * sizeof(RGBA32) >=
-        kEnoughBytes) {
+    if (m_slot && reinterpret_cast<const std::uint8_t*>(rows) == m_answer.bytesOf(*m_slot)) {
+        m_answer.sendRows(firstRow, count, *std::exchange(m_slot, std::nullopt));
+        return;
+    }
+    if (bytesOf(count) >= kEnoughBytes) {
         m_answer.sendRows(firstRow, count, m_width, rows, deepRows);
         return;
     }

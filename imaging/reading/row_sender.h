@@ -5,7 +5,9 @@
 #include "imaging/base/row_receiver.h"
 #include "imaging/reading/answer_channel.h"
 
+#include <cstdint>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 namespace complexion {
@@ -18,6 +20,7 @@ public:
 
     void begin(PixelSize size, std::optional<DeepAlpha> deepAlpha) override;
     void setRows(int firstRow, int count, const RGBA32* rows, const RGBA64* deepRows) override;
+    RGBA32* memoryForRows(int count) override;
     void turnUpright(Orientation orientation) override { m_orientation = orientation; }
 
     /// Sends what is left. After the last row.
@@ -26,12 +29,14 @@ public:
     Orientation orientation() const { return m_orientation; }
 
 private:
+    std::size_t bytesOf(int count) const;
     void keep(int row, const RGBA32* pixels, const RGBA64* deepPixels);
     void sendKept();
 
     AnswerSender& m_answer;
     int m_width = 0;
     Orientation m_orientation = Orientation::TopLeft;
+    std::optional<std::uint32_t> m_slot; // for the rows that memoryForRows was called for
 
     // The kept rows: those from m_window * m_isKept.size() on, as far as m_isKept says.
     std::mutex m_mutex; // guards the members below

@@ -7,32 +7,30 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <numeric>
 #include <thread>
 
 namespace complexion {
 namespace {
 
-/// The messages about a picture of this size whose rows are set one at a time in this order, and whether they
-/// had its pixels.
+/// The messages about a picture of this size, and whether they had its pixels.
 struct Sent {
     int messages = 0;
     bool hasAllRows = false;
 };
 
-Sent sentRows(PixelSize size, const std::vector<int>& order) {
-    const Image image = noise(size);
+/// What is sent of a picture whose rows `set` sets.
+Sent sentBy(const Image& image, const std::function<void(RowSender&)>& set) {
+    const PixelSize size = image.pixelSize();
     Result<SocketPair> sockets = SocketPair::create();
     const Result<Descriptor> memory = SlotMemory::create();
     std::thread child([&, socket = std::move(sockets->theirs)] {
         AnswerSender answer(socket.get(), SlotMemory(*memory, SlotMemory::Access::Write));
         RowSender sender(answer);
         sender.begin(size, {});
-        std::vector<RGBA32> row(static_cast<std::size_t>(size.width));
-        for (const int y : order) {
-            image.read({0, y, size.width, 1}, row.data(), size.width);
-            sender.setRows(y, 1, row.data(), nullptr);
-        }
+        set(sender);
         sender.finish();
         PictureAnswer rest;
         rest.points = image.size();
@@ -58,6 +56,18 @@ Sent sentRows(PixelSize size, const std::vector<int>& order) {
     return sent;
 }
 
+/// The same, one row at a time in this order.
+Sent sentRows(PixelSize size, const std::vector<int>& order) {
+    const Image image = noise(size);
+    return sentBy(image, [&](RowSender& sender) {
+        std::vector<RGBA32> row(static_cast<std::size_t>(size.width));
+        for (const int y : order) {
+            image.read({0, y, size.width, 1}, row.data(), size.width);
+            sender.setRows(y, 1, row.data(), nullptr);
+        }
+    });
+}
+
 std::vector<int> ascending(int count) {
     std::vector<int> order(static_cast<std::size_t>(count));
     std::iota(order.begin(), order.end(), 0);
@@ -73,6 +83,35 @@ TEST(RowSender, SendsShortRowsTogether) {
     const Sent reversed = sentRows({1, 60'000}, order);
     EXPECT_TRUE(reversed.hasAllRows);
     EXPECT_EQ(reversed.messages, sent.messages);
+}
+
+TEST(RowSender, SendsRowsFromTheMemoryThatItGave) {
+    constexpr PixelSize kPicture = {700, 500};
+    constexpr int kAtOnce = 32;
+    const Image image = noise(kPicture);
+    const Sent sent = sentBy(image, [&](RowSender& sender) {
+        for (int y = 0; y < kPicture.height; y += kAtOnce) {
+            const int count = std::min(kAtOnce, kPicture.height - y);
+            RGBA32* const memory = sender.memoryForRows(count);
+            ASSERT_TRUE(memory);
+            EXPECT_EQ(sender.memoryForRows(count), memory) << "nothing was set yet";
+            image.read({0, y, kPicture.width, count}, memory, kPicture.width);
+            sender.setRows(y, count, memory, nullptr);
+        }
+    });
+    EXPECT_TRUE(sent.hasAllRows);
+    EXPECT_EQ(sent.messages, 1 + (kPicture.height + kAtOnce - 1) / kAtOnce + 2) << "one for each";
+}
+
+TEST(RowSender, HasNoMemoryForRowsThatAreTooShortOrTooMany) {
+    const Image image = noise({700, 10});
+    (void)sentBy(image, [&](RowSender& sender) {
+        EXPECT_FALSE(sender.memoryForRows(5)); // 14 kB
+        EXPECT_FALSE(sender.memoryForRows(5000));
+        std::vector<RGBA32> rows(static_cast<std::size_t>(image.pixelSize().area()));
+        image.read({0, 0, 700, 10}, rows.data(), 700);
+        sender.setRows(0, 10, rows.data(), nullptr);
+    });
 }
 
 TEST(RowSender, SendsRowsInAnyOrder) {
