@@ -10,7 +10,7 @@ from pathlib import Path
 # Sizes of tables and bit fields, and what the code could not run without.
 FIXED = {"kWeight", "kDirections", "kHalvings", "kExponentBits", "kExponentBias", "kSums", "kTerms", "kSteps",
          "kDifferencesOfNoise", "kMadToDeviation", "kTwosPerUnit", "kNothingDiffers", "kPerLevel", "kOpaque", "kFar",
-         "kDiagonal", "kDeviation", "kPlaneRounds", "kNoCurve", "kOutOfReach", "kMargin", "kMarginInCells"}
+         "kDiagonal", "kDeviation", "kPlaneRounds", "kNoCurve", "kOutOfReach", "kIntervals", "kMargin", "kMarginInCells"}
 # The logarithmic scale and the dither are given by their formulas.
 UNTOUCHED = {"log_scale.h", "log_scale.cpp", "place_noise.h", "cell_grid.h"}
 

@@ -16,9 +16,10 @@ namespace {
 /// Detail is what a Gaussian blur removes: its sigma in radii, and its minimum in cells.
 constexpr float kDetailScale = 0.1F;
 constexpr float kMinDetailScale = 2;
-/// A foreign region counts as at least this far from the mask, in cells: the feathering fades within about
-/// half a cell towards it, which hides the cells' corners.
-constexpr float kForeignDistance = 2.5F;
+constexpr float kOutOfReach = 1e3F; // cells
+/// With a longer side, in pixels, the corners of cells are visible where the mask ends at a foreign region.
+constexpr int kMaxStepWithHardCut = 2;
+constexpr float kFaded = 1.5F;   // cells: the distance at which feathering ends
 constexpr float kRingEnd = 1.5F; // radii: the repair's detail is matched to that of this ring
 constexpr float kUnseenHue = 2e-5F;
 constexpr float kNoGrain = 1e-9F;
@@ -169,6 +170,20 @@ void keepOwnDetail(const SkinWindow& window, const Blemish& blemish, const Separ
     });
 }
 
+/// Fades the restoration towards foreign regions within the mask's last cell, so that nothing of them is
+/// painted and the cells' corners do not show.
+void fadeBesideForeign(const Blemish& blemish, CellGrid<Cell>& base) {
+    forEachCell(base.rect(), [&](int x, int y) {
+        if (!blemish.mask.valueAt(x, y))
+            return;
+        const PixelRect around = widened({x, y, 1, 1}, 1, blemish.foreign.rect());
+        bool isBeside = false;
+        forEachCell(around, [&](int i, int j) { isBeside = isBeside || blemish.foreign.at(i, j) != 0; });
+        if (isBeside)
+            base.at(x, y)[kWeight] = kFaded;
+    });
+}
+
 Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
     const float scale = std::max(kMinDetailScale, kDetailScale * window.radius);
     const PixelRect part = widened(blemish.bounds, kMargin, window.cells.rect());
@@ -179,9 +194,11 @@ Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
     Restoration result{.base = CellGrid<Cell>(part)};
     forEachCell(part, [&](int x, int y) {
         result.base.at(x, y) = blemish.skin.at(x, y);
-        const float least = blemish.foreign.at(x, y) ? kForeignDistance : 0;
-        result.base.at(x, y)[kWeight] = std::max(least, distance.at(x, y));
+        // Feathering does not extend into foreign regions.
+        result.base.at(x, y)[kWeight] = blemish.foreign.at(x, y) ? kOutOfReach : distance.at(x, y);
     });
+    if (window.step > kMaxStepWithHardCut)
+        fadeBesideForeign(blemish, result.base);
     const bool isPart = isPartOfSkin(own, around.strength);
     const bool isUncertain = isWeak(own, around.strength);
     if (isPart && isUncertain)
