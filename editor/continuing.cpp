@@ -38,7 +38,7 @@ bool ViewController::ContinueWork(const AbandonedJournal& work) {
             "Alerts", "The photo has changed since then. Its repairs are kept until you forget them."));
         return false;
     }
-    return installIfOpened(photo, path, *opened) && replaySteps(work, *photo, *opened);
+    return installIfOpened(photo, path, opened) && replaySteps(work, *photo, *opened);
 }
 
 bool ViewController::replaySteps(const AbandonedJournal& work, const OpenedPhoto& photo,
