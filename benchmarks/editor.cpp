@@ -69,7 +69,6 @@ Editor::Editor(QSize window)
     });
     m_window.rootView().imageView()->installEventFilter(this);
     m_controller->sliderThreshold->setFloatValue(kThreshold);
-    m_window.setWindowTitle(QStringLiteral("[*]")); // the title shows unsaved work
     m_window.resize(window);
     m_window.show();
     paintNow();
