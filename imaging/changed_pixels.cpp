@@ -1,27 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/changed_pixels.h"
 
+#include "imaging/base/pixel_block.h"
+
 #include <algorithm>
+#include <cstring>
+#include <span>
 
 namespace complexion {
 
 namespace {
 
-std::vector<RGBA32> readPixels(const Image& image, PixelRect rect) {
-    std::vector<RGBA32> pixels(static_cast<std::size_t>(rect.width) * static_cast<std::size_t>(rect.height));
-    image.read(rect, pixels.data(), rect.width);
+PixelBlock readPixels(const Image& image, PixelRect rect) {
+    PixelBlock pixels = PixelBlock::uninitialized({rect.width, rect.height});
+    image.read(rect, pixels.row(0), rect.width);
     return pixels;
 }
 
-/// `mask` cropped to `area`, which must be inside its own.
-PixelMask cropped(const PixelMask& mask, PixelRect area) {
-    PixelMask part{.area = area, .bytes = {}};
-    for (int y = area.y; y < area.bottom(); ++y) {
-        const auto first =
-            mask.bytes.begin() + std::ptrdiff_t{y - mask.area.y} * mask.area.width + (area.x - mask.area.x);
-        part.bytes.insert(part.bytes.end(), first, first + area.width);
+/// The bounding box of the pixels that differ, relative to the blocks, which have the same size.
+PixelRect boundsOfChanges(const PixelBlock& before, const PixelBlock& after) {
+    const auto width = static_cast<std::size_t>(before.size.width);
+    PixelRect bounds;
+    for (int y = 0; y < before.size.height; ++y) {
+        const std::span one(before.row(y), width);
+        const std::span other(after.row(y), width);
+        if (std::memcmp(one.data(), other.data(), one.size_bytes()) == 0)
+            continue;
+        const auto first = std::ranges::mismatch(one, other).in1 - one.begin();
+        const auto behind =
+            std::mismatch(one.rbegin(), one.rend(), other.rbegin()).first.base() - one.begin();
+        bounds = bounds.united({static_cast<int>(first), y, static_cast<int>(behind - first), 1});
     }
-    return part;
+    return bounds;
 }
 
 } // namespace
@@ -34,20 +44,18 @@ PixelMask changedPixels(const Image& before, const Image& after) {
     const PixelRect area = before.difference(after);
     if (area.isEmpty())
         return {};
-    const std::vector<RGBA32> one = readPixels(before, area);
-    const std::vector<RGBA32> other = readPixels(after, area);
-    PixelMask mask{.area = area, .bytes = std::vector<std::uint8_t>(one.size())};
-    PixelRect changed;
-    std::size_t place = 0;
-    for (int y = area.y; y < area.bottom(); ++y) {
-        for (int x = area.x; x < area.right(); ++x, ++place) {
-            if (one[place] == other[place])
-                continue;
-            mask.bytes[place] = 1;
-            changed = changed.united({x, y, 1, 1});
-        }
-    }
-    return changed.isEmpty() ? PixelMask{} : cropped(mask, changed);
+    const PixelBlock one = readPixels(before, area);
+    const PixelBlock other = readPixels(after, area);
+    const PixelRect changed = boundsOfChanges(one, other);
+    if (changed.isEmpty())
+        return {};
+    PixelMask mask{.area = {area.x + changed.x, area.y + changed.y, changed.width, changed.height},
+                   .bytes = {}};
+    mask.bytes.reserve(static_cast<std::size_t>(changed.width) * static_cast<std::size_t>(changed.height));
+    for (int y = changed.y; y < changed.bottom(); ++y)
+        for (int x = changed.x; x < changed.right(); ++x)
+            mask.bytes.push_back(one.row(y)[x] == other.row(y)[x] ? 0 : 1);
+    return mask;
 }
 
 } // namespace complexion
