@@ -3,6 +3,7 @@
 
 #include "imaging/base/parallel.h"
 #include "imaging/finding/skin_variation.h"
+#include "imaging/healing/median.h"
 #include "imaging/image_tools.h"
 
 #include <cmath>
@@ -35,15 +36,15 @@ constexpr float kUsualVariation = 1.2F;
 constexpr float kMaxVariation = 1.5F;
 
 // The smallest contrast of opposite sides, relative to the median, from which the score falls to 0.
+constexpr float kInnerPair = 0.7F;
 constexpr float kNearPair = 0.7F;
-constexpr float kMiddlePair = 0.7F;
-constexpr float kNoMiddlePair = 0.5F;
-constexpr float kFarPair = 0.8F;
-constexpr float kNoFarPair = 0.05F;
+constexpr float kNoNearPair = 0.5F;
+constexpr float kMiddlePair = 0.8F;
+constexpr float kNoMiddlePair = 0.05F;
 
 // Standard deviations at which the score is halved, relative to the spot's contrast.
-constexpr float kMiddlePairDeviation = 0.22F;
-constexpr float kFarPairDeviation = 0.21F;
+constexpr float kNearPairDeviation = 0.22F;
+constexpr float kMiddlePairDeviation = 0.21F;
 constexpr float kNearDeviation = 0.5F;
 constexpr float kMiddleDeviation = 0.8F;
 constexpr float kFarDeviation = 1.35F;
@@ -118,12 +119,12 @@ float shapeScore(const Spot& spot, const Surroundings& around, float extent) {
     float score = strength / kFullContrast * std::clamp(radius / kUsualRadius, 0.5F, 1.5F) *
                   std::clamp(kNoRadius - radius / kFullRadius, 0.0F, 1.0F);
     // A spot stands out on all sides, unlike a line, an edge or a crease.
-    score *= ramp(inner.pairMin / contrast, 0, kNearPair);
-    score *= ramp(near.pairMin / contrast, kNoMiddlePair, kMiddlePair);
-    score *= ramp(middle.pairMin / contrast, kNoFarPair, kFarPair);
+    score *= ramp(inner.pairMin / contrast, 0, kInnerPair);
+    score *= ramp(near.pairMin / contrast, kNoNearPair, kNearPair);
+    score *= ramp(middle.pairMin / contrast, kNoMiddlePair, kMiddlePair);
     score *= ramp(near.min / contrast, -1, 0);
-    score *= evenness(near.pairDeviation / contrast, kMiddlePairDeviation);
-    score *= evenness(middle.pairDeviation / contrast, kFarPairDeviation);
+    score *= evenness(near.pairDeviation / contrast, kNearPairDeviation);
+    score *= evenness(middle.pairDeviation / contrast, kMiddlePairDeviation);
     score *= evenness(near.deviation / contrast, kNearDeviation);
     score *= evenness(middle.deviation / contrast, kMiddleDeviation);
     score *= evenness(far.deviation / contrast, kFarDeviation);
@@ -198,11 +199,7 @@ float BlemishFinder::medianVariation(std::span<const Candidate> of) {
     for (const Candidate& each : of)
         if (each.variation > 0)
             values.push_back(each.variation);
-    if (values.empty())
-        return 0;
-    const auto middle = values.begin() + std::ssize(values) / 2;
-    std::ranges::nth_element(values, middle);
-    return *middle;
+    return healing::median(values);
 }
 
 float BlemishFinder::scoreAmongOthers(const Candidate& candidate) const {

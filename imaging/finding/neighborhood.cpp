@@ -17,10 +17,10 @@ int nearest(float value) {
 
 } // namespace
 
-Neighborhood::Neighborhood(const Image& image, const Spot& spot, float reach) {
-    const PixelSize size = image.levelSize(spot.level);
+Neighborhood::Neighborhood(const Image& image, const Spot& spot, float reach)
+    : m_level(spot.level), m_size(image.levelSize(spot.level)) {
     const int margin = static_cast<int>(std::ceil(reach)) + kSampleReach + 1;
-    m_rect = healing::widened({spot.x, spot.y, 1, 1}, margin, {0, 0, size.width, size.height});
+    m_rect = healing::widened({spot.x, spot.y, 1, 1}, margin, {0, 0, m_size.width, m_size.height});
     m_pixels.resize(static_cast<std::size_t>(m_rect.width) * static_cast<std::size_t>(m_rect.height));
     image.readLevel(spot.level, m_rect, m_pixels.data(), m_rect.width);
 }
@@ -43,6 +43,12 @@ ToneColor Neighborhood::at(float x, float y) const {
     for (float& component : mean)
         component /= count;
     return mean;
+}
+
+bool Neighborhood::isSkin(const SkinMap& map, float x, float y) const {
+    return x >= 0 && y >= 0 && x < static_cast<float>(m_size.width) &&
+           y < static_cast<float>(m_size.height) &&
+           map.isSkin(static_cast<int>(x), static_cast<int>(y), m_level);
 }
 
 } // namespace complexion::finding

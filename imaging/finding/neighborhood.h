@@ -45,7 +45,12 @@ public:
     /// The mean of 3 by 3 pixels around the one nearest to a position, clipped to the picture.
     ToneColor at(float x, float y) const;
 
+    /// Whether a position is in the picture, and on skin.
+    bool isSkin(const SkinMap& map, float x, float y) const;
+
 private:
+    int m_level;
+    PixelSize m_size; // of the level
     PixelRect m_rect;
     std::vector<RGBA32> m_pixels;
 };

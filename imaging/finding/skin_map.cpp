@@ -249,6 +249,11 @@ PixelPosition SkinMap::placeOf(int x, int y, int fromLevel) const {
     return {scaled(y, skin.rect().height), scaled(x, skin.rect().width)};
 }
 
+bool SkinMap::isSkin(int x, int y, int fromLevel) const {
+    const PixelPosition place = placeOf(x, y, fromLevel);
+    return skin.at(static_cast<int>(place.column), static_cast<int>(place.row)) != 0;
+}
+
 SkinMap findSkin(const Image& image) {
     SkinMap map;
     PixelSize size = image.pixelSize();

@@ -22,6 +22,8 @@ struct SkinMap {
 
     /// The position on this map of a pixel of mipmap level `fromLevel`, clamped to the map.
     PixelPosition placeOf(int x, int y, int fromLevel) const;
+    /// Whether that position is skin.
+    bool isSkin(int x, int y, int fromLevel) const;
 };
 
 /// Segments the skin from the photo's own colours: the most frequent colours of smooth areas among those that

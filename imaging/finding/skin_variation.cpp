@@ -73,18 +73,10 @@ ToneColor differenceAt(const Neighborhood& pixels, float x, float y, float radiu
     return difference;
 }
 
-bool isSkin(const SkinMap& map, PixelSize size, float x, float y, int level) {
-    if (x < 0 || y < 0 || x >= static_cast<float>(size.width) || y >= static_cast<float>(size.height))
-        return false;
-    const PixelPosition place = map.placeOf(static_cast<int>(x), static_cast<int>(y), level);
-    return map.skin.at(static_cast<int>(place.column), static_cast<int>(place.row)) != 0;
-}
-
 } // namespace
 
 std::optional<float> differenceFromSkin(const Image& image, const SkinMap& map, const Spot& spot) {
     const Neighborhood pixels(image, spot, (kPlaces.back() + kRing) * spot.radius);
-    const PixelSize size = image.levelSize(spot.level);
     const auto middleX = static_cast<float>(spot.x);
     const auto middleY = static_cast<float>(spot.y);
     std::vector<ToneColor> around;
@@ -92,7 +84,7 @@ std::optional<float> differenceFromSkin(const Image& image, const SkinMap& map, 
         for (const Direction& direction : kDirections) {
             const float x = middleX + direction.x * distance * spot.radius;
             const float y = middleY + direction.y * distance * spot.radius;
-            if (isSkin(map, size, x, y, spot.level))
+            if (pixels.isSkin(map, x, y))
                 around.push_back(differenceAt(pixels, x, y, spot.radius));
         }
     if (around.size() < kMinPlaces)

@@ -233,15 +233,11 @@ private:
                     continue;
                 const int spotX = tile.x + x;
                 const int spotY = tile.y + y;
-                if (!PixelRect{spotX, spotY, 1, 1}.intersected(area).isEmpty() && isSkin(spotX, spotY))
+                if (!PixelRect{spotX, spotY, 1, 1}.intersected(area).isEmpty() &&
+                    m_map.isSkin(spotX, spotY, m_level))
                     found.push_back({{m_level, spotX, spotY, kRadii[scale], row[x], 0}, scale});
             }
         }
-    }
-
-    bool isSkin(int x, int y) const {
-        const PixelPosition place = m_map.placeOf(x, y, m_level);
-        return m_map.skin.at(static_cast<int>(place.column), static_cast<int>(place.row)) != 0;
     }
 
     /// The upper quartile of the strengths of the blocks around; 0 if there are none.

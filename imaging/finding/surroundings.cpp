@@ -37,7 +37,6 @@ Ring ringOf(Samples& contrast, Samples& redness) {
     std::ranges::sort(contrast);
     std::ranges::sort(redness);
     ring.min = contrast.front();
-    ring.lowerQuartile = contrast[contrast.size() / 4];
     ring.median = contrast[contrast.size() / 2];
     ring.redness = redness[redness.size() / 2];
     return ring;
@@ -52,7 +51,6 @@ Surroundings measureSurroundings(const Image& image, const SkinMap& map, const S
     const auto middleY = static_cast<float>(spot.y);
     const ToneColor middle = pixels.at(middleX, middleY);
     const float sign = spot.response > 0 ? 1.0F : -1.0F;
-    const PixelSize size = image.levelSize(spot.level);
     int skin = 0;
     for (std::size_t r = 0; r < kRings.size(); ++r) {
         Samples contrast{};
@@ -63,10 +61,7 @@ Surroundings measureSurroundings(const Image& image, const SkinMap& map, const S
             const ToneColor tone = pixels.at(x, y);
             contrast[i] = sign * (tone[0] - middle[0]);
             redness[i] = middle[1] - tone[1];
-            if (x < 0 || y < 0 || x >= static_cast<float>(size.width) || y >= static_cast<float>(size.height))
-                continue;
-            const PixelPosition place = map.placeOf(static_cast<int>(x), static_cast<int>(y), spot.level);
-            skin += map.skin.at(static_cast<int>(place.column), static_cast<int>(place.row));
+            skin += pixels.isSkin(map, x, y);
         }
         result.rings[r] = ringOf(contrast, redness);
     }

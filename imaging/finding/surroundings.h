@@ -12,7 +12,6 @@ struct Ring {
     // Of the spot's contrast in the green component:
     float median = 0;
     float min = 0;
-    float lowerQuartile = 0;
     float deviation = 0; // standard deviation
     // The same of the means of opposite samples, in which shading cancels:
     float pairMin = 0;
