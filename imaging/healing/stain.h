@@ -7,6 +7,7 @@ namespace complexion::healing {
 
 /// Cells around the mask that a restoration covers, for feathering and interpolation.
 inline constexpr int kMargin = 4;
+
 inline LogColor difference(const Cell& a, const Cell& b) {
     return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }
