@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/base/monitor_colors.h"
 
-#include "imaging/base/parallel.h"
+#include "imaging/base/parallel_parts.h"
 #include "imaging/base/primaries.h"
 
 #include <algorithm>
@@ -95,12 +95,7 @@ void MonitorColors::show(std::span<std::array<float, 3>> colors) const {
         }
         return;
     }
-    const int parts = coreCount();
-    const auto begin = [&](int part) {
-        return colors.size() * static_cast<std::size_t>(part) / static_cast<std::size_t>(parts);
-    };
-    parallelFor(parts,
-                [&](int part) { showByLibrary(colors.subspan(begin(part), begin(part + 1) - begin(part))); });
+    parallelForParts(colors, [this](std::span<std::array<float, 3>> part) { showByLibrary(part); });
 }
 
 void MonitorColors::showByLibrary(std::span<std::array<float, 3>> colors) const {

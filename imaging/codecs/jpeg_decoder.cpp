@@ -2,7 +2,7 @@
 #include "imaging/codecs/jpeg_decoder.h"
 
 #include "imaging/base/orientation.h"
-#include "imaging/base/parallel.h"
+#include "imaging/base/parallel_parts.h"
 #include "imaging/base/picture_limits.h"
 #include "imaging/base/pixel_block.h"
 #include "imaging/base/row_receiver.h"
@@ -88,13 +88,7 @@ Result<Image> readCmyk(RowReader& reader, ByteView icc) {
     // All common encoders store inverted inks, with or without an Adobe segment.
     const InvertedCmyk inks(icc);
     return reader.read([&](std::span<RGBA32> pixels) {
-        const int parts = coreCount();
-        const auto begin = [&](int part) {
-            return pixels.size() * static_cast<std::size_t>(part) / static_cast<std::size_t>(parts);
-        };
-        parallelFor(parts, [&](int part) {
-            inks.convert(pixels.subspan(begin(part), begin(part + 1) - begin(part)));
-        });
+        parallelForParts(pixels, [&inks](std::span<RGBA32> part) { inks.convert(part); });
     });
 }
 
