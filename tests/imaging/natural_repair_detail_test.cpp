@@ -220,7 +220,7 @@ TEST(NaturalRepair, WithoutASourcePatchAStainKeepsItsFaintPores) {
     const auto skinWith = [&](bool stained) {
         return painted(size, [&](int row, int column) {
             const double t = stained ? stainAt(row, column, middle, 30) : 0;
-            const double light = 1 + 0.05 * (1 - 0.6 * t) * grainAt(row / 3, column / 3);
+            const double light = 1 + 0.05 * (1 - 0.7 * t) * grainAt(row / 3, column / 3);
             return RGBA32(byteOf((200 + 30 * t) * light), byteOf((160 + 60 * t) * light),
                           byteOf((140 + 70 * t) * light), 255);
         });
