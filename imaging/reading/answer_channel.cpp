@@ -55,18 +55,22 @@ SlotMemory::~SlotMemory() {
 }
 
 AnswerSender::AnswerSender(int socket, SlotMemory memory) : m_socket(socket), m_memory(std::move(memory)) {
-    for (std::uint32_t slot = 0; slot < SlotMemory::kSlots; ++slot)
-        m_freeSlots.push_back(slot);
+    for (std::uint32_t slot = SlotMemory::kSlots; slot > 0; --slot)
+        m_freeSlots.push_back(slot - 1);
 }
 
 std::uint32_t AnswerSender::takeSlot() {
     const std::scoped_lock lock(m_mutex);
-    while (m_freeSlots.empty()) {
+    // The slot that came back last is taken first: its pages exist, and are in a cache.
+    for (;;) {
+        const int flags = m_freeSlots.empty() ? 0 : MSG_DONTWAIT;
         std::uint32_t slot = 0;
         // Other threads wait for a slot, too. NOLINTNEXTLINE(clang-analyzer-unix.BlockInCriticalSection)
-        const ssize_t length = ::recv(m_socket, &slot, sizeof slot, 0);
+        const ssize_t length = ::recv(m_socket, &slot, sizeof slot, flags);
         if (length < 0 && errno == EINTR)
             continue;
+        if (length < 0 && errno == EAGAIN && flags)
+            break;
         if (length != sizeof slot)
             ::_exit(0);
         m_freeSlots.push_back(slot);

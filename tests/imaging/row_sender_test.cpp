@@ -12,6 +12,8 @@
 #include <numeric>
 #include <thread>
 
+#include <sys/socket.h>
+
 namespace complexion {
 namespace {
 
@@ -83,6 +85,20 @@ TEST(RowSender, SendsShortRowsTogether) {
     const Sent reversed = sentRows({1, 60'000}, order);
     EXPECT_TRUE(reversed.hasAllRows);
     EXPECT_EQ(reversed.messages, sent.messages);
+}
+
+TEST(AnswerSender, TakesASlotThatCameBackBeforeAnUnusedOne) {
+    const Result<SocketPair> sockets = SocketPair::create();
+    const Result<Descriptor> memory = SlotMemory::create();
+    AnswerSender answer(sockets->theirs.get(), SlotMemory(*memory, SlotMemory::Access::Write));
+    const std::uint32_t first = answer.beginPart();
+    const std::uint32_t second = answer.beginPart();
+    EXPECT_NE(first, second);
+    for (const std::uint32_t slot : {second, first})
+        EXPECT_EQ(::send(sockets->ours.get(), &slot, sizeof slot, 0), ssize_t{sizeof slot});
+    EXPECT_EQ(answer.beginPart(), first); // the latest
+    EXPECT_EQ(answer.beginPart(), second);
+    EXPECT_NE(answer.beginPart(), first);
 }
 
 TEST(RowSender, SendsRowsFromTheMemoryThatItGave) {
