@@ -71,32 +71,26 @@ private:
     std::int64_t m_lastIndex;
 };
 
-/// Calls `visit(position, gray)` for each pixel of the disc, in raster order.
-template <class Visit>
-void forEachInDisc(const RepairDisc& disc, const GrayMap& map, Visit visit) {
+/// The grey values of the disc's pixels, in raster order.
+std::vector<std::uint8_t> graysIn(const RepairDisc& disc, const GrayMap& map) {
+    std::vector<std::uint8_t> grays;
     std::vector<RGBA32> run;
     for (std::int64_t dy = -disc.radius; dy < disc.radius; ++dy) {
         const std::int64_t half = disc.halfLength(dy);
         if (half < 0)
             continue;
-        const std::int64_t row = disc.row + dy;
-        const std::int64_t first = disc.column - half;
-        map.readRun(row, first, 2 * half + 1, run);
-        for (std::size_t i = 0; i < run.size(); ++i)
-            visit(PixelPosition{row, first + static_cast<std::int64_t>(i)}, std::int64_t{run[i].red()});
+        map.readRun(disc.row + dy, disc.column - half, 2 * half + 1, run);
+        const auto place = std::ssize(grays);
+        grays.resize(grays.size() + run.size());
+        std::ranges::transform(run, grays.begin() + place, [](RGBA32 gray) { return gray.red(); });
     }
+    return grays;
 }
 
-std::int64_t meanGray(const RepairDisc& disc, const GrayMap& map) {
-    std::int64_t sum = 0;
-    std::int64_t count = 0;
-    forEachInDisc(disc, map, [&](PixelPosition, std::int64_t gray) {
-        sum += gray;
-        ++count;
-    });
-    if (count == 0)
+std::int64_t mean(std::span<const std::uint8_t> grays) {
+    if (grays.empty())
         fatal("the edit disc holds no pixel");
-    return sum / count;
+    return std::accumulate(grays.begin(), grays.end(), std::int64_t{0}) / std::ssize(grays);
 }
 
 /// Eight samples on the rim, clockwise from the top: sample i is opposite sample i + 4.
@@ -203,19 +197,26 @@ PimplePixels ImageTools::FindPimplePixels(Point point, const Image& image, std::
     const RepairDisc disc = RepairDisc::at(point, image, radius);
     if (radius < 0)
         fatal("the edit disc has a negative radius");
-    const std::int64_t mean = meanGray(disc, map);
+    const std::vector<std::uint8_t> grays = graysIn(disc, map);
+    const std::int64_t average = mean(grays);
     const std::array<int, 8> rim = rimSamples(disc, map);
     const int core = coreMean(disc, map);
     if (!isUniform(rim))
         return {};
 
     const bool dark = std::accumulate(rim.begin(), rim.end(), 0) / 8 > core;
-    const std::int64_t limit = dark ? checkedSubtract(mean, threshold) : checkedAdd(mean, threshold);
+    const std::int64_t limit = dark ? checkedSubtract(average, threshold) : checkedAdd(average, threshold);
+    const auto differs = [&](std::int64_t gray) { return dark ? gray < limit : gray > limit; };
+    const auto count = static_cast<std::size_t>(std::ranges::count_if(grays, differs));
     PimplePixels pixels;
-    forEachInDisc(disc, map, [&](PixelPosition position, std::int64_t gray) {
-        const bool repair = dark ? gray < limit : gray > limit;
-        (repair ? pixels.repair : pixels.sample).push_back(position);
-    });
+    pixels.repair.reserve(count);
+    pixels.sample.reserve(grays.size() - count);
+    auto gray = grays.begin();
+    for (std::int64_t dy = -radius; dy < radius; ++dy) {
+        const std::int64_t half = disc.halfLength(dy);
+        for (std::int64_t dx = -half; dx <= half; ++dx, ++gray)
+            (differs(*gray) ? pixels.repair : pixels.sample).push_back({disc.row + dy, disc.column + dx});
+    }
     return pixels;
 }
 

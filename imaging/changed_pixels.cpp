@@ -1,37 +1,94 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "imaging/changed_pixels.h"
 
-#include "imaging/base/pixel_block.h"
-
 #include <algorithm>
 #include <cstring>
-#include <span>
+#include <vector>
 
 namespace complexion {
 
 namespace {
 
-PixelBlock readPixels(const Image& image, PixelRect rect) {
-    PixelBlock pixels = PixelBlock::uninitialized({rect.width, rect.height});
-    image.read(rect, pixels.row(0), rect.width);
-    return pixels;
+bool areEqual(const RGBA32* one, const RGBA32* other, int count) {
+    return std::memcmp(one, other, static_cast<std::size_t>(count) * sizeof(RGBA32)) == 0;
 }
 
-/// The bounding box of the pixels that differ, relative to the blocks, which have the same size.
+/// The pixels of a tile that two images do not share. Both blocks have the same size.
+struct ChangedTile {
+    int x;
+    int y;
+    const PixelBlock& before;
+    const PixelBlock& after;
+    PixelRect changed; ///< the bounding box of the pixels that differ, in the image
+};
+
+/// The bounding box of the pixels that differ, in the blocks.
 PixelRect boundsOfChanges(const PixelBlock& before, const PixelBlock& after) {
-    const auto width = static_cast<std::size_t>(before.size.width);
-    PixelRect bounds;
-    for (int y = 0; y < before.size.height; ++y) {
-        const std::span one(before.row(y), width);
-        const std::span other(after.row(y), width);
-        if (std::memcmp(one.data(), other.data(), one.size_bytes()) == 0)
-            continue;
-        const auto first = std::ranges::mismatch(one, other).in1 - one.begin();
-        const auto behind =
-            std::mismatch(one.rbegin(), one.rend(), other.rbegin()).first.base() - one.begin();
-        bounds = bounds.united({static_cast<int>(first), y, static_cast<int>(behind - first), 1});
+    const int width = before.size.width;
+    int top = 0;
+    int bottom = before.size.height;
+    while (top < bottom && areEqual(before.row(top), after.row(top), width))
+        ++top;
+    if (top == bottom)
+        return {};
+    while (areEqual(before.row(bottom - 1), after.row(bottom - 1), width))
+        --bottom;
+    // What is outside the box so far is compared as bytes: most rows do not extend it.
+    int left = width;
+    int right = 0;
+    for (int y = top; y < bottom; ++y) {
+        const RGBA32* one = before.row(y);
+        const RGBA32* other = after.row(y);
+        if (!areEqual(one, other, left))
+            left = static_cast<int>(std::mismatch(one, one + left, other).first - one);
+        if (!areEqual(one + right, other + right, width - right)) {
+            int behind = width;
+            while (one[behind - 1] == other[behind - 1])
+                --behind;
+            right = behind;
+        }
     }
-    return bounds;
+    return {left, top, right - left, bottom - top};
+}
+
+/// The tiles in which images of stored pixels differ.
+std::vector<ChangedTile> changedTiles(const Image& before, const Image& after) {
+    const BandList& beforeBands = before.bands();
+    const BandList& afterBands = after.bands();
+    std::vector<ChangedTile> found;
+    for (std::size_t band = 0; band < beforeBands.size(); ++band) {
+        if (beforeBands[band] == afterBands[band])
+            continue;
+        const TileList& some = beforeBands[band]->tiles();
+        const TileList& others = afterBands[band]->tiles();
+        for (std::size_t column = 0; column < some.size(); ++column) {
+            if (some[column] == others[column])
+                continue;
+            const int x = static_cast<int>(column) * Tile::kWidth;
+            const int y = static_cast<int>(band) * Tile::kHeight;
+            const PixelRect bounds = boundsOfChanges(some[column]->block(), others[column]->block());
+            if (!bounds.isEmpty())
+                found.push_back({x,
+                                 y,
+                                 some[column]->block(),
+                                 others[column]->block(),
+                                 {x + bounds.x, y + bounds.y, bounds.width, bounds.height}});
+        }
+    }
+    return found;
+}
+
+/// Sets the bytes of the pixels that differ in `tile`, which is in the mask's area.
+void mark(const ChangedTile& tile, PixelMask& mask) {
+    const PixelRect changed = tile.changed;
+    for (int y = changed.y; y < changed.bottom(); ++y) {
+        const RGBA32* one = tile.before.row(y - tile.y) + (changed.x - tile.x);
+        const RGBA32* other = tile.after.row(y - tile.y) + (changed.x - tile.x);
+        std::uint8_t* byte =
+            mask.bytes.data() + std::ptrdiff_t{y - mask.area.y} * mask.area.width + (changed.x - mask.area.x);
+        for (int x = 0; x < changed.width; ++x)
+            byte[x] = one[x] == other[x] ? 0 : 1;
+    }
 }
 
 } // namespace
@@ -41,20 +98,15 @@ std::int64_t PixelMask::count() const {
 }
 
 PixelMask changedPixels(const Image& before, const Image& after) {
-    const PixelRect area = before.difference(after);
-    if (area.isEmpty())
-        return {};
-    const PixelBlock one = readPixels(before, area);
-    const PixelBlock other = readPixels(after, area);
-    const PixelRect changed = boundsOfChanges(one, other);
-    if (changed.isEmpty())
-        return {};
-    PixelMask mask{.area = {area.x + changed.x, area.y + changed.y, changed.width, changed.height},
-                   .bytes = {}};
-    mask.bytes.reserve(static_cast<std::size_t>(changed.width) * static_cast<std::size_t>(changed.height));
-    for (int y = changed.y; y < changed.bottom(); ++y)
-        for (int x = changed.x; x < changed.right(); ++x)
-            mask.bytes.push_back(one.row(y)[x] == other.row(y)[x] ? 0 : 1);
+    const Image one = before.materialized();
+    const Image other = after.materialized();
+    const std::vector<ChangedTile> tiles = changedTiles(one, other);
+    PixelMask mask;
+    for (const ChangedTile& tile : tiles)
+        mask.area = mask.area.united(tile.changed);
+    mask.bytes.resize(static_cast<std::size_t>(mask.area.area()));
+    for (const ChangedTile& tile : tiles)
+        mark(tile, mask);
     return mask;
 }
 

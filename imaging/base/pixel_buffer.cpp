@@ -55,10 +55,6 @@ std::vector<RGBA32> PixelBuffer::sourcePixels(PixelRect rect) const {
     return pixels;
 }
 
-PixelBuffer::TileIndex PixelBuffer::tileAt(PixelPosition position) {
-    return {position.row / Tile::kHeight, position.column / Tile::kWidth};
-}
-
 PixelBuffer::WritableTile& PixelBuffer::writableTile(TileIndex index) {
     const auto found = m_writableTiles.find(index);
     if (found != m_writableTiles.end())
@@ -85,22 +81,27 @@ RGBA32 PixelBuffer::pixel(PixelPosition position) const {
     return block.row(rowInTile(position))[columnInTile(position)];
 }
 
-void PixelBuffer::paintPixel(WritableTile& tile, std::size_t index, RGBA32 paint) const {
+void PixelBuffer::paintDeepPixel(WritableTile& tile, std::size_t index, RGBA32 paint) const {
     RGBA32& pixel = tile.block.pixels[index];
-    if (!tile.deep.empty())
-        tile.deep[index] = repainted(tile.deep[index], pixel, paint, *m_image.deepAlpha());
+    tile.deep[index] = repainted(tile.deep[index], pixel, paint, *m_image.deepAlpha());
     pixel = paint;
 }
 
 void PixelBuffer::paint(std::span<const PixelPosition> positions, RGBA32 paint) {
-    TileIndex current{-1, -1};
-    WritableTile* tile = nullptr;
-    for (const PixelPosition position : positions) {
-        if (const TileIndex index = tileAt(position); !tile || index != current) {
-            current = index;
-            tile = &writableTile(index);
+    while (!positions.empty()) {
+        const TileIndex index = tileAt(positions.front());
+        WritableTile& tile = writableTile(index);
+        const auto outside = std::ranges::find_if_not(
+            positions, [&](PixelPosition position) { return tileAt(position) == index; });
+        const auto count = static_cast<std::size_t>(outside - positions.begin());
+        for (const PixelPosition position : positions.first(count)) {
+            const std::size_t place = indexInTile(position, tile.block);
+            if (tile.deep.empty())
+                tile.block.pixels[place] = paint;
+            else
+                paintDeepPixel(tile, place, paint);
         }
-        paintPixel(*tile, indexInTile(position, tile->block), paint);
+        positions = positions.subspan(count);
     }
 }
 
@@ -115,7 +116,7 @@ void PixelBuffer::paintRow(PixelPosition start, std::span<const RGBA32> pixels,
         if (tile.deep.empty())
             std::ranges::copy(part, tile.block.pixels.get() + first);
         for (std::size_t i = 0; i < count && !tile.deep.empty(); ++i)
-            paintPixel(tile, first + i, part[i]);
+            paintDeepPixel(tile, first + i, part[i]);
         if (!tile.deep.empty() && !deep.empty()) {
             std::ranges::copy(deep.first(count), tile.deep.begin() + static_cast<std::ptrdiff_t>(first));
             deep = deep.subspan(count);

@@ -53,9 +53,11 @@ private:
         PixelBlock block;
         std::vector<RGBA64> deep; // of a deep image
     };
-    static TileIndex tileAt(PixelPosition position);
+    static TileIndex tileAt(PixelPosition position) {
+        return {position.row / Tile::kHeight, position.column / Tile::kWidth};
+    }
     WritableTile& writableTile(TileIndex index);
-    void paintPixel(WritableTile& tile, std::size_t index, RGBA32 paint) const;
+    void paintDeepPixel(WritableTile& tile, std::size_t index, RGBA32 paint) const;
 
     Image m_image; // its pixels are stored, not computed when read
     std::map<TileIndex, WritableTile> m_writableTiles;
