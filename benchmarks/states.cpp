@@ -5,7 +5,11 @@
 #include "benchmarks/references.h"
 #include "benchmarks/stopwatch.h"
 #include "benchmarks/table.h"
+#include "benchmarks/written.h"
 #include "imaging/image_tools.h"
+
+#include <filesystem>
+#include <utility>
 
 namespace complexion::bench {
 
@@ -14,14 +18,20 @@ namespace {
 constexpr QPointF kSpacing(17, 40);
 constexpr std::int64_t kRadius = 20;
 constexpr int kNoises = 12;
+constexpr int kFastest = 1; // of the compression levels
 
-/// An editor with an open photo. Each `push` writes one state after one click.
+/// An editor with an open photo. Each `pushed` writes one state after one click.
 class Retouching {
 public:
     explicit Retouching(const std::filesystem::path& photo) { m_editor.open(photo); }
 
-    /// The seconds of PushStateImage after a click.
-    double push() {
+    /// What PushStateImage costs after a click.
+    struct Cost {
+        double seconds = 0;
+        double processorTime = 0; ///< in seconds
+        Written written;
+    };
+    Cost pushed() {
         ViewController& controller = m_editor.controller();
         const Image image = controller.originalImage();
         const PointSize size = image.size();
@@ -30,40 +40,77 @@ public:
         ++m_clicks;
         controller.setOriginalImage(
             *ImageTools::RemovePimpleFromImage(image, place, kRadius, kAutodetectColor, {}, 1));
-        return secondsOf([&] { controller.PushStateImage(); });
+        const Written before = written();
+        const double start = processorTime();
+        Cost cost;
+        cost.seconds = secondsOf([&] { controller.PushStateImage(); });
+        cost.processorTime = processorTime() - start;
+        const Written after = written();
+        cost.written = {after.bytes - before.bytes, after.flushes - before.flushes};
+        return cost;
     }
 
-    Editor& editor() { return m_editor; }
+    /// The last state's.
+    std::filesystem::path file() { return m_editor.controller().stateImagesPath.back(); }
 
 private:
     Editor m_editor;
     int m_clicks = 0;
 };
 
-Row stateAgainstWrite(const std::string& name, Kind kind, int megapixels, Goal goal) {
-    return {.name = rowName(name, megapixels), .goal = goal, .prepare = [=]() -> Round {
+/// The time, for information: where the disk is slow, that of the reference depends on it.
+Row stateAgainstWrite(const std::string& name, Kind kind, int megapixels) {
+    return {.name = rowName(name, megapixels), .goal = noGoal(), .prepare = [=]() -> Round {
                 auto retouching = std::make_shared<Retouching>(portraitFile(megapixels, kind));
-                retouching->push();
-                const Bytes bytes = bytesOf(retouching->editor().controller().stateImagesPath.back());
+                (void)retouching->pushed();
+                const Bytes bytes = bytesOf(retouching->file());
                 return [=](Samples& samples) {
                     const double reference = writeSeconds(bytes, Flush::No);
-                    samples.add(retouching->push(), reference);
+                    samples.add(retouching->pushed().seconds, reference);
                 };
             }};
 }
 
-Row stateAgainstEncode(int megapixels) {
-    return {.name = rowName("state_jpeg_gain", megapixels),
-            .goal = atLeast(5),
+/// The processor time, on all cores, against that of plain encoding of the whole picture.
+Row stateProcessorTime(const std::string& name, Kind kind, int megapixels) {
+    return {.name = rowName(name + "_processor", megapixels),
+            .goal = atMost(0.1),
             .rounds = 5,
             .prepare = [=]() -> Round {
-                auto retouching = std::make_shared<Retouching>(portraitFile(megapixels, Kind::Jpeg));
+                auto retouching = std::make_shared<Retouching>(portraitFile(megapixels, kind));
+                (void)retouching->pushed();
                 const auto picture = std::make_shared<PlainPicture>(portrait(megapixels));
-                const Bytes bytes = encodeWithLibjpeg(*picture);
                 return [=](Samples& samples) {
-                    const double plain = encodeJpegSeconds(*picture) + writeSeconds(bytes, Flush::No);
-                    samples.add(plain, retouching->push());
+                    const double start = processorTime();
+                    if (kind == Kind::Png)
+                        (void)encodeWithLibpng(*picture, kFastest);
+                    else
+                        (void)encodeWithLibjpeg(*picture);
+                    const double reference = processorTime() - start;
+                    samples.add(retouching->pushed().processorTime, reference);
                 };
+            }};
+}
+
+/// The bytes written in order to record a state, by those of its file.
+Row writtenBytes(const std::string& name, Kind kind, int megapixels) {
+    return {.name = rowName(name + "_written", megapixels),
+            .goal = atMost(1.01),
+            .rounds = 3,
+            .prepare = [=]() -> Round {
+                auto retouching = std::make_shared<Retouching>(portraitFile(megapixels, kind));
+                return [=](Samples& samples) {
+                    const double bytes = retouching->pushed().written.bytes;
+                    samples.add(bytes, static_cast<double>(std::filesystem::file_size(retouching->file())));
+                };
+            }};
+}
+
+/// How often recording a state flushes a file to the disk: never, since the journal can replace it.
+Row flushes() {
+    return {.name = "state_flushes", .goal = atMost(0), .rounds = 3, .prepare = []() -> Round {
+                auto retouching = std::make_shared<Retouching>(portraitFile(12, Kind::Jpeg));
+                return [=](Samples& samples) { samples.add(retouching->pushed().written.flushes, 1); };
             }};
 }
 
@@ -115,10 +162,13 @@ void addSteps(const std::string& name, Step step, Step back, bool stepsForward) 
 
 void addStateRows() {
     for (const int megapixels : kMegapixels) {
-        addRow(stateAgainstWrite("state_jpeg", Kind::Jpeg, megapixels, atMost(1)));
-        addRow(stateAgainstEncode(megapixels));
-        addRow(stateAgainstWrite("state_png", Kind::Png, megapixels, atMost(1.5)));
+        for (const auto& [name, kind] : {std::pair{"state_jpeg", Kind::Jpeg}, {"state_png", Kind::Png}}) {
+            addRow(stateAgainstWrite(name, kind, megapixels));
+            addRow(stateProcessorTime(name, kind, megapixels));
+            addRow(writtenBytes(name, kind, megapixels));
+        }
     }
+    addRow(flushes());
     addSteps("undo", &ViewController::OnUndo, &ViewController::OnRedo, false);
     addSteps("redo", &ViewController::OnRedo, &ViewController::OnUndo, true);
 }

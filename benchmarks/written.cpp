@@ -24,6 +24,10 @@ extern "C" int fsync(int file) {
     return countedFlush(SYS_fsync, file);
 }
 
+extern "C" int fdatasync(int file) {
+    return countedFlush(SYS_fdatasync, file);
+}
+
 extern "C" int syncfs(int file) noexcept {
     return countedFlush(SYS_syncfs, file);
 }

@@ -7,7 +7,7 @@ namespace complexion::bench {
 /// takes, it does not depend on the disk.
 struct Written {
     double bytes = 0;
-    double flushes = 0; ///< calls of fsync and syncfs
+    double flushes = 0; ///< calls of fsync, fdatasync and syncfs
 };
 Written written();
 
