@@ -48,7 +48,8 @@ private:
     std::optional<Question> m_question;
     std::optional<Result<Repaired>> m_answer;
     bool m_isComputing = false;
-    /// Owned by the preview alone; expired weak pointers tell background work that it has been destroyed.
+    /// Owned by the preview alone; background work sees from its expired weak pointer that it has been
+    /// destroyed.
     std::shared_ptr<RepairPreview*> m_self;
 };
 

@@ -38,7 +38,8 @@ private:
     Image m_searched;
     std::shared_ptr<const BlemishFinder> m_finder; // of m_searched
     bool m_isSearching = false;
-    /// Owned by this object alone; expired weak pointers tell background work that it has been destroyed.
+    /// Owned by this object alone; background work sees from its expired weak pointer that it has been
+    /// destroyed.
     std::shared_ptr<Suggestions*> m_self;
 };
 

@@ -93,7 +93,7 @@ private:
     void refresh(const std::optional<Image>& before);
     /// Makes the kept frame that differs least from `image` the current one.
     void chooseFrame(const Image& image);
-    /// Paints some of the pixels for which those of another zoom stand in.
+    /// Replaces some of the scaled pixels of another zoom by exact ones.
     void refine();
 
     std::vector<std::string_view> m_acceptedTypes;

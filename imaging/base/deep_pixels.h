@@ -37,7 +37,7 @@ private:
 
     std::size_t m_components = 0;          // with remainders: 1 or 3; 0 if m_pixels is used
     std::vector<std::int8_t> m_remainders; // planar: of all pixels' first component, then the second ...
-    std::vector<std::uint32_t> m_highest;  // sorted indices into m_remainders where -128 stands for 128
+    std::vector<std::uint32_t> m_highest;  // sorted indices into m_remainders where -128 means 128
     std::vector<RGBA64> m_pixels;          // unchanged
 };
 

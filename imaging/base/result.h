@@ -16,7 +16,7 @@ enum class ErrorKind {
     CannotRead,       // the system cannot read the file
     CannotWrite,      // the system cannot write the file
     FormatCannotHold, // the format cannot store the picture
-    Cancelled,        // the user does not want it any more
+    Cancelled,        // at the user's request
 };
 
 /// Why an operation on a file or a picture failed. The message is for the log.

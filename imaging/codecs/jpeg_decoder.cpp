@@ -121,7 +121,7 @@ Result<DecodedPicture> readPixels(Decompressor& decompressor, ByteView file, Pix
     return DecodedPicture{std::move(*image), decompressor.damage()};
 }
 
-/// Has a receiver that wants one get a preview of a progressive picture.
+/// Gives a receiver that asks for it a preview of a progressive picture.
 void passFirstScanOn(Decompressor& decompressor, Orientation orientation) {
     RowReceiver* const receiver = RowReceiver::installed();
     if (receiver && receiver->wantsPreview(decompressor.size()))

@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint8_t kMarkerStart = 0xff;
 constexpr std::size_t kLengthFieldSize = 2;
 
-/// Whether a marker stands alone, without length and payload: TEM (01) and RST0 to RST7 (D0 to D7).
+/// Whether a marker has neither length nor payload: TEM (01) and RST0 to RST7 (D0 to D7).
 bool isStandalone(std::uint8_t code) {
     return code == 0x01 || (code >= 0xd0 && code < marker::kStartOfImage);
 }

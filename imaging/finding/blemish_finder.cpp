@@ -118,7 +118,7 @@ float shapeScore(const Spot& spot, const Surroundings& around, float extent) {
         std::min(contrast, kFullContrast) + kExcess * std::max(contrast - kFullContrast, 0.0F);
     float score = strength / kFullContrast * std::clamp(radius / kUsualRadius, 0.5F, 1.5F) *
                   std::clamp(kNoRadius - radius / kFullRadius, 0.0F, 1.0F);
-    // A spot stands out on all sides, unlike a line, an edge or a crease.
+    // A spot differs from the skin on all sides, unlike a line, an edge or a crease.
     score *= ramp(inner.pairMin / contrast, 0, kInnerPair);
     score *= ramp(near.pairMin / contrast, kNoNearPair, kNearPair);
     score *= ramp(middle.pairMin / contrast, kNoMiddlePair, kMiddlePair);

@@ -25,7 +25,7 @@ private:
     float scale() const { return static_cast<float>(1 << level); }
 };
 
-/// Detects spots of all sizes on the skin within `area` (pixels of the photo) that stand out from the skin's
+/// Detects spots of all sizes on the skin within `area` (pixels of the photo) that exceed the skin's
 /// texture: local extrema of differences of Gaussians, two scales per mipmap level (Lindeberg, "Feature
 /// detection with automatic scale selection", 1998). The order is deterministic. The mipmap levels of `image`
 /// must exist.

@@ -6,8 +6,8 @@
 namespace complexion::healing {
 
 /// Finds the blemish at the disc's centre independently of the disc's radius: tries discs of growing size and
-/// returns the smallest region that stands out as much as anything around it. Skips regions no larger than a
-/// circle of radius `largerThan`, in pixels.
+/// returns the smallest region that differs from the skin as much as anything around it. Skips regions no
+/// larger than a circle of radius `largerThan`, in pixels.
 std::variant<BlemishPlace, Refusal> fitBlemish(const Image& image, const RepairDisc& disc,
                                                std::int64_t threshold, double largerThan);
 

@@ -13,7 +13,7 @@ Result<PictureAssembler::Picture> receiveRows(AnswerReceiver& answer,
                                               AnswerReceiver::Clock::time_point deadline,
                                               const ReadingProgress& progress);
 
-/// The same, after a preview that goes to `preview`.
+/// The same, after passing a preview, if one comes first, to `preview`.
 Result<PictureAssembler::Picture> receivePicture(AnswerReceiver& answer,
                                                  AnswerReceiver::Clock::time_point deadline,
                                                  const ReadingProgress& progress,

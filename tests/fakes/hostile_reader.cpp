@@ -234,7 +234,7 @@ void sendPreview(AnswerSender& answer, double points) {
 }
 
 bool answerThumbnails(std::string_view deed, AnswerSender& answer) {
-    if (deed != kLongThumbnail && deed != kLongestThumbnail)
+    if (deed != kLongThumbnail && deed != kMaxThumbnail)
         return false;
     sendPicture(answer, {deed == kLongThumbnail ? 1025 : 1024, 1}, pointAnswer());
     return true;

@@ -20,7 +20,7 @@ inline constexpr std::string_view kReachForCode = "code";
 inline constexpr std::string_view kReachForDescriptors = "descriptors";
 /// Tells what holds it back, in the same way.
 inline constexpr std::string_view kTellConfinement = "confinement";
-/// Takes memory until it gets no more, and tells how much that was, in MiB.
+/// Takes memory until it gets no more, and reports how much that was, in MiB.
 inline constexpr std::string_view kTakeMemory = "memory";
 inline constexpr std::string_view kCrash = "crash";
 inline constexpr std::string_view kExitSilently = "exit";
@@ -48,7 +48,7 @@ inline constexpr std::string_view kPreviewOfGiant = "preview of giant";
 
 // Pictures of one row.
 inline constexpr std::string_view kLongThumbnail = "long thumbnail";
-inline constexpr std::string_view kLongestThumbnail = "longest thumbnail";
+inline constexpr std::string_view kMaxThumbnail = "thumbnail of maximum length";
 
 /// The file that has the decoder do that.
 std::string hostileFile(std::string_view deed);

@@ -131,7 +131,7 @@ TEST_F(HostileReader, GivesNoThumbnailThatACameraDoesNotMake) {
         ASSERT_FALSE(thumbnail) << deed;
         EXPECT_EQ(thumbnail.error().message, "the reader answered nonsense") << deed;
     }
-    EXPECT_TRUE(readEmbeddedThumbnail(written(kLongestThumbnail)));
+    EXPECT_TRUE(readEmbeddedThumbnail(written(kMaxThumbnail)));
 }
 
 TEST_F(HostileReader, LeavesTheNextOneUntouched) {
