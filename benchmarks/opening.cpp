@@ -26,7 +26,7 @@ Opening openInNewEditor(const std::filesystem::path& photo) {
 
 Row openFirst(int megapixels) {
     return {.name = rowName("open_first", megapixels),
-            .goal = atMost(1.15),
+            .goal = atMost(megapixels < 24 ? 1.15 : 0.6),
             .rounds = 5,
             .prepare = [=]() -> Round {
                 return [photo = portraitFile(megapixels, Kind::Jpeg)](Samples& samples) {
