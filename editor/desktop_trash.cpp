@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/desktop_trash.h"
 
+#include "editor/user_folder.h"
+#include "imaging/base/descriptor.h"
 #include "imaging/base/files.h"
 
 #include <fcntl.h>
@@ -9,8 +11,8 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <ctime>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -50,9 +52,19 @@ std::string now() {
     return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &local)};
 }
 
-std::optional<dev_t> deviceOf(const fs::path& path) {
+/// The status of the file itself, not of what a symbolic link refers to; nothing if it does not exist.
+std::optional<struct stat> statusOf(const fs::path& path) {
     struct stat status = {};
-    return ::lstat(path.c_str(), &status) == 0 ? std::optional(status.st_dev) : std::nullopt;
+    if (::lstat(path.c_str(), &status) != 0)
+        return std::nullopt;
+    return status;
+}
+
+std::optional<dev_t> deviceOf(const fs::path& path) {
+    const std::optional<struct stat> status = statusOf(path);
+    if (!status)
+        return std::nullopt;
+    return status->st_dev;
 }
 
 /// Creates a folder with mode 0700 unless it exists.
@@ -62,15 +74,22 @@ bool makeFolder(const fs::path& path) {
 
 /// Writes a new file. On failure returns false with errno set (EEXIST: the name is taken) and leaves no file.
 bool writeNew(const fs::path& path, const std::string& text) {
-    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (file < 0)
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file)
         return false;
-    const bool isWritten = ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    if (::close(file) == 0 && isWritten)
+    const bool isWritten = ::write(file.get(), text.data(), text.size()) == std::ssize(text);
+    if (file.close() && isWritten)
         return true;
     ::unlink(path.c_str());
     errno = EIO;
     return false;
+}
+
+/// What the file name gets on the n-th try to find a free one: nothing, ".2", ".3" …
+std::string suffixOfTry(int n) {
+    if (n == 1)
+        return {};
+    return "." + std::to_string(n);
 }
 
 /// Moves `file` into the existing trash folder `trash`. `listedPath` is its original path for the .trashinfo
@@ -84,8 +103,8 @@ bool moveInto(const fs::path& trash, const fs::path& file, const fs::path& origi
         return false;
     const std::string info = "[Trash Info]\nPath=" + encoded(listedPath) + "\nDeletionDate=" + now() + "\n";
     for (int i = 1; i <= kMaxTries; ++i) {
-        const std::string suffix = i == 1 ? "" : "." + std::to_string(i);
-        const fs::path name = nameWithSuffix(original.filename(), suffix, files, kInfoExtension.size());
+        const fs::path name =
+            nameWithSuffix(original.filename(), suffixOfTry(i), files, kInfoExtension.size());
         // Creating the .trashinfo file reserves the name, as the standard requires.
         const fs::path description = infos / (name.string() + std::string(kInfoExtension));
         if (writeNew(description, info)) {
@@ -101,50 +120,53 @@ bool moveInto(const fs::path& trash, const fs::path& file, const fs::path& origi
     return false;
 }
 
-/// The folder that contains the home trash; nothing if the environment does not name it.
-std::optional<fs::path> dataHome() {
-    if (const char* const named = std::getenv("XDG_DATA_HOME"); named && *named == '/')
-        return fs::path(named);
-    const char* const home = std::getenv("HOME");
-    return home && *home == '/' ? std::optional(fs::path(home) / ".local/share") : std::nullopt;
-}
-
 /// The home trash, created if missing; nothing if it is not on `device`.
 std::optional<fs::path> homeTrash(dev_t device) {
-    const std::optional<fs::path> data = dataHome();
+    const std::optional<fs::path> data = userFolder("XDG_DATA_HOME", ".local/share");
     if (!data)
         return std::nullopt;
-    fs::path existing = *data / "Trash";
+    fs::path trash = *data / "Trash";
+    fs::path existing = trash;
     while (!deviceOf(existing) && existing.has_relative_path())
         existing = existing.parent_path();
-    std::error_code error;
     if (deviceOf(existing) != device)
         return std::nullopt;
+    std::error_code error;
     fs::create_directories(*data, error);
-    return makeFolder(*data / "Trash") ? std::optional(*data / "Trash") : std::nullopt;
+    if (!makeFolder(trash))
+        return std::nullopt;
+    return trash;
 }
 
-/// The topmost ancestor of `folder` on the same file system.
-fs::path topOf(fs::path folder) {
-    const std::optional<dev_t> device = deviceOf(folder);
+/// The topmost ancestor of `folder` on `device`, the file system that contains it.
+fs::path topOf(fs::path folder, dev_t device) {
     while (folder.has_relative_path() && deviceOf(folder.parent_path()) == device)
         folder = folder.parent_path();
     return folder;
+}
+
+/// Whether this is a folder in which nobody can replace another user's files: not a symbolic link, and with
+/// the sticky bit.
+bool isSharedFolder(const fs::path& path) {
+    const std::optional<struct stat> status = statusOf(path);
+    return status && S_ISDIR(status->st_mode) && (status->st_mode & S_ISVTX) != 0;
+}
+
+/// Whether this is a folder of this user, and not a symbolic link.
+bool isOwnFolder(const fs::path& path) {
+    const std::optional<struct stat> status = statusOf(path);
+    return status && S_ISDIR(status->st_mode) && status->st_uid == ::getuid();
 }
 
 /// The trash at the top of a file system: inside the administrator's shared folder if there is one, otherwise
 /// the user's own folder.
 std::optional<fs::path> topTrash(const fs::path& top) {
     const std::string user = std::to_string(::getuid());
-    struct stat status = {};
     const fs::path shared = top / ".Trash";
-    if (::lstat(shared.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && (status.st_mode & S_ISVTX) != 0 &&
-        makeFolder(shared / user))
-        return shared / user;
+    if (fs::path trash = shared / user; isSharedFolder(shared) && makeFolder(trash))
+        return trash;
     fs::path own = top / (".Trash-" + user);
-    // Not a symbolic link or a folder of another user.
-    if (!makeFolder(own) || ::lstat(own.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) ||
-        status.st_uid != ::getuid())
+    if (!makeFolder(own) || !isOwnFolder(own))
         return std::nullopt;
     return own;
 }
@@ -163,7 +185,7 @@ bool moveToTrash(const fs::path& file, const fs::path& original) {
     if (const std::optional<fs::path> trash = homeTrash(*device);
         trash && moveInto(*trash, file, origin, origin))
         return true;
-    const fs::path top = topOf(folder);
+    const fs::path top = topOf(folder, *device);
     const std::optional<fs::path> trash = topTrash(top);
     return trash && moveInto(*trash, file, origin, origin.lexically_relative(top));
 }

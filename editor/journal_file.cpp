@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/journal_file.h"
 
+#include "editor/user_folder.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -9,7 +11,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdlib>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -24,24 +25,23 @@ constexpr mode_t kFileMode = 0600;
 constexpr off_t kMaxSize = off_t{64} << 20; // about 700,000 steps
 constexpr int kMaxNames = 100;              // tried for a new file
 
-/// Opens the folder and sets its mode to 0700; negative unless it belongs to this user.
-int openFolder(const std::filesystem::path& path) {
-    const int folder = ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+/// Opens the folder and sets its mode to 0700; nothing unless it belongs to this user.
+Descriptor openFolder(const std::filesystem::path& path) {
+    Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat status = {};
-    if (folder < 0)
-        return -1;
-    if (::fstat(folder, &status) == 0 && status.st_uid == ::geteuid() &&
-        ((status.st_mode & 07777) == kFolderMode || ::fchmod(folder, kFolderMode) == 0))
-        return folder;
-    ::close(folder);
-    return -1;
+    if (!folder || ::fstat(folder.get(), &status) != 0 || status.st_uid != ::geteuid())
+        return Descriptor();
+    if ((status.st_mode & 07777) != kFolderMode && ::fchmod(folder.get(), kFolderMode) != 0)
+        return Descriptor();
+    return folder;
 }
 
-/// Creates a folder and its missing parents, mode 0700. Returns the created folders, innermost first.
+/// Creates a folder and its missing parents, mode 0700. Returns the created folders, innermost first. The
+/// path is absolute.
 std::vector<std::filesystem::path> createFolders(const std::filesystem::path& path) {
     std::vector<std::filesystem::path> created;
     if (::mkdir(path.c_str(), kFolderMode) != 0) {
-        if (errno != ENOENT || !path.has_relative_path())
+        if (errno != ENOENT)
             return {};
         created = createFolders(path.parent_path());
         if (::mkdir(path.c_str(), kFolderMode) != 0)
@@ -51,27 +51,35 @@ std::vector<std::filesystem::path> createFolders(const std::filesystem::path& pa
     return created;
 }
 
-bool isNamedIn(int folder, const std::string& name, int file) {
+/// Removes folders, innermost first, up to one that is not empty.
+void removeFolders(const std::vector<std::filesystem::path>& folders) {
+    for (const std::filesystem::path& folder : folders)
+        if (::rmdir(folder.c_str()) != 0)
+            break;
+}
+
+/// Whether an open file with this status is a regular file of this user and still has this name.
+bool isOwnFile(const struct stat& opened, int folder, const std::string& name) {
     struct stat named = {};
-    struct stat opened = {};
-    return ::fstatat(folder, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 && ::fstat(file, &opened) == 0 &&
+    return S_ISREG(opened.st_mode) && opened.st_uid == ::geteuid() &&
+           ::fstatat(folder, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
            named.st_dev == opened.st_dev && named.st_ino == opened.st_ino;
 }
 
-/// Opens and locks the file; negative, with errno set, if that fails or the file was renamed or deleted
-/// before it was locked.
-int openLocked(int folder, const std::string& name, int flags) {
-    const int file =
-        ::openat(folder, name.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | flags, kFileMode);
-    if (file < 0)
-        return -1;
-    struct stat status = {};
-    if (::flock(file, LOCK_EX | LOCK_NB) == 0 && isNamedIn(folder, name, file) &&
-        ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_uid == ::geteuid())
+/// Opens and locks the file; nothing, with errno set, if that fails (EEXIST: the name is taken) or the file
+/// was renamed or deleted before it was locked (EBUSY, as for a file that is locked already).
+Descriptor openLocked(int folder, const std::string& name, int flags) {
+    Descriptor file(
+        ::openat(folder, name.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | flags, kFileMode));
+    if (!file)
         return file;
-    ::close(file);
+    struct stat status = {};
+    if (::flock(file.get(), LOCK_EX | LOCK_NB) == 0 && ::fstat(file.get(), &status) == 0 &&
+        isOwnFile(status, folder, name))
+        return file;
+    file = Descriptor();
     errno = EBUSY;
-    return -1;
+    return file;
 }
 
 std::string nameOfNow(int attempt) {
@@ -83,47 +91,41 @@ std::string nameOfNow(int attempt) {
 } // namespace
 
 std::optional<std::filesystem::path> journalFolder() {
-    const auto absolute = [](const char* variable) -> std::optional<std::filesystem::path> {
-        const char* const value = std::getenv(variable);
-        if (!value || !std::filesystem::path(value).is_absolute())
-            return std::nullopt;
-        return value;
-    };
-    if (const auto state = absolute("XDG_STATE_HOME"))
-        return *state / "complexion";
-    if (const auto home = absolute("HOME"))
-        return *home / ".local/state/complexion";
-    return std::nullopt;
+    std::optional<std::filesystem::path> folder = userFolder("XDG_STATE_HOME", ".local/state");
+    if (folder)
+        *folder /= "complexion";
+    return folder;
 }
 
 std::shared_ptr<JournalFile> JournalFile::create(const std::filesystem::path& folder) {
-    std::vector<std::filesystem::path> removable = {folder};
-    int opened = openFolder(folder);
-    if (opened < 0) {
+    std::vector<std::filesystem::path> removable(1, folder);
+    Descriptor opened = openFolder(folder);
+    if (!opened) {
         removable = createFolders(folder);
         opened = openFolder(folder);
     }
-    for (int attempt = 0; opened >= 0 && attempt < kMaxNames; ++attempt) {
+    for (int attempt = 0; opened && attempt < kMaxNames; ++attempt) {
         const std::string name = nameOfNow(attempt);
-        const int file = openLocked(opened, name, O_CREAT | O_EXCL);
-        if (file >= 0)
-            return std::shared_ptr<JournalFile>(new JournalFile(removable, opened, file, name));
-        if (errno == EACCES || errno == ENOSPC || errno == EROFS)
+        if (Descriptor file = openLocked(opened.get(), name, O_CREAT | O_EXCL))
+            return std::shared_ptr<JournalFile>(
+                new JournalFile(std::move(removable), std::move(opened), std::move(file), name));
+        // Another process may have the name, or take a new file for an abandoned one before it is locked.
+        if (errno != EEXIST && errno != EBUSY)
             break;
     }
-    if (opened >= 0)
-        ::close(opened);
+    removeFolders(removable);
     return nullptr;
 }
 
 std::shared_ptr<JournalFile> JournalFile::open(const std::filesystem::path& folder, const std::string& name) {
-    const int opened = openFolder(folder);
-    const int file = opened < 0 ? -1 : openLocked(opened, name, 0);
-    if (file >= 0)
-        return std::shared_ptr<JournalFile>(new JournalFile({folder}, opened, file, name));
-    if (opened >= 0)
-        ::close(opened);
-    return nullptr;
+    Descriptor opened = openFolder(folder);
+    if (!opened)
+        return nullptr;
+    Descriptor file = openLocked(opened.get(), name, 0);
+    if (!file)
+        return nullptr;
+    return std::shared_ptr<JournalFile>(
+        new JournalFile(std::vector(1, folder), std::move(opened), std::move(file), name));
 }
 
 std::vector<std::string> JournalFile::namesIn(const std::filesystem::path& folder) {
@@ -144,19 +146,14 @@ std::vector<std::string> JournalFile::namesIn(const std::filesystem::path& folde
     return names;
 }
 
-JournalFile::~JournalFile() {
-    ::close(m_file);
-    ::close(m_folder);
-}
-
 std::optional<Bytes> JournalFile::read() const {
     struct stat status = {};
-    if (::fstat(m_file, &status) != 0 || status.st_size > kMaxSize)
+    if (::fstat(m_file.get(), &status) != 0 || status.st_size > kMaxSize)
         return std::nullopt;
     Bytes bytes(static_cast<std::size_t>(status.st_size));
     for (std::size_t done = 0; done < bytes.size();) {
         const ssize_t count =
-            ::pread(m_file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
+            ::pread(m_file.get(), bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0)
@@ -169,13 +166,13 @@ std::optional<Bytes> JournalFile::read() const {
 void JournalFile::truncate(std::size_t length) {
     m_length = length;
     // If that fails, later records overwrite the old bytes; the rest fails its checksum.
-    [[maybe_unused]] const int ignored = ::ftruncate(m_file, static_cast<off_t>(length));
+    [[maybe_unused]] const int ignored = ::ftruncate(m_file.get(), static_cast<off_t>(length));
 }
 
 bool JournalFile::append(ByteView bytes) {
     for (std::size_t done = 0; done < bytes.size();) {
-        const ssize_t count =
-            ::pwrite(m_file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(m_length + done));
+        const ssize_t count = ::pwrite(m_file.get(), bytes.data() + done, bytes.size() - done,
+                                       static_cast<off_t>(m_length + done));
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0) {
@@ -189,16 +186,14 @@ bool JournalFile::append(ByteView bytes) {
 }
 
 void JournalFile::sync() {
-    ::fdatasync(m_file);
+    ::fdatasync(m_file.get());
     if (!m_isNameOnDisk.exchange(true))
-        ::fsync(m_folder);
+        ::fsync(m_folder.get());
 }
 
 void JournalFile::remove() {
-    ::unlinkat(m_folder, m_name.c_str(), 0);
-    for (const std::filesystem::path& folder : m_removable)
-        if (::rmdir(folder.c_str()) != 0)
-            break; // it is not empty
+    ::unlinkat(m_folder.get(), m_name.c_str(), 0);
+    removeFolders(m_removable);
 }
 
 } // namespace complexion

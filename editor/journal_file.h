@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "imaging/base/descriptor.h"
 #include "imaging/base/files.h"
 
 #include <atomic>
@@ -8,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace complexion {
@@ -44,8 +46,6 @@ public:
     /// The file names of the journals in the folder, latest first.
     static std::vector<std::string> namesIn(const std::filesystem::path& folder);
 
-    ~JournalFile() override;
-
     /// All bytes; nullopt if they cannot be read or exceed 64 MiB.
     std::optional<Bytes> read() const;
     void truncate(std::size_t length) override;
@@ -56,12 +56,16 @@ public:
     void remove() override;
 
 private:
-    JournalFile(std::vector<std::filesystem::path> removable, int folder, int file, std::string name)
-        : m_removable(std::move(removable)), m_folder(folder), m_file(file), m_name(std::move(name)) {}
+    JournalFile(std::vector<std::filesystem::path> removable, Descriptor folder, Descriptor file,
+                std::string name)
+        : m_removable(std::move(removable)),
+          m_folder(std::move(folder)),
+          m_file(std::move(file)),
+          m_name(std::move(name)) {}
 
     std::vector<std::filesystem::path> m_removable; // folders, innermost first
-    int m_folder;
-    int m_file;
+    Descriptor m_folder;
+    Descriptor m_file;
     std::string m_name;
     std::size_t m_length = 0;
     std::atomic<bool> m_isNameOnDisk = false;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/private_folder.h"
+#include "tests/fakes/environment.h"
 #include "tests/fakes/pictures.h"
 #include "tests/fakes/temporary_folder.h"
 
@@ -8,34 +9,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
-#include <optional>
 
 namespace complexion {
 namespace {
-
-/// Sets an environment variable and restores it on destruction.
-class Environment {
-public:
-    Environment(const char* name, const std::string& value) : m_name(name) {
-        if (const char* before = std::getenv(name))
-            m_before = before;
-        setenv(name, value.c_str(), 1);
-    }
-    Environment(const Environment&) = delete;
-    Environment& operator=(const Environment&) = delete;
-    ~Environment() {
-        if (m_before)
-            setenv(m_name, m_before->c_str(), 1);
-        else
-            unsetenv(m_name);
-    }
-
-private:
-    const char* m_name;
-    std::optional<std::string> m_before;
-};
 
 TEST(PrivateFolder, CanBeEnteredByTheUserOnly) {
     const Result<PrivateFolder> folder = PrivateFolder::create();

@@ -12,7 +12,6 @@
 #include <sys/stat.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <thread>
@@ -346,23 +345,6 @@ TEST_F(Journals, ThePhotoIsIdentifiedByItsBytes) {
     EXPECT_EQ(matchPhoto(known), PhotoMatch::Different);
     std::filesystem::remove(photo);
     EXPECT_EQ(matchPhoto(known), PhotoMatch::Gone);
-}
-
-TEST(JournalFolder, IsInTheStateHome) {
-    const auto with = [](const char* state, const char* home) {
-        const std::string stateBefore = std::getenv("XDG_STATE_HOME") ? std::getenv("XDG_STATE_HOME") : "";
-        const std::string homeBefore = std::getenv("HOME") ? std::getenv("HOME") : "";
-        ::setenv("XDG_STATE_HOME", state, 1);
-        ::setenv("HOME", home, 1);
-        const auto folder = journalFolder();
-        ::setenv("XDG_STATE_HOME", stateBefore.c_str(), 1);
-        ::setenv("HOME", homeBefore.c_str(), 1);
-        return folder;
-    };
-    EXPECT_EQ(with("/states", "/home/a"), "/states/complexion");
-    EXPECT_EQ(with("", "/home/a"), "/home/a/.local/state/complexion");
-    EXPECT_EQ(with("relative", "/home/a"), "/home/a/.local/state/complexion");
-    EXPECT_EQ(with("", ""), std::nullopt);
 }
 
 } // namespace

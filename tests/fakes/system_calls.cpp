@@ -3,6 +3,8 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <pthread.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -135,8 +137,16 @@ int fchmod(int fd, mode_t mode) noexcept {
     return calledOrFailed(SystemCall::Fchmod, &fchmod, "fchmod", fd, mode);
 }
 
+int flock(int fd, int operation) noexcept {
+    return calledOrFailed(SystemCall::Flock, &flock, "flock", fd, operation);
+}
+
 int fstat(int fd, struct stat* status) noexcept {
     return calledOrFailed(SystemCall::Fstat, &fstat, "fstat", fd, status);
+}
+
+int fstatat(int folder, const char* path, struct stat* status, int flags) noexcept {
+    return calledOrFailed(SystemCall::Fstatat, &fstatat, "fstatat", folder, path, status, flags);
 }
 
 int fsync(int fd) {
@@ -148,6 +158,14 @@ int linkat(int fromFolder, const char* from, int toFolder, const char* to, int f
     return calledOrFailed(SystemCall::Linkat, &linkat, "linkat", fromFolder, from, toFolder, to, flags);
 }
 
+int lstat(const char* path, struct stat* status) noexcept {
+    return calledOrFailed(SystemCall::Lstat, &lstat, "lstat", path, status);
+}
+
+int mkdir(const char* path, mode_t mode) noexcept {
+    return calledOrFailed(SystemCall::Mkdir, &mkdir, "mkdir", path, mode);
+}
+
 int open(const char* path, int flags, ...) {
     std::va_list rest;
     va_start(rest, flags);
@@ -156,10 +174,35 @@ int open(const char* path, int flags, ...) {
     return calledOrFailed(SystemCall::Open, &open, "open", path, flags, mode);
 }
 
+int openat(int folder, const char* path, int flags, ...) {
+    std::va_list rest;
+    va_start(rest, flags);
+    const mode_t mode = (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(rest, mode_t) : 0;
+    va_end(rest);
+    return calledOrFailed(SystemCall::Openat, &openat, "openat", folder, path, flags, mode);
+}
+
 int posix_fallocate(int fd, off_t offset, off_t length) {
     if (const int error = errorOf(SystemCall::PosixFallocate))
         return error;
     return original(&posix_fallocate, "posix_fallocate")(fd, offset, length);
+}
+
+ssize_t pread(int fd, void* buffer, std::size_t count, off_t position) {
+    return calledOrFailed(SystemCall::Pread, &pread, "pread", fd, buffer, std::min(count, maxTransfer),
+                          position);
+}
+
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*work)(void*),
+                   void* argument) noexcept {
+    if (const int error = errorOf(SystemCall::PthreadCreate))
+        return error;
+    return original(&pthread_create, "pthread_create")(thread, attributes, work, argument);
+}
+
+ssize_t pwrite(int fd, const void* bytes, std::size_t count, off_t position) {
+    return calledOrFailed(SystemCall::Pwrite, &pwrite, "pwrite", fd, bytes, std::min(count, maxTransfer),
+                          position);
 }
 
 ssize_t read(int fd, void* buffer, std::size_t count) {

@@ -12,11 +12,19 @@ enum class SystemCall {
     Access,
     Close,
     Fchmod,
+    Flock,
     Fstat,
+    Fstatat,
     Fsync,
     Linkat,
+    Lstat,
+    Mkdir,
     Open,
+    Openat,
     PosixFallocate,
+    Pread,
+    PthreadCreate,
+    Pwrite,
     Read,
     Rename,
     Renameat2,
@@ -28,7 +36,8 @@ enum class SystemCall {
 /// While it exists, the first calls of one function on this thread fail; later calls succeed as usual.
 class FailingCalls {
 public:
-    /// Skips `skipped` calls, then fails `times` calls with `error` in errno (posix_fallocate returns it).
+    /// Skips `skipped` calls, then fails `times` calls with `error` in errno (posix_fallocate and
+    /// pthread_create return it).
     FailingCalls(SystemCall call, int error, int times = 1, int skipped = 0);
     FailingCalls(const FailingCalls&) = delete;
     FailingCalls& operator=(const FailingCalls&) = delete;
@@ -56,7 +65,7 @@ public:
 /// The source path of the last `rename` on this thread.
 const std::string& lastRenamed();
 
-/// While it exists, each `read` or `writev` on this thread transfers at most `max` bytes.
+/// While it exists, each `pread`, `pwrite`, `read` or `writev` on this thread transfers at most `max` bytes.
 class ShortTransfers {
 public:
     explicit ShortTransfers(std::size_t max);
