@@ -34,7 +34,7 @@ struct JournalContents {
 // each step, in order. A record is the length of its payload (16 bits), its kind (8 bits), the payload, and
 // the CRC-32 of all of these. Integers are little-endian; fractions are IEEE 754 doubles.
 
-inline constexpr std::uint32_t kJournalVersion = 8;
+inline constexpr std::uint32_t kJournalVersion = 9;
 
 /// The header and the photo's record, without the hash, which has a record of its own.
 Bytes journalHead(const JournaledPhoto& photo);

@@ -3,6 +3,7 @@
 
 #include "imaging/healing/blur.h"
 #include "imaging/healing/membrane.h"
+#include "imaging/healing/protrusions.h"
 #include "imaging/healing/regions.h"
 #include "imaging/healing/watershed.h"
 
@@ -72,7 +73,7 @@ public:
             takeTint();
             takeRim();
             grow();
-            if (fillsDisc() || lacksSkinAround())
+            if (lacksSkinAround())
                 return Refusal::FillsDisc;
             m_blemish.bounds = boundsOf(m_blemish.mask);
             if (!spanSkin(round + 1 == kRounds))
@@ -263,7 +264,7 @@ private:
     }
 
     /// Extends the mask along the tint: cells that differ too little from the skin to be found by themselves
-    /// belong to the blemish if they have its tint and are connected to it.
+    /// belong to the blemish if they have its tint and are connected to it. Then removes what protrudes.
     void takeRim() {
         const LogColor& tint = m_blemish.tint;
         const float square = m_blemish.model.product(tint, tint);
@@ -280,6 +281,8 @@ private:
             return insideDisc(x, y, kDiscMargin) && !m_foreign.at(x, y) &&
                    m_blemish.model.product(tint, differenceAt(x, y)) >= least;
         });
+        if (dropProtrusions(m_blemish.mask, m_difference, std::sqrt(square)))
+            m_blemish.isTrimmed = true;
     }
 
     void grow() {
@@ -292,27 +295,24 @@ private:
         fillHoles(m_blemish.mask);
     }
 
-    bool fillsDisc() const {
+    /// Whether the mask covers nearly all of the disc or much of its rim, so that the blemish is not inside
+    /// it.
+    bool lacksSkinAround() const {
         int cells = 0;
         int masked = 0;
-        forEachCell(m_disc, [&](int x, int y) {
-            cells += insideDisc(x, y, kGrownDiscMargin) ? 1 : 0;
-            masked += m_blemish.mask.at(x, y);
-        });
-        return static_cast<float>(masked) > kFullDisc * static_cast<float>(cells);
-    }
-
-    /// Whether the mask covers much of the disc's rim, so that the blemish is not inside the disc.
-    bool lacksSkinAround() const {
         int rim = 0;
-        int masked = 0;
+        int maskedRim = 0;
         forEachCell(m_disc, [&](int x, int y) {
+            const int isMasked = m_blemish.mask.at(x, y);
+            cells += insideDisc(x, y, kGrownDiscMargin) ? 1 : 0;
+            masked += isMasked;
             if (!insideDisc(x, y, kDiscMargin) || insideDisc(x, y, kRimWidth))
                 return;
             ++rim;
-            masked += m_blemish.mask.at(x, y);
+            maskedRim += isMasked;
         });
-        return static_cast<float>(masked) > kMaxShareOfRim * static_cast<float>(rim);
+        return static_cast<float>(masked) > kFullDisc * static_cast<float>(cells) ||
+               static_cast<float>(maskedRim) > kMaxShareOfRim * static_cast<float>(rim);
     }
 
     /// Fills the mask with the membrane over the surface that was fitted to the ring. Only skin is a

@@ -11,15 +11,16 @@ namespace complexion::healing {
 
 /// A blemish found in a window.
 struct Blemish {
-    CellMask mask;         // inside the disc; includes the soft rim, has no holes
-    PixelRect bounds;      // of the mask
-    SkinModel model;       // of the surrounding skin
-    CellGrid<Cell> skin;   // in and near the mask: the membrane, the skin's colour without detail
-    CellMask unlikeSkin;   // cells near the disc that differ from the skin: the blemish and other things
-    CellMask foreign;      // the subset that extends beyond the disc and is not part of the blemish
-    bool isParted = false; // a foreign region touched it and was cut off
-    bool isAlone = true;   // there is no foreign region in the disc
-    LogColor tint{};       // mean difference of the blemish's strong part from the skin
+    CellMask mask;          // inside the disc; includes the soft rim, has no holes
+    PixelRect bounds;       // of the mask
+    SkinModel model;        // of the surrounding skin
+    CellGrid<Cell> skin;    // in and near the mask: the membrane, the skin's colour without detail
+    CellMask unlikeSkin;    // cells near the disc that differ from the skin: the blemish and other things
+    CellMask foreign;       // the subset that extends beyond the disc and is not part of the blemish
+    bool isParted = false;  // a foreign region touched it and was cut off
+    bool isTrimmed = false; // protrusions were removed from the mask
+    bool isAlone = true;    // there is no foreign region in the disc
+    LogColor tint{};        // mean difference of the blemish's strong part from the skin
 };
 
 /// A blemish, or why none was found.

@@ -26,6 +26,7 @@ constexpr float kCompactReach = 1.25F;
 constexpr float kLarger = 1.2F;           // times the edit disc: hardly a blemish if it is not round
 constexpr float kMaxReachIfLarger = 1.5F; // in radii of a mask larger than the edit disc
 constexpr float kClearlySmaller = 0.95F;  // times the radius
+constexpr float kSameOnLine = 0.9F;       // times the radius: a smaller blemish on a line is only a part
 constexpr float kSoftRim = 0.35F;         // of a centred mask: it may be the faint outer part of a blemish
 constexpr float kPoorRim = 0.4F;          // a mask that covers more is not a blemish in that disc
 
@@ -161,7 +162,7 @@ private:
             if (fits)
                 break;
         }
-        if (best && best->disc.radius == m_clicked.radius && best->blemish.isParted)
+        if (best && best->disc.radius == m_clicked.radius)
             partFromFeature(best);
         return best;
     }
@@ -271,12 +272,16 @@ private:
 
     /// Something larger (a brow, a nostril) touches the blemish, and the mask may include a part of it. Uses
     /// the mask of the disc that fits the blemish if that is smaller; discards a mask at the rim that no such
-    /// disc confirms.
+    /// disc confirms. Also fits the disc if something of a line protrudes: it determines the line better.
     void partFromFeature(std::optional<Trial>& best) {
+        const auto [isParted, isTrimmed] = std::pair(best->blemish.isParted, best->blemish.isTrimmed);
         const bool isAtRim = best->rim > kPartedRim;
-        if (!isAtRim && best->reach < kCompactReach * best->radius)
+        if (isParted ? !isAtRim && !isTrimmed && best->reach < kCompactReach * best->radius
+                     : !isTrimmed || !best->window.hasLines())
             return;
         std::optional<Trial> fitted = fit(best->rim <= kFreeRim ? 1 : kMaxGrowth, kMinStrength);
+        if (fitted && !isParted && fitted->radius < kSameOnLine * best->radius)
+            return;
         if (fitted &&
             (fitted->radius < kClearlySmaller * best->radius || (!isAtRim && !fitted->blemish.isParted))) {
             best = std::move(fitted);
@@ -304,14 +309,11 @@ private:
         return trial;
     }
 
-    /// Whether the blemish ends inside its disc and touches nothing else.
-    static bool isClear(const Trial& trial) {
-        return trial.rim <= kFreeRim && trial.isCentered &&
-               (!trial.blemish.isParted || trial.reach < kCompactReach * trial.radius);
-    }
-
+    /// Whether the blemish ends inside its disc, which is no larger than the edit disc, and touches nothing
+    /// else.
     bool isClearInClicked(const Trial& trial) const {
-        return isClear(trial) && trial.disc.radius <= m_clicked.radius;
+        return trial.rim <= kFreeRim && trial.isCentered && trial.disc.radius <= m_clicked.radius &&
+               (!trial.blemish.isParted || trial.reach < kCompactReach * trial.radius);
     }
 
     RepairDisc sized(float size) const {

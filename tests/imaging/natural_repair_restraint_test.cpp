@@ -192,6 +192,44 @@ TEST(NaturalRepair, HairBesideABlemishDoesNotPreventItsRepair) {
     }
 }
 
+/// The largest change of green outside the stain, beyond its soft edge.
+int largestChangeBeside(const Image& image, const Image& result, double radius) {
+    int largest = 0;
+    for (int row = 0; row < kSkinSize.height; ++row)
+        for (int column = 0; column < kSkinSize.width; ++column) {
+            const double distance = std::hypot(row - static_cast<double>(kCenter.row),
+                                               column - static_cast<double>(kCenter.column));
+            if (distance > radius)
+                largest = std::max(
+                    largest, std::abs(result.pixel(row, column).green() - image.pixel(row, column).green()));
+        }
+    return largest;
+}
+
+/// A line of this brightness from the blemish's middle to the right.
+Image withRidge(const Image& image, double light) {
+    return painted(kSkinSize, [&](int row, int column) {
+        const RGBA32 pixel = image.pixel(row, column);
+        const double across = row - static_cast<double>(kCenter.row);
+        const double along = column - static_cast<double>(kCenter.column);
+        const double factor = std::abs(across) <= 2 && along > 0 && along < 18 ? light : 1;
+        return RGBA32(byteOf(pixel.red() * factor), byteOf(pixel.green() * factor),
+                      byteOf(pixel.blue() * factor), 255);
+    });
+}
+
+TEST(NaturalRepair, AFaintRidgeThatTouchesTheBlemishIsKept) {
+    const Skin skin{.grain = 3, .radius = 8};
+    const Image image = withRidge(skin.picture(), 0.88);
+    EXPECT_LT(largestChangeBeside(image, healed(image), 14), 8); // the ridge: 19 levels
+}
+
+TEST(NaturalRepair, AStrongLineThatIsPartOfTheBlemishIsRepairedWithIt) {
+    const Skin skin{.grain = 3, .radius = 8};
+    const Image result = healed(withRidge(skin.picture(), 0.5));
+    EXPECT_LT(largestChangeBeside(skin.clean(), result, 14), 30); // the line: 80 levels
+}
+
 TEST(NaturalRepair, AHighlightBesideTheBlemishIsKept) {
     const auto picture = [](double strength) {
         return painted(kSkinSize, [strength](int row, int column) {
