@@ -43,7 +43,9 @@ QString fitHint() {
 
 /// Two texts of a caption, either of which may be empty.
 QString joined(const QString& one, const QString& other) {
-    return one.isEmpty() || other.isEmpty() ? one + other : one + QStringLiteral(" · ") + other;
+    if (one.isEmpty() || other.isEmpty())
+        return one + other;
+    return one + QStringLiteral(" · ") + other;
 }
 
 } // namespace

@@ -10,11 +10,6 @@
 
 namespace complexion {
 
-EditSession::Snapshot EditSession::snapshot() const {
-    const std::scoped_lock lock(m_mutex);
-    return {.image = m_image, .photo = m_photo, .change = m_change, .settings = settingsLocked()};
-}
-
 std::optional<EditSession::Snapshot> EditSession::beginRepair(std::optional<std::uint64_t> onlyPhoto) {
     const std::scoped_lock lock(m_mutex);
     if (onlyPhoto && *onlyPhoto != m_photo)

@@ -25,9 +25,8 @@ namespace complexion {
 /// The photo being edited, its history and journal, and the settings of the next repair. Independent of any
 /// widget.
 ///
-/// Background work accesses the session only through `snapshot` and `beginRepair`, which copy the image, the
-/// photo number and the settings under one lock, so that they are consistent. All other members are for the
-/// main thread.
+/// Background work accesses the session only through `beginRepair`, which copies the image, the photo number
+/// and the settings under one lock, so that they are consistent. All other members are for the main thread.
 class EditSession {
 public:
     /// `platform` must outlive the session.
@@ -41,10 +40,8 @@ public:
         EditSettings settings;
     };
 
-    /// Fatal if there are no settings. Callable from any thread.
-    Snapshot snapshot() const;
     /// Sets the busy flag and returns the snapshot to repair. Does nothing if `onlyPhoto` is given and is no
-    /// longer the current photo number. Callable from any thread.
+    /// longer the current photo number. Fatal if there are no settings. Callable from any thread.
     std::optional<Snapshot> beginRepair(std::optional<std::uint64_t> onlyPhoto = std::nullopt);
 
     // The photo.

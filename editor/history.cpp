@@ -7,6 +7,17 @@
 
 namespace complexion {
 
+namespace {
+
+/// `named` with the title of the step, or `plain` if it has none.
+QString announcementOf(StepName step, const QString& plain, const QString& named) {
+    if (step == StepName::Unnamed)
+        return plain;
+    return named.arg(QCoreApplication::translate("Steps", titleOf(step)));
+}
+
+} // namespace
+
 std::filesystem::path ViewController::MakeStateImagePath() {
     return m_session.history.makePath(m_session.stateFormat(), m_session.history.milliseconds());
 }
@@ -42,9 +53,7 @@ void ViewController::OnUndo(QObject*) {
     if (!hasImage() || !m_session.undo())
         return;
     showWorkingImage();
-    Q_EMIT announced(step == StepName::Unnamed
-                         ? tr("Undone.")
-                         : tr("Undone: %1.").arg(QCoreApplication::translate("Steps", titleOf(step))));
+    Q_EMIT announced(announcementOf(step, tr("Undone."), tr("Undone: %1.")));
 }
 
 void ViewController::OnRedo(QObject*) {
@@ -52,9 +61,7 @@ void ViewController::OnRedo(QObject*) {
     if (!hasImage() || !m_session.redo())
         return;
     showWorkingImage();
-    Q_EMIT announced(step == StepName::Unnamed
-                         ? tr("Redone.")
-                         : tr("Redone: %1.").arg(QCoreApplication::translate("Steps", titleOf(step))));
+    Q_EMIT announced(announcementOf(step, tr("Redone."), tr("Redone: %1.")));
 }
 
 void ViewController::showWorkingImage() {

@@ -16,21 +16,16 @@ constexpr std::size_t kChunkSize = 1 << 20;
 } // namespace
 
 PhotoHasher::PhotoHasher(const std::filesystem::path& path)
-    : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)), m_hasFailed(m_file < 0) {
-    if (m_file >= 0)
-        m_identity = identify(m_file);
-}
-
-PhotoHasher::~PhotoHasher() {
-    if (m_file >= 0)
-        ::close(m_file);
+    : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)), m_hasFailed(!m_file) {
+    if (m_file)
+        m_identity = identify(m_file.get());
 }
 
 bool PhotoHasher::readOn() {
     if (m_hasFailed)
         return false;
     m_chunk.resize(kChunkSize);
-    const ssize_t count = ::read(m_file, m_chunk.data(), m_chunk.size());
+    const ssize_t count = ::read(m_file.get(), m_chunk.data(), m_chunk.size());
     if (count < 0 && errno == EINTR)
         return true;
     m_hasFailed = count < 0;
@@ -40,7 +35,7 @@ bool PhotoHasher::readOn() {
 }
 
 std::optional<PhotoHash> PhotoHasher::result() const {
-    if (m_hasFailed || identify(m_file) != m_identity)
+    if (m_hasFailed || identify(m_file.get()) != m_identity)
         return std::nullopt;
     const QByteArray bytes = m_hash.result();
     PhotoHash hash = {};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/file_identity.h"
+#include "imaging/base/descriptor.h"
 
 #include <QCryptographicHash>
 
@@ -20,9 +21,6 @@ using PhotoHash = std::array<std::uint8_t, 32>;
 class PhotoHasher {
 public:
     explicit PhotoHasher(const std::filesystem::path& path);
-    PhotoHasher(const PhotoHasher&) = delete;
-    PhotoHasher& operator=(const PhotoHasher&) = delete;
-    ~PhotoHasher();
 
     /// Hashes the next MiB. Returns false at the end of the file or on an error.
     bool readOn();
@@ -32,7 +30,7 @@ public:
     const std::optional<FileIdentity>& identity() const { return m_identity; }
 
 private:
-    int m_file;
+    Descriptor m_file;
     std::optional<FileIdentity> m_identity;
     QCryptographicHash m_hash{QCryptographicHash::Blake2b_256};
     std::vector<char> m_chunk;

@@ -17,6 +17,13 @@ namespace complexion {
 
 namespace {
 
+/// What the file name gets on the n-th try to find a free one: " (replaced)", " (replaced 2)" …
+std::string suffixOfTry(int n) {
+    if (n == 1)
+        return " (replaced)";
+    return " (replaced " + std::to_string(n) + ")";
+}
+
 /// Renames the file to the first free name, which it returns; empty, with errno set, on failure.
 std::filesystem::path setAside(const std::filesystem::path& path) {
     struct stat status = {};
@@ -27,10 +34,9 @@ std::filesystem::path setAside(const std::filesystem::path& path) {
         return {};
     }
     constexpr int kMaxTries = 10'000;
-    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    const std::filesystem::path folder = path.parent_path();
     for (int i = 1; i <= kMaxTries; ++i) {
-        const std::string suffix = i == 1 ? " (replaced)" : " (replaced " + std::to_string(i) + ")";
-        const std::filesystem::path aside = folder / nameWithSuffix(path.filename(), suffix, folder);
+        const std::filesystem::path aside = folder / nameWithSuffix(path.filename(), suffixOfTry(i), folder);
         if (moveWithoutReplacing(path, aside))
             return aside;
         if (errno != EEXIST)

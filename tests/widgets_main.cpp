@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/fakes/counts_on_abort.h"
 #include "tests/fakes/private_home.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@ int main(int argc, char** argv) {
     qputenv("LC_ALL", "C.UTF-8");
     // Static, as the toolkit saves its settings at exit, after main.
     static const complexion::PrivateHome home;
+    complexion::writeCountsOnAbort();
     testing::InitGoogleMock(&argc, argv);
     // Death tests fork, and this process has several threads.
     testing::FLAGS_gtest_death_test_style = "threadsafe";

@@ -4,8 +4,11 @@
 #include "tests/editor/opening_fixture.h"
 #include "tests/fakes/hostile_reader.h"
 #include "tests/fakes/installed_reader.h"
+#include "tests/fakes/system_calls.h"
 
+#include <cerrno>
 #include <cstdint>
+#include <optional>
 
 namespace complexion {
 namespace {
@@ -45,6 +48,47 @@ TEST_F(PhotosReadAhead, TheIdentityIsThatOfTheFileBeforeItWasRead) {
     writeFile(path, "changed since then");
     EXPECT_EQ(ahead.identity(), before);
     EXPECT_NE(identify(path), before);
+}
+
+TEST_F(PhotosReadAhead, WithoutAThreadThePhotoIsReadWhenItIsOpened) {
+    const std::filesystem::path path = makePhoto();
+    const std::optional<FileIdentity> before = identify(path);
+    std::optional<PhotoAhead> ahead;
+    {
+        const FailingCalls noThread(SystemCall::PthreadCreate, EAGAIN);
+        ahead.emplace(path);
+        EXPECT_EQ(noThread.failedCount(), 1);
+    }
+    double part = 0;
+    const Result<OpenedPhoto> opened = ahead->wait([&part](double done) {
+        part = done;
+        return true;
+    });
+    ASSERT_TRUE(opened);
+    EXPECT_TRUE(samePixels(opened->image, photo()));
+    EXPECT_EQ(ahead->identity(), before);
+}
+
+TEST_F(PhotosReadAhead, WithoutAThreadAPhotoThatIsNeverOpenedIsNotRead) {
+    const FailingCalls noThread(SystemCall::PthreadCreate, EAGAIN);
+    const FailingCalls read(SystemCall::Read, EIO, 1);
+    {
+        const PhotoAhead ahead(makePhoto());
+    }
+    EXPECT_EQ(noThread.failedCount(), 1);
+    EXPECT_EQ(read.failedCount(), 0);
+}
+
+TEST_F(PhotosReadAhead, APreviewAndProgressThatNobodyFollowsAreDropped) {
+    const InstalledReader reader(doAsTheFileSays);
+    const std::filesystem::path path = platform.photos() / "previewed.jpg";
+    writeFile(path, hostileFile(kPreviewAndHang));
+    PhotoAhead ahead(path);
+    int calls = 0;
+    const Result<OpenedPhoto> opened = ahead.wait([&calls](double) { return ++calls < 5; });
+    ASSERT_FALSE(opened);
+    EXPECT_EQ(opened.error().kind, ErrorKind::Cancelled);
+    EXPECT_EQ(calls, 5);
 }
 
 TEST_F(PhotosReadAhead, ThePreviewIsShownUntilTheUserCancels) {

@@ -7,6 +7,9 @@
 #include "imaging/base/files.h"
 #include "tests/editor/faults_fixture.h"
 #include "tests/fakes/full_disk.h"
+#include "tests/fakes/system_calls.h"
+
+#include <cerrno>
 
 namespace complexion {
 
@@ -74,6 +77,24 @@ TEST_F(SetAsideTest, ReportsAFileThatCannotBeRenamed) {
     EXPECT_EQ(printedBy([&] { SetAsideFile(target("folder.bmp")).discard(); }),
               "Remove failed: Is a directory\n");
     EXPECT_THAT(names(), testing::ElementsAre("folder.bmp"));
+}
+
+TEST_F(SetAsideTest, ReportsThatNoNameIsFree) {
+    const std::filesystem::path path = makeEarlierFile();
+    const FailingCalls taken(SystemCall::Renameat2, EEXIST, 1'000'000);
+    EXPECT_EQ(printedBy([&] { SetAsideFile(path).discard(); }), "Remove failed: File exists\n");
+    EXPECT_EQ(taken.failedCount(), 10'000);
+    EXPECT_EQ(contentsOf(path), "an earlier file");
+}
+
+TEST_F(SetAsideTest, RenamesAFileInTheCurrentFolder) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(makeEarlierFile().parent_path());
+    {
+        const SetAsideFile file("saved.bmp");
+    }
+    std::filesystem::current_path(before);
+    EXPECT_THAT(names(), testing::ElementsAre("saved (replaced).bmp"));
 }
 
 TEST_F(SetAsideTest, MovesTheFileToTheTrashWithItsOriginalPath) {

@@ -109,6 +109,36 @@ TEST_F(SuggestionMarksTest, OfTheLastPhotoAreNotShownOnTheNext) {
     expectMarksNear({});
 }
 
+TEST_F(SuggestionMarksTest, WithoutAPhotoNothingIsSearchedOrAnnounced) {
+    shown->setShown(true);
+    EXPECT_EQ(queues.backgroundCount(), 0U);
+    EXPECT_TRUE(announcements.isEmpty());
+    expectMarksNear({});
+    open(face());
+    restUntil([this] { return queues.backgroundCount() > 0; });
+    queues.runAll();
+    expectMarksNear({kFirst, kSecond, kThird});
+    EXPECT_EQ(announcements.count(QStringLiteral("Blemishes marked: 3.")), 1);
+}
+
+// The view's overlays are destroyed before the objects that control them.
+TEST_F(SuggestionMarksTest, NothingIsAnnouncedOnceTheViewIsGone) {
+    open(face());
+    delete marks;
+    shown->setShown(true);
+    queues.runAll();
+    EXPECT_NE(suggested->on(controller->originalImage()), nullptr);
+    repairAt(kSecond);
+    EXPECT_FALSE(announcements.contains(QStringLiteral("Blemishes marked: 3.")));
+}
+
+TEST_F(SuggestionMarksTest, OnlyThoseInTheRepairedAreaDisappear) {
+    open(face());
+    showMarks();
+    repairAt(kFirst); // the others are to the right of it and below
+    expectMarksNear({kSecond, kThird});
+}
+
 TEST_F(SuggestionMarksTest, CanBeLimitedToTheStrongest) {
     constexpr int kColumns = 4;
     constexpr int kRows = 3;

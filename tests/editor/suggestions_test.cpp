@@ -46,6 +46,44 @@ TEST_F(SuggestionsTest, EachIsAnnouncedAndTheEditAreaFitsIt) {
         << announcements.join(u'\n').toStdString();
 }
 
+TEST_F(SuggestionsTest, ThePreviousOneOfNoneIsTheLast) {
+    open(face());
+    goTo(-1);
+    expectAt(kThird);
+}
+
+TEST_F(SuggestionsTest, ThePreviousOneOfARepairedOneIsTheOneBeforeIt) {
+    open(face());
+    goTo(1);
+    goTo(1);
+    expectAt(kSecond);
+    controller->BeginRetouch(centreOf(kSecond, controller->originalImage().size()));
+    queues.runAll();
+    goTo(-1);
+    expectAt(kFirst);
+}
+
+TEST_F(SuggestionsTest, AreNotVisitedWhileAColorIsPicked) {
+    open(face());
+    aim->setPicking(true);
+    goTo(1);
+    EXPECT_FALSE(aim->place().has_value());
+    EXPECT_TRUE(announcements.isEmpty());
+    aim->setPicking(false);
+    aim->goToSuggestion(1);
+    aim->setPicking(true); // before the search has ended
+    queues.runAll();
+    EXPECT_FALSE(aim->place().has_value());
+    EXPECT_TRUE(announcements.isEmpty());
+}
+
+TEST_F(SuggestionsTest, AreAnnouncedEvenIfTheDiscIsGone) {
+    open(filled({300, 300}, kSkin));
+    delete disc;
+    goTo(1);
+    EXPECT_EQ(QStringLiteral("No blemishes found."), announcements.last());
+}
+
 TEST_F(SuggestionsTest, ARepairedOneIsRemovedAndTheRingMovesToTheNext) {
     open(face());
     goTo(1);
