@@ -158,6 +158,22 @@ TEST_F(FilePanels, ShowSizesAndTimesInFullInEveryLanguage) {
     QLocale::setDefault(QLocale::system());
 }
 
+TEST_F(FilePanels, AlignTheTitlesOfTheColumnsWithTheirCells) {
+    OpenFilePanel panel(photos(), path("good"), dialogs);
+    panel.show();
+    test::waitUntilListed(panel);
+    const QAbstractItemModel& model = *test::listOf(panel).model();
+    ASSERT_GT(model.rowCount(), 0);
+    for (const auto& [column, alignment] :
+         {std::pair(FolderModel::Name, Qt::AlignLeft), std::pair(FolderModel::Size, Qt::AlignRight),
+          std::pair(FolderModel::Modified, Qt::AlignRight)}) {
+        const int cell = model.index(0, column).data(Qt::TextAlignmentRole).toInt();
+        const int title = model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).toInt();
+        EXPECT_EQ(cell & Qt::AlignHorizontal_Mask, alignment) << column;
+        EXPECT_EQ(title & Qt::AlignHorizontal_Mask, alignment) << column;
+    }
+}
+
 TEST_F(FilePanels, ShowThatAFolderHasNoPhotos) {
     OpenFilePanel panel(photos(), path("dead"), dialogs);
     panel.show();

@@ -207,6 +207,19 @@ TEST_F(LargeView, RefiningBeginsNearThePointer) {
     EXPECT_FALSE(first.contains(QPoint(100, 900)));
 }
 
+// For example, while the wheel turns: the few pixels that are final by then cover little of the next view.
+TEST_F(LargeView, AZoomDuringRefiningKeepsThePixelsOfTheWholeView) {
+    kept(image, fitted);
+    kept(image, larger);
+    ASSERT_FALSE(frame.refine(image, {800, 500}, std::chrono::milliseconds(0)).isEmpty());
+    ASSERT_TRUE(frame.isProvisional());
+    counter->takeCount();
+    const QTransform largest = placed(0.9, {-450, -300});
+    const QImage scaled = kept(image, largest);
+    EXPECT_EQ(counter->takeCount(), 0) << "nothing is painted immediately";
+    EXPECT_LE(largestDifference(scaled, fresh(image, largest)), 70);
+}
+
 TEST_F(LargeView, AnEditDuringAZoomIsVisibleAtOnce) {
     kept(filled({2400, 1600}, grey(10)), fitted);
     kept(filled({2400, 1600}, grey(10)), larger);
