@@ -35,8 +35,8 @@ public:
         ViewController& controller = m_editor.controller();
         const Image image = controller.originalImage();
         const PointSize size = image.size();
-        const Point place{size.width / 2 + 50.0 * (m_clicks % kNoises),
-                          size.height / 2 - 50.0 * (m_clicks / kNoises)};
+        const int row = m_clicks / kNoises;
+        const Point place{size.width / 2 + 50.0 * (m_clicks % kNoises), size.height / 2 - 50.0 * row};
         ++m_clicks;
         controller.setOriginalImage(
             *ImageTools::RemovePimpleFromImage(image, place, kRadius, kAutodetectColor, {}, 1));

@@ -18,11 +18,12 @@ namespace complexion {
 namespace {
 
 constexpr std::uint32_t kUnitWeight = 256; // the sum of a fully covered device pixel's weights
-/// Device rows per parallel task.
-constexpr int kRowsPerTask = 64;
+/// Device rows per parallel task: fewer where a pan has exposed only a few rows.
+constexpr int kMaxRowsPerTask = 64;
+constexpr int kMinRowsPerTask = 4;
 /// Device rows per read of mipmap cells: few enough that the cells stay in the L2 cache.
 constexpr std::size_t kRowsPerRead = 8;
-constexpr std::int64_t kMinParallelArea = 16'384; // device pixels; below, one thread is faster
+constexpr std::int64_t kMinParallelArea = 8'192; // device pixels; below, one thread is faster
 
 // SIMD types of the compiler's vector extension; a cell is one pixel of a mipmap level.
 constexpr std::size_t kMaxTaps = 4;
@@ -58,7 +59,9 @@ Coverage coverageOf(int begin, int end, double scale, double offset, double exte
         long sum = 0;
         for (std::size_t tap = 0; tap < coverage.taps; ++tap) {
             const double until = std::min(to, first + static_cast<double>(tap) + 1) - from;
-            const long rounded = std::max(sum, std::lround(std::min(1.0, until * scale) * kUnitWeight));
+            const double share = std::clamp(until * scale, 0.0, 1.0);
+            // Rounds halves up, as std::lround does, which is a call for each tap.
+            const long rounded = std::max(sum, (static_cast<long>(share * (2 * kUnitWeight)) + 1) / 2);
             coverage.weights.push_back(static_cast<std::uint16_t>(rounded - sum));
             sum = rounded;
         }
@@ -216,11 +219,14 @@ void average(const Image& image, int level, const QTransform& pixelsToDevice, co
 
     auto* const bits = reinterpret_cast<uchar*>(target.first);
     const auto bytesPerLine = static_cast<std::size_t>(target.bytesPerLine);
+    const int rowsPerCore = (part.height() + coreCount() - 1) / coreCount();
+    const auto rowsPerTask =
+        static_cast<std::size_t>(std::clamp(rowsPerCore, kMinRowsPerTask, kMaxRowsPerTask));
     const auto averageChunk = [&](int chunk) {
         std::vector<RGBA32> source;
         std::vector<RGBA32> mean(stride + kMaxTaps);
-        const auto chunkBegin = static_cast<std::size_t>(chunk) * kRowsPerTask;
-        const std::size_t chunkEnd = std::min(chunkBegin + kRowsPerTask, rows.first.size());
+        const std::size_t chunkBegin = static_cast<std::size_t>(chunk) * rowsPerTask;
+        const std::size_t chunkEnd = std::min(chunkBegin + rowsPerTask, rows.first.size());
         for (std::size_t begin = chunkBegin; begin < chunkEnd; begin += kRowsPerRead) {
             const std::size_t end = std::min(begin + kRowsPerRead, chunkEnd);
             const int firstRow = rows.first[begin];
@@ -250,7 +256,7 @@ void average(const Image& image, int level, const QTransform& pixelsToDevice, co
             }
         }
     };
-    const int chunks = (part.height() + kRowsPerTask - 1) / kRowsPerTask;
+    const auto chunks = static_cast<int>((rows.first.size() + rowsPerTask - 1) / rowsPerTask);
     if (std::int64_t{part.width()} * part.height() > kMinParallelArea)
         parallelFor(chunks, averageChunk);
     else

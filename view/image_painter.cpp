@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <span>
 
 namespace complexion {
 
@@ -19,8 +20,12 @@ namespace {
 /// Neighbouring pixels that bilinear scaling reads around a painted part.
 constexpr int kSmoothingMargin = 2;
 
-constexpr int kRowsPerTask = 64;
-constexpr std::int64_t kMinParallelArea = std::int64_t{128} * 128; // pixels; below, one thread is faster
+/// Rows per parallel task: fewer where a pan has exposed only a few rows.
+constexpr int kMaxRowsPerTask = 64;
+constexpr int kMinRowsPerTask = 4;
+/// Rows per read: few enough that they are converted in the L2 cache.
+constexpr int kRowsPerRead = 8;
+constexpr std::int64_t kMinParallelArea = std::int64_t{128} * 64; // pixels; below, one thread is faster
 
 /// The mipmap level to paint from at `scale` device pixels per image pixel: the coarsest one that is at least
 /// as fine as the screen.
@@ -36,17 +41,20 @@ QImage readPart(const Image& image, const QRect& part) {
     QImage picture(part.width(), part.height(), QImage::Format_ARGB32_Premultiplied);
     auto* pixels = reinterpret_cast<RGBA32*>(picture.bits());
     const std::ptrdiff_t stride = picture.bytesPerLine() / std::ptrdiff_t{sizeof(RGBA32)};
+    const int rowsPerTask =
+        std::clamp((part.height() + coreCount() - 1) / coreCount(), kMinRowsPerTask, kMaxRowsPerTask);
     const auto readRows = [&](int chunk) {
-        const int begin = chunk * kRowsPerTask;
-        const int end = std::min(begin + kRowsPerTask, part.height());
-        for (int y = begin; y < end; ++y) {
-            RGBA32* row = pixels + y * stride;
-            image.read({part.x(), part.y() + y, part.width(), 1}, row, stride);
-            for (int x = 0; x < part.width(); ++x)
-                row[x].color = std::rotr(row[x].color, 8); // RRGGBBAA to AARRGGBB
+        const int chunkEnd = std::min((chunk + 1) * rowsPerTask, part.height());
+        for (int begin = chunk * rowsPerTask; begin < chunkEnd; begin += kRowsPerRead) {
+            const int end = std::min(begin + kRowsPerRead, chunkEnd);
+            image.read({part.x(), part.y() + begin, part.width(), end - begin}, pixels + begin * stride,
+                       stride);
+            for (int y = begin; y < end; ++y)
+                for (RGBA32& pixel : std::span(pixels + y * stride, static_cast<std::size_t>(part.width())))
+                    pixel.color = std::rotr(pixel.color, 8); // RRGGBBAA to AARRGGBB
         }
     };
-    const int chunks = (part.height() + kRowsPerTask - 1) / kRowsPerTask;
+    const int chunks = (part.height() + rowsPerTask - 1) / rowsPerTask;
     if (std::int64_t{part.width()} * part.height() > kMinParallelArea)
         parallelFor(chunks, readRows);
     else
