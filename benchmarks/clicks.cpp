@@ -16,12 +16,20 @@ constexpr int kRepairsPerRound = 10;
 constexpr QPointF kFittedSpacing(17, 40);
 constexpr QPointF kZoomedSpacing(110, 90);
 
-/// The seconds of a repair at the centre of the picture, where there is skin.
+/// The centre of the tile in the middle of the picture, where there is skin. So the number of tiles that a
+/// repair copies depends on its radius alone, and not on where the picture's size puts the tiles' borders.
+Point middleTile(const Image& image) {
+    const PixelSize size = image.pixelSize();
+    const auto centre = [](int length, int tile) { return length / 2 / tile * tile + tile / 2; };
+    return centreOf({centre(size.height, Tile::kHeight), centre(size.width, Tile::kWidth)}, image.size());
+}
+
+/// The seconds of a repair in the middle of the picture.
 double repairSeconds(const Image& image, std::int64_t radius) {
-    const PointSize size = image.size();
+    const Point middle = middleTile(image);
     return secondsOf([&] {
                for (int i = 0; i < kRepairsPerRound; ++i) {
-                   const Point place{size.width / 2 + i, size.height / 2};
+                   const Point place{middle.x + i, middle.y};
                    (void)ImageTools::RemovePimpleFromImage(image, place, radius, kAutodetectColor, {},
                                                            kThreshold);
                }
