@@ -21,7 +21,7 @@ struct Body {
     float opening = 0;
     float inner = 0; // the radius of the largest disc inside the mask
 
-    explicit Body(const CellMask& mask) : distance() {
+    explicit Body(const CellMask& mask) {
         const PixelRect inside = boundsOf(mask);
         const PixelRect where = {inside.x - 1, inside.y - 1, inside.width + 2, inside.height + 2};
         CellMask outside(where);

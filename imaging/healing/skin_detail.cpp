@@ -3,6 +3,7 @@
 
 #include "imaging/healing/blur.h"
 #include "imaging/healing/detail_source.h"
+#include "imaging/healing/log_scale.h"
 #include "imaging/healing/median.h"
 #include "imaging/healing/regions.h"
 #include "imaging/healing/stain.h"
@@ -39,6 +40,10 @@ constexpr float kOwnStrength = 1.05F; // makes up for detail that is removed wit
 constexpr float kCellError = 0.125F;
 constexpr float kMinOwnGain = 0.7F;
 constexpr float kMaxOwnGain = 2.2F;
+
+/// The logarithm of component 241: skin with brighter components begins to lose its detail.
+constexpr float kNearlyWhite = 5.5F;
+constexpr float kAboveWhite = 0.3F; // more than any detail darkens
 
 /// The detail of the skin around the blemish.
 struct Surroundings {
@@ -234,11 +239,25 @@ Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
     return result;
 }
 
+/// Makes a blown highlight white. It shows no detail, and what the blemish has of it must not be painted: the
+/// skin's brightness is only known to be at least white, so it is raised above.
+void raiseHighlights(const SkinWindow& window, const Blemish& blemish, Restoration& result) {
+    forEachCell(result.base.rect(), [&](int x, int y) {
+        const Cell& skin = blemish.skin.at(x, y);
+        const Cell line = window.hasLines() ? window.lines.at(x, y) : Cell{};
+        const float darkest = std::min({skin[0] + line[0], skin[1] + line[1], skin[2] + line[2]});
+        const float share = std::clamp((darkest - kNearlyWhite) / (kWhite - kNearlyWhite), 0.0F, 1.0F);
+        for (std::size_t c = 0; c < 3; ++c)
+            result.base.at(x, y)[c] += kAboveWhite * share;
+    });
+}
+
 } // namespace
 
 Restoration restoreDetail(const SkinWindow& window, const Blemish& blemish) {
     Restoration result = restoreFlat(window, blemish);
     addLines(window, result);
+    raiseHighlights(window, blemish, result);
     return result;
 }
 

@@ -199,6 +199,32 @@ TEST(NaturalRepair, TheCutBesideANostrilHasNoSteps) {
     EXPECT_LT(largest, 40);
 }
 
+TEST(NaturalRepair, NoMottleIsPaintedIntoABlownHighlight) {
+    const Image clean = painted(kSkinSize, [&](int row, int column) {
+        const double distance =
+            std::hypot(row - static_cast<double>(kCenter.row), column - static_cast<double>(kCenter.column));
+        const double light = 300 - 3.0 * distance + 6 * grainAt(row / 2, column / 2);
+        return RGBA32(byteOf(light), byteOf(light - 3), byteOf(light - 6), 255);
+    });
+    const Image image = painted(kSkinSize, [&](int row, int column) {
+        const RGBA32 pixel = clean.pixel(row, column);
+        const double mottle = 0.3 * grainAt(row / 3, column / 3);
+        const double t = (1 + mottle) * stainAt(row, column, kCenter, 9);
+        return RGBA32(byteOf(pixel.red() * (1 - 0.2 * t)), byteOf(pixel.green() * (1 - 0.35 * t)),
+                      byteOf(pixel.blue() * (1 - 0.35 * t)), 255);
+    });
+    const Image result = healed(image);
+    int darkest = 255;
+    for (int row = -10; row <= 10; ++row)
+        for (int column = -10; column <= 10; ++column)
+            if (row * row + column * column < 100)
+                darkest = std::min<int>(darkest, result
+                                                     .pixel(static_cast<int>(kCenter.row) + row,
+                                                            static_cast<int>(kCenter.column) + column)
+                                                     .green());
+    EXPECT_GE(darkest, 254); // 249 if its detail stays
+}
+
 TEST(NaturalRepair, AStainKeepsItsPoresBesideSomethingMuchRougher) {
     // The hairs of a brow in the disc's rim are no measure for the pores of the skin beside it.
     const auto besideHairs = [](const Image& skin) {
