@@ -9,6 +9,8 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <iterator>
+#include <span>
 #include <string>
 
 namespace complexion {
@@ -184,6 +186,13 @@ void applyToOpaque(Recipe recipe, std::span<RGBA32> pixels) {
     }
 }
 
+bool areOpaque(std::span<const RGBA32> pixels) {
+    std::uint32_t alphas = 255;
+    for (const RGBA32& pixel : pixels)
+        alphas &= pixel.color;
+    return alphas == 255;
+}
+
 class PhotoEffect final : public PixelTransform {
 public:
     explicit PhotoEffect(const Recipe& recipe) : m_recipe(recipe) {}
@@ -193,13 +202,21 @@ public:
         constexpr std::size_t kPart = 128;
         for (; !pixels.empty(); pixels = pixels.subspan(std::min(kPart, pixels.size()))) {
             const std::span<RGBA32> part = pixels.first(std::min(kPart, pixels.size()));
-            std::uint32_t alphas = 255;
-            for (const RGBA32& pixel : part)
-                alphas &= pixel.color;
-            if (alphas == 255)
+            if (areOpaque(part)) {
                 applyToOpaque(m_recipe, part);
-            else
+                continue;
+            }
+            const auto isOpaque = [](RGBA32 pixel) { return pixel.alpha() == 255; };
+            const auto begin = std::ranges::find_if(part, isOpaque);
+            const auto end = std::find_if(part.rbegin(), std::reverse_iterator(begin), isOpaque).base();
+            const std::span<RGBA32> inner(begin, end);
+            if (areOpaque(inner)) {
+                applyToAny({part.begin(), begin});
+                applyToOpaque(m_recipe, inner);
+                applyToAny({end, part.end()});
+            } else {
                 applyToAny(part);
+            }
         }
     }
 
