@@ -62,7 +62,7 @@ bool dropProtrusions(CellMask& mask, const CellGrid<float>& difference, float st
     CellMask open(mask.rect());
     forEachCell(boundsOf(mask),
                 [&](int x, int y) { open.at(x, y) = mask.at(x, y) && body.outsideBy({y, x}) > 0 ? 1 : 0; });
-    const float longest = std::max(kMinCells, kMinLength * body.inner);
+    const float minLength = std::max(kMinCells, kMinLength * body.inner);
     bool anyDropped = false;
     forEachCell(mask.rect(), [&](int x, int y) {
         if (!open.at(x, y))
@@ -77,7 +77,7 @@ bool dropProtrusions(CellMask& mask, const CellGrid<float>& difference, float st
                 strongest = std::max(
                     strongest, difference.at(static_cast<int>(cell.column), static_cast<int>(cell.row)));
         }
-        if (length <= longest || strongest > kMaxStrength * strength)
+        if (length <= minLength || strongest > kMaxStrength * strength)
             return;
         anyDropped = true;
         for (const PixelPosition& cell : protrusion)
