@@ -36,7 +36,7 @@ std::filesystem::path setAside(const std::filesystem::path& path) {
     constexpr int kMaxTries = 10'000;
     const std::filesystem::path folder = path.parent_path();
     for (int i = 1; i <= kMaxTries; ++i) {
-        const std::filesystem::path aside = folder / nameWithSuffix(path.filename(), suffixOfTry(i), folder);
+        std::filesystem::path aside = folder / nameWithSuffix(path.filename(), suffixOfTry(i), folder);
         if (moveWithoutReplacing(path, aside))
             return aside;
         if (errno != EEXIST)
