@@ -98,7 +98,7 @@ std::optional<std::filesystem::path> journalFolder() {
 }
 
 std::shared_ptr<JournalFile> JournalFile::create(const std::filesystem::path& folder) {
-    std::vector<std::filesystem::path> removable(1, folder);
+    std::vector<std::filesystem::path> removable = {folder};
     Descriptor opened = openFolder(folder);
     if (!opened) {
         removable = createFolders(folder);
@@ -124,8 +124,7 @@ std::shared_ptr<JournalFile> JournalFile::open(const std::filesystem::path& fold
     Descriptor file = openLocked(opened.get(), name, 0);
     if (!file)
         return nullptr;
-    return std::shared_ptr<JournalFile>(
-        new JournalFile(std::vector(1, folder), std::move(opened), std::move(file), name));
+    return std::shared_ptr<JournalFile>(new JournalFile({folder}, std::move(opened), std::move(file), name));
 }
 
 std::vector<std::string> JournalFile::namesIn(const std::filesystem::path& folder) {

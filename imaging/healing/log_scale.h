@@ -18,9 +18,6 @@ namespace complexion::healing {
 // Both conversions use only basic arithmetic, so that results are identical on all machines.
 inline constexpr float kDarkOffset = 4;
 
-/// The logarithm of component 255.
-inline constexpr float kWhite = 5.55682806F;
-
 /// Logarithms of the components 0 to 256.
 using LogTable = std::array<float, 257>;
 extern const LogTable kLogOf;

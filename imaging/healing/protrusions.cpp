@@ -3,8 +3,6 @@
 
 #include "imaging/healing/regions.h"
 
-#include <utility>
-
 namespace complexion::healing {
 
 namespace {
@@ -21,9 +19,8 @@ struct Body {
     float opening = 0;
     float inner = 0; // the radius of the largest disc inside the mask
 
-    explicit Body(const CellMask& mask) {
-        const PixelRect inside = boundsOf(mask);
-        const PixelRect where = {inside.x - 1, inside.y - 1, inside.width + 2, inside.height + 2};
+    Body(const CellMask& mask, PixelRect bounds) {
+        const PixelRect where = {bounds.x - 1, bounds.y - 1, bounds.width + 2, bounds.height + 2};
         CellMask outside(where);
         forEachCell(where, [&](int x, int y) { outside.at(x, y) = mask.valueAt(x, y) ? 0 : 1; });
         const CellGrid<float> depth = distanceTo(outside, where);
@@ -40,34 +37,35 @@ struct Body {
     }
 };
 
-/// Removes the cells that are 8-connected to `start` from `open`, and returns them.
-std::vector<PixelPosition> takeConnected(CellMask& open, PixelPosition start) {
+/// The cells of `open` that are 8-connected to `start`. Adds them to `taken`.
+std::vector<PixelPosition> takeConnected(const CellMask& open, PixelPosition start, CellMask& taken) {
     std::vector<PixelPosition> cells = {start};
-    open.at(static_cast<int>(start.column), static_cast<int>(start.row)) = 0;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        const PixelRect around = widened(
-            {static_cast<int>(cells[i].column), static_cast<int>(cells[i].row), 1, 1}, 1, open.rect());
-        forEachCell(around, [&](int x, int y) {
-            if (std::exchange(open.at(x, y), 0))
-                cells.push_back({y, x});
-        });
-    }
+    std::vector<PixelPosition> next = {start};
+    taken.at(static_cast<int>(start.column), static_cast<int>(start.row)) = 1;
+    growThrough(taken, next, [&](int x, int y) {
+        if (!open.at(x, y))
+            return false;
+        cells.push_back({y, x});
+        return true;
+    });
     return cells;
 }
 
 } // namespace
 
 bool dropProtrusions(CellMask& mask, const CellGrid<float>& difference, float strength) {
-    const Body body(mask);
-    CellMask open(mask.rect());
-    forEachCell(boundsOf(mask),
+    const PixelRect bounds = boundsOf(mask);
+    const Body body(mask, bounds);
+    CellMask open(bounds);
+    forEachCell(bounds,
                 [&](int x, int y) { open.at(x, y) = mask.at(x, y) && body.outsideBy({y, x}) > 0 ? 1 : 0; });
     const float minLength = std::max(kMinCells, kMinLength * body.inner);
+    CellMask taken(bounds);
     bool anyDropped = false;
-    forEachCell(mask.rect(), [&](int x, int y) {
-        if (!open.at(x, y))
+    forEachCell(bounds, [&](int x, int y) {
+        if (!open.at(x, y) || taken.at(x, y))
             return;
-        const std::vector<PixelPosition> protrusion = takeConnected(open, {y, x});
+        const std::vector<PixelPosition> protrusion = takeConnected(open, {y, x}, taken);
         float length = 0;
         float strongest = 0;
         for (const PixelPosition& cell : protrusion) {

@@ -242,11 +242,12 @@ Restoration restoreFlat(const SkinWindow& window, const Blemish& blemish) {
 /// Makes a blown highlight white. It shows no detail, and what the blemish has of it must not be painted: the
 /// skin's brightness is only known to be at least white, so it is raised above.
 void raiseHighlights(const SkinWindow& window, const Blemish& blemish, Restoration& result) {
+    const float white = logOf(std::uint8_t{255});
     forEachCell(result.base.rect(), [&](int x, int y) {
         const Cell& skin = blemish.skin.at(x, y);
         const Cell line = window.hasLines() ? window.lines.at(x, y) : Cell{};
         const float darkest = std::min({skin[0] + line[0], skin[1] + line[1], skin[2] + line[2]});
-        const float share = std::clamp((darkest - kNearlyWhite) / (kWhite - kNearlyWhite), 0.0F, 1.0F);
+        const float share = std::clamp((darkest - kNearlyWhite) / (white - kNearlyWhite), 0.0F, 1.0F);
         for (std::size_t c = 0; c < 3; ++c)
             result.base.at(x, y)[c] += kAboveWhite * share;
     });
