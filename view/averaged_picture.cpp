@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/averaged_picture.h"
 
-#include "imaging/base/parallel.h"
 #include "imaging/base/wide_vectors.h"
+#include "view/parallel_rows.h"
 
 #include <algorithm>
 #include <array>
@@ -18,12 +18,9 @@ namespace complexion {
 namespace {
 
 constexpr std::uint32_t kUnitWeight = 256; // the sum of a fully covered device pixel's weights
-/// Device rows per parallel task: fewer where a pan has exposed only a few rows.
-constexpr int kMaxRowsPerTask = 64;
-constexpr int kMinRowsPerTask = 4;
 /// Device rows per read of mipmap cells: few enough that the cells stay in the L2 cache.
 constexpr std::size_t kRowsPerRead = 8;
-constexpr std::int64_t kMinParallelArea = 8'192; // device pixels; below, one thread is faster
+constexpr qint64 kMinParallelArea = 8'192; // device pixels; below, one thread is faster
 
 // SIMD types of the compiler's vector extension; a cell is one pixel of a mipmap level.
 constexpr std::size_t kMaxTaps = 4;
@@ -224,16 +221,12 @@ void average(const Image& image, int level, const QTransform& pixelsToDevice, co
 
     auto* const bits = reinterpret_cast<uchar*>(target.first);
     const auto bytesPerLine = static_cast<std::size_t>(target.bytesPerLine);
-    const int rowsPerCore = (part.height() + coreCount() - 1) / coreCount();
-    const auto rowsPerTask =
-        static_cast<std::size_t>(std::clamp(rowsPerCore, kMinRowsPerTask, kMaxRowsPerTask));
-    const auto averageChunk = [&](int chunk) {
+    forRowsInParallel(part.size(), kMinParallelArea, [&](int firstLine, int lastLine) {
         std::vector<RGBA32> source;
         std::vector<RGBA32> mean(stride + kMaxTaps);
-        const std::size_t chunkBegin = static_cast<std::size_t>(chunk) * rowsPerTask;
-        const std::size_t chunkEnd = std::min(chunkBegin + rowsPerTask, rows.first.size());
-        for (std::size_t begin = chunkBegin; begin < chunkEnd; begin += kRowsPerRead) {
-            const std::size_t end = std::min(begin + kRowsPerRead, chunkEnd);
+        const auto last = static_cast<std::size_t>(lastLine);
+        for (auto begin = static_cast<std::size_t>(firstLine); begin < last; begin += kRowsPerRead) {
+            const std::size_t end = std::min(begin + kRowsPerRead, last);
             const int firstRow = rows.first[begin];
             const int endRow = rows.first[end - 1] + static_cast<int>(rows.taps);
             source.resize(stride * static_cast<std::size_t>(endRow - firstRow));
@@ -260,13 +253,7 @@ void average(const Image& image, int level, const QTransform& pixelsToDevice, co
                     paintOver(target.background, out);
             }
         }
-    };
-    const auto chunks = static_cast<int>((rows.first.size() + rowsPerTask - 1) / rowsPerTask);
-    if (std::int64_t{part.width()} * part.height() > kMinParallelArea)
-        parallelFor(chunks, averageChunk);
-    else
-        for (int chunk = 0; chunk < chunks; ++chunk)
-            averageChunk(chunk);
+    });
 }
 
 } // namespace complexion

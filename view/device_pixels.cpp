@@ -1,22 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/device_pixels.h"
 
-#include "imaging/base/parallel.h"
-
 #include <QImage>
 #include <QPaintEngine>
 #include <QPainter>
 
-#include <algorithm>
-
 namespace complexion {
-
-namespace {
-
-constexpr int kRowsPerTask = 32;
-constexpr qint64 kMinParallelArea = 65'536; // pixels; below, one thread is faster
-
-} // namespace
 
 std::optional<DevicePixels> DevicePixels::of(const QPainter& painter) {
     const QPaintEngine* const engine = painter.paintEngine();
@@ -38,17 +27,6 @@ std::optional<DevicePixels> DevicePixels::of(const QPainter& painter) {
     if (const QRegion exposed = engine->systemClip(); !exposed.isEmpty())
         pixels.m_writable &= exposed;
     return pixels;
-}
-
-void forRowsInParallel(int top, int bottom, int width, const std::function<void(int begin, int end)>& use) {
-    if (qint64{bottom - top} * width < kMinParallelArea) {
-        use(top, bottom);
-        return;
-    }
-    parallelFor((bottom - top + kRowsPerTask - 1) / kRowsPerTask, [&](int task) {
-        const int begin = top + task * kRowsPerTask;
-        use(begin, std::min(begin + kRowsPerTask, bottom));
-    });
 }
 
 } // namespace complexion

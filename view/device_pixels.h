@@ -5,7 +5,6 @@
 #include <QRgb>
 
 #include <cstddef>
-#include <functional>
 #include <optional>
 
 class QPainter;
@@ -34,9 +33,5 @@ private:
     uchar* m_pixels = nullptr;
     qsizetype m_bytesPerLine = 0;
 };
-
-/// Calls `use(begin, end)` for ranges of the rows `top` to `bottom` (exclusive) of an area `width` pixels
-/// wide: on all cores if it is large.
-void forRowsInParallel(int top, int bottom, int width, const std::function<void(int begin, int end)>& use);
 
 } // namespace complexion

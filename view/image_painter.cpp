@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "view/image_painter.h"
 
-#include "imaging/base/parallel.h"
 #include "view/averaged_picture.h"
+#include "view/parallel_rows.h"
 
 #include <QImage>
 #include <QPainter>
@@ -20,12 +20,9 @@ namespace {
 /// Neighbouring pixels that bilinear scaling reads around a painted part.
 constexpr int kSmoothingMargin = 2;
 
-/// Rows per parallel task: fewer where a pan has exposed only a few rows.
-constexpr int kMaxRowsPerTask = 64;
-constexpr int kMinRowsPerTask = 4;
 /// Rows per read: few enough that they are converted in the L2 cache.
 constexpr int kRowsPerRead = 8;
-constexpr std::int64_t kMinParallelArea = std::int64_t{128} * 64; // pixels; below, one thread is faster
+constexpr qint64 kMinParallelArea = 8'192; // pixels; below, one thread is faster
 
 /// The mipmap level to paint from at `scale` device pixels per image pixel: the coarsest one that is at least
 /// as fine as the screen.
@@ -41,25 +38,16 @@ QImage readPart(const Image& image, const QRect& part) {
     QImage picture(part.width(), part.height(), QImage::Format_ARGB32_Premultiplied);
     auto* pixels = reinterpret_cast<RGBA32*>(picture.bits());
     const std::ptrdiff_t stride = picture.bytesPerLine() / std::ptrdiff_t{sizeof(RGBA32)};
-    const int rowsPerTask =
-        std::clamp((part.height() + coreCount() - 1) / coreCount(), kMinRowsPerTask, kMaxRowsPerTask);
-    const auto readRows = [&](int chunk) {
-        const int chunkEnd = std::min((chunk + 1) * rowsPerTask, part.height());
-        for (int begin = chunk * rowsPerTask; begin < chunkEnd; begin += kRowsPerRead) {
-            const int end = std::min(begin + kRowsPerRead, chunkEnd);
+    forRowsInParallel(part.size(), kMinParallelArea, [&](int first, int last) {
+        for (int begin = first; begin < last; begin += kRowsPerRead) {
+            const int end = std::min(begin + kRowsPerRead, last);
             image.read({part.x(), part.y() + begin, part.width(), end - begin}, pixels + begin * stride,
                        stride);
             for (int y = begin; y < end; ++y)
                 for (RGBA32& pixel : std::span(pixels + y * stride, static_cast<std::size_t>(part.width())))
                     pixel.color = std::rotr(pixel.color, 8); // RRGGBBAA to AARRGGBB
         }
-    };
-    const int chunks = (part.height() + rowsPerTask - 1) / rowsPerTask;
-    if (std::int64_t{part.width()} * part.height() > kMinParallelArea)
-        parallelFor(chunks, readRows);
-    else
-        for (int chunk = 0; chunk < chunks; ++chunk)
-            readRows(chunk);
+    });
     return picture;
 }
 

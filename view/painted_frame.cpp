@@ -4,6 +4,7 @@
 #include "view/device_pixels.h"
 #include "view/image_painter.h"
 #include "view/nearest_pixels.h"
+#include "view/parallel_rows.h"
 #include "view/smooth_pixels.h"
 
 #include <QPainter>
@@ -25,6 +26,8 @@ constexpr qint64 kMinProvisionalArea = 1'500'000;
 constexpr int kTileSide = 1024;
 /// Missing device pixels that are painted at once although pixels of another zoom are shown.
 constexpr qint64 kMaxPaintedAtOnce = 250'000;
+/// With fewer pixels, one thread copies or scales them faster.
+constexpr qint64 kMinParallelArea = 65'536;
 /// A change affects device pixels within this distance, because scaling blends neighbours.
 constexpr int kChangeMargin = 3;
 
@@ -180,7 +183,7 @@ void PaintedFrame::drawScaled(QPainter& painter, const QImage& source, const QTr
     if (const auto device = isOpaque(source) ? DevicePixels::of(painter) : std::nullopt) {
         for (const QRect& rect : onPlane.translated(m_origin) & device->writable()) {
             const Scaled scaled(source, fromPlane, rect.translated(-m_origin));
-            forRowsInParallel(0, rect.height(), rect.width(), [&](int begin, int end) {
+            forRowsInParallel(rect.size(), kMinParallelArea, [&](int begin, int end) {
                 scaled.write(begin, end, [&](int y) { return device->row(rect.y() + y) + rect.x(); });
             });
         }
@@ -221,7 +224,7 @@ void PaintedFrame::drawPixels(QPainter& painter, const QRegion& onPlane) const {
         for (const QRect& rect : (onPlane.translated(m_origin) & device->writable()).translated(-m_origin))
             forEachPiece(rect, m_pixels.size(), [&](const QRect& piece, QPoint place) {
                 const QPoint to = piece.topLeft() + m_origin;
-                forRowsInParallel(0, piece.height(), piece.width(), [&](int begin, int end) {
+                forRowsInParallel(piece.size(), kMinParallelArea, [&](int begin, int end) {
                     for (int y = begin; y < end; ++y)
                         std::copy_n(reinterpret_cast<const QRgb*>(m_pixels.constScanLine(place.y() + y)) +
                                         place.x(),
